@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// Tags of the Block objects of a compiled script, and where their children stand.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace quoddle::block {
+
+enum Tag : std::uint8_t {
+    Storage = 0,     // items of a constant list
+    List = 4,        // count, storage
+    Script = 15,     // empty: the AppleScript object; else name, tree, parent, table
+    Handler = 16,    // see below
+    Closure = 17,    // a handler whose locals are captured by a script object inside it
+    Examined = 19,   // the object that a `whose` test examines
+    Reference = 20,  // specifier
+    Property = 21,   // container, property
+    Every = 22,      // container, class
+    Some = 23,       // container, class
+    Element = 24,    // container, class, index or name
+    ElementByKey = 25, // container, class, key, form
+    Filter = 26,     // container, test
+    Range = 27,      // container, class, from, to
+    SourcedTerm = 122, // code, node or constant that names the source
+    OptionalParameter = 123, // variable, class or nil, default value
+    OptionalParameterNode = 124,
+    Text = 177,      // raw UTF-16; read and written as a Text object, so it never shows up in memory
+};
+
+/// Children of a handler.
+enum HandlerChild : std::size_t { kName, kTree, kParameters, kLabels, kLocals, kLiterals, kCode, kHandlerChildren };
+/// Children of a script.
+enum ScriptChild : std::size_t { kScriptName, kScriptTree, kScriptParent, kScriptTable, kScriptChildren };
+
+} // namespace quoddle::block
