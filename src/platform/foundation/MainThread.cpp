@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/MainThread.h"
+
+#include "platform/foundation/NSLog.h"
+
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QThread>
+
+namespace quoddle::MainThread {
+
+namespace {
+
+/// One handed-over piece of work; a waiting caller holds it too.
+struct Item {
+    std::function<void()> work;
+    bool done = false; // guarded by the queue's mutex, like the next one
+    bool dropped = false;
+};
+
+struct Queue {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::deque<std::shared_ptr<Item>> items;
+    bool closed = false;
+};
+
+// Never destroyed: worker threads may outlive the static objects of the main thread.
+Queue& queue() {
+    static auto* shared = new Queue;
+    return *shared;
+}
+
+void runGuarded(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const std::exception& exception) {
+        NSLog(QStringLiteral("MainThread: exception dropped: %@"), {QString::fromUtf8(exception.what())});
+    } catch (...) {
+        NSLog(QStringLiteral("MainThread: exception dropped"));
+    }
+}
+
+void runNext() {
+    std::shared_ptr<Item> item;
+    {
+        std::lock_guard lock(queue().mutex);
+        if (queue().closed || queue().items.empty())
+            return;
+        item = std::move(queue().items.front());
+        queue().items.pop_front();
+    }
+    runGuarded(item->work);
+    item->work = nullptr;
+    std::lock_guard lock(queue().mutex);
+    item->done = true;
+    queue().changed.notify_all();
+}
+
+/// Posts one wake-up for each item; the item itself stays in the queue, so that close() can find it.
+std::shared_ptr<Item> enqueue(std::function<void()> work) {
+    auto item = std::make_shared<Item>();
+    item->work = std::move(work);
+    std::lock_guard lock(queue().mutex);
+    auto* application = QCoreApplication::instance();
+    if (queue().closed || !application) {
+        item->dropped = true;
+        return item;
+    }
+    queue().items.push_back(item);
+    QMetaObject::invokeMethod(application, &runNext, Qt::QueuedConnection);
+    return item;
+}
+
+} // namespace
+
+bool isCurrent() {
+    const auto* application = QCoreApplication::instance();
+    return !application || application->thread() == QThread::currentThread();
+}
+
+void dispatchAsync(std::function<void()> work) {
+    enqueue(std::move(work));
+}
+
+bool dispatchSync(std::function<void()> work) {
+    if (isCurrent()) {
+        runGuarded(work);
+        return true;
+    }
+    const std::shared_ptr<Item> item = enqueue(std::move(work));
+    std::unique_lock lock(queue().mutex);
+    queue().changed.wait(lock, [&] { return item->done || item->dropped; });
+    return item->done;
+}
+
+void close() {
+    std::deque<std::shared_ptr<Item>> dropped;
+    {
+        std::lock_guard lock(queue().mutex);
+        queue().closed = true;
+        dropped.swap(queue().items);
+        for (const auto& item : dropped)
+            item->dropped = true;
+    }
+    queue().changed.notify_all();
+}
+
+void open() {
+    std::lock_guard lock(queue().mutex);
+    queue().closed = false;
+}
+
+} // namespace quoddle::MainThread

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// Notifications by name and sender, delivered on the posting thread before the post returns.
+// One decision: an observer that is removed while a notification is under way is not called any more.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include <QString>
+#include <QVariantMap>
+
+namespace quoddle {
+
+struct NSNotification {
+    QString name;
+    /// The sender, for comparing only; may be null.
+    const void* object = nullptr;
+    QVariantMap userInfo;
+};
+
+/// Every operation is thread-safe.
+class NSNotificationCenter {
+public:
+    using Handler = std::function<void(const NSNotification&)>;
+
+    static NSNotificationCenter& defaultCenter();
+
+    /// An empty name observes every name, a null object every sender. `observer` names the registration for removal and is not held alive.
+    void addObserver(const void* observer, Handler handler, const QString& name, const void* object = nullptr);
+    /// Removes what was registered with exactly this name and object; an empty name or null object removes whatever they were.
+    void removeObserver(const void* observer, const QString& name = {}, const void* object = nullptr);
+    /// Observers are called in the order of their registration.
+    void postNotification(const QString& name, const void* object = nullptr, const QVariantMap& userInfo = {});
+
+private:
+    struct Observer {
+        const void* observer;
+        QString name;
+        const void* object;
+        Handler handler;
+        bool removed = false;
+    };
+    std::mutex mMutex;
+    std::vector<std::shared_ptr<Observer>> mObservers;
+};
+
+} // namespace quoddle

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/NSOperationQueue.h"
+
+#include "platform/foundation/NSLog.h"
+
+#include <chrono>
+#include <exception>
+
+namespace quoddle {
+
+namespace {
+
+// No exception crosses a thread; what escapes a block is a fault of the block and ends with it.
+void callGuarded(const std::function<void()>& block) {
+    if (!block)
+        return;
+    try {
+        block();
+    } catch (const std::exception& exception) {
+        NSLog(QStringLiteral("NSOperation: exception dropped: %@"), {QString::fromUtf8(exception.what())});
+    } catch (...) {
+        NSLog(QStringLiteral("NSOperation: exception dropped"));
+    }
+}
+
+} // namespace
+
+void NSOperation::start() {
+    if (!mCancelled) {
+        mExecuting = true;
+        callGuarded(mBlock);
+        mExecuting = false;
+    }
+    mBlock = nullptr; // what the block captured goes with the run, not with the last holder of the operation
+    mFinished = true;
+}
+
+void NSOperation::complete() {
+    callGuarded(mCompletionBlock);
+    mCompletionBlock = nullptr;
+}
+
+NSOperationQueue::NSOperationQueue(int maxConcurrentOperationCount)
+    : mMaxConcurrentOperationCount(std::max(1, maxConcurrentOperationCount)) {}
+
+NSOperationQueue::~NSOperationQueue() {
+    cancelAllOperations();
+    {
+        std::lock_guard lock(mMutex);
+        mClosing = true;
+    }
+    mArrived.notify_all();
+    for (std::thread& worker : mWorkers)
+        worker.join();
+}
+
+void NSOperationQueue::addOperation(std::shared_ptr<NSOperation> operation) {
+    {
+        std::lock_guard lock(mMutex);
+        auto place = std::find_if(mWaiting.begin(), mWaiting.end(),
+                                  [&](const auto& other) { return other->queuePriority() < operation->queuePriority(); });
+        mWaiting.insert(place, std::move(operation));
+        // A thread is made only when nobody is free to take the work: a serial queue has one, a quiet one none.
+        const bool busy = mIdleWorkers < static_cast<int>(mWaiting.size());
+        if (busy && static_cast<int>(mWorkers.size()) < mMaxConcurrentOperationCount)
+            mWorkers.emplace_back([this] { work(); });
+    }
+    mArrived.notify_one();
+}
+
+void NSOperationQueue::addOperation(std::function<void()> block) {
+    addOperation(std::make_shared<NSOperation>(std::move(block)));
+}
+
+int NSOperationQueue::operationCount() const {
+    std::lock_guard lock(mMutex);
+    return static_cast<int>(mWaiting.size() + mRunning.size());
+}
+
+void NSOperationQueue::cancelAllOperations() {
+    std::lock_guard lock(mMutex);
+    for (const auto& operation : mWaiting)
+        operation->cancel();
+    for (const auto& operation : mRunning)
+        operation->cancel();
+}
+
+void NSOperationQueue::waitUntilAllOperationsAreFinished() {
+    std::unique_lock lock(mMutex);
+    mEmptied.wait(lock, [this] { return mWaiting.empty() && mRunning.empty(); });
+}
+
+bool NSOperationQueue::waitUntilAllOperationsAreFinished(std::chrono::milliseconds limit) {
+    std::unique_lock lock(mMutex);
+    return mEmptied.wait_for(lock, limit, [this] { return mWaiting.empty() && mRunning.empty(); });
+}
+
+std::shared_ptr<NSOperation> NSOperationQueue::takeNext() {
+    std::unique_lock lock(mMutex);
+    ++mIdleWorkers;
+    mArrived.wait(lock, [this] { return mClosing || !mWaiting.empty(); });
+    --mIdleWorkers;
+    if (mWaiting.empty())
+        return nullptr;
+    auto operation = std::move(mWaiting.front());
+    mWaiting.pop_front();
+    mRunning.push_back(operation);
+    return operation;
+}
+
+void NSOperationQueue::finish(const std::shared_ptr<NSOperation>& operation) {
+    {
+        std::lock_guard lock(mMutex);
+        std::erase(mRunning, operation);
+    }
+    mEmptied.notify_all();
+    operation->complete();
+}
+
+void NSOperationQueue::work() {
+    while (auto operation = takeNext()) {
+        operation->start();
+        finish(operation);
+    }
+}
+
+} // namespace quoddle
