@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+// The choice of the reader, and the border with files and text encodings.
+#include "platform/foundation/Plist.h"
+
+#include "platform/base/Text.h"
+#include "platform/foundation/PlistReaders.h"
+
+#include <QFile>
+#include <QStringConverter>
+
+namespace quoddle::Plist {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// UTF-16 and UTF-32 by byte-order mark; UTF-16 without one by the zero byte of its first character.
+std::optional<QStringConverter::Encoding> wideEncodingOf(const QByteArray& bytes) {
+    const auto byMark = QStringConverter::encodingForData(bytes);
+    if (byMark && *byMark != QStringConverter::Utf8)
+        return byMark;
+    if (bytes.size() >= 2 && bytes.size() % 2 == 0) {
+        if (bytes[0] == '\0' && bytes[1] != '\0')
+            return QStringConverter::Utf16BE;
+        if (bytes[0] != '\0' && bytes[1] == '\0')
+            return QStringConverter::Utf16LE;
+    }
+    return std::nullopt;
+}
+
+Result<QString, QString> decodedText(const QByteArray& bytes) {
+    if (const auto wide = wideEncodingOf(bytes)) {
+        QStringDecoder decoder(*wide);
+        QString text = decoder(bytes);
+        if (decoder.hasError())
+            return failure(u"broken %1 text"_s.arg(QLatin1StringView(QStringConverter::nameForEncoding(*wide))));
+        return text;
+    }
+    const std::u16string text = utf16FromSourceBytes({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+bool looksLikeXML(QStringView text) {
+    const QStringView start = text.trimmed().left(9);
+    return start.startsWith("<?xml"_L1) || start.startsWith("<!"_L1) || start.startsWith("<plist"_L1);
+}
+
+Value readText(const QByteArray& bytes, OpenStepForm form) {
+    // XML names its own encoding: its reader gets the bytes, unless they are wider than any declaration can say.
+    if (!wideEncodingOf(bytes) && looksLikeXML(QString::fromLatin1(bytes.left(512)).remove("\xEF\xBB\xBF"_L1)))
+        return readXML(bytes);
+    auto text = decodedText(bytes);
+    if (!text)
+        return failure(text.error());
+    if (looksLikeXML(*text))
+        return readXML(text->toUtf8());
+    return readOpenStep(*text, form);
+}
+
+Value readForm(const QByteArray& bytes, OpenStepForm form) {
+    if (bytes.size() > kMaxBytes)
+        return failure(u"too large: more than %1 bytes"_s.arg(kMaxBytes));
+    return bytes.startsWith("bplist") ? readBinary(bytes) : readText(bytes, form);
+}
+
+} // namespace
+
+Result<QVariant, QString> read(const QByteArray& bytes) {
+    return readForm(bytes, OpenStepForm::any);
+}
+
+Result<QVariant, QString> readFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return failure(file.errorString());
+    return read(file.read(kMaxBytes + 1));
+}
+
+Result<QHash<QString, QString>, QString> readStrings(const QByteArray& bytes) {
+    const Value value = readForm(bytes, OpenStepForm::strings);
+    if (!value)
+        return failure(value.error());
+    if (value->typeId() != QMetaType::QVariantMap)
+        return failure(u"not a table of strings"_s);
+    QHash<QString, QString> table;
+    const QVariantMap map = value->toMap();
+    for (auto it = map.begin(); it != map.end(); ++it)
+        if (it->typeId() == QMetaType::QString)
+            table.insert(it.key(), it->toString());
+    return table;
+}
+
+} // namespace quoddle::Plist
