@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// AEDesc: the value that travels between scripts, scripting components and applications: bytes of a type, a list, a record, or an Apple
+// event. The decision: 16 bytes, small data inside, everything else in shared storage that is copied when it is changed. Copies are cheap
+// and may be handed to another thread; one AEDesc object is not to be changed by one thread while another one uses it. It does not coerce
+// by itself (AECoercion.h), does not know object specifiers (AEObjects.h), and is flattened only for sockets and storage (AEFlatten.h).
+// Data stands in the byte order of the machine; texts as their type says.
+#pragma once
+
+#include "platform/base/FourCharCode.h"
+#include "platform/base/OSStatus.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quoddle {
+
+struct AEItem;
+
+constexpr std::int16_t kAutoGenerateReturnID = -1;
+constexpr std::int32_t kAnyTransactionID = 0;
+
+class AEDesc {
+public:
+    /// The null descriptor: type "null", no data.
+    AEDesc() noexcept : mType("null"_4cc), mForm(Form::Small), mSmallSize(0), mSmall{} {}
+    AEDesc(DescType type, std::string_view data);
+    AEDesc(const AEDesc& other) noexcept;
+    AEDesc(AEDesc&& other) noexcept;
+    AEDesc& operator=(AEDesc other) noexcept;
+    ~AEDesc();
+
+    static AEDesc ofInt32(std::int32_t value); ///< "long"
+    static AEDesc ofInt64(std::int64_t value); ///< "comp"
+    static AEDesc ofDouble(double value);      ///< "doub"
+    static AEDesc ofBoolean(bool value);       ///< "bool", one byte
+    static AEDesc ofType(FourCharCode code);   ///< "type"
+    static AEDesc ofEnum(FourCharCode code);   ///< "enum"
+    static AEDesc ofCode(DescType type, FourCharCode code);
+    static AEDesc ofText(std::u16string_view text);  ///< "utxt"
+    static AEDesc ofUTF8(std::string_view text);     ///< "utxt", from UTF-8
+    static AEDesc ofFilePath(std::string_view path); ///< "furl": the file URL of an absolute UTF-8 path
+    static AEDesc ofDate(std::int64_t seconds);      ///< "ldt ": seconds since 1904-01-01 00:00 local time
+    static AEDesc ofProcess(std::int32_t processID); ///< "kpid"
+    static AEDesc ofCurrentProcess();                ///< "psn " {0, 2}
+    static AEDesc list(std::vector<AEDesc> items);
+    static AEDesc list();
+    static AEDesc record(std::vector<AEItem> fields, DescType type = "reco"_4cc);
+    static AEDesc record(DescType type = "reco"_4cc);
+    static AEDesc appleEvent(AEEventClass eventClass, AEEventID eventID, AEDesc target = {}, std::int16_t returnID = kAutoGenerateReturnID,
+                             std::int32_t transactionID = kAnyTransactionID);
+
+    DescType type() const { return mType; }
+    /// The same storage under another type.
+    AEDesc withType(DescType type) const;
+    bool isNull() const { return mType == "null"_4cc; }
+    bool isList() const;
+    /// Fields by key: a record of any type, or an Apple event (its parameters).
+    bool isRecord() const;
+    bool isAppleEvent() const;
+
+    /// The bytes of a scalar, valid until this object changes; empty for lists, records and events.
+    std::string_view data() const;
+    /// The code in the first four bytes, whatever the type; 0 when there are fewer.
+    FourCharCode code() const;
+
+    /// Items of a list, fields of a record, parameters of an event; 0 for a scalar.
+    std::size_t count() const;
+    /// Numbered from 1, the key ignored; null when there is none. Valid until this object changes.
+    const AEDesc* itemAt(std::size_t index) const;
+    /// 0 when there is none or this is a list.
+    AEKeyword keyAt(std::size_t index) const;
+    const AEDesc* find(AEKeyword key) const;
+    std::span<const AEDesc> items() const;  ///< of a list, else empty
+    std::span<const AEItem> fields() const; ///< of a record or an event, else empty
+
+    /// Lists only. Index 0 or count + 1 appends; any other valid index inserts in front of the item that is there. -1719 beyond, -1703 for
+    /// no list.
+    OSStatus insertItem(std::size_t index, AEDesc item);
+    /// Lists and records; -1719 when there is no such item.
+    OSStatus removeItem(std::size_t index);
+    /// Records and events: replaces the value, or adds the field at the end. -1703 for anything else.
+    OSStatus put(AEKeyword key, AEDesc value);
+    /// -1701 when there is no such field.
+    OSStatus remove(AEKeyword key);
+
+    /// 0 unless this is an Apple event.
+    AEEventClass eventClass() const;
+    AEEventID eventID() const;
+    /// "evcl", "evid", "rtid" and "tran" are attributes like all others. Empty when there is none.
+    std::optional<AEDesc> attribute(AEKeyword key) const;
+    /// -1707 unless this is an Apple event.
+    OSStatus setAttribute(AEKeyword key, AEDesc value);
+    std::span<const AEItem> attributes() const;
+
+    /// Values after coercion, empty when it fails (AECoercion.h has the rules).
+    std::optional<std::int32_t> asInt32() const;
+    std::optional<std::int64_t> asInt64() const;
+    std::optional<std::uint64_t> asUInt64() const;
+    std::optional<double> asDouble() const;
+    std::optional<bool> asBoolean() const;
+    std::optional<FourCharCode> asType() const;
+    std::optional<FourCharCode> asEnum() const;
+    std::optional<std::u16string> asText() const;
+    std::optional<std::string> asUTF8() const;
+    /// The absolute path of a file URL, an alias or a text path.
+    std::optional<std::string> asFilePath() const;
+
+    /// Same type, same bytes, same items in the same order.
+    bool operator==(const AEDesc& other) const;
+
+private:
+    struct Storage;
+    enum class Form : std::uint8_t { Small, Shared };
+    explicit AEDesc(DescType type, Storage* storage) noexcept;
+    Storage* shared() const { return mForm == Form::Shared ? mStorage : nullptr; }
+    Storage& writable();
+    static void release(Storage* storage) noexcept;
+
+    DescType mType;
+    Form mForm;
+    std::uint8_t mSmallSize;
+    union {
+        char mSmall[8];
+        Storage* mStorage;
+    };
+};
+
+/// A field of a record, or a parameter or attribute of an event.
+struct AEItem {
+    AEKeyword key = 0;
+    AEDesc value;
+    bool operator==(const AEItem&) const = default;
+};
+
+/// Whether a descriptor has keyed fields, whatever its type.
+inline bool AECheckIsRecord(const AEDesc& desc) {
+    return desc.isRecord();
+}
+
+} // namespace quoddle

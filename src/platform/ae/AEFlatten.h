@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Descriptors as bytes, for sockets and files. The form is our own:
+//
+//   "QAE1"                                       once, in front
+//   desc    = type:u32 form:u8 body
+//   body    = form 0 (bytes)   size:u32 bytes
+//           | form 1 (list)    count:u32 desc…
+//           | form 2 (record)  count:u32 (key:u32 desc)…
+//           | form 3 (event)   class:u32 id:u32 returnID:u16 transactionID:u32 attributes parameters, both as in a record
+//
+// Numbers of the frame are big-endian; the bytes of a scalar are passed on as they are, so both sides must have one byte order.
+#pragma once
+
+#include "platform/ae/AEDesc.h"
+
+namespace quoddle {
+
+constexpr std::size_t kAEMaxDepth = 64;
+constexpr std::size_t kAEMaxSize = std::size_t{128} << 20;
+constexpr std::size_t kAEMaxCount = std::size_t{1} << 22; ///< descriptors in one flattened descriptor
+
+/// -1702 when a bound is exceeded; `bytes` is then empty.
+OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes);
+/// Any bytes may be given. -1702, with `desc` untouched, for everything that is not exactly one flattened descriptor within the bounds.
+OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc);
+
+} // namespace quoddle

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// The small types of the scripting architecture: instances, identifiers, flags, callbacks, selectors.
+#pragma once
+
+#include "platform/ae/AEDesc.h"
+#include "platform/ae/AESendMessage.h"
+
+#include <string>
+#include <vector>
+
+namespace quoddle {
+
+using OSType = FourCharCode;
+/// An open scripting component; 0 is none. Numbers are never used again.
+using ComponentInstance = std::uint32_t;
+/// A script, a context or a value inside a component; 0 is none, or the null script where a context is asked for.
+using OSAID = std::uint32_t;
+
+constexpr OSAID kOSANullScript = 0;
+
+constexpr OSStatus badComponentInstance = static_cast<OSStatus>(0x80008001);
+/// The component has no such operation.
+constexpr OSStatus badComponentSelector = static_cast<OSStatus>(0x80008002);
+
+using OSAModeFlags = std::uint32_t;
+constexpr OSAModeFlags kOSAModeNull = 0;
+constexpr OSAModeFlags kOSAModePreventGetSource = 0x1; ///< storing: run-only
+constexpr OSAModeFlags kOSAModeDontDefine = 0x1;       ///< properties and handlers: change, never add
+constexpr OSAModeFlags kOSAModeCompileIntoContext = 0x2;
+constexpr OSAModeFlags kOSAModeAugmentContext = 0x4; ///< compiling: add to the context given
+constexpr OSAModeFlags kOSAModeDisplayForHumans = 0x8;
+constexpr OSAModeFlags kOSAModeNeverInteract = 0x10;
+constexpr OSAModeFlags kOSAModeCanInteract = 0x20;
+constexpr OSAModeFlags kOSAModeAlwaysInteract = 0x30;
+constexpr OSAModeFlags kOSAModeCantSwitchLayer = 0x40;
+constexpr OSAModeFlags kOSAModeDontReconnect = 0x80;
+constexpr OSAModeFlags kOSAModeDoRecord = 0x1000;
+constexpr OSAModeFlags kOSAModeDontStoreParent = 0x10000;
+
+/// Reference constants are passed through untouched. Callbacks run on the thread that executes the script, without the component's lock.
+using OSAActiveProc = OSErr (*)(void* refCon);
+using AEIdleProc = void (*)();
+using AEFilterProc = void (*)();
+using OSASendProc = OSErr (*)(const AEDesc& event, AEDesc* reply, AESendMode sendMode, AESendPriority sendPriority,
+                              std::int32_t timeOutInTicks, AEIdleProc idleProc, AEFilterProc filterProc, void* refCon);
+using OSAResumeDispatchProc = OSErr (*)(const AEDesc& event, AEDesc* reply, void* refCon);
+
+/// A callback with its reference constant; no procedure means the component's own behaviour.
+template<class Proc>
+struct OSACallback {
+    Proc proc = nullptr;
+    void* refCon = nullptr;
+};
+
+/// Text of which ranges wear a style: an index into the component's source attributes.
+struct OSAAttributedText {
+    struct Run {
+        std::size_t start = 0; ///< UTF-16 units
+        std::size_t length = 0;
+        std::size_t style = 0;
+    };
+    std::u16string text;
+    std::vector<Run> runs; ///< in order, without overlap; empty for plain text
+};
+
+/// How one kind of source word is shown ("Keywords", "Comments", …).
+struct OSASourceStyle {
+    std::u16string name;
+    std::string fontFamily;  ///< UTF-8; empty for the default
+    double pointSize = 0;    ///< 0 for the default
+    std::uint32_t color = 0; ///< 0xRRGGBB
+    bool bold = false, italic = false, underline = false;
+    bool operator==(const OSASourceStyle&) const = default;
+};
+
+} // namespace quoddle
