@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+// QXOSAComponent: one open scripting component, the callbacks through which its scripts yield, send and continue events (OSACallbacks.h),
+// and what those callbacks consult: deadline, cancellation, delegate, guard. Held by std::shared_ptr. Checked failures raise QXOSAException
+// "QXOSAComponent Failure"; queries of the last error never raise. Any thread may set the run state; everything else belongs to the thread
+// that uses the component.
+#pragma once
+
+#include "engine/QXOSAComponentDelegate.h"
+#include "engine/QXOSAErrorInfo.h"
+#include "platform/foundation/NSOperationQueue.h"
+#include "platform/osa/OSA.h"
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+
+#include <QDateTime>
+#include <QObject>
+#include <QStringList>
+#include <QUrl>
+
+namespace quoddle {
+
+class QXOSAID;
+using QXOSAIDRef = std::shared_ptr<QXOSAID>;
+class QXOSAComponent;
+using QXOSAComponentRef = std::shared_ptr<QXOSAComponent>;
+
+inline const QString kQXOSAThreadOperationKey = QStringLiteral("kQXOSAThreadOperationKey");
+inline const QString kQXOSAThreadScriptKey = QStringLiteral("kQXOSAThreadScriptKey");
+
+class QXOSAComponent : public QObject, public std::enable_shared_from_this<QXOSAComponent> {
+    Q_OBJECT
+public:
+    /// Shared, for the life of the process; nil while there is no such component.
+    static QXOSAComponentRef appleScriptComponent();
+    static QXOSAComponentRef genericComponent();
+    /// Up to 10 operations at once; for callers that run scripts off the main thread.
+    static NSOperationQueue& osaOperationQueue();
+    static NSAppleEventDescriptorRef _asResultPropertyDescriptor();
+
+    /// New instances, or nil when none opens.
+    static QXOSAComponentRef componentWithLanguageSubType(OSType languageSubType) { return initWithLanguageSubType(languageSubType); }
+    static QXOSAComponentRef initWithAppleScriptComponent() { return initWithLanguageSubType(kAppleScriptSubtype); }
+    static QXOSAComponentRef initWithGenericComponent() { return initWithLanguageSubType(kOSAGenericScriptingComponentSubtype); }
+    static QXOSAComponentRef initWithLanguageSubType(OSType languageSubType);
+    /// Installs the three procedures; they stay when this object goes away, and then do nothing.
+    QXOSAComponent(ComponentInstance component, bool ownsComponent);
+    ~QXOSAComponent() override;
+
+    ComponentInstance component() const { return mComponent; }
+    std::int32_t version() const;
+    /// 0 when adopted.
+    OSType languageSubType() const { return mLanguageSubType; }
+    OSType defaultLanguageSubType();
+    void setDefaultLanguageSubType(OSType subType);
+    OSType languageSubTypeForStoredScript(const NSAppleEventDescriptorRef& descriptor);
+    OSType languageSubTypeForStoredScriptAEDesc(const AEDesc& aeDesc);
+    QXOSAComponentRef realComponentForLanguageSubType(OSType subType);
+
+    OSStatus lastError();
+    QString lastErrorMessage();
+    QString lastBriefErrorMessage();
+    QXRange lastErrorRange();
+    NSAppleEventDescriptorRef lastErrorExpectedType() { return lastErrorForSelector("errt"_4cc); }
+    NSAppleEventDescriptorRef lastErrorOffendingObject() { return lastErrorForSelector("erob"_4cc); }
+    NSAppleEventDescriptorRef lastErrorPartialResult() { return lastErrorForSelector("ptlr"_4cc); }
+    NSAppleEventDescriptorRef lastErrorApplication() { return lastErrorForSelector("erap"_4cc); }
+    NSAppleEventDescriptorRef lastErrorForSelector(FourCharCode selector);
+    QXOSAErrorInfoRef lastErrorInfo() { return QXOSAErrorInfo::errorInfoForComponent(*this); }
+
+    NSAppleEventDescriptorRef defaultTarget() const { return mDefaultTarget; }
+    /// Nil means the null descriptor.
+    void setDefaultTarget(const NSAppleEventDescriptorRef& defaultTarget);
+    QXOSAIDRef loadFromStoredScript(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags);
+    /// Nil, without an exception, when the URL is no local file's. `storable` may be null.
+    QXOSAIDRef loadFromURL(const QUrl& url, OSAModeFlags modeFlags, bool* storable = nullptr);
+    std::vector<OSASourceStyle> sourceAttributes();
+    void setSourceAttributes(const std::vector<OSASourceStyle>& sourceAttributes);
+    /// Nothing on failure.
+    std::optional<QStringList> sourceAttributeNames();
+    QXOSAIDRef lastResult();
+    /// Nil stores the undefined value. Never fails outwards.
+    void setLastResult(const QXOSAIDRef& lastResult);
+
+    QXOSAComponentDelegate* delegate() const { return mDelegate; }
+    /// Not owned: whoever goes away first takes it out.
+    void setDelegate(QXOSAComponentDelegate* delegate) { mDelegate = delegate; }
+    std::shared_ptr<NSOperation> operation() const;
+    void setOperation(std::shared_ptr<NSOperation> operation);
+    /// An invalid date is no deadline.
+    QDateTime timeout() const;
+    void setTimeout(const QDateTime& timeout);
+    void setTimeoutInterval(double seconds);
+    bool yieldCPU() const { return mYieldCPU; }
+    void setYieldCPU(bool yieldCPU) { mYieldCPU = yieldCPU; }
+    bool preventDestructiveEvents() const { return mPreventDestructiveEvents; }
+    void setPreventDestructiveEvents(bool prevent) { mPreventDestructiveEvents = prevent; }
+    OSStatus timeoutError() const { return mTimeoutError; }
+    void setTimeoutError(OSStatus error) { mTimeoutError = error; }
+    OSStatus threadCanceledError() const { return mThreadCanceledError; }
+    void setThreadCanceledError(OSStatus error) { mThreadCanceledError = error; }
+    OSStatus destructiveEventError() const { return mDestructiveEventError; }
+    void setDestructiveEventError(OSStatus error) { mDestructiveEventError = error; }
+    bool isCancelled() const { return mCancelled; }
+    void setCancelled(bool cancelled) { mCancelled = cancelled; }
+    bool isResuming() const { return mResuming; }
+    void setResuming(bool resuming) { mResuming = resuming; }
+    /// True exactly when there is no operation. The inverted sense is kept.
+    bool isBusy() const { return !operation(); }
+
+    static bool isDangerousEventSuite(AEEventClass suite, AEEventID eventID);
+    bool _failOSError(OSStatus status);
+
+Q_SIGNALS:
+    /// Sent on the thread that changed the operation.
+    void isBusyChanged();
+
+private:
+    void setScratchResult(const QXOSAIDRef& lastResult);
+    QString cleanErrorMessage(FourCharCode selector);
+
+    ComponentInstance mComponent;
+    bool mOwnsComponent;
+    OSType mLanguageSubType = 0;
+    NSAppleEventDescriptorRef mDefaultTarget;
+    std::atomic<OSStatus> mLastError = noErr;
+    QXOSAIDRef mScratchID;
+    QXOSAIDRef mUndefinedValue;
+    OSAActiveProc mSaveActiveUPP = nullptr;
+    void* mSaveActiveRefCon = nullptr;
+    OSASendProc mSaveSendUPP = nullptr;
+    void* mSaveSendRefCon = nullptr;
+    OSAResumeDispatchProc mSaveResumeUPP = nullptr;
+    void* mSaveResumeRefCon = nullptr;
+    std::atomic<QXOSAComponentDelegate*> mDelegate = nullptr;
+    mutable std::mutex mOperationMutex;
+    std::shared_ptr<NSOperation> mOperation;
+    std::atomic<qint64> mTimeout; ///< milliseconds since 1970, or none
+    std::atomic<bool> mCancelled = false;
+    std::atomic<bool> mResuming = false;
+    std::atomic<bool> mYieldCPU = true;
+    std::atomic<bool> mPreventDestructiveEvents = false;
+    std::atomic<OSStatus> mTimeoutError = errAETimeout;
+    std::atomic<OSStatus> mThreadCanceledError = userCanceledErr;
+    std::atomic<OSStatus> mDestructiveEventError = errAEEventFailed;
+};
+
+} // namespace quoddle

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// What a component's delegate may hear of while a script runs. Every operation is optional.
+#pragma once
+
+#include "platform/ae/AEDesc.h"
+#include "platform/ae/AESendMessage.h"
+
+namespace quoddle {
+
+/// All are called on the thread that runs the script.
+class QXOSAComponentDelegate {
+public:
+    virtual ~QXOSAComponentDelegate() = default;
+    /// Often, and once before every event that is sent.
+    virtual void scriptDidYield() {}
+    /// Not for requests of terminology ("ascr"/"gdte", "gdut"). The timeout is the effective one.
+    virtual void willSendAppleEvent(const AEDesc& event, AESendMode sendMode, std::int32_t sendPriority, std::int32_t timeoutInTicks) {
+        (void)event, (void)sendMode, (void)sendPriority, (void)timeoutInTicks;
+    }
+    virtual void didSendAppleEvent(const AEDesc& event, const AEDesc& reply, OSStatus status) { (void)event, (void)reply, (void)status; }
+};
+
+} // namespace quoddle

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// QXOSAID: a script, a context or a value inside a scripting component, with the component it lives in.
+// Held by std::shared_ptr; nil is the empty pointer. An owned identifier is disposed of when this object goes away or takes another one.
+// Checked failures raise QXOSAException "QXOSAID Failure"; a script error (-1753), a cancel (-128) and an unknown identifier (-1751) do
+// not: the answer is nil or false and lastError() tells. Used on the thread that runs its component's script; lastError(), handler queries,
+// properties and descriptors may be used beside a running execution.
+#pragma once
+
+#include "engine/QXOSAComponent.h"
+
+#include <unordered_map>
+
+namespace quoddle {
+
+class QXOSAID : public std::enable_shared_from_this<QXOSAID> {
+public:
+    using DescriptorCache = std::unordered_map<OSAModeFlags, NSAppleEventDescriptorRef>;
+
+    explicit QXOSAID(QXOSAComponentRef component, OSAID valueID = 0, bool ownsValueID = true);
+    ~QXOSAID();
+    QXOSAID(const QXOSAID&) = delete;
+    QXOSAID& operator=(const QXOSAID&) = delete;
+    /// Stored scripts ("scpt") are loaded, anything else is coerced. Nil, without an exception, when that fails or there is nothing to
+    /// coerce.
+    static QXOSAIDRef initWithComponent(const QXOSAComponentRef& component, const NSAppleEventDescriptorRef& descriptor);
+    static QXOSAIDRef initWithComponent(const QXOSAComponentRef& component, const AEDesc& aeDesc);
+
+    static QXOSAIDRef QXOSAIDWithComponent(const QXOSAComponentRef& component, OSAID valueID = 0, bool ownsValueID = true);
+    static QXOSAIDRef QXOSAIDWithComponent(const QXOSAComponentRef& component, const NSAppleEventDescriptorRef& descriptor);
+    static QXOSAIDRef QXOSAIDWithComponent(const QXOSAComponentRef& component, const AEDesc& aeDesc);
+    /// A fresh script context, or nil (logged).
+    static QXOSAIDRef QXOSAIDContextWithComponent(const QXOSAComponentRef& component);
+    static QXOSAIDRef QXOSAIDContextWithComponent(const QXOSAComponentRef& component, const QXOSAIDRef& parent);
+
+    OSStatus lastError() const { return mLastError; }
+    OSAID valueID() const { return mValueID; }
+    const QXOSAComponentRef& component() const { return mComponent; }
+    bool ownsValueID() const { return mOwnsValueID; }
+    void setOwnsValueID(bool ownsValueID) { mOwnsValueID = ownsValueID; }
+    /// Nil until something was stored. Shared with this object.
+    std::shared_ptr<DescriptorCache> descriptorCache() const;
+    void setDescriptorCache(std::shared_ptr<DescriptorCache> descriptorCache);
+
+    void setDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
+    void load(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
+    /// An absolute path; it becomes the script's location.
+    void loadFile(const QString& file, OSAModeFlags modeFlags = 0);
+    /// A URL that is no local file's raises with status -4960.
+    void loadFileURL(const QUrl& url, OSAModeFlags modeFlags = 0);
+    bool compileDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = kOSAModeCompileIntoContext);
+    bool compile(const QString& source, OSAModeFlags modeFlags = kOSAModeCompileIntoContext);
+    QXOSAIDRef execute(OSAModeFlags modeFlags = 0);
+    QXOSAIDRef executeEvent(const NSAppleEventDescriptorRef& event, OSAModeFlags modeFlags = 0);
+    QXOSAIDRef executeInContext(const QXOSAIDRef& context, OSAModeFlags modeFlags = 0);
+    QXOSAIDRef executeSubroutine(const QString& name, const std::vector<NSAppleEventDescriptorRef>& parameters, OSAModeFlags modeFlags = 0);
+    /// Kept until the value changes; nil for no value and on failure.
+    NSAppleEventDescriptorRef descriptor(OSAModeFlags modeFlags = 0);
+    NSAppleEventDescriptorRef store(OSAModeFlags modeFlags = 0);
+    void storeFile(const QString& file, OSAModeFlags modeFlags = 0);
+    std::optional<OSAAttributedText> source(OSAModeFlags modeFlags = 0);
+    std::optional<OSAAttributedText> display(OSAModeFlags modeFlags = 0);
+    QXOSAIDRef copyScript();
+    QXOSAIDRef copyID();
+    void clear();
+    void startRecording();
+    void stopRecording();
+    /// On the real component, not owning. Nil when the check fails quietly.
+    QXOSAIDRef realFromGeneric();
+    /// An empty URL when there is none.
+    QUrl scriptLocation();
+    /// Does nothing for a file that does not exist; a failure is logged.
+    void setScriptLocation(const QUrl& url);
+    std::int32_t getInfoForSelector(FourCharCode selector);
+    void setInfo(std::int32_t info, FourCharCode forSelector);
+
+    bool isValid() const { return mValueID != 0; }
+    bool isValue();
+    DescType descriptorType();
+    bool isFile();
+    bool isText();
+    bool isList() { return descriptorType() == "list"_4cc; }
+    bool isRecord() { return descriptorType() == "reco"_4cc; }
+    bool isMissingValue();
+    bool isUndefinedValue();
+    bool isASObjCReference();
+    QVariant ASObjCReference();
+    std::int32_t int32Value();
+    std::int64_t integerValue();
+    std::uint64_t unsignedIntegerValue();
+    bool booleanValue();
+    /// A null string when there is none.
+    QString stringValue();
+
+    bool hasOpenHandler();
+    bool hasIdleHandler() { return hasHandlerEventClass("misc"_4cc, "idle"_4cc); }
+    bool hasRunHandler() { return hasHandlerEventClass("aevt"_4cc, "oapp"_4cc); }
+    bool hasQuitHandler() { return hasHandlerEventClass("aevt"_4cc, "quit"_4cc); }
+    bool hasHandlerEventClass(AEEventClass eventClass, AEEventID eventID);
+    bool hasHandlerNamed(const QString& name);
+    bool hasHandlerForAppleEvent(const NSAppleEventDescriptorRef& event);
+    /// Nothing when the call fails.
+    std::optional<std::vector<NSAppleEventDescriptorRef>> handlerNames(OSAModeFlags modeFlags = 0);
+    std::optional<std::vector<NSAppleEventDescriptorRef>> propertyNames(OSAModeFlags modeFlags = 0);
+    QXOSAIDRef handlerForDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
+    QXOSAIDRef handlerForName(const QString& name, OSAModeFlags modeFlags = 0);
+    QXOSAIDRef propertyForDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
+    QXOSAIDRef propertyForName(const QString& name, OSAModeFlags modeFlags = 0);
+    QXOSAIDRef propertyForPropertyID(FourCharCode propertyID, OSAModeFlags modeFlags = 0);
+    bool hasPropertyForDescriptor(const NSAppleEventDescriptorRef& descriptor);
+    bool hasPropertyNamed(const QString& name);
+    bool hasPropertyForID(FourCharCode propertyID);
+    QString stringForPropertyName(const QString& name);
+    std::int64_t integerForPropertyName(const QString& name);
+    std::uint64_t unsignedIntegerForPropertyName(const QString& name);
+    QString stringForPropertyID(FourCharCode propertyID);
+    std::int64_t integerForPropertyID(FourCharCode propertyID);
+    std::uint64_t unsignedIntegerForPropertyID(FourCharCode propertyID);
+    /// A nil value takes the property or handler away.
+    void setValueForPropertyDescriptor(const QXOSAIDRef& value, const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
+    void setValueForPropertyName(const QXOSAIDRef& value, const QString& name, OSAModeFlags modeFlags = 0);
+    void setValueForPropertyID(const QXOSAIDRef& value, FourCharCode propertyID, OSAModeFlags modeFlags = 0);
+    void setValueForHandlerDescriptor(const QXOSAIDRef& value, const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
+    void setValueForHandlerName(const QXOSAIDRef& value, const QString& name, OSAModeFlags modeFlags = 0);
+    void setDescriptorForPropertyDescriptor(const NSAppleEventDescriptorRef& value, const NSAppleEventDescriptorRef& descriptor,
+                                            OSAModeFlags modeFlags = 0);
+    void setDescriptorForPropertyName(const NSAppleEventDescriptorRef& value, const QString& name, OSAModeFlags modeFlags = 0);
+    void setDescriptorForPropertyID(const NSAppleEventDescriptorRef& value, FourCharCode propertyID, OSAModeFlags modeFlags = 0);
+    void setDescriptorForHandlerDescriptor(const NSAppleEventDescriptorRef& value, const NSAppleEventDescriptorRef& descriptor,
+                                           OSAModeFlags modeFlags = 0);
+    void setDescriptorForHandlerName(const NSAppleEventDescriptorRef& value, const QString& name, OSAModeFlags modeFlags = 0);
+
+    bool _failOSError(OSStatus status);
+
+private:
+    std::atomic<bool> mOwnsValueID;
+    std::atomic<OSStatus> mLastError = noErr;
+    std::atomic<OSAID> mValueID;
+    const QXOSAComponentRef mComponent;
+    mutable std::mutex mCacheMutex;
+    std::shared_ptr<DescriptorCache> mDescriptorCache;
+};
+
+} // namespace quoddle
