@@ -36,18 +36,19 @@ constexpr struct {
                  {"da"_L1, "Danish"_L1},  {"no"_L1, "Norwegian"_L1}, {"fi"_L1, "Finnish"_L1}, {"pt"_L1, "Portuguese"_L1},
                  {"ko"_L1, "Korean"_L1}};
 
-/// "fr-CA" → fr-CA, fr_CA, fr (French): every name that a folder for this language may have, the most exact first.
-QStringList folderNamesFor(QString tag) {
+/// "fr-Latn-CA" → fr-Latn-CA, fr-CA, fr-Latn, fr, each with underscores too, French: every name that a folder for this language may have,
+/// the most exact first. A region says more than a script, for few tags are written with one.
+QStringList folderNamesFor(const QString& tag) {
+    const QStringList parts = tag.split(u'-');
+    QStringList tags{tag};
+    if (parts.size() > 2)
+        tags << parts.first() + u'-' + parts.last() << parts[0] + u'-' + parts[1];
+    tags << parts.first();
     QStringList names;
-    for (;;) {
-        names << tag << QString(tag).replace(u'-', u'_');
-        const qsizetype dash = tag.lastIndexOf(u'-');
-        if (dash < 0)
-            break;
-        tag.truncate(dash);
-    }
+    for (const QString& each : std::as_const(tags))
+        names << each << QString(each).replace(u'-', u'_');
     for (const auto& old : kOldNames)
-        if (tag == old.language)
+        if (parts.first() == old.language)
             names << old.name;
     return names;
 }

@@ -32,7 +32,7 @@ Result<QString, QString> decodedText(const QByteArray& bytes) {
     if (const auto wide = wideEncodingOf(bytes)) {
         QStringDecoder decoder(*wide);
         QString text = decoder(bytes);
-        if (decoder.hasError())
+        if (decoder.hasError() || !text.isValidUtf16())
             return failure(u"broken %1 text"_s.arg(QLatin1StringView(QStringConverter::nameForEncoding(*wide))));
         return text;
     }
@@ -53,7 +53,7 @@ Value readText(const QByteArray& bytes, OpenStepForm form) {
     if (!text)
         return failure(text.error());
     if (looksLikeXML(*text))
-        return readXML(text->toUtf8());
+        return readXML(*text);
     return readOpenStep(*text, form);
 }
 

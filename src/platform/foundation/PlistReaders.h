@@ -20,7 +20,9 @@ inline Failure<QString> tooMany() {
     return failure(QStringLiteral("too many values: more than %1").arg(kMaxNodes));
 }
 
+/// Bytes in the encoding that the document declares, or text whose encoding is settled.
 Value readXML(const QByteArray& bytes);
+Value readXML(const QString& text);
 Value readBinary(const QByteArray& bytes);
 
 enum class OpenStepForm {

@@ -15,7 +15,8 @@ namespace {
 
 class XMLReader {
 public:
-    explicit XMLReader(const QByteArray& bytes) : mXML(bytes) {}
+    template<class Source>
+    explicit XMLReader(const Source& source) : mXML(source) {}
 
     Value readDocument() {
         if (!mXML.readNextStartElement())
@@ -235,6 +236,10 @@ private:
 
 Value readXML(const QByteArray& bytes) {
     return XMLReader(bytes).readDocument();
+}
+
+Value readXML(const QString& text) {
+    return XMLReader(text).readDocument();
 }
 
 Result<QByteArray, QString> writeXML(const QVariant& value) {
