@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// The code of one handler while it is written: bytes, literals, branches. It knows how instructions are encoded, not what they are for.
+#pragma once
+
+#include "platform/applescript/compiler/Opcode.h"
+#include "platform/applescript/image/Object.h"
+
+#include <unordered_map>
+
+namespace quoddle {
+
+class CodeBuilder {
+public:
+    /// A place that branches aim at; it may be used before it is placed.
+    struct Label {
+        std::int32_t position = -1;
+        std::vector<std::size_t> uses;
+    };
+
+    explicit CodeBuilder(ObjectStore& store) : mStore(store) {}
+
+    void emit(Opcode opcode) { mBytes += static_cast<char>(opcode); }
+    /// An instruction with a 16-bit index; the short form is chosen when there is one and the index is below 16.
+    void emitLocal(Opcode shortForm, Opcode longForm, std::size_t index) { emitIndexed(shortForm, longForm, index); }
+    void emitLiteral(Opcode shortForm, Opcode longForm, Object* literal) { emitIndexed(shortForm, longForm, literalIndex(literal)); }
+    void emitWithLiteral(Opcode opcode, Object* literal);
+    void emitWithLocal(Opcode opcode, std::size_t index);
+    void emitScope(Opcode opcode, std::size_t depth, std::size_t index);
+    void emitHandleError(Object* message, Object* pattern);
+    void branch(Opcode opcode, Label& label);
+    void place(Label& label);
+
+    /// -1, 0, 1, 2 and 3 have instructions of their own.
+    void pushInteger(std::int32_t value);
+    void pushLiteral(Object* literal) { emitLiteral(Opcode::PushLiteral, Opcode::PushLiteralLong, literal); }
+
+    std::size_t size() const { return mBytes.size(); }
+    /// True once a branch, an index or the code's length no longer fits its field.
+    bool overflowed() const { return mOverflowed || mBytes.size() > 0xFFFF || mLiterals.size() > 0x7FFF; }
+
+    Object* bytes() { return mStore.raw(mBytes); }
+    Object* literals() { return mStore.vector(mLiterals); }
+
+private:
+    void put16(std::size_t value);
+    void emitIndexed(Opcode shortForm, Opcode longForm, std::size_t index);
+    std::size_t literalIndex(Object* literal);
+
+    ObjectStore& mStore;
+    std::string mBytes;
+    std::vector<Object*> mLiterals;
+    std::unordered_map<std::string, std::size_t> mKnown; // numbers, codes and names are stored once
+    bool mOverflowed = false;
+};
+
+} // namespace quoddle

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Compiles a syntax tree to the code of compiled scripts.
+//
+// The result of compiling a script is its *initialiser*: a handler whose locals are the slots of the script object, in order, and whose code gives the
+// properties their first values and binds the handlers. Running it makes the script object; only then is there something to store. Script objects inside
+// handlers have initialisers of their own, which are literals of the handlers around them.
+//
+// The compiler writes the start and end offsets of the code into the nodes of the tree. It knows no terminology: the tree holds codes.
+#pragma once
+
+#include "platform/applescript/image/Object.h"
+#include "platform/base/OSStatus.h"
+#include "platform/base/Result.h"
+
+namespace quoddle {
+
+struct CompileError {
+    OSStatus number = noErr;
+    std::u16string message;
+    const Object* node = nullptr; // the offending node; never null
+};
+
+/// The initialiser (a Closure or Handler block named "ascrinit") of a script whose statements are `tree`: a Block, a Line, or a statement.
+/// New objects go to `store`, which must outlive the result.
+Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store);
+
+} // namespace quoddle

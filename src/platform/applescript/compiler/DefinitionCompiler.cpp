@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: MIT
+// Handlers, script objects and the initialisers that make them.
+#include "platform/applescript/compiler/HandlerCompiler.h"
+
+#include "platform/applescript/image/Block.h"
+
+namespace quoddle {
+
+namespace {
+
+const std::string kRunEvent("aevtoappnull\0\0\x80\0\0\0\x90\0****", 24);
+const std::string kInitialiseEvent("ascrinit****\0\0\0\0\0\0\0\0****", 24);
+
+} // namespace
+
+void HandlerCompiler::adopt(const HandlerCompiler& inner) {
+    if (inner.failed() && !failed())
+        mError = inner.mError;
+}
+
+Object* HandlerCompiler::finish(Object* name, Object* tree, Object* parameters, Object* labels, bool closure) {
+    if (mCode.overflowed())
+        fail(errOSAInternalTableOverflow, u"Internal table overflow.", tree);
+    std::vector<Object*> locals = mScope.names();
+    return mStore.block(closure ? block::Closure : block::Handler, {name, tree, parameters, labels, mStore.vector(locals), mCode.literals(), mCode.bytes()});
+}
+
+/// The name under which a parameter or a pattern's variable is kept: a local of the handler.
+Object* HandlerCompiler::parameterName(Object* node) {
+    Object* inner = const_cast<Object*>(unwrapped(node));
+    if (inner->kind != ObjectKind::Node)
+        return inner;
+    auto children = inner->children;
+    switch (static_cast<NodeKind>(inner->tag)) {
+    case NodeKind::Variable:
+        mScope.add(children[0]);
+        return children[0];
+    case NodeKind::List: {
+        std::vector<Object*> items;
+        for (Object* item : children[0]->children)
+            items.push_back(parameterName(item));
+        return mStore.list(items);
+    }
+    case NodeKind::Record: {
+        std::vector<Object*> entries;
+        for (std::size_t i = 0; i + 1 < children[0]->children.size(); i += 2) {
+            entries.push_back(children[0]->children[i]);
+            entries.push_back(parameterName(children[0]->children[i + 1]));
+        }
+        return mStore.record(entries);
+    }
+    case NodeKind::As: // "f(x as text)": the class is a note for the reader
+        return parameterName(children[0]);
+    case NodeKind::Literal:
+        return children[0];
+    default:
+        fail(-2761, u"This is illegal as a formal parameter.", inner);
+        return mStore.nil();
+    }
+}
+
+Object* HandlerCompiler::parameters(Object* heading) {
+    Object* direct = heading->children[1];
+    if (direct->kind == ObjectKind::List) {
+        if (direct->children.empty())
+            return heading->children[0]->kind == ObjectKind::Identifier ? mStore.list({}) : mStore.nil();
+        std::vector<Object*> items;
+        for (Object* item : direct->children)
+            items.push_back(parameterName(item));
+        return mStore.block(block::List, {mStore.integer(static_cast<std::int32_t>(items.size())), mStore.block(block::Storage, items)});
+    }
+    if (direct->isNil())
+        return mStore.nil();
+    return parameterName(direct);
+}
+
+Object* HandlerCompiler::labels(Object* record) {
+    if (record->kind != ObjectKind::Record || record->children.empty())
+        return mStore.list({});
+    std::vector<Object*> entries;
+    for (std::size_t i = 0; i + 1 < record->children.size(); i += 2) {
+        entries.push_back(record->children[i]);
+        entries.push_back(parameterName(record->children[i + 1]));
+    }
+    return mStore.record(entries);
+}
+
+Object* HandlerCompiler::compileHandler(Object* handler) {
+    Object* heading = handler->children[0];
+    Object* parameterList = parameters(heading);
+    Object* labelList = labels(heading->children[2]);
+    block(handler->children[1]);
+    mCode.emit(Opcode::Return);
+    return finish(heading->children[0], handler->children[1], parameterList, labelList, mScope.isCaptured());
+}
+
+/// Slots are numbered in the order of their definitions, before any handler is compiled: a handler may use what is defined after it.
+void HandlerCompiler::declareSlots(std::span<Object* const> nodes) {
+    for (Object* node : nodes) {
+        const Object* inner = unwrapped(node);
+        if (inner->kind != ObjectKind::Node)
+            continue;
+        Object* name = nullptr;
+        if (inner->isNode(tagOf(NodeKind::Handler)))
+            name = inner->children[0]->children[0];
+        else if (inner->isNode(tagOf(NodeKind::Property)) || (inner->isNode(tagOf(NodeKind::Script)) && !inner->children[0]->isNil()))
+            name = inner->children[0];
+        else if (inner->isNode(tagOf(NodeKind::Global)))
+            declare(const_cast<Object*>(inner), true);
+        if (!name || name->isNil())
+            continue;
+        if (name->isCode(CodeTag::Class) && name->code() == "pare"_4cc)
+            continue; // the parent is no slot
+        if (mScope.contains(*name)) {
+            const bool isProperty = inner->isNode(tagOf(NodeKind::Property));
+            fail(isProperty ? OSADuplicateProperty : OSADuplicateHandler,
+                 isProperty ? u"The property is specified more than once." : u"The handler is specified more than once.", inner);
+            return;
+        }
+        mScope.add(name);
+    }
+}
+
+void HandlerCompiler::definition(Object* node, std::vector<Object*>& loose) {
+    Object* inner = const_cast<Object*>(unwrapped(node));
+    if (inner->kind != ObjectKind::Node || inner->isNode(tagOf(NodeKind::Global)) || inner->isNode(tagOf(NodeKind::Use)))
+        return;
+    const bool isSlot =
+        inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Handler)) || inner->isNode(tagOf(NodeKind::Script));
+    if (!isSlot) {
+        loose.push_back(node);
+        return;
+    }
+    if (mCode.size() > 0)
+        mCode.emit(Opcode::StoreResult);
+    const std::size_t start = mCode.size();
+    if (inner->isNode(tagOf(NodeKind::Property))) {
+        Object* name = inner->children[0];
+        expression(inner->children[1]);
+        if (name->isCode(CodeTag::Class) && name->code() == "pare"_4cc) {
+            mCode.emitWithLiteral(Opcode::DefineProperty, name);
+        } else {
+            if (isReference(inner->children[1]))
+                mCode.emit(Opcode::GetData);
+            mCode.emitLocal(Opcode::PopVariable, Opcode::PopVariableLong, mScope.add(name));
+        }
+    } else if (inner->isNode(tagOf(NodeKind::Handler))) {
+        // Names of the outermost run handler are globals; anywhere else a handler's names are its own.
+        const bool isRun = inner->children[0]->children[0]->bytes.starts_with("aevtoapp");
+        HandlerCompiler compiler(mStore, Scope::Kind::Frame, &mScope, isRun && !mScope.outer());
+        Object* handler = compiler.compileHandler(inner);
+        adopt(compiler);
+        mCode.emitWithLiteral(Opcode::DefineProcedure, handler);
+    } else {
+        scriptObject(inner);
+    }
+    inner->start = static_cast<std::uint16_t>(start);
+    inner->end = static_cast<std::uint16_t>(mCode.size());
+}
+
+Object* HandlerCompiler::compileInitialiser(Object* body, bool withRunHandler) {
+    auto nodes = statementsOf(body);
+    std::vector<Object*> loose;
+    declareSlots(nodes);
+    for (Object* node : nodes)
+        definition(node, loose);
+    if (!loose.empty() && !failed()) {
+        Object* name = mStore.event(kRunEvent);
+        if (mScope.contains(*name)) {
+            fail(-2789, u"The run handler is specified more than once, or there were top-level commands in addition to the run handler.", loose.front());
+        } else if (!withRunHandler) {
+            fail(OSASyntaxError, u"Expected a definition.", loose.front());
+        } else {
+            mScope.add(name);
+            HandlerCompiler compiler(mStore, Scope::Kind::Frame, &mScope, !mScope.outer());
+            compiler.block(loose.size() == 1 ? loose.front() : mStore.node(tagOf(NodeKind::Block), {mStore.list(loose)}));
+            compiler.mCode.emit(Opcode::Return);
+            Object* tree = loose.size() == 1 ? loose.front() : mStore.node(tagOf(NodeKind::Block), {mStore.list(loose)});
+            tree->end = static_cast<std::uint16_t>(compiler.mCode.size() - 1);
+            Object* handler = compiler.finish(name, tree, mStore.nil(), mStore.list({}), compiler.mScope.isCaptured());
+            adopt(compiler);
+            if (mCode.size() > 0)
+                mCode.emit(Opcode::StoreResult);
+            mCode.emitWithLiteral(Opcode::DefineProcedure, handler);
+        }
+    }
+    if (mCode.size() == 0)
+        mCode.emit(Opcode::PushUndefined);
+    mCode.emit(Opcode::Return);
+    return finish(mStore.event(kInitialiseEvent), mStore.nil(), mStore.nil(), mStore.list({}), mScope.outer() != nullptr);
+}
+
+/// A script object: its initialiser runs where the definition stands.
+void HandlerCompiler::scriptObject(Object* node) {
+    Object* name = node->children[0];
+    if (name->isNil())
+        mCode.emit(Opcode::PushUndefined);
+    else
+        mCode.pushLiteral(name);
+    mCode.pushLiteral(node->children[1]);
+    HandlerCompiler compiler(mStore, Scope::Kind::Script, &mScope, false);
+    if (!name->isNil())
+        mScope.add(name);
+    Object* initialiser = compiler.compileInitialiser(node->children[1], true);
+    adopt(compiler);
+    mCode.emitWithLiteral(Opcode::DefineActor, initialiser);
+    mCode.emit(Opcode::EndDefineActor);
+    if (!name->isNil())
+        storeVariable(name);
+}
+
+Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store) {
+    HandlerCompiler compiler(store, Scope::Kind::Script, nullptr, false);
+    Object* initialiser = compiler.compileInitialiser(tree, true);
+    if (compiler.failed())
+        return Failure{compiler.error()};
+    return initialiser;
+}
+
+} // namespace quoddle

@@ -1,0 +1,287 @@
+// SPDX-License-Identifier: MIT
+// Expressions and calls.
+#include "platform/applescript/compiler/HandlerCompiler.h"
+
+#include <algorithm>
+
+namespace quoddle {
+
+namespace {
+
+constexpr FourCharCode kBooleanClass = "bool"_4cc;
+constexpr std::size_t kMaximumDepth = 1000; // the parser stops earlier; trees from a file may be deeper
+
+struct OperatorRow {
+    NodeKind kind;
+    Opcode opcode;
+};
+constexpr OperatorRow kBinaryOperators[] = {
+    {NodeKind::Equal, Opcode::Equal},
+    {NodeKind::NotEqual, Opcode::NotEqual},
+    {NodeKind::Greater, Opcode::GreaterThan},
+    {NodeKind::GreaterOrEqual, Opcode::GreaterThanOrEqual},
+    {NodeKind::Less, Opcode::LessThan},
+    {NodeKind::LessOrEqual, Opcode::LessThanOrEqual},
+    {NodeKind::StartsWith, Opcode::StartsWith},
+    {NodeKind::EndsWith, Opcode::EndsWith},
+    {NodeKind::Contains, Opcode::Contains},
+    {NodeKind::Add, Opcode::Add},
+    {NodeKind::Subtract, Opcode::Subtract},
+    {NodeKind::Multiply, Opcode::Multiply},
+    {NodeKind::Divide, Opcode::Divide},
+    {NodeKind::Quotient, Opcode::Quotient},
+    {NodeKind::Remainder, Opcode::Remainder},
+    {NodeKind::Power, Opcode::Power},
+    {NodeKind::Concatenate, Opcode::Concatenate},
+    {NodeKind::As, Opcode::Coerce},
+};
+
+/// Properties of the AppleScript object that need no "of AppleScript" wherever they stand.
+bool isLanguageProperty(FourCharCode code) {
+    constexpr FourCharCode kCodes[] = {"ascr"_4cc, "rslt"_4cc, "ret "_4cc, "tab "_4cc, "spac"_4cc, "lnfd"_4cc, "quot"_4cc,
+                                       "pi  "_4cc, "min "_4cc, "hour"_4cc, "days"_4cc, "week"_4cc};
+    return std::find(std::begin(kCodes), std::end(kCodes), code) != std::end(kCodes);
+}
+
+const OperatorRow* binaryOperator(std::uint8_t tag) {
+    for (const OperatorRow& row : kBinaryOperators)
+        if (tagOf(row.kind) == tag)
+            return &row;
+    return nullptr;
+}
+
+} // namespace
+
+void HandlerCompiler::fail(OSStatus number, std::u16string message, const Object* node) {
+    if (!failed())
+        mError = {number, std::move(message), node};
+}
+
+const Object* HandlerCompiler::unwrapped(const Object* node) {
+    while (node->isNode(tagOf(NodeKind::Line)) && !node->children.empty())
+        node = node->children[0];
+    return node;
+}
+
+void HandlerCompiler::expression(Object* node) {
+    if (failed())
+        return;
+    if (++mDepth > kMaximumDepth) {
+        fail(errOSAStackOverflow, u"Stack overflow.", node);
+    } else if (node->kind != ObjectKind::Node) {
+        literal(node);
+    } else {
+        const std::size_t start = mCode.size();
+        expressionBody(node);
+        node->start = static_cast<std::uint16_t>(start);
+        node->end = static_cast<std::uint16_t>(mCode.size());
+    }
+    --mDepth;
+}
+
+void HandlerCompiler::expressionBody(Object* node) {
+    if (const OperatorRow* row = binaryOperator(node->tag))
+        return binary(node, row->opcode);
+    switch (static_cast<NodeKind>(node->tag)) {
+    case NodeKind::Literal:
+        return literal(node->children[0]);
+    case NodeKind::Variable:
+        return variable(node->children[0]);
+    case NodeKind::Line:
+        return expression(node->children[0]);
+    case NodeKind::Me:
+        return mCode.emit(Opcode::PushMe);
+    case NodeKind::It:
+        return mCode.emit(Opcode::PushIt);
+    case NodeKind::List:
+        return makeList(node);
+    case NodeKind::LinkedList:
+        for (Object* item : node->children[0]->children)
+            expression(item);
+        mCode.pushInteger(static_cast<std::int32_t>(node->children[0]->children.size()));
+        return mCode.emit(Opcode::MakeList);
+    case NodeKind::Record:
+        return makeRecord(node);
+    case NodeKind::And:
+        return shortCircuit(node, Opcode::And);
+    case NodeKind::Or:
+        return shortCircuit(node, Opcode::Or);
+    case NodeKind::Not:
+        expression(node->children[0]);
+        return mCode.emit(Opcode::Not);
+    case NodeKind::Negate:
+        expression(node->children[0]);
+        return mCode.emit(Opcode::Negate);
+    case NodeKind::Get:
+        return valueOf(node->children[0]);
+    case NodeKind::ReferenceTo:
+        expression(node->children[0]);
+        return mCode.emit(Opcode::MakeReference);
+    case NodeKind::Call:
+        return call(node, Target::Implicit);
+    case NodeKind::Continue:
+        return continueCall(node);
+    case NodeKind::Of:
+        expression(node->children[1]);
+        return part(node->children[0]);
+    default:
+        if (node->isNode(tagOf(NodeKind::Term)) && isLanguageProperty(node->children[0]->code()))
+            return variable(node->children[0]);
+        if (node->isNode(tagOf(NodeKind::Filter)) && !startsFromContainer(node)) {
+            expression(node->children[0]);
+            return examine(node);
+        }
+        if (isReference(node)) {
+            // An application does not belong to the target of a tell.
+            const bool isApplication = node->isNode(tagOf(NodeKind::ElementByKey)) && node->children[0]->code() == "capp"_4cc;
+            mCode.emit(isApplication ? Opcode::PushMe : Opcode::PushIt);
+            return part(node);
+        }
+        fail(OSASyntaxError, u"Expected an expression.", node);
+    }
+}
+
+void HandlerCompiler::literal(Object* value) {
+    if (value->kind == ObjectKind::Integer)
+        return mCode.pushInteger(value->integer);
+    if (value->kind == ObjectKind::Boolean)
+        return mCode.emit(value->boolean ? Opcode::PushTrue : Opcode::PushFalse);
+    if (value->isCode(CodeTag::Constant) && value->code() == "boov"_4cc)
+        return mCode.emit(value->code(1) == "true"_4cc ? Opcode::PushTrue : Opcode::PushFalse);
+    if (value->isNil())
+        return mCode.emit(Opcode::PushUndefined);
+    mCode.pushLiteral(value);
+}
+
+/// Names that nothing declares are the handler's own, but for those of the outermost run handler; a code names a property of the AppleScript object.
+Scope::Place HandlerCompiler::placeOf(Object* name) {
+    Scope::Place place;
+    if (name->kind == ObjectKind::Code)
+        place.found = Scope::Found::Global;
+    else
+        place = mScope.find(*name);
+    if (place.found == Scope::Found::Nowhere) {
+        const bool isGlobal = mPlainNamesAreGlobal || mScope.kind() == Scope::Kind::Script;
+        place = isGlobal ? Scope::Place{Scope::Found::Global} : Scope::Place{Scope::Found::Here, 0, mScope.add(name)};
+    }
+    return place;
+}
+
+void HandlerCompiler::variable(Object* name) {
+    const Scope::Place place = placeOf(name);
+    if (place.found == Scope::Found::Global)
+        mCode.emitLiteral(Opcode::PushGlobal, Opcode::PushGlobalLong, name);
+    else if (place.found == Scope::Found::Outside)
+        mCode.emitScope(Opcode::PushParentVariable, place.depth, place.index);
+    else
+        mCode.emitLocal(Opcode::PushVariable, Opcode::PushVariableLong, place.index);
+}
+
+void HandlerCompiler::makeList(Object* node) {
+    auto items = node->children[0]->children;
+    for (Object* item : items)
+        valueOf(item);
+    mCode.pushInteger(static_cast<std::int32_t>(items.size()));
+    mCode.emit(Opcode::MakeVector);
+}
+
+void HandlerCompiler::makeRecord(Object* node) {
+    auto entries = node->children[0]->children;
+    for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
+        mCode.pushLiteral(entries[i]);
+        valueOf(entries[i + 1]);
+    }
+    mCode.pushInteger(static_cast<std::int32_t>(entries.size()));
+    mCode.emit(Opcode::MakeRecord);
+}
+
+void HandlerCompiler::binary(Object* node, Opcode opcode) {
+    // "b is in a" is stored as a contains b.
+    expression(node->children[0]);
+    expression(node->children[1]);
+    mCode.emit(opcode);
+}
+
+void HandlerCompiler::shortCircuit(Object* node, Opcode opcode) {
+    Label end;
+    expression(node->children[0]);
+    mCode.branch(opcode, end);
+    expression(node->children[1]);
+    mCode.pushLiteral(mStore.code(kBooleanClass));
+    mCode.emit(Opcode::Coerce);
+    mCode.place(end);
+}
+
+std::int32_t HandlerCompiler::labelledArguments(Object* labels) {
+    auto entries = labels->children;
+    if (labels->kind != ObjectKind::Record)
+        return 0;
+    for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
+        mCode.pushLiteral(entries[i]);
+        expression(entries[i + 1]);
+    }
+    return static_cast<std::int32_t>(entries.size());
+}
+
+void HandlerCompiler::positionalCall(Object* node, Target target) {
+    if (target == Target::Implicit)
+        mCode.emit(Opcode::PushIt);
+    auto arguments = node->children[1]->children;
+    for (Object* argument : arguments)
+        expression(argument);
+    mCode.pushInteger(static_cast<std::int32_t>(arguments.size()));
+    mCode.emitWithLiteral(Opcode::PositionalMessageSend, node->children[0]);
+}
+
+void HandlerCompiler::call(Object* node, Target target) {
+    Object* message = node->children[0];
+    Object* direct = node->children[1];
+    Object* labels = node->children[2];
+    const bool hasLabels = labels->kind == ObjectKind::Record && !labels->children.empty();
+    if (message->kind == ObjectKind::Identifier && direct->kind == ObjectKind::List && !hasLabels)
+        return positionalCall(node, target);
+    if (target == Target::Implicit) {
+        if (direct->kind == ObjectKind::Node)
+            expression(direct);
+        else
+            mCode.emit(Opcode::PushIt);
+    }
+    mCode.pushInteger(labelledArguments(labels));
+    mCode.emitWithLiteral(Opcode::MessageSend, message);
+}
+
+/// The message goes to the parent of the script that is running: "me" is its target, the marker stands for the next in line.
+void HandlerCompiler::continueCall(Object* node) {
+    Object* message = node->children[0]->children[0];
+    Object* direct = node->children[0]->children[1];
+    Object* labels = node->children[0]->children[2];
+    mCode.emit(Opcode::PushMe);
+    if (message->kind == ObjectKind::Identifier && direct->kind == ObjectKind::List && !direct->children.empty()) {
+        for (Object* argument : direct->children)
+            expression(argument);
+        mCode.pushInteger(static_cast<std::int32_t>(direct->children.size()));
+        mCode.emit(Opcode::PushNext);
+        mCode.emit(Opcode::PushIt);
+        return mCode.emitWithLiteral(Opcode::PositionalContinue, message);
+    }
+    mCode.pushInteger(labelledArguments(labels));
+    mCode.emit(Opcode::PushNext);
+    if (direct->kind == ObjectKind::Node)
+        expression(direct);
+    else
+        mCode.emit(Opcode::PushIt);
+    mCode.emitWithLiteral(Opcode::Continue, message);
+}
+
+void HandlerCompiler::raise(Object* node) {
+    Object* message = node->children[1];
+    mCode.emit(Opcode::PushMe);
+    mCode.pushInteger(labelledArguments(node->children[2]));
+    if (message->kind == ObjectKind::Node)
+        expression(message);
+    else
+        mCode.emit(Opcode::PushUndefined);
+    mCode.emit(Opcode::Error);
+}
+
+} // namespace quoddle

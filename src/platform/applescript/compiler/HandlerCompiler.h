@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// Compiles one handler, or the initialiser of one script object. Expressions, references, statements and definitions each have a source file.
+#pragma once
+
+#include "platform/applescript/compiler/CodeBuilder.h"
+#include "platform/applescript/compiler/Compiler.h"
+#include "platform/applescript/compiler/Scope.h"
+#include "platform/applescript/syntax/NodeKind.h"
+
+namespace quoddle {
+
+class HandlerCompiler {
+public:
+    HandlerCompiler(ObjectStore& store, Scope::Kind kind, Scope* outer, bool plainNamesAreGlobal)
+        : mStore(store), mCode(store), mScope(kind, outer), mPlainNamesAreGlobal(plainNamesAreGlobal) {}
+
+    /// The first error, if any; later ones follow from it and are dropped.
+    const CompileError& error() const { return mError; }
+    bool failed() const { return mError.number != noErr; }
+
+    /// A handler block for a Handler node.
+    Object* compileHandler(Object* handler);
+    /// The initialiser for the statements of a script object. Loose statements are gathered into a run handler when `withRunHandler`.
+    Object* compileInitialiser(Object* body, bool withRunHandler);
+
+private:
+    using Label = CodeBuilder::Label;
+
+    // Expressions: each leaves one value.
+    void expression(Object* node);
+    void expressionBody(Object* node);
+    void literal(Object* value);
+    Scope::Place placeOf(Object* name);
+    void variable(Object* name);
+    void term(Object* node);
+    void makeList(Object* node);
+    void makeRecord(Object* node);
+    void binary(Object* node, Opcode opcode);
+    void shortCircuit(Object* node, Opcode opcode);
+    /// A call whose direct parameter or target is not in the node but on the stack.
+    enum class Target { Implicit, OnStack };
+    void call(Object* node, Target target);
+    void positionalCall(Object* node, Target target);
+    std::int32_t labelledArguments(Object* labels);
+    void continueCall(Object* node);
+    void raise(Object* node);
+
+    // References: each leaves a specifier.
+    bool isReference(const Object* node) const;
+    /// The part of a reference, its container being on the stack.
+    void part(Object* node);
+    /// An expression that may start from the container on the stack; it takes the container in any case.
+    void withContainer(Object* node);
+    bool startsFromContainer(const Object* node) const;
+    void listPart(Object* node);
+    void range(Object* node);
+    void filter(Object* node);
+    void examine(Object* node);
+    void test(Object* node);
+    /// The value where one is stored or returned: a specifier is followed to its value.
+    void valueOf(Object* node);
+
+    // Statements: each leaves one value.
+    void statement(Object* node);
+    void statementBody(Object* node);
+    void block(Object* node);
+    void statements(std::span<Object* const> nodes);
+    void assignment(Object* node, bool copies);
+    void store(Object* target, bool copies);
+    void storeVariable(Object* name);
+    void pattern(Object* target, bool copies);
+    void ifStatement(Object* node);
+    void loopBody(Object* body);
+    void loop(Object* node);
+    void repeatIn(Object* node);
+    void repeatFrom(Object* node);
+    void tell(Object* node);
+    void considering(Object* node);
+    void tryStatement(Object* node);
+    void declare(Object* node, bool global);
+    void scriptObject(Object* node);
+    void timeout(Object* node);
+    void transaction(Object* node);
+
+    // Definitions.
+    void definition(Object* node, std::vector<Object*>& loose);
+    void declareSlots(std::span<Object* const> nodes);
+    Object* parameters(Object* heading);
+    Object* parameterName(Object* node);
+    Object* labels(Object* record);
+    Object* finish(Object* name, Object* tree, Object* parameters, Object* labels, bool closure);
+    /// Takes over the error of a compiler for something inside.
+    void adopt(const HandlerCompiler& inner);
+
+    void fail(OSStatus number, std::u16string message, const Object* node);
+
+    static std::span<Object* const> statementsOf(Object* const& body);
+    static const Object* unwrapped(const Object* node);
+
+    ObjectStore& mStore;
+    CodeBuilder mCode;
+    Scope mScope;
+    bool mPlainNamesAreGlobal;
+    std::size_t mLoops = 0;
+    std::size_t mDepth = 0;
+    CompileError mError;
+};
+
+} // namespace quoddle

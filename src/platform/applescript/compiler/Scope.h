@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// Who a name belongs to. Scopes alternate between the frame of a handler and the slots of the script object around it, as the depth operand of the
+// parent-variable instructions counts them.
+#pragma once
+
+#include "platform/applescript/image/Object.h"
+
+#include <unordered_map>
+#include <unordered_set>
+
+namespace quoddle {
+
+/// What tells names apart: the comparison key of an identifier, or the bytes of a code.
+std::string nameKey(const Object& name);
+
+class Scope {
+public:
+    enum class Kind { Frame, Script };
+
+    Scope(Kind kind, Scope* outer) : mKind(kind), mOuter(outer) {}
+
+    Kind kind() const { return mKind; }
+    Scope* outer() const { return mOuter; }
+    const std::vector<Object*>& names() const { return mNames; }
+
+    /// The index of a name of this scope, added when it is new.
+    std::size_t add(Object* name);
+    bool contains(const Object& name) const { return mIndexes.contains(nameKey(name)); }
+
+    void declareGlobal(const Object& name) { mGlobals.insert(nameKey(name)); }
+    bool isGlobal(const Object& name) const { return mGlobals.contains(nameKey(name)); }
+
+    enum class Found { Nowhere, Here, Outside, Global };
+    struct Place {
+        Found found = Found::Nowhere;
+        std::size_t depth = 0;
+        std::size_t index = 0;
+    };
+    /// The nearest scope that has the name, or declares it as a global. A frame found further out is marked as captured.
+    Place find(const Object& name);
+
+    bool isCaptured() const { return mCaptured; }
+    void capture() { mCaptured = true; }
+
+private:
+    Kind mKind;
+    Scope* mOuter;
+    bool mCaptured = false;
+    std::vector<Object*> mNames;
+    std::unordered_map<std::string, std::size_t> mIndexes;
+    std::unordered_set<std::string> mGlobals;
+};
+
+} // namespace quoddle
