@@ -18,6 +18,7 @@
 namespace quoddle {
 
 struct AEItem;
+struct AEDescStorage;
 
 constexpr std::int16_t kAutoGenerateReturnID = -1;
 constexpr std::int32_t kAnyTransactionID = 0;
@@ -51,6 +52,10 @@ public:
     static AEDesc record(DescType type = "reco"_4cc);
     static AEDesc appleEvent(AEEventClass eventClass, AEEventID eventID, AEDesc target = {}, std::int16_t returnID = kAutoGenerateReturnID,
                              std::int32_t transactionID = kAnyTransactionID);
+
+    /// All parts at once, the attributes without "evcl", "evid", "rtid", "tran".
+    static AEDesc appleEvent(AEEventClass eventClass, AEEventID eventID, std::int16_t returnID, std::int32_t transactionID,
+                             std::vector<AEItem> attributes, std::vector<AEItem> parameters);
 
     DescType type() const { return mType; }
     /// The same storage under another type.
@@ -112,19 +117,18 @@ public:
     bool operator==(const AEDesc& other) const;
 
 private:
-    struct Storage;
     enum class Form : std::uint8_t { Small, Shared };
-    explicit AEDesc(DescType type, Storage* storage) noexcept;
-    Storage* shared() const { return mForm == Form::Shared ? mStorage : nullptr; }
-    Storage& writable();
-    static void release(Storage* storage) noexcept;
+    AEDesc(DescType type, AEDescStorage* storage) noexcept;
+    AEDescStorage* shared() const { return mForm == Form::Shared ? mStorage : nullptr; }
+    AEDescStorage& writable();
+    static void release(AEDescStorage* storage) noexcept;
 
     DescType mType;
     Form mForm;
     std::uint8_t mSmallSize;
     union {
         char mSmall[8];
-        Storage* mStorage;
+        AEDescStorage* mStorage;
     };
 };
 
