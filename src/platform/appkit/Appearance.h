@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// Light and dark: what the palette says, the few colours that a palette lacks, and the dark palette we install when the desktop wants dark
+// but the toolkit has not heard of it.
+// One decision: the palette is the truth; whoever draws asks it, and hears of a change as of any palette change. The desktop's wish is read
+// from its portal only after the first window has been painted; until then the wish of the last launch holds.
+// Main thread only.
+#pragma once
+
+#include <QColor>
+
+class QPalette;
+
+namespace quoddle::Appearance {
+
+bool isDark(const QPalette& palette);
+/// For text of lesser weight.
+QColor secondaryLabelColor(const QPalette& palette);
+/// For the empty part of a bar.
+QColor grooveColor(const QPalette& palette);
+
+/// Before the first window. The variable QUODDLE_APPEARANCE ("light", "dark") overrides everything.
+void applyRememberedScheme();
+/// After the first paint: asks the desktop, follows it from then on. Does nothing without a session bus.
+void followDesktop();
+/// Installs our dark palette, or takes it away again. Nothing changes where the desktop's own palette is dark already.
+void setWantsDark(bool dark);
+
+} // namespace quoddle::Appearance

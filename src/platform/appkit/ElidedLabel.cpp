@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/ElidedLabel.h"
+
+#include "platform/appkit/Appearance.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QPainter>
+
+namespace quoddle {
+
+namespace {
+
+bool isFigure(QChar c) {
+    return c.category() == QChar::Number_DecimalDigit;
+}
+
+int figureWidth(const QFontMetrics& metrics) {
+    int widest = 0;
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
+        widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
+    return widest;
+}
+
+} // namespace
+
+ElidedLabel::ElidedLabel(QWidget* parent) : QFrame(parent) {
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+}
+
+void ElidedLabel::setText(const QString& text) {
+    if (text == mText)
+        return;
+    mText = text;
+    setAccessibleName(text);
+    updateToolTip();
+    update();
+}
+
+void ElidedLabel::setSecondary(bool secondary) {
+    mSecondary = secondary;
+    update();
+}
+
+void ElidedLabel::setTabularFigures(bool tabularFigures) {
+    mTabularFigures = tabularFigures;
+    updateToolTip();
+    update();
+}
+
+int ElidedLabel::widthOf(const QString& line) const {
+    if (!mTabularFigures)
+        return fontMetrics().horizontalAdvance(line);
+    const int figure = figureWidth(fontMetrics());
+    int width = 0;
+    QString run;
+    for (QChar c : line) {
+        if (!isFigure(c)) {
+            run += c;
+            continue;
+        }
+        width += fontMetrics().horizontalAdvance(run) + figure;
+        run.clear();
+    }
+    return width + fontMetrics().horizontalAdvance(run);
+}
+
+bool ElidedLabel::isElided() const {
+    return widthOf(QString(mText).simplified()) > contentsRect().width();
+}
+
+QString ElidedLabel::visibleText() const {
+    const QString line = mText.simplified();
+    const int room = contentsRect().width();
+    const int width = widthOf(line);
+    if (width <= room)
+        return line;
+    // Figures of equal width may take more room than the metrics know; leave that much less to the rest.
+    const int excess = width - fontMetrics().horizontalAdvance(line);
+    return fontMetrics().elidedText(line, Qt::ElideRight, std::max(0, room - excess));
+}
+
+QSize ElidedLabel::sizeHint() const {
+    const QMargins margins = contentsMargins();
+    return {200 + margins.left() + margins.right(), fontMetrics().lineSpacing() + margins.top() + margins.bottom()};
+}
+
+void ElidedLabel::drawLine(QPainter& painter, const QString& line) const {
+    const QRect area = contentsRect();
+    if (!mTabularFigures || line.isRightToLeft()) {
+        painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, line);
+        return;
+    }
+    const int figure = figureWidth(fontMetrics());
+    const int baseline = area.top() + (area.height() - fontMetrics().height()) / 2 + fontMetrics().ascent();
+    int x = area.left();
+    for (qsizetype at = 0; at < line.size();) {
+        qsizetype end = at;
+        while (end < line.size() && !isFigure(line[end]))
+            ++end;
+        const QString run = line.mid(at, end - at);
+        painter.drawText(x, baseline, run);
+        x += fontMetrics().horizontalAdvance(run);
+        for (; end < line.size() && isFigure(line[end]); ++end, x += figure)
+            painter.drawText(x + (figure - fontMetrics().horizontalAdvance(line[end])) / 2, baseline, QString(line[end]));
+        at = end;
+    }
+}
+
+void ElidedLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(mSecondary ? Appearance::secondaryLabelColor(palette()) : palette().color(QPalette::WindowText));
+    drawLine(painter, visibleText());
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent* event) {
+    QFrame::resizeEvent(event);
+    updateToolTip();
+}
+
+void ElidedLabel::changeEvent(QEvent* event) {
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        updateGeometry();
+        updateToolTip();
+    }
+}
+
+void ElidedLabel::updateToolTip() {
+    // Tool tips guess at rich text; what a script says is never that.
+    setToolTip(isElided() ? QStringLiteral("<qt>%1</qt>").arg(mText.toHtmlEscaped()) : QString());
+}
+
+} // namespace quoddle

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// A line of text that is cut with an ellipsis where it does not fit and then tells the whole in a tool tip.
+// One decision: its size never depends on its text, so a layout around it stands still whatever it says. One line only: line ends are shown
+// as blanks.
+#pragma once
+
+#include <QFrame>
+
+namespace quoddle {
+
+class ElidedLabel : public QFrame {
+    Q_OBJECT
+    Q_PROPERTY(QString text READ text WRITE setText)
+    Q_PROPERTY(bool secondary READ isSecondary WRITE setSecondary)
+    Q_PROPERTY(bool tabularFigures READ hasTabularFigures WRITE setTabularFigures)
+public:
+    explicit ElidedLabel(QWidget* parent = nullptr);
+
+    const QString& text() const { return mText; }
+    /// Plain text; also what screen readers are told, in full.
+    void setText(const QString& text);
+    /// In the quieter colour of additional information.
+    bool isSecondary() const { return mSecondary; }
+    void setSecondary(bool secondary);
+    /// Digits all as wide as the widest, so that counting does not make the line tremble.
+    bool hasTabularFigures() const { return mTabularFigures; }
+    void setTabularFigures(bool tabularFigures);
+    bool isElided() const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return {0, sizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void updateToolTip();
+    int widthOf(const QString& line) const;
+    QString visibleText() const;
+    void drawLine(class QPainter& painter, const QString& line) const;
+
+    QString mText;
+    bool mSecondary = false;
+    bool mTabularFigures = false;
+};
+
+} // namespace quoddle

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/MenuBar.h"
+
+#include "platform/appkit/NSApplication.h"
+
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+
+namespace quoddle {
+
+namespace {
+
+// Names of applets may hold an ampersand, which would mark a shortcut.
+QString plainTitle(const QString& title) {
+    return QString(title).replace(u'&', QStringLiteral("&&"));
+}
+
+} // namespace
+
+MenuBar::MenuBar(std::shared_ptr<NSMenu> menu, QMainWindow& window) : QMenuBar(&window), mMenu(std::move(menu)), mWindow(window) {
+    mMenu->setChangeHandler([this] {
+        if (mRebuildPending)
+            return;
+        mRebuildPending = true; // many titles change together
+        QMetaObject::invokeMethod(this, &MenuBar::rebuild, Qt::QueuedConnection);
+    });
+    rebuild();
+    window.setMenuBar(this);
+    window.installEventFilter(this);
+}
+
+MenuBar::~MenuBar() {
+    mMenu->setChangeHandler({});
+}
+
+void MenuBar::rebuild() {
+    mRebuildPending = false;
+    qDeleteAll(findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
+    clear();
+    for (const auto& item : mMenu->itemArray()) {
+        if (!item->submenu())
+            continue; // a bar holds menus only
+        QMenu* menu = addMenu(plainTitle(item->title()));
+        fill(*menu, *item->submenu());
+    }
+}
+
+void MenuBar::fill(QMenu& menu, const NSMenu& items) {
+    std::vector<std::pair<QAction*, const NSMenuItem*>> judged;
+    for (const auto& item : items.itemArray()) {
+        if (item->isSeparatorItem()) {
+            menu.addSeparator();
+        } else if (item->submenu()) {
+            fill(*menu.addMenu(plainTitle(item->title())), *item->submenu());
+        } else {
+            QAction* action = actionFor(*item);
+            action->setParent(&menu);
+            menu.addAction(action);
+            mWindow.addAction(action); // so that its shortcut works while the bar is hidden
+            judged.emplace_back(action, item.get());
+        }
+    }
+    // Grey only while it is looked at: a disabled action would not tell us that its shortcut was pressed.
+    connect(&menu, &QMenu::aboutToShow, this, [judged] {
+        for (const auto& [action, item] : judged)
+            action->setEnabled(NSApplication::sharedApplication()->validateMenuItem(*item));
+    });
+    connect(&menu, &QMenu::aboutToHide, this, [this, judged] {
+        // Later: the choice that hides the menu is still being looked at.
+        for (const auto& [action, item] : judged)
+            QMetaObject::invokeMethod(
+                action, [action = action] { action->setEnabled(true); }, Qt::QueuedConnection);
+    });
+}
+
+QAction* MenuBar::actionFor(const NSMenuItem& item) {
+    auto* action = new QAction(plainTitle(item.title()));
+    action->setObjectName(item.identifier().isEmpty() ? item.action() : item.identifier());
+    action->setShortcut(QKeySequence(item.keyEquivalent(), QKeySequence::PortableText));
+    connect(action, &QAction::triggered, this, [&item] {
+        if (!NSApplication::sharedApplication()->sendAction(item))
+            QApplication::beep();
+    });
+    return action;
+}
+
+void MenuBar::popUp(const QPoint& globalPosition) {
+    auto* menu = new QMenu(&mWindow);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addActions(actions());
+    menu->popup(globalPosition);
+}
+
+bool MenuBar::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &mWindow && isHidden()) {
+        if (event->type() == QEvent::ContextMenu) {
+            popUp(static_cast<QContextMenuEvent*>(event)->globalPos());
+            return true;
+        }
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F10) {
+            popUp(mWindow.mapToGlobal(QPoint()));
+            return true;
+        }
+    }
+    return QMenuBar::eventFilter(watched, event);
+}
+
+} // namespace quoddle

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/NSAlert.h"
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSWindow.h"
+#include "ui_NSAlert.h"
+
+#include <QCloseEvent>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kIconSize = 48;
+constexpr int kTextWidth = 380;
+
+QStyle::StandardPixmap iconOf(NSAlertStyle style) {
+    switch (style) {
+    case NSAlertStyle::critical:
+        return QStyle::SP_MessageBoxCritical;
+    case NSAlertStyle::informational:
+        return QStyle::SP_MessageBoxInformation;
+    default:
+        return QStyle::SP_MessageBoxWarning;
+    }
+}
+
+int heightOfText(const QLabel& label) {
+    return label.text().isEmpty() ? 0 : label.heightForWidth(kTextWidth);
+}
+
+} // namespace
+
+/// Escape and the close button press the button that stands for going away; without one they do nothing.
+class NSAlert::Dialog final : public QDialog {
+public:
+    QPushButton* escapeButton = nullptr;
+
+    void reject() override {
+        if (escapeButton)
+            escapeButton->click();
+    }
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        event->ignore();
+        reject();
+    }
+};
+
+NSAlert::NSAlert() : mUi(std::make_unique<Ui::NSAlert>()), mOwnDialog(std::make_unique<Dialog>()), mDialog(mOwnDialog.get()) {
+    mUi->setupUi(mDialog);
+    QFont bold = mUi->messageView->font();
+    bold.setBold(true);
+    mUi->messageView->setFont(bold);
+    // The texts decide about the size; a scroll area left to itself would take any.
+    mDialog->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    mUi->messageView->setFixedWidth(kTextWidth);
+    mUi->informativeScrollArea->setFixedWidth(kTextWidth);
+}
+
+NSAlert::~NSAlert() = default;
+
+void NSAlert::setAlertStyle(NSAlertStyle style) {
+    mStyle = style;
+}
+
+void NSAlert::setMessageText(const QString& text) {
+    mUi->messageView->setText(text);
+    mDialog->setAccessibleName(text);
+}
+
+void NSAlert::setInformativeText(const QString& text) {
+    mUi->informativeView->setText(text);
+    mDialog->setAccessibleDescription(text);
+}
+
+void NSAlert::setIcon(const QIcon& icon) {
+    mHasOwnIcon = !icon.isNull();
+    mUi->iconView->setPixmap(icon.pixmap(kIconSize));
+}
+
+QPushButton* NSAlert::addButton(const QString& title) {
+    auto* button = new QPushButton(QString(title).replace(u'&', u"&&"_s), mDialog);
+    button->setObjectName(title);
+    button->setAccessibleName(title);
+    button->setAutoDefault(false);
+    const int returnCode = NSAlertFirstButtonReturn + static_cast<int>(mButtons.size());
+    QObject::connect(button, &QPushButton::clicked, mDialog, [this, returnCode] { mDialog->done(returnCode); });
+    mUi->buttonLayout->insertWidget(1, button); // after the spring: each one before those that came earlier
+    if (mButtons.empty())
+        button->setDefault(true);
+    else
+        QWidget::setTabOrder(mButtons.back(), button);
+    mButtons.push_back(button);
+    return button;
+}
+
+void NSAlert::prepare() {
+    if (mButtons.empty())
+        addButton(u"OK"_s);
+    if (!mHasOwnIcon)
+        mUi->iconView->setPixmap(mDialog->style()->standardIcon(iconOf(mStyle), nullptr, mDialog).pixmap(kIconSize));
+    const auto cancel =
+        std::find_if(mButtons.begin(), mButtons.end(), [](const QPushButton* button) { return button->accessibleName() == "Cancel"_L1; });
+    mOwnDialog->escapeButton = cancel != mButtons.end() ? *cancel : mButtons.size() == 1 ? mButtons.front() : nullptr;
+    mButtons.front()->setFocus();
+
+    const int atMost = mDialog->screen()->availableGeometry().height() * 2 / 5;
+    mUi->messageView->setVisible(!mUi->messageView->text().isEmpty());
+    mUi->informativeScrollArea->setVisible(!mUi->informativeView->text().isEmpty());
+    mUi->informativeScrollArea->setFixedHeight(std::min(heightOfText(*mUi->informativeView), atMost));
+}
+
+void NSAlert::beginSheetModal(NSWindow& window, std::function<void(int returnCode)> completion) {
+    prepare();
+    window.beginSheet(mDialog, std::move(completion));
+}
+
+int NSAlert::runModal() {
+    prepare();
+    if (mDialog->windowTitle().isEmpty())
+        mDialog->setWindowTitle(QGuiApplication::applicationDisplayName());
+    return NSApplication::sharedApplication()->runModalForWindow(*mDialog);
+}
+
+} // namespace quoddle

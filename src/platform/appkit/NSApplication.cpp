@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/NSApplication.h"
+
+#include "platform/ae/AEMainThread.h"
+#include "platform/appkit/NSWindow.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/NSNotificationCenter.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFileOpenEvent>
+#include <QTimer>
+
+namespace quoddle {
+
+namespace {
+
+// Apple events reach the main thread through the same door as everything else.
+AEMainThread mainThreadForAppleEvents() {
+    AEMainThread thread;
+    thread.isCurrent = &MainThread::isCurrent;
+    thread.post = &MainThread::dispatchAsync;
+    thread.processEvents = [](std::chrono::milliseconds slice) {
+        // processEvents(flags, ms) goes on as long as there are events; one round that waits is what is wanted.
+        QTimer alarm;
+        alarm.setSingleShot(true);
+        alarm.start(slice);
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    };
+    return thread;
+}
+
+} // namespace
+
+NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) {
+    setQuitOnLastWindowClosed(false); // the delegate decides
+    MainThread::open();
+    AESetMainThread(mainThreadForAppleEvents());
+    connect(this, &QGuiApplication::commitDataRequest, this, &NSApplication::endOfSession, Qt::DirectConnection);
+}
+
+NSApplication::~NSApplication() {
+    AESetMainThread({});
+}
+
+NSApplication* NSApplication::sharedApplication() {
+    return qobject_cast<NSApplication*>(QCoreApplication::instance());
+}
+
+int NSApplication::run(const QStringList& filesToOpen) {
+    mTerminating = false;
+    mReplyPending = false;
+    watchSignals();
+    // From inside the loop, so that a delegate which terminates while launching ends a loop that runs.
+    QTimer::singleShot(0, this, [this, filesToOpen] { finishLaunching(filesToOpen); });
+    const int status = exec();
+    MainThread::close();
+    return status;
+}
+
+void NSApplication::finishLaunching(const QStringList& filesToOpen) {
+    mDelegate->applicationWillFinishLaunching();
+    if (!filesToOpen.isEmpty())
+        openFiles(filesToOpen);
+    if (!mTerminating)
+        mDelegate->applicationDidFinishLaunching();
+}
+
+void NSApplication::openFiles(const QStringList& filenames, OpenCompletion completion) {
+    mOpenRequests.push_back(std::move(completion));
+    mDelegate->applicationOpenFiles(filenames);
+}
+
+void NSApplication::replyToOpenOrPrint(NSApplicationDelegateReply reply) {
+    if (mOpenRequests.empty())
+        return;
+    const OpenCompletion completion = std::move(mOpenRequests.front());
+    mOpenRequests.pop_front();
+    if (completion)
+        completion(reply);
+}
+
+void NSApplication::terminate() {
+    if (mTerminating)
+        return;
+    ++mTerminationQuestions;
+    const auto reply = mDelegate ? mDelegate->applicationShouldTerminate() : NSApplicationTerminateReply::now;
+    mReplyPending = reply == NSApplicationTerminateReply::later;
+    if (reply == NSApplicationTerminateReply::now)
+        terminateNow();
+}
+
+void NSApplication::replyToApplicationShouldTerminate(bool shouldTerminate) {
+    mReplyPending = false;
+    if (shouldTerminate && !mTerminating)
+        terminateNow();
+}
+
+void NSApplication::terminateNow() {
+    mTerminating = true;
+    if (mDelegate)
+        mDelegate->applicationWillTerminate();
+    NSNotificationCenter::defaultCenter().postNotification(NSApplicationWillTerminateNotification, this);
+    // What is seen goes at once, even when a worker needs a moment to end.
+    const QWidgetList windows = topLevelWidgets();
+    for (QWidget* window : windows)
+        window->hide();
+    exit(0); // leaves nested loops too
+}
+
+void NSApplication::windowDidClose(const NSWindow& window, bool askedToTerminate) {
+    const QWidgetList windows = topLevelWidgets();
+    const bool last = std::none_of(windows.begin(), windows.end(), [&window](const QWidget* other) {
+        return other != &window && other->isVisible() && (other->windowType() == Qt::Window || other->windowType() == Qt::Dialog);
+    });
+    if (last && !askedToTerminate && !mTerminating && mDelegate && mDelegate->applicationShouldTerminateAfterLastWindowClosed())
+        terminate();
+}
+
+bool NSApplication::event(QEvent* event) {
+    if (event->type() == QEvent::Quit && !mTerminating) {
+        event->ignore();
+        terminate();
+        return true;
+    }
+    if (event->type() == QEvent::FileOpen && mDelegate) {
+        openFiles({static_cast<QFileOpenEvent*>(event)->file()});
+        return true;
+    }
+    return QApplication::event(event);
+}
+
+int NSApplication::runModalForWindow(QDialog& dialog) {
+    if (mTerminating)
+        return NSModalResponseAbort;
+    QEventLoop loop;
+    ModalSession session{&loop, NSModalResponseAbort};
+    mModalSessions.push_back(&session);
+    const auto connection = connect(&dialog, &QDialog::finished, &loop, [&session](int result) {
+        session.returnCode = result;
+        session.loop->quit();
+    });
+    dialog.setWindowModality(Qt::ApplicationModal);
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
+    loop.exec();
+    disconnect(connection);
+    std::erase(mModalSessions, &session);
+    dialog.hide();
+    return session.returnCode;
+}
+
+void NSApplication::stopModal(int returnCode) {
+    if (mModalSessions.empty())
+        return;
+    mModalSessions.back()->returnCode = returnCode;
+    mModalSessions.back()->loop->quit();
+}
+
+} // namespace quoddle

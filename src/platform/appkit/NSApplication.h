@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+// The application framework: start-up order, requests to open files, the road to the end, menu actions, modal sessions.
+// One decision: every way in which a program can be asked to go (menu, SIGTERM and SIGINT, the end of the session, the last window closed)
+// is the same question to the delegate, asked by terminate(). It knows nothing of scripts.
+// Main thread only.
+#pragma once
+
+#include "platform/appkit/NSApplicationDelegate.h"
+#include "platform/foundation/NSMenu.h"
+
+#include <deque>
+#include <functional>
+
+#include <QApplication>
+
+class QDialog;
+class QEventLoop;
+class QSessionManager;
+
+namespace quoddle {
+
+class NSWindow;
+
+/// Posted with the application as object, after the delegate's applicationWillTerminate().
+inline const QString NSApplicationWillTerminateNotification = QStringLiteral("NSApplicationWillTerminateNotification");
+
+/// What a modal session or a sheet answers when it was broken off, by the end of the application for one.
+constexpr int NSModalResponseAbort = -1001;
+
+class NSApplication : public QApplication {
+    Q_OBJECT
+public:
+    NSApplication(int& argc, char** argv);
+    ~NSApplication() override;
+    /// Null before one was made.
+    static NSApplication* sharedApplication();
+
+    /// Not owned; set before run().
+    void setDelegate(NSApplicationDelegate* delegate) { mDelegate = delegate; }
+    NSApplicationDelegate* delegate() const { return mDelegate; }
+
+    /// Launches (will finish, open the files if any, did finish) and serves events until the application has terminated.
+    int run(const QStringList& filesToOpen = {});
+    bool isTerminating() const { return mTerminating; }
+
+    using OpenCompletion = std::function<void(NSApplicationDelegateReply)>;
+    /// Hands files to the delegate. The completion (may be empty) is called when they have been answered for; requests are answered in
+    /// order.
+    void openFiles(const QStringList& filenames, OpenCompletion completion = {});
+    /// Does nothing when no request is open.
+    void replyToOpenOrPrint(NSApplicationDelegateReply reply);
+
+    /// Asks the delegate, unless the end has begun. While an answer is outstanding, asking again asks the delegate again.
+    void terminate();
+    /// True ends the application, even when no question is outstanding.
+    void replyToApplicationShouldTerminate(bool shouldTerminate);
+    /// Called by a window that the user has closed: asks the delegate when it was the last one, unless closing it has led to a question
+    /// already.
+    void windowDidClose(const NSWindow& window, bool askedToTerminate);
+    /// How often terminate() has asked the delegate.
+    int terminationQuestionCount() const { return mTerminationQuestions; }
+
+    std::shared_ptr<NSMenu> mainMenu() const { return mMainMenu; }
+    void setMainMenu(std::shared_ptr<NSMenu> menu) { mMainMenu = std::move(menu); }
+    /// Performed by the delegate, else by the framework (terminate:, performClose:, performMiniaturize:, cut:, copy:, paste:, selectAll:).
+    /// False when nobody performs it or its item is not valid now.
+    bool sendAction(const NSMenuItem& item);
+    bool validateMenuItem(const NSMenuItem& item) const;
+    /// The framework's own judgement, without the delegate.
+    static bool validatesAction(const QString& action);
+
+    /// Shows the dialog application-modal and returns what it finished with, the code of stopModal(), or NSModalResponseAbort. Sessions
+    /// nest; an outer one ends after the inner one. The dialog is hidden when it returns.
+    int runModalForWindow(QDialog& dialog);
+    /// Ends the innermost session.
+    void stopModal(int returnCode);
+    int modalSessionCount() const { return static_cast<int>(mModalSessions.size()); }
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    struct ModalSession {
+        QEventLoop* loop;
+        int returnCode;
+    };
+    void finishLaunching(const QStringList& filesToOpen);
+    void terminateNow();
+    void watchSignals();
+    void endOfSession(QSessionManager& manager);
+
+    NSApplicationDelegate* mDelegate = nullptr;
+    std::shared_ptr<NSMenu> mMainMenu;
+    std::deque<OpenCompletion> mOpenRequests;
+    std::vector<ModalSession*> mModalSessions;
+    int mTerminationQuestions = 0;
+    bool mReplyPending = false;
+    bool mTerminating = false;
+};
+
+} // namespace quoddle

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/NSWindow.h"
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSViewController.h"
+#include "platform/appkit/WindowFrame.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "platform/foundation/NSUserDefaults.h"
+
+#include <QCloseEvent>
+#include <QDialog>
+#include <QScreen>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QList<QRect> availableScreens() {
+    QList<QRect> areas;
+    for (const QScreen* screen : QGuiApplication::screens())
+        areas << screen->availableGeometry();
+    return areas;
+}
+
+} // namespace
+
+NSWindow::NSWindow(QWidget* parent) : QMainWindow(parent) {
+    setContextMenuPolicy(Qt::NoContextMenu); // the one for tool bars and docks says nothing to our users
+}
+
+NSWindow::~NSWindow() {
+    while (!mSheets.empty()) {
+        const Sheet sheet = std::move(mSheets.front());
+        mSheets.pop_front();
+        if (sheet.dialog) {
+            sheet.dialog->disconnect(this);
+            sheet.dialog->setParent(nullptr);
+        }
+        if (sheet.completion)
+            sheet.completion(NSModalResponseAbort);
+    }
+    // The view is its controller's.
+    if (mContent && centralWidget() == mContent->view())
+        takeCentralWidget()->setParent(nullptr);
+}
+
+void NSWindow::setContentViewController(NSViewController* controller) {
+    mContent = controller;
+    setCentralWidget(controller->view());
+}
+
+void NSWindow::setFrameAutosaveName(const QString& name) {
+    mFrameAutosaveName = name;
+    const QString stored = standardUserDefaults().value(WindowFrame::defaultsKey(name)).toString();
+    const auto frame = WindowFrame::fromString(stored);
+    if (!frame)
+        return;
+    const QRect fitting = WindowFrame::constrained(*frame, availableScreens());
+    resize(fitting.size().expandedTo(minimumSizeHint()));
+    move(fitting.topLeft());
+}
+
+void NSWindow::saveFrame() {
+    if (mFrameAutosaveName.isEmpty() || isMinimized() || isMaximized() || isFullScreen())
+        return;
+    standardUserDefaults().setValue(WindowFrame::defaultsKey(mFrameAutosaveName), WindowFrame::toString({pos(), size()}));
+}
+
+void NSWindow::makeKeyAndOrderFront() {
+    if (isMinimized())
+        showNormal();
+    else
+        show();
+    raise();
+    activateWindow();
+}
+
+void NSWindow::orderOut() {
+    hide();
+}
+
+void NSWindow::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous())
+        saveFrame();
+    QMainWindow::hideEvent(event);
+}
+
+void NSWindow::closeEvent(QCloseEvent* event) {
+    if (attachedSheet()) { // answered first
+        attachedSheet()->raise();
+        attachedSheet()->activateWindow();
+        event->ignore();
+        return;
+    }
+    auto* application = NSApplication::sharedApplication();
+    const int questions = application ? application->terminationQuestionCount() : 0;
+    NSNotificationCenter::defaultCenter().postNotification(NSWindowWillCloseNotification, this);
+    event->accept();
+    if (!application)
+        return;
+    const bool asked = application->terminationQuestionCount() != questions;
+    // Later, for the window is still visible while it closes.
+    QMetaObject::invokeMethod(
+        application,
+        [application, asked, window = QPointer<NSWindow>(this)] {
+            if (window)
+                application->windowDidClose(*window, asked);
+        },
+        Qt::QueuedConnection);
+}
+
+QDialog* NSWindow::attachedSheet() const {
+    return !mSheets.empty() && mSheets.front().shown ? mSheets.front().dialog.data() : nullptr;
+}
+
+void NSWindow::beginSheet(QDialog* sheet, SheetCompletion completion) {
+    mSheets.push_back({sheet, std::move(completion)});
+    if (mSheets.size() == 1)
+        showNextSheet();
+}
+
+void NSWindow::showNextSheet() {
+    while (!mSheets.empty() && !mSheets.front().dialog)
+        mSheets.pop_front(); // destroyed while it waited
+    if (mSheets.empty())
+        return;
+    QDialog* dialog = mSheets.front().dialog;
+    mSheets.front().shown = true;
+    dialog->setParent(this, Qt::Sheet | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
+    dialog->setWindowModality(Qt::WindowModal);
+    if (dialog->windowTitle().isEmpty())
+        dialog->setWindowTitle(windowTitle());
+    dialog->adjustSize();
+    const QRect content = centralWidget() ? QRect(centralWidget()->mapToGlobal(QPoint()), centralWidget()->size()) : geometry();
+    const QRect wanted(content.x() + (content.width() - dialog->width()) / 2, content.y(), dialog->width(), dialog->height());
+    dialog->move(WindowFrame::constrained(wanted, availableScreens()).topLeft());
+    connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) { sheetFinished(dialog, returnCode); });
+    connect(dialog, &QObject::destroyed, this, [this, dialog] { sheetFinished(dialog, NSModalResponseAbort); });
+    dialog->show();
+}
+
+void NSWindow::sheetFinished(QDialog* dialog, int returnCode) {
+    // A destroyed dialog has left its QPointer already; it was the one in front, for only that one is connected.
+    if (mSheets.empty() || (mSheets.front().dialog && mSheets.front().dialog != dialog))
+        return;
+    Sheet sheet = std::move(mSheets.front());
+    mSheets.pop_front();
+    if (sheet.dialog) {
+        sheet.dialog->disconnect(this);
+        sheet.dialog->hide();
+    }
+    if (sheet.completion)
+        sheet.completion(returnCode);
+    if (mSheets.empty() || !mSheets.front().shown) // the completion may have begun another one
+        showNextSheet();
+}
+
+void NSWindow::endSheet(QDialog* sheet, int returnCode) {
+    if (sheet && attachedSheet() == sheet) {
+        sheet->done(returnCode);
+        return;
+    }
+    auto waiting = std::find_if(mSheets.begin(), mSheets.end(), [sheet](const Sheet& each) { return each.dialog == sheet; });
+    if (waiting == mSheets.end())
+        return;
+    const SheetCompletion completion = std::move(waiting->completion);
+    mSheets.erase(waiting);
+    if (completion)
+        completion(returnCode);
+}
+
+} // namespace quoddle

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// A window of the application: content, menu bar, remembered frame, sheets.
+// One decision: a window is hidden (ordered out) by the program and closed only by the user; only closing is announced and may end the
+// application.
+// Main thread only.
+#pragma once
+
+#include <deque>
+#include <functional>
+
+#include <QMainWindow>
+#include <QPointer>
+
+class QDialog;
+
+namespace quoddle {
+
+class NSViewController;
+
+/// Posted with the window as object while the user closes it, before it disappears.
+inline const QString NSWindowWillCloseNotification = QStringLiteral("NSWindowWillCloseNotification");
+
+class NSWindow : public QMainWindow {
+    Q_OBJECT
+public:
+    explicit NSWindow(QWidget* parent = nullptr);
+    ~NSWindow() override;
+
+    /// The window shows the controller's view; not owned. It is loaded now.
+    void setContentViewController(NSViewController* controller);
+    NSViewController* contentViewController() const { return mContent; }
+
+    /// Takes the frame that was remembered under the name, when there is one and some screen still shows it, and remembers from now on.
+    /// A window whose size the layout fixes remembers its place only.
+    void setFrameAutosaveName(const QString& name);
+    const QString& frameAutosaveName() const { return mFrameAutosaveName; }
+
+    void makeKeyAndOrderFront();
+    /// Hides the window without closing it.
+    void orderOut();
+
+    /// The return code of the dialog; NSModalResponseAbort when the window was destroyed first.
+    using SheetCompletion = std::function<void(int returnCode)>;
+    /// Shows the dialog as a sheet, after those that were begun before it. The dialog stays the caller's and must live until the
+    /// completion. The completion is called after the sheet has been hidden.
+    void beginSheet(QDialog* sheet, SheetCompletion completion);
+    /// Ends a sheet that is shown or still waits; nothing happens for any other dialog.
+    void endSheet(QDialog* sheet, int returnCode);
+    /// The sheet that is shown, or null.
+    QDialog* attachedSheet() const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    struct Sheet {
+        QPointer<QDialog> dialog;
+        SheetCompletion completion;
+        bool shown = false;
+    };
+    void showNextSheet();
+    void sheetFinished(QDialog* dialog, int returnCode);
+    void saveFrame();
+
+    NSViewController* mContent = nullptr;
+    QString mFrameAutosaveName;
+    std::deque<Sheet> mSheets; // the first one is shown
+};
+
+} // namespace quoddle

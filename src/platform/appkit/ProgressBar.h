@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// A slim progress bar: a rounded line that fills, or a piece that wanders along it while the end is not known.
+// One decision: it draws itself from the palette alone and so looks the same in every style, light and dark.
+// What it is to screen readers and in which range it counts is QProgressBar's.
+#pragma once
+
+#include <QProgressBar>
+
+class QVariantAnimation;
+
+namespace quoddle {
+
+class ProgressBar : public QProgressBar {
+    Q_OBJECT
+public:
+    /// Range 0 to 100, value 0, determinate.
+    explicit ProgressBar(QWidget* parent = nullptr);
+
+    bool isIndeterminate() const { return mIndeterminate; }
+    /// Keeps the value, which is shown again when the bar becomes determinate. An indeterminate bar stands still until it is started.
+    void setIndeterminate(bool indeterminate);
+    bool isAnimating() const { return mStarted && mIndeterminate; }
+    void startAnimation();
+    void stopAnimation();
+    double doubleValue() const { return mValue; }
+    /// Cut to the range.
+    void setDoubleValue(double value);
+
+    QSize sizeHint() const override { return {160, 8}; }
+    QSize minimumSizeHint() const override { return {40, 8}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void updateAnimation();
+    void updateRange();
+
+    QVariantAnimation* mWandering;
+    double mValue = 0;
+    bool mIndeterminate = false;
+    bool mStarted = false;
+};
+
+} // namespace quoddle
