@@ -22,10 +22,9 @@ struct AEMainThread {
 void AESetMainThread(AEMainThread mainThread);
 
 bool AEIsMainThread();
-/// Runs at once when this is the main thread or none was installed.
+/// Runs at once when none was installed; otherwise later, even when this is the main thread.
 void AEPostToMainThread(std::function<void()> work);
-/// Waits until `done` answers true, looking every few milliseconds, and keeps the main thread alive when called on it.
-/// False when `giveUp` (may be empty) answered true or the deadline passed first.
-bool AEWaitUntil(const std::function<bool()>& done, const std::function<bool()>& giveUp, std::chrono::steady_clock::time_point deadline);
+/// Main thread: lets posted work run for the slice and answers true; false, at once, on other threads or without an event loop.
+bool AEProcessMainThreadEvents(std::chrono::milliseconds slice);
 
 } // namespace quoddle

@@ -63,7 +63,7 @@ public:
     void answerSuspendedEvents();
 
 private:
-    friend class AEDelivery;
+    friend class AEDeliverer;
     struct Private;
     std::unique_ptr<Private> d;
 };

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/AEDelivery.h"
+
+#include "platform/ae/AEMainThread.h"
+
+#include <algorithm>
+
+namespace quoddle {
+
+namespace {
+
+// Short enough for a sender to give up within 10 ms, long enough not to be felt by the processor.
+constexpr std::chrono::milliseconds kSlice{5};
+
+thread_local AEDelivery* tCurrent = nullptr;
+
+} // namespace
+
+AEDelivery::AEDelivery(AEDesc event, AEDesc reply, AEHandlerContext context, OnAnswer onAnswer)
+    : mEvent(NSAppleEventDescriptor::descriptorWithAEDesc(std::move(event))),
+      mReply(NSAppleEventDescriptor::descriptorWithAEDesc(std::move(reply))), mContext(std::move(context)), mOnAnswer(std::move(onAnswer)) {
+}
+
+void AEDelivery::answer(OSErr status) {
+    {
+        std::lock_guard lock(mMutex);
+        if (mAnswered)
+            return;
+        mAnsweredReply = mReply->aeDesc();
+        if (status != noErr && mAnsweredReply.isAppleEvent() && !mAnsweredReply.find("errn"_4cc))
+            mAnsweredReply.put("errn"_4cc, AEDesc::ofInt32(status));
+        mStatus = status;
+        mAnswered = true;
+        mAnswerArrived.notify_all();
+    }
+    if (mOnAnswer)
+        mOnAnswer(mAnsweredReply);
+}
+
+bool AEDelivery::isAnswered() const {
+    std::lock_guard lock(mMutex);
+    return mAnswered;
+}
+
+AEDelivery::Outcome AEDelivery::wait(const std::function<bool()>& giveUp, std::chrono::steady_clock::time_point deadline) {
+    std::unique_lock lock(mMutex);
+    while (!mAnswered) {
+        auto now = std::chrono::steady_clock::now();
+        if (now >= deadline)
+            return Outcome::TimedOut;
+        lock.unlock();
+        bool cancelled = giveUp && giveUp();
+        bool slept = !cancelled && AEProcessMainThreadEvents(kSlice);
+        lock.lock();
+        if (mAnswered)
+            break;
+        if (cancelled)
+            return Outcome::Cancelled;
+        if (!slept)
+            mAnswerArrived.wait_for(lock, std::min<std::chrono::steady_clock::duration>(kSlice, deadline - now),
+                                    [this] { return mAnswered; });
+    }
+    return Outcome::Answered;
+}
+
+AEDelivery* AEDelivery::current() {
+    return tCurrent;
+}
+
+void AEDelivery::makeCurrent() {
+    tCurrent = this;
+}
+
+AEDelivery::Scope::Scope(AEDelivery* delivery) : mOuter(std::exchange(tCurrent, delivery)) {}
+
+AEDelivery::Scope::~Scope() {
+    tCurrent = mOuter;
+}
+
+} // namespace quoddle

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/AEMainThread.h"
+
+#include <memory>
+#include <mutex>
+
+namespace quoddle {
+
+namespace {
+
+std::mutex sMutex;
+std::shared_ptr<const AEMainThread> sMainThread;
+
+// A copy, so that taking the functions away does not pull them from under a caller.
+std::shared_ptr<const AEMainThread> mainThread() {
+    std::lock_guard lock(sMutex);
+    return sMainThread;
+}
+
+} // namespace
+
+void AESetMainThread(AEMainThread mainThread) {
+    auto installed = mainThread.isCurrent && mainThread.post ? std::make_shared<const AEMainThread>(std::move(mainThread)) : nullptr;
+    std::lock_guard lock(sMutex);
+    sMainThread.swap(installed);
+}
+
+bool AEIsMainThread() {
+    auto thread = mainThread();
+    return !thread || thread->isCurrent();
+}
+
+void AEPostToMainThread(std::function<void()> work) {
+    if (auto thread = mainThread())
+        thread->post(std::move(work));
+    else
+        work();
+}
+
+bool AEProcessMainThreadEvents(std::chrono::milliseconds slice) {
+    auto thread = mainThread();
+    if (!thread || !thread->processEvents || !thread->isCurrent())
+        return false;
+    thread->processEvents(slice);
+    return true;
+}
+
+} // namespace quoddle

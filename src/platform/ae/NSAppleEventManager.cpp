@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/NSAppleEventManager.h"
+
+#include "platform/ae/AEDelivery.h"
+#include "platform/ae/AEMainThread.h"
+
+#include <algorithm>
+#include <mutex>
+#include <unordered_map>
+
+namespace quoddle {
+
+namespace {
+
+constexpr FourCharCode kWildCard = "****"_4cc;
+
+std::uint64_t keyOf(AEEventClass eventClass, AEEventID eventID) {
+    return static_cast<std::uint64_t>(eventClass) << 32 | eventID;
+}
+
+// Handlers by class and ID. They are handed out as copies: a handler may replace itself while it runs.
+template<class Handler>
+class HandlerTable {
+public:
+    void set(Handler handler, AEEventClass eventClass, AEEventID eventID) { mHandlers[keyOf(eventClass, eventID)] = std::move(handler); }
+    void remove(AEEventClass eventClass, AEEventID eventID) { mHandlers.erase(keyOf(eventClass, eventID)); }
+
+    // The most exact one first.
+    std::vector<Handler> find(AEEventClass eventClass, AEEventID eventID) const {
+        const std::uint64_t keys[] = {keyOf(eventClass, eventID), keyOf(eventClass, kWildCard), keyOf(kWildCard, eventID),
+                                      keyOf(kWildCard, kWildCard)};
+        std::vector<Handler> found;
+        for (std::uint64_t key : keys)
+            if (auto handler = mHandlers.find(key); handler != mHandlers.end())
+                found.push_back(handler->second);
+        return found;
+    }
+
+private:
+    std::unordered_map<std::uint64_t, Handler> mHandlers;
+};
+
+} // namespace
+
+class NSAppleEventSuspension {
+public:
+    explicit NSAppleEventSuspension(std::shared_ptr<AEDelivery> suspended) : delivery(std::move(suspended)) {}
+    ~NSAppleEventSuspension() { delivery->answer(static_cast<OSErr>(errAEEventFailed)); }
+    NSAppleEventSuspension(const NSAppleEventSuspension&) = delete;
+    NSAppleEventSuspension& operator=(const NSAppleEventSuspension&) = delete;
+
+    const std::shared_ptr<AEDelivery> delivery;
+};
+
+struct NSAppleEventManager::Private {
+    mutable std::mutex mutex;
+    HandlerTable<Handler> handlers;
+    HandlerTable<AdditionHandler> additionHandlers;
+    std::vector<std::weak_ptr<NSAppleEventSuspension>> suspensions;
+};
+
+NSAppleEventManager::NSAppleEventManager() : d(std::make_unique<Private>()) {}
+
+NSAppleEventManager::~NSAppleEventManager() {
+    answerSuspendedEvents();
+}
+
+NSAppleEventManager& NSAppleEventManager::sharedAppleEventManager() {
+    static NSAppleEventManager manager;
+    return manager;
+}
+
+void NSAppleEventManager::setEventHandler(Handler handler, AEEventClass forEventClass, AEEventID andEventID) {
+    std::lock_guard lock(d->mutex);
+    d->handlers.set(std::move(handler), forEventClass, andEventID);
+}
+
+void NSAppleEventManager::removeEventHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) {
+    std::lock_guard lock(d->mutex);
+    d->handlers.remove(forEventClass, andEventID);
+}
+
+void NSAppleEventManager::setAdditionHandler(AdditionHandler handler, AEEventClass forEventClass, AEEventID andEventID) {
+    std::lock_guard lock(d->mutex);
+    d->additionHandlers.set(std::move(handler), forEventClass, andEventID);
+}
+
+void NSAppleEventManager::removeAdditionHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) {
+    std::lock_guard lock(d->mutex);
+    d->additionHandlers.remove(forEventClass, andEventID);
+}
+
+bool NSAppleEventManager::hasEventHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) const {
+    std::lock_guard lock(d->mutex);
+    return !d->handlers.find(forEventClass, andEventID).empty();
+}
+
+OSErr NSAppleEventManager::dispatchRawAppleEvent(const AEDesc& theAppleEvent, AEDesc& withRawReply, const void* handlerRefCon) {
+    auto delivery = std::make_shared<AEDelivery>(theAppleEvent, withRawReply, AEHandlerContext{.handlerRefCon = handlerRefCon});
+    AEDeliverer::deliverHere(*this, delivery);
+    if (!delivery->isAnswered())
+        return noErr;
+    withRawReply = delivery->answeredReply();
+    return delivery->status();
+}
+
+NSAppleEventDescriptorRef NSAppleEventManager::currentAppleEvent() const {
+    AEDelivery* current = AEDelivery::current();
+    return current ? current->event() : nullptr;
+}
+
+NSAppleEventDescriptorRef NSAppleEventManager::currentReplyAppleEvent() const {
+    AEDelivery* current = AEDelivery::current();
+    return current ? current->reply() : nullptr;
+}
+
+NSAppleEventManagerSuspensionID NSAppleEventManager::suspendCurrentAppleEvent() {
+    AEDelivery* current = AEDelivery::current();
+    if (!current || current->isAnswered() || !current->suspend())
+        return nullptr;
+    auto suspension = std::make_shared<NSAppleEventSuspension>(current->shared_from_this());
+    std::lock_guard lock(d->mutex);
+    std::erase_if(d->suspensions, [](const auto& other) { return other.expired(); });
+    d->suspensions.push_back(suspension);
+    return suspension;
+}
+
+NSAppleEventDescriptorRef NSAppleEventManager::appleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const {
+    return suspensionID ? suspensionID->delivery->event() : nullptr;
+}
+
+NSAppleEventDescriptorRef NSAppleEventManager::replyAppleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const {
+    return suspensionID ? suspensionID->delivery->reply() : nullptr;
+}
+
+void NSAppleEventManager::setCurrentAppleEventAndReplyEventWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) {
+    if (suspensionID && AEDelivery::current())
+        suspensionID->delivery->makeCurrent();
+}
+
+void NSAppleEventManager::resumeWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) {
+    if (suspensionID)
+        suspensionID->delivery->answer(noErr);
+}
+
+void NSAppleEventManager::answerSuspendedEvents() {
+    std::vector<std::weak_ptr<NSAppleEventSuspension>> suspensions;
+    {
+        std::lock_guard lock(d->mutex);
+        suspensions.swap(d->suspensions);
+    }
+    for (const auto& suspension : suspensions)
+        if (auto held = suspension.lock())
+            held->delivery->answer(static_cast<OSErr>(connectionInvalid));
+}
+
+namespace {
+
+// Whatever escapes a handler becomes an answer: nobody else could take it.
+template<class Run>
+OSErr guarded(AEDelivery& delivery, Run run) {
+    AEDelivery::Scope scope(&delivery);
+    try {
+        return run();
+    } catch (const std::exception& exception) {
+        delivery.reply()->setDescriptor(NSAppleEventDescriptor::descriptorWithString(exception.what()), "errs"_4cc);
+    } catch (...) {
+    }
+    return static_cast<OSErr>(errAEEventFailed);
+}
+
+void answerUnlessSuspended(AEDelivery& delivery, OSErr status) {
+    if (status != noErr || !delivery.isSuspended())
+        delivery.answer(status);
+}
+
+void runApplicationHandler(const NSAppleEventManager::Handler& handler, AEDelivery& delivery) {
+    OSErr status = guarded(delivery, [&] {
+        handler(delivery.event(), delivery.reply());
+        return OSErr{noErr};
+    });
+    answerUnlessSuspended(delivery, status);
+}
+
+bool runAdditionHandlers(const std::vector<NSAppleEventManager::AdditionHandler>& handlers, AEDelivery& delivery) {
+    for (const auto& handler : handlers) {
+        OSErr status = guarded(delivery, [&] {
+            AEDesc reply = delivery.reply()->aeDesc();
+            OSErr result = handler(delivery.event()->aeDesc(), reply, delivery.context());
+            delivery.reply()->setAEDesc(std::move(reply));
+            return result;
+        });
+        if (status == errAEEventNotHandled)
+            continue;
+        answerUnlessSuspended(delivery, status);
+        return true;
+    }
+    delivery.answer(static_cast<OSErr>(errAEEventNotHandled));
+    return false;
+}
+
+// Work on its way to the main thread. If it is thrown away there, because the process ends, its sender must still be answered.
+class PostedDelivery {
+public:
+    PostedDelivery(NSAppleEventManager::Handler handler, std::shared_ptr<AEDelivery> delivery)
+        : mHandler(std::move(handler)), mDelivery(std::move(delivery)) {}
+    ~PostedDelivery() {
+        if (!mRan)
+            mDelivery->answer(static_cast<OSErr>(connectionInvalid));
+    }
+    PostedDelivery(const PostedDelivery&) = delete;
+    PostedDelivery& operator=(const PostedDelivery&) = delete;
+
+    void run() {
+        mRan = true;
+        runApplicationHandler(mHandler, *mDelivery);
+    }
+
+private:
+    const NSAppleEventManager::Handler mHandler;
+    const std::shared_ptr<AEDelivery> mDelivery;
+    bool mRan = false;
+};
+
+} // namespace
+
+bool AEDeliverer::deliver(NSAppleEventManager& manager, const std::shared_ptr<AEDelivery>& delivery) {
+    if (AEIsMainThread())
+        return deliverHere(manager, delivery);
+    std::unique_lock lock(manager.d->mutex);
+    auto handlers = manager.d->handlers.find(delivery->event()->eventClass(), delivery->event()->eventID());
+    lock.unlock();
+    if (handlers.empty())
+        return deliverHere(manager, delivery);
+    auto posted = std::make_shared<PostedDelivery>(std::move(handlers.front()), delivery);
+    AEPostToMainThread([posted = std::move(posted)] { posted->run(); });
+    return true;
+}
+
+bool AEDeliverer::deliverHere(NSAppleEventManager& manager, const std::shared_ptr<AEDelivery>& delivery) {
+    AEEventClass eventClass = delivery->event()->eventClass();
+    AEEventID eventID = delivery->event()->eventID();
+    std::unique_lock lock(manager.d->mutex);
+    auto handlers = manager.d->handlers.find(eventClass, eventID);
+    auto additionHandlers = manager.d->additionHandlers.find(eventClass, eventID);
+    lock.unlock();
+    if (handlers.empty())
+        return runAdditionHandlers(additionHandlers, *delivery);
+    runApplicationHandler(handlers.front(), *delivery);
+    return true;
+}
+
+} // namespace quoddle
