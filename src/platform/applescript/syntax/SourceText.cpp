@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/syntax/SourceText.h"
+
+#include "platform/base/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <unicode/uchar.h>
+
+namespace quoddle::sourcetext {
+
+namespace {
+
+std::u16string widen(std::string_view ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+/// `digits` holds the significant digits of a number and `exponent` the power of ten of the first one.
+std::u16string assembled(bool negative, std::string_view digits, int exponent) {
+    std::string text = negative ? "-" : "";
+    auto withPoint = [&text](std::string_view whole, std::string_view fraction) {
+        text += whole;
+        text += '.';
+        text += fraction.empty() ? "0" : fraction;
+    };
+    if (exponent >= 4 || exponent < -3) {
+        withPoint(digits.substr(0, 1), digits.substr(1));
+        text += exponent < 0 ? "E" : "E+";
+        text += std::to_string(exponent);
+    } else if (exponent < 0) {
+        withPoint("0", std::string(static_cast<std::size_t>(-exponent - 1), '0') + std::string(digits));
+    } else {
+        std::string padded(digits);
+        auto whole = static_cast<std::size_t>(exponent) + 1;
+        padded.resize(std::max(padded.size(), whole), '0');
+        withPoint(std::string_view(padded).substr(0, whole), std::string_view(padded).substr(whole));
+    }
+    return widen(text);
+}
+
+/// From the scientific form of a finite number, as to_chars writes it.
+std::u16string fromScientific(std::string_view form) {
+    bool negative = form.starts_with('-');
+    if (negative)
+        form.remove_prefix(1);
+    std::size_t e = form.find('e');
+    std::string digits(form.substr(0, e));
+    std::erase(digits, '.');
+    digits.resize(std::max<std::size_t>(digits.find_last_not_of('0') + 1, 1));
+    std::string_view exponentText = form.substr(e + 1);
+    if (exponentText.starts_with('+'))
+        exponentText.remove_prefix(1);
+    int exponent = 0;
+    std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
+    if (digits == "0")
+        exponent = 0;
+    return assembled(negative, digits, exponent);
+}
+
+std::u16string notFinite(double value) {
+    return std::isnan(value) ? u"NAN" : value < 0 ? u"-INF" : u"INF";
+}
+
+bool isMacRomanLetter(char16_t c) {
+    if (c < 0x80)
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    return u_isalpha(c) && macRomanFromUTF16(std::u16string_view(&c, 1)) != "?";
+}
+
+} // namespace
+
+std::u16string quoted(std::u16string_view text) {
+    std::u16string out;
+    out.reserve(text.size() + 2);
+    out += u'"';
+    for (char16_t c : text) {
+        if (c == '"' || c == '\\')
+            out += u'\\';
+        out += c;
+    }
+    out += u'"';
+    return out;
+}
+
+std::u16string real(double value) {
+    if (!std::isfinite(value))
+        return notFinite(value);
+    std::array<char, 40> buffer;
+    auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific, 11).ptr;
+    return fromScientific({buffer.data(), end});
+}
+
+std::u16string exactReal(double value) {
+    if (!std::isfinite(value))
+        return notFinite(value);
+    std::array<char, 40> buffer;
+    auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific).ptr;
+    return fromScientific({buffer.data(), end});
+}
+
+std::u16string integer(std::int64_t value) {
+    return widen(std::to_string(value));
+}
+
+std::u16string ordinal(std::int64_t value) {
+    std::int64_t last = std::abs(value) % 100;
+    bool teen = last >= 11 && last <= 13;
+    std::u16string_view suffix = teen ? u"th" : last % 10 == 1 ? u"st" : last % 10 == 2 ? u"nd" : last % 10 == 3 ? u"rd" : u"th";
+    return integer(value).append(suffix);
+}
+
+bool isPlainIdentifier(std::u16string_view name) {
+    auto continues = [](char16_t c) { return c == '_' || (c >= '0' && c <= '9') || isMacRomanLetter(c); };
+    return !name.empty() && (name[0] == '_' || isMacRomanLetter(name[0])) && std::ranges::all_of(name, continues);
+}
+
+std::u16string nameText(std::string_view bytes) {
+    return isValidUTF8(bytes) ? utf16FromUTF8(bytes) : utf16FromMacRoman(bytes);
+}
+
+std::u16string identifier(std::string_view key, std::string_view spelling, bool barred) {
+    std::u16string name = nameText(spelling.empty() ? key : spelling);
+    // A key with capitals was written in bars: it would be compared without regard to case otherwise.
+    bool caseMatters = std::ranges::any_of(key, [](char c) { return c >= 'A' && c <= 'Z'; });
+    if (!barred && !caseMatters && isPlainIdentifier(name))
+        return name;
+    std::u16string out = u"|";
+    for (char16_t c : name) {
+        if (c == '|' || c == '\\')
+            out += u'\\';
+        out += c;
+    }
+    return out += u'|';
+}
+
+std::u16string rawCode(std::u16string_view kind, std::string_view bytes) {
+    return (u"«" + std::u16string(kind)) + u" " + utf16FromMacRoman(bytes) + u"»";
+}
+
+std::u16string rawData(std::string_view typeAndBytes) {
+    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
+    std::u16string out = u"«data " + utf16FromMacRoman(typeAndBytes.substr(0, 4));
+    for (char c : typeAndBytes.substr(std::min<std::size_t>(4, typeAndBytes.size()))) {
+        auto byte = static_cast<unsigned char>(c);
+        out += kDigits[byte >> 4];
+        out += kDigits[byte & 15];
+    }
+    return out += u"»";
+}
+
+} // namespace quoddle::sourcetext

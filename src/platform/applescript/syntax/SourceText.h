@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// How single values are written in the language's source: texts, numbers, identifiers, dates, raw codes.
+//
+// Used by the printer for scripts and by the language for showing results in source form; so it knows nothing of trees or of values.
+#pragma once
+
+#include "platform/base/FourCharCode.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quoddle::sourcetext {
+
+/// In double quotes; quotes and backslashes escaped, everything else as it is, line ends too.
+std::u16string quoted(std::u16string_view text);
+
+/// As a value is shown: at most 12 significant digits, always with a point or an exponent: 0.1, 1.0, 1.0E+4, 2.5E-5.
+std::u16string real(double value);
+/// As a literal is printed: the shortest form that reads back as the same number.
+std::u16string exactReal(double value);
+std::u16string integer(std::int64_t value);
+/// 1st, 2nd, 3rd, 4th, 11th, -1th.
+std::u16string ordinal(std::int64_t value);
+
+/// Whether `name` is an identifier without bars: a letter, then letters, digits and underscores. Letters are those of Mac Roman.
+bool isPlainIdentifier(std::u16string_view name);
+/// The name of an identifier, in bars when it could not be read without: `barred` when it means something else here (a reserved word or a
+/// term). `key` and `spelling` as stored in compiled scripts (UTF-8, or Mac Roman in old ones).
+std::u16string identifier(std::string_view key, std::string_view spelling, bool barred);
+/// Text of a stored name: valid UTF-8 is taken as such, anything else is Mac Roman.
+std::u16string nameText(std::string_view bytes);
+
+/// A code in chevrons: rawCode(u"class", "abcd") is «class abcd». The bytes are shown as Mac Roman.
+std::u16string rawCode(std::u16string_view kind, std::string_view bytes);
+/// «data» with a type and its bytes in hexadecimal digits.
+std::u16string rawData(std::string_view typeAndBytes);
+
+/// Seconds since 1904-01-01 00:00, without time zone, as "Friday, November 9, 2007 at 11:35:50 AM" (no quotes).
+std::u16string date(std::int64_t seconds);
+/// Reads a date in the forms that people write in US English: with or without weekday, month as word or number, time with or without AM and
+/// PM. What is missing is taken from `now` (date) or is midnight (time). nullopt when it is no date.
+std::optional<std::int64_t> parseDate(std::u16string_view text, std::int64_t now);
+
+/// Days since 1904-01-01 of a date of the Gregorian calendar.
+std::int64_t daysFromDate(std::int64_t year, int month, int day);
+
+} // namespace quoddle::sourcetext
