@@ -49,15 +49,13 @@ bool focusHas(const char* slot) {
 } // namespace
 
 void NSApplication::watchSignals() {
-    if (signalPipe[0] < 0) {
-        if (pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
-            return;
-        struct sigaction action = {};
-        action.sa_handler = &noteSignal;
-        action.sa_flags = SA_RESTART;
-        for (int number : {SIGTERM, SIGINT, SIGHUP})
-            sigaction(number, &action, nullptr);
-    }
+    if (signalPipe[0] >= 0 || pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    struct sigaction action = {};
+    action.sa_handler = &noteSignal;
+    action.sa_flags = SA_RESTART;
+    for (int number : {SIGTERM, SIGINT, SIGHUP})
+        sigaction(number, &action, nullptr);
     auto* notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this] {
         char bytes[16];

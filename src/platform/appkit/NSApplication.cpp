@@ -7,9 +7,9 @@
 #include "platform/foundation/NSNotificationCenter.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFileOpenEvent>
+#include <QThread>
 #include <QTimer>
 
 namespace quoddle {
@@ -51,6 +51,7 @@ NSApplication* NSApplication::sharedApplication() {
 int NSApplication::run(const QStringList& filesToOpen) {
     mTerminating = false;
     mReplyPending = false;
+    mOpenRequests.clear();
     watchSignals();
     // From inside the loop, so that a delegate which terminates while launching ends a loop that runs.
     QTimer::singleShot(0, this, [this, filesToOpen] { finishLaunching(filesToOpen); });
@@ -132,7 +133,7 @@ bool NSApplication::event(QEvent* event) {
 }
 
 int NSApplication::runModalForWindow(QDialog& dialog) {
-    if (mTerminating)
+    if (mTerminating && thread()->loopLevel() > 0) // the loops are being left
         return NSModalResponseAbort;
     QEventLoop loop;
     ModalSession session{&loop, NSModalResponseAbort};

@@ -150,6 +150,7 @@ void NSWindow::sheetFinished(QDialog* dialog, int returnCode) {
     if (sheet.dialog) {
         sheet.dialog->disconnect(this);
         sheet.dialog->hide();
+        sheet.dialog->setParent(nullptr); // it is the caller's again, whichever of the two goes first
     }
     if (sheet.completion)
         sheet.completion(returnCode);

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/Appearance.h"
+#include "platform/appkit/ElidedLabel.h"
+#include "platform/appkit/ProgressBar.h"
+
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QPalette>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+TEST(ElidedLabel, KeepsItsSizeAndTellsTheWholeElsewhere) {
+    ElidedLabel label;
+    label.resize(120, 20);
+    label.show();
+    const QSize size = label.sizeHint();
+    const QString text = u"a <b>very</b> long line\nthat no label of this width could show in full"_s;
+    label.setText(text);
+    EXPECT_EQ(label.sizeHint(), size);
+    EXPECT_EQ(label.minimumSizeHint().width(), 0);
+    EXPECT_TRUE(label.isElided());
+    EXPECT_TRUE(label.toolTip().contains(u"&lt;b&gt;very"_s)) << label.toolTip().toStdString();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Name), text);
+    label.resize(2000, 20);
+    EXPECT_FALSE(label.isElided());
+    EXPECT_TRUE(label.toolTip().isEmpty());
+    label.setText({});
+    EXPECT_EQ(label.sizeHint(), size);
+}
+
+TEST(ElidedLabel, FiguresDoNotTremble) {
+    // In a font whose 1 is narrower than its other figures two counts of equal length must take equal room: paint and compare the ink after
+    // the figures.
+    auto inkOfLastLetter = [](const QString& text) {
+        ElidedLabel label;
+        label.setTabularFigures(true);
+        label.setText(text);
+        label.resize(300, 30);
+        const QImage image = label.grab().toImage();
+        int last = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (image.pixelColor(x, y) != image.pixelColor(image.width() - 1, 0))
+                    last = std::max(last, x);
+        return last;
+    };
+    EXPECT_EQ(inkOfLastLetter(u"111 of 111 x"_s), inkOfLastLetter(u"888 of 888 x"_s));
+}
+
+TEST(ProgressBar, CountsOrWanders) {
+    ProgressBar bar;
+    bar.setDoubleValue(37);
+    EXPECT_EQ(bar.value(), 37);
+    bar.setIndeterminate(true);
+    EXPECT_EQ(bar.maximum(), 0); // how a screen reader knows "busy"
+    EXPECT_FALSE(bar.isAnimating());
+    bar.startAnimation();
+    EXPECT_TRUE(bar.isAnimating());
+    bar.setDoubleValue(250);
+    EXPECT_EQ(bar.maximum(), 0);
+    bar.setIndeterminate(false);
+    EXPECT_FALSE(bar.isAnimating());
+    EXPECT_EQ(bar.value(), 100);
+    bar.setDoubleValue(-3);
+    EXPECT_EQ(bar.doubleValue(), 0);
+
+    bar.resize(200, 8);
+    auto filledPixels = [&bar] {
+        const QImage image = bar.grab().toImage();
+        int filled = 0;
+        for (int x = 0; x < image.width(); ++x)
+            filled += image.pixelColor(x, image.height() / 2) == bar.palette().color(QPalette::Highlight);
+        return filled;
+    };
+    EXPECT_EQ(filledPixels(), 0);
+    bar.setDoubleValue(50);
+    EXPECT_NEAR(filledPixels(), 100, 4);
+    bar.setDoubleValue(100);
+    EXPECT_NEAR(filledPixels(), 200, 4);
+}
+
+TEST(Appearance, DarkComesAndGoesAndStaysReadable) {
+    auto contrast = [](const QColor& a, const QColor& b) {
+        auto luminance = [](const QColor& c) {
+            auto linear = [](double v) { return v <= 0.03928 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4); };
+            return 0.2126 * linear(c.redF()) + 0.7152 * linear(c.greenF()) + 0.0722 * linear(c.blueF());
+        };
+        const double light = std::max(luminance(a), luminance(b));
+        const double dark = std::min(luminance(a), luminance(b));
+        return (light + 0.05) / (dark + 0.05);
+    };
+    const QPalette original = QApplication::palette();
+    ASSERT_FALSE(Appearance::isDark(original));
+    for (const bool dark : {true, false}) {
+        Appearance::setWantsDark(dark);
+        const QPalette palette = QApplication::palette();
+        EXPECT_EQ(Appearance::isDark(palette), dark);
+        const QColor window = palette.color(QPalette::Window);
+        EXPECT_GE(contrast(palette.color(QPalette::WindowText), window), 7);
+        EXPECT_GE(contrast(Appearance::secondaryLabelColor(palette), window), 4.5);
+        EXPECT_GE(contrast(palette.color(QPalette::Highlight), window), 3);
+        EXPECT_GE(contrast(palette.color(QPalette::ButtonText), palette.color(QPalette::Button)), 4.5);
+    }
+    EXPECT_EQ(QApplication::palette().color(QPalette::Window), original.color(QPalette::Window));
+}
+
+} // namespace quoddle
