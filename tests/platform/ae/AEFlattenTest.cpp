@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+// The flattened form: faithful for what we write, harmless for whatever else is read.
+#include "platform/ae/AEFlatten.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace quoddle {
+
+namespace {
+
+AEDesc sample() {
+    AEDesc event = AEDesc::appleEvent("aevt"_4cc, "odoc"_4cc, AEDesc::ofCurrentProcess(), -5, -6);
+    event.setAttribute("subj"_4cc, AEDesc());
+    event.put("----"_4cc, AEDesc::list({AEDesc::ofUTF8("text that is longer than eight bytes"), AEDesc::ofInt32(7), AEDesc::list()}));
+    event.put("usrf"_4cc, AEDesc::record({{"a   "_4cc, event}}, "docu"_4cc));
+    return event;
+}
+
+AEDesc nested(std::size_t depth) {
+    AEDesc desc = AEDesc::ofInt32(1);
+    while (--depth > 0)
+        desc = AEDesc::list({std::move(desc)});
+    return desc;
+}
+
+} // namespace
+
+TEST(AEFlatten, GoesThereAndBack) {
+    for (const AEDesc& desc : {AEDesc(), AEDesc::ofInt32(1), AEDesc::list(), AEDesc::record("obj "_4cc), sample(), nested(kAEMaxDepth)}) {
+        std::string bytes;
+        AEDesc back;
+        ASSERT_EQ(AEFlattenDesc(desc, bytes), noErr);
+        ASSERT_EQ(AEUnflattenDesc(bytes, back), noErr);
+        EXPECT_EQ(back, desc);
+    }
+}
+
+TEST(AEFlatten, BoundsAreKept) {
+    std::string bytes = "old";
+    EXPECT_EQ(AEFlattenDesc(nested(kAEMaxDepth + 1), bytes), errAECorruptData);
+    EXPECT_EQ(bytes, "");
+    // One level more than the writer would write.
+    ASSERT_EQ(AEFlattenDesc(nested(kAEMaxDepth), bytes), noErr);
+    bytes.insert(4, std::string("list\x01\0\0\0\x01", 9));
+    AEDesc desc;
+    EXPECT_EQ(AEUnflattenDesc(bytes, desc), errAECorruptData);
+    EXPECT_EQ(AEFlattenDesc(AEDesc("tdta"_4cc, std::string(kAEMaxSize + 1, 'x')), bytes), errAECorruptData);
+    EXPECT_EQ(AEFlattenDesc(AEDesc::list(std::vector<AEDesc>(kAEMaxCount)), bytes), errAECorruptData);
+}
+
+TEST(AEFlatten, EveryTruncationIsRefused) {
+    std::string bytes;
+    ASSERT_EQ(AEFlattenDesc(sample(), bytes), noErr);
+    AEDesc desc = AEDesc::ofInt32(1);
+    for (std::size_t length = 0; length < bytes.size(); ++length)
+        EXPECT_EQ(AEUnflattenDesc({bytes.data(), length}, desc), errAECorruptData) << length;
+    EXPECT_EQ(AEUnflattenDesc(bytes + "x", desc), errAECorruptData);
+    EXPECT_EQ(desc, AEDesc::ofInt32(1));
+}
+
+TEST(AEFlatten, HostileCountsAllocateNothing) {
+    const std::string kHostile[] = {
+        std::string("QAE1list\x01\xff\xff\xff\xff", 13), std::string("QAE1reco\x02\xff\xff\xff\xff", 13),
+        std::string("QAE1tdta\0\xff\xff\xff\xff", 13),   std::string("QAE1reco\x03\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 31),
+        std::string("QAE1null\x09\0\0\0\0", 13),
+    };
+    AEDesc desc;
+    for (const std::string& bytes : kHostile)
+        EXPECT_EQ(AEUnflattenDesc(bytes, desc), errAECorruptData);
+}
+
+TEST(AEFlatten, DamagedBytesNeverCrash) {
+    std::string bytes;
+    ASSERT_EQ(AEFlattenDesc(sample(), bytes), noErr);
+    std::mt19937 random(1);
+    for (int round = 0; round < 20000; ++round) {
+        std::string damaged = bytes;
+        for (int i = 0; i < 3; ++i)
+            damaged[4 + random() % (damaged.size() - 4)] = static_cast<char>(random());
+        AEDesc desc;
+        std::string again;
+        if (AEUnflattenDesc(damaged, desc) == noErr) {
+            EXPECT_EQ(AEFlattenDesc(desc, again), noErr);
+        }
+    }
+}
+
+// A record of a million fields must not take time that grows with the square of it.
+TEST(AEFlatten, LargeEventsAreReadInLinearTime) {
+    std::vector<AEItem> fields(1'000'000, AEItem{"a   "_4cc, AEDesc::ofInt32(1)});
+    std::string bytes;
+    AEDesc back;
+    ASSERT_EQ(AEFlattenDesc(AEDesc::appleEvent("aevt"_4cc, "odoc"_4cc, 0, 0, {}, std::move(fields)), bytes), noErr);
+    ASSERT_EQ(AEUnflattenDesc(bytes, back), noErr);
+    EXPECT_EQ(back.count(), 1'000'000u);
+}
+
+} // namespace quoddle

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// File URLs: what is escaped, and what is refused.
+#include "platform/base/FileURL.h"
+
+#include <gtest/gtest.h>
+
+namespace quoddle {
+
+TEST(FileURL, GoesThereAndBack) {
+    const std::pair<std::string, std::string> kPairs[] = {
+        {"/", "file:///"},
+        {"/tmp/a b.txt", "file:///tmp/a%20b.txt"},
+        {"/tmp/100%#?;", "file:///tmp/100%25%23%3F;"},
+        {"/t\u00e4st", "file:///t%C3%A4st"},
+        {"/\xff", "file:///%FF"},
+    };
+    for (const auto& [path, url] : kPairs) {
+        EXPECT_EQ(fileURLFromPath(path), url);
+        EXPECT_EQ(pathFromFileURL(url), path);
+    }
+    EXPECT_EQ(pathFromFileURL("file://localhost/a"), "/a");
+    EXPECT_EQ(pathFromFileURL("file:/a"), "/a");
+    EXPECT_EQ(pathFromFileURL("file:///a?query#part"), "/a");
+}
+
+TEST(FileURL, RefusesWhatIsNoLocalFile) {
+    for (const char* url :
+         {"", "/a", "file:", "file:a", "file://host/a", "http:///a", "file:///a%", "file:///a%2", "file:///a%GG", "file:///a%00b"})
+        EXPECT_EQ(pathFromFileURL(url), std::nullopt) << url;
+}
+
+} // namespace quoddle
