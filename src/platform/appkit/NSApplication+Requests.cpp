@@ -77,7 +77,7 @@ void NSApplication::endOfSession(QSessionManager& manager) {
         manager.cancel();
 }
 
-bool NSApplication::validatesAction(const QString& action) {
+bool NSApplication::validatesAction(const QString& action) const {
     if (const char* slot = editingSlot(action))
         return focusHas(slot);
     if (action == "performClose:"_L1 || action == "performMiniaturize:"_L1) {

@@ -5,7 +5,7 @@
 // Main thread only.
 #pragma once
 
-#include "platform/appkit/NSApplicationDelegate.h"
+#include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSMenu.h"
 
 #include <deque>
@@ -21,13 +21,10 @@ namespace quoddle {
 
 class NSWindow;
 
-/// Posted with the application as object, after the delegate's applicationWillTerminate().
-inline const QString NSApplicationWillTerminateNotification = QStringLiteral("NSApplicationWillTerminateNotification");
-
 /// What a modal session or a sheet answers when it was broken off, by the end of the application for one.
 constexpr int NSModalResponseAbort = -1001;
 
-class NSApplication : public QApplication {
+class NSApplication : public QApplication, public SharedApplication {
     Q_OBJECT
 public:
     NSApplication(int& argc, char** argv);
@@ -41,33 +38,30 @@ public:
 
     /// Launches (will finish, open the files if any, did finish) and serves events until the application has terminated.
     int run(const QStringList& filesToOpen = {});
-    bool isTerminating() const { return mTerminating; }
+    bool isRunning() const override { return !mTerminating; }
 
     using OpenCompletion = std::function<void(NSApplicationDelegateReply)>;
     /// Hands files to the delegate. The completion (may be empty) is called when they have been answered for; requests are answered in
     /// order.
     void openFiles(const QStringList& filenames, OpenCompletion completion = {});
-    /// Does nothing when no request is open.
-    void replyToOpenOrPrint(NSApplicationDelegateReply reply);
+    void replyToOpenOrPrint(NSApplicationDelegateReply reply) override;
 
-    /// Asks the delegate, unless the end has begun. While an answer is outstanding, asking again asks the delegate again.
-    void terminate();
-    /// True ends the application, even when no question is outstanding.
-    void replyToApplicationShouldTerminate(bool shouldTerminate);
+    /// While an answer is outstanding, asking again asks the delegate again.
+    void terminate() override;
+    void replyToApplicationShouldTerminate(bool shouldTerminate) override;
     /// Called by a window that the user has closed: asks the delegate when it was the last one, unless closing it has led to a question
     /// already.
     void windowDidClose(const NSWindow& window, bool askedToTerminate);
     /// How often terminate() has asked the delegate.
     int terminationQuestionCount() const { return mTerminationQuestions; }
 
-    std::shared_ptr<NSMenu> mainMenu() const { return mMainMenu; }
+    std::shared_ptr<NSMenu> mainMenu() const override { return mMainMenu; }
     void setMainMenu(std::shared_ptr<NSMenu> menu) { mMainMenu = std::move(menu); }
     /// Performed by the delegate, else by the framework (terminate:, performClose:, performMiniaturize:, cut:, copy:, paste:, selectAll:).
     /// False when nobody performs it or its item is not valid now.
     bool sendAction(const NSMenuItem& item);
     bool validateMenuItem(const NSMenuItem& item) const;
-    /// The framework's own judgement, without the delegate.
-    static bool validatesAction(const QString& action);
+    bool validatesAction(const QString& action) const override;
 
     /// Shows the dialog application-modal and returns what it finished with, the code of stopModal(), or NSModalResponseAbort. Sessions
     /// nest; an outer one ends after the inner one. The dialog is hidden when it returns.

@@ -4,6 +4,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSViewController.h"
 #include "platform/appkit/WindowFrame.h"
+#include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSUserDefaults.h"
 

@@ -17,9 +17,6 @@ namespace quoddle {
 
 class NSViewController;
 
-/// Posted with the window as object while the user closes it, before it disappears.
-inline const QString NSWindowWillCloseNotification = QStringLiteral("NSWindowWillCloseNotification");
-
 class NSWindow : public QMainWindow {
     Q_OBJECT
 public:

@@ -82,7 +82,7 @@ TEST_F(NSApplicationTest, LaunchesInOrderAndEnds) {
     delegate.onLaunch = [this] { application().terminate(); };
     run({u"/a"_s, u"/b"_s});
     EXPECT_EQ(delegate.calls, (QStringList{u"will"_s, u"open /a /b"_s, u"did"_s, u"should"_s, u"end"_s}));
-    EXPECT_TRUE(application().isTerminating());
+    EXPECT_FALSE(application().isRunning());
 }
 
 TEST_F(NSApplicationTest, AsksBeforeItEnds) {

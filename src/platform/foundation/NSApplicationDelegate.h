@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// The two sides of the conversation between the application framework and the one object that decides for the application: what that object
+// is asked and told, and what it may ask of the framework. Both without widgets, so that whoever decides need not see any.
+#pragma once
+
+#include <memory>
+
+#include <QString>
+#include <QStringList>
+
+namespace quoddle {
+
+class NSMenu;
+class NSMenuItem;
+
+/// Posted with the window as object while the user closes it, before it disappears.
+inline const QString NSWindowWillCloseNotification = QStringLiteral("NSWindowWillCloseNotification");
+/// Posted with the application as object, after the delegate's applicationWillTerminate().
+inline const QString NSApplicationWillTerminateNotification = QStringLiteral("NSApplicationWillTerminateNotification");
+
+enum class NSApplicationTerminateReply { cancel = 0, now = 1, later = 2 };
+/// How a request to open files ended.
+enum class NSApplicationDelegateReply { success = 0, cancel = 1, failure = 2 };
+
+/// All calls come on the main thread.
+class NSApplicationDelegate {
+public:
+    virtual ~NSApplicationDelegate() = default;
+
+    virtual void applicationWillFinishLaunching() {}
+    virtual void applicationDidFinishLaunching() {}
+    /// Absolute paths, at least one. Before applicationDidFinishLaunching() when they came with the launch. Answered with
+    /// NSApplication::replyToOpenOrPrint(), now or later.
+    virtual void applicationOpenFiles(const QStringList& filenames) = 0;
+    /// `later` is answered with NSApplication::replyToApplicationShouldTerminate().
+    virtual NSApplicationTerminateReply applicationShouldTerminate() { return NSApplicationTerminateReply::now; }
+    virtual void applicationWillTerminate() {}
+    /// Asked when the user has closed the last window.
+    virtual bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
+
+    /// Whether the delegate performs the menu action itself; only then is it asked about its items.
+    virtual bool respondsToAction(const QString& action) const {
+        (void)action;
+        return false;
+    }
+    virtual void performAction(const QString& action) { (void)action; }
+    virtual bool validateMenuItem(const NSMenuItem& item) {
+        (void)item;
+        return true;
+    }
+};
+
+/// What the framework (appkit/NSApplication.h) offers. Main thread.
+class SharedApplication {
+public:
+    virtual ~SharedApplication() = default;
+
+    /// Asks the delegate, unless the end has begun. Unlike on other platforms it returns when the end was decided: see isRunning().
+    virtual void terminate() = 0;
+    /// True ends the application, even when no question is outstanding.
+    virtual void replyToApplicationShouldTerminate(bool shouldTerminate) = 0;
+    /// Answers the oldest open request; does nothing when there is none.
+    virtual void replyToOpenOrPrint(NSApplicationDelegateReply reply) = 0;
+    /// False once the end was decided: nothing is to be begun or shown any more.
+    virtual bool isRunning() const = 0;
+    /// Null when there is none.
+    virtual std::shared_ptr<NSMenu> mainMenu() const = 0;
+    /// The framework's own judgement of a menu action, without the delegate.
+    virtual bool validatesAction(const QString& action) const = 0;
+};
+
+} // namespace quoddle

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+// Run, idle, stop and quit, and the framework's questions about the end.
+#include "runtime/AppDelegate.h"
+
+#include "engine/QXOSAException.h"
+#include "platform/foundation/NSLog.h"
+
+#include <cmath>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kRunIdleHandler = u"_runIdleHandler"_s;
+constexpr std::int64_t kDefaultIdleSeconds = 30;
+
+NSAppleEventDescriptorRef parameterlessEvent(AEEventClass eventClass, AEEventID eventID) {
+    return NSAppleEventDescriptor::appleEventWithEventClass(eventClass, eventID);
+}
+
+/// How long the script's idle handler wants to be left alone.
+std::int64_t idleSecondsFrom(const QXOSAIDRef& result) {
+    const NSAppleEventDescriptorRef descriptor = result ? result->descriptor() : nullptr;
+    if (!descriptor)
+        return kDefaultIdleSeconds;
+    switch (descriptor->descriptorType()) {
+    case "comp"_4cc:
+    case "long"_4cc:
+    case "magn"_4cc:
+    case "shor"_4cc:
+    case "ucom"_4cc:
+    case "ushr"_4cc:
+        return descriptor->int32Value();
+    case "doub"_4cc:
+    case "sing"_4cc: {
+        constexpr double kBeyondAllClocks = 1e15;
+        const double seconds = descriptor->doubleValue();
+        return std::isnan(seconds) ? 0 : static_cast<std::int64_t>(std::clamp(seconds, -kBeyondAllClocks, kBeyondAllClocks));
+    }
+    default:
+        return kDefaultIdleSeconds;
+    }
+}
+
+} // namespace
+
+void AppDelegate::runMainScript() {
+    mScriptStarted = true;
+    if (hasOpenHandler() && mFilenamesToOpen) {
+        applicationOpenFiles(*mFilenamesToOpen);
+        mFilenamesToOpen.reset();
+    } else if (hasRunHandler()) {
+        // Unlike at launch, a quit handler keeps the applet.
+        _respondToEventInBackground(nullptr, [this](const QXOSAIDRef&, const QXOSAErrorInfoRef&) {
+            if (!isStayOpenScript() && !hasOpenHandler() && !hasQuitHandler())
+                terminate();
+        });
+    } else if (hasOpenHandler()) {
+        windowController().showLastViewController();
+    }
+    if (hasIdleHandler())
+        scheduleIdleHandler(0);
+}
+
+void AppDelegate::scheduleIdleHandler(std::int64_t afterSeconds) {
+    mParts.performs->cancelPreviousPerformRequests(this, kRunIdleHandler);
+    mParts.performs->perform(
+        this, kRunIdleHandler, [this] { _runIdleHandler(); }, static_cast<double>(afterSeconds));
+}
+
+void AppDelegate::_runIdleHandler() {
+    _respondToEventInBackground(parameterlessEvent("misc"_4cc, "idle"_4cc),
+                                [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
+                                    mIdleSeconds = idleSecondsFrom(result);
+                                    if (mIdleSeconds >= 0 && !error)
+                                        mParts.performs->perform(
+                                            this, kRunIdleHandler, [this] { _runIdleHandler(); }, static_cast<double>(mIdleSeconds));
+                                });
+}
+
+void AppDelegate::_runQuitHandler() {
+    if (!hasQuitHandler())
+        return;
+    mRunningQuitHandler = true;
+    _respondToEventInBackground(
+        parameterlessEvent("aevt"_4cc, "quit"_4cc), [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
+            NSLog(u"applicationShouldTerminate: quit event processed: %@, error: %@"_s,
+                  {result ? QVariant(result->stringValue()) : QVariant(), error ? QVariant(error->description()) : QVariant()});
+            mRunningQuitHandler = false;
+            if ((!error || error->error() == noErr) && mainScript()->component()->isResuming())
+                terminate();
+            else if (mParts.application->isRunning())
+                windowController().showLastViewController();
+        });
+}
+
+void AppDelegate::stopRunningScript() {
+    mUserStoppedScript = true;
+    if (_isRespondingToScript())
+        mainScript()->component()->setCancelled(true);
+    else if (!hasIdleHandler())
+        terminate();
+    else
+        _runQuitHandler();
+}
+
+void AppDelegate::setAppletIsQuitting(bool quitting, const QXOSAIDRef& script) {
+    try {
+        script->setDescriptorForPropertyName(NSAppleEventDescriptor::descriptorWithBoolean(quitting), u"appletisquitting"_s);
+    } catch (const QXOSAException& exception) {
+        NSLog(u"appletisquitting: %@"_s, {exception.reason()});
+    }
+}
+
+NSApplicationTerminateReply AppDelegate::applicationShouldTerminate() {
+    if (isDisplayingPanel())
+        return NSApplicationTerminateReply::cancel;
+    if (mRunningQuitHandler)
+        return NSApplicationTerminateReply::now;
+    if (_isRespondingToScript()) {
+        mApplicationTriedToQuit = true;
+        // Through a handle of its own: the script's own one is about to tell the other thread how the execution ended.
+        const QXOSAIDRef script = mainScript();
+        setAppletIsQuitting(true, QXOSAID::QXOSAIDWithComponent(script->component(), script->valueID(), false));
+        script->component()->setCancelled(true);
+        return NSApplicationTerminateReply::later;
+    }
+    if (!mScriptStarted || !hasQuitHandler())
+        return NSApplicationTerminateReply::now;
+    mApplicationTriedToQuit = true;
+    _runQuitHandler();
+    return NSApplicationTerminateReply::cancel; // the handler ends the process by passing the quit on
+}
+
+bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
+    if (mUserClosedWindow) {
+        mUserClosedWindow = false;
+        return true;
+    }
+    if (!showStartupScreen() && isStayOpenScript())
+        return false;
+    return !mScriptStarted || !_isRespondingToScript();
+}
+
+void AppDelegate::_windowWillClose(const NSNotification& notification) {
+    if (!notification.object || notification.object != windowController().windowObject())
+        return; // a dialog or a panel
+    mUserClosedWindow = true;
+    mApplicationTriedToQuit = true;
+    stopRunningScript();
+}
+
+bool AppDelegate::respondsToAction(const QString& action) const {
+    return action == "terminate:"_L1 || action == "checkForUpdates:"_L1;
+}
+
+void AppDelegate::performAction(const QString& action) {
+    if (action == "terminate:"_L1)
+        terminate();
+    else if (mParts.updater)
+        mParts.updater->checkForUpdates();
+}
+
+bool AppDelegate::validateMenuItem(const NSMenuItem& item) {
+    if (item.action() == "terminate:"_L1)
+        return !isDisplayingPanel() && mParts.application->validatesAction(item.action());
+    return true;
+}
+
+} // namespace quoddle

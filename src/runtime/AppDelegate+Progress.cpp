@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+// From the script's progress properties to the window.
+#include "runtime/AppDelegate.h"
+
+#include "engine/QXOSAException.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/NSLog.h"
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::int32_t numberOf(const QXOSAIDRef& object, FourCharCode property) {
+    const QXOSAIDRef value = object->propertyForPropertyID(property);
+    const NSAppleEventDescriptorRef descriptor = value ? value->descriptor() : nullptr;
+    return descriptor ? descriptor->int32Value() : 0;
+}
+
+/// Never a null string, so that absent and empty compare equal.
+QString trimmedTextOf(const QXOSAIDRef& object, FourCharCode property) {
+    const QString text = object->stringForPropertyID(property).trimmed();
+    return text.isNull() ? u""_s : text;
+}
+
+} // namespace
+
+std::optional<QVariantMap> AppDelegate::currentProgress() const {
+    std::lock_guard lock(mProgressMutex);
+    return mCurrentProgress;
+}
+
+std::optional<QVariantMap> AppDelegate::readProgress() {
+    if (!mAsObj)
+        mAsObj = mMainScript->propertyForPropertyID("ascr"_4cc);
+    if (!mAsObj)
+        return std::nullopt;
+    const std::int32_t total = numberOf(mAsObj, "ppgt"_4cc);
+    const std::int32_t completed = numberOf(mAsObj, "ppgc"_4cc);
+    const QString description = trimmedTextOf(mAsObj, "ppgd"_4cc);
+    const QString additional = trimmedTextOf(mAsObj, "ppga"_4cc);
+    if (!currentProgress() && total == 0 && completed == 0 && description.isEmpty() && additional.isEmpty())
+        return std::nullopt; // nothing was ever reported
+    return QVariantMap{
+        {u"totalSteps"_s, total}, {u"steps"_s, completed}, {u"description"_s, description}, {u"additionalDescription"_s, additional}};
+}
+
+void AppDelegate::scriptDidYield() {
+    std::unique_lock lock(mObjectLock, std::defer_lock);
+    if (!MainThread::isCurrent())
+        lock.lock();
+    else if (!lock.try_lock()) // a script called on the main thread, while the script thread waits for that very thread with its news
+        return;
+    if (!mMainScript)
+        return;
+    std::optional<QVariantMap> progress;
+    try {
+        progress = readProgress();
+    } catch (const QXOSAException& exception) {
+        NSLog(u"scriptDidYield: %@"_s, {exception.reason()});
+    }
+    {
+        std::lock_guard guard(mProgressMutex);
+        if (!progress || progress == mCurrentProgress)
+            return;
+        mCurrentProgress = progress;
+    }
+    MainThread::dispatchSync(
+        [this, &progress] { NSNotificationCenter::defaultCenter().postNotification(ProgressChangedNotification, this, *progress); });
+}
+
+void AppDelegate::showProgressWhileResponding() {
+    if (_isRespondingToScript())
+        windowController().showProgressViewController();
+}
+
+void AppDelegate::_progressDidChange(const NSNotification&) {
+    showProgressWhileResponding();
+}
+
+} // namespace quoddle

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+// Executions: queued one by one, run on the queue's thread, finished on the main thread.
+#include "runtime/AppDelegate.h"
+
+#include "engine/QXOSAException.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/NSLog.h"
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+NSOperationQueue* scriptQueue(bool create) {
+    // From the first execution to the end of the process; a thread that is still in it must not find it destroyed.
+    static NSOperationQueue* sScriptQueue = nullptr;
+    if (!sScriptQueue && create)
+        sScriptQueue = new NSOperationQueue(1);
+    return sScriptQueue;
+}
+
+} // namespace
+
+/// One queued request, and what became of it. Belongs to one thread after the other.
+struct AppDelegate::Execution {
+    bool hasEvent = false;
+    AEDesc event; // a value, for it crosses to the other thread
+    Completion completion;
+    NSAppleEventManagerSuspensionID suspensionID;
+    QXOSAIDRef script;
+    QXOSAIDRef result;
+    QXOSAErrorInfoRef errorInfo;
+
+    OSStatus number() const { return errorInfo ? errorInfo->error() : noErr; }
+    /// What completions are told: a record of no error is none.
+    QXOSAErrorInfoRef error() const { return number() != noErr ? errorInfo : nullptr; }
+    void complete() const {
+        if (completion)
+            completion(result, error());
+    }
+};
+
+void AppDelegate::_respondToEventInBackground(const NSAppleEventDescriptorRef& event, Completion completion,
+                                              const NSAppleEventManagerSuspensionID& eventSuspendsionID) {
+    Q_ASSERT(MainThread::isCurrent());
+    auto execution = std::make_shared<Execution>();
+    execution->hasEvent = event != nullptr;
+    if (event)
+        execution->event = event->aeDesc();
+    execution->completion = std::move(completion);
+    execution->suspensionID = eventSuspendsionID;
+    execution->script = mainScript();
+    if (hasOpenHandler() || hasQuitHandler())
+        windowController().showProgressViewController();
+    auto operation = std::make_shared<NSOperation>([this, execution] { execute(execution); });
+    // When this runs the queue has let go of the operation: the finishing step finds no handler running, unless another one is.
+    operation->setCompletionBlock([this, execution] { MainThread::dispatchAsync([this, execution] { finish(execution); }); });
+    scriptQueue(true)->addOperation(std::move(operation));
+}
+
+void AppDelegate::execute(const std::shared_ptr<Execution>& execution) {
+    const QXOSAIDRef& script = execution->script;
+    if (!script)
+        return;
+    try {
+        setAppletIsQuitting(false, script);
+        execution->result =
+            execution->hasEvent ? script->executeEvent(NSAppleEventDescriptor::descriptorWithAEDesc(execution->event)) : script->execute();
+    } catch (const QXOSAException& exception) {
+        NSLog(u"execute: %@"_s, {exception.reason()}); // the engine's own failure counts as a run without result
+    }
+    if (script->lastError() == errOSAScriptError)
+        execution->errorInfo = script->component()->lastErrorInfo();
+    scriptDidYield(); // so that the final progress is seen
+}
+
+void AppDelegate::_handleSubroutineCallEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef&) {
+    const auto suspensionID = NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent();
+    _respondToEventInBackground(event, {}, suspensionID);
+}
+
+bool AppDelegate::_isRespondingToScript() {
+    const NSOperationQueue* queue = scriptQueue(false);
+    if (!queue || queue->operationCount() == 0)
+        return false;
+    const QXOSAIDRef script = mainScript();
+    return !(script && script->component()->isResuming());
+}
+
+bool AppDelegate::waitForScripts(std::chrono::milliseconds grace) {
+    NSOperationQueue* queue = scriptQueue(false);
+    if (!queue || queue->waitUntilAllOperationsAreFinished(grace))
+        return true;
+    queue->cancelAllOperations();
+    if (AppDelegate* delegate = instance())
+        if (const QXOSAIDRef script = delegate->mMainScript)
+            script->component()->setCancelled(true);
+    return queue->waitUntilAllOperationsAreFinished(grace);
+}
+
+void AppDelegate::finish(const std::shared_ptr<Execution>& execution) {
+    if (!mParts.application->isRunning())
+        return;
+    const OSStatus number = execution->number();
+    if (!execution->suspensionID && number != noErr && number != userCanceledErr)
+        finishFatalError(execution);
+    else if (execution->suspensionID)
+        finishIncomingCall(*execution);
+    else
+        finishOwnEvent(*execution);
+}
+
+void AppDelegate::finishFatalError(const std::shared_ptr<Execution>& execution) {
+    showAlert(runtimeErrorAlert(*execution->errorInfo), [this, execution] {
+        execution->complete();
+        terminate();
+    });
+}
+
+void AppDelegate::finishIncomingCall(const Execution& execution) {
+    execution.complete();
+    auto& manager = NSAppleEventManager::sharedAppleEventManager();
+    const auto reply = manager.replyAppleEventForSuspensionID(execution.suspensionID);
+    auto put = [&reply](const NSAppleEventDescriptorRef& value, AEKeyword keyword) {
+        if (value)
+            reply->setParamDescriptor(value, keyword);
+    };
+    if (execution.result)
+        put(execution.result->descriptor(), "----"_4cc);
+    if (const QXOSAErrorInfoRef& error = execution.errorInfo) {
+        put(NSAppleEventDescriptor::descriptorWithInt32(error->error()), "errn"_4cc);
+        // Under the same keyword: the message takes the number's place. Callers know it so.
+        put(NSAppleEventDescriptor::descriptorWithString(error->message()), "errn"_4cc);
+        put(error->offendingObject(), "erob"_4cc);
+        put(error->partialResult(), "ptlr"_4cc);
+        put(error->application(), "erap"_4cc);
+        put(error->expectedType(), "errt"_4cc);
+    } else {
+        put(NSAppleEventDescriptor::descriptorWithInt32(noErr), "errn"_4cc);
+    }
+    manager.resumeWithSuspensionID(execution.suspensionID);
+}
+
+void AppDelegate::finishOwnEvent(const Execution& execution) {
+    execution.complete();
+    if (!mParts.application->isRunning())
+        return; // the completion has ended the applet
+    const OSStatus number = execution.number();
+    if (mApplicationTriedToQuit) {
+        finishAfterTryToQuit(number);
+    } else if (isStayOpenScript()) {
+        finishStayOpen(!execution.hasEvent);
+    } else if (number == userCanceledErr && !mRunningQuitHandler) {
+        terminate();
+    } else {
+        windowController().setStopButtonEnabled(true);
+        windowController().showLastViewController();
+    }
+}
+
+void AppDelegate::finishAfterTryToQuit(OSStatus number) {
+    const bool cancelled = number == userCanceledErr;
+    mParts.application->replyToApplicationShouldTerminate(cancelled && !hasQuitHandler());
+    if (!cancelled) { // the handler ended by itself
+        showLastPaneWithoutStop();
+        mApplicationTriedToQuit = false;
+    } else if (hasQuitHandler()) {
+        _runQuitHandler();
+    }
+}
+
+void AppDelegate::finishStayOpen(bool afterRunHandler) {
+    showLastPaneWithoutStop();
+    if (afterRunHandler && hasIdleHandler() && !showStartupScreen())
+        scheduleIdleHandler(mIdleSeconds);
+}
+
+void AppDelegate::showLastPaneWithoutStop() {
+    if (!showStartupScreen())
+        windowController().setStopButtonHidden(true);
+    windowController().showLastViewController();
+}
+
+} // namespace quoddle

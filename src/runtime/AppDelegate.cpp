@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+// The delegate itself, the applet's configuration and its script.
+#include "runtime/AppDelegate.h"
+
+#include "engine/QXOSAException.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/NSLog.h"
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::atomic<AppDelegate*> sharedDelegate = nullptr;
+
+class NoWindow final : public WindowController {
+public:
+    bool isWindowVisible() const override { return false; }
+    void showWindow() override {}
+    const void* windowObject() const override { return nullptr; }
+};
+
+} // namespace
+
+AppDelegate* AppDelegate::instance() {
+    return sharedDelegate;
+}
+
+AppDelegate::AppDelegate(AppDelegateParts parts)
+    : mParts(std::move(parts)), mMainBundle(mParts.mainBundle ? mParts.mainBundle : NSBundle::mainBundle()) {
+    sharedDelegate = this;
+}
+
+AppDelegate::~AppDelegate() {
+    NSNotificationCenter::defaultCenter().removeObserver(this);
+    NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass("ascr"_4cc, "psbr"_4cc);
+    mParts.performs->cancelPreviousPerformRequests(this);
+    if (mMainScript)
+        mMainScript->component()->setDelegate(nullptr);
+    sharedDelegate = nullptr;
+}
+
+bool AppDelegate::isStayOpenScript() const {
+    return boolValue(mMainBundle->infoDictionary().value(u"KVBStayOpen"_s));
+}
+
+bool AppDelegate::showStartupScreen() const {
+    const QVariant shown = mMainBundle->infoDictionary().value(u"KVBShowStartupScreen"_s);
+    return !shown.isValid() || boolValue(shown);
+}
+
+QXOSAIDRef AppDelegate::mainGenericScript() {
+    if (mMainGenericScript)
+        return mMainGenericScript;
+    const QXOSAComponentRef generic = QXOSAComponent::genericComponent();
+    if (!generic)
+        return nullptr;
+    const QString path = mMainBundle->pathForResource(u"main"_s, u"scpt"_s, u"Scripts"_s);
+    mMainGenericScript = QXOSAID::QXOSAIDWithComponent(generic);
+    try {
+        mMainGenericScript->loadFileURL(path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path), kOSAModeCompileIntoContext);
+        mMainGenericScript->setScriptLocation(mMainBundle->bundleURL());
+    } catch (const QXOSAException&) {
+        // A script that cannot be loaded is one without handlers; the launch decision deals with that.
+    }
+    return mMainGenericScript;
+}
+
+QXOSAIDRef AppDelegate::mainScript() {
+    if (mMainScript)
+        return mMainScript;
+    Q_ASSERT(MainThread::isCurrent());
+    const QXOSAIDRef generic = mainGenericScript();
+    if (!generic || !generic->isValid())
+        return nullptr;
+    try {
+        mMainScript = generic->realFromGeneric();
+        if (mMainScript)
+            prepareMainScript();
+    } catch (const QXOSAException& exception) {
+        NSLog(u"mainScript: %@"_s, {exception.reason()});
+    }
+    return mMainScript;
+}
+
+void AppDelegate::prepareMainScript() {
+    mMainScript->component()->setDelegate(this);
+    const QXOSAIDRef asObj = mMainScript->propertyForPropertyID("ascr"_4cc);
+    if (!asObj)
+        return;
+    const std::int32_t totalSteps = hasOpenHandler() ? -1 : 0; // a droplet starts with an indeterminate bar
+    asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithInt32(totalSteps), "ppgt"_4cc);
+    asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithInt32(0), "ppgc"_4cc);
+    asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithString(u""), "ppgd"_4cc);
+    asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithString(u""), "ppga"_4cc);
+}
+
+bool AppDelegate::hasHandler(bool (QXOSAID::*query)()) {
+    const QXOSAIDRef script = mainScript();
+    if (!script || script->component()->isResuming())
+        return false;
+    try {
+        return (script.get()->*query)();
+    } catch (const QXOSAException& exception) {
+        NSLog(u"hasHandler: %@"_s, {exception.reason()});
+        return false;
+    }
+}
+
+NSMenuItem* AppDelegate::checkForUpdatesMenuItem() const {
+    const auto menu = mParts.application->mainMenu();
+    return menu ? menu->itemWithIdentifier(u"checkForUpdatesMenuItem"_s) : nullptr;
+}
+
+WindowController& AppDelegate::windowController() const {
+    static NoWindow none;
+    return mMainWindowController ? *mMainWindowController : none;
+}
+
+QString AppDelegate::localized(const QString& key) const {
+    return mMainBundle->localizedString(key);
+}
+
+} // namespace quoddle

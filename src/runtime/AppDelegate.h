@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+// AppDelegate: the spine of the applet shell. It loads the applet's script, decides what of it runs when, and when the process ends. One
+// class, a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, stop, quit), +OpenFiles,
+// +ScriptQueue (execution and its end), +Progress, +Alerts.
+// One decision: everything is decided on the main thread, which never waits for the script; only executions and scriptDidYield() run on the
+// script queue's thread. All functions are the main thread's unless they say otherwise.
+#pragma once
+
+#include "engine/QXOSAID.h"
+#include "platform/ae/NSAppleEventManager.h"
+#include "platform/foundation/NSMenu.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "runtime/AppDelegateParts.h"
+#include "runtime/WindowController.h"
+
+#include <chrono>
+#include <mutex>
+#include <optional>
+
+namespace quoddle {
+
+/// Posted on the main thread with the delegate as object; user information: "totalSteps", "steps" (int), "description",
+/// "additionalDescription" (text).
+inline const QString ProgressChangedNotification = QStringLiteral("ProgressChangedNotification");
+
+class AppDelegate : public NSApplicationDelegate, public QXOSAComponentDelegate {
+public:
+    /// The one delegate; null before there is one. Any thread.
+    static AppDelegate* instance();
+    explicit AppDelegate(AppDelegateParts parts);
+    ~AppDelegate() override;
+
+    // Properties
+    bool isDisplayingPanel() const { return mDisplayingPanel; } ///< any thread
+    void setDisplayingPanel(bool displaying) { mDisplayingPanel = displaying; }
+    bool applicationTriedToQuit() const { return mApplicationTriedToQuit; }
+    void setApplicationTriedToQuit(bool tried) { mApplicationTriedToQuit = tried; }
+    bool isInitialized() const { return mInitialized; }
+    bool userClosedWindow() const { return mUserClosedWindow; }
+    void setUserClosedWindow(bool closed) { mUserClosedWindow = closed; }
+    bool userStoppedScript() const { return mUserStoppedScript; } ///< a plain record; nothing is decided by it
+    bool scriptStarted() const { return mScriptStarted; }         ///< never cleared
+    void setScriptStarted(bool started) { mScriptStarted = started; }
+    bool runningQuitHandler() const { return mRunningQuitHandler; }
+    std::shared_ptr<WindowController> mainWindowController() const { return mMainWindowController; }
+    void setMainWindowController(std::shared_ptr<WindowController> controller) { mMainWindowController = std::move(controller); }
+    std::optional<QVariantMap> currentProgress() const; ///< any thread
+    std::shared_ptr<NSBundle> mainBundle() const { return mMainBundle; }
+    void setMainBundle(std::shared_ptr<NSBundle> bundle) { mMainBundle = std::move(bundle); }
+    /// Null when the menu has none (any more).
+    NSMenuItem* checkForUpdatesMenuItem() const;
+    const std::optional<QStringList>& filenamesToOpen() const { return mFilenamesToOpen; }
+    void setFilenamesToOpen(std::optional<QStringList> filenames) { mFilenamesToOpen = std::move(filenames); }
+    std::int64_t idleSeconds() const { return mIdleSeconds; }
+    void setIdleSeconds(std::int64_t seconds) { mIdleSeconds = seconds; }
+
+    // Configuration and scripts
+    bool isStayOpenScript() const;
+    bool showStartupScreen() const;
+    /// The script as loaded by the generic component: never nil once that component is there, but empty when loading failed.
+    QXOSAIDRef mainGenericScript();
+    /// The same script on its real component; nil when there is none. The first call is the main thread's, later ones any thread's.
+    QXOSAIDRef mainScript();
+    /// All false while the script's component is resuming.
+    bool hasOpenHandler() { return hasHandler(&QXOSAID::hasOpenHandler); }
+    bool hasIdleHandler() { return hasHandler(&QXOSAID::hasIdleHandler); }
+    bool hasRunHandler() { return hasHandler(&QXOSAID::hasRunHandler); }
+    bool hasQuitHandler() { return hasHandler(&QXOSAID::hasQuitHandler); }
+
+    // Launch
+    void applicationWillFinishLaunching() override;
+    void applicationDidFinishLaunching() override;
+    void _setupApplication(bool toOpenFiles);
+    /// Replaces every "APPNAME" in the titles of the menu and of those below it.
+    static void _setAppName(const QString& name, NSMenu& inMenu);
+
+    // Lifecycle
+    void runMainScript();
+    void stopRunningScript();
+    void applicationOpenFiles(const QStringList& filenames) override;
+    void _runIdleHandler();
+    void _runQuitHandler();
+    NSApplicationTerminateReply applicationShouldTerminate() override;
+    bool applicationShouldTerminateAfterLastWindowClosed() override;
+    void terminate() { mParts.application->terminate(); }
+    void _windowWillClose(const NSNotification& notification);
+    void _displayRuntimeError(const QXOSAErrorInfoRef& error);
+    bool respondsToAction(const QString& action) const override;
+    void performAction(const QString& action) override;
+    bool validateMenuItem(const NSMenuItem& item) override;
+
+    // Progress
+    /// The thread that runs the script; waits for the main thread when there is something new.
+    void scriptDidYield() override;
+    void _progressDidChange(const NSNotification& notification);
+    /// Called before a dialog command shows something.
+    void willDisplaySheet() { showProgressWhileResponding(); }
+
+    // Script queue
+    /// Called on the main thread with the handler's result and its error, both may be nil.
+    using Completion = std::function<void(const QXOSAIDRef& result, const QXOSAErrorInfoRef& error)>;
+    /// Queues one execution: of the event, or of the run handler when it is nil. The completion may be empty; the suspension ID, when there
+    /// is one, names the incoming event that the outcome answers.
+    void _respondToEventInBackground(const NSAppleEventDescriptorRef& event, Completion completion = {},
+                                     const NSAppleEventManagerSuspensionID& eventSuspendsionID = {});
+    void _handleSubroutineCallEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent);
+    /// A handler is running or waiting to; one that has passed its event on to the application does not count.
+    bool _isRespondingToScript();
+    /// After the application has ended: lets what runs come to its end for so long, then cancels it and waits as long again. False when the
+    /// script's thread is still busy; the process must then end without tidying up.
+    static bool waitForScripts(std::chrono::milliseconds grace);
+
+private:
+    struct Execution;
+
+    bool hasHandler(bool (QXOSAID::*query)());
+    void prepareMainScript();
+    void applyUpdaterSetting();
+    void createWindowController(bool toOpenFiles);
+    void scheduleIdleHandler(std::int64_t afterSeconds);
+    void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);
+    void showProgressWhileResponding();
+    std::optional<QVariantMap> readProgress();
+
+    void execute(const std::shared_ptr<Execution>& execution);
+    void finish(const std::shared_ptr<Execution>& execution);
+    void finishFatalError(const std::shared_ptr<Execution>& execution);
+    void finishIncomingCall(const Execution& execution);
+    void finishOwnEvent(const Execution& execution);
+    void finishAfterTryToQuit(OSStatus number);
+    void finishStayOpen(bool afterRunHandler);
+    void showLastPaneWithoutStop();
+
+    QString localized(const QString& key) const;
+    RuntimeAlert runtimeErrorAlert(const QXOSAErrorInfo& error) const;
+    /// As a sheet when the window is visible, else modal.
+    void showAlert(const RuntimeAlert& alert, std::function<void()> afterwards);
+    /// The one window controller, or one without window before there is one.
+    WindowController& windowController() const;
+
+    AppDelegateParts mParts;
+    std::shared_ptr<NSBundle> mMainBundle;
+    std::shared_ptr<WindowController> mMainWindowController;
+    QXOSAIDRef mMainGenericScript;
+    QXOSAIDRef mMainScript;
+    std::optional<QStringList> mFilenamesToOpen;
+    std::int64_t mIdleSeconds = 0;
+    std::atomic<bool> mDisplayingPanel = false;
+    bool mApplicationTriedToQuit = false;
+    bool mInitialized = false;
+    bool mUserClosedWindow = false;
+    bool mUserStoppedScript = false;
+    bool mScriptStarted = false;
+    bool mRunningQuitHandler = false;
+    bool mShowingRuntimeError = false;
+
+    std::recursive_mutex mObjectLock; // scriptDidYield's, never held by the main thread while it waits
+    QXOSAIDRef mAsObj;                // guarded by it
+    mutable std::mutex mProgressMutex;
+    std::optional<QVariantMap> mCurrentProgress;
+};
+
+} // namespace quoddle

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// What the runtime is put together from: the application, the ways to show something, and the parts of the shell that stand above it.
+// One decision: the runtime names an operation and knows no widget, no dialog and no updater; what is left out is not there, and the
+// runtime then behaves as the comments say.
+#pragma once
+
+#include "platform/foundation/DelayedPerforms.h"
+#include "platform/foundation/NSApplicationDelegate.h"
+#include "platform/foundation/NSBundle.h"
+
+#include <functional>
+#include <memory>
+
+namespace quoddle {
+
+class AppDelegate;
+class WindowController;
+
+/// A critical alert with one button.
+struct RuntimeAlert {
+    QString messageText;
+    QString informativeText;
+    QString buttonTitle;
+};
+
+class AlertPresenter {
+public:
+    virtual ~AlertPresenter() = default;
+    /// As a sheet on the applet's window. Returns at once; the completion comes when the alert has been dismissed.
+    virtual void beginSheet(const RuntimeAlert& alert, WindowController& onWindowOf, std::function<void()> completion) = 0;
+    /// Returns when the alert has been dismissed.
+    virtual void runModal(const RuntimeAlert& alert) = 0;
+};
+
+class Updater {
+public:
+    virtual ~Updater() = default;
+    virtual void setDelegate(AppDelegate* delegate) = 0;
+    virtual void checkForUpdates() = 0;
+};
+
+struct AppDelegateParts {
+    /// Required; outlives the delegate.
+    SharedApplication* application = nullptr;
+    /// Required; outlives the delegate.
+    AlertPresenter* alerts = nullptr;
+    /// Required. Makes the controller of one of the two kinds of window ("dropletWindowController", "appletWindowController"), its window
+    /// loaded, so that it has registered itself with AppDelegate::setMainWindowController().
+    std::function<std::shared_ptr<WindowController>(const QString& identifier)> instantiateController;
+    /// The applet; null: the process's main bundle.
+    std::shared_ptr<NSBundle> mainBundle;
+    /// The time of idle calls.
+    std::unique_ptr<DelayedPerforms> performs = std::make_unique<DelayedPerforms>();
+
+    /// Puts the in-applet dialog commands in place. Without it scripts get the standard ones.
+    std::function<void(AppDelegate&)> installOSAXEventHandlers;
+    /// Reads which files a droplet takes. Without it there is no filter.
+    std::function<void(AppDelegate&)> loadExtAndUTIPrefs;
+    /// The droplet's judgement of one file, by absolute path. Without it every file is acceptable.
+    std::function<bool(const QString& path)> isFileAcceptable;
+    /// Outlives the delegate. Without it there is no menu item for updates.
+    Updater* updater = nullptr;
+};
+
+} // namespace quoddle
