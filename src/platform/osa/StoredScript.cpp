@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "platform/osa/StoredScript.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::size_t kWindow = 4096; ///< how much of either end is looked at
+
+struct Magic {
+    std::string_view bytes;
+    OSType subType;
+};
+constexpr Magic kMagics[] = {{"FasdUAS ", "ascr"_4cc}, {"JsOsaDAS", "jscr"_4cc}};
+
+// The trailer of every stored script: subtype, version (2 bytes), length (2 bytes), then these.
+constexpr std::string_view kTrailerEnd = "\xFA\xDE\xDE\xAD";
+constexpr std::size_t kTrailerFront = 8;
+
+std::string_view withoutFirstLine(std::string_view bytes) {
+    if (!bytes.starts_with("#!"))
+        return bytes;
+    std::size_t end = bytes.substr(0, kWindow).find('\n');
+    return end == std::string_view::npos ? bytes : bytes.substr(end + 1);
+}
+
+std::optional<OSType> subTypeFromEnds(std::string_view head, std::string_view tail) {
+    head = withoutFirstLine(head);
+    const auto* magic =
+        std::find_if(std::begin(kMagics), std::end(kMagics), [head](const Magic& each) { return head.starts_with(each.bytes); });
+    if (magic != std::end(kMagics))
+        return magic->subType;
+    // Files that passed through other systems may have bytes behind the trailer.
+    std::size_t end = tail.rfind(kTrailerEnd);
+    if (end == std::string_view::npos || end < kTrailerFront)
+        return {};
+    return fourCharCode(tail.substr(end - kTrailerFront, 4));
+}
+
+std::string readAt(std::ifstream& file, std::uintmax_t offset, std::size_t length) {
+    std::string bytes(length, '\0');
+    file.clear();
+    file.seekg(static_cast<std::streamoff>(offset));
+    file.read(bytes.data(), static_cast<std::streamsize>(length));
+    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
+    return bytes;
+}
+
+} // namespace
+
+std::optional<OSType> subTypeOfStoredScript(std::string_view bytes) {
+    return subTypeFromEnds(bytes, bytes.substr(bytes.size() - std::min(kWindow, bytes.size())));
+}
+
+OSStatus subTypeOfStoredScriptFile(const std::string& path, OSType& subType) {
+    constexpr OSStatus kPermissionError = -54;
+    std::filesystem::path script = path;
+    std::error_code error;
+    if (std::filesystem::is_directory(script, error))
+        script = script / "Contents" / "Resources" / "Scripts" / "main.scpt";
+    if (!std::filesystem::exists(script, error))
+        return fnfErr;
+    std::uintmax_t size = std::filesystem::is_regular_file(script, error) ? std::filesystem::file_size(script, error) : 0;
+    std::ifstream file(script, std::ios::binary);
+    if (!file || error)
+        return kPermissionError;
+    std::size_t window = static_cast<std::size_t>(std::min<std::uintmax_t>(size, kWindow));
+    subType = subTypeFromEnds(readAt(file, 0, window), readAt(file, size - window, window)).value_or(0);
+    return noErr;
+}
+
+} // namespace quoddle
