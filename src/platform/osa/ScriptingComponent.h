@@ -77,7 +77,7 @@ public:
     virtual OSStatus getPropertyNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) {
         return unsupported(modeFlags, context, names);
     }
-    /// The name is a text, or an "evnt" descriptor holding class and ID.
+    /// The name is a text, or an "evnt" descriptor: the codes of class and ID, 8 bytes.
     virtual OSStatus getHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) {
         return unsupported(modeFlags, context, name, result);
     }

@@ -1,0 +1,438 @@
+// SPDX-License-Identifier: MIT
+#include "platform/osa/FakeComponent.h"
+
+#include "platform/ae/AECoercion.h"
+#include "platform/base/Text.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace quoddle {
+
+namespace {
+
+std::pair<std::u16string, std::u16string> firstWord(const std::u16string& line) {
+    std::size_t blank = line.find(u' ');
+    return {line.substr(0, blank), blank == std::u16string::npos ? u"" : line.substr(blank + 1)};
+}
+
+std::int32_t numberIn(const std::u16string& text) {
+    return AEDesc::ofText(text).asInt32().value_or(0);
+}
+
+AEDesc valueIn(const std::u16string& text) {
+    auto number = AEDesc::ofText(text).asInt32();
+    return number ? AEDesc::ofInt32(*number) : AEDesc::ofText(text);
+}
+
+// Eight bytes, class and ID, become a name of eight characters.
+std::u16string nameOfEvent(std::string_view bytes) {
+    std::string_view id = bytes.size() == 8 ? bytes.substr(4) : std::string_view();
+    return utf16FromMacRoman(bytesOf(AEDesc("type"_4cc, bytes.substr(0, 4)).code()) + bytesOf(AEDesc("type"_4cc, id).code()));
+}
+
+} // namespace
+
+std::vector<std::u16string> FakeComponent::Value::lines() const {
+    std::vector<std::u16string> result;
+    std::u16string rest = source.value_or(u"");
+    while (!rest.empty()) {
+        std::size_t end = rest.find(u'\n');
+        result.push_back(rest.substr(0, end));
+        rest = end == std::u16string::npos ? u"" : rest.substr(end + 1);
+    }
+    return result;
+}
+
+FakeComponent::~FakeComponent() {
+    if (sLast == this)
+        sLast = nullptr;
+}
+
+void FakeComponent::registerAs(OSType subType, OSAID firstID) {
+    RegisterComponent({.subType = subType, .name = "Fake", .open = [=] { return std::make_shared<FakeComponent>(subType, firstID); }});
+}
+
+AEDesc FakeComponent::stored(const std::u16string& source) const {
+    return {"scpt"_4cc, utf8FromUTF16(source) + bytesOf(mSubType) + std::string("\0\x01\0\x0C\xFA\xDE\xDE\xAD", 8)};
+}
+
+OSAID FakeComponent::add(Value value) {
+    values.emplace(++mLastID, std::move(value));
+    return mLastID;
+}
+
+OSStatus FakeComponent::called(const std::string& operation) {
+    calls.push_back(operation);
+    auto failure = failures.find(operation);
+    return failure == failures.end() ? noErr : failure->second;
+}
+
+FakeComponent::Value* FakeComponent::find(OSAID id) {
+    auto found = values.find(id);
+    return found == values.end() ? nullptr : &found->second;
+}
+
+std::u16string FakeComponent::keyOf(const AEDesc& name) const {
+    if (name.type() == "evnt"_4cc)
+        return nameOfEvent(name.data());
+    if (name.type() == "prop"_4cc)
+        return utf16FromMacRoman(bytesOf(name.code()));
+    return name.asText().value_or(u"");
+}
+
+OSStatus FakeComponent::scriptFailed(std::int32_t number, std::u16string message) {
+    error = {{"errn"_4cc, AEDesc::ofInt32(number)}, {"errs"_4cc, AEDesc::ofText(message)}, {"errb"_4cc, AEDesc::ofText(message)}};
+    return errOSAScriptError;
+}
+
+OSStatus FakeComponent::load(const AEDesc& scriptData, OSAModeFlags, OSAID& id) {
+    if (OSStatus status = called("load"))
+        return status;
+    std::string_view bytes = scriptData.data();
+    if (bytes.size() < 12)
+        return errOSABadStorageType;
+    OSAID fresh = 0;
+    OSStatus status = compile(AEDesc::ofUTF8(bytes.substr(0, bytes.size() - 12)), 0, fresh);
+    return status ? status : (id = fresh, noErr);
+}
+
+OSStatus FakeComponent::loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& id) {
+    if (OSStatus status = called("loadFile"))
+        return status;
+    std::ifstream file(path, std::ios::binary);
+    std::stringstream bytes;
+    bytes << file.rdbuf();
+    if (!file)
+        return fnfErr;
+    if (storable)
+        *storable = true;
+    return load({"scpt"_4cc, bytes.str()}, modeFlags, id);
+}
+
+OSStatus FakeComponent::store(OSAID id, DescType, OSAModeFlags, AEDesc& data) {
+    if (OSStatus status = called("store"))
+        return status;
+    if (!find(id))
+        return errOSAInvalidID;
+    data = stored(find(id)->source.value_or(u""));
+    return noErr;
+}
+
+OSStatus FakeComponent::storeFile(OSAID id, DescType type, OSAModeFlags modeFlags, const std::string& path) {
+    AEDesc data;
+    if (OSStatus status = store(id, type, modeFlags, data))
+        return status;
+    std::ofstream(path, std::ios::binary) << data.data();
+    return called("storeFile");
+}
+
+OSStatus FakeComponent::dispose(OSAID id) {
+    called("dispose");
+    return values.erase(id) ? noErr : errOSAInvalidID;
+}
+
+OSStatus FakeComponent::copyID(OSAID from, OSAID& to) {
+    if (!find(from))
+        return errOSAInvalidID;
+    to = add(Value(*find(from)));
+    return noErr;
+}
+
+OSStatus FakeComponent::compile(const AEDesc& source, OSAModeFlags, OSAID& id) {
+    if (OSStatus status = called("compile"))
+        return status;
+    Value script;
+    script.source = source.asText().value_or(u"");
+    for (const std::u16string& line : script.lines()) {
+        auto [verb, rest] = firstWord(line);
+        if (verb == u"handler")
+            script.handlers.insert(rest);
+        if (verb == u"property")
+            script.properties[firstWord(rest).first] = add({.desc = valueIn(firstWord(rest).second)});
+    }
+    if (id == 0)
+        id = add(std::move(script));
+    else if (Value* old = find(id))
+        *old = std::move(script);
+    else
+        return errOSAInvalidID;
+    return noErr;
+}
+
+OSStatus FakeComponent::execute(OSAID script, OSAID, OSAModeFlags, OSAID& id) {
+    if (OSStatus status = called("execute"))
+        return status;
+    return find(script) ? run(Value(*find(script)), id) : errOSAInvalidID;
+}
+
+OSStatus FakeComponent::executeEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, OSAID& id) {
+    lastEvent = event;
+    called("executeEvent");
+    return execute(context, 0, modeFlags, id);
+}
+
+OSStatus FakeComponent::run(const Value& script, OSAID& id) {
+    for (const std::u16string& line : script.lines()) {
+        auto [verb, rest] = firstWord(line);
+        if (OSStatus status = runLine(verb, rest, id))
+            return status;
+    }
+    return noErr;
+}
+
+OSStatus FakeComponent::runLine(const std::u16string& verb, const std::u16string& rest, OSAID& id) {
+    auto [first, second] = firstWord(rest);
+    if (verb == u"return" && rest != u"nothing")
+        id = add({.desc = result.isNull() ? valueIn(rest) : result});
+    if (verb == u"error")
+        return scriptFailed(numberIn(first), second);
+    if (verb == u"status")
+        return numberIn(first);
+    if (verb == u"loop") {
+        OSErr status = noErr;
+        while ((status = active.proc(active.refCon)) == noErr) {
+        }
+        return scriptFailed(status, u"stopped");
+    }
+    AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+    if (verb == u"send") {
+        AEDesc event = AEDesc::appleEvent(fourCharCode(utf8FromUTF16(first)), fourCharCode(utf8FromUTF16(second)));
+        OSErr status = send.proc(event, &reply, sendMode, 0, sendTimeout, nullptr, nullptr, send.refCon);
+        if (status != noErr)
+            return scriptFailed(status, u"not sent");
+        if (const AEDesc* value = reply.find("----"_4cc))
+            id = add({.desc = *value});
+    }
+    if (verb == u"continue")
+        return resume.proc(lastEvent, &reply, resume.refCon);
+    return noErr;
+}
+
+OSStatus FakeComponent::display(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& text) {
+    if (OSStatus status = called("display"))
+        return status;
+    displayFlags.push_back(modeFlags);
+    return find(id) ? AECoerceDesc(find(id)->desc, type, text) : errOSAInvalidID;
+}
+
+OSStatus FakeComponent::copyDisplayString(OSAID id, OSAModeFlags, OSAAttributedText& text) {
+    if (!find(id))
+        return errOSAInvalidID;
+    text.text = find(id)->desc.asText().value_or(u"?");
+    return noErr;
+}
+
+OSStatus FakeComponent::copySourceString(OSAID id, OSAModeFlags, OSAAttributedText& text) {
+    if (!find(id))
+        return errOSAInvalidID;
+    if (!find(id)->source)
+        return errOSASourceNotAvailable;
+    text.text = *find(id)->source;
+    return noErr;
+}
+
+OSStatus FakeComponent::coerceFromDesc(const AEDesc& desc, OSAModeFlags, OSAID& id) {
+    if (OSStatus status = called("coerceFromDesc"))
+        return status;
+    id = add({.desc = desc});
+    return noErr;
+}
+
+OSStatus FakeComponent::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDesc& desc) {
+    if (OSStatus status = called("coerceToDesc"))
+        return status;
+    Value* value = find(id);
+    if (!value)
+        return errOSAInvalidID;
+    // A record with a class of its own is none that can be had as a plain record.
+    if (type == "reco"_4cc && value->properties.count(u"pcls"))
+        return errAECoercionFail;
+    return AECoerceDesc(value->desc, type, desc);
+}
+
+OSStatus FakeComponent::getProperty(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& id) {
+    if (OSStatus status = called("getProperty"))
+        return status;
+    Value* value = find(context);
+    if (!value && context != kOSANullScript)
+        return errOSAInvalidID;
+    std::u16string key = keyOf(name);
+    if (barred.count(key))
+        return paramErr;
+    OSAID* property = value && value->properties.count(key) ? &value->properties[key] : nullptr;
+    if (!property)
+        return OSAIllegalAssign;
+    id = add({.desc = find(*property) ? find(*property)->desc : AEDesc()});
+    return noErr;
+}
+
+OSStatus FakeComponent::setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID value) {
+    if (OSStatus status = called("setProperty:" + std::to_string(modeFlags)))
+        return status;
+    if (!find(context))
+        return errOSAInvalidID;
+    std::u16string key = keyOf(name);
+    if (value == 0)
+        find(context)->properties.erase(key);
+    else
+        find(context)->properties[key] = add(Value(*find(value)));
+    return noErr;
+}
+
+OSStatus FakeComponent::getPropertyNames(OSAModeFlags, OSAID context, AEDesc& names) {
+    if (!find(context))
+        return errOSAInvalidID;
+    names = AEDesc::list();
+    for (const auto& [name, value] : find(context)->properties)
+        names.insertItem(0, AEDesc::ofText(name));
+    return noErr;
+}
+
+OSStatus FakeComponent::getHandler(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& id) {
+    if (OSStatus status = called("getHandler"))
+        return status;
+    Value* value = find(context);
+    if (!value)
+        return errOSAInvalidID;
+    std::u16string key = keyOf(name);
+    if (barred.count(key))
+        return paramErr;
+    if (!value->handlers.count(key))
+        return errAEHandlerNotFound;
+    id = add({.desc = AEDesc::ofText(key)});
+    return noErr;
+}
+
+OSStatus FakeComponent::setHandler(OSAModeFlags, OSAID context, const AEDesc& name, OSAID handler) {
+    if (!find(context))
+        return errOSAInvalidID;
+    if (handler)
+        find(context)->handlers.insert(keyOf(name));
+    else
+        find(context)->handlers.erase(keyOf(name));
+    return noErr;
+}
+
+OSStatus FakeComponent::getHandlerNames(OSAModeFlags, OSAID context, AEDesc& names) {
+    if (!find(context))
+        return errOSAInvalidID;
+    names = AEDesc::list();
+    for (const std::u16string& name : find(context)->handlers)
+        names.insertItem(0, AEDesc::ofText(name));
+    return noErr;
+}
+
+OSStatus FakeComponent::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t& info) {
+    Value* value = find(id);
+    if (!value)
+        return errOSAInvalidID;
+    auto set = mInfo.find({id, selector});
+    if (set != mInfo.end())
+        info = set->second;
+    else if (selector == "valu"_4cc)
+        info = !value->source;
+    else if (selector == "cscr"_4cc || selector == "cntx"_4cc)
+        info = value->source.has_value();
+    else if (selector == "best"_4cc)
+        info = static_cast<std::int32_t>(value->desc.type());
+    else if (selector == "hsod"_4cc)
+        info = static_cast<std::int32_t>(value->handlers.count(u"aevtodoc"));
+    else
+        return errOSABadSelector;
+    return noErr;
+}
+
+OSStatus FakeComponent::setScriptInfo(OSAID id, FourCharCode selector, std::int32_t info) {
+    if (!find(id))
+        return errOSAInvalidID;
+    mInfo[{id, selector}] = info;
+    return noErr;
+}
+
+OSStatus FakeComponent::getScriptFile(OSAID id, FourCharCode, std::string& path) {
+    if (!find(id) || find(id)->file.empty())
+        return errOSAInvalidID;
+    path = find(id)->file;
+    return noErr;
+}
+
+OSStatus FakeComponent::setScriptFile(OSAID id, FourCharCode, const std::string& path) {
+    if (OSStatus status = called("setScriptFile"))
+        return status;
+    find(id)->file = path;
+    return noErr;
+}
+
+OSStatus FakeComponent::scriptError(FourCharCode selector, DescType type, AEDesc& desc) {
+    auto found = error.find(selector);
+    return found == error.end() ? errOSABadSelector : AECoerceDesc(found->second, type, desc);
+}
+
+OSStatus FakeComponent::startRecording(OSAID& id) {
+    if (id == 0)
+        id = add({.source = u"recorded"});
+    return called("startRecording");
+}
+
+OSStatus FakeComponent::stopRecording(OSAID) {
+    return called("stopRecording");
+}
+
+OSStatus FakeComponent::setDefaultTarget(const AEDesc& target) {
+    if (OSStatus status = called("setDefaultTarget"))
+        return status;
+    defaultTarget = target;
+    return noErr;
+}
+
+OSStatus FakeComponent::getActiveProc(OSACallback<OSAActiveProc>& callback) {
+    callback = active;
+    return noErr;
+}
+
+OSStatus FakeComponent::setActiveProc(OSACallback<OSAActiveProc> callback) {
+    active = callback;
+    return noErr;
+}
+
+OSStatus FakeComponent::getSendProc(OSACallback<OSASendProc>& callback) {
+    callback = send;
+    return noErr;
+}
+
+OSStatus FakeComponent::setSendProc(OSACallback<OSASendProc> callback) {
+    send = callback;
+    return noErr;
+}
+
+OSStatus FakeComponent::getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) {
+    callback = resume;
+    return noErr;
+}
+
+OSStatus FakeComponent::setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) {
+    resume = callback;
+    return noErr;
+}
+
+OSStatus FakeComponent::copySourceAttributes(std::vector<OSASourceStyle>& attributes) {
+    attributes = styles;
+    return noErr;
+}
+
+OSStatus FakeComponent::setSourceAttributes(const std::vector<OSASourceStyle>& attributes) {
+    styles = attributes;
+    return noErr;
+}
+
+OSStatus FakeComponent::getSourceStyleNames(OSAModeFlags, AEDesc& names) {
+    if (OSStatus status = called("getSourceStyleNames"))
+        return status;
+    names = AEDesc::list();
+    for (const OSASourceStyle& style : styles)
+        names.insertItem(0, AEDesc::ofText(style.name));
+    return noErr;
+}
+
+} // namespace quoddle

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// FakeComponent: a scripting component small enough to be read at once. Values are descriptors; a script is a text of lines:
+//   handler NAME           property NAME VALUE
+//   return VALUE           what execute gives; VALUE is an integer or a text, "nothing" for no result
+//   error NUMBER MESSAGE   a script error
+//   status NUMBER          a bare status
+//   loop                   calls the active procedure until it answers a status, which is the result
+//   send CLASS ID          sends an event through the send procedure, the result is the reply's direct parameter
+//   continue               passes the event on through the resume-dispatch procedure
+// Stored form: the text with a trailer. Everything that happens is open to the test.
+#pragma once
+
+#include "platform/osa/OSA.h"
+
+#include <map>
+#include <mutex>
+#include <set>
+#include <unordered_map>
+
+namespace quoddle {
+
+class FakeComponent : public ScriptingComponent {
+public:
+    struct Value {
+        AEDesc desc;
+        std::optional<std::u16string> source; ///< a script
+        std::map<std::u16string, OSAID> properties;
+        std::set<std::u16string> handlers;
+        std::string file;
+        std::vector<std::u16string> lines() const;
+    };
+
+    explicit FakeComponent(OSType subType = "fake"_4cc, OSAID firstID = 1000) : mSubType(subType), mLastID(firstID) { sLast = this; }
+    ~FakeComponent() override;
+
+    /// The one made last that is still alive.
+    static FakeComponent* last() { return sLast; }
+    static void registerAs(OSType subType, OSAID firstID = 1000);
+    std::size_t count() const { return values.size(); }
+    AEDesc stored(const std::u16string& source) const;
+
+    std::unordered_map<OSAID, Value> values;
+    std::vector<std::string> calls;           ///< names of the operations, in order
+    std::map<std::string, OSStatus> failures; ///< operations that are to fail
+    std::set<std::u16string> barred;          ///< property and handler names that are refused (-50) without their bars
+    std::map<FourCharCode, AEDesc> error;     ///< what scriptError tells
+    std::vector<OSAModeFlags> displayFlags;
+    AEDesc lastEvent;
+    AEDesc defaultTarget;
+    AEDesc result;
+    std::int32_t sendTimeout = kAEDefaultTimeout;
+    AESendMode sendMode = kAEWaitReply;
+    OSACallback<OSAActiveProc> active;
+    OSACallback<OSASendProc> send;
+    OSACallback<OSAResumeDispatchProc> resume;
+    std::vector<OSASourceStyle> styles;
+
+    OSAID add(Value value);
+
+    std::int32_t version() const override { return 0x10203; }
+    OSStatus load(const AEDesc& scriptData, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus store(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& data) override;
+    OSStatus storeFile(OSAID id, DescType type, OSAModeFlags modeFlags, const std::string& path) override;
+    OSStatus dispose(OSAID id) override;
+    OSStatus copyID(OSAID from, OSAID& to) override;
+    OSStatus copyScript(OSAID from, OSAID& to) override { return copyID(from, to); }
+    OSStatus compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus execute(OSAID script, OSAID context, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus executeEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus display(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& text) override;
+    OSStatus copyDisplayString(OSAID id, OSAModeFlags modeFlags, OSAAttributedText& text) override;
+    OSStatus copySourceString(OSAID id, OSAModeFlags modeFlags, OSAAttributedText& text) override;
+    OSStatus coerceFromDesc(const AEDesc& desc, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus coerceToDesc(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& desc) override;
+    OSStatus getProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& id) override;
+    OSStatus setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID value) override;
+    OSStatus getPropertyNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) override;
+    OSStatus getHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& id) override;
+    OSStatus setHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID handler) override;
+    OSStatus getHandlerNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) override;
+    OSStatus getScriptInfo(OSAID id, FourCharCode selector, std::int32_t& info) override;
+    OSStatus setScriptInfo(OSAID id, FourCharCode selector, std::int32_t info) override;
+    OSStatus getScriptFile(OSAID id, FourCharCode selector, std::string& path) override;
+    OSStatus setScriptFile(OSAID id, FourCharCode selector, const std::string& path) override;
+    OSStatus scriptError(FourCharCode selector, DescType type, AEDesc& desc) override;
+    OSStatus startRecording(OSAID& id) override;
+    OSStatus stopRecording(OSAID id) override;
+    OSStatus setDefaultTarget(const AEDesc& target) override;
+    OSStatus getActiveProc(OSACallback<OSAActiveProc>& callback) override;
+    OSStatus setActiveProc(OSACallback<OSAActiveProc> callback) override;
+    OSStatus getSendProc(OSACallback<OSASendProc>& callback) override;
+    OSStatus setSendProc(OSACallback<OSASendProc> callback) override;
+    OSStatus getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) override;
+    OSStatus setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) override;
+    OSStatus copySourceAttributes(std::vector<OSASourceStyle>& attributes) override;
+    OSStatus setSourceAttributes(const std::vector<OSASourceStyle>& attributes) override;
+    OSStatus getSourceStyleNames(OSAModeFlags modeFlags, AEDesc& names) override;
+
+private:
+    /// Logs the call; the status it is to fail with, or 0.
+    OSStatus called(const std::string& operation);
+    Value* find(OSAID id);
+    OSStatus run(const Value& script, OSAID& id);
+    OSStatus runLine(const std::u16string& verb, const std::u16string& rest, OSAID& id);
+    OSStatus scriptFailed(std::int32_t number, std::u16string message);
+    std::u16string keyOf(const AEDesc& name) const;
+
+    static inline FakeComponent* sLast = nullptr;
+    const OSType mSubType;
+    OSAID mLastID;
+    std::map<std::pair<OSAID, FourCharCode>, std::int32_t> mInfo;
+};
+
+} // namespace quoddle
