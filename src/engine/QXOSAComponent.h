@@ -38,6 +38,8 @@ public:
     /// Up to 10 operations at once; for callers that run scripts off the main thread.
     static NSOperationQueue& osaOperationQueue();
     static NSAppleEventDescriptorRef _asResultPropertyDescriptor();
+    /// Any thread. The component that a callback's reference constant means; nil when it is no longer alive or not held by a shared_ptr.
+    static QXOSAComponentRef _componentForRefCon(const void* refCon);
 
     /// New instances, or nil when none opens.
     static QXOSAComponentRef componentWithLanguageSubType(OSType languageSubType) { return initWithLanguageSubType(languageSubType); }
@@ -73,7 +75,7 @@ public:
     /// Nil means the null descriptor.
     void setDefaultTarget(const NSAppleEventDescriptorRef& defaultTarget);
     QXOSAIDRef loadFromStoredScript(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags);
-    /// Nil, without an exception, when the URL is no local file's. `storable` may be null.
+    /// Nil, without an exception, when the URL names no existing file. `storable` may be null.
     QXOSAIDRef loadFromURL(const QUrl& url, OSAModeFlags modeFlags, bool* storable = nullptr);
     std::vector<OSASourceStyle> sourceAttributes();
     void setSourceAttributes(const std::vector<OSASourceStyle>& sourceAttributes);

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "engine/QXOSAComponent.h"
+#include "engine/QXOSAException.h"
 
 #include <unordered_map>
 
@@ -45,7 +46,7 @@ public:
     void load(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
     /// An absolute path; it becomes the script's location.
     void loadFile(const QString& file, OSAModeFlags modeFlags = 0);
-    /// A URL that is no local file's raises with status -4960.
+    /// A URL that names no existing file raises with status -4960.
     void loadFileURL(const QUrl& url, OSAModeFlags modeFlags = 0);
     bool compileDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = kOSAModeCompileIntoContext);
     bool compile(const QString& source, OSAModeFlags modeFlags = kOSAModeCompileIntoContext);
@@ -132,6 +133,22 @@ public:
     bool _failOSError(OSStatus status);
 
 private:
+    ComponentInstance instance() const { return mComponent ? mComponent->component() : 0; }
+    void prepareToExecute();
+    void disposeOwnedValue();
+    void replaceValue(OSAID valueID);
+    void emptyDescriptorCache();
+    /// The result of a checked call: a new owning value, or nil.
+    QXOSAIDRef checkedResult(OSStatus status, OSAID valueID);
+    OSStatus getHandlerByName(const AEDesc& name, OSAModeFlags modeFlags, OSAID& handler) const;
+    OSStatus getPropertyByName(const AEDesc& name, OSAModeFlags modeFlags, OSAID& value) const;
+    bool hasHandler(const AEDesc& name) const;
+    bool isScript() const;
+    OSStatus coerceRecord(OSAModeFlags modeFlags, AEDesc& record) const;
+    std::optional<AEDesc> makeDescriptor(DescType bestType, OSAModeFlags modeFlags);
+    NSAppleEventDescriptorRef descriptorOnceMore(DescType bestType, OSAModeFlags modeFlags, const QXOSAException& first);
+    QString _description() const;
+
     std::atomic<bool> mOwnsValueID;
     std::atomic<OSStatus> mLastError = noErr;
     std::atomic<OSAID> mValueID;

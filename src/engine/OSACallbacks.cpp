@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#include "engine/OSACallbacks.h"
+
+#include "engine/QXOSAComponent.h"
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/NSLog.h"
+
+#include <algorithm>
+
+#include <QCoreApplication>
+#include <QThread>
+
+namespace quoddle {
+
+namespace {
+
+bool isRunCancelled(const QXOSAComponent& component) {
+    std::shared_ptr<NSOperation> operation = component.operation();
+    return component.isCancelled() || (operation && operation->isCancelled()) || QThread::currentThread()->isInterruptionRequested();
+}
+
+// The low 16 bits, as every status that a procedure answers.
+OSErr shortened(OSStatus status) {
+    return static_cast<OSErr>(status);
+}
+
+/// Whoever acts on a cancellation takes it back first.
+OSErr acceptCancellation(QXOSAComponent& component) {
+    component.setCancelled(false);
+    return shortened(component.threadCanceledError());
+}
+
+/// Until the deadline; nothing without one.
+std::optional<double> secondsLeft(const QXOSAComponent& component) {
+    QDateTime timeout = component.timeout();
+    if (!timeout.isValid())
+        return {};
+    return static_cast<double>(timeout.toMSecsSinceEpoch() - QDateTime::currentMSecsSinceEpoch()) / 1000;
+}
+
+bool deadlineHasPassed(const QXOSAComponent& component) {
+    std::optional<double> left = secondsLeft(component);
+    return left && *left <= 0;
+}
+
+/// A timeout given as "default" or "none" is negative and so never replaced by the deadline.
+std::int32_t effectiveTimeout(const QXOSAComponent& component, std::int32_t ticks) {
+    std::optional<double> left = secondsLeft(component);
+    if (!left)
+        return ticks;
+    double ticksLeft = std::min(*left * 60, static_cast<double>(std::numeric_limits<std::int32_t>::max()));
+    return std::min(ticks, static_cast<std::int32_t>(ticksLeft));
+}
+
+/// The component asking an application for its terminology: nothing that the script does.
+bool isTerminologyRequest(AEEventClass eventClass, AEEventID eventID) {
+    return eventClass == "ascr"_4cc && (eventID == "gdte"_4cc || eventID == "gdut"_4cc);
+}
+
+/// The delegate's exceptions end here: the scripting component could not take them.
+template<class Call>
+void tellDelegate(const QXOSAComponent& component, Call call) {
+    QXOSAComponentDelegate* delegate = component.delegate();
+    if (!delegate)
+        return;
+    try {
+        call(*delegate);
+    } catch (const std::exception& exception) {
+        NSLog(QStringLiteral("%@"), {QString::fromUtf8(exception.what())});
+    }
+}
+
+void yieldToDelegate(const QXOSAComponent& component) {
+    tellDelegate(component, [](QXOSAComponentDelegate& delegate) { delegate.scriptDidYield(); });
+}
+
+AESendOptions optionsFor(const QXOSAComponentRef& component) {
+    return {[component] { return isRunCancelled(*component); }, component.get()};
+}
+
+/// The status of a wait that was given up is the component's own, and the cancellation stays for the next procedure.
+OSStatus statusOfWait(const QXOSAComponent& component, OSStatus status) {
+    if (status == errAETimeout)
+        return component.timeoutError();
+    return status == userCanceledErr && isRunCancelled(component) ? component.threadCanceledError() : status;
+}
+
+OSStatus statusAfterSending(QXOSAComponent& component, OSStatus status) {
+    if (status == noErr && deadlineHasPassed(component))
+        status = component.timeoutError();
+    if (status == noErr && isRunCancelled(component)) {
+        component.setCancelled(false);
+        status = component.threadCanceledError();
+    }
+    return status;
+}
+
+} // namespace
+
+OSErr OSAActiveCallback(void* refCon) {
+    QXOSAComponentRef component = QXOSAComponent::_componentForRefCon(refCon);
+    if (!component)
+        return noErr;
+    if (isRunCancelled(*component))
+        return acceptCancellation(*component);
+    if (deadlineHasPassed(*component))
+        return shortened(component->timeoutError());
+    // One turn of the loop without waiting; what the user did is left for the normal loop.
+    if (component->yieldCPU() && QCoreApplication::instance() && MainThread::isCurrent())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    yieldToDelegate(*component);
+    return noErr;
+}
+
+OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, AESendPriority sendPriority, std::int32_t timeOutInTicks,
+                      AEIdleProc, AEFilterProc, void* refCon) {
+    QXOSAComponentRef component = QXOSAComponent::_componentForRefCon(refCon);
+    if (!component)
+        return shortened(AESendMessage(event, reply, sendMode, timeOutInTicks));
+    if (isRunCancelled(*component))
+        return acceptCancellation(*component);
+    if (deadlineHasPassed(*component))
+        return shortened(component->timeoutError());
+    std::int32_t timeout = effectiveTimeout(*component, timeOutInTicks);
+    AEEventClass eventClass = event.eventClass();
+    AEEventID eventID = event.eventID();
+    if (component->preventDestructiveEvents() && QXOSAComponent::isDangerousEventSuite(eventClass, eventID))
+        return shortened(component->destructiveEventError());
+
+    bool wasResuming = component->isResuming();
+    std::optional<AEDesc> resumed = reply ? reply->attribute("FDrm"_4cc) : std::nullopt;
+    component->setResuming(resumed && resumed->asBoolean().value_or(false));
+    bool isNotified = !isTerminologyRequest(eventClass, eventID);
+    if (isNotified)
+        tellDelegate(*component, [&](auto& delegate) { delegate.willSendAppleEvent(event, sendMode, sendPriority, timeout); });
+    yieldToDelegate(*component);
+    OSStatus status = statusOfWait(*component, AESendMessage(event, reply, sendMode, timeout, optionsFor(component)));
+    status = statusAfterSending(*component, status);
+    if (isNotified)
+        tellDelegate(*component, [&](auto& delegate) { delegate.didSendAppleEvent(event, reply ? *reply : AEDesc(), status); });
+    component->setResuming(wasResuming);
+    return shortened(status);
+}
+
+OSErr OSAResumeCallback(const AEDesc& event, AEDesc* reply, void* refCon) {
+    QXOSAComponentRef component = QXOSAComponent::_componentForRefCon(refCon);
+    AEDesc none;
+    AEDesc& answer = reply ? *reply : none;
+    if (!component)
+        return AEDispatchAppleEvent(event, answer);
+    if (isRunCancelled(*component))
+        return acceptCancellation(*component);
+    component->setResuming(true);
+    answer.setAttribute("FDrm"_4cc, AEDesc::ofBoolean(true));
+    return shortened(statusOfWait(*component, AEDispatchAppleEvent(event, answer, optionsFor(component))));
+}
+
+} // namespace quoddle
