@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/language/Coercion.h"
+
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/LanguageObject.h"
+#include "platform/applescript/language/References.h"
+#include "platform/applescript/syntax/SourceText.h"
+#include "platform/base/Text.h"
+
+#include <charconv>
+#include <ctime>
+
+namespace quoddle::language {
+
+namespace {
+
+constexpr std::size_t kMaximumDepth = 200;
+
+bool isTextClass(FourCharCode wanted) {
+    return wanted == "ctxt"_4cc || wanted == "TEXT"_4cc || wanted == "utxt"_4cc || wanted == "itxt"_4cc || wanted == "STXT"_4cc || wanted == "sutx"_4cc;
+}
+
+/// A number as people write it: sign, digits with a point, exponent; blanks around it.
+bool parseNumber(std::u16string_view text, double& number) {
+    while (!text.empty() && (text.front() == u' ' || text.front() == u'\t'))
+        text.remove_prefix(1);
+    while (!text.empty() && (text.back() == u' ' || text.back() == u'\t'))
+        text.remove_suffix(1);
+    if (!text.empty() && text.front() == u'+')
+        text.remove_prefix(1);
+    if (text.empty() || text.size() > 400)
+        return false;
+    std::string ascii;
+    for (char16_t c : text) {
+        if (!((c >= u'0' && c <= u'9') || c == u'.' || c == u'-' || c == u'+' || c == u'e' || c == u'E'))
+            return false;
+        ascii += static_cast<char>(c);
+    }
+    auto [end, error] = std::from_chars(ascii.data(), ascii.data() + ascii.size(), number);
+    return error == std::errc() && end == ascii.data() + ascii.size();
+}
+
+Value toInteger(Value value) {
+    if (value.isInteger())
+        return value;
+    if (value.isBoolean())
+        return Value::integer(value.isTrue());
+    if (!value.isReal())
+        return Value::failure();
+    const double rounded = std::nearbyint(value.asReal()); // halves go to even
+    return rounded >= kMinimumInteger && rounded <= kMaximumInteger ? Value::integer(static_cast<std::int32_t>(rounded)) : Value::failure();
+}
+
+Value toNumber(Value value) {
+    if (value.isNumber())
+        return value;
+    if (const Text* text = as<Text>(value)) {
+        double number;
+        if (!parseNumber(text->view(), number))
+            return Value::failure();
+        const bool whole = text->view().find_first_of(u".eE") == std::u16string_view::npos;
+        return whole && number >= kMinimumInteger && number <= kMaximumInteger ? Value::integer(static_cast<std::int32_t>(number)) : Value::real(number);
+    }
+    return Value::failure();
+}
+
+bool appendText(Machine& machine, Value value, std::u16string& out, std::size_t depth) {
+    if (depth > kMaximumDepth || out.size() > Heap::kMaximumTextLength)
+        return false;
+    if (const Text* text = as<Text>(value)) {
+        out += text->view();
+    } else if (value.isInteger()) {
+        out += sourcetext::integer(value.asInteger());
+    } else if (value.isReal()) {
+        out += sourcetext::real(value.asReal());
+    } else if (value.isBoolean()) {
+        out += value.isTrue() ? u"true" : u"false";
+    } else if (value.isCode() || value.isConstant()) {
+        out += termFor(value);
+    } else if (const Date* date = as<Date>(value)) {
+        out += sourcetext::date(date->seconds);
+    } else if (const Application* application = as<Application>(value)) {
+        out += application->name;
+    } else if (const Data* data = as<Data>(value); data && isFile(value)) {
+        out += hfsPath(*data);
+    } else if (const List* list = as<List>(value)) {
+        const std::u16string delimiter(textItemDelimiters(machine).front());
+        for (std::uint32_t i = 0; i < list->count; ++i) {
+            if (i > 0)
+                out += delimiter;
+            const Value item = follow(machine, list->items[i]);
+            if (item.isFailure() || !appendText(machine, item, out, depth + 1))
+                return false;
+        }
+    } else {
+        return false;
+    }
+    return true;
+}
+
+Value toText(Machine& machine, Value value) {
+    if (is<Text>(value))
+        return value;
+    std::u16string text;
+    if (!appendText(machine, value, text, 0))
+        return Value::failure();
+    return Value::object(machine.heap().text(text));
+}
+
+Value toList(Machine& machine, Value value) {
+    if (const List* list = as<List>(value); list && !(list->flags & List::kLinked))
+        return value;
+    List* list = machine.heap().list(1);
+    if (const Record* record = as<Record>(value)) {
+        for (const Record::Entry& entry : record->entries)
+            if (!machine.heap().append(list, entry.value))
+                return Value::failure();
+    } else if (const List* linked = as<List>(value)) {
+        for (std::uint32_t i = 0; i < linked->count; ++i)
+            if (!machine.heap().append(list, linked->items[i]))
+                return Value::failure();
+    } else if (!machine.heap().append(list, value)) {
+        return Value::failure();
+    }
+    return Value::object(list);
+}
+
+/// A list of one is whatever its item can become.
+Value onlyItem(Value value) {
+    const List* list = as<List>(value);
+    return list && list->count == 1 ? list->items[0] : Value::failure();
+}
+
+Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t depth);
+
+Value convertItem(Machine& machine, Value value, FourCharCode wanted, std::size_t depth) {
+    const Value item = onlyItem(value);
+    return item.isFailure() || depth > kMaximumDepth ? Value::failure() : convert(machine, item, wanted, depth + 1);
+}
+
+Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t depth) {
+    if (isTextClass(wanted))
+        return toText(machine, value);
+    Value result = Value::failure();
+    switch (wanted) {
+    case "****"_4cc:
+    case "cobj"_4cc:
+        return value;
+    case "long"_4cc:
+    case "shor"_4cc:
+    case "comp"_4cc: {
+        const Value number = toNumber(value);
+        result = toInteger(number.isFailure() ? value : number);
+        break;
+    }
+    case "doub"_4cc:
+    case "sing"_4cc: {
+        const Value number = toNumber(value);
+        if (!number.isFailure())
+            result = Value::real(number.asNumber());
+        break;
+    }
+    case "nmbr"_4cc:
+        result = value.isBoolean() ? Value::integer(value.isTrue()) : toNumber(value);
+        break;
+    case "bool"_4cc:
+        if (value.isBoolean())
+            return value;
+        if (value.isInteger() && (value.asInteger() == 0 || value.asInteger() == 1))
+            return Value::boolean(value.asInteger() == 1);
+        if (const Text* text = as<Text>(value)) {
+            if (text->view() == u"true" || text->view() == u"false")
+                return Value::boolean(text->view() == u"true");
+        }
+        break;
+    case "list"_4cc:
+    case "vect"_4cc:
+        return toList(machine, value);
+    case "llst"_4cc: {
+        const Value list = deepCopy(machine, toList(machine, value));
+        if (!list.isFailure())
+            list.asObject()->flags |= List::kLinked;
+        return list;
+    }
+    case "reco"_4cc:
+        if (is<Record>(value))
+            return value;
+        break;
+    case "ldt "_4cc:
+        if (is<Date>(value))
+            return value;
+        if (const Text* text = as<Text>(value)) {
+            if (auto seconds = sourcetext::parseDate(text->view(), currentSeconds()))
+                return Value::object(machine.heap().make<Date>(*seconds));
+        }
+        break;
+    case "scpt"_4cc:
+        if (is<Script>(value))
+            return value;
+        break;
+    case "alis"_4cc:
+    case "furl"_4cc:
+    case "file"_4cc:
+    case "psxf"_4cc:
+        result = makeFile(machine, value, wanted);
+        break;
+    case "type"_4cc:
+    case "pcls"_4cc:
+        if (value.isCode())
+            return value;
+        break;
+    case "enum"_4cc:
+    case "cons"_4cc:
+        if (value.isConstant() || value.isBoolean())
+            return value;
+        break;
+    case "hand"_4cc:
+        if (is<Handler>(value))
+            return value;
+        break;
+    case "capp"_4cc:
+        if (is<Application>(value))
+            return value;
+        break;
+    default:
+        if (classOf(value) == Value::code(wanted))
+            return value;
+        if (const Data* data = as<Data>(value); data && data->dataType == wanted)
+            return value;
+    }
+    return result.isFailure() ? convertItem(machine, value, wanted, depth) : result;
+}
+
+} // namespace
+
+std::int64_t currentSeconds() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return sourcetext::daysFromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) * 86400 + local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+}
+
+Value classOf(Value value) {
+    if (value.isInteger())
+        return Value::code("long"_4cc);
+    if (value.isReal())
+        return Value::code("doub"_4cc);
+    if (value.isBoolean())
+        return Value::code("bool"_4cc);
+    if (value.isConstant())
+        return Value::code("enum"_4cc);
+    if (value.isCode())
+        return Value::code("pcls"_4cc);
+    if (!value.isObject())
+        return Value::code("undf"_4cc);
+    switch (value.asObject()->type) {
+    case HeapType::Text:
+        return Value::code("ctxt"_4cc);
+    case HeapType::List:
+        return Value::code(value.asObject()->flags & List::kLinked ? "llst"_4cc : "list"_4cc);
+    case HeapType::Record: {
+        const Record::Entry* entry = static_cast<Record*>(value.asObject())->find(Value::code("pcls"_4cc));
+        return entry ? entry->value : Value::code("reco"_4cc);
+    }
+    case HeapType::Date:
+        return Value::code("ldt "_4cc);
+    case HeapType::Data: {
+        const FourCharCode type = static_cast<Data*>(value.asObject())->dataType;
+        return Value::code(type == "furl"_4cc ? "furl"_4cc : type);
+    }
+    case HeapType::Application:
+        return Value::code("capp"_4cc);
+    case HeapType::Script:
+        return Value::code("scpt"_4cc);
+    case HeapType::Handler:
+        return Value::code("hand"_4cc);
+    case HeapType::Specifier:
+        return Value::code("obj "_4cc);
+    case HeapType::EventName:
+        return Value::code("evnt"_4cc);
+    default:
+        return Value::code("undf"_4cc);
+    }
+}
+
+bool isOfClass(Value value, FourCharCode wanted) {
+    if (wanted == "cobj"_4cc || wanted == "****"_4cc)
+        return true;
+    if (wanted == "nmbr"_4cc)
+        return value.isNumber();
+    if (isTextClass(wanted))
+        return is<Text>(value);
+    if (wanted == "list"_4cc)
+        return is<List>(value);
+    return classOf(value) == Value::code(wanted);
+}
+
+Text* textOf(Machine& machine, Value value) {
+    const Value text = toText(machine, value);
+    return text.isFailure() ? nullptr : as<Text>(text);
+}
+
+Value tryCoerce(Machine& machine, Value value, FourCharCode wanted) {
+    return convert(machine, value, wanted, 0);
+}
+
+Value cannotMake(Machine& machine, Value value, FourCharCode wanted) {
+    return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into type " + termFor(Value::code(wanted)) + u".", value,
+                         Value::code(wanted));
+}
+
+Value coerce(Machine& machine, Value value, Value wanted) {
+    if (const List* classes = as<List>(wanted)) {
+        value = follow(machine, value);
+        if (value.isFailure())
+            return value;
+        for (std::uint32_t i = 0; i < classes->count; ++i)
+            if (classes->items[i].isCode() && isOfClass(value, classes->items[i].asCode()))
+                return value;
+        for (std::uint32_t i = 0; i < classes->count; ++i)
+            if (classes->items[i].isCode())
+                if (const Value made = tryCoerce(machine, value, classes->items[i].asCode()); !made.isFailure())
+                    return made;
+        return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into the expected type.", value);
+    }
+    if (!wanted.isCode())
+        return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into the expected type.", value);
+    if (value.isUndefined())
+        return machine.raise(-2763, u"No result was returned from some part of this expression.");
+    const bool keepsReference = wanted.asCode() == "obj "_4cc;
+    if (is<Specifier>(value) && !keepsReference) {
+        const Value followed = follow(machine, value);
+        if (followed.isFailure())
+            return followed;
+        value = followed;
+    }
+    const Value made = tryCoerce(machine, value, wanted.asCode());
+    return made.isFailure() ? cannotMake(machine, value, wanted.asCode()) : made;
+}
+
+} // namespace quoddle::language

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// "as": making a value of another class, and telling what class a value has.
+#pragma once
+
+#include "platform/applescript/machine/Machine.h"
+
+namespace quoddle::language {
+
+/// `wanted` is a class, or a list of classes of which the first that fits is taken. Failure: -1700.
+Value coerce(Machine& machine, Value value, Value wanted);
+/// Without raising: failure when it cannot be done.
+Value tryCoerce(Machine& machine, Value value, FourCharCode wanted);
+/// What `class of` answers.
+Value classOf(Value value);
+/// True when the value belongs to the class: "number 1 of x" finds integers and reals.
+bool isOfClass(Value value, FourCharCode wanted);
+/// The text of a value where there is one; null otherwise. Nothing is raised.
+Text* textOf(Machine& machine, Value value);
+/// Raises -1700: Can’t make … into type ….
+Value cannotMake(Machine& machine, Value value, FourCharCode wanted);
+
+} // namespace quoddle::language

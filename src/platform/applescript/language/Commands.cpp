@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/language/Commands.h"
+
+#include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/References.h"
+#include "platform/base/Text.h"
+
+#include <chrono>
+#include <thread>
+
+namespace quoddle::language {
+
+namespace {
+
+using Arguments = std::span<const Argument>;
+
+Value argument(Arguments arguments, FourCharCode label) {
+    for (const Argument& candidate : arguments)
+        if (candidate.label == Value::code(label))
+            return candidate.value;
+    return {};
+}
+
+Value log(Machine& machine, Value direct, Arguments) {
+    direct = follow(machine, direct);
+    if (direct.isFailure())
+        return direct;
+    if (machine.host().log)
+        machine.host().log(machine, direct);
+    return {};
+}
+
+Value currentDate(Machine& machine, Value, Arguments) {
+    return Value::object(machine.heap().make<Date>(currentSeconds()));
+}
+
+/// Waits in short slices, giving the host its turn between them.
+Value delay(Machine& machine, Value direct, Arguments) {
+    double seconds = 0;
+    if (!direct.isUndefined() && !is<Script>(direct) && !is<Application>(direct)) {
+        const Value number = coerce(machine, direct, Value::code("doub"_4cc));
+        if (number.isFailure())
+            return number;
+        seconds = number.asNumber();
+    }
+    using Clock = std::chrono::steady_clock;
+    constexpr double kForever = 1e9;
+    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(std::min(std::max(seconds, 0.0), kForever)));
+    while (true) {
+        if (!machine.yield())
+            return Value::failure();
+        const auto left = end - Clock::now();
+        if (left <= Clock::duration::zero())
+            return {};
+        std::this_thread::sleep_for(std::min<Clock::duration>(left, std::chrono::milliseconds(8)));
+    }
+}
+
+Value get(Machine& machine, Value direct, Arguments arguments) {
+    const Value value = follow(machine, direct);
+    const Value wanted = argument(arguments, "rtyp"_4cc);
+    return value.isFailure() || wanted.isUndefined() ? value : coerce(machine, value, wanted);
+}
+
+Value count(Machine& machine, Value direct, Arguments arguments) {
+    Value of = direct;
+    if (const Value each = argument(arguments, "kocl"_4cc); each.isCode() && each != Value::code("cobj"_4cc))
+        of = Value::object(machine.heap().make<Specifier>(Specifier::Form::Every, direct, each, Value(), Value()));
+    return language::count(machine, of);
+}
+
+Value run(Machine& machine, Value direct, Arguments) {
+    Script* script = as<Script>(direct);
+    if (!script)
+        return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “run” message.", direct);
+    return {}; // a script without a run handler does nothing
+}
+
+/// "activate", "launch" and "idle" mean nothing to the values of this machine.
+Value nothing(Machine&, Value, Arguments) {
+    return {};
+}
+
+struct CommandRow {
+    FourCharCode eventClass;
+    FourCharCode eventID;
+    Value (*perform)(Machine&, Value, Arguments);
+};
+constexpr CommandRow kCommands[] = {
+    {"ascr"_4cc, "cmnt"_4cc, log},  {"misc"_4cc, "curd"_4cc, currentDate}, {"syso"_4cc, "dela"_4cc, delay},
+    {"core"_4cc, "getd"_4cc, get},  {"core"_4cc, "cnte"_4cc, count},       {"aevt"_4cc, "oapp"_4cc, run},
+    {"misc"_4cc, "idle"_4cc, nothing},
+};
+
+bool belongsToApplication(Value direct) {
+    return is<Application>(direct) || (is<Specifier>(direct) && !isLocal(direct));
+}
+
+Value notUnderstood(Machine& machine, Value direct, Value name) {
+    return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + termFor(name) + u"” message.", direct);
+}
+
+Value send(Machine& machine, FourCharCode eventClass, FourCharCode eventID, Value direct, Arguments arguments) {
+    const EventName* event = machine.heap().eventName(bytesOf(eventClass) + bytesOf(eventID));
+    if (!machine.host().send)
+        return notUnderstood(machine, direct, Value::object(event));
+    return machine.host().send(machine, *event, direct, arguments, false);
+}
+
+} // namespace
+
+Value performCommand(Machine& machine, Value name, Value direct, Arguments arguments, bool continues) {
+    const EventName* event = as<EventName>(name);
+    if (!event) { // a labelled handler that nobody has
+        const Symbol* symbol = as<Symbol>(name);
+        const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
+        if (!symbol || !belongsToApplication(direct) || !machine.host().send)
+            return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + words + u"” message.", direct);
+        return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + words + u"” message.", direct);
+    }
+    if (!continues && !belongsToApplication(direct))
+        for (const CommandRow& row : kCommands)
+            if (row.eventClass == event->eventClass && row.eventID == event->eventID)
+                return row.perform(machine, direct, arguments);
+    if (!machine.host().send)
+        return notUnderstood(machine, direct, name);
+    return machine.host().send(machine, *event, direct, arguments, continues);
+}
+
+Value callElsewhere(Machine& machine, Value target, Value name, std::span<const Value> arguments) {
+    const Symbol* symbol = as<Symbol>(name);
+    const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
+    if (!belongsToApplication(target) || !symbol)
+        return machine.raise(errAEEventNotHandled, display(machine, target) + u" doesn’t understand the “" + words + u"” message.", target);
+    List* list = machine.heap().list(arguments.size());
+    std::copy(arguments.begin(), arguments.end(), list->items);
+    list->count = static_cast<std::uint32_t>(arguments.size());
+    const Argument parameters[] = {
+        {Value::code("snam"_4cc), Value::object(machine.heap().text(utf16FromUTF8(symbol->key)))},
+        {Value::code("----"_4cc), Value::object(list)},
+    };
+    return send(machine, "ascr"_4cc, "psbr"_4cc, target, parameters);
+}
+
+Value getFromApplication(Machine& machine, Value specifier) {
+    return send(machine, "core"_4cc, "getd"_4cc, specifier, {});
+}
+
+bool setInApplication(Machine& machine, Value specifier, Value value) {
+    const Argument parameters[] = {{Value::code("data"_4cc), value}};
+    return !send(machine, "core"_4cc, "setd"_4cc, specifier, parameters).isFailure();
+}
+
+bool setParent(Machine& machine, Script* script, Value parent) {
+    if (const Script* candidate = as<Script>(parent)) {
+        for (Script* above = const_cast<Script*>(candidate); above; above = machine.parentOf(above))
+            if (above == script) {
+                machine.raise(OSAIllegalAssign, u"Can’t set parent of " + display(machine, Value::object(script)) + u" to " + display(machine, parent) + u".",
+                              parent);
+                return false;
+            }
+    }
+    script->parent = parent == Value::object(machine.appleScript()) ? Value() : parent;
+    return true;
+}
+
+} // namespace quoddle::language

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/language/Dates.h"
+
+#include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/syntax/SourceText.h"
+
+#include <algorithm>
+
+namespace quoddle::language {
+
+namespace {
+
+constexpr std::int64_t kDay = 86400;
+constexpr FourCharCode kMonths[] = {"jan "_4cc, "feb "_4cc, "mar "_4cc, "apr "_4cc, "may "_4cc, "jun "_4cc,
+                                    "jul "_4cc, "aug "_4cc, "sep "_4cc, "oct "_4cc, "nov "_4cc, "dec "_4cc};
+constexpr FourCharCode kWeekdays[] = {"sun "_4cc, "mon "_4cc, "tue "_4cc, "wed "_4cc, "thu "_4cc, "fri "_4cc, "sat "_4cc};
+
+struct Parts {
+    std::int64_t year;
+    int month; // 1 to 12
+    int day;
+    std::int64_t time; // seconds since midnight
+    std::int64_t days; // since 1904-01-01
+};
+
+Parts partsOf(std::int64_t seconds) {
+    Parts parts{};
+    parts.days = seconds >= 0 ? seconds / kDay : -((-seconds + kDay - 1) / kDay);
+    parts.time = seconds - parts.days * kDay;
+    // The year by estimate, then by trial.
+    parts.year = 1904 + parts.days * 400 / 146097;
+    while (sourcetext::daysFromDate(parts.year, 1, 1) > parts.days)
+        --parts.year;
+    while (sourcetext::daysFromDate(parts.year + 1, 1, 1) <= parts.days)
+        ++parts.year;
+    parts.month = 12;
+    while (sourcetext::daysFromDate(parts.year, parts.month, 1) > parts.days)
+        --parts.month;
+    parts.day = static_cast<int>(parts.days - sourcetext::daysFromDate(parts.year, parts.month, 1)) + 1;
+    return parts;
+}
+
+Value text(Machine& machine, std::u16string_view characters) {
+    return Value::object(machine.heap().text(characters));
+}
+
+/// "Friday, November 9, 2007 at 11:35:50 AM" in its two halves.
+std::pair<std::u16string, std::u16string> halves(std::int64_t seconds) {
+    const std::u16string whole = sourcetext::date(seconds);
+    const auto at = whole.find(u" at ");
+    return {whole.substr(0, at), at == std::u16string::npos ? std::u16string() : whole.substr(at + 4)};
+}
+
+std::u16string shortDate(const Parts& parts) {
+    return sourcetext::integer(parts.month) + u"/" + sourcetext::integer(parts.day) + u"/" + sourcetext::integer(parts.year % 100 / 10) +
+           sourcetext::integer(parts.year % 10);
+}
+
+} // namespace
+
+Value dateProperty(Machine& machine, const Date* date, FourCharCode key) {
+    const Parts parts = partsOf(date->seconds);
+    switch (key) {
+    case "year"_4cc:
+        return Value::integer(static_cast<std::int32_t>(parts.year));
+    case "mnth"_4cc:
+        return Value::code(kMonths[parts.month - 1]);
+    case "day "_4cc:
+        return Value::integer(parts.day);
+    case "wkdy"_4cc:
+        return Value::code(kWeekdays[((parts.days + 5) % 7 + 7) % 7]); // 1904 began on a Friday
+    case "hour"_4cc:
+        return Value::integer(static_cast<std::int32_t>(parts.time / 3600));
+    case "min "_4cc:
+        return Value::integer(static_cast<std::int32_t>(parts.time / 60 % 60));
+    case "scnd"_4cc:
+        return Value::integer(static_cast<std::int32_t>(parts.time % 60));
+    case "time"_4cc:
+        return Value::integer(static_cast<std::int32_t>(parts.time));
+    case "dstr"_4cc:
+        return text(machine, halves(date->seconds).first);
+    case "tstr"_4cc:
+        return text(machine, halves(date->seconds).second);
+    case "shdt"_4cc:
+        return text(machine, shortDate(parts));
+    default:
+        return Value::failure();
+    }
+}
+
+bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value) {
+    machine.error() = ScriptError();
+    const Parts parts = partsOf(date->seconds);
+    std::int64_t number = 0;
+    if (key == "mnth"_4cc && (value.isCode() || value.isConstant())) {
+        const auto month = std::find(std::begin(kMonths), std::end(kMonths), value.asCode());
+        if (month == std::end(kMonths))
+            return false;
+        number = month - std::begin(kMonths) + 1;
+    } else {
+        const Value integer = coerce(machine, value, Value::code("long"_4cc));
+        if (integer.isFailure())
+            return false;
+        number = integer.asInteger();
+    }
+    // A part beyond its range runs over into the next: day 32 is the first of the next month.
+    const auto from = [](std::int64_t year, int month, std::int64_t day, std::int64_t time) {
+        return (sourcetext::daysFromDate(year, month, 1) + day - 1) * kDay + time;
+    };
+    const std::int64_t hours = parts.time / 3600, minutes = parts.time / 60 % 60, seconds = parts.time % 60;
+    switch (key) {
+    case "year"_4cc:
+        if (number < 0 || number > 9999)
+            return false;
+        date->seconds = from(number, parts.month, parts.day, parts.time);
+        return true;
+    case "mnth"_4cc:
+        if (number < 1 || number > 12)
+            return false;
+        date->seconds = from(parts.year, static_cast<int>(number), parts.day, parts.time);
+        return true;
+    case "day "_4cc:
+        date->seconds = from(parts.year, parts.month, number, parts.time);
+        return true;
+    case "hour"_4cc:
+        date->seconds = parts.days * kDay + number * 3600 + minutes * 60 + seconds;
+        return true;
+    case "min "_4cc:
+        date->seconds = parts.days * kDay + hours * 3600 + number * 60 + seconds;
+        return true;
+    case "scnd"_4cc:
+        date->seconds = parts.days * kDay + hours * 3600 + minutes * 60 + number;
+        return true;
+    case "time"_4cc:
+        date->seconds = parts.days * kDay + number;
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace quoddle::language

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// The parts of a date.
+#pragma once
+
+#include "platform/applescript/machine/Machine.h"
+
+namespace quoddle::language {
+
+/// Failure without an error when dates have no such property.
+Value dateProperty(Machine& machine, const Date* date, FourCharCode key);
+/// False without an error when dates have no such property that can be set, with one when the value does not fit.
+bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value);
+
+} // namespace quoddle::language

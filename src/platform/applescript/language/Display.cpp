@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/language/Display.h"
+
+#include "platform/applescript/language/Files.h"
+#include "platform/applescript/syntax/SourceText.h"
+#include "platform/applescript/terminology/Terminology.h"
+#include "platform/base/Text.h"
+
+namespace quoddle::language {
+
+namespace {
+
+constexpr std::size_t kMaximumDepth = 60;
+constexpr std::size_t kMaximumLength = 1000000;
+
+const Terminology& terms() {
+    static const Terminology kTerms;
+    return kTerms;
+}
+
+std::u16string wordsOf(const Term& term) {
+    return utf16FromUTF8(term.words);
+}
+
+std::u16string className(FourCharCode code) {
+    const Term* term = terms().name(code, {TermKind::Class, TermKind::Property, TermKind::Constant});
+    return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(code));
+}
+
+std::u16string propertyName(Value key) {
+    if (const Symbol* symbol = as<Symbol>(key))
+        return sourcetext::identifier(symbol->key, symbol->spelling, terms().isTerm(symbol->key));
+    const Term* term = terms().name(key.asCode(), {TermKind::Property, TermKind::Class});
+    return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(key.asCode()));
+}
+
+class Displayer {
+public:
+    explicit Displayer(Machine& machine) : mMachine(machine) {}
+
+    void value(Value value);
+    std::u16string take() { return std::move(mOut); }
+
+private:
+    void object(const HeapObject* object);
+    void list(const List* list);
+    void record(const Record* record);
+    void specifier(const Specifier* specifier);
+    void element(Value elementClass, Value index);
+
+    Machine& mMachine;
+    std::u16string mOut;
+    std::size_t mDepth = 0;
+};
+
+void Displayer::value(Value value) {
+    if (mDepth > kMaximumDepth || mOut.size() > kMaximumLength) {
+        mOut += u"…";
+        return;
+    }
+    ++mDepth;
+    if (value.isInteger())
+        mOut += sourcetext::integer(value.asInteger());
+    else if (value.isReal())
+        mOut += sourcetext::real(value.asReal());
+    else if (value.isBoolean())
+        mOut += value.isTrue() ? u"true" : u"false";
+    else if (value.isCode() || value.isConstant())
+        mOut += termFor(value);
+    else if (value.isObject())
+        object(value.asObject());
+    --mDepth;
+}
+
+void Displayer::list(const List* list) {
+    const bool linked = list->flags & List::kLinked;
+    mOut += linked ? u'[' : u'{';
+    for (std::uint32_t i = 0; i < list->count && mOut.size() <= kMaximumLength; ++i) {
+        if (i > 0)
+            mOut += u", ";
+        value(list->items[i]);
+    }
+    mOut += linked ? u']' : u'}';
+}
+
+void Displayer::record(const Record* record) {
+    mOut += u'{';
+    bool first = true;
+    for (const Record::Entry& entry : record->entries) {
+        if (!first)
+            mOut += u", ";
+        first = false;
+        mOut += propertyName(entry.key) + u":";
+        value(entry.value);
+    }
+    mOut += u'}';
+}
+
+void Displayer::element(Value elementClass, Value index) {
+    mOut += className(elementClass.asCode()) + u" ";
+    value(index);
+}
+
+void Displayer::specifier(const Specifier* specifier) {
+    bool hasContainer = true;
+    switch (specifier->form) {
+    case Specifier::Form::Property:
+        mOut += propertyName(specifier->a);
+        break;
+    case Specifier::Form::Every:
+        mOut += u"every " + className(specifier->a.asCode());
+        break;
+    case Specifier::Form::Some:
+        mOut += u"some " + className(specifier->a.asCode());
+        break;
+    case Specifier::Form::Element:
+        element(specifier->a, specifier->b);
+        break;
+    case Specifier::Form::ElementByKey:
+        mOut += className(specifier->a.asCode()) + (specifier->c.asCode() == "ID  "_4cc ? u" id " : u" ");
+        value(specifier->b);
+        break;
+    case Specifier::Form::Filter:
+        value(specifier->container);
+        mOut += u" whose ";
+        value(specifier->a);
+        hasContainer = false;
+        break;
+    case Specifier::Form::Range:
+        mOut += className(specifier->a.asCode()) + u" ";
+        value(specifier->b);
+        mOut += u" thru ";
+        value(specifier->c);
+        break;
+    case Specifier::Form::Before:
+    case Specifier::Form::After:
+        mOut += specifier->form == Specifier::Form::Before ? u"before " : u"after ";
+        value(specifier->container);
+        hasContainer = false;
+        break;
+    case Specifier::Form::Beginning:
+        mOut += u"beginning";
+        break;
+    case Specifier::Form::End:
+        mOut += u"end";
+        break;
+    case Specifier::Form::Middle:
+        mOut += u"middle " + className(specifier->a.asCode());
+        break;
+    case Specifier::Form::Examined:
+        mOut += u"it";
+        hasContainer = false;
+        break;
+    case Specifier::Form::Test:
+        value(specifier->container);
+        mOut += u" … ";
+        value(specifier->b);
+        hasContainer = false;
+        break;
+    case Specifier::Form::Quoted:
+        value(specifier->container);
+        hasContainer = false;
+        break;
+    }
+    if (!hasContainer || specifier->container.isUndefined() || is<Script>(specifier->container))
+        return;
+    mOut += u" of ";
+    value(specifier->container);
+}
+
+void Displayer::object(const HeapObject* object) {
+    switch (object->type) {
+    case HeapType::Symbol:
+        mOut += propertyName(Value::object(object));
+        break;
+    case HeapType::EventName:
+        mOut += termFor(Value::object(object));
+        break;
+    case HeapType::Text:
+        mOut += sourcetext::quoted(static_cast<const Text*>(object)->view());
+        break;
+    case HeapType::List:
+        list(static_cast<const List*>(object));
+        break;
+    case HeapType::Record:
+        record(static_cast<const Record*>(object));
+        break;
+    case HeapType::Date:
+        mOut += u"date \"" + sourcetext::date(static_cast<const Date*>(object)->seconds) + u"\"";
+        break;
+    case HeapType::Data: {
+        const auto* data = static_cast<const Data*>(object);
+        if (isFile(Value::object(object)))
+            mOut += (data->dataType == "alis"_4cc ? u"alias " : u"file ") + sourcetext::quoted(hfsPath(*data));
+        else
+            mOut += sourcetext::rawData(bytesOf(data->dataType) + data->bytes);
+        break;
+    }
+    case HeapType::Application: {
+        const auto* application = static_cast<const Application*>(object);
+        if (!application->identifier.empty())
+            mOut += u"application id " + sourcetext::quoted(application->identifier);
+        else
+            mOut += application->name.empty() ? u"current application" : u"application " + sourcetext::quoted(application->name);
+        break;
+    }
+    case HeapType::Specifier:
+        specifier(static_cast<const Specifier*>(object));
+        break;
+    case HeapType::Handler: {
+        const auto* handler = static_cast<const Handler*>(object);
+        mOut += u"«handler ";
+        if (!handler->source->children.empty())
+            value(mMachine.literal(handler->source->children[0], handler->store));
+        mOut += u"»";
+        break;
+    }
+    case HeapType::Script: {
+        const Value name = static_cast<const Script*>(object)->name;
+        mOut += u"«script";
+        if (const Symbol* symbol = as<Symbol>(name))
+            mOut += u" " + utf16FromUTF8(symbol->spelling);
+        mOut += u"»";
+        break;
+    }
+    case HeapType::Environment:
+    case HeapType::Stored:
+        mOut += u"«data»";
+        break;
+    }
+}
+
+} // namespace
+
+std::u16string display(Machine& machine, Value value) {
+    Displayer displayer(machine);
+    displayer.value(value);
+    return displayer.take();
+}
+
+std::u16string humanDisplay(Machine& machine, Value value) {
+    const Text* text = as<Text>(value);
+    return text ? std::u16string(text->view()) : display(machine, value);
+}
+
+std::u16string termFor(Value value) {
+    if (const EventName* event = as<EventName>(value)) {
+        const Term* term = terms().event(event->eventClass, event->eventID);
+        return term ? wordsOf(*term) : sourcetext::rawCode(u"event", event->bytes.substr(0, 8));
+    }
+    const FourCharCode code = value.asCode();
+    if (value.isConstant()) {
+        const Term* term = terms().name(code, {TermKind::Constant});
+        return term ? wordsOf(*term) : sourcetext::rawCode(u"constant", "****" + bytesOf(code));
+    }
+    if (value.isMissing())
+        return u"missing value";
+    return value.isCode() ? className(code) : std::u16string();
+}
+
+} // namespace quoddle::language

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// Values as source text, and codes as words.
+#pragma once
+
+#include "platform/applescript/machine/Machine.h"
+
+namespace quoddle::language {
+
+/// As source: texts in quotes, lists in braces. What is nested too deeply, or longer than a million characters, ends in "…".
+std::u16string display(Machine& machine, Value value);
+/// As a person reads it: a text without quotes, everything else as source.
+std::u16string humanDisplay(Machine& machine, Value value);
+/// The words for a class, a property, a constant or a command; in chevrons when no dictionary has them.
+std::u16string termFor(Value value);
+
+} // namespace quoddle::language

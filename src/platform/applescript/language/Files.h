@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Files as values: aliases, file objects and POSIX files, which are descriptors of type "alis" or "furl" holding a file URL.
+//
+// The colon paths of the language are mapped onto this system's one tree: the first component names the startup disk and is dropped.
+#pragma once
+
+#include "platform/applescript/machine/Machine.h"
+
+namespace quoddle::language {
+
+bool isFile(Value value);
+/// UTF-8, absolute. Empty when the descriptor holds no path.
+std::string posixPath(const Data& file);
+/// "Disk:folder:file", with a colon at the end of a folder.
+std::u16string hfsPath(const Data& file);
+/// From a POSIX path.
+Value fileFromPath(Machine& machine, std::string_view path, FourCharCode kind);
+/// "alias", "file" or "POSIX file" of a text or another file. Failure without an error when it cannot be made; an alias needs something that exists.
+Value makeFile(Machine& machine, Value from, FourCharCode kind);
+
+std::string posixPathFromColons(std::u16string_view path);
+std::u16string colonsFromPosixPath(std::string_view path);
+
+/// Now, in seconds since 1904-01-01 00:00, local time.
+std::int64_t currentSeconds();
+
+} // namespace quoddle::language

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/language/LanguageObject.h"
+
+#include <numbers>
+
+namespace quoddle::language {
+
+namespace {
+
+constexpr FourCharCode kDelimiters = "txdl"_4cc;
+
+} // namespace
+
+Script* makeLanguageObject(Machine& machine) {
+    Heap& heap = machine.heap();
+    Script* object = heap.make<Script>();
+    const auto text = [&](std::u16string_view characters) { return Value::object(heap.text(characters)); };
+    List* delimiters = heap.list(1);
+    (void)heap.append(delimiters, text(u""));
+    const struct {
+        FourCharCode code;
+        Value value;
+    } kProperties[] = {
+        {"ret "_4cc, text(u"\r")},
+        {"lnfd"_4cc, text(u"\n")},
+        {"tab "_4cc, text(u"\t")},
+        {"spac"_4cc, text(u" ")},
+        {"quot"_4cc, text(u"\"")},
+        {"pi  "_4cc, Value::real(std::numbers::pi)},
+        {"min "_4cc, Value::integer(60)},
+        {"hour"_4cc, Value::integer(3600)},
+        {"days"_4cc, Value::integer(86400)},
+        {"week"_4cc, Value::integer(604800)},
+        {"ascr"_4cc, Value::object(object)},
+        {"pnam"_4cc, text(u"AppleScript")},
+        {"vers"_4cc, text(u"2.8")},
+        {kDelimiters, Value::object(delimiters)},
+        {"ppgt"_4cc, Value::integer(0)},
+        {"ppgc"_4cc, Value::integer(0)},
+        {"ppgd"_4cc, text(u"")},
+        {"ppga"_4cc, text(u"")},
+        {"prln"_4cc, Value::integer(0)},
+        {"prdp"_4cc, Value::integer(0)},
+    };
+    for (const auto& property : kProperties)
+        object->set(Value::code(property.code), property.value);
+    return object;
+}
+
+std::vector<std::u16string_view> textItemDelimiters(Machine& machine) {
+    std::vector<std::u16string_view> delimiters;
+    const Value* value = machine.appleScript()->find(Value::code(kDelimiters));
+    if (const Text* text = value ? as<Text>(*value) : nullptr)
+        delimiters.push_back(text->view());
+    if (const List* list = value ? as<List>(*value) : nullptr)
+        for (std::uint32_t i = 0; i < list->count; ++i)
+            if (const Text* text = as<Text>(list->items[i]))
+                delimiters.push_back(text->view());
+    if (delimiters.empty())
+        delimiters.emplace_back();
+    return delimiters;
+}
+
+} // namespace quoddle::language

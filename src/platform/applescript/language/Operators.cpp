@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+// Arithmetic and concatenation; comparisons are in Comparison.cpp.
+#include "platform/applescript/language/Operators.h"
+
+#include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/References.h"
+
+namespace quoddle::language {
+
+namespace {
+
+/// The operand as a number; failure with -1700 raised.
+Value operand(Machine& machine, Value value) {
+    return coerce(machine, value, Value::code("nmbr"_4cc));
+}
+
+/// Both operands as numbers.
+bool operands(Machine& machine, Value& left, Value& right) {
+    left = operand(machine, left);
+    if (left.isFailure())
+        return false;
+    right = operand(machine, right);
+    return !right.isFailure();
+}
+
+Value fromWhole(std::int64_t whole) {
+    return fitsInteger(whole) ? Value::integer(static_cast<std::int32_t>(whole)) : Value::real(static_cast<double>(whole));
+}
+
+Value finite(Machine& machine, double result) {
+    return std::isfinite(result) ? Value::real(result) : machine.raise(errOSANumericOverflow, u"The result of a numeric operation was too large.");
+}
+
+Value byZero(Machine& machine, Value dividend) {
+    return machine.raise(errOSADivideByZero, u"Can’t divide " + display(machine, dividend) + u" by zero.", dividend);
+}
+
+bool seconds(Machine& machine, Value value, std::int64_t& out) {
+    const Value number = operand(machine, value);
+    if (number.isFailure())
+        return false;
+    const double rounded = std::nearbyint(number.asNumber());
+    if (std::abs(rounded) > 1e15) {
+        machine.raise(errOSANumericOverflow, u"The result of a numeric operation was too large.");
+        return false;
+    }
+    out = static_cast<std::int64_t>(rounded);
+    return true;
+}
+
+bool followBoth(Machine& machine, Value& left, Value& right) {
+    left = follow(machine, left);
+    if (left.isFailure())
+        return false;
+    right = follow(machine, right);
+    return !right.isFailure();
+}
+
+} // namespace
+
+Value number(Machine& machine, double value) {
+    if (value == std::trunc(value) && value >= kMinimumInteger && value <= kMaximumInteger)
+        return Value::integer(static_cast<std::int32_t>(value));
+    return finite(machine, value);
+}
+
+Value add(Machine& machine, Value left, Value right) {
+    if (!followBoth(machine, left, right))
+        return Value::failure();
+    if (const Date* date = as<Date>(left)) {
+        std::int64_t difference;
+        if (!seconds(machine, right, difference))
+            return Value::failure();
+        return Value::object(machine.heap().make<Date>(date->seconds + difference));
+    }
+    if (!operands(machine, left, right))
+        return Value::failure();
+    if (Value::areIntegers(left, right))
+        return fromWhole(std::int64_t(left.asInteger()) + right.asInteger());
+    return finite(machine, left.asNumber() + right.asNumber());
+}
+
+Value subtract(Machine& machine, Value left, Value right) {
+    if (!followBoth(machine, left, right))
+        return Value::failure();
+    if (const Date* date = as<Date>(left)) {
+        if (const Date* other = as<Date>(right))
+            return fromWhole(date->seconds - other->seconds);
+        std::int64_t difference;
+        if (!seconds(machine, right, difference))
+            return Value::failure();
+        return Value::object(machine.heap().make<Date>(date->seconds - difference));
+    }
+    if (!operands(machine, left, right))
+        return Value::failure();
+    if (Value::areIntegers(left, right))
+        return fromWhole(std::int64_t(left.asInteger()) - right.asInteger());
+    return finite(machine, left.asNumber() - right.asNumber());
+}
+
+Value multiply(Machine& machine, Value left, Value right) {
+    if (!operands(machine, left, right))
+        return Value::failure();
+    if (Value::areIntegers(left, right))
+        return fromWhole(std::int64_t(left.asInteger()) * right.asInteger());
+    return finite(machine, left.asNumber() * right.asNumber());
+}
+
+Value divide(Machine& machine, Value left, Value right) {
+    if (!operands(machine, left, right))
+        return Value::failure();
+    if (right.asNumber() == 0)
+        return byZero(machine, left);
+    return finite(machine, left.asNumber() / right.asNumber());
+}
+
+Value quotient(Machine& machine, Value left, Value right) {
+    if (!operands(machine, left, right))
+        return Value::failure();
+    if (right.asNumber() == 0)
+        return byZero(machine, left);
+    return number(machine, std::trunc(left.asNumber() / right.asNumber()));
+}
+
+Value remainder(Machine& machine, Value left, Value right) {
+    if (!operands(machine, left, right))
+        return Value::failure();
+    if (right.asNumber() == 0)
+        return byZero(machine, left);
+    const double rest = std::fmod(left.asNumber(), right.asNumber());
+    return Value::areIntegers(left, right) ? fromWhole(static_cast<std::int64_t>(rest)) : finite(machine, rest);
+}
+
+Value power(Machine& machine, Value left, Value right) {
+    if (!operands(machine, left, right))
+        return Value::failure();
+    return finite(machine, std::pow(left.asNumber(), right.asNumber()));
+}
+
+Value negate(Machine& machine, Value value) {
+    value = operand(machine, value);
+    if (value.isFailure())
+        return value;
+    return value.isInteger() ? fromWhole(-std::int64_t(value.asInteger())) : Value::real(-value.asReal());
+}
+
+Value logicalNot(Machine& machine, Value value) {
+    const int known = truth(machine, value);
+    return known < 0 ? Value::failure() : Value::boolean(known == 0);
+}
+
+int truth(Machine& machine, Value value) {
+    const Value boolean = coerce(machine, value, Value::code("bool"_4cc));
+    return boolean.isFailure() ? -1 : boolean.isTrue();
+}
+
+/// Text with a text on the left, record with a record on the left, else a list.
+Value concatenate(Machine& machine, Value left, Value right) {
+    if (!followBoth(machine, left, right))
+        return Value::failure();
+    for (Value side : {left, right})
+        if (side.isUndefined())
+            return machine.raise(-2763, u"No result was returned from some part of this expression.");
+    if (const Text* text = as<Text>(left)) {
+        const Value other = is<Text>(right) ? right : coerce(machine, right, Value::code("ctxt"_4cc));
+        if (other.isFailure())
+            return other;
+        Text* whole = machine.heap().concatenate(text, as<Text>(other)->view());
+        return whole ? Value::object(whole) : machine.raise(errOSADataBlockTooLarge, u"Attempt to create a value larger than the allowable size.");
+    }
+    if (const Record* first = as<Record>(left))
+        if (const Record* second = as<Record>(right)) {
+            Record* both = machine.heap().record();
+            both->entries = first->entries;
+            for (const Record::Entry& entry : second->entries)
+                if (!both->find(entry.key))
+                    both->entries.push_back(entry);
+            return Value::object(both);
+        }
+    List* list = machine.heap().list();
+    bool fits = true;
+    const auto append = [&](Value side) {
+        if (const List* items = as<List>(side)) {
+            fits = fits && machine.heap().reserve(list, std::size_t(list->count) + items->count);
+            for (std::uint32_t i = 0; fits && i < items->count; ++i)
+                fits = machine.heap().append(list, items->items[i]);
+        } else if (const Record* record = as<Record>(side); record && (is<List>(left))) {
+            for (const Record::Entry& entry : record->entries)
+                fits = fits && machine.heap().append(list, entry.value);
+        } else {
+            fits = fits && machine.heap().append(list, side);
+        }
+    };
+    append(left);
+    append(right);
+    return fits ? Value::object(list) : machine.raise(errOSADataBlockTooLarge, u"Attempt to create a value larger than the allowable size.");
+}
+
+} // namespace quoddle::language

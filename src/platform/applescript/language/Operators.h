@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// What the operators mean, for every kind of value. The interpreter does small integers and reals itself and comes here for the rest.
+//
+// Every function that answers a Value answers failure when it has raised an error in the machine. Operands may be references; they are followed.
+#pragma once
+
+#include "platform/applescript/machine/Machine.h"
+
+namespace quoddle::language {
+
+Value add(Machine& machine, Value left, Value right);
+Value subtract(Machine& machine, Value left, Value right);
+Value multiply(Machine& machine, Value left, Value right);
+Value divide(Machine& machine, Value left, Value right);
+Value quotient(Machine& machine, Value left, Value right);
+Value remainder(Machine& machine, Value left, Value right);
+Value power(Machine& machine, Value left, Value right);
+Value negate(Machine& machine, Value operand);
+Value logicalNot(Machine& machine, Value operand);
+Value concatenate(Machine& machine, Value left, Value right);
+
+/// An integer where the value is whole and in range, else a real; an error when it is not finite.
+Value number(Machine& machine, double value);
+
+enum class Relation : std::uint8_t { Equal, NotEqual, Greater, GreaterOrEqual, Less, LessOrEqual };
+Value compare(Machine& machine, Relation relation, Value left, Value right);
+Value startsWith(Machine& machine, Value left, Value right);
+Value endsWith(Machine& machine, Value left, Value right);
+Value contains(Machine& machine, Value left, Value right);
+
+/// Equality under the considerations of the running statement. Never raises; structures nested too deeply are unequal.
+bool areEqual(Machine& machine, Value left, Value right, int depth = 0);
+/// Less than 0, 0, greater than 0; under the considerations.
+int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view right);
+bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_view right);
+/// Where `part` first stands in `whole` at or behind `start`, under the considerations; npos when nowhere. `length` is what it covers there.
+std::size_t findText(Machine& machine, std::u16string_view whole, std::u16string_view part, std::size_t start, std::size_t& length);
+
+/// 1, 0, or -1 with an error raised when the value is no truth value.
+int truth(Machine& machine, Value value);
+
+} // namespace quoddle::language

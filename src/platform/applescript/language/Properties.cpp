@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: MIT
+// Properties of values: tables of what each class has.
+#include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Commands.h"
+#include "platform/applescript/language/Dates.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/References.h"
+#include "platform/applescript/language/TextElements.h"
+#include "platform/base/Text.h"
+
+#include <unicode/utf16.h>
+#include <unordered_map>
+
+namespace quoddle::language {
+
+namespace {
+
+Value noSuchProperty(Machine& machine, Value container, Value key) {
+    const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
+    return machine.raise(errAENoSuchObject, u"Can’t get " + display(machine, what) + u".", what);
+}
+
+bool cannotSet(Machine& machine, Value container, Value key, Value value) {
+    const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
+    machine.raise(-10006, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+    return false;
+}
+
+Value codePoints(Machine& machine, const Text* text) {
+    List* list = machine.heap().list(text->length);
+    for (std::uint32_t i = 0; i < text->length;) {
+        UChar32 c;
+        U16_NEXT(text->characters, i, text->length, c);
+        list->items[list->count++] = Value::integer(c);
+    }
+    return list->count == 1 ? list->items[0] : Value::object(list);
+}
+
+Value quotedForm(Machine& machine, const Text* text) {
+    std::u16string quoted = u"'";
+    for (char16_t c : text->view()) {
+        if (c == u'\'')
+            quoted += u"'\\''";
+        else
+            quoted += c;
+    }
+    return Value::object(machine.heap().text(quoted + u"'"));
+}
+
+/// Failure when the text has no such property; nothing is raised.
+Value textProperty(Machine& machine, const Text* text, FourCharCode key) {
+    switch (key) {
+    case "leng"_4cc:
+        return Value::integer(static_cast<std::int32_t>(characterCount(text)));
+    case "ID  "_4cc:
+        return codePoints(machine, text);
+    case "strq"_4cc:
+        return quotedForm(machine, text);
+    case "psxp"_4cc: // of a colon path
+        return Value::object(machine.heap().text(utf16FromUTF8(posixPathFromColons(text->view()))));
+    default:
+        return Value::failure();
+    }
+}
+
+Value listProperty(Machine& machine, const List* list, FourCharCode key) {
+    switch (key) {
+    case "leng"_4cc:
+        return Value::integer(static_cast<std::int32_t>(list->count));
+    case "rvse"_4cc: {
+        List* reversed = machine.heap().list(list->count);
+        std::reverse_copy(list->items, list->items + list->count, reversed->items);
+        reversed->count = list->count;
+        return Value::object(reversed);
+    }
+    case "rest"_4cc: {
+        if (list->count == 0)
+            return Value::failure();
+        List* rest = machine.heap().list(list->count - 1);
+        std::copy(list->items + 1, list->items + list->count, rest->items);
+        rest->count = list->count - 1;
+        return Value::object(rest);
+    }
+    default:
+        return Value::failure();
+    }
+}
+
+Value fileProperty(Machine& machine, const Data* file, FourCharCode key) {
+    const std::string path = posixPath(*file);
+    if (key == "psxp"_4cc)
+        return Value::object(machine.heap().text(utf16FromUTF8(path)));
+    if (key == "pnam"_4cc) {
+        std::string_view name = path;
+        while (name.size() > 1 && name.ends_with('/'))
+            name.remove_suffix(1);
+        return Value::object(machine.heap().text(utf16FromUTF8(name.substr(name.rfind('/') + 1))));
+    }
+    return Value::failure();
+}
+
+Value scriptProperty(Machine& machine, Script* script, Value key) {
+    if (key == Value::code("pare"_4cc)) {
+        Script* parent = machine.parentOf(script);
+        return parent ? Value::object(parent) : script->parent;
+    }
+    if (key == Value::code("pnam"_4cc) && script != machine.appleScript()) {
+        if (const Symbol* name = as<Symbol>(script->name))
+            return Value::object(machine.heap().text(utf16FromUTF8(name->spelling)));
+        if (const Value* slot = script->find(key))
+            return *slot;
+    }
+    if (const Value* slot = machine.findSlot(script, key); slot && !slot->isUndefined())
+        return *slot;
+    return Value::failure();
+}
+
+Value applicationProperty(Machine& machine, const Application* application, FourCharCode key) {
+    if (key == "pnam"_4cc && !application->name.empty())
+        return Value::object(machine.heap().text(application->name));
+    if (key == "ID  "_4cc && !application->identifier.empty())
+        return Value::object(machine.heap().text(application->identifier));
+    return Value::failure();
+}
+
+Value ownProperty(Machine& machine, Value container, Value key) {
+    const FourCharCode code = key.isCode() ? key.asCode() : 0;
+    if (const Text* text = as<Text>(container))
+        return textProperty(machine, text, code);
+    if (const List* list = as<List>(container))
+        return listProperty(machine, list, code);
+    if (Record* record = as<Record>(container)) {
+        if (const Record::Entry* entry = record->find(key))
+            return entry->value;
+        return code == "leng"_4cc ? Value::integer(static_cast<std::int32_t>(record->entries.size())) : Value::failure();
+    }
+    if (Script* script = as<Script>(container))
+        return scriptProperty(machine, script, key);
+    if (const Date* date = as<Date>(container))
+        return dateProperty(machine, date, code);
+    if (const Data* data = as<Data>(container); data && isFile(container))
+        return fileProperty(machine, data, code);
+    if (const Application* application = as<Application>(container))
+        return applicationProperty(machine, application, code);
+    return Value::failure();
+}
+
+} // namespace
+
+Value textFromCodePoints(Machine& machine, Value points) {
+    points = follow(machine, points);
+    if (points.isFailure())
+        return points;
+    std::u16string text;
+    const auto append = [&](Value point) {
+        const Value number = coerce(machine, point, Value::code("long"_4cc));
+        if (number.isFailure())
+            return false;
+        const std::int32_t c = number.asInteger();
+        if (c < 0 || c > 0x10FFFF || U_IS_SURROGATE(c)) {
+            machine.raise(errAENoSuchObject, u"Can’t get character id " + display(machine, number) + u".", number);
+            return false;
+        }
+        char16_t units[2];
+        std::int32_t length = 0;
+        U16_APPEND_UNSAFE(units, length, c);
+        text.append(units, static_cast<std::size_t>(length));
+        return true;
+    };
+    if (const List* list = as<List>(points)) {
+        for (std::uint32_t i = 0; i < list->count; ++i)
+            if (!append(list->items[i]))
+                return Value::failure();
+    } else if (!append(points)) {
+        return Value::failure();
+    }
+    return Value::object(machine.heap().text(text));
+}
+
+Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
+    const auto specifier = [&] { return Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value())); };
+    if (how == Evaluate::Never)
+        return specifier();
+    if (container.isUndefined())
+        return machine.raise(-2763, u"No result was returned from some part of this expression.");
+    if (const Specifier* holder = as<Specifier>(container)) {
+        if (!isLocal(container))
+            return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
+        const bool isMany = holder->form == Specifier::Form::Every || holder->form == Specifier::Form::Range || holder->form == Specifier::Form::Filter;
+        if (isMany && !(key == Value::code("leng"_4cc)) && !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) &&
+            !(key == Value::code("pcnt"_4cc)) && !(key == Value::code("pcls"_4cc)))
+            return evaluate(machine, specifier(), how);
+        container = follow(machine, container);
+        if (container.isFailure())
+            return container;
+        return getProperty(machine, container, key, how);
+    }
+    if (key == Value::code("pcnt"_4cc) && !is<Script>(container) && !is<Record>(container))
+        return container;
+    const Value own = ownProperty(machine, container, key);
+    if (!own.isFailure())
+        return own;
+    if (key == Value::code("pcls"_4cc))
+        return classOf(container);
+    if (is<Application>(container))
+        return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
+    return noSuchProperty(machine, container, key);
+}
+
+bool setProperty(Machine& machine, Value container, Value key, Value value) {
+    if (is<Specifier>(container) || is<Application>(container)) {
+        const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
+        if (!isLocal(container))
+            return setInApplication(machine, what, value);
+        if (key == Value::code("pcnt"_4cc)) // "set contents of x to …": what the reference names
+            return setSpecifier(machine, container, value);
+        container = follow(machine, container);
+        if (container.isFailure())
+            return false;
+        return setProperty(machine, container, key, value);
+    }
+    if (Record* record = as<Record>(container)) {
+        if (Record::Entry* entry = record->find(key)) {
+            entry->value = value;
+            return true;
+        }
+        return cannotSet(machine, container, key, value);
+    }
+    if (Script* script = as<Script>(container)) {
+        if (key == Value::code("pare"_4cc))
+            return setParent(machine, script, value);
+        if (Value* slot = machine.findSlot(script, key)) {
+            *slot = value;
+            return true;
+        }
+        return cannotSet(machine, container, key, value);
+    }
+    if (Date* date = as<Date>(container); date && key.isCode() && setDateProperty(machine, date, key.asCode(), value))
+        return true;
+    else if (date && machine.error().number)
+        return false;
+    return cannotSet(machine, container, key, value);
+}
+
+namespace {
+
+Value copyOf(Machine& machine, Value value, std::unordered_map<const HeapObject*, Value>& copies, std::size_t depth) {
+    if (!value.isObject())
+        return value;
+    if (auto known = copies.find(value.asObject()); known != copies.end())
+        return known->second;
+    if (depth > 1000)
+        return machine.raise(errOSAStackOverflow, u"Stack overflow.");
+    const auto remember = [&](HeapObject* copy) { return copies[value.asObject()] = Value::object(copy); };
+    if (const List* list = as<List>(value)) {
+        List* copy = machine.heap().list(list->count);
+        copy->flags = list->flags;
+        remember(copy);
+        for (std::uint32_t i = 0; i < list->count; ++i) {
+            const Value item = copyOf(machine, list->items[i], copies, depth + 1);
+            if (item.isFailure())
+                return item;
+            copy->items[copy->count++] = item;
+        }
+        return Value::object(copy);
+    }
+    if (const Record* record = as<Record>(value)) {
+        Record* copy = machine.heap().record();
+        remember(copy);
+        for (const Record::Entry& entry : record->entries) {
+            const Value part = copyOf(machine, entry.value, copies, depth + 1);
+            if (part.isFailure())
+                return part;
+            copy->entries.push_back({entry.key, part});
+        }
+        return Value::object(copy);
+    }
+    if (const Date* date = as<Date>(value))
+        return remember(machine.heap().make<Date>(date->seconds));
+    if (Script* script = as<Script>(value); script && script != machine.appleScript()) {
+        Script* copy = machine.heap().make<Script>();
+        remember(copy);
+        copy->layout = script->layout;
+        copy->name = script->name;
+        copy->tree = script->tree;
+        copy->store = script->store;
+        copy->outer = script->outer;
+        copy->parent = copyOf(machine, script->parent, copies, depth + 1);
+        for (Value slot : script->slots) {
+            copy->slots.push_back(copyOf(machine, slot, copies, depth + 1));
+            if (copy->slots.back().isFailure())
+                return Value::failure();
+            if (Script* inner = as<Script>(copy->slots.back()); inner && inner->outer == script)
+                inner->outer = copy;
+        }
+        return Value::object(copy);
+    }
+    return value;
+}
+
+} // namespace
+
+Value deepCopy(Machine& machine, Value value) {
+    std::unordered_map<const HeapObject*, Value> copies;
+    return copyOf(machine, value, copies, 0);
+}
+
+} // namespace quoddle::language

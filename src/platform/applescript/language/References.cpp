@@ -1,0 +1,465 @@
+// SPDX-License-Identifier: MIT
+// Elements: by index, range, every, some; and following specifiers. Properties are in Properties.cpp.
+#include "platform/applescript/language/References.h"
+
+#include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Commands.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/TextElements.h"
+#include "platform/applescript/syntax/SourceText.h"
+
+#include <random>
+
+namespace quoddle::language {
+
+namespace {
+
+constexpr std::size_t kMaximumDepth = 200;
+
+Value specifier(Machine& machine, Specifier::Form form, Value container, Value a = {}, Value b = {}, Value c = {}) {
+    return Value::object(machine.heap().make<Specifier>(form, container, a, b, c));
+}
+
+Value cannotGet(Machine& machine, Value what, OSStatus number = errAENoSuchObject) {
+    const std::u16string tail = number == errAEIllegalIndex ? u". Invalid index." : u".";
+    return machine.raise(number, u"Can’t get " + display(machine, what) + tail, what);
+}
+
+Value tooLarge(Machine& machine) {
+    return machine.raise(errOSADataBlockTooLarge, u"Attempt to create a value larger than the allowable size.");
+}
+
+Value slice(Machine& machine, const Text* text, Span span) {
+    return Value::object(machine.heap().substring(text, span.start, span.length));
+}
+
+/// Items of a list that belong to a class, or all of them.
+std::vector<std::uint32_t> placesOf(const List* list, FourCharCode elementClass) {
+    std::vector<std::uint32_t> places;
+    for (std::uint32_t i = 0; i < list->count; ++i)
+        if (isOfClass(list->items[i], elementClass))
+            places.push_back(i);
+    return places;
+}
+
+Value listOf(Machine& machine, const std::vector<Value>& values) {
+    List* list = machine.heap().list(values.size());
+    std::copy(values.begin(), values.end(), list->items);
+    list->count = static_cast<std::uint32_t>(values.size());
+    return Value::object(list);
+}
+
+/// Objects that "class + text" makes out of nothing: files, dates, applications. Failure without an error when the class is no such one.
+Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool& isOne) {
+    isOne = true;
+    switch (elementClass) {
+    case "file"_4cc:
+    case "furl"_4cc:
+    case "psxf"_4cc:
+        return coerce(machine, key, Value::code(elementClass));
+    case "alis"_4cc: {
+        const Value file = follow(machine, key);
+        if (file.isFailure())
+            return file;
+        const Value alias = makeFile(machine, file, "alis"_4cc);
+        return alias.isFailure() ? machine.raise(fnfErr, u"File " + display(machine, file) + u" wasn’t found.", file) : alias;
+    }
+    case "ldt "_4cc: {
+        const Value text = coerce(machine, key, Value::code("ctxt"_4cc));
+        if (text.isFailure())
+            return text;
+        if (auto seconds = sourcetext::parseDate(as<Text>(text)->view(), currentSeconds()))
+            return Value::object(machine.heap().make<Date>(*seconds));
+        return machine.raise(-30720, u"Invalid date and time date " + display(machine, text) + u".", text);
+    }
+    case "capp"_4cc: {
+        const Value name = coerce(machine, key, Value::code("ctxt"_4cc));
+        if (name.isFailure())
+            return name;
+        Application* application = machine.heap().make<Application>();
+        application->name = as<Text>(name)->view();
+        return Value::object(application);
+    }
+    default:
+        isOne = false;
+        return Value::failure();
+    }
+}
+
+Value listElement(const List* list, FourCharCode elementClass, std::int64_t index) {
+    if (elementClass == "cobj"_4cc) {
+        const std::int64_t place = index < 0 ? list->count + index : index - 1;
+        return index != 0 && place >= 0 && place < list->count ? list->items[place] : Value::failure();
+    }
+    const std::vector<std::uint32_t> places = placesOf(list, elementClass);
+    const auto count = static_cast<std::int64_t>(places.size());
+    const std::int64_t place = index < 0 ? count + index : index - 1;
+    return index != 0 && place >= 0 && place < count ? list->items[places[static_cast<std::size_t>(place)]] : Value::failure();
+}
+
+/// Where a boundary of a range lies in its container: its first and its last character, or item.
+bool boundary(Machine& machine, Value container, Value elementClass, Value bound, Span& span) {
+    if (const Specifier* element = as<Specifier>(bound); element && element->form == Specifier::Form::Element) {
+        const Value index = coerce(machine, element->b, Value::code("long"_4cc));
+        if (index.isFailure())
+            return false;
+        if (const Text* text = as<Text>(container); text && elementAt(machine, text, element->a.asCode(), index.asInteger(), span))
+            return true;
+        cannotGet(machine, bound, errAEIllegalIndex);
+        return false;
+    }
+    if (const Specifier* place = as<Specifier>(bound); place && (place->form == Specifier::Form::Beginning || place->form == Specifier::Form::End)) {
+        const Text* text = as<Text>(container);
+        const List* list = as<List>(container);
+        const std::size_t length = text ? text->length : list ? list->count : 0;
+        span = place->form == Specifier::Form::Beginning ? Span{0, length ? 1u : 0u} : Span{length ? length - 1 : 0, length ? 1u : 0u};
+        return true;
+    }
+    const Value index = coerce(machine, bound, Value::code("long"_4cc));
+    if (index.isFailure())
+        return false;
+    if (const Text* text = as<Text>(container)) {
+        if (elementAt(machine, text, elementClass.asCode(), index.asInteger(), span))
+            return true;
+    } else if (const List* list = as<List>(container)) {
+        const std::int64_t i = index.asInteger(), place = i < 0 ? list->count + i : i - 1;
+        span = {static_cast<std::size_t>(place), 1};
+        if (i != 0 && place >= 0 && place < list->count)
+            return true;
+    }
+    return false;
+}
+
+Value range(Machine& machine, Value container, const Specifier* whole) {
+    Span from{}, to{};
+    machine.error() = ScriptError();
+    if (!is<Text>(container) && !is<List>(container))
+        return cannotGet(machine, Value::object(whole));
+    if (!boundary(machine, container, whole->a, whole->b, from) || !boundary(machine, container, whole->a, whole->c, to))
+        return machine.error().number ? Value::failure() : cannotGet(machine, Value::object(whole));
+    if (from.start > to.start)
+        std::swap(from, to);
+    if (const List* list = as<List>(container)) {
+        List* part = machine.heap().list(to.start - from.start + 1);
+        for (std::size_t i = from.start; i <= to.start; ++i)
+            if (isOfClass(list->items[i], whole->a.asCode()))
+                part->items[part->count++] = list->items[i];
+        return Value::object(part);
+    }
+    const Text* text = as<Text>(container);
+    const Span covered{from.start, to.start + to.length - from.start};
+    if (whole->a == Value::code("ctxt"_4cc))
+        return slice(machine, text, covered);
+    std::vector<Value> parts;
+    for (const Span& span : elements(machine, text, whole->a.asCode()))
+        if (span.start >= covered.start && span.start + span.length <= covered.start + covered.length)
+            parts.push_back(slice(machine, text, span));
+    return listOf(machine, parts);
+}
+
+Value every(Machine& machine, Value container, Value elementClass, Value what) {
+    const FourCharCode code = elementClass.asCode();
+    if (const List* list = as<List>(container)) {
+        std::vector<Value> items;
+        for (std::uint32_t place : placesOf(list, code))
+            items.push_back(list->items[place]);
+        return listOf(machine, items);
+    }
+    if (const Text* text = as<Text>(container); text && isTextElement(code)) {
+        if (code == "ctxt"_4cc)
+            return container;
+        std::vector<Value> parts;
+        for (const Span& span : elements(machine, text, code))
+            parts.push_back(slice(machine, text, span));
+        return listOf(machine, parts);
+    }
+    if (const Record* record = as<Record>(container); record && code == "cobj"_4cc) {
+        std::vector<Value> items;
+        for (const Record::Entry& entry : record->entries)
+            items.push_back(entry.value);
+        return listOf(machine, items);
+    }
+    return cannotGet(machine, what);
+}
+
+bool isMany(Specifier::Form form) {
+    return form == Specifier::Form::Every || form == Specifier::Form::Range || form == Specifier::Form::Filter;
+}
+
+/// The value of a specifier of local things.
+Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
+    if (depth > kMaximumDepth)
+        return machine.raise(errOSAStackOverflow, u"Stack overflow.");
+    const Value whole = Value::object(what);
+    Value container = what->container;
+    const Specifier* holder = as<Specifier>(container);
+    if (holder) {
+        container = resolve(machine, holder, depth + 1);
+        if (container.isFailure())
+            return container;
+    }
+    switch (what->form) {
+    case Specifier::Form::Quoted:
+        return container;
+    case Specifier::Form::Property:
+    case Specifier::Form::Element:
+        // "length of every word": one answer for each.
+        if (holder && isMany(holder->form) && is<List>(container)) {
+            const List* many = as<List>(container);
+            std::vector<Value> answers;
+            for (std::uint32_t i = 0; i < many->count; ++i) {
+                const Value answer = what->form == Specifier::Form::Property ? getProperty(machine, many->items[i], what->a, Evaluate::Fully)
+                                                                             : getElement(machine, many->items[i], what->a, what->b, Evaluate::Fully);
+                if (answer.isFailure())
+                    return answer;
+                answers.push_back(answer);
+            }
+            return listOf(machine, answers);
+        }
+        return what->form == Specifier::Form::Property ? getProperty(machine, container, what->a, Evaluate::Fully)
+                                                       : getElement(machine, container, what->a, what->b, Evaluate::Fully);
+    case Specifier::Form::Every:
+        return every(machine, container, what->a, whole);
+    case Specifier::Form::Some: {
+        const Value all = every(machine, container, what->a, whole);
+        const List* list = as<List>(all);
+        if (!list)
+            return all;
+        if (list->count == 0)
+            return cannotGet(machine, whole);
+        static thread_local std::mt19937 generator(std::random_device{}());
+        return list->items[std::uniform_int_distribution<std::uint32_t>(0, list->count - 1)(generator)];
+    }
+    case Specifier::Form::Middle: {
+        const Value all = every(machine, container, what->a, whole);
+        const List* list = as<List>(all);
+        if (!list)
+            return all;
+        return list->count ? list->items[(list->count - 1) / 2] : cannotGet(machine, whole);
+    }
+    case Specifier::Form::Range:
+        return range(machine, container, what);
+    case Specifier::Form::ElementByKey:
+        if (what->a == Value::code("capp"_4cc)) {
+            const Value identifier = coerce(machine, what->b, Value::code("ctxt"_4cc));
+            if (identifier.isFailure())
+                return identifier;
+            Application* application = machine.heap().make<Application>();
+            application->identifier = as<Text>(identifier)->view();
+            return Value::object(application);
+        }
+        if (what->a == Value::code("cha "_4cc) || what->a == Value::code("ctxt"_4cc) || what->a == Value::code("TEXT"_4cc) ||
+            what->a == Value::code("utxt"_4cc))
+            return textFromCodePoints(machine, what->b);
+        return cannotGet(machine, whole);
+    case Specifier::Form::Before:
+    case Specifier::Form::After: {
+        const Specifier* element = as<Specifier>(what->container);
+        if (!element || element->form != Specifier::Form::Element)
+            return cannotGet(machine, whole);
+        const Value index = coerce(machine, element->b, Value::code("long"_4cc));
+        if (index.isFailure())
+            return index;
+        const std::int32_t place = index.asInteger() + (what->form == Specifier::Form::Before ? -1 : 1);
+        const Value outer = follow(machine, element->container);
+        return outer.isFailure() ? outer : getElement(machine, outer, what->a, Value::integer(place), Evaluate::Fully);
+    }
+    default:
+        return cannotGet(machine, whole);
+    }
+}
+
+} // namespace
+
+bool isLocal(Value container) {
+    for (std::size_t depth = 0; depth < kMaximumDepth; ++depth) {
+        if (is<Application>(container))
+            return false;
+        const Specifier* specifier = as<Specifier>(container);
+        if (!specifier)
+            return true;
+        if (specifier->form == Specifier::Form::ElementByKey && specifier->a == Value::code("capp"_4cc))
+            return true;
+        if (specifier->form == Specifier::Form::Examined || specifier->form == Specifier::Form::Test)
+            return false;
+        container = specifier->container;
+    }
+    return true;
+}
+
+Value follow(Machine& machine, Value value) {
+    for (std::size_t depth = 0; depth < kMaximumDepth; ++depth) {
+        const Specifier* specifier = as<Specifier>(value);
+        if (!specifier)
+            return value;
+        value = isLocal(value) ? resolve(machine, specifier, 0) : getFromApplication(machine, value);
+        if (value.isFailure() || !is<Specifier>(value) || !isLocal(value))
+            return value;
+    }
+    return machine.raise(errOSAStackOverflow, u"Stack overflow.");
+}
+
+Value evaluate(Machine& machine, Value value, Evaluate how) {
+    const Specifier* specifier = as<Specifier>(value);
+    if (!specifier || specifier->flags & Specifier::kIsReference)
+        return value;
+    if (isLocal(value))
+        return resolve(machine, specifier, 0);
+    return how == Evaluate::Fully ? getFromApplication(machine, value) : value;
+}
+
+Value getElement(Machine& machine, Value container, Value elementClass, Value index, Evaluate how) {
+    if (how != Evaluate::Never) {
+        const Specifier* holder = as<Specifier>(container);
+        if (!isLocal(container)) {
+            const Value element = specifier(machine, Specifier::Form::Element, container, elementClass, index);
+            return how == Evaluate::Fully ? getFromApplication(machine, element) : element;
+        }
+        if (holder && isMany(holder->form))
+            return resolve(machine, as<Specifier>(specifier(machine, Specifier::Form::Element, container, elementClass, index)), 0);
+        if (holder) {
+            container = follow(machine, container);
+            if (container.isFailure())
+                return container;
+            return getElement(machine, container, elementClass, index, how);
+        }
+    }
+    if (how == Evaluate::Never || !elementClass.isCode())
+        return specifier(machine, Specifier::Form::Element, container, elementClass, index);
+
+    const FourCharCode code = elementClass.asCode();
+    if (is<Script>(container) || is<Application>(container)) {
+        bool isOne;
+        const Value made = madeFromText(machine, code, index, isOne);
+        return isOne ? made : cannotGet(machine, specifier(machine, Specifier::Form::Element, container, elementClass, index));
+    }
+    const Value place = coerce(machine, index, Value::code("long"_4cc));
+    if (place.isFailure())
+        return place;
+    if (const List* list = as<List>(container)) {
+        const Value item = listElement(list, code, place.asInteger());
+        if (!item.isFailure())
+            return item;
+    } else if (const Text* text = as<Text>(container); text && isTextElement(code)) {
+        Span span;
+        if (elementAt(machine, text, code, place.asInteger(), span))
+            return slice(machine, text, span);
+    }
+    return cannotGet(machine, specifier(machine, Specifier::Form::Element, container, elementClass, place));
+}
+
+Value makeSpecifier(Machine& machine, Specifier::Form form, const Value* operands) {
+    switch (form) {
+    case Specifier::Form::Test: // left operator right
+        return specifier(machine, form, operands[0], operands[1], operands[2]);
+    case Specifier::Form::Beginning:
+    case Specifier::Form::End:
+        return specifier(machine, form, operands[0]);
+    case Specifier::Form::Range:
+    case Specifier::Form::ElementByKey:
+        return specifier(machine, form, operands[0], operands[1], operands[2], operands[3]);
+    case Specifier::Form::Element:
+        return specifier(machine, form, operands[0], operands[1], operands[2]);
+    default:
+        return specifier(machine, form, operands[0], operands[1]);
+    }
+}
+
+Value makeReference(Machine& machine, Value value) {
+    if (const Specifier* raw = as<Specifier>(value)) {
+        Specifier* reference = machine.heap().make<Specifier>(*raw);
+        reference->marked = false;
+        reference->flags |= Specifier::kIsReference;
+        return Value::object(reference);
+    }
+    return value;
+}
+
+bool setElement(Machine& machine, Value container, Value elementClass, Value index, Value value) {
+    const Value what = specifier(machine, Specifier::Form::Element, container, elementClass, index);
+    if (!isLocal(container))
+        return setInApplication(machine, what, value);
+    container = follow(machine, container);
+    if (container.isFailure())
+        return false;
+    const Value place = coerce(machine, index, Value::code("long"_4cc));
+    if (place.isFailure())
+        return false;
+    if (List* list = as<List>(container)) {
+        const std::int64_t i = place.asInteger(), at = i < 0 ? list->count + i : i - 1;
+        if (elementClass == Value::code("cobj"_4cc) && i != 0 && at >= 0 && at < list->count) {
+            list->items[at] = value;
+            return true;
+        }
+        machine.raise(errAEIllegalIndex, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+        return false;
+    }
+    machine.raise(-10006, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+    return false;
+}
+
+bool setEnd(Machine& machine, Value container, Value value) {
+    if (!isLocal(container))
+        return setInApplication(machine, specifier(machine, Specifier::Form::End, container), value);
+    container = follow(machine, container);
+    if (container.isFailure())
+        return false;
+    if (List* list = as<List>(container))
+        return machine.heap().append(list, value) || !tooLarge(machine).isFailure();
+    const Value what = specifier(machine, Specifier::Form::End, container);
+    machine.raise(-10006, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+    return false;
+}
+
+bool setSpecifier(Machine& machine, Value target, Value value) {
+    const Specifier* what = as<Specifier>(target);
+    if (!what) {
+        machine.raise(OSAIllegalAssign, u"Can’t set " + display(machine, target) + u" to " + display(machine, value) + u". Access not allowed.", target);
+        return false;
+    }
+    if (!isLocal(target))
+        return setInApplication(machine, target, value);
+    switch (what->form) {
+    case Specifier::Form::Property:
+        return setProperty(machine, what->container, what->a, value);
+    case Specifier::Form::Element:
+        return setElement(machine, what->container, what->a, what->b, value);
+    case Specifier::Form::End:
+        return setEnd(machine, what->container, value);
+    case Specifier::Form::Beginning: {
+        const Value container = follow(machine, what->container);
+        if (container.isFailure())
+            return false;
+        if (List* list = as<List>(container)) {
+            if (!machine.heap().append(list, value))
+                return !tooLarge(machine).isFailure();
+            std::copy_backward(list->items, list->items + list->count - 1, list->items + list->count);
+            list->items[0] = value;
+            return true;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    machine.raise(-10006, u"Can’t set " + display(machine, target) + u" to " + display(machine, value) + u".", target);
+    return false;
+}
+
+Value count(Machine& machine, Value value) {
+    value = follow(machine, value);
+    if (value.isFailure())
+        return value;
+    if (const List* list = as<List>(value))
+        return Value::integer(static_cast<std::int32_t>(list->count));
+    if (const Text* text = as<Text>(value))
+        return Value::integer(static_cast<std::int32_t>(characterCount(text)));
+    if (const Record* record = as<Record>(value))
+        return Value::integer(static_cast<std::int32_t>(record->entries.size()));
+    if (is<Application>(value) || is<Specifier>(value))
+        return performCommand(machine, Value::object(machine.heap().eventName("corecnte")), value, {}, false);
+    return machine.raise(errAEEventNotHandled, display(machine, value) + u" doesn’t understand the “count” message.", value);
+}
+
+} // namespace quoddle::language

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+// A handler's code as the machine runs it.
+//
+// Decision: register code. The stack code of compiled scripts is translated once, when the handler is first called: places on the operand stack become
+// registers behind the locals, pushes of locals and literals disappear into the instructions that use them, and frequent sequences become one instruction.
+// The stored code is never changed. Price: a translation of some microseconds for each handler that is called; two forms to keep apart.
+#pragma once
+
+#include "platform/applescript/machine/HeapObject.h"
+#include "platform/base/OSStatus.h"
+
+namespace quoddle {
+
+// X(name): the internal instructions. r = register, k = constant; operands a b c d are 16 bits, `target` takes the place of c and d.
+// clang-format off
+#define QUODDLE_INSTRUCTIONS(X) \
+    X(Move)            /* r[a] = r[b] */ \
+    X(LoadConstant)    /* r[a] = k[b] */ \
+    X(LoadMe) X(LoadIt) /* r[a] */ \
+    X(CheckVariable)   /* error unless r[a] is defined; k[b] is its name */ \
+    X(CheckResult)     /* error unless r[a] is defined */ \
+    X(Add) X(Subtract) X(Multiply) X(Divide) X(Quotient) X(Remainder) X(Power) X(Concatenate) /* r[a] = r[b] op r[c] */ \
+    X(AddConstant) X(SubtractConstant) X(MultiplyConstant) X(QuotientConstant) X(RemainderConstant) /* r[a] = r[b] op k[c], an integer */ \
+    X(Equal) X(NotEqual) X(Greater) X(GreaterOrEqual) X(Less) X(LessOrEqual) X(StartsWith) X(EndsWith) X(Contains) /* r[a] = r[b] op r[c] */ \
+    X(BranchUnlessEqual) X(BranchUnlessNotEqual) X(BranchUnlessGreater) X(BranchUnlessGreaterOrEqual) X(BranchUnlessLess) X(BranchUnlessLessOrEqual) \
+                       /* to target unless r[a] op r[b] */ \
+    X(BranchUnlessEqualConstant) X(BranchUnlessNotEqualConstant) X(BranchUnlessGreaterConstant) X(BranchUnlessGreaterOrEqualConstant) \
+    X(BranchUnlessLessConstant) X(BranchUnlessLessOrEqualConstant) /* to target unless r[a] op k[b] */ \
+    X(Negate) X(Not)   /* r[a] = op r[b] */ \
+    X(Coerce)          /* r[a] = r[b] as r[c] */ \
+    X(CoerceBoolean)   /* r[a] = r[a] as boolean */ \
+    X(Jump)            /* to target */ \
+    X(JumpBack)        /* to target, the beginning of a loop */ \
+    X(BranchIfFalse)   /* r[a] */ \
+    X(BranchIfTrue)    /* r[a] */ \
+    X(RepeatInRange)   /* r[a]: from to by; r[b] = from, from += by; to target when done */ \
+    X(RepeatInCollection) /* r[a]: list n i; r[b] = reference to item i; to target when done */ \
+    X(RepeatTimes)     /* r[a]: limit i; to target when done */ \
+    X(GetSlot) X(SetSlot)     /* slot b of the script that owns the handler, r[a] */ \
+    X(GetScope) X(SetScope)   /* r[a], b scopes out, its variable c */ \
+    X(GetGlobal) X(SetGlobal) /* r[a], k[b] is the name; cache c */ \
+    X(GetResult) X(SetResult) /* r[a] */ \
+    X(MakeSpecifier)   /* r[a] = specifier of form c from r[b], r[b + 1] … */ \
+    X(GetProperty)     /* r[a] = property k[c] of r[b]; d: Evaluate */ \
+    X(BuildElement)    /* r[a] = specifier of the element of class k[d], index r[c], of r[b] */ \
+    X(GetItem)         /* r[a] = item r[c] of r[b] */ \
+    X(GetElement)      /* r[a] = element of class k[d], index r[c] of r[b] */ \
+    X(GetElementLocally) /* likewise, while the container is a value of this machine */ \
+    X(SetProperty)     /* property k[c] of r[a] = r[b] */ \
+    X(SetElement)      /* element of class k[d], index r[b] of r[a] = r[c] */ \
+    X(SetEnd)          /* end of r[a] = r[b] */ \
+    X(SetSpecifier) X(CopySpecifier) /* r[a] = r[b] stored in what specifier r[c] names */ \
+    X(Evaluate)        /* r[a] = value of r[b] */ \
+    X(EvaluateLocally) /* likewise, unless it belongs to an application */ \
+    X(MakeReference)   /* r[a] = r[b] as a reference value */ \
+    X(Clone)           /* r[a] = deep copy of r[b] */ \
+    X(MakeList)        /* r[a] = list of c values from r[b]; d: linked */ \
+    X(MakeRecord)      /* r[a] = record of c keys and values from r[b] */ \
+    X(Count)           /* r[a] = number of items of r[b] */ \
+    X(Call)            /* r[a] = call of handler k[c] of r[a] with b values from r[a + 1]; cache d */ \
+    X(CallMine)        /* likewise; the target is me and r[a] is unused */ \
+    X(Send)            /* r[a] = command k[c], direct r[a], b labels and values from r[a + 1] */ \
+    X(ContinueCall)    /* like Call, from the parent of the handler's script on */ \
+    X(ContinueSend)    /* like Send, likewise */ \
+    X(Return)          /* r[a] */ \
+    X(Raise)           /* b labels and values from r[a], message r[a + b] */ \
+    X(BeginTell)       /* keeps it in r[a]; it = r[b] */ \
+    X(EndTell)         /* it = r[a] */ \
+    X(BeginConsider)   /* keeps the considerations in r[a]; k[b] considered, k[c] ignored */ \
+    X(EndConsider) \
+    X(BeginTimeout)    /* keeps the time-out in r[a]; r[b] seconds */ \
+    X(EndTimeout) \
+    X(BeginTry)        /* keeps it, the considerations and the time-out in r[a] … */ \
+    X(CatchError)      /* restores them; binds the error to k[b] (message) and k[c] (pattern), or raises it again */ \
+    X(DefineScript)    /* r[a] = new script of initialiser k[c], name r[a], tree k[b] */ \
+    X(DefineHandler)   /* r[a] = handler k[b], stored in the variable of its name */ \
+    X(DefineParent)    /* the parent of the script being made = r[a] */ \
+    X(Corrupt)         /* the stored code made no sense */
+// clang-format on
+
+enum class Op : std::uint16_t {
+#define QUODDLE_INSTRUCTION(name) name,
+    QUODDLE_INSTRUCTIONS(QUODDLE_INSTRUCTION)
+#undef QUODDLE_INSTRUCTION
+};
+
+/// How far an instruction that reads a reference goes.
+enum class Evaluate : std::uint16_t {
+    Never,   // leaves a specifier, unless that would make no difference
+    Locally, // to the value, as long as no application has to be asked
+    Fully,
+};
+
+struct Instruction {
+    const void* go = nullptr; // where the interpreter goes on; set when the translation is complete
+    std::uint16_t a = 0;
+    std::uint16_t b = 0;
+    std::uint16_t c = 0;
+    std::uint16_t d = 0;
+
+    /// The index of an instruction, in place of c and d.
+    std::uint32_t target() const { return c | static_cast<std::uint32_t>(d) << 16; }
+    void setTarget(std::size_t index) {
+        c = static_cast<std::uint16_t>(index & 0xFFFF);
+        d = static_cast<std::uint16_t>(index >> 16);
+    }
+};
+static_assert(sizeof(Instruction) == 16);
+
+/// What a name led to the last time, valid for scripts of one layout.
+struct SiteCache {
+    std::uint32_t layout = 0;
+    std::uint32_t slot = 0;
+};
+
+struct Code {
+    /// A region of a try statement, innermost first. Positions are instruction indexes.
+    struct TryRegion {
+        std::uint32_t begin;
+        std::uint32_t end;
+        std::uint32_t handler;
+    };
+    /// A range of instructions came from the stored instruction at this offset.
+    struct Position {
+        std::uint32_t instruction;
+        std::uint32_t offset;
+    };
+
+    std::vector<Instruction> instructions;
+    std::vector<Value> constants;
+    std::vector<SiteCache> caches;
+    std::vector<TryRegion> tries;
+    std::vector<Position> positions;
+    std::vector<Value> localNames;
+    std::uint32_t localCount = 0;
+    std::uint32_t frameSize = 0;       // registers
+    std::uint32_t positionalCount = 0; // parameters that are simply the first locals
+    bool isPositional = false;         // all parameters are of that kind
+    bool hasScope = false;             // locals live in an environment or in the script being made, not in registers
+    bool isInitialiser = false;
+
+    /// The offset in the stored code that an instruction came from.
+    std::uint32_t offsetOf(std::size_t instruction) const;
+};
+
+} // namespace quoddle

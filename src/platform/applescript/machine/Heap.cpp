@@ -1,0 +1,356 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/machine/Heap.h"
+
+#include "platform/applescript/machine/Code.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::size_t kGranule = 16;
+constexpr std::size_t kClasses = 8;
+constexpr std::size_t kBlockSize = std::size_t(64) << 10;
+
+std::size_t sizeOf(HeapType type) {
+    switch (type) {
+    case HeapType::Symbol:
+        return sizeof(Symbol);
+    case HeapType::EventName:
+        return sizeof(EventName);
+    case HeapType::Text:
+        return sizeof(Text);
+    case HeapType::List:
+        return sizeof(List);
+    case HeapType::Record:
+        return sizeof(Record);
+    case HeapType::Date:
+        return sizeof(Date);
+    case HeapType::Data:
+        return sizeof(Data);
+    case HeapType::Application:
+        return sizeof(Application);
+    case HeapType::Specifier:
+        return sizeof(Specifier);
+    case HeapType::Handler:
+        return sizeof(Handler);
+    case HeapType::Script:
+        return sizeof(Script);
+    case HeapType::Environment:
+        return sizeof(Environment);
+    case HeapType::Stored:
+        return sizeof(Stored);
+    }
+    return 0;
+}
+
+TextBuffer* makeBuffer(std::size_t capacity) {
+    void* memory = std::malloc(sizeof(TextBuffer) + capacity * sizeof(char16_t));
+    if (!memory)
+        throw std::bad_alloc();
+    return new (memory) TextBuffer{1, 0, static_cast<std::uint32_t>(capacity)};
+}
+
+void releaseBuffer(TextBuffer* buffer) {
+    if (buffer && --buffer->references == 0)
+        std::free(buffer);
+}
+
+} // namespace
+
+Handler::Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore) : HeapObject(kType), source(block), store(std::move(blockStore)) {}
+
+Handler::~Handler() {
+    delete code;
+}
+
+void Script::set(Value slotName, Value value) {
+    std::uint32_t index = layout->find(slotName);
+    if (index == Layout::kNone) {
+        if (layout.use_count() > 1)
+            layout = std::make_shared<Layout>(*layout);
+        index = layout->add(slotName);
+        slots.resize(layout->names.size());
+    }
+    slots[index] = value;
+}
+
+Heap::Heap(std::function<void(Heap&)> markRoots) : mMarkRoots(std::move(markRoots)) {}
+
+Heap::~Heap() {
+    for (HeapObject* object : mObjects)
+        release(object);
+    for (auto& [key, symbol] : mSymbols)
+        delete symbol;
+    for (auto& [key, name] : mEventNames)
+        delete name;
+}
+
+/// Small objects come from blocks cut into cells of one size; a freed cell is the next one handed out.
+void* Heap::allocate(std::size_t size) {
+    const std::size_t sizeClass = (size + kGranule - 1) / kGranule;
+    mAllocated += size;
+    if (sizeClass > kClasses)
+        return ::operator new(size);
+    void*& free = mFree[sizeClass - 1];
+    if (!free) {
+        const std::size_t cell = sizeClass * kGranule;
+        char* block = mBlocks.emplace_back(new char[kBlockSize]).get();
+        for (std::size_t at = 0; at + cell <= kBlockSize; at += cell) {
+            std::memcpy(block + at, &free, sizeof(void*));
+            free = block + at;
+        }
+    }
+    void* memory = free;
+    std::memcpy(&free, memory, sizeof(void*));
+    return memory;
+}
+
+void Heap::release(HeapObject* object) {
+    const std::size_t size = sizeOf(object->type);
+    switch (object->type) {
+    case HeapType::Text:
+        releaseBuffer(static_cast<Text*>(object)->buffer);
+        break;
+    case HeapType::List:
+        std::free(static_cast<List*>(object)->items);
+        break;
+    case HeapType::Record:
+        static_cast<Record*>(object)->~Record();
+        break;
+    case HeapType::Data:
+        static_cast<Data*>(object)->~Data();
+        break;
+    case HeapType::Application:
+        static_cast<Application*>(object)->~Application();
+        break;
+    case HeapType::Handler:
+        static_cast<Handler*>(object)->~Handler();
+        break;
+    case HeapType::Script:
+        static_cast<Script*>(object)->~Script();
+        break;
+    case HeapType::Environment:
+        static_cast<Environment*>(object)->~Environment();
+        break;
+    default:
+        break;
+    }
+    const std::size_t sizeClass = (size + kGranule - 1) / kGranule;
+    if (sizeClass > kClasses) {
+        ::operator delete(object);
+        return;
+    }
+    std::memcpy(static_cast<void*>(object), &mFree[sizeClass - 1], sizeof(void*));
+    mFree[sizeClass - 1] = object;
+}
+
+Symbol* Heap::symbol(std::string_view key, std::string_view spelling) {
+    auto [entry, isNew] = mSymbols.try_emplace(std::string(key), nullptr);
+    if (isNew)
+        entry->second = new Symbol(key, spelling.empty() ? key : spelling);
+    return entry->second;
+}
+
+EventName* Heap::eventName(std::string_view bytes) {
+    auto [entry, isNew] = mEventNames.try_emplace(std::string(bytes.substr(0, 8)), nullptr);
+    if (isNew) {
+        std::string whole(bytes);
+        if (whole.size() < 24)
+            whole += std::string("****\0\0\0\0\0\0\0\0****", 16);
+        entry->second = new EventName(whole);
+    }
+    return entry->second;
+}
+
+Text* Heap::text(std::u16string_view characters) {
+    Text* text = make<Text>();
+    if (characters.empty())
+        return text;
+    text->buffer = makeBuffer(characters.size());
+    std::memcpy(text->buffer->characters(), characters.data(), characters.size() * sizeof(char16_t));
+    text->buffer->used = text->length = static_cast<std::uint32_t>(characters.size());
+    text->characters = text->buffer->characters();
+    mAllocated += characters.size() * sizeof(char16_t) + sizeof(TextBuffer);
+    return text;
+}
+
+Text* Heap::text(std::string_view ascii) {
+    Text* text = make<Text>();
+    if (ascii.empty())
+        return text;
+    text->buffer = makeBuffer(ascii.size());
+    std::copy(ascii.begin(), ascii.end(), text->buffer->characters());
+    text->buffer->used = text->length = static_cast<std::uint32_t>(ascii.size());
+    text->characters = text->buffer->characters();
+    text->flags = Text::kKnownSimple;
+    mAllocated += ascii.size() * sizeof(char16_t) + sizeof(TextBuffer);
+    return text;
+}
+
+Text* Heap::substring(const Text* whole, std::size_t start, std::size_t length) {
+    Text* text = make<Text>();
+    if (length == 0)
+        return text;
+    // A short piece of a long text gets characters of its own, so that it does not keep all of them alive.
+    if (length < 32 && whole->buffer->capacity > 4096) {
+        text->buffer = makeBuffer(length);
+        std::memcpy(text->buffer->characters(), whole->characters + start, length * sizeof(char16_t));
+        text->buffer->used = static_cast<std::uint32_t>(length);
+        text->characters = text->buffer->characters();
+        mAllocated += length * sizeof(char16_t) + sizeof(TextBuffer);
+    } else {
+        text->buffer = whole->buffer;
+        ++text->buffer->references;
+        text->characters = whole->characters + start;
+    }
+    text->length = static_cast<std::uint32_t>(length);
+    text->flags = whole->flags & Text::kKnownSimple;
+    return text;
+}
+
+Text* Heap::concatenate(const Text* left, std::u16string_view right) {
+    const std::size_t length = std::size_t(left->length) + right.size();
+    if (length > kMaximumTextLength)
+        return nullptr;
+    TextBuffer* buffer = left->buffer;
+    const bool atEnd = buffer && left->characters + left->length == buffer->characters() + buffer->used;
+    Text* text = make<Text>();
+    if (atEnd && buffer->used + right.size() <= buffer->capacity) {
+        ++buffer->references;
+        text->characters = left->characters;
+    } else {
+        // A text that is appended to is likely to be appended to again.
+        const std::size_t capacity = atEnd && left->length >= 16 ? std::min(length * 2, kMaximumTextLength) : length;
+        buffer = makeBuffer(capacity);
+        std::memcpy(buffer->characters(), left->characters, left->length * sizeof(char16_t));
+        buffer->used = left->length;
+        text->characters = buffer->characters();
+        mAllocated += capacity * sizeof(char16_t) + sizeof(TextBuffer);
+    }
+    // `right` may lie in the same buffer; it never lies behind its end.
+    std::memcpy(buffer->characters() + buffer->used, right.data(), right.size() * sizeof(char16_t));
+    buffer->used += static_cast<std::uint32_t>(right.size());
+    text->buffer = buffer;
+    text->length = static_cast<std::uint32_t>(length);
+    return text;
+}
+
+List* Heap::list(std::size_t capacity) {
+    List* list = make<List>();
+    if (!reserve(list, capacity))
+        throw std::bad_alloc();
+    return list;
+}
+
+Record* Heap::record() {
+    return make<Record>();
+}
+
+bool Heap::reserve(List* list, std::size_t capacity) {
+    if (capacity <= list->capacity)
+        return true;
+    if (capacity > kMaximumListLength)
+        return false;
+    auto* items = static_cast<Value*>(std::realloc(list->items, capacity * sizeof(Value)));
+    if (!items)
+        return false;
+    mAllocated += (capacity - list->capacity) * sizeof(Value);
+    list->items = items;
+    list->capacity = static_cast<std::uint32_t>(capacity);
+    return true;
+}
+
+bool Heap::append(List* list, Value value) {
+    if (list->count == list->capacity && !reserve(list, std::max<std::size_t>(4, std::size_t(list->capacity) * 2)))
+        return false;
+    list->items[list->count++] = value;
+    return true;
+}
+
+void Heap::scan(HeapObject* object) {
+    switch (object->type) {
+    case HeapType::List: {
+        auto* list = static_cast<List*>(object);
+        for (std::uint32_t i = 0; i < list->count; ++i)
+            mark(list->items[i]);
+        break;
+    }
+    case HeapType::Record:
+        for (const Record::Entry& entry : static_cast<Record*>(object)->entries)
+            mark(entry.value);
+        break;
+    case HeapType::Specifier: {
+        auto* specifier = static_cast<Specifier*>(object);
+        for (Value part : {specifier->container, specifier->a, specifier->b, specifier->c})
+            mark(part);
+        break;
+    }
+    case HeapType::Handler:
+        if (Code* code = static_cast<Handler*>(object)->code)
+            for (Value constant : code->constants)
+                mark(constant);
+        break;
+    case HeapType::Script: {
+        auto* script = static_cast<Script*>(object);
+        for (Value slot : script->slots)
+            mark(slot);
+        mark(script->name);
+        mark(script->parent);
+        mark(script->outer);
+        break;
+    }
+    case HeapType::Environment: {
+        auto* environment = static_cast<Environment*>(object);
+        for (Value value : environment->values)
+            mark(value);
+        mark(environment->outer);
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+void Heap::collect() {
+    mMarkRoots(*this);
+    for (const Value* root : mRoots)
+        mark(*root);
+    while (!mGray.empty()) {
+        HeapObject* object = mGray.back();
+        mGray.pop_back();
+        scan(object);
+    }
+    // Interned names are never freed, but may have been marked.
+    for (auto& [key, symbol] : mSymbols)
+        symbol->marked = false;
+    for (auto& [key, name] : mEventNames)
+        name->marked = false;
+
+    std::size_t live = 0, kept = 0;
+    for (HeapObject* object : mObjects) {
+        if (!object->marked) {
+            release(object);
+            continue;
+        }
+        object->marked = false;
+        mObjects[kept++] = object;
+        live += sizeOf(object->type);
+        if (object->type == HeapType::List)
+            live += static_cast<List*>(object)->capacity * sizeof(Value);
+        else if (object->type == HeapType::Text)
+            live += static_cast<Text*>(object)->length * sizeof(char16_t);
+        else if (object->type == HeapType::Record)
+            live += static_cast<Record*>(object)->entries.capacity() * sizeof(Record::Entry);
+    }
+    mObjects.resize(kept);
+    mAllocated = live;
+    mThreshold = std::max<std::size_t>(std::size_t(16) << 20, live * 2);
+    ++mCollections;
+}
+
+} // namespace quoddle

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// The heap of one machine: precise mark and sweep.
+//
+// Decision: collection happens only at safe points, when the machine asks for it between two instructions; making an object never collects. Native code may
+// therefore hold values in C++ variables freely, as long as it does not run script code in between; where it does, it roots them with a Root. Price: one instruction
+// that makes very much garbage is not collected before it ends.
+//
+// Roots are what the owner marks in its callback, the Roots that are alive, and the interned names. Not thread-safe: the interpreter lock guards it.
+#pragma once
+
+#include "platform/applescript/machine/HeapObject.h"
+
+#include <functional>
+
+namespace quoddle {
+
+class Heap {
+public:
+    explicit Heap(std::function<void(Heap&)> markRoots);
+    ~Heap();
+    Heap(const Heap&) = delete;
+    Heap& operator=(const Heap&) = delete;
+
+    // Interned names live as long as the heap.
+    Symbol* symbol(std::string_view key, std::string_view spelling = {});
+    EventName* eventName(std::string_view bytes);
+
+    Text* text(std::u16string_view characters);
+    Text* text(std::string_view ascii);
+    /// A text over part of another's characters; shares them.
+    Text* substring(const Text* text, std::size_t start, std::size_t length);
+    /// The two in one. Takes the room behind `left` when nothing stands there yet, so that appending in a loop costs what is appended.
+    /// Null when the result would be longer than kMaximumTextLength.
+    Text* concatenate(const Text* left, std::u16string_view right);
+    List* list(std::size_t capacity = 0);
+    Record* record();
+    template<class T, class... Arguments>
+    T* make(Arguments&&... arguments) {
+        T* object = new (allocate(sizeof(T))) T(std::forward<Arguments>(arguments)...);
+        mObjects.push_back(object);
+        return object;
+    }
+
+    /// Memory that objects own besides themselves, for the pace of collection.
+    void charge(std::size_t bytes) { mAllocated += bytes; }
+    static constexpr std::size_t kMaximumTextLength = std::size_t(1) << 28; // UTF-16 units
+    static constexpr std::size_t kMaximumListLength = std::size_t(1) << 27;
+
+    /// False when the list would become longer than kMaximumListLength.
+    [[nodiscard]] bool append(List* list, Value value);
+    [[nodiscard]] bool reserve(List* list, std::size_t capacity);
+
+    bool wantsCollection() const { return mAllocated >= mThreshold; }
+    void collect();
+    void mark(Value value) {
+        if (value.isObject())
+            mark(value.asObject());
+    }
+    void mark(HeapObject* object) {
+        if (object && !object->marked) {
+            object->marked = true;
+            mGray.push_back(object);
+        }
+    }
+    /// Bytes in use as far as they were charged; exact after a collection.
+    std::size_t allocated() const { return mAllocated; }
+    std::size_t collections() const { return mCollections; }
+
+    class Root;
+
+private:
+    void* allocate(std::size_t size);
+    void scan(HeapObject* object);
+    void release(HeapObject* object);
+
+    std::function<void(Heap&)> mMarkRoots;
+    std::vector<HeapObject*> mObjects;
+    std::vector<HeapObject*> mGray;
+    std::vector<const Value*> mRoots;
+    std::unordered_map<std::string, Symbol*> mSymbols;
+    std::unordered_map<std::string, EventName*> mEventNames;
+    void* mFree[8] = {}; // per size class of 16 bytes
+    std::vector<std::unique_ptr<char[]>> mBlocks;
+    std::size_t mAllocated = 0;
+    std::size_t mThreshold = std::size_t(16) << 20;
+    std::size_t mCollections = 0;
+};
+
+/// Keeps a value alive while script code runs inside native code. Strictly nested.
+class Heap::Root {
+public:
+    Root(Heap& heap, Value value) : mHeap(heap), mValue(value) { mHeap.mRoots.push_back(&mValue); }
+    ~Root() { mHeap.mRoots.pop_back(); }
+    Root(const Root&) = delete;
+    Root& operator=(const Root&) = delete;
+
+    Value get() const { return mValue; }
+    void set(Value value) { mValue = value; }
+
+private:
+    Heap& mHeap;
+    Value mValue;
+};
+
+} // namespace quoddle

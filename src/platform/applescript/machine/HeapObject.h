@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: MIT
+// What lives in the heap of a machine. Plain records: the operations on them are in language/, their life is the Heap's.
+//
+// Objects never move. Only the Heap makes and frees them; a pointer held outside a value that the collector can reach must not be kept across a safe point
+// (see Heap.h).
+#pragma once
+
+#include "platform/applescript/image/Object.h"
+#include "platform/applescript/machine/Value.h"
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace quoddle {
+
+enum class HeapType : std::uint8_t {
+    Symbol,
+    EventName,
+    Text,
+    List,
+    Record,
+    Date,
+    Data,
+    Application,
+    Specifier,
+    Handler,
+    Script,
+    Environment,
+    Stored,
+};
+
+struct HeapObject {
+    HeapType type;
+    bool marked = false;
+    std::uint8_t flags = 0;
+
+    explicit HeapObject(HeapType heapType) : type(heapType) {}
+};
+
+/// A user identifier. Interned, so two symbols are the same name exactly when they are the same object.
+struct Symbol : HeapObject {
+    static constexpr HeapType kType = HeapType::Symbol;
+    std::string key; // UTF-8, as compared
+    std::string spelling;
+
+    Symbol(std::string_view symbolKey, std::string_view symbolSpelling) : HeapObject(kType), key(symbolKey), spelling(symbolSpelling) {}
+};
+
+/// The name of a command: class and ID. Interned.
+struct EventName : HeapObject {
+    static constexpr HeapType kType = HeapType::EventName;
+    FourCharCode eventClass;
+    FourCharCode eventID;
+    std::string bytes; // the 24 bytes as first met
+
+    EventName(std::string_view eventBytes)
+        : HeapObject(kType), eventClass(fourCharCode(eventBytes.substr(0, 4))), eventID(fourCharCode(eventBytes.substr(4, 4))), bytes(eventBytes) {}
+};
+
+/// Room for characters that several texts share: a text that grows at the end of its buffer takes the room behind it.
+struct TextBuffer {
+    std::uint32_t references;
+    std::uint32_t used;
+    std::uint32_t capacity;
+    char16_t* characters() { return reinterpret_cast<char16_t*>(this + 1); }
+};
+
+/// Immutable UTF-16 text.
+struct Text : HeapObject {
+    static constexpr HeapType kType = HeapType::Text;
+    enum Flags : std::uint8_t {
+        kKnownSimple = 1,  // every unit is a character of its own
+        kKnownComplex = 2, // some characters take several units
+    };
+    std::uint32_t length;
+    const char16_t* characters;
+    TextBuffer* buffer; // owned share; null for an empty text
+
+    Text() : HeapObject(kType), length(0), characters(u""), buffer(nullptr) {}
+    std::u16string_view view() const { return {characters, length}; }
+};
+
+struct List : HeapObject {
+    static constexpr HeapType kType = HeapType::List;
+    enum Flags : std::uint8_t { kLinked = 1 }; // written [a, b]
+    std::uint32_t count = 0;
+    std::uint32_t capacity = 0;
+    Value* items = nullptr;
+
+    List() : HeapObject(kType) {}
+};
+
+struct Record : HeapObject {
+    static constexpr HeapType kType = HeapType::Record;
+    struct Entry {
+        Value key; // a code or a symbol
+        Value value;
+    };
+    std::vector<Entry> entries;
+
+    Record() : HeapObject(kType) {}
+    Entry* find(Value key) {
+        for (Entry& entry : entries)
+            if (entry.key == key)
+                return &entry;
+        return nullptr;
+    }
+};
+
+/// Seconds since 1904-01-01 00:00, local time.
+struct Date : HeapObject {
+    static constexpr HeapType kType = HeapType::Date;
+    std::int64_t seconds;
+
+    explicit Date(std::int64_t value) : HeapObject(kType), seconds(value) {}
+};
+
+/// Bytes with a descriptor type: aliases, files and everything that only applications understand.
+struct Data : HeapObject {
+    static constexpr HeapType kType = HeapType::Data;
+    FourCharCode dataType;
+    std::string bytes;
+
+    Data(FourCharCode descriptorType, std::string_view content) : HeapObject(kType), dataType(descriptorType), bytes(content) {}
+};
+
+struct Application : HeapObject {
+    static constexpr HeapType kType = HeapType::Application;
+    std::u16string name;       // as written, without ".app"; empty: the current application
+    std::u16string identifier; // of "application id"; empty otherwise
+    const Object* literal = nullptr; // the stored form it was read from, if any
+
+    Application() : HeapObject(kType) {}
+};
+
+/// A reference to something in a container: raw, as an expression builds it, or a reference value, which is stored and passed like any other value.
+struct Specifier : HeapObject {
+    static constexpr HeapType kType = HeapType::Specifier;
+    enum Flags : std::uint8_t { kIsReference = 1 };
+    enum class Form : std::uint8_t { Property, Every, Some, Element, ElementByKey, Filter, Range, Before, After, Beginning, End, Middle, Examined, Test, Quoted };
+    Form form;
+    Value container; // Test: left
+    Value a;         // property or class; Test: operator as an integer, or the Filter's test
+    Value b;         // index, name, key or first boundary; Test: right
+    Value c;         // key form or second boundary
+
+    Specifier(Form specifierForm, Value holder, Value first, Value second, Value third)
+        : HeapObject(kType), form(specifierForm), container(holder), a(first), b(second), c(third) {}
+};
+
+struct Code;
+
+/// A handler, not bound to the script that holds it.
+struct Handler : HeapObject {
+    static constexpr HeapType kType = HeapType::Handler;
+    const Object* source;
+    std::shared_ptr<ObjectStore> store; // keeps `source`
+    Code* code = nullptr;               // made at the first call; owned
+
+    Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore);
+    ~Handler();
+    Handler(const Handler&) = delete;
+    Handler& operator=(const Handler&) = delete;
+};
+
+/// The locals of a handler that script objects inside it use. Scopes are linked outwards through `outer`.
+struct Environment : HeapObject {
+    static constexpr HeapType kType = HeapType::Environment;
+    HeapObject* outer;
+    std::vector<Value> values;
+
+    Environment(HeapObject* outerScope, std::size_t count) : HeapObject(kType), outer(outerScope), values(count) {}
+};
+
+/// The names of a script's slots. Shared by the scripts that one definition makes, until one of them gets a slot of its own.
+struct Layout {
+    Layout() = default;
+    Layout(const Layout& other) : names(other.names), indexes(other.indexes) {}
+
+    std::uint32_t id = ++sLastID; // never reused: caches compare it
+    std::vector<Value> names;
+    std::unordered_map<std::uint64_t, std::uint32_t> indexes;
+
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+    std::uint32_t find(Value name) const {
+        auto entry = indexes.find(name.bits());
+        return entry == indexes.end() ? kNone : entry->second;
+    }
+    std::uint32_t add(Value name) {
+        auto [entry, isNew] = indexes.try_emplace(name.bits(), static_cast<std::uint32_t>(names.size()));
+        if (isNew)
+            names.push_back(name);
+        return entry->second;
+    }
+
+private:
+    static inline std::atomic<std::uint32_t> sLastID{0};
+};
+
+struct Script : HeapObject {
+    static constexpr HeapType kType = HeapType::Script;
+    std::shared_ptr<Layout> layout;
+    std::vector<Value> slots; // as many as the layout has names
+    Value name;
+    Value parent; // undefined: the AppleScript object
+    HeapObject* outer = nullptr; // the scope around the definition: an environment or a script
+    const Object* tree = nullptr;
+    std::shared_ptr<ObjectStore> store; // keeps `tree`
+
+    Script() : HeapObject(kType), layout(std::make_shared<Layout>()) {}
+    Value* find(Value slotName) {
+        const std::uint32_t index = layout->find(slotName);
+        return index == Layout::kNone ? nullptr : &slots[index];
+    }
+    /// Adds the slot when it is new.
+    void set(Value slotName, Value value);
+};
+
+/// A stored object that a script passes about as a value (the tree of a script definition, an unusual literal).
+struct Stored : HeapObject {
+    static constexpr HeapType kType = HeapType::Stored;
+    const Object* object;
+
+    explicit Stored(const Object* stored) : HeapObject(kType), object(stored) {}
+};
+
+template<class T>
+inline bool is(Value value) {
+    return value.isObject() && value.asObject()->type == T::kType;
+}
+
+/// Null when the value is something else.
+template<class T>
+inline T* as(Value value) {
+    return is<T>(value) ? static_cast<T*>(value.asObject()) : nullptr;
+}
+
+} // namespace quoddle

@@ -1,0 +1,373 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/machine/Loader.h"
+
+#include "platform/applescript/image/Block.h"
+#include "platform/base/Text.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::size_t kMaximumDepth = 1500;
+constexpr std::uint8_t kDescriptorTag = 13; // type code and data
+constexpr std::uint8_t kApplicationTag = 8;
+
+std::int64_t integerAt(std::string_view bytes, std::size_t at, std::size_t size) {
+    std::uint64_t value = 0;
+    for (std::size_t i = at; i < at + size && i < bytes.size(); ++i)
+        value = value << 8 | static_cast<unsigned char>(bytes[i]);
+    return static_cast<std::int64_t>(value);
+}
+
+/// The name of the application that an alias record or a URL leads to, without ".app".
+std::u16string applicationName(std::string_view target, FourCharCode kind) {
+    std::u16string name;
+    if (kind == "alis"_4cc && target.size() > 51) {
+        const std::size_t length = std::min<std::size_t>(static_cast<unsigned char>(target[50]), target.size() - 51);
+        name = utf16FromMacRoman(target.substr(51, length));
+    } else {
+        name = utf16FromSourceBytes(target);
+    }
+    if (name.ends_with(u".app"))
+        name.resize(name.size() - 4);
+    return name;
+}
+
+struct FormRow {
+    std::uint8_t tag;
+    Specifier::Form form;
+    std::size_t children;
+};
+constexpr FormRow kForms[] = {
+    {block::Property, Specifier::Form::Property, 2},
+    {block::Every, Specifier::Form::Every, 2},
+    {block::Some, Specifier::Form::Some, 2},
+    {block::Element, Specifier::Form::Element, 3},
+    {block::ElementByKey, Specifier::Form::ElementByKey, 4},
+    {block::Filter, Specifier::Form::Filter, 2},
+    {block::Range, Specifier::Form::Range, 4},
+    {28, Specifier::Form::Before, 2},
+    {29, Specifier::Form::After, 2},
+    {30, Specifier::Form::Beginning, 1},
+    {31, Specifier::Form::End, 1},
+    {32, Specifier::Form::Middle, 2},
+};
+
+} // namespace
+
+// --- Loading
+
+Value Loader::load(const Object* object) {
+    if (++mDepth > kMaximumDepth) {
+        --mDepth;
+        return {};
+    }
+    Value value;
+    switch (object->kind) {
+    case ObjectKind::Nil:
+        break;
+    case ObjectKind::Boolean:
+        value = Value::boolean(object->boolean);
+        break;
+    case ObjectKind::Integer:
+        value = fitsInteger(object->integer) ? Value::integer(object->integer) : Value::real(object->integer);
+        break;
+    case ObjectKind::Real:
+        value = Value::real(object->real);
+        break;
+    case ObjectKind::Code:
+        value = loadCode(object);
+        break;
+    case ObjectKind::Identifier:
+        value = Value::object(mMachine.heap().symbol(object->bytes, object->spelledName()));
+        break;
+    case ObjectKind::Text:
+        value = Value::object(mMachine.heap().text(object->text));
+        break;
+    case ObjectKind::Data:
+        value = loadData(object);
+        break;
+    case ObjectKind::List:
+        value = loadList(object->children, 0);
+        break;
+    case ObjectKind::Record: {
+        Record* record = mMachine.heap().record();
+        for (std::size_t i = 0; i + 1 < object->children.size(); i += 2)
+            record->entries.push_back({load(object->children[i]), load(object->children[i + 1])});
+        value = Value::object(record);
+        break;
+    }
+    case ObjectKind::Block:
+        value = loadBlock(object);
+        break;
+    case ObjectKind::Raw:
+    case ObjectKind::Vector:
+    case ObjectKind::Node:
+        value = Value::object(mMachine.heap().make<Stored>(object));
+        break;
+    }
+    --mDepth;
+    return value;
+}
+
+Value Loader::loadCode(const Object* object) {
+    if (object->isCode(CodeTag::Event))
+        return Value::object(mMachine.heap().eventName(object->bytes));
+    if (!object->isCode(CodeTag::Constant))
+        return Value::code(object->code());
+    const FourCharCode enumeration = object->code(0), value = object->code(1);
+    if (enumeration == "boov"_4cc)
+        return Value::boolean(value == "true"_4cc);
+    if (enumeration == "misc"_4cc && value == "cura"_4cc)
+        return Value::object(mMachine.heap().make<Application>());
+    return Value::constant(value, mMachine.enumeration(enumeration));
+}
+
+Value Loader::loadList(std::span<Object* const> items, std::uint8_t flags) {
+    List* list = mMachine.heap().list(items.size());
+    for (std::size_t i = 0; i < items.size(); ++i)
+        list->items[i] = load(items[i]);
+    list->count = static_cast<std::uint32_t>(items.size());
+    list->flags = flags;
+    return Value::object(list);
+}
+
+Value Loader::loadData(const Object* object) {
+    if (object->tag == kApplicationTag)
+        return loadApplication(object);
+    if (object->tag != kDescriptorTag || object->bytes.size() < 4)
+        return Value::object(mMachine.heap().make<Stored>(object));
+    const FourCharCode type = fourCharCode(object->bytes.substr(0, 4));
+    const std::string_view bytes = object->bytes.substr(4);
+    if (type == "ldt "_4cc && bytes.size() == 8)
+        return Value::object(mMachine.heap().make<Date>(integerAt(bytes, 0, 8)));
+    return Value::object(mMachine.heap().make<Data>(type, bytes));
+}
+
+Value Loader::loadApplication(const Object* object) {
+    Application* application = mMachine.heap().make<Application>();
+    application->literal = object;
+    if (object->bytes.size() > 94)
+        application->name = applicationName(object->bytes.substr(94), fourCharCode(object->bytes.substr(90, 4)));
+    return Value::object(application);
+}
+
+Value Loader::loadSpecifier(const Object* object) {
+    for (const FormRow& row : kForms) {
+        if (row.tag != object->tag || object->children.size() != row.children)
+            continue;
+        Value parts[4];
+        for (std::size_t i = 0; i < row.children; ++i)
+            parts[i] = load(object->children[i]);
+        return Value::object(mMachine.heap().make<Specifier>(row.form, parts[0], parts[1], parts[2], parts[3]));
+    }
+    return Value::object(mMachine.heap().make<Stored>(object));
+}
+
+Value Loader::loadBlock(const Object* object) {
+    switch (object->tag) {
+    case block::List: {
+        if (object->children.size() != 2 || object->children[0]->kind != ObjectKind::Integer)
+            return {};
+        auto items = object->children[1]->children;
+        const auto count = static_cast<std::size_t>(std::max(0, object->children[0]->integer));
+        return loadList(items.subspan(0, std::min(items.size(), count)), 0);
+    }
+    case block::Script:
+        return loadScript(object);
+    case block::Handler:
+    case block::Closure:
+        return Value::object(mMachine.heap().make<Handler>(object, mStore));
+    case block::Examined:
+        return Value::object(mMachine.heap().make<Specifier>(Specifier::Form::Examined, Value(), Value(), Value(), Value()));
+    case block::Reference: {
+        const Value inner = object->children.size() == 1 ? load(object->children[0]) : Value();
+        if (is<Specifier>(inner))
+            inner.asObject()->flags |= Specifier::kIsReference;
+        return inner;
+    }
+    default:
+        return loadSpecifier(object);
+    }
+}
+
+Value Loader::loadScript(const Object* object) {
+    if (object->children.size() < block::kScriptChildren)
+        return Value::object(mMachine.appleScript());
+    if (auto known = mScripts.find(object); known != mScripts.end())
+        return known->second;
+    Script* script = mMachine.heap().make<Script>();
+    const Value value = Value::object(script);
+    mScripts[object] = value;
+    script->store = mStore;
+    script->name = load(object->children[block::kScriptName]);
+    script->tree = object->children[block::kScriptTree]->isNil() ? nullptr : object->children[block::kScriptTree];
+    const Value parent = load(object->children[block::kScriptParent]);
+    script->parent = parent == Value::object(mMachine.appleScript()) ? Value() : parent;
+
+    auto table = object->children[block::kScriptTable]->children;
+    auto names = table.size() > 1 ? table[1]->children : std::span<Object*>();
+    for (std::size_t i = 0; i < names.size() && i + 2 < table.size(); ++i) {
+        // Handlers address slots by their place, so a place without a name stays one.
+        if (names[i]->isNil())
+            script->layout->names.emplace_back();
+        else
+            script->layout->indexes.try_emplace(load(names[i]).bits(), static_cast<std::uint32_t>(script->layout->names.size())),
+                script->layout->names.push_back(load(names[i]));
+        script->slots.push_back(load(table[i + 2]));
+        if (Script* inner = as<Script>(script->slots.back()); inner && !inner->outer && inner != mMachine.appleScript())
+            inner->outer = script;
+    }
+    for (std::size_t i = 0; i < script->layout->names.size(); ++i)
+        if (script->layout->names[i] == Value::code("pare"_4cc) && is<Script>(script->slots[i]))
+            script->parent = script->slots[i];
+    return value;
+}
+
+// --- Saving
+
+Object* Saver::save(Value value, bool runOnly) {
+    mRunOnly = runOnly;
+    Object* object = saveValue(value);
+    return mStatus == noErr ? object : nullptr;
+}
+
+Object* Saver::saveValue(Value value) {
+    if (value.isUndefined() || mStatus != noErr)
+        return mStore->nil();
+    if (value.isBoolean())
+        return mStore->constant("boov"_4cc, value.isTrue() ? "true"_4cc : "fals"_4cc);
+    if (value.isInteger())
+        return mStore->integer(value.asInteger());
+    if (value.isReal())
+        return mStore->real(value.asReal());
+    if (value.isCode())
+        return mStore->code(value.asCode());
+    if (value.isConstant()) {
+        const FourCharCode enumeration = mMachine.enumerationCode(value.enumeration());
+        return enumeration ? mStore->constant(enumeration, value.asCode()) : mStore->code(value.asCode());
+    }
+    if (++mDepth > kMaximumDepth)
+        mStatus = errOSADataBlockTooLarge;
+    Object* object = mStatus == noErr ? saveObject(value.asObject()) : mStore->nil();
+    --mDepth;
+    return object;
+}
+
+Object* Saver::saveObject(HeapObject* object) {
+    if (auto saved = mSaved.find(object); saved != mSaved.end())
+        return saved->second;
+    switch (object->type) {
+    case HeapType::Symbol: {
+        const auto* symbol = static_cast<const Symbol*>(object);
+        return mStore->identifier(symbol->key, symbol->spelling);
+    }
+    case HeapType::EventName:
+        return mStore->event(static_cast<const EventName*>(object)->bytes);
+    case HeapType::Text:
+        return mSaved[object] = mStore->text(static_cast<const Text*>(object)->view());
+    case HeapType::List: {
+        const auto* list = static_cast<const List*>(object);
+        Object* storage = mStore->unfinished(ObjectKind::Block, block::Storage, list->count);
+        Object* saved = mSaved[object] =
+            mStore->block(block::List, {mStore->integer(static_cast<std::int32_t>(list->count)), list->count ? storage : mStore->nil()});
+        for (std::uint32_t i = 0; i < list->count; ++i)
+            storage->children[i] = saveValue(list->items[i]);
+        return saved;
+    }
+    case HeapType::Record:
+        return saveRecord(static_cast<const Record*>(object));
+    case HeapType::Date: {
+        std::string bytes = "ldt ";
+        for (int shift = 56; shift >= 0; shift -= 8)
+            bytes += static_cast<char>(static_cast<std::uint64_t>(static_cast<const Date*>(object)->seconds) >> shift & 0xFF);
+        return mStore->data(kDescriptorTag, bytes);
+    }
+    case HeapType::Data: {
+        const auto* data = static_cast<const Data*>(object);
+        return mStore->data(kDescriptorTag, bytesOf(data->dataType) + data->bytes);
+    }
+    case HeapType::Application: {
+        const auto* application = static_cast<const Application*>(object);
+        if (application->literal)
+            return const_cast<Object*>(application->literal);
+        return mStore->constant("misc"_4cc, "cura"_4cc);
+    }
+    case HeapType::Specifier:
+        return saveSpecifier(static_cast<const Specifier*>(object));
+    case HeapType::Handler:
+        return saveHandler(static_cast<const Handler*>(object));
+    case HeapType::Script:
+        return saveScript(static_cast<Script*>(object));
+    case HeapType::Stored:
+        return const_cast<Object*>(static_cast<const Stored*>(object)->object);
+    case HeapType::Environment:
+        break;
+    }
+    return mStore->nil();
+}
+
+Object* Saver::saveRecord(const Record* record) {
+    std::vector<Object*> entries;
+    for (const Record::Entry& entry : record->entries) {
+        entries.push_back(saveValue(entry.key));
+        entries.push_back(saveValue(entry.value));
+    }
+    return mStore->record(entries);
+}
+
+Object* Saver::saveHandler(const Handler* handler) {
+    if (!mRunOnly)
+        return const_cast<Object*>(handler->source);
+    std::vector<Object*> children(handler->source->children.begin(), handler->source->children.end());
+    children[block::kTree] = mStore->nil();
+    Object* saved = mSaved[handler] = mStore->block(handler->source->tag, children);
+    // Handlers and initialisers inside are literals of the code.
+    Object* literals = children[block::kLiterals];
+    std::vector<Object*> inner(literals->children.begin(), literals->children.end());
+    for (Object*& literal : inner)
+        if (literal->isBlock(block::Handler) || literal->isBlock(block::Closure)) {
+            Handler nested(literal, handler->store);
+            if (++mDepth < kMaximumDepth)
+                literal = saveHandler(&nested);
+            --mDepth;
+            mSaved.erase(&nested);
+        }
+    saved->children[block::kLiterals] = mStore->vector(inner);
+    return saved;
+}
+
+Object* Saver::saveSpecifier(const Specifier* specifier) {
+    for (const FormRow& row : kForms) {
+        if (row.form != specifier->form)
+            continue;
+        const Value parts[] = {specifier->container, specifier->a, specifier->b, specifier->c};
+        std::vector<Object*> children;
+        for (std::size_t i = 0; i < row.children; ++i)
+            children.push_back(saveValue(parts[i]));
+        Object* saved = mStore->block(row.tag, children);
+        return specifier->flags & Specifier::kIsReference ? mStore->block(block::Reference, {saved}) : saved;
+    }
+    return mStore->block(block::Examined, {});
+}
+
+Object* Saver::saveScript(Script* script) {
+    if (script == mMachine.appleScript())
+        return mSaved[script] = mStore->block(block::Script, {});
+    Object* saved = mSaved[script] = mStore->unfinished(ObjectKind::Block, block::Script, block::kScriptChildren);
+    saved->children[block::kScriptName] = saveValue(script->name);
+    if (script->tree && !mRunOnly)
+        saved->children[block::kScriptTree] = const_cast<Object*>(script->tree);
+    saved->children[block::kScriptParent] = script->parent.isUndefined() ? saveValue(Value::object(mMachine.appleScript())) : saveValue(script->parent);
+    Object* names = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size());
+    Object* table = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size() + 2);
+    table->children[1] = names;
+    for (std::size_t i = 0; i < script->slots.size(); ++i) {
+        names->children[i] = saveValue(script->layout->names[i]);
+        table->children[i + 2] = saveValue(script->slots[i]);
+    }
+    saved->children[block::kScriptTable] = table;
+    return saved;
+}
+
+} // namespace quoddle

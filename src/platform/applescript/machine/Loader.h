@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// Between stored objects and the values of a machine: loading and saving.
+#pragma once
+
+#include "platform/applescript/machine/Machine.h"
+
+namespace quoddle {
+
+/// Makes values of stored objects. What was not recognised becomes a Stored value. One loader keeps the identity of the scripts it has met.
+class Loader {
+public:
+    Loader(Machine& machine, std::shared_ptr<ObjectStore> store) : mMachine(machine), mStore(std::move(store)) {}
+
+    Value load(const Object* object);
+
+private:
+    Value loadCode(const Object* object);
+    Value loadBlock(const Object* object);
+    Value loadData(const Object* object);
+    Value loadApplication(const Object* object);
+    Value loadScript(const Object* object);
+    Value loadList(std::span<Object* const> items, std::uint8_t flags);
+    Value loadSpecifier(const Object* object);
+
+    Machine& mMachine;
+    std::shared_ptr<ObjectStore> mStore;
+    std::unordered_map<const Object*, Value> mScripts;
+    std::size_t mDepth = 0;
+};
+
+/// Makes stored objects of values. The result refers to the trees and handlers that the scripts were loaded from; it must be written before
+/// any of them goes.
+class Saver {
+public:
+    explicit Saver(Machine& machine) : mMachine(machine), mStore(std::make_shared<ObjectStore>()) {}
+
+    /// With `runOnly` no tree is saved. Null when a value nests too deeply or cannot be saved; `status` says why.
+    Object* save(Value value, bool runOnly);
+    OSStatus status() const { return mStatus; }
+
+private:
+    Object* saveValue(Value value);
+    Object* saveObject(HeapObject* object);
+    Object* saveScript(Script* script);
+    Object* saveHandler(const Handler* handler);
+    Object* saveSpecifier(const Specifier* specifier);
+    Object* saveRecord(const Record* record);
+
+    Machine& mMachine;
+    std::shared_ptr<ObjectStore> mStore;
+    std::unordered_map<const HeapObject*, Object*> mSaved;
+    std::size_t mDepth = 0;
+    bool mRunOnly = false;
+    OSStatus mStatus = noErr;
+};
+
+} // namespace quoddle

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/machine/Machine.h"
+
+#include "platform/applescript/language/ErrorTexts.h"
+#include "platform/applescript/language/LanguageObject.h"
+#include "platform/applescript/machine/Interpreter.h"
+#include "platform/applescript/machine/Loader.h"
+#include "platform/applescript/machine/Ticker.h"
+#include "platform/applescript/machine/Translator.h"
+
+#include <algorithm>
+#include <new>
+#include <sys/mman.h>
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::size_t kStackValues = std::size_t(8) << 20; // reserved; memory is taken as it is touched
+
+Value loadLiteral(void* context, const Object* literal, const std::shared_ptr<ObjectStore>& store) {
+    return static_cast<Machine*>(context)->literal(literal, store);
+}
+
+} // namespace
+
+Machine::Machine(Host host) : mHost(std::move(host)), mHeap([this](Heap& heap) { markRoots(heap); }) {
+    void* memory = mmap(nullptr, kStackValues * sizeof(Value), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (memory == MAP_FAILED)
+        throw std::bad_alloc();
+    mStack = mStackTop = static_cast<Value*>(memory);
+    mStackEnd = mStack + kStackValues;
+    mFrames.reserve(kMaximumCalls + 1); // frames are referred to while further ones are pushed
+    mAppleScript = language::makeLanguageObject(*this);
+}
+
+Machine::~Machine() {
+    munmap(mStack, kStackValues * sizeof(Value));
+}
+
+void Machine::markRoots(Heap& heap) {
+    for (const Value* value = mStack; value < mStackTop; ++value)
+        heap.mark(*value);
+    for (const Frame& frame : mFrames) {
+        heap.mark(const_cast<Handler*>(frame.handler));
+        heap.mark(frame.owner);
+        heap.mark(frame.scope);
+        heap.mark(frame.me);
+        heap.mark(frame.it);
+        heap.mark(frame.result);
+    }
+    for (Value value : {mError.message, mError.offending, mError.partialResult, mError.expectedType, mError.application})
+        heap.mark(value);
+    heap.mark(mAppleScript);
+    if (mMarkOwner)
+        mMarkOwner(heap);
+}
+
+Code* Machine::codeOf(Handler* handler) {
+    if (!handler->code)
+        handler->code = translate(*handler, mHeap, loadLiteral, this, Interpreter::labels()).release();
+    return handler->code;
+}
+
+Value Machine::literal(const Object* object, const std::shared_ptr<ObjectStore>& store) {
+    return Loader(*this, store).load(object);
+}
+
+std::uint16_t Machine::enumeration(FourCharCode code) {
+    auto known = std::find(mEnumerations.begin(), mEnumerations.end(), code);
+    if (known != mEnumerations.end())
+        return static_cast<std::uint16_t>(known - mEnumerations.begin());
+    if (mEnumerations.size() >= 0x7FFF)
+        return 0;
+    mEnumerations.push_back(code);
+    return static_cast<std::uint16_t>(mEnumerations.size() - 1);
+}
+
+Value Machine::raise(OSStatus number, std::u16string_view message, Value offending, Value expectedType) {
+    mError = ScriptError();
+    mError.number = number;
+    mError.message = Value::object(mHeap.text(message));
+    mError.offending = offending;
+    mError.expectedType = expectedType;
+    return Value::failure();
+}
+
+bool Machine::yield() {
+    mInterrupted.store(false, std::memory_order_relaxed);
+    const OSStatus status = mHost.active ? mHost.active(*this) : noErr;
+    if (status == noErr)
+        return true;
+    raise(status, language::messageFor(status));
+    return false;
+}
+
+Script* Machine::parentOf(Script* script) {
+    if (script == mAppleScript)
+        return nullptr;
+    if (script->parent.isUndefined())
+        return mAppleScript;
+    return as<Script>(script->parent);
+}
+
+Value* Machine::findSlot(Script* script, Value name, Script** holder) {
+    for (int limit = 0; script && limit < 1000; ++limit) { // a parent may have been set to a child
+        if (Value* slot = script->find(name)) {
+            if (holder)
+                *holder = script;
+            return slot;
+        }
+        script = parentOf(script);
+    }
+    return nullptr;
+}
+
+/// One run inside native code, or the outermost one.
+class Machine::Run {
+public:
+    explicit Run(Machine& machine) : mMachine(machine), mTop(machine.mStackTop) {
+        if (mMachine.mNestedRuns++ == 0)
+            Ticker::shared().add(&mMachine);
+        if (!mMachine.mFrames.empty()) {
+            const Frame& frame = mMachine.mFrames.back();
+            mMachine.mStackTop = std::max(mMachine.mStackTop, frame.registers + frame.handler->code->frameSize);
+        }
+    }
+    ~Run() {
+        mMachine.mStackTop = mTop;
+        if (--mMachine.mNestedRuns == 0)
+            Ticker::shared().remove(&mMachine);
+    }
+    bool isTooDeep() const { return mMachine.mNestedRuns > kMaximumNestedRuns; }
+
+private:
+    Machine& mMachine;
+    Value* mTop;
+};
+
+Value Machine::callHandler(Script* script, Value handlerName, std::span<const Value> arguments) {
+    Script* holder = nullptr;
+    const Value* slot = findSlot(script, handlerName, &holder);
+    Handler* handler = slot ? as<Handler>(*slot) : nullptr;
+    if (!handler)
+        return raise(errAEEventNotHandled, language::messageFor(errAEEventNotHandled));
+    return callHandler(holder, Value::object(script), handler, arguments, Value(), {});
+}
+
+Value Machine::callHandler(Script* owner, Value me, Handler* handler, std::span<const Value> positional, Value direct, std::span<const Argument> labels) {
+    Run run(*this);
+    if (run.isTooDeep())
+        return raise(errOSAStackOverflow, language::messageFor(errOSAStackOverflow));
+    Interpreter interpreter(*this);
+    mInterrupted.store(true, std::memory_order_relaxed); // the host hears of the beginning, too
+    if (!interpreter.pushFrame({handler, owner, me}, mStackTop, true))
+        return Value::failure();
+    const Frame& frame = mFrames.back();
+    const bool isCommand = !direct.isUndefined() || !labels.empty() || positional.empty();
+    if (!interpreter.bind(positional, direct, labels, isCommand && positional.empty())) {
+        mFrames.pop_back();
+        return Value::failure();
+    }
+    mStackTop = frame.registers + frame.handler->code->frameSize;
+    return interpreter.run();
+}
+
+Value Machine::makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store) {
+    Run run(*this);
+    if (run.isTooDeep())
+        return raise(errOSAStackOverflow, language::messageFor(errOSAStackOverflow));
+    Interpreter interpreter(*this);
+    Script* script = mHeap.make<Script>();
+    script->name = name;
+    script->tree = tree;
+    script->store = std::move(store);
+    for (Value slotName : codeOf(initialiser)->localNames)
+        script->layout->add(slotName);
+    script->slots.resize(script->layout->names.size());
+    if (!interpreter.pushFrame({initialiser, script, Value::object(script)}, mStackTop, true))
+        return Value::failure();
+    mFrames.back().scope = script;
+    return interpreter.run();
+}
+
+} // namespace quoddle

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+// The running machine of one scripting component: heap, stack, frames, and what a running script can change about them.
+//
+// Decision: script calls never recurse on the C++ stack. Frames lie in a vector, registers in one reserved stretch of memory, so that 10,000 calls deep is nothing
+// special and more is an error. Native code that must run a script while it works itself starts a run inside the run, which is bounded separately.
+//
+// Thread: whoever holds the component's interpreter lock. Only `interrupt` may be called from elsewhere.
+#pragma once
+
+#include "platform/applescript/machine/Code.h"
+#include "platform/applescript/machine/Heap.h"
+
+#include <atomic>
+#include <functional>
+
+namespace quoddle {
+
+/// What a script is told about an error, and what it tells its caller.
+struct ScriptError {
+    OSStatus number = noErr;
+    Value message;  // a text, or undefined
+    Value offending;
+    Value partialResult;
+    Value expectedType;
+    Value application;
+    const Object* handler = nullptr; // the handler block in whose code it arose, if any
+    std::uint32_t offset = 0;        // of the stored instruction in it
+};
+
+/// Considerations of a "considering" statement, in the order of the mask of an Apple event.
+enum Considering : std::uint32_t {
+    kConsiderCase = 0x01,
+    kConsiderDiacriticals = 0x02,
+    kConsiderWhiteSpace = 0x04,
+    kConsiderHyphens = 0x08,
+    kConsiderExpansion = 0x10,
+    kConsiderPunctuation = 0x20,
+    kConsiderReplies = 0x40,
+    kConsiderNumericStrings = 0x80,
+};
+constexpr std::uint32_t kDefaultConsiderations = kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderExpansion | kConsiderPunctuation | kConsiderReplies;
+/// The default time-out of a command to another application, seconds.
+constexpr double kDefaultTimeout = 120;
+
+struct Frame {
+    const Handler* handler = nullptr;
+    const Instruction* next = nullptr; // where it goes on after a call
+    Value* registers = nullptr;
+    Script* owner = nullptr;           // the script whose handler runs
+    HeapObject* scope = nullptr;       // an Environment, or the Script that is being made
+    Value me;
+    Value it;
+    Value result;
+    std::uint32_t considering = kDefaultConsiderations;
+    double timeout = kDefaultTimeout;
+    bool isEntry = false; // the run ends with it
+};
+
+/// A label of a call and its value.
+struct Argument {
+    Value label; // a code or a symbol
+    Value value;
+};
+
+class Machine {
+public:
+    /// The surroundings of a machine, which neither sends nor waits by itself.
+    struct Host {
+        /// Called at least every ten milliseconds while a script runs, the interpreter lock given up. Anything but noErr ends the script with that error.
+        std::function<OSStatus(Machine&)> active;
+        /// A command that no handler and no part of the language took: value, or failure with an error raised.
+        std::function<Value(Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, bool continues)> send;
+        /// What "log" prints.
+        std::function<void(Machine&, Value)> log;
+    };
+
+    explicit Machine(Host host);
+    ~Machine();
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    Heap& heap() { return mHeap; }
+    Host& host() { return mHost; }
+    /// The AppleScript object: the last parent of every script, holder of the text item delimiters, the progress properties and the constants.
+    Script* appleScript() { return mAppleScript; }
+
+    // Running. The values given are safe from collection during the call; the result is safe until the next one.
+    /// Failure when an error was raised; it is then in error().
+    Value callHandler(Script* script, Value handlerName, std::span<const Value> arguments);
+    Value callHandler(Script* owner, Value me, Handler* handler, std::span<const Value> positional, Value direct, std::span<const Argument> labels);
+    /// Runs an initialiser. Failure, or the new script.
+    Value makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store);
+
+    // Errors
+    ScriptError& error() { return mError; }
+    /// Sets the error; always answers failure, to be returned.
+    Value raise(OSStatus number, std::u16string_view message, Value offending = {}, Value expectedType = {});
+
+    // What the innermost frame says
+    std::uint32_t considering() const { return mFrames.empty() ? kDefaultConsiderations : mFrames.back().considering; }
+    double timeout() const { return mFrames.empty() ? kDefaultTimeout : mFrames.back().timeout; }
+    Value me() const { return mFrames.empty() ? Value() : mFrames.back().me; }
+    Value it() const { return mFrames.empty() ? Value() : mFrames.back().it; }
+    Script* owner() const { return mFrames.empty() ? nullptr : mFrames.back().owner; }
+    bool isRunning() const { return !mFrames.empty(); }
+
+    /// Looks for a slot in a script and its parents, the AppleScript object last; `holder` is where it was found. Null when nowhere.
+    Value* findSlot(Script* script, Value name, Script** holder = nullptr);
+    /// The parent of a script as a script; null when it is not one.
+    Script* parentOf(Script* script);
+
+    /// Asks the script to come to a safe point soon. From any thread.
+    void interrupt() { mInterrupted.store(true, std::memory_order_relaxed); }
+    /// Gives the host its turn, as a long native operation should every few milliseconds. False when the script is to end; the error is then set.
+    bool yield();
+
+    /// Names of enumerations that constants carry.
+    std::uint16_t enumeration(FourCharCode code);
+    FourCharCode enumerationCode(std::uint16_t index) const { return mEnumerations[index]; }
+
+    /// Values that live as long as they are marked here.
+    void setRootMarker(std::function<void(Heap&)> marker) { mMarkOwner = std::move(marker); }
+    void collect() { mHeap.collect(); }
+    /// The value of a stored literal.
+    Value literal(const Object* object, const std::shared_ptr<ObjectStore>& store);
+
+    static constexpr std::size_t kMaximumCalls = 10000;
+    static constexpr std::size_t kMaximumNestedRuns = 100;
+
+private:
+    friend class Interpreter;
+    class Run;
+    Code* codeOf(Handler* handler);
+    void markRoots(Heap& heap);
+
+    Host mHost;
+    Heap mHeap;
+    std::function<void(Heap&)> mMarkOwner;
+    std::vector<Frame> mFrames;
+    Value* mStack = nullptr;
+    Value* mStackEnd = nullptr;
+    Value* mStackTop = nullptr; // behind the registers of the innermost frame
+    ScriptError mError;
+    Script* mAppleScript = nullptr;
+    std::vector<FourCharCode> mEnumerations{0};
+    std::atomic<bool> mInterrupted{false};
+    std::size_t mNestedRuns = 0;
+};
+
+} // namespace quoddle

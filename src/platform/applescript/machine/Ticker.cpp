@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/machine/Ticker.h"
+
+#include "platform/applescript/machine/Machine.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace quoddle {
+
+namespace {
+
+// A host is to be asked at least every 10 ms; a wait can overshoot.
+constexpr std::chrono::milliseconds kPeriod(4);
+
+} // namespace
+
+Ticker& Ticker::shared() {
+    static Ticker ticker;
+    return ticker;
+}
+
+Ticker::~Ticker() {
+    {
+        std::lock_guard lock(mMutex);
+        mEnding = true;
+    }
+    mChanged.notify_all();
+    if (mThread.joinable())
+        mThread.join();
+}
+
+void Ticker::add(Machine* machine) {
+    std::lock_guard lock(mMutex);
+    if (!mThread.joinable())
+        mThread = std::thread(&Ticker::tick, this);
+    mMachines.push_back(machine);
+    mChanged.notify_all();
+}
+
+void Ticker::remove(Machine* machine) {
+    std::lock_guard lock(mMutex);
+    mMachines.erase(std::find(mMachines.begin(), mMachines.end(), machine));
+}
+
+void Ticker::tick() {
+    std::unique_lock lock(mMutex);
+    while (!mEnding) {
+        if (mMachines.empty()) {
+            mChanged.wait(lock);
+            continue;
+        }
+        mChanged.wait_for(lock, kPeriod);
+        for (Machine* machine : mMachines)
+            machine->interrupt();
+    }
+}
+
+} // namespace quoddle
