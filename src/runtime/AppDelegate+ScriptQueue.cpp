@@ -32,6 +32,7 @@ struct AppDelegate::Execution {
     QXOSAIDRef result;
     QXOSAErrorInfoRef errorInfo;
 
+    bool isQuitEvent() const { return hasEvent && event.eventClass() == "aevt"_4cc && event.eventID() == "quit"_4cc; }
     OSStatus number() const { return errorInfo ? errorInfo->error() : noErr; }
     /// What completions are told: a record of no error is none.
     QXOSAErrorInfoRef error() const { return number() != noErr ? errorInfo : nullptr; }
@@ -88,15 +89,17 @@ bool AppDelegate::_isRespondingToScript() {
     return !(script && script->component()->isResuming());
 }
 
-bool AppDelegate::waitForScripts(std::chrono::milliseconds grace) {
+bool AppDelegate::waitForScripts(std::chrono::milliseconds atMost) {
     NSOperationQueue* queue = scriptQueue(false);
-    if (!queue || queue->waitUntilAllOperationsAreFinished(grace))
-        return true;
-    queue->cancelAllOperations();
-    if (AppDelegate* delegate = instance())
-        if (const QXOSAIDRef script = delegate->mMainScript)
-            script->component()->setCancelled(true);
-    return queue->waitUntilAllOperationsAreFinished(grace);
+    return !queue || queue->waitUntilAllOperationsAreFinished(atMost);
+}
+
+void AppDelegate::cancelScripts() {
+    if (NSOperationQueue* queue = scriptQueue(false))
+        queue->cancelAllOperations();
+    const AppDelegate* delegate = instance();
+    if (delegate && delegate->mMainScript)
+        delegate->mMainScript->component()->setCancelled(true);
 }
 
 void AppDelegate::finish(const std::shared_ptr<Execution>& execution) {
@@ -148,7 +151,7 @@ void AppDelegate::finishOwnEvent(const Execution& execution) {
         return; // the completion has ended the applet
     const OSStatus number = execution.number();
     if (mApplicationTriedToQuit) {
-        finishAfterTryToQuit(number);
+        finishAfterTryToQuit(execution);
     } else if (isStayOpenScript()) {
         finishStayOpen(!execution.hasEvent);
     } else if (number == userCanceledErr && !mRunningQuitHandler) {
@@ -159,10 +162,11 @@ void AppDelegate::finishOwnEvent(const Execution& execution) {
     }
 }
 
-void AppDelegate::finishAfterTryToQuit(OSStatus number) {
-    const bool cancelled = number == userCanceledErr;
+void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
+    const bool cancelled = execution.number() == userCanceledErr;
     mParts.application->replyToApplicationShouldTerminate(cancelled && !hasQuitHandler());
-    if (!cancelled) { // the handler ended by itself
+    // A quit handler that was itself cancelled (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
+    if (!cancelled || execution.isQuitEvent()) {
         showLastPaneWithoutStop();
         mApplicationTriedToQuit = false;
     } else if (hasQuitHandler()) {

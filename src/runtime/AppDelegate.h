@@ -106,9 +106,11 @@ public:
     void _handleSubroutineCallEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent);
     /// A handler is running or waiting to; one that has passed its event on to the application does not count.
     bool _isRespondingToScript();
-    /// After the application has ended: lets what runs come to its end for so long, then cancels it and waits as long again. False when the
-    /// script's thread is still busy; the process must then end without tidying up.
-    static bool waitForScripts(std::chrono::milliseconds grace);
+    /// For the end of the process: waits for so long at most; false when the script's thread is still busy. Nothing it waits for may need
+    /// the main thread (MainThread::close()).
+    static bool waitForScripts(std::chrono::milliseconds atMost);
+    /// Stops what runs and drops what waits.
+    static void cancelScripts();
 
 private:
     struct Execution;
@@ -127,7 +129,7 @@ private:
     void finishFatalError(const std::shared_ptr<Execution>& execution);
     void finishIncomingCall(const Execution& execution);
     void finishOwnEvent(const Execution& execution);
-    void finishAfterTryToQuit(OSStatus number);
+    void finishAfterTryToQuit(const Execution& execution);
     void finishStayOpen(bool afterRunHandler);
     void showLastPaneWithoutStop();
 

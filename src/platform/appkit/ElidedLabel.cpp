@@ -3,7 +3,6 @@
 
 #include "platform/appkit/Appearance.h"
 
-#include <QAccessible>
 #include <QEvent>
 #include <QPainter>
 
@@ -24,17 +23,14 @@ int figureWidth(const QFontMetrics& metrics) {
 
 } // namespace
 
-ElidedLabel::ElidedLabel(QWidget* parent) : QFrame(parent) {
+ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
 }
 
 void ElidedLabel::setText(const QString& text) {
-    if (text == mText)
-        return;
-    mText = text;
-    setAccessibleName(text);
+    QLabel::setText(text);
     updateToolTip();
-    update();
 }
 
 void ElidedLabel::setSecondary(bool secondary) {
@@ -66,11 +62,11 @@ int ElidedLabel::widthOf(const QString& line) const {
 }
 
 bool ElidedLabel::isElided() const {
-    return widthOf(QString(mText).simplified()) > contentsRect().width();
+    return widthOf(text().simplified()) > contentsRect().width();
 }
 
 QString ElidedLabel::visibleText() const {
-    const QString line = mText.simplified();
+    const QString line = text().simplified();
     const int room = contentsRect().width();
     const int width = widthOf(line);
     if (width <= room)
@@ -114,12 +110,12 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent* event) {
-    QFrame::resizeEvent(event);
+    QLabel::resizeEvent(event);
     updateToolTip();
 }
 
 void ElidedLabel::changeEvent(QEvent* event) {
-    QFrame::changeEvent(event);
+    QLabel::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
         updateGeometry();
         updateToolTip();
@@ -128,7 +124,7 @@ void ElidedLabel::changeEvent(QEvent* event) {
 
 void ElidedLabel::updateToolTip() {
     // Tool tips guess at rich text; what a script says is never that.
-    setToolTip(isElided() ? QStringLiteral("<qt>%1</qt>").arg(mText.toHtmlEscaped()) : QString());
+    setToolTip(isElided() ? QStringLiteral("<qt>%1</qt>").arg(text().toHtmlEscaped()) : QString());
 }
 
 } // namespace quoddle

@@ -1,23 +1,21 @@
 // SPDX-License-Identifier: MIT
 // A line of text that is cut with an ellipsis where it does not fit and then tells the whole in a tool tip.
 // One decision: its size never depends on its text, so a layout around it stands still whatever it says. One line only: line ends are shown
-// as blanks.
+// as blanks. Plain text only.
 #pragma once
 
-#include <QFrame>
+#include <QLabel>
 
 namespace quoddle {
 
-class ElidedLabel : public QFrame {
+class ElidedLabel : public QLabel {
     Q_OBJECT
-    Q_PROPERTY(QString text READ text WRITE setText)
     Q_PROPERTY(bool secondary READ isSecondary WRITE setSecondary)
     Q_PROPERTY(bool tabularFigures READ hasTabularFigures WRITE setTabularFigures)
 public:
     explicit ElidedLabel(QWidget* parent = nullptr);
 
-    const QString& text() const { return mText; }
-    /// Plain text; also what screen readers are told, in full.
+    /// Screen readers are told the text in full.
     void setText(const QString& text);
     /// In the quieter colour of additional information.
     bool isSecondary() const { return mSecondary; }
@@ -39,9 +37,8 @@ private:
     void updateToolTip();
     int widthOf(const QString& line) const;
     QString visibleText() const;
-    void drawLine(class QPainter& painter, const QString& line) const;
+    void drawLine(QPainter& painter, const QString& line) const;
 
-    QString mText;
     bool mSecondary = false;
     bool mTabularFigures = false;
 };

@@ -122,6 +122,12 @@ void NSAlert::beginSheetModal(NSWindow& window, std::function<void(int returnCod
     window.beginSheet(mDialog, std::move(completion));
 }
 
+void NSAlert::show(std::function<void()> completion) {
+    prepare();
+    QObject::connect(mDialog, &QDialog::finished, mDialog, [completion = std::move(completion)] { completion(); });
+    mDialog->show();
+}
+
 int NSAlert::runModal() {
     prepare();
     if (mDialog->windowTitle().isEmpty())

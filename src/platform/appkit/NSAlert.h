@@ -43,6 +43,8 @@ public:
     /// Shows it without waiting; the alert must live until the completion, which gets the button's return code (or the code with which the
     /// sheet was ended). An alert without buttons gets an "OK".
     void beginSheetModal(NSWindow& window, std::function<void(int returnCode)> completion);
+    /// A window of its own, beside which everything else goes on. The alert must live until the completion.
+    void show(std::function<void()> completion);
     /// Waits for the answer.
     int runModal();
 

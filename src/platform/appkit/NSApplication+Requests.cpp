@@ -84,7 +84,7 @@ bool NSApplication::validatesAction(const QString& action) const {
         const auto* window = qobject_cast<NSWindow*>(activeWindow());
         return window && !window->attachedSheet();
     }
-    return action == "terminate:"_L1;
+    return action == "terminate:"_L1 || mActions.contains(action);
 }
 
 bool NSApplication::validateMenuItem(const NSMenuItem& item) const {
@@ -101,6 +101,8 @@ bool NSApplication::sendAction(const NSMenuItem& item) {
     const QString action = item.action();
     if (mDelegate && mDelegate->respondsToAction(action))
         mDelegate->performAction(action);
+    else if (const auto added = mActions.constFind(action); added != mActions.constEnd())
+        (*added)();
     else if (const char* slot = editingSlot(action))
         QMetaObject::invokeMethod(focusWidget(), slot);
     else if (action == "performClose:"_L1)

@@ -12,6 +12,7 @@
 #include <functional>
 
 #include <QApplication>
+#include <QHash>
 
 class QDialog;
 class QEventLoop;
@@ -57,6 +58,8 @@ public:
 
     std::shared_ptr<NSMenu> mainMenu() const override { return mMainMenu; }
     void setMainMenu(std::shared_ptr<NSMenu> menu) { mMainMenu = std::move(menu); }
+    /// Adds an action to those that the framework performs (orderFrontStandardAboutPanel: for one).
+    void setAction(const QString& action, std::function<void()> perform) { mActions.insert(action, std::move(perform)); }
     /// Performed by the delegate, else by the framework (terminate:, performClose:, performMiniaturize:, cut:, copy:, paste:, selectAll:).
     /// False when nobody performs it or its item is not valid now.
     bool sendAction(const NSMenuItem& item);
@@ -85,6 +88,7 @@ private:
 
     NSApplicationDelegate* mDelegate = nullptr;
     std::shared_ptr<NSMenu> mMainMenu;
+    QHash<QString, std::function<void()>> mActions;
     std::deque<OpenCompletion> mOpenRequests;
     std::vector<ModalSession*> mModalSessions;
     int mTerminationQuestions = 0;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The owner of one window: it loads the window on first use. Main thread only.
+// The owner of one window. Whoever makes a controller loads its window, for that is when it announces itself.
+// Main thread only.
 #pragma once
 
 #include "platform/appkit/NSWindow.h"
@@ -12,16 +13,13 @@ class NSWindowController {
 public:
     virtual ~NSWindowController() = default;
 
-    /// Loaded on first use: loadWindow(), then windowDidLoad(). Lives as long as the controller.
-    NSWindow* window() {
-        if (!mWindow) {
-            mWindow = loadWindow();
-            windowDidLoad();
-        }
-        return mWindow.get();
+    /// Once: makes the window, then calls windowDidLoad().
+    void load() {
+        mWindow = loadWindow();
+        windowDidLoad();
     }
-    bool isWindowLoaded() const { return mWindow != nullptr; }
-    void showWindow() { window()->makeKeyAndOrderFront(); }
+    /// Null before load(). Lives as long as the controller.
+    NSWindow* window() const { return mWindow.get(); }
 
 protected:
     virtual std::unique_ptr<NSWindow> loadWindow() = 0;

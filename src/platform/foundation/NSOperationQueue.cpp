@@ -87,12 +87,12 @@ void NSOperationQueue::cancelAllOperations() {
 
 void NSOperationQueue::waitUntilAllOperationsAreFinished() {
     std::unique_lock lock(mMutex);
-    mEmptied.wait(lock, [this] { return mWaiting.empty() && mRunning.empty(); });
+    mQuiet.wait(lock, [this] { return isQuiet(); });
 }
 
 bool NSOperationQueue::waitUntilAllOperationsAreFinished(std::chrono::milliseconds limit) {
     std::unique_lock lock(mMutex);
-    return mEmptied.wait_for(lock, limit, [this] { return mWaiting.empty() && mRunning.empty(); });
+    return mQuiet.wait_for(lock, limit, [this] { return isQuiet(); });
 }
 
 std::shared_ptr<NSOperation> NSOperationQueue::takeNext() {
@@ -112,9 +112,14 @@ void NSOperationQueue::finish(const std::shared_ptr<NSOperation>& operation) {
     {
         std::lock_guard lock(mMutex);
         std::erase(mRunning, operation);
+        ++mCompleting;
     }
-    mEmptied.notify_all();
     operation->complete();
+    {
+        std::lock_guard lock(mMutex);
+        --mCompleting;
+    }
+    mQuiet.notify_all();
 }
 
 void NSOperationQueue::work() {

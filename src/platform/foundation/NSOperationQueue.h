@@ -66,24 +66,26 @@ public:
     /// Waiting and running operations together.
     int operationCount() const;
     void cancelAllOperations();
-    /// Completion blocks may still be running when it returns. Not from an operation of this queue.
+    /// Their completion blocks too. Not from an operation of this queue.
     void waitUntilAllOperationsAreFinished();
-    /// The same, but for so long at most; answers whether the queue is empty.
+    /// The same, but for so long at most; answers whether all are finished.
     bool waitUntilAllOperationsAreFinished(std::chrono::milliseconds limit);
 
 private:
     void work();
     std::shared_ptr<NSOperation> takeNext();
     void finish(const std::shared_ptr<NSOperation>& operation);
+    bool isQuiet() const { return mWaiting.empty() && mRunning.empty() && mCompleting == 0; }
 
     const int mMaxConcurrentOperationCount;
     mutable std::mutex mMutex;
     std::condition_variable mArrived;
-    std::condition_variable mEmptied;
+    std::condition_variable mQuiet;
     std::deque<std::shared_ptr<NSOperation>> mWaiting;
     std::vector<std::shared_ptr<NSOperation>> mRunning;
     std::vector<std::thread> mWorkers;
     int mIdleWorkers = 0;
+    int mCompleting = 0;
     bool mClosing = false;
 };
 

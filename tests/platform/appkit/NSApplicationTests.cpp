@@ -6,6 +6,7 @@
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/Plist.h"
+#include "platform/foundation/QtPrinters.h"
 
 #include <gtest/gtest.h>
 

@@ -7,6 +7,7 @@
 #include "platform/appkit/WindowFrame.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSUserDefaults.h"
+#include "platform/foundation/QtPrinters.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 #include "platform/foundation/NSBundle.h"
 
 #include "platform/foundation/NSLog.h"
+#include "platform/foundation/QtPrinters.h"
 
 #include <gtest/gtest.h>
 

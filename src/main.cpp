@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// The applet shell: puts the parts together and hands control to the application framework. Nothing else knows everyone.
+//
+//   quoddle-shell APPLET.app [FILE…]          the applet by its path
+//   APPLET.app/Contents/Linux/NAME [FILE…]    the same, as a link in the applet itself
+#include "platform/appkit/Appearance.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/NSLog.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "platform/foundation/Plist.h"
+#include "runtime/AppDelegate.h"
+#include "window/AboutPanel.h"
+#include "window/AppKitAlertPresenter.h"
+#include "window/AppletIconView.h"
+#include "window/AppletWindowController.h"
+
+#include <cstdio>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimer>
+
+using namespace quoddle;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr auto kScriptGrace = std::chrono::milliseconds(1500);
+
+struct Invocation {
+    std::shared_ptr<NSBundle> bundle;
+    QStringList files;
+};
+
+Invocation invocationFrom(int argc, char** argv) {
+    Invocation invocation;
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QFile::decodeName(argv[i]);
+    invocation.bundle = NSBundle::bundleForExecutable(QFile::decodeName(argv[0]));
+    if (!invocation.bundle && !arguments.isEmpty())
+        invocation.bundle = NSBundle::bundleWithPath(arguments.takeFirst());
+    for (const QString& file : std::as_const(arguments))
+        invocation.files << QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+    return invocation;
+}
+
+bool hasDisplay() {
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+QByteArray resource(const QString& name) {
+    QFile file(u":/quoddle/"_s + name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString nameOf(const NSBundle& bundle) {
+    const QString name = bundle.infoDictionary().value(u"CFBundleName"_s).toString();
+    return name.isEmpty() ? QFileInfo(bundle.bundlePath()).completeBaseName() : name;
+}
+
+void takeIdentityOf(const NSBundle& bundle) {
+    NSBundle::setMainBundle(NSBundle::bundleWithPath(bundle.bundlePath()));
+    const QString identifier = bundle.bundleIdentifier().isEmpty() ? nameOf(bundle) : bundle.bundleIdentifier();
+    setUserDefaultsDomain(identifier);
+    QCoreApplication::setApplicationName(nameOf(bundle));
+    QGuiApplication::setApplicationDisplayName(nameOf(bundle));
+    QGuiApplication::setDesktopFileName(u"applet-"_s + identifier);
+    if (auto strings = Plist::readStrings(resource(u"en.lproj/Localizable.strings"_s)))
+        NSBundle::setFallbackStrings({}, *strings);
+}
+
+std::shared_ptr<NSMenu> makeMainMenu() {
+    const auto list = Plist::read(resource(u"MainMenu.plist"_s));
+    if (list)
+        if (auto menu = NSMenu::menuFromPropertyList(*list))
+            return *menu;
+    NSLog(u"main menu: cannot be read"_s);
+    return nullptr;
+}
+
+AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts) {
+    AppDelegateParts parts;
+    parts.application = &application;
+    parts.alerts = &alerts;
+    parts.mainBundle = NSBundle::mainBundle();
+    parts.instantiateController = [](const QString&) {
+        auto controller = std::make_shared<AppletWindowController>();
+        controller->load();
+        return controller;
+    };
+    return parts;
+}
+
+int runApplet(NSApplication& application, const QStringList& files) {
+    AppKitAlertPresenter alerts;
+    application.setMainMenu(makeMainMenu());
+    application.setAction(u"orderFrontStandardAboutPanel:"_s, &showAboutPanel);
+    AppDelegate delegate(makeParts(application, alerts));
+    application.setDelegate(&delegate);
+    const int status = application.run(files);
+
+    application.setDelegate(nullptr);
+    NSAppleEventManager::sharedAppleEventManager().answerSuspendedEvents();
+    standardUserDefaults().sync();
+    // A quit handler may still have something to put away; a script that does not end goes with the process.
+    if (!AppDelegate::waitForScripts(kScriptGrace)) {
+        AppDelegate::cancelScripts();
+        if (!AppDelegate::waitForScripts(kScriptGrace)) {
+            std::fflush(nullptr);
+            std::_Exit(status);
+        }
+    }
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Invocation invocation = invocationFrom(argc, argv);
+    if (!invocation.bundle) {
+        std::fprintf(stderr, "usage: quoddle-shell APPLET.app [FILE...]\n");
+        return kUsageError;
+    }
+    if (!hasDisplay()) {
+        std::fprintf(stderr, "quoddle-shell: no display\n");
+        return EXIT_FAILURE;
+    }
+    takeIdentityOf(*invocation.bundle);
+    NSApplication application(argc, argv);
+    Appearance::applyRememberedScheme();
+    // Whatever can wait until the first window is there.
+    QTimer::singleShot(300, &application, [] {
+        std::ignore = appletIcon();
+        Appearance::followDesktop();
+    });
+    return runApplet(application, invocation.files);
+}

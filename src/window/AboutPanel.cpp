@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "window/AboutPanel.h"
+
+#include "platform/appkit/NSAlert.h"
+#include "runtime/AppDelegate.h"
+#include "window/AppletIconView.h"
+
+#include <QCoreApplication>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+void showAboutPanel() {
+    static std::unique_ptr<NSAlert> panel; // one at a time; it goes when it is dismissed
+    if (panel) {
+        panel->window().raise();
+        panel->window().activateWindow();
+        return;
+    }
+    const QVariantMap info = AppDelegate::instance()->mainBundle()->infoDictionary();
+    QStringList lines;
+    if (const QString version = info.value(u"CFBundleShortVersionString"_s).toString(); !version.isEmpty())
+        lines << QCoreApplication::translate("AboutPanel", "Version %1").arg(version);
+    if (const QString copyright = info.value(u"NSHumanReadableCopyright"_s).toString(); !copyright.isEmpty())
+        lines << copyright;
+    panel = std::make_unique<NSAlert>();
+    panel->setIcon(appletIcon());
+    panel->setMessageText(info.value(u"CFBundleName"_s).toString());
+    panel->setInformativeText(lines.join(u'\n'));
+    panel->show([] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [] { panel.reset(); }, Qt::QueuedConnection);
+    });
+}
+
+} // namespace quoddle

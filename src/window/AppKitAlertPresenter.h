@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// The runtime's alerts as alerts of the application framework.
+#pragma once
+
+#include "runtime/AppDelegateParts.h"
+
+namespace quoddle {
+
+class AppKitAlertPresenter final : public AlertPresenter {
+public:
+    /// The controller is one of this layer's.
+    void beginSheet(const RuntimeAlert& alert, WindowController& onWindowOf, std::function<void()> completion) override;
+    void runModal(const RuntimeAlert& alert) override;
+};
+
+} // namespace quoddle

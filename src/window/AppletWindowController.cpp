@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "window/AppletWindowController.h"
+
+#include "runtime/AppDelegate.h"
+#include "window/ProgressViewController.h"
+#include "window/StartupViewController.h"
+
+#include <QLayout>
+#include <QMenuBar>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr int kStartupTab = 0;
+constexpr int kProgressTab = 1;
+using Options = NSTabViewController::TransitionOptions;
+} // namespace
+
+AppletWindowController::AppletWindowController() : mMainViewController(std::make_unique<NSTabViewController>()) {
+    mMainViewController->addTabViewController(std::make_unique<StartupViewController>());
+    mMainViewController->addTabViewController(std::make_unique<ProgressViewController>());
+    mMainViewController->setTransitionOptions(Options::crossfade);
+}
+
+AppletWindowController::~AppletWindowController() = default;
+
+std::unique_ptr<NSWindow> AppletWindowController::loadWindow() {
+    auto window = BaseWindowController::loadWindow();
+    window->setContentViewController(mMainViewController.get());
+    window->layout()->setSizeConstraint(QLayout::SetFixedSize); // nothing in it gains by more room
+    // A window that only reports is kept free of menus; the one that waits for a user has them in sight.
+    window->menuBar()->setVisible(AppDelegate::instance()->showStartupScreen());
+    return window;
+}
+
+void AppletWindowController::windowDidLoad() {
+    BaseWindowController::windowDidLoad();
+    AppDelegate::instance()->setMainWindowController(shared_from_this());
+    mMainViewController->reserveSpaceForTab(kProgressTab);
+    progressViewController().resetStarted();
+    window()->setWindowTitle(AppDelegate::instance()->mainBundle()->infoDictionary().value(u"CFBundleName"_s).toString());
+}
+
+ProgressViewController& AppletWindowController::progressViewController() const {
+    return static_cast<ProgressViewController&>(*mMainViewController->tabViewController(kProgressTab));
+}
+
+StartupViewController& AppletWindowController::startupViewController() const {
+    return static_cast<StartupViewController&>(*mMainViewController->tabViewController(kStartupTab));
+}
+
+void AppletWindowController::selectTabWithoutTransition(int index) {
+    mMainViewController->setTransitionOptions(Options::none);
+    mMainViewController->setSelectedTabViewItemIndex(index);
+    mMainViewController->setTransitionOptions(Options::crossfade);
+}
+
+void AppletWindowController::showProgressViewController() {
+    if (window()->isVisible()) {
+        mMainViewController->setSelectedTabViewItemIndex(kProgressTab);
+    } else { // a window that appears does not animate its content
+        selectTabWithoutTransition(kProgressTab);
+        showWindow();
+    }
+    progressViewController().setStopButtonEnabled(true);
+    progressViewController().setStopButtonHidden(false);
+}
+
+void AppletWindowController::showStartupViewController() {
+    startupViewController().setMainBundle(mainBundle());
+    selectTabWithoutTransition(kStartupTab);
+    showWindow();
+}
+
+void AppletWindowController::showLastViewController() {
+    if (AppDelegate::instance()->showStartupScreen())
+        showStartupViewController();
+    else
+        window()->orderOut();
+}
+
+bool AppletWindowController::stopButtonHidden() const {
+    return progressViewController().stopButtonHidden();
+}
+
+void AppletWindowController::setStopButtonHidden(bool hidden) {
+    progressViewController().setStopButtonHidden(hidden);
+}
+
+bool AppletWindowController::stopButtonEnabled() const {
+    return progressViewController().stopButtonEnabled();
+}
+
+void AppletWindowController::setStopButtonEnabled(bool enabled) {
+    progressViewController().setStopButtonEnabled(enabled);
+}
+
+} // namespace quoddle

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// The window of an applet without open handler: a startup pane and a progress pane in one place, of which one is shown while there is
+// something to see.
+// Main thread only.
+#pragma once
+
+#include "platform/appkit/NSTabViewController.h"
+#include "window/BaseWindowController.h"
+
+namespace quoddle {
+
+class ProgressViewController;
+class StartupViewController;
+
+class AppletWindowController final : public BaseWindowController {
+public:
+    AppletWindowController();
+    ~AppletWindowController() override;
+
+    /// The panes: tab 0 startup, tab 1 progress.
+    NSTabViewController& mainViewController() const { return *mMainViewController; }
+    ProgressViewController& progressViewController() const;
+
+    void showProgressViewController() override;
+    void showStartupViewController() override;
+    void showLastViewController() override;
+    bool stopButtonHidden() const override;
+    void setStopButtonHidden(bool hidden) override;
+    bool stopButtonEnabled() const override;
+    void setStopButtonEnabled(bool enabled) override;
+
+protected:
+    std::unique_ptr<NSWindow> loadWindow() override;
+    /// Registers itself as the runtime's window controller.
+    void windowDidLoad() override;
+
+private:
+    StartupViewController& startupViewController() const;
+    void selectTabWithoutTransition(int index);
+
+    std::unique_ptr<NSTabViewController> mMainViewController;
+};
+
+} // namespace quoddle

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "window/BaseWindowController.h"
+
+#include "platform/appkit/MenuBar.h"
+#include "platform/appkit/NSApplication.h"
+
+namespace quoddle {
+
+std::unique_ptr<NSWindow> BaseWindowController::loadWindow() {
+    auto window = std::make_unique<NSWindow>();
+    if (const auto menu = NSApplication::sharedApplication()->mainMenu())
+        new MenuBar(menu, *window);
+    return window;
+}
+
+void BaseWindowController::windowDidLoad() {
+    window()->setFrameAutosaveName(QStringLiteral("applet"));
+}
+
+} // namespace quoddle

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// What the applet's window controllers have in common: the runtime's WindowController on a window of the application framework, with the
+// menu bar and a remembered place.
+// Main thread only.
+#pragma once
+
+#include "platform/appkit/NSWindowController.h"
+#include "runtime/WindowController.h"
+
+namespace quoddle {
+
+class BaseWindowController : public WindowController, public NSWindowController {
+public:
+    bool isWindowVisible() const override { return window()->isVisible(); }
+    void showWindow() override { window()->makeKeyAndOrderFront(); }
+    const void* windowObject() const override { return window(); }
+
+protected:
+    std::unique_ptr<NSWindow> loadWindow() override;
+    /// Gives the window the autosave name "applet". Windows are never cascaded here, so there is nothing to turn off.
+    void windowDidLoad() override;
+};
+
+} // namespace quoddle

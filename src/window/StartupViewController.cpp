@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#include "window/StartupViewController.h"
+
+#include "runtime/AppDelegate.h"
+#include "ui_StartupViewController.h"
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+StartupViewController::StartupViewController(QObject* parent)
+    : NSViewController(parent), mUi(std::make_unique<Ui::StartupViewController>()) {}
+
+StartupViewController::~StartupViewController() = default;
+
+QWidget* StartupViewController::loadView() {
+    auto* widget = new QWidget;
+    mUi->setupUi(widget);
+    return widget;
+}
+
+void StartupViewController::viewDidLoad() {
+    QFont title = mUi->nameView->font();
+    title.setBold(true);
+    title.setPointSizeF(title.pointSizeF() * 1.3);
+    mUi->nameView->setFont(title);
+    mUi->runButton->setShortcut(Qt::Key_Return);
+    AppDelegate* delegate = AppDelegate::instance();
+    mUi->runButton->setEnabled(delegate->hasRunHandler() || delegate->hasOpenHandler() || delegate->hasIdleHandler());
+    connect(mUi->runButton, &QPushButton::clicked, this, &StartupViewController::runScript);
+    connect(mUi->quitButton, &QPushButton::clicked, this, &StartupViewController::quitApplet);
+}
+
+void StartupViewController::viewDidAppear() {
+    const QVariantMap info = mMainBundle->infoDictionary();
+    mUi->nameView->setText(info.value(u"CFBundleName"_s).toString());
+    const QString version = info.value(u"CFBundleShortVersionString"_s).toString();
+    mUi->versionView->setText(version.isEmpty() ? QString() : tr("Version %1").arg(version));
+    mUi->runButton->setFocus();
+}
+
+void StartupViewController::runScript() {
+    AppDelegate::instance()->runMainScript();
+}
+
+void StartupViewController::quitApplet() {
+    AppDelegate::instance()->terminate();
+}
+
+QPushButton* StartupViewController::runButton() const {
+    return mUi->runButton;
+}
+
+} // namespace quoddle
