@@ -21,10 +21,6 @@ AEDesc aeDescOf(const NSAppleEventDescriptorRef& descriptor) {
     return descriptor ? descriptor->aeDesc() : AEDesc();
 }
 
-std::optional<OSAAttributedText> given(bool succeeded, OSAAttributedText text) {
-    return succeeded ? std::optional(std::move(text)) : std::nullopt;
-}
-
 QString callStack() {
     void* frames[64];
     int count = backtrace(frames, static_cast<int>(std::size(frames)));
@@ -229,12 +225,16 @@ void QXOSAID::storeFile(const QString& file, OSAModeFlags modeFlags) {
 
 std::optional<OSAAttributedText> QXOSAID::source(OSAModeFlags modeFlags) {
     OSAAttributedText text;
-    return given(isValid() && _failOSError(OSACopySourceString(instance(), mValueID, modeFlags, text)), std::move(text));
+    if (!isValid() || !_failOSError(OSACopySourceString(instance(), mValueID, modeFlags, text)))
+        return {};
+    return text;
 }
 
 std::optional<OSAAttributedText> QXOSAID::display(OSAModeFlags modeFlags) {
     OSAAttributedText text;
-    return given(isValid() && _failOSError(OSACopyDisplayString(instance(), mValueID, modeFlags, text)), std::move(text));
+    if (!isValid() || !_failOSError(OSACopyDisplayString(instance(), mValueID, modeFlags, text)))
+        return {};
+    return text;
 }
 
 QXOSAIDRef QXOSAID::copyScript() {

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+// What the tests of the bridge share: a fresh component over a fake one, and the lines that were logged.
+#pragma once
+
+#include "engine/NSAppleEventDescriptor+Additions.h"
+#include "engine/NSAppleEventDescriptor-QXAdditions.h"
+#include "engine/QXOSAException.h"
+#include "engine/QXOSAID.h"
+#include "platform/osa/FakeComponent.h"
+
+#include <gtest/gtest.h>
+
+namespace quoddle {
+
+using Descriptor = NSAppleEventDescriptor;
+
+/// Collects what is logged while it lives.
+class LogCatcher {
+public:
+    LogCatcher() {
+        sLines.clear();
+        mPrevious = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& line) { sLines.append(line); });
+    }
+    ~LogCatcher() { qInstallMessageHandler(mPrevious); }
+    int count(const QString& beginning) const {
+        return static_cast<int>(std::count_if(sLines.begin(), sLines.end(), [&](const QString& line) { return line.contains(beginning); }));
+    }
+
+private:
+    static inline QStringList sLines;
+    QtMessageHandler mPrevious;
+};
+
+class BridgeTest : public testing::Test {
+protected:
+    BridgeTest() {
+        FakeComponent::registerAs("fake"_4cc);
+        component = QXOSAComponent::componentWithLanguageSubType("fake"_4cc);
+        fake = FakeComponent::last();
+    }
+
+    QXOSAIDRef compiled(const char* source) {
+        QXOSAIDRef script = QXOSAID::QXOSAIDWithComponent(component);
+        EXPECT_TRUE(script->compile(QString::fromUtf8(source)));
+        return script;
+    }
+
+    /// The status that an operation raises with, or 0.
+    template<class Operation>
+    static OSStatus raised(Operation operation, const char* name = "QXOSAID Failure") {
+        try {
+            operation();
+        } catch (const QXOSAException& exception) {
+            EXPECT_EQ(exception.name(), QString::fromUtf8(name));
+            QString reason = exception.reason();
+            return reason.remove(QStringLiteral("Error ")).section(u' ', 0, 0).toInt();
+        }
+        return noErr;
+    }
+
+    std::size_t callCount(const std::string& name) const {
+        return static_cast<std::size_t>(std::count(fake->calls.begin(), fake->calls.end(), name));
+    }
+
+    QXOSAComponentRef component;
+    FakeComponent* fake = nullptr;
+};
+
+} // namespace quoddle

@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+// What happens around a running script: yielding, cancelling, deadlines, events sent and continued.
+#include "Fixture.h"
+
+#include "engine/OSACallbacks.h"
+#include "platform/ae/AEMainThread.h"
+#include "platform/ae/NSAppleEventManager.h"
+#include "platform/foundation/MainThread.h"
+
+#include <thread>
+
+#include <QCoreApplication>
+#include <QThread>
+#include <QTimer>
+
+namespace quoddle {
+
+namespace {
+
+struct Listener : QXOSAComponentDelegate {
+    void scriptDidYield() override {
+        ++yields;
+        if (onYield)
+            onYield();
+    }
+    void willSendAppleEvent(const AEDesc& event, AESendMode, std::int32_t, std::int32_t timeoutInTicks) override {
+        willSend.push_back(event.eventID());
+        timeouts.push_back(timeoutInTicks);
+    }
+    void didSendAppleEvent(const AEDesc&, const AEDesc& reply, OSStatus status) override {
+        replies.push_back(reply);
+        statuses.push_back(status);
+    }
+    std::atomic<int> yields = 0;
+    std::function<void()> onYield;
+    std::vector<AEEventID> willSend;
+    std::vector<std::int32_t> timeouts;
+    std::vector<AEDesc> replies;
+    std::vector<OSStatus> statuses;
+};
+
+AEDesc event(AEEventClass eventClass = "test"_4cc, AEEventID eventID = "work"_4cc) {
+    return AEDesc::appleEvent(eventClass, eventID);
+}
+
+class OSACallbacksTest : public BridgeTest {
+protected:
+    OSACallbacksTest() {
+        component->setDelegate(&listener);
+        AESetMainThread({MainThread::isCurrent, MainThread::dispatchAsync, [](std::chrono::milliseconds slice) {
+                             QTimer alarm;
+                             alarm.setSingleShot(true);
+                             alarm.start(slice);
+                             QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+                         }});
+        manager.setEventHandler(
+            [](const auto&, const auto& answer) { answer->setDescriptor(Descriptor::descriptorWithInt32(5), "----"_4cc); }, "test"_4cc,
+            "work"_4cc);
+        manager.setEventHandler([this](const auto&, const auto&) { suspension = manager.suspendCurrentAppleEvent(); }, "test"_4cc,
+                                "wait"_4cc);
+        manager.setEventHandler([this](const auto&, const auto&) { wasResuming = component->isResuming(); }, "test"_4cc, "resu"_4cc);
+    }
+    ~OSACallbacksTest() override {
+        AESetMainThread({});
+        for (AEEventID eventID : {"work"_4cc, "wait"_4cc, "resu"_4cc})
+            manager.removeEventHandlerForEventClass("test"_4cc, eventID);
+    }
+
+    OSErr send(const AEDesc& sent, AESendMode mode = kAEWaitReply, std::int32_t ticks = kAEDefaultTimeout) {
+        return OSASendCallback(sent, &reply, mode, 0, ticks, nullptr, nullptr, component.get());
+    }
+
+    /// Runs the body on another thread and the application's loop on this one.
+    static void runBeside(const std::function<void()>& body) {
+        std::atomic<bool> ended = false;
+        std::thread worker([&] {
+            body();
+            ended = true;
+        });
+        while (!ended)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+        worker.join();
+    }
+
+    Listener listener;
+    NSAppleEventManager& manager = NSAppleEventManager::sharedAppleEventManager();
+    NSAppleEventManagerSuspensionID suspension;
+    bool wasResuming = false;
+    AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+};
+
+} // namespace
+
+TEST_F(OSACallbacksTest, EveryKindOfCancellationIsTakenOnce) {
+    EXPECT_EQ(OSAActiveCallback(component.get()), noErr);
+    EXPECT_EQ(listener.yields, 1);
+    component->setCancelled(true);
+    EXPECT_EQ(OSAActiveCallback(component.get()), userCanceledErr);
+    EXPECT_FALSE(component->isCancelled());
+    EXPECT_EQ(OSAActiveCallback(component.get()), noErr);
+    component->setThreadCanceledError(0x1FF80);
+    component->setCancelled(true);
+    EXPECT_EQ(send(event()), static_cast<OSErr>(0xFF80)) << "cut to 16 bits";
+    component->setCancelled(true);
+    EXPECT_EQ(OSAResumeCallback(event(), &reply, component.get()), -128);
+    auto operation = std::make_shared<NSOperation>([] {});
+    component->setOperation(operation);
+    EXPECT_EQ(OSAActiveCallback(component.get()), noErr);
+    operation->cancel();
+    EXPECT_EQ(OSAActiveCallback(component.get()), -128);
+    EXPECT_EQ(OSAActiveCallback(component.get()), -128) << "the operation stays cancelled";
+    component->setOperation(nullptr);
+    component->setThreadCanceledError(userCanceledErr);
+    std::unique_ptr<QThread> thread(QThread::create([&] {
+        while (OSAActiveCallback(component.get()) == noErr)
+            QThread::msleep(1);
+    }));
+    thread->start();
+    thread->requestInterruption();
+    EXPECT_TRUE(thread->wait(5000));
+    EXPECT_EQ(OSAActiveCallback(nullptr), noErr);
+}
+
+TEST_F(OSACallbacksTest, ARunningScriptIsStoppedFromOutside) {
+    QXOSAIDRef script = compiled("loop");
+    std::thread stopper([&] {
+        while (listener.yields < 100)
+            std::this_thread::yield();
+        component->setCancelled(true);
+    });
+    EXPECT_FALSE(script->execute());
+    stopper.join();
+    EXPECT_EQ(script->lastError(), errOSAScriptError);
+    EXPECT_EQ(component->lastErrorInfo()->error(), userCanceledErr);
+}
+
+TEST_F(OSACallbacksTest, Deadlines) {
+    component->setTimeoutInterval(-1);
+    EXPECT_EQ(OSAActiveCallback(component.get()), errAETimeout);
+    EXPECT_EQ(OSAActiveCallback(component.get()), errAETimeout) << "it stays";
+    EXPECT_EQ(send(event()), errAETimeout);
+    EXPECT_EQ(listener.yields, 0);
+    EXPECT_TRUE(listener.willSend.empty());
+    component->setTimeoutInterval(5);
+    for (std::int32_t ticks : {600, 60, kAEDefaultTimeout, kNoTimeOut})
+        EXPECT_EQ(send(event(), kAEWaitReply, ticks), noErr);
+    EXPECT_LE(listener.timeouts[0], 300);
+    EXPECT_GE(listener.timeouts[0], 240);
+    EXPECT_EQ(listener.timeouts[1], 60);
+    EXPECT_EQ(listener.timeouts[2], -1);
+    EXPECT_EQ(listener.timeouts[3], -2);
+    // A deadline that passes while the event is handled turns success into a time-out.
+    listener.onYield = [&] { component->setTimeoutInterval(-1); };
+    EXPECT_EQ(send(event()), errAETimeout);
+}
+
+TEST_F(OSACallbacksTest, SendingTellsTheDelegate) {
+    EXPECT_EQ(send(event()), noErr);
+    EXPECT_EQ(reply.find("----"_4cc)->asInt32(), 5);
+    EXPECT_EQ(listener.yields, 1);
+    EXPECT_EQ(listener.willSend, std::vector{"work"_4cc});
+    EXPECT_EQ(listener.replies.at(0), reply);
+    for (AEEventID terminology : {"gdte"_4cc, "gdut"_4cc})
+        EXPECT_EQ(send(event("ascr"_4cc, terminology)), errAEEventNotHandled);
+    EXPECT_EQ(listener.willSend.size(), 1u);
+    EXPECT_EQ(listener.statuses, std::vector<OSStatus>{noErr});
+    EXPECT_EQ(send(event(), 0), noErr);
+    EXPECT_EQ(send(event("test"_4cc, "none"_4cc)), errAEEventNotHandled);
+    EXPECT_EQ(listener.statuses.back(), errAEEventNotHandled);
+    listener.onYield = [] { throw QXOSAException(QStringLiteral("x"), QStringLiteral("y")); };
+    LogCatcher log;
+    EXPECT_EQ(send(event()), noErr) << "a delegate's exception ends in the procedure";
+    EXPECT_EQ(compiled("send test work")->execute()->int32Value(), 5);
+}
+
+TEST_F(OSACallbacksTest, DestructiveEventsAreRefused) {
+    component->setPreventDestructiveEvents(true);
+    EXPECT_EQ(send(event("aevt"_4cc, "odoc"_4cc)), errAEEventFailed);
+    EXPECT_TRUE(listener.willSend.empty());
+    EXPECT_EQ(listener.yields, 0);
+    EXPECT_EQ(send(event("core"_4cc, "getd"_4cc)), errAEEventNotHandled);
+    EXPECT_EQ(listener.willSend, std::vector{"getd"_4cc});
+}
+
+TEST_F(OSACallbacksTest, WaitingEndsByTimeOutAndCancellation) {
+    reply.put("keep"_4cc, AEDesc::ofInt32(1));
+    const AEDesc before = reply;
+    EXPECT_EQ(send(event("test"_4cc, "wait"_4cc), kAEWaitReply, 3), errAETimeout);
+    EXPECT_EQ(reply, before);
+    component->setTimeoutError(-7);
+    EXPECT_EQ(send(event("test"_4cc, "wait"_4cc), kAEWaitReply, 3), -7);
+    // On the main thread, which goes on with its timers while it waits.
+    QTimer::singleShot(20, [&] { component->setCancelled(true); });
+    EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
+    EXPECT_TRUE(component->isCancelled()) << "left for the next procedure";
+    component->setCancelled(false);
+    runBeside([&] {
+        QTimer::singleShot(0, QCoreApplication::instance(), [&] { QTimer::singleShot(20, [&] { component->setCancelled(true); }); });
+        EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
+    });
+    EXPECT_EQ(reply, before);
+    // Answered in time, but cancelled meanwhile: taken back.
+    component->setCancelled(false);
+    QTimer::singleShot(0, [&] {
+        manager.resumeWithSuspensionID(suspension);
+        component->setCancelled(true);
+    });
+    EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
+    EXPECT_FALSE(component->isCancelled());
+}
+
+TEST_F(OSACallbacksTest, ContinuedEventsReachTheApplication) {
+    bool onMain = false;
+    manager.setEventHandler(
+        [&](const auto&, const auto& answer) {
+            onMain = MainThread::isCurrent();
+            wasResuming = component->isResuming();
+            EXPECT_TRUE(answer->attributeDescriptorForKeyword("FDrm"_4cc)->booleanValue());
+        },
+        "test"_4cc, "resu"_4cc);
+    QXOSAIDRef script = compiled("continue");
+    runBeside([&] { script->executeEvent(Descriptor::appleEventWithEventClass("test"_4cc, "resu"_4cc)); });
+    EXPECT_TRUE(onMain);
+    EXPECT_TRUE(wasResuming);
+    EXPECT_TRUE(component->isResuming()) << "not reset here";
+    EXPECT_EQ(OSAResumeCallback(event("test"_4cc, "none"_4cc), &reply, component.get()), errAEEventNotHandled);
+    // A send with a reply of its own saves and restores.
+    AEDesc plain = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+    manager.setEventHandler([&](const auto&, const auto&) { wasResuming = component->isResuming(); }, "test"_4cc, "resu"_4cc);
+    OSASendCallback(event("test"_4cc, "resu"_4cc), &plain, kAEWaitReply, 0, -1, nullptr, nullptr, component.get());
+    EXPECT_FALSE(wasResuming);
+    EXPECT_TRUE(component->isResuming());
+    component->setResuming(false);
+    OSASendCallback(event("test"_4cc, "resu"_4cc), &reply, kAEWaitReply, 0, -1, nullptr, nullptr, component.get());
+    EXPECT_TRUE(wasResuming) << "the mark of the reply";
+    EXPECT_FALSE(component->isResuming());
+}
+
+} // namespace quoddle
