@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// The stored form of `application "Name"`: a block of data whose alias record or URL holds the name.
+//
+// Ours holds a minimal alias record, enough for any reader to find the name; where the application is, is looked up when the script runs.
+#pragma once
+
+#include "platform/applescript/image/Object.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quoddle {
+
+/// Tag of the Data object that holds an application.
+constexpr std::uint8_t kApplicationTag = 8;
+
+/// `name` may be a URL ("eppc://…", "http://…").
+std::string applicationData(std::u16string_view name);
+
+/// The name to print: without ".app", or the URL. Empty when the data hold neither.
+std::u16string applicationName(std::string_view data);
+
+/// An application as a `tell`, a `using terms from` or a `use` names it.
+struct ApplicationName {
+    std::u16string text; // empty when the script works it out as it runs
+    bool isBundleIdentifier = false;
+};
+
+/// The application that a node refers to, itself or at the end of a chain of containers; nullopt when it refers to none.
+std::optional<ApplicationName> applicationOf(const Object* target);
+
+} // namespace quoddle

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "platform/applescript/syntax/Keyword.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quoddle {
+
+namespace {
+
+struct Row {
+    std::string_view spelling;
+    Keyword keyword;
+    bool reserved;
+};
+
+constexpr auto kRows = std::to_array<Row>({{"", Keyword::None, false},
+#define QUODDLE_KEYWORD(name, spelling, reserved) {spelling, Keyword::name, reserved},
+                                           QUODDLE_KEYWORDS(QUODDLE_KEYWORD)
+#undef QUODDLE_KEYWORD
+});
+
+constexpr auto kSorted = [] {
+    auto rows = kRows;
+    std::ranges::sort(rows, {}, &Row::spelling);
+    return rows;
+}();
+
+} // namespace
+
+Keyword keywordOf(std::string_view word) {
+    auto at = std::ranges::lower_bound(kSorted, word, {}, &Row::spelling);
+    return at != kSorted.end() && at->spelling == word ? at->keyword : Keyword::None;
+}
+
+bool isReserved(Keyword keyword) {
+    return kRows[static_cast<std::size_t>(keyword)].reserved;
+}
+
+std::string_view spellingOf(Keyword keyword) {
+    return kRows[static_cast<std::size_t>(keyword)].spelling;
+}
+
+} // namespace quoddle

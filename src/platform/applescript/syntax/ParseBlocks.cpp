@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// Lines of statements and the lines' comments.
+#include "platform/applescript/syntax/ParserState.h"
+
+#include "platform/base/Text.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::uint16_t kNoComment = 2;
+constexpr std::uint16_t kOldText = 1;
+
+std::uint16_t commentFlags(CommentKind kind, bool onHeader) {
+    switch (kind) {
+    case CommentKind::Block:
+        return onHeader ? 4 : 0;
+    case CommentKind::Dashes:
+        return onHeader ? 3 : 1;
+    case CommentKind::Hash:
+        break;
+    }
+    return onHeader ? 7 : 6;
+}
+
+/// Belongs to the script, not to its run handler.
+bool isDeclaration(const Object* statement) {
+    for (NodeKind kind : {NodeKind::Handler, NodeKind::Property, NodeKind::Script, NodeKind::Use, NodeKind::Global, NodeKind::UsingTerms}) {
+        if (statement->isNode(tagOf(kind)))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+Object* Parser::script() {
+    std::vector<Object*> all = lines(Body::Script, false);
+    if (!failed() && peek().kind != TokenKind::End)
+        expected(u"end of script");
+    checkDuplicates(all);
+    if (failed() || all.empty())
+        return nil();
+    if (all.size() > 1)
+        return asBody(all);
+    return is(all[0], NodeKind::Line) ? all[0] : node(NodeKind::Line, {all[0], nil(), nil()}, kNoComment, 0);
+}
+
+Object* Parser::asBody(const std::vector<Object*>& all) {
+    if (all.empty())
+        return nil();
+    return all.size() == 1 ? all[0] : node(NodeKind::Block, {list(all)}, 0, mAt ? mAt - 1 : 0);
+}
+
+Object* Parser::block(Body body) {
+    Depth depth(*this);
+    std::size_t first = mAt;
+    Brackets brackets(*this);
+    Saved level(mAtScriptLevel, body != Body::Statements);
+    std::vector<Object*> all = lines(body, true);
+    if (body != Body::Statements)
+        checkDuplicates(all);
+    if (all.size() < 2)
+        return all.empty() ? nil() : all[0];
+    return node(NodeKind::Block, {list(all)}, 0, first);
+}
+
+bool Parser::atBlockEnd() const {
+    return at(Keyword::Else) || (at(Keyword::On) && at(Keyword::Error, 1) && !mAtScriptLevel) ||
+           (at(Keyword::End) && !at(Keyword::Of, 1) && !at(Keyword::In, 1) &&
+            matchTerm({TermKind::Event, TermKind::Property, TermKind::Constant}).words < 2);
+}
+
+/// Every line up to the end of the block, or of the script. Behind a header its line has to end first.
+std::vector<Object*> Parser::lines(Body body, bool afterHeader) {
+    std::vector<Object*> all;
+    if (afterHeader) {
+        if (peek().kind == TokenKind::Comment)
+            all.push_back(commentLine(nil(), advance(), true));
+        if (!atLineEnd())
+            expected(u"end of line");
+        if (peek().kind == TokenKind::Newline)
+            advance();
+    }
+    while (!failed() && peek().kind != TokenKind::End) {
+        if (atBlockEnd() && !(body == Body::Script && at(Keyword::End) && atLineEnd(1)))
+            break;
+        line(all, body);
+    }
+    // A text that ends with a line end has an empty last line.
+    if (body == Body::Script && !failed() && mAt > 0 && mTokens[mAt - 1].kind == TokenKind::Newline)
+        all.push_back(node(NodeKind::Line, {nil(), nil(), nil()}, kNoComment, mAt));
+    return all;
+}
+
+void Parser::line(std::vector<Object*>& all, Body body) {
+    std::size_t first = mAt;
+    if (peek().kind == TokenKind::Newline) {
+        advance();
+        all.push_back(node(NodeKind::Line, {nil(), nil(), nil()}, kNoComment, first));
+        return;
+    }
+    if (peek().kind == TokenKind::Comment) {
+        all.push_back(commentLine(nil(), advance(), false));
+    } else {
+        Object* made = statement();
+        if (failed())
+            return;
+        if (peek().kind == TokenKind::Comment)
+            made = commentLine(made, advance(), false);
+        else if (body != Body::Statements && !is(made, NodeKind::Line) && !isDeclaration(made))
+            made = node(NodeKind::Line, {made, nil(), nil()}, kNoComment, first);
+        all.push_back(made);
+    }
+    if (peek().kind == TokenKind::Newline)
+        advance();
+    else if (!atLineEnd())
+        expected(u"end of line");
+}
+
+Object* Parser::commentLine(Object* statement, const Token& comment, bool onHeader) {
+    std::size_t first = mAt ? mAt - 1 : 0;
+    Object *old = nil(), *text = nil();
+    if (!comment.text.empty()) {
+        // The old form, in Mac Roman, stands beside the new one for old readers.
+        old = mStore.text(utf16FromMacRoman(macRomanFromUTF16(comment.text)));
+        old->flags = kOldText;
+        text = mStore.text(comment.text);
+    }
+    return node(NodeKind::Line, {statement, old, text}, commentFlags(comment.comment, onHeader), first);
+}
+
+/// `end`, and if it stands there the name of what ends.
+void Parser::endOf(Keyword keyword, Keyword other) {
+    if (!accept(Keyword::End)) {
+        expected(u"“end”");
+        return;
+    }
+    if (!accept(keyword) && !atLineEnd() && !(other != Keyword::None && accept(other)))
+        expected(u"“" + utf16FromUTF8(spellingOf(keyword)) + u"”");
+}
+
+} // namespace quoddle

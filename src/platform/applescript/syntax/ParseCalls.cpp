@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// Calls of users' handlers: f(a, b), x's foo:a bar:b, f of x from y given z:1.
+#include "platform/applescript/syntax/ParserState.h"
+#include "platform/applescript/syntax/Prepositions.h"
+
+#include "platform/base/Text.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::uint16_t kLabelled = 1;
+
+} // namespace
+
+/// The name has been read: a variable, or a call when its arguments follow.
+Object* Parser::call(const Word& name, Place place, std::size_t firstToken) {
+    Object* id = identifier(name);
+    if (at(Symbol::LeftParen)) {
+        advance();
+        std::vector<Object*> arguments = itemsUntil(Symbol::RightParen);
+        expect(Symbol::RightParen);
+        return node(NodeKind::Call, {id, list(arguments), emptyList()}, 0, firstToken);
+    }
+    if (at(Symbol::Colon) && place == Place::Part)
+        return interleaved(name, firstToken);
+    if (place != Place::Index && mUserLabels && atUserLabel()) {
+        Object* labels = userLabels();
+        return node(NodeKind::Call, {id, nil(), labels}, kLabelled, firstToken);
+    }
+    return node(NodeKind::Variable, {id}, 0, firstToken);
+}
+
+/// foo:a bar:b is a call of foo_bar_ with two arguments. The first name has been read.
+Object* Parser::interleaved(const Word& name, std::size_t firstToken) {
+    Word whole;
+    std::u16string spelling;
+    std::vector<Object*> arguments;
+    const Word* part = &name;
+    for (;;) {
+        whole.key += part->key + "_";
+        spelling += std::u16string(part->spelling) + u"_";
+        expect(Symbol::Colon);
+        arguments.push_back(expression(Level::Product));
+        const Token& next = peek();
+        if (failed() || !next.word || !at(Symbol::Colon, 1))
+            break;
+        part = next.word;
+        advance();
+    }
+    whole.spelling = mStore.keep(spelling);
+    return node(NodeKind::Call, {identifier(mList->words.emplace_back(whole)), list(arguments), emptyList()}, 0, firstToken);
+}
+
+FourCharCode Parser::preposition(std::size_t& tokens) const {
+    for (const Preposition& row : prepositions()) {
+        if (!at(row.words[0]) || (row.words[1] != Keyword::None && !at(row.words[1], 1)))
+            continue;
+        tokens = row.words[1] == Keyword::None ? 1 : 2;
+        return row.code;
+    }
+    return 0;
+}
+
+/// What can follow the name, or the direct parameter, of a call with labels.
+bool Parser::atUserLabel() const {
+    if (atActiveLabel())
+        return false;
+    if (at(Keyword::Given))
+        return true;
+    if (at(Keyword::With) || at(Keyword::Without))
+        return peek(1).kind == TokenKind::BarredWord ||
+               (peek(1).kind == TokenKind::Word && !isReserved(peek(1).keyword) && !at(Keyword::Timeout, 1));
+    std::size_t tokens = 0;
+    return preposition(tokens) && startsOperand(tokens);
+}
+
+Object* Parser::userLabels() {
+    std::vector<Object*> pairs;
+    Saved nested(mUserLabels, false);
+    while (!failed() && !atActiveLabel()) {
+        std::size_t tokens = 0;
+        std::size_t first = mAt;
+        if (FourCharCode code = preposition(tokens)) {
+            skip(tokens);
+            Object* value = expression();
+            addLabel(pairs, mStore.code(code), value, first);
+        } else if (!switches(nullptr, pairs) && !given(pairs)) {
+            break;
+        }
+    }
+    return labels(pairs);
+}
+
+} // namespace quoddle

@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: MIT
+// Elements: a class with an index, a name, a range, an ordinal; insertion points; and the classes whose values can be written as literals.
+#include "platform/applescript/syntax/ApplicationLiteral.h"
+#include "platform/applescript/syntax/ParserState.h"
+#include "platform/applescript/syntax/SourceText.h"
+
+#include "platform/base/Text.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::uint16_t kOrdinalWord = 1;
+constexpr std::uint16_t kNumericOrdinal = 0x102;
+constexpr std::uint16_t kFrontOrBack = 0x100;
+constexpr std::uint16_t kPluralWritten = 1;
+constexpr std::uint16_t kThru = 0x100;
+constexpr std::uint16_t kThrough = 0x101;
+constexpr std::uint8_t kDataTag = 13;
+constexpr OSStatus kInvalidDate = -30720;
+
+} // namespace
+
+/// The class has been read; what picks its elements may follow.
+Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken) {
+    FourCharCode code = classCode->code();
+    NodeKind relation{};
+    std::uint16_t flags = 0;
+    std::size_t tokens = 0;
+    auto byKey = [&](FourCharCode form, std::size_t skipped) {
+        skip(skipped);
+        Object* key = index();
+        return node(NodeKind::ElementByKey, {classCode, key, mStore.constant("kfrm"_4cc, form)}, 0, firstToken);
+    };
+    bool free = !atActiveLabel();
+    if (free && atWord("id") && startsOperand(1))
+        return byKey("ID  "_4cc, 1);
+    if (free && atWord("index") && startsOperand(1))
+        return byKey("indx"_4cc, 1);
+    if (at(Keyword::Named) && startsOperand(1))
+        return byKey("name"_4cc, 1);
+    if (code == "capp"_4cc && !mPlainApplications && peek().kind == TokenKind::Text)
+        return applicationNamed(firstToken);
+    if (code == "ldt "_4cc && peek().kind == TokenKind::Text)
+        return dateNamed(firstToken);
+    if (free && kind == TermKind::Class && isRelation(0, relation, flags, tokens)) {
+        skip(tokens);
+        return insertion(relation, classCode, flags, firstToken);
+    }
+    if (free && at(Keyword::From) && startsOperand(1)) {
+        advance();
+        Object* from = rangeBound();
+        if (!accept(Keyword::Thru) && !accept(Keyword::Through))
+            expect(Keyword::To);
+        Object* to = rangeBound();
+        return node(NodeKind::Range, {classCode, from, to}, 0, firstToken);
+    }
+    if (startsIndex())
+        return indexed(classCode, firstToken);
+    if (kind == TermKind::Plural)
+        return node(NodeKind::Every, {classCode}, kPluralWritten, firstToken);
+    return literal(classCode, firstToken);
+}
+
+Object* Parser::indexed(Object* classCode, std::size_t firstToken) {
+    Object* at1 = index();
+    if (!at(Keyword::Thru) && !at(Keyword::Through))
+        return node(NodeKind::Element, {classCode, at1}, 0, firstToken);
+    bool through = at(Keyword::Through);
+    advance();
+    Object* to = rangeBound();
+    return node(NodeKind::Range, {classCode, at1, to}, through ? kThrough : kThru, firstToken);
+}
+
+bool Parser::startsIndex() const {
+    const Token& token = peek();
+    switch (token.kind) {
+    case TokenKind::Integer:
+    case TokenKind::Real:
+    case TokenKind::Text:
+    case TokenKind::BarredWord:
+    case TokenKind::RawCode:
+        return true;
+    case TokenKind::Symbol:
+        if (token.symbol == Symbol::Minus) { // item -1, but items - 1
+            const Token& number = peek(1);
+            return (number.kind == TokenKind::Integer || number.kind == TokenKind::Real) && number.start == token.end &&
+                   token.start > mTokens[mAt - 1].end;
+        }
+        return token.symbol == Symbol::LeftParen || token.symbol == Symbol::LeftBrace;
+    case TokenKind::Word:
+        break;
+    default:
+        return false;
+    }
+    if (atActiveLabel() || at(Symbol::Colon, 1))
+        return false;
+    TermMatch match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
+    if (isReserved(token.keyword) && match.words < 2)
+        return token.keyword == Keyword::My;
+    if (atWord("id") || atWord("index") || atWord("exists") || at(Keyword::A) || at(Keyword::An))
+        return false;
+    return !match || match.term->kind == TermKind::Property;
+}
+
+Object* Parser::index() {
+    if (!at(Symbol::Minus)) {
+        Saved labels(mUserLabels, false);
+        return at(Keyword::My) ? reference() : primary(Place::Index);
+    }
+    std::size_t first = mAt;
+    bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
+    mTokens[mAt].afterBreak = false;
+    advance();
+    const Token& number = peek();
+    Object* made = nullptr;
+    if (number.kind == TokenKind::Integer || number.kind == TokenKind::Real) {
+        advance();
+        made = literal(number.kind == TokenKind::Integer ? mStore.integer(-static_cast<std::int32_t>(number.number))
+                                                         : mStore.real(-number.number),
+                       first);
+        made = breakAfter(made);
+    } else {
+        Object* value = primary(Place::Index);
+        made = node(NodeKind::Negate, {value}, 0, first);
+    }
+    return broken ? node(NodeKind::Line, {made, nil(), nil()}, 9, first) : made;
+}
+
+/// One end of a range: a number, or an element.
+Object* Parser::rangeBound() {
+    Saved labels(mUserLabels, false);
+    if (at(Symbol::Minus))
+        return index();
+    return possessives();
+}
+
+/// 1st, first, last, some, every: a form and the class it picks from.
+Object* Parser::ordinal(std::size_t firstToken) {
+    static constexpr Keyword kOrdinals[] = {Keyword::First, Keyword::Second,  Keyword::Third,  Keyword::Fourth, Keyword::Fifth,
+                                            Keyword::Sixth, Keyword::Seventh, Keyword::Eighth, Keyword::Ninth,  Keyword::Tenth};
+    const Token& token = advance();
+    Keyword form = token.keyword;
+    Object* classCode = classAfter(token.kind == TokenKind::Ordinal ? u"number" : u"ordinal");
+    auto pick = [&](std::int32_t index, std::uint16_t flags) {
+        Object* value = literal(mStore.integer(index), firstToken);
+        return node(NodeKind::Element, {classCode, value}, flags, firstToken);
+    };
+    if (token.kind == TokenKind::Ordinal)
+        return pick(static_cast<std::int32_t>(token.number), kNumericOrdinal);
+    switch (form) {
+    case Keyword::Every:
+        return node(NodeKind::Every, {classCode}, 0, firstToken);
+    case Keyword::Some:
+        return node(NodeKind::Some, {classCode}, 0, firstToken);
+    case Keyword::Middle:
+        return node(NodeKind::Middle, {classCode}, 0, firstToken);
+    case Keyword::Last:
+        return pick(-1, kOrdinalWord);
+    case Keyword::Front:
+        return pick(1, kFrontOrBack);
+    case Keyword::Back:
+        return pick(-1, kFrontOrBack);
+    default:
+        break;
+    }
+    for (std::int32_t i = 0; i < 10; ++i) {
+        if (kOrdinals[i] == form)
+            return pick(i + 1, kOrdinalWord);
+    }
+    return expected(u"expression");
+}
+
+/// The class name that an ordinal, `every` or `some` needs.
+Object* Parser::classAfter(std::u16string_view) {
+    const Token& token = peek();
+    if (token.kind == TokenKind::RawCode && token.text.starts_with(u"class ")) {
+        advance();
+        return mStore.code(fourCharCode(macRomanFromUTF16(token.text.substr(6))));
+    }
+    if (at(Keyword::App)) {
+        advance();
+        return mStore.code("capp"_4cc);
+    }
+    TermMatch match = matchTerm({TermKind::Class, TermKind::Plural, TermKind::Property});
+    if (!match)
+        return expected(u"class name");
+    skip(match.words);
+    return codeOf(*match.term);
+}
+
+/// before, after, in front of, in back of, behind.
+bool Parser::isRelation(std::size_t ahead, NodeKind& kind, std::uint16_t& flags, std::size_t& tokens) const {
+    tokens = 1;
+    flags = 0;
+    switch (peek(ahead).keyword) {
+    case Keyword::Before:
+        kind = NodeKind::Before;
+        return true;
+    case Keyword::After:
+        kind = NodeKind::After;
+        return true;
+    case Keyword::Behind:
+        kind = NodeKind::After;
+        flags = 1;
+        return true;
+    case Keyword::In:
+        if ((!at(Keyword::Front, ahead + 1) && !at(Keyword::Back, ahead + 1)) || !at(Keyword::Of, ahead + 2))
+            return false;
+        kind = at(Keyword::Front, ahead + 1) ? NodeKind::Before : NodeKind::After;
+        flags = 0x100;
+        tokens = 3;
+        return true;
+    case Keyword::Front:
+    case Keyword::Back:
+        if (!at(Keyword::Of, ahead + 1))
+            return false;
+        kind = at(Keyword::Front, ahead) ? NodeKind::Before : NodeKind::After;
+        flags = 0x100;
+        tokens = 2;
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// `before x`, or `word before x` with a class. The words have been read.
+Object* Parser::insertion(NodeKind kind, Object* classCode, std::uint16_t flags, std::size_t firstToken) {
+    Object* part = node(kind, {classCode ? classCode : mStore.code("insl"_4cc)}, flags, firstToken);
+    Object* container = reference();
+    return node(NodeKind::Of, {part, container}, 0, firstToken);
+}
+
+Object* Parser::applicationNamed(std::size_t firstToken) {
+    std::u16string name(advance().text);
+    if (name.ends_with(u".app") && name.find('/') == std::u16string::npos)
+        name.resize(name.size() - 4);
+    return literal(mStore.data(kApplicationTag, applicationData(name)), firstToken);
+}
+
+Object* Parser::dateNamed(std::size_t firstToken) {
+    const Token& token = advance();
+    auto seconds = sourcetext::parseDate(token.text, mOptions.now);
+    if (!seconds)
+        return fail(kInvalidDate, u"Invalid date and time date " + sourcetext::quoted(token.text) + u".", token);
+    std::string bytes = "ldt ";
+    auto bits = static_cast<std::uint64_t>(*seconds);
+    for (int shift = 56; shift >= 0; shift -= 8)
+        bytes += static_cast<char>(bits >> shift);
+    return literal(mStore.data(kDataTag, bytes), firstToken);
+}
+
+} // namespace quoddle

@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: MIT
+// Primaries: what an expression is made of when its operators and its containers are taken away.
+#include "platform/applescript/syntax/ParserState.h"
+
+#include "platform/base/Text.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::uint16_t kBreakBefore = 9;
+constexpr std::uint16_t kBreakAfter = 10;
+constexpr std::uint16_t kParentheses = 5;
+constexpr std::uint8_t kDataTag = 13;
+
+int hexDigit(char16_t c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    c = static_cast<char16_t>(c | 0x20);
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+}
+
+} // namespace
+
+Object* Parser::primary(Place place) {
+    Depth depth(*this);
+    std::size_t first = mAt;
+    bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
+    mTokens[mAt].afterBreak = false;
+    Object* made = breakAfter(primaryCore(place));
+    return broken ? node(NodeKind::Line, {made, nil(), nil()}, kBreakBefore, first) : made;
+}
+
+Object* Parser::breakAfter(Object* made) {
+    Token& next = mTokens[mAt];
+    if (!next.afterBreak || startsOperand())
+        return made;
+    next.afterBreak = false;
+    return node(NodeKind::Line, {made, nil(), nil()}, kBreakAfter, mAt ? mAt - 1 : 0);
+}
+
+Object* Parser::primaryCore(Place place) {
+    std::size_t first = mAt;
+    const Token& token = peek();
+    if (token.kind != TokenKind::Word)
+        mConstantsFirst = false;
+    switch (token.kind) {
+    case TokenKind::Integer:
+        advance();
+        return literal(mStore.integer(static_cast<std::int32_t>(token.number)), first);
+    case TokenKind::Real:
+        advance();
+        return literal(mStore.real(token.number), first);
+    case TokenKind::Text:
+        advance();
+        return literal(mStore.text(token.text), first);
+    case TokenKind::Ordinal:
+        return ordinal(first);
+    case TokenKind::RawCode:
+        return rawCode(place);
+    case TokenKind::BarredWord:
+        advance();
+        return call(*token.word, place, first);
+    case TokenKind::Word:
+        return wordPrimary(place);
+    case TokenKind::Symbol:
+        if (token.symbol == Symbol::LeftParen)
+            return parenthesized();
+        if (token.symbol == Symbol::LeftBrace)
+            return braces();
+        if (token.symbol == Symbol::LeftBracket)
+            return brackets();
+        break;
+    default:
+        break;
+    }
+    return expected(u"expression");
+}
+
+Object* Parser::wordPrimary(Place place) {
+    std::size_t first = mAt;
+    TermMatch match;
+    if (mConstantsFirst)
+        match = matchTerm({TermKind::Constant, TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural});
+    else if (place == Place::Part)
+        match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural});
+    else
+        match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
+    mConstantsFirst = false;
+    // In `x of y` a constant is never used.
+    if (match && match.term->kind == TermKind::Constant &&
+        (at(Keyword::Of, match.words) || peek(match.words).kind == TokenKind::PossessiveS) && match.term->group != "boov"_4cc &&
+        match.term->group != "misc"_4cc)
+        match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural});
+    if (match.words < 2) {
+        bool handled = false;
+        Object* made = keywordPrimary(place, handled);
+        if (handled)
+            return made;
+        if (isReserved(peek().keyword) && !match)
+            return expected(u"expression");
+        // foo:bar: after a target
+        if (place == Place::Part && at(Symbol::Colon, 1)) {
+            const Word& name = *advance().word;
+            return interleaved(name, first);
+        }
+    }
+    if (match)
+        return termPrimary(match, place);
+    const Word& name = *advance().word;
+    return call(name, place, first);
+}
+
+/// Words with a meaning of their own; `handled` stays false when the word may be a term or an identifier.
+Object* Parser::keywordPrimary(Place place, bool& handled) {
+    std::size_t first = mAt;
+    handled = true;
+    NodeKind relation{};
+    std::uint16_t flags = 0;
+    std::size_t tokens = 0;
+    if (isRelation(0, relation, flags, tokens)) {
+        skip(tokens);
+        return insertion(relation, nullptr, flags, first);
+    }
+    switch (peek().keyword) {
+    case Keyword::It:
+    case Keyword::Me: {
+        bool it = at(Keyword::It);
+        advance();
+        return node(it ? NodeKind::It : NodeKind::Me, {}, 0, first);
+    }
+    case Keyword::Beginning:
+        advance();
+        return node(NodeKind::Beginning, {}, 0, first);
+    case Keyword::End:
+        advance();
+        return node(NodeKind::End, {}, 0, first);
+    case Keyword::Return:
+        advance();
+        return node(NodeKind::Variable, {mStore.code("ret "_4cc)}, 0, first);
+    case Keyword::App:
+        advance();
+        return element(mStore.code("capp"_4cc), TermKind::Class, first);
+    case Keyword::Get: {
+        advance();
+        Object* value = expression();
+        return node(NodeKind::Get, {value}, 0, first);
+    }
+    case Keyword::The:
+    case Keyword::My:
+    case Keyword::Its:
+        return reference();
+    case Keyword::Every:
+    case Keyword::Some:
+    case Keyword::Middle:
+    case Keyword::First:
+    case Keyword::Second:
+    case Keyword::Third:
+    case Keyword::Fourth:
+    case Keyword::Fifth:
+    case Keyword::Sixth:
+    case Keyword::Seventh:
+    case Keyword::Eighth:
+    case Keyword::Ninth:
+    case Keyword::Tenth:
+    case Keyword::Last:
+    case Keyword::Front:
+    case Keyword::Back:
+        return ordinal(first);
+    case Keyword::Set:
+        if (place != Place::Index)
+            return setStatement(NodeKind::Set);
+        break;
+    case Keyword::Copy:
+        if (place != Place::Index)
+            return setStatement(NodeKind::Copy);
+        break;
+    default:
+        break;
+    }
+    handled = false;
+    return nil();
+}
+
+Object* Parser::termPrimary(const TermMatch& match, Place place) {
+    std::size_t first = mAt;
+    const Term& term = *match.term;
+    skip(match.words);
+    switch (term.kind) {
+    case TermKind::Event:
+        return command(eventCode(term.group, term.code, term.event), term.event, first);
+    case TermKind::Property:
+        if (term.code == "ret "_4cc)
+            return node(NodeKind::Variable, {codeOf(term)}, 0, first);
+        return node(NodeKind::Term, {codeOf(term)}, 0, first);
+    case TermKind::Constant:
+        return literal(codeOf(term), first);
+    case TermKind::Class:
+    case TermKind::Plural:
+        break;
+    }
+    if (place == Place::Index)
+        return literal(codeOf(term), first);
+    return element(codeOf(term), term.kind, first);
+}
+
+Object* Parser::parenthesized() {
+    std::size_t first = mAt;
+    expect(Symbol::LeftParen);
+    Object* inner = nullptr;
+    {
+        Brackets brackets(*this);
+        inner = expression();
+    }
+    expect(Symbol::RightParen);
+    return node(NodeKind::Line, {inner, nil(), nil()}, kParentheses, first);
+}
+
+std::vector<Object*> Parser::itemsUntil(Symbol close) {
+    std::vector<Object*> items;
+    Brackets brackets(*this);
+    while (!at(close) && !failed()) {
+        items.push_back(expression());
+        if (!at(close))
+            expect(Symbol::Comma);
+    }
+    return items;
+}
+
+Object* Parser::braces() {
+    std::size_t first = mAt;
+    expect(Symbol::LeftBrace);
+    std::size_t keyToken = mAt;
+    if (recordKey()) {
+        mAt = keyToken;
+        return recordAfterKey(first);
+    }
+    std::vector<Object*> items = itemsUntil(Symbol::RightBrace);
+    expect(Symbol::RightBrace);
+    return node(NodeKind::List, {list(items)}, 0, first);
+}
+
+Object* Parser::recordAfterKey(std::size_t firstToken) {
+    std::vector<Object*> pairs;
+    {
+        Brackets brackets(*this);
+        while (!failed()) {
+            Object* key = recordKey();
+            if (!key) {
+                expected(u"property name");
+                break;
+            }
+            pairs.push_back(key);
+            pairs.push_back(expression());
+            if (!accept(Symbol::Comma))
+                break;
+        }
+    }
+    expect(Symbol::RightBrace);
+    return node(NodeKind::Record, {mStore.record(pairs)}, 0, firstToken);
+}
+
+Object* Parser::recordKey() {
+    const Token& token = peek();
+    if (token.word && at(Symbol::Colon, 1)) {
+        TermMatch match = matchTerm({TermKind::Property, TermKind::Class});
+        Object* key = match.words == 1 ? codeOf(*match.term) : nullptr;
+        if (!key && isReserved(token.keyword))
+            return nullptr;
+        skip(2);
+        return key ? key : identifier(*token.word);
+    }
+    if (TermMatch match = matchTerm({TermKind::Property, TermKind::Class}); match && at(Symbol::Colon, match.words)) {
+        skip(match.words + 1);
+        return codeOf(*match.term);
+    }
+    bool rawClass = token.kind == TokenKind::RawCode && (token.text.starts_with(u"class ") || token.text.starts_with(u"property "));
+    if (rawClass && at(Symbol::Colon, 1)) {
+        skip(2);
+        return mStore.code(fourCharCode(macRomanFromUTF16(token.text.substr(token.text.find(' ') + 1))));
+    }
+    return nullptr;
+}
+
+Object* Parser::brackets() {
+    std::size_t first = mAt;
+    expect(Symbol::LeftBracket);
+    std::vector<Object*> items = itemsUntil(Symbol::RightBracket);
+    expect(Symbol::RightBracket);
+    return node(NodeKind::LinkedList, {list(items)}, 0, first);
+}
+
+/// «class abcd» and its like.
+Object* Parser::rawCode(Place place) {
+    std::size_t first = mAt;
+    const Token& token = peek();
+    std::size_t blank = token.text.find(' ');
+    std::u16string_view kind = token.text.substr(0, blank);
+    std::string bytes = blank == std::u16string_view::npos ? std::string() : macRomanFromUTF16(token.text.substr(blank + 1));
+    if (kind == u"class" || kind == u"property" || kind == u"preposition" || kind == u"keyform") {
+        if (bytes.empty() || bytes.size() > 4)
+            return expected(u"expression");
+        advance();
+        FourCharCode code = fourCharCode(bytes);
+        if (place == Place::Type)
+            return literal(mStore.code(code), first);
+        NodeKind relation{};
+        std::uint16_t flags = 0;
+        std::size_t tokens = 0;
+        if (kind == u"class" && place != Place::Index &&
+            (startsIndex() || at(Keyword::Named) || at(Keyword::From) || isRelation(0, relation, flags, tokens)))
+            return element(mStore.code(code), TermKind::Class, first);
+        bool onlyClass = mTerms.name(code, {TermKind::Class}) && !mTerms.name(code, {TermKind::Property});
+        return kind == u"class" && onlyClass ? literal(mStore.code(code), first) : node(NodeKind::Term, {mStore.code(code)}, 0, first);
+    }
+    if (kind == u"constant" && (bytes.size() == 8 || bytes.size() == 4)) {
+        advance();
+        FourCharCode code = fourCharCode(std::string_view(bytes).substr(0, 4));
+        return literal(bytes.size() == 4 ? mStore.code(code) : mStore.constant(code, fourCharCode(std::string_view(bytes).substr(4))),
+                       first);
+    }
+    if (kind == u"event" && bytes.size() == 8) {
+        advance();
+        FourCharCode eventClass = fourCharCode(std::string_view(bytes).substr(0, 4)),
+                     eventID = fourCharCode(std::string_view(bytes).substr(4));
+        const Term* term = mTerms.event(eventClass, eventID);
+        return command(eventCode(eventClass, eventID, term ? term->event : nullptr), term ? term->event : nullptr, first);
+    }
+    if (kind == u"data" && token.text.size() >= 9 && token.text.size() % 2 == 1) {
+        std::string data = macRomanFromUTF16(token.text.substr(5, 4));
+        for (std::size_t i = 9; i + 1 < token.text.size(); i += 2) {
+            int high = hexDigit(token.text[i]), low = hexDigit(token.text[i + 1]);
+            if (high < 0 || low < 0)
+                return expected(u"expression");
+            data += static_cast<char>(high << 4 | low);
+        }
+        advance();
+        return literal(mStore.data(kDataTag, data), first);
+    }
+    return fail(OSASyntaxTypeError, u"Expected expression but found unknown token.", token);
+}
+
+} // namespace quoddle

@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+// Statements of one line.
+#include "platform/applescript/syntax/ParserState.h"
+
+namespace quoddle {
+
+Object* Parser::statement() {
+    Depth depth(*this);
+    mPendingBreak = false;
+    // set volume, get eof, using terms … : a command of several words goes before the keyword it begins with.
+    TermMatch command = peek().keyword == Keyword::None ? TermMatch() : matchTerm({TermKind::Event});
+    if (command.words > 1)
+        return expression();
+    switch (peek().keyword) {
+    case Keyword::If:
+        return ifStatement();
+    case Keyword::Tell:
+        return tellStatement();
+    case Keyword::Repeat:
+        return repeatStatement();
+    case Keyword::Try:
+        return tryStatement();
+    case Keyword::Considering:
+    case Keyword::Ignoring:
+        return consideringStatement();
+    case Keyword::With:
+        return withStatement();
+    case Keyword::Using:
+        return usingStatement();
+    case Keyword::On:
+    case Keyword::To:
+        if (mAtScriptLevel)
+            return handler();
+        break;
+    case Keyword::Script:
+        if (peek(1).kind != TokenKind::Text)
+            return scriptObject();
+        break;
+    case Keyword::Property:
+    case Keyword::Prop:
+        if (mAtScriptLevel && !at(Keyword::Of, 1))
+            return property();
+        break;
+    default:
+        break;
+    }
+    return simpleStatement();
+}
+
+Object* Parser::simpleStatement() {
+    std::size_t first = mAt;
+    switch (peek().keyword) {
+    case Keyword::Global:
+        return declaration(NodeKind::Global);
+    case Keyword::Local:
+        return declaration(NodeKind::Local);
+    case Keyword::Set:
+        return setStatement(NodeKind::Set);
+    case Keyword::Copy:
+    case Keyword::Put:
+        return setStatement(NodeKind::Copy);
+    case Keyword::Return: {
+        advance();
+        Object* value = atLineEnd() || at(Keyword::Else) ? nil() : expression();
+        return node(NodeKind::Return, {value}, 0, first);
+    }
+    case Keyword::Error:
+        return errorStatement();
+    case Keyword::Exit:
+        advance();
+        accept(Keyword::Repeat);
+        return node(NodeKind::Exit, {}, 0, first);
+    case Keyword::Continue:
+        return continueStatement();
+    case Keyword::Use:
+        return useStatement();
+    default:
+        break;
+    }
+    return expression();
+}
+
+/// set target to value; copy value to target; put value into target
+Object* Parser::setStatement(NodeKind kind) {
+    std::size_t first = mAt;
+    bool put = at(Keyword::Put);
+    advance();
+    Object* value = nullptr;
+    Object* target = nullptr;
+    auto readTarget = [&] {
+        Saved labels(mUserLabels, false);
+        target = at(Symbol::LeftBrace) ? expression(Level::Operand) : reference();
+    };
+    if (kind == NodeKind::Set) {
+        readTarget();
+        if (!accept(Keyword::Returning))
+            expect(Keyword::To);
+        value = expression();
+    } else {
+        {
+            Saved labels(mUserLabels, false);
+            value = expression();
+        }
+        if (!accept(Keyword::Into) && !(put && accept(Keyword::In)))
+            expect(Keyword::To);
+        readTarget();
+    }
+    return node(kind, {value, target}, 0, first);
+}
+
+Object* Parser::errorStatement() {
+    std::size_t first = mAt;
+    advance();
+    const Term* term = mTerms.event("ascr"_4cc, "err "_4cc);
+    const EventTerm* event = term ? term->event : nullptr;
+    Object* message = nil();
+    mActive.push_back(event);
+    Saved labelsAllowed(mUserLabels, false);
+    std::size_t words = 0;
+    if (!labelAt(event, 0, words) && startsOperand())
+        message = expression();
+    Object* labels = commandLabels(event);
+    mActive.pop_back();
+    return node(NodeKind::Error, {eventCode("ascr"_4cc, "err "_4cc, event), message, labels}, 0, first);
+}
+
+/// The name of a variable, property, handler or script: an identifier, or the code of a word that is a property.
+Object* Parser::name() {
+    const Token& token = peek();
+    if (token.kind == TokenKind::RawCode && (token.text.starts_with(u"class ") || token.text.starts_with(u"property "))) {
+        Object* code = rawCode(Place::Type);
+        return failed() ? nil() : code->children[0];
+    }
+    TermMatch match = matchTerm({TermKind::Property});
+    if (match && (match.words > 1 || !isReserved(token.keyword))) {
+        skip(match.words);
+        return codeOf(*match.term);
+    }
+    bool termOnly = token.kind == TokenKind::Word && matchTerm({TermKind::Event, TermKind::Class, TermKind::Plural});
+    if (!token.word || isReserved(token.keyword) || termOnly)
+        return expected(u"variable name or property");
+    advance();
+    return identifier(*token.word);
+}
+
+Object* Parser::declaration(NodeKind kind) {
+    std::size_t first = mAt;
+    std::vector<Object*> names;
+    do {
+        advance();
+        names.push_back(name());
+    } while (!failed() && at(Symbol::Comma));
+    return node(kind, {list(names)}, 0, first);
+}
+
+/// use name : script "X" version "1.0"
+Object* Parser::useStatement() {
+    std::size_t first = mAt;
+    advance();
+    Object* label = nil();
+    if (peek().word && at(Symbol::Colon, 1)) {
+        label = identifier(*advance().word);
+        advance();
+    }
+    const Term* term = mTerms.event("ascr"_4cc, "use "_4cc);
+    const EventTerm* event = term ? term->event : nullptr;
+    std::size_t words = 0;
+    Object* target = nil();
+    mActive.push_back(event);
+    if (!labelAt(event, 0, words)) {
+        Saved plain(mPlainApplications, true);
+        target = primary(Place::Value);
+    }
+    Object* options = commandLabels(event);
+    mActive.pop_back();
+    if (auto application = applicationOf(target)) {
+        if (const TermSource* source = termsOf(*application))
+            mTerms.use(source);
+    }
+    return node(NodeKind::Use, {label, target, options}, 0, first);
+}
+
+Object* Parser::continueStatement() {
+    std::size_t first = mAt;
+    advance();
+    mTargeted = true;
+    Object* call = possessives();
+    mTargeted = false;
+    if (!failed() && !is(call, NodeKind::Call))
+        return fail(OSASyntaxTypeError, u"Expected command name but found identifier.", mTokens[first + 1]);
+    return node(NodeKind::Continue, {call}, 0, first);
+}
+
+} // namespace quoddle

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+// The parser from inside. Each part of the grammar has a source file: operators, references, primaries, commands, statements, blocks,
+// definitions.
+//
+// Decision: after an error the parser stands on the end of the script and every function returns quickly with a nil object, so that no
+// caller has to ask.
+#pragma once
+
+#include "platform/applescript/image/Object.h"
+#include "platform/applescript/syntax/Lexer.h"
+#include "platform/applescript/syntax/OperatorTable.h"
+#include "platform/applescript/syntax/Parser.h"
+#include "platform/applescript/terminology/Terminology.h"
+
+#include <span>
+#include <vector>
+
+namespace quoddle {
+
+class Parser {
+public:
+    Parser(std::u16string_view source, ObjectStore& store, const ParseOptions& options);
+
+    Object* script();
+    const ParseError& error() const { return mError; }
+
+private:
+    // --- tokens (Parser.cpp)
+    const Token& peek(std::size_t ahead = 0) const { return mTokens[std::min(mAt + ahead, mTokens.size() - 1)]; }
+    const Token& advance();
+    void skip(std::size_t tokens) {
+        for (; tokens > 0; --tokens)
+            advance();
+    }
+    bool at(Keyword keyword, std::size_t ahead = 0) const { return peek(ahead).keyword == keyword; }
+    bool at(Symbol symbol, std::size_t ahead = 0) const { return peek(ahead).symbol == symbol; }
+    bool accept(Keyword keyword);
+    bool accept(Symbol symbol);
+    void expect(Keyword keyword);
+    void expect(Symbol symbol);
+    /// A word that is no keyword but means something here: times, seconds, id.
+    bool atWord(std::string_view key, std::size_t ahead = 0) const;
+    bool atLineEnd(std::size_t ahead = 0) const;
+    /// Up to a few words from `ahead` on, for matching terms.
+    std::span<const std::string_view> wordsAhead(std::size_t ahead = 0) const;
+    TermMatch matchTerm(Terminology::Kinds kinds, std::size_t ahead = 0) const;
+
+    // --- errors (ParseErrors.cpp)
+    Object* fail(OSStatus number, std::u16string message, const Token& token);
+    Object* fail(OSStatus number, std::u16string message, SourceRange range);
+    /// Expected … but found the next token.
+    Object* expected(std::u16string_view what);
+    bool failed() const { return mError.number != noErr; }
+    std::u16string describe(std::size_t ahead) const;
+    bool startsOperandText(const Token& token) const;
+
+    // --- nodes (Parser.cpp)
+    Object* node(NodeKind kind, std::span<Object* const> children, std::uint16_t flags, std::size_t firstToken);
+    Object* node(NodeKind kind, std::initializer_list<Object*> children, std::uint16_t flags, std::size_t firstToken) {
+        return node(kind, std::span(children.begin(), children.size()), flags, firstToken);
+    }
+    Object* literal(Object* value, std::size_t firstToken) { return node(NodeKind::Literal, {value}, 0, firstToken); }
+    Object* list(const std::vector<Object*>& items) { return mStore.list(items); }
+    Object* nil() { return mStore.nil(); }
+    Object* emptyList() { return mStore.list({}); }
+    /// A Record of labels, or an empty list when there are none.
+    Object* labels(const std::vector<Object*>& keysAndValues);
+    Object* identifier(const Word& word);
+    Object* codeOf(const Term& term);
+    Object* eventCode(FourCharCode eventClass, FourCharCode eventID, const EventTerm* event);
+    static bool is(const Object* object, NodeKind kind) { return object->isNode(tagOf(kind)); }
+
+    // --- operators (ParseOperators.cpp)
+    Object* expression(Level minimum = Level::Or);
+    Object* operand();
+    Object* binary(Object* left, const OperatorRow& row, std::size_t firstToken);
+    Object* typeName();
+
+    // --- references (ParseReferences.cpp)
+    Object* reference();
+    Object* unfiltered();
+    Object* contained(Object* part, std::size_t firstToken);
+    static bool standsAlone(const Object* part);
+    Object* possessives();
+    Object* filtered(Object* reference, std::size_t firstToken);
+    bool atContainer() const;
+    /// Something that can begin an operand stands `ahead`; labels of the commands being read cannot.
+    bool startsOperand(std::size_t ahead = 0) const;
+
+    // --- primaries (ParsePrimaries.cpp)
+    enum class Place : std::uint8_t { Value, Part, Index, Type };
+    Object* primary(Place place);
+    Object* primaryCore(Place place);
+    /// Keeps a line break that stands between the operand just read and what is no operand.
+    Object* breakAfter(Object* operand);
+    Object* wordPrimary(Place place);
+    Object* keywordPrimary(Place place, bool& handled);
+    Object* termPrimary(const TermMatch& match, Place place);
+    Object* parenthesized();
+    Object* braces();
+    Object* brackets();
+    Object* recordAfterKey(std::size_t firstToken);
+    /// The label in front of a colon: an identifier or a code; nullptr when there is none.
+    Object* recordKey();
+    Object* rawCode(Place place);
+    std::vector<Object*> itemsUntil(Symbol close);
+
+    // --- elements (ParseElements.cpp)
+    Object* element(Object* classCode, TermKind kind, std::size_t firstToken);
+    Object* indexed(Object* classCode, std::size_t firstToken);
+    Object* ordinal(std::size_t firstToken);
+    Object* classAfter(std::u16string_view form);
+    Object* index();
+    Object* rangeBound();
+    Object* insertion(NodeKind kind, Object* classCode, std::uint16_t flags, std::size_t firstToken);
+    Object* applicationNamed(std::size_t firstToken);
+    Object* dateNamed(std::size_t firstToken);
+    bool startsIndex() const;
+    bool isRelation(std::size_t ahead, NodeKind& kind, std::uint16_t& flags, std::size_t& tokens) const;
+
+    // --- commands and calls (ParseCommands.cpp)
+    Object* command(Object* event, const EventTerm* term, std::size_t firstToken);
+    Object* commandLabels(const EventTerm* term);
+    bool commandLabel(const EventTerm* term, std::vector<Object*>& pairs);
+    bool switches(const EventTerm* term, std::vector<Object*>& pairs);
+    bool given(std::vector<Object*>& pairs);
+    Object* givenLabel();
+    void addLabel(std::vector<Object*>& pairs, Object* key, Object* value, std::size_t firstToken);
+    const ParameterTerm* labelAt(const EventTerm* term, std::size_t ahead, std::size_t& words) const;
+    bool atActiveLabel(std::size_t ahead = 0) const;
+    Object* call(const Word& name, Place place, std::size_t firstToken);
+    Object* interleaved(const Word& name, std::size_t firstToken);
+    bool atUserLabel() const;
+    /// The code of a preposition that labels a parameter of users' handlers; 0 when none stands here.
+    FourCharCode preposition(std::size_t& tokens) const;
+    Object* userLabels();
+
+    // --- statements (ParseStatements.cpp)
+    Object* statement();
+    Object* simpleStatement();
+    Object* setStatement(NodeKind kind);
+    Object* errorStatement();
+    Object* declaration(NodeKind kind);
+    Object* useStatement();
+    Object* continueStatement();
+    Object* name();
+
+    // --- blocks (ParseBlocks.cpp)
+    enum class Body : std::uint8_t { Statements, ScriptObject, Script };
+    std::vector<Object*> lines(Body body, bool afterHeader);
+    Object* block(Body body = Body::Statements);
+    Object* asBody(const std::vector<Object*>& lines);
+    void line(std::vector<Object*>& lines, Body body);
+    Object* commentLine(Object* statement, const Token& comment, bool onHeader);
+    bool atBlockEnd() const;
+    void endOf(Keyword keyword, Keyword other = Keyword::None);
+    Object* inlineStatement();
+    Object* ifStatement();
+    Object* tellStatement();
+    Object* repeatStatement();
+    Object* tryStatement();
+    Object* errorHeading();
+    Object* consideringStatement();
+    std::vector<Object*> considerations();
+    Object* withStatement();
+    Object* usingStatement();
+    bool pushTarget(const Object* target);
+    const TermSource* termsOf(const ApplicationName& application);
+
+    // --- definitions (ParseDefinitions.cpp)
+    Object* handler();
+    Object* handlerHeading();
+    Object* eventHeading(Object* event, const EventTerm* term, std::size_t firstToken);
+    Object* userHeading(std::size_t firstToken);
+    Object* interleavedHeading(std::size_t firstToken);
+    Object* parameter();
+    Object* pattern();
+    Object* scriptObject();
+    Object* property();
+    void checkDuplicates(const std::vector<Object*>& lines);
+    void checkDeclarations(const Object* body);
+
+    /// Ends the reach of the labels of commands outside a pair of brackets, and lets calls with labels stand there.
+    struct Brackets {
+        explicit Brackets(Parser& owner)
+            : parser(owner), active(std::exchange(owner.mActive, {})), labels(std::exchange(owner.mUserLabels, true)) {}
+        ~Brackets() {
+            parser.mActive = std::move(active);
+            parser.mUserLabels = labels;
+        }
+        Brackets(const Brackets&) = delete;
+        Brackets& operator=(const Brackets&) = delete;
+        Parser& parser;
+        std::vector<const EventTerm*> active;
+        bool labels;
+    };
+    struct Saved {
+        Saved(bool& variable, bool value) : flag(variable), old(std::exchange(variable, value)) {}
+        ~Saved() { flag = old; }
+        Saved(const Saved&) = delete;
+        Saved& operator=(const Saved&) = delete;
+        bool& flag;
+        bool old;
+    };
+    /// Counts how deep the parser is; fails when that is too deep.
+    struct Depth {
+        explicit Depth(Parser& owner);
+        ~Depth() { --parser.mDepth; }
+        Depth(const Depth&) = delete;
+        Depth& operator=(const Depth&) = delete;
+        Parser& parser;
+    };
+
+    ObjectStore& mStore;
+    const ParseOptions& mOptions;
+    std::unique_ptr<TokenList> mList;
+    std::vector<Token>& mTokens;
+    std::size_t mAt = 0;
+    Terminology mTerms;
+    ParseError mError;
+    std::unordered_map<std::string_view, Object*> mIdentifiers;
+    std::unordered_map<std::string_view, Object*> mEvents;
+    mutable std::vector<std::string_view> mWords;
+    /// Commands whose labels may still come, innermost last.
+    std::vector<const EventTerm*> mActive;
+    /// A name may be followed by the labels of a call (`f of x given y:1`).
+    bool mUserLabels = true;
+    /// An application is stored as text, not as data (`use application`).
+    bool mPlainApplications = false;
+    /// Constants go before properties and classes (the direct parameter of `path to`).
+    bool mConstantsFirst = false;
+    /// The primary that comes next stands behind `my` or `its`, so its call may be written foo:a bar:b.
+    bool mTargeted = false;
+    /// A continuation mark stood before a token that is no operand; the next operand keeps it.
+    bool mPendingBreak = false;
+    /// Handlers, properties and scripts may be defined here.
+    bool mAtScriptLevel = true;
+    std::size_t mDepth = 0;
+};
+
+} // namespace quoddle

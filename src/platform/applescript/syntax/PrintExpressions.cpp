@@ -1,0 +1,282 @@
+// SPDX-License-Identifier: MIT
+// Expressions: operators with the parentheses they need, lists, records, wrappers that keep how something was written.
+#include "platform/applescript/syntax/PrinterState.h"
+#include "platform/applescript/syntax/SourceText.h"
+
+#include <algorithm>
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::size_t kMaxDepth = 400;
+
+bool is(const Object* node, NodeKind kind) {
+    return node->isNode(tagOf(kind));
+}
+
+const OperatorRow* rowFor(NodeKind kind, std::uint16_t flags, bool negated) {
+    for (std::span<const OperatorRow> rows : {wordOperators(), symbolOperators()}) {
+        for (const OperatorRow& row : rows) {
+            if (row.kind == kind && row.flags == flags && row.negates == negated)
+                return &row;
+        }
+    }
+    return nullptr;
+}
+
+/// The operator of a node; nullptr when it is none. Unknown flags print as the plain form.
+const OperatorRow* operatorOf(const Object* node) {
+    if (node->kind != ObjectKind::Node || node->children.size() != 2)
+        return nullptr;
+    auto kind = static_cast<NodeKind>(node->tag);
+    const OperatorRow* row = rowFor(kind, node->flags, false);
+    return row ? row : rowFor(kind, 0, false);
+}
+
+/// not (a contains b) is written `a does not contain b`.
+const OperatorRow* negatedOperatorOf(const Object* node) {
+    if (!is(node, NodeKind::Not) || node->children[0]->kind != ObjectKind::Node || node->children[0]->children.size() != 2)
+        return nullptr;
+    const Object* inner = node->children[0];
+    return rowFor(static_cast<NodeKind>(inner->tag), inner->flags, true);
+}
+
+} // namespace
+
+Level Printer::levelOf(const Object* node) const {
+    if (const OperatorRow* row = operatorOf(node))
+        return row->level;
+    if (const OperatorRow* row = negatedOperatorOf(node))
+        return row->level;
+    if (node->kind != ObjectKind::Node)
+        return Level::Operand;
+    switch (static_cast<NodeKind>(node->tag)) {
+    case NodeKind::Not:
+        return Level::Not;
+    case NodeKind::Filter:
+    case NodeKind::Get:
+    case NodeKind::Set:
+    case NodeKind::Copy:
+    case NodeKind::Continue:
+        return Level::Or;
+    case NodeKind::Call:
+        if (node->children.size() < 3 || node->flags == 3)
+            return Level::Operand;
+        if (node->children[0]->kind == ObjectKind::Identifier)
+            return node->children[2]->children.empty() ? Level::Operand : Level::Or;
+        // `count of x` reads like a property; a command with nothing behind it cannot take what follows.
+        if (node->children[2]->children.empty() && (node->flags == 1 || node->children[1]->isNil()))
+            return Level::Operand;
+        return Level::Or;
+    default:
+        return Level::Operand;
+    }
+}
+
+void Printer::expression(const Object* node, Level minimum) {
+    if (++mDepth > kMaxDepth) {
+        put(Kind::Plain, u"«…»");
+    } else if (levelOf(node) < minimum) {
+        put(Kind::Plain, u"(");
+        expressionBody(node, Level::Or);
+        put(Kind::Plain, u")");
+    } else {
+        expressionBody(node, minimum);
+    }
+    --mDepth;
+}
+
+void Printer::expressionBody(const Object* node, Level minimum) {
+    if (node->kind != ObjectKind::Node) {
+        value(node);
+        return;
+    }
+    if (is(node, NodeKind::Line)) {
+        wrapper(node, minimum);
+        return;
+    }
+    if (operatorOf(node) || negatedOperatorOf(node)) {
+        operators(node);
+        return;
+    }
+    auto child = [&](std::size_t i) { return i < node->children.size() ? node->children[i] : nullptr; };
+    switch (static_cast<NodeKind>(node->tag)) {
+    case NodeKind::Literal:
+        value(child(0));
+        return;
+    case NodeKind::Variable:
+    case NodeKind::Term:
+        name(child(0));
+        return;
+    case NodeKind::Me:
+        keyword("me");
+        return;
+    case NodeKind::It:
+        keyword("it");
+        return;
+    case NodeKind::Not:
+        keyword("not ");
+        expression(child(0), Level::Not);
+        return;
+    case NodeKind::Negate:
+        put(Kind::Operator, u"-");
+        if (is(child(0), NodeKind::Negate) || (is(child(0), NodeKind::Literal) && mText.size() && (child(0)->children[0]->integer < 0)))
+            blank();
+        expression(child(0), Level::Operand);
+        return;
+    case NodeKind::Get:
+        keyword("get ");
+        expression(child(0));
+        return;
+    case NodeKind::ReferenceTo:
+        keyword("a reference to ");
+        expression(child(0), Level::Operand);
+        return;
+    case NodeKind::List:
+        put(Kind::Plain, u"{");
+        items(child(0));
+        put(Kind::Plain, u"}");
+        return;
+    case NodeKind::LinkedList:
+        put(Kind::Plain, u"[");
+        items(child(0));
+        put(Kind::Plain, u"]");
+        return;
+    case NodeKind::Record:
+        record(node);
+        return;
+    case NodeKind::Call:
+        call(node);
+        return;
+    case NodeKind::Of:
+    case NodeKind::Filter:
+    case NodeKind::Every:
+    case NodeKind::Some:
+    case NodeKind::Middle:
+    case NodeKind::Element:
+    case NodeKind::ElementByKey:
+    case NodeKind::Range:
+    case NodeKind::Beginning:
+    case NodeKind::End:
+    case NodeKind::Before:
+    case NodeKind::After:
+        element(node);
+        return;
+    default:
+        statement(node);
+    }
+}
+
+/// Parentheses, `the`, line breaks.
+void Printer::wrapper(const Object* line, Level minimum) {
+    const Object* inner = line->children[0];
+    if (line->flags == 9) {
+        lineBreak();
+        expression(inner, minimum);
+    } else if (line->flags == 10) {
+        expression(inner, minimum);
+        lineBreak();
+    } else if (line->flags & 4 && line->flags & 1) {
+        put(Kind::Plain, u"(");
+        expression(inner);
+        put(Kind::Plain, u")");
+    } else if (line->flags & 0x100) {
+        keyword("the ");
+        expression(inner, Level::Operand);
+    } else if (inner->isNil()) {
+        return;
+    } else {
+        expression(inner, minimum);
+    }
+}
+
+/// A chain of operators is as long as its text, so its left side is followed in a loop.
+void Printer::operators(const Object* node) {
+    std::vector<const Object*> chain;
+    const Object* left = node;
+    for (;;) {
+        const Object* made = negatedOperatorOf(left) ? left->children[0] : left;
+        const OperatorRow* row = negatedOperatorOf(left) ? negatedOperatorOf(left) : operatorOf(left);
+        if (!row)
+            break;
+        Level needed = row->level == Level::Power || row->level == Level::Equality || row->level == Level::Comparison ? tighter(row->level)
+                                                                                                                      : row->level;
+        chain.push_back(left);
+        left = made->children[row->swaps ? 1 : 0];
+        if (levelOf(left) < needed || is(made, NodeKind::Equal) || is(made, NodeKind::NotEqual))
+            break;
+    }
+    bool first = true;
+    for (std::size_t i = chain.size(); i-- > 0; first = false) {
+        const OperatorRow* row = negatedOperatorOf(chain[i]) ? negatedOperatorOf(chain[i]) : operatorOf(chain[i]);
+        const Object* made = row->negates ? chain[i]->children[0] : chain[i];
+        if (asking(made))
+            continue;
+        bool rightward = row->level == Level::Power;
+        bool single = row->level == Level::Equality || row->level == Level::Comparison;
+        if (first)
+            expression(made->children[row->swaps ? 1 : 0], rightward || single ? tighter(row->level) : row->level);
+        blank();
+        operatorWords(*row);
+        blank();
+        expression(made->children[row->swaps ? 0 : 1], rightward ? row->level : tighter(row->level));
+    }
+}
+
+void Printer::operatorWords(const OperatorRow& row) {
+    static constexpr std::u16string_view kSymbols[] = {u"",  u"",  u"",  u"",  u"",  u"",  u"",  u"",  u"",  u"+", u"-",
+                                                       u"*", u"/", u"^", u"&", u"=", u"≠", u"<", u"≤", u">", u"≥"};
+    if (row.symbol != Symbol::None) {
+        put(Kind::Operator, kSymbols[static_cast<std::size_t>(row.symbol)]);
+        return;
+    }
+    for (std::size_t i = 0; i < row.length(); ++i) {
+        if (i)
+            put(Kind::Operator, u" ");
+        put(Kind::Operator, spellingOf(row.words[i]));
+    }
+}
+
+/// `x is running` is stored as running of x = true.
+bool Printer::asking(const Object* node) {
+    bool equal = is(node, NodeKind::Equal);
+    if ((!equal && !is(node, NodeKind::NotEqual)) || node->flags != 2 || !is(node->children[0], NodeKind::Of))
+        return false;
+    const Object* asked = node->children[0];
+    expression(asked->children[1], Level::Comparison);
+    blank();
+    put(Kind::Operator, equal ? u"is " : u"is not ");
+    expression(asked->children[0], Level::Comparison);
+    return true;
+}
+
+void Printer::items(const Object* list) {
+    bool first = true;
+    for (const Object* item : list->children) {
+        if (!first)
+            put(Kind::Plain, u", ");
+        first = false;
+        expression(item);
+    }
+}
+
+void Printer::record(const Object* node) {
+    put(Kind::Plain, u"{");
+    std::span<Object* const> pairs = node->children[0]->children;
+    for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
+        if (i)
+            put(Kind::Plain, u", ");
+        const Object* held = pairs[i + 1];
+        if (is(held, NodeKind::Line) && held->flags == 9) { // the break stands in front of the label
+            lineBreak();
+            held = held->children[0];
+        }
+        name(pairs[i]);
+        put(Kind::Plain, u":");
+        expression(held);
+    }
+    put(Kind::Plain, u"}");
+}
+
+} // namespace quoddle

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// Tokens: what the lexer makes of source text and the parser reads.
+#pragma once
+
+#include "platform/applescript/syntax/Keyword.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace quoddle {
+
+enum class TokenKind : std::uint8_t {
+    End, // of the script
+    Newline,
+    Comment,     // `text` without its marks; `comment` says which
+    Word,        // `word`
+    BarredWord,  // |any characters|
+    Integer,     // `number`, a whole number in the range of integers
+    Real,        // `number`
+    Ordinal,     // 1st, 2nd: `number`
+    Text,        // `text` with its escapes resolved
+    RawCode,     // «…»: `text` between the chevrons
+    Symbol,      // `symbol`
+    PossessiveS, // 's
+    Bad,         // `text` says what was expected here, or is empty for an unknown token
+};
+
+enum class CommentKind : std::uint8_t { Block, Dashes, Hash };
+
+enum class Symbol : std::uint8_t {
+    None,
+    LeftParen,
+    RightParen,
+    LeftBrace,
+    RightBrace,
+    LeftBracket,
+    RightBracket,
+    Comma,
+    Colon,
+    Plus,
+    Minus,
+    Times,
+    Divide,
+    Power,
+    Ampersand,
+    Equal,
+    NotEqual,
+    Less,
+    LessOrEqual,
+    Greater,
+    GreaterOrEqual,
+};
+
+/// A distinct spelling-without-case of a word or of a barred word; one for each script.
+struct Word {
+    std::string key;              // UTF-8; lower case unless barred with capitals
+    std::u16string_view spelling; // as first met
+    Keyword keyword = Keyword::None;
+    bool barred = false;
+};
+
+struct Token {
+    TokenKind kind = TokenKind::End;
+    CommentKind comment = CommentKind::Block;
+    Symbol symbol = Symbol::None;
+    Keyword keyword = Keyword::None; // of a Word
+    /// A continuation mark stands between the token before and this one.
+    bool afterBreak = false;
+    std::uint32_t start = 0; // UTF-16 units of the source
+    std::uint32_t end = 0;
+    const Word* word = nullptr;
+    double number = 0;
+    std::u16string_view text;
+};
+
+} // namespace quoddle

@@ -1,0 +1,330 @@
+// SPDX-License-Identifier: MIT
+// Holds the parser and the printer against scripts that other compilers made.
+//
+//   treecheck FOLDER          every compiled script below FOLDER: read, print its tree, parse the print, compare the trees;
+//                             every source: parse it; every source beside a compiled script of the same name: compare the trees
+//   treecheck --tree FILE     the tree of a compiled script or of a source
+//   treecheck --print FILE    the tree printed as source
+//
+// It prints counts and, for each file that fails, the first difference. It is a tool for a person, not a test: what it is run on does not
+// belong to us.
+#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/syntax/ApplicationLiteral.h"
+#include "platform/applescript/syntax/NodeKind.h"
+#include "platform/applescript/syntax/Parser.h"
+#include "platform/applescript/syntax/Printer.h"
+#include "platform/base/Text.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+
+using namespace quoddle;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string bytesOfFile(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+const char* nodeName(std::uint8_t tag) {
+    switch (static_cast<NodeKind>(tag)) {
+#define QUODDLE_NAME(name, number)                                                                                                         \
+    case NodeKind::name:                                                                                                                   \
+        return #name;
+        QUODDLE_NODE_KINDS(QUODDLE_NAME)
+#undef QUODDLE_NAME
+    }
+    return "?";
+}
+
+std::string shown(const Object* o, int depth = 0) {
+    std::ostringstream out;
+    if (!o)
+        return "null";
+    if (depth > 60)
+        return "...";
+    switch (o->kind) {
+    case ObjectKind::Nil:
+        return "nil";
+    case ObjectKind::Boolean:
+        return o->boolean ? "true" : "false";
+    case ObjectKind::Integer:
+        out << 'i' << o->integer;
+        return out.str();
+    case ObjectKind::Real:
+        out << 'r' << o->real;
+        return out.str();
+    case ObjectKind::Code:
+        return (o->tag == 0x0A ? "c'" : o->tag == 0x0B ? "k'" : "e'") + utf8FromUTF16(utf16FromMacRoman(o->bytes.substr(0, 8))) + "'";
+    case ObjectKind::Identifier:
+        return "$" + std::string(o->spelledName());
+    case ObjectKind::Text: {
+        std::string s = utf8FromUTF16(o->text.substr(0, 40));
+        return "'" + s + "'";
+    }
+    case ObjectKind::Data:
+        return o->tag == kApplicationTag ? "app:" + utf8FromUTF16(applicationName(o->bytes)) : "data:" + std::string(o->bytes.substr(0, 4));
+    case ObjectKind::Raw:
+        return "raw";
+    case ObjectKind::Node:
+        out << '(' << nodeName(o->tag);
+        if (o->flags)
+            out << '#' << std::hex << o->flags << std::dec;
+        break;
+    case ObjectKind::Block:
+        out << "(B" << int(o->tag);
+        break;
+    case ObjectKind::List:
+        out << "(L";
+        break;
+    case ObjectKind::Record:
+        out << "(R";
+        break;
+    case ObjectKind::Vector:
+        out << "(V";
+        break;
+    }
+    std::string line = out.str();
+    bool broken = o->isNode(tagOf(NodeKind::Block)) || (o->kind == ObjectKind::List && o->children.size() > 3);
+    for (const Object* child : o->children)
+        line += (broken ? "\n" + std::string(static_cast<std::size_t>(depth + 1), ' ') : " ") + shown(child, depth + 1);
+    return line + ")";
+}
+
+struct Comparison {
+    /// Terms that one compiler stored as a property and another as a class count as equal.
+    bool drift = false;
+    std::string difference;
+
+    bool fail(const Object* a, const Object* b, const char* what) {
+        if (difference.empty())
+            difference = std::string(what) + ": " + shown(a).substr(0, 300) + "\n      got " + shown(b).substr(0, 300);
+        return false;
+    }
+
+    static const Object* stripped(const Object* o) { return o; }
+
+    bool equal(const Object* a, const Object* b, int depth = 0) {
+        if (depth > 5000)
+            return fail(a, b, "depth");
+        // Old compilers kept a block of one line.
+        if (drift && a->isNode(tagOf(NodeKind::Block)) && a->children[0]->children.size() == 1 && !b->isNode(tagOf(NodeKind::Block))) {
+            if (b->isNode(tagOf(NodeKind::Line)) && !a->children[0]->children[0]->isNode(tagOf(NodeKind::Line)))
+                b = b->children[0];
+            return equal(a->children[0]->children[0], b, depth + 1);
+        }
+        if (drift && a->kind == ObjectKind::Node && b->kind == ObjectKind::Node && a->tag != b->tag) {
+            auto term = [](const Object* o) { return o->isNode(tagOf(NodeKind::Literal)) || o->isNode(tagOf(NodeKind::Term)); };
+            if (term(a) && term(b) && a->children[0]->isCode(CodeTag::Class) && b->children[0]->isCode(CodeTag::Class) &&
+                a->children[0]->bytes == b->children[0]->bytes)
+                return true;
+        }
+        if (a->kind != b->kind)
+            return fail(a, b, "kind");
+        switch (a->kind) {
+        case ObjectKind::Nil:
+            return true;
+        case ObjectKind::Boolean:
+            return a->boolean == b->boolean || fail(a, b, "boolean");
+        case ObjectKind::Integer:
+            return a->integer == b->integer || fail(a, b, "integer");
+        case ObjectKind::Real:
+            return a->real == b->real || fail(a, b, "real");
+        case ObjectKind::Code:
+            return (a->tag == b->tag && a->bytes.substr(0, 8) == b->bytes.substr(0, 8)) || fail(a, b, "code");
+        case ObjectKind::Identifier:
+            return (a->bytes == b->bytes && a->spelledName() == b->spelledName()) || fail(a, b, "identifier");
+        case ObjectKind::Text:
+            return a->text == b->text || fail(a, b, "text");
+        case ObjectKind::Data:
+            if (a->tag == kApplicationTag && b->tag == kApplicationTag)
+                return applicationName(a->bytes) == applicationName(b->bytes) || fail(a, b, "application");
+            return (a->tag == b->tag && a->bytes == b->bytes) || fail(a, b, "data");
+        case ObjectKind::Raw:
+            return a->bytes == b->bytes || fail(a, b, "raw");
+        default:
+            break;
+        }
+        if (a->kind == ObjectKind::Node && (a->tag != b->tag || a->flags != b->flags))
+            return fail(a, b, a->tag != b->tag ? "node" : "flags");
+        if (a->kind == ObjectKind::Block && a->tag != b->tag)
+            return fail(a, b, "block");
+        if (a->isNode(tagOf(NodeKind::Line)))
+            return equal(a->children[0], b->children[0], depth + 1) && comments(a, b);
+        if (a->children.size() != b->children.size())
+            return fail(a, b, "count");
+        for (std::size_t i = 0; i < a->children.size(); ++i) {
+            if (!equal(a->children[i], b->children[i], depth + 1))
+                return false;
+        }
+        return true;
+    }
+
+    /// Old scripts keep a comment in one form, new ones in two.
+    bool comments(const Object* a, const Object* b) {
+        auto text = [](const Object* line) {
+            const Object* last = line->children[line->children.size() - 1];
+            return last->isNil() ? line->children[1]->text : last->text;
+        };
+        return text(a) == text(b) || fail(a, b, "comment");
+    }
+};
+
+struct Counts {
+    int compiled = 0, runOnly = 0, unread = 0, printFails = 0, roundExact = 0, roundDrift = 0;
+    int sources = 0, parsed = 0;
+    int pairs = 0, pairParsed = 0, pairExact = 0, pairDrift = 0;
+};
+
+std::string errorText(const ParseError& error, std::u16string_view source) {
+    std::size_t line = 1;
+    for (std::size_t i = 0; i < error.start && i < source.size(); ++i)
+        line += source[i] == '\n' || (source[i] == '\r' && !(i + 1 < source.size() && source[i + 1] == '\n'));
+    std::size_t from = error.start;
+    while (from > 0 && source[from - 1] != '\n' && source[from - 1] != '\r')
+        --from;
+    std::u16string here(source.substr(from, 120));
+    here = here.substr(0, here.find_first_of(u"\r\n"));
+    return std::to_string(error.number) + " " + utf8FromUTF16(error.message) + " line " + std::to_string(line) + " at " +
+           std::to_string(error.start - from) + ": " + utf8FromUTF16(here);
+}
+
+/// Decompiling a script into a file adds a line end that its text does not have.
+std::u16string sourceOf(const std::string& bytes) {
+    std::u16string source = utf16FromSourceBytes(bytes);
+    if (source.ends_with(u'\n'))
+        source.pop_back();
+    if (source.ends_with(u'\r'))
+        source.pop_back();
+    return source;
+}
+
+const Object* treeOf(const Object* root) {
+    return root->kind == ObjectKind::Block && root->children.size() > 1 ? root->children[1] : root;
+}
+
+void roundTrip(const fs::path& path, const Object* tree, Counts& counts, bool verbose) {
+    std::u16string printed = printTree(tree);
+    ObjectStore store;
+    auto again = parse(printed, store);
+    if (!again) {
+        ++counts.printFails;
+        if (verbose)
+            std::cout << "PRINT " << path.string() << "\n      " << errorText(again.error(), printed) << '\n';
+        return;
+    }
+    Comparison exact, drift;
+    drift.drift = true;
+    if (exact.equal(tree, *again))
+        ++counts.roundExact;
+    else if (drift.equal(tree, *again))
+        ++counts.roundDrift;
+    else if (verbose)
+        std::cout << "ROUND " << path.string() << "\n      " << drift.difference << '\n';
+}
+
+void check(const fs::path& path, Counts& counts, bool verbose) {
+    std::string bytes = bytesOfFile(path);
+    if (looksLikeImage(bytes)) {
+        ++counts.compiled;
+        auto image = readImage(bytes);
+        if (!image) {
+            ++counts.unread;
+            return;
+        }
+        const Object* tree = treeOf(image->root);
+        if (tree->isNil()) {
+            ++counts.runOnly;
+            return;
+        }
+        roundTrip(path, tree, counts, verbose);
+        fs::path sourcePath = path;
+        sourcePath.replace_extension(".applescript");
+        if (!fs::exists(sourcePath))
+            return;
+        ++counts.pairs;
+        std::u16string source = sourceOf(bytesOfFile(sourcePath));
+        ObjectStore store;
+        auto parsed = parse(source, store);
+        if (!parsed) {
+            if (verbose)
+                std::cout << "PAIRERR " << sourcePath.string() << "\n      " << errorText(parsed.error(), source) << '\n';
+            return;
+        }
+        ++counts.pairParsed;
+        Comparison exact, drift;
+        drift.drift = true;
+        if (exact.equal(tree, *parsed))
+            ++counts.pairExact;
+        else if (drift.equal(tree, *parsed))
+            ++counts.pairDrift;
+        else if (verbose)
+            std::cout << "PAIR " << sourcePath.string() << "\n      " << drift.difference << '\n';
+    } else if (path.extension() == ".applescript" || path.extension() == ".scpt") {
+        ++counts.sources;
+        std::u16string source = sourceOf(bytes);
+        ObjectStore store;
+        auto parsed = parse(source, store);
+        if (parsed) {
+            ++counts.parsed;
+            roundTrip(path, *parsed, counts, verbose);
+        } else if (verbose)
+            std::cout << "SOURCE " << path.string() << "\n      " << errorText(parsed.error(), source) << '\n';
+    }
+}
+
+int showFile(const std::string& option, const fs::path& path) {
+    std::string bytes = bytesOfFile(path);
+    auto store = std::make_shared<ObjectStore>();
+    const Object* tree = nullptr;
+    if (looksLikeImage(bytes)) {
+        auto image = readImage(bytes);
+        if (!image)
+            return 1;
+        store = image->store;
+        tree = treeOf(image->root);
+    } else {
+        std::u16string source = sourceOf(bytes);
+        auto parsed = parse(source, *store);
+        if (!parsed) {
+            std::cout << errorText(parsed.error(), source) << '\n';
+            return 1;
+        }
+        tree = *parsed;
+    }
+    std::cout << (option == "--tree" ? shown(tree) : utf8FromUTF16(printTree(tree))) << '\n';
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 3 && (argv[1] == std::string("--tree") || argv[1] == std::string("--print")))
+        return showFile(argv[1], argv[2]);
+    bool verbose = argc > 2 && argv[2] == std::string("-v");
+    if (argc < 2) {
+        std::cerr << "treecheck FOLDER [-v] | --tree FILE | --print FILE\n";
+        return 2;
+    }
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::recursive_directory_iterator(argv[1])) {
+        if (entry.is_regular_file())
+            files.push_back(entry.path());
+    }
+    std::ranges::sort(files);
+    Counts c;
+    for (const fs::path& file : files)
+        check(file, c, verbose);
+    std::cout << "compiled " << c.compiled << ", unreadable " << c.unread << ", run-only " << c.runOnly << '\n';
+    std::cout << "print and parse again: exact " << c.roundExact << ", equal but for property/class " << c.roundDrift
+              << ", print not parsed " << c.printFails << '\n';
+    std::cout << "sources " << c.sources << ", parsed " << c.parsed << '\n';
+    std::cout << "pairs " << c.pairs << ", source parsed " << c.pairParsed << ", exact " << c.pairExact << ", equal but for property/class "
+              << c.pairDrift << '\n';
+    return 0;
+}
