@@ -134,7 +134,7 @@ AEDesc::AEDesc(DescType type, std::string_view data) : mType(type), mForm(Form::
     }
 }
 
-AEDesc::AEDesc(DescType type, AEDescStorage* storage) noexcept : mType(type), mForm(Form::Shared), mSmallSize(0), mStorage(storage) {}
+AEDesc::AEDesc(DescType type, AEDescStorage& storage) noexcept : mType(type), mForm(Form::Shared), mSmallSize(0), mStorage(&storage) {}
 
 AEDesc::AEDesc(const AEDesc& other) noexcept : mType(other.mType), mForm(other.mForm), mSmallSize(other.mSmallSize) {
     std::memcpy(mSmall, other.mSmall, sizeof mSmall);
@@ -196,7 +196,7 @@ AEDescStorage& AEDesc::writable() {
 }
 
 AEDesc AEDesc::list(std::vector<AEDesc> items) {
-    return {"list"_4cc, new ListStorage(std::move(items))};
+    return {"list"_4cc, *new ListStorage(std::move(items))};
 }
 
 AEDesc AEDesc::list() {
@@ -204,7 +204,7 @@ AEDesc AEDesc::list() {
 }
 
 AEDesc AEDesc::record(std::vector<AEItem> fields, DescType type) {
-    return {type, new RecordStorage(std::move(fields))};
+    return {type, *new RecordStorage(std::move(fields))};
 }
 
 AEDesc AEDesc::record(DescType type) {
@@ -224,7 +224,7 @@ AEDesc AEDesc::appleEvent(AEEventClass eventClass, AEEventID eventID, std::int16
     event->transactionID = transactionID;
     event->attributes = std::move(attributes);
     event->fields = std::move(parameters);
-    return {"aevt"_4cc, event};
+    return {"aevt"_4cc, *event};
 }
 
 AEDesc AEDesc::withType(DescType type) const {

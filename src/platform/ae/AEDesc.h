@@ -118,7 +118,7 @@ public:
 
 private:
     enum class Form : std::uint8_t { Small, Shared };
-    AEDesc(DescType type, AEDescStorage* storage) noexcept;
+    AEDesc(DescType type, AEDescStorage& storage) noexcept;
     AEDescStorage* shared() const { return mForm == Form::Shared ? mStorage : nullptr; }
     AEDescStorage& writable();
     static void release(AEDescStorage* storage) noexcept;
