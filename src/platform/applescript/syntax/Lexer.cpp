@@ -340,19 +340,33 @@ private:
             char16_t first, second;
             Symbol symbol;
         };
-        static constexpr Row kRows[] = {{'<', '=', Symbol::LessOrEqual}, {'>', '=', Symbol::GreaterOrEqual},
-                                        {'/', '=', Symbol::NotEqual},    {'(', 0, Symbol::LeftParen},
-                                        {')', 0, Symbol::RightParen},    {'{', 0, Symbol::LeftBrace},
-                                        {'}', 0, Symbol::RightBrace},    {'[', 0, Symbol::LeftBracket},
-                                        {']', 0, Symbol::RightBracket},  {',', 0, Symbol::Comma},
-                                        {':', 0, Symbol::Colon},         {'+', 0, Symbol::Plus},
-                                        {'-', 0, Symbol::Minus},         {0x2212, 0, Symbol::Minus},
-                                        {'*', 0, Symbol::Times},         {0xD7, 0, Symbol::Times},
-                                        {'/', 0, Symbol::Divide},        {0xF7, 0, Symbol::Divide},
-                                        {'^', 0, Symbol::Power},         {'&', 0, Symbol::Ampersand},
-                                        {'=', 0, Symbol::Equal},         {0x2260, 0, Symbol::NotEqual},
-                                        {'<', 0, Symbol::Less},          {0x2264, 0, Symbol::LessOrEqual},
-                                        {'>', 0, Symbol::Greater},       {0x2265, 0, Symbol::GreaterOrEqual}};
+        static constexpr Row kRows[] = {{'<', '=', Symbol::LessOrEqual},
+                                        {'>', '=', Symbol::GreaterOrEqual},
+                                        {'/', '=', Symbol::NotEqual},
+                                        {'(', 0, Symbol::LeftParen},
+                                        {')', 0, Symbol::RightParen},
+                                        {'{', 0, Symbol::LeftBrace},
+                                        {'}', 0, Symbol::RightBrace},
+                                        {'[', 0, Symbol::LeftBracket},
+                                        {']', 0, Symbol::RightBracket},
+                                        {',', 0, Symbol::Comma},
+                                        {':', 0, Symbol::Colon},
+                                        {'+', 0, Symbol::Plus},
+                                        {'-', 0, Symbol::Minus},
+                                        {0x2212, 0, Symbol::Minus},
+                                        {0x2013, 0, Symbol::Minus},
+                                        {'*', 0, Symbol::Times},
+                                        {0xD7, 0, Symbol::Times},
+                                        {'/', 0, Symbol::Divide},
+                                        {0xF7, 0, Symbol::Divide},
+                                        {'^', 0, Symbol::Power},
+                                        {'&', 0, Symbol::Ampersand},
+                                        {'=', 0, Symbol::Equal},
+                                        {0x2260, 0, Symbol::NotEqual},
+                                        {'<', 0, Symbol::Less},
+                                        {0x2264, 0, Symbol::LessOrEqual},
+                                        {'>', 0, Symbol::Greater},
+                                        {0x2265, 0, Symbol::GreaterOrEqual}};
         for (const Row& row : kRows) {
             if (peek() != row.first || (row.second && peek(1) != row.second))
                 continue;

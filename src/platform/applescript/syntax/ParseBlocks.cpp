@@ -35,7 +35,7 @@ bool isDeclaration(const Object* statement) {
 } // namespace
 
 Object* Parser::script() {
-    std::vector<Object*> all = lines(Body::Script, false);
+    std::vector<Object*> all = lines(Body::Script);
     if (!failed() && peek().kind != TokenKind::End)
         expected(u"end of script");
     checkDuplicates(all);
@@ -57,12 +57,20 @@ Object* Parser::block(Body body) {
     std::size_t first = mAt;
     Brackets brackets(*this);
     Saved level(mAtScriptLevel, body != Body::Statements);
-    std::vector<Object*> all = lines(body, true);
+    // A comment on the line of the header holds the whole body.
+    const Token* comment = peek().kind == TokenKind::Comment ? &advance() : nullptr;
+    if (!atLineEnd())
+        expected(u"end of line");
+    if (peek().kind == TokenKind::Newline)
+        advance();
+    std::vector<Object*> all = lines(body);
     if (body != Body::Statements)
         checkDuplicates(all);
-    if (all.size() < 2)
-        return all.empty() ? nil() : all[0];
-    return node(NodeKind::Block, {list(all)}, 0, first);
+    if (body == Body::ScriptObject && all.size() == 1 && is(all[0], NodeKind::Line) && all[0]->flags == kNoComment &&
+        !all[0]->children[0]->isNil())
+        all[0] = all[0]->children[0];
+    Object* made = all.size() > 1 ? node(NodeKind::Block, {list(all)}, 0, first) : all.empty() ? nil() : all[0];
+    return comment ? commentLine(made, *comment, true) : made;
 }
 
 bool Parser::atBlockEnd() const {
@@ -71,17 +79,9 @@ bool Parser::atBlockEnd() const {
             matchTerm({TermKind::Event, TermKind::Property, TermKind::Constant}).words < 2);
 }
 
-/// Every line up to the end of the block, or of the script. Behind a header its line has to end first.
-std::vector<Object*> Parser::lines(Body body, bool afterHeader) {
+/// Every line up to the end of the block, or of the script.
+std::vector<Object*> Parser::lines(Body body) {
     std::vector<Object*> all;
-    if (afterHeader) {
-        if (peek().kind == TokenKind::Comment)
-            all.push_back(commentLine(nil(), advance(), true));
-        if (!atLineEnd())
-            expected(u"end of line");
-        if (peek().kind == TokenKind::Newline)
-            advance();
-    }
     while (!failed() && peek().kind != TokenKind::End) {
         if (atBlockEnd() && !(body == Body::Script && at(Keyword::End) && atLineEnd(1)))
             break;

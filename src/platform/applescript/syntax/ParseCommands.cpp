@@ -14,10 +14,6 @@ constexpr std::uint16_t kOfForm = 1;
 constexpr std::uint16_t kPlainForm = 2;
 constexpr std::uint32_t kEnumerated = 0x2000;
 
-bool takesOf(const EventTerm* term) {
-    return term && std::ranges::any_of(term->parameters, [](const ParameterTerm& parameter) { return parameter.words == "of"; });
-}
-
 } // namespace
 
 /// The name of the command has been read.
@@ -28,7 +24,7 @@ Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstT
     mActive.push_back(term);
     Saved labelsAllowed(mUserLabels, false);
     std::size_t words = 0;
-    if (at(Keyword::Of) && !takesOf(term)) {
+    if (at(Keyword::Of) && !labelAt(term, 0, words)) {
         flags = kOfForm;
         advance();
         direct = reference();

@@ -74,7 +74,7 @@ Object* Parser::tellStatement() {
     Object* target = nullptr;
     {
         Saved labels(mUserLabels, false);
-        target = reference();
+        target = expression();
     }
     bool pushed = pushTarget(target);
     bool oneLine = accept(Keyword::To);

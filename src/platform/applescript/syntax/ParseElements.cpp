@@ -18,6 +18,7 @@ constexpr std::uint16_t kThru = 0x100;
 constexpr std::uint16_t kThrough = 0x101;
 constexpr std::uint8_t kDataTag = 13;
 constexpr OSStatus kInvalidDate = -30720;
+constexpr std::int64_t kSecondsPerDay = 86400;
 
 } // namespace
 
@@ -27,18 +28,14 @@ Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken
     NodeKind relation{};
     std::uint16_t flags = 0;
     std::size_t tokens = 0;
-    auto byKey = [&](FourCharCode form, std::size_t skipped) {
-        skip(skipped);
+    auto byKey = [&](FourCharCode form) {
+        advance();
         Object* key = index();
         return node(NodeKind::ElementByKey, {classCode, key, mStore.constant("kfrm"_4cc, form)}, 0, firstToken);
     };
     bool free = !atActiveLabel();
-    if (free && atWord("id") && startsOperand(1))
-        return byKey("ID  "_4cc, 1);
-    if (free && atWord("index") && startsOperand(1))
-        return byKey("indx"_4cc, 1);
-    if (at(Keyword::Named) && startsOperand(1))
-        return byKey("name"_4cc, 1);
+    if (free && startsKey())
+        return byKey(atWord("id") ? "ID  "_4cc : atWord("index") ? "indx"_4cc : "name"_4cc);
     if (code == "capp"_4cc && !mPlainApplications && peek().kind == TokenKind::Text)
         return applicationNamed(firstToken);
     if (code == "ldt "_4cc && peek().kind == TokenKind::Text)
@@ -72,6 +69,11 @@ Object* Parser::indexed(Object* classCode, std::size_t firstToken) {
     return node(NodeKind::Range, {classCode, at1, to}, through ? kThrough : kThru, firstToken);
 }
 
+/// id 5, index 2, named "x": a key form and its key.
+bool Parser::startsKey() const {
+    return (atWord("id") || atWord("index") || at(Keyword::Named)) && startsOperand(1);
+}
+
 bool Parser::startsIndex() const {
     const Token& token = peek();
     switch (token.kind) {
@@ -96,9 +98,18 @@ bool Parser::startsIndex() const {
     if (atActiveLabel() || at(Symbol::Colon, 1))
         return false;
     TermMatch match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
-    if (isReserved(token.keyword) && match.words < 2)
-        return token.keyword == Keyword::My;
-    if (atWord("id") || atWord("index") || atWord("exists") || at(Keyword::A) || at(Keyword::An))
+    if (isReserved(token.keyword) && match.words < 2) {
+        switch (token.keyword) {
+        case Keyword::My:
+        case Keyword::Beginning: // text beginning thru word 3
+        case Keyword::First:
+        case Keyword::Last:
+            return true;
+        default:
+            return false;
+        }
+    }
+    if (startsKey() || atWord("exists") || at(Keyword::A) || at(Keyword::An))
         return false;
     return !match || match.term->kind == TermKind::Property;
 }
@@ -106,7 +117,7 @@ bool Parser::startsIndex() const {
 Object* Parser::index() {
     if (!at(Symbol::Minus)) {
         Saved labels(mUserLabels, false);
-        return at(Keyword::My) ? reference() : primary(Place::Index);
+        return at(Keyword::My) ? unfiltered() : primary(Place::Index);
     }
     std::size_t first = mAt;
     bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
@@ -240,7 +251,8 @@ Object* Parser::applicationNamed(std::size_t firstToken) {
 
 Object* Parser::dateNamed(std::size_t firstToken) {
     const Token& token = advance();
-    auto seconds = sourcetext::parseDate(token.text, mOptions.now);
+    std::optional<std::int64_t> seconds =
+        token.text.empty() ? mOptions.now - mOptions.now % kSecondsPerDay : sourcetext::parseDate(token.text, mOptions.now);
     if (!seconds)
         return fail(kInvalidDate, u"Invalid date and time date " + sourcetext::quoted(token.text) + u".", token);
     std::string bytes = "ldt ";

@@ -87,6 +87,11 @@ Object* Parser::wordPrimary(Place place) {
     else
         match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
     mConstantsFirst = false;
+    // Applications that can be had or not have a property of this name; only the language lacks it.
+    if (match && match.term->kind == TermKind::Plural && match.term->code == "prop"_4cc && mTerms.lacksDictionary()) {
+        skip(match.words);
+        return node(NodeKind::Term, {mStore.code("pALL"_4cc)}, 0, first);
+    }
     // In `x of y` a constant is never used.
     if (match && match.term->kind == TermKind::Constant &&
         (at(Keyword::Of, match.words) || peek(match.words).kind == TokenKind::PossessiveS) && match.term->group != "boov"_4cc &&
@@ -146,6 +151,8 @@ Object* Parser::keywordPrimary(Place place, bool& handled) {
         Object* value = expression();
         return node(NodeKind::Get, {value}, 0, first);
     }
+    case Keyword::Continue:
+        return continueStatement();
     case Keyword::The:
     case Keyword::My:
     case Keyword::Its:
@@ -190,6 +197,9 @@ Object* Parser::termPrimary(const TermMatch& match, Place place) {
     case TermKind::Event:
         return command(eventCode(term.group, term.code, term.event), term.event, first);
     case TermKind::Property:
+        // class is a property, and a class whose elements are hardly ever picked
+        if (term.code == "pcls"_4cc && place != Place::Index && startsIndex())
+            return element(codeOf(term), TermKind::Class, first);
         if (term.code == "ret "_4cc)
             return node(NodeKind::Variable, {codeOf(term)}, 0, first);
         return node(NodeKind::Term, {codeOf(term)}, 0, first);
@@ -308,7 +318,7 @@ Object* Parser::rawCode(Place place) {
         std::uint16_t flags = 0;
         std::size_t tokens = 0;
         if (kind == u"class" && place != Place::Index &&
-            (startsIndex() || at(Keyword::Named) || at(Keyword::From) || isRelation(0, relation, flags, tokens)))
+            (startsIndex() || startsKey() || at(Keyword::From) || isRelation(0, relation, flags, tokens)))
             return element(mStore.code(code), TermKind::Class, first);
         bool onlyClass = mTerms.name(code, {TermKind::Class}) && !mTerms.name(code, {TermKind::Property});
         return kind == u"class" && onlyClass ? literal(mStore.code(code), first) : node(NodeKind::Term, {mStore.code(code)}, 0, first);

@@ -90,7 +90,11 @@ bool Parser::standsAlone(const Object* part) {
 Object* Parser::contained(Object* part, std::size_t firstToken) {
     bool in = at(Keyword::In);
     advance();
-    Object* container = unfiltered();
+    Object* container = nullptr;
+    {
+        Saved labels(mUserLabels, mUserLabels && !is(part, NodeKind::Variable));
+        container = unfiltered();
+    }
     if (is(part, NodeKind::Variable) && mUserLabels && atUserLabel()) {
         Object* labels = userLabels();
         return node(NodeKind::Call, {part->children[0], container, labels}, 1, firstToken);
@@ -188,6 +192,7 @@ bool Parser::startsOperand(std::size_t ahead) const {
     case Keyword::Get:
     case Keyword::Script:
     case Keyword::Property:
+    case Keyword::Continue:
         return true;
     case Keyword::End: // but not the end of a block on its own line
         return at(Keyword::Of, ahead + 1) || at(Keyword::In, ahead + 1) || ahead > 0;

@@ -77,7 +77,13 @@ Object* Parser::simpleStatement() {
     default:
         break;
     }
-    return expression();
+    mTargeted = peek().word && at(Symbol::Colon, 1); // in a `tell` the target need not be said: foo:1 bar:2
+    Object* value = expression();
+    mTargeted = false;
+    if (!accept(Keyword::Returning))
+        return value;
+    Object* target = reference(); // the old form of `set target to value`
+    return node(NodeKind::Set, {value, target}, 0, first);
 }
 
 /// set target to value; copy value to target; put value into target
@@ -93,8 +99,7 @@ Object* Parser::setStatement(NodeKind kind) {
     };
     if (kind == NodeKind::Set) {
         readTarget();
-        if (!accept(Keyword::Returning))
-            expect(Keyword::To);
+        expect(Keyword::To);
         value = expression();
     } else {
         {
@@ -132,7 +137,7 @@ Object* Parser::name() {
         return failed() ? nil() : code->children[0];
     }
     TermMatch match = matchTerm({TermKind::Property});
-    if (match && (match.words > 1 || !isReserved(token.keyword))) {
+    if (match && (match.words > 1 || !isReserved(token.keyword) || token.keyword == Keyword::Return)) {
         skip(match.words);
         return codeOf(*match.term);
     }
@@ -169,7 +174,12 @@ Object* Parser::useStatement() {
     mActive.push_back(event);
     if (!labelAt(event, 0, words)) {
         Saved plain(mPlainApplications, true);
-        target = primary(Place::Value);
+        if (atWord("applescript")) { // `AppleScript version` is a property of something else
+            advance();
+            target = node(NodeKind::Term, {mStore.code("ascr"_4cc)}, 0, mAt - 1);
+        } else {
+            target = primary(Place::Value);
+        }
     }
     Object* options = commandLabels(event);
     mActive.pop_back();

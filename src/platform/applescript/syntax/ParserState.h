@@ -116,6 +116,7 @@ private:
     Object* applicationNamed(std::size_t firstToken);
     Object* dateNamed(std::size_t firstToken);
     bool startsIndex() const;
+    bool startsKey() const;
     bool isRelation(std::size_t ahead, NodeKind& kind, std::uint16_t& flags, std::size_t& tokens) const;
 
     // --- commands and calls (ParseCommands.cpp)
@@ -147,7 +148,7 @@ private:
 
     // --- blocks (ParseBlocks.cpp)
     enum class Body : std::uint8_t { Statements, ScriptObject, Script };
-    std::vector<Object*> lines(Body body, bool afterHeader);
+    std::vector<Object*> lines(Body body);
     Object* block(Body body = Body::Statements);
     Object* asBody(const std::vector<Object*>& lines);
     void line(std::vector<Object*>& lines, Body body);

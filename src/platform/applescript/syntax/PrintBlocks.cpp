@@ -68,7 +68,7 @@ bool Printer::push(const Object* target) {
 
 void Printer::tellStatement(const Object* node) {
     keyword("tell ");
-    expression(node->children[1], Level::Operand);
+    target(node->children[1]);
     bool pushed = push(node->children[1]);
     if (node->flags & 1) {
         blank();

@@ -97,7 +97,7 @@ void Printer::expressionBody(const Object* node, Level minimum) {
         return;
     }
     if (operatorOf(node) || negatedOperatorOf(node)) {
-        operators(node);
+        operators(node, minimum);
         return;
     }
     auto child = [&](std::size_t i) { return i < node->children.size() ? node->children[i] : nullptr; };
@@ -192,7 +192,7 @@ void Printer::wrapper(const Object* line, Level minimum) {
 }
 
 /// A chain of operators is as long as its text, so its left side is followed in a loop.
-void Printer::operators(const Object* node) {
+void Printer::operators(const Object* node, Level minimum) {
     std::vector<const Object*> chain;
     const Object* left = node;
     for (;;) {
@@ -220,7 +220,10 @@ void Printer::operators(const Object* node) {
         blank();
         operatorWords(*row);
         blank();
-        expression(made->children[row->swaps ? 0 : 1], rightward ? row->level : tighter(row->level));
+        const Object* right = made->children[row->swaps ? 0 : 1];
+        // A command takes all that follows it for its own, so at the end it needs no parentheses.
+        bool last = i == 0 && minimum == Level::Or && is(right, NodeKind::Call);
+        expression(right, last ? Level::Or : rightward ? row->level : tighter(row->level));
     }
 }
 

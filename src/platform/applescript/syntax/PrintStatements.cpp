@@ -23,9 +23,9 @@ bool hasComment(const Object* line) {
     return std::ranges::any_of(line->children.subspan(1), [](const Object* text) { return !text->isNil(); });
 }
 
-/// Stands on the line of the header above it.
+/// Stands on the line of the header.
 bool isHeaderComment(const Object* line) {
-    return isStatementLine(line) && line->children[0]->isNil() && (line->flags == 3 || line->flags == 4 || line->flags == 7);
+    return isStatementLine(line) && (line->flags == 3 || line->flags == 4 || line->flags == 7);
 }
 
 } // namespace
@@ -69,26 +69,16 @@ void Printer::lines(const Object* body) {
         line(each);
 }
 
-/// The lines below a header, and the `end` line if one is given. The header's line is still open.
+/// The lines below a header, and the `end` line if one is given. The header's line is still open; its comment holds the whole body.
 void Printer::body(const Object* body, const char* end) {
-    std::span<Object* const> all;
-    if (is(body, NodeKind::Block))
-        all = body->children[0]->children;
-    const Object* first = all.empty() ? body : all[0];
-    bool header = !first->isNil() && isHeaderComment(first);
-    if (header) {
+    if (isHeaderComment(body)) {
         blank();
-        comment(first);
+        comment(body);
+        body = body->children[0];
     }
     newline();
     ++mIndent;
-    if (all.empty()) {
-        if (!header)
-            lines(body);
-    } else {
-        for (const Object* each : all.subspan(header ? 1 : 0))
-            line(each);
-    }
+    lines(body);
     --mIndent;
     if (end) {
         put(Kind::Plain, std::u16string(mIndent, u'\t'));
@@ -169,7 +159,7 @@ void Printer::simpleStatement(const Object* node) {
     switch (static_cast<NodeKind>(node->tag)) {
     case NodeKind::Set:
         keyword("set ");
-        expression(child(1), Level::Operand);
+        target(child(1));
         blank();
         keyword("to ");
         expression(child(0));
@@ -179,7 +169,7 @@ void Printer::simpleStatement(const Object* node) {
         expression(child(0));
         blank();
         keyword("to ");
-        expression(child(1), Level::Operand);
+        target(child(1));
         return;
     case NodeKind::Return:
         keyword("return");
@@ -217,6 +207,11 @@ void Printer::simpleStatement(const Object* node) {
     default:
         expression(node);
     }
+}
+
+/// What a statement is about: hardly ever more than a reference.
+void Printer::target(const Object* node) {
+    expression(node, is(node, NodeKind::Call) ? Level::Operand : Level::Or);
 }
 
 void Printer::names(const Object* list) {

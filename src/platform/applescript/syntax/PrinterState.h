@@ -50,6 +50,7 @@ private:
     void statement(const Object* node);
     void simpleStatement(const Object* node);
     void oneLine(const Object* node);
+    void target(const Object* node);
     void names(const Object* list);
     void handler(const Object* node);
     void heading(const Object* call);
@@ -72,7 +73,7 @@ private:
     void expression(const Object* node, Level minimum = Level::Or);
     void expressionBody(const Object* node, Level minimum);
     void wrapper(const Object* line, Level minimum);
-    void operators(const Object* node);
+    void operators(const Object* node, Level minimum);
     void operatorWords(const OperatorRow& row);
     bool asking(const Object* node);
     void items(const Object* list);
