@@ -2,6 +2,7 @@
 #include "window/AppKitAlertPresenter.h"
 
 #include "platform/appkit/NSAlert.h"
+#include "window/AppletIconView.h"
 #include "window/BaseWindowController.h"
 
 #include <QCoreApplication>
@@ -11,6 +12,7 @@ namespace quoddle {
 namespace {
 
 std::shared_ptr<NSAlert> makeAlert(const RuntimeAlert& description) {
+    std::ignore = appletIcon(); // alerts show it
     auto alert = std::make_shared<NSAlert>();
     alert->setAlertStyle(NSAlertStyle::critical);
     alert->setMessageText(description.messageText);

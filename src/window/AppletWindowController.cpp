@@ -30,6 +30,7 @@ std::unique_ptr<NSWindow> AppletWindowController::loadWindow() {
     auto window = BaseWindowController::loadWindow();
     window->setContentViewController(mMainViewController.get());
     window->layout()->setSizeConstraint(QLayout::SetFixedSize); // nothing in it gains by more room
+    window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
     // A window that only reports is kept free of menus; the one that waits for a user has them in sight.
     window->menuBar()->setVisible(AppDelegate::instance()->showStartupScreen());
     return window;

@@ -76,6 +76,9 @@ void ProgressViewController::viewDidLoad() {
     QFont bold = mUi->messageView->font();
     bold.setBold(true);
     mUi->messageView->setFont(bold);
+    QSizePolicy keepingRoom = mUi->stopButton->sizePolicy();
+    keepingRoom.setRetainSizeWhenHidden(true); // the bar does not jump when the button goes
+    mUi->stopButton->setSizePolicy(keepingRoom);
     connect(mUi->stopButton, &QPushButton::clicked, this, &ProgressViewController::stop);
     connectStopKeys();
 

@@ -5,10 +5,11 @@
 #include "platform/appkit/NSWindow.h"
 #include "ui_NSAlert.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
-#include <QStyle>
 
 namespace quoddle {
 
@@ -17,17 +18,31 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kIconSize = 48;
-constexpr int kTextWidth = 380;
+constexpr int kTextWidth = 372;
 
-QStyle::StandardPixmap iconOf(NSAlertStyle style) {
-    switch (style) {
-    case NSAlertStyle::critical:
-        return QStyle::SP_MessageBoxCritical;
-    case NSAlertStyle::informational:
-        return QStyle::SP_MessageBoxInformation;
-    default:
-        return QStyle::SP_MessageBoxWarning;
-    }
+/// The application's icon; a critical alert marks it, or stands alone where there is none.
+QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
+    const double ratio = dialog.devicePixelRatioF();
+    QPixmap pixmap(QSize(kIconSize, kIconSize) * ratio);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QIcon icon = QApplication::windowIcon();
+    icon.paint(&painter, QRect(0, 0, kIconSize, kIconSize));
+    if (style != NSAlertStyle::critical)
+        return pixmap;
+    const QRectF badge = icon.isNull() ? QRectF(4, 4, 40, 40) : QRectF(kIconSize - 22, kIconSize - 22, 21, 21);
+    painter.setPen(QPen(dialog.palette().color(QPalette::Window), 2)); // stands off from the icon below
+    painter.setBrush(QColor(0xd9, 0x36, 0x3e));
+    painter.drawEllipse(badge);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    const double unit = badge.height() / 20;
+    const QPointF centre = badge.center();
+    painter.drawRoundedRect(QRectF(centre.x() - 1.4 * unit, centre.y() - 6 * unit, 2.8 * unit, 7.6 * unit), 1.4 * unit, 1.4 * unit);
+    painter.drawEllipse(QPointF(centre.x(), centre.y() + 4.4 * unit), 1.6 * unit, 1.6 * unit);
+    return pixmap;
 }
 
 int heightOfText(const QLabel& label) {
@@ -55,6 +70,7 @@ protected:
 
 NSAlert::NSAlert() : mUi(std::make_unique<Ui::NSAlert>()), mOwnDialog(std::make_unique<Dialog>()), mDialog(mOwnDialog.get()) {
     mUi->setupUi(mDialog);
+    mDialog->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     QFont bold = mUi->messageView->font();
     bold.setBold(true);
     mUi->messageView->setFont(bold);
@@ -105,7 +121,7 @@ void NSAlert::prepare() {
     if (mButtons.empty())
         addButton(u"OK"_s);
     if (!mHasOwnIcon)
-        mUi->iconView->setPixmap(mDialog->style()->standardIcon(iconOf(mStyle), nullptr, mDialog).pixmap(kIconSize));
+        mUi->iconView->setPixmap(iconOf(mStyle, *mDialog));
     const auto cancel =
         std::find_if(mButtons.begin(), mButtons.end(), [](const QPushButton* button) { return button->accessibleName() == "Cancel"_L1; });
     mOwnDialog->escapeButton = cancel != mButtons.end() ? *cancel : mButtons.size() == 1 ? mButtons.front() : nullptr;

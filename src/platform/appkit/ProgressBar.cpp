@@ -4,6 +4,7 @@
 #include "platform/appkit/Appearance.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QVariantAnimation>
 
 namespace quoddle {
@@ -11,8 +12,14 @@ namespace quoddle {
 namespace {
 
 constexpr int kThickness = 6;
-constexpr int kWanderMilliseconds = 1600;
+constexpr int kWanderMilliseconds = 1800;
 constexpr double kPiece = 0.3; // of the bar's length
+
+QPainterPath roundedPath(const QRectF& bar) {
+    QPainterPath path;
+    path.addRoundedRect(bar, bar.height() / 2, bar.height() / 2);
+    return path;
+}
 
 } // namespace
 
@@ -84,27 +91,23 @@ void ProgressBar::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     const QRectF groove(0, (height() - kThickness) / 2.0, width(), kThickness);
-    const double radius = kThickness / 2.0;
     painter.setBrush(Appearance::grooveColor(palette()));
-    painter.drawRoundedRect(groove, radius, radius);
-
-    QRectF filled = groove;
-    if (mIndeterminate) {
-        if (!isAnimating())
-            return;
-        // The piece enters at one end and leaves at the other, slow at both.
-        const double phase = QEasingCurve(QEasingCurve::InOutSine).valueForProgress(mWandering->currentValue().toDouble());
-        const double left = (phase * (1 + kPiece) - kPiece) * width();
-        filled = QRectF(left, groove.y(), kPiece * width(), kThickness) & groove;
-    } else {
-        filled.setWidth(mValue > 0 ? std::max<double>(kThickness, groove.width() * mValue / 100) : 0);
-    }
-    if (layoutDirection() == Qt::RightToLeft)
-        filled.moveLeft(width() - filled.right());
-    if (filled.width() <= 0)
-        return;
+    painter.drawPath(roundedPath(groove));
+    painter.setClipPath(roundedPath(groove));
     painter.setBrush(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Highlight));
-    painter.drawRoundedRect(filled, std::min(radius, filled.width() / 2), radius);
+    if (layoutDirection() == Qt::RightToLeft) {
+        painter.translate(width(), 0);
+        painter.scale(-1, 1);
+    }
+    if (!mIndeterminate) {
+        const double filled = mValue > 0 ? std::max<double>(kThickness, groove.width() * mValue / 100) : 0;
+        painter.drawPath(roundedPath({groove.x(), groove.y(), filled, groove.height()}));
+    } else if (isAnimating()) {
+        // What leaves at one end comes in at the other, so that there is always as much of it to be seen.
+        const double left = mWandering->currentValue().toDouble() * groove.width();
+        for (double x : {left, left - groove.width()})
+            painter.drawPath(roundedPath({x, groove.y(), kPiece * groove.width(), groove.height()}));
+    }
 }
 
 } // namespace quoddle

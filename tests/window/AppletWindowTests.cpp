@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+#include "Shell.h"
+
+#include "platform/foundation/QtPrinters.h"
+#include "window/ProgressViewController.h"
+#include "window/StartupViewController.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+using test::ScriptedComponent;
+using test::Shell;
+
+namespace {
+
+/// Does something as soon as the condition holds, while the application runs.
+void when(std::function<bool()> condition, std::function<void()> act) {
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, condition = std::move(condition), act = std::move(act)] {
+        if (!condition())
+            return;
+        timer->deleteLater();
+        timer->stop();
+        act();
+    });
+    timer->start(1);
+}
+
+QPushButton* visibleButton(const QString& accessibleName) {
+    for (QWidget* widget : QApplication::allWidgets())
+        if (auto* button = qobject_cast<QPushButton*>(widget); button && button->isVisible() && button->accessibleName() == accessibleName)
+            return button;
+    return nullptr;
+}
+
+} // namespace
+
+TEST(AppletWindow, LoadsHiddenWithNameAndPlace) {
+    Shell shell;
+    AppletWindowController& controller = shell.setUp();
+    EXPECT_EQ(shell.delegate->mainWindowController().get(), &controller);
+    EXPECT_EQ(controller.mainBundle(), shell.delegate->mainBundle());
+    EXPECT_FALSE(controller.isWindowVisible());
+    EXPECT_EQ(controller.window()->windowTitle(), u"A & B"_s);
+    EXPECT_EQ(controller.window()->frameAutosaveName(), u"applet"_s);
+    EXPECT_EQ(controller.window()->contentViewController(), &controller.mainViewController());
+}
+
+TEST(AppletWindow, FadesBetweenPanesButNotWhileItAppears) {
+    Shell shell("");
+    AppletWindowController& controller = shell.setUp();
+    NSTabViewController& tabs = controller.mainViewController();
+    EXPECT_TRUE(controller.isWindowVisible()); // the startup pane has shown it
+    EXPECT_EQ(tabs.selectedTabViewItemIndex(), 0);
+    EXPECT_FALSE(tabs.isInTransition());
+    const QSize size = controller.window()->size();
+
+    controller.setStopButtonEnabled(false);
+    controller.setStopButtonHidden(true);
+    controller.showProgressViewController();
+    EXPECT_EQ(tabs.selectedTabViewItemIndex(), 1);
+    EXPECT_TRUE(tabs.isInTransition());
+    EXPECT_TRUE(controller.stopButtonEnabled());
+    EXPECT_FALSE(controller.stopButtonHidden());
+    EXPECT_EQ(controller.window()->size(), size);
+
+    controller.showLastViewController();
+    EXPECT_EQ(tabs.selectedTabViewItemIndex(), 0);
+    EXPECT_FALSE(tabs.isInTransition());
+
+    controller.window()->orderOut();
+    controller.showProgressViewController();
+    EXPECT_TRUE(controller.isWindowVisible());
+    EXPECT_FALSE(tabs.isInTransition());
+    EXPECT_EQ(tabs.transitionOptions(), NSTabViewController::TransitionOptions::crossfade);
+}
+
+TEST(AppletWindow, WithoutStartupPaneTheLastPaneIsNone) {
+    Shell shell;
+    AppletWindowController& controller = shell.setUp();
+    controller.showProgressViewController();
+    EXPECT_TRUE(controller.isWindowVisible());
+    controller.showLastViewController();
+    EXPECT_FALSE(controller.isWindowVisible());
+    EXPECT_FALSE(shell.delegate->userClosedWindow()); // hidden, not closed
+}
+
+TEST(AppletWindow, EveryControlHasANameToScreenReaders) {
+    Shell shell("");
+    AppletWindowController& controller = shell.setUp();
+    controller.showProgressViewController();
+    int controls = 0;
+    for (QWidget* widget : controller.window()->findChildren<QWidget*>()) {
+        const bool control = qobject_cast<QAbstractButton*>(widget) || qobject_cast<QProgressBar*>(widget);
+        if (!control || widget->objectName().startsWith(u"qt_"_s))
+            continue;
+        ++controls;
+        EXPECT_FALSE(QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name).isEmpty())
+            << widget->objectName().toStdString();
+    }
+    EXPECT_EQ(controls, 4); // Run, Quit, Stop and the bar
+}
+
+TEST(StartupPane, RunIsOfferedWhenThereIsSomethingToRun) {
+    for (const auto& [handlers, offered] :
+         std::initializer_list<std::pair<const char*, bool>>{{"run", true}, {"open", true}, {"idle", true}, {"quit", false}, {"", false}}) {
+        Shell shell("", handlers);
+        shell.setUp();
+        QPushButton* run = visibleButton(u"Run"_s);
+        ASSERT_TRUE(run) << handlers;
+        EXPECT_EQ(run->isEnabled(), offered) << handlers;
+    }
+}
+
+TEST(Applet, RunsFromItsButtonShowsProgressAndEndsByItsQuitButton) {
+    Shell shell("KVBStayOpen = YES;");
+    ScriptedComponent::sHandlers["run"] = [](ScriptedComponent::Run& run) {
+        run.setProgress("ppgt"_4cc, AEDesc::ofInt32(-1));
+        return run.workUntilStopped();
+    };
+    QStringList seen;
+    when([] { return visibleButton(u"Run"_s) != nullptr; },
+         [&] {
+             seen << u"startup"_s;
+             QTest::keyClick(shell.controller->window(), Qt::Key_Return);
+             when([] { return visibleButton(u"Stop"_s) != nullptr; },
+                  [&] {
+                      seen << u"progress"_s;
+                      QTest::mouseClick(visibleButton(u"Stop"_s), Qt::LeftButton);
+                      when([] { return visibleButton(u"Quit"_s) != nullptr; },
+                           [&] {
+                               seen << u"startup"_s;
+                               EXPECT_TRUE(QApplication::activeModalWidget() == nullptr); // stopping is no error
+                               QTest::mouseClick(visibleButton(u"Quit"_s), Qt::LeftButton);
+                           });
+                  });
+         });
+    shell.run();
+    EXPECT_EQ(seen, (QStringList{u"startup"_s, u"progress"_s, u"startup"_s}));
+}
+
+TEST(Applet, ShowsAnErrorAsSheetOrAloneAndEnds) {
+    for (const bool withPane : {true, false}) {
+        SCOPED_TRACE(withPane);
+        Shell shell(withPane ? "" : "KVBShowStartupScreen = NO;");
+        ScriptedComponent::sHandlers["run"] = [](ScriptedComponent::Run&) { return ScriptedComponent::failing(-1728, u"<b>No</b>"); };
+        bool wasSheet = false;
+        if (withPane)
+            when([] { return visibleButton(u"Run"_s) != nullptr; }, [] { visibleButton(u"Run"_s)->click(); });
+        when([] { return visibleButton(u"QuitButton"_s) != nullptr; },
+             [&] {
+                 wasSheet = shell.controller->window()->attachedSheet() != nullptr;
+                 QTest::mouseClick(visibleButton(u"QuitButton"_s), Qt::LeftButton);
+             });
+        shell.run();
+        EXPECT_EQ(wasSheet, withPane);
+    }
+}
+
+TEST(Applet, ClosingTheWindowStopsTheScriptAndEndsIt) {
+    Shell shell("KVBShowStartupScreen = NO; KVBStayOpen = YES;");
+    ScriptedComponent::sHandlers["run"] = [](ScriptedComponent::Run& run) {
+        run.setProgress("ppgd"_4cc, AEDesc::ofText(u"Working"));
+        return run.workUntilStopped();
+    };
+    when([&] { return shell.controller && shell.controller->isWindowVisible(); }, [&] { shell.controller->window()->close(); });
+    shell.run();
+    EXPECT_TRUE(shell.delegate->userStoppedScript());
+}
+
+TEST(Applet, AQuitHandlerThatRefusesBringsTheWindowBack) {
+    Shell shell("KVBStayOpen = YES;", "run quit");
+    std::atomic<int> asked = 0;
+    ScriptedComponent::sHandlers["quit"] = [&](ScriptedComponent::Run& run) {
+        if (++asked > 1)
+            run.continueEvent(); // the second time it lets go
+        return ScriptedComponent::Outcome();
+    };
+    auto& manager = NSAppleEventManager::sharedAppleEventManager();
+    manager.setEventHandler([&](const auto&, const auto&) { NSApplication::sharedApplication()->terminate(); }, "aevt"_4cc, "quit"_4cc);
+    shell.delegate->setScriptStarted(true);
+    when([] { return visibleButton(u"Run"_s) != nullptr; },
+         [&] {
+             visibleButton(u"Quit"_s)->click();
+             when([&] { return asked == 1 && visibleButton(u"Quit"_s); }, [] { visibleButton(u"Quit"_s)->click(); });
+         });
+    shell.run();
+    EXPECT_EQ(asked, 2);
+    manager.removeEventHandlerForEventClass("aevt"_4cc, "quit"_4cc);
+}
+
+} // namespace quoddle

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+// The shell as main() puts it together, on an applet made on the spot and a script that is a C++ function.
+#pragma once
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/MainThread.h"
+#include "runtime/AppDelegate.h"
+#include "runtime/ScriptedComponent.h"
+#include "window/AppKitAlertPresenter.h"
+#include "window/AppletWindowController.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+
+namespace quoddle::test {
+
+class Shell {
+public:
+    explicit Shell(const char* info = "KVBShowStartupScreen = NO;", const char* handlers = "run") {
+        ScriptedComponent::registerComponent();
+        const QString contents = mFolder.path() + QStringLiteral("/Demo.app/Contents/");
+        write(contents + QStringLiteral("Info.plist"),
+              "{ CFBundleName = \"A & B\"; CFBundleShortVersionString = \"1.2\"; " + QByteArray(info) + " }");
+        write(contents + QStringLiteral("Resources/Scripts/main.scpt"), "FasdUAS " + QByteArray(handlers));
+        AppDelegateParts parts;
+        parts.application = NSApplication::sharedApplication();
+        parts.alerts = &mAlerts;
+        parts.mainBundle = NSBundle::bundleWithPath(mFolder.path() + QStringLiteral("/Demo.app"));
+        parts.instantiateController = [this](const QString&) {
+            controller = std::make_shared<AppletWindowController>();
+            controller->load();
+            return controller;
+        };
+        delegate = std::make_unique<AppDelegate>(std::move(parts));
+        NSApplication::sharedApplication()->setDelegate(delegate.get());
+    }
+    ~Shell() {
+        AppDelegate::cancelScripts();
+        AppDelegate::waitForScripts(std::chrono::seconds(2));
+        NSApplication::sharedApplication()->setDelegate(nullptr);
+        ScriptedComponent::sHandlers.clear();
+        MainThread::open();
+    }
+
+    /// Makes the window without starting anything.
+    AppletWindowController& setUp() {
+        delegate->_setupApplication(false);
+        return *controller;
+    }
+    /// Launches and serves events until the applet has ended; one that does not end fails after five seconds.
+    void run() {
+        QTimer guard;
+        guard.setSingleShot(true);
+        QObject::connect(&guard, &QTimer::timeout, &guard, [] {
+            ADD_FAILURE() << "did not end";
+            QCoreApplication::exit(1);
+        });
+        guard.start(5000);
+        NSApplication::sharedApplication()->run();
+    }
+
+    std::unique_ptr<AppDelegate> delegate;
+    std::shared_ptr<AppletWindowController> controller;
+
+private:
+    static void write(const QString& path, const QByteArray& content) {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(content);
+    }
+    QTemporaryDir mFolder;
+    AppKitAlertPresenter mAlerts;
+};
+
+} // namespace quoddle::test
