@@ -48,6 +48,7 @@ constexpr OSStatus errOSAInvalidID = -1751;
 constexpr OSStatus errOSABadStorageType = -1752;
 constexpr OSStatus errOSAScriptError = -1753;
 constexpr OSStatus errOSABadSelector = -1754;
+constexpr OSStatus errOSAInvalidAccess = -1755;
 constexpr OSStatus errOSASourceNotAvailable = -1756;
 constexpr OSStatus errOSANoSuchDialect = -1757;
 constexpr OSStatus errOSADataFormatObsolete = -1758;

@@ -106,7 +106,7 @@ Value send(Machine& machine, FourCharCode eventClass, FourCharCode eventID, Valu
     const EventName* event = machine.heap().eventName(bytesOf(eventClass) + bytesOf(eventID));
     if (!machine.host().send)
         return notUnderstood(machine, direct, Value::object(event));
-    return machine.host().send(machine, *event, direct, arguments, false);
+    return machine.send(*event, direct, arguments, false);
 }
 
 } // namespace
@@ -116,8 +116,6 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
     if (!event) { // a labelled handler that nobody has
         const Symbol* symbol = as<Symbol>(name);
         const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
-        if (!symbol || !belongsToApplication(direct) || !machine.host().send)
-            return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + words + u"” message.", direct);
         return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + words + u"” message.", direct);
     }
     if (!continues && !belongsToApplication(direct))
@@ -126,7 +124,7 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
                 return row.perform(machine, direct, arguments);
     if (!machine.host().send)
         return notUnderstood(machine, direct, name);
-    return machine.host().send(machine, *event, direct, arguments, continues);
+    return machine.send(*event, direct, arguments, continues);
 }
 
 Value callElsewhere(Machine& machine, Value target, Value name, std::span<const Value> arguments) {

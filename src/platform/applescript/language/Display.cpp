@@ -36,7 +36,8 @@ std::u16string propertyName(Value key) {
 
 class Displayer {
 public:
-    explicit Displayer(Machine& machine) : mMachine(machine) {}
+    /// For people: texts without quotes, lists and records without braces.
+    Displayer(Machine& machine, bool forPeople) : mMachine(machine), mForPeople(forPeople) {}
 
     void value(Value value);
     std::u16string take() { return std::move(mOut); }
@@ -49,6 +50,7 @@ private:
     void element(Value elementClass, Value index);
 
     Machine& mMachine;
+    bool mForPeople;
     std::u16string mOut;
     std::size_t mDepth = 0;
 };
@@ -74,17 +76,20 @@ void Displayer::value(Value value) {
 
 void Displayer::list(const List* list) {
     const bool linked = list->flags & List::kLinked;
-    mOut += linked ? u'[' : u'{';
+    if (!mForPeople)
+        mOut += linked ? u'[' : u'{';
     for (std::uint32_t i = 0; i < list->count && mOut.size() <= kMaximumLength; ++i) {
         if (i > 0)
             mOut += u", ";
         value(list->items[i]);
     }
-    mOut += linked ? u']' : u'}';
+    if (!mForPeople)
+        mOut += linked ? u']' : u'}';
 }
 
 void Displayer::record(const Record* record) {
-    mOut += u'{';
+    if (!mForPeople)
+        mOut += u'{';
     bool first = true;
     for (const Record::Entry& entry : record->entries) {
         if (!first)
@@ -93,7 +98,8 @@ void Displayer::record(const Record* record) {
         mOut += propertyName(entry.key) + u":";
         value(entry.value);
     }
-    mOut += u'}';
+    if (!mForPeople)
+        mOut += u'}';
 }
 
 void Displayer::element(Value elementClass, Value index) {
@@ -177,7 +183,10 @@ void Displayer::object(const HeapObject* object) {
         mOut += termFor(Value::object(object));
         break;
     case HeapType::Text:
-        mOut += sourcetext::quoted(static_cast<const Text*>(object)->view());
+        if (mForPeople)
+            mOut += static_cast<const Text*>(object)->view();
+        else
+            mOut += sourcetext::quoted(static_cast<const Text*>(object)->view());
         break;
     case HeapType::List:
         list(static_cast<const List*>(object));
@@ -233,14 +242,15 @@ void Displayer::object(const HeapObject* object) {
 } // namespace
 
 std::u16string display(Machine& machine, Value value) {
-    Displayer displayer(machine);
+    Displayer displayer(machine, false);
     displayer.value(value);
     return displayer.take();
 }
 
 std::u16string humanDisplay(Machine& machine, Value value) {
-    const Text* text = as<Text>(value);
-    return text ? std::u16string(text->view()) : display(machine, value);
+    Displayer displayer(machine, true);
+    displayer.value(value);
+    return displayer.take();
 }
 
 std::u16string termFor(Value value) {

@@ -8,7 +8,7 @@ namespace quoddle::language {
 
 /// As source: texts in quotes, lists in braces. What is nested too deeply, or longer than a million characters, ends in "…".
 std::u16string display(Machine& machine, Value value);
-/// As a person reads it: a text without quotes, everything else as source.
+/// As a person reads it: texts without quotes, lists and records without braces.
 std::u16string humanDisplay(Machine& machine, Value value);
 /// The words for a class, a property, a constant or a command; in chevrons when no dictionary has them.
 std::u16string termFor(Value value);

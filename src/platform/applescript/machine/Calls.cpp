@@ -27,9 +27,8 @@ std::u16string nameOf(Value name) {
 // --- Safe points
 
 bool Interpreter::safePoint() {
-    if (mMachine.mHeap.wantsCollection()) {
-        const Frame& frame = mMachine.mFrames.back();
-        mMachine.mStackTop = frame.registers + frame.handler->code->frameSize;
+    if (mMachine.mHeap.wantsCollection() && mMachine.mayCollect()) {
+        mMachine.settle();
         mMachine.mHeap.collect();
     }
     return !mMachine.mInterrupted.load(std::memory_order_relaxed) || mMachine.yield();
@@ -59,7 +58,7 @@ bool Interpreter::findCallee(Value target, Value name, SiteCache& cache, Callee&
 }
 
 Value* Interpreter::scopeVariable(std::size_t depth, std::size_t index) {
-    const Frame& frame = mMachine.mFrames.back();
+    const Frame& frame = mMachine.mContext->frames.back();
     HeapObject* scope = frame.scope;
     if (!scope) { // a handler whose locals are in registers: the first scope outwards is its script
         if (depth == 0)
@@ -92,7 +91,7 @@ static Script* outermost(Script* script) {
 }
 
 Value Interpreter::getGlobal(Value name, SiteCache& cache) {
-    const Frame& frame = mMachine.mFrames.back();
+    const Frame& frame = mMachine.mContext->frames.back();
     Script* me = as<Script>(frame.me);
     Script* top = outermost(frame.owner);
     Script* holder = nullptr;
@@ -109,7 +108,7 @@ Value Interpreter::getGlobal(Value name, SiteCache& cache) {
 }
 
 bool Interpreter::setGlobal(Value name, Value value, SiteCache& cache) {
-    const Frame& frame = mMachine.mFrames.back();
+    const Frame& frame = mMachine.mContext->frames.back();
     Script* me = as<Script>(frame.me);
     Script* top = outermost(frame.owner);
     Value* slot = top->find(name);
@@ -132,14 +131,14 @@ bool Interpreter::enter(const Callee& callee, Value* registers, std::size_t give
         return false;
     if (bind(positional, Value(), {}, false))
         return true;
-    mMachine.mFrames.pop_back();
+    mMachine.mContext->frames.pop_back();
     return false;
 }
 
 bool Interpreter::pushFrame(const Callee& callee, Value* registers, bool isEntry) {
     Code* code = mMachine.codeOf(callee.handler);
-    auto& frames = mMachine.mFrames;
-    if (frames.size() >= Machine::kMaximumCalls || registers + code->frameSize > mMachine.mStackEnd) {
+    auto& frames = mMachine.mContext->frames;
+    if (frames.size() >= Machine::kMaximumCalls || registers + code->frameSize > mMachine.mContext->stackEnd) {
         mMachine.raise(errOSAStackOverflow, u"Stack overflow.");
         return false;
     }
@@ -162,7 +161,7 @@ bool Interpreter::pushFrame(const Callee& callee, Value* registers, bool isEntry
 }
 
 bool Interpreter::setLocal(std::size_t index, Value value) {
-    const Frame& frame = mMachine.mFrames.back();
+    const Frame& frame = mMachine.mContext->frames.back();
     if (index >= frame.handler->code->localCount)
         return true;
     if (frame.scope && frame.scope->type == HeapType::Environment)
@@ -173,7 +172,7 @@ bool Interpreter::setLocal(std::size_t index, Value value) {
 }
 
 bool Interpreter::setLocal(const Object* name, Value value) {
-    const Frame& frame = mMachine.mFrames.back();
+    const Frame& frame = mMachine.mContext->frames.back();
     const auto& names = frame.handler->code->localNames;
     const Value key = mMachine.literal(name, frame.handler->store);
     auto local = std::find(names.begin(), names.end(), key);
@@ -182,7 +181,7 @@ bool Interpreter::setLocal(const Object* name, Value value) {
 
 /// A parameter, or a structure of parameters.
 bool Interpreter::bindPattern(const Object* pattern, Value value) {
-    const Frame& frame = mMachine.mFrames.back();
+    const Frame& frame = mMachine.mContext->frames.back();
     if (pattern->kind == ObjectKind::Identifier)
         return setLocal(pattern, value);
     if (pattern->isBlock(block::OptionalParameter) && !pattern->children.empty())
@@ -209,7 +208,7 @@ bool Interpreter::bindPattern(const Object* pattern, Value value) {
 }
 
 bool Interpreter::bind(std::span<const Value> positional, Value direct, std::span<const Argument> labels, bool isCommand) {
-    const Frame& frame = mMachine.mFrames.back();
+    const Frame& frame = mMachine.mContext->frames.back();
     const Handler& handler = *frame.handler;
     const Object& block = *handler.source;
     if (block.children.size() < block::kHandlerChildren)
@@ -261,7 +260,7 @@ bool Interpreter::bind(std::span<const Value> positional, Value direct, std::spa
 // --- Calls and commands
 
 bool Interpreter::callTarget(const Instruction& instruction, Value* registers, bool continues, Value& result, bool& entered) {
-    Frame& frame = mMachine.mFrames.back();
+    Frame& frame = mMachine.mContext->frames.back();
     Code& code = *frame.handler->code;
     const Value name = code.constants[instruction.c];
     Value target = registers[instruction.a];
@@ -293,7 +292,7 @@ bool Interpreter::callTarget(const Instruction& instruction, Value* registers, b
 }
 
 bool Interpreter::sendCommand(const Instruction& instruction, Value* registers, bool continues, Value& result, bool& entered) {
-    Frame& frame = mMachine.mFrames.back();
+    Frame& frame = mMachine.mContext->frames.back();
     const Value name = frame.handler->code->constants[instruction.c];
     const Value* labelsAt = registers + instruction.a + 1;
     const Value direct = continues ? registers[instruction.a + 1 + instruction.b] : registers[instruction.a];
@@ -318,7 +317,7 @@ bool Interpreter::sendCommand(const Instruction& instruction, Value* registers, 
         if (!pushFrame(callee, registers + instruction.a + 2 + instruction.b, false))
             return false;
         if (!bind({}, isSelf ? Value() : direct, labels, true)) {
-            mMachine.mFrames.pop_back();
+            mMachine.mContext->frames.pop_back();
             return false;
         }
         entered = true;
@@ -331,8 +330,8 @@ bool Interpreter::sendCommand(const Instruction& instruction, Value* registers, 
 // --- Errors
 
 bool Interpreter::unwind() {
-    auto& frames = mMachine.mFrames;
-    ScriptError& error = mMachine.mError;
+    auto& frames = mMachine.mContext->frames;
+    ScriptError& error = mMachine.mContext->error;
     while (true) {
         Frame& frame = frames.back();
         const Code& code = *frame.handler->code;
@@ -387,13 +386,13 @@ void Interpreter::raiseFrom(Value* registers, std::size_t count) {
     }
     if (raised.message.isUndefined())
         raised.message = Value::object(mMachine.mHeap.text(language::messageFor(raised.number)));
-    mMachine.mError = raised;
+    mMachine.mContext->error = raised;
 }
 
 /// A pattern names variables for parts of the error, or says what a part must be.
 bool Interpreter::matchError(const Object* pattern, const Value& messageName) {
-    const ScriptError error = mMachine.mError;
-    const Frame& frame = mMachine.mFrames.back();
+    const ScriptError error = mMachine.mContext->error;
+    const Frame& frame = mMachine.mContext->frames.back();
     const auto store = frame.handler->store;
     const auto partOf = [&](FourCharCode code) {
         switch (code) {
@@ -425,7 +424,7 @@ bool Interpreter::matchError(const Object* pattern, const Value& messageName) {
 }
 
 bool Interpreter::catchError(const Value* saved, Value messageName, const Object* pattern) {
-    Frame& frame = mMachine.mFrames.back();
+    Frame& frame = mMachine.mContext->frames.back();
     frame.it = saved[0];
     if (saved[1].isInteger())
         frame.considering = static_cast<std::uint32_t>(saved[1].asInteger());
@@ -433,7 +432,7 @@ bool Interpreter::catchError(const Value* saved, Value messageName, const Object
         frame.timeout = saved[2].asReal();
     if (!matchError(pattern, messageName))
         return false; // still the same error
-    mMachine.mError = ScriptError();
+    mMachine.mContext->error = ScriptError();
     return true;
 }
 
@@ -496,7 +495,7 @@ void Interpreter::consider(Value considered, Value ignored) {
         {"case"_4cc, kConsiderCase},      {"diac"_4cc, kConsiderDiacriticals}, {"whit"_4cc, kConsiderWhiteSpace}, {"hyph"_4cc, kConsiderHyphens},
         {"expa"_4cc, kConsiderExpansion}, {"punc"_4cc, kConsiderPunctuation},  {"rmte"_4cc, kConsiderReplies},    {"nume"_4cc, kConsiderNumericStrings},
     };
-    Frame& frame = mMachine.mFrames.back();
+    Frame& frame = mMachine.mContext->frames.back();
     const auto apply = [&](Value list, bool on) {
         const List* attributes = as<List>(list);
         for (std::uint32_t i = 0; attributes && i < attributes->count; ++i)
@@ -509,7 +508,7 @@ void Interpreter::consider(Value considered, Value ignored) {
 }
 
 bool Interpreter::defineScript(const Instruction& instruction, Value* registers) {
-    const Frame frame = mMachine.mFrames.back();
+    const Frame frame = mMachine.mContext->frames.back();
     const Code& code = *frame.handler->code;
     Handler* initialiser = as<Handler>(code.constants[instruction.c]);
     Code* inner = mMachine.codeOf(initialiser);
@@ -526,16 +525,16 @@ bool Interpreter::defineScript(const Instruction& instruction, Value* registers)
     Callee callee{initialiser, script, Value::object(script)};
     if (!enter(callee, registers + instruction.a + 1, 0, false))
         return false;
-    mMachine.mFrames.back().scope = script;
+    mMachine.mContext->frames.back().scope = script;
     return true;
 }
 
 void Interpreter::defineHandler(const Instruction& instruction, Value* registers) {
-    registers[instruction.a] = mMachine.mFrames.back().handler->code->constants[instruction.b];
+    registers[instruction.a] = mMachine.mContext->frames.back().handler->code->constants[instruction.b];
 }
 
 bool Interpreter::defineParent(Value value, Value property) {
-    Frame& frame = mMachine.mFrames.back();
+    Frame& frame = mMachine.mContext->frames.back();
     Script* script = frame.scope && frame.scope->type == HeapType::Script ? static_cast<Script*>(frame.scope) : nullptr;
     if (!script)
         return true;

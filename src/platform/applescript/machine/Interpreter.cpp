@@ -24,7 +24,7 @@ using language::Relation;
 // clang-format off
 #define NEXT() do { ++pc; goto *pc->go; } while (0)
 #define GO(instruction) do { pc = (instruction); goto *pc->go; } while (0)
-#define SAVE() (self->mMachine.mFrames.back().next = pc)
+#define SAVE() (context.frames.back().next = pc)
 // An operation in language/ may run script code, look at the frames, or raise.
 #define STORE_OR_RAISE(expression) do { SAVE(); const Value value_ = (expression); if (value_.isFailure()) goto raised; r[pc->a] = value_; NEXT(); } while (0)
 #define CHECK_OR_RAISE(expression) do { SAVE(); if (!(expression)) goto raised; NEXT(); } while (0)
@@ -53,13 +53,14 @@ Value Interpreter::loop(Interpreter* self, const void* const** labels) {
     }
 
     Machine& machine = self->mMachine;
+    ExecutionContext& context = *machine.mContext; // a run stays on its context
     const Instruction* pc;
     const Instruction* base;
     const Value* k;
     Value* r;
 
 reload : {
-    const Frame& frame = machine.mFrames.back();
+    const Frame& frame = context.frames.back();
     const Code& code = *frame.handler->code;
     base = code.instructions.data();
     k = code.constants.data();
@@ -75,10 +76,10 @@ op_LoadConstant:
     r[pc->a] = k[pc->b];
     NEXT();
 op_LoadMe:
-    r[pc->a] = machine.mFrames.back().me;
+    r[pc->a] = context.frames.back().me;
     NEXT();
 op_LoadIt:
-    r[pc->a] = machine.mFrames.back().it;
+    r[pc->a] = context.frames.back().it;
     NEXT();
 op_CheckVariable:
     if (r[pc->a].isUndefined()) {
@@ -321,7 +322,7 @@ op_RepeatTimes : {
 
     // Variables.
 op_GetSlot : {
-    const Script* owner = machine.mFrames.back().owner;
+    const Script* owner = context.frames.back().owner;
     const std::size_t index = pc->b;
     if (index < owner->slots.size() && !owner->slots[index].isUndefined()) {
         r[pc->a] = owner->slots[index];
@@ -332,7 +333,7 @@ op_GetSlot : {
     goto raised;
 }
 op_SetSlot : {
-    Script* owner = machine.mFrames.back().owner;
+    Script* owner = context.frames.back().owner;
     const std::size_t index = pc->b;
     if (index < owner->slots.size()) {
         owner->slots[index] = r[pc->a];
@@ -349,7 +350,7 @@ op_GetScope : {
         NEXT();
     }
     SAVE();
-    const auto& names = machine.mFrames.back().handler->code->localNames;
+    const auto& names = context.frames.back().handler->code->localNames;
     self->undefinedVariable(pc->b == 0 && pc->c < names.size() ? names[pc->c] : Value());
     goto raised;
 }
@@ -363,7 +364,7 @@ op_SetScope : {
     goto raised;
 }
 op_GetGlobal : {
-    Frame& frame = machine.mFrames.back();
+    Frame& frame = context.frames.back();
     SiteCache& cache = frame.handler->code->caches[pc->c];
     if (const Script* script = as<Script>(frame.me); script && script->layout->id == cache.layout) {
         r[pc->a] = script->slots[cache.slot];
@@ -373,7 +374,7 @@ op_GetGlobal : {
     STORE_OR_RAISE(self->getGlobal(k[pc->b], cache));
 }
 op_SetGlobal : {
-    Frame& frame = machine.mFrames.back();
+    Frame& frame = context.frames.back();
     SiteCache& cache = frame.handler->code->caches[pc->c];
     if (Script* script = as<Script>(frame.me); script && script->layout->id == cache.layout) {
         script->slots[cache.slot] = r[pc->a];
@@ -382,7 +383,7 @@ op_SetGlobal : {
     CHECK_OR_RAISE(self->setGlobal(k[pc->b], r[pc->a], cache));
 }
 op_GetResult:
-    r[pc->a] = machine.mFrames.back().result;
+    r[pc->a] = context.frames.back().result;
     if (r[pc->a].isUndefined()) {
         SAVE();
         self->undefinedVariable(Value::code("rslt"_4cc));
@@ -390,7 +391,7 @@ op_GetResult:
     }
     NEXT();
 op_SetResult:
-    machine.mFrames.back().result = r[pc->a];
+    context.frames.back().result = r[pc->a];
     NEXT();
 
     // References.
@@ -497,7 +498,7 @@ op_Count : {
 
     // Calls.
 op_CallMine : {
-    Frame& frame = machine.mFrames.back();
+    Frame& frame = context.frames.back();
     SiteCache& cache = frame.handler->code->caches[pc->d];
     frame.next = pc;
     Callee callee;
@@ -512,9 +513,9 @@ op_CallMine : {
         goto raised;
     Code* code = machine.codeOf(callee.handler);
     Value* registers = r + pc->a + 1;
-    if (code->isPositional && !code->hasScope && pc->b == code->positionalCount && machine.mFrames.size() < Machine::kMaximumCalls &&
-        registers + code->frameSize <= machine.mStackEnd) {
-        const Frame& caller = machine.mFrames.back();
+    if (code->isPositional && !code->hasScope && pc->b == code->positionalCount && context.frames.size() < Machine::kMaximumCalls &&
+        registers + code->frameSize <= context.stackEnd) {
+        const Frame& caller = context.frames.back();
         Frame called;
         called.handler = callee.handler;
         called.next = code->instructions.data();
@@ -525,7 +526,7 @@ op_CallMine : {
         called.timeout = caller.timeout;
         for (Value *value = registers + pc->b, *end = registers + code->frameSize; value != end; ++value)
             *value = Value();
-        machine.mFrames.push_back(called);
+        context.frames.push_back(called);
         base = pc = code->instructions.data();
         k = code->constants.data();
         r = registers;
@@ -544,13 +545,13 @@ op_Send:
 op_ContinueSend:
     CALL(sendCommand, true)
 op_Return : {
-    const Frame& frame = machine.mFrames.back();
+    const Frame& frame = context.frames.back();
     const Value value = frame.handler->code->isInitialiser ? Value::object(frame.scope) : r[pc->a];
     const bool isEntry = frame.isEntry;
-    machine.mFrames.pop_back();
+    context.frames.pop_back();
     if (isEntry)
         return value;
-    const Frame& caller = machine.mFrames.back();
+    const Frame& caller = context.frames.back();
     const Code& code = *caller.handler->code;
     base = code.instructions.data();
     k = code.constants.data();
@@ -566,37 +567,37 @@ op_Raise:
 
     // Scopes.
 op_BeginTell : {
-    Frame& frame = machine.mFrames.back();
+    Frame& frame = context.frames.back();
     const Value target = r[pc->b];
     r[pc->a] = frame.it;
     frame.it = target;
     NEXT();
 }
 op_EndTell:
-    machine.mFrames.back().it = r[pc->a];
+    context.frames.back().it = r[pc->a];
     NEXT();
 op_BeginConsider:
-    r[pc->a] = Value::integer(static_cast<std::int32_t>(machine.mFrames.back().considering));
+    r[pc->a] = Value::integer(static_cast<std::int32_t>(context.frames.back().considering));
     self->consider(k[pc->b], k[pc->c]);
     NEXT();
 op_EndConsider:
-    machine.mFrames.back().considering = static_cast<std::uint32_t>(r[pc->a].asInteger());
+    context.frames.back().considering = static_cast<std::uint32_t>(r[pc->a].asInteger());
     NEXT();
 op_BeginTimeout : {
     SAVE();
     const Value seconds = language::coerce(machine, r[pc->b], Value::code("doub"_4cc));
     if (seconds.isFailure())
         goto raised;
-    r[pc->a] = Value::real(machine.mFrames.back().timeout);
-    machine.mFrames.back().timeout = seconds.asNumber();
+    r[pc->a] = Value::real(context.frames.back().timeout);
+    context.frames.back().timeout = seconds.asNumber();
     NEXT();
 }
 op_EndTimeout:
     if (r[pc->a].isNumber())
-        machine.mFrames.back().timeout = r[pc->a].asNumber();
+        context.frames.back().timeout = r[pc->a].asNumber();
     NEXT();
 op_BeginTry : {
-    const Frame& frame = machine.mFrames.back();
+    const Frame& frame = context.frames.back();
     r[pc->a] = frame.it;
     r[pc->a + 1] = Value::integer(static_cast<std::int32_t>(frame.considering));
     r[pc->a + 2] = Value::real(frame.timeout);

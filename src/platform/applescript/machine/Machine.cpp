@@ -24,33 +24,46 @@ Value loadLiteral(void* context, const Object* literal, const std::shared_ptr<Ob
 
 } // namespace
 
-Machine::Machine(Host host) : mHost(std::move(host)), mHeap([this](Heap& heap) { markRoots(heap); }) {
+ExecutionContext::ExecutionContext() {
     void* memory = mmap(nullptr, kStackValues * sizeof(Value), PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED)
         throw std::bad_alloc();
-    mStack = mStackTop = static_cast<Value*>(memory);
-    mStackEnd = mStack + kStackValues;
-    mFrames.reserve(kMaximumCalls + 1); // frames are referred to while further ones are pushed
+    stack = stackTop = static_cast<Value*>(memory);
+    stackEnd = stack + kStackValues;
+    frames.reserve(Machine::kMaximumCalls + 1); // frames are referred to while further ones are pushed
+}
+
+ExecutionContext::~ExecutionContext() {
+    munmap(stack, kStackValues * sizeof(Value));
+}
+
+Machine::Machine(Host host) : mHost(std::move(host)), mHeap([this](Heap& heap) { markRoots(heap); }) {
+    mContext = newContext();
     mAppleScript = language::makeLanguageObject(*this);
 }
 
-Machine::~Machine() {
-    munmap(mStack, kStackValues * sizeof(Value));
+Machine::~Machine() = default;
+
+ExecutionContext* Machine::newContext() {
+    return mContexts.emplace_back(std::make_unique<ExecutionContext>()).get();
 }
 
 void Machine::markRoots(Heap& heap) {
-    for (const Value* value = mStack; value < mStackTop; ++value)
-        heap.mark(*value);
-    for (const Frame& frame : mFrames) {
-        heap.mark(const_cast<Handler*>(frame.handler));
-        heap.mark(frame.owner);
-        heap.mark(frame.scope);
-        heap.mark(frame.me);
-        heap.mark(frame.it);
-        heap.mark(frame.result);
+    for (const auto& context : mContexts) {
+        for (const Value* value = context->stack; value < context->stackTop; ++value)
+            heap.mark(*value);
+        for (const Frame& frame : context->frames) {
+            heap.mark(const_cast<Handler*>(frame.handler));
+            heap.mark(frame.owner);
+            heap.mark(frame.scope);
+            heap.mark(frame.me);
+            heap.mark(frame.it);
+            heap.mark(frame.result);
+        }
+        const ScriptError& error = context->error;
+        for (Value value : {error.message, error.offending, error.partialResult, error.expectedType, error.application})
+            heap.mark(value);
     }
-    for (Value value : {mError.message, mError.offending, mError.partialResult, mError.expectedType, mError.application})
-        heap.mark(value);
     heap.mark(mAppleScript);
     if (mMarkOwner)
         mMarkOwner(heap);
@@ -77,21 +90,39 @@ std::uint16_t Machine::enumeration(FourCharCode code) {
 }
 
 Value Machine::raise(OSStatus number, std::u16string_view message, Value offending, Value expectedType) {
-    mError = ScriptError();
-    mError.number = number;
-    mError.message = Value::object(mHeap.text(message));
-    mError.offending = offending;
-    mError.expectedType = expectedType;
+    ScriptError& error = mContext->error;
+    error = ScriptError();
+    error.number = number;
+    error.message = Value::object(mHeap.text(message));
+    error.offending = offending;
+    error.expectedType = expectedType;
     return Value::failure();
 }
 
 bool Machine::yield() {
     mInterrupted.store(false, std::memory_order_relaxed);
+    settle();
     const OSStatus status = mHost.active ? mHost.active(*this) : noErr;
     if (status == noErr)
         return true;
     raise(status, language::messageFor(status));
     return false;
+}
+
+/// Makes the registers in use known to the collector, which may run for another thread during a callback.
+void Machine::settle() {
+    if (mContext->frames.empty())
+        return;
+    const Frame& frame = mContext->frames.back();
+    mContext->stackTop = frame.registers + frame.handler->code->frameSize;
+}
+
+Value Machine::send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
+    settle();
+    ++mSends;
+    const Value result = mHost.send(*this, command, direct, arguments, continues);
+    --mSends;
+    return result;
 }
 
 Script* Machine::parentOf(Script* script) {
@@ -114,26 +145,27 @@ Value* Machine::findSlot(Script* script, Value name, Script** holder) {
     return nullptr;
 }
 
-/// One run inside native code, or the outermost one.
+/// One run inside native code, or the outermost one. The context may not be the machine's current one while another thread has its turn.
 class Machine::Run {
 public:
-    explicit Run(Machine& machine) : mMachine(machine), mTop(machine.mStackTop) {
-        if (mMachine.mNestedRuns++ == 0)
+    explicit Run(Machine& machine) : mMachine(machine), mContext(*machine.mContext), mTop(mContext.stackTop) {
+        if (mContext.nestedRuns++ == 0)
             Ticker::shared().add(&mMachine);
-        if (!mMachine.mFrames.empty()) {
-            const Frame& frame = mMachine.mFrames.back();
-            mMachine.mStackTop = std::max(mMachine.mStackTop, frame.registers + frame.handler->code->frameSize);
+        if (!mContext.frames.empty()) {
+            const Frame& frame = mContext.frames.back();
+            mContext.stackTop = std::max(mContext.stackTop, frame.registers + frame.handler->code->frameSize);
         }
     }
     ~Run() {
-        mMachine.mStackTop = mTop;
-        if (--mMachine.mNestedRuns == 0)
+        mContext.stackTop = mTop;
+        if (--mContext.nestedRuns == 0)
             Ticker::shared().remove(&mMachine);
     }
-    bool isTooDeep() const { return mMachine.mNestedRuns > kMaximumNestedRuns; }
+    bool isTooDeep() const { return mContext.nestedRuns > kMaximumNestedRuns; }
 
 private:
     Machine& mMachine;
+    ExecutionContext& mContext;
     Value* mTop;
 };
 
@@ -152,15 +184,15 @@ Value Machine::callHandler(Script* owner, Value me, Handler* handler, std::span<
         return raise(errOSAStackOverflow, language::messageFor(errOSAStackOverflow));
     Interpreter interpreter(*this);
     mInterrupted.store(true, std::memory_order_relaxed); // the host hears of the beginning, too
-    if (!interpreter.pushFrame({handler, owner, me}, mStackTop, true))
+    if (!interpreter.pushFrame({handler, owner, me}, mContext->stackTop, true))
         return Value::failure();
-    const Frame& frame = mFrames.back();
-    const bool isCommand = !direct.isUndefined() || !labels.empty() || positional.empty();
-    if (!interpreter.bind(positional, direct, labels, isCommand && positional.empty())) {
-        mFrames.pop_back();
+    const Frame& frame = mContext->frames.back();
+    const bool isCommand = !direct.isUndefined() || !labels.empty();
+    if (!interpreter.bind(positional, direct, labels, isCommand)) {
+        mContext->frames.pop_back();
         return Value::failure();
     }
-    mStackTop = frame.registers + frame.handler->code->frameSize;
+    mContext->stackTop = frame.registers + frame.handler->code->frameSize;
     return interpreter.run();
 }
 
@@ -176,9 +208,9 @@ Value Machine::makeScript(Handler* initialiser, Value name, const Object* tree, 
     for (Value slotName : codeOf(initialiser)->localNames)
         script->layout->add(slotName);
     script->slots.resize(script->layout->names.size());
-    if (!interpreter.pushFrame({initialiser, script, Value::object(script)}, mStackTop, true))
+    if (!interpreter.pushFrame({initialiser, script, Value::object(script)}, mContext->stackTop, true))
         return Value::failure();
-    mFrames.back().scope = script;
+    mContext->frames.back().scope = script;
     return interpreter.run();
 }
 

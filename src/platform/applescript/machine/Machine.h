@@ -12,6 +12,8 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace quoddle {
 
@@ -62,6 +64,21 @@ struct Argument {
     Value value;
 };
 
+/// The stack of one thread of execution. A script that waits lets another thread run scripts of the same component meanwhile; each has its own.
+struct ExecutionContext {
+    std::vector<Frame> frames;
+    Value* stack = nullptr;
+    Value* stackEnd = nullptr;
+    Value* stackTop = nullptr; // behind the registers of the innermost frame
+    ScriptError error;
+    std::size_t nestedRuns = 0;
+
+    ExecutionContext();
+    ~ExecutionContext();
+    ExecutionContext(const ExecutionContext&) = delete;
+    ExecutionContext& operator=(const ExecutionContext&) = delete;
+};
+
 class Machine {
 public:
     /// The surroundings of a machine, which neither sends nor waits by itself.
@@ -92,17 +109,21 @@ public:
     Value makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store);
 
     // Errors
-    ScriptError& error() { return mError; }
+    ScriptError& error() { return mContext->error; }
     /// Sets the error; always answers failure, to be returned.
     Value raise(OSStatus number, std::u16string_view message, Value offending = {}, Value expectedType = {});
 
     // What the innermost frame says
-    std::uint32_t considering() const { return mFrames.empty() ? kDefaultConsiderations : mFrames.back().considering; }
-    double timeout() const { return mFrames.empty() ? kDefaultTimeout : mFrames.back().timeout; }
-    Value me() const { return mFrames.empty() ? Value() : mFrames.back().me; }
-    Value it() const { return mFrames.empty() ? Value() : mFrames.back().it; }
-    Script* owner() const { return mFrames.empty() ? nullptr : mFrames.back().owner; }
-    bool isRunning() const { return !mFrames.empty(); }
+    std::uint32_t considering() const { return isRunning() ? mContext->frames.back().considering : kDefaultConsiderations; }
+    double timeout() const { return isRunning() ? mContext->frames.back().timeout : kDefaultTimeout; }
+    Value me() const { return isRunning() ? mContext->frames.back().me : Value(); }
+    Value it() const { return isRunning() ? mContext->frames.back().it : Value(); }
+    bool isRunning() const { return !mContext->frames.empty(); }
+
+    /// The context that everything works on until the next call; whoever lets threads take turns sets it when it gives a thread its turn. A context that is
+    /// not in use is marked no more once it is idle. Answers the one before.
+    ExecutionContext* use(ExecutionContext* context) { return std::exchange(mContext, context); }
+    ExecutionContext* newContext();
 
     /// Looks for a slot in a script and its parents, the AppleScript object last; `holder` is where it was found. Null when nowhere.
     Value* findSlot(Script* script, Value name, Script** holder = nullptr);
@@ -113,6 +134,9 @@ public:
     void interrupt() { mInterrupted.store(true, std::memory_order_relaxed); }
     /// Gives the host its turn, as a long native operation should every few milliseconds. False when the script is to end; the error is then set.
     bool yield();
+    /// A command for the host (see Host::send). Nothing is collected until it is done: native code around it may hold values.
+    Value send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues);
+    bool mayCollect() const { return mSends == 0; }
 
     /// Names of enumerations that constants carry.
     std::uint16_t enumeration(FourCharCode code);
@@ -131,20 +155,18 @@ private:
     friend class Interpreter;
     class Run;
     Code* codeOf(Handler* handler);
+    void settle();
     void markRoots(Heap& heap);
 
     Host mHost;
     Heap mHeap;
     std::function<void(Heap&)> mMarkOwner;
-    std::vector<Frame> mFrames;
-    Value* mStack = nullptr;
-    Value* mStackEnd = nullptr;
-    Value* mStackTop = nullptr; // behind the registers of the innermost frame
-    ScriptError mError;
+    std::vector<std::unique_ptr<ExecutionContext>> mContexts;
+    ExecutionContext* mContext = nullptr;
     Script* mAppleScript = nullptr;
     std::vector<FourCharCode> mEnumerations{0};
     std::atomic<bool> mInterrupted{false};
-    std::size_t mNestedRuns = 0;
+    std::size_t mSends = 0; // under way
 };
 
 } // namespace quoddle

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include "ScriptTool.h"
+
+#include "platform/additions/StandardAdditions.h"
+#include "platform/applescript/AppleScriptComponent.h"
+#include "platform/applescript/image/ImageReader.h"
+#include "platform/base/File.h"
+#include "platform/base/Text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+
+namespace quoddle::tool {
+
+namespace {
+
+constexpr std::size_t kMaximumInput = std::size_t(128) << 20;
+
+bool equalIgnoringCase(const std::string& left, const std::string& right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
+}
+
+std::string messageForStatus(OSStatus status) {
+    switch (status) {
+    case fnfErr:
+        return "File not found.";
+    case -54:
+        return "No permission.";
+    case memFullErr:
+        return "The file is too large.";
+    case paramErr:
+        return "This is not an ordinary file.";
+    default:
+        return "The file could not be read (" + std::to_string(status) + ").";
+    }
+}
+
+} // namespace
+
+void setUp() {
+    registerAppleScriptComponent();
+    installStandardAdditions();
+}
+
+std::optional<ComponentInstance> openLanguage(const std::string& program, const std::string& name) {
+    for (const ComponentDescription& component : RegisteredComponents())
+        if (equalIgnoringCase(component.name, name))
+            if (const ComponentInstance instance = OpenDefaultComponent(kOSAComponentType, component.subType))
+                return instance;
+    complain(program, "there is no language \"" + name + "\"; osalang lists them");
+    return std::nullopt;
+}
+
+std::optional<std::string> readInput(const std::string& program, const std::string& path) {
+    if (path == "-") {
+        std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
+        return bytes;
+    }
+    std::string file = path;
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        file = path + "/Contents/Resources/Scripts/main.scpt";
+    auto bytes = readFile(file, kMaximumInput);
+    if (bytes)
+        return std::move(*bytes);
+    std::cerr << program << ": " << file << ": " << messageForStatus(bytes.error()) << "\n";
+    return std::nullopt;
+}
+
+OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSAID& id, bool& isCompiled) {
+    isCompiled = looksLikeImage(bytes);
+    if (isCompiled)
+        return OSALoad(instance, AEDesc("scpt"_4cc, bytes), kOSAModeNull, id);
+    return OSACompile(instance, AEDesc::ofText(utf16FromSourceBytes(bytes)), kOSAModeCompileIntoContext, id);
+}
+
+void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status) {
+    OSStatus number = status;
+    std::string message = "The script could not be read.", range = "0:0";
+    if (status == errOSAScriptError) {
+        AEDesc part;
+        if (OSAScriptError(instance, "errn"_4cc, "long"_4cc, part) == noErr)
+            number = part.asInt32().value_or(status);
+        message = OSAScriptError(instance, "errs"_4cc, "utxt"_4cc, part) == noErr ? part.asUTF8().value_or("") : "";
+        if (OSAScriptError(instance, "erng"_4cc, "erng"_4cc, part) == noErr) {
+            const AEDesc* start = part.find("srcs"_4cc);
+            const AEDesc* end = part.find("srce"_4cc);
+            range = std::to_string(start ? start->asInt32().value_or(0) : 0) + ":" + std::to_string(end ? end->asInt32().value_or(0) : 0);
+        }
+    }
+    std::cerr << (file.empty() ? "" : file + ":") << range << ": " << kind << " error: " << message << " (" << number << ")\n";
+}
+
+void printResult(ComponentInstance instance, OSAID value, bool asSource) {
+    AEDesc text;
+    if (OSADisplay(instance, value, "utxt"_4cc, asSource ? kOSAModeNull : kOSAModeDisplayForHumans, text) == noErr)
+        std::cout << text.asUTF8().value_or("") << std::endl;
+}
+
+void complain(const std::string& program, const std::string& message) {
+    std::cerr << program << ": " << message << "\nTry '" << program << " --help'.\n";
+}
+
+std::optional<Options> parseOptions(const std::string& program, const std::string& letters, int argc, char** argv, bool optionsAnywhere) {
+    Options options;
+    bool ended = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (ended || word.size() < 2 || word[0] != '-') {
+            options.rest.push_back(word);
+            ended |= !optionsAnywhere;
+            continue;
+        }
+        if (word == "--") {
+            ended = true;
+            continue;
+        }
+        if (word == "--help") {
+            options.help = true;
+            return options;
+        }
+        for (std::size_t at = 1; at < word.size(); ++at) {
+            const auto known = letters.find(word[at]);
+            if (known == std::string::npos || word[at] == ':') {
+                complain(program, std::string("unknown option -") + word[at]);
+                return std::nullopt;
+            }
+            if (known + 1 >= letters.size() || letters[known + 1] != ':') {
+                options.given.emplace_back(word[at], "");
+                continue;
+            }
+            std::string value = word.substr(at + 1);
+            if (value.empty() && i + 1 >= argc) {
+                complain(program, std::string("option -") + word[at] + " needs a value");
+                return std::nullopt;
+            }
+            options.given.emplace_back(word[at], value.empty() ? std::string(argv[++i]) : value);
+            break;
+        }
+    }
+    return options;
+}
+
+} // namespace quoddle::tool

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+// osascript: runs a script given as statements, as a file or on standard input.
+#include "ScriptTool.h"
+
+#include <cstdio>
+#include <iostream>
+#include <unistd.h>
+
+using namespace quoddle;
+
+namespace {
+
+constexpr char kHelp[] = R"(usage: osascript [-l LANGUAGE] [-i] [-s FLAGS] [-e STATEMENT]... [FILE|-] [ARGUMENT...]
+
+Runs a script and prints its result. FILE is source text, a compiled script or a script bundle; without FILE
+and -e the script is read from standard input. ARGUMENTs are handed to "on run argv".
+
+  -e STATEMENT  a line of the script; may be given more than once
+  -i            interactive: runs every line as it is typed
+  -l LANGUAGE   the language of source text (default AppleScript)
+  -s FLAGS      h: print the result for people (default)   s: print it as source
+                e: errors on standard error (default)      o: errors on standard output
+  --help        this text
+)";
+
+struct Settings {
+    std::string language = "AppleScript";
+    std::string statements;
+    bool hasStatements = false;
+    bool isInteractive = false;
+    bool asSource = false;
+    bool errorsOnOutput = false;
+};
+
+OSStatus run(ComponentInstance instance, OSAID script, const std::vector<std::string>& arguments, OSAID& result) {
+    AEDesc list = AEDesc::list();
+    for (const std::string& argument : arguments)
+        (void)list.insertItem(0, AEDesc::ofUTF8(argument));
+    AEDesc event = AEDesc::appleEvent("aevt"_4cc, "oapp"_4cc, AEDesc::ofCurrentProcess());
+    (void)event.put("----"_4cc, std::move(list));
+    return OSAExecuteEvent(instance, event, script, kOSAModeNull, result);
+}
+
+/// Each line runs in the context of those before it, so that names last.
+int interact(ComponentInstance instance, const Settings& settings) {
+    const bool prompts = ::isatty(STDIN_FILENO);
+    OSAID context = kOSANullScript;
+    std::string line;
+    while ((prompts && std::cout << ">> " << std::flush), std::getline(std::cin, line)) {
+        OSAID result = kOSANullScript;
+        OSStatus status = OSACompile(instance, AEDesc::ofUTF8(line), kOSAModeCompileIntoContext | kOSAModeAugmentContext, context);
+        std::string kind = "syntax";
+        if (status == noErr) {
+            kind = "execution";
+            status = OSAExecute(instance, context, kOSANullScript, kOSAModeNull, result);
+        }
+        if (status != noErr)
+            tool::printError(instance, "", kind, status);
+        else if (result != kOSANullScript) {
+            if (prompts)
+                std::cout << "=> ";
+            tool::printResult(instance, result, settings.asSource);
+            OSADispose(instance, result);
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    auto options = tool::parseOptions("osascript", "e:il:s:", argc, argv, false);
+    if (!options)
+        return 2;
+    if (options->help) {
+        std::fputs(kHelp, stdout);
+        return 0;
+    }
+    Settings settings;
+    for (const auto& [letter, value] : options->given) {
+        if (letter == 'e') {
+            settings.statements += value + "\n";
+            settings.hasStatements = true;
+        } else if (letter == 'l') {
+            settings.language = value;
+        } else if (letter == 'i') {
+            settings.isInteractive = true;
+        } else {
+            for (char flag : value) {
+                settings.asSource = flag == 's' || (flag != 'h' && settings.asSource);
+                settings.errorsOnOutput = flag == 'o' || (flag != 'e' && settings.errorsOnOutput);
+            }
+        }
+    }
+    tool::setUp();
+    auto instance = tool::openLanguage("osascript", settings.language);
+    if (!instance)
+        return 2;
+    if (settings.errorsOnOutput)
+        ::dup2(STDOUT_FILENO, STDERR_FILENO);
+    if (settings.isInteractive && !settings.hasStatements && options->rest.empty())
+        return interact(*instance, settings);
+
+    std::string file;
+    std::vector<std::string> arguments = options->rest;
+    std::string bytes = settings.statements;
+    if (!settings.hasStatements) {
+        file = arguments.empty() ? "-" : arguments.front();
+        if (!arguments.empty())
+            arguments.erase(arguments.begin());
+        auto input = tool::readInput("osascript", file);
+        if (!input)
+            return 1;
+        bytes = std::move(*input);
+        if (file == "-")
+            file.clear();
+    }
+    OSAID script = kOSANullScript, result = kOSANullScript;
+    bool isCompiled = false;
+    OSStatus status = tool::loadOrCompile(*instance, bytes, script, isCompiled);
+    if (status != noErr) {
+        tool::printError(*instance, file, isCompiled ? "load" : "syntax", status);
+        return 1;
+    }
+    status = run(*instance, script, arguments, result);
+    if (status != noErr) {
+        tool::printError(*instance, file, "execution", status);
+        return 1;
+    }
+    if (result != kOSANullScript)
+        tool::printResult(*instance, result, settings.asSource);
+    return 0;
+}

@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: MIT
+// Identifiers, loading, storing, compiling. Running is in Execution.cpp, properties and information in Inquiries.cpp.
+#include "platform/applescript/component/Component.h"
+
+#include "platform/applescript/AppleScriptComponent.h"
+#include "platform/applescript/compiler/Compiler.h"
+#include "platform/applescript/component/Entry.h"
+#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/References.h"
+#include "platform/base/File.h"
+#include "platform/base/Text.h"
+#include "platform/osa/ComponentRegistry.h"
+
+#include <cstdio>
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::size_t kMaximumFileSize = std::size_t(128) << 20;
+
+} // namespace
+
+void registerAppleScriptComponent() {
+    ComponentDescription description;
+    description.subType = kAppleScriptSubtype;
+    description.name = "AppleScript";
+    description.manufacturer = "quod";
+    description.open = [] { return std::make_shared<Component>(); };
+    RegisterComponent(std::move(description));
+}
+
+Component::Component()
+    : mMachine({[this](Machine&) { return active(); },
+                [this](Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
+                    return send(command, direct, arguments, continues);
+                },
+                [](Machine& machine, Value value) {
+                    const std::string line = utf8FromUTF16(language::humanDisplay(machine, value)) + "\n";
+                    std::fwrite(line.data(), 1, line.size(), stderr);
+                }}) {
+    mMachine.setRootMarker([this](Heap& heap) {
+        for (const auto& [id, slot] : mSlots)
+            heap.mark(slot.value);
+        heap.mark(mLastResult);
+        const ScriptError& error = mLastError.error;
+        for (Value value : {error.message, error.offending, error.partialResult, error.expectedType, error.application})
+            heap.mark(value);
+    });
+    mIdleContexts.push_back(mMachine.use(nullptr));
+}
+
+Component::~Component() = default;
+
+OSStatus Component::scriptingComponentName(AEDesc& name) {
+    name = AEDesc::ofUTF8("AppleScript");
+    return noErr;
+}
+
+// --- Identifiers
+
+OSAID Component::keep(Value value, std::string location) {
+    do
+        ++mLastID;
+    while (mLastID == 0 || mSlots.contains(mLastID));
+    mSlots[mLastID] = {value, std::move(location)};
+    return mLastID;
+}
+
+const Component::Slot* Component::find(OSAID id) const {
+    auto slot = mSlots.find(id);
+    return slot == mSlots.end() ? nullptr : &slot->second;
+}
+
+Script* Component::scriptOf(OSAID id, OSStatus& status) const {
+    const Slot* slot = find(id);
+    Script* script = slot ? as<Script>(slot->value) : nullptr;
+    status = !slot ? errOSAInvalidID : script ? noErr : errOSAInvalidAccess;
+    return script;
+}
+
+OSStatus Component::dispose(OSAID id) {
+    Entry entry(*this);
+    if (id == kOSANullScript)
+        return noErr;
+    return mSlots.erase(id) ? noErr : errOSAInvalidID;
+}
+
+OSStatus Component::copyID(OSAID from, OSAID& to) {
+    Entry entry(*this);
+    const Slot* slot = find(from);
+    if (!slot)
+        return errOSAInvalidID;
+    to = keep(slot->value, slot->location);
+    return noErr;
+}
+
+OSStatus Component::copyScript(OSAID from, OSAID& to) {
+    Entry entry(*this);
+    const Slot* slot = find(from);
+    if (!slot)
+        return errOSAInvalidID;
+    const Value copy = language::deepCopy(mMachine, slot->value);
+    if (copy.isFailure())
+        return failed();
+    to = keep(copy, slot->location);
+    return noErr;
+}
+
+// --- Loading and storing
+
+OSStatus Component::load(const AEDesc& scriptData, OSAModeFlags, OSAID& result) {
+    Entry entry(*this);
+    if (scriptData.type() != "scpt"_4cc && scriptData.type() != "ascr"_4cc)
+        return errOSABadStorageType;
+    OSStatus status = noErr;
+    const Value script = scriptFromImage(mMachine, scriptData.data(), status);
+    if (script.isFailure())
+        return status;
+    result = keep(script);
+    return noErr;
+}
+
+OSStatus Component::loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& result) {
+    auto bytes = readFile(path, kMaximumFileSize);
+    if (!bytes)
+        return bytes.error();
+    Entry entry(*this);
+    OSStatus status = noErr;
+    OSAID id = 0;
+    if (looksLikeImage(*bytes)) {
+        const Value script = scriptFromImage(mMachine, *bytes, status);
+        if (!script.isFailure())
+            id = keep(script);
+    } else {
+        status = compileSource(utf16FromSourceBytes(*bytes), modeFlags | kOSAModeCompileIntoContext, id);
+    }
+    if (status != noErr)
+        return status;
+    mSlots[id].location = path;
+    if (storable)
+        *storable = true;
+    result = id;
+    return noErr;
+}
+
+OSStatus Component::store(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& result) {
+    Entry entry(*this);
+    const Slot* slot = find(id);
+    if (!slot)
+        return errOSAInvalidID;
+    if (type != "scpt"_4cc && type != "ascr"_4cc)
+        return errOSABadStorageType;
+    OSStatus status = noErr;
+    auto bytes = imageFromScript(mMachine, slot->value, modeFlags & kOSAModePreventGetSource, status);
+    if (!bytes)
+        return status;
+    result = AEDesc(type, *bytes);
+    return noErr;
+}
+
+OSStatus Component::storeFile(OSAID id, DescType type, OSAModeFlags modeFlags, const std::string& path) {
+    AEDesc stored;
+    const OSStatus status = store(id, type, modeFlags, stored);
+    return status == noErr ? writeFile(path, stored.data()) : status;
+}
+
+// --- Compiling
+
+OSStatus Component::compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID& id) {
+    Entry entry(*this);
+    auto text = source.asText();
+    if (!text)
+        return errOSACantCoerce;
+    if (id != kOSANullScript && !find(id))
+        return errOSAInvalidID;
+    return compileSource(*text, modeFlags, id);
+}
+
+OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id) {
+    auto store = std::make_shared<ObjectStore>();
+    auto map = std::make_shared<SourceMap>();
+    ParseOptions options;
+    options.now = language::currentSeconds();
+    options.sourceMap = map.get();
+    auto tree = parse(source, *store, options);
+    if (!tree)
+        return failedCompile(tree.error().number, tree.error().message, tree.error().start, tree.error().end);
+    auto initialiser = compileScript(*tree, *store);
+    if (!initialiser) {
+        const auto range = map->find(initialiser.error().node).value_or(SourceRange());
+        return failedCompile(initialiser.error().number, initialiser.error().message, range.start, range.end);
+    }
+    // Maps live as long as the scripts they belong to.
+    std::erase_if(mSourceMaps, [](const auto& known) { return known.second.second.expired(); });
+    mSourceMaps[store.get()] = {map, store};
+
+    const Value handler = mMachine.literal(*initialiser, store);
+    Heap::Root root(mMachine.heap(), handler);
+    const Value script = mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store);
+    if (script.isFailure())
+        return failed();
+    const Slot* old = id == kOSANullScript ? nullptr : find(id);
+    Script* context = old ? as<Script>(old->value) : nullptr;
+    if (context && modeFlags & kOSAModeAugmentContext) {
+        Script* added = as<Script>(script);
+        for (std::size_t i = 0; i < added->slots.size(); ++i)
+            context->set(added->layout->names[i], added->slots[i]);
+        context->tree = added->tree;
+        context->store = added->store;
+    } else if (id == kOSANullScript) {
+        id = keep(script);
+    } else {
+        mSlots[id].value = script;
+    }
+    return noErr;
+}
+
+OSStatus Component::makeContext(const AEDesc&, OSAID parent, OSAID& result) {
+    Entry entry(*this);
+    Script* script = mMachine.heap().make<Script>();
+    if (parent != kOSANullScript) {
+        OSStatus status;
+        Script* above = scriptOf(parent, status);
+        if (!above)
+            return status;
+        script->parent = Value::object(above);
+    }
+    result = keep(Value::object(script));
+    return noErr;
+}
+
+// --- Errors
+
+OSStatus Component::failed() {
+    mLastError = LastError();
+    mLastError.error = mMachine.error();
+    locate(mLastError);
+    mHasError = true;
+    mMachine.error() = ScriptError();
+    return errOSAScriptError;
+}
+
+OSStatus Component::failedCompile(OSStatus number, std::u16string_view message, std::size_t start, std::size_t end) {
+    mLastError = LastError();
+    mLastError.error.number = number;
+    mLastError.error.message = Value::object(mMachine.heap().text(message));
+    mLastError.start = start;
+    mLastError.end = end;
+    mLastError.hasRange = true;
+    mHasError = true;
+    return errOSAScriptError;
+}
+
+} // namespace quoddle

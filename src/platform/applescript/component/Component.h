@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// One instance of the AppleScript component: a machine behind the calls of the scripting architecture.
+//
+// Identifiers are handles: each keeps its value alive until it is disposed of. Every call takes the interpreter lock; a thread that comes while another one's script waits in
+// a callback runs on a stack of its own. A failed script leaves its error behind for scriptError; every other failure is its status alone.
+#pragma once
+
+#include "platform/applescript/component/Descriptors.h"
+#include "platform/applescript/component/InterpreterLock.h"
+#include "platform/applescript/syntax/Printer.h"
+#include "platform/osa/ScriptingComponent.h"
+
+namespace quoddle {
+
+class Component final : public ScriptingComponent {
+public:
+    Component();
+    ~Component() override;
+
+    std::int32_t version() const override { return 0x00020008; }
+    OSStatus scriptingComponentName(AEDesc& name) override;
+
+    OSStatus load(const AEDesc& scriptData, OSAModeFlags modeFlags, OSAID& result) override;
+    OSStatus loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& result) override;
+    OSStatus store(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& result) override;
+    OSStatus storeFile(OSAID id, DescType type, OSAModeFlags modeFlags, const std::string& path) override;
+    OSStatus dispose(OSAID id) override;
+    OSStatus copyID(OSAID from, OSAID& to) override;
+    OSStatus copyScript(OSAID from, OSAID& to) override;
+
+    OSStatus compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus makeContext(const AEDesc& name, OSAID parent, OSAID& result) override;
+    OSStatus execute(OSAID script, OSAID context, OSAModeFlags modeFlags, OSAID& result) override;
+    OSStatus executeEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, OSAID& result) override;
+    OSStatus doEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, AEDesc& reply) override;
+
+    OSStatus display(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& text) override;
+    OSStatus copyDisplayString(OSAID id, OSAModeFlags modeFlags, OSAAttributedText& text) override;
+    OSStatus getSource(OSAID id, DescType type, AEDesc& source) override;
+    OSStatus copySourceString(OSAID id, OSAModeFlags modeFlags, OSAAttributedText& text) override;
+    OSStatus coerceFromDesc(const AEDesc& desc, OSAModeFlags modeFlags, OSAID& result) override;
+    OSStatus coerceToDesc(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& result) override;
+
+    OSStatus getProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) override;
+    OSStatus setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID value) override;
+    OSStatus getPropertyNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) override;
+    OSStatus getHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) override;
+    OSStatus setHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID handler) override;
+    OSStatus getHandlerNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) override;
+
+    OSStatus getScriptInfo(OSAID id, FourCharCode selector, std::int32_t& info) override;
+    OSStatus setScriptInfo(OSAID id, FourCharCode selector, std::int32_t info) override;
+    OSStatus getScriptFile(OSAID id, FourCharCode selector, std::string& path) override;
+    OSStatus setScriptFile(OSAID id, FourCharCode selector, const std::string& path) override;
+    OSStatus scriptError(FourCharCode selector, DescType type, AEDesc& result) override;
+    OSStatus setDefaultTarget(const AEDesc& target) override;
+
+    OSStatus getActiveProc(OSACallback<OSAActiveProc>& callback) override;
+    OSStatus setActiveProc(OSACallback<OSAActiveProc> callback) override;
+    OSStatus getSendProc(OSACallback<OSASendProc>& callback) override;
+    OSStatus setSendProc(OSACallback<OSASendProc> callback) override;
+    OSStatus getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) override;
+    OSStatus setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) override;
+
+    OSStatus copySourceAttributes(std::vector<OSASourceStyle>& styles) override;
+    OSStatus setSourceAttributes(const std::vector<OSASourceStyle>& styles) override;
+    OSStatus getSourceStyleNames(OSAModeFlags modeFlags, AEDesc& names) override;
+
+private:
+    /// Holds the lock and gives the thread a stack while it is inside.
+    class Entry;
+    /// Gives the lock up for the time of a callback.
+    class Callback;
+    struct Slot {
+        Value value;
+        std::string location; // of "fref"; empty when unknown
+    };
+    /// The last error of a script, apart from the machine, whose error goes with the run.
+    struct LastError {
+        ScriptError error;
+        std::size_t start = 0, end = 0;
+        bool hasRange = false;
+    };
+
+    OSAID keep(Value value, std::string location = {});
+    const Slot* find(OSAID id) const;
+    /// Null, with the status, when there is no such identifier or it is no script.
+    Script* scriptOf(OSAID id, OSStatus& status) const;
+    OSStatus failed();
+    OSStatus failedCompile(OSStatus number, std::u16string_view message, std::size_t start, std::size_t end);
+    void locate(LastError& error) const;
+    OSStatus compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id);
+    OSStatus finish(Value result, OSAID& id);
+    /// Failure with an error raised; `handled` tells whether the script has a handler for it.
+    Value runEvent(Script* script, const AEDesc& event, bool& handled);
+    Value runSubroutine(Script* script, const AEDesc& event);
+    std::u16string displayed(Value value, OSAModeFlags modeFlags);
+    OSStatus sourceOf(OSAID id, std::u16string& source, std::vector<PrintedRun>* runs);
+    Value keyFrom(const AEDesc& name, OSStatus& status) const;
+
+    OSStatus active();
+    Value send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues);
+    /// Empty, with an error raised, when a parameter has no descriptor.
+    std::optional<AEDesc> eventFor(const EventName& command, Value direct, std::span<const Argument> arguments);
+    Value replyValue(OSStatus status, const AEDesc& reply, const EventName& command, Value direct);
+
+    InterpreterLock mLock;
+    Machine mMachine;
+    std::vector<ExecutionContext*> mIdleContexts;
+    std::unordered_map<OSAID, Slot> mSlots;
+    OSAID mLastID = 0;
+    Value mLastResult;
+    LastError mLastError;
+    bool mHasError = false;
+    AEDesc mDefaultTarget;
+    OSACallback<OSAActiveProc> mActive;
+    OSACallback<OSASendProc> mSend;
+    OSACallback<OSAResumeDispatchProc> mResumeDispatch;
+    std::vector<OSASourceStyle> mStyles;
+    /// Where the nodes of compiled sources were written, as long as a script made from them lives.
+    std::unordered_map<const ObjectStore*, std::pair<std::shared_ptr<SourceMap>, std::weak_ptr<ObjectStore>>> mSourceMaps;
+};
+
+} // namespace quoddle

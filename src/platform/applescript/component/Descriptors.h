@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Between the values of a machine and the descriptors that travel in Apple events.
+#pragma once
+
+#include "platform/ae/AEDesc.h"
+#include "platform/applescript/machine/Machine.h"
+
+#include <optional>
+
+namespace quoddle {
+
+/// Local references are followed; references to an application's objects become object specifiers. Empty when the value has no descriptor (a handler), when it nests too
+/// deeply, or when an error was raised on the way (it is then in the machine).
+std::optional<AEDesc> descriptorFromValue(Machine& machine, Value value);
+/// Any descriptor has a value; what the language does not know stays data. Nesting beyond the bounds is cut off.
+Value valueFromDescriptor(Machine& machine, const AEDesc& descriptor);
+
+/// The symbol of a name: compared without regard to case, unless it stands between vertical bars.
+Value symbolFor(Machine& machine, std::u16string_view name);
+
+/// The bytes of a script as they are stored, and back. Failure with the machine's error set, or empty, when it is no script.
+std::optional<std::string> imageFromScript(Machine& machine, Value script, bool runOnly, OSStatus& status);
+Value scriptFromImage(Machine& machine, std::string_view bytes, OSStatus& status);
+
+/// The address of an application; the current process for the current application.
+AEDesc addressOf(const Application& application);
+/// The application that a specifier or an application value belongs to; null when it belongs to none.
+const Application* applicationOf(Value value);
+
+} // namespace quoddle

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+// Who is inside a component: entering it from outside, and leaving it for a callback.
+#pragma once
+
+#include "platform/applescript/component/Component.h"
+
+namespace quoddle {
+
+class Component::Entry {
+public:
+    explicit Entry(Component& component) : mComponent(component) {
+        mIsFirst = !component.mLock.isHeldByThisThread();
+        component.mLock.lock();
+        if (!mIsFirst)
+            return;
+        auto& idle = component.mIdleContexts;
+        if (idle.empty())
+            idle.push_back(component.mMachine.newContext());
+        mContext = idle.back();
+        idle.pop_back();
+        component.mMachine.use(mContext);
+    }
+    ~Entry() {
+        if (mIsFirst) {
+            mComponent.mIdleContexts.push_back(mContext);
+            mComponent.mMachine.use(nullptr);
+        }
+        mComponent.mLock.unlock();
+    }
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+
+private:
+    Component& mComponent;
+    ExecutionContext* mContext = nullptr;
+    bool mIsFirst;
+};
+
+class Component::Callback {
+public:
+    explicit Callback(Component& component) : mComponent(component), mContext(component.mMachine.use(nullptr)), mDepth(component.mLock.release()) {}
+    ~Callback() {
+        mComponent.mLock.restore(mDepth);
+        mComponent.mMachine.use(mContext);
+    }
+    Callback(const Callback&) = delete;
+    Callback& operator=(const Callback&) = delete;
+
+private:
+    Component& mComponent;
+    ExecutionContext* mContext;
+    std::size_t mDepth;
+};
+
+} // namespace quoddle

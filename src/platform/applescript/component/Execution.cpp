@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: MIT
+// Running scripts, and what running scripts ask of the outside.
+#include "platform/applescript/component/Component.h"
+#include "platform/applescript/component/Entry.h"
+#include "platform/applescript/image/Block.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/ErrorTexts.h"
+#include "platform/applescript/language/References.h"
+#include "platform/base/Text.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr double kTicksPerSecond = 60;
+
+/// The labels of a handler of the user's travel as codes where they are prepositions.
+bool isEventPlumbing(AEKeyword key) {
+    return key == "----"_4cc || key == "snam"_4cc || key == "usrf"_4cc || key == "subj"_4cc || key == "csig"_4cc || key == "cons"_4cc;
+}
+
+} // namespace
+
+// --- Running
+
+OSStatus Component::finish(Value result, OSAID& id) {
+    mLastResult = result;
+    id = result.isUndefined() ? kOSANullScript : keep(result);
+    return noErr;
+}
+
+OSStatus Component::execute(OSAID scriptID, OSAID context, OSAModeFlags, OSAID& result) {
+    Entry entry(*this);
+    OSStatus status;
+    Script* script = scriptOf(scriptID, status);
+    if (!script)
+        return status;
+    Script* holder = script;
+    if (context != kOSANullScript && !(holder = scriptOf(context, status)))
+        return status;
+    Script* owner = nullptr;
+    const Value* slot = mMachine.findSlot(script, Value::object(mMachine.heap().eventName("aevtoapp")), &owner);
+    Handler* run = slot ? as<Handler>(*slot) : nullptr;
+    if (!run) // a script without a run handler does nothing
+        return finish(Value(), result);
+    // In a context of its own the script's names are the context's.
+    Heap::Root root(mMachine.heap(), Value::object(script));
+    const Value value = mMachine.callHandler(holder == script ? owner : holder, Value::object(holder), run, {}, Value(), {});
+    return value.isFailure() ? failed() : finish(value, result);
+}
+
+Value Component::runSubroutine(Script* script, const AEDesc& event) {
+    const AEDesc* nameParameter = event.find("snam"_4cc);
+    const std::u16string name = nameParameter ? nameParameter->asText().value_or(std::u16string()) : std::u16string();
+    Script* owner = nullptr;
+    const Value key = symbolFor(mMachine, name);
+    const Value* slot = mMachine.findSlot(script, key, &owner);
+    if (!slot || !is<Handler>(*slot)) // a name with capitals was declared between bars
+        slot = mMachine.findSlot(script, Value::object(mMachine.heap().symbol(utf8FromUTF16(name))), &owner);
+    Handler* handler = slot ? as<Handler>(*slot) : nullptr;
+    if (!handler)
+        return mMachine.raise(errAEEventNotHandled, language::display(mMachine, Value::object(script)) + u" doesn’t understand the “" + name + u"” message.",
+                              Value::object(script));
+    std::vector<Argument> labels;
+    for (const AEItem& item : event.fields())
+        if (!isEventPlumbing(item.key))
+            labels.push_back({Value::code(item.key), valueFromDescriptor(mMachine, item.value)});
+    if (const AEDesc* user = event.find("usrf"_4cc)) {
+        auto items = user->items();
+        for (std::size_t i = 0; i + 1 < items.size(); i += 2)
+            labels.push_back({symbolFor(mMachine, items[i].asText().value_or(std::u16string())), valueFromDescriptor(mMachine, items[i + 1])});
+    }
+    const AEDesc* direct = event.find("----"_4cc);
+    const Value value = direct ? valueFromDescriptor(mMachine, *direct) : Value();
+    const Object* parameters = handler->source->children.size() > block::kParameters ? handler->source->children[block::kParameters] : nullptr;
+    const bool isPositional = parameters && (parameters->isBlock(block::List) || parameters->kind == ObjectKind::List) && labels.empty();
+    const List* arguments = as<List>(value);
+    if (isPositional && arguments)
+        return mMachine.callHandler(owner, Value::object(script), handler, {arguments->items, arguments->count}, Value(), {});
+    return mMachine.callHandler(owner, Value::object(script), handler, {}, value, labels);
+}
+
+Value Component::runEvent(Script* script, const AEDesc& event, bool& handled) {
+    handled = true;
+    if (event.eventClass() == "ascr"_4cc && event.eventID() == "psbr"_4cc)
+        return runSubroutine(script, event);
+    Script* owner = nullptr;
+    const EventName* name = mMachine.heap().eventName(bytesOf(event.eventClass()) + bytesOf(event.eventID()));
+    const Value* slot = mMachine.findSlot(script, Value::object(name), &owner);
+    Handler* handler = slot ? as<Handler>(*slot) : nullptr;
+    if (!handler) {
+        handled = event.eventClass() == "aevt"_4cc && event.eventID() == "oapp"_4cc; // running what has no run handler does nothing
+        return {};
+    }
+    std::vector<Argument> labels;
+    for (const AEItem& item : event.fields())
+        if (!isEventPlumbing(item.key))
+            labels.push_back({Value::code(item.key), valueFromDescriptor(mMachine, item.value)});
+    const AEDesc* direct = event.find("----"_4cc);
+    return mMachine.callHandler(owner, Value::object(script), handler, {}, direct ? valueFromDescriptor(mMachine, *direct) : Value(), labels);
+}
+
+OSStatus Component::executeEvent(const AEDesc& event, OSAID context, OSAModeFlags, OSAID& result) {
+    Entry entry(*this);
+    OSStatus status;
+    Script* script = scriptOf(context, status);
+    if (!script)
+        return status;
+    if (!event.isAppleEvent())
+        return errAENotAppleEvent;
+    Heap::Root root(mMachine.heap(), Value::object(script));
+    bool handled = false;
+    const Value value = runEvent(script, event, handled);
+    if (!handled)
+        return errAEEventNotHandled;
+    return value.isFailure() ? failed() : finish(value, result);
+}
+
+OSStatus Component::doEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, AEDesc& reply) {
+    Entry entry(*this);
+    OSAID id = kOSANullScript;
+    const OSStatus status = executeEvent(event, context, modeFlags, id);
+    if (status == noErr && id != kOSANullScript) {
+        auto result = descriptorFromValue(mMachine, find(id)->value);
+        dispose(id);
+        if (result)
+            (void)reply.put("----"_4cc, std::move(*result));
+    } else if (status == errOSAScriptError) {
+        for (AEKeyword key : {"errn"_4cc, "errs"_4cc, "erob"_4cc, "ptlr"_4cc, "errt"_4cc}) {
+            AEDesc part;
+            if (scriptError(key, "****"_4cc, part) == noErr)
+                (void)reply.put(key, std::move(part));
+        }
+    } else if (status != noErr) {
+        (void)reply.put("errn"_4cc, AEDesc::ofInt32(status));
+    }
+    return status;
+}
+
+// --- Callbacks
+
+OSStatus Component::active() {
+    if (!mActive.proc) {
+        if (mLock.isWanted())
+            Callback callback(*this);
+        return noErr;
+    }
+    const OSACallback<OSAActiveProc> active = mActive;
+    Callback callback(*this);
+    return active.proc(active.refCon);
+}
+
+std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct, std::span<const Argument> arguments) {
+    const Application* application = applicationOf(direct);
+    if (!application)
+        application = applicationOf(mMachine.it());
+    AEDesc event = AEDesc::appleEvent(command.eventClass, command.eventID, application ? addressOf(*application) : AEDesc::ofCurrentProcess());
+    AEDesc userFields = AEDesc::list();
+    const auto put = [&](Value label, Value value) {
+        auto descriptor = descriptorFromValue(mMachine, value);
+        if (!descriptor) {
+            if (mMachine.error().number == noErr)
+                mMachine.raise(errAECoercionFail, u"Can’t make " + language::display(mMachine, value) + u" into the expected type.", value);
+            return false;
+        }
+        if (const Symbol* symbol = as<Symbol>(label)) {
+            (void)userFields.insertItem(0, AEDesc::ofUTF8(symbol->spelling));
+            (void)userFields.insertItem(0, std::move(*descriptor));
+        } else {
+            (void)event.put(label.asCode(), std::move(*descriptor));
+        }
+        return true;
+    };
+    mMachine.error() = ScriptError();
+    // Me and the target of a tell are where a command goes, not what it is about.
+    const bool isTarget = direct.isUndefined() || is<Script>(direct) || is<Application>(direct);
+    if (!isTarget && !put(Value::code("----"_4cc), direct))
+        return std::nullopt;
+    for (const Argument& argument : arguments)
+        if (!put(argument.label, argument.value))
+            return std::nullopt;
+    if (userFields.count() > 0)
+        (void)event.put("usrf"_4cc, std::move(userFields));
+    return event;
+}
+
+Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventName& command, Value direct) {
+    const AEDesc* number = reply.find("errn"_4cc);
+    if (status == noErr && number)
+        status = number->asInt32().value_or(errOSAGeneralError);
+    if (status == noErr) {
+        const AEDesc* result = reply.find("----"_4cc);
+        return result ? valueFromDescriptor(mMachine, *result) : Value();
+    }
+    const AEDesc* text = reply.find("errs"_4cc);
+    std::u16string message = text ? text->asText().value_or(std::u16string()) : std::u16string();
+    if (message.empty() && status == errAEEventNotHandled)
+        message = language::display(mMachine, direct.isUndefined() ? mMachine.me() : direct) + u" doesn’t understand the “" +
+                  language::termFor(Value::object(&command)) + u"” message.";
+    if (message.empty())
+        message = language::messageFor(status);
+    mMachine.raise(status, message);
+    const auto part = [&](AEKeyword key) {
+        const AEDesc* descriptor = reply.find(key);
+        return descriptor ? valueFromDescriptor(mMachine, *descriptor) : Value();
+    };
+    ScriptError& error = mMachine.error();
+    error.offending = part("erob"_4cc);
+    error.partialResult = part("ptlr"_4cc);
+    error.expectedType = part("errt"_4cc);
+    error.application = part("erap"_4cc);
+    return Value::failure();
+}
+
+Value Component::send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
+    auto event = eventFor(command, direct, arguments);
+    if (!event)
+        return Value::failure();
+    const double seconds = mMachine.timeout();
+    const std::int32_t ticks = seconds == kDefaultTimeout ? kAEDefaultTimeout : static_cast<std::int32_t>(std::min(seconds * kTicksPerSecond, 1e9));
+    const bool wantsReply = mMachine.considering() & kConsiderReplies;
+    const AESendMode mode = (wantsReply ? kAEWaitReply : kAENoReply) | kAECanInteract | kAECanSwitchLayer;
+    AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+    OSStatus status;
+    const OSACallback<OSASendProc> send = mSend;
+    const OSACallback<OSAResumeDispatchProc> resume = mResumeDispatch;
+    {
+        Callback callback(*this);
+        if (continues && resume.proc)
+            status = resume.proc(*event, &reply, resume.refCon);
+        else if (send.proc)
+            status = send.proc(*event, &reply, mode, 0, ticks, nullptr, nullptr, send.refCon);
+        else
+            status = AESendMessage(*event, &reply, mode, ticks);
+    }
+    return replyValue(status, reply, command, direct);
+}
+
+} // namespace quoddle

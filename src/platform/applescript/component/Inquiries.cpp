@@ -1,0 +1,505 @@
+// SPDX-License-Identifier: MIT
+// Properties, handlers, information, errors, display.
+#include "platform/ae/AECoercion.h"
+#include "platform/applescript/component/Component.h"
+#include "platform/applescript/component/Entry.h"
+#include "platform/applescript/image/Block.h"
+#include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/References.h"
+#include "platform/applescript/syntax/SourceText.h"
+#include "platform/base/Text.h"
+
+#include <algorithm>
+
+namespace quoddle {
+
+namespace {
+
+AEDesc descriptorOfName(Value name) {
+    if (const Symbol* symbol = as<Symbol>(name))
+        return AEDesc::ofUTF8(symbol->spelling);
+    if (const EventName* event = as<EventName>(name))
+        return AEDesc("evnt"_4cc, event->bytes.substr(0, 8));
+    return AEDesc::ofCode("prop"_4cc, name.asCode());
+}
+
+/// The type of the descriptor that says most about a value.
+DescType bestType(Machine& machine, Value value) {
+    if (is<Script>(value))
+        return "scpt"_4cc;
+    auto descriptor = descriptorFromValue(machine, value);
+    return descriptor ? descriptor->type() : "null"_4cc;
+}
+
+/// The innermost node of a tree whose code covers an offset; null when there is none.
+const Object* nodeAt(const Object* node, std::uint32_t offset, std::size_t depth) {
+    if (depth > 1000)
+        return nullptr;
+    const bool covers = node->kind == ObjectKind::Node && node->start <= offset && offset < node->end;
+    const Object* best = covers ? node : nullptr;
+    // The nodes of handlers and scripts inside have offsets of their own.
+    const bool isOther = node->kind == ObjectKind::Node && depth > 0 && (node->tag == 104 || node->tag == 105);
+    if (!isOther)
+        for (const Object* child : node->children)
+            if (const Object* inner = nodeAt(child, offset, depth + 1))
+                if (!best || inner->kind == ObjectKind::Node)
+                    return inner;
+    return best;
+}
+
+constexpr std::string_view kStyleNames[] = {"New text", "Language keywords", "Application keywords", "Variables", "Operators", "Values", "Comments"};
+
+} // namespace
+
+// --- Names
+
+/// A property, class or event code, or a name as a script spells it. -50 for a name that can only be meant between bars.
+Value Component::keyFrom(const AEDesc& name, OSStatus& status) const {
+    auto& machine = const_cast<Machine&>(mMachine);
+    status = noErr;
+    if (name.type() == "evnt"_4cc && name.data().size() >= 8)
+        return Value::object(machine.heap().eventName(std::string(name.data().substr(0, 8))));
+    if (name.type() == "prop"_4cc || name.type() == "type"_4cc || name.type() == "enum"_4cc)
+        return Value::code(name.code());
+    auto text = name.asText();
+    if (!text) {
+        status = errOSACantCoerce;
+        return {};
+    }
+    const bool barred = text->size() > 2 && text->starts_with(u'|') && text->ends_with(u'|');
+    if (!barred && !sourcetext::isPlainIdentifier(*text)) {
+        status = paramErr;
+        return {};
+    }
+    return symbolFor(machine, *text);
+}
+
+OSStatus Component::getProperty(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& result) {
+    Entry entry(*this);
+    OSStatus status;
+    const Value key = keyFrom(name, status);
+    if (status != noErr)
+        return status;
+    if (context == kOSANullScript) {
+        const Value value = key == Value::code("rslt"_4cc) ? mLastResult : Value();
+        const Value* slot = mMachine.appleScript()->find(key);
+        if (value.isUndefined() && !slot)
+            return errAENoSuchObject;
+        result = keep(value.isUndefined() ? *slot : value);
+        return noErr;
+    }
+    const Slot* slot = find(context);
+    if (!slot)
+        return errOSAInvalidID;
+    if (Record* record = as<Record>(slot->value)) {
+        const Record::Entry* field = record->find(key);
+        if (!field)
+            return errAENoSuchObject;
+        result = keep(field->value);
+        return noErr;
+    }
+    Script* script = as<Script>(slot->value);
+    const Value* value = script ? mMachine.findSlot(script, key) : nullptr;
+    if (key == Value::code("rslt"_4cc) && !value && script) {
+        if (mLastResult.isUndefined())
+            return errAENoSuchObject;
+        result = keep(mLastResult);
+        return noErr;
+    }
+    if (!value && script && key == Value::code("pare"_4cc)) {
+        Script* parent = mMachine.parentOf(script);
+        result = keep(parent ? Value::object(parent) : script->parent);
+        return noErr;
+    }
+    if (!value || is<Handler>(*value) || value->isUndefined())
+        return errAENoSuchObject;
+    result = keep(*value);
+    return noErr;
+}
+
+OSStatus Component::setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID valueID) {
+    Entry entry(*this);
+    OSStatus status;
+    const Value key = keyFrom(name, status);
+    if (status != noErr)
+        return status;
+    const Slot* given = valueID == kOSANullScript ? nullptr : find(valueID);
+    if (valueID != kOSANullScript && !given)
+        return errOSAInvalidID;
+    const Value value = given ? given->value : Value();
+    const Slot* slot = find(context);
+    if (!slot)
+        return context == kOSANullScript ? errOSAInvalidAccess : errOSAInvalidID;
+    if (Record* record = as<Record>(slot->value)) {
+        Record::Entry* field = record->find(key);
+        if (!given)
+            std::erase_if(record->entries, [key](const Record::Entry& candidate) { return candidate.key == key; });
+        else if (field)
+            field->value = value;
+        else
+            record->entries.push_back({key, value});
+        return noErr;
+    }
+    Script* script = as<Script>(slot->value);
+    if (!script)
+        return errOSAInvalidAccess;
+    if (key == Value::code("rslt"_4cc)) {
+        mLastResult = value;
+        return noErr;
+    }
+    if (key == Value::code("pare"_4cc)) {
+        script->parent = value;
+        return noErr;
+    }
+    if (Value* known = mMachine.findSlot(script, key))
+        *known = value;
+    else if (modeFlags & kOSAModeDontDefine)
+        return errAENoSuchObject;
+    else
+        script->set(key, value);
+    return noErr;
+}
+
+OSStatus Component::getPropertyNames(OSAModeFlags, OSAID context, AEDesc& names) {
+    Entry entry(*this);
+    OSStatus status;
+    const Script* script = scriptOf(context, status);
+    if (!script)
+        return status;
+    AEDesc list = AEDesc::list();
+    for (std::size_t i = 0; i < script->slots.size(); ++i)
+        if (const Value name = script->layout->names[i]; !name.isUndefined() && !is<Handler>(script->slots[i]))
+            (void)list.insertItem(0, descriptorOfName(name));
+    names = std::move(list);
+    return noErr;
+}
+
+OSStatus Component::getHandler(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& result) {
+    Entry entry(*this);
+    OSStatus status;
+    const Value key = keyFrom(name, status);
+    if (status != noErr)
+        return status;
+    Script* script = scriptOf(context, status);
+    if (!script)
+        return status;
+    const Value* value = mMachine.findSlot(script, key);
+    if (!value || !is<Handler>(*value))
+        return errAENoSuchObject;
+    result = keep(*value);
+    return noErr;
+}
+
+OSStatus Component::setHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID handler) {
+    Entry entry(*this);
+    OSStatus status;
+    const Value key = keyFrom(name, status);
+    if (status != noErr)
+        return status;
+    Script* script = scriptOf(context, status);
+    if (!script)
+        return status;
+    const Slot* slot = find(handler);
+    if (!slot || !is<Handler>(slot->value))
+        return slot ? errOSAInvalidAccess : errOSAInvalidID;
+    if (modeFlags & kOSAModeDontDefine && !script->find(key))
+        return errAENoSuchObject;
+    script->set(key, slot->value);
+    return noErr;
+}
+
+OSStatus Component::getHandlerNames(OSAModeFlags, OSAID context, AEDesc& names) {
+    Entry entry(*this);
+    OSStatus status;
+    const Script* script = scriptOf(context, status);
+    if (!script)
+        return status;
+    AEDesc list = AEDesc::list();
+    for (std::size_t i = 0; i < script->slots.size(); ++i)
+        if (is<Handler>(script->slots[i]))
+            (void)list.insertItem(0, descriptorOfName(script->layout->names[i]));
+    names = std::move(list);
+    return noErr;
+}
+
+// --- Information
+
+OSStatus Component::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t& info) {
+    Entry entry(*this);
+    const Slot* slot = find(id);
+    if (!slot)
+        return errOSAInvalidID;
+    Script* script = as<Script>(slot->value);
+    switch (selector) {
+    case "hsod"_4cc: {
+        const Value* open = script ? mMachine.findSlot(script, Value::object(mMachine.heap().eventName("aevtodoc"))) : nullptr;
+        info = open && is<Handler>(*open);
+        return noErr;
+    }
+    case "valu"_4cc:
+        info = !script;
+        return noErr;
+    case "cscr"_4cc:
+    case "cntx"_4cc:
+        info = script != nullptr;
+        return noErr;
+    case "gsrc"_4cc: // source can be had
+        info = !script || script->tree;
+        return noErr;
+    case "best"_4cc:
+        info = static_cast<std::int32_t>(bestType(mMachine, slot->value));
+        return noErr;
+    case "modi"_4cc:
+        info = 0;
+        return noErr;
+    default:
+        return errOSABadSelector;
+    }
+}
+
+OSStatus Component::setScriptInfo(OSAID id, FourCharCode selector, std::int32_t) {
+    Entry entry(*this);
+    if (!find(id))
+        return errOSAInvalidID;
+    return selector == "modi"_4cc ? noErr : errOSABadSelector;
+}
+
+OSStatus Component::getScriptFile(OSAID id, FourCharCode selector, std::string& path) {
+    Entry entry(*this);
+    const Slot* slot = find(id);
+    if (!slot)
+        return errOSAInvalidID;
+    if (selector != "fref"_4cc)
+        return errOSABadSelector;
+    if (slot->location.empty())
+        return fnfErr;
+    path = slot->location;
+    return noErr;
+}
+
+OSStatus Component::setScriptFile(OSAID id, FourCharCode selector, const std::string& path) {
+    Entry entry(*this);
+    if (!find(id))
+        return errOSAInvalidID;
+    if (selector != "fref"_4cc)
+        return errOSABadSelector;
+    mSlots[id].location = path;
+    return noErr;
+}
+
+// --- Errors
+
+/// Where in the source the error arose, when the source is known.
+void Component::locate(LastError& last) const {
+    const Object* handler = last.error.handler;
+    if (!handler || handler->children.size() < block::kHandlerChildren)
+        return;
+    const Object* node = nodeAt(handler->children[block::kTree], last.error.offset, 0);
+    for (const auto& [store, known] : mSourceMaps) {
+        if (known.second.expired() || !node)
+            continue;
+        if (auto range = known.first->find(node)) {
+            last.start = range->start;
+            last.end = range->end;
+            last.hasRange = true;
+            return;
+        }
+    }
+}
+
+OSStatus Component::scriptError(FourCharCode selector, DescType type, AEDesc& result) {
+    Entry entry(*this);
+    if (!mHasError)
+        return errAEDescNotFound;
+    const ScriptError& error = mLastError.error;
+    std::optional<AEDesc> answer;
+    const auto part = [&](Value value) {
+        if (!value.isUndefined())
+            answer = descriptorFromValue(mMachine, value);
+    };
+    switch (selector) {
+    case "errn"_4cc:
+        answer = AEDesc::ofInt32(error.number);
+        break;
+    case "errs"_4cc:
+    case "errb"_4cc:
+        part(error.message);
+        break;
+    case "erng"_4cc:
+        if (mLastError.hasRange)
+            answer = AEDesc::record({{"srcs"_4cc, AEDesc::ofInt32(static_cast<std::int32_t>(mLastError.start))},
+                                     {"srce"_4cc, AEDesc::ofInt32(static_cast<std::int32_t>(mLastError.end))}},
+                                    "erng"_4cc);
+        break;
+    case "erob"_4cc:
+        part(error.offending);
+        break;
+    case "ptlr"_4cc:
+        part(error.partialResult);
+        break;
+    case "errt"_4cc:
+        part(error.expectedType);
+        break;
+    case "erap"_4cc:
+        part(error.application);
+        break;
+    default:
+        return errOSABadSelector;
+    }
+    if (!answer)
+        return errAEDescNotFound;
+    return AECoerceDesc(*answer, type, result);
+}
+
+OSStatus Component::setDefaultTarget(const AEDesc& target) {
+    Entry entry(*this);
+    mDefaultTarget = target;
+    return noErr;
+}
+
+// --- Display and source
+
+std::u16string Component::displayed(Value value, OSAModeFlags modeFlags) {
+    return modeFlags & kOSAModeDisplayForHumans ? language::humanDisplay(mMachine, value) : language::display(mMachine, value);
+}
+
+OSStatus Component::display(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& text) {
+    Entry entry(*this);
+    const Slot* slot = find(id);
+    if (!slot)
+        return errOSAInvalidID;
+    return AECoerceDesc(AEDesc::ofText(displayed(slot->value, modeFlags)), type, text);
+}
+
+OSStatus Component::copyDisplayString(OSAID id, OSAModeFlags modeFlags, OSAAttributedText& text) {
+    Entry entry(*this);
+    const Slot* slot = find(id);
+    if (!slot)
+        return errOSAInvalidID;
+    text = {displayed(slot->value, modeFlags), {}};
+    return noErr;
+}
+
+OSStatus Component::sourceOf(OSAID id, std::u16string& source, std::vector<PrintedRun>* runs) {
+    const Slot* slot = find(id);
+    if (!slot)
+        return errOSAInvalidID;
+    const Script* script = as<Script>(slot->value);
+    if (!script) {
+        source = language::display(mMachine, slot->value);
+        return noErr;
+    }
+    if (!script->tree)
+        return errOSASourceNotAvailable;
+    PrintOptions options;
+    options.runs = runs;
+    source = printTree(script->tree, options);
+    return noErr;
+}
+
+OSStatus Component::getSource(OSAID id, DescType type, AEDesc& source) {
+    Entry entry(*this);
+    std::u16string text;
+    const OSStatus status = sourceOf(id, text, nullptr);
+    return status == noErr ? AECoerceDesc(AEDesc::ofText(text), type, source) : status;
+}
+
+OSStatus Component::copySourceString(OSAID id, OSAModeFlags, OSAAttributedText& text) {
+    Entry entry(*this);
+    std::vector<PrintedRun> runs;
+    OSAAttributedText copy;
+    const OSStatus status = sourceOf(id, copy.text, &runs);
+    if (status != noErr)
+        return status;
+    for (const PrintedRun& run : runs)
+        copy.runs.push_back({run.start, run.length, static_cast<std::size_t>(run.kind)});
+    text = std::move(copy);
+    return noErr;
+}
+
+OSStatus Component::coerceFromDesc(const AEDesc& desc, OSAModeFlags, OSAID& result) {
+    Entry entry(*this);
+    result = keep(valueFromDescriptor(mMachine, desc));
+    return noErr;
+}
+
+OSStatus Component::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDesc& result) {
+    Entry entry(*this);
+    const Slot* slot = find(id);
+    if (!slot)
+        return errOSAInvalidID;
+    mMachine.error() = ScriptError();
+    auto descriptor = descriptorFromValue(mMachine, slot->value);
+    if (!descriptor)
+        return mMachine.error().number ? failed() : errOSACantCoerce;
+    return AECoerceDesc(*descriptor, type, result);
+}
+
+// --- Callbacks and styles
+
+OSStatus Component::getActiveProc(OSACallback<OSAActiveProc>& callback) {
+    Entry entry(*this);
+    callback = mActive;
+    return noErr;
+}
+
+OSStatus Component::setActiveProc(OSACallback<OSAActiveProc> callback) {
+    Entry entry(*this);
+    mActive = callback;
+    return noErr;
+}
+
+OSStatus Component::getSendProc(OSACallback<OSASendProc>& callback) {
+    Entry entry(*this);
+    callback = mSend;
+    return noErr;
+}
+
+OSStatus Component::setSendProc(OSACallback<OSASendProc> callback) {
+    Entry entry(*this);
+    mSend = callback;
+    return noErr;
+}
+
+OSStatus Component::getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) {
+    Entry entry(*this);
+    callback = mResumeDispatch;
+    return noErr;
+}
+
+OSStatus Component::setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) {
+    Entry entry(*this);
+    mResumeDispatch = callback;
+    return noErr;
+}
+
+OSStatus Component::copySourceAttributes(std::vector<OSASourceStyle>& styles) {
+    Entry entry(*this);
+    if (mStyles.empty())
+        for (std::string_view name : kStyleNames) {
+            OSASourceStyle style;
+            style.name = utf16FromUTF8(name);
+            mStyles.push_back(std::move(style));
+        }
+    styles = mStyles;
+    return noErr;
+}
+
+OSStatus Component::setSourceAttributes(const std::vector<OSASourceStyle>& styles) {
+    Entry entry(*this);
+    if (styles.size() != std::size(kStyleNames))
+        return paramErr;
+    mStyles = styles;
+    return noErr;
+}
+
+OSStatus Component::getSourceStyleNames(OSAModeFlags, AEDesc& names) {
+    AEDesc list = AEDesc::list();
+    for (std::string_view name : kStyleNames)
+        (void)list.insertItem(0, AEDesc::ofUTF8(name));
+    names = std::move(list);
+    return noErr;
+}
+
+} // namespace quoddle
