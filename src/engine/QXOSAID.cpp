@@ -49,10 +49,11 @@ QXOSAIDRef QXOSAID::initWithComponent(const QXOSAComponentRef& component, const 
 }
 
 QXOSAIDRef QXOSAID::initWithComponent(const QXOSAComponentRef& component, const AEDesc& aeDesc) {
-    if (!component || aeDesc.isNull())
+    bool isStored = aeDesc.type() == "scpt"_4cc;
+    bool hasData = aeDesc.isList() || aeDesc.isRecord() || !aeDesc.data().empty();
+    if (!component || aeDesc.isNull() || (!isStored && !hasData))
         return nullptr;
     OSAID value = 0;
-    bool isStored = aeDesc.type() == "scpt"_4cc;
     OSStatus status = isStored ? OSALoad(component->component(), aeDesc, kOSAModeNull, value)
                                : OSACoerceFromDesc(component->component(), aeDesc, kOSAModeNull, value);
     return status == noErr && value != 0 ? std::make_shared<QXOSAID>(component, value) : nullptr;

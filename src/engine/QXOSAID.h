@@ -21,8 +21,8 @@ public:
     ~QXOSAID();
     QXOSAID(const QXOSAID&) = delete;
     QXOSAID& operator=(const QXOSAID&) = delete;
-    /// Stored scripts ("scpt") are loaded, anything else is coerced. Nil, without an exception, when that fails or there is nothing to
-    /// coerce.
+    /// Stored scripts ("scpt") are loaded, anything else is coerced. Nil, without an exception, when that fails or there are no
+    /// bytes to coerce (an empty text has none).
     static QXOSAIDRef initWithComponent(const QXOSAComponentRef& component, const NSAppleEventDescriptorRef& descriptor);
     static QXOSAIDRef initWithComponent(const QXOSAComponentRef& component, const AEDesc& aeDesc);
 

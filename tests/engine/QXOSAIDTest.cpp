@@ -19,6 +19,8 @@ protected:
 TEST_F(QXOSAIDTest, MadeFromDescriptors) {
     EXPECT_FALSE(QXOSAID::QXOSAIDWithComponent(component, NSAppleEventDescriptorRef()));
     EXPECT_FALSE(QXOSAID::QXOSAIDWithComponent(component, Descriptor::nullDescriptor()));
+    EXPECT_FALSE(QXOSAID::QXOSAIDWithComponent(component, Descriptor::descriptorWithString("")));
+    EXPECT_TRUE(QXOSAID::QXOSAIDWithComponent(component, Descriptor::listDescriptor()));
     EXPECT_FALSE(QXOSAID::QXOSAIDWithComponent(component, AEDesc("scpt"_4cc, "short")));
     EXPECT_EQ(QXOSAID::QXOSAIDWithComponent(component, fake->stored(u"return 1"))->descriptorType(), "scpt"_4cc);
     EXPECT_EQ(number(5)->int32Value(), 5);
