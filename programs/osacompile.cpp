@@ -1,2 +1,130 @@
 // SPDX-License-Identifier: MIT
-int main() { return 0; }
+// osacompile: compiles source to a script file, a script bundle or an applet.
+#include "AppletBundle.h"
+#include "ScriptTool.h"
+
+#include "platform/base/File.h"
+#include "platform/base/Text.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+
+using namespace quoddle;
+
+namespace {
+
+constexpr char kHelp[] = R"(usage: osacompile [-l LANGUAGE] [-e STATEMENT]... [-o NAME] [-x] [-s] [-u] [FILE...]
+
+Compiles source text, or stores compiled scripts anew. The ending of NAME says what is made: a script (.scpt,
+default a.scpt), a script bundle (.scptd) or an applet (.app; a droplet when the script has an open handler).
+
+  -e STATEMENT  a line of the script; may be given more than once
+  -l LANGUAGE   the language of source text (default AppleScript)
+  -o NAME       the file or bundle to write
+  -s            applet: stay open
+  -u            applet: show the startup screen
+  -x            run-only: leave the source out
+  --help        this text
+)";
+
+std::string messageFor(OSStatus status) {
+    switch (status) {
+    case -34:
+        return "The disk is full.";
+    case -44:
+        return "The disk is write protected.";
+    case -48:
+        return "Something else stands there already.";
+    case -54:
+        return "No permission.";
+    case -120:
+    case fnfErr:
+        return "The folder does not exist.";
+    case errOSASourceNotAvailable:
+        return "The script has no source.";
+    case errOSAInternalTableOverflow:
+        return "The script is too large for a compiled script.";
+    default:
+        return "It could not be written (" + std::to_string(status) + ").";
+    }
+}
+
+std::string shellPath() {
+    std::error_code error;
+    return (std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "quoddle-shell").string();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    auto options = tool::parseOptions("osacompile", "e:l:o:xsu", argc, argv, true);
+    if (!options)
+        return 2;
+    if (options->help) {
+        std::fputs(kHelp, stdout);
+        return 0;
+    }
+    std::string language = "AppleScript", source, name = "a.scpt";
+    bool hasSource = false, isRunOnly = false;
+    tool::BundleOptions bundle;
+    for (const auto& [letter, value] : options->given) {
+        if (letter == 'e') {
+            source += value + "\n";
+            hasSource = true;
+        } else if (letter == 'l') {
+            language = value;
+        } else if (letter == 'o') {
+            name = value;
+        } else {
+            isRunOnly |= letter == 'x';
+            bundle.stayOpen |= letter == 's';
+            bundle.startupScreen |= letter == 'u';
+        }
+    }
+    tool::setUp();
+    auto instance = tool::openLanguage("osacompile", language);
+    if (!instance)
+        return 2;
+    std::string file;
+    if (!hasSource) {
+        if (options->rest.empty())
+            options->rest.emplace_back("-");
+        // Several files are one script, in order.
+        for (const std::string& path : options->rest) {
+            auto bytes = tool::readInput("osacompile", path);
+            if (!bytes)
+                return 1;
+            if (options->rest.size() == 1)
+                source = std::move(*bytes);
+            else
+                source += utf8FromUTF16(utf16FromSourceBytes(*bytes)) + "\n";
+        }
+        if (options->rest.size() == 1 && options->rest[0] != "-")
+            file = options->rest[0];
+    }
+    OSAID script = kOSANullScript;
+    bool isCompiled = false;
+    OSStatus status = tool::loadOrCompile(*instance, source, script, isCompiled);
+    if (status != noErr) {
+        tool::printError(*instance, file, isCompiled ? "load" : "syntax", status);
+        return 1;
+    }
+    AEDesc stored;
+    status = OSAStore(*instance, script, "scpt"_4cc, isRunOnly ? kOSAModePreventGetSource : kOSAModeNull, stored);
+    if (status == noErr) {
+        bundle.path = name;
+        bundle.shell = shellPath();
+        std::int32_t isDroplet = 0;
+        (void)OSAGetScriptInfo(*instance, script, "hsod"_4cc, isDroplet);
+        bundle.isDroplet = isDroplet != 0;
+        while (name.size() > 1 && name.ends_with('/'))
+            name.pop_back();
+        const bool isBundle = name.ends_with(".app") || name.ends_with(".scptd");
+        status = isBundle ? tool::writeBundle(bundle, stored.data()) : writeFile(name, stored.data());
+    }
+    if (status == noErr)
+        return 0;
+    std::cerr << "osacompile: " << name << ": " << messageFor(status) << "\n";
+    return 1;
+}

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "AppletBundle.h"
+
+#include "platform/base/File.h"
+
+#include <filesystem>
+
+namespace quoddle::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string escaped(const std::string& text) {
+    std::string out;
+    for (char c : text) {
+        switch (c) {
+        case '&':
+            out += "&amp;";
+            break;
+        case '<':
+            out += "&lt;";
+            break;
+        case '>':
+            out += "&gt;";
+            break;
+        default:
+            out += c;
+        }
+    }
+    return out;
+}
+
+std::string identifierFrom(const std::string& name) {
+    std::string out = "local.applet.";
+    for (char c : name)
+        out += std::isalnum(static_cast<unsigned char>(c)) ? static_cast<char>(std::tolower(static_cast<unsigned char>(c))) : '-';
+    return out;
+}
+
+std::string propertyList(const BundleOptions& options, const std::string& name, bool isApplet) {
+    const auto text = [](const char* key, const std::string& value) {
+        return std::string("\t<key>") + key + "</key>\n\t<string>" + escaped(value) + "</string>\n";
+    };
+    const auto flag = [](const char* key, bool value) { return std::string("\t<key>") + key + "</key>\n\t<" + (value ? "true" : "false") + "/>\n"; };
+    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n";
+    out += text("CFBundleIdentifier", identifierFrom(name)) + text("CFBundleName", name) + text("CFBundleInfoDictionaryVersion", "6.0");
+    out += text("CFBundleShortVersionString", "1.0");
+    if (isApplet) {
+        out += text("CFBundleExecutable", name) + text("CFBundlePackageType", "APPL");
+        out += flag("KVBStayOpen", options.stayOpen) + flag("KVBShowStartupScreen", options.startupScreen);
+        if (options.isDroplet)
+            out += "\t<key>CFBundleDocumentTypes</key>\n\t<array>\n\t\t<dict>\n\t\t\t<key>CFBundleTypeExtensions</key>\n\t\t\t<array>\n"
+                   "\t\t\t\t<string>*</string>\n\t\t\t</array>\n\t\t\t<key>CFBundleTypeRole</key>\n\t\t\t<string>Viewer</string>\n\t\t</dict>\n\t</array>\n";
+    } else {
+        out += text("CFBundlePackageType", "????");
+    }
+    return out + "</dict>\n</plist>\n";
+}
+
+/// The launcher finds its bundle from its own place and the shell in the environment, on the path, or where it was when the bundle was made.
+std::string launcher(const std::string& shell) {
+    std::string quoted;
+    for (char c : shell)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return "#!/bin/sh\n"
+           "bundle=$(cd \"$(dirname \"$0\")/../..\" && pwd) || exit 1\n"
+           "shell=${QUODDLE_SHELL:-$(command -v quoddle-shell || echo '" +
+           quoted +
+           "')}\n"
+           "if [ ! -x \"$shell\" ]; then\n"
+           "\techo \"The applet shell was not found. Set QUODDLE_SHELL to the path of quoddle-shell, or put it on the PATH.\" >&2\n"
+           "\texit 1\n"
+           "fi\n"
+           "exec \"$shell\" \"$bundle\" \"$@\"\n";
+}
+
+OSStatus fill(const fs::path& root, const BundleOptions& options, const std::string& name, bool isApplet, std::string_view script) {
+    std::error_code error;
+    fs::create_directories(root / "Contents/Resources/Scripts", error);
+    if (error)
+        return statusFromErrno(error.value());
+    OSStatus status = writeFile(root / "Contents/Resources/Scripts/main.scpt", script);
+    if (status == noErr)
+        status = writeFile(root / "Contents/Info.plist", propertyList(options, name, isApplet));
+    if (status != noErr || !isApplet)
+        return status;
+    fs::create_directories(root / "Contents/Linux", error);
+    const fs::path program = root / "Contents/Linux" / name;
+    status = writeFile(program, launcher(options.shell));
+    if (status == noErr)
+        fs::permissions(program, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec, fs::perm_options::add, error);
+    return error ? statusFromErrno(error.value()) : status;
+}
+
+} // namespace
+
+OSStatus writeBundle(const BundleOptions& options, std::string_view compiledScript) {
+    std::error_code error;
+    fs::path path = fs::path(options.path).lexically_normal();
+    if (path.filename().empty())
+        path = path.parent_path();
+    const bool exists = fs::exists(path, error);
+    if (exists && !fs::is_directory(path / "Contents", error))
+        return -48;
+    const std::string name = path.stem().string();
+    fs::path beside = path;
+    beside += ".new";
+    fs::remove_all(beside, error);
+    OSStatus status = fill(beside, options, name, path.extension() == ".app", compiledScript);
+    if (status == noErr && exists) {
+        // What else the old bundle holds (descriptions, pictures, translations) goes on living in the new one.
+        fs::copy(path / "Contents/Resources", beside / "Contents/Resources", fs::copy_options::recursive | fs::copy_options::skip_existing, error);
+        fs::path old = path;
+        old += ".old";
+        fs::remove_all(old, error);
+        fs::rename(path, old, error);
+        if (!error)
+            fs::rename(beside, path, error);
+        if (error)
+            status = statusFromErrno(error.value());
+        else
+            fs::remove_all(old, error);
+    } else if (status == noErr) {
+        fs::rename(beside, path, error);
+        status = error ? statusFromErrno(error.value()) : noErr;
+    }
+    if (status != noErr)
+        fs::remove_all(beside, error);
+    return status;
+}
+
+} // namespace quoddle::tool
