@@ -5,6 +5,10 @@
 //                             every source: parse it; every source beside a compiled script of the same name: compare the trees
 //   treecheck --tree FILE     the tree of a compiled script or of a source
 //   treecheck --print FILE    the tree printed as source
+//   --terms FOLDER, first     dictionaries of applications, one file each, NAME.tsv: rows of a letter and fields, codes in hexadecimal
+//   digits:
+//                             c words code plural synonym | p words code boolean synonym | k words enumeration value synonym
+//                             v words class id enumerated | a words code type (a parameter of the command above)
 //
 // It prints counts and, for each file that fails, the first difference. It is a tool for a person, not a test: what it is run on does not
 // belong to us.
@@ -14,12 +18,17 @@
 #include "platform/applescript/syntax/NodeKind.h"
 #include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/syntax/Printer.h"
+#include "platform/applescript/terminology/TermDictionary.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <map>
+#include <memory>
 #include <sstream>
 
 using namespace quoddle;
@@ -30,6 +39,74 @@ namespace {
 std::string bytesOfFile(const fs::path& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::map<std::u16string, std::unique_ptr<TermDictionary>> gDictionaries;
+
+const TermSource* dictionaryOf(const ApplicationName& application) {
+    auto found = gDictionaries.find(application.text);
+    return found == gDictionaries.end() ? nullptr : found->second.get();
+}
+
+FourCharCode hexCode(const std::string& digits) {
+    return static_cast<FourCharCode>(std::strtoul(digits.c_str(), nullptr, 16));
+}
+
+void loadDictionary(const fs::path& path) {
+    auto dictionary = std::make_unique<TermDictionary>();
+    std::ifstream in(path);
+    std::vector<std::string> command;
+    std::deque<std::string> words;
+    std::vector<ParameterTerm> parameters;
+    auto flush = [&] {
+        if (!command.empty())
+            dictionary->addEvent(command[1], hexCode(command[2]), hexCode(command[3]),
+                                 {"****"_4cc, 0, command[4] == "1" ? 0x2000u : 0u, "****"_4cc, parameters});
+        command.clear();
+        parameters.clear();
+    };
+    for (std::string line; std::getline(in, line);) {
+        std::vector<std::string> fields;
+        std::stringstream row(line);
+        for (std::string field; std::getline(row, field, '\t');)
+            fields.push_back(field);
+        fields.resize(5);
+        switch (fields[0].empty() ? ' ' : fields[0][0]) {
+        case 'c':
+            dictionary->addClass(fields[1], fields[3], hexCode(fields[2]), fields[4] == "1");
+            break;
+        case 'p':
+            dictionary->addProperty(fields[1], hexCode(fields[2]), fields[3] == "1", fields[4] == "1");
+            break;
+        case 'k':
+            dictionary->addConstant(fields[1], hexCode(fields[2]), hexCode(fields[3]), fields[4] == "1");
+            break;
+        case 'v':
+            flush();
+            command = fields;
+            break;
+        case 'a':
+            parameters.push_back({words.emplace_back(fields[1]), hexCode(fields[2]), hexCode(fields[3])});
+            break;
+        default:
+            break;
+        }
+    }
+    flush();
+    dictionary->finish();
+    gDictionaries[utf16FromUTF8(path.stem().string())] = std::move(dictionary);
+}
+
+ParseOptions parseOptions() {
+    ParseOptions options;
+    options.applicationTerms = dictionaryOf;
+    return options;
+}
+
+PrintOptions printOptions() {
+    PrintOptions options;
+    options.applicationTerms = dictionaryOf;
+    return options;
 }
 
 const char* nodeName(std::uint8_t tag) {
@@ -217,9 +294,9 @@ const Object* treeOf(const Object* root) {
 }
 
 void roundTrip(const fs::path& path, const Object* tree, Counts& counts, bool verbose) {
-    std::u16string printed = printTree(tree);
+    std::u16string printed = printTree(tree, printOptions());
     ObjectStore store;
-    auto again = parse(printed, store);
+    auto again = parse(printed, store, parseOptions());
     if (!again) {
         ++counts.printFails;
         if (verbose)
@@ -258,7 +335,7 @@ void check(const fs::path& path, Counts& counts, bool verbose) {
         ++counts.pairs;
         std::u16string source = sourceOf(bytesOfFile(sourcePath));
         ObjectStore store;
-        auto parsed = parse(source, store);
+        auto parsed = parse(source, store, parseOptions());
         if (!parsed) {
             if (verbose)
                 std::cout << "PAIRERR " << sourcePath.string() << "\n      " << errorText(parsed.error(), source) << '\n';
@@ -277,7 +354,7 @@ void check(const fs::path& path, Counts& counts, bool verbose) {
         ++counts.sources;
         std::u16string source = sourceOf(bytes);
         ObjectStore store;
-        auto parsed = parse(source, store);
+        auto parsed = parse(source, store, parseOptions());
         if (parsed) {
             ++counts.parsed;
             roundTrip(path, *parsed, counts, verbose);
@@ -298,20 +375,26 @@ int showFile(const std::string& option, const fs::path& path) {
         tree = treeOf(image->root);
     } else {
         std::u16string source = sourceOf(bytes);
-        auto parsed = parse(source, *store);
+        auto parsed = parse(source, *store, parseOptions());
         if (!parsed) {
             std::cout << errorText(parsed.error(), source) << '\n';
             return 1;
         }
         tree = *parsed;
     }
-    std::cout << (option == "--tree" ? shown(tree) : utf8FromUTF16(printTree(tree))) << '\n';
+    std::cout << (option == "--tree" ? shown(tree) : utf8FromUTF16(printTree(tree, printOptions()))) << '\n';
     return 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    if (argc > 2 && argv[1] == std::string("--terms")) {
+        for (const auto& entry : fs::directory_iterator(argv[2]))
+            loadDictionary(entry.path());
+        argv += 2;
+        argc -= 2;
+    }
     if (argc == 3 && (argv[1] == std::string("--tree") || argv[1] == std::string("--print")))
         return showFile(argv[1], argv[2]);
     bool verbose = argc > 2 && argv[2] == std::string("-v");

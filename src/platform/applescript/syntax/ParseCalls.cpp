@@ -23,7 +23,7 @@ Object* Parser::call(const Word& name, Place place, std::size_t firstToken) {
         return node(NodeKind::Call, {id, list(arguments), emptyList()}, 0, firstToken);
     }
     if (at(Symbol::Colon) && place == Place::Part)
-        return interleaved(name, firstToken);
+        return interleaved(firstToken);
     if (place != Place::Index && mUserLabels && atUserLabel()) {
         Object* labels = userLabels();
         return node(NodeKind::Call, {id, nil(), labels}, kLabelled, firstToken);
@@ -31,22 +31,24 @@ Object* Parser::call(const Word& name, Place place, std::size_t firstToken) {
     return node(NodeKind::Variable, {id}, 0, firstToken);
 }
 
+std::u16string Parser::partSpelling(const Token& token) const {
+    return std::u16string(token.kind == TokenKind::Word ? mSource.substr(token.start, token.end - token.start) : token.word->spelling);
+}
+
 /// foo:a bar:b is a call of foo_bar_ with two arguments. The first name has been read.
-Object* Parser::interleaved(const Word& name, std::size_t firstToken) {
+Object* Parser::interleaved(std::size_t firstToken) {
     Word whole;
     std::u16string spelling;
     std::vector<Object*> arguments;
-    const Word* part = &name;
+    const Token* part = &mTokens[mAt - 1];
     for (;;) {
-        whole.key += part->key + "_";
-        spelling += std::u16string(part->spelling) + u"_";
+        whole.key += part->word->key + "_";
+        spelling += partSpelling(*part) + u"_";
         expect(Symbol::Colon);
         arguments.push_back(expression(Level::Product));
-        const Token& next = peek();
-        if (failed() || !next.word || !at(Symbol::Colon, 1))
+        if (failed() || !peek().word || !at(Symbol::Colon, 1))
             break;
-        part = next.word;
-        advance();
+        part = &advance();
     }
     whole.spelling = mStore.keep(spelling);
     return node(NodeKind::Call, {identifier(mList->words.emplace_back(whole)), list(arguments), emptyList()}, 0, firstToken);

@@ -31,7 +31,7 @@ Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstT
     } else if (!labelAt(term, 0, words) && startsOperand()) {
         mConstantsFirst = term && (term->directFlags & kEnumerated);
         // `exists x and y` asks for x only.
-        direct = event->code(1) == "doex"_4cc ? reference() : expression();
+        direct = expression(event->code(1) == "doex"_4cc ? Level::As : Level::Or);
         mConstantsFirst = false;
     }
     Object* labels = commandLabels(term);
@@ -77,7 +77,10 @@ bool Parser::commandLabel(const EventTerm* term, std::vector<Object*>& pairs) {
     std::size_t first = mAt;
     skip(words);
     mConstantsFirst = false;
+    std::size_t valueToken = mAt;
     Object* value = parameter->type == "type"_4cc ? typeName() : expression();
+    while (parameter->type == "type"_4cc && atContainer() && !failed())
+        value = contained(value, valueToken);
     addLabel(pairs, mStore.code(parameter->code), value, first);
     return true;
 }

@@ -7,21 +7,13 @@ namespace quoddle {
 namespace {
 
 constexpr std::uint16_t kOneLine = 1;
-constexpr std::uint16_t kBreakBefore = 9;
 
 } // namespace
 
 /// The statement of a one-line `if` or `tell`.
 Object* Parser::inlineStatement() {
-    std::size_t first = mAt;
-    bool broken = peek().afterBreak || mPendingBreak;
-    mTokens[mAt].afterBreak = false;
-    Object* made = nullptr;
-    {
-        Saved level(mAtScriptLevel, false);
-        made = statement();
-    }
-    return broken ? node(NodeKind::Line, {made, nil(), nil()}, kBreakBefore, first) : made;
+    Saved level(mAtScriptLevel, false);
+    return statement();
 }
 
 Object* Parser::ifStatement() {

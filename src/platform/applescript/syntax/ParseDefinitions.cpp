@@ -194,9 +194,9 @@ Object* Parser::interleavedHeading(std::size_t firstToken) {
     std::u16string spelling;
     std::vector<Object*> parameters;
     while (!failed() && peek().word) {
-        const Word& part = *advance().word;
-        whole.key += part.key + "_";
-        spelling += std::u16string(part.spelling) + u"_";
+        const Token& part = advance();
+        whole.key += part.word->key + "_";
+        spelling += partSpelling(part) + u"_";
         expect(Symbol::Colon);
         parameters.push_back(parameter());
     }

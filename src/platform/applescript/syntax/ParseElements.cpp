@@ -52,6 +52,11 @@ Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken
         Object* to = rangeBound();
         return node(NodeKind::Range, {classCode, from, to}, 0, firstToken);
     }
+    if (TermMatch any = code == "****"_4cc ? matchTerm({TermKind::Class}) : TermMatch()) { // any button
+        std::size_t first = mAt;
+        skip(any.words);
+        return node(NodeKind::Element, {classCode, literal(codeOf(*any.term), first)}, 0, firstToken);
+    }
     if (startsIndex())
         return indexed(classCode, firstToken);
     if (kind == TermKind::Plural)
@@ -86,8 +91,9 @@ bool Parser::startsIndex() const {
     case TokenKind::Symbol:
         if (token.symbol == Symbol::Minus) { // item -1, but items - 1
             const Token& number = peek(1);
-            return (number.kind == TokenKind::Integer || number.kind == TokenKind::Real) && number.start == token.end &&
-                   token.start > mTokens[mAt - 1].end;
+            bool touches = number.start == token.end && mAt > 0 && token.start > mTokens[mAt - 1].end;
+            return touches && (number.kind == TokenKind::Integer || number.kind == TokenKind::Real || number.symbol == Symbol::LeftParen ||
+                               number.word);
         }
         return token.symbol == Symbol::LeftParen || token.symbol == Symbol::LeftBrace;
     case TokenKind::Word:

@@ -106,8 +106,8 @@ Object* Parser::wordPrimary(Place place) {
             return expected(u"expression");
         // foo:bar: after a target
         if (place == Place::Part && at(Symbol::Colon, 1)) {
-            const Word& name = *advance().word;
-            return interleaved(name, first);
+            advance();
+            return interleaved(first);
         }
     }
     if (match)
@@ -197,9 +197,14 @@ Object* Parser::termPrimary(const TermMatch& match, Place place) {
     case TermKind::Event:
         return command(eventCode(term.group, term.code, term.event), term.event, first);
     case TermKind::Property:
-        // class is a property, and a class whose elements are hardly ever picked
-        if (term.code == "pcls"_4cc && place != Place::Index && startsIndex())
-            return element(codeOf(term), TermKind::Class, first);
+        // The same words may name a class, whose elements are meant when an index follows.
+        if (place != Place::Index && (startsIndex() || (startsKey() && !atActiveLabel()))) {
+            std::size_t next = std::exchange(mAt, first);
+            TermMatch asClass = matchTerm({TermKind::Class});
+            mAt = next;
+            if (term.code == "pcls"_4cc || asClass.words == match.words)
+                return element(asClass ? codeOf(*asClass.term) : codeOf(term), TermKind::Class, first);
+        }
         if (term.code == "ret "_4cc)
             return node(NodeKind::Variable, {codeOf(term)}, 0, first);
         return node(NodeKind::Term, {codeOf(term)}, 0, first);

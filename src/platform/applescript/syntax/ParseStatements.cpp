@@ -4,13 +4,32 @@
 
 namespace quoddle {
 
+namespace {
+
+constexpr std::uint16_t kBreakBefore = 9;
+
+} // namespace
+
+/// A line break in front of a statement (behind `then` or `to`) is kept by the statement, or by what an expression begins with.
 Object* Parser::statement() {
     Depth depth(*this);
+    std::size_t first = mAt;
     mPendingBreak = false;
-    // set volume, get eof, using terms … : a command of several words goes before the keyword it begins with.
-    TermMatch command = peek().keyword == Keyword::None ? TermMatch() : matchTerm({TermKind::Event});
-    if (command.words > 1)
-        return expression();
+    bool broken = std::exchange(mTokens[mAt].afterBreak, false);
+    bool handled = true;
+    Object* made = keywordStatement(handled);
+    if (handled)
+        return broken ? node(NodeKind::Line, {made, nil(), nil()}, kBreakBefore, first) : made;
+    mTokens[mAt].afterBreak = broken;
+    return expressionStatement();
+}
+
+Object* Parser::keywordStatement(bool& handled) {
+    // set volume, get eof, using terms …: a command of several words goes before the keyword it begins with.
+    if (peek().keyword != Keyword::None && matchTerm({TermKind::Event}).words > 1) {
+        handled = false;
+        return nil();
+    }
     switch (peek().keyword) {
     case Keyword::If:
         return ifStatement();
@@ -42,12 +61,13 @@ Object* Parser::statement() {
             return property();
         break;
     default:
-        break;
+        return simpleStatement(handled);
     }
-    return simpleStatement();
+    handled = false;
+    return nil();
 }
 
-Object* Parser::simpleStatement() {
+Object* Parser::simpleStatement(bool& handled) {
     std::size_t first = mAt;
     switch (peek().keyword) {
     case Keyword::Global:
@@ -75,8 +95,13 @@ Object* Parser::simpleStatement() {
     case Keyword::Use:
         return useStatement();
     default:
-        break;
+        handled = false;
+        return nil();
     }
+}
+
+Object* Parser::expressionStatement() {
+    std::size_t first = mAt;
     mTargeted = peek().word && at(Symbol::Colon, 1); // in a `tell` the target need not be said: foo:1 bar:2
     Object* value = expression();
     mTargeted = false;

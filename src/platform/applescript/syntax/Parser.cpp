@@ -83,7 +83,8 @@ std::optional<SourceRange> SourceMap::find(const Object* node) const {
 }
 
 Parser::Parser(std::u16string_view source, ObjectStore& store, const ParseOptions& options)
-    : mStore(store), mOptions(options), mList(settledTokens(source)), mTokens(mList->tokens), mTerms(usesAdditions(mTokens)) {}
+    : mSource(source), mStore(store), mOptions(options), mList(settledTokens(source)), mTokens(mList->tokens),
+      mTerms(usesAdditions(mTokens)) {}
 
 Parser::Depth::Depth(Parser& owner) : parser(owner) {
     if (++parser.mDepth > kMaxDepth && !parser.failed())

@@ -130,7 +130,9 @@ private:
     const ParameterTerm* labelAt(const EventTerm* term, std::size_t ahead, std::size_t& words) const;
     bool atActiveLabel(std::size_t ahead = 0) const;
     Object* call(const Word& name, Place place, std::size_t firstToken);
-    Object* interleaved(const Word& name, std::size_t firstToken);
+    Object* interleaved(std::size_t firstToken);
+    /// A part of a call's name as it is written here.
+    std::u16string partSpelling(const Token& token) const;
     bool atUserLabel() const;
     /// The code of a preposition that labels a parameter of users' handlers; 0 when none stands here.
     FourCharCode preposition(std::size_t& tokens) const;
@@ -138,7 +140,9 @@ private:
 
     // --- statements (ParseStatements.cpp)
     Object* statement();
-    Object* simpleStatement();
+    Object* keywordStatement(bool& handled);
+    Object* simpleStatement(bool& handled);
+    Object* expressionStatement();
     Object* setStatement(NodeKind kind);
     Object* errorStatement();
     Object* declaration(NodeKind kind);
@@ -212,6 +216,7 @@ private:
         Parser& parser;
     };
 
+    std::u16string_view mSource;
     ObjectStore& mStore;
     const ParseOptions& mOptions;
     std::unique_ptr<TokenList> mList;

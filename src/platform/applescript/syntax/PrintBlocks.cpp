@@ -68,7 +68,7 @@ bool Printer::push(const Object* target) {
 
 void Printer::tellStatement(const Object* node) {
     keyword("tell ");
-    target(node->children[1]);
+    node->flags & 1 ? target(node->children[1]) : expression(node->children[1]);
     bool pushed = push(node->children[1]);
     if (node->flags & 1) {
         blank();
@@ -105,10 +105,10 @@ void Printer::repeatStatement(const Object* node) {
         keyword(" with ");
         name(child(1));
         keyword(" from ");
-        expression(child(2));
+        headExpression(child(2), Level::Not);
         blank();
         keyword("to ");
-        expression(child(3));
+        child(4)->isNil() ? expression(child(3)) : headExpression(child(3), Level::Not);
         if (!child(4)->isNil()) {
             blank();
             keyword("by ");

@@ -136,7 +136,7 @@ void Printer::command(const Object* node) {
             put(Kind::Term, sourcetext::rawCode(u"event", event->bytes.substr(0, 8)));
     };
     if (node->flags == 3 && !direct->isNil()) {
-        expression(direct, Level::Operand);
+        headExpression(direct, Level::Operand);
         blank();
         words();
         return;
@@ -148,11 +148,14 @@ void Printer::command(const Object* node) {
         if (node->flags & 1)
             keyword("of ");
         bool exposed = exposes(direct, parts) || (is(direct, NodeKind::Call) && levelOf(direct) == Level::Or && !labels->children.empty());
-        Level needed = exposed ? Level::Operand : node->flags & 1 || event->code(1) == "doex"_4cc ? Level::Operand : Level::Or;
+        bool exists = event->code(1) == "doex"_4cc;
+        Level needed = exposed || node->flags & 1 ? Level::Operand : exists ? Level::As : Level::Or;
         if (exposed && levelOf(direct) == Level::Operand && !is(direct, NodeKind::Line)) {
             put(Kind::Plain, u"(");
-            expression(direct);
+            closedExpression(direct);
             put(Kind::Plain, u")");
+        } else if (exposed || !labels->children.empty()) {
+            headExpression(direct, needed);
         } else {
             expression(direct, needed);
         }
@@ -204,10 +207,10 @@ void Printer::label(const Object* key, const Object* held, const EventTerm* term
         bool type = parameter->type == "type"_4cc;
         if (!type && exposes(held, term) && levelOf(held) == Level::Operand && !is(held, NodeKind::Line)) {
             put(Kind::Plain, u"(");
-            expression(held);
+            closedExpression(held);
             put(Kind::Plain, u")");
         } else {
-            expression(held, type || command || exposes(held, term) ? Level::Operand : Level::Or);
+            headExpression(held, type || command || exposes(held, term) ? Level::Operand : Level::Or);
         }
         return;
     }

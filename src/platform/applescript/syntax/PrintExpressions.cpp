@@ -4,6 +4,7 @@
 #include "platform/applescript/syntax/SourceText.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quoddle {
 
@@ -42,6 +43,11 @@ const OperatorRow* negatedOperatorOf(const Object* node) {
     return rowFor(static_cast<NodeKind>(inner->tag), inner->flags, true);
 }
 
+/// Commands and their like: everything behind them is theirs.
+bool takesTheRest(const Object* node) {
+    return is(node, NodeKind::Call) || is(node, NodeKind::Get) || is(node, NodeKind::Continue);
+}
+
 } // namespace
 
 Level Printer::levelOf(const Object* node) const {
@@ -77,14 +83,28 @@ Level Printer::levelOf(const Object* node) const {
 void Printer::expression(const Object* node, Level minimum) {
     if (++mDepth > kMaxDepth) {
         put(Kind::Plain, u"«…»");
-    } else if (levelOf(node) < minimum) {
+    } else if (levelOf(node) < minimum && !(mTail && takesTheRest(node))) {
         put(Kind::Plain, u"(");
+        bool tail = std::exchange(mTail, true);
         expressionBody(node, Level::Or);
+        mTail = tail;
         put(Kind::Plain, u")");
     } else {
         expressionBody(node, minimum);
     }
     --mDepth;
+}
+
+void Printer::headExpression(const Object* node, Level minimum) {
+    bool tail = std::exchange(mTail, false);
+    expression(node, minimum);
+    mTail = tail;
+}
+
+void Printer::closedExpression(const Object* node, Level minimum) {
+    bool tail = std::exchange(mTail, true);
+    expression(node, minimum);
+    mTail = tail;
 }
 
 void Printer::expressionBody(const Object* node, Level minimum) {
@@ -97,7 +117,7 @@ void Printer::expressionBody(const Object* node, Level minimum) {
         return;
     }
     if (operatorOf(node) || negatedOperatorOf(node)) {
-        operators(node, minimum);
+        operators(node);
         return;
     }
     auto child = [&](std::size_t i) { return i < node->children.size() ? node->children[i] : nullptr; };
@@ -179,7 +199,7 @@ void Printer::wrapper(const Object* line, Level minimum) {
         lineBreak();
     } else if (line->flags & 4 && line->flags & 1) {
         put(Kind::Plain, u"(");
-        expression(inner);
+        closedExpression(inner);
         put(Kind::Plain, u")");
     } else if (line->flags & 0x100) {
         keyword("the ");
@@ -192,7 +212,7 @@ void Printer::wrapper(const Object* line, Level minimum) {
 }
 
 /// A chain of operators is as long as its text, so its left side is followed in a loop.
-void Printer::operators(const Object* node, Level minimum) {
+void Printer::operators(const Object* node) {
     std::vector<const Object*> chain;
     const Object* left = node;
     for (;;) {
@@ -216,14 +236,13 @@ void Printer::operators(const Object* node, Level minimum) {
         bool rightward = row->level == Level::Power;
         bool single = row->level == Level::Equality || row->level == Level::Comparison;
         if (first)
-            expression(made->children[row->swaps ? 1 : 0], rightward || single ? tighter(row->level) : row->level);
+            headExpression(made->children[row->swaps ? 1 : 0], rightward || single ? tighter(row->level) : row->level);
         blank();
         operatorWords(*row);
         blank();
         const Object* right = made->children[row->swaps ? 0 : 1];
-        // A command takes all that follows it for its own, so at the end it needs no parentheses.
-        bool last = i == 0 && minimum == Level::Or && is(right, NodeKind::Call);
-        expression(right, last ? Level::Or : rightward ? row->level : tighter(row->level));
+        Level needed = rightward ? row->level : tighter(row->level);
+        i == 0 ? expression(right, needed) : headExpression(right, needed);
     }
 }
 
@@ -247,7 +266,7 @@ bool Printer::asking(const Object* node) {
     if ((!equal && !is(node, NodeKind::NotEqual)) || node->flags != 2 || !is(node->children[0], NodeKind::Of))
         return false;
     const Object* asked = node->children[0];
-    expression(asked->children[1], Level::Comparison);
+    headExpression(asked->children[1], Level::Comparison);
     blank();
     put(Kind::Operator, equal ? u"is " : u"is not ");
     expression(asked->children[0], Level::Comparison);
@@ -260,7 +279,7 @@ void Printer::items(const Object* list) {
         if (!first)
             put(Kind::Plain, u", ");
         first = false;
-        expression(item);
+        closedExpression(item);
     }
 }
 
@@ -277,7 +296,7 @@ void Printer::record(const Object* node) {
         }
         name(pairs[i]);
         put(Kind::Plain, u":");
-        expression(held);
+        closedExpression(held);
     }
     put(Kind::Plain, u"}");
 }

@@ -4,6 +4,7 @@
 #include "platform/applescript/syntax/SourceText.h"
 
 #include <array>
+#include <utility>
 
 namespace quoddle {
 
@@ -29,7 +30,7 @@ void Printer::element(const Object* node) {
         of(node);
         return;
     case NodeKind::Filter:
-        expression(node->children[0], Level::Operand);
+        headExpression(node->children[0], Level::Operand);
         blank();
         keyword(node->flags == 1 ? "where " : node->flags == 2 ? "that " : "whose ");
         expression(node->children[1]);
@@ -70,6 +71,11 @@ void Printer::ordinal(const Object* node) {
     const Object* picked = node->children[1];
     bool number = is(picked, NodeKind::Literal) && picked->children[0]->kind == ObjectKind::Integer;
     std::int32_t n = number ? picked->children[0]->integer : 0;
+    if (is(node, NodeKind::Element) && withoutSource(node->children[0])->code() == "****"_4cc && is(picked, NodeKind::Literal)) {
+        put(Kind::Term, u"any ");
+        className(picked->children[0]);
+        return;
+    }
     if (is(node, NodeKind::Element) && number && node->flags) {
         std::string_view word;
         if (node->flags & 2)
@@ -98,12 +104,13 @@ void Printer::index(const Object* node) {
                  is(node, NodeKind::List) || is(node, NodeKind::Record) || is(node, NodeKind::End) || is(node, NodeKind::Beginning) ||
                  (is(node, NodeKind::Call) && node->children[0]->kind == ObjectKind::Identifier && levelOf(node) == Level::Operand) ||
                  isOwned(node);
-    if (plain) {
+    bool negated = is(node, NodeKind::Negate) && (is(node->children[0], NodeKind::Variable) || is(node->children[0], NodeKind::Line));
+    if (plain || negated) {
         expression(node);
         return;
     }
     put(Kind::Plain, u"(");
-    expression(node);
+    closedExpression(node);
     put(Kind::Plain, u")");
 }
 
@@ -111,7 +118,8 @@ void Printer::range(const Object* node) {
     if (!pluralName(node->children[0]))
         className(node->children[0]);
     auto bound = [this](const Object* end) {
-        bool element = is(end, NodeKind::Element) || is(end, NodeKind::ElementByKey);
+        bool possessive = is(end, NodeKind::Of) && end->flags == 3;
+        bool element = possessive || is(end, NodeKind::Element) || is(end, NodeKind::ElementByKey);
         element ? expression(end) : index(end);
     };
     bool thru = node->flags & 0x100;
@@ -158,7 +166,9 @@ void Printer::of(const Object* node) {
     } else if (is(part, NodeKind::Before) || is(part, NodeKind::After)) {
         relation(part, container);
     } else {
+        bool tail = std::exchange(mTail, false);
         this->part(part, false);
+        mTail = tail;
         blank();
         keyword(node->flags & 0x100 ? "in" : "of");
         blank();
@@ -186,7 +196,7 @@ void Printer::part(const Object* node, bool targeted) {
         return;
     }
     put(Kind::Plain, u"(");
-    expression(node);
+    closedExpression(node);
     put(Kind::Plain, u")");
 }
 
@@ -198,11 +208,11 @@ void Printer::container(const Object* node) {
 void Printer::owner(const Object* node) {
     bool loose = (is(node, NodeKind::Of) && (isOwned(node) || !(node->flags & 2))) || (is(node, NodeKind::Line) && node->flags & 0x100);
     if (!loose) {
-        expression(node, Level::Operand);
+        headExpression(node, Level::Operand);
         return;
     }
     put(Kind::Plain, u"(");
-    expression(node);
+    closedExpression(node);
     put(Kind::Plain, u")");
 }
 

@@ -5,6 +5,7 @@
 #include "platform/applescript/syntax/SourceText.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quoddle {
 
@@ -87,6 +88,12 @@ void Printer::body(const Object* body, const char* end) {
 }
 
 void Printer::statement(const Object* node) {
+    bool tail = std::exchange(mTail, true);
+    statementBody(node);
+    mTail = tail;
+}
+
+void Printer::statementBody(const Object* node) {
     if (node->kind != ObjectKind::Node) {
         expression(node);
         return;
@@ -211,7 +218,7 @@ void Printer::simpleStatement(const Object* node) {
 
 /// What a statement is about: hardly ever more than a reference.
 void Printer::target(const Object* node) {
-    expression(node, is(node, NodeKind::Call) ? Level::Operand : Level::Or);
+    headExpression(node, is(node, NodeKind::Call) ? Level::Operand : Level::Or);
 }
 
 void Printer::names(const Object* list) {

@@ -48,6 +48,7 @@ private:
     void body(const Object* body, const char* end);
     void comment(const Object* line);
     void statement(const Object* node);
+    void statementBody(const Object* node);
     void simpleStatement(const Object* node);
     void oneLine(const Object* node);
     void target(const Object* node);
@@ -72,8 +73,12 @@ private:
     /// In parentheses when it binds less tightly than its place demands.
     void expression(const Object* node, Level minimum = Level::Or);
     void expressionBody(const Object* node, Level minimum);
+    /// Something follows.
+    void headExpression(const Object* node, Level minimum = Level::Or);
+    /// Between brackets or at the end of a statement.
+    void closedExpression(const Object* node, Level minimum = Level::Or);
     void wrapper(const Object* line, Level minimum);
-    void operators(const Object* node, Level minimum);
+    void operators(const Object* node);
     void operatorWords(const OperatorRow& row);
     bool asking(const Object* node);
     void items(const Object* list);
@@ -108,6 +113,8 @@ private:
     std::u16string mText;
     std::size_t mIndent = 0;
     std::size_t mDepth = 0;
+    /// Nothing follows that a command would take for a parameter, so one needs no parentheses here.
+    bool mTail = true;
 };
 
 } // namespace quoddle

@@ -76,6 +76,7 @@ constexpr Rows kRows{
         {"missing value", "missing values", "msng"_4cc},
         {"reference", "references", "obj "_4cc},
         {"anything", "", "****"_4cc},
+        {"any", "", "****"_4cc, true},
         {"type class", "", "type"_4cc},
         {"RGB color", "RGB colors", "cRGB"_4cc},
         {"picture", "pictures", "PICT"_4cc},

@@ -51,6 +51,8 @@ struct Term {
     bool boolean = false;
     /// Understood, never printed.
     bool synonym = false;
+    /// Where it stands in its dictionary: of a class and a property with the same words the later one is meant.
+    std::uint16_t order = 0;
 };
 
 } // namespace quoddle

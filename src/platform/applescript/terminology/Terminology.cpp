@@ -5,6 +5,15 @@
 
 namespace quoddle {
 
+namespace {
+
+/// Kinds that share their words: in one dictionary the later definition takes them.
+bool isNoun(TermKind kind) {
+    return kind == TermKind::Class || kind == TermKind::Property;
+}
+
+} // namespace
+
 Terminology::Terminology(bool additions) {
     mBase.push_back(&languageTerms());
     if (additions)
@@ -32,7 +41,10 @@ TermMatch Terminology::match(std::span<const std::string_view> words, Kinds kind
             for (const Term& term : candidates) {
                 if (term.kind != kind)
                     continue;
-                if (std::size_t taken = wordsOfTerm(term.words, words); taken > best.words)
+                std::size_t taken = wordsOfTerm(term.words, words);
+                bool later = taken > 0 && taken == best.words && best.source == &source && term.order > best.term->order && isNoun(kind) &&
+                             isNoun(best.term->kind);
+                if (taken > best.words || later)
                     best = {&term, taken, &source};
             }
         }

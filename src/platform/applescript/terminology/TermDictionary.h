@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// A dictionary that is put together at run time: an application's.
+//
+// It owns its words. Terms are added in any order, then finish() sorts them; from then on it may be read from any thread. Of two terms of a
+// kind with one code the later one names the code, as in any dictionary; a synonym never does.
+#pragma once
+
+#include "platform/applescript/terminology/TermSource.h"
+
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace quoddle {
+
+class TermDictionary final : public TermSource {
+public:
+    TermDictionary() = default;
+    TermDictionary(const TermDictionary&) = delete;
+    TermDictionary& operator=(const TermDictionary&) = delete;
+
+    void addClass(std::string_view words, std::string_view plural, FourCharCode code, bool synonym = false);
+    void addProperty(std::string_view words, FourCharCode code, bool boolean = false, bool synonym = false);
+    void addConstant(std::string_view words, FourCharCode enumeration, FourCharCode value, bool synonym = false);
+    /// Parameters are copied, their words too.
+    void addEvent(std::string_view words, FourCharCode eventClass, FourCharCode eventID, const EventTerm& event);
+    void finish();
+
+    std::span<const Term> startingWith(std::string_view word) const override;
+    const Term* find(TermKind kind, FourCharCode code, FourCharCode group) const override;
+
+private:
+    std::string_view keep(std::string_view words) { return mWords.emplace_back(words); }
+
+    std::deque<std::string> mWords;
+    std::deque<EventTerm> mEvents;
+    std::deque<std::vector<ParameterTerm>> mParameters;
+    std::vector<Term> mTerms;
+    std::vector<const Term*> mByCode;
+};
+
+} // namespace quoddle
