@@ -49,15 +49,16 @@ Object* Parser::ifStatement() {
 }
 
 const TermSource* Parser::termsOf(const ApplicationName& application) {
-    return mOptions.applicationTerms && !application.text.empty() ? mOptions.applicationTerms(application) : nullptr;
+    return mOptions.applicationTerms ? mOptions.applicationTerms(application) : nullptr;
 }
 
-/// Enters the dictionary of the application that a target names; false when it names none.
+/// Enters the dictionary of the application that a target names; false when it names none, or one that only the running script knows.
 bool Parser::pushTarget(const Object* target) {
     auto application = applicationOf(target);
-    if (application)
+    bool named = application && !application->text.empty();
+    if (named)
         mTerms.push(termsOf(*application));
-    return application.has_value();
+    return named;
 }
 
 Object* Parser::tellStatement() {

@@ -208,7 +208,10 @@ Object* Parser::useStatement() {
     }
     Object* options = commandLabels(event);
     mActive.pop_back();
-    if (auto application = applicationOf(target)) {
+    // A script that says what it uses does without the Standard Additions unless it names them.
+    if (!mUsesAdditions)
+        mTerms.dropAdditions();
+    if (auto application = applicationOf(target); application && !application->text.empty()) {
         if (const TermSource* source = termsOf(*application))
             mTerms.use(source);
     }

@@ -47,20 +47,16 @@ void settleComments(std::vector<Token>& tokens) {
     tokens = std::move(settled);
 }
 
-/// A script that says what it uses does without the Standard Additions unless it names them.
-bool usesAdditions(const std::vector<Token>& tokens) {
-    bool uses = false;
+/// A line of the script is `use scripting additions`.
+bool namesAdditions(const std::vector<Token>& tokens) {
     bool lineStart = true;
     for (std::size_t i = 0; i + 2 < tokens.size(); ++i) {
-        if (lineStart && tokens[i].keyword == Keyword::Use) {
-            uses = true;
-            if (tokens[i + 1].word && tokens[i + 1].word->key == "scripting" && tokens[i + 2].word &&
-                tokens[i + 2].word->key == "additions")
-                return true;
-        }
+        if (lineStart && tokens[i].keyword == Keyword::Use && tokens[i + 1].word && tokens[i + 1].word->key == "scripting" && tokens[i + 2].word &&
+            tokens[i + 2].word->key == "additions")
+            return true;
         lineStart = tokens[i].kind == TokenKind::Newline;
     }
-    return !uses;
+    return false;
 }
 
 std::unique_ptr<TokenList> settledTokens(std::u16string_view source) {
@@ -84,7 +80,7 @@ std::optional<SourceRange> SourceMap::find(const Object* node) const {
 
 Parser::Parser(std::u16string_view source, ObjectStore& store, const ParseOptions& options)
     : mSource(source), mStore(store), mOptions(options), mList(settledTokens(source)), mTokens(mList->tokens),
-      mTerms(usesAdditions(mTokens)) {}
+      mUsesAdditions(namesAdditions(mTokens)) {}
 
 Parser::Depth::Depth(Parser& owner) : parser(owner) {
     if (++parser.mDepth > kMaxDepth && !parser.failed())

@@ -223,6 +223,8 @@ private:
     std::vector<Token>& mTokens;
     std::size_t mAt = 0;
     Terminology mTerms;
+    /// The script says `use scripting additions`.
+    bool mUsesAdditions;
     ParseError mError;
     std::unordered_map<std::string_view, Object*> mIdentifiers;
     std::unordered_map<std::string_view, Object*> mEvents;

@@ -61,9 +61,10 @@ void Printer::ifStatement(const Object* node) {
 /// Enters the dictionary of the application that a target names.
 bool Printer::push(const Object* target) {
     auto application = applicationOf(target);
-    if (application)
-        mTerms.push(mOptions.applicationTerms && !application->text.empty() ? mOptions.applicationTerms(*application) : nullptr);
-    return application.has_value();
+    bool named = application && !application->text.empty();
+    if (named)
+        mTerms.push(mOptions.applicationTerms ? mOptions.applicationTerms(*application) : nullptr);
+    return named;
 }
 
 void Printer::tellStatement(const Object* node) {

@@ -254,6 +254,8 @@ void Printer::useStatement(const Object* node) {
     }
     const Term* term = mTerms.event("ascr"_4cc, "use "_4cc);
     commandLabels(node->children[2], term ? term->event : nullptr);
+    if (!mUsesAdditions)
+        mTerms.dropAdditions();
     if (auto application = applicationOf(node->children[1]); application && mOptions.applicationTerms && !application->text.empty()) {
         if (const TermSource* source = mOptions.applicationTerms(*application))
             mTerms.use(source);

@@ -9,28 +9,20 @@ namespace quoddle {
 
 namespace {
 
-/// A script that says what it uses does without the Standard Additions unless it names them.
-bool usesAdditions(const Object* tree) {
-    std::span<Object* const> lines(const_cast<Object* const*>(reinterpret_cast<const Object* const*>(&tree)), 1);
-    if (tree->isNode(tagOf(NodeKind::Block)))
-        lines = tree->children[0]->children;
-    bool uses = false;
-    for (const Object* line : lines) {
+/// A line of the script is `use scripting additions`.
+bool namesAdditions(const Object* tree) {
+    auto names = [](const Object* line) {
         if (line->isNode(tagOf(NodeKind::Line)))
             line = line->children[0];
-        if (!line->isNode(tagOf(NodeKind::Use)))
-            continue;
-        uses = true;
-        const Object* target = line->children[1];
-        if (target->isNode(tagOf(NodeKind::Every)) && target->children[0]->code() == "osax"_4cc)
-            return true;
-    }
-    return !uses;
+        const Object* target = line->isNode(tagOf(NodeKind::Use)) ? line->children[1] : nullptr;
+        return target && target->isNode(tagOf(NodeKind::Every)) && target->children[0]->code() == "osax"_4cc;
+    };
+    return tree->isNode(tagOf(NodeKind::Block)) ? std::ranges::any_of(tree->children[0]->children, names) : names(tree);
 }
 
 } // namespace
 
-Printer::Printer(const Object* tree, const PrintOptions& options) : mOptions(options), mTerms(usesAdditions(tree)) {}
+Printer::Printer(const Object* tree, const PrintOptions& options) : mOptions(options), mUsesAdditions(namesAdditions(tree)) {}
 
 std::u16string Printer::print(const Object* tree) {
     lines(tree);

@@ -110,6 +110,7 @@ private:
 
     const PrintOptions& mOptions;
     Terminology mTerms;
+    bool mUsesAdditions;
     std::u16string mText;
     std::size_t mIndent = 0;
     std::size_t mDepth = 0;

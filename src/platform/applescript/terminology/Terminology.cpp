@@ -14,10 +14,10 @@ bool isNoun(TermKind kind) {
 
 } // namespace
 
-Terminology::Terminology(bool additions) {
-    mBase.push_back(&languageTerms());
-    if (additions)
-        mBase.push_back(&standardAdditionsTerms());
+Terminology::Terminology() : mBase{&languageTerms(), &standardAdditionsTerms()} {}
+
+void Terminology::dropAdditions() {
+    std::erase(mBase, &standardAdditionsTerms());
 }
 
 /// Calls visit(source) in the order in which sources are asked, until it returns false.

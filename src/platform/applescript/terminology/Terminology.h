@@ -28,8 +28,11 @@ class Terminology {
 public:
     using Kinds = std::initializer_list<TermKind>;
 
-    /// With the language's words and, unless the script does without them, those of the Standard Additions.
-    explicit Terminology(bool additions = true);
+    /// With the language's words and those of the Standard Additions.
+    Terminology();
+
+    /// From here on the script does without the Standard Additions.
+    void dropAdditions();
 
     /// Enters a `tell` or `using terms from`; nullptr: the application's dictionary cannot be had. The source must outlive its stay.
     void push(const TermSource* application) { mApplications.push_back(application); }
