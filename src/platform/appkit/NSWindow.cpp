@@ -2,7 +2,6 @@
 #include "platform/appkit/NSWindow.h"
 
 #include "platform/appkit/NSApplication.h"
-#include "platform/appkit/NSViewController.h"
 #include "platform/appkit/WindowFrame.h"
 #include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSNotificationCenter.h"
@@ -35,10 +34,8 @@ NSWindow::~NSWindow() {
     while (!mSheets.empty()) {
         const Sheet sheet = std::move(mSheets.front());
         mSheets.pop_front();
-        if (sheet.dialog) {
-            sheet.dialog->disconnect(this);
-            sheet.dialog->setParent(nullptr);
-        }
+        sheet.dialog->disconnect(this);
+        sheet.dialog->setParent(nullptr); // the caller's, not ours to delete
         if (sheet.completion)
             sheet.completion(NSModalResponseAbort);
     }
@@ -113,19 +110,18 @@ void NSWindow::closeEvent(QCloseEvent* event) {
 }
 
 QDialog* NSWindow::attachedSheet() const {
-    return !mSheets.empty() && mSheets.front().shown ? mSheets.front().dialog.data() : nullptr;
+    return !mSheets.empty() && mSheets.front().shown ? mSheets.front().dialog : nullptr;
 }
 
 void NSWindow::beginSheet(QDialog* sheet, SheetCompletion completion) {
-    mSheets.push_back({sheet, std::move(completion)});
+    mSheets.push_back({sheet, sheet, std::move(completion)});
+    connect(sheet, &QObject::destroyed, this, [this](const QObject* object) { sheetEnded(object, NSModalResponseAbort); });
     if (mSheets.size() == 1)
         showNextSheet();
 }
 
 void NSWindow::showNextSheet() {
-    while (!mSheets.empty() && !mSheets.front().dialog)
-        mSheets.pop_front(); // destroyed while it waited
-    if (mSheets.empty())
+    if (mSheets.empty() || mSheets.front().shown)
         return;
     QDialog* dialog = mSheets.front().dialog;
     mSheets.front().shown = true;
@@ -137,40 +133,31 @@ void NSWindow::showNextSheet() {
     const QRect content = centralWidget() ? QRect(centralWidget()->mapToGlobal(QPoint()), centralWidget()->size()) : geometry();
     const QRect wanted(content.x() + (content.width() - dialog->width()) / 2, content.y(), dialog->width(), dialog->height());
     dialog->move(WindowFrame::constrained(wanted, availableScreens()).topLeft());
-    connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) { sheetFinished(dialog, returnCode); });
-    connect(dialog, &QObject::destroyed, this, [this, dialog] { sheetFinished(dialog, NSModalResponseAbort); });
+    connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) {
+        dialog->disconnect(this);
+        dialog->hide();
+        dialog->setParent(nullptr); // it is the caller's again, whichever of the two goes first
+        sheetEnded(dialog, returnCode);
+    });
     dialog->show();
 }
 
-void NSWindow::sheetFinished(QDialog* dialog, int returnCode) {
-    // A destroyed dialog has left its QPointer already; it was the one in front, for only that one is connected.
-    if (mSheets.empty() || (mSheets.front().dialog && mSheets.front().dialog != dialog))
+void NSWindow::sheetEnded(const QObject* object, int returnCode) {
+    auto ended = std::find_if(mSheets.begin(), mSheets.end(), [object](const Sheet& each) { return each.object == object; });
+    if (ended == mSheets.end())
         return;
-    Sheet sheet = std::move(mSheets.front());
-    mSheets.pop_front();
-    if (sheet.dialog) {
-        sheet.dialog->disconnect(this);
-        sheet.dialog->hide();
-        sheet.dialog->setParent(nullptr); // it is the caller's again, whichever of the two goes first
-    }
-    if (sheet.completion)
-        sheet.completion(returnCode);
-    if (mSheets.empty() || !mSheets.front().shown) // the completion may have begun another one
-        showNextSheet();
+    const SheetCompletion completion = std::move(ended->completion);
+    mSheets.erase(ended);
+    if (completion)
+        completion(returnCode);
+    showNextSheet(); // unless the completion has begun one
 }
 
 void NSWindow::endSheet(QDialog* sheet, int returnCode) {
-    if (sheet && attachedSheet() == sheet) {
+    if (sheet && attachedSheet() == sheet)
         sheet->done(returnCode);
-        return;
-    }
-    auto waiting = std::find_if(mSheets.begin(), mSheets.end(), [sheet](const Sheet& each) { return each.dialog == sheet; });
-    if (waiting == mSheets.end())
-        return;
-    const SheetCompletion completion = std::move(waiting->completion);
-    mSheets.erase(waiting);
-    if (completion)
-        completion(returnCode);
+    else
+        sheetEnded(sheet, returnCode);
 }
 
 } // namespace quoddle

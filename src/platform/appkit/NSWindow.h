@@ -5,6 +5,8 @@
 // Main thread only.
 #pragma once
 
+#include "platform/appkit/NSViewController.h"
+
 #include <deque>
 #include <functional>
 
@@ -15,8 +17,6 @@ class QDialog;
 
 namespace quoddle {
 
-class NSViewController;
-
 class NSWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -25,6 +25,7 @@ public:
 
     /// The window shows the controller's view; not owned. It is loaded now.
     void setContentViewController(NSViewController* controller);
+    /// Null when there is none any more.
     NSViewController* contentViewController() const { return mContent; }
 
     /// Takes the frame that was remembered under the name, when there is one and some screen still shows it, and remembers from now on.
@@ -52,15 +53,17 @@ protected:
 
 private:
     struct Sheet {
-        QPointer<QDialog> dialog;
+        QDialog* dialog;
+        const QObject* object; // the same; what is left of it while it is being destroyed
         SheetCompletion completion;
         bool shown = false;
     };
     void showNextSheet();
-    void sheetFinished(QDialog* dialog, int returnCode);
+    /// Takes the sheet out, wherever it stands, and shows the next one when it was in front.
+    void sheetEnded(const QObject* object, int returnCode);
     void saveFrame();
 
-    NSViewController* mContent = nullptr;
+    QPointer<NSViewController> mContent;
     QString mFrameAutosaveName;
     std::deque<Sheet> mSheets; // the first one is shown
 };
