@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/language/Coercion.h"
 
+#include "platform/applescript/language/Dates.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/LanguageObject.h"
@@ -46,6 +47,9 @@ Value toInteger(Value value) {
         return value;
     if (value.isBoolean())
         return Value::integer(value.isTrue());
+    if (value.isCode() || value.isConstant())
+        if (const std::int32_t number = numberOfDateConstant(value.asCode()))
+            return Value::integer(number);
     if (!value.isReal())
         return Value::failure();
     const double rounded = std::nearbyint(value.asReal()); // halves go to even

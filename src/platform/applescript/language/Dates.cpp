@@ -58,6 +58,13 @@ std::u16string shortDate(const Parts& parts) {
 
 } // namespace
 
+std::int32_t numberOfDateConstant(FourCharCode code) {
+    if (auto month = std::find(std::begin(kMonths), std::end(kMonths), code); month != std::end(kMonths))
+        return static_cast<std::int32_t>(month - std::begin(kMonths)) + 1;
+    auto weekday = std::find(std::begin(kWeekdays), std::end(kWeekdays), code);
+    return weekday == std::end(kWeekdays) ? 0 : static_cast<std::int32_t>(weekday - std::begin(kWeekdays)) + 1;
+}
+
 Value dateProperty(Machine& machine, const Date* date, FourCharCode key) {
     const Parts parts = partsOf(date->seconds);
     switch (key) {

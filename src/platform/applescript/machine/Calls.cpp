@@ -358,6 +358,8 @@ void Interpreter::raiseFrom(Value* registers, std::size_t count) {
     raised.message = registers[count];
     for (std::size_t i = 0; i + 1 < count; i += 2) {
         const Value value = registers[i + 1];
+        if (value.isMissing())
+            continue;
         switch (registers[i].isCode() ? registers[i].asCode() : 0) {
         case "errn"_4cc: {
             const Value number = language::coerce(mMachine, value, Value::code("long"_4cc));
@@ -400,10 +402,10 @@ bool Interpreter::matchError(const Object* pattern, const Value& messageName) {
             return Value::integer(error.number);
         case "ptlr"_4cc:
             return error.partialResult.isUndefined() ? Value::object(mMachine.mHeap.list()) : error.partialResult;
-        case "erob"_4cc:
-            return error.offending;
+        case "erob"_4cc: // passing an error on names all its parts, whether it had them or not
+            return error.offending.isUndefined() ? Value::missing() : error.offending;
         case "errt"_4cc:
-            return error.expectedType;
+            return error.expectedType.isUndefined() ? Value::missing() : error.expectedType;
         default:
             return Value();
         }

@@ -384,11 +384,6 @@ op_SetGlobal : {
 }
 op_GetResult:
     r[pc->a] = context.frames.back().result;
-    if (r[pc->a].isUndefined()) {
-        SAVE();
-        self->undefinedVariable(Value::code("rslt"_4cc));
-        goto raised;
-    }
     NEXT();
 op_SetResult:
     context.frames.back().result = r[pc->a];

@@ -1494,8 +1494,12 @@ void Translator::translate(std::size_t at) {
     case Opcode::PushGlobal:
     case Opcode::PushGlobalLong: {
         const Value name = literal(stored.first);
-        if (name == Value::code("rslt"_4cc))
-            return pushRegister(emit(Op::GetResult, slot(mStack.size())));
+        if (name == Value::code("rslt"_4cc)) {
+            const std::size_t producer = emit(Op::GetResult, slot(mStack.size()));
+            pushRegister(producer);
+            emit(Op::CheckVariable, slot(top()), constant(name));
+            return;
+        }
         return pushRegister(emit(Op::GetGlobal, slot(mStack.size()), constant(name), cache()));
     }
     case Opcode::PopGlobal:
