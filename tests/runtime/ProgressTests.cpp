@@ -93,6 +93,7 @@ TEST(Progress, TheMainThreadNeverWaitsForAScriptThatWaitsForIt) {
         return Outcome();
     };
     applet.launch();
+    EXPECT_TRUE(Applet::eventually([&] { return applet.delegate->currentProgress().has_value(); }));
     // As when the main thread calls the script itself: the yield comes on the main thread while the other one holds the lock.
     for (int turn = 0; turn < 200; ++turn) {
         applet.delegate->scriptDidYield();
@@ -100,7 +101,6 @@ TEST(Progress, TheMainThreadNeverWaitsForAScriptThatWaitsForIt) {
     }
     stop = true;
     applet.settle();
-    EXPECT_TRUE(applet.delegate->currentProgress());
 }
 
 TEST(Progress, AnEndingApplicationReleasesTheScript) {

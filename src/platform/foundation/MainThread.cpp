@@ -9,7 +9,7 @@
 #include <mutex>
 
 #include <QCoreApplication>
-#include <QEvent>
+#include <QObject>
 #include <QThread>
 
 namespace quoddle::MainThread {
@@ -62,6 +62,23 @@ void runNext() {
     queue().changed.notify_all();
 }
 
+/// Wakes the main thread. By name, so that nothing but the queue itself is shared between the threads.
+class Receiver final : public QObject {
+    Q_OBJECT
+public Q_SLOTS:
+    void runNext() { quoddle::MainThread::runNext(); }
+};
+
+/// Called with the queue's mutex held.
+Receiver* receiverOn(QThread* mainThread) {
+    static auto* receiver = [mainThread] {
+        auto* made = new Receiver;
+        made->moveToThread(mainThread);
+        return made;
+    }();
+    return receiver;
+}
+
 /// Posts one wake-up for each item; the item itself stays in the queue, so that close() can find it.
 std::shared_ptr<Item> enqueue(std::function<void()> work) {
     auto item = std::make_shared<Item>();
@@ -73,7 +90,7 @@ std::shared_ptr<Item> enqueue(std::function<void()> work) {
         return item;
     }
     queue().items.push_back(item);
-    QMetaObject::invokeMethod(application, &runNext, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(receiverOn(application->thread()), "runNext", Qt::QueuedConnection);
     return item;
 }
 
@@ -117,3 +134,5 @@ void open() {
 }
 
 } // namespace quoddle::MainThread
+
+#include "MainThread.moc"
