@@ -3,8 +3,10 @@
 //
 //   quoddle-shell APPLET.app [FILE…]          the applet by its path
 //   APPLET.app/Contents/Linux/NAME [FILE…]    the same, as a link in the applet itself
+#include "platform/additions/StandardAdditions.h"
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/applescript/AppleScriptComponent.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Plist.h"
@@ -130,6 +132,8 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     takeIdentityOf(*invocation.bundle);
+    registerAppleScriptComponent();
+    installStandardAdditions();
     NSApplication application(argc, argv);
     Appearance::applyRememberedScheme();
     // Whatever can wait until the first window is there.

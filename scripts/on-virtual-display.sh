@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# Runs a program on a display of its own and saves pictures of it:  on-virtual-display.sh PROGRAM [ARGUMENT…]
+# QUODDLE_PICTURE names the file (default applet.png in the current folder); QUODDLE_SECONDS is how long a program that stays is let run (default 20).
+set -u
+picture=${QUODDLE_PICTURE:-$PWD/applet.png}
+seconds=${QUODDLE_SECONDS:-20}
+
+number=90
+while [ -e "/tmp/.X$number-lock" ]; do number=$((number + 1)); done
+Xvfb ":$number" -screen 0 1024x640x24 -nolisten tcp >/dev/null 2>&1 &
+server=$!
+trap 'kill $manager $server 2>/dev/null' EXIT
+manager=
+export DISPLAY=":$number"
+for _ in $(seq 100); do xdpyinfo >/dev/null 2>&1 && break; sleep 0.05; done
+openbox >/dev/null 2>&1 &
+manager=$!
+
+"$@" &
+program=$!
+# The last picture with a window on it is kept: an applet that is done hides its window.
+for _ in $(seq $((seconds * 4))); do
+	if xwininfo -root -tree 2>/dev/null | grep -q 'quoddle-shell'; then
+		import -window root "$picture.new.png" 2>/dev/null && mv "$picture.new.png" "$picture"
+	fi
+	kill -0 $program 2>/dev/null || break
+	sleep 0.25
+done
+if kill -0 $program 2>/dev/null; then
+	kill $program
+	wait $program 2>/dev/null
+	status=0
+else
+	wait $program
+	status=$?
+fi
+[ -f "$picture" ] && echo "Picture of the window: $picture"
+exit $status
