@@ -121,6 +121,19 @@ TEST_F(OSACallbacksTest, EveryKindOfCancellationIsTakenOnce) {
     EXPECT_EQ(OSAActiveCallback(nullptr), noErr);
 }
 
+TEST_F(OSACallbacksTest, TheMainLoopTurnsWhileAScriptRunsOnIt) {
+    int turned = 0;
+    MainThread::dispatchAsync([&] { ++turned; });
+    component->setYieldCPU(false);
+    EXPECT_EQ(OSAActiveCallback(component.get()), noErr);
+    EXPECT_EQ(turned, 0);
+    component->setYieldCPU(true);
+    std::thread([&] { EXPECT_EQ(OSAActiveCallback(component.get()), noErr); }).join();
+    EXPECT_EQ(turned, 0) << "only on the main thread";
+    EXPECT_EQ(OSAActiveCallback(component.get()), noErr);
+    EXPECT_EQ(turned, 1);
+}
+
 TEST_F(OSACallbacksTest, ARunningScriptIsStoppedFromOutside) {
     QXOSAIDRef script = compiled("loop");
     std::thread stopper([&] {

@@ -112,6 +112,7 @@ TEST_F(QXOSAComponentTest, MessagesAreCleaned) {
 }
 
 TEST_F(QXOSAComponentTest, ErrorRecordsAreSnapshots) {
+    fake->error = {{"errs"_4cc, AEDesc::ofUTF8("left over")}};
     QXOSAErrorInfoRef none = component->lastErrorInfo();
     EXPECT_TRUE(none->isRuntimeError());
     EXPECT_EQ(none->error(), 0);

@@ -306,6 +306,7 @@ TEST_F(QXOSAIDTest, RecordsWithAClassAreFixedUp) {
     EXPECT_TRUE(record->isRecord());
     EXPECT_EQ(record->descriptor()->aeDesc(), plain);
     EXPECT_EQ(callCount("setProperty:4"), 2u);
+    EXPECT_EQ(callCount("dispose"), 1u) << "of the class that was read";
     EXPECT_EQ(fake->values[id].properties.count(u"pcls"), 1u) << "the class is back";
 }
 

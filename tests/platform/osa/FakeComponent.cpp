@@ -151,12 +151,9 @@ OSStatus FakeComponent::compile(const AEDesc& source, OSAModeFlags, OSAID& id) {
         if (verb == u"property")
             script.properties[firstWord(rest).first] = add({.desc = valueIn(firstWord(rest).second)});
     }
-    if (id == 0)
-        id = add(std::move(script));
-    else if (Value* old = find(id))
-        *old = std::move(script);
-    else
+    if (id != 0 && !values.erase(id))
         return errOSAInvalidID;
+    id = add(std::move(script)); // a component may well answer another identifier than it was given
     return noErr;
 }
 
