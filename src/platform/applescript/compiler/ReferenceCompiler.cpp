@@ -114,7 +114,11 @@ void HandlerCompiler::listPart(Object* node) {
     auto items = node->children[0]->children;
     for (Object* item : items) {
         mCode.emit(Opcode::Dup);
-        withContainer(item);
+        const Object* inner = unwrapped(item);
+        if (inner->isNode(tagOf(NodeKind::Literal)) && inner->children[0]->isCode(CodeTag::Class)) // a property named like a class
+            part(item);
+        else
+            withContainer(item);
         mCode.emit(Opcode::Swap);
     }
     mCode.emit(Opcode::Pop);

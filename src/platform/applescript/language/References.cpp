@@ -100,7 +100,7 @@ Value listElement(const List* list, FourCharCode elementClass, std::int64_t inde
 
 /// Where a boundary of a range lies in its container: its first and its last character, or item.
 bool boundary(Machine& machine, Value container, Value elementClass, Value bound, Span& span) {
-    if (const Specifier* element = as<Specifier>(bound); element && element->form == Specifier::Form::Element) {
+    if (const Specifier* element = as<Specifier>(bound); element && element->form == Specifier::Form::Element && element->container == container) {
         const Value index = coerce(machine, element->b, Value::code("long"_4cc));
         if (index.isFailure())
             return false;

@@ -1386,9 +1386,6 @@ void Translator::translate(std::size_t at) {
     case Opcode::MakeFilter:
         return makeSpecifier(Specifier::Form::Filter, 2);
     case Opcode::MakeRange:
-        need(4);
-        follow(mStack.size() - 2, Evaluate::Locally);
-        follow(mStack.size() - 1, Evaluate::Locally);
         return makeSpecifier(Specifier::Form::Range, 4);
     case Opcode::MakeBefore:
         return makeSpecifier(Specifier::Form::Before, 2);
