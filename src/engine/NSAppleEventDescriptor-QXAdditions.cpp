@@ -13,10 +13,6 @@ namespace quoddle {
 
 namespace {
 
-AEDesc aeDescOf(const NSAppleEventDescriptorRef& descriptor) {
-    return descriptor ? descriptor->aeDesc() : AEDesc();
-}
-
 bool isOneOf(DescType type, std::initializer_list<DescType> types) {
     return std::find(types.begin(), types.end(), type) != types.end();
 }

@@ -127,7 +127,7 @@ void QXOSAComponent::setDefaultLanguageSubType(OSType subType) {
 }
 
 OSType QXOSAComponent::languageSubTypeForStoredScript(const NSAppleEventDescriptorRef& descriptor) {
-    return languageSubTypeForStoredScriptAEDesc(descriptor ? descriptor->aeDesc() : AEDesc());
+    return languageSubTypeForStoredScriptAEDesc(aeDescOf(descriptor));
 }
 
 OSType QXOSAComponent::languageSubTypeForStoredScriptAEDesc(const AEDesc& aeDesc) {
@@ -202,7 +202,7 @@ void QXOSAComponent::setDefaultTarget(const NSAppleEventDescriptorRef& defaultTa
 
 QXOSAIDRef QXOSAComponent::loadFromStoredScript(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags) {
     OSAID script = 0;
-    _failOSError(OSALoad(mComponent, descriptor ? descriptor->aeDesc() : AEDesc(), modeFlags, script));
+    _failOSError(OSALoad(mComponent, aeDescOf(descriptor), modeFlags, script));
     return QXOSAID::QXOSAIDWithComponent(shared_from_this(), script);
 }
 

@@ -17,10 +17,6 @@ namespace {
 
 constexpr OSStatus kURLWithoutFile = -4960;
 
-AEDesc aeDescOf(const NSAppleEventDescriptorRef& descriptor) {
-    return descriptor ? descriptor->aeDesc() : AEDesc();
-}
-
 QString callStack() {
     void* frames[64];
     int count = backtrace(frames, static_cast<int>(std::size(frames)));

@@ -7,10 +7,6 @@ namespace quoddle {
 
 namespace {
 
-AEDesc aeDescOf(const NSAppleEventDescriptorRef& descriptor) {
-    return descriptor ? descriptor->aeDesc() : AEDesc();
-}
-
 NSAppleEventDescriptorRef descriptorOfName(const QString& name) {
     return NSAppleEventDescriptor::descriptorWithString(name);
 }

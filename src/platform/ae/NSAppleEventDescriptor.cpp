@@ -19,10 +19,6 @@ std::int64_t offsetFromUTC(std::time_t moment) {
     return localtime_r(&moment, &local) ? local.tm_gmtoff : 0;
 }
 
-AEDesc aeDescOf(const NSAppleEventDescriptorRef& descriptor) {
-    return descriptor ? descriptor->aeDesc() : AEDesc();
-}
-
 NSAppleEventDescriptorRef handedOut(const AEDesc* desc) {
     return desc ? NSAppleEventDescriptor::descriptorWithAEDesc(*desc) : nullptr;
 }

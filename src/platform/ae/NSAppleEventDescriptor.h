@@ -98,4 +98,9 @@ private:
     AEDesc mDesc;
 };
 
+/// The null descriptor for nil.
+inline AEDesc aeDescOf(const NSAppleEventDescriptorRef& descriptor) {
+    return descriptor ? descriptor->aeDesc() : AEDesc();
+}
+
 } // namespace quoddle
