@@ -122,6 +122,8 @@ private:
     /// Puts an entry that lay in a higher place on top of the stack.
     void pushMoved(const Entry& entry, std::size_t fromDepth);
     void follow(std::size_t depth, Evaluate how);
+    /// Likewise for a container, but that "every word" and its like stay what they are: what is asked of them is asked of each.
+    void followContainer(std::size_t depth);
     void requireResult(std::size_t depth);
     /// Is "it" something other than me here?
     bool inTell() const {
@@ -524,6 +526,13 @@ void Translator::follow(std::size_t depth, Evaluate how) {
     barrier(); // asking an application may change anything
 }
 
+void Translator::followContainer(std::size_t depth) {
+    const Entry& entry = mStack[depth];
+    const bool isMany = entry.kind == Entry::Kind::Register && entry.producer > mBarrier && mOps[static_cast<std::size_t>(entry.producer)] == Op::MakeSpecifier;
+    if (!isMany)
+        follow(depth, Evaluate::Locally);
+}
+
 void Translator::requireResult(std::size_t depth) {
     if (!mStack[depth].maybeUndefined)
         return;
@@ -781,7 +790,7 @@ void Translator::makeProperty() {
     const bool isName = key.kind == Entry::Kind::Constant && (constantOf(key).isCode() || is<Symbol>(constantOf(key)));
     if (!isName)
         return makeSpecifier(Specifier::Form::Property, 2);
-    follow(container, Evaluate::Locally);
+    followContainer(container);
     requireResult(container);
     const std::size_t from = reg(container);
     pop();
@@ -796,7 +805,7 @@ void Translator::makeElement() {
     const Entry elementClass = mStack[container + 1];
     if (elementClass.kind != Entry::Kind::Constant)
         return makeSpecifier(Specifier::Form::Element, 3);
-    follow(container, Evaluate::Locally);
+    followContainer(container);
     follow(container + 2, Evaluate::Fully);
     requireResult(container);
     const std::size_t from = reg(container);
@@ -811,7 +820,7 @@ void Translator::makeSpecifier(Specifier::Form form, std::size_t operands) {
     if (mStack.size() < operands)
         throw Corruption();
     const std::size_t first = mStack.size() - operands;
-    follow(first, Evaluate::Locally);
+    followContainer(first);
     requireResult(first);
     std::size_t from;
     if (operands == 1) {
