@@ -17,9 +17,9 @@ QHash<quint64, QVariant> sObjects;
 
 } // namespace
 
-std::uint64_t add(QVariant object) {
+std::uint64_t add(const QVariant& object) {
     std::lock_guard lock(sMutex);
-    sObjects.insert(++sLastTicket, std::move(object));
+    sObjects.insert(++sLastTicket, object);
     return sLastTicket;
 }
 

@@ -10,7 +10,7 @@
 namespace quoddle::BridgedObjects {
 
 /// Any thread. The ticket stays good until it is withdrawn; never 0.
-std::uint64_t add(QVariant object);
+std::uint64_t add(const QVariant& object);
 void withdraw(std::uint64_t ticket);
 /// An invalid variant for an unknown ticket.
 QVariant find(std::uint64_t ticket);

@@ -92,7 +92,7 @@ std::optional<std::int64_t> dateOfText(std::u16string_view text) {
     if (static_cast<std::size_t>(end) != ascii->size()) {
         int timeEnd = 0;
         if (std::sscanf(ascii->c_str() + end, "%c%2d:%2d:%2d%n", &separator, &hour, &minute, &second, &timeEnd) != 4 ||
-            static_cast<std::size_t>(end + timeEnd) != ascii->size())
+            static_cast<std::size_t>(end) + static_cast<std::size_t>(timeEnd) != ascii->size())
             return {};
     }
     year_month_day date = year(y) / month(m) / day(d);
@@ -100,7 +100,7 @@ std::optional<std::int64_t> dateOfText(std::u16string_view text) {
                  second >= 0 && second < 60;
     if (!valid)
         return {};
-    return (sys_days(date) - kEpoch).count() * kSecondsPerDay + hour * 3600 + minute * 60 + second;
+    return (sys_days(date) - kEpoch).count() * kSecondsPerDay + std::int64_t{hour} * 3600 + std::int64_t{minute} * 60 + second;
 }
 
 } // namespace quoddle
