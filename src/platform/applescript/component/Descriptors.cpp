@@ -3,6 +3,7 @@
 
 #include "platform/ae/AEObjects.h"
 #include "platform/applescript/compiler/Opcode.h"
+#include "platform/applescript/component/EventCodes.h"
 #include "platform/applescript/image/ImageReader.h"
 #include "platform/applescript/image/ImageWriter.h"
 #include "platform/applescript/language/References.h"
@@ -71,7 +72,7 @@ std::optional<AEDesc> ToDescriptor::object(Value value) {
     case HeapType::Application:
         return addressOf(*as<Application>(value));
     case HeapType::EventName:
-        return AEDesc("evnt"_4cc, as<EventName>(value)->bytes.substr(0, 8));
+        return descriptorOfEventName(as<EventName>(value)->bytes);
     case HeapType::Specifier:
         if (language::isLocal(value)) {
             const Value followed = language::follow(mMachine, value);
@@ -318,7 +319,7 @@ Value FromDescriptor::value(const AEDesc& descriptor) {
         return Value::object(mMachine.heap().make<Date>(seconds));
     }
     case "evnt"_4cc:
-        return Value::object(mMachine.heap().eventName(std::string(descriptor.data())));
+        return Value::object(mMachine.heap().eventName(eventNameOfDescriptor(descriptor)));
     case "scpt"_4cc: {
         OSStatus status = noErr;
         const Value script = scriptFromImage(mMachine, descriptor.data(), status);

@@ -3,6 +3,7 @@
 #include "platform/ae/AECoercion.h"
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
+#include "platform/applescript/component/EventCodes.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Display.h"
@@ -20,7 +21,7 @@ AEDesc descriptorOfName(Value name) {
     if (const Symbol* symbol = as<Symbol>(name))
         return AEDesc::ofUTF8(symbol->spelling);
     if (const EventName* event = as<EventName>(name))
-        return AEDesc("evnt"_4cc, event->bytes.substr(0, 8));
+        return descriptorOfEventName(event->bytes);
     return AEDesc::ofCode("prop"_4cc, name.asCode());
 }
 
@@ -59,7 +60,7 @@ Value Component::keyFrom(const AEDesc& name, OSStatus& status) const {
     auto& machine = const_cast<Machine&>(mMachine);
     status = noErr;
     if (name.type() == "evnt"_4cc && name.data().size() >= 8)
-        return Value::object(machine.heap().eventName(std::string(name.data().substr(0, 8))));
+        return Value::object(machine.heap().eventName(eventNameOfDescriptor(name)));
     if (name.type() == "prop"_4cc || name.type() == "type"_4cc || name.type() == "enum"_4cc)
         return Value::code(name.code());
     auto text = name.asText();
