@@ -55,7 +55,7 @@ constexpr OSStatus errOSADataFormatObsolete = -1758;
 constexpr OSStatus errOSADataFormatTooNew = -1759;
 constexpr OSStatus errOSACorruptData = errAECorruptData;
 constexpr OSStatus errOSACantCoerce = errAECoercionFail;
-constexpr OSStatus errOSARecordingIsAlreadyOn = -1732;
+constexpr OSStatus errOSARecordingIsAlreadyOn = -1760;
 constexpr OSStatus errOSAComponentMismatch = -1761;
 constexpr OSStatus errOSACantOpenComponent = -1762;
 

@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: MIT
+// The component as the scripting architecture sees it.
+#include "platform/applescript/AppleScriptComponent.h"
+#include "platform/base/Text.h"
+#include "platform/osa/OSA.h"
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace quoddle {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+class ComponentTest : public testing::Test {
+protected:
+    ComponentTest() {
+        registerAppleScriptComponent();
+        instance = OpenDefaultComponent(kOSAComponentType, kAppleScriptSubtype);
+    }
+    ~ComponentTest() override { CloseComponent(instance); }
+
+    OSAID compiled(std::u16string_view source) {
+        OSAID id = 0;
+        EXPECT_EQ(OSACompile(instance, AEDesc::ofText(source), kOSAModeCompileIntoContext, id), noErr) << errorPart("errs"_4cc);
+        return id;
+    }
+    std::string shown(OSAID id) {
+        AEDesc text;
+        return id && OSADisplay(instance, id, "utxt"_4cc, 0, text) == noErr ? text.asUTF8().value_or("?") : "";
+    }
+    std::string run(OSAID script) {
+        OSAID result = 0;
+        const OSStatus status = OSAExecute(instance, script, 0, 0, result);
+        return status == noErr ? shown(result) : "status " + std::to_string(status);
+    }
+    std::string errorPart(FourCharCode selector) {
+        AEDesc part;
+        return OSAScriptError(instance, selector, "utxt"_4cc, part) == noErr ? part.asUTF8().value_or("?") : "";
+    }
+    std::pair<int, int> errorRange() {
+        AEDesc range;
+        if (OSAScriptError(instance, "erng"_4cc, "erng"_4cc, range) != noErr)
+            return {-1, -1};
+        return {range.find("srcs"_4cc)->asInt32().value_or(-2), range.find("srce"_4cc)->asInt32().value_or(-2)};
+    }
+    std::string property(OSAID script, const AEDesc& name) {
+        OSAID value = 0;
+        const OSStatus status = OSAGetProperty(instance, 0, script, name, value);
+        return status == noErr ? shown(value) : "status " + std::to_string(status);
+    }
+    AEDesc callOf(const char* name, std::vector<AEDesc> arguments) {
+        AEDesc event = AEDesc::appleEvent("ascr"_4cc, "psbr"_4cc, AEDesc::ofCurrentProcess());
+        (void)event.put("snam"_4cc, AEDesc::ofUTF8(name));
+        (void)event.put("----"_4cc, AEDesc::list(std::move(arguments)));
+        return event;
+    }
+
+    ComponentInstance instance = 0;
+};
+
+TEST_F(ComponentTest, RunsAndRemembersTheResult) {
+    EXPECT_EQ(run(compiled(u"6 * 7")), "42");
+    EXPECT_EQ(property(0, AEDesc::ofCode("prop"_4cc, "rslt"_4cc)), "42");
+    EXPECT_EQ(run(compiled(u"on foo()\nend foo")), ""); // nothing to run
+    OSAID none = 0;
+    EXPECT_EQ(OSAExecute(instance, 9999, 0, 0, none), errOSAInvalidID);
+}
+
+TEST_F(ComponentTest, TellsWhatWentWrongAndWhere) {
+    EXPECT_EQ(run(compiled(u"set a to 1\nerror \"boom\" number 42 from {7}")), "status -1753");
+    EXPECT_EQ(errorPart("errn"_4cc), "42");
+    EXPECT_EQ(errorPart("errs"_4cc), "boom");
+    EXPECT_EQ(errorRange(), (std::pair{11, 42}));
+    AEDesc offending;
+    ASSERT_EQ(OSAScriptError(instance, "erob"_4cc, "list"_4cc, offending), noErr);
+    EXPECT_EQ(offending.count(), 1u);
+
+    OSAID id = 0;
+    EXPECT_EQ(OSACompile(instance, AEDesc::ofUTF8("set x to (1 +"), 2, id), errOSAScriptError);
+    EXPECT_EQ(id, 0u);
+    EXPECT_EQ(errorPart("errn"_4cc), "-2741");
+    EXPECT_GE(errorRange().first, 12);
+}
+
+TEST_F(ComponentTest, ReadsAndSetsProperties) {
+    const OSAID script = compiled(u"property amount : 1\nproperty |odd name| : 2\non run\nreturn amount\nend run");
+    EXPECT_EQ(property(script, AEDesc::ofUTF8("AMOUNT")), "1");
+    EXPECT_EQ(property(script, AEDesc::ofUTF8("odd name")), "status -50");
+    EXPECT_EQ(property(script, AEDesc::ofUTF8("|odd name|")), "2");
+    EXPECT_EQ(property(script, AEDesc::ofUTF8("nothing")), "status -1728");
+    OSAID value = 0;
+    ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::ofInt32(5), 0, value), noErr);
+    EXPECT_EQ(OSASetProperty(instance, 0, script, AEDesc::ofUTF8("amount"), value), noErr);
+    EXPECT_EQ(run(script), "5");
+    EXPECT_EQ(OSASetProperty(instance, kOSAModeDontDefine, script, AEDesc::ofUTF8("fresh"), value), errAENoSuchObject);
+    EXPECT_EQ(OSASetProperty(instance, 0, script, AEDesc::ofUTF8("fresh"), value), noErr);
+    EXPECT_EQ(property(script, AEDesc::ofUTF8("fresh")), "5");
+    AEDesc names;
+    ASSERT_EQ(OSAGetHandlerNames(instance, 0, script, names), noErr);
+    ASSERT_EQ(names.count(), 1u);
+    EXPECT_EQ(names.itemAt(1)->type(), "evnt"_4cc);
+}
+
+TEST_F(ComponentTest, StoresAndLoads) {
+    const OSAID script = compiled(u"property runs : 0\non run\nset runs to runs + 1\nreturn runs\nend run");
+    run(script);
+    for (const bool runOnly : {false, true}) {
+        AEDesc stored;
+        ASSERT_EQ(OSAStore(instance, script, "scpt"_4cc, runOnly ? kOSAModePreventGetSource : 0, stored), noErr);
+        OSAID loaded = 0;
+        ASSERT_EQ(OSALoad(instance, stored, 0, loaded), noErr);
+        EXPECT_EQ(run(loaded), "2"); // the property's value went along
+        AEDesc source;
+        EXPECT_EQ(OSAGetSource(instance, loaded, "utxt"_4cc, source), runOnly ? errOSASourceNotAvailable : noErr);
+    }
+    OSAID id = 0;
+    EXPECT_EQ(OSALoad(instance, AEDesc("scpt"_4cc, "FasdUAS 1.101.10\x0E"), 0, id), errOSACorruptData);
+    EXPECT_EQ(OSALoadFile(instance, "/nowhere/main.scpt", nullptr, 0, id), fnfErr);
+}
+
+TEST_F(ComponentTest, ExecutesEvents) {
+    const OSAID script = compiled(u"on add(a, b)\nreturn a + b\nend add\non open theFiles\nreturn count theFiles\nend open\non run argv\nreturn argv\nend run");
+    const auto answer = [&](const AEDesc& event) {
+        OSAID result = 0;
+        const OSStatus status = OSAExecuteEvent(instance, event, script, 0, result);
+        return status == noErr ? shown(result) : "status " + std::to_string(status);
+    };
+    EXPECT_EQ(answer(callOf("add", {AEDesc::ofInt32(1), AEDesc::ofDouble(2.5)})), "3.5");
+    EXPECT_EQ(answer(callOf("ADD", {AEDesc::ofInt32(1), AEDesc::ofInt32(2)})), "3");
+    EXPECT_EQ(answer(callOf("nobody", {})), "status -1753");
+    EXPECT_EQ(errorPart("errn"_4cc), "-1708");
+    AEDesc open = AEDesc::appleEvent("aevt"_4cc, "odoc"_4cc);
+    (void)open.put("----"_4cc, AEDesc::list({AEDesc::ofFilePath("/tmp"), AEDesc::ofFilePath("/etc")}));
+    EXPECT_EQ(answer(open), "2");
+    AEDesc run = AEDesc::appleEvent("aevt"_4cc, "oapp"_4cc);
+    (void)run.put("----"_4cc, AEDesc::list({AEDesc::ofUTF8("x")}));
+    EXPECT_EQ(answer(run), "{\"x\"}");
+    EXPECT_EQ(answer(AEDesc::appleEvent("misc"_4cc, "idle"_4cc)), "status -1708");
+    std::int32_t hasOpen = 0;
+    ASSERT_EQ(OSAGetScriptInfo(instance, script, "hsod"_4cc, hasOpen), noErr);
+    EXPECT_EQ(hasOpen, 1);
+}
+
+TEST_F(ComponentTest, ValuesGoThroughDescriptorsUnchanged) {
+    for (const char* source : {"missing value", "true", "-7", "2.5", "\"tëxt\"", "{1, {2, \"x\"}}", "{name:\"n\", |my own|:3}", "integer", "date \"Friday, November 9, 2007 at 11:35:50 AM\""}) {
+        OSAID value = 0, back = 0;
+        ASSERT_EQ(OSACompileExecute(instance, AEDesc::ofUTF8(source), 0, 0, value), noErr) << source;
+        const std::string before = shown(value);
+        AEDesc descriptor;
+        ASSERT_EQ(OSACoerceToDesc(instance, value, "****"_4cc, 0, descriptor), noErr) << source;
+        ASSERT_EQ(OSACoerceFromDesc(instance, descriptor, 0, back), noErr) << source;
+        EXPECT_EQ(shown(back), before) << source;
+    }
+}
+
+struct Calls {
+    std::atomic<int> count{0};
+    std::atomic<bool> cancel{false};
+    std::atomic<long> longest{0}; // ms between two
+    Clock::time_point last = Clock::now();
+    static OSErr proc(void* refCon) {
+        auto& calls = *static_cast<Calls*>(refCon);
+        ++calls.count;
+        const auto now = Clock::now();
+        calls.longest = std::max<long>(calls.longest, std::chrono::duration_cast<milliseconds>(now - calls.last).count());
+        calls.last = now;
+        return calls.cancel ? userCanceledErr : noErr;
+    }
+};
+
+TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
+    for (const char16_t* source : {u"repeat\nend repeat", u"delay 60", u"on f()\nf2()\nend f\non f2()\nend f2\nrepeat\nf()\nend repeat"}) {
+        Calls calls;
+        OSASetActiveProc(instance, Calls::proc, &calls);
+        const OSAID script = compiled(source);
+        Clock::time_point cancelled;
+        std::thread canceller([&] {
+            std::this_thread::sleep_for(milliseconds(150));
+            cancelled = Clock::now();
+            calls.cancel = true;
+        });
+        calls.last = Clock::now();
+        EXPECT_EQ(run(script), "status -1753");
+        const auto took = Clock::now() - cancelled;
+        canceller.join();
+        EXPECT_EQ(errorPart("errn"_4cc), "-128");
+        EXPECT_LT(took, milliseconds(50));
+        EXPECT_GE(calls.count, 10); // every 10 ms would be 15; a busy machine may lose some
+        OSASetActiveProc(instance, nullptr, nullptr);
+    }
+}
+
+TEST_F(ComponentTest, AnotherThreadGetsItsTurnDuringARun) {
+    Calls calls;
+    OSASetActiveProc(instance, Calls::proc, &calls);
+    const OSAID script = compiled(u"property stopNow : false\nproperty turns : 0\non run\nrepeat until stopNow\nset turns to turns + 1\nend repeat\nreturn \"ended\"\nend run\n"
+                                  u"on twice(x)\nset l to {}\nrepeat 1000 times\nset end of l to x & x\nend repeat\nreturn item -1 of l\nend twice");
+    std::string result;
+    std::thread runner([&] { result = run(script); });
+    while (calls.count < 3)
+        std::this_thread::yield();
+    for (int i = 0; i < 20; ++i) {
+        const auto start = Clock::now();
+        OSAID answer = 0;
+        EXPECT_EQ(OSAExecuteEvent(instance, callOf("twice", {AEDesc::ofUTF8("ab")}), script, 0, answer), noErr);
+        EXPECT_LT(Clock::now() - start, milliseconds(60));
+        EXPECT_EQ(shown(answer), "\"abab\"");
+    }
+    OSAID yes = 0;
+    ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::ofBoolean(true), 0, yes), noErr);
+    ASSERT_EQ(OSASetProperty(instance, 0, script, AEDesc::ofUTF8("stopNow"), yes), noErr);
+    runner.join();
+    EXPECT_EQ(result, "\"ended\"");
+    OSASetActiveProc(instance, nullptr, nullptr);
+}
+
+} // namespace
+} // namespace quoddle
