@@ -18,6 +18,7 @@
 #include "platform/applescript/syntax/NodeKind.h"
 #include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/syntax/Printer.h"
+#include "platform/applescript/syntax/TreeText.h"
 #include "platform/applescript/terminology/TermDictionary.h"
 #include "platform/base/Text.h"
 
@@ -109,71 +110,6 @@ PrintOptions printOptions() {
     return options;
 }
 
-const char* nodeName(std::uint8_t tag) {
-    switch (static_cast<NodeKind>(tag)) {
-#define QUODDLE_NAME(name, number)                                                                                                         \
-    case NodeKind::name:                                                                                                                   \
-        return #name;
-        QUODDLE_NODE_KINDS(QUODDLE_NAME)
-#undef QUODDLE_NAME
-    }
-    return "?";
-}
-
-std::string shown(const Object* o, int depth = 0) {
-    std::ostringstream out;
-    if (!o)
-        return "null";
-    if (depth > 60)
-        return "...";
-    switch (o->kind) {
-    case ObjectKind::Nil:
-        return "nil";
-    case ObjectKind::Boolean:
-        return o->boolean ? "true" : "false";
-    case ObjectKind::Integer:
-        out << 'i' << o->integer;
-        return out.str();
-    case ObjectKind::Real:
-        out << 'r' << o->real;
-        return out.str();
-    case ObjectKind::Code:
-        return (o->tag == 0x0A ? "c'" : o->tag == 0x0B ? "k'" : "e'") + utf8FromUTF16(utf16FromMacRoman(o->bytes.substr(0, 8))) + "'";
-    case ObjectKind::Identifier:
-        return "$" + std::string(o->spelledName());
-    case ObjectKind::Text: {
-        std::string s = utf8FromUTF16(o->text.substr(0, 40));
-        return "'" + s + "'";
-    }
-    case ObjectKind::Data:
-        return o->tag == kApplicationTag ? "app:" + utf8FromUTF16(applicationName(o->bytes)) : "data:" + std::string(o->bytes.substr(0, 4));
-    case ObjectKind::Raw:
-        return "raw";
-    case ObjectKind::Node:
-        out << '(' << nodeName(o->tag);
-        if (o->flags)
-            out << '#' << std::hex << o->flags << std::dec;
-        break;
-    case ObjectKind::Block:
-        out << "(B" << int(o->tag);
-        break;
-    case ObjectKind::List:
-        out << "(L";
-        break;
-    case ObjectKind::Record:
-        out << "(R";
-        break;
-    case ObjectKind::Vector:
-        out << "(V";
-        break;
-    }
-    std::string line = out.str();
-    bool broken = o->isNode(tagOf(NodeKind::Block)) || (o->kind == ObjectKind::List && o->children.size() > 3);
-    for (const Object* child : o->children)
-        line += (broken ? "\n" + std::string(static_cast<std::size_t>(depth + 1), ' ') : " ") + shown(child, depth + 1);
-    return line + ")";
-}
-
 struct Comparison {
     /// Terms that one compiler stored as a property and another as a class count as equal.
     bool drift = false;
@@ -181,7 +117,7 @@ struct Comparison {
 
     bool fail(const Object* a, const Object* b, const char* what) {
         if (difference.empty())
-            difference = std::string(what) + ": " + shown(a).substr(0, 300) + "\n      got " + shown(b).substr(0, 300);
+            difference = std::string(what) + ": " + treeText(a).substr(0, 300) + "\n      got " + treeText(b).substr(0, 300);
         return false;
     }
 
@@ -260,10 +196,17 @@ struct Comparison {
     }
 };
 
+/// Trees that were printed and parsed again.
+struct Round {
+    int unparsed = 0, exact = 0, drift = 0, different = 0;
+};
+
 struct Counts {
-    int compiled = 0, runOnly = 0, unread = 0, printFails = 0, roundExact = 0, roundDrift = 0;
+    int compiled = 0, runOnly = 0, unread = 0;
+    Round trees, sourceTrees; // of compiled scripts, of sources
     int sources = 0, parsed = 0;
     int pairs = 0, pairParsed = 0, pairExact = 0, pairDrift = 0;
+    int statements = 0, statementsFound = 0; // of pairs
 };
 
 std::string errorText(const ParseError& error, std::u16string_view source) {
@@ -293,12 +236,12 @@ const Object* treeOf(const Object* root) {
     return root->kind == ObjectKind::Block && root->children.size() > 1 ? root->children[1] : root;
 }
 
-void roundTrip(const fs::path& path, const Object* tree, Counts& counts, bool verbose) {
+void roundTrip(const fs::path& path, const Object* tree, Round& counts, bool verbose) {
     std::u16string printed = printTree(tree, printOptions());
     ObjectStore store;
     auto again = parse(printed, store, parseOptions());
     if (!again) {
-        ++counts.printFails;
+        ++counts.unparsed;
         if (verbose)
             std::cout << "PRINT " << path.string() << "\n      " << errorText(again.error(), printed) << '\n';
         return;
@@ -306,11 +249,42 @@ void roundTrip(const fs::path& path, const Object* tree, Counts& counts, bool ve
     Comparison exact, drift;
     drift.drift = true;
     if (exact.equal(tree, *again))
-        ++counts.roundExact;
+        ++counts.exact;
     else if (drift.equal(tree, *again))
-        ++counts.roundDrift;
-    else if (verbose)
+        ++counts.drift;
+    else if (++counts.different; verbose)
         std::cout << "ROUND " << path.string() << "\n      " << drift.difference << '\n';
+}
+
+/// Counts every statement of a tree that is no block itself.
+void gatherStatements(const Object* node, std::map<std::string, int>& found, int depth = 0) {
+    if (depth > 200)
+        return;
+    if (node->isNode(tagOf(NodeKind::Block))) {
+        for (const Object* line : node->children[0]->children) {
+            const Object* statement = line->isNode(tagOf(NodeKind::Line)) ? line->children[0] : line;
+            bool simple = statement->kind == ObjectKind::Node;
+            for (const Object* child : statement->children)
+                simple = simple && !child->isNode(tagOf(NodeKind::Block));
+            if (simple)
+                ++found[treeText(statement)];
+        }
+    }
+    for (const Object* child : node->children)
+        gatherStatements(child, found, depth + 1);
+}
+
+void countStatements(const Object* theirs, const Object* ours, Counts& counts, bool verbose) {
+    std::map<std::string, int> a, b;
+    gatherStatements(theirs, a);
+    gatherStatements(ours, b);
+    for (const auto& [text, n] : a) {
+        counts.statements += n;
+        auto other = b.find(text);
+        counts.statementsFound += other == b.end() ? 0 : std::min(n, other->second);
+        if (verbose && other == b.end())
+            std::cout << "MISSING " << text << '\n';
+    }
 }
 
 void check(const fs::path& path, Counts& counts, bool verbose) {
@@ -327,7 +301,7 @@ void check(const fs::path& path, Counts& counts, bool verbose) {
             ++counts.runOnly;
             return;
         }
-        roundTrip(path, tree, counts, verbose);
+        roundTrip(path, tree, counts.trees, verbose);
         fs::path sourcePath = path;
         sourcePath.replace_extension(".applescript");
         if (!fs::exists(sourcePath))
@@ -342,6 +316,7 @@ void check(const fs::path& path, Counts& counts, bool verbose) {
             return;
         }
         ++counts.pairParsed;
+        countStatements(tree, *parsed, counts, verbose);
         Comparison exact, drift;
         drift.drift = true;
         if (exact.equal(tree, *parsed))
@@ -357,7 +332,7 @@ void check(const fs::path& path, Counts& counts, bool verbose) {
         auto parsed = parse(source, store, parseOptions());
         if (parsed) {
             ++counts.parsed;
-            roundTrip(path, *parsed, counts, verbose);
+            roundTrip(path, *parsed, counts.sourceTrees, verbose);
         } else if (verbose)
             std::cout << "SOURCE " << path.string() << "\n      " << errorText(parsed.error(), source) << '\n';
     }
@@ -382,7 +357,7 @@ int showFile(const std::string& option, const fs::path& path) {
         }
         tree = *parsed;
     }
-    std::cout << (option == "--tree" ? shown(tree) : utf8FromUTF16(printTree(tree, printOptions()))) << '\n';
+    std::cout << (option == "--tree" ? treeText(tree) : utf8FromUTF16(printTree(tree, printOptions()))) << '\n';
     return 0;
 }
 
@@ -412,10 +387,14 @@ int main(int argc, char** argv) {
     for (const fs::path& file : files)
         check(file, c, verbose);
     std::cout << "compiled " << c.compiled << ", unreadable " << c.unread << ", run-only " << c.runOnly << '\n';
-    std::cout << "print and parse again: exact " << c.roundExact << ", equal but for property/class " << c.roundDrift
-              << ", print not parsed " << c.printFails << '\n';
+    auto round = [](const char* what, const Round& r) {
+        std::cout << what << ", printed and parsed again: exact " << r.exact << ", but for drift " << r.drift << ", different "
+                  << r.different << ", not parsed " << r.unparsed << '\n';
+    };
+    round("compiled trees", c.trees);
     std::cout << "sources " << c.sources << ", parsed " << c.parsed << '\n';
-    std::cout << "pairs " << c.pairs << ", source parsed " << c.pairParsed << ", exact " << c.pairExact << ", equal but for property/class "
-              << c.pairDrift << '\n';
+    round("source trees", c.sourceTrees);
+    std::cout << "pairs " << c.pairs << ", source parsed " << c.pairParsed << ": exact " << c.pairExact << ", but for drift " << c.pairDrift
+              << "; statements " << c.statements << ", found in the source's tree " << c.statementsFound << '\n';
     return 0;
 }

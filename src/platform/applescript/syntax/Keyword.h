@@ -13,7 +13,7 @@ namespace quoddle {
 // clang-format off
 #define QUODDLE_KEYWORDS(X) \
     X(A, "a", false) X(About, "about", true) X(Above, "above", true) X(After, "after", true) X(Against, "against", true) \
-    X(An, "an", false) X(And, "and", true) X(Apart, "apart", false) X(App, "app", false) X(Around, "around", true) X(As, "as", true) \
+    X(An, "an", false) X(And, "and", true) X(Apart, "apart", false) X(App, "app", true) X(Around, "around", true) X(As, "as", true) \
     X(Aside, "aside", false) X(At, "at", true) X(Back, "back", true) X(Before, "before", true) \
     X(Beginning, "beginning", true) X(Begins, "begins", true) X(Begin, "begin", true) X(Behind, "behind", true) X(Below, "below", true) \
     X(Beneath, "beneath", true) X(Beside, "beside", true) X(Between, "between", true) X(But, "but", true) X(By, "by", true) \

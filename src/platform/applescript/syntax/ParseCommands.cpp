@@ -35,6 +35,11 @@ Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstT
         mConstantsFirst = false;
     }
     Object* labels = commandLabels(term);
+    if (direct->isNil() && at(Keyword::Of) && !atActiveLabel()) { // count each word of x
+        flags = kOfForm;
+        advance();
+        direct = reference();
+    }
     mActive.pop_back();
     return node(NodeKind::Call, {event, direct, labels}, flags, firstToken);
 }
@@ -79,7 +84,7 @@ bool Parser::commandLabel(const EventTerm* term, std::vector<Object*>& pairs) {
     mConstantsFirst = false;
     std::size_t valueToken = mAt;
     Object* value = parameter->type == "type"_4cc ? typeName() : expression();
-    while (parameter->type == "type"_4cc && atContainer() && !failed())
+    while (parameter->type == "type"_4cc && at(Keyword::In) && atContainer() && !failed())
         value = contained(value, valueToken);
     addLabel(pairs, mStore.code(parameter->code), value, first);
     return true;

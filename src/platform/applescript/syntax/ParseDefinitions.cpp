@@ -228,10 +228,7 @@ void Parser::checkDuplicates(const std::vector<Object*>& lines) {
     std::set<std::string_view> handlers, properties;
     bool commands = false;
     const Object* run = nullptr;
-    auto rangeOf = [&](const Object* node) {
-        auto range = mOptions.sourceMap ? mOptions.sourceMap->find(node) : std::nullopt;
-        return range.value_or(SourceRange{0, 0});
-    };
+    auto rangeOf = [&](const Object* node) { return mMap.find(node).value_or(SourceRange{0, 0}); };
     for (const Object* line : lines) {
         const Object* statement = statementOf(line);
         if (is(statement, NodeKind::Handler)) {
@@ -269,7 +266,7 @@ void Parser::checkDeclarations(const Object* body) {
             (global ? globals : locals).insert(name->bytes);
             if ((global ? locals : globals).contains(name->bytes))
                 fail(OSAInconsistentDeclarations, u"Can’t declare " + shownName(name) + u" as both a local and global variable.",
-                     mTokens[mAt]);
+                     mMap.find(statement).value_or(SourceRange{}));
         }
     };
     if (!is(body, NodeKind::Block)) {

@@ -18,6 +18,10 @@ Object* Parser::fail(OSStatus number, std::u16string message, const Token& token
     return fail(number, std::move(message), SourceRange{token.start, token.end});
 }
 
+Object* Parser::tooComplex() {
+    return fail(errOSAInternalTableOverflow, u"Internal table overflow.", peek());
+}
+
 /// What kind of thing stands `ahead`, as messages name it.
 std::u16string Parser::describe(std::size_t ahead) const {
     const Token& token = peek(ahead);

@@ -7,6 +7,8 @@ namespace quoddle {
 
 namespace {
 
+constexpr std::size_t kMaxChain = 2000; // a & b & c …: the tree is as deep as that
+
 /// The row for the longest operator that stands `ahead`; nullptr for none.
 template<class At>
 const OperatorRow* operatorAt(const Token& token, At keywordAt) {
@@ -50,7 +52,9 @@ Object* Parser::expression(Level minimum) {
         left = operand();
     }
     Level ceiling = Level::Operand; // comparisons don't chain
-    while (!failed()) {
+    for (std::size_t length = 0; !failed(); ++length) {
+        if (length > kMaxChain)
+            return tooComplex();
         const OperatorRow* row = operatorAt(peek(), [this](std::size_t ahead) { return peek(ahead).keyword; });
         if (!row || row->level < minimum || row->level >= ceiling || atActiveLabel())
             break;

@@ -10,6 +10,7 @@ constexpr std::uint16_t kMy = 1;
 constexpr std::uint16_t kIts = 2;
 constexpr std::uint16_t kPossessive = 3;
 constexpr std::uint16_t kIn = 0x100;
+constexpr std::size_t kMaxPossessives = 100;
 
 } // namespace
 
@@ -117,7 +118,9 @@ bool Parser::atContainer() const {
 Object* Parser::possessives() {
     std::size_t first = mAt;
     Object* made = primary(std::exchange(mTargeted, false) ? Place::Part : Place::Value);
-    while (peek().kind == TokenKind::PossessiveS && !failed()) {
+    for (std::size_t length = 0; peek().kind == TokenKind::PossessiveS && !failed(); ++length) {
+        if (length > kMaxPossessives)
+            return tooComplex();
         advance();
         // it's name: the old spelling of `its name`
         Object* part = primary(Place::Part);
@@ -193,6 +196,7 @@ bool Parser::startsOperand(std::size_t ahead) const {
     case Keyword::Script:
     case Keyword::Property:
     case Keyword::Continue:
+    case Keyword::App:
         return true;
     case Keyword::End: // but not the end of a block on its own line
         return at(Keyword::Of, ahead + 1) || at(Keyword::In, ahead + 1) || ahead > 0;

@@ -9,7 +9,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::size_t kMaxDepth = 200; // nested brackets, blocks and containers
+constexpr std::size_t kMaxDepth = 500; // of functions that call each other: about 100 nested brackets, 160 nested blocks
 constexpr std::size_t kMaxTermWords = 6;
 
 /// Comments in the midst of a line have no node to keep them: they go to the end of their line. One that other text follows on its last
@@ -51,8 +51,8 @@ void settleComments(std::vector<Token>& tokens) {
 bool namesAdditions(const std::vector<Token>& tokens) {
     bool lineStart = true;
     for (std::size_t i = 0; i + 2 < tokens.size(); ++i) {
-        if (lineStart && tokens[i].keyword == Keyword::Use && tokens[i + 1].word && tokens[i + 1].word->key == "scripting" && tokens[i + 2].word &&
-            tokens[i + 2].word->key == "additions")
+        if (lineStart && tokens[i].keyword == Keyword::Use && tokens[i + 1].word && tokens[i + 1].word->key == "scripting" &&
+            tokens[i + 2].word && tokens[i + 2].word->key == "additions")
             return true;
         lineStart = tokens[i].kind == TokenKind::Newline;
     }
@@ -79,12 +79,12 @@ std::optional<SourceRange> SourceMap::find(const Object* node) const {
 }
 
 Parser::Parser(std::u16string_view source, ObjectStore& store, const ParseOptions& options)
-    : mSource(source), mStore(store), mOptions(options), mList(settledTokens(source)), mTokens(mList->tokens),
-      mUsesAdditions(namesAdditions(mTokens)) {}
+    : mSource(source), mStore(store), mOptions(options), mMap(options.sourceMap ? *options.sourceMap : mOwnMap),
+      mList(settledTokens(source)), mTokens(mList->tokens), mUsesAdditions(namesAdditions(mTokens)) {}
 
 Parser::Depth::Depth(Parser& owner) : parser(owner) {
     if (++parser.mDepth > kMaxDepth && !parser.failed())
-        parser.fail(errOSAInternalTableOverflow, u"Internal table overflow.", parser.peek());
+        parser.tooComplex();
 }
 
 const Token& Parser::advance() {
@@ -141,10 +141,8 @@ TermMatch Parser::matchTerm(Terminology::Kinds kinds, std::size_t ahead) const {
 
 Object* Parser::node(NodeKind kind, std::span<Object* const> children, std::uint16_t flags, std::size_t firstToken) {
     Object* made = mStore.node(tagOf(kind), children, flags);
-    if (mOptions.sourceMap) {
-        std::size_t last = std::max(mAt, firstToken + 1) - 1;
-        mOptions.sourceMap->add(made, {mTokens[firstToken].start, std::max(mTokens[last].end, mTokens[firstToken].start)});
-    }
+    std::size_t last = std::max(mAt, firstToken + 1) - 1;
+    mMap.add(made, {mTokens[firstToken].start, std::max(mTokens[last].end, mTokens[firstToken].start)});
     return made;
 }
 

@@ -50,6 +50,8 @@ private:
     Object* fail(OSStatus number, std::u16string message, SourceRange range);
     /// Expected … but found the next token.
     Object* expected(std::u16string_view what);
+    /// The script is nested more deeply, or a chain is longer, than the tree's readers can follow.
+    Object* tooComplex();
     bool failed() const { return mError.number != noErr; }
     std::u16string describe(std::size_t ahead) const;
     bool startsOperandText(const Token& token) const;
@@ -219,6 +221,8 @@ private:
     std::u16string_view mSource;
     ObjectStore& mStore;
     const ParseOptions& mOptions;
+    SourceMap mOwnMap;
+    SourceMap& mMap; // the caller's, or our own
     std::unique_ptr<TokenList> mList;
     std::vector<Token>& mTokens;
     std::size_t mAt = 0;

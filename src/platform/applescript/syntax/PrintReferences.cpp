@@ -71,7 +71,8 @@ void Printer::ordinal(const Object* node) {
     const Object* picked = node->children[1];
     bool number = is(picked, NodeKind::Literal) && picked->children[0]->kind == ObjectKind::Integer;
     std::int32_t n = number ? picked->children[0]->integer : 0;
-    if (is(node, NodeKind::Element) && withoutSource(node->children[0])->code() == "****"_4cc && is(picked, NodeKind::Literal)) {
+    bool classPicked = is(picked, NodeKind::Literal) && picked->children[0]->isCode(CodeTag::Class);
+    if (is(node, NodeKind::Element) && withoutSource(node->children[0])->code() == "****"_4cc && classPicked) {
         put(Kind::Term, u"any ");
         className(picked->children[0]);
         return;

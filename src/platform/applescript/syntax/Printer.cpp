@@ -26,11 +26,10 @@ Printer::Printer(const Object* tree, const PrintOptions& options) : mOptions(opt
 
 std::u16string Printer::print(const Object* tree) {
     lines(tree);
-    if (mText.ends_with(u'\n'))
+    if (mText.ends_with(u'\n')) {
         mText.pop_back();
-    if (mOptions.runs && !mOptions.runs->empty()) {
-        PrintedRun& last = mOptions.runs->back();
-        last.length = mText.size() - std::min(last.start, mText.size());
+        if (mOptions.runs && --mOptions.runs->back().length == 0)
+            mOptions.runs->pop_back();
     }
     return std::move(mText);
 }
