@@ -20,7 +20,7 @@ namespace quoddle {
     X(CheckVariable)   /* error unless r[a] is defined; k[b] is its name */ \
     X(CheckResult)     /* error unless r[a] is defined */ \
     X(Add) X(Subtract) X(Multiply) X(Divide) X(Quotient) X(Remainder) X(Power) X(Concatenate) /* r[a] = r[b] op r[c] */ \
-    X(AddConstant) X(SubtractConstant) X(MultiplyConstant) X(QuotientConstant) X(RemainderConstant) /* r[a] = r[b] op k[c], an integer */ \
+    X(AddConstant) X(SubtractConstant) X(MultiplyConstant) X(QuotientConstant) X(RemainderConstant) /* r[a] = r[b] op k[c], a number */ \
     X(Equal) X(NotEqual) X(Greater) X(GreaterOrEqual) X(Less) X(LessOrEqual) X(StartsWith) X(EndsWith) X(Contains) /* r[a] = r[b] op r[c] */ \
     X(BranchUnlessEqual) X(BranchUnlessNotEqual) X(BranchUnlessGreater) X(BranchUnlessGreaterOrEqual) X(BranchUnlessLess) X(BranchUnlessLessOrEqual) \
                        /* to target unless r[a] op r[b] */ \

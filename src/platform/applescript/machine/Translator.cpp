@@ -614,7 +614,7 @@ void Translator::binary(Op op, Op withConstant) {
     follow(left + 1, Evaluate::Fully);
     const Entry& right = mStack[left + 1];
     std::size_t at;
-    if (withConstant != Op::Corrupt && right.kind == Entry::Kind::Constant && constantOf(right).isInteger()) {
+    if (withConstant != Op::Corrupt && right.kind == Entry::Kind::Constant && constantOf(right).isNumber()) {
         at = emit(withConstant, slot(left), reg(left), right.index);
     } else {
         const std::size_t leftRegister = reg(left);
