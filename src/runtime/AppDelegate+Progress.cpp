@@ -12,15 +12,25 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Nil for a property that the script has taken away.
+QXOSAIDRef propertyOf(const QXOSAIDRef& object, FourCharCode property) {
+    try {
+        return object->propertyForPropertyID(property);
+    } catch (const QXOSAException&) {
+        return nullptr;
+    }
+}
+
 std::int32_t numberOf(const QXOSAIDRef& object, FourCharCode property) {
-    const QXOSAIDRef value = object->propertyForPropertyID(property);
+    const QXOSAIDRef value = propertyOf(object, property);
     const NSAppleEventDescriptorRef descriptor = value ? value->descriptor() : nullptr;
     return descriptor ? descriptor->int32Value() : 0;
 }
 
 /// Never a null string, so that absent and empty compare equal.
 QString trimmedTextOf(const QXOSAIDRef& object, FourCharCode property) {
-    const QString text = object->stringForPropertyID(property).trimmed();
+    const QXOSAIDRef value = propertyOf(object, property);
+    const QString text = value ? value->stringValue().trimmed() : QString();
     return text.isNull() ? u""_s : text;
 }
 

@@ -92,8 +92,11 @@ void AppDelegate::prepareMainScript() {
     const std::int32_t totalSteps = hasOpenHandler() ? -1 : 0; // a droplet starts with an indeterminate bar
     asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithInt32(totalSteps), "ppgt"_4cc);
     asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithInt32(0), "ppgc"_4cc);
-    asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithString(u""), "ppgd"_4cc);
-    asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithString(u""), "ppga"_4cc);
+    // A property cannot be set to a descriptor without bytes (that would take it away), only to a value.
+    const QXOSAIDRef emptyText = QXOSAID::QXOSAIDWithComponent(asObj->component());
+    emptyText->setDescriptor(NSAppleEventDescriptor::descriptorWithString(u""));
+    asObj->setValueForPropertyID(emptyText, "ppgd"_4cc);
+    asObj->setValueForPropertyID(emptyText, "ppga"_4cc);
 }
 
 bool AppDelegate::hasHandler(bool (QXOSAID::*query)()) {

@@ -2,10 +2,9 @@
 #include "window/AppKitAlertPresenter.h"
 
 #include "platform/appkit/NSAlert.h"
+#include "platform/foundation/MainThread.h"
 #include "window/AppletIconView.h"
 #include "window/BaseWindowController.h"
-
-#include <QCoreApplication>
 
 namespace quoddle {
 
@@ -27,9 +26,8 @@ void AppKitAlertPresenter::beginSheet(const RuntimeAlert& alert, WindowControlle
     auto& controller = static_cast<BaseWindowController&>(onWindowOf);
     const auto shown = makeAlert(alert);
     shown->beginSheetModal(*controller.window(), [shown, completion = std::move(completion)](int) {
-        // Later, and with the alert still alive: its button is in the middle of calling.
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [shown, completion] { completion(); }, Qt::QueuedConnection);
+        // Later, and with the alert still alive: its button is in the middle of calling. When the application is ending this is dropped.
+        MainThread::dispatchAsync([shown, completion] { completion(); });
     });
 }
 

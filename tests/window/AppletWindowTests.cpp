@@ -185,8 +185,6 @@ TEST(Applet, AQuitHandlerThatRefusesBringsTheWindowBack) {
             run.continueEvent(); // the second time it lets go
         return ScriptedComponent::Outcome();
     };
-    auto& manager = NSAppleEventManager::sharedAppleEventManager();
-    manager.setEventHandler([&](const auto&, const auto&) { NSApplication::sharedApplication()->terminate(); }, "aevt"_4cc, "quit"_4cc);
     shell.delegate->setScriptStarted(true);
     when([] { return visibleButton(u"Run"_s) != nullptr; },
          [&] {
@@ -195,7 +193,6 @@ TEST(Applet, AQuitHandlerThatRefusesBringsTheWindowBack) {
          });
     shell.run();
     EXPECT_EQ(asked, 2);
-    manager.removeEventHandlerForEventClass("aevt"_4cc, "quit"_4cc);
 }
 
 } // namespace quoddle

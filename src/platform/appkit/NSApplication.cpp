@@ -53,10 +53,12 @@ int NSApplication::run(const QStringList& filesToOpen) {
     mReplyPending = false;
     mOpenRequests.clear();
     watchSignals();
+    registerAppleEventHandlers();
     // From inside the loop, so that a delegate which terminates while launching ends a loop that runs.
     QTimer::singleShot(0, this, [this, filesToOpen] { finishLaunching(filesToOpen); });
     const int status = exec();
     MainThread::close();
+    removeAppleEventHandlers();
     return status;
 }
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The application framework: start-up order, requests to open files, the road to the end, menu actions, modal sessions.
-// One decision: every way in which a program can be asked to go (menu, SIGTERM and SIGINT, the end of the session, the last window closed)
-// is the same question to the delegate, asked by terminate(). It knows nothing of scripts.
-// Main thread only.
+// One decision: every way in which a program can be asked to go (menu, quit event, SIGTERM and SIGINT, the end of the session, the last
+// window closed) is the same question to the delegate, asked by terminate(). It knows nothing of scripts. While it runs it handles the
+// Apple events that every application does (run, reopen, open, quit). Main thread only.
 #pragma once
 
 #include "platform/foundation/NSApplicationDelegate.h"
@@ -20,6 +20,7 @@ class QSessionManager;
 
 namespace quoddle {
 
+class NSAppleEventDescriptor;
 class NSWindow;
 
 /// What a modal session or a sheet answers when it was broken off, by the end of the application for one.
@@ -84,6 +85,10 @@ private:
     void finishLaunching(const QStringList& filesToOpen);
     void terminateNow();
     void watchSignals();
+    void registerAppleEventHandlers();
+    void removeAppleEventHandlers();
+    void handleAppleEvent(const std::shared_ptr<NSAppleEventDescriptor>& event, const std::shared_ptr<NSAppleEventDescriptor>& reply);
+    void handleOpenEvent(const std::shared_ptr<NSAppleEventDescriptor>& event, const std::shared_ptr<NSAppleEventDescriptor>& reply);
     void endOfSession(QSessionManager& manager);
 
     NSApplicationDelegate* mDelegate = nullptr;

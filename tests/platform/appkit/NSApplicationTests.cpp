@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/NSApplication.h"
 
+#include "platform/ae/AESendMessage.h"
 #include "platform/appkit/MenuBar.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/MainThread.h"
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <thread>
 
 #include <QDialog>
 #include <QLineEdit>
@@ -54,6 +56,15 @@ public:
     void performAction(const QString& action) override { calls << action; }
     bool validateMenuItem(const NSMenuItem& item) override { return item.title() != "Never"_L1; }
 };
+
+AEDesc openEvent(const std::vector<const char*>& paths) {
+    std::vector<AEDesc> files;
+    for (const char* path : paths)
+        files.push_back(AEDesc::ofFilePath(path));
+    AEDesc event = AEDesc::appleEvent("aevt"_4cc, "odoc"_4cc);
+    event.put("----"_4cc, AEDesc::list(files));
+    return event;
+}
 
 class NSApplicationTest : public testing::Test {
 protected:
@@ -160,6 +171,42 @@ TEST_F(NSApplicationTest, AnswersOpenRequestsInOrder) {
     application().replyToOpenOrPrint(NSApplicationDelegateReply::success);
     application().replyToOpenOrPrint(NSApplicationDelegateReply::success); // no request is open
     EXPECT_EQ(answers, (QStringList{u"first 2"_s, u"second 0"_s}));
+}
+
+TEST_F(NSApplicationTest, AppleEventsReachTheDelegate) {
+    struct {
+        const char* name;
+        AEDesc event;
+        QStringList calls;
+        OSErr answer; ///< the status, or what the reply says
+    } const table[] = {
+        {"run", AEDesc::appleEvent("aevt"_4cc, "oapp"_4cc), {}, noErr},
+        {"reopen", AEDesc::appleEvent("aevt"_4cc, "rapp"_4cc), {}, noErr},
+        {"open nothing", AEDesc::appleEvent("aevt"_4cc, "odoc"_4cc), {}, errAEParamMissed},
+        {"open two", openEvent({"/a b", "/c"}), {u"open /a b /c"_s}, userCanceledErr},
+        {"quit, refused", AEDesc::appleEvent("aevt"_4cc, "quit"_4cc), {u"should"_s}, userCanceledErr},
+    };
+    delegate.terminateReply = Reply::cancel;
+    delegate.onLaunch = [&] {
+        for (const auto& row : table) {
+            SCOPED_TRACE(row.name);
+            delegate.calls.clear();
+            std::atomic<int> status = 1;
+            AEDesc reply;
+            std::thread sender([&] { status = AESendMessage(row.event, &reply, kAEWaitReply, 60); });
+            EXPECT_TRUE(QTest::qWaitFor([&] { return status != 1 || !delegate.calls.isEmpty(); }, 1000));
+            application().replyToOpenOrPrint(NSApplicationDelegateReply::cancel);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return status != 1; }, 1000));
+            sender.join();
+            EXPECT_EQ(delegate.calls, row.calls);
+            const AEDesc* error = reply.find("errn"_4cc);
+            EXPECT_EQ(error ? *error->asInt32() : 0, row.answer);
+        }
+        delegate.terminateReply = Reply::now;
+        AESendMessage(AEDesc::appleEvent("aevt"_4cc, "quit"_4cc), nullptr, kAENoReply, 60);
+    };
+    run();
+    EXPECT_FALSE(application().isRunning());
 }
 
 TEST_F(NSApplicationTest, TheLastWindowClosedByTheUserEndsIt) {

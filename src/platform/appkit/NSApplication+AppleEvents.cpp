@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+// The framework's own handlers of Apple events. They stand behind whatever the application and its script do: an event that a script
+// continues ends here.
+#include "platform/appkit/NSApplication.h"
+
+#include "platform/ae/NSAppleEventManager.h"
+#include "platform/appkit/NSWindow.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr AEEventClass kCoreEventClass = "aevt"_4cc;
+constexpr AEEventID kHandledIDs[] = {"oapp"_4cc, "rapp"_4cc, "odoc"_4cc, "quit"_4cc};
+
+void putError(const NSAppleEventDescriptorRef& reply, OSStatus status) {
+    if (status != noErr)
+        reply->setParamDescriptor(NSAppleEventDescriptor::descriptorWithInt32(status), "errn"_4cc);
+}
+
+/// The files of an open event that have a path.
+QStringList filesOf(const NSAppleEventDescriptorRef& event) {
+    QStringList files;
+    const AEDesc* direct = event->aeDesc().find("----"_4cc);
+    if (!direct)
+        return files;
+    auto add = [&files](const AEDesc& file) {
+        if (const auto path = file.asFilePath())
+            files << QString::fromStdString(*path);
+    };
+    if (direct->isList())
+        std::for_each(direct->items().begin(), direct->items().end(), add);
+    else
+        add(*direct);
+    return files;
+}
+
+/// A script that continues an event waits for its end, so that end must not depend on the script.
+bool isContinued(const NSAppleEventDescriptorRef& reply) {
+    const auto attribute = reply->attributeDescriptorForKeyword("FDrm"_4cc);
+    return attribute && attribute->booleanValue();
+}
+
+OSStatus statusOf(NSApplicationDelegateReply reply) {
+    switch (reply) {
+    case NSApplicationDelegateReply::success:
+        return noErr;
+    case NSApplicationDelegateReply::cancel:
+        return userCanceledErr;
+    default:
+        return errAEEventFailed;
+    }
+}
+
+} // namespace
+
+void NSApplication::handleOpenEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
+    const QStringList files = filesOf(event);
+    if (files.isEmpty())
+        return putError(reply, errAEParamMissed);
+    auto& manager = NSAppleEventManager::sharedAppleEventManager();
+    if (isContinued(reply))
+        return openFiles(files);
+    const auto suspended = manager.suspendCurrentAppleEvent();
+    openFiles(files, [&manager, suspended](NSApplicationDelegateReply answer) {
+        putError(manager.replyAppleEventForSuspensionID(suspended), statusOf(answer));
+        manager.resumeWithSuspensionID(suspended);
+    });
+}
+
+void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
+    switch (event->eventID()) {
+    case "odoc"_4cc:
+        handleOpenEvent(event, reply);
+        break;
+    case "quit"_4cc:
+        terminate();
+        if (!mTerminating && !mReplyPending)
+            putError(reply, userCanceledErr);
+        break;
+    case "rapp"_4cc: // what is open comes to the front
+        for (QWidget* widget : topLevelWidgets())
+            if (auto* window = qobject_cast<NSWindow*>(widget); window && window->isVisible())
+                window->makeKeyAndOrderFront();
+        break;
+    default: // "oapp": it runs already
+        break;
+    }
+}
+
+void NSApplication::registerAppleEventHandlers() {
+    for (const AEEventID eventID : kHandledIDs)
+        NSAppleEventManager::sharedAppleEventManager().setEventHandler(
+            [this](const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) { handleAppleEvent(event, reply); },
+            kCoreEventClass, eventID);
+}
+
+void NSApplication::removeAppleEventHandlers() {
+    for (const AEEventID eventID : kHandledIDs)
+        NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(kCoreEventClass, eventID);
+}
+
+} // namespace quoddle
