@@ -44,6 +44,11 @@ void ElidedLabel::setTabularFigures(bool tabularFigures) {
     update();
 }
 
+void ElidedLabel::setElideMode(Qt::TextElideMode mode) {
+    mElideMode = mode;
+    update();
+}
+
 int ElidedLabel::widthOf(const QString& line) const {
     if (!mTabularFigures)
         return fontMetrics().horizontalAdvance(line);
@@ -73,7 +78,7 @@ QString ElidedLabel::visibleText() const {
         return line;
     // Figures of equal width may take more room than the metrics know; leave that much less to the rest.
     const int excess = width - fontMetrics().horizontalAdvance(line);
-    return fontMetrics().elidedText(line, Qt::ElideRight, std::max(0, room - excess));
+    return fontMetrics().elidedText(line, mElideMode, std::max(0, room - excess));
 }
 
 QSize ElidedLabel::sizeHint() const {

@@ -10,6 +10,7 @@ namespace quoddle {
 
 class ElidedLabel : public QLabel {
     Q_OBJECT
+    Q_PROPERTY(Qt::TextElideMode elideMode READ elideMode WRITE setElideMode)
     Q_PROPERTY(bool secondary READ isSecondary WRITE setSecondary)
     Q_PROPERTY(bool tabularFigures READ hasTabularFigures WRITE setTabularFigures)
 public:
@@ -23,6 +24,9 @@ public:
     /// Digits all as wide as the widest, so that counting does not make the line tremble.
     bool hasTabularFigures() const { return mTabularFigures; }
     void setTabularFigures(bool tabularFigures);
+    /// Where the ellipsis goes; at the end unless set.
+    Qt::TextElideMode elideMode() const { return mElideMode; }
+    void setElideMode(Qt::TextElideMode mode);
     bool isElided() const;
 
     QSize sizeHint() const override;
@@ -39,6 +43,7 @@ private:
     QString visibleText() const;
     void drawLine(QPainter& painter, const QString& line) const;
 
+    Qt::TextElideMode mElideMode = Qt::ElideRight;
     bool mSecondary = false;
     bool mTabularFigures = false;
 };
