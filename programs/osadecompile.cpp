@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
         tool::printError(*instance, options->rest[0], isCompiled ? "load" : "syntax", status);
         return 1;
     }
-    std::cout << source.asUTF8().value_or("") << "\n";
+    const std::string text = source.asUTF8().value_or("");
+    std::cout << text << (text.ends_with('\n') ? "" : "\n");
     return 0;
 }

@@ -86,7 +86,7 @@ class Programs(unittest.TestCase):
 
     def test_do_shell_script(self):
         self.assertEqual(call("osascript", "-e", "do shell script \"printf 'a\\\\nb\\\\n'\""), (0, "a\rb\n", ""))
-        self.assertEqual(call("osascript", "-e", "do shell script \"echo oops >&2; exit 4\"")[2], "0:46: execution error: oops (4)\n")
+        self.assertEqual(call("osascript", "-e", "do shell script \"echo oops >&2; exit 4\"")[2], "0:39: execution error: oops (4)\n")
         self.assertEqual(call("osascript", "-e", "do shell script \"printf 'x\\\\n'\" without altering line endings"), (0, "x\n\n", ""))
 
 
