@@ -62,3 +62,16 @@ tell Counter
 	log bump() --> 51
 end tell
 log class of Counter --> script
+property shared : 3
+script Nested
+	on readShared()
+		return shared
+	end readShared
+	script Deeper
+		on readIt()
+			return shared + 1
+		end readIt
+	end script
+end script
+log Nested's readShared() --> 3
+log Nested's Deeper's readIt() --> 4

@@ -153,8 +153,11 @@ bool Interpreter::pushFrame(const Callee& callee, Value* registers, bool isEntry
         frame.considering = frames.back().considering;
         frame.timeout = frames.back().timeout;
     }
-    if (code->hasScope && !code->isInitialiser)
-        frame.scope = mMachine.mHeap.make<Environment>(callee.owner, code->localCount);
+    if (code->hasScope && !code->isInitialiser) {
+        Environment* environment = mMachine.mHeap.make<Environment>(callee.owner, code->localCount);
+        environment->names = code->scopeNames;
+        frame.scope = environment;
+    }
     std::fill_n(registers, code->frameSize, Value());
     frames.push_back(frame);
     return true;

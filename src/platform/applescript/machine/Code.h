@@ -132,6 +132,7 @@ struct Code {
     std::vector<TryRegion> tries;
     std::vector<Position> positions;
     std::vector<Value> localNames;
+    std::shared_ptr<const std::vector<Value>> scopeNames; // the same, for the environments of this handler; null without
     std::uint32_t localCount = 0;
     std::uint32_t frameSize = 0;       // registers
     std::uint32_t positionalCount = 0; // parameters that are simply the first locals

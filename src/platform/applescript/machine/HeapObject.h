@@ -172,6 +172,7 @@ struct Environment : HeapObject {
     static constexpr HeapType kType = HeapType::Environment;
     HeapObject* outer;
     std::vector<Value> values;
+    std::shared_ptr<const std::vector<Value>> names; // one for each value; null when there are none
 
     Environment(HeapObject* outerScope, std::size_t count) : HeapObject(kType), outer(outerScope), values(count) {}
 };

@@ -4,6 +4,8 @@
 #include "platform/applescript/image/Block.h"
 #include "platform/base/Text.h"
 
+#include <unordered_set>
+
 namespace quoddle {
 
 namespace {
@@ -191,9 +193,52 @@ Value Loader::loadBlock(const Object* object) {
     }
 }
 
+/// Scripts name the scopes around them by their tables, so whose table is whose has to be known beforehand.
+void Loader::findScripts(const Object* root) {
+    std::vector<const Object*> pending{root};
+    std::unordered_set<const Object*> seen{root};
+    while (!pending.empty()) {
+        const Object* object = pending.back();
+        pending.pop_back();
+        if (object->isBlock(block::Script) && object->children.size() >= block::kScriptChildren)
+            mTableOwners.try_emplace(object->children[block::kScriptTable], object);
+        if (object->kind == ObjectKind::Node) // trees hold none
+            continue;
+        for (const Object* child : object->children)
+            if (!child->children.empty() && seen.insert(child).second)
+                pending.push_back(child);
+    }
+}
+
+HeapObject* Loader::loadScope(const Object* table) {
+    if (table->kind != ObjectKind::Vector || table->children.size() < 2)
+        return nullptr;
+    if (auto owner = mTableOwners.find(table); owner != mTableOwners.end()) {
+        const Value script = load(owner->second);
+        return script.isObject() ? script.asObject() : nullptr;
+    }
+    if (auto known = mEnvironments.find(table); known != mEnvironments.end())
+        return known->second;
+    auto names = table->children[1]->children;
+    const std::size_t count = std::min(names.size(), table->children.size() - 2);
+    Environment* environment = mEnvironments[table] = mMachine.heap().make<Environment>(nullptr, count);
+    std::vector<Value> loaded;
+    for (std::size_t i = 0; i < count; ++i) {
+        loaded.push_back(load(names[i]));
+        environment->values[i] = load(table->children[i + 2]);
+    }
+    environment->names = std::make_shared<const std::vector<Value>>(std::move(loaded));
+    if (++mDepth < kMaximumDepth)
+        environment->outer = loadScope(table->children[0]);
+    --mDepth;
+    return environment;
+}
+
 Value Loader::loadScript(const Object* object) {
     if (object->children.size() < block::kScriptChildren)
         return Value::object(mMachine.appleScript());
+    if (mScripts.empty())
+        findScripts(object);
     if (auto known = mScripts.find(object); known != mScripts.end())
         return known->second;
     Script* script = mMachine.heap().make<Script>();
@@ -215,9 +260,9 @@ Value Loader::loadScript(const Object* object) {
             script->layout->indexes.try_emplace(load(names[i]).bits(), static_cast<std::uint32_t>(script->layout->names.size())),
                 script->layout->names.push_back(load(names[i]));
         script->slots.push_back(load(table[i + 2]));
-        if (Script* inner = as<Script>(script->slots.back()); inner && !inner->outer && inner != mMachine.appleScript())
-            inner->outer = script;
     }
+    if (!table.empty())
+        script->outer = loadScope(table[0]);
     for (std::size_t i = 0; i < script->layout->names.size(); ++i)
         if (script->layout->names[i] == Value::code("pare"_4cc) && is<Script>(script->slots[i]))
             script->parent = script->slots[i];
@@ -351,22 +396,51 @@ Object* Saver::saveSpecifier(const Specifier* specifier) {
     return mStore->block(block::Examined, {});
 }
 
+Object* Saver::saveScope(HeapObject* scope) {
+    if (!scope || scope == mMachine.appleScript())
+        return mStore->nil();
+    if (++mDepth > kMaximumDepth)
+        mStatus = errOSADataBlockTooLarge;
+    Object* table = mStore->nil();
+    if (mStatus != noErr) {
+    } else if (scope->type == HeapType::Script) {
+        table = saveObject(scope)->children[block::kScriptTable];
+    } else if (auto saved = mSaved.find(scope); saved != mSaved.end()) {
+        table = saved->second;
+    } else {
+        auto* environment = static_cast<Environment*>(scope);
+        const std::size_t count = environment->names ? environment->names->size() : 0;
+        Object* names = mStore->unfinished(ObjectKind::Vector, 0, count);
+        table = mSaved[scope] = mStore->unfinished(ObjectKind::Vector, 0, count + 2);
+        table->children[1] = names;
+        table->children[0] = saveScope(environment->outer);
+        for (std::size_t i = 0; i < count; ++i) {
+            names->children[i] = saveValue((*environment->names)[i]);
+            table->children[i + 2] = saveValue(environment->values[i]);
+        }
+    }
+    --mDepth;
+    return table;
+}
+
 Object* Saver::saveScript(Script* script) {
     if (script == mMachine.appleScript())
         return mSaved[script] = mStore->block(block::Script, {});
     Object* saved = mSaved[script] = mStore->unfinished(ObjectKind::Block, block::Script, block::kScriptChildren);
+    // The table is known before anything inside is saved: scripts inside name it as their scope.
+    Object* names = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size());
+    Object* table = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size() + 2);
+    saved->children[block::kScriptTable] = table;
+    table->children[0] = saveScope(script->outer);
+    table->children[1] = names;
     saved->children[block::kScriptName] = saveValue(script->name);
     if (script->tree && !mRunOnly)
         saved->children[block::kScriptTree] = const_cast<Object*>(script->tree);
     saved->children[block::kScriptParent] = script->parent.isUndefined() ? saveValue(Value::object(mMachine.appleScript())) : saveValue(script->parent);
-    Object* names = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size());
-    Object* table = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size() + 2);
-    table->children[1] = names;
     for (std::size_t i = 0; i < script->slots.size(); ++i) {
         names->children[i] = saveValue(script->layout->names[i]);
         table->children[i + 2] = saveValue(script->slots[i]);
     }
-    saved->children[block::kScriptTable] = table;
     return saved;
 }
 

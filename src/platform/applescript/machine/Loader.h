@@ -19,12 +19,17 @@ private:
     Value loadData(const Object* object);
     Value loadApplication(const Object* object);
     Value loadScript(const Object* object);
+    /// The scope that a table belongs to: the script whose table it is, or the locals that a script object kept of the handler that made it.
+    HeapObject* loadScope(const Object* table);
+    void findScripts(const Object* root);
     Value loadList(std::span<Object* const> items, std::uint8_t flags);
     Value loadSpecifier(const Object* object);
 
     Machine& mMachine;
     std::shared_ptr<ObjectStore> mStore;
     std::unordered_map<const Object*, Value> mScripts;
+    std::unordered_map<const Object*, const Object*> mTableOwners; // table to script
+    std::unordered_map<const Object*, Environment*> mEnvironments; // by table
     std::size_t mDepth = 0;
 };
 
@@ -42,6 +47,7 @@ private:
     Object* saveValue(Value value);
     Object* saveObject(HeapObject* object);
     Object* saveScript(Script* script);
+    Object* saveScope(HeapObject* scope);
     Object* saveHandler(const Handler* handler);
     Object* saveSpecifier(const Specifier* specifier);
     Object* saveRecord(const Record* record);

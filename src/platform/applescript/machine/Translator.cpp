@@ -204,6 +204,8 @@ void Translator::readHandler() {
     mCode->hasScope = mCode->isInitialiser || block.tag == block::Closure;
     mCode->localCount = static_cast<std::uint32_t>(locals.size());
     mBase = mCode->hasScope ? 0 : locals.size();
+    if (mCode->hasScope && !mCode->isInitialiser)
+        mCode->scopeNames = std::make_shared<const std::vector<Value>>(mCode->localNames);
 
     const Object& parameters = *block.children[block::kParameters];
     const bool noLabels = block.children[block::kLabels]->children.empty();
