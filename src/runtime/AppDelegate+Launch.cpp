@@ -24,7 +24,7 @@ void AppDelegate::_setAppName(const QString& name, NSMenu& inMenu) {
 }
 
 void AppDelegate::applyUpdaterSetting() {
-    if (mMainBundle->infoDictionary().contains(u"SUFeedURL"_s) && mParts.updater)
+    if (mainBundle()->infoDictionary().contains(u"SUFeedURL"_s) && mParts.updater)
         mParts.updater->setDelegate(this);
     else if (NSMenuItem* item = checkForUpdatesMenuItem())
         item->menu()->removeItem(item);
@@ -33,7 +33,7 @@ void AppDelegate::applyUpdaterSetting() {
 void AppDelegate::createWindowController(bool toOpenFiles) {
     const bool droplet = hasOpenHandler();
     const auto controller = mParts.instantiateController(droplet ? u"dropletWindowController"_s : u"appletWindowController"_s);
-    controller->setMainBundle(mMainBundle);
+    controller->setMainBundle(mainBundle());
     if (droplet && toOpenFiles)
         controller->showProgressViewController();
     else if (showStartupScreen())
@@ -45,15 +45,15 @@ void AppDelegate::createWindowController(bool toOpenFiles) {
 }
 
 void AppDelegate::_setupApplication(bool toOpenFiles) {
-    if (mInitialized)
+    if (isInitialized())
         return;
-    mIdleSeconds = 1;
-    if (!mMainBundle)
-        mMainBundle = NSBundle::mainBundle();
+    setIdleSeconds(1);
+    if (!mainBundle())
+        setMainBundle(NSBundle::mainBundle());
     if (const auto menu = mParts.application->mainMenu())
-        _setAppName(mMainBundle->infoDictionary().value(u"CFBundleName"_s).toString(), *menu);
+        _setAppName(mainBundle()->infoDictionary().value(u"CFBundleName"_s).toString(), *menu);
     applyUpdaterSetting();
-    const QVariant standard = mMainBundle->infoDictionary().value(u"KVBUseStandardOSAXEN"_s);
+    const QVariant standard = mainBundle()->infoDictionary().value(u"KVBUseStandardOSAXEN"_s);
     const bool useStandard = isNumber(standard) && boolValue(standard);
     if (!useStandard && mParts.installOSAXEventHandlers)
         mParts.installOSAXEventHandlers(*this);
@@ -65,22 +65,23 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
         this, [this](const NSNotification& n) { _progressDidChange(n); }, ProgressChangedNotification);
     center.addObserver(
         this, [this](const NSNotification& n) { _windowWillClose(n); }, NSWindowWillCloseNotification);
-    mInitialized = true;
+    setInitialized(true);
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
-    _setupApplication(mFilenamesToOpen && !mFilenamesToOpen->isEmpty());
-    if (hasOpenHandler() && mFilenamesToOpen) {
-        applicationOpenFiles(*mFilenamesToOpen);
-        mFilenamesToOpen.reset();
+    const auto files = filenamesToOpen();
+    _setupApplication(files && !files->isEmpty());
+    if (hasOpenHandler() && files) {
+        applicationOpenFiles(*files);
+        setFilenamesToOpen({});
         return;
     }
     if (showStartupScreen())
         return; // its Run button starts the script
     if (hasRunHandler()) {
-        if (mScriptStarted)
+        if (scriptStarted())
             return;
-        mScriptStarted = true;
+        setScriptStarted(true);
         _respondToEventInBackground(nullptr, [this](const QXOSAIDRef&, const QXOSAErrorInfoRef&) {
             if (!isStayOpenScript() && !hasOpenHandler())
                 terminate();
@@ -88,15 +89,15 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     }
     if (hasIdleHandler() && isStayOpenScript()) {
-        mScriptStarted = true;
-        scheduleIdleHandler(mIdleSeconds);
+        setScriptStarted(true);
+        scheduleIdleHandler(idleSeconds());
         return;
     }
     if (!hasOpenHandler()) {
         terminate(); // a script with nothing to do
         return;
     }
-    mScriptStarted = true; // a droplet waits for files
+    setScriptStarted(true); // a droplet waits for files
 }
 
 } // namespace quoddle

@@ -47,10 +47,11 @@ std::int64_t idleSecondsFrom(const QXOSAIDRef& result) {
 } // namespace
 
 void AppDelegate::runMainScript() {
-    mScriptStarted = true;
-    if (hasOpenHandler() && mFilenamesToOpen) {
-        applicationOpenFiles(*mFilenamesToOpen);
-        mFilenamesToOpen.reset();
+    setScriptStarted(true);
+    const auto files = filenamesToOpen();
+    if (hasOpenHandler() && files) {
+        applicationOpenFiles(*files);
+        setFilenamesToOpen({});
     } else if (hasRunHandler()) {
         // Unlike at launch, a quit handler keeps the applet.
         _respondToEventInBackground(nullptr, [this](const QXOSAIDRef&, const QXOSAErrorInfoRef&) {
@@ -73,22 +74,22 @@ void AppDelegate::scheduleIdleHandler(std::int64_t afterSeconds) {
 void AppDelegate::_runIdleHandler() {
     _respondToEventInBackground(parameterlessEvent("misc"_4cc, "idle"_4cc),
                                 [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
-                                    mIdleSeconds = idleSecondsFrom(result);
-                                    if (mIdleSeconds >= 0 && !error)
+                                    setIdleSeconds(idleSecondsFrom(result));
+                                    if (idleSeconds() >= 0 && !error)
                                         mParts.performs->perform(
-                                            this, kRunIdleHandler, [this] { _runIdleHandler(); }, static_cast<double>(mIdleSeconds));
+                                            this, kRunIdleHandler, [this] { _runIdleHandler(); }, static_cast<double>(idleSeconds()));
                                 });
 }
 
 void AppDelegate::_runQuitHandler() {
     if (!hasQuitHandler())
         return;
-    mRunningQuitHandler = true;
+    setRunningQuitHandler(true);
     _respondToEventInBackground(
         parameterlessEvent("aevt"_4cc, "quit"_4cc), [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
             NSLog(u"applicationShouldTerminate: quit event processed: %@, error: %@"_s,
                   {result ? QVariant(result->stringValue()) : QVariant(), error ? QVariant(error->description()) : QVariant()});
-            mRunningQuitHandler = false;
+            setRunningQuitHandler(false);
             if ((!error || error->error() == noErr) && mainScript()->component()->isResuming())
                 terminate();
             else if (mParts.application->isRunning())
@@ -97,13 +98,18 @@ void AppDelegate::_runQuitHandler() {
 }
 
 void AppDelegate::stopRunningScript() {
-    mUserStoppedScript = true;
+    setUserStoppedScript(true);
     if (_isRespondingToScript())
-        mainScript()->component()->setCancelled(true);
+        cancelScript();
     else if (!hasIdleHandler())
         terminate();
     else
         _runQuitHandler();
+}
+
+void AppDelegate::cancelScript() {
+    if (const QXOSAIDRef script = mainScript())
+        script->component()->setCancelled(true);
 }
 
 void AppDelegate::setAppletIsQuitting(bool quitting, const QXOSAIDRef& script) {
@@ -117,38 +123,38 @@ void AppDelegate::setAppletIsQuitting(bool quitting, const QXOSAIDRef& script) {
 NSApplicationTerminateReply AppDelegate::applicationShouldTerminate() {
     if (isDisplayingPanel())
         return NSApplicationTerminateReply::cancel;
-    if (mRunningQuitHandler)
+    if (runningQuitHandler())
         return NSApplicationTerminateReply::now;
     if (_isRespondingToScript()) {
-        mApplicationTriedToQuit = true;
+        setApplicationTriedToQuit(true);
         // Through a handle of its own: the script's own one is about to tell the other thread how the execution ended.
-        const QXOSAIDRef script = mainScript();
-        setAppletIsQuitting(true, QXOSAID::QXOSAIDWithComponent(script->component(), script->valueID(), false));
-        script->component()->setCancelled(true);
+        if (const QXOSAIDRef script = mainScript())
+            setAppletIsQuitting(true, QXOSAID::QXOSAIDWithComponent(script->component(), script->valueID(), false));
+        cancelScript();
         return NSApplicationTerminateReply::later;
     }
-    if (!mScriptStarted || !hasQuitHandler())
+    if (!scriptStarted() || !hasQuitHandler())
         return NSApplicationTerminateReply::now;
-    mApplicationTriedToQuit = true;
+    setApplicationTriedToQuit(true);
     _runQuitHandler();
     return NSApplicationTerminateReply::cancel; // the handler ends the process by passing the quit on
 }
 
 bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
-    if (mUserClosedWindow) {
-        mUserClosedWindow = false;
+    if (userClosedWindow()) {
+        setUserClosedWindow(false);
         return true;
     }
     if (!showStartupScreen() && isStayOpenScript())
         return false;
-    return !mScriptStarted || !_isRespondingToScript();
+    return !scriptStarted() || !_isRespondingToScript();
 }
 
 void AppDelegate::_windowWillClose(const NSNotification& notification) {
     if (!notification.object || notification.object != windowController().windowObject())
         return; // a dialog or a panel
-    mUserClosedWindow = true;
-    mApplicationTriedToQuit = true;
+    setUserClosedWindow(true);
+    setApplicationTriedToQuit(true);
     stopRunningScript();
 }
 

@@ -17,16 +17,15 @@ NSApplicationDelegateReply openReply(const QXOSAErrorInfoRef& error) {
 } // namespace
 
 void AppDelegate::applicationOpenFiles(const QStringList& filenames) {
-    if (!mInitialized) {
+    if (!isInitialized()) {
         _setupApplication(true);
         if (showStartupScreen()) {
-            mFilenamesToOpen = filenames; // for the launch decision or the Run button; the request stays unanswered until then
+            setFilenamesToOpen(filenames); // for the launch decision or the Run button; the request stays unanswered until then
             return;
         }
     }
-    mScriptStarted = true;
-    const QXOSAIDRef script = mainScript();
-    if (!script || !script->hasOpenHandler()) {
+    setScriptStarted(true);
+    if (!ask(mainScript(), &QXOSAID::hasOpenHandler)) { // whether or not the script is resuming
         const RuntimeAlert alert{localized(u"NoOpenHandlerMessage"_s), localized(u"NoOpenHandlerInformation"_s),
                                  localized(u"QuitButton"_s)};
         if (windowController().isWindowVisible())

@@ -36,20 +36,16 @@ QString trimmedTextOf(const QXOSAIDRef& object, FourCharCode property) {
 
 } // namespace
 
-std::optional<QVariantMap> AppDelegate::currentProgress() const {
-    std::lock_guard lock(mProgressMutex);
-    return mCurrentProgress;
-}
-
 std::optional<QVariantMap> AppDelegate::readProgress() {
-    if (!mAsObj)
-        mAsObj = mMainScript->propertyForPropertyID("ascr"_4cc);
-    if (!mAsObj)
+    if (!asObj())
+        setAsObj(mMainScript->propertyForPropertyID("ascr"_4cc));
+    const QXOSAIDRef object = asObj();
+    if (!object)
         return std::nullopt;
-    const std::int32_t total = numberOf(mAsObj, "ppgt"_4cc);
-    const std::int32_t completed = numberOf(mAsObj, "ppgc"_4cc);
-    const QString description = trimmedTextOf(mAsObj, "ppgd"_4cc);
-    const QString additional = trimmedTextOf(mAsObj, "ppga"_4cc);
+    const std::int32_t total = numberOf(object, "ppgt"_4cc);
+    const std::int32_t completed = numberOf(object, "ppgc"_4cc);
+    const QString description = trimmedTextOf(object, "ppgd"_4cc);
+    const QString additional = trimmedTextOf(object, "ppga"_4cc);
     if (!currentProgress() && total == 0 && completed == 0 && description.isEmpty() && additional.isEmpty())
         return std::nullopt; // nothing was ever reported
     return QVariantMap{
@@ -70,12 +66,9 @@ void AppDelegate::scriptDidYield() {
     } catch (const QXOSAException& exception) {
         NSLog(u"scriptDidYield: %@"_s, {exception.reason()});
     }
-    {
-        std::lock_guard guard(mProgressMutex);
-        if (!progress || progress == mCurrentProgress)
-            return;
-        mCurrentProgress = progress;
-    }
+    if (!progress || progress == currentProgress())
+        return;
+    setCurrentProgress(progress);
     MainThread::dispatchSync(
         [this, &progress] { NSNotificationCenter::defaultCenter().postNotification(ProgressChangedNotification, this, *progress); });
 }

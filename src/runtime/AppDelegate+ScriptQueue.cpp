@@ -150,11 +150,11 @@ void AppDelegate::finishOwnEvent(const Execution& execution) {
     if (!mParts.application->isRunning())
         return; // the completion has ended the applet
     const OSStatus number = execution.number();
-    if (mApplicationTriedToQuit) {
+    if (applicationTriedToQuit()) {
         finishAfterTryToQuit(execution);
     } else if (isStayOpenScript()) {
         finishStayOpen(!execution.hasEvent);
-    } else if (number == userCanceledErr && !mRunningQuitHandler) {
+    } else if (number == userCanceledErr && !runningQuitHandler()) {
         terminate();
     } else {
         windowController().setStopButtonEnabled(true);
@@ -168,7 +168,7 @@ void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
     // A quit handler that was itself cancelled (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
     if (!cancelled || execution.isQuitEvent()) {
         showLastPaneWithoutStop();
-        mApplicationTriedToQuit = false;
+        setApplicationTriedToQuit(false);
     } else if (hasQuitHandler()) {
         _runQuitHandler();
     }
@@ -177,7 +177,7 @@ void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
 void AppDelegate::finishStayOpen(bool afterRunHandler) {
     showLastPaneWithoutStop();
     if (afterRunHandler && hasIdleHandler() && !showStartupScreen())
-        scheduleIdleHandler(mIdleSeconds);
+        scheduleIdleHandler(idleSeconds());
 }
 
 void AppDelegate::showLastPaneWithoutStop() {

@@ -27,8 +27,8 @@ AppDelegate* AppDelegate::instance() {
     return sharedDelegate;
 }
 
-AppDelegate::AppDelegate(AppDelegateParts parts)
-    : mParts(std::move(parts)), mMainBundle(mParts.mainBundle ? mParts.mainBundle : NSBundle::mainBundle()) {
+AppDelegate::AppDelegate(AppDelegateParts parts) : mParts(std::move(parts)) {
+    setMainBundle(mParts.mainBundle ? mParts.mainBundle : NSBundle::mainBundle());
     sharedDelegate = this;
 }
 
@@ -42,11 +42,11 @@ AppDelegate::~AppDelegate() {
 }
 
 bool AppDelegate::isStayOpenScript() const {
-    return boolValue(mMainBundle->infoDictionary().value(u"KVBStayOpen"_s));
+    return boolValue(mainBundle()->infoDictionary().value(u"KVBStayOpen"_s));
 }
 
 bool AppDelegate::showStartupScreen() const {
-    const QVariant shown = mMainBundle->infoDictionary().value(u"KVBShowStartupScreen"_s);
+    const QVariant shown = mainBundle()->infoDictionary().value(u"KVBShowStartupScreen"_s);
     return !shown.isValid() || boolValue(shown);
 }
 
@@ -56,11 +56,11 @@ QXOSAIDRef AppDelegate::mainGenericScript() {
     const QXOSAComponentRef generic = QXOSAComponent::genericComponent();
     if (!generic)
         return nullptr;
-    const QString path = mMainBundle->pathForResource(u"main"_s, u"scpt"_s, u"Scripts"_s);
+    const QString path = mainBundle()->pathForResource(u"main"_s, u"scpt"_s, u"Scripts"_s);
     mMainGenericScript = QXOSAID::QXOSAIDWithComponent(generic);
     try {
         mMainGenericScript->loadFileURL(path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path), kOSAModeCompileIntoContext);
-        mMainGenericScript->setScriptLocation(mMainBundle->bundleURL());
+        mMainGenericScript->setScriptLocation(mainBundle()->bundleURL());
     } catch (const QXOSAException&) {
         // A script that cannot be loaded is one without handlers; the launch decision deals with that.
     }
@@ -99,16 +99,18 @@ void AppDelegate::prepareMainScript() {
     asObj->setValueForPropertyID(emptyText, "ppga"_4cc);
 }
 
-bool AppDelegate::hasHandler(bool (QXOSAID::*query)()) {
-    const QXOSAIDRef script = mainScript();
-    if (!script || script->component()->isResuming())
-        return false;
+bool AppDelegate::ask(const QXOSAIDRef& script, bool (QXOSAID::*query)()) {
     try {
-        return (script.get()->*query)();
+        return script && (script.get()->*query)();
     } catch (const QXOSAException& exception) {
         NSLog(u"hasHandler: %@"_s, {exception.reason()});
         return false;
     }
+}
+
+bool AppDelegate::hasHandler(bool (QXOSAID::*query)()) {
+    const QXOSAIDRef script = mainScript();
+    return script && !script->component()->isResuming() && ask(script, query);
 }
 
 NSMenuItem* AppDelegate::checkForUpdatesMenuItem() const {
@@ -118,11 +120,12 @@ NSMenuItem* AppDelegate::checkForUpdatesMenuItem() const {
 
 WindowController& AppDelegate::windowController() const {
     static NoWindow none;
-    return mMainWindowController ? *mMainWindowController : none;
+    const auto controller = mainWindowController(); // this object keeps it alive
+    return controller ? *controller : none;
 }
 
 QString AppDelegate::localized(const QString& key) const {
-    return mMainBundle->localizedString(key);
+    return mainBundle()->localizedString(key);
 }
 
 } // namespace quoddle

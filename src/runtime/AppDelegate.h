@@ -6,16 +6,13 @@
 // script queue's thread. All functions are the main thread's unless they say otherwise.
 #pragma once
 
-#include "engine/QXOSAID.h"
 #include "platform/ae/NSAppleEventManager.h"
 #include "platform/foundation/NSMenu.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "runtime/AppDelegateParts.h"
-#include "runtime/WindowController.h"
+#include "runtime/AppDelegateProperties.h"
 
 #include <chrono>
-#include <mutex>
-#include <optional>
 
 namespace quoddle {
 
@@ -23,36 +20,15 @@ namespace quoddle {
 /// "additionalDescription" (text).
 inline const QString ProgressChangedNotification = QStringLiteral("ProgressChangedNotification");
 
-class AppDelegate : public NSApplicationDelegate, public QXOSAComponentDelegate {
+class AppDelegate : public AppDelegateProperties, public NSApplicationDelegate, public QXOSAComponentDelegate {
 public:
     /// The one delegate; null before there is one. Any thread.
     static AppDelegate* instance();
     explicit AppDelegate(AppDelegateParts parts);
     ~AppDelegate() override;
 
-    // Properties
-    bool isDisplayingPanel() const { return mDisplayingPanel; } ///< any thread
-    void setDisplayingPanel(bool displaying) { mDisplayingPanel = displaying; }
-    bool applicationTriedToQuit() const { return mApplicationTriedToQuit; }
-    void setApplicationTriedToQuit(bool tried) { mApplicationTriedToQuit = tried; }
-    bool isInitialized() const { return mInitialized; }
-    bool userClosedWindow() const { return mUserClosedWindow; }
-    void setUserClosedWindow(bool closed) { mUserClosedWindow = closed; }
-    bool userStoppedScript() const { return mUserStoppedScript; } ///< a plain record; nothing is decided by it
-    bool scriptStarted() const { return mScriptStarted; }         ///< never cleared
-    void setScriptStarted(bool started) { mScriptStarted = started; }
-    bool runningQuitHandler() const { return mRunningQuitHandler; }
-    std::shared_ptr<WindowController> mainWindowController() const { return mMainWindowController; }
-    void setMainWindowController(std::shared_ptr<WindowController> controller) { mMainWindowController = std::move(controller); }
-    std::optional<QVariantMap> currentProgress() const; ///< any thread
-    std::shared_ptr<NSBundle> mainBundle() const { return mMainBundle; }
-    void setMainBundle(std::shared_ptr<NSBundle> bundle) { mMainBundle = std::move(bundle); }
-    /// Null when the menu has none (any more).
+    /// The outlet to the menu item for updates; null when the menu has none (any more).
     NSMenuItem* checkForUpdatesMenuItem() const;
-    const std::optional<QStringList>& filenamesToOpen() const { return mFilenamesToOpen; }
-    void setFilenamesToOpen(std::optional<QStringList> filenames) { mFilenamesToOpen = std::move(filenames); }
-    std::int64_t idleSeconds() const { return mIdleSeconds; }
-    void setIdleSeconds(std::int64_t seconds) { mIdleSeconds = seconds; }
 
     // Configuration and scripts
     bool isStayOpenScript() const;
@@ -116,9 +92,12 @@ private:
     struct Execution;
 
     bool hasHandler(bool (QXOSAID::*query)());
+    static bool ask(const QXOSAIDRef& script, bool (QXOSAID::*query)());
     void prepareMainScript();
     void applyUpdaterSetting();
     void createWindowController(bool toOpenFiles);
+    /// Stops what the script is doing at its next callback.
+    void cancelScript();
     void scheduleIdleHandler(std::int64_t afterSeconds);
     void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);
     void showProgressWhileResponding();
@@ -141,25 +120,10 @@ private:
     WindowController& windowController() const;
 
     AppDelegateParts mParts;
-    std::shared_ptr<NSBundle> mMainBundle;
-    std::shared_ptr<WindowController> mMainWindowController;
     QXOSAIDRef mMainGenericScript;
     QXOSAIDRef mMainScript;
-    std::optional<QStringList> mFilenamesToOpen;
-    std::int64_t mIdleSeconds = 0;
-    std::atomic<bool> mDisplayingPanel = false;
-    bool mApplicationTriedToQuit = false;
-    bool mInitialized = false;
-    bool mUserClosedWindow = false;
-    bool mUserStoppedScript = false;
-    bool mScriptStarted = false;
-    bool mRunningQuitHandler = false;
     bool mShowingRuntimeError = false;
-
-    std::recursive_mutex mObjectLock; // scriptDidYield's, never held by the main thread while it waits
-    QXOSAIDRef mAsObj;                // guarded by it
-    mutable std::mutex mProgressMutex;
-    std::optional<QVariantMap> mCurrentProgress;
+    std::recursive_mutex mObjectLock; // scriptDidYield's; the main thread only ever tries it
 };
 
 } // namespace quoddle
