@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the commands of the Standard Additions have in common: their shape, and reading their parameters.
+// What the commands of the Standard Additions have in common: their shape, reading their parameters, answering.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -27,6 +27,9 @@ inline OSErr fail(AEDesc& reply, OSStatus number, std::u16string_view message) {
     return noErr;
 }
 
+/// The error for a parameter that is missing (-1701) or that cannot be made into what is expected (-1700, with the value and the type).
+OSErr failParameter(const AEDesc& event, AEDesc& reply, AEKeyword key, std::u16string_view name, DescType expected);
+
 inline std::optional<std::u16string> textParameter(const AEDesc& event, AEKeyword key) {
     const AEDesc* parameter = event.find(key);
     return parameter ? parameter->asText() : std::nullopt;
@@ -37,7 +40,15 @@ inline std::optional<bool> booleanParameter(const AEDesc& event, AEKeyword key) 
     return parameter ? parameter->asBoolean() : std::nullopt;
 }
 
-// One function for each command; the table in StandardAdditions.cpp says under which codes.
-OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+/// The code of a class or a constant; 0 when the parameter is missing or something else.
+DescType codeParameter(const AEDesc& event, AEKeyword key);
+
+/// "ctxt", "TEXT", "utxt" and the like: the language's names for text.
+bool isTextClass(DescType type);
+
+/// "msng" as a value.
+inline AEDesc missingValue() {
+    return AEDesc::ofType("msng"_4cc);
+}
 
 } // namespace quoddle::additions

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // do shell script: runs a command line with sh in a process group of its own, so that a cancel ends whatever it started.
-#include "platform/additions/Command.h"
+#include "platform/additions/Commands.h"
 #include "platform/base/Text.h"
 
 #include <cerrno>

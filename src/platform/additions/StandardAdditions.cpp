@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "platform/additions/StandardAdditions.h"
 
-#include "platform/additions/Command.h"
+#include "platform/additions/Commands.h"
 
 namespace quoddle {
 
 namespace {
 
 constexpr additions::CommandRow kCommands[] = {
-    {"syso"_4cc, "exec"_4cc, additions::doShellScript},
+    {"syso"_4cc, "exec"_4cc, additions::doShellScript},  {"syso"_4cc, "rand"_4cc, additions::randomNumber},
+    {"syso"_4cc, "rond"_4cc, additions::roundNumber},    {"syso"_4cc, "offs"_4cc, additions::offsetOf},
+    {"syso"_4cc, "ntoc"_4cc, additions::asciiCharacter}, {"syso"_4cc, "cton"_4cc, additions::asciiNumber},
 };
 
 } // namespace

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Standard Additions: the commands that every script has and that need no window.
 //
-// Decision: each is a handler of a scripting addition, registered with the event manager under its class and ID, so that it runs on the thread of
-// the script that sends it and applications can take its place. The layer knows descriptors, not scripts.
+// Decision: each is a handler of a scripting addition, registered with the event manager under its class and ID, so that it runs on the
+// thread of the script that sends it and applications can take its place. The layer knows descriptors, not scripts.
 #pragma once
 
 namespace quoddle {

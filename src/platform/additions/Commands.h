@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// The commands themselves, one function each. Under which codes they stand is said by the table in StandardAdditions.cpp.
+#pragma once
+
+#include "platform/additions/Command.h"
+
+namespace quoddle::additions {
+
+// ShellCommand.cpp
+OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
+// NumberCommands.cpp
+OSErr randomNumber(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr roundNumber(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
+// TextCommands.cpp
+OSErr offsetOf(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr asciiCharacter(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr asciiNumber(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
+} // namespace quoddle::additions
