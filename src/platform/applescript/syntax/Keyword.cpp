@@ -11,11 +11,11 @@ namespace {
 struct Row {
     std::string_view spelling;
     Keyword keyword;
-    bool reserved;
+    KeywordUse use;
 };
 
-constexpr auto kRows = std::to_array<Row>({{"", Keyword::None, false},
-#define QUODDLE_KEYWORD(name, spelling, reserved) {spelling, Keyword::name, reserved},
+constexpr auto kRows = std::to_array<Row>({{"", Keyword::None, KeywordUse::Free},
+#define QUODDLE_KEYWORD(name, spelling, use) {spelling, Keyword::name, KeywordUse::use},
                                            QUODDLE_KEYWORDS(QUODDLE_KEYWORD)
 #undef QUODDLE_KEYWORD
 });
@@ -33,8 +33,8 @@ Keyword keywordOf(std::string_view word) {
     return at != kSorted.end() && at->spelling == word ? at->keyword : Keyword::None;
 }
 
-bool isReserved(Keyword keyword) {
-    return kRows[static_cast<std::size_t>(keyword)].reserved;
+KeywordUse useOf(Keyword keyword) {
+    return kRows[static_cast<std::size_t>(keyword)].use;
 }
 
 std::string_view spellingOf(Keyword keyword) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The reserved words. One list: the lexer marks them, the parser asks for them, the printer puts bars around identifiers that are spelled
 // like one.
-
 #pragma once
 
 #include <cstdint>
@@ -9,46 +8,55 @@
 
 namespace quoddle {
 
-// name, spelling, whether an identifier spelled so needs bars
+// name, spelling, use
 // clang-format off
 #define QUODDLE_KEYWORDS(X) \
-    X(A, "a", false) X(About, "about", true) X(Above, "above", true) X(After, "after", true) X(Against, "against", true) \
-    X(An, "an", false) X(And, "and", true) X(Apart, "apart", false) X(App, "app", true) X(Around, "around", true) X(As, "as", true) \
-    X(Aside, "aside", false) X(At, "at", true) X(Back, "back", true) X(Before, "before", true) \
-    X(Beginning, "beginning", true) X(Begins, "begins", true) X(Begin, "begin", true) X(Behind, "behind", true) X(Below, "below", true) \
-    X(Beneath, "beneath", true) X(Beside, "beside", true) X(Between, "between", true) X(But, "but", true) X(By, "by", true) \
-    X(Come, "come", false) X(Comes, "comes", false) X(Considering, "considering", true) X(Contain, "contain", true) \
-    X(Contained, "contained", false) X(Contains, "contains", true) X(Continue, "continue", true) X(Copy, "copy", true) \
-    X(Div, "div", true) X(Does, "does", true) X(Doesnt, "doesn't", true) X(Eighth, "eighth", true) X(Else, "else", true) \
-    X(End, "end", true) X(Ends, "ends", true) X(Equal, "equal", true) X(Equals, "equals", true) X(Error, "error", true) X(Every, "every", true) \
-    X(Exit, "exit", true) X(Fifth, "fifth", true) X(First, "first", true) X(For, "for", true) X(Fourth, "fourth", true) \
-    X(From, "from", true) X(Front, "front", true) X(Get, "get", true) X(Given, "given", true) X(Global, "global", true) \
-    X(Greater, "greater", false) X(If, "if", true) X(Ignoring, "ignoring", true) X(In, "in", true) X(Instead, "instead", false) \
-    X(Into, "into", true) X(Is, "is", true) X(Isnt, "isn't", true) X(It, "it", true) X(Its, "its", true) X(Last, "last", true) \
-    X(Less, "less", false) X(Local, "local", true) X(Me, "me", true) X(Middle, "middle", true) X(Mod, "mod", true) X(My, "my", true) \
-    X(Named, "named", true) X(Ninth, "ninth", true) X(Not, "not", true) X(Of, "of", true) X(On, "on", true) X(Onto, "onto", true) \
-    X(Or, "or", true) X(Out, "out", false) X(Over, "over", true) X(Prop, "prop", true) X(Property, "property", true) X(Put, "put", true) \
-    X(Ref, "ref", true) X(Reference, "reference", true) X(Repeat, "repeat", true) X(Return, "return", true) \
-    X(Returning, "returning", true) X(Script, "script", true) X(Second, "second", true) X(Set, "set", true) X(Seventh, "seventh", true) \
-    X(Since, "since", true) X(Sixth, "sixth", true) X(Some, "some", true) X(Start, "start", false) X(Starts, "starts", true) \
-    X(Tell, "tell", true) X(Tenth, "tenth", true) X(Terms, "terms", false) X(Than, "than", false) X(That, "that", true) X(The, "the", true) \
-    X(Then, "then", true) X(Third, "third", true) X(Through, "through", true) X(Thru, "thru", true) X(Timeout, "timeout", true) \
-    X(Times, "times", true) X(To, "to", true) X(Transaction, "transaction", true) X(Try, "try", true) X(Under, "under", true) \
-    X(Until, "until", true) X(Use, "use", true) X(Using, "using", true) X(Where, "where", true) X(While, "while", true) \
-    X(Whose, "whose", true) X(With, "with", true) X(Without, "without", true)
+    X(A, "a", Free) X(About, "about", Reserved) X(Above, "above", Reserved) X(After, "after", Starts) X(Against, "against", Reserved) \
+    X(An, "an", Free) X(And, "and", Reserved) X(Apart, "apart", Free) X(App, "app", Starts) X(Around, "around", Reserved) X(As, "as", Reserved) \
+    X(Aside, "aside", Free) X(At, "at", Reserved) X(Back, "back", Picks) X(Before, "before", Starts) \
+    X(Beginning, "beginning", Starts) X(Begins, "begins", Reserved) X(Begin, "begin", Reserved) X(Behind, "behind", Starts) X(Below, "below", Reserved) \
+    X(Beneath, "beneath", Reserved) X(Beside, "beside", Reserved) X(Between, "between", Reserved) X(But, "but", Reserved) X(By, "by", Reserved) \
+    X(Come, "come", Free) X(Comes, "comes", Free) X(Considering, "considering", Reserved) X(Contain, "contain", Reserved) \
+    X(Contained, "contained", Free) X(Contains, "contains", Reserved) X(Continue, "continue", Starts) X(Copy, "copy", Reserved) \
+    X(Div, "div", Reserved) X(Does, "does", Reserved) X(Doesnt, "doesn't", Reserved) X(Eighth, "eighth", Picks) X(Else, "else", Reserved) \
+    X(End, "end", Reserved) X(Ends, "ends", Reserved) X(Equal, "equal", Reserved) X(Equals, "equals", Reserved) X(Error, "error", Reserved) X(Every, "every", Picks) \
+    X(Exit, "exit", Reserved) X(Fifth, "fifth", Picks) X(First, "first", Picks) X(For, "for", Reserved) X(Fourth, "fourth", Picks) \
+    X(From, "from", Reserved) X(Front, "front", Picks) X(Get, "get", Starts) X(Given, "given", Reserved) X(Global, "global", Reserved) \
+    X(Greater, "greater", Free) X(If, "if", Reserved) X(Ignoring, "ignoring", Reserved) X(In, "in", Reserved) X(Instead, "instead", Free) \
+    X(Into, "into", Reserved) X(Is, "is", Reserved) X(Isnt, "isn't", Reserved) X(It, "it", Starts) X(Its, "its", Starts) X(Last, "last", Picks) \
+    X(Less, "less", Free) X(Local, "local", Reserved) X(Me, "me", Starts) X(Middle, "middle", Picks) X(Mod, "mod", Reserved) X(My, "my", Starts) \
+    X(Named, "named", Reserved) X(Ninth, "ninth", Picks) X(Not, "not", Starts) X(Of, "of", Reserved) X(On, "on", Reserved) X(Onto, "onto", Reserved) \
+    X(Or, "or", Reserved) X(Out, "out", Free) X(Over, "over", Reserved) X(Prop, "prop", Reserved) X(Property, "property", Starts) X(Put, "put", Reserved) \
+    X(Ref, "ref", Starts) X(Reference, "reference", Starts) X(Repeat, "repeat", Reserved) X(Return, "return", Starts) \
+    X(Returning, "returning", Reserved) X(Script, "script", Starts) X(Second, "second", Picks) X(Set, "set", Reserved) X(Seventh, "seventh", Picks) \
+    X(Since, "since", Reserved) X(Sixth, "sixth", Picks) X(Some, "some", Picks) X(Start, "start", Free) X(Starts, "starts", Reserved) \
+    X(Tell, "tell", Reserved) X(Tenth, "tenth", Picks) X(Terms, "terms", Free) X(Than, "than", Free) X(That, "that", Reserved) X(The, "the", Starts) \
+    X(Then, "then", Reserved) X(Third, "third", Picks) X(Through, "through", Reserved) X(Thru, "thru", Reserved) X(Timeout, "timeout", Reserved) \
+    X(Times, "times", Reserved) X(To, "to", Reserved) X(Transaction, "transaction", Reserved) X(Try, "try", Reserved) X(Under, "under", Reserved) \
+    X(Until, "until", Reserved) X(Use, "use", Reserved) X(Using, "using", Reserved) X(Where, "where", Reserved) X(While, "while", Reserved) \
+    X(Whose, "whose", Reserved) X(With, "with", Reserved) X(Without, "without", Reserved)
 // clang-format on
 
 enum class Keyword : std::uint8_t {
     None,
-#define QUODDLE_KEYWORD(name, spelling, reserved) name,
+#define QUODDLE_KEYWORD(name, spelling, use) name,
     QUODDLE_KEYWORDS(QUODDLE_KEYWORD)
 #undef QUODDLE_KEYWORD
 };
 
+enum class KeywordUse : std::uint8_t {
+    Free,     // may be an identifier all the same
+    Reserved, // may not, unless in bars; nor may the following
+    Starts,   // can begin an operand
+    Picks,    // begins one, and a class comes next: every, first, back
+};
+
 /// Keyword::None when `word` (lower case) is none.
 Keyword keywordOf(std::string_view word);
-/// The word may not be the name of anything unless it stands in bars.
-bool isReserved(Keyword keyword);
+KeywordUse useOf(Keyword keyword);
+inline bool isReserved(Keyword keyword) {
+    return useOf(keyword) != KeywordUse::Free;
+}
 std::string_view spellingOf(Keyword keyword);
 
 } // namespace quoddle

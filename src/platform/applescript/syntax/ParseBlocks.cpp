@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Lines of statements and the lines' comments.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
 #include "platform/base/Text.h"
@@ -8,19 +9,16 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::uint16_t kNoComment = 2;
-constexpr std::uint16_t kOldText = 1;
-
 std::uint16_t commentFlags(CommentKind kind, bool onHeader) {
     switch (kind) {
     case CommentKind::Block:
-        return onHeader ? 4 : 0;
+        return onHeader ? flags::BlockOnHeader : flags::BlockComment;
     case CommentKind::Dashes:
-        return onHeader ? 3 : 1;
+        return onHeader ? flags::DashOnHeader : flags::DashComment;
     case CommentKind::Hash:
         break;
     }
-    return onHeader ? 7 : 6;
+    return onHeader ? flags::HashOnHeader : flags::HashComment;
 }
 
 /// Belongs to the script, not to its run handler.
@@ -43,7 +41,7 @@ Object* Parser::script() {
         return nil();
     if (all.size() > 1)
         return asBody(all);
-    return is(all[0], NodeKind::Line) ? all[0] : node(NodeKind::Line, {all[0], nil(), nil()}, kNoComment, 0);
+    return is(all[0], NodeKind::Line) ? all[0] : wrap(all[0], flags::NoComment, 0);
 }
 
 Object* Parser::asBody(const std::vector<Object*>& all) {
@@ -66,7 +64,7 @@ Object* Parser::block(Body body) {
     std::vector<Object*> all = lines(body);
     if (body != Body::Statements)
         checkDuplicates(all);
-    if (body == Body::ScriptObject && all.size() == 1 && is(all[0], NodeKind::Line) && all[0]->flags == kNoComment &&
+    if (body == Body::ScriptObject && all.size() == 1 && is(all[0], NodeKind::Line) && all[0]->flags == flags::NoComment &&
         !all[0]->children[0]->isNil())
         all[0] = all[0]->children[0];
     Object* made = all.size() > 1 ? node(NodeKind::Block, {list(all)}, 0, first) : all.empty() ? nil() : all[0];
@@ -89,7 +87,7 @@ std::vector<Object*> Parser::lines(Body body) {
     }
     // A text that ends with a line end has an empty last line.
     if (body == Body::Script && !failed() && mAt > 0 && mTokens[mAt - 1].kind == TokenKind::Newline)
-        all.push_back(node(NodeKind::Line, {nil(), nil(), nil()}, kNoComment, mAt));
+        all.push_back(wrap(nil(), flags::NoComment, mAt));
     return all;
 }
 
@@ -97,7 +95,7 @@ void Parser::line(std::vector<Object*>& all, Body body) {
     std::size_t first = mAt;
     if (peek().kind == TokenKind::Newline) {
         advance();
-        all.push_back(node(NodeKind::Line, {nil(), nil(), nil()}, kNoComment, first));
+        all.push_back(wrap(nil(), flags::NoComment, first));
         return;
     }
     if (peek().kind == TokenKind::Comment) {
@@ -109,7 +107,7 @@ void Parser::line(std::vector<Object*>& all, Body body) {
         if (peek().kind == TokenKind::Comment)
             made = commentLine(made, advance(), false);
         else if (body != Body::Statements && !is(made, NodeKind::Line) && !isDeclaration(made))
-            made = node(NodeKind::Line, {made, nil(), nil()}, kNoComment, first);
+            made = wrap(made, flags::NoComment, first);
         all.push_back(made);
     }
     if (peek().kind == TokenKind::Newline)
@@ -124,7 +122,7 @@ Object* Parser::commentLine(Object* statement, const Token& comment, bool onHead
     if (!comment.text.empty()) {
         // The old form, in Mac Roman, stands beside the new one for old readers.
         old = mStore.text(utf16FromMacRoman(macRomanFromUTF16(comment.text)));
-        old->flags = kOldText;
+        old->flags = flags::OldText;
         text = mStore.text(comment.text);
     }
     return node(NodeKind::Line, {statement, old, text}, commentFlags(comment.comment, onHeader), first);

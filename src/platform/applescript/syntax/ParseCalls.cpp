@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Calls of users' handlers: f(a, b), x's foo:a bar:b, f of x from y given z:1.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 #include "platform/applescript/syntax/Prepositions.h"
 
 #include "platform/base/Text.h"
 
 namespace quoddle {
-
-namespace {
-
-constexpr std::uint16_t kLabelled = 1;
-
-} // namespace
 
 /// The name has been read: a variable, or a call when its arguments follow.
 Object* Parser::call(const Word& name, Place place, std::size_t firstToken) {
@@ -26,7 +21,7 @@ Object* Parser::call(const Word& name, Place place, std::size_t firstToken) {
         return interleaved(firstToken);
     if (place != Place::Index && mUserLabels && atUserLabel()) {
         Object* labels = userLabels();
-        return node(NodeKind::Call, {id, nil(), labels}, kLabelled, firstToken);
+        return node(NodeKind::Call, {id, nil(), labels}, flags::Labelled, firstToken);
     }
     return node(NodeKind::Variable, {id}, 0, firstToken);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Commands with their direct and labelled parameters.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
 #include "platform/base/Text.h"
@@ -10,8 +11,6 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::uint16_t kOfForm = 1;
-constexpr std::uint16_t kPlainForm = 2;
 constexpr std::uint32_t kEnumerated = 0x2000;
 
 } // namespace
@@ -19,13 +18,13 @@ constexpr std::uint32_t kEnumerated = 0x2000;
 /// The name of the command has been read.
 Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstToken) {
     Depth depth(*this);
-    std::uint16_t flags = kPlainForm;
+    std::uint16_t form = flags::Command;
     Object* direct = nil();
     mActive.push_back(term);
     Saved labelsAllowed(mUserLabels, false);
     std::size_t words = 0;
     if (at(Keyword::Of) && !labelAt(term, 0, words)) {
-        flags = kOfForm;
+        form = flags::OfForm;
         advance();
         direct = reference();
     } else if (!labelAt(term, 0, words) && startsOperand()) {
@@ -36,12 +35,12 @@ Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstT
     }
     Object* labels = commandLabels(term);
     if (direct->isNil() && at(Keyword::Of) && !atActiveLabel()) { // count each word of x
-        flags = kOfForm;
+        form = flags::OfForm;
         advance();
         direct = reference();
     }
     mActive.pop_back();
-    return node(NodeKind::Call, {event, direct, labels}, flags, firstToken);
+    return node(NodeKind::Call, {event, direct, labels}, form, firstToken);
 }
 
 Object* Parser::commandLabels(const EventTerm* term) {

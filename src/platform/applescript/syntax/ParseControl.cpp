@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Statements with a body: if, tell, repeat, try, considering, with timeout, using terms from.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
 namespace quoddle {
-
-namespace {
-
-constexpr std::uint16_t kOneLine = 1;
-
-} // namespace
 
 /// The statement of a one-line `if` or `tell`.
 Object* Parser::inlineStatement() {
@@ -26,7 +21,7 @@ Object* Parser::ifStatement() {
         Object* otherwise = nil();
         if (accept(Keyword::Else))
             otherwise = inlineStatement();
-        return node(NodeKind::If, {condition, body, emptyList(), otherwise}, kOneLine, first);
+        return node(NodeKind::If, {condition, body, emptyList(), otherwise}, flags::OneLine, first);
     }
     if (!then && !atLineEnd())
         expected(u"“then”");
@@ -80,7 +75,7 @@ Object* Parser::tellStatement() {
     }
     if (pushed)
         mTerms.pop();
-    return node(NodeKind::Tell, {body, target}, oneLine ? kOneLine : 0, first);
+    return node(NodeKind::Tell, {body, target}, oneLine ? flags::OneLine : 0, first);
 }
 
 Object* Parser::repeatStatement() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Definitions: handlers with their parameters, script objects, properties.
 #include "platform/applescript/image/Block.h"
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
 #include "platform/base/Text.h"
@@ -11,8 +12,6 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::uint16_t kWrittenTo = 0x100;
-constexpr std::uint16_t kEventHeading = 2;
 constexpr OSStatus kDuplicateRun = -2789;
 
 /// The statement of a line, or the statement itself.
@@ -46,7 +45,7 @@ Object* Parser::pattern() {
     }
     if (accept(Keyword::The)) {
         Object* named = pattern();
-        return node(NodeKind::Line, {named, nil(), nil()}, 0x100, first);
+        return wrap(named, flags::The, first);
     }
     const Token& token = peek();
     if (token.kind == TokenKind::Integer || token.kind == TokenKind::Real || token.kind == TokenKind::Text || at(Keyword::It) ||
@@ -59,8 +58,7 @@ Object* Parser::pattern() {
 /// name as class : default value
 Object* Parser::parameter() {
     std::size_t first = mAt;
-    bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
-    mTokens[mAt].afterBreak = false;
+    bool broken = takeBreak();
     Object* made = pattern();
     if (accept(Keyword::As))
         made = node(NodeKind::As, {made, typeName()}, 0, first);
@@ -69,7 +67,7 @@ Object* Parser::parameter() {
         made = literal(mStore.block(block::OptionalParameterNode, {mStore.integer(0), mStore.integer(0), made, nil(), value}), first);
     }
     made = breakAfter(made);
-    return broken ? node(NodeKind::Line, {made, nil(), nil()}, 9, first) : made;
+    return broken ? wrap(made, flags::BreakBefore, first) : made;
 }
 
 Object* Parser::handler() {
@@ -83,7 +81,7 @@ Object* Parser::handler() {
     while (!failed() && !atLineEnd()) // whatever name stands there
         advance();
     checkDeclarations(body);
-    return node(NodeKind::Handler, {heading, body}, to ? kWrittenTo : 0, first);
+    return node(NodeKind::Handler, {heading, body}, to ? flags::WrittenTo : 0, first);
 }
 
 Object* Parser::handlerHeading() {
@@ -110,13 +108,13 @@ Object* Parser::handlerHeading() {
 
 /// on open files; on adding folder items to folder after receiving files
 Object* Parser::eventHeading(Object* event, const EventTerm* term, std::size_t firstToken) {
-    std::uint16_t flags = kEventHeading;
+    std::uint16_t form = flags::Command;
     Object* direct = nil();
     std::vector<Object*> pairs;
     mActive.push_back(term);
     std::size_t words = 0;
     if (at(Symbol::LeftParen) && at(Symbol::RightParen, 1)) {
-        flags = 0;
+        form = 0;
         skip(2);
     } else if (!atLineEnd() && !labelAt(term, 0, words) && !at(Keyword::Given)) {
         if (!accept(Keyword::Of))
@@ -146,7 +144,7 @@ Object* Parser::eventHeading(Object* event, const EventTerm* term, std::size_t f
         addLabel(pairs, key, parameter(), first);
     }
     mActive.pop_back();
-    return node(NodeKind::Call, {event, direct, labels(pairs)}, flags, firstToken);
+    return node(NodeKind::Call, {event, direct, labels(pairs)}, form, firstToken);
 }
 
 /// on f(a, b); on f of x from a given b:c

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Elements: a class with an index, a name, a range, an ordinal; insertion points; and the classes whose values can be written as literals.
 #include "platform/applescript/syntax/ApplicationLiteral.h"
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 #include "platform/applescript/syntax/SourceText.h"
 
@@ -10,12 +11,6 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::uint16_t kOrdinalWord = 1;
-constexpr std::uint16_t kNumericOrdinal = 0x102;
-constexpr std::uint16_t kFrontOrBack = 0x100;
-constexpr std::uint16_t kPluralWritten = 1;
-constexpr std::uint16_t kThru = 0x100;
-constexpr std::uint16_t kThrough = 0x101;
 constexpr std::uint8_t kDataTag = 13;
 constexpr OSStatus kInvalidDate = -30720;
 constexpr std::int64_t kSecondsPerDay = 86400;
@@ -25,9 +20,6 @@ constexpr std::int64_t kSecondsPerDay = 86400;
 /// The class has been read; what picks its elements may follow.
 Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken) {
     FourCharCode code = classCode->code();
-    NodeKind relation{};
-    std::uint16_t flags = 0;
-    std::size_t tokens = 0;
     auto byKey = [&](FourCharCode form) {
         advance();
         Object* key = index();
@@ -40,10 +32,8 @@ Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken
         return applicationNamed(firstToken);
     if (code == "ldt "_4cc && peek().kind == TokenKind::Text)
         return dateNamed(firstToken);
-    if (free && kind == TermKind::Class && isRelation(0, relation, flags, tokens)) {
-        skip(tokens);
-        return insertion(relation, classCode, flags, firstToken);
-    }
+    if (auto relation = free && kind == TermKind::Class ? relationAt(0) : std::nullopt)
+        return insertion(*relation, classCode, firstToken);
     if (free && at(Keyword::From) && startsOperand(1)) {
         advance();
         Object* from = rangeBound();
@@ -60,7 +50,7 @@ Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken
     if (startsIndex())
         return indexed(classCode, firstToken);
     if (kind == TermKind::Plural)
-        return node(NodeKind::Every, {classCode}, kPluralWritten, firstToken);
+        return node(NodeKind::Every, {classCode}, flags::Plural, firstToken);
     return literal(classCode, firstToken);
 }
 
@@ -71,7 +61,7 @@ Object* Parser::indexed(Object* classCode, std::size_t firstToken) {
     bool through = at(Keyword::Through);
     advance();
     Object* to = rangeBound();
-    return node(NodeKind::Range, {classCode, at1, to}, through ? kThrough : kThru, firstToken);
+    return node(NodeKind::Range, {classCode, at1, to}, through ? flags::Through : flags::Thru, firstToken);
 }
 
 /// id 5, index 2, named "x": a key form and its key.
@@ -126,8 +116,7 @@ Object* Parser::index() {
         return at(Keyword::My) ? unfiltered() : primary(Place::Index);
     }
     std::size_t first = mAt;
-    bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
-    mTokens[mAt].afterBreak = false;
+    bool broken = takeBreak();
     advance();
     const Token& number = peek();
     Object* made = nullptr;
@@ -141,7 +130,7 @@ Object* Parser::index() {
         Object* value = primary(Place::Index);
         made = node(NodeKind::Negate, {value}, 0, first);
     }
-    return broken ? node(NodeKind::Line, {made, nil(), nil()}, 9, first) : made;
+    return broken ? wrap(made, flags::BreakBefore, first) : made;
 }
 
 /// One end of a range: a number, or an element.
@@ -158,13 +147,13 @@ Object* Parser::ordinal(std::size_t firstToken) {
                                             Keyword::Sixth, Keyword::Seventh, Keyword::Eighth, Keyword::Ninth,  Keyword::Tenth};
     const Token& token = advance();
     Keyword form = token.keyword;
-    Object* classCode = classAfter(token.kind == TokenKind::Ordinal ? u"number" : u"ordinal");
+    Object* classCode = pickedClass();
     auto pick = [&](std::int32_t index, std::uint16_t flags) {
         Object* value = literal(mStore.integer(index), firstToken);
         return node(NodeKind::Element, {classCode, value}, flags, firstToken);
     };
     if (token.kind == TokenKind::Ordinal)
-        return pick(static_cast<std::int32_t>(token.number), kNumericOrdinal);
+        return pick(static_cast<std::int32_t>(token.number), flags::NumericOrdinal);
     switch (form) {
     case Keyword::Every:
         return node(NodeKind::Every, {classCode}, 0, firstToken);
@@ -173,23 +162,23 @@ Object* Parser::ordinal(std::size_t firstToken) {
     case Keyword::Middle:
         return node(NodeKind::Middle, {classCode}, 0, firstToken);
     case Keyword::Last:
-        return pick(-1, kOrdinalWord);
+        return pick(-1, flags::OrdinalWord);
     case Keyword::Front:
-        return pick(1, kFrontOrBack);
+        return pick(1, flags::FrontOrBack);
     case Keyword::Back:
-        return pick(-1, kFrontOrBack);
+        return pick(-1, flags::FrontOrBack);
     default:
         break;
     }
     for (std::int32_t i = 0; i < 10; ++i) {
         if (kOrdinals[i] == form)
-            return pick(i + 1, kOrdinalWord);
+            return pick(i + 1, flags::OrdinalWord);
     }
     return expected(u"expression");
 }
 
 /// The class name that an ordinal, `every` or `some` needs.
-Object* Parser::classAfter(std::u16string_view) {
+Object* Parser::pickedClass() {
     const Token& token = peek();
     if (token.kind == TokenKind::RawCode && token.text.starts_with(u"class ")) {
         advance();
@@ -206,44 +195,28 @@ Object* Parser::classAfter(std::u16string_view) {
     return codeOf(*match.term);
 }
 
-/// before, after, in front of, in back of, behind.
-bool Parser::isRelation(std::size_t ahead, NodeKind& kind, std::uint16_t& flags, std::size_t& tokens) const {
-    tokens = 1;
-    flags = 0;
-    switch (peek(ahead).keyword) {
+std::optional<Parser::Relation> Parser::relationAt(std::size_t ahead) const {
+    std::size_t in = at(Keyword::In, ahead) ? 1 : 0;
+    switch (peek(ahead + in).keyword) {
     case Keyword::Before:
-        kind = NodeKind::Before;
-        return true;
+        return in ? std::nullopt : std::optional(Relation{NodeKind::Before, 0, 1});
     case Keyword::After:
-        kind = NodeKind::After;
-        return true;
+        return in ? std::nullopt : std::optional(Relation{NodeKind::After, 0, 1});
     case Keyword::Behind:
-        kind = NodeKind::After;
-        flags = 1;
-        return true;
-    case Keyword::In:
-        if ((!at(Keyword::Front, ahead + 1) && !at(Keyword::Back, ahead + 1)) || !at(Keyword::Of, ahead + 2))
-            return false;
-        kind = at(Keyword::Front, ahead + 1) ? NodeKind::Before : NodeKind::After;
-        flags = 0x100;
-        tokens = 3;
-        return true;
+        return in ? std::nullopt : std::optional(Relation{NodeKind::After, flags::Behind, 1});
     case Keyword::Front:
     case Keyword::Back:
-        if (!at(Keyword::Of, ahead + 1))
-            return false;
-        kind = at(Keyword::Front, ahead) ? NodeKind::Before : NodeKind::After;
-        flags = 0x100;
-        tokens = 2;
-        return true;
+        if (!at(Keyword::Of, ahead + in + 1))
+            return std::nullopt;
+        return Relation{at(Keyword::Front, ahead + in) ? NodeKind::Before : NodeKind::After, flags::FrontOf, in + 2};
     default:
-        return false;
+        return std::nullopt;
     }
 }
 
-/// `before x`, or `word before x` with a class. The words have been read.
-Object* Parser::insertion(NodeKind kind, Object* classCode, std::uint16_t flags, std::size_t firstToken) {
-    Object* part = node(kind, {classCode ? classCode : mStore.code("insl"_4cc)}, flags, firstToken);
+Object* Parser::insertion(const Relation& relation, Object* classCode, std::size_t firstToken) {
+    skip(relation.tokens);
+    Object* part = node(relation.kind, {classCode ? classCode : mStore.code("insl"_4cc)}, relation.flags, firstToken);
     Object* container = reference();
     return node(NodeKind::Of, {part, container}, 0, firstToken);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Operators: one table of their spellings, with the node, the flags that keep the spelling, and how tightly they bind.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/OperatorTable.h"
 #include "platform/applescript/syntax/ParserState.h"
 
@@ -77,7 +78,7 @@ Object* Parser::binary(Object* left, const OperatorRow& row, std::size_t firstTo
         const Term* term = mTerms.name(right->children[0]->code(), {TermKind::Property});
         if (term && term->boolean) { // x is running: running of x = true
             Object* asked = node(NodeKind::Of, {right, left}, 0, firstToken);
-            return node(row.kind, {asked, literal(mStore.constant("boov"_4cc, "true"_4cc), firstToken)}, 2, firstToken);
+            return node(row.kind, {asked, literal(mStore.constant("boov"_4cc, "true"_4cc), firstToken)}, flags::Asks, firstToken);
         }
     }
     Object* made = row.swaps ? node(row.kind, {right, left}, row.flags, firstToken) : node(row.kind, {left, right}, row.flags, firstToken);
@@ -111,8 +112,7 @@ Object* Parser::operand() {
 /// The right side of `as`: a class, a list of classes, or whatever tells one.
 Object* Parser::typeName() {
     std::size_t first = mAt;
-    bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
-    mTokens[mAt].afterBreak = false;
+    bool broken = takeBreak();
     Object* type = nullptr;
     if (TermMatch match = matchTerm({TermKind::Class, TermKind::Plural})) {
         skip(match.words);
@@ -123,7 +123,7 @@ Object* Parser::typeName() {
         return reference();
     }
     type = breakAfter(type);
-    return broken ? node(NodeKind::Line, {type, nil(), nil()}, 9, first) : type;
+    return broken ? wrap(type, flags::BreakBefore, first) : type;
 }
 
 } // namespace quoddle

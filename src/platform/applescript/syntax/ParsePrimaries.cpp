@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Primaries: what an expression is made of when its operators and its containers are taken away.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
 #include "platform/base/Text.h"
@@ -8,9 +9,6 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::uint16_t kBreakBefore = 9;
-constexpr std::uint16_t kBreakAfter = 10;
-constexpr std::uint16_t kParentheses = 5;
 constexpr std::uint8_t kDataTag = 13;
 
 int hexDigit(char16_t c) {
@@ -25,10 +23,14 @@ int hexDigit(char16_t c) {
 Object* Parser::primary(Place place) {
     Depth depth(*this);
     std::size_t first = mAt;
-    bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
-    mTokens[mAt].afterBreak = false;
+    bool broken = takeBreak();
     Object* made = breakAfter(primaryCore(place));
-    return broken ? node(NodeKind::Line, {made, nil(), nil()}, kBreakBefore, first) : made;
+    return broken ? wrap(made, flags::BreakBefore, first) : made;
+}
+
+bool Parser::takeBreak() {
+    bool here = std::exchange(mTokens[mAt].afterBreak, false);
+    return std::exchange(mPendingBreak, false) || here;
 }
 
 Object* Parser::breakAfter(Object* made) {
@@ -36,7 +38,7 @@ Object* Parser::breakAfter(Object* made) {
     if (!next.afterBreak || startsOperand())
         return made;
     next.afterBreak = false;
-    return node(NodeKind::Line, {made, nil(), nil()}, kBreakAfter, mAt ? mAt - 1 : 0);
+    return wrap(made, flags::BreakAfter, mAt ? mAt - 1 : 0);
 }
 
 Object* Parser::primaryCore(Place place) {
@@ -120,13 +122,10 @@ Object* Parser::wordPrimary(Place place) {
 Object* Parser::keywordPrimary(Place place, bool& handled) {
     std::size_t first = mAt;
     handled = true;
-    NodeKind relation{};
-    std::uint16_t flags = 0;
-    std::size_t tokens = 0;
-    if (isRelation(0, relation, flags, tokens)) {
-        skip(tokens);
-        return insertion(relation, nullptr, flags, first);
-    }
+    if (auto relation = relationAt(0))
+        return insertion(*relation, nullptr, first);
+    if (useOf(peek().keyword) == KeywordUse::Picks)
+        return ordinal(first);
     switch (peek().keyword) {
     case Keyword::It:
     case Keyword::Me: {
@@ -157,23 +156,6 @@ Object* Parser::keywordPrimary(Place place, bool& handled) {
     case Keyword::My:
     case Keyword::Its:
         return reference();
-    case Keyword::Every:
-    case Keyword::Some:
-    case Keyword::Middle:
-    case Keyword::First:
-    case Keyword::Second:
-    case Keyword::Third:
-    case Keyword::Fourth:
-    case Keyword::Fifth:
-    case Keyword::Sixth:
-    case Keyword::Seventh:
-    case Keyword::Eighth:
-    case Keyword::Ninth:
-    case Keyword::Tenth:
-    case Keyword::Last:
-    case Keyword::Front:
-    case Keyword::Back:
-        return ordinal(first);
     case Keyword::Set:
         if (place != Place::Index)
             return setStatement(NodeKind::Set);
@@ -228,7 +210,7 @@ Object* Parser::parenthesized() {
         inner = expression();
     }
     expect(Symbol::RightParen);
-    return node(NodeKind::Line, {inner, nil(), nil()}, kParentheses, first);
+    return wrap(inner, flags::Parentheses, first);
 }
 
 std::vector<Object*> Parser::itemsUntil(Symbol close) {
@@ -307,27 +289,13 @@ Object* Parser::brackets() {
 
 /// «class abcd» and its like.
 Object* Parser::rawCode(Place place) {
-    std::size_t first = mAt;
     const Token& token = peek();
     std::size_t blank = token.text.find(' ');
     std::u16string_view kind = token.text.substr(0, blank);
     std::string bytes = blank == std::u16string_view::npos ? std::string() : macRomanFromUTF16(token.text.substr(blank + 1));
-    if (kind == u"class" || kind == u"property" || kind == u"preposition" || kind == u"keyform") {
-        if (bytes.empty() || bytes.size() > 4)
-            return expected(u"expression");
-        advance();
-        FourCharCode code = fourCharCode(bytes);
-        if (place == Place::Type)
-            return literal(mStore.code(code), first);
-        NodeKind relation{};
-        std::uint16_t flags = 0;
-        std::size_t tokens = 0;
-        if (kind == u"class" && place != Place::Index &&
-            (startsIndex() || startsKey() || at(Keyword::From) || isRelation(0, relation, flags, tokens)))
-            return element(mStore.code(code), TermKind::Class, first);
-        bool onlyClass = mTerms.name(code, {TermKind::Class}) && !mTerms.name(code, {TermKind::Property});
-        return kind == u"class" && onlyClass ? literal(mStore.code(code), first) : node(NodeKind::Term, {mStore.code(code)}, 0, first);
-    }
+    std::size_t first = mAt;
+    if (kind == u"class" || kind == u"property")
+        return bytes.empty() || bytes.size() > 4 ? expected(u"expression") : rawClass(fourCharCode(bytes), kind == u"class", place);
     if (kind == u"constant" && (bytes.size() == 8 || bytes.size() == 4)) {
         advance();
         FourCharCode code = fourCharCode(std::string_view(bytes).substr(0, 4));
@@ -341,18 +309,37 @@ Object* Parser::rawCode(Place place) {
         const Term* term = mTerms.event(eventClass, eventID);
         return command(eventCode(eventClass, eventID, term ? term->event : nullptr), term ? term->event : nullptr, first);
     }
-    if (kind == u"data" && token.text.size() >= 9 && token.text.size() % 2 == 1) {
-        std::string data = macRomanFromUTF16(token.text.substr(5, 4));
-        for (std::size_t i = 9; i + 1 < token.text.size(); i += 2) {
-            int high = hexDigit(token.text[i]), low = hexDigit(token.text[i + 1]);
-            if (high < 0 || low < 0)
-                return expected(u"expression");
-            data += static_cast<char>(high << 4 | low);
-        }
-        advance();
-        return literal(mStore.data(kDataTag, data), first);
-    }
+    if (kind == u"data" && blank != std::u16string_view::npos)
+        return rawData(token.text.substr(blank + 1));
     return fail(OSASyntaxTypeError, u"Expected expression but found unknown token.", token);
+}
+
+/// By itself a raw class is a property, unless all that is known of the code is that it is a class.
+Object* Parser::rawClass(FourCharCode code, bool maybeClass, Place place) {
+    std::size_t first = mAt;
+    advance();
+    if (place == Place::Type)
+        return literal(mStore.code(code), first);
+    if (maybeClass && place != Place::Index && (startsIndex() || startsKey() || at(Keyword::From) || relationAt(0)))
+        return element(mStore.code(code), TermKind::Class, first);
+    bool onlyClass = mTerms.name(code, {TermKind::Class}) && !mTerms.name(code, {TermKind::Property});
+    return maybeClass && onlyClass ? literal(mStore.code(code), first) : node(NodeKind::Term, {mStore.code(code)}, 0, first);
+}
+
+/// A type of four characters and hexadecimal digits.
+Object* Parser::rawData(std::u16string_view text) {
+    std::size_t first = mAt;
+    std::string data = macRomanFromUTF16(text.substr(0, 4));
+    bool valid = data.size() == 4 && text.size() % 2 == 0;
+    for (std::size_t i = 4; valid && i + 1 < text.size(); i += 2) {
+        int high = hexDigit(text[i]), low = hexDigit(text[i + 1]);
+        valid = high >= 0 && low >= 0;
+        data += static_cast<char>(high << 4 | low);
+    }
+    if (!valid)
+        return expected(u"expression");
+    advance();
+    return literal(mStore.data(kDataTag, data), first);
 }
 
 } // namespace quoddle

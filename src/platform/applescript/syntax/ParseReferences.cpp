@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 // References: parts and containers, possessives, filters.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
 namespace quoddle {
 
 namespace {
 
-constexpr std::uint16_t kMy = 1;
-constexpr std::uint16_t kIts = 2;
-constexpr std::uint16_t kPossessive = 3;
-constexpr std::uint16_t kIn = 0x100;
 constexpr std::size_t kMaxPossessives = 100;
 
 } // namespace
@@ -31,7 +28,8 @@ Object* Parser::reference() {
     if (atWord("exists") && !atActiveLabel()) {
         const Term* exists = mTerms.event("core"_4cc, "doex"_4cc);
         advance();
-        made = node(NodeKind::Call, {eventCode("core"_4cc, "doex"_4cc, exists ? exists->event : nullptr), made, emptyList()}, 3, first);
+        made = node(NodeKind::Call, {eventCode("core"_4cc, "doex"_4cc, exists ? exists->event : nullptr), made, emptyList()},
+                    flags::Postfix, first);
     }
     return made;
 }
@@ -41,7 +39,7 @@ Object* Parser::unfiltered() {
     Depth depth(*this);
     std::size_t first = mAt;
     bool broken = std::exchange(mPendingBreak, false) || peek().afterBreak;
-    auto wrapped = [&](Object* made) { return broken ? node(NodeKind::Line, {made, nil(), nil()}, 9, first) : made; };
+    auto wrapped = [&](Object* made) { return broken ? wrap(made, flags::BreakBefore, first) : made; };
     auto start = [&](std::size_t tokens) {
         mTokens[mAt].afterBreak = false;
         skip(tokens);
@@ -52,7 +50,7 @@ Object* Parser::unfiltered() {
         if (at(Keyword::The)) {
             start(1);
             Object* named = unfiltered();
-            return wrapped(node(NodeKind::Line, {named, nil(), nil()}, 0x100, first));
+            return wrapped(wrap(named, flags::The, first));
         }
         if ((at(Keyword::My) || at(Keyword::Its)) && (startsOperand(1) || failed())) {
             bool my = at(Keyword::My);
@@ -60,7 +58,7 @@ Object* Parser::unfiltered() {
             mTargeted = true;
             Object* part = unfiltered();
             Object* owner = node(my ? NodeKind::Me : NodeKind::It, {}, 0, first);
-            return wrapped(node(NodeKind::Of, {part, owner}, my ? kMy : kIts, first));
+            return wrapped(node(NodeKind::Of, {part, owner}, my ? flags::My : flags::Its, first));
         }
         std::size_t tokens = at(Keyword::A) ? 1 : 0;
         if (at(Keyword::Ref, tokens) || at(Keyword::Reference, tokens)) {
@@ -98,9 +96,9 @@ Object* Parser::contained(Object* part, std::size_t firstToken) {
     }
     if (is(part, NodeKind::Variable) && mUserLabels && atUserLabel()) {
         Object* labels = userLabels();
-        return node(NodeKind::Call, {part->children[0], container, labels}, 1, firstToken);
+        return node(NodeKind::Call, {part->children[0], container, labels}, flags::Labelled, firstToken);
     }
-    return node(NodeKind::Of, {part, container}, in ? kIn : 0, firstToken);
+    return node(NodeKind::Of, {part, container}, in ? flags::In : 0, firstToken);
 }
 
 /// `of` or `in` stands here and is not the label of a command that is being read.
@@ -109,10 +107,7 @@ bool Parser::atContainer() const {
         return false;
     if (at(Keyword::Of))
         return !atActiveLabel();
-    NodeKind kind{};
-    std::uint16_t flags = 0;
-    std::size_t tokens = 0;
-    return at(Keyword::In) && !isRelation(0, kind, flags, tokens) && !atActiveLabel();
+    return at(Keyword::In) && !relationAt(0) && !atActiveLabel();
 }
 
 Object* Parser::possessives() {
@@ -124,20 +119,20 @@ Object* Parser::possessives() {
         advance();
         // it's name: the old spelling of `its name`
         Object* part = primary(Place::Part);
-        made = node(NodeKind::Of, {part, made}, kPossessive, first);
+        made = node(NodeKind::Of, {part, made}, flags::Possessive, first);
     }
     return made;
 }
 
 Object* Parser::filtered(Object* made, std::size_t firstToken) {
-    std::uint16_t flags = at(Keyword::Whose) ? 0x100 : at(Keyword::Where) ? 1 : 2;
+    std::uint16_t spelling = at(Keyword::Whose) ? flags::Whose : at(Keyword::Where) ? flags::Where : flags::That;
     advance();
     Object* test = nullptr;
     {
         Saved labels(mUserLabels, false);
         test = expression();
     }
-    return node(NodeKind::Filter, {made, test}, flags, firstToken);
+    return node(NodeKind::Filter, {made, test}, spelling, firstToken);
 }
 
 bool Parser::startsOperand(std::size_t ahead) const {
@@ -160,51 +155,19 @@ bool Parser::startsOperand(std::size_t ahead) const {
     }
     if (atActiveLabel(ahead))
         return false;
-    if (!isReserved(token.keyword))
+    switch (useOf(token.keyword)) {
+    case KeywordUse::Free:
+    case KeywordUse::Starts:
+    case KeywordUse::Picks:
         return true;
-    switch (token.keyword) {
-    case Keyword::Every:
-    case Keyword::Some:
-    case Keyword::First:
-    case Keyword::Second:
-    case Keyword::Third:
-    case Keyword::Fourth:
-    case Keyword::Fifth:
-    case Keyword::Sixth:
-    case Keyword::Seventh:
-    case Keyword::Eighth:
-    case Keyword::Ninth:
-    case Keyword::Tenth:
-    case Keyword::Last:
-    case Keyword::Front:
-    case Keyword::Back:
-    case Keyword::Middle:
-    case Keyword::Beginning:
-    case Keyword::Before:
-    case Keyword::After:
-    case Keyword::Behind:
-    case Keyword::My:
-    case Keyword::Its:
-    case Keyword::It:
-    case Keyword::Me:
-    case Keyword::The:
-    case Keyword::Ref:
-    case Keyword::Reference:
-    case Keyword::Not:
-    case Keyword::Return:
-    case Keyword::Get:
-    case Keyword::Script:
-    case Keyword::Property:
-    case Keyword::Continue:
-    case Keyword::App:
-        return true;
-    case Keyword::End: // but not the end of a block on its own line
-        return at(Keyword::Of, ahead + 1) || at(Keyword::In, ahead + 1) || ahead > 0;
-    case Keyword::In:
-        return at(Keyword::Front, ahead + 1) || at(Keyword::Back, ahead + 1);
-    default:
-        return matchTerm({TermKind::Event, TermKind::Property, TermKind::Class}, ahead).words > 1;
+    case KeywordUse::Reserved:
+        break;
     }
+    if (token.keyword == Keyword::End) // but not the end of a block on its own line
+        return at(Keyword::Of, ahead + 1) || at(Keyword::In, ahead + 1) || ahead > 0;
+    if (token.keyword == Keyword::In)
+        return relationAt(ahead).has_value();
+    return matchTerm({TermKind::Event, TermKind::Property, TermKind::Class}, ahead).words > 1;
 }
 
 } // namespace quoddle

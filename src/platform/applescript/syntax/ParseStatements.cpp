@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Statements of one line.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
 namespace quoddle {
-
-namespace {
-
-constexpr std::uint16_t kBreakBefore = 9;
-
-} // namespace
 
 /// A line break in front of a statement (behind `then` or `to`) is kept by the statement, or by what an expression begins with.
 Object* Parser::statement() {
@@ -19,7 +14,7 @@ Object* Parser::statement() {
     bool handled = true;
     Object* made = keywordStatement(handled);
     if (handled)
-        return broken ? node(NodeKind::Line, {made, nil(), nil()}, kBreakBefore, first) : made;
+        return broken ? wrap(made, flags::BreakBefore, first) : made;
     mTokens[mAt].afterBreak = broken;
     return expressionStatement();
 }

@@ -61,6 +61,10 @@ private:
     Object* node(NodeKind kind, std::initializer_list<Object*> children, std::uint16_t flags, std::size_t firstToken) {
         return node(kind, std::span(children.begin(), children.size()), flags, firstToken);
     }
+    /// A Line that keeps how an expression was written.
+    Object* wrap(Object* expression, std::uint16_t how, std::size_t firstToken) {
+        return node(NodeKind::Line, {expression, nil(), nil()}, how, firstToken);
+    }
     Object* literal(Object* value, std::size_t firstToken) { return node(NodeKind::Literal, {value}, 0, firstToken); }
     Object* list(const std::vector<Object*>& items) { return mStore.list(items); }
     Object* nil() { return mStore.nil(); }
@@ -95,6 +99,8 @@ private:
     Object* primaryCore(Place place);
     /// Keeps a line break that stands between the operand just read and what is no operand.
     Object* breakAfter(Object* operand);
+    /// Whether a line break stands before the operand that comes now; the operand has to keep it.
+    bool takeBreak();
     Object* wordPrimary(Place place);
     Object* keywordPrimary(Place place, bool& handled);
     Object* termPrimary(const TermMatch& match, Place place);
@@ -105,21 +111,30 @@ private:
     /// The label in front of a colon: an identifier or a code; nullptr when there is none.
     Object* recordKey();
     Object* rawCode(Place place);
+    Object* rawClass(FourCharCode code, bool maybeClass, Place place);
+    Object* rawData(std::u16string_view text);
     std::vector<Object*> itemsUntil(Symbol close);
 
     // --- elements (ParseElements.cpp)
     Object* element(Object* classCode, TermKind kind, std::size_t firstToken);
     Object* indexed(Object* classCode, std::size_t firstToken);
     Object* ordinal(std::size_t firstToken);
-    Object* classAfter(std::u16string_view form);
+    Object* pickedClass();
     Object* index();
     Object* rangeBound();
-    Object* insertion(NodeKind kind, Object* classCode, std::uint16_t flags, std::size_t firstToken);
+    /// before, after, behind, in front of, in back of
+    struct Relation {
+        NodeKind kind;
+        std::uint16_t flags;
+        std::size_t tokens;
+    };
+    std::optional<Relation> relationAt(std::size_t ahead) const;
+    /// `before x`, or `word before x` with a class.
+    Object* insertion(const Relation& relation, Object* classCode, std::size_t firstToken);
     Object* applicationNamed(std::size_t firstToken);
     Object* dateNamed(std::size_t firstToken);
     bool startsIndex() const;
     bool startsKey() const;
-    bool isRelation(std::size_t ahead, NodeKind& kind, std::uint16_t& flags, std::size_t& tokens) const;
 
     // --- commands and calls (ParseCommands.cpp)
     Object* command(Object* event, const EventTerm* term, std::size_t firstToken);
@@ -231,7 +246,6 @@ private:
     bool mUsesAdditions;
     ParseError mError;
     std::unordered_map<std::string_view, Object*> mIdentifiers;
-    std::unordered_map<std::string_view, Object*> mEvents;
     mutable std::vector<std::string_view> mWords;
     /// Commands whose labels may still come, innermost last.
     std::vector<const EventTerm*> mActive;

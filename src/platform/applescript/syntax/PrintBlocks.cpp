@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Statements with a body.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/PrinterState.h"
 
 namespace quoddle {
@@ -14,7 +15,7 @@ bool is(const Object* node, NodeKind kind) {
 
 /// The statement of a one-line `if` or `tell`. One with a body stands a level deeper when it begins a new line.
 void Printer::oneLine(const Object* node) {
-    if (is(node, NodeKind::Line) && node->flags == 9) {
+    if (is(node, NodeKind::Line) && node->flags == flags::BreakBefore) {
         lineBreak();
         ++mIndent;
         statement(node->children[0]);
@@ -31,7 +32,7 @@ void Printer::ifStatement(const Object* node) {
     expression(condition);
     blank();
     keyword("then");
-    if (node->flags & 1) {
+    if (node->flags & flags::OneLine) {
         oneLine(then);
         if (!otherwise->isNil()) {
             blank();
@@ -69,9 +70,9 @@ bool Printer::push(const Object* target) {
 
 void Printer::tellStatement(const Object* node) {
     keyword("tell ");
-    node->flags & 1 ? target(node->children[1]) : expression(node->children[1]);
+    node->flags& flags::OneLine ? target(node->children[1]) : expression(node->children[1]);
     bool pushed = push(node->children[1]);
-    if (node->flags & 1) {
+    if (node->flags & flags::OneLine) {
         blank();
         keyword("to");
         oneLine(node->children[0]);
@@ -136,6 +137,27 @@ void Printer::tryStatement(const Object* node) {
     } else {
         keyword("end try");
     }
+}
+
+void Printer::withStatement(const Object* node) {
+    bool timeout = is(node, NodeKind::Timeout);
+    keyword(timeout ? "with timeout of " : "with transaction");
+    if (!node->children[1]->isNil()) {
+        blank();
+        expression(node->children[1]);
+    }
+    if (timeout)
+        keyword(" seconds");
+    body(node->children[0], timeout ? "end timeout" : "end transaction");
+}
+
+void Printer::usingStatement(const Object* node) {
+    keyword("using terms from ");
+    expression(node->children[1]);
+    bool pushed = push(node->children[1]);
+    body(node->children[0], "end using terms from");
+    if (pushed)
+        mTerms.pop();
 }
 
 void Printer::considerations(const Object* list) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Commands and calls of handlers, with their labelled parameters.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/Prepositions.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
@@ -135,7 +136,7 @@ void Printer::command(const Object* node) {
         else
             put(Kind::Term, sourcetext::rawCode(u"event", event->bytes.substr(0, 8)));
     };
-    if (node->flags == 3 && !direct->isNil()) {
+    if (node->flags == flags::Postfix && !direct->isNil()) {
         headExpression(direct, Level::Operand);
         blank();
         words();
@@ -145,11 +146,11 @@ void Printer::command(const Object* node) {
     const EventTerm* parts = term ? term->event : nullptr;
     if (!direct->isNil()) {
         blank();
-        if (node->flags & 1)
+        if (node->flags == flags::OfForm)
             keyword("of ");
         bool exposed = exposes(direct, parts) || (is(direct, NodeKind::Call) && levelOf(direct) == Level::Or && !labels->children.empty());
         bool exists = event->code(1) == "doex"_4cc;
-        Level needed = exposed || node->flags & 1 ? Level::Operand : exists ? Level::As : Level::Or;
+        Level needed = exposed || node->flags == flags::OfForm ? Level::Operand : exists ? Level::As : Level::Or;
         if (exposed && levelOf(direct) == Level::Operand && !is(direct, NodeKind::Line)) {
             put(Kind::Plain, u"(");
             closedExpression(direct);
@@ -230,10 +231,10 @@ bool Printer::exposes(const Object* node, const EventTerm* term) const {
         left.pop_back();
         if (at->kind != ObjectKind::Node)
             continue;
-        if ((as && is(at, NodeKind::As)) || (is(at, NodeKind::Of) && !(at->flags & 3) && (at->flags & 0x100 ? in : of)))
+        if ((as && is(at, NodeKind::As)) || (is(at, NodeKind::Of) && !(at->flags & flags::Possessive) && (at->flags & flags::In ? in : of)))
             return true;
-        bool open =
-            levelOf(at) != Level::Operand || is(at, NodeKind::Of) || is(at, NodeKind::Negate) || (is(at, NodeKind::Line) && at->flags != 5);
+        bool open = levelOf(at) != Level::Operand || is(at, NodeKind::Of) || is(at, NodeKind::Negate) ||
+                    (is(at, NodeKind::Line) && at->flags != flags::Parentheses);
         if (open && !is(at, NodeKind::Call))
             left.insert(left.end(), at->children.begin(), at->children.end());
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Expressions: operators with the parentheses they need, lists, records, wrappers that keep how something was written.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
 
@@ -9,8 +10,6 @@
 namespace quoddle {
 
 namespace {
-
-constexpr std::size_t kMaxDepth = 400;
 
 bool is(const Object* node, NodeKind kind) {
     return node->isNode(tagOf(kind));
@@ -67,12 +66,12 @@ Level Printer::levelOf(const Object* node) const {
     case NodeKind::Continue:
         return Level::Or;
     case NodeKind::Call:
-        if (node->children.size() < 3 || node->flags == 3)
+        if (node->children.size() < 3 || node->flags == flags::Postfix)
             return Level::Operand;
         if (node->children[0]->kind == ObjectKind::Identifier)
             return node->children[2]->children.empty() ? Level::Operand : Level::Or;
         // `count of x` reads like a property; a command with nothing behind it cannot take what follows.
-        if (node->children[2]->children.empty() && (node->flags == 1 || node->children[1]->isNil()))
+        if (node->children[2]->children.empty() && (node->flags == flags::OfForm || node->children[1]->isNil()))
             return Level::Operand;
         return Level::Or;
     default:
@@ -120,14 +119,13 @@ void Printer::expressionBody(const Object* node, Level minimum) {
         operators(node);
         return;
     }
-    auto child = [&](std::size_t i) { return i < node->children.size() ? node->children[i] : nullptr; };
     switch (static_cast<NodeKind>(node->tag)) {
     case NodeKind::Literal:
-        value(child(0));
+        value(node->children[0]);
         return;
     case NodeKind::Variable:
     case NodeKind::Term:
-        name(child(0));
+        name(node->children[0]);
         return;
     case NodeKind::Me:
         keyword("me");
@@ -135,39 +133,19 @@ void Printer::expressionBody(const Object* node, Level minimum) {
     case NodeKind::It:
         keyword("it");
         return;
-    case NodeKind::Not:
-        keyword("not ");
-        expression(child(0), Level::Not);
-        return;
-    case NodeKind::Negate:
-        put(Kind::Operator, u"-");
-        if (is(child(0), NodeKind::Negate) || (is(child(0), NodeKind::Literal) && mText.size() && (child(0)->children[0]->integer < 0)))
-            blank();
-        expression(child(0), Level::Operand);
-        return;
-    case NodeKind::Get:
-        keyword("get ");
-        expression(child(0));
-        return;
-    case NodeKind::ReferenceTo:
-        keyword("a reference to ");
-        expression(child(0), Level::Operand);
-        return;
     case NodeKind::List:
-        put(Kind::Plain, u"{");
-        items(child(0));
-        put(Kind::Plain, u"}");
-        return;
     case NodeKind::LinkedList:
-        put(Kind::Plain, u"[");
-        items(child(0));
-        put(Kind::Plain, u"]");
-        return;
     case NodeKind::Record:
-        record(node);
+        collection(node);
         return;
     case NodeKind::Call:
         call(node);
+        return;
+    case NodeKind::Not:
+    case NodeKind::Negate:
+    case NodeKind::Get:
+    case NodeKind::ReferenceTo:
+        prefixed(node);
         return;
     case NodeKind::Of:
     case NodeKind::Filter:
@@ -188,20 +166,55 @@ void Printer::expressionBody(const Object* node, Level minimum) {
     }
 }
 
+/// not, -, get, a reference to
+void Printer::prefixed(const Object* node) {
+    const Object* operand = node->children[0];
+    switch (static_cast<NodeKind>(node->tag)) {
+    case NodeKind::Not:
+        keyword("not ");
+        expression(operand, Level::Not);
+        return;
+    case NodeKind::Negate: {
+        // Two signs in a row would begin a comment.
+        bool signedNumber =
+            is(operand, NodeKind::Literal) && operand->children[0]->kind == ObjectKind::Integer && operand->children[0]->integer < 0;
+        bool signedReal =
+            is(operand, NodeKind::Literal) && operand->children[0]->kind == ObjectKind::Real && operand->children[0]->real < 0;
+        put(Kind::Operator, is(operand, NodeKind::Negate) || signedNumber || signedReal ? u"- " : u"-");
+        expression(operand, Level::Operand);
+        return;
+    }
+    case NodeKind::Get:
+        keyword("get ");
+        expression(operand);
+        return;
+    default:
+        keyword("a reference to ");
+        expression(operand, Level::Operand);
+    }
+}
+
+void Printer::collection(const Object* node) {
+    bool linked = is(node, NodeKind::LinkedList);
+    put(Kind::Plain, linked ? u"[" : u"{");
+    is(node, NodeKind::Record) ? fields(node->children[0]) : items(node->children[0]);
+    put(Kind::Plain, linked ? u"]" : u"}");
+}
+
 /// Parentheses, `the`, line breaks.
 void Printer::wrapper(const Object* line, Level minimum) {
     const Object* inner = line->children[0];
-    if (line->flags == 9) {
+    if (line->flags == flags::BreakBefore) {
         lineBreak();
         expression(inner, minimum);
-    } else if (line->flags == 10) {
+    } else if (line->flags == flags::BreakAfter) {
         expression(inner, minimum);
         lineBreak();
-    } else if (line->flags & 4 && line->flags & 1) {
+    } else if (line->flags == flags::Parentheses) {
         put(Kind::Plain, u"(");
         closedExpression(inner);
         put(Kind::Plain, u")");
-    } else if (line->flags & 0x100) {
+    } else if (line->flags & flags::The) {
         keyword("the ");
         expression(inner, Level::Operand);
     } else if (inner->isNil()) {
@@ -263,7 +276,7 @@ void Printer::operatorWords(const OperatorRow& row) {
 /// `x is running` is stored as running of x = true.
 bool Printer::asking(const Object* node) {
     bool equal = is(node, NodeKind::Equal);
-    if ((!equal && !is(node, NodeKind::NotEqual)) || node->flags != 2 || !is(node->children[0], NodeKind::Of))
+    if ((!equal && !is(node, NodeKind::NotEqual)) || node->flags != flags::Asks || !is(node->children[0], NodeKind::Of))
         return false;
     const Object* asked = node->children[0];
     headExpression(asked->children[1], Level::Comparison);
@@ -283,14 +296,13 @@ void Printer::items(const Object* list) {
     }
 }
 
-void Printer::record(const Object* node) {
-    put(Kind::Plain, u"{");
-    std::span<Object* const> pairs = node->children[0]->children;
+void Printer::fields(const Object* record) {
+    std::span<Object* const> pairs = record->children;
     for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
         if (i)
             put(Kind::Plain, u", ");
         const Object* held = pairs[i + 1];
-        if (is(held, NodeKind::Line) && held->flags == 9) { // the break stands in front of the label
+        if (is(held, NodeKind::Line) && held->flags == flags::BreakBefore) { // the break stands in front of the label
             lineBreak();
             held = held->children[0];
         }
@@ -298,7 +310,6 @@ void Printer::record(const Object* node) {
         put(Kind::Plain, u":");
         closedExpression(held);
     }
-    put(Kind::Plain, u"}");
 }
 
 } // namespace quoddle

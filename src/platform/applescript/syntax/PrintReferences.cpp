@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // References: parts and containers, elements, ranges, ordinals, filters.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
 
@@ -19,7 +20,8 @@ bool isOwned(const Object* node) {
     const Object* container = is(node, NodeKind::Of) ? node->children[1] : nullptr;
     while (container && is(container, NodeKind::Line))
         container = container->children[0];
-    return container && ((node->flags == 1 && is(container, NodeKind::Me)) || (node->flags == 2 && is(container, NodeKind::It)));
+    return container &&
+           ((node->flags == flags::My && is(container, NodeKind::Me)) || (node->flags == flags::Its && is(container, NodeKind::It)));
 }
 
 } // namespace
@@ -32,11 +34,11 @@ void Printer::element(const Object* node) {
     case NodeKind::Filter:
         headExpression(node->children[0], Level::Operand);
         blank();
-        keyword(node->flags == 1 ? "where " : node->flags == 2 ? "that " : "whose ");
+        keyword(node->flags == flags::Where ? "where " : node->flags == flags::That ? "that " : "whose ");
         expression(node->children[1]);
         return;
     case NodeKind::Every:
-        if (node->flags & 1 && pluralName(node->children[0]))
+        if (node->flags & flags::Plural && pluralName(node->children[0]))
             return;
         keyword("every ");
         className(node->children[0]);
@@ -81,7 +83,7 @@ void Printer::ordinal(const Object* node) {
         std::string_view word;
         if (node->flags & 2)
             put(Kind::Keyword, sourcetext::ordinal(n) + u" ");
-        else if (node->flags & 0x100)
+        else if (node->flags & flags::FrontOrBack)
             word = n == -1 ? "back " : "front ";
         else
             word = n == -1 ? "last " : n > 0 && n <= 10 ? kWords[static_cast<std::size_t>(n)] : std::string_view();
@@ -119,17 +121,17 @@ void Printer::range(const Object* node) {
     if (!pluralName(node->children[0]))
         className(node->children[0]);
     auto bound = [this](const Object* end) {
-        bool possessive = is(end, NodeKind::Of) && end->flags == 3;
+        bool possessive = is(end, NodeKind::Of) && end->flags == flags::Possessive;
         bool element = possessive || is(end, NodeKind::Element) || is(end, NodeKind::ElementByKey);
         element ? expression(end) : index(end);
     };
-    bool thru = node->flags & 0x100;
+    bool thru = node->flags & flags::Thru;
     blank();
     if (!thru)
         keyword("from ");
     bound(node->children[1]);
     blank();
-    keyword(!thru ? "to " : node->flags & 1 ? "through " : "thru ");
+    keyword(!thru ? "to " : node->flags == flags::Through ? "through " : "thru ");
     bound(node->children[2]);
 }
 
@@ -141,10 +143,10 @@ void Printer::relation(const Object* part, const Object* container) {
         blank();
     }
     bool before = is(part, NodeKind::Before);
-    if (part->flags & 0x100)
+    if (part->flags & flags::FrontOf)
         keyword(before ? "in front of" : "in back of");
     else
-        keyword(before ? "before" : part->flags & 1 ? "behind" : "after");
+        keyword(before ? "before" : part->flags & flags::Behind ? "behind" : "after");
     if (container) {
         blank();
         this->container(container);
@@ -154,7 +156,7 @@ void Printer::relation(const Object* part, const Object* container) {
 void Printer::of(const Object* node) {
     const Object *part = node->children[0], *container = node->children[1];
     if (isOwned(node)) {
-        keyword(node->flags == 1 ? "my " : "its ");
+        keyword(node->flags == flags::My ? "my " : "its ");
         if (levelOf(part) == Level::Operand && is(part, NodeKind::Of))
             of(part);
         else
@@ -171,7 +173,7 @@ void Printer::of(const Object* node) {
         this->part(part, false);
         mTail = tail;
         blank();
-        keyword(node->flags & 0x100 ? "in" : "of");
+        keyword(node->flags & flags::In ? "in" : "of");
         blank();
         this->container(container);
     }
@@ -183,11 +185,11 @@ void Printer::part(const Object* node, bool targeted) {
         call(node, targeted);
         return;
     }
-    if (is(node, NodeKind::Line) && node->flags != 5 && is(node->children[0], NodeKind::Call)) {
-        if (node->flags == 9)
+    if (is(node, NodeKind::Line) && node->flags != flags::Parentheses && is(node->children[0], NodeKind::Call)) {
+        if (node->flags == flags::BreakBefore)
             lineBreak();
         part(node->children[0], targeted);
-        if (node->flags == 10)
+        if (node->flags == flags::BreakAfter)
             lineBreak();
         return;
     }
@@ -207,7 +209,8 @@ void Printer::container(const Object* node) {
 
 /// What stands in front of 's: `a of b's c` would be a of (b's c).
 void Printer::owner(const Object* node) {
-    bool loose = (is(node, NodeKind::Of) && (isOwned(node) || !(node->flags & 2))) || (is(node, NodeKind::Line) && node->flags & 0x100);
+    bool loose =
+        (is(node, NodeKind::Of) && (isOwned(node) || !(node->flags & 2))) || (is(node, NodeKind::Line) && node->flags & flags::The);
     if (!loose) {
         headExpression(node, Level::Operand);
         return;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Lines with their comments, statements of one line, definitions.
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/Prepositions.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
@@ -17,7 +18,7 @@ bool is(const Object* node, NodeKind kind) {
 
 /// A line of statements rather than a wrapper around an expression.
 bool isStatementLine(const Object* node) {
-    return is(node, NodeKind::Line) && node->flags < 8 && node->flags != 5;
+    return is(node, NodeKind::Line) && node->flags < 8 && node->flags != flags::Parentheses;
 }
 
 bool hasComment(const Object* line) {
@@ -26,15 +27,16 @@ bool hasComment(const Object* line) {
 
 /// Stands on the line of the header.
 bool isHeaderComment(const Object* line) {
-    return isStatementLine(line) && (line->flags == 3 || line->flags == 4 || line->flags == 7);
+    return isStatementLine(line) &&
+           (line->flags == flags::DashOnHeader || line->flags == flags::BlockOnHeader || line->flags == flags::HashOnHeader);
 }
 
 } // namespace
 
 void Printer::comment(const Object* line) {
     std::u16string_view text = line->children.size() > 2 && !line->children[2]->isNil() ? line->children[2]->text : line->children[1]->text;
-    bool block = line->flags == 0 || line->flags == 4;
-    bool hash = line->flags == 6 || line->flags == 7;
+    bool block = line->flags == flags::BlockComment || line->flags == flags::BlockOnHeader;
+    bool hash = line->flags == flags::HashComment || line->flags == flags::HashOnHeader;
     std::u16string whole(block ? u"(*" : hash ? u"#" : u"--");
     whole += text;
     if (block)
@@ -52,7 +54,7 @@ void Printer::line(const Object* line) {
     const Object* inner = line->children[0];
     if (!inner->isNil())
         statement(inner);
-    if (hasComment(line) || (line->flags != 2 && inner->isNil())) {
+    if (hasComment(line) || (line->flags != flags::NoComment && inner->isNil())) {
         blank();
         comment(line);
     }
@@ -89,7 +91,11 @@ void Printer::body(const Object* body, const char* end) {
 
 void Printer::statement(const Object* node) {
     bool tail = std::exchange(mTail, true);
-    statementBody(node);
+    if (++mDepth > kMaxDepth)
+        put(Kind::Plain, u"«…»");
+    else
+        statementBody(node);
+    --mDepth;
     mTail = tail;
 }
 
@@ -119,39 +125,18 @@ void Printer::statementBody(const Object* node) {
     case NodeKind::Considering:
         consideringStatement(node);
         return;
+    case NodeKind::Timeout:
+    case NodeKind::Transaction:
+        withStatement(node);
+        return;
+    case NodeKind::UsingTerms:
+        usingStatement(node);
+        return;
     case NodeKind::Handler:
         handler(node);
         return;
-    case NodeKind::Timeout:
-        keyword("with timeout of ");
-        expression(node->children[1]);
-        keyword(" seconds");
-        body(node->children[0], "end timeout");
-        return;
-    case NodeKind::Transaction:
-        keyword("with transaction");
-        if (!node->children[1]->isNil()) {
-            blank();
-            expression(node->children[1]);
-        }
-        body(node->children[0], "end transaction");
-        return;
-    case NodeKind::UsingTerms: {
-        keyword("using terms from ");
-        expression(node->children[1]);
-        bool pushed = push(node->children[1]);
-        body(node->children[0], "end using terms from");
-        if (pushed)
-            mTerms.pop();
-        return;
-    }
     case NodeKind::Script:
-        keyword("script");
-        if (!node->children[0]->isNil()) {
-            blank();
-            name(node->children[0]);
-        }
-        body(node->children[1], "end script");
+        scriptObject(node);
         return;
     case NodeKind::Block: // a body where none belongs: old compilers stored such
         lines(node);
@@ -161,22 +146,21 @@ void Printer::statementBody(const Object* node) {
     }
 }
 
+void Printer::scriptObject(const Object* node) {
+    keyword("script");
+    if (!node->children[0]->isNil()) {
+        blank();
+        name(node->children[0]);
+    }
+    body(node->children[1], "end script");
+}
+
 void Printer::simpleStatement(const Object* node) {
     auto child = [&](std::size_t i) { return node->children[i]; };
     switch (static_cast<NodeKind>(node->tag)) {
     case NodeKind::Set:
-        keyword("set ");
-        target(child(1));
-        blank();
-        keyword("to ");
-        expression(child(0));
-        return;
     case NodeKind::Copy:
-        keyword("copy ");
-        expression(child(0));
-        blank();
-        keyword("to ");
-        target(child(1));
+        assignment(node);
         return;
     case NodeKind::Return:
         keyword("return");
@@ -214,6 +198,15 @@ void Printer::simpleStatement(const Object* node) {
     default:
         expression(node);
     }
+}
+
+void Printer::assignment(const Object* node) {
+    bool copy = is(node, NodeKind::Copy);
+    keyword(copy ? "copy " : "set ");
+    copy ? expression(node->children[0]) : target(node->children[1]);
+    blank();
+    keyword("to ");
+    copy ? target(node->children[1]) : expression(node->children[0]);
 }
 
 /// What a statement is about: hardly ever more than a reference.
@@ -263,7 +256,7 @@ void Printer::useStatement(const Object* node) {
 }
 
 void Printer::handler(const Object* node) {
-    keyword(node->flags & 0x100 ? "to " : "on ");
+    keyword(node->flags & flags::WrittenTo ? "to " : "on ");
     heading(node->children[0]);
     body(node->children[1], "end ");
     handlerName(node->children[0], true);

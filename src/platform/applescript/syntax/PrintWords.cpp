@@ -103,11 +103,15 @@ void Printer::value(const Object* object) {
         }
         return;
     case ObjectKind::Data:
-        break;
+        data(object);
+        return;
     default:
         expression(object);
-        return;
     }
+}
+
+/// Applications and dates have words, other data are raw.
+void Printer::data(const Object* object) {
     if (object->tag == kApplicationTag) {
         put(Kind::Term, u"application ");
         put(Kind::Literal, sourcetext::quoted(applicationName(object->bytes)));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/syntax/PrinterState.h"
+#include "platform/applescript/syntax/TreeShape.h"
 
 #include "platform/base/Text.h"
 
@@ -66,6 +67,8 @@ void Printer::lineBreak() {
 }
 
 std::u16string printTree(const Object* tree, const PrintOptions& options) {
+    if (!isWellFormed(tree))
+        return {};
     return Printer(tree, options).print(tree);
 }
 

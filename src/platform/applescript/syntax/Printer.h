@@ -3,7 +3,7 @@
 //
 // Decision: the tree says everything about the text but its words: spellings are in the flags, parentheses and blank lines are nodes, so
 // the printer adds parentheses only where the tree could not be read back without them. Words come from a Terminology, codes that nobody
-// has a word for are printed raw. Printing never fails: a node that makes no sense is printed as a raw code.
+// has a word for are printed raw. How deep it goes is bounded.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -32,7 +32,8 @@ struct PrintOptions {
     std::vector<PrintedRun>* runs = nullptr;
 };
 
-/// The source of a tree as parse() makes it, or of any node of one. Lines end with a line feed; the last has none.
+/// The source of a tree as parse() makes it, or of any node of one. Lines end with a line feed; the last has none. Empty when the tree is
+/// not well formed (syntax/TreeShape.h), as one out of a damaged file may be.
 std::u16string printTree(const Object* tree, const PrintOptions& options = {});
 
 } // namespace quoddle

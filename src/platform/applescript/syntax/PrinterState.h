@@ -39,6 +39,7 @@ private:
     bool pluralName(const Object* code);
     bool hasPlural(const Object* code) const;
     void value(const Object* literal);
+    void data(const Object* object);
     void constant(const Object* code);
     static const Object* withoutSource(const Object* code);
 
@@ -50,6 +51,8 @@ private:
     void statement(const Object* node);
     void statementBody(const Object* node);
     void simpleStatement(const Object* node);
+    void assignment(const Object* node);
+    void scriptObject(const Object* node);
     void oneLine(const Object* node);
     void target(const Object* node);
     void names(const Object* list);
@@ -67,6 +70,8 @@ private:
     void tryStatement(const Object* node);
     void consideringStatement(const Object* node);
     void considerations(const Object* list);
+    void withStatement(const Object* node);
+    void usingStatement(const Object* node);
     bool push(const Object* target);
 
     // --- expressions (PrintExpressions.cpp)
@@ -82,7 +87,9 @@ private:
     void operatorWords(const OperatorRow& row);
     bool asking(const Object* node);
     void items(const Object* list);
-    void record(const Object* node);
+    void fields(const Object* record);
+    void collection(const Object* node);
+    void prefixed(const Object* node);
     Level levelOf(const Object* node) const;
 
     // --- references (PrintReferences.cpp)
@@ -107,6 +114,9 @@ private:
     /// Shows an operator or a container word that the labels of a command would take for themselves.
     bool exposes(const Object* node, const EventTerm* term) const;
     static std::vector<std::string_view> segments(const Object* identifier);
+
+    /// Deeper than any tree of the parser's; what is deeper still is left out.
+    static constexpr std::size_t kMaxDepth = 800;
 
     const PrintOptions& mOptions;
     Terminology mTerms;

@@ -305,6 +305,48 @@ TEST(Printer, UsesTheDictionaryOfTheTarget) {
               "tell application \"Player\"\n\tset «class mood» of «class cSon» 1 to mood\nend tell\nset mood to every «class cSon»");
 }
 
+// Trees out of files may be anything.
+TEST(Printer, RefusesWhatIsNoTree) {
+    ObjectStore s;
+    Object* loop = node(s, NodeKind::Of, {variable(s, "a"), variable(s, "b")});
+    loop->children[1] = loop;
+    Object* doubled = variable(s, "a");
+    for (int i = 0; i < 60; ++i)
+        doubled = node(s, NodeKind::Add, {doubled, doubled});
+    Object* deep = variable(s, "a");
+    for (int i = 0; i < 20000; ++i)
+        deep = node(s, NodeKind::Not, {deep});
+    Object* bad[] = {
+        loop,
+        doubled,
+        deep,
+        node(s, NodeKind::Set, {variable(s, "a")}),
+        node(s, NodeKind::If, {}),
+        node(s, NodeKind::Handler, {variable(s, "f"), s.nil()}),
+        s.node(200, {s.nil()}),
+        node(s, NodeKind::Block, {s.list({node(s, NodeKind::RepeatFrom, {s.nil()})})}),
+    };
+    for (const Object* tree : bad)
+        EXPECT_EQ(printTree(tree), u"");
+    // Children of the wrong kind are no reason to refuse.
+    Object* odd[] = {
+        node(s, NodeKind::Call, {s.nil(), s.nil(), s.nil()}),
+        node(s, NodeKind::Term, {s.list({})}),
+        node(s, NodeKind::ElementByKey, {s.text(u"x"), s.nil(), s.nil()}),
+        node(s, NodeKind::Try, {s.nil(), s.nil(), s.integer(1)}),
+        node(s, NodeKind::Use, {s.nil(), s.nil(), s.record({})}),
+        node(s, NodeKind::Line, {s.nil(), s.nil()}, 0x100),
+        s.integer(5),
+        s.nil(),
+    };
+    for (const Object* tree : odd)
+        printTree(tree);
+    Object* deepEnough = variable(s, "a");
+    for (int i = 0; i < 2000; ++i)
+        deepEnough = node(s, NodeKind::List, {s.list({deepEnough})});
+    EXPECT_NE(printTree(deepEnough).find(u"«…»"), std::u16string::npos);
+}
+
 TEST(Printer, RunsCoverTheText) {
     ObjectStore store;
     auto parsed = parse(u"set x to count of {1, \"a\"} -- c", store);
