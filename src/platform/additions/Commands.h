@@ -18,4 +18,8 @@ OSErr offsetOf(const AEDesc& event, AEDesc& reply, const AEHandlerContext& conte
 OSErr asciiCharacter(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr asciiNumber(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 
+// PathCommands.cpp
+OSErr pathTo(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr pathToResource(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
 } // namespace quoddle::additions

@@ -11,6 +11,7 @@ constexpr additions::CommandRow kCommands[] = {
     {"syso"_4cc, "exec"_4cc, additions::doShellScript},  {"syso"_4cc, "rand"_4cc, additions::randomNumber},
     {"syso"_4cc, "rond"_4cc, additions::roundNumber},    {"syso"_4cc, "offs"_4cc, additions::offsetOf},
     {"syso"_4cc, "ntoc"_4cc, additions::asciiCharacter}, {"syso"_4cc, "cton"_4cc, additions::asciiNumber},
+    {"ears"_4cc, "ffdr"_4cc, additions::pathTo},         {"syso"_4cc, "rpth"_4cc, additions::pathToResource},
 };
 
 } // namespace
