@@ -22,4 +22,14 @@ OSErr asciiNumber(const AEDesc& event, AEDesc& reply, const AEHandlerContext& co
 OSErr pathTo(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr pathToResource(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 
+// FileAccess.cpp
+OSErr openForAccess(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr closeAccess(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr getEOF(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr setEOF(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
+// ReadWriteCommands.cpp
+OSErr readFileContents(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr writeFileContents(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
 } // namespace quoddle::additions

@@ -8,10 +8,13 @@ namespace quoddle {
 namespace {
 
 constexpr additions::CommandRow kCommands[] = {
-    {"syso"_4cc, "exec"_4cc, additions::doShellScript},  {"syso"_4cc, "rand"_4cc, additions::randomNumber},
-    {"syso"_4cc, "rond"_4cc, additions::roundNumber},    {"syso"_4cc, "offs"_4cc, additions::offsetOf},
-    {"syso"_4cc, "ntoc"_4cc, additions::asciiCharacter}, {"syso"_4cc, "cton"_4cc, additions::asciiNumber},
-    {"ears"_4cc, "ffdr"_4cc, additions::pathTo},         {"syso"_4cc, "rpth"_4cc, additions::pathToResource},
+    {"syso"_4cc, "exec"_4cc, additions::doShellScript},    {"syso"_4cc, "rand"_4cc, additions::randomNumber},
+    {"syso"_4cc, "rond"_4cc, additions::roundNumber},      {"syso"_4cc, "offs"_4cc, additions::offsetOf},
+    {"syso"_4cc, "ntoc"_4cc, additions::asciiCharacter},   {"syso"_4cc, "cton"_4cc, additions::asciiNumber},
+    {"ears"_4cc, "ffdr"_4cc, additions::pathTo},           {"syso"_4cc, "rpth"_4cc, additions::pathToResource},
+    {"rdwr"_4cc, "open"_4cc, additions::openForAccess},    {"rdwr"_4cc, "clos"_4cc, additions::closeAccess},
+    {"rdwr"_4cc, "geof"_4cc, additions::getEOF},           {"rdwr"_4cc, "seof"_4cc, additions::setEOF},
+    {"rdwr"_4cc, "read"_4cc, additions::readFileContents}, {"rdwr"_4cc, "writ"_4cc, additions::writeFileContents},
 };
 
 } // namespace
