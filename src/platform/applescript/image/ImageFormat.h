@@ -35,7 +35,7 @@ enum RecordKind : std::uint8_t {
 
 constexpr std::uint8_t kIdentifierTag = 0x30;
 /// Nesting of records; real scripts stay below 200.
-constexpr std::size_t kMaximumDepth = 2000;
+constexpr std::size_t kMaximumDepth = 1000;
 /// List items that may be held once more because lists share a tail; no real script has any.
 constexpr std::size_t kMaximumCopied = 1 << 20;
 

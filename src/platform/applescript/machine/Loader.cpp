@@ -10,7 +10,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::size_t kMaximumDepth = 1500;
+constexpr std::size_t kMaximumDepth = 900;
 constexpr std::uint8_t kDescriptorTag = 13; // type code and data
 constexpr std::uint8_t kApplicationTag = 8;
 
