@@ -32,4 +32,14 @@ OSErr setEOF(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context
 OSErr readFileContents(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr writeFileContents(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 
+// ClipboardCommands.cpp
+OSErr setTheClipboard(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr theClipboard(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr clipboardInfo(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
+// FileInfoCommands.cpp
+OSErr infoFor(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr listFolder(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr listDisks(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
 } // namespace quoddle::additions

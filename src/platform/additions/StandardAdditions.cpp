@@ -15,6 +15,9 @@ constexpr additions::CommandRow kCommands[] = {
     {"rdwr"_4cc, "open"_4cc, additions::openForAccess},    {"rdwr"_4cc, "clos"_4cc, additions::closeAccess},
     {"rdwr"_4cc, "geof"_4cc, additions::getEOF},           {"rdwr"_4cc, "seof"_4cc, additions::setEOF},
     {"rdwr"_4cc, "read"_4cc, additions::readFileContents}, {"rdwr"_4cc, "writ"_4cc, additions::writeFileContents},
+    {"Jons"_4cc, "pClp"_4cc, additions::setTheClipboard},  {"Jons"_4cc, "gClp"_4cc, additions::theClipboard},
+    {"Jons"_4cc, "iClp"_4cc, additions::clipboardInfo},    {"syso"_4cc, "nfo4"_4cc, additions::infoFor},
+    {"ears"_4cc, "lfdr"_4cc, additions::listFolder},       {"ears"_4cc, "lvol"_4cc, additions::listDisks},
 };
 
 } // namespace

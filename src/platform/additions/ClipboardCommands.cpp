@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// set the clipboard to, the clipboard, clipboard info.
+#include "platform/additions/Clipboard.h"
+#include "platform/additions/Commands.h"
+#include "platform/ae/AECoercion.h"
+#include "platform/ae/AEFlatten.h"
+
+#include <algorithm>
+
+namespace quoddle::additions {
+
+namespace {
+
+/// The forms in which a text can be had, under the names that scripts know.
+constexpr DescType kTextForms[] = {"utxt"_4cc, "utf8"_4cc, "ut16"_4cc, "TEXT"_4cc};
+
+/// Text is there in all its forms; everything else as it is.
+std::vector<AEDesc> formsToShow(const std::vector<AEDesc>& contents) {
+    std::vector<AEDesc> forms;
+    const auto add = [&forms](AEDesc form) {
+        const bool isNew = std::none_of(forms.begin(), forms.end(), [&](const AEDesc& other) { return other.type() == form.type(); });
+        if (isNew)
+            forms.push_back(std::move(form));
+    };
+    for (const AEDesc& form : contents) {
+        add(form);
+        if (isTextClass(form.type()))
+            for (DescType type : kTextForms)
+                if (auto text = AECoerced(form, type))
+                    add(std::move(*text));
+    }
+    return forms;
+}
+
+std::size_t sizeOf(const AEDesc& form) {
+    if (!form.isList() && !form.isRecord())
+        return form.data().size();
+    std::string bytes;
+    return AEFlattenDesc(form, bytes) == noErr ? bytes.size() : 0;
+}
+
+std::optional<AEDesc> contentsAs(const std::vector<AEDesc>& contents, DescType asClass) {
+    const bool asText = asClass == "ctxt"_4cc;
+    for (const AEDesc& form : contents)
+        if (form.type() == asClass || (asText && isTextClass(form.type())))
+            return form;
+    for (const AEDesc& form : contents)
+        if (auto coerced = AECoerced(form, asText ? "utxt"_4cc : asClass))
+            return coerced;
+    return std::nullopt;
+}
+
+} // namespace
+
+OSErr setTheClipboard(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
+    const AEDesc* value = event.find("----"_4cc);
+    if (!value)
+        return failParameter(event, reply, "----"_4cc, u"to", "****"_4cc);
+    if (sizeOf(*value) > kAEMaxSize)
+        return fail(reply, memFullErr, u"This is too large for the clipboard.");
+    if (!Clipboard::shared()->setContents({*value}))
+        return fail(reply, errAEEventFailed, u"The desktop’s clipboard could not be set.");
+    return noErr;
+}
+
+OSErr theClipboard(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
+    const std::vector<AEDesc> contents = Clipboard::shared()->contents();
+    const DescType asClass = codeParameter(event, "rtyp"_4cc);
+    if (contents.empty() && (!asClass || isTextClass(asClass) || asClass == "ctxt"_4cc))
+        return answer(reply, AEDesc::ofText(u""));
+    if (!asClass)
+        return answer(reply, contents.front());
+    const auto value = contentsAs(contents, asClass);
+    return value ? answer(reply, *value)
+                 : fail(reply, errAECoercionFail, u"Can’t make some data into the expected type: the clipboard has nothing like it.");
+}
+
+OSErr clipboardInfo(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
+    const DescType wanted = codeParameter(event, "for "_4cc);
+    AEDesc list = AEDesc::list();
+    for (const AEDesc& form : formsToShow(Clipboard::shared()->contents()))
+        if (!wanted || form.type() == wanted || (wanted == "ctxt"_4cc && form.type() == "utxt"_4cc))
+            (void)list.insertItem(0, AEDesc::list({AEDesc::ofType(form.type()), AEDesc::ofInt64(static_cast<std::int64_t>(sizeOf(form)))}));
+    return answer(reply, std::move(list));
+}
+
+} // namespace quoddle::additions
