@@ -9,6 +9,7 @@
 
 #include <QCloseEvent>
 #include <QDialog>
+#include <QLayout>
 #include <QScreen>
 
 namespace quoddle {
@@ -55,9 +56,30 @@ void NSWindow::setFrameAutosaveName(const QString& name) {
     const auto frame = WindowFrame::fromString(stored);
     if (!frame)
         return;
-    const QRect fitting = WindowFrame::constrained(*frame, availableScreens());
-    resize(fitting.size().expandedTo(minimumSizeHint()));
-    move(fitting.topLeft());
+    mRestoredFrame = WindowFrame::constrained(*frame, availableScreens());
+    takeRestoredFrame();
+}
+
+void NSWindow::takeRestoredFrame() {
+    if (layout()->sizeConstraint() == QLayout::SetFixedSize) {
+        if (centralWidget())
+            centralWidget()->updateGeometry(); // what was put in since has only been noted to be told later
+        layout()->invalidate();
+        layout()->activate();
+    } else {
+        resize(mRestoredFrame->size().expandedTo(minimumSizeHint()));
+    }
+    move(mRestoredFrame->topLeft());
+}
+
+void NSWindow::setVisible(bool visible) {
+    if (visible && mRestoredFrame) {
+        // Once more, now that the content is complete: a layout that resizes a window while it appears makes the window system's frame
+        // count twice, and the window would creep a title bar's height up with every launch.
+        takeRestoredFrame();
+        mRestoredFrame.reset();
+    }
+    QMainWindow::setVisible(visible);
 }
 
 void NSWindow::saveFrame() {

@@ -9,6 +9,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 
 #include <QMainWindow>
 #include <QPointer>
@@ -33,6 +34,7 @@ public:
     void setFrameAutosaveName(const QString& name);
     const QString& frameAutosaveName() const { return mFrameAutosaveName; }
 
+    void setVisible(bool visible) override;
     void makeKeyAndOrderFront();
     /// Hides the window without closing it.
     void orderOut();
@@ -62,10 +64,12 @@ private:
     /// Takes the sheet out, wherever it stands, and shows the next one when it was in front.
     void sheetEnded(const QObject* object, int returnCode);
     void saveFrame();
+    void takeRestoredFrame();
 
     QPointer<NSViewController> mContent;
     QString mFrameAutosaveName;
-    std::deque<Sheet> mSheets; // the first one is shown
+    std::optional<QRect> mRestoredFrame; // until the window is first shown
+    std::deque<Sheet> mSheets;           // the first one is shown
 };
 
 } // namespace quoddle
