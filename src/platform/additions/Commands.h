@@ -42,4 +42,19 @@ OSErr infoFor(const AEDesc& event, AEDesc& reply, const AEHandlerContext& contex
 OSErr listFolder(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr listDisks(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 
+// SoundCommands.cpp
+OSErr beep(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr getVolumeSettings(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr setVolume(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
+// SystemCommands.cpp
+OSErr timeToGMT(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr systemAttribute(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr systemInfo(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr scriptingComponents(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr openLocation(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr mountVolume(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr summarize(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr localizedString(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
 } // namespace quoddle::additions

@@ -49,12 +49,12 @@ constexpr Kind kKinds[] = {
     {"mp4", u"MPEG-4 Movie", u"public.mpeg-4", false},
     {"zip", u"ZIP Archive", u"public.zip-archive", false},
     {"sh", u"Shell Script", u"public.shell-script", false},
-    {"app", u"Application", u"com.apple.application-bundle", true},
-    {"bundle", u"Bundle", u"com.apple.bundle", true},
-    {"rtfd", u"Rich Text Document with Attachments", u"com.apple.rtfd", true},
-    {"scpt", u"Compiled Script", u"com.apple.applescript.script", false},
-    {"scptd", u"Script Bundle", u"com.apple.applescript.script-bundle", true},
-    {"applescript", u"AppleScript Source", u"com.apple.applescript.text", false},
+    {"app", u"Application", u"public.folder", true},
+    {"bundle", u"Bundle", u"public.folder", true},
+    {"rtfd", u"Rich Text Document with Attachments", u"public.folder", true},
+    {"scpt", u"Compiled Script", u"public.data", false},
+    {"scptd", u"Script Bundle", u"public.folder", true},
+    {"applescript", u"AppleScript Source", u"public.source-code", false},
 };
 
 const Kind* kindOf(std::string extension) {
