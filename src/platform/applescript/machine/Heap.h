@@ -43,8 +43,8 @@ public:
 
     /// Memory that objects own besides themselves, for the pace of collection.
     void charge(std::size_t bytes) { mAllocated += bytes; }
-    static constexpr std::size_t kMaximumTextLength = std::size_t(1) << 28; // UTF-16 units
-    static constexpr std::size_t kMaximumListLength = std::size_t(1) << 27;
+    static constexpr std::size_t kMaximumTextLength = std::size_t(1) << 27; // UTF-16 units
+    static constexpr std::size_t kMaximumListLength = std::size_t(1) << 25;
 
     /// False when the list would become longer than kMaximumListLength.
     [[nodiscard]] bool append(List* list, Value value);
