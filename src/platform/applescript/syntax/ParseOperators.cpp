@@ -72,7 +72,13 @@ Object* Parser::binary(Object* left, const OperatorRow& row, std::size_t firstTo
     if (row.level == Level::As)
         return node(NodeKind::As, {left, typeName()}, 0, firstToken);
     // a ^ b ^ c is a ^ (b ^ c)
+    std::size_t rightToken = mAt;
     Object* right = expression(row.level == Level::Power ? Level::Power : tighter(row.level));
+    // Compared with, «class abcd» is a class unless it is known to be a property.
+    bool comparison = row.level == Level::Equality || row.level == Level::Comparison;
+    if (comparison && is(right, NodeKind::Term) && mTokens[rightToken].text.starts_with(u"class ") &&
+        !mTerms.name(right->children[0]->code(), {TermKind::Property}))
+        right = literal(right->children[0], rightToken);
     bool isWord = row.words[0] == Keyword::Is || row.words[0] == Keyword::Isnt;
     if (isWord && row.asks && is(right, NodeKind::Term)) {
         const Term* term = mTerms.name(right->children[0]->code(), {TermKind::Property});

@@ -132,6 +132,8 @@ TEST(Parser, References) {
         {"weekday of x", "(Of `wkdy` $x)"},
         {"class of x", "(Of .pcls $x)"},
         {"«class abcd» of x", "(Of .abcd $x)"},
+        {"class of x is «class abcd»", "(Equal#3 (Of .pcls $x) `abcd`)"},
+        {"x is «class pnam»", "(Equal#3 $x .pnam)"},
         {"x as «class abcd»", "(As $x `abcd`)"},
         {"every «class abcd»", "(Every abcd)"},
     });
