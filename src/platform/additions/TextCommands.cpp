@@ -41,19 +41,20 @@ bool hasOnlySimpleCharacters(std::u16string_view text) {
     return true;
 }
 
-/// Of the language: a letter with its marks is one.
-std::int32_t characterCount(std::u16string_view text) {
-    const auto size = static_cast<std::int32_t>(text.size());
-    if (hasOnlySimpleCharacters(text))
-        return size;
+/// How many characters of the language, in which a letter with its marks is one, end at or before a position.
+std::int32_t charactersBefore(std::size_t position, std::u16string_view text) {
+    const std::u16string_view seen = text.substr(0, position + 2); // what follows may belong to the last one
+    const auto limit = static_cast<std::int32_t>(position);
+    if (hasOnlySimpleCharacters(seen))
+        return limit;
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<icu::BreakIterator> characters(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), error));
     if (U_FAILURE(error))
-        return size;
-    const icu::UnicodeString view(false, text.data(), size); // a view, no copy
+        return limit;
+    const icu::UnicodeString view(false, seen.data(), static_cast<std::int32_t>(seen.size())); // no copy
     characters->setText(view);
     std::int32_t count = 0;
-    while (characters->next() != icu::BreakIterator::DONE)
+    for (std::int32_t end = characters->next(); end != icu::BreakIterator::DONE && end <= limit; end = characters->next())
         ++count;
     return count;
 }
@@ -70,7 +71,7 @@ OSErr offsetOf(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
     const bool considersCase = considerations && considerations->asInt32().value_or(0) & kConsiderCase;
     const std::size_t found = considersCase ? text->find(*sought) : folded(*text).find(folded(*sought));
     const bool isThere = found != std::u16string::npos && !sought->empty();
-    return answer(reply, AEDesc::ofInt32(isThere ? characterCount(std::u16string_view(*text).substr(0, found)) + 1 : 0));
+    return answer(reply, AEDesc::ofInt32(isThere ? charactersBefore(found, *text) + 1 : 0));
 }
 
 OSErr asciiCharacter(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
