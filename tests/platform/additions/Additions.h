@@ -85,8 +85,8 @@ protected:
         mFolder = ::mkdtemp(pattern.data());
     }
     ~AdditionsTest() override {
-        for (const auto& [name, value] : mEnvironment)
-            value ? ::setenv(name.c_str(), value->c_str(), 1) : ::unsetenv(name.c_str());
+        for (auto saved = mEnvironment.rbegin(); saved != mEnvironment.rend(); ++saved) // a variable may have been changed more than once
+            saved->second ? ::setenv(saved->first.c_str(), saved->second->c_str(), 1) : ::unsetenv(saved->first.c_str());
         std::filesystem::remove_all(mFolder);
     }
 
