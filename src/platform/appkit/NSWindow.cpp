@@ -85,7 +85,10 @@ void NSWindow::setVisible(bool visible) {
 void NSWindow::saveFrame() {
     if (mFrameAutosaveName.isEmpty() || isMinimized() || isMaximized() || isFullScreen())
         return;
-    standardUserDefaults().setValue(WindowFrame::defaultsKey(mFrameAutosaveName), WindowFrame::toString({pos(), size()}));
+    const QString key = WindowFrame::defaultsKey(mFrameAutosaveName);
+    const QString frame = WindowFrame::toString({pos(), size()});
+    if (standardUserDefaults().value(key) != frame) // a window that comes and goes does not write each time
+        standardUserDefaults().setValue(key, frame);
 }
 
 void NSWindow::makeKeyAndOrderFront() {

@@ -60,6 +60,7 @@ TEST(WindowFrame, ComesBackOnTheScreensThereAre) {
         {"the second screen has gone", {2000, 10, 480, 160}, {one}, {1440, 10, 480, 160}},
         {"above the upper edge", {100, -150, 480, 160}, {one}, {100, 0, 480, 160}},
         {"below", {100, 1070, 480, 160}, {one}, {100, 920, 480, 160}},
+        {"above the edge between two: the one that shows more of it", {1670, -150, 480, 160}, {one, right}, {1440, 0, 480, 160}},
         {"far away from both", {9000, 9000, 480, 160}, {one, right}, {2720, 864, 480, 160}},
         {"larger than the screen and gone", {5000, 0, 4000, 3000}, {one}, {0, 0, 1920, 1080}},
         {"no screen at all", {5, 5, 480, 160}, {}, {5, 5, 480, 160}},
