@@ -121,6 +121,11 @@ AEDesc description(const std::string& path, const struct statx& info, bool isLin
         {"pvis"_4cc, AEDesc::ofBoolean(!name.starts_with('.'))},
         {"aslk"_4cc, AEDesc::ofBoolean(isLocked)},
         {"bzst"_4cc, AEDesc::ofBoolean(false)},
+        {"asda"_4cc, missingValue()}, // these are kept elsewhere on this system, or nowhere
+        {"asty"_4cc, missingValue()},
+        {"asct"_4cc, missingValue()},
+        {"assv"_4cc, AEDesc::ofText(u"")},
+        {"aslv"_4cc, AEDesc::ofText(u"")},
     });
 }
 

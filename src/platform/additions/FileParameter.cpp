@@ -70,7 +70,10 @@ std::string homeFolder() {
     const char* home = std::getenv("HOME");
     if (home && *home == '/')
         return withoutSlashAtEnd(home);
-    const passwd* user = ::getpwuid(::getuid());
+    char buffer[4096];
+    passwd entry{};
+    passwd* user = nullptr;
+    (void)::getpwuid_r(::getuid(), &entry, buffer, sizeof buffer, &user);
     return user && user->pw_dir ? user->pw_dir : "/";
 }
 

@@ -4,6 +4,7 @@
 #include "platform/additions/FileAccess.h"
 #include "platform/additions/FileData.h"
 #include "platform/additions/FileParameter.h"
+#include "platform/ae/AEFlatten.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>
@@ -126,7 +127,7 @@ std::optional<std::vector<std::string>> separatorsOf(const AEDesc& event, bool w
     return separators;
 }
 
-/// Each separator ends an item, so that one at the very end begins no other.
+/// Each separator ends an item, so that one at the very end begins no other. Empty also when there are too many.
 std::optional<AEDesc> itemsOf(std::string_view bytes, const std::vector<std::string>& separators, DescType asClass) {
     std::vector<AEDesc> items;
     std::vector<std::size_t> next(separators.size(), 0); // where each one stands next, so that none is sought twice
@@ -141,7 +142,7 @@ std::optional<AEDesc> itemsOf(std::string_view bytes, const std::vector<std::str
             }
         }
         auto item = valueOfFileBytes(bytes.substr(start, end - start), asClass);
-        if (!item)
+        if (!item || items.size() >= kAEMaxCount)
             return std::nullopt;
         items.push_back(std::move(*item));
         start = after;
