@@ -61,7 +61,9 @@ TEST_F(FileAccessTest, ReadsTheRangeThatIsAskedFor) {
     EXPECT_EQ(read(file, {{"rdfm"_4cc, whole(99)}}).error(), eofErr);
     EXPECT_EQ(read(make("empty", "")).error(), eofErr);
     // A delimiter that lies across two pieces of a large file.
-    const AEDesc large = make("large", std::string((1 << 20) - 1, 'x') + "AB" + "rest");
+    std::string bytes((1 << 20) - 1, 'x');
+    bytes.append("ABrest");
+    const AEDesc large = make("large", bytes);
     EXPECT_EQ(read(large, {{"rbfr"_4cc, text("AB")}}).text().size(), (1u << 20) - 1);
 }
 
