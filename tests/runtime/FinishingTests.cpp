@@ -20,7 +20,7 @@ constexpr auto kNoPane = "KVBShowStartupScreen = NO;";
 constexpr auto kStay = "KVBShowStartupScreen = NO; KVBStayOpen = YES;";
 constexpr auto kPaneAndStay = "KVBStayOpen = YES;";
 
-enum class End { success, cancelled, engineFailure, noError };
+enum class End { success, cancelled, engineFailure };
 
 Outcome outcomeOf(End end) {
     switch (end) {
@@ -42,7 +42,7 @@ void runOneEvent(Applet& applet, bool isRunHandler, AppDelegate::Completion comp
 } // namespace
 
 TEST(Finishing, OwnEvents) {
-    struct {
+    struct Row {
         const char *name, *handlers, *info;
         bool isRunHandler;
         End end;
@@ -52,92 +52,27 @@ TEST(Finishing, OwnEvents) {
         int idleCalls;
         bool stopHidden, stillTried;
         Calls calls;
-    } const table[] = {
-        {"one-shot", "run", kNoPane, true, End::success, false, {}, {u"last"_s}, false, 0, false, false, {"run"}},
-        {"one-shot, cancelled", "run", kNoPane, true, End::cancelled, false, {u"terminate: now"_s}, {}, true, 0, false, false, {"run"}},
-        {"one-shot, the engine failed: counts as success",
-         "run",
-         kNoPane,
-         true,
-         End::engineFailure,
-         false,
-         {},
-         {u"last"_s},
-         false,
-         0,
-         false,
-         false,
-         {"run"}},
-        {"stays open", "run", kStay, true, End::success, false, {}, {u"last"_s}, false, 0, true, false, {"run"}},
-        {"stays open, cancelled", "run", kStay, true, End::cancelled, false, {}, {u"last"_s}, false, 0, true, false, {"run"}},
-        {"stays open with idle handler", "run idle", kStay, true, End::success, false, {}, {u"last"_s}, false, 1, true, false, {"run"}},
-        {"stays open with idle handler, after an event",
-         "run idle",
-         kStay,
-         false,
-         End::success,
-         false,
-         {},
-         {u"last"_s},
-         false,
-         0,
-         true,
-         false,
-         {"idle"}},
-        {"stays open with idle handler and pane",
-         "run idle",
-         kPaneAndStay,
-         true,
-         End::success,
-         false,
-         {},
-         {u"last"_s},
-         false,
-         0,
-         false,
-         false,
-         {"run"}},
-        {"quit came, ended by itself",
-         "run",
-         kNoPane,
-         true,
-         End::success,
-         true,
-         {u"terminate reply: 0"_s},
-         {u"last"_s},
-         false,
-         0,
-         true,
-         false,
-         {"run"}},
-        {"quit came, ended by itself, pane",
-         "run",
-         kPaneAndStay,
-         true,
-         End::success,
-         true,
-         {u"terminate reply: 0"_s},
-         {u"last"_s},
-         false,
-         0,
-         false,
-         false,
-         {"run"}},
-        {"quit came, cancelled", "run", kStay, true, End::cancelled, true, {u"terminate reply: 1"_s}, {}, true, 0, false, true, {"run"}},
-        {"quit came, the engine failed",
-         "run",
-         kStay,
-         true,
-         End::engineFailure,
-         true,
-         {u"terminate reply: 0"_s},
-         {u"last"_s},
-         false,
-         0,
-         true,
-         false,
-         {"run"}},
     };
+    const QStringList last{u"last"_s};
+    const QStringList ends{u"terminate: now"_s};
+    const QStringList refused{u"terminate reply: 0"_s};
+    const QStringList granted{u"terminate reply: 1"_s};
+    // clang-format off
+    const Row table[] = {
+        {"one-shot",                       "run",      kNoPane,      true,  End::success,       false, {},      last, false, 0, false, false, {"run"}},
+        {"one-shot, cancelled",            "run",      kNoPane,      true,  End::cancelled,     false, ends,    {},   true,  0, false, false, {"run"}},
+        {"one-shot, the engine failed",    "run",      kNoPane,      true,  End::engineFailure, false, {},      last, false, 0, false, false, {"run"}},
+        {"stays open",                     "run",      kStay,        true,  End::success,       false, {},      last, false, 0, true,  false, {"run"}},
+        {"stays open, cancelled",          "run",      kStay,        true,  End::cancelled,     false, {},      last, false, 0, true,  false, {"run"}},
+        {"with idle handler",              "run idle", kStay,        true,  End::success,       false, {},      last, false, 1, true,  false, {"run"}},
+        {"with idle handler, after event", "run idle", kStay,        false, End::success,       false, {},      last, false, 0, true,  false, {"idle"}},
+        {"with idle handler and pane",     "run idle", kPaneAndStay, true,  End::success,       false, {},      last, false, 0, false, false, {"run"}},
+        {"quit came, ended by itself",     "run",      kNoPane,      true,  End::success,       true,  refused, last, false, 0, true,  false, {"run"}},
+        {"the same with a pane",           "run",      kPaneAndStay, true,  End::success,       true,  refused, last, false, 0, false, false, {"run"}},
+        {"quit came, cancelled",           "run",      kStay,        true,  End::cancelled,     true,  granted, {},   true,  0, false, true,  {"run"}},
+        {"quit came, the engine failed",   "run",      kStay,        true,  End::engineFailure, true,  refused, last, false, 0, true,  false, {"run"}},
+    };
+    // clang-format on
     for (const auto& row : table) {
         SCOPED_TRACE(row.name);
         Applet applet({.handlers = row.handlers, .info = row.info});

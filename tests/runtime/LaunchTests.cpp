@@ -20,6 +20,7 @@ constexpr auto kPaneAndStay = "KVBStayOpen = \"true\";";
 } // namespace
 
 TEST(Launch, DecidesWhatStarts) {
+    const QStringList opening{u"progress"_s, u"show"_s, u"progress"_s};
     struct {
         const char *name, *handlers, *info;
         QStringList files;
@@ -43,17 +44,9 @@ TEST(Launch, DecidesWhatStarts) {
         {"droplet waits", "open", kNoPane, {}, {}, false, true, 0, {u"last"_s, u"show"_s}},
         {"droplet with a run handler", "open run", kNoPane, {}, {"run"}, false, true, 0, {u"last"_s, u"show"_s, u"progress"_s}},
         {"droplet with a pane", "open", kPane, {}, {}, false, false, 0, {u"startup"_s, u"show"_s}},
-        {"droplet with files", "open run", kNoPane, {u"/a"_s}, {"open"}, true, true, 0, {u"progress"_s, u"show"_s, u"progress"_s}},
-        {"droplet with files, stays open", "open", kStay, {u"/a"_s}, {"open"}, false, true, 0, {u"progress"_s, u"show"_s, u"progress"_s}},
-        {"droplet with pane and files: held back, then opened",
-         "open",
-         kPane,
-         {u"/a"_s},
-         {"open"},
-         true,
-         true,
-         0,
-         {u"progress"_s, u"show"_s, u"progress"_s}},
+        {"droplet with files", "open run", kNoPane, {u"/a"_s}, {"open"}, true, true, 0, opening},
+        {"droplet with files, stays open", "open", kStay, {u"/a"_s}, {"open"}, false, true, 0, opening},
+        {"droplet with pane: files held back, then opened", "open", kPane, {u"/a"_s}, {"open"}, true, true, 0, opening},
         {"files for a script that opens none", "run", kNoPane, {u"/a"_s}, {}, true, true, 0, {}},
         {"files for one behind a pane: forgotten", "run", kPane, {u"/a"_s}, {}, false, false, 0, {u"startup"_s}},
     };

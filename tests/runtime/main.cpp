@@ -9,6 +9,7 @@
 int main(int argc, char** argv) {
     using namespace quoddle;
     QCoreApplication application(argc, argv);
+    MainThread::open();
     AEMainThread thread;
     thread.isCurrent = &MainThread::isCurrent;
     thread.post = &MainThread::dispatchAsync;

@@ -131,6 +131,8 @@ void close() {
 void open() {
     std::lock_guard lock(queue().mutex);
     queue().closed = false;
+    if (const auto* application = QCoreApplication::instance())
+        receiverOn(application->thread());
 }
 
 } // namespace quoddle::MainThread

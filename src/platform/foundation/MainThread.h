@@ -21,7 +21,7 @@ bool dispatchSync(std::function<void()> work);
 /// Main thread, when the event loop has ended: drops what waits, releases every waiting caller.
 void close();
 
-/// Main thread: makes it usable again after close() (tests run several applications in one process).
+/// Main thread, when there is an application object: makes ready, also after close() (tests run several applications in one process).
 void open();
 
 } // namespace quoddle::MainThread
