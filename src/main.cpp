@@ -124,7 +124,10 @@ int runApplet(NSApplication& application, const QStringList& files) {
 int main(int argc, char** argv) {
     const Invocation invocation = invocationFrom(argc, argv);
     if (!invocation.bundle) {
-        std::fprintf(stderr, "usage: quoddle-shell APPLET.app [FILE...]\n");
+        if (argc > 1)
+            std::fprintf(stderr, "quoddle-shell: %s: no such applet\n", argv[1]);
+        else
+            std::fprintf(stderr, "usage: quoddle-shell APPLET.app [FILE...]\n");
         return kUsageError;
     }
     if (!hasDisplay()) {
