@@ -61,3 +61,17 @@ considering case
 	end try
 	log "a" = "A" --> false
 end considering
+try
+	error "cancelled" number -128
+on error number -128
+	log "matched" --> "matched"
+end try
+try
+	try
+		error "other" number -5
+	on error m number -128
+		log "never"
+	end try
+on error number n
+	log n --> -5
+end try

@@ -76,6 +76,7 @@ private:
     void repeatFrom(Object* node);
     void tell(Object* node);
     void considering(Object* node);
+    Object* patternPart(Object* entry);
     void tryStatement(Object* node);
     void declare(Object* node, bool global);
     void scriptObject(Object* node);

@@ -328,6 +328,23 @@ void HandlerCompiler::considering(Object* node) {
     mCode.place(end);
 }
 
+/// A variable's name or a constant; "number -128" may come as the negative of a literal.
+Object* HandlerCompiler::patternPart(Object* entry) {
+    if (entry->kind != ObjectKind::Node || entry->children.empty())
+        return entry;
+    Object* inner = entry->children[0];
+    if (!entry->isNode(tagOf(NodeKind::Negate)))
+        return inner;
+    const Object* literal = unwrapped(inner);
+    literal = literal->isNode(tagOf(NodeKind::Literal)) ? literal->children[0] : literal;
+    if (literal->kind == ObjectKind::Integer)
+        return mStore.integer(-literal->integer);
+    if (literal->kind == ObjectKind::Real)
+        return mStore.real(-literal->real);
+    fail(OSASyntaxError, u"Expected a constant.", entry);
+    return mStore.nil();
+}
+
 void HandlerCompiler::tryStatement(Object* node) {
     Label handle, end;
     mCode.branch(Opcode::ErrorHandler, handle);
@@ -343,7 +360,7 @@ void HandlerCompiler::tryStatement(Object* node) {
         if (heading->children[2]->kind == ObjectKind::Record) {
             std::vector<Object*> entries;
             for (Object* entry : heading->children[2]->children)
-                entries.push_back(entry->kind == ObjectKind::Node ? entry->children[0] : entry);
+                entries.push_back(patternPart(entry));
             for (std::size_t i = 1; i < entries.size(); i += 2)
                 if (entries[i]->kind == ObjectKind::Identifier)
                     mScope.add(entries[i]);

@@ -244,8 +244,6 @@ std::optional<AEDesc> ToDescriptor::specifier(const Specifier* what) {
         return AEDesc("exmn"_4cc, {});
     case Specifier::Form::Test:
         return test(what);
-    case Specifier::Form::Quoted:
-        break;
     }
     return std::nullopt;
 }

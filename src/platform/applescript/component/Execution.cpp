@@ -154,7 +154,8 @@ std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct
     const Application* application = applicationOf(direct);
     if (!application)
         application = applicationOf(mMachine.it());
-    AEDesc event = AEDesc::appleEvent(command.eventClass, command.eventID, application ? addressOf(*application) : AEDesc::ofCurrentProcess());
+    const AEDesc target = application ? addressOf(*application) : mDefaultTarget.isNull() ? AEDesc::ofCurrentProcess() : mDefaultTarget;
+    AEDesc event = AEDesc::appleEvent(command.eventClass, command.eventID, target);
     AEDesc userFields = AEDesc::list();
     const auto put = [&](Value label, Value value) {
         auto descriptor = descriptorFromValue(mMachine, value);

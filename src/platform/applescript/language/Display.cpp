@@ -163,10 +163,6 @@ void Displayer::specifier(const Specifier* specifier) {
         value(specifier->b);
         hasContainer = false;
         break;
-    case Specifier::Form::Quoted:
-        value(specifier->container);
-        hasContainer = false;
-        break;
     }
     if (!hasContainer || specifier->container.isUndefined() || is<Script>(specifier->container))
         return;

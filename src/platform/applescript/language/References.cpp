@@ -200,8 +200,6 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
             return container;
     }
     switch (what->form) {
-    case Specifier::Form::Quoted:
-        return container;
     case Specifier::Form::Property:
     case Specifier::Form::Element:
         // "length of every word": one answer for each.

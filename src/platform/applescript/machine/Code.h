@@ -28,7 +28,6 @@ namespace quoddle {
     X(BranchUnlessLessConstant) X(BranchUnlessLessOrEqualConstant) /* to target unless r[a] op k[b] */ \
     X(Negate) X(Not)   /* r[a] = op r[b] */ \
     X(Coerce)          /* r[a] = r[b] as r[c] */ \
-    X(CoerceBoolean)   /* r[a] = r[a] as boolean */ \
     X(Jump)            /* to target */ \
     X(JumpBack)        /* to target, the beginning of a loop */ \
     X(BranchIfFalse)   /* r[a] */ \

@@ -141,7 +141,7 @@ struct Application : HeapObject {
 struct Specifier : HeapObject {
     static constexpr HeapType kType = HeapType::Specifier;
     enum Flags : std::uint8_t { kIsReference = 1 };
-    enum class Form : std::uint8_t { Property, Every, Some, Element, ElementByKey, Filter, Range, Before, After, Beginning, End, Middle, Examined, Test, Quoted };
+    enum class Form : std::uint8_t { Property, Every, Some, Element, ElementByKey, Filter, Range, Before, After, Beginning, End, Middle, Examined, Test };
     Form form;
     Value container; // Test: left
     Value a;         // property or class; Test: operator as an integer, or the Filter's test

@@ -241,8 +241,6 @@ op_Not : {
 }
 op_Coerce:
     STORE_OR_RAISE(language::coerce(machine, r[pc->b], r[pc->c]));
-op_CoerceBoolean:
-    STORE_OR_RAISE(language::coerce(machine, r[pc->a], Value::code("bool"_4cc)));
 
     // Where to go on.
 op_Jump:

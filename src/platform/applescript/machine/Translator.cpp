@@ -45,7 +45,7 @@ struct Loop {
 };
 
 /// Code at the end of the handler for the rare way out of an instruction.
-struct Stub {
+struct Detour {
     std::size_t branch; // the instruction that goes there
     Instruction work;
     Op workOp;
@@ -89,7 +89,6 @@ private:
     // Emission
     std::size_t emit(Op op, std::size_t a = 0, std::size_t b = 0, std::size_t c = 0, std::size_t d = 0);
     std::size_t emitBranch(Op op, std::size_t a, std::size_t b, std::int32_t target);
-    Op opAt(std::size_t instruction) const { return mOps[instruction]; }
     bool isLast(std::int32_t producer) const {
         return producer >= 0 && static_cast<std::size_t>(producer) + 1 == mCode->instructions.size() && producer > mBarrier;
     }
@@ -176,7 +175,7 @@ private:
     std::vector<Label> mLabels;
     std::vector<Entry> mStack;
     std::vector<Loop> mLoops;
-    std::vector<Stub> mStubs;
+    std::vector<Detour> mDetours;
     std::vector<bool> mCertain;  // locals that only ever receive real values
     std::vector<bool> mDefined;  // locals that surely have a value here
     std::vector<std::pair<std::int32_t, std::uint32_t>> mOpenTries; // handler, begin
@@ -696,13 +695,13 @@ void Translator::shortCircuit(std::size_t at, bool jumpsWhen) {
         merge(threaded.target);
         return;
     }
-    Stub stub;
-    stub.branch = emit(op, condition);
-    stub.workOp = Op::LoadConstant;
-    stub.work.a = static_cast<std::uint16_t>(slot(mStack.size()));
-    stub.work.b = constant(Value::boolean(threaded.value));
-    stub.target = threaded.target;
-    mStubs.push_back(stub);
+    Detour detour;
+    detour.branch = emit(op, condition);
+    detour.workOp = Op::LoadConstant;
+    detour.work.a = static_cast<std::uint16_t>(slot(mStack.size()));
+    detour.work.b = constant(Value::boolean(threaded.value));
+    detour.target = threaded.target;
+    mDetours.push_back(detour);
     Entry value;
     push(value);
     merge(threaded.target);
@@ -1003,13 +1002,13 @@ void Translator::loopVariable(const StoredInstruction& instruction, Op op, std::
     if (topIsDead(exit)) {
         emitBranch(op, slot(firstDepth), variable, exit);
     } else {
-        Stub stub;
-        stub.branch = emit(op, slot(firstDepth), variable);
-        stub.workOp = Op::Move;
-        stub.work.a = static_cast<std::uint16_t>(slot(firstDepth));
-        stub.work.b = static_cast<std::uint16_t>(slot(mStack.size()));
-        stub.target = exit;
-        mStubs.push_back(stub);
+        Detour detour;
+        detour.branch = emit(op, slot(firstDepth), variable);
+        detour.workOp = Op::Move;
+        detour.work.a = static_cast<std::uint16_t>(slot(firstDepth));
+        detour.work.b = static_cast<std::uint16_t>(slot(mStack.size()));
+        detour.target = exit;
+        mDetours.push_back(detour);
     }
     merge(exit, mStack.size() - firstDepth - 1);
     if (op == Op::RepeatTimes)
@@ -1580,10 +1579,10 @@ std::unique_ptr<Code> Translator::run(const void* const* labels) {
             emit(Op::Return, mCode->instructions[last].a);
             mMaximumDepth = std::max<std::size_t>(mMaximumDepth, 1);
         }
-        for (const Stub& stub : mStubs) {
-            mCode->instructions[stub.branch].setTarget(mCode->instructions.size());
-            emit(stub.workOp, stub.work.a, stub.work.b);
-            emitBranch(Op::Jump, 0, 0, stub.target);
+        for (const Detour& detour : mDetours) {
+            mCode->instructions[detour.branch].setTarget(mCode->instructions.size());
+            emit(detour.workOp, detour.work.a, detour.work.b);
+            emitBranch(Op::Jump, 0, 0, detour.target);
         }
         for (const Label& label : mLabels)
             for (std::size_t use : label.uses) {
