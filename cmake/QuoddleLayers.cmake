@@ -17,7 +17,9 @@ set(QUODDLE_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= t
 
 find_program(QUODDLE_CCACHE ccache)
 if(QUODDLE_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUODDLE_CCACHE})
+  # Without these two ccache passes over whatever uses a precompiled header, which is everything here.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${QUODDLE_CCACHE})
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 endif()
 
 add_library(quoddle_options INTERFACE)
