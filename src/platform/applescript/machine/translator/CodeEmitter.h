@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+// Collects the instructions and constants of one handler while it is translated. The last instructions may still be changed or taken back,
+// down to the barrier.
+#pragma once
+
+#include "platform/applescript/machine/Code.h"
+
+#include <unordered_map>
+#include <vector>
+
+namespace quoddle {
+
+class CodeEmitter {
+public:
+    explicit CodeEmitter(Code& code) : mCode(code) {}
+
+    /// Returns the index of the new instruction. Throws Corruption when an operand needs more than 16 bits.
+    std::size_t emit(Op op, std::size_t a = 0, std::size_t b = 0, std::size_t c = 0, std::size_t d = 0);
+    /// Throws Corruption when there are too many.
+    std::uint16_t constant(Value value);
+    const Value& constantAt(std::size_t index) const { return mCode.constants[index]; }
+    std::size_t cache();
+
+    std::size_t size() const { return mCode.instructions.size(); }
+    Instruction& at(std::size_t index) { return mCode.instructions[index]; }
+    Op& opAt(std::size_t index) { return mOps[index]; }
+    Instruction& last() { return mCode.instructions.back(); }
+    Op lastOp() const { return mOps.back(); }
+    void takeBack();
+
+    /// Nothing emitted so far may be changed: what comes next can be reached another way, or depends on what it did.
+    void barrier() { mBarrier = static_cast<std::int32_t>(size()) - 1; }
+    bool canChange(std::int32_t producer) const { return producer > mBarrier; }
+    bool isLast(std::int32_t producer) const {
+        return producer >= 0 && static_cast<std::size_t>(producer) + 1 == size() && canChange(producer);
+    }
+
+    /// Writes the addresses of the instructions into them; see translate.
+    void link(const void* const* labels);
+
+private:
+    Code& mCode;
+    std::vector<Op> mOps;
+    std::unordered_map<std::uint64_t, std::uint16_t> mConstantIndexes;
+    std::int32_t mBarrier = -1;
+};
+
+/// Does the instruction nothing but set r[a]?
+bool writesOnlyItsTarget(Op op);
+
+} // namespace quoddle
