@@ -78,7 +78,7 @@ Value run(Machine& machine, Value direct, Arguments) {
     return {}; // a script without a run handler does nothing
 }
 
-/// "activate", "launch" and "idle" mean nothing to the values of this machine.
+/// "idle" means nothing to the values of this machine.
 Value nothing(Machine&, Value, Arguments) {
     return {};
 }
@@ -87,11 +87,13 @@ struct CommandRow {
     FourCharCode eventClass;
     FourCharCode eventID;
     Value (*perform)(Machine&, Value, Arguments);
+    bool mayBeContinued; // a handler of that name hands on to it
 };
+/// "continue run" and "continue idle" go to the application.
 constexpr CommandRow kCommands[] = {
-    {"ascr"_4cc, "cmnt"_4cc, log},  {"misc"_4cc, "curd"_4cc, currentDate}, {"syso"_4cc, "dela"_4cc, delay},
-    {"core"_4cc, "getd"_4cc, get},  {"core"_4cc, "cnte"_4cc, count},       {"aevt"_4cc, "oapp"_4cc, run},
-    {"misc"_4cc, "idle"_4cc, nothing},
+    {"ascr"_4cc, "cmnt"_4cc, log, true},  {"misc"_4cc, "curd"_4cc, currentDate, true}, {"syso"_4cc, "dela"_4cc, delay, true},
+    {"core"_4cc, "getd"_4cc, get, true},  {"core"_4cc, "cnte"_4cc, count, true},       {"aevt"_4cc, "oapp"_4cc, run, false},
+    {"misc"_4cc, "idle"_4cc, nothing, false},
 };
 
 bool belongsToApplication(Value direct) {
@@ -118,13 +120,21 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
         const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
         return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + words + u"” message.", direct);
     }
-    if (!continues && !belongsToApplication(direct))
+    if (!belongsToApplication(direct))
         for (const CommandRow& row : kCommands)
-            if (row.eventClass == event->eventClass && row.eventID == event->eventID)
+            if (row.eventClass == event->eventClass && row.eventID == event->eventID && (!continues || row.mayBeContinued))
                 return row.perform(machine, direct, arguments);
+    if (Value result; machine.host().perform && machine.host().perform(machine, *event, direct, arguments, result))
+        return result;
     if (!machine.host().send)
         return notUnderstood(machine, direct, name);
-    return machine.send(*event, direct, arguments, continues);
+    const Value result = machine.send(*event, direct, arguments, continues);
+    const bool isActivate = event->eventClass == "misc"_4cc && event->eventID == "actv"_4cc;
+    if (isActivate && result.isFailure() && machine.error().number == errAEEventNotHandled && !belongsToApplication(direct)) {
+        machine.error() = ScriptError(); // a program without windows has nothing to bring to the front
+        return {};
+    }
+    return result;
 }
 
 Value callElsewhere(Machine& machine, Value target, Value name, std::span<const Value> arguments) {
@@ -143,10 +153,16 @@ Value callElsewhere(Machine& machine, Value target, Value name, std::span<const 
 }
 
 Value getFromApplication(Machine& machine, Value specifier) {
+    const Specifier* property = as<Specifier>(specifier);
+    const Specifier* holder = property && property->form == Specifier::Form::Property ? as<Specifier>(property->container) : nullptr;
+    if (holder && isMany(holder->form) && property->a == Value::code("nmbr"_4cc)) // "number of windows" counts them
+        return send(machine, "core"_4cc, "cnte"_4cc, property->container, {});
+    const Heap::Hold hold(machine.heap()); // asked in the midst of evaluating
     return send(machine, "core"_4cc, "getd"_4cc, specifier, {});
 }
 
 bool setInApplication(Machine& machine, Value specifier, Value value) {
+    const Heap::Hold hold(machine.heap());
     const Argument parameters[] = {{Value::code("data"_4cc), value}};
     return !send(machine, "core"_4cc, "setd"_4cc, specifier, parameters).isFailure();
 }

@@ -27,7 +27,7 @@ std::u16string nameOf(Value name) {
 // --- Safe points
 
 bool Interpreter::safePoint() {
-    if (mMachine.mHeap.wantsCollection() && mMachine.mayCollect()) {
+    if (mMachine.mHeap.wantsCollection()) {
         mMachine.settle();
         mMachine.mHeap.collect();
     }

@@ -62,7 +62,8 @@ void releaseBuffer(TextBuffer* buffer) {
 
 } // namespace
 
-Handler::Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore) : HeapObject(kType), source(block), store(std::move(blockStore)) {}
+Handler::Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore)
+    : HeapObject(kType), source(block), store(std::move(blockStore)) {}
 
 Handler::~Handler() {
     delete code;
@@ -317,9 +318,11 @@ void Heap::scan(HeapObject* object) {
 }
 
 void Heap::collect() {
+    if (mHolds > 0)
+        return;
     mMarkRoots(*this);
-    for (const Value* root : mRoots)
-        mark(*root);
+    for (const Root* root = mRoots; root; root = root->mNext)
+        mark(root->mValue);
     while (!mGray.empty()) {
         HeapObject* object = mGray.back();
         mGray.pop_back();

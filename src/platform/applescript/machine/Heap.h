@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The heap of one machine: precise mark and sweep.
 //
-// Decision: collection happens only at safe points, when the machine asks for it between two instructions; making an object never collects. Native code may
-// therefore hold values in C++ variables freely, as long as it does not run script code in between; where it does, it roots them with a Root. Price: one instruction
+// Decision: collection happens only at safe points, when the machine asks for it between two instructions; making an object never collects.
+// Native code may therefore hold values in C++ variables freely, as long as it does not run script code or give up the interpreter lock in
+// between; where it does, it roots them with a Root, or puts collection off with a Hold where they are too many. Price: one instruction
 // that makes very much garbage is not collected before it ends.
 //
-// Roots are what the owner marks in its callback, the Roots that are alive, and the interned names. Not thread-safe: the interpreter lock guards it.
+// Roots are what the owner marks in its callback, the Roots that are alive, and the interned names. Not thread-safe: the interpreter lock
+// guards it.
 #pragma once
 
 #include "platform/applescript/machine/HeapObject.h"
@@ -50,7 +52,8 @@ public:
     [[nodiscard]] bool append(List* list, Value value);
     [[nodiscard]] bool reserve(List* list, std::size_t capacity);
 
-    bool wantsCollection() const { return mAllocated >= mThreshold; }
+    bool wantsCollection() const { return mAllocated >= mThreshold && mHolds == 0; }
+    /// Not while there is a Hold.
     void collect();
     void mark(Value value) {
         if (value.isObject())
@@ -67,6 +70,7 @@ public:
     std::size_t collections() const { return mCollections; }
 
     class Root;
+    class Hold;
 
 private:
     void* allocate(std::size_t size);
@@ -76,7 +80,8 @@ private:
     std::function<void(Heap&)> mMarkRoots;
     std::vector<HeapObject*> mObjects;
     std::vector<HeapObject*> mGray;
-    std::vector<const Value*> mRoots;
+    Root* mRoots = nullptr;
+    std::size_t mHolds = 0;
     std::unordered_map<std::string, Symbol*> mSymbols;
     std::unordered_map<std::string, EventName*> mEventNames;
     void* mFree[8] = {}; // per size class of 16 bytes
@@ -86,20 +91,42 @@ private:
     std::size_t mCollections = 0;
 };
 
-/// Keeps a value alive while script code runs inside native code. Strictly nested.
+/// Keeps a value alive while script code runs inside native code. Threads take turns inside the machine, so roots come and go in any order.
 class Heap::Root {
 public:
-    Root(Heap& heap, Value value) : mHeap(heap), mValue(value) { mHeap.mRoots.push_back(&mValue); }
-    ~Root() { mHeap.mRoots.pop_back(); }
+    Root(Heap& heap, Value value) : mHeap(heap), mValue(value), mNext(heap.mRoots) {
+        if (mNext)
+            mNext->mPrevious = this;
+        mHeap.mRoots = this;
+    }
+    ~Root() {
+        (mPrevious ? mPrevious->mNext : mHeap.mRoots) = mNext;
+        if (mNext)
+            mNext->mPrevious = mPrevious;
+    }
     Root(const Root&) = delete;
     Root& operator=(const Root&) = delete;
 
     Value get() const { return mValue; }
-    void set(Value value) { mValue = value; }
+
+private:
+    friend class Heap;
+    Heap& mHeap;
+    Value mValue;
+    Root* mPrevious = nullptr;
+    Root* mNext;
+};
+
+/// Puts collection off while native code that holds values waits for another application. For short waits: garbage gathers meanwhile.
+class Heap::Hold {
+public:
+    explicit Hold(Heap& heap) : mHeap(heap) { ++mHeap.mHolds; }
+    ~Hold() { --mHeap.mHolds; }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
 
 private:
     Heap& mHeap;
-    Value mValue;
 };
 
 } // namespace quoddle

@@ -9,6 +9,7 @@
 #include "platform/applescript/machine/Translator.h"
 
 #include <algorithm>
+#include <deque>
 #include <new>
 #include <sys/mman.h>
 
@@ -119,10 +120,11 @@ void Machine::settle() {
 
 Value Machine::send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
     settle();
-    ++mSends;
-    const Value result = mHost.send(*this, command, direct, arguments, continues);
-    --mSends;
-    return result;
+    std::deque<Heap::Root> roots;
+    roots.emplace_back(mHeap, direct);
+    for (const Argument& argument : arguments)
+        roots.emplace_back(mHeap, argument.value);
+    return mHost.send(*this, command, direct, arguments, continues);
 }
 
 Script* Machine::parentOf(Script* script) {
@@ -178,7 +180,8 @@ Value Machine::callHandler(Script* script, Value handlerName, std::span<const Va
     return callHandler(holder, Value::object(script), handler, arguments, Value(), {});
 }
 
-Value Machine::callHandler(Script* owner, Value me, Handler* handler, std::span<const Value> positional, Value direct, std::span<const Argument> labels) {
+Value Machine::callHandler(Script* owner, Value me, Handler* handler, std::span<const Value> positional, Value direct,
+                           std::span<const Argument> labels) {
     Run run(*this);
     if (run.isTooDeep())
         return raise(errOSAStackOverflow, language::messageFor(errOSAStackOverflow));

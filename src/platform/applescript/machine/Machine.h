@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The running machine of one scripting component: heap, stack, frames, and what a running script can change about them.
 //
-// Decision: script calls never recurse on the C++ stack. Frames lie in a vector, registers in one reserved stretch of memory, so that 10,000 calls deep is nothing
-// special and more is an error. Native code that must run a script while it works itself starts a run inside the run, which is bounded separately.
+// Decision: script calls never recurse on the C++ stack. Frames lie in a vector, registers in one reserved stretch of memory, so that
+// 10,000 calls deep is nothing special and more is an error. Native code that must run a script while it works itself starts a run inside
+// the run, which is bounded separately.
 //
 // Thread: whoever holds the component's interpreter lock. Only `interrupt` may be called from elsewhere.
 #pragma once
@@ -20,7 +21,7 @@ namespace quoddle {
 /// What a script is told about an error, and what it tells its caller.
 struct ScriptError {
     OSStatus number = noErr;
-    Value message;  // a text, or undefined
+    Value message; // a text, or undefined
     Value offending;
     Value partialResult;
     Value expectedType;
@@ -40,7 +41,8 @@ enum Considering : std::uint32_t {
     kConsiderReplies = 0x40,
     kConsiderNumericStrings = 0x80,
 };
-constexpr std::uint32_t kDefaultConsiderations = kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderExpansion | kConsiderPunctuation | kConsiderReplies;
+constexpr std::uint32_t kDefaultConsiderations =
+    kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderExpansion | kConsiderPunctuation | kConsiderReplies;
 /// The default time-out of a command to another application, seconds.
 constexpr double kDefaultTimeout = 120;
 
@@ -48,8 +50,8 @@ struct Frame {
     const Handler* handler = nullptr;
     const Instruction* next = nullptr; // where it goes on after a call
     Value* registers = nullptr;
-    Script* owner = nullptr;           // the script whose handler runs
-    HeapObject* scope = nullptr;       // an Environment, or the Script that is being made
+    Script* owner = nullptr;     // the script whose handler runs
+    HeapObject* scope = nullptr; // an Environment, or the Script that is being made
     Value me;
     Value it;
     Value result;
@@ -64,7 +66,8 @@ struct Argument {
     Value value;
 };
 
-/// The stack of one thread of execution. A script that waits lets another thread run scripts of the same component meanwhile; each has its own.
+/// The stack of one thread of execution. A script that waits lets another thread run scripts of the same component meanwhile; each has its
+/// own.
 struct ExecutionContext {
     std::vector<Frame> frames;
     Value* stack = nullptr;
@@ -83,10 +86,14 @@ class Machine {
 public:
     /// The surroundings of a machine, which neither sends nor waits by itself.
     struct Host {
-        /// Called at least every ten milliseconds while a script runs, the interpreter lock given up. Anything but noErr ends the script with that error.
+        /// Called at least every ten milliseconds while a script runs, the interpreter lock given up. Anything but noErr ends the script
+        /// with that error.
         std::function<OSStatus(Machine&)> active;
         /// A command that no handler and no part of the language took: value, or failure with an error raised.
         std::function<Value(Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, bool continues)> send;
+        /// Asked before `send`: performs a command that works on the scripts of this machine and may run them. False when it is none; `result` is failure when an error
+        /// was raised. May be empty.
+        std::function<bool(Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, Value& result)> perform;
         /// What "log" prints.
         std::function<void(Machine&, Value)> log;
     };
@@ -98,13 +105,15 @@ public:
 
     Heap& heap() { return mHeap; }
     Host& host() { return mHost; }
-    /// The AppleScript object: the last parent of every script, holder of the text item delimiters, the progress properties and the constants.
+    /// The AppleScript object: the last parent of every script, holder of the text item delimiters, the progress properties and the
+    /// constants.
     Script* appleScript() { return mAppleScript; }
 
     // Running. The values given are safe from collection during the call; the result is safe until the next one.
     /// Failure when an error was raised; it is then in error().
     Value callHandler(Script* script, Value handlerName, std::span<const Value> arguments);
-    Value callHandler(Script* owner, Value me, Handler* handler, std::span<const Value> positional, Value direct, std::span<const Argument> labels);
+    Value callHandler(Script* owner, Value me, Handler* handler, std::span<const Value> positional, Value direct,
+                      std::span<const Argument> labels);
     /// Runs an initialiser. Failure, or the new script.
     Value makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store);
 
@@ -120,8 +129,8 @@ public:
     Value it() const { return isRunning() ? mContext->frames.back().it : Value(); }
     bool isRunning() const { return !mContext->frames.empty(); }
 
-    /// The context that everything works on until the next call; whoever lets threads take turns sets it when it gives a thread its turn. A context that is
-    /// not in use is marked no more once it is idle. Answers the one before.
+    /// The context that everything works on until the next call; whoever lets threads take turns sets it when it gives a thread its turn. A
+    /// context that is not in use is marked no more once it is idle. Answers the one before.
     ExecutionContext* use(ExecutionContext* context) { return std::exchange(mContext, context); }
     ExecutionContext* newContext();
 
@@ -132,11 +141,11 @@ public:
 
     /// Asks the script to come to a safe point soon. From any thread.
     void interrupt() { mInterrupted.store(true, std::memory_order_relaxed); }
-    /// Gives the host its turn, as a long native operation should every few milliseconds. False when the script is to end; the error is then set.
+    /// Gives the host its turn, as a long native operation should every few milliseconds. False when the script is to end; the error is
+    /// then set.
     bool yield();
-    /// A command for the host (see Host::send). Nothing is collected until it is done: native code around it may hold values.
+    /// A command for the host (see Host::send). The parameters are safe from collection; other values that the caller holds are not.
     Value send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues);
-    bool mayCollect() const { return mSends == 0; }
 
     /// Names of enumerations that constants carry.
     std::uint16_t enumeration(FourCharCode code);
@@ -166,7 +175,6 @@ private:
     Script* mAppleScript = nullptr;
     std::vector<FourCharCode> mEnumerations{0};
     std::atomic<bool> mInterrupted{false};
-    std::size_t mSends = 0; // under way
 };
 
 } // namespace quoddle

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The machine against code that no compiler wrote, and its promises about time and memory.
+#include "platform/applescript/machine/Machine.h"
 #include "platform/applescript/compiler/Opcode.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Display.h"
-#include "platform/applescript/machine/Machine.h"
 #include "platform/applescript/machine/StoredCode.h"
 #include "platform/base/Text.h"
 
 #include <chrono>
+#include <functional>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -26,14 +27,22 @@ std::string code(std::initializer_list<int> bytes) {
 class MachineTest : public testing::Test {
 protected:
     MachineTest()
-        : store(std::make_shared<ObjectStore>()), machine({[this](Machine&) { return ++actives > limit ? userCanceledErr : noErr; }, nullptr, nullptr}) {}
+        : store(std::make_shared<ObjectStore>()),
+          machine({[this](Machine&) { return ++actives > limit ? userCanceledErr : noErr; },
+                   [this](Machine&, const EventName&, Value, std::span<const Argument>, bool) { return onSend(); }, nullptr}) {}
 
     Value run(const std::string& bytes, std::vector<Object*> literals = {}, std::vector<Object*> locals = {}) {
-        Object* block = store->block(block::Handler, {store->identifier("f"), store->nil(), store->list({}), store->list({}), store->vector(locals),
-                                                      store->vector(literals), store->raw(bytes)});
+        Object* block = store->block(block::Handler, {store->identifier("f"), store->nil(), store->list({}), store->list({}),
+                                                      store->vector(locals), store->vector(literals), store->raw(bytes)});
         Script* script = machine.heap().make<Script>();
         script->set(machine.literal(block->children[0], store), machine.literal(block, store));
         return machine.callHandler(script, Value::object(machine.heap().symbol("f")), {});
+    }
+    /// repeat 300,000 times: {1, 2, 3} & "text"
+    Value makeGarbage() {
+        const std::string loop =
+            code({0x17, 0x00, 0x12, 0xE0, 0x6B, 0x68, 0x18, 0x6B, 0x6C, 0x6D, 0x6D, 0x76, 0xE1, 0x25, 0x5B, 0x4F, 0x59, 0xFF, 0xF5, 0x0F});
+        return run(loop, {store->integer(300000), store->text(u"text")});
     }
     std::string shown(Value value) {
         return value.isFailure() ? "error " + std::to_string(machine.error().number) : utf8FromUTF16(language::display(machine, value));
@@ -41,6 +50,7 @@ protected:
 
     std::shared_ptr<ObjectStore> store;
     int actives = 0, limit = 1000000;
+    std::function<Value()> onSend = [this] { return machine.raise(errAEEventNotHandled, u"?"); };
     Machine machine;
 };
 
@@ -78,9 +88,10 @@ TEST_F(MachineTest, SurvivesAnyCode) {
         if (infoOf(static_cast<Opcode>(byte)).name)
             known.push_back(static_cast<std::uint8_t>(byte));
     limit = 2; // whatever loops is stopped
-    std::vector<Object*> literals{store->integer(3),        store->text(u"abc"),         store->code("cobj"_4cc), store->identifier("f"),
-                                  store->code("bool"_4cc),  store->event(std::string("corecnte****\0\0\0\0\0\0\0\0****", 24)),
-                                  store->code("pnam"_4cc),  store->list({store->constant("cons"_4cc, "case"_4cc)})};
+    std::vector<Object*> literals{store->integer(3),       store->text(u"abc"),
+                                  store->code("cobj"_4cc), store->identifier("f"),
+                                  store->code("bool"_4cc), store->event(std::string("corecnte****\0\0\0\0\0\0\0\0****", 24)),
+                                  store->code("pnam"_4cc), store->list({store->constant("cons"_4cc, "case"_4cc)})};
     std::vector<Object*> locals{store->identifier("a"), store->identifier("b"), store->identifier("c")};
     for (int round = 0; round < 30000; ++round) {
         std::string bytes;
@@ -113,11 +124,31 @@ TEST_F(MachineTest, EndsATightLoopSoon) {
 }
 
 TEST_F(MachineTest, CollectsWhatALoopDrops) {
-    // repeat 300,000 times: {1, 2, 3} & "text"
-    const std::string loop = code({0x17, 0x00, 0x12, 0xE0, 0x6B, 0x68, 0x18, 0x6B, 0x6C, 0x6D, 0x6D, 0x76, 0xE1, 0x25, 0x5B, 0x4F, 0x59, 0xFF, 0xF5, 0x0F});
-    EXPECT_EQ(shown(run(loop, {store->integer(300000), store->text(u"text")})), "{1, 2, 3, \"text\"}");
+    EXPECT_EQ(shown(makeGarbage()), "{1, 2, 3, \"text\"}");
     EXPECT_GT(machine.heap().collections(), 0u);
     EXPECT_LT(machine.heap().allocated(), std::size_t(64) << 20);
+}
+
+TEST_F(MachineTest, CollectsWhileACommandWaits) {
+    // {{1, 2}, (a command with {1, 2} as its direct parameter)}, the command answered by a script that makes garbage
+    const std::string command = code({0x6B, 0x6C, 0x6C, 0x76, 0x6B, 0x6C, 0x6C, 0x76, 0x6A, 0x0C, 0x00, 0x00, 0x6C, 0x76, 0x0F});
+    Object* event = store->event(std::string("testwait****\0\0\0\0\0\0\0\0****", 24));
+    onSend = [this] {
+        // Another thread's root may go before an older one does.
+        auto first = std::make_unique<Heap::Root>(machine.heap(), Value::object(machine.heap().text(u"first")));
+        const Heap::Root second(machine.heap(), Value::object(machine.heap().text(u"second")));
+        first.reset();
+        makeGarbage();
+        return second.get();
+    };
+    EXPECT_EQ(shown(run(command, {event})), "{{1, 2}, \"second\"}");
+    EXPECT_GT(machine.heap().collections(), 0u);
+
+    const std::size_t collections = machine.heap().collections();
+    const Heap::Hold hold(machine.heap());
+    makeGarbage();
+    machine.collect();
+    EXPECT_EQ(machine.heap().collections(), collections);
 }
 
 } // namespace
