@@ -173,7 +173,8 @@ private:
 
 OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes) {
     Writer writer;
-    if (!writer.write(desc, 1)) {
+    // Frames without bytes count, too.
+    if (!writer.write(desc, 1) || writer.bytes.size() > kAEMaxSize) {
         bytes.clear();
         return errAECorruptData;
     }

@@ -96,8 +96,8 @@ std::optional<std::int64_t> dateOfText(std::u16string_view text) {
             return {};
     }
     year_month_day date = year(y) / month(m) / day(d);
-    bool valid = date.ok() && (separator == 'T' || separator == ' ') && hour >= 0 && hour < 24 && minute >= 0 && minute < 60 &&
-                 second >= 0 && second < 60;
+    bool valid = y <= int{year::max()} && date.ok() && (separator == 'T' || separator == ' ') && hour >= 0 && hour < 24 && minute >= 0 &&
+                 minute < 60 && second >= 0 && second < 60;
     if (!valid)
         return {};
     return (sys_days(date) - kEpoch).count() * kSecondsPerDay + std::int64_t{hour} * 3600 + std::int64_t{minute} * 60 + second;

@@ -117,7 +117,7 @@ TEST(AECoercion, CodesFilesDates) {
     EXPECT_EQ(AEDesc::ofDate(-1).asUTF8(), "1903-12-31T23:59:59");
     EXPECT_EQ(AECoerced(AEDesc::ofUTF8("1904-01-02 00:00:01"), "ldt "_4cc), AEDesc::ofDate(86401));
     EXPECT_EQ(AECoerced(AEDesc::ofUTF8("1904-01-02"), "ldt "_4cc), AEDesc::ofDate(86400));
-    for (const char* spelled : {"1904-02-30", "1904-01-02T25:00:00", "1904-01-02x", "yesterday", "1904-01-02T00:00:00Z"})
+    for (const char* spelled : {"1904-02-30", "1904-01-02T25:00:00", "1904-01-02x", "yesterday", "1904-01-02T00:00:00Z", "40000-01-01"})
         EXPECT_FALSE(AECoerced(AEDesc::ofUTF8(spelled), "ldt "_4cc)) << spelled;
     EXPECT_TRUE(AEDesc::ofDate(INT64_MIN).asText());
 }

@@ -47,6 +47,9 @@ TEST(AEFlatten, BoundsAreKept) {
     EXPECT_EQ(AEUnflattenDesc(bytes, desc), errAECorruptData);
     EXPECT_EQ(AEFlattenDesc(AEDesc("tdta"_4cc, std::string(kAEMaxSize + 1, 'x')), bytes), errAECorruptData);
     EXPECT_EQ(AEFlattenDesc(AEDesc::list(std::vector<AEDesc>(kAEMaxCount)), bytes), errAECorruptData);
+    // The bytes alone would fit; the frames of the empty lists behind them do not.
+    AEDesc large("tdta"_4cc, std::string(kAEMaxSize - 100, 'x'));
+    EXPECT_EQ(AEFlattenDesc(AEDesc::list({large, AEDesc::list(std::vector<AEDesc>(20, AEDesc::list()))}), bytes), errAECorruptData);
 }
 
 TEST(AEFlatten, EveryTruncationIsRefused) {

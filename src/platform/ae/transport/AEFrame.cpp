@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/transport/AEFrame.h"
+
+#include "platform/ae/AEFlatten.h"
+
+namespace quoddle {
+
+namespace {
+
+constexpr FourCharCode kMagic = "QAE2"_4cc;
+
+void put32(std::string& bytes, std::uint32_t value) {
+    for (int shift = 24; shift >= 0; shift -= 8)
+        bytes += static_cast<char>(value >> shift & 0xFF);
+}
+
+std::uint32_t get32(std::string_view bytes, std::size_t at) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 0; i < 4; ++i)
+        value = value << 8 | static_cast<std::uint8_t>(bytes[at + i]);
+    return value;
+}
+
+constexpr std::size_t kKindAt = 4, kFlagsAt = 5, kIDAt = 8, kStatusAt = 12, kSizeAt = 16;
+
+bool isKind(char byte) {
+    return byte == static_cast<char>(AEFrame::Kind::Event) || byte == static_cast<char>(AEFrame::Kind::Reply);
+}
+
+} // namespace
+
+std::string AEFrame::bytes() const {
+    std::string bytes;
+    bytes.reserve(kHeaderSize + payload.size());
+    put32(bytes, kMagic);
+    bytes += static_cast<char>(kind);
+    bytes += static_cast<char>(flags);
+    bytes.append(2, '\0');
+    put32(bytes, id);
+    put32(bytes, static_cast<std::uint32_t>(status));
+    put32(bytes, static_cast<std::uint32_t>(payload.size()));
+    return bytes += payload;
+}
+
+OSStatus AEFrameReader::append(std::string_view bytes) {
+    mBuffer += bytes;
+    const std::size_t checked = std::min<std::size_t>(mBuffer.size(), 4);
+    for (std::size_t i = 0; i < checked; ++i)
+        if (static_cast<std::uint8_t>(mBuffer[i]) != (kMagic >> (24 - 8 * i) & 0xFF))
+            return errAECorruptData;
+    if (mBuffer.size() >= AEFrame::kHeaderSize && (!isKind(mBuffer[kKindAt]) || get32(mBuffer, kSizeAt) > kAEMaxSize))
+        return errAECorruptData;
+    return noErr;
+}
+
+bool AEFrameReader::next(AEFrame& frame) {
+    if (mBuffer.size() < AEFrame::kHeaderSize)
+        return false;
+    const std::size_t size = get32(mBuffer, kSizeAt);
+    if (mBuffer.size() - AEFrame::kHeaderSize < size)
+        return false;
+    frame.kind = static_cast<AEFrame::Kind>(mBuffer[kKindAt]);
+    frame.flags = static_cast<std::uint8_t>(mBuffer[kFlagsAt]);
+    frame.id = get32(mBuffer, kIDAt);
+    frame.status = static_cast<OSStatus>(get32(mBuffer, kStatusAt));
+    frame.payload = mBuffer.substr(AEFrame::kHeaderSize, size);
+    mBuffer.erase(0, AEFrame::kHeaderSize + size);
+    return true;
+}
+
+} // namespace quoddle

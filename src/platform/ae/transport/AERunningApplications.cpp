@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/transport/AERunningApplications.h"
+
+#include "platform/ae/AEFlatten.h"
+#include "platform/ae/transport/AERuntimeDirectory.h"
+#include "platform/base/File.h"
+#include "platform/base/Text.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <unicode/unistr.h>
+#include <unistd.h>
+
+namespace quoddle {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMaximumRecordSize = 64 << 10;
+constexpr std::string_view kRecordExtension = ".app";
+constexpr AEKeyword kStartTime = "strt"_4cc;
+
+/// In clock ticks since the machine started; 0 when there is no such process.
+std::int64_t startTimeOf(std::int32_t processID) {
+    const auto text = readFile("/proc/" + std::to_string(processID) + "/stat", 4096);
+    if (!text)
+        return 0;
+    // The second field is a name in parentheses that may hold anything; the 22nd is wanted.
+    std::size_t at = text->rfind(')');
+    for (int field = 2; field < 22 && at != std::string::npos; ++field)
+        at = text->find(' ', at + 1);
+    return at == std::string::npos ? 0 : std::strtoll(text->c_str() + at, nullptr, 10);
+}
+
+std::string textOf(const AEDesc& record, AEKeyword key) {
+    const AEDesc* field = record.find(key);
+    return field ? field->asUTF8().value_or("") : "";
+}
+
+std::optional<AEDesc> readRecord(const std::string& path) {
+    const auto bytes = readFile(path, kMaximumRecordSize);
+    AEDesc record;
+    if (!bytes || AEUnflattenDesc(*bytes, record) != noErr || !record.isRecord())
+        return std::nullopt;
+    return record;
+}
+
+std::int32_t processIDOf(const fs::path& file) {
+    const std::string digits = file.stem().string();
+    const bool isNumber = !digits.empty() && digits.size() < 10 && std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return isNumber ? std::atoi(digits.c_str()) : 0;
+}
+
+void removeFilesOf(const std::string& directory, std::int32_t processID) {
+    unlink((directory + "/" + AESocketName(processID)).c_str());
+    unlink((directory + "/" + std::to_string(processID) + std::string(kRecordExtension)).c_str());
+}
+
+std::u16string folded(std::string_view name) {
+    if (name.ends_with(".app"))
+        name.remove_suffix(4);
+    icu::UnicodeString text = icu::UnicodeString::fromUTF8({name.data(), static_cast<std::int32_t>(name.size())});
+    text.foldCase();
+    return {text.getBuffer(), static_cast<std::size_t>(text.length())};
+}
+
+} // namespace
+
+std::string AESocketName(std::int32_t processID) {
+    return std::to_string(processID) + ".sock";
+}
+
+bool AESameApplicationName(std::string_view a, std::string_view b) {
+    return folded(a) == folded(b);
+}
+
+std::vector<AERunningApplication> AEListRunningApplications() {
+    std::vector<std::pair<std::int64_t, AERunningApplication>> found;
+    const auto directory = AERuntimeDirectory();
+    if (!directory)
+        return {};
+    std::error_code error;
+    for (fs::directory_iterator entry(*directory, error), end; !error && entry != end; entry.increment(error)) {
+        const std::int32_t processID = entry->path().extension() == kRecordExtension ? processIDOf(entry->path()) : 0;
+        if (processID == 0)
+            continue;
+        const auto record = readRecord(entry->path().string());
+        const AEDesc* start = record ? record->find(kStartTime) : nullptr;
+        const std::int64_t startTime = startTimeOf(processID);
+        if (!start || startTime == 0 || start->asInt64() != startTime) {
+            removeFilesOf(*directory, processID);
+            continue;
+        }
+        found.push_back({startTime, {processID, textOf(*record, "pnam"_4cc), textOf(*record, "ID  "_4cc), textOf(*record, "ppth"_4cc)}});
+    }
+    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
+        return std::pair(a.first, a.second.processID) > std::pair(b.first, b.second.processID);
+    });
+    std::vector<AERunningApplication> applications;
+    for (auto& [startTime, application] : found)
+        applications.push_back(std::move(application));
+    return applications;
+}
+
+OSStatus AERegisterApplication(const AERunningApplication& application) {
+    const auto directory = AERuntimeDirectory();
+    if (!directory)
+        return directory.error();
+    AEDesc record = AEDesc::record();
+    (void)record.put("pnam"_4cc, AEDesc::ofUTF8(application.name));
+    (void)record.put("ID  "_4cc, AEDesc::ofUTF8(application.bundleIdentifier));
+    (void)record.put("ppth"_4cc, AEDesc::ofUTF8(application.path));
+    (void)record.put(kStartTime, AEDesc::ofInt64(startTimeOf(getpid())));
+    std::string bytes;
+    if (const OSStatus status = AEFlattenDesc(record, bytes); status != noErr)
+        return status;
+    return writeFile(*directory + "/" + std::to_string(getpid()) + std::string(kRecordExtension), bytes);
+}
+
+void AEUnregisterApplication() {
+    if (const auto directory = AERuntimeDirectory())
+        removeFilesOf(*directory, getpid());
+}
+
+} // namespace quoddle

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+// Which applications of this user run and take Apple events: one small file for each beside its socket, PID.app and PID.sock.
+//
+// Decision: the files are the registry; no process keeps it. A record names the time its process started, so that one left behind by a crash is told from a new
+// process with the same number, and removed by whoever meets it.
+#pragma once
+
+#include "platform/base/OSStatus.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quoddle {
+
+struct AERunningApplication {
+    std::int32_t processID = 0;
+    std::string name;             // as people call it, without ".app"
+    std::string bundleIdentifier; // may be empty
+    std::string path;             // of the bundle, absolute, without links; may be empty
+};
+
+/// The applications that run, the last one started first. Any thread.
+std::vector<AERunningApplication> AEListRunningApplications();
+
+/// Makes a record of this process, complete or not at all; its processID is ignored. A file status on failure.
+OSStatus AERegisterApplication(const AERunningApplication& application);
+/// Removes the record and the socket of this process.
+void AEUnregisterApplication();
+
+/// Where the process listens; `directory` is AERuntimeDirectory's.
+std::string AESocketName(std::int32_t processID);
+
+/// Names and identifiers are compared without regard to case; ".app" at the end of a name is ignored.
+bool AESameApplicationName(std::string_view a, std::string_view b);
+
+} // namespace quoddle
