@@ -6,10 +6,10 @@
 #include "platform/applescript/image/ImageReader.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
+#include "platform/osa/ScriptBundle.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <iostream>
 #include <iterator>
 
@@ -60,10 +60,7 @@ std::optional<std::string> readInput(const std::string& program, const std::stri
         std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
         return bytes;
     }
-    std::string file = path;
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error))
-        file = path + "/Contents/Resources/Scripts/main.scpt";
+    const std::string file = scriptFileOf(path);
     auto bytes = readFile(file, kMaximumInput);
     if (bytes)
         return std::move(*bytes);

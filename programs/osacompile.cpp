@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // osacompile: compiles source to a script file, a script bundle or an applet.
-#include "AppletBundle.h"
 #include "ScriptTool.h"
 
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
+#include "platform/osa/ScriptBundle.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     }
     std::string language = "AppleScript", source, name = "a.scpt";
     bool hasSource = false, isRunOnly = false;
-    tool::BundleOptions bundle;
+    BundleOptions bundle;
     for (const auto& [letter, value] : options->given) {
         if (letter == 'e') {
             source += value + "\n";
@@ -120,8 +120,7 @@ int main(int argc, char** argv) {
         bundle.isDroplet = isDroplet != 0;
         while (name.size() > 1 && name.ends_with('/'))
             name.pop_back();
-        const bool isBundle = name.ends_with(".app") || name.ends_with(".scptd");
-        status = isBundle ? tool::writeBundle(bundle, stored.data()) : writeFile(name, stored.data());
+        status = isBundleName(name) ? writeBundle(bundle, stored.data()) : writeFile(name, stored.data());
     }
     if (status == noErr)
         return 0;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // osascript: runs a script given as statements, as a file or on standard input.
+#include "platform/osa/ScriptBundle.h"
 #include "ScriptTool.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <iostream>
 #include <unistd.h>
 
@@ -122,6 +124,9 @@ int main(int argc, char** argv) {
         tool::printError(*instance, file, isCompiled ? "load" : "syntax", status);
         return 1;
     }
+    if (std::error_code error; !file.empty()) // "path to me"
+        (void)OSASetScriptInfo(*instance, script, "fref"_4cc,
+                               std::filesystem::absolute(scriptFileOf(file), error).lexically_normal().string());
     status = run(*instance, script, arguments, result);
     if (status != noErr) {
         tool::printError(*instance, file, "execution", status);

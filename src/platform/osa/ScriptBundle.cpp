@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "AppletBundle.h"
+#include "platform/osa/ScriptBundle.h"
 
 #include "platform/base/File.h"
 
 #include <filesystem>
 
-namespace quoddle::tool {
+namespace quoddle {
 
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::string_view kScript = "/Contents/Resources/Scripts/main.scpt";
 
 std::string escaped(const std::string& text) {
     std::string out;
@@ -42,7 +44,9 @@ std::string propertyList(const BundleOptions& options, const std::string& name, 
     const auto text = [](const char* key, const std::string& value) {
         return std::string("\t<key>") + key + "</key>\n\t<string>" + escaped(value) + "</string>\n";
     };
-    const auto flag = [](const char* key, bool value) { return std::string("\t<key>") + key + "</key>\n\t<" + (value ? "true" : "false") + "/>\n"; };
+    const auto flag = [](const char* key, bool value) {
+        return std::string("\t<key>") + key + "</key>\n\t<" + (value ? "true" : "false") + "/>\n";
+    };
     std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n";
     out += text("CFBundleIdentifier", identifierFrom(name)) + text("CFBundleName", name) + text("CFBundleInfoDictionaryVersion", "6.0");
     out += text("CFBundleShortVersionString", "1.0");
@@ -51,23 +55,26 @@ std::string propertyList(const BundleOptions& options, const std::string& name, 
         out += flag("KVBStayOpen", options.stayOpen) + flag("KVBShowStartupScreen", options.startupScreen);
         if (options.isDroplet)
             out += "\t<key>CFBundleDocumentTypes</key>\n\t<array>\n\t\t<dict>\n\t\t\t<key>CFBundleTypeExtensions</key>\n\t\t\t<array>\n"
-                   "\t\t\t\t<string>*</string>\n\t\t\t</array>\n\t\t\t<key>CFBundleTypeRole</key>\n\t\t\t<string>Viewer</string>\n\t\t</dict>\n\t</array>\n";
+                   "\t\t\t\t<string>*</string>\n\t\t\t</array>\n\t\t\t<key>CFBundleTypeRole</key>\n\t\t\t<string>Viewer</string>\n\t\t</"
+                   "dict>\n\t</array>\n";
     } else {
         out += text("CFBundlePackageType", "????");
     }
     return out + "</dict>\n</plist>\n";
 }
 
-/// The launcher finds its bundle from its own place and the shell in the environment, on the path, or where it was when the bundle was made.
+/// The launcher finds its bundle from its own place and the shell in the environment, on the path, or where it was when the bundle was
+/// made.
 std::string launcher(const std::string& shell) {
     std::string quoted;
     for (char c : shell)
         quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    const std::string otherwise = shell.empty() ? "" : " || echo '" + quoted + "'";
     return "#!/bin/sh\n"
            "bundle=$(cd \"$(dirname \"$0\")/../..\" && pwd) || exit 1\n"
-           "shell=${QUODDLE_SHELL:-$(command -v quoddle-shell || echo '" +
-           quoted +
-           "')}\n"
+           "shell=${QUODDLE_SHELL:-$(command -v quoddle-shell" +
+           otherwise +
+           ")}\n"
            "if [ ! -x \"$shell\" ]; then\n"
            "\techo \"The applet shell was not found. Set QUODDLE_SHELL to the path of quoddle-shell, or put it on the PATH.\" >&2\n"
            "\texit 1\n"
@@ -95,6 +102,21 @@ OSStatus fill(const fs::path& root, const BundleOptions& options, const std::str
 
 } // namespace
 
+bool isBundleName(std::string_view path) {
+    while (path.ends_with('/'))
+        path.remove_suffix(1);
+    return path.ends_with(".app") || path.ends_with(".scptd");
+}
+
+std::string scriptFileOf(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(path, error) ? path + std::string(kScript) : path;
+}
+
+std::string bundleOfScriptFile(std::string_view path) {
+    return std::string(path.ends_with(kScript) ? path.substr(0, path.size() - kScript.size()) : std::string_view());
+}
+
 OSStatus writeBundle(const BundleOptions& options, std::string_view compiledScript) {
     std::error_code error;
     fs::path path = fs::path(options.path).lexically_normal();
@@ -110,7 +132,8 @@ OSStatus writeBundle(const BundleOptions& options, std::string_view compiledScri
     OSStatus status = fill(beside, options, name, path.extension() == ".app", compiledScript);
     if (status == noErr && exists) {
         // What else the old bundle holds (descriptions, pictures, translations) goes on living in the new one.
-        fs::copy(path / "Contents/Resources", beside / "Contents/Resources", fs::copy_options::recursive | fs::copy_options::skip_existing, error);
+        fs::copy(path / "Contents/Resources", beside / "Contents/Resources", fs::copy_options::recursive | fs::copy_options::skip_existing,
+                 error);
         fs::path old = path;
         old += ".old";
         fs::remove_all(old, error);
@@ -130,4 +153,4 @@ OSStatus writeBundle(const BundleOptions& options, std::string_view compiledScri
     return status;
 }
 
-} // namespace quoddle::tool
+} // namespace quoddle
