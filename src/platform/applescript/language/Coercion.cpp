@@ -6,6 +6,7 @@
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/LanguageObject.h"
 #include "platform/applescript/language/References.h"
+#include "platform/applescript/language/Units.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/base/Text.h"
 
@@ -19,7 +20,8 @@ namespace {
 constexpr std::size_t kMaximumDepth = 200;
 
 bool isTextClass(FourCharCode wanted) {
-    return wanted == "ctxt"_4cc || wanted == "TEXT"_4cc || wanted == "utxt"_4cc || wanted == "itxt"_4cc || wanted == "STXT"_4cc || wanted == "sutx"_4cc;
+    return wanted == "ctxt"_4cc || wanted == "TEXT"_4cc || wanted == "utxt"_4cc || wanted == "itxt"_4cc || wanted == "STXT"_4cc ||
+           wanted == "sutx"_4cc;
 }
 
 /// A number as people write it: sign, digits with a point, exponent; blanks around it.
@@ -47,9 +49,6 @@ Value toInteger(Value value) {
         return value;
     if (value.isBoolean())
         return Value::integer(value.isTrue());
-    if (value.isCode() || value.isConstant())
-        if (const std::int32_t number = numberOfDateConstant(value.asCode()))
-            return Value::integer(number);
     if (!value.isReal())
         return Value::failure();
     const double rounded = std::nearbyint(value.asReal()); // halves go to even
@@ -59,12 +58,18 @@ Value toInteger(Value value) {
 Value toNumber(Value value) {
     if (value.isNumber())
         return value;
+    if (value.isCode() || value.isConstant())
+        if (const std::int32_t number = numberOfDateConstant(value.asCode()))
+            return Value::integer(number);
+    if (const auto amount = amountOf(value))
+        return Value::real(*amount);
     if (const Text* text = as<Text>(value)) {
         double number;
         if (!parseNumber(text->view(), number))
             return Value::failure();
         const bool whole = text->view().find_first_of(u".eE") == std::u16string_view::npos;
-        return whole && number >= kMinimumInteger && number <= kMaximumInteger ? Value::integer(static_cast<std::int32_t>(number)) : Value::real(number);
+        return whole && number >= kMinimumInteger && number <= kMaximumInteger ? Value::integer(static_cast<std::int32_t>(number))
+                                                                               : Value::real(number);
     }
     return Value::failure();
 }
@@ -88,6 +93,8 @@ bool appendText(Machine& machine, Value value, std::u16string& out, std::size_t 
         out += application->name;
     } else if (const Data* data = as<Data>(value); data && isFile(value)) {
         out += hfsPath(*data);
+    } else if (const auto amount = amountOf(value)) {
+        out += sourcetext::real(*amount);
     } else if (const List* list = as<List>(value)) {
         const std::u16string delimiter(textItemDelimiters(machine).front());
         for (std::uint32_t i = 0; i < list->count; ++i) {
@@ -128,6 +135,22 @@ Value toList(Machine& machine, Value value) {
         return Value::failure();
     }
     return Value::object(list);
+}
+
+/// A point, a rectangle or a colour: so many whole numbers.
+Value wholeNumbers(Machine& machine, Value value, std::size_t count) {
+    const List* given = as<List>(value);
+    if (!given || given->count != count)
+        return Value::failure();
+    List* numbers = machine.heap().list(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const Value number = toNumber(follow(machine, given->items[i]));
+        const Value whole = number.isFailure() ? number : toInteger(number);
+        if (whole.isFailure())
+            return whole;
+        numbers->items[numbers->count++] = whole;
+    }
+    return Value::object(numbers);
 }
 
 /// A list of one is whatever its item can become.
@@ -219,6 +242,12 @@ Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t de
         if (value.isConstant() || value.isBoolean())
             return value;
         break;
+    case "QDpt"_4cc:
+        return wholeNumbers(machine, value, 2);
+    case "cRGB"_4cc:
+        return wholeNumbers(machine, value, 3);
+    case "qdrt"_4cc:
+        return wholeNumbers(machine, value, 4);
     case "hand"_4cc:
         if (is<Handler>(value))
             return value;
@@ -232,6 +261,9 @@ Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t de
             return value;
         if (const Data* data = as<Data>(value); data && data->dataType == wanted)
             return value;
+        const Value number = is<Text>(value) ? toNumber(value) : value;
+        if (!number.isFailure())
+            result = makeMeasure(machine, number, wanted);
     }
     return result.isFailure() ? convertItem(machine, value, wanted, depth) : result;
 }
@@ -242,7 +274,8 @@ std::int64_t currentSeconds() {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
-    return sourcetext::daysFromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) * 86400 + local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+    return sourcetext::daysFromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) * 86400 + local.tm_hour * 3600 +
+           local.tm_min * 60 + local.tm_sec;
 }
 
 Value classOf(Value value) {
@@ -310,8 +343,8 @@ Value tryCoerce(Machine& machine, Value value, FourCharCode wanted) {
 }
 
 Value cannotMake(Machine& machine, Value value, FourCharCode wanted) {
-    return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into type " + termFor(Value::code(wanted)) + u".", value,
-                         Value::code(wanted));
+    return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into type " + termFor(Value::code(wanted)) + u".",
+                         value, Value::code(wanted));
 }
 
 Value coerce(Machine& machine, Value value, Value wanted) {

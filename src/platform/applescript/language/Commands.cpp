@@ -47,7 +47,8 @@ Value delay(Machine& machine, Value direct, Arguments) {
     }
     using Clock = std::chrono::steady_clock;
     constexpr double kForever = 1e9;
-    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(std::min(std::max(seconds, 0.0), kForever)));
+    const auto end = Clock::now() +
+                     std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(std::min(std::max(seconds, 0.0), kForever)));
     while (true) {
         if (!machine.yield())
             return Value::failure();
@@ -91,8 +92,8 @@ struct CommandRow {
 };
 /// "continue run" and "continue idle" go to the application.
 constexpr CommandRow kCommands[] = {
-    {"ascr"_4cc, "cmnt"_4cc, log, true},  {"misc"_4cc, "curd"_4cc, currentDate, true}, {"syso"_4cc, "dela"_4cc, delay, true},
-    {"core"_4cc, "getd"_4cc, get, true},  {"core"_4cc, "cnte"_4cc, count, true},       {"aevt"_4cc, "oapp"_4cc, run, false},
+    {"ascr"_4cc, "cmnt"_4cc, log, true},      {"misc"_4cc, "curd"_4cc, currentDate, true}, {"syso"_4cc, "dela"_4cc, delay, true},
+    {"core"_4cc, "getd"_4cc, get, true},      {"core"_4cc, "cnte"_4cc, count, true},       {"aevt"_4cc, "oapp"_4cc, run, false},
     {"misc"_4cc, "idle"_4cc, nothing, false},
 };
 
@@ -101,7 +102,8 @@ bool belongsToApplication(Value direct) {
 }
 
 Value notUnderstood(Machine& machine, Value direct, Value name) {
-    return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + termFor(name) + u"” message.", direct);
+    return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + termFor(name) + u"” message.",
+                         direct);
 }
 
 Value send(Machine& machine, FourCharCode eventClass, FourCharCode eventID, Value direct, Arguments arguments) {
@@ -171,7 +173,8 @@ bool setParent(Machine& machine, Script* script, Value parent) {
     if (const Script* candidate = as<Script>(parent)) {
         for (Script* above = const_cast<Script*>(candidate); above; above = machine.parentOf(above))
             if (above == script) {
-                machine.raise(OSAIllegalAssign, u"Can’t set parent of " + display(machine, Value::object(script)) + u" to " + display(machine, parent) + u".",
+                machine.raise(OSAIllegalAssign,
+                              u"Can’t set parent of " + display(machine, Value::object(script)) + u" to " + display(machine, parent) + u".",
                               parent);
                 return false;
             }

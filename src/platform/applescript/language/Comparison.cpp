@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Comparing values, and texts under considerations.
 #include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Dates.h"
 #include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/Operators.h"
 #include "platform/applescript/language/References.h"
 
@@ -56,6 +58,14 @@ struct Reduced {
     std::vector<std::uint32_t> places; // one more than units: the end
 };
 
+constexpr struct {
+    UChar32 letter;
+    std::u16string_view letters;
+} kExpansions[] = {
+    {U'Æ', u"AE"}, {U'æ', u"ae"}, {U'Œ', u"OE"}, {U'œ', u"oe"},  {U'ẞ', u"SS"},  {U'ß', u"ss"}, {U'Ĳ', u"IJ"}, {U'ĳ', u"ij"},
+    {U'ﬀ', u"ff"}, {U'ﬁ', u"fi"}, {U'ﬂ', u"fl"}, {U'ﬃ', u"ffi"}, {U'ﬄ', u"ffl"}, {U'ﬅ', u"st"}, {U'ﬆ', u"st"},
+};
+
 bool isIgnored(UChar32 c, std::uint32_t considering) {
     if (!(considering & kConsiderWhiteSpace) && u_isUWhiteSpace(c))
         return true;
@@ -71,7 +81,11 @@ void appendReduced(Reduced& reduced, UChar32 c, std::uint32_t place, std::uint32
     UErrorCode status = U_ZERO_ERROR;
     char16_t parts[24];
     std::int32_t count = 0;
-    if (!(considering & kConsiderDiacriticals)) {
+    if (!(considering & kConsiderExpansion))
+        for (const auto& row : kExpansions)
+            if (row.letter == c)
+                count = static_cast<std::int32_t>(row.letters.copy(parts, row.letters.size()));
+    if (count == 0 && !(considering & kConsiderDiacriticals)) {
         count = unorm2_getDecomposition(unorm2_getNFDInstance(&status), c, parts, 24, &status);
         if (U_FAILURE(status))
             count = 0;
@@ -112,7 +126,8 @@ Reduced reduce(std::u16string_view text, std::uint32_t considering) {
     return reduced;
 }
 
-constexpr std::uint32_t kAllUnits = kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderPunctuation;
+constexpr std::uint32_t kAllUnits =
+    kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderExpansion | kConsiderPunctuation;
 
 /// Only case may differ, and units stand for themselves.
 bool foldsUnitByUnit(std::u16string_view text) {
@@ -124,7 +139,8 @@ char16_t asciiFolded(char16_t c) {
 }
 
 bool isAsciiAlphanumeric(std::u16string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char16_t c) { return (c >= u'0' && c <= u'9') || (asciiFolded(c) >= u'a' && asciiFolded(c) <= u'z'); });
+    return std::all_of(text.begin(), text.end(),
+                       [](char16_t c) { return (c >= u'0' && c <= u'9') || (asciiFolded(c) >= u'a' && asciiFolded(c) <= u'z'); });
 }
 
 // --- Values
@@ -195,8 +211,8 @@ int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view
         return ordered(left.size(), right.size());
     }
     const auto collate = [&](std::u16string_view a, std::u16string_view b) {
-        return static_cast<int>(
-            ucol_strcoll(collatorFor(considering), a.data(), static_cast<std::int32_t>(a.size()), b.data(), static_cast<std::int32_t>(b.size())));
+        return static_cast<int>(ucol_strcoll(collatorFor(considering), a.data(), static_cast<std::int32_t>(a.size()), b.data(),
+                                             static_cast<std::int32_t>(b.size())));
     };
     if ((considering & kAllUnits) == kAllUnits)
         return collate(left, right);
@@ -305,9 +321,11 @@ bool areEqual(Machine& machine, Value left, Value right, int depth) {
     case HeapType::Date:
         return as<Date>(left)->seconds == as<Date>(right)->seconds;
     case HeapType::Data:
-        return as<Data>(left)->bytes == as<Data>(right)->bytes;
+        return as<Data>(left)->bytes == as<Data>(right)->bytes &&
+               (as<Data>(left)->dataType == as<Data>(right)->dataType || (isFile(left) && isFile(right)));
     case HeapType::Application:
-        return as<Application>(left)->name == as<Application>(right)->name && as<Application>(left)->identifier == as<Application>(right)->identifier;
+        return as<Application>(left)->name == as<Application>(right)->name &&
+               as<Application>(left)->identifier == as<Application>(right)->identifier;
     case HeapType::Specifier: {
         const Specifier* a = as<Specifier>(left);
         const Specifier* b = as<Specifier>(right);
@@ -328,14 +346,17 @@ Value compare(Machine& machine, Relation relation, Value left, Value right) {
     if (relation == Relation::Equal || relation == Relation::NotEqual)
         return Value::boolean(areEqual(machine, left, right) == (relation == Relation::Equal));
 
-    // The right operand is made what the left one is.
+    // The right operand is made what the left one is. Months and weekdays are in the order of the calendar.
+    if ((left.isCode() || left.isConstant()) && numberOfDateConstant(left.asCode()))
+        left = Value::integer(numberOfDateConstant(left.asCode()));
     if (left.isNumber()) {
         const Value number = coerce(machine, right, Value::code("nmbr"_4cc));
         return number.isFailure() ? number : Value::boolean(relationHolds(relation, ordered(left.asNumber(), number.asNumber())));
     }
     if (const Text* text = as<Text>(left)) {
         const Value other = coerce(machine, right, Value::code("ctxt"_4cc));
-        return other.isFailure() ? other : Value::boolean(relationHolds(relation, compareTexts(machine, text->view(), as<Text>(other)->view())));
+        return other.isFailure() ? other
+                                 : Value::boolean(relationHolds(relation, compareTexts(machine, text->view(), as<Text>(other)->view())));
     }
     if (const Date* date = as<Date>(left)) {
         const Value other = coerce(machine, right, Value::code("ldt "_4cc));

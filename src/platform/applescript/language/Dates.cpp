@@ -97,6 +97,8 @@ Value dateProperty(Machine& machine, const Date* date, FourCharCode key) {
 
 bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value) {
     machine.error() = ScriptError();
+    if (key == "wkdy"_4cc)
+        return true; // it follows from the other parts; setting it has always been without effect
     const Parts parts = partsOf(date->seconds);
     std::int64_t number = 0;
     if (key == "mnth"_4cc && (value.isCode() || value.isConstant())) {

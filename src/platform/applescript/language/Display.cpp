@@ -2,6 +2,7 @@
 #include "platform/applescript/language/Display.h"
 
 #include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/Units.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/applescript/terminology/Terminology.h"
 #include "platform/base/Text.h"
@@ -197,6 +198,8 @@ void Displayer::object(const HeapObject* object) {
         const auto* data = static_cast<const Data*>(object);
         if (isFile(Value::object(object)))
             mOut += (data->dataType == "alis"_4cc ? u"alias " : u"file ") + sourcetext::quoted(hfsPath(*data));
+        else if (const auto amount = amountOf(Value::object(object)))
+            mOut += className(data->dataType) + u" " + sourcetext::real(*amount);
         else
             mOut += sourcetext::rawData(bytesOf(data->dataType) + data->bytes);
         break;

@@ -5,6 +5,7 @@
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/References.h"
+#include "platform/applescript/language/Units.h"
 
 namespace quoddle::language {
 
@@ -12,6 +13,8 @@ namespace {
 
 /// The operand as a number; failure with -1700 raised.
 Value operand(Machine& machine, Value value) {
+    if (amountOf(value)) // a measure must say first that it is to be a number
+        return cannotMake(machine, value, "nmbr"_4cc);
     return coerce(machine, value, Value::code("nmbr"_4cc));
 }
 

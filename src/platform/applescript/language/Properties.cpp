@@ -179,7 +179,9 @@ Value textFromCodePoints(Machine& machine, Value points) {
 }
 
 Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
-    const auto specifier = [&] { return Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value())); };
+    const auto specifier = [&] {
+        return Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
+    };
     if (how == Evaluate::Never)
         return specifier();
     if (container.isUndefined())
@@ -187,9 +189,9 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
     if (const Specifier* holder = as<Specifier>(container)) {
         if (!isLocal(container))
             return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
-        const bool isMany = holder->form == Specifier::Form::Every || holder->form == Specifier::Form::Range || holder->form == Specifier::Form::Filter;
-        if (isMany && !(key == Value::code("leng"_4cc)) && !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) &&
-            !(key == Value::code("pcnt"_4cc)) && !(key == Value::code("pcls"_4cc)))
+        if (isMany(holder->form) && !(key == Value::code("leng"_4cc)) && !(key == Value::code("nmbr"_4cc)) &&
+            !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) && !(key == Value::code("pcnt"_4cc)) &&
+            !(key == Value::code("pcls"_4cc)))
             return evaluate(machine, specifier(), how);
         container = follow(machine, container);
         if (container.isFailure())
@@ -205,6 +207,8 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
         return classOf(container);
     if (is<Application>(container))
         return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
+    if (key == Value::code("nmbr"_4cc) && (is<List>(container) || is<Text>(container) || is<Record>(container)))
+        return count(machine, container);
     return noSuchProperty(machine, container, key);
 }
 

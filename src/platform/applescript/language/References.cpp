@@ -16,6 +16,7 @@ namespace quoddle::language {
 namespace {
 
 constexpr std::size_t kMaximumDepth = 200;
+const Value kNumber = Value::code("nmbr"_4cc); // "number of x" counts
 
 Value specifier(Machine& machine, Specifier::Form form, Value container, Value a = {}, Value b = {}, Value c = {}) {
     return Value::object(machine.heap().make<Specifier>(form, container, a, b, c));
@@ -100,7 +101,8 @@ Value listElement(const List* list, FourCharCode elementClass, std::int64_t inde
 
 /// Where a boundary of a range lies in its container: its first and its last character, or item.
 bool boundary(Machine& machine, Value container, Value elementClass, Value bound, Span& span) {
-    if (const Specifier* element = as<Specifier>(bound); element && element->form == Specifier::Form::Element && element->container == container) {
+    if (const Specifier* element = as<Specifier>(bound);
+        element && element->form == Specifier::Form::Element && element->container == container) {
         const Value index = coerce(machine, element->b, Value::code("long"_4cc));
         if (index.isFailure())
             return false;
@@ -109,7 +111,8 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
         cannotGet(machine, bound, errAEIllegalIndex);
         return false;
     }
-    if (const Specifier* place = as<Specifier>(bound); place && (place->form == Specifier::Form::Beginning || place->form == Specifier::Form::End)) {
+    if (const Specifier* place = as<Specifier>(bound);
+        place && (place->form == Specifier::Form::Beginning || place->form == Specifier::Form::End)) {
         const Text* text = as<Text>(container);
         const List* list = as<List>(container);
         const std::size_t length = text ? text->length : list ? list->count : 0;
@@ -183,10 +186,6 @@ Value every(Machine& machine, Value container, Value elementClass, Value what) {
     return cannotGet(machine, what);
 }
 
-bool isMany(Specifier::Form form) {
-    return form == Specifier::Form::Every || form == Specifier::Form::Range || form == Specifier::Form::Filter;
-}
-
 /// The value of a specifier of local things.
 Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
     if (depth > kMaximumDepth)
@@ -202,13 +201,16 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
     switch (what->form) {
     case Specifier::Form::Property:
     case Specifier::Form::Element:
+        if (what->a == kNumber && what->form == Specifier::Form::Property && holder && isMany(holder->form))
+            return count(machine, container);
         // "length of every word": one answer for each.
         if (holder && isMany(holder->form) && is<List>(container)) {
             const List* many = as<List>(container);
             std::vector<Value> answers;
             for (std::uint32_t i = 0; i < many->count; ++i) {
-                const Value answer = what->form == Specifier::Form::Property ? getProperty(machine, many->items[i], what->a, Evaluate::Fully)
-                                                                             : getElement(machine, many->items[i], what->a, what->b, Evaluate::Fully);
+                const Value answer = what->form == Specifier::Form::Property
+                                         ? getProperty(machine, many->items[i], what->a, Evaluate::Fully)
+                                         : getElement(machine, many->items[i], what->a, what->b, Evaluate::Fully);
                 if (answer.isFailure())
                     return answer;
                 answers.push_back(answer);
@@ -269,6 +271,10 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
 }
 
 } // namespace
+
+bool isMany(Specifier::Form form) {
+    return form == Specifier::Form::Every || form == Specifier::Form::Range || form == Specifier::Form::Filter;
+}
 
 bool isLocal(Value container) {
     for (std::size_t depth = 0; depth < kMaximumDepth; ++depth) {
@@ -413,7 +419,8 @@ bool setEnd(Machine& machine, Value container, Value value) {
 bool setSpecifier(Machine& machine, Value target, Value value) {
     const Specifier* what = as<Specifier>(target);
     if (!what) {
-        machine.raise(OSAIllegalAssign, u"Can’t set " + display(machine, target) + u" to " + display(machine, value) + u". Access not allowed.", target);
+        machine.raise(OSAIllegalAssign,
+                      u"Can’t set " + display(machine, target) + u" to " + display(machine, value) + u". Access not allowed.", target);
         return false;
     }
     if (!isLocal(target))

@@ -8,6 +8,8 @@
 
 namespace quoddle::language {
 
+/// Every, a range or a filter: a specifier of one of these forms names many things.
+bool isMany(Specifier::Form form);
 /// A specifier that belongs to this machine's values, not to an application, can be followed without asking anybody.
 bool isLocal(Value container);
 /// The value behind a specifier, references included; any other value as it is.
