@@ -78,6 +78,13 @@ class Programs(unittest.TestCase):
         self.assertEqual(call("osacompile", "-o", self.folder / "s.app", "-e", "return 7"), (0, "", ""))
         self.assertEqual((call("osascript", self.folder / "s.app")[1], extra.read_text()), ("7\n", "kept"))
 
+    def test_a_script_knows_its_file(self):
+        script = self.file("where.applescript", "POSIX path of (path to me)")
+        self.assertEqual(call("osascript", "where.applescript", cwd=self.folder), (0, f"{script}\n", ""))
+        call("osacompile", "-o", self.folder / "where.scptd", script)
+        self.assertEqual(call("osascript", self.folder / "where.scptd"), (0, f"{self.folder}/where.scptd/\n", ""))
+        self.assertEqual(call("osascript", "-e", "POSIX path of (path to me)"), (0, f"{BIN}/osascript\n", ""))
+
     def test_nothing_is_written_when_it_fails(self):
         before = sorted(self.folder.iterdir())
         self.assertEqual(call("osacompile", "-o", self.folder / "x.scpt", "-e", "set set to set")[0], 1)

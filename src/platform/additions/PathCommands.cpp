@@ -66,6 +66,9 @@ OSErr pathTo(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
         return pathToFolder(event, reply, folder);
     if (!what || folder == "cura"_4cc || what->type() == "psn "_4cc || what->type() == "kpid"_4cc || what->type() == "scpt"_4cc)
         return answer(reply, fileResult(applicationPath(), codeParameter(event, "rtyp"_4cc)));
+    if (what->type() == "furl"_4cc || what->type() == "alis"_4cc) // a script that knows its file says "me" with it
+        if (const auto path = filePathOf(*what))
+            return answer(reply, fileResult(*path, codeParameter(event, "rtyp"_4cc)));
     const auto text = what->asText();
     return fail(reply, errAENoSuchObject,
                 u"Can’t get the path to " + (text ? u"“" + *text + u"”" : std::u16string(u"this object")) +

@@ -67,7 +67,7 @@ OSErr offsetOf(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
         return failParameter(event, reply, "psof"_4cc, u"of", "utxt"_4cc);
     if (!text)
         return failParameter(event, reply, "psin"_4cc, u"in", "utxt"_4cc);
-    const AEDesc* considerations = event.find("csig"_4cc);
+    const auto considerations = event.attribute("csig"_4cc);
     const bool considersCase = considerations && considerations->asInt32().value_or(0) & kConsiderCase;
     const std::size_t found = considersCase ? text->find(*sought) : folded(*text).find(folded(*sought));
     const bool isThere = found != std::u16string::npos && !sought->empty();

@@ -51,11 +51,13 @@ private:
 };
 
 /// A code of eight characters: class and ID.
-inline Answer send(std::string_view command, Parameters parameters = {}, AESendOptions options = {}) {
+inline Answer send(std::string_view command, Parameters parameters = {}, AESendOptions options = {}, Parameters attributes = {}) {
     installStandardAdditions();
     AEDesc event = AEDesc::appleEvent(fourCharCode(command.substr(0, 4)), fourCharCode(command.substr(4)), AEDesc::ofCurrentProcess());
     for (AEItem& parameter : parameters)
         (void)event.put(parameter.key, std::move(parameter.value));
+    for (const AEItem& attribute : attributes)
+        (void)event.setAttribute(attribute.key, attribute.value);
     AEDesc reply;
     const OSStatus status = AESendMessage(event, &reply, kAEWaitReply, kAEDefaultTimeout, options);
     if (reply.isNull()) {

@@ -94,7 +94,7 @@ TEST(TextCommands, OffsetsCountCharactersOfTheLanguage) {
     for (const auto& row : kCases)
         EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text(row.of)}, {"psin"_4cc, text(row.in)}}).number(), row.offset)
             << row.of << " in " << row.in;
-    EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text("LO")}, {"psin"_4cc, text("hello")}, {"csig"_4cc, whole(1)}}).number(), 0);
+    EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text("LO")}, {"psin"_4cc, text("hello")}}, {}, {{"csig"_4cc, whole(1)}}).number(), 0);
     EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text("a")}}).error(), errAEDescNotFound);
 }
 

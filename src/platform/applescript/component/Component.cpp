@@ -12,6 +12,7 @@
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ComponentRegistry.h"
+#include "platform/osa/ScriptBundle.h"
 
 #include <cstdio>
 
@@ -36,6 +37,9 @@ Component::Component()
     : mMachine({[this](Machine&) { return active(); },
                 [this](Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
                     return send(command, direct, arguments, continues);
+                },
+                [this](Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, Value& result) {
+                    return perform(command, direct, arguments, result);
                 },
                 [](Machine& machine, Value value) {
                     const std::string line = utf8FromUTF16(language::humanDisplay(machine, value)) + "\n";
@@ -124,7 +128,7 @@ OSStatus Component::load(const AEDesc& scriptData, OSAModeFlags, OSAID& result) 
 }
 
 OSStatus Component::loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& result) {
-    auto bytes = readFile(path, kMaximumFileSize);
+    auto bytes = readFile(scriptFileOf(path), kMaximumFileSize);
     if (!bytes)
         return bytes.error();
     Entry entry(*this);
@@ -139,7 +143,7 @@ OSStatus Component::loadFile(const std::string& path, bool* storable, OSAModeFla
     }
     if (status != noErr)
         return status;
-    mSlots[id].location = path;
+    mSlots[id].location = scriptFileOf(path);
     if (storable)
         *storable = true;
     result = id;
@@ -179,19 +183,22 @@ OSStatus Component::compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID&
     return compileSource(*text, modeFlags, id);
 }
 
-OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id) {
+Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong) {
     auto store = std::make_shared<ObjectStore>();
     auto map = std::make_shared<SourceMap>();
     ParseOptions options;
     options.now = language::currentSeconds();
     options.sourceMap = map.get();
     auto tree = parse(source, *store, options);
-    if (!tree)
-        return failedCompile(tree.error().number, tree.error().message, tree.error().start, tree.error().end);
+    if (!tree) {
+        wrong = {tree.error().number, tree.error().message, tree.error().start, tree.error().end};
+        return Value::failure();
+    }
     auto initialiser = compileScript(*tree, *store);
     if (!initialiser) {
         const auto range = map->find(initialiser.error().node).value_or(SourceRange());
-        return failedCompile(initialiser.error().number, initialiser.error().message, range.start, range.end);
+        wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
+        return Value::failure();
     }
     // Maps live as long as the scripts they belong to.
     std::erase_if(mSourceMaps, [](const auto& known) { return known.second.second.expired(); });
@@ -199,9 +206,14 @@ OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeF
 
     const Value handler = mMachine.literal(*initialiser, store);
     Heap::Root root(mMachine.heap(), handler);
-    const Value script = mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store);
+    return mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store);
+}
+
+OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id) {
+    CompileFailure wrong;
+    const Value script = scriptFromSource(source, wrong);
     if (script.isFailure())
-        return failed();
+        return wrong.number == noErr ? failed() : failedCompile(wrong);
     const Slot* old = id == kOSANullScript ? nullptr : find(id);
     Script* context = old ? as<Script>(old->value) : nullptr;
     if (context && modeFlags & kOSAModeAugmentContext) {
@@ -243,12 +255,12 @@ OSStatus Component::failed() {
     return errOSAScriptError;
 }
 
-OSStatus Component::failedCompile(OSStatus number, std::u16string_view message, std::size_t start, std::size_t end) {
+OSStatus Component::failedCompile(const CompileFailure& wrong) {
     mLastError = LastError();
-    mLastError.error.number = number;
-    mLastError.error.message = Value::object(mMachine.heap().text(message));
-    mLastError.start = start;
-    mLastError.end = end;
+    mLastError.error.number = wrong.number;
+    mLastError.error.message = Value::object(mMachine.heap().text(wrong.message));
+    mLastError.start = wrong.start;
+    mLastError.end = wrong.end;
     mLastError.hasRange = true;
     mHasError = true;
     return errOSAScriptError;

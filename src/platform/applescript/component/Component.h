@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // One instance of the AppleScript component: a machine behind the calls of the scripting architecture.
 //
-// Identifiers are handles: each keeps its value alive until it is disposed of. Every call takes the interpreter lock; a thread that comes while another one's script waits in
-// a callback runs on a stack of its own. A failed script leaves its error behind for scriptError; every other failure is its status alone.
+// Identifiers are handles: each keeps its value alive until it is disposed of. Every call takes the interpreter lock; a thread that comes
+// while another one's script waits in a callback runs on a stack of its own. A failed script leaves its error behind for scriptError; every
+// other failure is its status alone.
 #pragma once
 
 #include "platform/applescript/component/Descriptors.h"
@@ -81,14 +82,23 @@ private:
         std::size_t start = 0, end = 0;
         bool hasRange = false;
     };
+    struct CompileFailure {
+        OSStatus number = noErr;
+        std::u16string message;
+        std::size_t start = 0, end = 0;
+    };
+    /// Notes whose script runs on this thread, for "path to me".
+    class Running;
 
     OSAID keep(Value value, std::string location = {});
     const Slot* find(OSAID id) const;
     /// Null, with the status, when there is no such identifier or it is no script.
     Script* scriptOf(OSAID id, OSStatus& status) const;
     OSStatus failed();
-    OSStatus failedCompile(OSStatus number, std::u16string_view message, std::size_t start, std::size_t end);
+    OSStatus failedCompile(const CompileFailure& wrong);
     void locate(LastError& error) const;
+    /// Failure, with what is wrong, or with nothing there when it went wrong while the script was made (the error is then in the machine).
+    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong);
     OSStatus compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id);
     OSStatus finish(Value result, OSAID& id);
     /// Failure with an error raised; `handled` tells whether the script has a handler for it.
@@ -97,6 +107,19 @@ private:
     std::u16string displayed(Value value, OSAModeFlags modeFlags);
     OSStatus sourceOf(OSAID id, std::u16string& source, std::vector<PrintedRun>* runs);
     Value keyFrom(const AEDesc& name, OSStatus& status) const;
+
+    // The commands that work on scripts, and the file of the script that runs: ScriptCommands.cpp
+    bool perform(const EventName& command, Value direct, std::span<const Argument> arguments, Value& result);
+    Value loadScript(Value direct, std::span<const Argument> arguments);
+    Value storeScript(Value direct, std::span<const Argument> arguments);
+    Value runScript(Value direct, std::span<const Argument> arguments);
+    Value scriptFromFile(const std::string& path);
+    Value writeScript(Script* script, const std::string& path);
+    bool mayReplace(const std::string& path, Value replacing);
+    std::optional<std::string> pathOf(Value file);
+    Value fileFailed(OSStatus status, const std::string& path);
+    /// A command about "me" or the bundle around it is told where that is.
+    void addLocation(AEDesc& event, Value direct);
 
     OSStatus active();
     Value send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues);
@@ -108,6 +131,7 @@ private:
     Machine mMachine;
     std::vector<ExecutionContext*> mIdleContexts;
     std::unordered_map<OSAID, Slot> mSlots;
+    std::string mLocation; // of the script that runs on the thread inside; empty when unknown
     OSAID mLastID = 0;
     Value mLastResult;
     LastError mLastError;

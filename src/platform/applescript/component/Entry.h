@@ -38,9 +38,12 @@ private:
 
 class Component::Callback {
 public:
-    explicit Callback(Component& component) : mComponent(component), mContext(component.mMachine.use(nullptr)), mDepth(component.mLock.release()) {}
+    explicit Callback(Component& component)
+        : mComponent(component), mContext(component.mMachine.use(nullptr)), mLocation(std::move(component.mLocation)),
+          mDepth(component.mLock.release()) {}
     ~Callback() {
         mComponent.mLock.restore(mDepth);
+        mComponent.mLocation = std::move(mLocation);
         mComponent.mMachine.use(mContext);
     }
     Callback(const Callback&) = delete;
@@ -49,7 +52,21 @@ public:
 private:
     Component& mComponent;
     ExecutionContext* mContext;
+    std::string mLocation;
     std::size_t mDepth;
+};
+
+class Component::Running {
+public:
+    Running(Component& component, const std::string& location)
+        : mComponent(component), mBefore(std::exchange(component.mLocation, location)) {}
+    ~Running() { mComponent.mLocation = std::move(mBefore); }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+private:
+    Component& mComponent;
+    std::string mBefore;
 };
 
 } // namespace quoddle

@@ -13,6 +13,8 @@ namespace quoddle {
 namespace {
 
 constexpr double kTicksPerSecond = 60;
+constexpr std::uint32_t kAllConsiderations = 0xFF;
+constexpr int kIgnoredShift = 16; // what is ignored stands above what is considered
 
 /// The labels of a handler of the user's travel as codes where they are prepositions.
 bool isEventPlumbing(AEKeyword key) {
@@ -45,6 +47,7 @@ OSStatus Component::execute(OSAID scriptID, OSAID context, OSAModeFlags, OSAID& 
         return finish(Value(), result);
     // In a context of its own the script's names are the context's.
     Heap::Root root(mMachine.heap(), Value::object(script));
+    Running running(*this, find(scriptID)->location);
     const Value value = mMachine.callHandler(holder == script ? owner : holder, Value::object(holder), run, {}, Value(), {});
     return value.isFailure() ? failed() : finish(value, result);
 }
@@ -59,7 +62,8 @@ Value Component::runSubroutine(Script* script, const AEDesc& event) {
         slot = mMachine.findSlot(script, Value::object(mMachine.heap().symbol(utf8FromUTF16(name))), &owner);
     Handler* handler = slot ? as<Handler>(*slot) : nullptr;
     if (!handler)
-        return mMachine.raise(errAEEventNotHandled, language::display(mMachine, Value::object(script)) + u" doesn’t understand the “" + name + u"” message.",
+        return mMachine.raise(errAEEventNotHandled,
+                              language::display(mMachine, Value::object(script)) + u" doesn’t understand the “" + name + u"” message.",
                               Value::object(script));
     std::vector<Argument> labels;
     for (const AEItem& item : event.fields())
@@ -68,11 +72,13 @@ Value Component::runSubroutine(Script* script, const AEDesc& event) {
     if (const AEDesc* user = event.find("usrf"_4cc)) {
         auto items = user->items();
         for (std::size_t i = 0; i + 1 < items.size(); i += 2)
-            labels.push_back({symbolFor(mMachine, items[i].asText().value_or(std::u16string())), valueFromDescriptor(mMachine, items[i + 1])});
+            labels.push_back(
+                {symbolFor(mMachine, items[i].asText().value_or(std::u16string())), valueFromDescriptor(mMachine, items[i + 1])});
     }
     const AEDesc* direct = event.find("----"_4cc);
     const Value value = direct ? valueFromDescriptor(mMachine, *direct) : Value();
-    const Object* parameters = handler->source->children.size() > block::kParameters ? handler->source->children[block::kParameters] : nullptr;
+    const Object* parameters =
+        handler->source->children.size() > block::kParameters ? handler->source->children[block::kParameters] : nullptr;
     const bool isPositional = parameters && (parameters->isBlock(block::List) || parameters->kind == ObjectKind::List) && labels.empty();
     const List* arguments = as<List>(value);
     if (isPositional && arguments)
@@ -97,7 +103,8 @@ Value Component::runEvent(Script* script, const AEDesc& event, bool& handled) {
         if (!isEventPlumbing(item.key))
             labels.push_back({Value::code(item.key), valueFromDescriptor(mMachine, item.value)});
     const AEDesc* direct = event.find("----"_4cc);
-    return mMachine.callHandler(owner, Value::object(script), handler, {}, direct ? valueFromDescriptor(mMachine, *direct) : Value(), labels);
+    return mMachine.callHandler(owner, Value::object(script), handler, {}, direct ? valueFromDescriptor(mMachine, *direct) : Value(),
+                                labels);
 }
 
 OSStatus Component::executeEvent(const AEDesc& event, OSAID context, OSAModeFlags, OSAID& result) {
@@ -110,6 +117,7 @@ OSStatus Component::executeEvent(const AEDesc& event, OSAID context, OSAModeFlag
         return errAENotAppleEvent;
     Heap::Root root(mMachine.heap(), Value::object(script));
     bool handled = false;
+    Running running(*this, find(context)->location);
     const Value value = runEvent(script, event, handled);
     if (!handled)
         return errAEEventNotHandled;
@@ -182,6 +190,10 @@ std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct
             return std::nullopt;
     if (userFields.count() > 0)
         (void)event.put("usrf"_4cc, std::move(userFields));
+    const std::uint32_t considering = mMachine.considering();
+    const std::uint32_t mask = considering | (kAllConsiderations & ~considering) << kIgnoredShift;
+    (void)event.setAttribute("csig"_4cc, AEDesc::ofInt32(static_cast<std::int32_t>(mask)));
+    addLocation(event, direct);
     return event;
 }
 
@@ -218,7 +230,8 @@ Value Component::send(const EventName& command, Value direct, std::span<const Ar
     if (!event)
         return Value::failure();
     const double seconds = mMachine.timeout();
-    const std::int32_t ticks = seconds == kDefaultTimeout ? kAEDefaultTimeout : static_cast<std::int32_t>(std::min(seconds * kTicksPerSecond, 1e9));
+    const std::int32_t ticks =
+        seconds == kDefaultTimeout ? kAEDefaultTimeout : static_cast<std::int32_t>(std::min(seconds * kTicksPerSecond, 1e9));
     const bool wantsReply = mMachine.considering() & kConsiderReplies;
     const AESendMode mode = (wantsReply ? kAEWaitReply : kAENoReply) | kAECanInteract | kAECanSwitchLayer;
     AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
