@@ -30,6 +30,11 @@ bool AEIsMainThread() {
     return !thread || thread->isCurrent();
 }
 
+bool AEHasMainThreadEvents() {
+    const auto thread = mainThread();
+    return thread && thread->processEvents && thread->isCurrent();
+}
+
 void AEPostToMainThread(std::function<void()> work) {
     if (auto thread = mainThread())
         thread->post(std::move(work));

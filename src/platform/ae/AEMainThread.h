@@ -22,6 +22,8 @@ struct AEMainThread {
 void AESetMainThread(AEMainThread mainThread);
 
 bool AEIsMainThread();
+/// Whether this is the main thread and it has an event loop to be kept going.
+bool AEHasMainThreadEvents();
 /// Runs at once when none was installed; otherwise later, even when this is the main thread.
 void AEPostToMainThread(std::function<void()> work);
 /// Main thread: lets posted work run for the slice and answers true; false, at once, on other threads or without an event loop.

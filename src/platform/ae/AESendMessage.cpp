@@ -2,10 +2,9 @@
 #include "platform/ae/AESendMessage.h"
 
 #include "platform/ae/AEDelivery.h"
-#include "platform/ae/AEMainThread.h"
+#include "platform/ae/AEWaiting.h"
 
 #include <algorithm>
-#include <atomic>
 #include <mutex>
 #include <unistd.h>
 
@@ -18,7 +17,6 @@ using Clock = std::chrono::steady_clock;
 std::mutex sRemoteSenderMutex;
 std::shared_ptr<const AERemoteSender> sRemoteSender;
 
-constexpr AESendMode kReplyModes = 0x03;
 constexpr DescType kAddressTypes[] = {"null"_4cc, "psn "_4cc, "kpid"_4cc, "bund"_4cc, "sign"_4cc, "aprl"_4cc, "port"_4cc, "mach"_4cc};
 
 OSStatus sendToOtherProcess(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks,
@@ -29,49 +27,19 @@ OSStatus sendToOtherProcess(const AEDesc& event, AEDesc* reply, AESendMode sendM
     return sender ? (*sender)(event, reply, sendMode, timeoutInTicks, options) : procNotFound;
 }
 
-Clock::time_point deadlineAfter(std::int32_t timeoutInTicks) {
-    constexpr std::int32_t kDefaultTicks = 120 * 60;
-    if (timeoutInTicks == kNoTimeOut)
-        return Clock::time_point::max();
-    std::int64_t ticks = timeoutInTicks == kAEDefaultTimeout ? kDefaultTicks : std::max(timeoutInTicks, 0);
-    return Clock::now() + std::chrono::microseconds(ticks * 1'000'000 / 60);
-}
-
-// An event that is to be answered needs a return ID that its reply can be known by.
-AEDesc numbered(const AEDesc& event) {
-    static std::atomic<std::uint16_t> sLast = 0;
-    if (event.attribute("rtid"_4cc)->asInt32() != kAutoGenerateReturnID)
-        return event;
-    AEDesc result = event;
-    result.setAttribute("rtid"_4cc, AEDesc::ofInt32(++sLast & 0x7FFF));
-    return result;
-}
-
-AEDesc emptyReplyTo(const AEDesc& event) {
-    return AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc, {}, static_cast<std::int16_t>(event.attribute("rtid"_4cc)->asInt32().value_or(0)),
-                              event.attribute("tran"_4cc)->asInt32().value_or(0));
-}
-
-void dispatchQueuedReply(const AEDesc& reply) {
-    AEPostToMainThread([reply] {
-        AEDesc none;
-        NSAppleEventManager::sharedAppleEventManager().dispatchRawAppleEvent(reply, none, nullptr);
-    });
-}
-
 OSStatus statusOf(AEDelivery::Outcome outcome) {
     return outcome == AEDelivery::Outcome::TimedOut ? errAETimeout : userCanceledErr;
 }
 
 OSStatus sendHere(const AEDesc& event, AEDesc* reply, AESendMode replyMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
     bool answered = replyMode == kAEWaitReply || replyMode == kAEQueueReply;
-    AEDesc sent = answered ? numbered(event) : event;
-    auto delivery = std::make_shared<AEDelivery>(sent, answered ? emptyReplyTo(sent) : AEDesc(),
+    AEDesc sent = answered ? AENumbered(event) : event;
+    auto delivery = std::make_shared<AEDelivery>(sent, answered ? AEEmptyReplyTo(sent) : AEDesc(),
                                                  AEHandlerContext{options.cancelled, options.handlerRefCon},
-                                                 replyMode == kAEQueueReply ? dispatchQueuedReply : AEDelivery::OnAnswer());
+                                                 replyMode == kAEQueueReply ? AEDispatchQueuedReply : AEDelivery::OnAnswer());
     bool taken = AEDeliverer::deliver(NSAppleEventManager::sharedAppleEventManager(), delivery);
     if (replyMode == kAEWaitReply) {
-        auto outcome = delivery->wait(options.cancelled, deadlineAfter(timeoutInTicks));
+        auto outcome = delivery->wait(options.cancelled, AEDeadlineAfter(timeoutInTicks));
         if (outcome != AEDelivery::Outcome::Answered)
             return statusOf(outcome);
         if (reply)
@@ -89,7 +57,7 @@ OSStatus AESendMessage(const AEDesc& event, AEDesc* reply, AESendMode sendMode, 
     if (std::find(std::begin(kAddressTypes), std::end(kAddressTypes), address.type()) == std::end(kAddressTypes))
         return errAEUnknownAddressType;
     if (AEIsCurrentProcess(address))
-        return sendHere(event, reply, sendMode & kReplyModes, timeoutInTicks, options);
+        return sendHere(event, reply, sendMode & kAEReplyModes, timeoutInTicks, options);
     return sendToOtherProcess(event, reply, sendMode, timeoutInTicks, options);
 }
 

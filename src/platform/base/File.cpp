@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/base/File.h"
 
+#include "platform/base/FileDescriptor.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
@@ -12,22 +14,6 @@ namespace quoddle {
 namespace {
 
 constexpr OSStatus kIOError = -36;
-
-class Descriptor {
-public:
-    explicit Descriptor(int number) : mNumber(number) {}
-    ~Descriptor() {
-        if (mNumber >= 0)
-            ::close(mNumber);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int number() const { return mNumber; }
-    bool isOpen() const { return mNumber >= 0; }
-
-private:
-    int mNumber;
-};
 
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
@@ -74,7 +60,7 @@ OSStatus statusFromErrno(int error) {
 }
 
 Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maximumSize) {
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
     if (!file.isOpen())
         return Failure{statusFromErrno(errno)};
     struct stat info {};
@@ -107,7 +93,7 @@ Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maxi
 
 OSStatus writeFile(const std::string& path, std::string_view bytes) {
     std::string beside = path + ".XXXXXX";
-    const Descriptor file(::mkstemp(beside.data()));
+    const FileDescriptor file(::mkstemp(beside.data()));
     if (!file.isOpen())
         return errno == ENOENT ? -120 : statusFromErrno(errno);
     struct stat existing {};

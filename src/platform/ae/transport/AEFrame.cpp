@@ -42,21 +42,15 @@ std::string AEFrame::bytes() const {
     return bytes += payload;
 }
 
-OSStatus AEFrameReader::append(std::string_view bytes) {
-    mBuffer += bytes;
-    const std::size_t checked = std::min<std::size_t>(mBuffer.size(), 4);
-    for (std::size_t i = 0; i < checked; ++i)
+Result<bool, OSStatus> AEFrameReader::next(AEFrame& frame) {
+    for (std::size_t i = 0; i < std::min<std::size_t>(mBuffer.size(), 4); ++i) // strangers are found out at once
         if (static_cast<std::uint8_t>(mBuffer[i]) != (kMagic >> (24 - 8 * i) & 0xFF))
-            return errAECorruptData;
-    if (mBuffer.size() >= AEFrame::kHeaderSize && (!isKind(mBuffer[kKindAt]) || get32(mBuffer, kSizeAt) > kAEMaxSize))
-        return errAECorruptData;
-    return noErr;
-}
-
-bool AEFrameReader::next(AEFrame& frame) {
+            return Failure{errAECorruptData};
     if (mBuffer.size() < AEFrame::kHeaderSize)
         return false;
     const std::size_t size = get32(mBuffer, kSizeAt);
+    if (!isKind(mBuffer[kKindAt]) || size > kAEMaxSize)
+        return Failure{errAECorruptData};
     if (mBuffer.size() - AEFrame::kHeaderSize < size)
         return false;
     frame.kind = static_cast<AEFrame::Kind>(mBuffer[kKindAt]);

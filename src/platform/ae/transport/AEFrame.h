@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What goes over a socket between two processes: frames of a header and a flattened descriptor. The form is our own; numbers are big-endian:
+// What goes over a socket between two processes: frames of a header and a flattened descriptor. The form is our own; numbers are
+// big-endian:
 //
 //   "QAE2" kind:u8 flags:u8 0:u16 id:u32 status:i32 size:u32 bytes
 //
@@ -7,6 +8,7 @@
 #pragma once
 
 #include "platform/ae/AEDesc.h"
+#include "platform/base/Result.h"
 
 namespace quoddle {
 
@@ -28,10 +30,9 @@ struct AEFrame {
 /// Takes a stream apart. Memory grows with what has arrived, not with what a header claims.
 class AEFrameReader {
 public:
-    /// -1702 when the stream makes no sense; nothing more is to be read then.
-    OSStatus append(std::string_view bytes);
-    /// The next complete frame.
-    bool next(AEFrame& frame);
+    void append(std::string_view bytes) { mBuffer += bytes; }
+    /// Whether there was a complete frame. -1702 when the stream makes no sense; nothing more is to be read then.
+    Result<bool, OSStatus> next(AEFrame& frame);
     /// A frame has begun and is not complete.
     bool isInside() const { return !mBuffer.empty(); }
 

@@ -48,7 +48,8 @@ std::optional<AEDesc> readRecord(const std::string& path) {
 
 std::int32_t processIDOf(const fs::path& file) {
     const std::string digits = file.stem().string();
-    const bool isNumber = !digits.empty() && digits.size() < 10 && std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const bool isNumber =
+        !digits.empty() && digits.size() < 10 && std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
     return isNumber ? std::atoi(digits.c_str()) : 0;
 }
 
@@ -94,9 +95,8 @@ std::vector<AERunningApplication> AEListRunningApplications() {
         }
         found.push_back({startTime, {processID, textOf(*record, "pnam"_4cc), textOf(*record, "ID  "_4cc), textOf(*record, "ppth"_4cc)}});
     }
-    std::sort(found.begin(), found.end(), [](const auto& a, const auto& b) {
-        return std::pair(a.first, a.second.processID) > std::pair(b.first, b.second.processID);
-    });
+    std::sort(found.begin(), found.end(),
+              [](const auto& a, const auto& b) { return std::pair(a.first, a.second.processID) > std::pair(b.first, b.second.processID); });
     std::vector<AERunningApplication> applications;
     for (auto& [startTime, application] : found)
         applications.push_back(std::move(application));

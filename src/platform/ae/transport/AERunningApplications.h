@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Which applications of this user run and take Apple events: one small file for each beside its socket, PID.app and PID.sock.
 //
-// Decision: the files are the registry; no process keeps it. A record names the time its process started, so that one left behind by a crash is told from a new
-// process with the same number, and removed by whoever meets it.
+// Decision: the files are the registry; no process keeps it. A record names the time its process started, so that one left behind by a
+// crash is told from a new process with the same number, and removed by whoever meets it.
 #pragma once
 
 #include "platform/base/OSStatus.h"

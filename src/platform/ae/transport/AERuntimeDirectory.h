@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The folder in which the processes of one user find each other: $XDG_RUNTIME_DIR/quoddle, or /tmp/quoddle-UID where a login gives none (cron, containers).
-// It belongs to the user and nobody else may enter it; a folder that does not look like that is not used.
+// The folder in which the processes of one user find each other: $XDG_RUNTIME_DIR/quoddle, or /tmp/quoddle-UID where a login gives none
+// (cron, containers). It belongs to the user and nobody else may enter it; a folder that does not look like that is not used.
 #pragma once
 
 #include "platform/base/OSStatus.h"

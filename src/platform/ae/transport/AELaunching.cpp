@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/transport/AELaunching.h"
+
+#include "platform/ae/AEMainThread.h"
+#include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/base/FileDescriptor.h"
+
+#include <algorithm>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/wait.h>
+#include <thread>
+
+namespace quoddle {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds kSlice{5};
+constexpr const char* kShell = "quoddle-shell";
+
+bool isProgram(const fs::path& path) {
+    return ::access(path.c_str(), X_OK) == 0 && !fs::is_directory(path);
+}
+
+/// The program and its arguments: the shell beside this program, or what the bundle brings.
+std::vector<std::string> commandFor(const std::string& bundlePath) {
+    std::error_code error;
+    const fs::path beside = fs::read_symlink("/proc/self/exe", error).parent_path() / kShell;
+    if (isProgram(beside))
+        return {beside.string(), bundlePath};
+    for (fs::directory_iterator entry(bundlePath + "/Contents/Linux", error), end; !error && entry != end; entry.increment(error))
+        if (isProgram(entry->path()))
+            return {entry->path().string()};
+    return {kShell, bundlePath};
+}
+
+/// In the child of a child: a session of its own, nothing of ours open, no signals held back.
+[[noreturn]] void become(char* const* arguments, int report) {
+    ::setsid();
+    const int nothing = ::open("/dev/null", O_RDWR);
+    ::dup2(nothing, STDIN_FILENO);
+    ::dup2(nothing, STDOUT_FILENO);
+    ::dup2(nothing, STDERR_FILENO); // a pipe of ours must not be held open
+    sigset_t none;
+    sigemptyset(&none);
+    ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
+    ::execvp(arguments[0], arguments);
+    const char failed = 1;
+    [[maybe_unused]] const auto written = ::write(report, &failed, 1);
+    ::_exit(127);
+}
+
+/// The number of the new process, or 0. The process in between ends at once, so that nobody has to wait for the applet.
+pid_t spawn(const std::vector<std::string>& command) {
+    std::vector<char*> arguments;
+    for (const std::string& word : command)
+        arguments.push_back(const_cast<char*>(word.c_str()));
+    arguments.push_back(nullptr);
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        return 0;
+    const FileDescriptor readEnd(ends[0]);
+    FileDescriptor writeEnd(ends[1]);
+    const pid_t between = ::fork();
+    if (between == 0) {
+        const pid_t child = ::fork();
+        if (child == 0)
+            become(arguments.data(), writeEnd.number());
+        [[maybe_unused]] const auto written = ::write(writeEnd.number(), &child, sizeof child);
+        ::_exit(0);
+    }
+    writeEnd.reset();
+    if (between < 0)
+        return 0;
+    while (::waitpid(between, nullptr, 0) < 0 && errno == EINTR) {
+    }
+    // The number, and one byte more when the program could not be started.
+    char report[sizeof(pid_t) + 1];
+    std::size_t got = 0;
+    for (ssize_t count; got < sizeof report && (count = ::read(readEnd.number(), report + got, sizeof report - got)) != 0;)
+        if (count > 0)
+            got += static_cast<std::size_t>(count);
+    pid_t child = 0;
+    if (got == sizeof child)
+        std::copy_n(report, sizeof child, reinterpret_cast<char*>(&child));
+    return child;
+}
+
+bool hasEnded(pid_t process) {
+    return ::kill(process, 0) != 0;
+}
+
+} // namespace
+
+Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath, Clock::time_point deadline,
+                                                   const AESendOptions& options) {
+    const pid_t process = spawn(commandFor(bundlePath));
+    if (process <= 0)
+        return Failure{procNotFound};
+    while (true) {
+        const bool ended = hasEnded(process); // before the look: it may have handed over to another one
+        if (const auto running = AEFindRunningApplicationAtPath(bundlePath))
+            return running->processID;
+        if (ended)
+            return Failure{procNotFound};
+        if (Clock::now() >= deadline)
+            return Failure{errAETimeout};
+        if (options.cancelled && options.cancelled())
+            return Failure{userCanceledErr};
+        if (!AEProcessMainThreadEvents(kSlice))
+            std::this_thread::sleep_for(kSlice);
+    }
+}
+
+} // namespace quoddle

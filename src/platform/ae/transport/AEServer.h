@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// Takes the events that other processes of this user send, hands them to this process's handlers and sends the replies back.
+//
+// Decision: one thread of its own waits for all connections, so that a caller who stalls or floods costs the application nothing; replies
+// are written by the thread that answers, and only what a socket does not take at once is left to the server's. A connection that sends
+// faster than its events are handled is not read until they are. Events for which the application has no handler are answered with -1708:
+// additions work for their own process only.
+#pragma once
+
+#include "platform/base/OSStatus.h"
+
+#include <memory>
+#include <string>
+
+namespace quoddle {
+
+class AEServer {
+public:
+    AEServer();
+    /// Every event not yet answered is broken off: its sender gets -609.
+    ~AEServer();
+
+    /// Listens at PID.sock in `directory`. Once. A file status on failure; -42 when there are too many open files.
+    OSStatus start(const std::string& directory);
+
+private:
+    class Loop;
+    std::shared_ptr<Loop> mLoop;
+};
+
+} // namespace quoddle

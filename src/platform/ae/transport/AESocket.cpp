@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/transport/AESocket.h"
+
+#include "platform/base/File.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+namespace quoddle {
+
+namespace {
+
+constexpr int kPatience = 2000; // ms, for a place in the queue of a busy listener
+
+bool makeAddress(const FileDescriptor& directory, const std::string& name, sockaddr_un& address) {
+    address = {};
+    address.sun_family = AF_UNIX;
+    const int length = std::snprintf(address.sun_path, sizeof address.sun_path, "/proc/self/fd/%d/%s", directory.number(), name.c_str());
+    return length > 0 && static_cast<std::size_t>(length) < sizeof address.sun_path;
+}
+
+FileDescriptor openDirectory(const std::string& path) {
+    return FileDescriptor(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+}
+
+} // namespace
+
+bool isPeerSameUser(int socket) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
+}
+
+Result<FileDescriptor, OSStatus> listenAt(const std::string& directory, const std::string& name, int backlog) {
+    const FileDescriptor folder = openDirectory(directory);
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    sockaddr_un address;
+    if (!folder.isOpen() || !socket.isOpen())
+        return Failure{statusFromErrno(errno)};
+    if (!makeAddress(folder, name, address))
+        return Failure{paramErr};
+    ::unlinkat(folder.number(), name.c_str(), 0);
+    if (::fchmod(socket.number(), 0600) != 0 || ::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
+        ::fchmodat(folder.number(), name.c_str(), 0600, 0) != 0 || ::listen(socket.number(), backlog) != 0)
+        return Failure{statusFromErrno(errno)};
+    return socket;
+}
+
+Result<FileDescriptor, OSStatus> connectTo(const std::string& directory, const std::string& name) {
+    const FileDescriptor folder = openDirectory(directory);
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    sockaddr_un address;
+    if (!folder.isOpen() || !socket.isOpen() || !makeAddress(folder, name, address))
+        return Failure{procNotFound};
+    for (int waited = 0; ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0; ++waited) {
+        if ((errno != EAGAIN && errno != EINTR) || waited >= kPatience)
+            return Failure{procNotFound};
+        ::poll(nullptr, 0, 1); // the listener's queue is full
+    }
+    if (!isPeerSameUser(socket.number()))
+        return Failure{procNotFound};
+    return socket;
+}
+
+} // namespace quoddle

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/transport/AETransport.h"
+
+#include "platform/ae/AEWaiting.h"
+#include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/ae/transport/AEClient.h"
+#include "platform/ae/transport/AELaunching.h"
+#include "platform/ae/transport/AERuntimeDirectory.h"
+#include "platform/ae/transport/AEServer.h"
+
+#include <thread>
+
+namespace quoddle {
+
+namespace {
+
+std::unique_ptr<AEServer> sServer;
+std::thread sRemembering; // writes a file that nobody waits for
+
+/// "get running of application": the code of the property when it is one of the application itself, else 0.
+FourCharCode askedProperty(const AEDesc& event) {
+    const AEDesc* direct = event.find("----"_4cc);
+    if (event.eventClass() != "core"_4cc || event.eventID() != "getd"_4cc || !direct || direct->type() != "obj "_4cc)
+        return 0;
+    const AEDesc* form = direct->find("form"_4cc);
+    const AEDesc* container = direct->find("from"_4cc);
+    const AEDesc* property = direct->find("seld"_4cc);
+    const bool isOwn = form && form->code() == "prop"_4cc && container && container->isNull() && property;
+    return isOwn ? property->code() : 0;
+}
+
+/// What is known of an application without asking it. Of one that is not to be found only that it does not run.
+std::optional<AEDesc> knownProperty(FourCharCode property, const AERunningApplication* application) {
+    if (property == "prun"_4cc)
+        return AEDesc::ofBoolean(application && application->processID != 0);
+    if (!application || (application->processID != 0 && property != "ID  "_4cc))
+        return std::nullopt;
+    if (property == "pnam"_4cc)
+        return AEDesc::ofUTF8(application->name);
+    if (property == "ID  "_4cc && !application->bundleIdentifier.empty())
+        return AEDesc::ofUTF8(application->bundleIdentifier);
+    return std::nullopt;
+}
+
+bool isQuit(const AEDesc& event) {
+    return event.eventClass() == "aevt"_4cc && event.eventID() == "quit"_4cc;
+}
+
+OSStatus answer(const AEDesc& event, AEDesc* reply, std::optional<AEDesc> value) {
+    AEDesc answered = AEEmptyReplyTo(event);
+    if (value)
+        (void)answered.put("----"_4cc, std::move(*value));
+    if (reply)
+        *reply = std::move(answered);
+    return noErr;
+}
+
+OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
+    auto application = AEFindApplication(event.attribute("addr"_4cc).value_or(AEDesc()));
+    if (auto known = knownProperty(askedProperty(event), application ? &*application : nullptr))
+        return answer(event, reply, std::move(known));
+    if (!application)
+        return application.error();
+    std::int32_t processID = application->processID;
+    if (processID == 0) {
+        if (isQuit(event))
+            return answer(event, reply, std::nullopt);
+        const auto launched = AELaunchApplication(application->path, AEDeadlineAfter(timeoutInTicks), options);
+        if (!launched)
+            return launched.error();
+        processID = *launched;
+    }
+    return AESendToProcess(processID, event, reply, sendMode, timeoutInTicks, options);
+}
+
+} // namespace
+
+void AEInstallTransport() {
+    AESetRemoteSender(sendRemotely);
+}
+
+OSStatus AEListen(const AERunningApplication& application) {
+    const auto directory = AERuntimeDirectory();
+    if (!directory)
+        return directory.error();
+    sServer = std::make_unique<AEServer>();
+    if (const OSStatus status = sServer->start(*directory); status != noErr)
+        return status;
+    AERunningApplication canonical = application;
+    canonical.path = AECanonicalPath(application.path);
+    const OSStatus status = AERegisterApplication(canonical);
+    sRemembering = std::thread([canonical] { AERememberApplication(canonical); });
+    return status;
+}
+
+void AEStopListening() {
+    if (!sServer)
+        return;
+    AEUnregisterApplication();
+    sServer.reset();
+    sRemembering.join();
+}
+
+} // namespace quoddle

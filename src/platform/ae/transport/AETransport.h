@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// Apple events between the processes of one user: puts the parts of this folder together behind AESendMessage.
+#pragma once
+
+#include "platform/ae/transport/AERunningApplications.h"
+
+namespace quoddle {
+
+/// From now on AESendMessage reaches other processes, and launches applications that are to get an event and do not run. Any program that
+/// sends. "running", "name", "id" and "version" of an application are answered without launching it; "quit" to one that does not run does
+/// nothing.
+void AEInstallTransport();
+
+/// This process takes events under the given name from now on, and is found by others. Once, on the main thread, when its handlers are
+/// installed. What cannot be done leaves the application deaf, not dead: a file status tells why.
+OSStatus AEListen(const AERunningApplication& application);
+/// When the application ends: nothing more is taken in, and whoever waits for an answer gets -609.
+void AEStopListening();
+
+} // namespace quoddle

@@ -1,0 +1,282 @@
+// SPDX-License-Identifier: MIT
+// Events over sockets: what arrives, what comes back, and peers that do not behave. Both ends live in this process; the server has its own
+// thread.
+#include "platform/ae/transport/AETransport.h"
+#include "platform/ae/NSAppleEventManager.h"
+#include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/ae/transport/AEClient.h"
+#include "platform/ae/transport/AEFrame.h"
+#include "platform/ae/transport/AERuntimeDirectory.h"
+#include "platform/ae/transport/AEServer.h"
+#include "platform/ae/transport/AESocket.h"
+#include "platform/base/File.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <thread>
+
+namespace quoddle {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+class AETransportTest : public testing::Test {
+protected:
+    void SetUp() override {
+        char name[] = "/tmp/quoddle-test.XXXXXX";
+        root = mkdtemp(name);
+        setenv("XDG_RUNTIME_DIR", root.c_str(), 1);
+        setenv("XDG_DATA_HOME", root.c_str(), 1);
+        directory = *AERuntimeDirectory();
+    }
+    void TearDown() override {
+        AEStopListening();
+        manager.removeEventHandlerForEventClass("test"_4cc, "echo"_4cc);
+        manager.removeEventHandlerForEventClass("test"_4cc, "late"_4cc);
+        unsetenv("XDG_RUNTIME_DIR");
+        unsetenv("XDG_DATA_HOME");
+        fs::remove_all(root);
+    }
+
+    void listen() { ASSERT_EQ(AEListen({0, "Echo", "org.example.echo", root}), noErr); }
+    void handleEcho() {
+        manager.setEventHandler(
+            [this](const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
+                ++handled;
+                if (const auto direct = event->paramDescriptorForKeyword("----"_4cc))
+                    reply->setParamDescriptor(direct, "----"_4cc);
+            },
+            "test"_4cc, "echo"_4cc);
+    }
+    static AEDesc eventWith(AEEventID eventID, std::int32_t value) {
+        AEDesc event = AEDesc::appleEvent("test"_4cc, eventID, AEDesc::ofProcess(getpid()));
+        (void)event.put("----"_4cc, AEDesc::ofInt32(value));
+        return event;
+    }
+    OSStatus send(const AEDesc& event, AEDesc* reply, AESendMode mode = kAEWaitReply, std::int32_t ticks = 600,
+                  const AESendOptions& options = {}) {
+        return AESendToProcess(getpid(), event, reply, mode, ticks, options);
+    }
+    static std::int32_t valueOf(const AEDesc& reply) {
+        const AEDesc* direct = reply.find("----"_4cc);
+        return direct ? direct->asInt32().value_or(-1) : -1;
+    }
+    /// A listener in place of the server, which treats its first connection as told.
+    std::thread listenAs(std::function<void(int socket)> behave) {
+        auto listener = listenAt(directory, AESocketName(getpid()), 8);
+        return std::thread([listener = std::move(*listener), behave] {
+            pollfd state{listener.number(), POLLIN, 0};
+            ::poll(&state, 1, 5000);
+            const FileDescriptor socket(::accept(listener.number(), nullptr, nullptr));
+            behave(socket.number());
+        });
+    }
+
+    NSAppleEventManager& manager = NSAppleEventManager::sharedAppleEventManager();
+    std::string root, directory;
+    std::atomic<int> handled = 0;
+};
+
+TEST_F(AETransportTest, BringsEventsAndReplies) {
+    listen();
+    handleEcho();
+    AEDesc reply;
+    EXPECT_EQ(send(eventWith("echo"_4cc, 42), &reply), noErr);
+    EXPECT_EQ(valueOf(reply), 42);
+
+    // What fills many reads arrives whole.
+    AEDesc large = AEDesc::appleEvent("test"_4cc, "echo"_4cc);
+    (void)large.put("----"_4cc, AEDesc("utf8"_4cc, std::string(5'000'000, 'x')));
+    EXPECT_EQ(send(large, &reply), noErr);
+    EXPECT_EQ(reply.find("----"_4cc)->data().size(), 5'000'000u);
+
+    EXPECT_EQ(send(eventWith("echo"_4cc, 1), nullptr, kAENoReply), noErr);
+    EXPECT_EQ(send(eventWith("none"_4cc, 1), &reply), errAEEventNotHandled);
+    EXPECT_EQ(reply.find("errn"_4cc)->asInt32(), errAEEventNotHandled);
+    for (int wait = 0; handled < 3 && wait < 1000; ++wait)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(handled, 3);
+    AEStopListening();
+    EXPECT_EQ(send(eventWith("echo"_4cc, 1), &reply), procNotFound);
+}
+
+TEST_F(AETransportTest, AnswersSuspendedEventsLater) {
+    listen();
+    std::thread answering;
+    manager.setEventHandler(
+        [&](const NSAppleEventDescriptorRef&, const NSAppleEventDescriptorRef&) {
+            answering = std::thread([this, suspension = manager.suspendCurrentAppleEvent()] {
+                std::this_thread::sleep_for(std::chrono::milliseconds(30));
+                manager.replyAppleEventForSuspensionID(suspension)
+                    ->setParamDescriptor(NSAppleEventDescriptor::descriptorWithInt32(7), "----"_4cc);
+                manager.resumeWithSuspensionID(suspension);
+            });
+        },
+        "test"_4cc, "late"_4cc);
+    AEDesc reply;
+    EXPECT_EQ(send(eventWith("late"_4cc, 1), &reply), noErr);
+    EXPECT_EQ(valueOf(reply), 7);
+    answering.join();
+}
+
+TEST_F(AETransportTest, LosesAndDoublesNothing) {
+    listen();
+    handleEcho();
+    constexpr int kThreads = 100, kCalls = 100;
+    std::atomic<int> wrong = 0;
+    std::vector<std::thread> callers;
+    for (int thread = 0; thread < kThreads; ++thread)
+        callers.emplace_back([&, thread] {
+            for (int call = 0; call < kCalls; ++call) {
+                AEDesc reply;
+                const std::int32_t value = thread * kCalls + call;
+                if (send(eventWith("echo"_4cc, value), &reply) != noErr || valueOf(reply) != value)
+                    ++wrong;
+            }
+        });
+    for (std::thread& caller : callers)
+        caller.join();
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(handled, kThreads * kCalls);
+}
+
+TEST_F(AETransportTest, EndsWaitingForPeersThatDoNotAnswer) {
+    const AESendOptions cancelled{[] { return true; }, nullptr};
+    const auto stall = [](int socket) {
+        char byte;
+        while (::recv(socket, &byte, 1, 0) > 0) {
+        }
+    };
+    const struct {
+        const char* what;
+        std::function<void(int)> behave;
+        std::int32_t ticks;
+        AESendOptions options;
+        OSStatus expected;
+    } kCases[] = {
+        {"ends before it answers", [](int) {}, 600, {}, connectionInvalid},
+        {"never answers", stall, 6, {}, errAETimeout},
+        {"never answers, and the sender is cancelled", stall, -2, cancelled, userCanceledErr},
+        {"answers nonsense", [](int socket) { ::send(socket, "HTTP/1.1 400 Bad Request\r\n\r\n", 28, 0); }, 600, {}, connectionInvalid},
+        {"answers another event",
+         [](int socket) {
+             AEFrame frame;
+             frame.kind = AEFrame::Kind::Reply;
+             frame.id = 0xFFFFFFFF;
+             const std::string bytes = frame.bytes();
+             ::send(socket, bytes.data(), bytes.size(), 0);
+         },
+         600,
+         {},
+         connectionInvalid},
+    };
+    for (const auto& row : kCases) {
+        std::thread peer = listenAs(row.behave);
+        AEDesc reply;
+        const auto start = Clock::now();
+        EXPECT_EQ(send(eventWith("echo"_4cc, 1), &reply, kAEWaitReply, row.ticks, row.options), row.expected) << row.what;
+        EXPECT_LT(Clock::now() - start, std::chrono::seconds(2)) << row.what;
+        EXPECT_TRUE(reply.isNull()) << row.what;
+        peer.join();
+    }
+}
+
+TEST_F(AETransportTest, OutlivesHostileCallers) {
+    listen();
+    handleEcho();
+    AEFrame event;
+    event.payload = "QAE1 this is no descriptor";
+    AEFrame reply;
+    reply.kind = AEFrame::Kind::Reply;
+    std::string tooLarge = AEFrame().bytes();
+    tooLarge[16] = '\x7F';
+    const std::string kMessages[] = {"GET / HTTP/1.1\r\n\r\n", tooLarge, event.bytes(), reply.bytes(), std::string(100, '\0')};
+    for (const std::string& message : kMessages) {
+        auto socket = connectTo(directory, AESocketName(getpid()));
+        ASSERT_TRUE(socket);
+        ::send(socket->number(), message.data(), message.size(), MSG_NOSIGNAL);
+        pollfd state{socket->number(), POLLIN, 0};
+        ASSERT_EQ(::poll(&state, 1, 2000), 1) << "not closed: " << message;
+        char byte;
+        EXPECT_LE(::recv(socket->number(), &byte, 1, 0), 0);
+    }
+    // One that stops inside a frame, one that claims much and sends little, and one that leaves without its reply.
+    std::vector<FileDescriptor> open;
+    std::string claims = AEFrame().bytes();
+    claims[16] = '\x07';
+    for (const std::string& message : {std::string("QA"), claims}) {
+        open.push_back(std::move(*connectTo(directory, AESocketName(getpid()))));
+        ::send(open.back().number(), message.data(), message.size(), MSG_NOSIGNAL);
+    }
+    AEDesc answered;
+    EXPECT_EQ(send(eventWith("echo"_4cc, 5), &answered), noErr);
+    EXPECT_EQ(valueOf(answered), 5);
+}
+
+TEST_F(AETransportTest, KeepsARegistryOfWhatRuns) {
+    // Left behind by processes that are gone, or whose number another process has now; and what is no record at all.
+    for (const char* name : {"999999999.app", "1.app", "12x.app", "nonsense.app"})
+        ASSERT_EQ(writeFile(directory + "/" + name, "QAE1 no record"), noErr);
+    listen();
+    const auto running = AEListRunningApplications();
+    ASSERT_EQ(running.size(), 1u);
+    EXPECT_EQ(running[0].processID, getpid());
+    EXPECT_EQ(running[0].name, "Echo");
+    EXPECT_FALSE(fs::exists(directory + "/1.app"));
+    EXPECT_TRUE(fs::exists(directory + "/nonsense.app"));
+
+    fs::create_directory(root + "/Contents");
+    const auto pidOf = [](DescType type, const std::string& text) {
+        const auto found = AEFindApplication(AEDesc(type, text));
+        return found ? found->processID : found.error();
+    };
+    EXPECT_EQ(pidOf("aprl"_4cc, "echo.app"), getpid());
+    EXPECT_EQ(pidOf("aprl"_4cc, root), getpid());
+    EXPECT_EQ(pidOf("aprl"_4cc, "file://" + root + "/"), getpid());
+    EXPECT_EQ(pidOf("bund"_4cc, "ORG.example.Echo"), getpid());
+    EXPECT_EQ(pidOf("bund"_4cc, ""), procNotFound);
+    EXPECT_EQ(pidOf("aprl"_4cc, "Nobody"), procNotFound);
+    EXPECT_EQ(pidOf("mach"_4cc, "?"), errAEUnknownAddressType);
+    AEStopListening();
+    EXPECT_EQ(pidOf("aprl"_4cc, "Echo"), 0); // known from its run, but gone
+    EXPECT_TRUE(AEListRunningApplications().empty());
+}
+
+TEST_F(AETransportTest, AnswersForApplicationsThatDoNotRun) {
+    AEInstallTransport();
+    const auto ask = [](FourCharCode property, AEDesc* reply) {
+        AEDesc event = AEDesc::appleEvent("core"_4cc, "getd"_4cc, AEDesc("aprl"_4cc, "Nobody"));
+        AEDesc object = AEDesc::record("obj "_4cc);
+        (void)object.put("want"_4cc, AEDesc::ofType("prop"_4cc));
+        (void)object.put("from"_4cc, AEDesc());
+        (void)object.put("form"_4cc, AEDesc::ofEnum("prop"_4cc));
+        (void)object.put("seld"_4cc, AEDesc::ofType(property));
+        (void)event.put("----"_4cc, object);
+        return AESendMessage(event, reply, kAEWaitReply, 60);
+    };
+    AEDesc reply;
+    EXPECT_EQ(ask("prun"_4cc, &reply), noErr);
+    EXPECT_EQ(reply.find("----"_4cc)->asBoolean(), false);
+    EXPECT_EQ(ask("pnam"_4cc, &reply), procNotFound);
+    AESetRemoteSender({});
+}
+
+TEST_F(AETransportTest, TrustsOnlyAFolderOfItsOwn) {
+    EXPECT_EQ(directory, root + "/quoddle");
+    ASSERT_EQ(::chmod(directory.c_str(), 0755), 0);
+    EXPECT_FALSE(AERuntimeDirectory());
+    fs::remove(directory);
+    fs::create_directory_symlink("/tmp", directory);
+    EXPECT_FALSE(AERuntimeDirectory());
+    fs::remove(directory);
+    EXPECT_TRUE(AERuntimeDirectory());
+}
+
+} // namespace
+} // namespace quoddle
