@@ -25,12 +25,19 @@ AEDesc descriptorOfName(Value name) {
     return AEDesc::ofCode("prop"_4cc, name.asCode());
 }
 
-/// The type of the descriptor that says most about a value.
-DescType bestType(Machine& machine, Value value) {
-    if (is<Script>(value))
-        return "scpt"_4cc;
-    auto descriptor = descriptorFromValue(machine, value);
-    return descriptor ? descriptor->type() : "null"_4cc;
+/// The slot of a name. A text that the language would read as a name in small letters may also be one that was declared between bars.
+Value* slotNamed(Machine& machine, Script* script, Value key, const AEDesc& name) {
+    if (Value* slot = machine.findSlot(script, key); slot || !is<Symbol>(key))
+        return slot;
+    return machine.findSlot(script, Value::object(machine.heap().symbol(name.asUTF8().value_or(std::string()))));
+}
+
+AEDesc namesOf(const Script& script, bool ofHandlers) {
+    std::vector<AEDesc> names;
+    for (std::size_t i = 0; i < script.slots.size(); ++i)
+        if (const Value name = script.layout->names[i]; !name.isUndefined() && is<Handler>(script.slots[i]) == ofHandlers)
+            names.push_back(descriptorOfName(name));
+    return AEDesc::list(std::move(names));
 }
 
 /// The innermost node of a tree whose code covers an offset; null when there is none.
@@ -49,7 +56,8 @@ const Object* nodeAt(const Object* node, std::uint32_t offset, std::size_t depth
     return best;
 }
 
-constexpr std::string_view kStyleNames[] = {"New text", "Language keywords", "Application keywords", "Variables", "Operators", "Values", "Comments"};
+constexpr std::string_view kStyleNames[] = {"New text", "Language keywords", "Application keywords", "Variables", "Operators",
+                                            "Values",   "Comments"};
 
 } // namespace
 
@@ -101,7 +109,7 @@ OSStatus Component::getProperty(OSAModeFlags, OSAID context, const AEDesc& name,
         return noErr;
     }
     Script* script = as<Script>(slot->value);
-    const Value* value = script ? mMachine.findSlot(script, key) : nullptr;
+    const Value* value = script ? slotNamed(mMachine, script, key, name) : nullptr;
     if (key == Value::code("rslt"_4cc) && !value && script) {
         if (mLastResult.isUndefined())
             return errAENoSuchObject;
@@ -153,7 +161,7 @@ OSStatus Component::setProperty(OSAModeFlags modeFlags, OSAID context, const AED
         script->parent = value;
         return noErr;
     }
-    if (Value* known = mMachine.findSlot(script, key))
+    if (Value* known = slotNamed(mMachine, script, key, name))
         *known = value;
     else if (modeFlags & kOSAModeDontDefine)
         return errAENoSuchObject;
@@ -168,11 +176,7 @@ OSStatus Component::getPropertyNames(OSAModeFlags, OSAID context, AEDesc& names)
     const Script* script = scriptOf(context, status);
     if (!script)
         return status;
-    AEDesc list = AEDesc::list();
-    for (std::size_t i = 0; i < script->slots.size(); ++i)
-        if (const Value name = script->layout->names[i]; !name.isUndefined() && !is<Handler>(script->slots[i]))
-            (void)list.insertItem(0, descriptorOfName(name));
-    names = std::move(list);
+    names = namesOf(*script, false);
     return noErr;
 }
 
@@ -185,7 +189,7 @@ OSStatus Component::getHandler(OSAModeFlags, OSAID context, const AEDesc& name, 
     Script* script = scriptOf(context, status);
     if (!script)
         return status;
-    const Value* value = mMachine.findSlot(script, key);
+    const Value* value = slotNamed(mMachine, script, key, name);
     if (!value || !is<Handler>(*value))
         return errAENoSuchObject;
     result = keep(*value);
@@ -216,11 +220,7 @@ OSStatus Component::getHandlerNames(OSAModeFlags, OSAID context, AEDesc& names) 
     const Script* script = scriptOf(context, status);
     if (!script)
         return status;
-    AEDesc list = AEDesc::list();
-    for (std::size_t i = 0; i < script->slots.size(); ++i)
-        if (is<Handler>(script->slots[i]))
-            (void)list.insertItem(0, descriptorOfName(script->layout->names[i]));
-    names = std::move(list);
+    names = namesOf(*script, true);
     return noErr;
 }
 
@@ -249,7 +249,7 @@ OSStatus Component::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t&
         info = !script || script->tree;
         return noErr;
     case "best"_4cc:
-        info = static_cast<std::int32_t>(bestType(mMachine, slot->value));
+        info = static_cast<std::int32_t>(descriptorTypeOf(mMachine, slot->value));
         return noErr;
     case "modi"_4cc:
         info = 0;

@@ -124,7 +124,8 @@ TEST_F(ComponentTest, StoresAndLoads) {
 }
 
 TEST_F(ComponentTest, ExecutesEvents) {
-    const OSAID script = compiled(u"on add(a, b)\nreturn a + b\nend add\non open theFiles\nreturn count theFiles\nend open\non run argv\nreturn argv\nend run");
+    const OSAID script = compiled(
+        u"on add(a, b)\nreturn a + b\nend add\non open theFiles\nreturn count theFiles\nend open\non run argv\nreturn argv\nend run");
     const auto answer = [&](const AEDesc& event) {
         OSAID result = 0;
         const OSStatus status = OSAExecuteEvent(instance, event, script, 0, result);
@@ -147,7 +148,8 @@ TEST_F(ComponentTest, ExecutesEvents) {
 }
 
 TEST_F(ComponentTest, ValuesGoThroughDescriptorsUnchanged) {
-    for (const char* source : {"missing value", "true", "-7", "2.5", "\"tëxt\"", "{1, {2, \"x\"}}", "{name:\"n\", |my own|:3}", "integer", "date \"Friday, November 9, 2007 at 11:35:50 AM\""}) {
+    for (const char* source : {"missing value", "true", "-7", "2.5", "\"tëxt\"", "{1, {2, \"x\"}}", "{name:\"n\", |my own|:3}", "integer",
+                               "date \"Friday, November 9, 2007 at 11:35:50 AM\""}) {
         OSAID value = 0, back = 0;
         ASSERT_EQ(OSACompileExecute(instance, AEDesc::ofUTF8(source), 0, 0, value), noErr) << source;
         const std::string before = shown(value);
@@ -156,6 +158,74 @@ TEST_F(ComponentTest, ValuesGoThroughDescriptorsUnchanged) {
         ASSERT_EQ(OSACoerceFromDesc(instance, descriptor, 0, back), noErr) << source;
         EXPECT_EQ(shown(back), before) << source;
     }
+}
+
+TEST_F(ComponentTest, FindsWhatWasDeclaredBetweenBars) {
+    const OSAID script = compiled(u"property |Cap| : 1\non |Go|()\nreturn |Cap|\nend |Go|");
+    OSAID handler = 0, value = 0;
+    for (const char* name : {"Go", "|Go|"})
+        EXPECT_EQ(OSAGetHandler(instance, 0, script, AEDesc::ofUTF8(name), handler), noErr) << name;
+    EXPECT_EQ(OSAGetHandler(instance, 0, script, AEDesc::ofUTF8("go"), handler), errAENoSuchObject);
+    EXPECT_EQ(property(script, AEDesc::ofUTF8("Cap")), "1");
+    ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::ofInt32(2), 0, value), noErr);
+    ASSERT_EQ(OSASetProperty(instance, 0, script, AEDesc::ofUTF8("Cap"), value), noErr);
+    ASSERT_EQ(OSAExecuteEvent(instance, callOf("Go", {}), script, 0, value), noErr);
+    EXPECT_EQ(shown(value), "2");
+}
+
+TEST_F(ComponentTest, StrangeDescriptorsBecomeValues) {
+    struct Row {
+        AEDesc desc;
+        const char* shown;
+    };
+    const Row kRows[] = {
+        {AEDesc("ucom"_4cc, std::string(8, '\xff')), "1.84467440737E+19"},
+        {AEDesc("doub"_4cc, std::string("\1\0\0\0\0\0\xfa\xff", 8)), "NAN"}, // the bits of a pointer
+        {AEDesc("comp"_4cc, "short"), "0"},
+        {AEDesc::ofCurrentProcess(), "current application"},
+        {AEDesc::ofProcess(1), "«data kpid01000000»"}, // somebody else
+        {AEDesc("evnt"_4cc, ""), "«event ****"},
+        {AEDesc::list({AEDesc::ofInt32(1)}).withType("utxt"_4cc), "\"\""},
+        {AEDesc("scpt"_4cc, "no script"), "«data scpt6E6F20736372697074»"},
+    };
+    for (const Row& row : kRows) {
+        OSAID value = 0;
+        ASSERT_EQ(OSACoerceFromDesc(instance, row.desc, 0, value), noErr);
+        EXPECT_EQ(shown(value).substr(0, std::string(row.shown).size()), row.shown) << bytesOf(row.desc.type());
+    }
+}
+
+TEST_F(ComponentTest, AListIsOneWhateverItHolds) {
+    OSAID list = 0;
+    ASSERT_EQ(OSACompileExecute(instance, AEDesc::ofUTF8("set l to {1}\nset end of l to l\nreturn l"), 0, 0, list), noErr);
+    std::int32_t type = 0;
+    EXPECT_EQ(OSAGetScriptInfo(instance, list, "best"_4cc, type), noErr);
+    EXPECT_EQ(static_cast<DescType>(type), "list"_4cc);
+    AEDesc desc;
+    EXPECT_EQ(OSACoerceToDesc(instance, list, "****"_4cc, 0, desc), errAECoercionFail) << "it holds itself";
+}
+
+// A sender must not be able to keep the component busy for the square of what it sent.
+TEST_F(ComponentTest, LargeRecordsTakeNoLongerThanTheyAre) {
+    constexpr AEKeyword kCount = 200'000;
+    std::vector<AEItem> fields;
+    std::vector<AEDesc> userFields;
+    for (AEKeyword i = 0; i < kCount; ++i) {
+        fields.push_back({0x61000000 + i, AEDesc::ofInt32(1)});
+        userFields.push_back(AEDesc::ofUTF8("field" + std::to_string(i)));
+        userFields.push_back(AEDesc::ofInt32(1));
+    }
+    fields.push_back({0x61000000, AEDesc::ofInt32(2)}); // the last one counts
+    fields.push_back({"usrf"_4cc, AEDesc::list(std::move(userFields))});
+    const auto start = Clock::now();
+    OSAID record = 0;
+    AEDesc back;
+    ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::record(std::move(fields)), 0, record), noErr);
+    ASSERT_EQ(OSACoerceToDesc(instance, record, "reco"_4cc, 0, back), noErr);
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(5));
+    EXPECT_EQ(back.count(), kCount + 1);
+    EXPECT_EQ(back.itemAt(1)->asInt32(), 2);
+    EXPECT_EQ(back.find("usrf"_4cc)->count(), 2 * kCount);
 }
 
 struct Calls {
@@ -198,8 +268,10 @@ TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
 TEST_F(ComponentTest, AnotherThreadGetsItsTurnDuringARun) {
     Calls calls;
     OSASetActiveProc(instance, Calls::proc, &calls);
-    const OSAID script = compiled(u"property stopNow : false\nproperty turns : 0\non run\nrepeat until stopNow\nset turns to turns + 1\nend repeat\nreturn \"ended\"\nend run\n"
-                                  u"on twice(x)\nset l to {}\nrepeat 1000 times\nset end of l to x & x\nend repeat\nreturn item -1 of l\nend twice");
+    const OSAID script =
+        compiled(u"property stopNow : false\nproperty turns : 0\non run\nrepeat until stopNow\nset turns to turns + 1\nend repeat\nreturn "
+                 u"\"ended\"\nend run\n"
+                 u"on twice(x)\nset l to {}\nrepeat 1000 times\nset end of l to x & x\nend repeat\nreturn item -1 of l\nend twice");
     std::string result;
     std::thread runner([&] { result = run(script); });
     while (calls.count < 3)
