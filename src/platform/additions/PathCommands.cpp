@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // path to, path to resource.
+#include "platform/additions/Bundle.h"
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileParameter.h"
 #include "platform/additions/Folders.h"
@@ -13,14 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The bundle that this program belongs to, else the program itself.
-std::string applicationPath() {
-    std::error_code error;
-    const std::string program = fs::read_symlink("/proc/self/exe", error).string();
-    const std::size_t contents = program.rfind("/Contents/");
-    return contents == std::string::npos ? program : program.substr(0, contents);
-}
-
 OSErr pathToFolder(const AEDesc& event, AEDesc& reply, DescType folder) {
     const auto path = wellKnownFolder(folder, codeParameter(event, "from"_4cc));
     if (!path)
@@ -33,26 +26,6 @@ OSErr pathToFolder(const AEDesc& event, AEDesc& reply, DescType folder) {
             return failFile(reply, -120, *path);
     }
     return answer(reply, fileResult(*path, codeParameter(event, "rtyp"_4cc)));
-}
-
-/// Below Resources, in the folder of a language or without one.
-std::optional<std::string> resourceIn(const fs::path& bundle, const fs::path& folder, const fs::path& name) {
-    std::error_code error;
-    for (const char* language : {"", "en.lproj", "English.lproj", "Base.lproj"}) {
-        const fs::path candidate = bundle / "Contents" / "Resources" / language / folder / name;
-        if (fs::exists(candidate, error))
-            return candidate.lexically_normal().string();
-    }
-    return std::nullopt;
-}
-
-bool staysInside(const fs::path& relative) {
-    if (relative.is_absolute())
-        return false;
-    for (const fs::path& part : relative)
-        if (part == "..")
-            return false;
-    return true;
 }
 
 } // namespace
@@ -86,9 +59,8 @@ OSErr pathToResource(const AEDesc& event, AEDesc& reply, const AEHandlerContext&
             return failParameter(event, reply, "in B"_4cc, u"in bundle", "file"_4cc);
         bundle = *given;
     }
-    const fs::path folder = utf8FromUTF16(textParameter(event, "in D"_4cc).value_or(std::u16string()));
-    const fs::path resource = utf8FromUTF16(*name);
-    const auto found = staysInside(folder) && staysInside(resource) ? resourceIn(bundle, folder, resource) : std::nullopt;
+    const std::string folder = utf8FromUTF16(textParameter(event, "in D"_4cc).value_or(std::u16string()));
+    const auto found = resourceInBundle(bundle, folder, utf8FromUTF16(*name));
     if (!found)
         return fail(reply, resNotFound, u"The resource “" + *name + u"” wasn’t found.");
     return answer(reply, fileResult(*found, 0));

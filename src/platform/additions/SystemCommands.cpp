@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What scripts ask the system: time to GMT, system attribute, system info, scripting components; and open location, mount volume,
 // summarize, localized string.
+#include "platform/additions/Bundle.h"
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileParameter.h"
 #include "platform/additions/Program.h"
@@ -9,6 +10,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 #include <unistd.h>
 
 namespace quoddle::additions {
@@ -17,6 +19,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr auto kMountingTime = 60s;
+constexpr auto kAskingTime = 5s;
 constexpr auto kOpeningTime = 3s; // a browser that is started by this may run for hours
 
 bool hasScheme(std::string_view url) {
@@ -30,6 +34,38 @@ bool hasScheme(std::string_view url) {
             return false;
     }
     return url.find('\0') == std::string_view::npos;
+}
+
+std::string percentEncoded(std::string_view text) {
+    constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-._~";
+    constexpr char kHex[] = "0123456789ABCDEF";
+    std::string out;
+    for (char c : text) {
+        if (kPlain.find(c) != std::string_view::npos)
+            out += c;
+        else
+            out += {'%', kHex[static_cast<unsigned char>(c) >> 4], kHex[static_cast<unsigned char>(c) & 15]};
+    }
+    return out;
+}
+
+/// A URL as it is; a name of a volume on a server as one of Windows file sharing. The user goes in front of the server.
+std::string volumeLocation(const std::string& volume, const std::string& server, const std::string& user) {
+    std::string url = volume;
+    if (!hasScheme(url) && !server.empty())
+        url = "smb://" + percentEncoded(server) + "/" + percentEncoded(volume);
+    const std::size_t authority = url.find("://");
+    if (user.empty() || authority == std::string::npos || url.substr(0, url.find('/', authority + 3)).find('@') != std::string::npos)
+        return url;
+    return url.insert(authority + 3, percentEncoded(user) + "@");
+}
+
+std::string lineBehind(std::string_view text, std::string_view label) {
+    const std::size_t at = text.find(label);
+    if (at == std::string_view::npos)
+        return {};
+    text.remove_prefix(at + label.size());
+    return std::string(text.substr(0, text.find('\n')));
 }
 
 } // namespace
@@ -85,23 +121,50 @@ OSErr openLocation(const AEDesc& event, AEDesc& reply, const AEHandlerContext& c
     return noErr;
 }
 
-OSErr mountVolume(const AEDesc&, AEDesc& reply, const AEHandlerContext&) {
-    return fail(reply, errAEEventFailed,
-                u"Volumes are not mounted by scripts on this system. Use gio mount or udisksctl in a do shell script command.");
+OSErr mountVolume(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context) {
+    const auto volume = textParameter(event, "----"_4cc);
+    if (!volume)
+        return failParameter(event, reply, "----"_4cc, u"volume", "utxt"_4cc);
+    if (event.find("PASS"_4cc))
+        return fail(reply, errAEEventFailed, u"A password can’t be handed on to the desktop. Leave it out and keep it in the keyring.");
+    const auto server = textParameter(event, "SRVR"_4cc), user = textParameter(event, "USER"_4cc);
+    const std::string url = volumeLocation(utf8FromUTF16(*volume), utf8FromUTF16(server.value_or(u"")), utf8FromUTF16(user.value_or(u"")));
+    if (!hasScheme(url))
+        return fail(reply, paramErr, u"“" + *volume + u"” is not a URL, and no server is named.");
+    const auto mounted = runProgram({"gio", "mount", url}, kMountingTime, context);
+    if (!mounted)
+        return fail(reply, errAEEventFailed, u"Volumes can’t be mounted: gio (package libglib2.0-bin) was not found.");
+    if (mounted->wasCancelled)
+        return userCanceledErr;
+    // One that is mounted already is as good, whatever the first program said. Its words are looked for in English.
+    const auto info = runProgram({"/usr/bin/env", "LC_ALL=C", "gio", "info", url}, kAskingTime, context);
+    const std::string place = info && info->exitStatus == 0 ? lineBehind(info->output, "local path: ") : std::string();
+    if (!place.starts_with('/') && (mounted->exitStatus != 0 || mounted->isRunning))
+        return fail(reply, -35, u"Disk " + *volume + u" wasn’t found.");
+    return place.starts_with('/') ? answer(reply, fileResult(place, "furl"_4cc)) : OSErr(noErr);
 }
 
 OSErr summarize(const AEDesc&, AEDesc& reply, const AEHandlerContext&) {
     return fail(reply, errAEEventFailed, u"There is nothing on this system that summarizes texts.");
 }
 
-/// Without a bundle there is no table to look into, and a key without an entry stands for itself.
+/// A key without an entry stands for itself.
 OSErr localizedString(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
     const auto key = textParameter(event, "----"_4cc);
     if (!key)
         return failParameter(event, reply, "----"_4cc, u"text", "utxt"_4cc);
-    if (event.find("in B"_4cc))
-        return fail(reply, errAEEventFailed, u"The tables of other bundles can’t be read here; leave “in bundle” out.");
-    return answer(reply, AEDesc::ofText(*key));
+    std::string bundle = applicationPath();
+    if (event.find("in B"_4cc)) {
+        const auto given = fileParameter(event, "in B"_4cc);
+        if (!given)
+            return failParameter(event, reply, "in B"_4cc, u"in bundle", "file"_4cc);
+        bundle = *given;
+        std::error_code error;
+        if (!std::filesystem::is_directory(bundle, error))
+            return failFile(reply, fnfErr, bundle);
+    }
+    const std::string table = utf8FromUTF16(textParameter(event, "froT"_4cc).value_or(u"Localizable"));
+    return answer(reply, AEDesc::ofText(localizedText(bundle, table, *key).value_or(*key)));
 }
 
 } // namespace quoddle::additions

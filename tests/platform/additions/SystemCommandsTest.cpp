@@ -149,14 +149,72 @@ TEST_F(SystemCommandsTest, TheSystemKnowsItself) {
     }
 }
 
-TEST_F(SystemCommandsTest, WhatHasNoMeaningHereFailsAloud) {
-    for (const char* command : {"aevtmvol", "fbcssumm"}) {
-        const Answer answer = send(command, {{"----"_4cc, text("x")}});
-        EXPECT_NE(answer.error(), noErr);
-        EXPECT_FALSE(answer.errorText().empty());
+TEST_F(SystemCommandsTest, VolumesAreMountedByTheDesktop) {
+    const auto mount = [](const char* volume, Parameters more = {}) {
+        more.push_back({"----"_4cc, text(volume)});
+        return send("aevtmvol", more);
+    };
+    EXPECT_NE(mount("smb://server/share").errorText().find("gio"), std::string::npos) << "there is none yet";
+    helper("gio",
+           "case $1 in\nmount) exit 2;;\ninfo) [ \"$LC_ALL\" = C ] && [ \"$2\" != smb://none/x ] && echo 'display name: x\nlocal path: " +
+               path("bin") + "';;\nesac");
+    EXPECT_EQ(mount("smb://server/share").value().asFilePath(), path("bin/")) << "mounted before";
+    EXPECT_EQ(bytesOf("log"), "mount smb://server/share\ninfo smb://server/share\n");
+    const struct {
+        const char* volume;
+        Parameters more;
+        const char* url;
+    } kCases[] = {
+        {"My Disk", {{"SRVR"_4cc, text("nas")}}, "smb://nas/My%20Disk"},
+        {"My Disk", {{"SRVR"_4cc, text("nas")}, {"USER"_4cc, text("a b")}}, "smb://a%20b@nas/My%20Disk"},
+        {"ftp://host/x@y", {{"USER"_4cc, text("me")}}, "ftp://me@host/x@y"},
+        {"ftp://you@host/", {{"USER"_4cc, text("me")}}, "ftp://you@host/"},
+    };
+    for (const auto& row : kCases) {
+        std::filesystem::remove(path("log"));
+        EXPECT_EQ(mount(row.volume, row.more).error(), noErr);
+        EXPECT_EQ(bytesOf("log"), std::string("mount ") + row.url + "\ninfo " + row.url + "\n");
     }
-    EXPECT_EQ(send("sysolocS", {{"----"_4cc, text("key")}}).text(), "key");
-    EXPECT_NE(send("sysolocS", {{"----"_4cc, text("key")}, {"in B"_4cc, file("bin")}}).error(), noErr);
+    EXPECT_EQ(mount("smb://none/x").error(), -35);
+    EXPECT_EQ(mount("My Disk").error(), paramErr);
+    EXPECT_EQ(mount("smb://a/b", {{"PASS"_4cc, text("secret")}}).error(), errAEEventFailed);
+    EXPECT_EQ(bytesOf("log").find("secret"), std::string::npos);
+}
+
+TEST_F(SystemCommandsTest, TextsAreThoseOfTheUsersLanguage) {
+    make("A.app/Contents/Resources/en.lproj/Localizable.strings",
+         "/* greeting */ \"hello\" = \"Hello\"; // said often\n\"only\" = \"English\";");
+    make("A.app/Contents/Resources/de.lproj/Localizable.strings", "\"hello\" = \"Gr\\U00fc\u00df\\n\\\"Gott\\\"\"; bare = word; \"cut");
+    make("A.app/Contents/Resources/de.lproj/Other.strings", "\"hello\" = \"andere\";");
+    const auto localized = [this](const char* key, Parameters more = {}) {
+        more.push_back({"----"_4cc, text(key)});
+        more.push_back({"in B"_4cc, file("A.app")});
+        return send("sysolocS", more).text();
+    };
+    setEnvironment("LANGUAGE", "");
+    setEnvironment("LC_ALL", "de_AT.UTF-8");
+    EXPECT_EQ(localized("hello"), "Gr\u00fc\u00df\n\"Gott\"");
+    EXPECT_EQ(localized("bare"), "word");
+    EXPECT_EQ(localized("cut"), "cut") << "the table ends in the middle";
+    EXPECT_EQ(localized("hello", {{"froT"_4cc, text("Other")}}), "andere");
+    EXPECT_EQ(localized("hello", {{"froT"_4cc, text("../de.lproj/Other")}}), "hello");
+    setEnvironment("LANGUAGE", "fr:en");
+    EXPECT_EQ(localized("hello"), "Hello");
+    EXPECT_EQ(localized("only"), "English");
+    EXPECT_EQ(localized("nowhere"), "nowhere");
+    EXPECT_EQ(send("sysolocS", {{"----"_4cc, text("key")}, {"in B"_4cc, file("none.app")}}).error(), fnfErr);
+
+    EXPECT_EQ(send("sysolocS", {{"----"_4cc, text("hello")}}).text(), "hello") << "a program without a bundle";
+    setApplicationPath(path("A.app"));
+    EXPECT_EQ(send("sysolocS", {{"----"_4cc, text("hello")}}).text(), "Hello");
+    EXPECT_EQ(send("earsffdr", {{"----"_4cc, AEDesc::ofEnum("cura"_4cc)}}).value().asFilePath(), path("A.app/"));
+    setApplicationPath({});
+}
+
+TEST_F(SystemCommandsTest, WhatHasNoMeaningHereFailsAloud) {
+    const Answer answer = send("fbcssumm", {{"----"_4cc, text("x")}});
+    EXPECT_NE(answer.error(), noErr);
+    EXPECT_FALSE(answer.errorText().empty());
     EXPECT_EQ(send("sysocpls").texts(), std::vector<std::string>{"AppleScript"});
 }
 
