@@ -137,6 +137,7 @@ int main(int argc, char** argv) {
     takeIdentityOf(*invocation.bundle);
     registerAppleScriptComponent();
     installStandardAdditions();
+    setApplicationPath(invocation.bundle->bundlePath().toStdString());
     NSApplication application(argc, argv);
     Appearance::applyRememberedScheme();
     // Whatever can wait until the first window is there.

@@ -132,6 +132,16 @@ class Applets(unittest.TestCase):
         self.assertEqual(applet.process.returncode, 0)
         self.assertEqual(applet.said("out"), "done\n")
 
+    def test_knows_its_bundle_and_what_is_in_it(self):
+        applet = self.start("Where", """
+			set p to quoted form of (POSIX path of (path to me) & linefeed & POSIX path of (path to current application))
+			do shell script "mkdir -p FOLDER/Where.app/Contents/Resources/en.lproj"
+			do shell script "echo '\\"k\\" = \\"text\\";' > FOLDER/Where.app/Contents/Resources/en.lproj/Localizable.strings"
+			do shell script "echo " & p & (localized string "k") & " > FOLDER/where"
+		""")
+        applet.ends()
+        self.assertEqual(applet.said("where"), f"{self.folder}/Where.app/\n{self.folder}/Where.app/text\n")
+
     def test_shows_progress_and_stops(self):
         applet = self.start("Stopped", LOOP)
         until(lambda: applet.said("started"), "the script to start")
