@@ -95,7 +95,7 @@ void ProgressViewController::connectStopKeys() {
         auto* shortcut = new QShortcut(keys, mUi->stopButton->parentWidget());
         connect(shortcut, &QShortcut::activated, this, [this] {
             if (mUi->stopButton->isVisible())
-                mUi->stopButton->animateClick();
+                mUi->stopButton->click(); // at once: a press that is acted out takes a tenth of a second, in which the script works on
         });
     }
 }

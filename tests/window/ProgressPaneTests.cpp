@@ -135,7 +135,7 @@ TEST(ProgressPane, StopIsAButtonAndTwoKeys) {
         controller.window()->activateWindow();
         QCoreApplication::processEvents();
         row.act(controller);
-        EXPECT_EQ(QTest::qWaitFor([&] { return shell.delegate->userStoppedScript(); }, row.stops ? 1000 : 150), row.stops);
+        EXPECT_EQ(shell.delegate->userStoppedScript(), row.stops); // at once, a key as well as a click
         EXPECT_TRUE(!row.stops || !controller.stopButtonEnabled());
     }
 }

@@ -155,9 +155,7 @@ void NSWindow::showNextSheet() {
     if (dialog->windowTitle().isEmpty())
         dialog->setWindowTitle(windowTitle());
     dialog->adjustSize();
-    const QRect content = centralWidget() ? QRect(centralWidget()->mapToGlobal(QPoint()), centralWidget()->size()) : geometry();
-    const QRect wanted(content.x() + (content.width() - dialog->width()) / 2, content.y(), dialog->width(), dialog->height());
-    dialog->move(WindowFrame::constrained(wanted, availableScreens()).topLeft());
+    placeSheet();
     connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) {
         dialog->disconnect(this);
         dialog->hide();
@@ -165,6 +163,28 @@ void NSWindow::showNextSheet() {
         sheetEnded(dialog, returnCode);
     });
     dialog->show();
+}
+
+void NSWindow::placeSheet() {
+    QDialog* dialog = attachedSheet();
+    if (!dialog)
+        return;
+    const QRect content = centralWidget() ? QRect(centralWidget()->mapToGlobal(QPoint()), centralWidget()->size()) : geometry();
+    const QSize size = dialog->frameGeometry().size();
+    const QRect wanted(QPoint(content.x() + (content.width() - size.width()) / 2, content.y()), size);
+    dialog->move(WindowFrame::whollyVisible(wanted, availableScreens()).topLeft());
+}
+
+// A sheet hangs on its window. That holds for a window that has just been shown, too: where it stands is only known, by such an event, when
+// the window manager has placed it, and an error in the script's first line is quicker than that.
+void NSWindow::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    placeSheet();
+}
+
+void NSWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    placeSheet();
 }
 
 void NSWindow::sheetEnded(const QObject* object, int returnCode) {

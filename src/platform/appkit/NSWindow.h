@@ -41,8 +41,8 @@ public:
 
     /// The return code of the dialog; NSModalResponseAbort when the window was destroyed first.
     using SheetCompletion = std::function<void(int returnCode)>;
-    /// Shows the dialog as a sheet, after those that were begun before it. The dialog stays the caller's and must live until the
-    /// completion. The completion is called after the sheet has been hidden.
+    /// Shows the dialog as a sheet, after those that were begun before it; it moves with the window. The dialog stays the caller's and must
+    /// live until the completion. The completion is called after the sheet has been hidden.
     void beginSheet(QDialog* sheet, SheetCompletion completion);
     /// Ends a sheet that is shown or still waits; nothing happens for any other dialog.
     void endSheet(QDialog* sheet, int returnCode);
@@ -52,6 +52,8 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     struct Sheet {
@@ -61,6 +63,7 @@ private:
         bool shown = false;
     };
     void showNextSheet();
+    void placeSheet();
     /// Takes the sheet out, wherever it stands, and shows the next one when it was in front.
     void sheetEnded(const QObject* object, int returnCode);
     void saveFrame();

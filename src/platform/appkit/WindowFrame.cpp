@@ -29,6 +29,21 @@ bool canBeGrabbed(const QRect& frame, const QRect& screen) {
     return visible.width() >= std::min(kHandle.width(), frame.width()) && visible.height() >= kHandle.height();
 }
 
+/// Into the screen that shows most of it or, when none does, lies nearest.
+QRect moved(const QRect& frame, const QList<QRect>& availableScreens) {
+    if (availableScreens.isEmpty())
+        return frame;
+    const QRect screen = *std::min_element(availableScreens.begin(), availableScreens.end(), [&](const QRect& a, const QRect& b) {
+        const qint64 areaA = areaOf(a & frame);
+        const qint64 areaB = areaOf(b & frame);
+        return areaA != areaB ? areaA > areaB : squaredDistance(a, frame) < squaredDistance(b, frame);
+    });
+    QRect fitted(frame.topLeft(), frame.size().boundedTo(screen.size()));
+    fitted.moveLeft(std::clamp(fitted.left(), screen.left(), screen.right() + 1 - fitted.width()));
+    fitted.moveTop(std::clamp(fitted.top(), screen.top(), screen.bottom() + 1 - fitted.height()));
+    return fitted;
+}
+
 } // namespace
 
 QString defaultsKey(const QString& autosaveName) {
@@ -56,19 +71,15 @@ std::optional<QRect> fromString(const QString& text) {
 }
 
 QRect constrained(const QRect& frame, const QList<QRect>& availableScreens) {
-    if (availableScreens.isEmpty())
-        return frame;
-    if (std::any_of(availableScreens.begin(), availableScreens.end(), [&](const QRect& screen) { return canBeGrabbed(frame, screen); }))
-        return frame;
-    const QRect screen = *std::min_element(availableScreens.begin(), availableScreens.end(), [&](const QRect& a, const QRect& b) {
-        const qint64 areaA = areaOf(a & frame);
-        const qint64 areaB = areaOf(b & frame);
-        return areaA != areaB ? areaA > areaB : squaredDistance(a, frame) < squaredDistance(b, frame);
-    });
-    QRect fitted(frame.topLeft(), frame.size().boundedTo(screen.size()));
-    fitted.moveLeft(std::clamp(fitted.left(), screen.left(), screen.right() + 1 - fitted.width()));
-    fitted.moveTop(std::clamp(fitted.top(), screen.top(), screen.bottom() + 1 - fitted.height()));
-    return fitted;
+    const bool within =
+        std::any_of(availableScreens.begin(), availableScreens.end(), [&](const QRect& screen) { return canBeGrabbed(frame, screen); });
+    return within ? frame : moved(frame, availableScreens);
+}
+
+QRect whollyVisible(const QRect& frame, const QList<QRect>& availableScreens) {
+    const bool within =
+        std::any_of(availableScreens.begin(), availableScreens.end(), [&](const QRect& screen) { return screen.contains(frame); });
+    return within ? frame : moved(frame, availableScreens);
 }
 
 } // namespace quoddle::WindowFrame

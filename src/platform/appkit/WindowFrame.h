@@ -20,5 +20,7 @@ std::optional<QRect> fromString(const QString& text);
 /// The frame itself while enough of its upper edge can be seen to be grabbed; otherwise moved, and if need be shrunk, into the screen that
 /// shows most of it or, when none does, lies nearest. Unchanged without screens.
 QRect constrained(const QRect& frame, const QList<QRect>& availableScreens);
+/// The same for a window that must be seen whole: it may hold the only button that leads on.
+QRect whollyVisible(const QRect& frame, const QList<QRect>& availableScreens);
 
 } // namespace quoddle::WindowFrame

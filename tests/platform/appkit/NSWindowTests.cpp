@@ -67,6 +67,11 @@ TEST(WindowFrame, ComesBackOnTheScreensThereAre) {
     };
     for (const auto& row : table)
         EXPECT_EQ(WindowFrame::constrained(row.frame, row.screens), row.expected) << row.name;
+    const QRect partlyBelow(100, 1000, 480, 160);
+    EXPECT_EQ(WindowFrame::constrained(partlyBelow, {one}), partlyBelow);
+    EXPECT_EQ(WindowFrame::whollyVisible(partlyBelow, {one}), QRect(100, 920, 480, 160));
+    EXPECT_EQ(WindowFrame::whollyVisible({2000, 10, 480, 160}, {one, right}), QRect(2000, 10, 480, 160));
+    EXPECT_EQ(WindowFrame::whollyVisible(partlyBelow, {}), partlyBelow);
 
     EXPECT_EQ(WindowFrame::fromString(WindowFrame::toString({-5, 7, 480, 160})), QRect(-5, 7, 480, 160));
     for (const char* bad : {"", "1 2 3", "1 2 3 x", "1 2 0 4", "1 2 99999 4", "1  2 3 4"})
@@ -152,6 +157,30 @@ TEST(NSWindow, ShowsSheetsOneAfterTheOther) {
         EXPECT_EQ(brief.attachedSheet(), &second);
     }
     EXPECT_EQ(ends.last(), u"late:-1001"_s);
+}
+
+TEST(NSWindow, KeepsItsSheetInPlaceWhereverItGoes) {
+    NSWindow window;
+    Pane pane({300, 80});
+    window.setContentViewController(&pane);
+    window.show();
+    QDialog sheet;
+    sheet.setFixedSize(200, 60);
+    window.beginSheet(&sheet, {}); // before the window has been placed
+    const auto offset = [&] { return sheet.frameGeometry().topLeft() - window.centralWidget()->mapToGlobal(QPoint()); };
+    for (const QPoint& place : {QPoint(120, 90), QPoint(300, 200)}) {
+        window.move(place);
+        QTest::qWait(20);
+        EXPECT_EQ(offset(), QPoint((window.width() - sheet.frameGeometry().width()) / 2, 0));
+    }
+    window.resize(window.width() + 100, window.height());
+    QTest::qWait(20);
+    EXPECT_EQ(offset(), QPoint((window.width() - sheet.frameGeometry().width()) / 2, 0));
+    const QRect screen = window.screen()->availableGeometry();
+    window.move(screen.left(), screen.bottom() - 40); // its only button must be within reach
+    QTest::qWait(20);
+    EXPECT_EQ(sheet.frameGeometry() | screen, screen);
+    window.endSheet(&sheet, 0);
 }
 
 TEST(NSAlert, AnswersWithTheButtonPressed) {
