@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// Reads one stream of Rich Text Format into a document. Private to this folder.
+#pragma once
+
+#include "platform/appkit/rtf/RTFTokenizer.h"
+
+#include <QColor>
+#include <QHash>
+#include <QTextBlockFormat>
+#include <QTextCharFormat>
+#include <QTextCursor>
+
+namespace quoddle {
+
+/// What the writer of the text said about its colour, kept beside the colour itself, which may be replaced.
+enum class RichTextColor { Absent, Black, Other };
+constexpr int kRichTextColorProperty = QTextFormat::UserProperty + 1;
+
+class RTFReader {
+public:
+    /// Pictures are looked for in the folder; an empty one has none.
+    RTFReader(QByteArray bytes, QString folder, QTextDocument& document);
+    void read();
+
+private:
+    enum class Destination { Text, Skipped, Fonts, Colors, FieldInstruction, Picture };
+    struct State {
+        Destination destination = Destination::Text;
+        QTextCharFormat character;
+        QTextBlockFormat paragraph;
+        int codePage = 0;       // of the font; 0: the document's
+        int fallbackLength = 1; // bytes that stand for a \u where it is not understood
+    };
+    struct Font {
+        QString family;
+        int codePage = 0;
+    };
+    using Method = void (RTFReader::*)(const RTFToken&);
+    static const QHash<QByteArray, Method>& methods();
+
+    void control(const RTFToken& token);
+    bool openDestination(const RTFToken& token);
+    void beginGroup();
+    void endGroup();
+    void text(const QByteArray& bytes);
+    void flush();
+    void insert(const QString& text);
+
+    void character(const RTFToken& token);
+    void unicode(const RTFToken& token);
+    void paragraphEnd(const RTFToken& token);
+    void paragraphFormat(const RTFToken& token);
+    void style(const RTFToken& token);
+    void plain(const RTFToken& token);
+    void fontNumber(const RTFToken& token);
+    void fontSize(const RTFToken& token);
+    void fontCharset(const RTFToken& token);
+    void colorPart(const RTFToken& token);
+    void foreground(const RTFToken& token);
+    void background(const RTFToken& token);
+    void codePage(const RTFToken& token);
+    void fallback(const RTFToken& token);
+    void binary(const RTFToken& token) { mTokens.skip(token.parameter); }
+    void picture(const RTFToken& token);
+    void pictureSize(const RTFToken& token);
+
+    void applyLink();
+    void insertPicture();
+    State& state() { return mStates.back(); }
+
+    RTFTokenizer mTokens;
+    const QString mFolder;
+    QTextDocument& mDocument;
+    QTextCursor mCursor;
+    std::vector<State> mStates{State()};
+    int mSkippedDepth = 0; // groups beyond what is nested sensibly
+    QHash<int, Font> mFonts;
+    int mFontInTable = 0;
+    QList<QColor> mColors;
+    QColor mColorInTable;
+    int mCodePage = 1252;
+    QByteArray mPending; // bytes whose meaning depends on those that follow
+    int mFallbackLeft = 0;
+    bool mIgnorable = false; // "\*" was read
+    bool mPlaceholderFollows = false;
+    QString mInstruction;
+    QString mPictureName;
+    QSize mPictureSize;
+};
+
+} // namespace quoddle

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/rtf/RichText.h"
+
+#include "platform/appkit/rtf/RTFReader.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextBlock>
+#include <QTextDocument>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr qint64 kMaximumSize = qint64{32} << 20;
+}
+
+bool readRichText(const QString& path, QTextDocument& document) {
+    const bool isFolder = QFileInfo(path).isDir();
+    QFile file(isFolder ? path + u"/TXT.rtf"_s : path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > kMaximumSize)
+        return false;
+    const QByteArray bytes = file.read(kMaximumSize);
+    if (!bytes.startsWith("{\\rtf"))
+        return false;
+    document.clear();
+    RTFReader(bytes, isFolder ? path : QString(), document).read();
+    return true;
+}
+
+void adaptRichText(QTextDocument& document, bool isDark, const QColor& labelColor) {
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        std::vector<QTextFragment> fragments; // changing a format may join those that follow
+        for (auto it = block.begin(); !it.atEnd(); ++it)
+            fragments.push_back(it.fragment());
+        for (const QTextFragment& fragment : fragments) {
+            QTextCharFormat format = fragment.charFormat();
+            const auto written = static_cast<RichTextColor>(format.property(kRichTextColorProperty).toInt());
+            if (written == RichTextColor::Other || format.isImageFormat() || format.isAnchor())
+                continue;
+            if (isDark)
+                format.setForeground(labelColor);
+            else if (written == RichTextColor::Black)
+                format.setForeground(Qt::black);
+            else
+                format.clearForeground();
+            cursor.setPosition(fragment.position());
+            cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
+            cursor.setCharFormat(format);
+        }
+    }
+    cursor.endEditBlock();
+}
+
+} // namespace quoddle

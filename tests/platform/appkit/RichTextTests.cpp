@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// Rich text as word processors write it, pictures beside it, damage in it.
+#include "platform/appkit/rtf/RichText.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QUrl>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class RichTextTest : public testing::Test {
+protected:
+    QString write(const QString& name, const QByteArray& bytes) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+    bool read(const QByteArray& body) { return readRichText(write(u"t.rtf"_s, "{\\rtf1\\ansi\\ansicpg1252" + body + "}"), document); }
+    QTextCharFormat formatOf(const QString& text) { return document.find(text).charFormat(); }
+
+    QTemporaryDir folder;
+    QTextDocument document;
+};
+
+} // namespace
+
+TEST_F(RichTextTest, ReadsText) {
+    const struct {
+        const char* what;
+        QByteArray body;
+        QString expected;
+    } kCases[] = {
+        {"paragraphs", "one\\par\ntwo\\\nthree", u"one\ntwo\nthree"_s},
+        {"bytes of the code page", "caf\\'e9 \\'93x\\'94", u"café “x”"_s},
+        {"bytes of a font's character set", "{\\fonttbl\\f0\\fcharset128 Mincho;\\f1\\fcharset0 Arial;}\\f0 \\'93\\'fa\\f1 \\'e9", u"日é"_s},
+        {"unicode with fallbacks", "\\u26085 ?\\uc0\\u26412\\uc2\\u233 ??x", u"日本éx"_s},
+        {"a surrogate pair", "\\u-10179 ?\\u-8704 ?!", u"😀!"_s},
+        {"signs", "a\\tab b\\emdash c\\~d\\\\\\{\\}", u"a\tb—c d\\{}"_s},
+        {"what is not for showing", "{\\info{\\title T}}{\\*\\unknown x{y}}{\\stylesheet{S;}}{\\pict 00ff}shown{\\*\\expandedcolortbl;;}",
+         u"shown"_s},
+        {"binary data", "a{\\*\\x\\bin4 }}}}}b", u"ab"_s},
+        {"ends too early", "a{\\b b{c", u"abc"_s},
+        {"closes too often", "a}}}b", u"ab"_s},
+    };
+    for (const auto& row : kCases) {
+        EXPECT_TRUE(read(row.body)) << row.what;
+        EXPECT_EQ(document.toPlainText(), row.expected) << row.what << ": " << document.toPlainText().toStdString();
+    }
+}
+
+TEST_F(RichTextTest, ReadsFormatsAndAdaptsThemToTheAppearance) {
+    ASSERT_TRUE(read("{\\fonttbl\\f0\\fswiss Helvetica;}{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue0;}"
+                     "\\f0\\fs48 {\\b bold} {\\i\\ul slanted} {\\cf1 red} {\\cf2 black} plain\\par\\qc middle\\par\\pard"
+                     "{\\field{\\*\\fldinst{HYPERLINK \"https://example.org/\"}}{\\fldrslt a link}} end"));
+    EXPECT_EQ(formatOf(u"bold"_s).fontWeight(), int(QFont::Bold));
+    EXPECT_TRUE(formatOf(u"slanted"_s).fontItalic() && formatOf(u"slanted"_s).fontUnderline());
+    EXPECT_NE(formatOf(u"plain"_s).fontWeight(), int(QFont::Bold));
+    EXPECT_EQ(formatOf(u"plain"_s).fontPointSize(), 18.0);
+    EXPECT_EQ(formatOf(u"plain"_s).fontFamilies().toStringList(), QStringList{u"Helvetica"_s});
+    EXPECT_EQ(document.find(u"middle"_s).blockFormat().alignment(), Qt::AlignHCenter);
+    EXPECT_EQ(formatOf(u"a link"_s).anchorHref(), u"https://example.org/"_s);
+    EXPECT_FALSE(formatOf(u" end"_s).isAnchor());
+    for (int round = 0; round < 2; ++round) { // to dark and back, as often as one likes
+        adaptRichText(document, true, Qt::white);
+        EXPECT_EQ(formatOf(u"red"_s).foreground().color(), QColor(Qt::red));
+        EXPECT_EQ(formatOf(u"black"_s).foreground().color(), QColor(Qt::white));
+        EXPECT_EQ(formatOf(u"plain"_s).foreground().color(), QColor(Qt::white));
+        adaptRichText(document, false, Qt::black);
+        EXPECT_EQ(formatOf(u"red"_s).foreground().color(), QColor(Qt::red));
+        EXPECT_EQ(formatOf(u"black"_s).foreground().color(), QColor(Qt::black));
+        EXPECT_EQ(formatOf(u"plain"_s).foreground().style(), Qt::NoBrush);
+    }
+}
+
+TEST_F(RichTextTest, ReadsPicturesOfItsOwnFolderOnly) {
+    const QString path = folder.filePath(u"d.rtfd"_s);
+    ASSERT_TRUE(QDir().mkpath(path));
+    QImage image(8, 4, QImage::Format_RGB32);
+    image.fill(Qt::green);
+    ASSERT_TRUE(image.save(path + u"/dot.png"_s));
+    ASSERT_TRUE(image.save(folder.filePath(u"outside.png"_s)));
+    write(u"d.rtfd/TXT.rtf"_s, "{\\rtf1\\mac a{{\\NeXTGraphic dot.png \\width320 \\height160}\\'ac}b{{\\NeXTGraphic ../outside.png}\\'ac}"
+                               "{{\\NeXTGraphic none.png}\\'ac}c}");
+    ASSERT_TRUE(readRichText(path, document));
+    EXPECT_EQ(document.toPlainText(), u"a\uFFFCbc"_s) << document.toPlainText().toStdString();
+    QTextCursor picture(&document);
+    picture.setPosition(2);
+    EXPECT_EQ(picture.charFormat().toImageFormat().width(), 16.0);
+    EXPECT_FALSE(document.resource(QTextDocument::ImageResource, QUrl(u"attachment:dot.png"_s)).isNull());
+}
+
+TEST_F(RichTextTest, RefusesWhatIsNoRichText) {
+    document.setPlainText(u"before"_s);
+    EXPECT_FALSE(readRichText(write(u"x.rtf"_s, "plain text"), document));
+    EXPECT_FALSE(readRichText(folder.filePath(u"missing.rtf"_s), document));
+    EXPECT_FALSE(readRichText(folder.path(), document));
+    EXPECT_EQ(document.toPlainText(), u"before"_s);
+}
+
+TEST_F(RichTextTest, SurvivesAnything) {
+    std::mt19937 random(11);
+    const QByteArray good = "{\\rtf1\\ansi{\\fonttbl\\f0\\fcharset128 A;}{\\colortbl;\\red1;}\\f0\\cf1\\u-1 ?\\'e9\\b x\\par"
+                            "{{\\NeXTGraphic p.png \\width9}\\'ac}{\\field{\\*\\fldinst{HYPERLINK \"a:b\"}}{\\fldrslt l}}\\bin3 abc\\uc5\\u65 }";
+    constexpr char kSigns[] = "\\{}'*0-9u \xFF";
+    for (int round = 0; round < 2000; ++round) {
+        QByteArray bytes = good;
+        for (int change = 0; change < 4; ++change)
+            bytes[5 + static_cast<qsizetype>(random() % static_cast<unsigned>(bytes.size() - 5))] = kSigns[random() % 11];
+        (void)readRichText(write(u"m.rtf"_s, bytes.left(5 + static_cast<qsizetype>(random() % static_cast<unsigned>(bytes.size())))), document);
+    }
+    EXPECT_TRUE(read(QByteArray(100'000, '{') + "deep"));
+}
+
+} // namespace quoddle
