@@ -116,7 +116,7 @@ std::optional<std::u16string> AEDesc::asText() const {
         return {};
     std::string_view bytes = coerced->data();
     std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
-    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(char16_t));
+    bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(char16_t));
     return text;
 }
 

@@ -89,7 +89,7 @@ struct TextType {
 
 std::u16string readUTF16(std::string_view bytes, bool swapped) {
     std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
-    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(char16_t));
+    bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(char16_t));
     if (swapped)
         for (char16_t& unit : text)
             unit = static_cast<char16_t>(unit << 8 | unit >> 8);
