@@ -171,7 +171,8 @@ bool setInApplication(Machine& machine, Value specifier, Value value) {
 
 bool setParent(Machine& machine, Script* script, Value parent) {
     if (const Script* candidate = as<Script>(parent)) {
-        for (Script* above = const_cast<Script*>(candidate); above; above = machine.parentOf(above))
+        Script* above = const_cast<Script*>(candidate);
+        for (int limit = 0; above && limit < 1000; ++limit, above = machine.parentOf(above)) // a stored script may hold a ring
             if (above == script) {
                 machine.raise(OSAIllegalAssign,
                               u"Can’t set parent of " + display(machine, Value::object(script)) + u" to " + display(machine, parent) + u".",

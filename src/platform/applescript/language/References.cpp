@@ -16,6 +16,7 @@ namespace quoddle::language {
 namespace {
 
 constexpr std::size_t kMaximumDepth = 200;
+constexpr std::size_t kMaximumNesting = 100;
 const Value kNumber = Value::code("nmbr"_4cc); // "number of x" counts
 
 Value specifier(Machine& machine, Specifier::Form form, Value container, Value a = {}, Value b = {}, Value c = {}) {
@@ -293,6 +294,14 @@ bool isLocal(Value container) {
 }
 
 Value follow(Machine& machine, Value value) {
+    // An index may be a reference itself, and what an application answers is the application's choice: this nests on the thread's own stack.
+    static thread_local std::size_t nesting = 0;
+    struct Level {
+        Level() { ++nesting; }
+        ~Level() { --nesting; }
+    } level;
+    if (nesting > kMaximumNesting)
+        return machine.raise(errOSAStackOverflow, u"Stack overflow.");
     for (std::size_t depth = 0; depth < kMaximumDepth; ++depth) {
         const Specifier* specifier = as<Specifier>(value);
         if (!specifier)
