@@ -6,6 +6,7 @@
 #include "platform/applescript/component/EventCodes.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Commands.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/syntax/SourceText.h"
@@ -158,8 +159,9 @@ OSStatus Component::setProperty(OSAModeFlags modeFlags, OSAID context, const AED
         return noErr;
     }
     if (key == Value::code("pare"_4cc)) {
-        script->parent = value;
-        return noErr;
+        if (language::setParent(mMachine, script, value))
+            return noErr;
+        return failed();
     }
     if (Value* known = slotNamed(mMachine, script, key, name))
         *known = value;

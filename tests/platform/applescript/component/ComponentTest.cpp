@@ -205,6 +205,42 @@ TEST_F(ComponentTest, AListIsOneWhateverItHolds) {
     EXPECT_EQ(OSACoerceToDesc(instance, list, "****"_4cc, 0, desc), errAECoercionFail) << "it holds itself";
 }
 
+// An application answers each question with a reference that can only be followed by asking again.
+TEST_F(ComponentTest, ReferencesThatLeadNowhereEnd) {
+    const auto element = [](AEDesc index, AEDesc container) {
+        return AEDesc::record({{"want"_4cc, AEDesc::ofType("cobj"_4cc)},
+                               {"form"_4cc, AEDesc::ofEnum("indx"_4cc)},
+                               {"seld"_4cc, std::move(index)},
+                               {"from"_4cc, std::move(container)}},
+                              "obj "_4cc);
+    };
+    static AEDesc endless;
+    endless = element(element(AEDesc::ofInt32(1), AEDesc()), AEDesc::list({AEDesc::ofInt32(7)}));
+    OSASetSendProc(
+        instance,
+        [](const AEDesc&, AEDesc* reply, AESendMode, AESendPriority, std::int32_t, AEIdleProc, AEFilterProc, void*) {
+            return static_cast<OSErr>(reply->put("----"_4cc, endless));
+        },
+        nullptr);
+    OSAID value = 0;
+    AEDesc desc;
+    ASSERT_EQ(OSACoerceFromDesc(instance, endless, 0, value), noErr);
+    EXPECT_EQ(OSACoerceToDesc(instance, value, "****"_4cc, 0, desc), errOSAScriptError);
+    EXPECT_EQ(errorPart("errn"_4cc), "-2706");
+    OSASetSendProc(instance, nullptr, nullptr);
+}
+
+TEST_F(ComponentTest, ParentsNeverFormARing) {
+    const OSAID a = compiled(u"on run\nreturn 1\nend run"), b = compiled(u"2");
+    const AEDesc parent = AEDesc::ofCode("prop"_4cc, "pare"_4cc);
+    EXPECT_EQ(OSASetProperty(instance, 0, a, parent, b), noErr);
+    EXPECT_EQ(OSASetProperty(instance, 0, b, parent, a), errOSAScriptError);
+    EXPECT_EQ(errorPart("errn"_4cc), "-10003");
+    EXPECT_EQ(OSASetProperty(instance, 0, a, parent, a), errOSAScriptError);
+    EXPECT_EQ(OSASetProperty(instance, 0, a, parent, 0), noErr);
+    EXPECT_EQ(OSASetProperty(instance, 0, b, parent, a), noErr);
+}
+
 // A sender must not be able to keep the component busy for the square of what it sent.
 TEST_F(ComponentTest, LargeRecordsTakeNoLongerThanTheyAre) {
     constexpr AEKeyword kCount = 200'000;
