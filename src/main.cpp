@@ -15,6 +15,7 @@
 #include "window/AppKitAlertPresenter.h"
 #include "window/AppletIconView.h"
 #include "window/AppletWindowController.h"
+#include "window/TestAppletPanel.h"
 
 #include <cstdio>
 
@@ -45,7 +46,7 @@ Invocation invocationFrom(int argc, char** argv) {
     if (!invocation.bundle && !arguments.isEmpty())
         invocation.bundle = NSBundle::bundleWithPath(arguments.takeFirst());
     for (const QString& file : std::as_const(arguments))
-        invocation.files << QDir::cleanPath(QFileInfo(file).absoluteFilePath());
+        invocation.files << (file == kTestModeFilename ? file : QDir::cleanPath(QFileInfo(file).absoluteFilePath()));
     return invocation;
 }
 
@@ -94,6 +95,7 @@ AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts) {
         controller->load();
         return controller;
     };
+    parts.chooseTestApplet = &chooseTestApplet;
     return parts;
 }
 

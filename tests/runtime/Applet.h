@@ -82,7 +82,8 @@ public:
 
     FakeApplication application;
     FakeAlerts alerts;
-    QStringList windowLog; ///< "progress", "startup", "last", "show", in order
+    std::function<QString()> chooseTestApplet; ///< what the user answers; nothing: cancels
+    QStringList windowLog;                     ///< "progress", "startup", "last", "show", in order
     QString controllerIdentifier;
     QStringList setup; ///< "osax", "prefs", "updater"
     std::shared_ptr<FakeWindowController> window;

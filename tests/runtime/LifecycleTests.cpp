@@ -360,6 +360,29 @@ TEST(OpenFiles, RunsAllOrNothing) {
     }
 }
 
+TEST(OpenFiles, TheTestModeWorksOnAnotherApplet) {
+    QTemporaryDir other;
+    QString answer;
+    Applet applet({.handlers = "open run", .info = kNoPane});
+    applet.chooseTestApplet = [&answer] { return answer; };
+    const auto own = applet.delegate->mainBundle();
+    applet.delegate->applicationOpenFiles({u"/a"_s, u"QUODDLE_DEBUG"_s}); // only as the first name
+    EXPECT_EQ(applet.delegate->mainBundle(), own);
+    applet.settle();
+    EXPECT_EQ(ScriptedComponent::calls(), (Calls{"open"}));
+
+    answer = other.path();
+    applet.delegate->applicationOpenFiles({u"QUODDLE_DEBUG"_s, u"/a"_s});
+    EXPECT_EQ(applet.delegate->mainBundle()->bundlePath(), other.path());
+    applet.settle();
+    EXPECT_EQ(ScriptedComponent::calls(), (Calls{"open"})); // nothing is run
+
+    Applet cancelled({.handlers = "open run", .info = kNoPane});
+    cancelled.launch({u"QUODDLE_DEBUG"_s});
+    EXPECT_TRUE(cancelled.ended());
+    EXPECT_TRUE(ScriptedComponent::calls().empty());
+}
+
 TEST(OpenFiles, AFailingHandlerAnswersWhenItsAlertIsGone) {
     Applet applet({.handlers = "open", .info = kStay});
     applet.launch();

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// The panel of the test mode, in which an applet is chosen to be worked on.
+// One decision: an applet is a folder to the file system and a file to its user, so folders are opened and applets are chosen.
+#pragma once
+
+#include <QString>
+
+namespace quoddle {
+
+/// Waits for the choice; the absolute path of an applet, empty when the user cancelled. Main thread.
+QString chooseTestApplet();
+
+} // namespace quoddle
