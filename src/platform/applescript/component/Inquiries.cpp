@@ -251,7 +251,7 @@ OSStatus Component::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t&
         info = !script || script->tree;
         return noErr;
     case "best"_4cc:
-        info = static_cast<std::int32_t>(descriptorTypeOf(mMachine, slot->value));
+        info = static_cast<std::int32_t>(slot->value.isUndefined() ? "type"_4cc : descriptorTypeOf(mMachine, slot->value));
         return noErr;
     case "modi"_4cc:
         info = 0;
@@ -432,6 +432,8 @@ OSStatus Component::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDesc& 
     const Slot* slot = find(id);
     if (!slot)
         return errOSAInvalidID;
+    if (slot->value.isUndefined()) // alone it has a descriptor of its own, inside of others it is what is not there
+        return AECoerceDesc(AEDesc::ofType("undf"_4cc), type, result);
     mMachine.error() = ScriptError();
     auto descriptor = descriptorFromValue(mMachine, slot->value);
     if (!descriptor)

@@ -264,8 +264,8 @@ DescType descriptorTypeOf(Machine& machine, Value value) {
         return "scpt"_4cc;
     if (is<List>(value))
         return "list"_4cc;
-    if (const Record* record = as<Record>(value))
-        return typeOfRecord(record);
+    if (is<Record>(value))
+        return "reco"_4cc;
     if (is<Text>(value))
         return "utxt"_4cc;
     auto descriptor = descriptorFromValue(machine, value);

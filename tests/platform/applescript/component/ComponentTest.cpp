@@ -195,14 +195,33 @@ TEST_F(ComponentTest, StrangeDescriptorsBecomeValues) {
     }
 }
 
-TEST_F(ComponentTest, AListIsOneWhateverItHolds) {
-    OSAID list = 0;
-    ASSERT_EQ(OSACompileExecute(instance, AEDesc::ofUTF8("set l to {1}\nset end of l to l\nreturn l"), 0, 0, list), noErr);
-    std::int32_t type = 0;
-    EXPECT_EQ(OSAGetScriptInfo(instance, list, "best"_4cc, type), noErr);
-    EXPECT_EQ(static_cast<DescType>(type), "list"_4cc);
+TEST_F(ComponentTest, TellsInWhatTypeAValueIsHadBest) {
+    struct Row {
+        const char* source;
+        DescType best;
+        OSStatus status; ///< of asking for a descriptor of that type
+    };
+    const Row kRows[] = {
+        {"set l to {1}\nset end of l to l\nreturn l", "list"_4cc, errAECoercionFail}, // it holds itself
+        {"{class:document, size:1}", "reco"_4cc, noErr},
+        {"\"text\"", "utxt"_4cc, noErr},
+        {"a reference to item 1 of {{1}}", "list"_4cc, noErr},
+        {"missing value", "type"_4cc, noErr},
+    };
+    for (const Row& row : kRows) {
+        OSAID value = 0;
+        ASSERT_EQ(OSACompileExecute(instance, AEDesc::ofUTF8(row.source), 0, 0, value), noErr);
+        std::int32_t type = 0;
+        EXPECT_EQ(OSAGetScriptInfo(instance, value, "best"_4cc, type), noErr);
+        EXPECT_EQ(static_cast<DescType>(type), row.best) << row.source;
+        AEDesc desc;
+        EXPECT_EQ(OSACoerceToDesc(instance, value, row.best, 0, desc), row.status) << row.source;
+    }
+    OSAID undefined = 0;
     AEDesc desc;
-    EXPECT_EQ(OSACoerceToDesc(instance, list, "****"_4cc, 0, desc), errAECoercionFail) << "it holds itself";
+    ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::ofType("undf"_4cc), 0, undefined), noErr);
+    EXPECT_EQ(OSACoerceToDesc(instance, undefined, "****"_4cc, 0, desc), noErr);
+    EXPECT_EQ(desc, AEDesc::ofType("undf"_4cc));
 }
 
 // An application answers each question with a reference that can only be followed by asking again.
