@@ -95,7 +95,8 @@ public:
         return {};
     }
 
-    bool atEnd() const { return !mFailed && mRest.empty(); }
+    bool hasFailed() const { return mFailed; }
+    std::size_t left() const { return mRest.size(); }
 
 private:
     template<class T>
@@ -182,14 +183,24 @@ OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes) {
     return noErr;
 }
 
-OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc) {
+OSStatus AEUnflattenFirstDesc(std::string_view bytes, AEDesc& desc, std::size_t& length) {
     if (bytes.size() > kAEMaxSize || !bytes.starts_with(kMagic))
         return errAECorruptData;
     Reader reader(bytes.substr(kMagic.size()));
     std::optional<AEDesc> read = reader.read(1);
-    if (!read || !reader.atEnd())
+    if (!read || reader.hasFailed())
         return errAECorruptData;
     desc = std::move(*read);
+    length = bytes.size() - reader.left();
+    return noErr;
+}
+
+OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc) {
+    AEDesc first;
+    std::size_t length = 0;
+    if (AEUnflattenFirstDesc(bytes, first, length) != noErr || length != bytes.size())
+        return errAECorruptData;
+    desc = std::move(first);
     return noErr;
 }
 

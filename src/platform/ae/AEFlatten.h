@@ -23,5 +23,7 @@ constexpr std::size_t kAEMaxCount = std::size_t{1} << 22; ///< descriptors in on
 OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes);
 /// Any bytes may be given. -1702, with `desc` untouched, for everything that is not exactly one flattened descriptor within the bounds.
 OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc);
+/// The one that the bytes begin with; `length` is how many of them it takes.
+OSStatus AEUnflattenFirstDesc(std::string_view bytes, AEDesc& desc, std::size_t& length);
 
 } // namespace quoddle
