@@ -94,7 +94,9 @@ std::optional<std::string> fileBytesOf(const AEDesc& value, DescType asClass) {
     return isBytes || wanted == value.type() ? std::optional(std::string(value.data())) : std::nullopt;
 }
 
-std::optional<AEDesc> valueOfFileBytes(std::string_view bytes, DescType asClass) {
+std::optional<AEDesc> valueOfFileBytes(std::string_view bytes, DescType asClass, std::size_t* used) {
+    if (used)
+        *used = bytes.size();
     if (!asClass || asClass == "ctxt"_4cc || asClass == "TEXT"_4cc || asClass == "itxt"_4cc || asClass == "STXT"_4cc)
         return AEDesc::ofText(utf16FromSourceBytes(bytes));
     if (asClass == "utf8"_4cc)
@@ -113,7 +115,12 @@ std::optional<AEDesc> valueOfFileBytes(std::string_view bytes, DescType asClass)
     }
     if (asClass == "list"_4cc || asClass == "reco"_4cc) {
         AEDesc value;
-        return AEUnflattenDesc(bytes, value) == noErr ? AECoerced(value, asClass) : std::nullopt;
+        std::size_t length = 0;
+        if (AEUnflattenFirstDesc(bytes, value, length) != noErr)
+            return std::nullopt;
+        if (used)
+            *used = length; // a file that was written over may go on behind it
+        return AECoerced(value, asClass);
     }
     return AEDesc(asClass == "tdta"_4cc ? "rdat"_4cc : asClass, bytes);
 }

@@ -10,8 +10,9 @@ namespace quoddle::additions {
 
 /// The bytes of a value written as a class; 0 means the value's own. Empty when it cannot be made into that.
 std::optional<std::string> fileBytesOf(const AEDesc& value, DescType asClass);
-/// The value of bytes read as a class; 0 means text. Numbers that follow one another become a list. Empty when the bytes are no such value.
-std::optional<AEDesc> valueOfFileBytes(std::string_view bytes, DescType asClass);
+/// The value of bytes read as a class; 0 means text. Numbers that follow one another become a list; of lists and records the first one is
+/// taken. `used`, when given, is how many bytes the value takes. Empty when the bytes are no such value.
+std::optional<AEDesc> valueOfFileBytes(std::string_view bytes, DescType asClass, std::size_t* used = nullptr);
 
 /// Whether texts of the class are UTF-16 in files.
 bool isWideText(DescType asClass);

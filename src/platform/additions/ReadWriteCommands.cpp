@@ -184,10 +184,11 @@ OSErr readFileContents(const AEDesc& event, AEDesc& reply, const AEHandlerContex
         return failFile(reply, read.status, target.path);
     if (read.consumed == 0 && range.count > 0)
         return fail(reply, eofErr, u"End of file error.");
-    const auto value = separators ? itemsOf(read.bytes, *separators, itemClass) : valueOfFileBytes(read.bytes, itemClass);
+    std::size_t used = read.bytes.size();
+    const auto value = separators ? itemsOf(read.bytes, *separators, itemClass) : valueOfFileBytes(read.bytes, itemClass, &used);
     if (!value)
         return fail(reply, errAECoercionFail, u"Can’t make some data into the expected type.");
-    target.file->mark = range.start + static_cast<std::int64_t>(read.consumed);
+    target.file->mark = range.start + static_cast<std::int64_t>(used < read.bytes.size() ? used : read.consumed);
     return answer(reply, *value);
 }
 

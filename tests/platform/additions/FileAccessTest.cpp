@@ -132,6 +132,13 @@ TEST_F(FileAccessTest, ValuesComeBackAsTheyWereWritten) {
     EXPECT_EQ(write(list, number).error(), noErr);
     EXPECT_EQ(read(number, {{"rdfm"_4cc, whole(1)}, as("list"_4cc)}).value(), list);
     EXPECT_EQ(write(list, number, {as("TEXT"_4cc)}).error(), errAECoercionFail);
+    // One behind the other, and a short one over a long one.
+    const AEDesc brief = listOf({whole(5)});
+    EXPECT_EQ(write(brief, number).error(), noErr);
+    EXPECT_EQ(read(number, {{"rdfm"_4cc, whole(1)}, as("list"_4cc)}).value(), list);
+    EXPECT_EQ(read(number, {as("list"_4cc)}).value(), brief);
+    EXPECT_EQ(write(brief, number, {{"wrat"_4cc, whole(1)}}).error(), noErr);
+    EXPECT_EQ(read(number, {{"rdfm"_4cc, whole(1)}, as("list"_4cc)}).value(), brief);
     EXPECT_EQ(close(number).error(), noErr);
     EXPECT_EQ(read(make("short", "abc"), {as("long"_4cc)}).error(), errAECoercionFail);
     EXPECT_EQ(read(make("bad", "QAE1 no list"), {as("list"_4cc)}).error(), errAECoercionFail);

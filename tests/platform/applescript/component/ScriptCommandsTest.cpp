@@ -172,6 +172,14 @@ TEST_F(ScriptCommandsTest, EventsSayWhatIsConsidered) {
     EXPECT_EQ(mask("considering case, numeric strings but ignoring white space\nbeep\nend considering"), 0x000400FBu);
 }
 
+TEST_F(ScriptCommandsTest, TheNumberOfAnApplicationsObjectsIsCounted) {
+    EXPECT_EQ(run("tell application \"No Such\" to number of windows"), "-1708");
+    ASSERT_EQ(sent.size(), 1u);
+    EXPECT_EQ(sent[0].eventID(), "cnte"_4cc);
+    ASSERT_TRUE(sent[0].find("----"_4cc));
+    EXPECT_EQ(sent[0].find("----"_4cc)->find("want"_4cc)->code(), "cwin"_4cc);
+}
+
 TEST_F(ScriptCommandsTest, ActivatingNobodyIsNoError) {
     EXPECT_EQ(run("activate\nreturn 1"), "1");
     EXPECT_EQ(sent.size(), 1u);
