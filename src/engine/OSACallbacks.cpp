@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/OSACallbacks.h"
 
+#include "engine/BackgroundSend.h"
 #include "engine/QXOSAComponent.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSLog.h"
@@ -13,11 +14,6 @@
 namespace quoddle {
 
 namespace {
-
-bool isRunCancelled(const QXOSAComponent& component) {
-    std::shared_ptr<NSOperation> operation = component.operation();
-    return component.isCancelled() || (operation && operation->isCancelled()) || QThread::currentThread()->isInterruptionRequested();
-}
 
 // The low 16 bits, as every status that a procedure answers.
 OSErr shortened(OSStatus status) {
@@ -70,10 +66,6 @@ void tellDelegate(const QXOSAComponent& component, Call call) {
     }
 }
 
-void yieldToDelegate(const QXOSAComponent& component) {
-    tellDelegate(component, [](QXOSAComponentDelegate& delegate) { delegate.scriptDidYield(); });
-}
-
 AESendOptions optionsFor(const QXOSAComponentRef& component) {
     return {[component] { return isRunCancelled(*component); }, component.get()};
 }
@@ -96,6 +88,15 @@ OSStatus statusAfterSending(QXOSAComponent& component, OSStatus status) {
 }
 
 } // namespace
+
+bool isRunCancelled(const QXOSAComponent& component) {
+    std::shared_ptr<NSOperation> operation = component.operation();
+    return component.isCancelled() || (operation && operation->isCancelled()) || QThread::currentThread()->isInterruptionRequested();
+}
+
+void yieldToDelegate(const QXOSAComponent& component) {
+    tellDelegate(component, [](QXOSAComponentDelegate& delegate) { delegate.scriptDidYield(); });
+}
 
 OSErr OSAActiveCallback(void* refCon) {
     QXOSAComponentRef component = QXOSAComponent::_componentForRefCon(refCon);
@@ -133,8 +134,13 @@ OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, A
     bool isNotified = !isTerminologyRequest(eventClass, eventID);
     if (isNotified)
         tellDelegate(*component, [&](auto& delegate) { delegate.willSendAppleEvent(event, sendMode, sendPriority, timeout); });
-    yieldToDelegate(*component);
-    OSStatus status = statusOfWait(*component, AESendMessage(event, reply, sendMode, timeout, optionsFor(component)));
+    OSStatus status;
+    if (sendMode & kAEWaitReply) {
+        status = sendInBackground(component, event, reply, sendMode, timeout);
+    } else {
+        yieldToDelegate(*component);
+        status = AESendMessage(event, reply, sendMode, timeout, optionsFor(component));
+    }
     status = statusAfterSending(*component, status);
     if (isNotified)
         tellDelegate(*component, [&](auto& delegate) { delegate.didSendAppleEvent(event, reply ? *reply : AEDesc(), status); });

@@ -8,12 +8,20 @@
 
 namespace quoddle {
 
+class QXOSAComponent;
+
 /// The place to yield, to cancel and to time out.
 OSErr OSAActiveCallback(void* component);
-/// Every event that the script sends. Here it is sent on the calling thread, which waits and stays cancellable.
+/// Every event that the script sends. One that asks for a reply, or says that it wants none, goes through the shared send queue (BackgroundSend.h) while this
+/// thread waits and stays cancellable; any other is sent on this thread.
 OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, AESendPriority sendPriority, std::int32_t timeOutInTicks,
                       AEIdleProc idleProc, AEFilterProc filterProc, void* component);
 /// An event that the script continues: dispatched to the application's handlers on the main thread.
 OSErr OSAResumeCallback(const AEDesc& event, AEDesc* reply, void* component);
+
+/// By its own flag, its operation or the calling thread.
+bool isRunCancelled(const QXOSAComponent& component);
+/// Tells the delegate that the script has come to a place where others may work. The delegate's exceptions end here: the scripting component could not take them.
+void yieldToDelegate(const QXOSAComponent& component);
 
 } // namespace quoddle

@@ -36,7 +36,25 @@ void StartupViewController::viewDidAppear() {
     mUi->nameView->setText(info.value(u"CFBundleName"_s).toString());
     const QString version = info.value(u"CFBundleShortVersionString"_s).toString();
     mUi->versionView->setText(version.isEmpty() ? QString() : tr("Version %1").arg(version));
+    setupDescription();
     mUi->runButton->setFocus();
+}
+
+void StartupViewController::setupDescription() {
+    static const struct {
+        QString name;
+        QString type;
+    } kResources[] = {
+        {u"Description"_s, u"rtfd"_s}, {u"description"_s, u"rtfd"_s}, {u"Description"_s, u"rtf"_s}, {u"description"_s, u"rtf"_s}};
+    for (const auto& resource : kResources)
+        if (const QString path = mMainBundle->pathForResource(resource.name, resource.type); !path.isEmpty()) {
+            mUi->descriptionView->setDescription(path);
+            return;
+        }
+}
+
+void StartupViewController::viewDidChangeEffectiveAppearance() {
+    mUi->descriptionView->adaptToAppearance();
 }
 
 void StartupViewController::runScript() {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The startup pane: shown before the script runs, with a Run and a Quit button.
+// The startup pane: shown before the script runs, with the applet's description, a Run and a Quit button.
 // Main thread only.
 #pragma once
 
@@ -27,6 +27,8 @@ public:
     /// The view must have been loaded.
     QPushButton* runButton() const;
 
+    /// Shows the bundle's description, if it has one; each time the pane appears.
+    void setupDescription();
     void runScript();
     void quitApplet();
 
@@ -34,6 +36,7 @@ protected:
     QWidget* loadView() override;
     void viewDidLoad() override;
     void viewDidAppear() override;
+    void viewDidChangeEffectiveAppearance() override;
 
 private:
     std::unique_ptr<Ui::StartupViewController> mUi;

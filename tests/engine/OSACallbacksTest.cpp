@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What happens around a running script: yielding, cancelling, deadlines, events sent and continued.
 #include "Fixture.h"
+#include "engine/AESendMessageResult.h"
 
 #include "engine/OSACallbacks.h"
 #include "platform/ae/AEMainThread.h"
@@ -212,14 +213,50 @@ TEST_F(OSACallbacksTest, WaitingEndsByTimeOutAndCancellation) {
         EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
     });
     EXPECT_EQ(reply, before);
-    // Answered in time, but cancelled meanwhile: taken back.
+    // Sent, but cancelled meanwhile: taken back.
     component->setCancelled(false);
-    QTimer::singleShot(0, [&] {
-        manager.resumeWithSuspensionID(suspension);
-        component->setCancelled(true);
-    });
-    EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
+    manager.setEventHandler([this](const auto&, const auto&) { component->setCancelled(true); }, "test"_4cc, "wait"_4cc);
+    EXPECT_EQ(send(event("test"_4cc, "wait"_4cc), 0), userCanceledErr);
     EXPECT_FALSE(component->isCancelled());
+}
+
+TEST_F(OSACallbacksTest, SendsGoThroughTheSharedQueue) {
+    std::atomic<int> running = 0, most = 0;
+    QThread* handled = nullptr;
+    manager.setAdditionHandler(
+        [&](const AEDesc&, AEDesc&, const AEHandlerContext&) {
+            handled = QThread::currentThread();
+            most = std::max(most.load(), ++running);
+            QThread::msleep(30);
+            --running;
+            return OSErr{noErr};
+        },
+        "test"_4cc, "slow"_4cc);
+    EXPECT_EQ(send(event("test"_4cc, "slow"_4cc)), noErr);
+    EXPECT_NE(handled, QThread::currentThread());
+    EXPECT_EQ(send(event("test"_4cc, "slow"_4cc), 0), noErr);
+    EXPECT_EQ(handled, QThread::currentThread()) << "neither no-reply, queue-reply nor wait-reply";
+
+    std::vector<std::thread> senders;
+    for (int i = 0; i < 30; ++i)
+        senders.emplace_back([&] {
+            AEDesc answer = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+            OSASendCallback(event("test"_4cc, "slow"_4cc), &answer, kAEWaitReply, 0, -1, nullptr, nullptr, component.get());
+        });
+    for (std::thread& sender : senders)
+        sender.join();
+    EXPECT_EQ(most, 20);
+    manager.removeAdditionHandlerForEventClass("test"_4cc, "slow"_4cc);
+}
+
+TEST(AESendMessageResult, GivesItsReplyAwayOnce) {
+    AESendMessageResult result;
+    EXPECT_FALSE(result.isHandled());
+    EXPECT_TRUE(result.replyEvent().isNull());
+    *result.replyEventPointer() = event();
+    EXPECT_EQ(result.replyEvent(), event());
+    EXPECT_EQ(result.detachedReplyEvent(), event());
+    EXPECT_TRUE(result.replyEvent().isNull());
 }
 
 TEST_F(OSACallbacksTest, ContinuedEventsReachTheApplication) {

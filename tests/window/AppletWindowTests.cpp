@@ -12,6 +12,8 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTextBrowser>
+#include <QTextCursor>
 #include <QTest>
 
 namespace quoddle {
@@ -119,6 +121,30 @@ TEST(StartupPane, RunIsOfferedWhenThereIsSomethingToRun) {
         ASSERT_TRUE(run) << handlers;
         EXPECT_EQ(run->isEnabled(), offered) << handlers;
     }
+}
+
+TEST(StartupPane, ShowsTheDescriptionThatComesFirst) {
+    Shell shell("");
+    shell.addResource(u"Description.rtfd/TXT.rtf"_s, "{\\rtf1{\\colortbl;\\red255\\green0\\blue0;}plain {\\cf1 red}}");
+    shell.addResource(u"description.rtf"_s, "{\\rtf1 second}");
+    shell.setUp();
+    auto* view = shell.controller->window()->findChild<QTextBrowser*>(u"descriptionView"_s);
+    ASSERT_TRUE(view && view->isVisible());
+    EXPECT_EQ(view->toPlainText(), u"plain red"_s);
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(40, 40, 40));
+    QApplication::setPalette(dark);
+    QCoreApplication::processEvents();
+    const auto colorOf = [&](const QString& text) { return view->document()->find(text).charFormat().foreground().color(); };
+    EXPECT_EQ(colorOf(u"plain"_s), view->palette().color(QPalette::Text));
+    EXPECT_EQ(colorOf(u"red"_s), QColor(Qt::red));
+    QApplication::setPalette(light);
+}
+
+TEST(StartupPane, WithoutADescriptionThereIsNoEmptyField) {
+    Shell shell("");
+    shell.setUp();
+    EXPECT_FALSE(shell.controller->window()->findChild<QTextBrowser*>(u"descriptionView"_s)->isVisible());
 }
 
 TEST(Applet, RunsFromItsButtonShowsProgressAndEndsByItsQuitButton) {

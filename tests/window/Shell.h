@@ -46,6 +46,9 @@ public:
         MainThread::open();
     }
 
+    void addResource(const QString& name, const QByteArray& content) {
+        write(mFolder.path() + QStringLiteral("/Demo.app/Contents/Resources/") + name, content);
+    }
     /// Makes the window without starting anything.
     AppletWindowController& setUp() {
         delegate->_setupApplication(false);
