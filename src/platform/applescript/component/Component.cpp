@@ -18,12 +18,6 @@
 
 namespace quoddle {
 
-namespace {
-
-constexpr std::size_t kMaximumFileSize = std::size_t(128) << 20;
-
-} // namespace
-
 void registerAppleScriptComponent() {
     ComponentDescription description;
     description.subType = kAppleScriptSubtype;

@@ -68,6 +68,7 @@ public:
     OSStatus getSourceStyleNames(OSAModeFlags modeFlags, AEDesc& names) override;
 
 private:
+    static constexpr std::size_t kMaximumFileSize = std::size_t(128) << 20;
     /// Holds the lock and gives the thread a stack while it is inside.
     class Entry;
     /// Gives the lock up for the time of a callback.

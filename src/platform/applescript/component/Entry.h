@@ -39,7 +39,7 @@ private:
 class Component::Callback {
 public:
     explicit Callback(Component& component)
-        : mComponent(component), mContext(component.mMachine.use(nullptr)), mLocation(std::move(component.mLocation)),
+        : mComponent(component), mContext(component.mMachine.use(nullptr)), mLocation(std::exchange(component.mLocation, {})),
           mDepth(component.mLock.release()) {}
     ~Callback() {
         mComponent.mLock.restore(mDepth);

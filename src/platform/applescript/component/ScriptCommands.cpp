@@ -21,7 +21,6 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::size_t kMaximumFileSize = std::size_t(128) << 20;
 constexpr OSStatus kDuplicateName = -48;
 
 Value argumentOf(std::span<const Argument> arguments, FourCharCode label) {
