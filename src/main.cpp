@@ -60,17 +60,12 @@ QByteArray resource(const QString& name) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QString nameOf(const NSBundle& bundle) {
-    const QString name = bundle.infoDictionary().value(u"CFBundleName"_s).toString();
-    return name.isEmpty() ? QFileInfo(bundle.bundlePath()).completeBaseName() : name;
-}
-
 void takeIdentityOf(const NSBundle& bundle) {
     NSBundle::setMainBundle(NSBundle::bundleWithPath(bundle.bundlePath()));
-    const QString identifier = bundle.bundleIdentifier().isEmpty() ? nameOf(bundle) : bundle.bundleIdentifier();
+    const QString identifier = bundle.bundleIdentifier().isEmpty() ? bundle.name() : bundle.bundleIdentifier();
     setUserDefaultsDomain(identifier);
-    QCoreApplication::setApplicationName(nameOf(bundle));
-    QGuiApplication::setApplicationDisplayName(nameOf(bundle));
+    QCoreApplication::setApplicationName(bundle.name());
+    QGuiApplication::setApplicationDisplayName(bundle.name());
     QGuiApplication::setDesktopFileName(u"applet-"_s + identifier);
     if (auto strings = Plist::readStrings(resource(u"en.lproj/Localizable.strings"_s)))
         NSBundle::setFallbackStrings({}, *strings);

@@ -51,7 +51,7 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
     if (!mainBundle())
         setMainBundle(NSBundle::mainBundle());
     if (const auto menu = mParts.application->mainMenu())
-        _setAppName(mainBundle()->infoDictionary().value(u"CFBundleName"_s).toString(), *menu);
+        _setAppName(mainBundle()->name(), *menu);
     applyUpdaterSetting();
     const QVariant standard = mainBundle()->infoDictionary().value(u"KVBUseStandardOSAXEN"_s);
     const bool useStandard = isNumber(standard) && boolValue(standard);

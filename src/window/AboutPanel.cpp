@@ -18,7 +18,8 @@ void showAboutPanel() {
         panel->window().activateWindow();
         return;
     }
-    const QVariantMap info = AppDelegate::instance()->mainBundle()->infoDictionary();
+    const auto bundle = AppDelegate::instance()->mainBundle();
+    const QVariantMap info = bundle->infoDictionary();
     QStringList lines;
     if (const QString version = info.value(u"CFBundleShortVersionString"_s).toString(); !version.isEmpty())
         lines << QCoreApplication::translate("AboutPanel", "Version %1").arg(version);
@@ -26,7 +27,7 @@ void showAboutPanel() {
         lines << copyright;
     panel = std::make_unique<NSAlert>();
     panel->setIcon(appletIcon());
-    panel->setMessageText(info.value(u"CFBundleName"_s).toString());
+    panel->setMessageText(bundle->name());
     panel->setInformativeText(lines.join(u'\n'));
     panel->show([] {
         QMetaObject::invokeMethod(

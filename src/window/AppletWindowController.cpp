@@ -41,7 +41,7 @@ void AppletWindowController::windowDidLoad() {
     AppDelegate::instance()->setMainWindowController(shared_from_this());
     mMainViewController->reserveSpaceForTab(kProgressTab);
     progressViewController().resetStarted();
-    window()->setWindowTitle(AppDelegate::instance()->mainBundle()->infoDictionary().value(u"CFBundleName"_s).toString());
+    window()->setWindowTitle(AppDelegate::instance()->mainBundle()->name());
 }
 
 ProgressViewController& AppletWindowController::progressViewController() const {

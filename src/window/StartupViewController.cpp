@@ -33,7 +33,7 @@ void StartupViewController::viewDidLoad() {
 
 void StartupViewController::viewDidAppear() {
     const QVariantMap info = mMainBundle->infoDictionary();
-    mUi->nameView->setText(info.value(u"CFBundleName"_s).toString());
+    mUi->nameView->setText(mMainBundle->name());
     const QString version = info.value(u"CFBundleShortVersionString"_s).toString();
     mUi->versionView->setText(version.isEmpty() ? QString() : tr("Version %1").arg(version));
     setupDescription();

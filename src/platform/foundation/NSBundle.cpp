@@ -89,6 +89,11 @@ QString NSBundle::bundleIdentifier() const {
     return infoDictionary().value(u"CFBundleIdentifier"_s).toString();
 }
 
+QString NSBundle::name() const {
+    const QString name = infoDictionary().value(u"CFBundleName"_s).toString();
+    return name.isEmpty() ? QFileInfo(mPath).completeBaseName() : name;
+}
+
 QVariantMap NSBundle::readInfo() const {
     const QString path = mPath + u"/Contents/Info.plist"_s;
     if (!QFileInfo::exists(path))
@@ -164,10 +169,10 @@ QList<NSBundle::StringsTable> NSBundle::tablesNamed(const QString& table) const 
         return *known;
     QList<StringsTable> tables;
     for (const QString& path : std::as_const(paths)) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
+        const auto bytes = Plist::bytesOf(path);
+        if (!bytes)
             continue;
-        auto read = Plist::readStrings(file.read(Plist::kMaxBytes + 1));
+        auto read = Plist::readStrings(*bytes);
         if (read)
             tables << *read;
         else // a bad file must not take the other languages with it

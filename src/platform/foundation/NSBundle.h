@@ -39,6 +39,9 @@ public:
     /// "CFBundleIdentifier"; empty when there is none.
     QString bundleIdentifier() const;
 
+    /// "CFBundleName"; a bundle without one is called as its folder is, without the extension.
+    QString name() const;
+
     /// Contents/Info.plist as it stands; empty when there is none or it cannot be read (which is logged once).
     QVariantMap infoDictionary() const;
     /// The localised value ("InfoPlist.strings") or else the one of the info dictionary; an empty QVariant when absent.

@@ -6,6 +6,7 @@
 #include "platform/foundation/PlistReaders.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QStringConverter>
 
 namespace quoddle::Plist {
@@ -69,11 +70,21 @@ Result<QVariant, QString> read(const QByteArray& bytes) {
     return readForm(bytes, OpenStepForm::any);
 }
 
-Result<QVariant, QString> readFile(const QString& path) {
+Result<QByteArray, QString> bytesOf(const QString& path) {
+    // To open a pipe is to wait for whoever writes into it.
+    if (QFileInfo info(path); info.exists() && !info.isFile())
+        return failure(u"not a file"_s);
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return failure(file.errorString());
-    return read(file.read(kMaxBytes + 1));
+    return file.read(kMaxBytes + 1);
+}
+
+Result<QVariant, QString> readFile(const QString& path) {
+    auto bytes = bytesOf(path);
+    if (!bytes)
+        return failure(bytes.error());
+    return read(*bytes);
 }
 
 Result<QHash<QString, QString>, QString> readStrings(const QByteArray& bytes) {

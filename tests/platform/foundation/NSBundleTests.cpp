@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -46,6 +48,15 @@ TEST_F(NSBundleTest, IsFoundByPathAndByExecutable) {
     EXPECT_FALSE(NSBundle::bundleForExecutable(mFolder.path() + u"/None.app/Contents/Linux/None"_s));
 }
 
+TEST_F(NSBundleTest, WaitsForNoPipe) {
+    write(u"Resources/en.lproj/Other.strings"_s, "");
+    const QString contents = bundlePath() + u"/Contents/"_s;
+    for (const char* file : {"Info.plist", "Resources/en.lproj/Localizable.strings"})
+        ASSERT_EQ(::mkfifo(QFile::encodeName(contents + QString::fromLatin1(file)).constData(), 0600), 0);
+    EXPECT_TRUE(bundle()->infoDictionary().isEmpty());
+    EXPECT_EQ(bundle()->localizedString(u"Key"_s), u"Key"_s);
+}
+
 TEST_F(NSBundleTest, ReadsItsInformation) {
     write(u"Info.plist"_s, "{ CFBundleIdentifier = \"org.example.demo\"; CFBundleName = Demo; }");
     write(u"Resources/en.lproj/InfoPlist.strings"_s, "CFBundleName = \"Demonstration\";");
@@ -55,6 +66,11 @@ TEST_F(NSBundleTest, ReadsItsInformation) {
     EXPECT_EQ(demo->infoDictionary().value(u"CFBundleName"_s), QVariant(u"Demo"_s));
     EXPECT_EQ(demo->objectForInfoDictionaryKey(u"CFBundleName"_s), QVariant(u"Demonstration"_s));
     EXPECT_FALSE(demo->objectForInfoDictionaryKey(u"None"_s).isValid());
+
+    EXPECT_EQ(demo->name(), u"Demo"_s);
+
+    write(u"Info.plist"_s, "{ CFBundleName = \"\"; }");
+    EXPECT_EQ(bundle()->name(), u"Demo"_s) << "the folder's name";
 
     for (const char* bad : {"just a word", "<plist><dict>", ""}) {
         write(u"Info.plist"_s, bad);
