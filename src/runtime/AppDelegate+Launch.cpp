@@ -13,6 +13,7 @@ void AppDelegate::applicationWillFinishLaunching() {
     // Twice, as it always was: the second registration replaces the first.
     NSAppleEventManager::sharedAppleEventManager().setEventHandler(handler, "ascr"_4cc, "psbr"_4cc);
     NSAppleEventManager::sharedAppleEventManager().setEventHandler(handler, "ascr"_4cc, "psbr"_4cc);
+    registerOutsideEvents();
 }
 
 void AppDelegate::_setAppName(const QString& name, NSMenu& inMenu) {

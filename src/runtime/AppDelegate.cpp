@@ -35,6 +35,7 @@ AppDelegate::AppDelegate(AppDelegateParts parts) : mParts(std::move(parts)) {
 AppDelegate::~AppDelegate() {
     NSNotificationCenter::defaultCenter().removeObserver(this);
     NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass("ascr"_4cc, "psbr"_4cc);
+    removeOutsideEvents();
     mParts.performs->cancelPreviousPerformRequests(this);
     if (mMainScript)
         mMainScript->component()->setDelegate(nullptr);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // AppDelegate: the spine of the applet shell. It loads the applet's script, decides what of it runs when, and when the process ends. One
 // class, a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, stop, quit), +OpenFiles,
-// +ScriptQueue (execution and its end), +Progress, +Alerts.
+// +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Progress, +Alerts.
 // One decision: everything is decided on the main thread, which never waits for the script; only executions and scriptDidYield() run on the
 // script queue's thread. All functions are the main thread's unless they say otherwise.
 #pragma once
@@ -97,6 +97,11 @@ private:
     bool hasHandler(bool (QXOSAID::*query)());
     static bool ask(const QXOSAIDRef& script, bool (QXOSAID::*query)());
     void prepareMainScript();
+    void registerOutsideEvents();
+    void removeOutsideEvents();
+    void handleOutsideEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply);
+    NSAppleEventDescriptorRef valueOfProperty(FourCharCode code, const QString& name);
+    bool setProperty(FourCharCode code, const QString& name, const NSAppleEventDescriptorRef& value);
     void applyUpdaterSetting();
     void createWindowController(bool toOpenFiles);
     void takeTestApplet();

@@ -16,12 +16,15 @@ public:
     NSApplicationDelegate* delegate = nullptr;
     std::shared_ptr<NSMenu> menu;
     bool running = true;
+    bool active = false;
     QStringList log; ///< "terminate: now", "terminate reply: 1", "open reply: 0"
 
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
     void replyToOpenOrPrint(NSApplicationDelegateReply reply) override;
     bool isRunning() const override { return running; }
+    bool isActive() const override { return active; }
+    void activate() override { active = true; }
     std::shared_ptr<NSMenu> mainMenu() const override { return menu; }
     bool validatesAction(const QString& action) const override { return action == QLatin1StringView("terminate:"); }
 };

@@ -10,8 +10,11 @@ namespace quoddle {
 
 namespace {
 
-constexpr AEEventClass kCoreEventClass = "aevt"_4cc;
-constexpr AEEventID kHandledIDs[] = {"oapp"_4cc, "rapp"_4cc, "odoc"_4cc, "quit"_4cc};
+constexpr struct {
+    AEEventClass eventClass;
+    AEEventID eventID;
+} kHandledEvents[] = {{"aevt"_4cc, "oapp"_4cc}, {"aevt"_4cc, "rapp"_4cc}, {"aevt"_4cc, "odoc"_4cc},
+                      {"aevt"_4cc, "quit"_4cc}, {"misc"_4cc, "actv"_4cc}, {"ascr"_4cc, "noop"_4cc}};
 
 void putError(const NSAppleEventDescriptorRef& reply, OSStatus status) {
     if (status != noErr)
@@ -78,26 +81,31 @@ void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, con
         if (!mTerminating && !mReplyPending)
             putError(reply, userCanceledErr);
         break;
-    case "rapp"_4cc: // what is open comes to the front
-        for (QWidget* widget : topLevelWidgets())
-            if (auto* window = qobject_cast<NSWindow*>(widget); window && window->isVisible())
-                window->makeKeyAndOrderFront();
+    case "rapp"_4cc:
+    case "actv"_4cc:
+        activate();
         break;
-    default: // "oapp": it runs already
+    default: // "oapp", "noop": it runs already
         break;
     }
 }
 
+void NSApplication::activate() {
+    for (QWidget* widget : topLevelWidgets())
+        if (auto* window = qobject_cast<NSWindow*>(widget); window && window->isVisible())
+            window->makeKeyAndOrderFront();
+}
+
 void NSApplication::registerAppleEventHandlers() {
-    for (const AEEventID eventID : kHandledIDs)
+    for (const auto& handled : kHandledEvents)
         NSAppleEventManager::sharedAppleEventManager().setEventHandler(
             [this](const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) { handleAppleEvent(event, reply); },
-            kCoreEventClass, eventID);
+            handled.eventClass, handled.eventID);
 }
 
 void NSApplication::removeAppleEventHandlers() {
-    for (const AEEventID eventID : kHandledIDs)
-        NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(kCoreEventClass, eventID);
+    for (const auto& handled : kHandledEvents)
+        NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(handled.eventClass, handled.eventID);
 }
 
 } // namespace quoddle

@@ -57,6 +57,9 @@ public:
     /// How often terminate() has asked the delegate.
     int terminationQuestionCount() const { return mTerminationQuestions; }
 
+    bool isActive() const override { return applicationState() == Qt::ApplicationActive; }
+    void activate() override;
+
     std::shared_ptr<NSMenu> mainMenu() const override { return mMainMenu; }
     void setMainMenu(std::shared_ptr<NSMenu> menu) { mMainMenu = std::move(menu); }
     /// Adds an action to those that the framework performs (orderFrontStandardAboutPanel: for one).

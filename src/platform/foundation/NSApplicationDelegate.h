@@ -63,6 +63,10 @@ public:
     virtual void replyToOpenOrPrint(NSApplicationDelegateReply reply) = 0;
     /// False once the end was decided: nothing is to be begun or shown any more.
     virtual bool isRunning() const = 0;
+    /// Whether one of its windows has the user's attention.
+    virtual bool isActive() const = 0;
+    /// Brings what is open to the front.
+    virtual void activate() = 0;
     /// Null when there is none.
     virtual std::shared_ptr<NSMenu> mainMenu() const = 0;
     /// The framework's own judgement of a menu action, without the delegate.

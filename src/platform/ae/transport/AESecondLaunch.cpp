@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ae/transport/AESecondLaunch.h"
+
+#include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/ae/transport/AEClient.h"
+#include "platform/ae/transport/AERuntimeDirectory.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <thread>
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::chrono::seconds kPatience{10};
+constexpr std::chrono::milliseconds kSlice{5};
+
+} // namespace
+
+AELaunchLock::AELaunchLock(const std::string& bundlePath) {
+    const auto directory = AERuntimeDirectory();
+    if (!directory)
+        return;
+    const std::size_t hash = std::hash<std::string>()(AECanonicalPath(bundlePath));
+    mFile.reset(::open((*directory + "/" + std::to_string(hash) + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    const auto end = std::chrono::steady_clock::now() + kPatience;
+    while (mFile.isOpen() && ::flock(mFile.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(kSlice);
+}
+
+std::optional<OSStatus> AEHandOver(const std::string& bundlePath, const std::vector<std::string>& files) {
+    const auto running = AEFindRunningApplicationAtPath(bundlePath);
+    if (!running)
+        return std::nullopt;
+    const AEDesc target = AEDesc::ofProcess(running->processID);
+    AEDesc event = AEDesc::appleEvent("aevt"_4cc, files.empty() ? "rapp"_4cc : "odoc"_4cc, target);
+    if (!files.empty()) {
+        AEDesc list = AEDesc::list();
+        for (const std::string& file : files)
+            (void)list.insertItem(0, AEDesc::ofFilePath(file));
+        (void)event.put("----"_4cc, std::move(list));
+    }
+    AEDesc reply;
+    const OSStatus status = AESendToProcess(running->processID, event, &reply, kAEWaitReply, kNoTimeOut, {});
+    if (status == procNotFound)
+        return std::nullopt; // it has just ended
+    const AEDesc* error = reply.find("errn"_4cc);
+    return status == noErr && error ? error->asInt32().value_or(errAEEventFailed) : status;
+}
+
+} // namespace quoddle

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// What other applications may ask of the applet besides calls of its handlers: to run, and for the values of its properties. They stand
+// behind the script: an event that the script continues ends here.
+#include "runtime/AppDelegate.h"
+
+#include "engine/NSAppleEventDescriptor-QXAdditions.h"
+#include "engine/QXOSAException.h"
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr struct {
+    AEEventClass eventClass;
+    AEEventID eventID;
+} kOutsideEvents[] = {{"aevt"_4cc, "oapp"_4cc}, {"core"_4cc, "getd"_4cc}, {"core"_4cc, "setd"_4cc}};
+
+void putError(const NSAppleEventDescriptorRef& reply, OSStatus status, const QString& message) {
+    reply->setParamDescriptor(NSAppleEventDescriptor::descriptorWithInt32(status), "errn"_4cc);
+    reply->setParamDescriptor(NSAppleEventDescriptor::descriptorWithString(message.toStdString()), "errs"_4cc);
+}
+
+bool isContinued(const NSAppleEventDescriptorRef& reply) {
+    const auto attribute = reply->attributeDescriptorForKeyword("FDrm"_4cc);
+    return attribute && attribute->booleanValue();
+}
+
+/// A property of the application itself: by its code, or by the name that its script gave it.
+struct PropertyName {
+    FourCharCode code = 0;
+    QString name;
+    bool isValid() const { return code != 0 || !name.isEmpty(); }
+};
+
+PropertyName propertyIn(const NSAppleEventDescriptorRef& event) {
+    PropertyName property;
+    const AEDesc* object = event->aeDesc().find("----"_4cc);
+    const AEDesc* form = object ? object->find("form"_4cc) : nullptr;
+    const AEDesc* container = object ? object->find("from"_4cc) : nullptr;
+    const AEDesc* selector = object ? object->find("seld"_4cc) : nullptr;
+    if (!form || !selector || (container && !container->isNull()))
+        return property;
+    if (form->code() == "prop"_4cc)
+        property.code = selector->code();
+    else if (form->code() == "usrp"_4cc)
+        property.name = QString::fromStdString(selector->asUTF8().value_or(""));
+    return property;
+}
+
+NSAppleEventDescriptorRef text(const QString& text) {
+    return NSAppleEventDescriptor::descriptorWithString(text.toStdString());
+}
+
+} // namespace
+
+void AppDelegate::registerOutsideEvents() {
+    for (const auto& outside : kOutsideEvents)
+        NSAppleEventManager::sharedAppleEventManager().setEventHandler(
+            [this](const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) { handleOutsideEvent(event, reply); },
+            outside.eventClass, outside.eventID);
+}
+
+void AppDelegate::removeOutsideEvents() {
+    for (const auto& outside : kOutsideEvents)
+        NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(outside.eventClass, outside.eventID);
+}
+
+void AppDelegate::handleOutsideEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
+    if (event->eventID() == "oapp"_4cc) {
+        // A run that the script itself passes on is over with that.
+        if (isContinued(reply) || !hasRunHandler())
+            return;
+        setScriptStarted(true);
+        _respondToEventInBackground(nullptr, {}, NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent());
+        return;
+    }
+    const PropertyName property = propertyIn(event);
+    try {
+        if (event->eventID() == "getd"_4cc) {
+            if (const auto value = property.isValid() ? valueOfProperty(property.code, property.name) : nullptr)
+                return reply->setParamDescriptor(value, "----"_4cc);
+        } else if (property.isValid()) {
+            if (setProperty(property.code, property.name, event->paramDescriptorForKeyword("data"_4cc)))
+                return;
+        }
+        putError(reply, errAENoSuchObject, u"The applet has no such property."_s);
+    } catch (const QXOSAException& exception) {
+        putError(reply, errAEEventFailed, QString::fromUtf8(exception.what()));
+    }
+}
+
+NSAppleEventDescriptorRef AppDelegate::valueOfProperty(FourCharCode code, const QString& name) {
+    const QVariantMap info = mainBundle()->infoDictionary();
+    switch (code) {
+    case "pnam"_4cc:
+        return text(mainBundle()->name());
+    case "vers"_4cc:
+        return text(info.value(u"CFBundleShortVersionString"_s).toString());
+    case "ID  "_4cc:
+        return text(mainBundle()->bundleIdentifier());
+    case "prun"_4cc:
+        return NSAppleEventDescriptor::descriptorWithBoolean(true);
+    case "pisf"_4cc:
+        return NSAppleEventDescriptor::descriptorWithBoolean(mParts.application->isActive());
+    default:
+        break;
+    }
+    const QXOSAIDRef script = mainScript();
+    if (!script)
+        return nullptr;
+    const QXOSAIDRef value = name.isEmpty() ? script->propertyForPropertyID(code) : script->propertyForName(name);
+    return value ? value->descriptor() : nullptr;
+}
+
+bool AppDelegate::setProperty(FourCharCode code, const QString& name, const NSAppleEventDescriptorRef& value) {
+    const QXOSAIDRef script = mainScript();
+    // Properties are changed, never made, from outside.
+    if (!script || !value || !(name.isEmpty() ? script->hasPropertyForID(code) : script->hasPropertyNamed(name)))
+        return false;
+    if (name.isEmpty())
+        script->setDescriptorForPropertyID(value, code);
+    else
+        script->setDescriptorForPropertyName(value, name);
+    return true;
+}
+
+} // namespace quoddle
