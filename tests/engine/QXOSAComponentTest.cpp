@@ -16,16 +16,17 @@ TEST_F(QXOSAComponentTest, OpensAndCloses) {
     EXPECT_FALSE(QXOSAComponent::componentWithLanguageSubType("none"_4cc));
     EXPECT_EQ(component->languageSubType(), "fake"_4cc);
     EXPECT_EQ(component->version(), 0x10203);
-    EXPECT_EQ(fake->active.proc, OSAActiveCallback);
-    EXPECT_EQ(fake->send.proc, OSASendCallback);
-    EXPECT_EQ(fake->resume.proc, OSAResumeCallback);
-    EXPECT_EQ(fake->active.refCon, component.get());
+    EXPECT_EQ(fake->callbacks.active.proc, OSAActiveCallback);
+    EXPECT_EQ(fake->callbacks.send.proc, OSASendCallback);
+    EXPECT_EQ(fake->callbacks.resumeDispatch.proc, OSAResumeCallback);
+    EXPECT_EQ(fake->callbacks.active.refCon, component.get());
     ComponentInstance instance = component->component();
     auto adopted = std::make_shared<QXOSAComponent>(instance, false);
     EXPECT_EQ(adopted->languageSubType(), 0u);
-    EXPECT_EQ(fake->active.refCon, adopted.get());
+    EXPECT_EQ(fake->callbacks.active.refCon, adopted.get());
     adopted.reset();
-    EXPECT_EQ(fake->active.proc(fake->active.refCon), noErr) << "the procedures stay, and know that their component is gone";
+    EXPECT_EQ(fake->callbacks.active.proc(fake->callbacks.active.refCon), noErr)
+        << "the procedures stay, and know that their component is gone";
     component.reset();
     EXPECT_EQ(ComponentSubType(instance), 0u);
     EXPECT_EQ(QXOSAComponent::genericComponent(), QXOSAComponent::genericComponent());

@@ -189,7 +189,7 @@ TEST_F(QXOSAIDTest, RealValuesOfGenericOnes) {
     ASSERT_TRUE(real);
     EXPECT_FALSE(real->ownsValueID());
     EXPECT_NE(real->component(), generic);
-    EXPECT_EQ(FakeComponent::last()->active.refCon, real->component().get());
+    EXPECT_EQ(FakeComponent::last()->callbacks.active.refCon, real->component().get());
     EXPECT_TRUE(real->execute());
     real.reset();
     EXPECT_TRUE(script->execute()) << "the value is still there";

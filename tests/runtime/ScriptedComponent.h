@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
 // A scripting component whose "scripts" are C++ functions. A stored script names its handlers ("FasdUAS run idle quit open"); what they do
-// is set by the test. It reports what the runtime looks at: handlers, properties, progress, errors, callbacks.
+// is set by the test. Values, properties and errors are those of FakeComponent.
 #pragma once
 
-#include "platform/osa/ComponentRegistry.h"
+#include "platform/osa/FakeComponent.h"
 
 #include <functional>
-#include <map>
-#include <mutex>
-#include <set>
 
 namespace quoddle::test {
 
-class ScriptedComponent final : public ScriptingComponent {
+class ScriptedComponent final : public FakeComponent {
 public:
     struct Outcome {
         AEDesc result;          ///< null: none
@@ -50,43 +47,18 @@ public:
 
     static Outcome failing(OSStatus number, const std::u16string& message) { return {{}, number, message, {}, noErr}; }
 
-    OSStatus loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& result) override;
+    ScriptedComponent() : FakeComponent(kAppleScriptSubtype) {}
+    OSStatus loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& id) override;
     OSStatus dispose(OSAID id) override;
-    OSStatus execute(OSAID script, OSAID context, OSAModeFlags modeFlags, OSAID& result) override;
-    OSStatus executeEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, OSAID& result) override;
-    OSStatus coerceFromDesc(const AEDesc& desc, OSAModeFlags modeFlags, OSAID& result) override;
-    OSStatus coerceToDesc(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& result) override;
-    OSStatus display(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& text) override;
-    OSStatus getProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) override;
-    OSStatus setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID value) override;
-    OSStatus getHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) override;
-    OSStatus getScriptInfo(OSAID id, FourCharCode selector, std::int32_t& info) override;
-    OSStatus setScriptFile(OSAID id, FourCharCode selector, const std::string& path) override;
-    OSStatus getScriptFile(OSAID id, FourCharCode selector, std::string& path) override;
-    OSStatus scriptError(FourCharCode selector, DescType type, AEDesc& result) override;
-    OSStatus getActiveProc(OSACallback<OSAActiveProc>& callback) override;
-    OSStatus setActiveProc(OSACallback<OSAActiveProc> callback) override;
-    OSStatus getSendProc(OSACallback<OSASendProc>& callback) override;
-    OSStatus setSendProc(OSACallback<OSASendProc> callback) override;
-    OSStatus getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) override;
-    OSStatus setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) override;
+    OSStatus execute(OSAID script, OSAID context, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus executeEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, OSAID& id) override;
+    OSStatus getProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& id) override;
 
 private:
-    OSAID addValue(AEDesc value);
-    OSStatus call(const std::string& name, const AEDesc& event, OSAID& result);
-    static std::string handlerFor(const AEDesc& nameOrEvent);
-    static std::string propertyKey(OSAID context, const AEDesc& name);
+    OSStatus call(const std::string& name, const AEDesc& event, OSAID& id);
 
-    std::mutex mMutex;
-    std::set<std::string> mHandlerNames;
-    std::map<OSAID, AEDesc> mValues;
-    std::map<std::string, AEDesc> mProperties;
-    std::string mFile;
-    Outcome mLastError;
-    OSAID mLastID = 100;
-    OSACallback<OSAActiveProc> mActive;
-    OSACallback<OSASendProc> mSend;
-    OSACallback<OSAResumeDispatchProc> mResume;
+    OSAID mScript = 0;
+    OSAID mAppleScriptObject = 0;
 };
 
 } // namespace quoddle::test

@@ -74,12 +74,13 @@ std::vector<ComponentInstance> GenericComponent::openInstances() const {
 }
 
 void GenericComponent::apply(const Settings& settings, ComponentInstance instance) {
-    if (settings.active.proc)
-        OSASetActiveProc(instance, settings.active.proc, settings.active.refCon);
-    if (settings.send.proc)
-        OSASetSendProc(instance, settings.send.proc, settings.send.refCon);
-    if (settings.resumeDispatch.proc)
-        OSASetResumeDispatchProc(instance, settings.resumeDispatch.proc, settings.resumeDispatch.refCon);
+    const OSACallbacks& set = settings.callbacks;
+    if (set.active.proc)
+        OSASetActiveProc(instance, set.active.proc, set.active.refCon);
+    if (set.send.proc)
+        OSASetSendProc(instance, set.send.proc, set.send.refCon);
+    if (set.resumeDispatch.proc)
+        OSASetResumeDispatchProc(instance, set.resumeDispatch.proc, set.resumeDispatch.refCon);
     if (settings.defaultTarget)
         OSASetDefaultTarget(instance, *settings.defaultTarget);
 }
@@ -100,51 +101,20 @@ OSStatus GenericComponent::setDefaultTarget(const AEDesc& target) {
     return noErr;
 }
 
-OSStatus GenericComponent::getActiveProc(OSACallback<OSAActiveProc>& callback) {
+OSStatus GenericComponent::getCallbacks(OSACallbacks& callbacks) {
     std::lock_guard lock(mMutex);
-    callback = mSettings.active;
+    callbacks = mSettings.callbacks;
     return noErr;
 }
 
-OSStatus GenericComponent::setActiveProc(OSACallback<OSAActiveProc> callback) {
+OSStatus GenericComponent::changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) {
     {
         std::lock_guard lock(mMutex);
-        mSettings.active = callback;
+        change(mSettings.callbacks);
     }
     for (ComponentInstance instance : openInstances())
-        OSASetActiveProc(instance, callback.proc, callback.refCon);
-    return noErr;
-}
-
-OSStatus GenericComponent::getSendProc(OSACallback<OSASendProc>& callback) {
-    std::lock_guard lock(mMutex);
-    callback = mSettings.send;
-    return noErr;
-}
-
-OSStatus GenericComponent::setSendProc(OSACallback<OSASendProc> callback) {
-    {
-        std::lock_guard lock(mMutex);
-        mSettings.send = callback;
-    }
-    for (ComponentInstance instance : openInstances())
-        OSASetSendProc(instance, callback.proc, callback.refCon);
-    return noErr;
-}
-
-OSStatus GenericComponent::getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) {
-    std::lock_guard lock(mMutex);
-    callback = mSettings.resumeDispatch;
-    return noErr;
-}
-
-OSStatus GenericComponent::setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) {
-    {
-        std::lock_guard lock(mMutex);
-        mSettings.resumeDispatch = callback;
-    }
-    for (ComponentInstance instance : openInstances())
-        OSASetResumeDispatchProc(instance, callback.proc, callback.refCon);
+        if (auto component = ComponentForInstance(instance))
+            component->changeCallbacks(change);
     return noErr;
 }
 

@@ -52,12 +52,8 @@ public:
     OSStatus startRecording(OSAID& id) override;
     OSStatus stopRecording(OSAID id) override;
     OSStatus setDefaultTarget(const AEDesc& target) override;
-    OSStatus getActiveProc(OSACallback<OSAActiveProc>& callback) override;
-    OSStatus setActiveProc(OSACallback<OSAActiveProc> callback) override;
-    OSStatus getSendProc(OSACallback<OSASendProc>& callback) override;
-    OSStatus setSendProc(OSACallback<OSASendProc> callback) override;
-    OSStatus getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) override;
-    OSStatus setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) override;
+    OSStatus getCallbacks(OSACallbacks& callbacks) override;
+    OSStatus changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) override;
     OSStatus copySourceAttributes(std::vector<OSASourceStyle>& styles) override;
     OSStatus setSourceAttributes(const std::vector<OSASourceStyle>& styles) override;
     OSStatus getSourceStyleNames(OSAModeFlags modeFlags, AEDesc& names) override;
@@ -75,9 +71,7 @@ private:
         OSAID id = 0;
     };
     struct Settings {
-        OSACallback<OSAActiveProc> active;
-        OSACallback<OSASendProc> send;
-        OSACallback<OSAResumeDispatchProc> resumeDispatch;
+        OSACallbacks callbacks;
         std::optional<AEDesc> defaultTarget;
     };
 

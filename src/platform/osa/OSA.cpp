@@ -13,14 +13,19 @@ OSStatus call(ComponentInstance instance, OSStatus (ScriptingComponent::*operati
 }
 
 template<class Proc>
-OSStatus getCallback(ComponentInstance instance, OSStatus (ScriptingComponent::*operation)(OSACallback<Proc>&), Proc& proc, void*& refCon) {
-    OSACallback<Proc> callback;
-    OSStatus status = call(instance, operation, callback);
+OSStatus getCallback(ComponentInstance instance, OSACallback<Proc> OSACallbacks::*which, Proc& proc, void*& refCon) {
+    OSACallbacks callbacks;
+    OSStatus status = call(instance, &ScriptingComponent::getCallbacks, callbacks);
     if (status == noErr) {
-        proc = callback.proc;
-        refCon = callback.refCon;
+        proc = (callbacks.*which).proc;
+        refCon = (callbacks.*which).refCon;
     }
     return status;
+}
+
+template<class Proc>
+OSStatus setCallback(ComponentInstance instance, OSACallback<Proc> OSACallbacks::*which, Proc proc, void* refCon) {
+    return call(instance, &ScriptingComponent::changeCallbacks, [=](OSACallbacks& callbacks) { callbacks.*which = {proc, refCon}; });
 }
 
 } // namespace
@@ -227,27 +232,27 @@ OSStatus OSADoScript(ComponentInstance instance, const AEDesc& sourceData, OSAID
 }
 
 OSStatus OSAGetActiveProc(ComponentInstance instance, OSAActiveProc& activeProc, void*& refCon) {
-    return getCallback(instance, &ScriptingComponent::getActiveProc, activeProc, refCon);
+    return getCallback(instance, &OSACallbacks::active, activeProc, refCon);
 }
 
 OSStatus OSASetActiveProc(ComponentInstance instance, OSAActiveProc activeProc, void* refCon) {
-    return call(instance, &ScriptingComponent::setActiveProc, OSACallback<OSAActiveProc>{activeProc, refCon});
+    return setCallback(instance, &OSACallbacks::active, activeProc, refCon);
 }
 
 OSStatus OSAGetSendProc(ComponentInstance instance, OSASendProc& sendProc, void*& refCon) {
-    return getCallback(instance, &ScriptingComponent::getSendProc, sendProc, refCon);
+    return getCallback(instance, &OSACallbacks::send, sendProc, refCon);
 }
 
 OSStatus OSASetSendProc(ComponentInstance instance, OSASendProc sendProc, void* refCon) {
-    return call(instance, &ScriptingComponent::setSendProc, OSACallback<OSASendProc>{sendProc, refCon});
+    return setCallback(instance, &OSACallbacks::send, sendProc, refCon);
 }
 
 OSStatus OSAGetResumeDispatchProc(ComponentInstance instance, OSAResumeDispatchProc& resumeDispatchProc, void*& refCon) {
-    return getCallback(instance, &ScriptingComponent::getResumeDispatchProc, resumeDispatchProc, refCon);
+    return getCallback(instance, &OSACallbacks::resumeDispatch, resumeDispatchProc, refCon);
 }
 
 OSStatus OSASetResumeDispatchProc(ComponentInstance instance, OSAResumeDispatchProc resumeDispatchProc, void* refCon) {
-    return call(instance, &ScriptingComponent::setResumeDispatchProc, OSACallback<OSAResumeDispatchProc>{resumeDispatchProc, refCon});
+    return setCallback(instance, &OSACallbacks::resumeDispatch, resumeDispatchProc, refCon);
 }
 
 } // namespace quoddle

@@ -52,6 +52,12 @@ struct OSACallback {
     void* refCon = nullptr;
 };
 
+struct OSACallbacks {
+    OSACallback<OSAActiveProc> active;
+    OSACallback<OSASendProc> send;
+    OSACallback<OSAResumeDispatchProc> resumeDispatch;
+};
+
 /// Text of which ranges wear a style: an index into the component's source attributes.
 struct OSAAttributedText {
     struct Run {

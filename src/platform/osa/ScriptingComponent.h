@@ -9,6 +9,8 @@
 
 #include "platform/osa/OSATypes.h"
 
+#include <functional>
+
 namespace quoddle {
 
 class ScriptingComponent {
@@ -100,12 +102,9 @@ public:
     virtual OSStatus stopRecording(OSAID id) { return unsupported(id); }
     virtual OSStatus setDefaultTarget(const AEDesc& target) { return unsupported(target); }
 
-    virtual OSStatus getActiveProc(OSACallback<OSAActiveProc>& callback) { return unsupported(callback); }
-    virtual OSStatus setActiveProc(OSACallback<OSAActiveProc> callback) { return unsupported(callback); }
-    virtual OSStatus getSendProc(OSACallback<OSASendProc>& callback) { return unsupported(callback); }
-    virtual OSStatus setSendProc(OSACallback<OSASendProc> callback) { return unsupported(callback); }
-    virtual OSStatus getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) { return unsupported(callback); }
-    virtual OSStatus setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) { return unsupported(callback); }
+    virtual OSStatus getCallbacks(OSACallbacks& callbacks) { return unsupported(callbacks); }
+    /// Runs the change on the callbacks as they are; nobody sees them half changed.
+    virtual OSStatus changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) { return unsupported(change); }
 
     virtual OSStatus copySourceAttributes(std::vector<OSASourceStyle>& styles) { return unsupported(styles); }
     virtual OSStatus setSourceAttributes(const std::vector<OSASourceStyle>& styles) { return unsupported(styles); }

@@ -58,11 +58,13 @@ AEDesc FakeComponent::stored(const std::u16string& source) const {
 }
 
 OSAID FakeComponent::add(Value value) {
+    std::lock_guard lock(mutex);
     values.emplace(++mLastID, std::move(value));
     return mLastID;
 }
 
 OSStatus FakeComponent::called(const std::string& operation) {
+    std::lock_guard lock(mutex);
     calls.push_back(operation);
     auto failure = failures.find(operation);
     return failure == failures.end() ? noErr : failure->second;
@@ -128,6 +130,7 @@ OSStatus FakeComponent::storeFile(OSAID id, DescType type, OSAModeFlags modeFlag
 }
 
 OSStatus FakeComponent::dispose(OSAID id) {
+    std::lock_guard lock(mutex);
     called("dispose");
     return values.erase(id) ? noErr : errOSAInvalidID;
 }
@@ -188,25 +191,26 @@ OSStatus FakeComponent::runLine(const std::u16string& verb, const std::u16string
         return numberIn(first);
     if (verb == u"loop") {
         OSErr status = noErr;
-        while ((status = active.proc(active.refCon)) == noErr) {
+        while ((status = callbacks.active.proc(callbacks.active.refCon)) == noErr) {
         }
         return scriptFailed(status, u"stopped");
     }
     AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
     if (verb == u"send") {
         AEDesc event = AEDesc::appleEvent(fourCharCode(utf8FromUTF16(first)), fourCharCode(utf8FromUTF16(second)));
-        OSErr status = send.proc(event, &reply, sendMode, 0, sendTimeout, nullptr, nullptr, send.refCon);
+        OSErr status = callbacks.send.proc(event, &reply, sendMode, 0, sendTimeout, nullptr, nullptr, callbacks.send.refCon);
         if (status != noErr)
             return scriptFailed(status, u"not sent");
         if (const AEDesc* value = reply.find("----"_4cc))
             id = add({.desc = *value});
     }
     if (verb == u"continue")
-        return resume.proc(lastEvent, &reply, resume.refCon);
+        return callbacks.resumeDispatch.proc(lastEvent, &reply, callbacks.resumeDispatch.refCon);
     return noErr;
 }
 
 OSStatus FakeComponent::display(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& text) {
+    std::lock_guard lock(mutex);
     if (OSStatus status = called("display"))
         return status;
     displayFlags.push_back(modeFlags);
@@ -230,6 +234,7 @@ OSStatus FakeComponent::copySourceString(OSAID id, OSAModeFlags, OSAAttributedTe
 }
 
 OSStatus FakeComponent::coerceFromDesc(const AEDesc& desc, OSAModeFlags, OSAID& id) {
+    std::lock_guard lock(mutex);
     if (OSStatus status = called("coerceFromDesc"))
         return status;
     id = add({.desc = desc});
@@ -237,6 +242,7 @@ OSStatus FakeComponent::coerceFromDesc(const AEDesc& desc, OSAModeFlags, OSAID& 
 }
 
 OSStatus FakeComponent::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDesc& desc) {
+    std::lock_guard lock(mutex);
     if (OSStatus status = called("coerceToDesc"))
         return status;
     Value* value = find(id);
@@ -249,6 +255,7 @@ OSStatus FakeComponent::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDe
 }
 
 OSStatus FakeComponent::getProperty(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& id) {
+    std::lock_guard lock(mutex);
     if (OSStatus status = called("getProperty"))
         return status;
     Value* value = find(context);
@@ -265,6 +272,7 @@ OSStatus FakeComponent::getProperty(OSAModeFlags, OSAID context, const AEDesc& n
 }
 
 OSStatus FakeComponent::setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID value) {
+    std::lock_guard lock(mutex);
     if (OSStatus status = called("setProperty:" + std::to_string(modeFlags)))
         return status;
     if (!find(context))
@@ -287,6 +295,7 @@ OSStatus FakeComponent::getPropertyNames(OSAModeFlags, OSAID context, AEDesc& na
 }
 
 OSStatus FakeComponent::getHandler(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& id) {
+    std::lock_guard lock(mutex);
     if (OSStatus status = called("getHandler"))
         return status;
     Value* value = find(context);
@@ -321,6 +330,7 @@ OSStatus FakeComponent::getHandlerNames(OSAModeFlags, OSAID context, AEDesc& nam
 }
 
 OSStatus FakeComponent::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t& info) {
+    std::lock_guard lock(mutex);
     Value* value = find(id);
     if (!value)
         return errOSAInvalidID;
@@ -348,6 +358,7 @@ OSStatus FakeComponent::setScriptInfo(OSAID id, FourCharCode selector, std::int3
 }
 
 OSStatus FakeComponent::getScriptFile(OSAID id, FourCharCode, std::string& path) {
+    std::lock_guard lock(mutex);
     if (!find(id) || find(id)->file.empty())
         return errOSAInvalidID;
     path = find(id)->file;
@@ -355,6 +366,7 @@ OSStatus FakeComponent::getScriptFile(OSAID id, FourCharCode, std::string& path)
 }
 
 OSStatus FakeComponent::setScriptFile(OSAID id, FourCharCode, const std::string& path) {
+    std::lock_guard lock(mutex);
     if (OSStatus status = called("setScriptFile"))
         return status;
     find(id)->file = path;
@@ -362,6 +374,7 @@ OSStatus FakeComponent::setScriptFile(OSAID id, FourCharCode, const std::string&
 }
 
 OSStatus FakeComponent::scriptError(FourCharCode selector, DescType type, AEDesc& desc) {
+    std::lock_guard lock(mutex);
     auto found = error.find(selector);
     return found == error.end() ? errOSABadSelector : AECoerceDesc(found->second, type, desc);
 }
@@ -383,33 +396,15 @@ OSStatus FakeComponent::setDefaultTarget(const AEDesc& target) {
     return noErr;
 }
 
-OSStatus FakeComponent::getActiveProc(OSACallback<OSAActiveProc>& callback) {
-    callback = active;
+OSStatus FakeComponent::getCallbacks(OSACallbacks& all) {
+    std::lock_guard lock(mutex);
+    all = callbacks;
     return noErr;
 }
 
-OSStatus FakeComponent::setActiveProc(OSACallback<OSAActiveProc> callback) {
-    active = callback;
-    return noErr;
-}
-
-OSStatus FakeComponent::getSendProc(OSACallback<OSASendProc>& callback) {
-    callback = send;
-    return noErr;
-}
-
-OSStatus FakeComponent::setSendProc(OSACallback<OSASendProc> callback) {
-    send = callback;
-    return noErr;
-}
-
-OSStatus FakeComponent::getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) {
-    callback = resume;
-    return noErr;
-}
-
-OSStatus FakeComponent::setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) {
-    resume = callback;
+OSStatus FakeComponent::changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) {
+    std::lock_guard lock(mutex);
+    change(callbacks);
     return noErr;
 }
 

@@ -7,7 +7,8 @@
 //   loop                   calls the active procedure until it answers a status, which is the result
 //   send CLASS ID          sends an event through the send procedure, the result is the reply's direct parameter
 //   continue               passes the event on through the resume-dispatch procedure
-// Stored form: the text with a trailer. Everything that happens is open to the test.
+// Stored form: the text with a trailer. Everything that happens is open to the test. Values, properties and handlers may be asked for by
+// several threads at once.
 #pragma once
 
 #include "platform/osa/OSA.h"
@@ -50,12 +51,11 @@ public:
     AEDesc result;
     std::int32_t sendTimeout = kAEDefaultTimeout;
     AESendMode sendMode = kAEWaitReply;
-    OSACallback<OSAActiveProc> active;
-    OSACallback<OSASendProc> send;
-    OSACallback<OSAResumeDispatchProc> resume;
+    OSACallbacks callbacks;
     std::vector<OSASourceStyle> styles;
 
     OSAID add(Value value);
+    mutable std::recursive_mutex mutex; ///< guards all of the above; not held while a script runs
 
     std::int32_t version() const override { return 0x10203; }
     OSStatus load(const AEDesc& scriptData, OSAModeFlags modeFlags, OSAID& id) override;
@@ -87,20 +87,18 @@ public:
     OSStatus startRecording(OSAID& id) override;
     OSStatus stopRecording(OSAID id) override;
     OSStatus setDefaultTarget(const AEDesc& target) override;
-    OSStatus getActiveProc(OSACallback<OSAActiveProc>& callback) override;
-    OSStatus setActiveProc(OSACallback<OSAActiveProc> callback) override;
-    OSStatus getSendProc(OSACallback<OSASendProc>& callback) override;
-    OSStatus setSendProc(OSACallback<OSASendProc> callback) override;
-    OSStatus getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) override;
-    OSStatus setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) override;
+    OSStatus getCallbacks(OSACallbacks& all) override;
+    OSStatus changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) override;
     OSStatus copySourceAttributes(std::vector<OSASourceStyle>& attributes) override;
     OSStatus setSourceAttributes(const std::vector<OSASourceStyle>& attributes) override;
     OSStatus getSourceStyleNames(OSAModeFlags modeFlags, AEDesc& names) override;
 
+protected:
+    Value* find(OSAID id);
+
 private:
     /// Logs the call; the status it is to fail with, or 0.
     OSStatus called(const std::string& operation);
-    Value* find(OSAID id);
     OSStatus run(const Value& script, OSAID& id);
     OSStatus runLine(const std::u16string& verb, const std::u16string& rest, OSAID& id);
     OSStatus scriptFailed(std::int32_t number, std::u16string message);

@@ -168,10 +168,10 @@ TEST_F(GenericComponentTest, CallbacksReachEveryComponent) {
     OSAActiveProc proc = [](void*) { return OSErr{0}; };
     EXPECT_EQ(OSASetActiveProc(generic, proc, &constant), noErr);
     EXPECT_EQ(OSASetDefaultTarget(generic, AEDesc::ofProcess(9)), noErr);
-    EXPECT_EQ(first->active.proc, proc);
+    EXPECT_EQ(first->callbacks.active.proc, proc);
     ComponentInstance real = 0;
     EXPECT_EQ(OSAGetScriptingComponent(generic, "fak2"_4cc, real), noErr);
-    EXPECT_EQ(FakeComponent::last()->active.refCon, &constant);
+    EXPECT_EQ(FakeComponent::last()->callbacks.active.refCon, &constant);
     EXPECT_EQ(FakeComponent::last()->defaultTarget, AEDesc::ofProcess(9));
     OSAActiveProc read = nullptr;
     void* refCon = nullptr;

@@ -56,12 +56,8 @@ public:
     OSStatus scriptError(FourCharCode selector, DescType type, AEDesc& result) override;
     OSStatus setDefaultTarget(const AEDesc& target) override;
 
-    OSStatus getActiveProc(OSACallback<OSAActiveProc>& callback) override;
-    OSStatus setActiveProc(OSACallback<OSAActiveProc> callback) override;
-    OSStatus getSendProc(OSACallback<OSASendProc>& callback) override;
-    OSStatus setSendProc(OSACallback<OSASendProc> callback) override;
-    OSStatus getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) override;
-    OSStatus setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) override;
+    OSStatus getCallbacks(OSACallbacks& callbacks) override;
+    OSStatus changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) override;
 
     OSStatus copySourceAttributes(std::vector<OSASourceStyle>& styles) override;
     OSStatus setSourceAttributes(const std::vector<OSASourceStyle>& styles) override;
@@ -138,9 +134,7 @@ private:
     LastError mLastError;
     bool mHasError = false;
     AEDesc mDefaultTarget;
-    OSACallback<OSAActiveProc> mActive;
-    OSACallback<OSASendProc> mSend;
-    OSACallback<OSAResumeDispatchProc> mResumeDispatch;
+    OSACallbacks mCallbacks;
     std::vector<OSASourceStyle> mStyles;
     /// Where the nodes of compiled sources were written, as long as a script made from them lives.
     std::unordered_map<const ObjectStore*, std::pair<std::shared_ptr<SourceMap>, std::weak_ptr<ObjectStore>>> mSourceMaps;

@@ -148,12 +148,12 @@ OSStatus Component::doEvent(const AEDesc& event, OSAID context, OSAModeFlags mod
 // --- Callbacks
 
 OSStatus Component::active() {
-    if (!mActive.proc) {
+    if (!mCallbacks.active.proc) {
         if (mLock.isWanted())
             Callback callback(*this);
         return noErr;
     }
-    const OSACallback<OSAActiveProc> active = mActive;
+    const OSACallback<OSAActiveProc> active = mCallbacks.active;
     Callback callback(*this);
     return active.proc(active.refCon);
 }
@@ -236,8 +236,8 @@ Value Component::send(const EventName& command, Value direct, std::span<const Ar
     const AESendMode mode = (wantsReply ? kAEWaitReply : kAENoReply) | kAECanInteract | kAECanSwitchLayer;
     AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
     OSStatus status;
-    const OSACallback<OSASendProc> send = mSend;
-    const OSACallback<OSAResumeDispatchProc> resume = mResumeDispatch;
+    const OSACallback<OSASendProc> send = mCallbacks.send;
+    const OSACallback<OSAResumeDispatchProc> resume = mCallbacks.resumeDispatch;
     {
         Callback callback(*this);
         if (continues && resume.proc)

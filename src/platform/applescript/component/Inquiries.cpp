@@ -443,39 +443,15 @@ OSStatus Component::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDesc& 
 
 // --- Callbacks and styles
 
-OSStatus Component::getActiveProc(OSACallback<OSAActiveProc>& callback) {
+OSStatus Component::getCallbacks(OSACallbacks& callbacks) {
     Entry entry(*this);
-    callback = mActive;
+    callbacks = mCallbacks;
     return noErr;
 }
 
-OSStatus Component::setActiveProc(OSACallback<OSAActiveProc> callback) {
+OSStatus Component::changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) {
     Entry entry(*this);
-    mActive = callback;
-    return noErr;
-}
-
-OSStatus Component::getSendProc(OSACallback<OSASendProc>& callback) {
-    Entry entry(*this);
-    callback = mSend;
-    return noErr;
-}
-
-OSStatus Component::setSendProc(OSACallback<OSASendProc> callback) {
-    Entry entry(*this);
-    mSend = callback;
-    return noErr;
-}
-
-OSStatus Component::getResumeDispatchProc(OSACallback<OSAResumeDispatchProc>& callback) {
-    Entry entry(*this);
-    callback = mResumeDispatch;
-    return noErr;
-}
-
-OSStatus Component::setResumeDispatchProc(OSACallback<OSAResumeDispatchProc> callback) {
-    Entry entry(*this);
-    mResumeDispatch = callback;
+    change(mCallbacks);
     return noErr;
 }
 
