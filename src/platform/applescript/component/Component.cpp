@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Identifiers, loading, storing, compiling. Running is in Execution.cpp, properties and information in Inquiries.cpp.
+// Identifiers, loading, storing, compiling. Running is in Execution.cpp, properties and information in Inquiries.cpp, display in Display.cpp.
 #include "platform/applescript/component/Component.h"
 
 #include "platform/applescript/AppleScriptComponent.h"
