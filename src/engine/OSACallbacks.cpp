@@ -40,8 +40,7 @@ bool deadlineHasPassed(const QXOSAComponent& component) {
 }
 
 /// A timeout given as "default" or "none" is negative and so never replaced by the deadline.
-std::int32_t effectiveTimeout(const QXOSAComponent& component, std::int32_t ticks) {
-    std::optional<double> left = secondsLeft(component);
+std::int32_t effectiveTimeout(std::optional<double> left, std::int32_t ticks) {
     if (!left)
         return ticks;
     double ticksLeft = std::min(*left * 60, static_cast<double>(std::numeric_limits<std::int32_t>::max()));
@@ -63,6 +62,8 @@ void tellDelegate(const QXOSAComponent& component, Call call) {
         call(*delegate);
     } catch (const std::exception& exception) {
         NSLog(QStringLiteral("%@"), {QString::fromUtf8(exception.what())});
+    } catch (...) {
+        NSLog(QStringLiteral("An exception that is none of the library's came from a component's delegate"));
     }
 }
 
@@ -120,9 +121,11 @@ OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, A
         return shortened(AESendMessage(event, reply, sendMode, timeOutInTicks));
     if (isRunCancelled(*component))
         return acceptCancellation(*component);
-    if (deadlineHasPassed(*component))
+    // Read once: a moment later it may have passed, and a negative number of ticks would mean the default.
+    const std::optional<double> left = secondsLeft(*component);
+    if (left && *left <= 0)
         return shortened(component->timeoutError());
-    std::int32_t timeout = effectiveTimeout(*component, timeOutInTicks);
+    std::int32_t timeout = effectiveTimeout(left, timeOutInTicks);
     AEEventClass eventClass = event.eventClass();
     AEEventID eventID = event.eventID();
     if (component->preventDestructiveEvents() && QXOSAComponent::isDangerousEventSuite(eventClass, eventID))

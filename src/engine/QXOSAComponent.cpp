@@ -41,6 +41,16 @@ QXOSAComponentRef sharedComponent(QXOSAComponentRef& shared, OSType subType) {
     return shared;
 }
 
+// The procedure stays, but its reference constant must not come to mean whatever is made at the same address next.
+template<class Proc>
+void leaveProc(ComponentInstance instance, OSStatus (*get)(ComponentInstance, Proc&, void*&),
+               OSStatus (*set)(ComponentInstance, Proc, void*), const void* leaving) {
+    Proc proc = nullptr;
+    void* refCon = nullptr;
+    if (get(instance, proc, refCon) == noErr && refCon == leaving)
+        set(instance, proc, nullptr);
+}
+
 } // namespace
 
 QXOSAComponentRef QXOSAComponent::appleScriptComponent() {
@@ -100,6 +110,9 @@ QXOSAComponent::~QXOSAComponent() {
         std::lock_guard lock(live.mutex);
         live.components.erase(this);
     }
+    leaveProc(mComponent, OSAGetActiveProc, OSASetActiveProc, this);
+    leaveProc(mComponent, OSAGetSendProc, OSASetSendProc, this);
+    leaveProc(mComponent, OSAGetResumeDispatchProc, OSASetResumeDispatchProc, this);
     // They live in the instance, so they go before it is closed.
     mScratchID.reset();
     mUndefinedValue.reset();

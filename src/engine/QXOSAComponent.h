@@ -46,7 +46,7 @@ public:
     static QXOSAComponentRef initWithAppleScriptComponent() { return initWithLanguageSubType(kAppleScriptSubtype); }
     static QXOSAComponentRef initWithGenericComponent() { return initWithLanguageSubType(kOSAGenericScriptingComponentSubtype); }
     static QXOSAComponentRef initWithLanguageSubType(OSType languageSubType);
-    /// Installs the three procedures; they stay when this object goes away, and then do nothing.
+    /// Installs the three procedures; they stay when this object goes away, without reference constant, and then do nothing.
     QXOSAComponent(ComponentInstance component, bool ownsComponent);
     ~QXOSAComponent() override;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What happens around a running script: yielding, cancelling, deadlines, events sent and continued.
-#include "Fixture.h"
 #include "engine/AESendMessageResult.h"
+#include "Fixture.h"
 
 #include "engine/OSACallbacks.h"
 #include "platform/ae/AEMainThread.h"
@@ -91,6 +91,20 @@ protected:
 };
 
 } // namespace
+
+TEST_F(OSACallbacksTest, NothingThatADelegateThrowsReachesTheScript) {
+    LogCatcher log;
+    for (int kind : {0, 1}) {
+        listener.onYield = [kind] {
+            if (kind == 0)
+                throw std::runtime_error("thrown");
+            throw kind;
+        };
+        EXPECT_EQ(OSAActiveCallback(component.get()), noErr);
+    }
+    EXPECT_EQ(log.count(QStringLiteral("thrown")), 1);
+    EXPECT_EQ(log.count(QStringLiteral("delegate")), 1);
+}
 
 TEST_F(OSACallbacksTest, EveryKindOfCancellationIsTakenOnce) {
     EXPECT_EQ(OSAActiveCallback(component.get()), noErr);

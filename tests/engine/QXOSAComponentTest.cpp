@@ -25,6 +25,9 @@ TEST_F(QXOSAComponentTest, OpensAndCloses) {
     EXPECT_EQ(adopted->languageSubType(), 0u);
     EXPECT_EQ(fake->callbacks.active.refCon, adopted.get());
     adopted.reset();
+    EXPECT_EQ(fake->callbacks.active.refCon, nullptr) << "another component may get the same address";
+    EXPECT_EQ(fake->callbacks.send.refCon, nullptr);
+    EXPECT_EQ(fake->callbacks.resumeDispatch.refCon, nullptr);
     EXPECT_EQ(fake->callbacks.active.proc(fake->callbacks.active.refCon), noErr)
         << "the procedures stay, and know that their component is gone";
     component.reset();
