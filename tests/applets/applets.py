@@ -174,6 +174,22 @@ class Applets(unittest.TestCase):
         applet.key("Return")
         applet.ends()
 
+    def test_an_error_at_once_hangs_on_its_window(self):
+        applet = self.start("Hasty", 'set progress total steps to 10\nerror "It went wrong." number 501')
+
+        def offset():
+            places = []
+            for window in applet.xdotool("search", "--onlyvisible", "--name", "^Hasty$"):
+                numbers = dict(line.split("=") for line in applet.xdotool("getwindowgeometry", "--shell", window))
+                places.append((int(numbers["X"]) + int(numbers["WIDTH"]) // 2, int(numbers["Y"])))
+            return [places[1][i] - places[0][i] for i in (0, 1)] if len(places) == 2 else None
+
+        # The frame that the window manager gives the sheet counts as well.
+        until(lambda: offset() and abs(offset()[0]) <= 6 and 0 <= offset()[1] <= 40, "the sheet to be over its window")
+        applet.picture("hasty")
+        applet.key("Return")
+        applet.ends()
+
     def test_files_reach_the_open_handler(self):
         for name in ("one", "two"):
             (self.folder / name).write_text("x")
