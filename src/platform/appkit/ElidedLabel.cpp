@@ -94,7 +94,7 @@ void ElidedLabel::drawLine(QPainter& painter, const QString& line) const {
     }
     const int figure = figureWidth(fontMetrics());
     const int baseline = area.top() + (area.height() - fontMetrics().height()) / 2 + fontMetrics().ascent();
-    int x = area.left();
+    int x = layoutDirection() == Qt::RightToLeft ? area.right() + 1 - widthOf(line) : area.left();
     for (qsizetype at = 0; at < line.size();) {
         qsizetype end = at;
         while (end < line.size() && !isFigure(line[end]))

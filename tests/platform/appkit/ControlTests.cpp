@@ -108,4 +108,25 @@ TEST(Appearance, DarkComesAndGoesAndStaysReadable) {
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), original.color(QPalette::Window));
 }
 
+TEST(ElidedLabel, BeginsWhereTheLayoutDoes) {
+    for (const bool tabular : {false, true})
+        for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+            ElidedLabel label;
+            label.setTabularFigures(tabular);
+            label.setLayoutDirection(direction);
+            label.setText(QStringLiteral("3 of 8"));
+            label.resize(300, 24);
+            const QImage picture = label.grab().toImage();
+            const auto inked = [&picture](int from) {
+                for (int x = from; x < from + 100; ++x)
+                    for (int y = 0; y < picture.height(); ++y)
+                        if (picture.pixel(x, y) != picture.pixel(150, 0))
+                            return true;
+                return false;
+            };
+            EXPECT_EQ(inked(0), direction == Qt::LeftToRight) << tabular << direction;
+            EXPECT_EQ(inked(200), direction == Qt::RightToLeft) << tabular << direction;
+        }
+}
+
 } // namespace quoddle
