@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QPainter>
+#include <QStyle>
 
 namespace quoddle {
 
@@ -89,7 +90,9 @@ QSize ElidedLabel::sizeHint() const {
 void ElidedLabel::drawLine(QPainter& painter, const QString& line) const {
     const QRect area = contentsRect();
     if (!mTabularFigures || line.isRightToLeft()) {
-        painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeading | Qt::TextSingleLine, line);
+        // A painter aligns by its own direction, which is not always the label's.
+        const auto alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);
+        painter.drawText(area, static_cast<int>(alignment | Qt::AlignAbsolute) | Qt::TextSingleLine, line);
         return;
     }
     const int figure = figureWidth(fontMetrics());
