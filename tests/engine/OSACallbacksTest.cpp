@@ -25,15 +25,18 @@ struct Listener : QXOSAComponentDelegate {
             onYield();
     }
     void willSendAppleEvent(const AEDesc& event, AESendMode, std::int32_t, std::int32_t timeoutInTicks) override {
+        std::lock_guard lock(mutex);
         willSend.push_back(event.eventID());
         timeouts.push_back(timeoutInTicks);
     }
     void didSendAppleEvent(const AEDesc&, const AEDesc& reply, OSStatus status) override {
+        std::lock_guard lock(mutex);
         replies.push_back(reply);
         statuses.push_back(status);
     }
     std::atomic<int> yields = 0;
     std::function<void()> onYield;
+    std::mutex mutex; ///< many threads send at once
     std::vector<AEEventID> willSend;
     std::vector<std::int32_t> timeouts;
     std::vector<AEDesc> replies;
