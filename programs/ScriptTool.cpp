@@ -2,6 +2,7 @@
 #include "ScriptTool.h"
 
 #include "platform/additions/StandardAdditions.h"
+#include "platform/ae/transport/AETransport.h"
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/applescript/image/ImageReader.h"
 #include "platform/base/File.h"
@@ -44,6 +45,7 @@ std::string messageForStatus(OSStatus status) {
 void setUp() {
     registerAppleScriptComponent();
     installStandardAdditions();
+    AEInstallTransport();
 }
 
 std::optional<ComponentInstance> openLanguage(const std::string& program, const std::string& name) {

@@ -4,6 +4,9 @@
 //   quoddle-shell APPLET.app [FILE…]          the applet by its path
 //   APPLET.app/Contents/Linux/NAME [FILE…]    the same, as a link in the applet itself
 #include "platform/additions/StandardAdditions.h"
+#include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/ae/transport/AESecondLaunch.h"
+#include "platform/ae/transport/AETransport.h"
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/applescript/AppleScriptComponent.h"
@@ -94,16 +97,53 @@ AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts) {
     return parts;
 }
 
-int runApplet(NSApplication& application, const QStringList& files) {
+/// Makes the applet one that other applications find. One that cannot be found works all the same.
+void listenToOthers(const NSBundle& bundle) {
+    const OSStatus status =
+        AEListen({0, bundle.name().toStdString(), bundle.bundleIdentifier().toStdString(), bundle.bundlePath().toStdString()});
+    if (status != noErr)
+        NSLog(u"Apple events from other applications cannot be received: error %@"_s, {status});
+}
+
+/// The exit status of a launch that the running applet has answered.
+int reportHandOver(const NSBundle& bundle, OSStatus status) {
+    if (status == noErr)
+        return EXIT_SUCCESS;
+    const QByteArray name = bundle.name().toLocal8Bit();
+    if (status == userCanceledErr)
+        std::fprintf(stderr, "quoddle-shell: %s, which runs already, was stopped before it had opened the files\n", name.constData());
+    else
+        std::fprintf(stderr, "quoddle-shell: %s, which runs already, did not open the files (%d)\n", name.constData(), status);
+    return EXIT_FAILURE;
+}
+
+std::vector<std::string> inUTF8(const QStringList& files) {
+    std::vector<std::string> paths;
+    for (const QString& file : files)
+        paths.push_back(file.toStdString());
+    return paths;
+}
+
+int runApplet(NSApplication& application, const QStringList& files, AELaunchLock& lock) {
     AppKitAlertPresenter alerts;
     application.setMainMenu(makeMainMenu());
     application.setAction(u"orderFrontStandardAboutPanel:"_s, &showAboutPanel);
     AppDelegate delegate(makeParts(application, alerts));
     application.setDelegate(&delegate);
+    AEInstallTransport();
+    // Not before all handlers are there; the next launch waits for it.
+    NSNotificationCenter::defaultCenter().addObserver(
+        &application,
+        [&lock](const NSNotification&) {
+            listenToOthers(*NSBundle::mainBundle());
+            lock.release();
+        },
+        NSApplicationDidFinishLaunchingNotification);
     const int status = application.run(files);
 
     application.setDelegate(nullptr);
     NSAppleEventManager::sharedAppleEventManager().answerSuspendedEvents();
+    AEStopListening();
     standardUserDefaults().sync();
     // A quit handler may still have something to put away; a script that does not end goes with the process.
     if (!AppDelegate::waitForScripts(kScriptGrace)) {
@@ -127,6 +167,13 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "usage: quoddle-shell APPLET.app [FILE...]\n");
         return kUsageError;
     }
+    const std::string bundlePath = invocation.bundle->bundlePath().toStdString();
+    AELaunchLock lock(bundlePath);
+    if (AEFindRunningApplicationAtPath(bundlePath)) {
+        lock.release(); // the answer may take as long as the files take
+        if (const auto handedOver = AEHandOver(bundlePath, inUTF8(invocation.files)))
+            return reportHandOver(*invocation.bundle, *handedOver);
+    }
     if (!hasDisplay()) {
         std::fprintf(stderr, "quoddle-shell: no display\n");
         return EXIT_FAILURE;
@@ -142,5 +189,5 @@ int main(int argc, char** argv) {
         std::ignore = appletIcon();
         Appearance::followDesktop();
     });
-    return runApplet(application, invocation.files);
+    return runApplet(application, invocation.files, lock);
 }

@@ -92,8 +92,10 @@ void AppDelegate::_runQuitHandler() {
             setRunningQuitHandler(false);
             if ((!error || error->error() == noErr) && mainScript()->component()->isResuming())
                 terminate();
-            else if (mParts.application->isRunning())
+            else if (mParts.application->isRunning()) {
+                mParts.application->terminationWasRefused();
                 windowController().showLastViewController();
+            }
         });
 }
 

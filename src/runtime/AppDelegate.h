@@ -60,6 +60,7 @@ public:
     void _runIdleHandler();
     void _runQuitHandler();
     NSApplicationTerminateReply applicationShouldTerminate() override;
+    bool isDecidingTermination() const override { return runningQuitHandler(); }
     bool applicationShouldTerminateAfterLastWindowClosed() override;
     void terminate() { mParts.application->terminate(); }
     void _windowWillClose(const NSNotification& notification);

@@ -22,6 +22,7 @@ public:
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
     void replyToOpenOrPrint(NSApplicationDelegateReply reply) override;
+    void terminationWasRefused() override { log << QStringLiteral("refused"); }
     bool isRunning() const override { return running; }
     bool isActive() const override { return active; }
     void activate() override { active = true; }

@@ -71,15 +71,36 @@ void NSApplication::handleOpenEvent(const NSAppleEventDescriptorRef& event, cons
     });
 }
 
+/// Answered when it is clear whether the application ends. A script that continues the event is not to wait for that: it may be what
+/// decides.
+void NSApplication::handleQuitEvent(const NSAppleEventDescriptorRef& reply) {
+    const bool mayWait = !isContinued(reply);
+    const auto suspended = mayWait ? NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent() : nullptr;
+    if (suspended)
+        mQuitEvents.push_back(suspended);
+    terminate();
+    const bool undecided = mReplyPending || (mDelegate && mDelegate->isDecidingTermination());
+    if (mTerminating || undecided)
+        return;
+    putError(reply, userCanceledErr);
+    answerQuitEvents(userCanceledErr);
+}
+
+void NSApplication::answerQuitEvents(OSStatus status) {
+    auto& manager = NSAppleEventManager::sharedAppleEventManager();
+    for (const auto& suspended : std::exchange(mQuitEvents, {})) {
+        putError(manager.replyAppleEventForSuspensionID(suspended), status);
+        manager.resumeWithSuspensionID(suspended);
+    }
+}
+
 void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
     switch (event->eventID()) {
     case "odoc"_4cc:
         handleOpenEvent(event, reply);
         break;
     case "quit"_4cc:
-        terminate();
-        if (!mTerminating && !mReplyPending)
-            putError(reply, userCanceledErr);
+        handleQuitEvent(reply);
         break;
     case "rapp"_4cc:
     case "actv"_4cc:

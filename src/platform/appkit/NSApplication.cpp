@@ -68,6 +68,7 @@ void NSApplication::finishLaunching(const QStringList& filesToOpen) {
         openFiles(filesToOpen);
     if (!mTerminating)
         mDelegate->applicationDidFinishLaunching();
+    NSNotificationCenter::defaultCenter().postNotification(NSApplicationDidFinishLaunchingNotification, this);
 }
 
 void NSApplication::openFiles(const QStringList& filenames, OpenCompletion completion) {
@@ -98,10 +99,16 @@ void NSApplication::replyToApplicationShouldTerminate(bool shouldTerminate) {
     mReplyPending = false;
     if (shouldTerminate && !mTerminating)
         terminateNow();
+    else if (!mTerminating) // the delegate may go on deciding, once this returns
+        QTimer::singleShot(0, this, [this] {
+            if (!mTerminating && !mReplyPending && !(mDelegate && mDelegate->isDecidingTermination()))
+                answerQuitEvents(userCanceledErr);
+        });
 }
 
 void NSApplication::terminateNow() {
     mTerminating = true;
+    answerQuitEvents(noErr);
     if (mDelegate)
         mDelegate->applicationWillTerminate();
     NSNotificationCenter::defaultCenter().postNotification(NSApplicationWillTerminateNotification, this);

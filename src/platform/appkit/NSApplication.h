@@ -5,6 +5,7 @@
 // Apple events that every application does (run, reopen, open, quit). Main thread only.
 #pragma once
 
+#include "platform/ae/NSAppleEventManager.h"
 #include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSMenu.h"
 
@@ -20,7 +21,6 @@ class QSessionManager;
 
 namespace quoddle {
 
-class NSAppleEventDescriptor;
 class NSWindow;
 
 /// What a modal session or a sheet answers when it was broken off, by the end of the application for one.
@@ -51,6 +51,7 @@ public:
     /// While an answer is outstanding, asking again asks the delegate again.
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
+    void terminationWasRefused() override { answerQuitEvents(userCanceledErr); }
     /// Called by a window that the user has closed: asks the delegate when it was the last one, unless closing it has led to a question
     /// already.
     void windowDidClose(const NSWindow& window, bool askedToTerminate);
@@ -91,6 +92,8 @@ private:
     void registerAppleEventHandlers();
     void removeAppleEventHandlers();
     void handleAppleEvent(const std::shared_ptr<NSAppleEventDescriptor>& event, const std::shared_ptr<NSAppleEventDescriptor>& reply);
+    void handleQuitEvent(const std::shared_ptr<NSAppleEventDescriptor>& reply);
+    void answerQuitEvents(OSStatus status);
     void handleOpenEvent(const std::shared_ptr<NSAppleEventDescriptor>& event, const std::shared_ptr<NSAppleEventDescriptor>& reply);
     void endOfSession(QSessionManager& manager);
 
@@ -98,6 +101,7 @@ private:
     std::shared_ptr<NSMenu> mMainMenu;
     QHash<QString, std::function<void()>> mActions;
     std::deque<OpenCompletion> mOpenRequests;
+    std::vector<NSAppleEventManagerSuspensionID> mQuitEvents; // that wait for the answer
     std::vector<ModalSession*> mModalSessions;
     int mTerminationQuestions = 0;
     bool mReplyPending = false;

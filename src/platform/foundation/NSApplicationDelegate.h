@@ -15,6 +15,8 @@ class NSMenuItem;
 
 /// Posted with the window as object while the user closes it, before it disappears.
 inline const QString NSWindowWillCloseNotification = QStringLiteral("NSWindowWillCloseNotification");
+/// Posted with the application as object, after the delegate's applicationDidFinishLaunching().
+inline const QString NSApplicationDidFinishLaunchingNotification = QStringLiteral("NSApplicationDidFinishLaunchingNotification");
 /// Posted with the application as object, after the delegate's applicationWillTerminate().
 inline const QString NSApplicationWillTerminateNotification = QStringLiteral("NSApplicationWillTerminateNotification");
 
@@ -34,6 +36,9 @@ public:
     virtual void applicationOpenFiles(const QStringList& filenames) = 0;
     /// `later` is answered with NSApplication::replyToApplicationShouldTerminate().
     virtual NSApplicationTerminateReply applicationShouldTerminate() { return NSApplicationTerminateReply::now; }
+    /// After `cancel`: whether that is only for now, because the delegate has begun to find out (it then calls terminate() itself, or
+    /// SharedApplication::terminationWasRefused()).
+    virtual bool isDecidingTermination() const { return false; }
     virtual void applicationWillTerminate() {}
     /// Asked when the user has closed the last window.
     virtual bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
@@ -59,6 +64,8 @@ public:
     virtual void terminate() = 0;
     /// True ends the application, even when no question is outstanding.
     virtual void replyToApplicationShouldTerminate(bool shouldTerminate) = 0;
+    /// The delegate has found out that the application goes on.
+    virtual void terminationWasRefused() = 0;
     /// Answers the oldest open request; does nothing when there is none.
     virtual void replyToOpenOrPrint(NSApplicationDelegateReply reply) = 0;
     /// False once the end was decided: nothing is to be begun or shown any more.

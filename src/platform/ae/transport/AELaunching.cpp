@@ -3,6 +3,7 @@
 
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/base/File.h"
 #include "platform/base/FileDescriptor.h"
 
 #include <algorithm>
@@ -90,8 +91,11 @@ pid_t spawn(const std::vector<std::string>& command) {
     return child;
 }
 
+/// Where nobody collects orphans, an ended process stays in the list as a zombie.
 bool hasEnded(pid_t process) {
-    return ::kill(process, 0) != 0;
+    const auto stat = readFile("/proc/" + std::to_string(process) + "/stat", 4096);
+    const std::size_t name = stat ? stat->rfind(") ") : std::string::npos;
+    return name == std::string::npos || name + 2 >= stat->size() || (*stat)[name + 2] == 'Z' || (*stat)[name + 2] == 'X';
 }
 
 } // namespace

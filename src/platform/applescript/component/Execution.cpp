@@ -206,6 +206,8 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
         return result ? valueFromDescriptor(mMachine, *result) : Value();
     }
     const AEDesc* text = reply.find("errs"_4cc);
+    if (!text && number && !number->asInt32())
+        text = number; // applets put the message where the number belongs
     std::u16string message = text ? text->asText().value_or(std::u16string()) : std::u16string();
     if (message.empty() && status == errAEEventNotHandled)
         message = language::display(mMachine, direct.isUndefined() ? mMachine.me() : direct) + u" doesn’t understand the “" +

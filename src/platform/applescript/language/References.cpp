@@ -277,6 +277,11 @@ bool isMany(Specifier::Form form) {
     return form == Specifier::Form::Every || form == Specifier::Form::Range || form == Specifier::Form::Filter;
 }
 
+/// "POSIX file" is the language's own wherever it stands: applications know no such class.
+bool isPosixFile(const Specifier& specifier) {
+    return specifier.form == Specifier::Form::Element && specifier.a == Value::code("psxf"_4cc);
+}
+
 bool isLocal(Value container) {
     for (std::size_t depth = 0; depth < kMaximumDepth; ++depth) {
         if (is<Application>(container))
@@ -285,6 +290,8 @@ bool isLocal(Value container) {
         if (!specifier)
             return true;
         if (specifier->form == Specifier::Form::ElementByKey && specifier->a == Value::code("capp"_4cc))
+            return true;
+        if (isPosixFile(*specifier))
             return true;
         if (specifier->form == Specifier::Form::Examined || specifier->form == Specifier::Form::Test)
             return false;
@@ -327,6 +334,8 @@ Value getElement(Machine& machine, Value container, Value elementClass, Value in
         const Specifier* holder = as<Specifier>(container);
         if (!isLocal(container)) {
             const Value element = specifier(machine, Specifier::Form::Element, container, elementClass, index);
+            if (isPosixFile(*as<Specifier>(element)))
+                return coerce(machine, index, elementClass);
             return how == Evaluate::Fully ? getFromApplication(machine, element) : element;
         }
         if (holder && isMany(holder->form))
