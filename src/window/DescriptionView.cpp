@@ -6,6 +6,8 @@
 
 #include <cmath>
 
+#include <QEvent>
+
 namespace quoddle {
 
 namespace {
@@ -36,6 +38,13 @@ void DescriptionView::setDescription(const QString& path) {
 
 void DescriptionView::adaptToAppearance() {
     adaptRichText(*document(), Appearance::isDark(palette()), palette().color(QPalette::Text));
+}
+
+// The view hears of its own palette: that of the pane around it changes earlier.
+void DescriptionView::changeEvent(QEvent* event) {
+    QTextBrowser::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        adaptToAppearance();
 }
 
 QSize DescriptionView::sizeHint() const {

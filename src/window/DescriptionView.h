@@ -14,15 +14,17 @@ public:
 
     /// Replaces the text by that of a rich text file or folder; leaves it as it is when that cannot be read or is empty.
     void setDescription(const QString& path);
-    /// Fits the colours to the palette.
-    void adaptToAppearance();
-
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
 protected:
+    void changeEvent(QEvent* event) override;
     /// Pictures come out of the document alone, never from a file or an address that a description names.
     QVariant loadResource(int type, const QUrl& name) override;
+
+private:
+    /// Fits the colours to the palette.
+    void adaptToAppearance();
 };
 
 } // namespace quoddle

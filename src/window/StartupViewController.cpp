@@ -53,10 +53,6 @@ void StartupViewController::setupDescription() {
         }
 }
 
-void StartupViewController::viewDidChangeEffectiveAppearance() {
-    mUi->descriptionView->adaptToAppearance();
-}
-
 void StartupViewController::runScript() {
     AppDelegate::instance()->runMainScript();
 }

@@ -36,7 +36,6 @@ protected:
     QWidget* loadView() override;
     void viewDidLoad() override;
     void viewDidAppear() override;
-    void viewDidChangeEffectiveAppearance() override;
 
 private:
     std::unique_ptr<Ui::StartupViewController> mUi;
