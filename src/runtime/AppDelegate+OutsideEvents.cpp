@@ -53,6 +53,10 @@ NSAppleEventDescriptorRef text(const QString& text) {
     return NSAppleEventDescriptor::descriptorWithString(text.toStdString());
 }
 
+bool hasProperty(const QXOSAIDRef& script, FourCharCode code, const QString& name) {
+    return name.isEmpty() ? script->hasPropertyForID(code) : script->hasPropertyNamed(name);
+}
+
 } // namespace
 
 void AppDelegate::registerOutsideEvents() {
@@ -108,7 +112,7 @@ NSAppleEventDescriptorRef AppDelegate::valueOfProperty(FourCharCode code, const 
         break;
     }
     const QXOSAIDRef script = mainScript();
-    if (!script)
+    if (!script || !hasProperty(script, code, name))
         return nullptr;
     const QXOSAIDRef value = name.isEmpty() ? script->propertyForPropertyID(code) : script->propertyForName(name);
     return value ? value->descriptor() : nullptr;
@@ -117,7 +121,7 @@ NSAppleEventDescriptorRef AppDelegate::valueOfProperty(FourCharCode code, const 
 bool AppDelegate::setProperty(FourCharCode code, const QString& name, const NSAppleEventDescriptorRef& value) {
     const QXOSAIDRef script = mainScript();
     // Properties are changed, never made, from outside.
-    if (!script || !value || !(name.isEmpty() ? script->hasPropertyForID(code) : script->hasPropertyNamed(name)))
+    if (!script || !value || !hasProperty(script, code, name))
         return false;
     if (name.isEmpty())
         script->setDescriptorForPropertyID(value, code);

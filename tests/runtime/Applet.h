@@ -17,12 +17,13 @@ public:
     std::shared_ptr<NSMenu> menu;
     bool running = true;
     bool active = false;
+    int refusals = 0;
     QStringList log; ///< "terminate: now", "terminate reply: 1", "open reply: 0"
 
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
     void replyToOpenOrPrint(NSApplicationDelegateReply reply) override;
-    void terminationWasRefused() override { log << QStringLiteral("refused"); }
+    void terminationWasRefused() override { ++refusals; }
     bool isRunning() const override { return running; }
     bool isActive() const override { return active; }
     void activate() override { active = true; }

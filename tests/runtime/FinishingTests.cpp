@@ -106,6 +106,7 @@ TEST(Finishing, ACancelledRunWithAQuitHandlerCallsIt) {
     EXPECT_EQ(ScriptedComponent::calls(), (Calls{"run", "quit"}));
     // Refused for the run; and again when the quit handler ended without passing the quit on.
     EXPECT_EQ(applet.application.log, (QStringList{u"terminate reply: 0"_s, u"terminate reply: 0"_s}));
+    EXPECT_EQ(applet.application.refusals, 1);
     EXPECT_FALSE(applet.delegate->applicationTriedToQuit());
     EXPECT_FALSE(applet.ended());
 }

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/osa/StoredScript.h"
 
+#include "platform/base/FileDescriptor.h"
+
 #include <algorithm>
+#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
+#include <sys/stat.h>
 
 namespace quoddle {
 
@@ -41,12 +44,10 @@ std::optional<OSType> subTypeFromEnds(std::string_view head, std::string_view ta
     return fourCharCode(tail.substr(end - kTrailerFront, 4));
 }
 
-std::string readAt(std::ifstream& file, std::uintmax_t offset, std::size_t length) {
+std::string readAt(const FileDescriptor& file, std::uintmax_t offset, std::size_t length) {
     std::string bytes(length, '\0');
-    file.clear();
-    file.seekg(static_cast<std::streamoff>(offset));
-    file.read(bytes.data(), static_cast<std::streamsize>(length));
-    bytes.resize(static_cast<std::size_t>(std::max<std::streamsize>(file.gcount(), 0)));
+    const ssize_t count = ::pread(file.number(), bytes.data(), length, static_cast<off_t>(offset));
+    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     return bytes;
 }
 
@@ -64,10 +65,11 @@ OSStatus subTypeOfStoredScriptFile(const std::string& path, OSType& subType) {
         script = script / "Contents" / "Resources" / "Scripts" / "main.scpt";
     if (!std::filesystem::exists(script, error))
         return fnfErr;
-    std::uintmax_t size = std::filesystem::is_regular_file(script, error) ? std::filesystem::file_size(script, error) : 0;
-    std::ifstream file(script, std::ios::binary);
-    if (!file || error)
+    const FileDescriptor file(::open(script.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return kPermissionError;
+    const std::uintmax_t size = S_ISREG(status.st_mode) ? static_cast<std::uintmax_t>(status.st_size) : 0;
     std::size_t window = static_cast<std::size_t>(std::min<std::uintmax_t>(size, kWindow));
     subType = subTypeFromEnds(readAt(file, 0, window), readAt(file, size - window, window)).value_or(0);
     return noErr;

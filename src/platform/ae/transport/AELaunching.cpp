@@ -3,7 +3,6 @@
 
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
-#include "platform/base/File.h"
 #include "platform/base/FileDescriptor.h"
 
 #include <algorithm>
@@ -91,13 +90,6 @@ pid_t spawn(const std::vector<std::string>& command) {
     return child;
 }
 
-/// Where nobody collects orphans, an ended process stays in the list as a zombie.
-bool hasEnded(pid_t process) {
-    const auto stat = readFile("/proc/" + std::to_string(process) + "/stat", 4096);
-    const std::size_t name = stat ? stat->rfind(") ") : std::string::npos;
-    return name == std::string::npos || name + 2 >= stat->size() || (*stat)[name + 2] == 'Z' || (*stat)[name + 2] == 'X';
-}
-
 } // namespace
 
 Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath, Clock::time_point deadline,
@@ -106,7 +98,7 @@ Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath
     if (process <= 0)
         return Failure{procNotFound};
     while (true) {
-        const bool ended = hasEnded(process); // before the look: it may have handed over to another one
+        const bool ended = !AEIsProcessAlive(process); // before the look: it may have handed over to another one
         if (const auto running = AEFindRunningApplicationAtPath(bundlePath))
             return running->processID;
         if (ended)

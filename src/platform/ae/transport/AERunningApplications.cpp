@@ -21,13 +21,15 @@ constexpr std::size_t kMaximumRecordSize = 64 << 10;
 constexpr std::string_view kRecordExtension = ".app";
 constexpr AEKeyword kStartTime = "strt"_4cc;
 
-/// In clock ticks since the machine started; 0 when there is no such process.
+/// In clock ticks since the machine started; 0 when there is no such process any more.
 std::int64_t startTimeOf(std::int32_t processID) {
     const auto text = readFile("/proc/" + std::to_string(processID) + "/stat", 4096);
     if (!text)
         return 0;
-    // The second field is a name in parentheses that may hold anything; the 22nd is wanted.
-    std::size_t at = text->rfind(')');
+    // The second field is a name in parentheses that may hold anything; the third is the state, the 22nd the time.
+    std::size_t at = text->rfind(") ");
+    if (at == std::string::npos || at + 2 >= text->size() || (*text)[at + 2] == 'Z' || (*text)[at + 2] == 'X')
+        return 0;
     for (int field = 2; field < 22 && at != std::string::npos; ++field)
         at = text->find(' ', at + 1);
     return at == std::string::npos ? 0 : std::strtoll(text->c_str() + at, nullptr, 10);
@@ -67,6 +69,10 @@ std::u16string folded(std::string_view name) {
 }
 
 } // namespace
+
+bool AEIsProcessAlive(std::int32_t processID) {
+    return startTimeOf(processID) != 0;
+}
 
 std::string AESocketName(std::int32_t processID) {
     return std::to_string(processID) + ".sock";

@@ -29,6 +29,9 @@ OSStatus AERegisterApplication(const AERunningApplication& application);
 /// Removes the record and the socket of this process.
 void AEUnregisterApplication();
 
+/// False for one that has ended, also when nobody has collected it yet.
+bool AEIsProcessAlive(std::int32_t processID);
+
 /// Where the process listens; `directory` is AERuntimeDirectory's.
 std::string AESocketName(std::int32_t processID);
 

@@ -1,0 +1,181 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""End to end: applets that other processes talk to. Real processes on both sides.
+
+    events.py BIN [PATTERN]
+"""
+import os
+import signal
+import socket
+import subprocess
+import time
+
+import harness
+from harness import binaries, until
+
+SERVER = """
+property counter : 5
+on add(a, b)
+	set counter to counter + 1
+	return a + b
+end add
+on slow(n)
+	do shell script "echo slow > FOLDER/started"
+	delay n
+	return "slept"
+end slow
+on fail()
+	error "no good" number 42
+end fail
+on run
+	return "ran"
+end run
+on idle
+	return 100
+end idle
+on quit
+	continue quit
+end quit
+"""
+
+
+class Events(harness.AppletCase):
+    def serve(self, name="Server", source=SERVER, **more):
+        applet = self.start(name, source, options=["-s"], **more)
+        until(lambda: self.tell("is running", name) == "true", name + " to be found")
+        return applet
+
+    def tell(self, what, name="Server"):
+        """The result of a statement sent to the applet, or its error."""
+        statement = f'application "{name}" {what}' if what.startswith("is ") else f'tell application "{name}" to {what}'
+        done = self.osascript("-s", "s", "-e", statement)
+        return done.stdout.strip() or done.stderr.partition("error: ")[2].strip()
+
+    def test_what_can_be_asked_of_an_applet(self):
+        applet = self.serve()
+        for what, expected in [
+            ("add(1, 2)", "3"),
+            ("get its counter", "6"),
+            ("set its counter to 9", "9"),
+            ("add(4, 1)", "5"),
+            ("slow(0.1)", '"slept"'),
+            ("fail()", "no good (-2700)"),
+            ("nothing()", "«script» doesn’t understand the “nothing” message. (-2700)"),
+            ("get its nothing", "The applet has no such property. (-1728)"),
+            ("run", '"ran"'),
+            ("get name", '"Server"'),
+            ("get version", '"1.0"'),
+            ("activate", ""),
+            ("reopen", ""),
+            ("launch", ""),
+        ]:
+            self.assertEqual(self.tell(what), expected, what)
+        self.assertEqual(self.tell("is running", "Nobody"), "false")
+        self.assertEqual(self.tell("add(1, 2)", "Nobody"), "Application isn’t running. (-600)")
+        self.assertEqual(self.tell("quit"), "")
+        applet.ends()
+        self.assertEqual(self.tell("quit"), "", "quit does not launch")
+        self.assertEqual(self.tell("is running"), "false")
+
+    def test_a_call_launches_an_applet_that_has_run_before(self):
+        applet = self.serve()
+        self.tell("quit")
+        applet.ends()
+        self.assertEqual(self.tell("add(2, 3)"), "5")
+        self.assertEqual(self.tell("is running"), "true")
+        self.assertEqual(self.tell("quit"), "")
+
+    def test_a_refused_quit_is_told_so(self):
+        self.serve("Refuser", "on idle\nreturn 50\nend idle\non quit\ndelay 0.1\nend quit")
+        self.assertEqual(self.tell("quit", "Refuser"), "User canceled. (-128)")
+        self.assertEqual(self.tell("is running", "Refuser"), "true")
+
+    def test_calls_wait_for_the_handler_that_runs_and_keep_their_order(self):
+        applet = self.serve("Busy", """
+            on run
+                do shell script "echo run > FOLDER/began"
+                delay 0.5
+                do shell script "echo end of run >> FOLDER/order"
+            end run
+            on jot(x)
+                do shell script "echo " & x & " >> FOLDER/order"
+            end jot
+            on idle
+                return 100
+            end idle
+            """)
+        calls = []
+        for number in range(3):
+            calls.append(subprocess.Popen([str(binaries() / "osascript"), "-e", f'tell application "Busy" to jot({number})'], env=applet.environment()))
+            time.sleep(0.05)
+        for call in calls:
+            self.assertEqual(call.wait(timeout=30), 0)
+        self.assertEqual(applet.said("order"), "end of run\n0\n1\n2\n")
+
+    def test_every_caller_is_answered_when_the_applet_dies(self):
+        applet = self.serve()
+        call = subprocess.Popen([str(binaries() / "osascript"), "-e", 'tell application "Server" to slow(60)'], env=applet.environment(), stderr=subprocess.PIPE, text=True)
+        until(lambda: applet.said("started"), "the call to begin")
+        applet.process.kill()
+        self.assertIn("(-609)", call.communicate(timeout=10)[1])
+        # What it left behind is in nobody's way.
+        self.assertEqual(self.tell("is running"), "false")
+        self.assertEqual(self.tell("add(1, 1)"), "2")
+        self.tell("quit")
+
+    def test_an_applet_outlives_callers_that_die_stall_or_talk_nonsense(self):
+        applet = self.serve()
+        call = subprocess.Popen([str(binaries() / "osascript"), "-e", 'tell application "Server" to slow(0.3)'], env=applet.environment())
+        until(lambda: applet.said("started"), "the call to begin")
+        call.kill()
+        call.wait()
+        path = str(applet.folder / "run" / "quoddle" / (str(applet.process.pid) + ".sock"))
+        strangers = []
+        for message in (b"GET / HTTP/1.0\r\n\r\n", b"QAE2\x01\x01\0\0", b"QAE2\x01\x01\0\0\0\0\0\1\0\0\0\0\x07\xff\xff\xff" + bytes(1000)):
+            stranger = socket.socket(socket.AF_UNIX)
+            strangers.append(stranger)
+            stranger.connect(path)
+            stranger.send(message)
+        self.assertEqual(self.tell("add(20, 22)"), "42")
+        if os.geteuid() == 0:
+            other = subprocess.run(["python3", "-c", f"import os, socket; os.setuid(65534); socket.socket(socket.AF_UNIX).connect({path!r})"], capture_output=True, text=True)
+            self.assertIn("PermissionError", other.stderr, "another user is let in")
+        for stranger in strangers:
+            stranger.close()
+
+    def test_a_second_launch_hands_its_files_over(self):
+        applet = self.serve("Drop", """
+            on open these
+                if (count these) > 1 then error "too many" number -128
+                do shell script "echo " & quoted form of POSIX path of (item 1 of these) & " >> FOLDER/opened"
+            end open
+            on idle
+                return 100
+            end idle
+            """)
+        shell = str(applet.folder / "Drop.app/Contents/Linux/Drop")
+        for files, status in (["/etc/passwd"], 0), ([], 0), (["/etc/passwd", "/etc/group"], 1):
+            done = subprocess.run([shell, *files], env=applet.environment(), timeout=30, capture_output=True, text=True)
+            self.assertEqual(done.returncode, status, done.stderr)
+        self.assertEqual(applet.said("opened"), "/etc/passwd\n")
+        self.assertIn("was stopped", done.stderr)
+        # Of launches at the same moment one starts the applet, the others hand over to it.
+        self.tell("quit", "Drop")
+        applet.ends()
+        launches = [subprocess.Popen([shell], env=applet.environment(), stderr=subprocess.DEVNULL) for _ in range(5)]
+        until(lambda: sum(launch.poll() is None for launch in launches) == 1, "all but one to end")
+        self.assertEqual(self.tell("quit", "Drop"), "")
+        until(lambda: all(launch.poll() == 0 for launch in launches), "the applet to end")
+
+    def test_stop_ends_a_wait_for_a_reply(self):
+        self.serve()
+        caller = self.start("Caller", 'tell application "Server" to slow(60)')
+        until(lambda: caller.said("started"), "the call to begin")
+        began = time.monotonic()
+        caller.process.send_signal(signal.SIGTERM)
+        caller.ends()
+        self.assertLess(time.monotonic() - began, 5)
+
+
+if __name__ == "__main__":
+    harness.main(Events)

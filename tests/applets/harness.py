@@ -1,0 +1,133 @@
+# SPDX-License-Identifier: MIT
+"""What the end-to-end tests share: a display, applets made by osacompile from source, and their use by keyboard, signals and scripts."""
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+_binaries = None
+
+
+def binaries():
+    """The folder that holds osacompile and quoddle-shell."""
+    return _binaries
+
+
+DEADLINE = 15  # seconds for anything to happen; a sanitized build is slow
+
+
+def until(condition, what, deadline=DEADLINE):
+    end = time.monotonic() + deadline
+    while time.monotonic() < end:
+        value = condition()
+        if value:
+            return value
+        time.sleep(0.02)
+    raise AssertionError("timed out: " + what)
+
+
+class Display:
+    """An X server and a window manager."""
+
+    def __init__(self):
+        read, write = os.pipe()
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1024x640x24", "-nolisten", "tcp"],
+                                       pass_fds=[write], stderr=subprocess.DEVNULL)
+        os.close(write)
+        number = os.fdopen(read).readline().strip()
+        self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
+        self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def close(self):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+
+
+class Applet:
+    def __init__(self, case, name, source, options=(), files=()):
+        self.case = case
+        self.name = name
+        self.folder = case.folder
+        bundle = self.folder / (name + ".app")
+        script = self.folder / (name + ".applescript")
+        script.write_text(source.replace("FOLDER", str(self.folder)), encoding="utf-8")
+        made = subprocess.run([str(binaries() / "osacompile"), *options, "-o", str(bundle), str(script)], capture_output=True, text=True)
+        case.assertEqual(made.returncode, 0, made.stderr)
+        environment = self.environment()
+        self.process = subprocess.Popen([str(bundle / "Contents/Linux" / name), *files], env=environment, stderr=open(self.folder / (name + ".log"), "w"))
+        case.addCleanup(self.kill)
+
+    def environment(self):
+        """A home and a place to meet other applets of its own, shared by what one test starts."""
+        runtime = self.folder / "run"
+        runtime.mkdir(mode=0o700, exist_ok=True)
+        return dict(self.case.display.environment, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"),
+                    XDG_DATA_HOME=str(self.folder / "data"), XDG_RUNTIME_DIR=str(runtime), QUODDLE_SHELL=str(binaries() / "quoddle-shell"))
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+
+    def xdotool(self, *words):
+        return subprocess.run(["xdotool", *words], env=self.case.display.environment, capture_output=True, text=True).stdout.split()
+
+    def window(self):
+        return until(lambda: self.xdotool("search", "--onlyvisible", "--name", "^" + self.name + "$"), "a window of " + self.name)[-1]
+
+    def picture(self, label):
+        folder = os.environ.get("QUODDLE_ARTEFACTS")
+        if folder:
+            pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
+            subprocess.run(["import", "-window", "root", os.path.join(folder, self.name + "-" + label + ".png")], env=self.case.display.environment)
+
+    def key(self, name):
+        window = self.window()
+        self.xdotool("windowfocus", "--sync", window)
+        self.xdotool("key", name)
+
+    def ends(self, within=DEADLINE):
+        return until(lambda: self.process.poll() is not None, self.name + " to end", within)
+
+    def said(self, file):
+        path = self.folder / file
+        return path.read_text() if path.exists() else ""
+
+
+class AppletCase(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.display = Display()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.display.close()
+
+    def setUp(self):
+        self.applets = {}
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+
+    def start(self, name, source, **more):
+        self.applets[name] = Applet(self, name, source, **more)
+        return self.applets[name]
+
+    def osascript(self, *arguments, **more):
+        applet = next(iter(self.applets.values()), None)
+        environment = applet.environment() if applet else self.display.environment
+        return subprocess.run([str(binaries() / "osascript"), *arguments], env=environment, capture_output=True, text=True, timeout=60, **more)
+
+
+def main(case):
+    """Runs the tests of one class:  FILE BIN [PATTERN]"""
+    global _binaries
+    _binaries = pathlib.Path(sys.argv[1]).resolve()
+    pattern = sys.argv[2] if len(sys.argv) > 2 else ""
+    suite = unittest.TestSuite(t for t in unittest.defaultTestLoader.loadTestsFromTestCase(case) if re.search(pattern, t.id()))
+    sys.exit(not unittest.TextTestRunner(verbosity=2).run(suite).wasSuccessful())
