@@ -15,6 +15,7 @@ namespace {
 
 const QString kRunIdleHandler = u"_runIdleHandler"_s;
 constexpr std::int64_t kDefaultIdleSeconds = 30;
+constexpr double kNegligible = 0.05; // seconds that an idle call takes without its handler having anything to do
 
 NSAppleEventDescriptorRef parameterlessEvent(AEEventClass eventClass, AEEventID eventID) {
     return NSAppleEventDescriptor::appleEventWithEventClass(eventClass, eventID);
@@ -67,17 +68,25 @@ void AppDelegate::runMainScript() {
 
 void AppDelegate::scheduleIdleHandler(std::int64_t afterSeconds) {
     mParts.performs->cancelPreviousPerformRequests(this, kRunIdleHandler);
+    performIdleHandlerAt(mParts.performs->now() + static_cast<double>(afterSeconds));
+}
+
+void AppDelegate::performIdleHandlerAt(double time) {
+    mIdleCallDue = time;
     mParts.performs->perform(
-        this, kRunIdleHandler, [this] { _runIdleHandler(); }, static_cast<double>(afterSeconds));
+        this, kRunIdleHandler, [this] { _runIdleHandler(); }, time - mParts.performs->now());
 }
 
 void AppDelegate::_runIdleHandler() {
     _respondToEventInBackground(parameterlessEvent("misc"_4cc, "idle"_4cc),
                                 [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
                                     setIdleSeconds(idleSecondsFrom(result));
-                                    if (idleSeconds() >= 0 && !error)
-                                        mParts.performs->perform(
-                                            this, kRunIdleHandler, [this] { _runIdleHandler(); }, static_cast<double>(idleSeconds()));
+                                    if (idleSeconds() < 0 || error)
+                                        return;
+                                    // Counted from the end of the handler; but what timers and the queue cost must not add up over a day.
+                                    const double now = mParts.performs->now();
+                                    const double from = now - mIdleCallDue < kNegligible ? mIdleCallDue : now;
+                                    performIdleHandlerAt(from + static_cast<double>(idleSeconds()));
                                 });
 }
 

@@ -109,6 +109,7 @@ private:
     /// Stops what the script is doing at its next callback.
     void cancelScript();
     void scheduleIdleHandler(std::int64_t afterSeconds);
+    void performIdleHandlerAt(double time);
     void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);
     void showProgressWhileResponding();
     std::optional<QVariantMap> readProgress();
@@ -133,6 +134,7 @@ private:
     QXOSAIDRef mMainGenericScript;
     QXOSAIDRef mMainScript;
     bool mShowingRuntimeError = false;
+    double mIdleCallDue = 0; // when the last idle call was to come, by the clock of the performs
     std::recursive_mutex mObjectLock; // scriptDidYield's; the main thread only ever tries it
 };
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+
 namespace quoddle {
 
 using namespace Qt::StringLiterals;
@@ -105,6 +107,35 @@ TEST(Idle, TheResultSaysWhenToComeBack) {
             EXPECT_EQ(ScriptedComponent::calls().size(), 2u);
         }
     }
+}
+
+TEST(Idle, LateCallsDoNotAddUp) {
+    Applet applet({.handlers = "idle", .info = kStay});
+    ScriptedComponent::sHandlers["idle"] = [](ScriptedComponent::Run&) { return Outcome{AEDesc::ofInt32(1)}; };
+    applet.launch();
+    // A clock that is looked at every 30 ms: each call ends a little late.
+    constexpr double kStep = 0.03;
+    constexpr int kSeconds = 500;
+    for (int step = 0; step * kStep < kSeconds; ++step) {
+        applet.advance(kStep);
+        if (applet.pendingIdleCalls() == 0)
+            applet.settle();
+    }
+    EXPECT_NEAR(static_cast<double>(ScriptedComponent::calls().size()), kSeconds, 1);
+    // A handler that takes its time is left alone for as long as it asked, from its end.
+    ScriptedComponent::sHandlers["idle"] = [&applet](ScriptedComponent::Run&) {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [&applet] { applet.advance(10); }, Qt::BlockingQueuedConnection);
+        return Outcome{AEDesc::ofInt32(5)};
+    };
+    applet.advance(1);
+    applet.settle();
+    const std::size_t calls = ScriptedComponent::calls().size();
+    applet.advance(4.9);
+    applet.settle();
+    EXPECT_EQ(ScriptedComponent::calls().size(), calls);
+    applet.advance(0.2);
+    applet.settle();
+    EXPECT_EQ(ScriptedComponent::calls().size(), calls + 1);
 }
 
 TEST(Stop, StopsOrEndsOrAsks) {

@@ -50,4 +50,9 @@ bool AEProcessMainThreadEvents(std::chrono::milliseconds slice) {
     return true;
 }
 
+std::shared_ptr<void> AEWatchDescriptor(int descriptor, std::function<void()> ready) {
+    const auto thread = mainThread();
+    return thread && thread->watch && thread->isCurrent() ? thread->watch(descriptor, std::move(ready)) : nullptr;
+}
+
 } // namespace quoddle

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// How this layer reaches the main thread: three functions that the application framework puts in, since there is no event loop here.
+// How this layer reaches the main thread: functions that the application framework puts in, since there is no event loop here.
 // Without them every thread counts as the main thread, which suits programs that have only one.
 #pragma once
 
 #include <chrono>
 #include <functional>
+#include <memory>
 
 namespace quoddle {
 
@@ -16,6 +17,9 @@ struct AEMainThread {
     std::function<void(std::function<void()> work)> post;
     /// Main thread only: lets posted work and user events run, waiting for them no longer than the slice; may return earlier.
     std::function<void(std::chrono::milliseconds slice)> processEvents;
+    /// Main thread only: calls `ready` there whenever the descriptor can be read, also while a modal session runs, until what it answers is
+    /// destroyed. May be empty.
+    std::function<std::shared_ptr<void>(int descriptor, std::function<void()> ready)> watch;
 };
 
 /// Installed once, before the first event; an empty one takes it away again.
@@ -28,5 +32,7 @@ bool AEHasMainThreadEvents();
 void AEPostToMainThread(std::function<void()> work);
 /// Main thread: lets posted work run for the slice and answers true; false, at once, on other threads or without an event loop.
 bool AEProcessMainThreadEvents(std::chrono::milliseconds slice);
+/// Null when nobody can watch, or this is not the main thread.
+std::shared_ptr<void> AEWatchDescriptor(int descriptor, std::function<void()> ready);
 
 } // namespace quoddle

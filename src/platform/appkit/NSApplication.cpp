@@ -10,6 +10,7 @@
 #include <QEventLoop>
 #include <QFileOpenEvent>
 #include <QThread>
+#include <QSocketNotifier>
 #include <QTimer>
 
 namespace quoddle {
@@ -27,6 +28,11 @@ AEMainThread mainThreadForAppleEvents() {
         alarm.setSingleShot(true);
         alarm.start(slice);
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    };
+    thread.watch = [](int descriptor, std::function<void()> ready) {
+        auto notifier = std::make_shared<QSocketNotifier>(descriptor, QSocketNotifier::Read);
+        QObject::connect(notifier.get(), &QSocketNotifier::activated, notifier.get(), ready);
+        return notifier;
     };
     return thread;
 }

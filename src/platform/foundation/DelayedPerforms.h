@@ -35,6 +35,8 @@ public:
 
     /// A negative delay counts as 0; the call is never made directly. Equal times are kept in order.
     void perform(const void* target, const QString& selector, std::function<void()> call, double afterDelay);
+    /// Seconds of the clock.
+    double now() const { return mClock->now(); }
     /// An empty selector withdraws every call of the target.
     void cancelPreviousPerformRequests(const void* target, const QString& selector = {});
     int pendingCount() const { return static_cast<int>(mPending.size()); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ae/transport/AEServer.h"
 
+#include "platform/ae/AEMainThread.h"
 #include "platform/ae/transport/AERunningApplications.h"
 #include "platform/ae/transport/AEServerConnection.h"
 #include "platform/ae/transport/AESocket.h"
@@ -47,6 +48,8 @@ private:
     };
 
     void run();
+    void turn(int timeout);
+    bool isStopping();
     void accept();
     void handle(int number, std::uint32_t events);
     void update(int number, Entry& entry);
@@ -60,8 +63,9 @@ private:
     FileDescriptor mPoll;
     FileDescriptor mWake;
     std::string mSocketPath;
-    std::thread mThread;
-    std::unordered_map<int, Entry> mConnections; // the loop's thread only
+    std::thread mThread;                         // either this
+    std::shared_ptr<void> mWatching;             // or that
+    std::unordered_map<int, Entry> mConnections; // the serving thread only
     std::chrono::steady_clock::time_point mNextSweep{};
     std::mutex mMutex; // guards what follows
     std::vector<int> mChanged;
@@ -96,7 +100,9 @@ OSStatus AEServer::Loop::start(const std::string& directory) {
             return statusFromErrno(errno);
     }
     mSocketPath = directory + "/" + AESocketName(getpid());
-    mThread = std::thread([this] { run(); });
+    mWatching = AEWatchDescriptor(mPoll.number(), [this] { turn(0); });
+    if (!mWatching)
+        mThread = std::thread([this] { run(); });
     return noErr;
 }
 
@@ -105,11 +111,21 @@ void AEServer::Loop::stop() {
         const std::lock_guard lock(mMutex);
         mStopping = true;
     }
+    mWatching.reset();
     if (mThread.joinable()) {
         wake();
         mThread.join();
-        ::unlink(mSocketPath.c_str());
     }
+    for (auto& [number, entry] : mConnections)
+        entry.connection->close();
+    mConnections.clear();
+    if (!mSocketPath.empty())
+        ::unlink(mSocketPath.c_str());
+}
+
+bool AEServer::Loop::isStopping() {
+    const std::lock_guard lock(mMutex);
+    return mStopping;
 }
 
 void AEServer::Loop::wake() {
@@ -128,28 +144,26 @@ void AEServer::Loop::lookAgain(int number) {
 }
 
 void AEServer::Loop::run() {
-    while (true) {
-        epoll_event events[64];
-        const int count = epoll_wait(mPoll.number(), events, std::size(events), mConnections.empty() ? -1 : kSweepInterval);
-        {
-            const std::lock_guard lock(mMutex);
-            if (mStopping)
-                break;
-        }
-        for (int i = 0; i < count; ++i) {
-            const int number = events[i].data.fd;
-            if (number == mListener.number())
-                accept();
-            else if (number == mWake.number())
-                takeChanges();
-            else
-                handle(number, events[i].events);
-        }
-        sweep();
+    while (!isStopping())
+        turn(kSweepInterval);
+}
+
+/// A handler may serve the event loop itself, so that one turn runs inside another.
+void AEServer::Loop::turn(int timeout) {
+    const auto self = shared_from_this(); // a handler may end the application
+    epoll_event events[64];
+    const int count = epoll_wait(mPoll.number(), events, std::size(events), mConnections.empty() && timeout > 0 ? -1 : timeout);
+    for (int i = 0; i < count && !isStopping(); ++i) {
+        const int number = events[i].data.fd;
+        if (number == mListener.number())
+            accept();
+        else if (number == mWake.number())
+            takeChanges();
+        else
+            handle(number, events[i].events);
     }
-    for (auto& [number, entry] : mConnections)
-        entry.connection->close();
-    mConnections.clear();
+    if (!isStopping())
+        sweep();
 }
 
 void AEServer::Loop::accept() {
@@ -188,10 +202,15 @@ void AEServer::Loop::handle(int number, std::uint32_t events) {
         state = connection->read();
     else if (events & (EPOLLHUP | EPOLLERR))
         state = State::Closed;
+    if (isStopping())
+        return;
+    const auto still = mConnections.find(number);
+    if (still == mConnections.end() || still->second.connection != connection)
+        return;
     if (state == State::Closed)
         remove(number);
     else
-        update(number, found->second);
+        update(number, still->second);
 }
 
 void AEServer::Loop::update(int number, Entry& entry) {

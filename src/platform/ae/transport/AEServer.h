@@ -20,7 +20,8 @@ public:
     /// Every event not yet answered is broken off: its sender gets -609.
     ~AEServer();
 
-    /// Listens at PID.sock in `directory`. Once. A file status on failure; -42 when there are too many open files.
+    /// Listens at PID.sock in `directory`. Once, on the main thread, where the server must be destroyed, too. A file status on failure; -42
+    /// when there are too many open files.
     OSStatus start(const std::string& directory);
 
 private:

@@ -2,10 +2,12 @@
 #include "platform/ae/transport/AEServerConnection.h"
 
 #include "platform/ae/AEFlatten.h"
+#include "platform/ae/AEMainThread.h"
 #include "platform/ae/AEWaiting.h"
 
 #include <cerrno>
 #include <sys/socket.h>
+#include <thread>
 
 namespace quoddle {
 
@@ -13,6 +15,7 @@ namespace {
 
 constexpr std::size_t kChunk = 64 << 10;
 constexpr std::chrono::seconds kPatience{10};
+constexpr std::size_t kLargeEvent = 256 << 10; // bytes; a few milliseconds of work
 // A reader that is as slow as that does not want its reply.
 constexpr std::size_t kMaximumUnsent = kAEMaxSize + (std::size_t{1} << 20);
 
@@ -31,26 +34,61 @@ AEServerConnection::State AEServerConnection::read() {
         return State::Closed;
     mLastRead = std::chrono::steady_clock::now();
     mReader.append({chunk, static_cast<std::size_t>(count)});
-    while (true) {
+    return takeFrames();
+}
+
+AEServerConnection::State AEServerConnection::takeFrames() {
+    while (!mIsTakingApart) {
         AEFrame frame;
         const auto complete = mReader.next(frame);
         if (!complete)
             return State::Closed;
         if (!*complete)
-            return State::Open;
+            break;
         if (deliver(std::move(frame)) == State::Closed)
             return State::Closed;
     }
+    return State::Open;
 }
 
 AEServerConnection::State AEServerConnection::deliver(AEFrame frame) {
+    if (frame.kind != AEFrame::Kind::Event)
+        return State::Closed;
+    ++mUnanswered;
+    if (frame.payload.size() > kLargeEvent && AEHasMainThreadEvents()) {
+        takeApartBeside(std::move(frame));
+        return State::Open;
+    }
     AEDesc event;
-    if (frame.kind != AEFrame::Kind::Event || AEUnflattenDesc(frame.payload, event) != noErr || !event.isAppleEvent())
+    if (AEUnflattenDesc(frame.payload, event) != noErr)
         return State::Closed;
     frame.payload.clear();
+    return handOn(frame, std::move(event));
+}
+
+/// The main thread has a window to look after.
+void AEServerConnection::takeApartBeside(AEFrame frame) {
+    mIsTakingApart = true;
+    std::thread([self = shared_from_this(), frame = std::move(frame)]() mutable {
+        AEDesc event;
+        const OSStatus status = AEUnflattenDesc(frame.payload, event);
+        frame.payload.clear();
+        AEPostToMainThread([self, frame, event, status] {
+            self->mIsTakingApart = false;
+            if (self->mClosed)
+                return;
+            if (status != noErr || self->handOn(frame, event) == State::Closed || self->takeFrames() == State::Closed)
+                self->close();
+            self->mChanged();
+        });
+    }).detach();
+}
+
+AEServerConnection::State AEServerConnection::handOn(const AEFrame& frame, AEDesc event) {
+    if (!event.isAppleEvent())
+        return State::Closed;
     // Whatever the sender called this process, here it is the current one.
     (void)event.setAttribute("addr"_4cc, AEDesc::ofCurrentProcess());
-    ++mUnanswered;
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
     const AEDesc reply = frame.flags & AEFrame::kWantsReply ? AEEmptyReplyTo(event) : AEDesc();
     if (!manager.hasEventHandlerForEventClass(event.eventClass(), event.eventID())) {

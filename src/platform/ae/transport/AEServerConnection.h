@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One connection of the server. The server's thread reads; any thread may write a reply. Private to the transport.
+// One connection of the server. The serving thread reads; any thread may write a reply. Private to the transport.
 #pragma once
 
 #include "platform/ae/AEDelivery.h"
@@ -17,13 +17,13 @@ public:
 
     int number() const { return mSocket.number(); }
 
-    // The server's thread
+    // The serving thread
     enum class State { Open, Closed };
     /// Reads what is there and hands on the events that are complete.
     State read();
     /// Writes what is waiting.
     State write();
-    bool wantsToRead() const { return mUnanswered.load() < kMaximumUnanswered; }
+    bool wantsToRead() const { return mUnanswered.load() < kMaximumUnanswered && !mIsTakingApart; }
     bool wantsToWrite() const;
     /// Inside a frame, and nothing has arrived for longer than a peer may take.
     bool isStalled(std::chrono::steady_clock::time_point now) const;
@@ -34,13 +34,17 @@ private:
     // More are read when some of these have been answered.
     static constexpr int kMaximumUnanswered = 64;
 
+    State takeFrames();
     State deliver(AEFrame frame);
+    void takeApartBeside(AEFrame frame);
+    State handOn(const AEFrame& frame, AEDesc event);
     void answer(const AEFrame& event, const AEDesc& reply, OSStatus status);
     void send(std::string bytes);
 
     const FileDescriptor mSocket;
     const std::function<void()> mChanged;
     AEFrameReader mReader;
+    bool mIsTakingApart = false; // a large event; those behind it wait
     std::chrono::steady_clock::time_point mLastRead = std::chrono::steady_clock::now();
     std::atomic<int> mUnanswered = 0;
     std::atomic<bool> mClosed = false;

@@ -12,6 +12,8 @@ namespace {
 
 // A host is to be asked at least every 10 ms; a wait can overshoot.
 constexpr std::chrono::milliseconds kPeriod(4);
+// Runs that follow each other closely are not worth waking a thread for each.
+constexpr int kIdlePeriods = 50;
 
 } // namespace
 
@@ -35,7 +37,8 @@ void Ticker::add(Machine* machine) {
     if (!mThread.joinable())
         mThread = std::thread(&Ticker::tick, this);
     mMachines.push_back(machine);
-    mChanged.notify_all();
+    if (mIsResting)
+        mChanged.notify_all();
 }
 
 void Ticker::remove(Machine* machine) {
@@ -45,12 +48,13 @@ void Ticker::remove(Machine* machine) {
 
 void Ticker::tick() {
     std::unique_lock lock(mMutex);
-    while (!mEnding) {
-        if (mMachines.empty()) {
+    for (int idle = 0; !mEnding;) {
+        mIsResting = mMachines.empty() && idle >= kIdlePeriods;
+        if (mIsResting)
             mChanged.wait(lock);
-            continue;
-        }
-        mChanged.wait_for(lock, kPeriod);
+        else
+            mChanged.wait_for(lock, kPeriod);
+        idle = mMachines.empty() ? idle + 1 : 0;
         for (Machine* machine : mMachines)
             machine->interrupt();
     }

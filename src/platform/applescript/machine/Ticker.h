@@ -11,7 +11,7 @@ namespace quoddle {
 
 class Machine;
 
-/// One for the process; its thread sleeps while nothing runs. Thread-safe.
+/// One for the process; its thread rests while nothing runs. Thread-safe.
 class Ticker {
 public:
     static Ticker& shared();
@@ -30,6 +30,7 @@ private:
     std::vector<Machine*> mMachines;
     std::thread mThread;
     bool mEnding = false;
+    bool mIsResting = false; // until somebody wakes the thread
 };
 
 } // namespace quoddle
