@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/additions/Bundle.h"
 
+#include "platform/additions/FileParameter.h"
+
 #include "platform/additions/StandardAdditions.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
@@ -159,6 +161,10 @@ std::string applicationPath() {
     const std::string program = fs::read_symlink("/proc/self/exe", error).string();
     const std::size_t contents = program.rfind("/Contents/");
     return contents == std::string::npos ? program : program.substr(0, contents);
+}
+
+std::optional<std::string> bundleParameter(const AEDesc& event) {
+    return event.find("in B"_4cc) ? fileParameter(event, "in B"_4cc) : applicationPath();
 }
 
 std::optional<std::string> resourceInBundle(const std::string& bundle, std::string_view folder, std::string_view name) {

@@ -4,6 +4,8 @@
 // Decision: resources are sought outside the folders of languages first, then in those of the user's languages, then in those of English.
 #pragma once
 
+#include "platform/ae/AEDesc.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +15,9 @@ namespace quoddle::additions {
 
 /// What setApplicationPath (StandardAdditions.h) named; else the bundle that this program belongs to, or the program itself.
 std::string applicationPath();
+
+/// "in bundle" of a command, without it the one that runs. Nothing when it is no file.
+std::optional<std::string> bundleParameter(const AEDesc& event);
 
 /// Below Contents/Resources. Nothing for paths that lead out of it.
 std::optional<std::string> resourceInBundle(const std::string& bundle, std::string_view folder, std::string_view name);

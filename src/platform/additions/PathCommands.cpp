@@ -52,15 +52,11 @@ OSErr pathToResource(const AEDesc& event, AEDesc& reply, const AEHandlerContext&
     const auto name = textParameter(event, "----"_4cc);
     if (!name)
         return failParameter(event, reply, "----"_4cc, u"resource", "utxt"_4cc);
-    std::string bundle = applicationPath();
-    if (event.find("in B"_4cc)) {
-        const auto given = fileParameter(event, "in B"_4cc);
-        if (!given)
-            return failParameter(event, reply, "in B"_4cc, u"in bundle", "file"_4cc);
-        bundle = *given;
-    }
+    const auto bundle = bundleParameter(event);
+    if (!bundle)
+        return failParameter(event, reply, "in B"_4cc, u"in bundle", "file"_4cc);
     const std::string folder = utf8FromUTF16(textParameter(event, "in D"_4cc).value_or(std::u16string()));
-    const auto found = resourceInBundle(bundle, folder, utf8FromUTF16(*name));
+    const auto found = resourceInBundle(*bundle, folder, utf8FromUTF16(*name));
     if (!found)
         return fail(reply, resNotFound, u"The resource “" + *name + u"” wasn’t found.");
     return answer(reply, fileResult(*found, 0));

@@ -153,18 +153,14 @@ OSErr localizedString(const AEDesc& event, AEDesc& reply, const AEHandlerContext
     const auto key = textParameter(event, "----"_4cc);
     if (!key)
         return failParameter(event, reply, "----"_4cc, u"text", "utxt"_4cc);
-    std::string bundle = applicationPath();
-    if (event.find("in B"_4cc)) {
-        const auto given = fileParameter(event, "in B"_4cc);
-        if (!given)
-            return failParameter(event, reply, "in B"_4cc, u"in bundle", "file"_4cc);
-        bundle = *given;
-        std::error_code error;
-        if (!std::filesystem::is_directory(bundle, error))
-            return failFile(reply, fnfErr, bundle);
-    }
+    const auto bundle = bundleParameter(event);
+    if (!bundle)
+        return failParameter(event, reply, "in B"_4cc, u"in bundle", "file"_4cc);
+    std::error_code error;
+    if (event.find("in B"_4cc) && !std::filesystem::is_directory(*bundle, error))
+        return failFile(reply, fnfErr, *bundle);
     const std::string table = utf8FromUTF16(textParameter(event, "froT"_4cc).value_or(u"Localizable"));
-    return answer(reply, AEDesc::ofText(localizedText(bundle, table, *key).value_or(*key)));
+    return answer(reply, AEDesc::ofText(localizedText(*bundle, table, *key).value_or(*key)));
 }
 
 } // namespace quoddle::additions

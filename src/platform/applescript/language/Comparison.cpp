@@ -190,14 +190,6 @@ List* asPart(Machine& machine, Value value) {
     return list;
 }
 
-bool followSides(Machine& machine, Value& left, Value& right) {
-    left = follow(machine, left);
-    if (left.isFailure())
-        return false;
-    right = follow(machine, right);
-    return !right.isFailure();
-}
-
 } // namespace
 
 int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view right) {
@@ -338,7 +330,7 @@ bool areEqual(Machine& machine, Value left, Value right, int depth) {
 }
 
 Value compare(Machine& machine, Relation relation, Value left, Value right) {
-    if (!followSides(machine, left, right))
+    if (!followBoth(machine, left, right))
         return Value::failure();
     for (Value side : {left, right})
         if (side.isUndefined())
@@ -368,7 +360,7 @@ Value compare(Machine& machine, Relation relation, Value left, Value right) {
 }
 
 Value startsWith(Machine& machine, Value left, Value right) {
-    if (!followSides(machine, left, right))
+    if (!followBoth(machine, left, right))
         return Value::failure();
     if (const List* whole = as<List>(left)) {
         const List* part = asPart(machine, right);
@@ -384,7 +376,7 @@ Value startsWith(Machine& machine, Value left, Value right) {
 }
 
 Value endsWith(Machine& machine, Value left, Value right) {
-    if (!followSides(machine, left, right))
+    if (!followBoth(machine, left, right))
         return Value::failure();
     if (const List* whole = as<List>(left)) {
         const List* part = asPart(machine, right);
@@ -400,7 +392,7 @@ Value endsWith(Machine& machine, Value left, Value right) {
 }
 
 Value contains(Machine& machine, Value left, Value right) {
-    if (!followSides(machine, left, right))
+    if (!followBoth(machine, left, right))
         return Value::failure();
     if (isList(left)) {
         const List* whole = as<List>(left);

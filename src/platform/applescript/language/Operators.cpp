@@ -52,14 +52,6 @@ bool seconds(Machine& machine, Value value, std::int64_t& out) {
     return true;
 }
 
-bool followBoth(Machine& machine, Value& left, Value& right) {
-    left = follow(machine, left);
-    if (left.isFailure())
-        return false;
-    right = follow(machine, right);
-    return !right.isFailure();
-}
-
 } // namespace
 
 Value number(Machine& machine, double value) {

@@ -320,6 +320,14 @@ Value follow(Machine& machine, Value value) {
     return machine.raise(errOSAStackOverflow, u"Stack overflow.");
 }
 
+bool followBoth(Machine& machine, Value& left, Value& right) {
+    left = follow(machine, left);
+    if (left.isFailure())
+        return false;
+    right = follow(machine, right);
+    return !right.isFailure();
+}
+
 Value evaluate(Machine& machine, Value value, Evaluate how) {
     const Specifier* specifier = as<Specifier>(value);
     if (!specifier || specifier->flags & Specifier::kIsReference)

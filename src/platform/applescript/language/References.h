@@ -14,6 +14,8 @@ bool isMany(Specifier::Form form);
 bool isLocal(Value container);
 /// The value behind a specifier, references included; any other value as it is.
 Value follow(Machine& machine, Value value);
+/// The sides of an operator, the left one first. False when one of them failed.
+bool followBoth(Machine& machine, Value& left, Value& right);
 /// "get": a raw specifier becomes what it names; a reference value and any other value stay. `how` Locally leaves specifiers of applications alone.
 Value evaluate(Machine& machine, Value value, Evaluate how);
 
