@@ -2,7 +2,6 @@
 #include "platform/additions/Bundle.h"
 
 #include "platform/additions/FileParameter.h"
-
 #include "platform/additions/StandardAdditions.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
