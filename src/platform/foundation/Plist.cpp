@@ -77,7 +77,7 @@ Result<QByteArray, QString> bytesOf(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return failure(file.errorString());
-    return file.read(kMaxBytes + 1);
+    return file.read(std::min<qint64>(file.size(), kMaxBytes) + 1); // room is made for as much as is asked for
 }
 
 Result<QVariant, QString> readFile(const QString& path) {

@@ -26,7 +26,8 @@ AELaunchLock::AELaunchLock(const std::string& bundlePath) {
     const std::size_t hash = std::hash<std::string>()(AECanonicalPath(bundlePath));
     mFile.reset(::open((*directory + "/" + std::to_string(hash) + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (mFile.isOpen() && ::flock(mFile.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK && std::chrono::steady_clock::now() < end)
+    while (mFile.isOpen() && ::flock(mFile.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK &&
+           std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(kSlice);
 }
 

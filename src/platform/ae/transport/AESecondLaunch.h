@@ -11,8 +11,8 @@
 
 namespace quoddle {
 
-/// Held from the look whether the application runs until it listens, so that of two launches at the same moment one comes second. Waits for the other, but
-/// not for ever: a launch that hangs must not keep the application from starting.
+/// Held from the look whether the application runs until it listens, so that of two launches at the same moment one comes second. Waits for
+/// the other, but not for ever: a launch that hangs must not keep the application from starting.
 class AELaunchLock {
 public:
     explicit AELaunchLock(const std::string& bundlePath);
@@ -22,8 +22,8 @@ private:
     FileDescriptor mFile;
 };
 
-/// Nothing when no process runs the bundle. Otherwise the files were handed to it, or, without files, it was brought to the front, and this is its answer:
-/// 0; -128 when its script was stopped; another number when it failed.
+/// Nothing when no process runs the bundle. Otherwise the files were handed to it, or, without files, it was brought to the front, and this
+/// is its answer: 0; -128 when its script was stopped; another number when it failed.
 std::optional<OSStatus> AEHandOver(const std::string& bundlePath, const std::vector<std::string>& files);
 
 } // namespace quoddle

@@ -12,6 +12,7 @@
 #include <sys/eventfd.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/timerfd.h>
 #include <thread>
 #include <unordered_map>
 
@@ -21,7 +22,7 @@ namespace {
 
 constexpr std::size_t kMaximumConnections = 4096;
 constexpr int kBacklog = 512;
-constexpr int kSweepInterval = 1000; // ms
+constexpr int kPatience = 10; // seconds that a peer may stay inside a frame without sending anything of it
 constexpr rlim_t kWantedDescriptors = 8192;
 
 /// A thousand callers at once need a thousand sockets.
@@ -54,7 +55,8 @@ private:
     void handle(int number, std::uint32_t events);
     void update(int number, Entry& entry);
     void remove(int number);
-    void sweep();
+    void watchForStalls();
+    void removeStalled();
     void lookAgain(int number);
     void takeChanges();
     void wake();
@@ -62,12 +64,13 @@ private:
     FileDescriptor mListener;
     FileDescriptor mPoll;
     FileDescriptor mWake;
+    FileDescriptor mTimer; // runs while a connection is inside a frame
+    bool mTimerRuns = false;
     std::string mSocketPath;
     std::thread mThread;                         // either this
     std::shared_ptr<void> mWatching;             // or that
     std::unordered_map<int, Entry> mConnections; // the serving thread only
-    std::chrono::steady_clock::time_point mNextSweep{};
-    std::mutex mMutex; // guards what follows
+    std::mutex mMutex;                           // guards what follows
     std::vector<int> mChanged;
     bool mStopping = false;
 };
@@ -90,9 +93,10 @@ OSStatus AEServer::Loop::start(const std::string& directory) {
     mListener = std::move(*listener);
     mPoll.reset(epoll_create1(EPOLL_CLOEXEC));
     mWake.reset(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-    if (!mPoll.isOpen() || !mWake.isOpen())
+    mTimer.reset(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+    if (!mPoll.isOpen() || !mWake.isOpen() || !mTimer.isOpen())
         return statusFromErrno(errno);
-    for (int number : {mListener.number(), mWake.number()}) {
+    for (int number : {mListener.number(), mWake.number(), mTimer.number()}) {
         epoll_event event{};
         event.events = EPOLLIN;
         event.data.fd = number;
@@ -145,25 +149,25 @@ void AEServer::Loop::lookAgain(int number) {
 
 void AEServer::Loop::run() {
     while (!isStopping())
-        turn(kSweepInterval);
+        turn(-1);
 }
 
 /// A handler may serve the event loop itself, so that one turn runs inside another.
 void AEServer::Loop::turn(int timeout) {
     const auto self = shared_from_this(); // a handler may end the application
     epoll_event events[64];
-    const int count = epoll_wait(mPoll.number(), events, std::size(events), mConnections.empty() && timeout > 0 ? -1 : timeout);
+    const int count = epoll_wait(mPoll.number(), events, std::size(events), timeout);
     for (int i = 0; i < count && !isStopping(); ++i) {
         const int number = events[i].data.fd;
         if (number == mListener.number())
             accept();
         else if (number == mWake.number())
             takeChanges();
+        else if (number == mTimer.number())
+            removeStalled();
         else
             handle(number, events[i].events);
     }
-    if (!isStopping())
-        sweep();
 }
 
 void AEServer::Loop::accept() {
@@ -214,6 +218,8 @@ void AEServer::Loop::handle(int number, std::uint32_t events) {
 }
 
 void AEServer::Loop::update(int number, Entry& entry) {
+    if (entry.connection->isInsideFrame())
+        watchForStalls();
     const std::uint32_t wanted =
         (entry.connection->wantsToRead() ? std::uint32_t{EPOLLIN} : 0) | (entry.connection->wantsToWrite() ? std::uint32_t{EPOLLOUT} : 0);
     if (wanted == entry.events)
@@ -232,17 +238,30 @@ void AEServer::Loop::remove(int number) {
     mConnections.erase(found);
 }
 
-void AEServer::Loop::sweep() {
-    const auto now = std::chrono::steady_clock::now();
-    if (now < mNextSweep)
+void AEServer::Loop::watchForStalls() {
+    if (std::exchange(mTimerRuns, true))
         return;
-    mNextSweep = now + std::chrono::milliseconds(kSweepInterval);
+    const itimerspec once{{}, {kPatience, 0}};
+    timerfd_settime(mTimer.number(), 0, &once, nullptr);
+}
+
+void AEServer::Loop::removeStalled() {
+    std::uint64_t ignored;
+    [[maybe_unused]] const auto got = ::read(mTimer.number(), &ignored, sizeof ignored);
+    mTimerRuns = false;
+    const auto limit = std::chrono::steady_clock::now() - std::chrono::seconds(kPatience);
     std::vector<int> stalled;
-    for (const auto& [number, entry] : mConnections)
-        if (entry.connection->isStalled(now))
+    bool othersInside = false;
+    for (const auto& [number, entry] : mConnections) {
+        if (entry.connection->isStalledSince(limit))
             stalled.push_back(number);
+        else
+            othersInside |= entry.connection->isInsideFrame();
+    }
     for (int number : stalled)
         remove(number);
+    if (othersInside)
+        watchForStalls();
 }
 
 void AEServer::Loop::takeChanges() {

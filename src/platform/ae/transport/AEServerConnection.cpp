@@ -14,7 +14,6 @@ namespace quoddle {
 namespace {
 
 constexpr std::size_t kChunk = 64 << 10;
-constexpr std::chrono::seconds kPatience{10};
 constexpr std::size_t kLargeEvent = 256 << 10; // bytes; a few milliseconds of work
 // A reader that is as slow as that does not want its reply.
 constexpr std::size_t kMaximumUnsent = kAEMaxSize + (std::size_t{1} << 20);
@@ -151,10 +150,6 @@ AEServerConnection::State AEServerConnection::write() {
 bool AEServerConnection::wantsToWrite() const {
     const std::lock_guard lock(mMutex);
     return !mUnsent.empty();
-}
-
-bool AEServerConnection::isStalled(std::chrono::steady_clock::time_point now) const {
-    return mReader.isInside() && wantsToRead() && now - mLastRead > kPatience;
 }
 
 void AEServerConnection::close() {

@@ -25,8 +25,10 @@ public:
     State write();
     bool wantsToRead() const { return mUnanswered.load() < kMaximumUnanswered && !mIsTakingApart; }
     bool wantsToWrite() const;
-    /// Inside a frame, and nothing has arrived for longer than a peer may take.
-    bool isStalled(std::chrono::steady_clock::time_point now) const;
+    /// A frame has begun that is waited for.
+    bool isInsideFrame() const { return mReader.isInside() && wantsToRead(); }
+    /// So it was when something last arrived, before that time.
+    bool isStalledSince(std::chrono::steady_clock::time_point time) const { return isInsideFrame() && mLastRead <= time; }
     /// The peer has gone: handlers may stop working for it, replies are dropped.
     void close();
 

@@ -21,7 +21,7 @@ bool readRichText(const QString& path, QTextDocument& document) {
     QFile file(isFolder ? path + u"/TXT.rtf"_s : path);
     if (!file.open(QIODevice::ReadOnly) || file.size() > kMaximumSize)
         return false;
-    const QByteArray bytes = file.read(kMaximumSize);
+    const QByteArray bytes = file.read(std::min(file.size(), kMaximumSize));
     if (!bytes.startsWith("{\\rtf"))
         return false;
     document.clear();

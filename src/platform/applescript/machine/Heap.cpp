@@ -352,7 +352,7 @@ void Heap::collect() {
     }
     mObjects.resize(kept);
     mAllocated = live;
-    mThreshold = std::max<std::size_t>(std::size_t(16) << 20, live * 2);
+    mThreshold = std::max(kMinimumThreshold, live * 2);
     ++mCollections;
 }
 

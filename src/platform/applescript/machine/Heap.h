@@ -87,7 +87,8 @@ private:
     void* mFree[8] = {}; // per size class of 16 bytes
     std::vector<std::unique_ptr<char[]>> mBlocks;
     std::size_t mAllocated = 0;
-    std::size_t mThreshold = std::size_t(16) << 20;
+    static constexpr std::size_t kMinimumThreshold = std::size_t(4) << 20;
+    std::size_t mThreshold = kMinimumThreshold;
     std::size_t mCollections = 0;
 };
 
