@@ -19,6 +19,9 @@ public:
         mContext = idle.back();
         idle.pop_back();
         component.mMachine.use(mContext);
+        // A handler may end without ever coming to a safe point; here this thread holds no values yet.
+        if (component.mMachine.heap().wantsCollection())
+            component.mMachine.collect();
     }
     ~Entry() {
         if (mIsFirst) {

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <thread>
 
 namespace quoddle {
@@ -318,6 +319,18 @@ TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
         EXPECT_GE(calls.count, 10); // every 10 ms would be 15; a busy machine may lose some
         OSASetActiveProc(instance, nullptr, nullptr);
     }
+}
+
+TEST_F(ComponentTest, ManySmallRunsLeaveNothingBehind) {
+    const OSAID script = compiled(u"on same(x)\nreturn x\nend same");
+    const AEDesc event = callOf("same", {AEDesc::ofText(std::u16string(2000, u'x'))});
+    const std::size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 20'000; ++i) {
+        OSAID result = 0;
+        ASSERT_EQ(OSAExecuteEvent(instance, event, script, 0, result), noErr);
+        OSADispose(instance, result);
+    }
+    EXPECT_LT(mallinfo2().uordblks, before + (std::size_t{40} << 20)); // 80 MB went through
 }
 
 TEST_F(ComponentTest, AnotherThreadGetsItsTurnDuringARun) {
