@@ -9,6 +9,7 @@
 #include <mutex>
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QObject>
 #include <QThread>
 
@@ -62,11 +63,17 @@ void runNext() {
     queue().changed.notify_all();
 }
 
-/// Wakes the main thread. By name, so that nothing but the queue itself is shared between the threads.
+const auto kWakeUp = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+/// Wakes the main thread. Its event says nothing, so that nothing but the queue itself is shared between the threads.
 class Receiver final : public QObject {
-    Q_OBJECT
-public Q_SLOTS:
-    void runNext() { quoddle::MainThread::runNext(); }
+public:
+    bool event(QEvent* event) override {
+        if (event->type() != kWakeUp)
+            return QObject::event(event);
+        runNext();
+        return true;
+    }
 };
 
 /// Called with the queue's mutex held.
@@ -83,14 +90,19 @@ Receiver* receiverOn(QThread* mainThread) {
 std::shared_ptr<Item> enqueue(std::function<void()> work) {
     auto item = std::make_shared<Item>();
     item->work = std::move(work);
-    std::lock_guard lock(queue().mutex);
-    auto* application = QCoreApplication::instance();
-    if (queue().closed || !application) {
-        item->dropped = true;
-        return item;
+    Receiver* receiver;
+    {
+        std::lock_guard lock(queue().mutex);
+        auto* application = QCoreApplication::instance();
+        if (queue().closed || !application) {
+            item->dropped = true;
+            return item;
+        }
+        queue().items.push_back(item);
+        receiver = receiverOn(application->thread());
     }
-    queue().items.push_back(item);
-    QMetaObject::invokeMethod(receiverOn(application->thread()), "runNext", Qt::QueuedConnection);
+    // The receiver lives for ever. Not under the mutex, which the main thread, awake, wants at once.
+    QCoreApplication::postEvent(receiver, new QEvent(kWakeUp), Qt::NormalEventPriority);
     return item;
 }
 
@@ -136,5 +148,3 @@ void open() {
 }
 
 } // namespace quoddle::MainThread
-
-#include "MainThread.moc"
