@@ -56,7 +56,13 @@ void AppDelegate::_respondToEventInBackground(const NSAppleEventDescriptorRef& e
         windowController().showProgressViewController();
     auto operation = std::make_shared<NSOperation>([this, execution] { execute(execution); });
     // When this runs the queue has let go of the operation: the finishing step finds no handler running, unless another one is.
-    operation->setCompletionBlock([this, execution] { MainThread::dispatchAsync([this, execution] { finish(execution); }); });
+    operation->setCompletionBlock([this, execution] {
+        // Answering a caller needs nothing of the main thread, and the caller waits.
+        if (execution->suspensionID && !execution->completion)
+            finishIncomingCall(*execution);
+        else
+            MainThread::dispatchAsync([this, execution] { finish(execution); });
+    });
     scriptQueue(true)->addOperation(std::move(operation));
 }
 

@@ -117,7 +117,8 @@ private:
     void execute(const std::shared_ptr<Execution>& execution);
     void finish(const std::shared_ptr<Execution>& execution);
     void finishFatalError(const std::shared_ptr<Execution>& execution);
-    void finishIncomingCall(const Execution& execution);
+    /// Any thread, unless there is a completion.
+    static void finishIncomingCall(const Execution& execution);
     void finishOwnEvent(const Execution& execution);
     void finishAfterTryToQuit(const Execution& execution);
     void finishStayOpen(bool afterRunHandler);

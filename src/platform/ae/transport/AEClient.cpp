@@ -124,14 +124,13 @@ OSStatus Exchange::receive(std::uint32_t id, AEFrame& frame) {
     AEFrameReader reader;
     char chunk[64 << 10];
     while (true) {
+        if (const OSStatus status = waitFor(POLLIN); status != noErr)
+            return status;
         const ssize_t count = ::recv(mSocket.number(), chunk, sizeof chunk, MSG_DONTWAIT);
         if (count == 0 || (count < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR))
             return connectionInvalid;
-        if (count < 0) {
-            if (const OSStatus status = waitFor(POLLIN); status != noErr)
-                return status;
+        if (count < 0)
             continue;
-        }
         reader.append({chunk, static_cast<std::size_t>(count)});
         const auto complete = reader.next(frame);
         if (!complete)
