@@ -2,14 +2,18 @@
 // The applet shell: puts the parts together and hands control to the application framework. Nothing else knows everyone.
 //
 //   quoddle-shell APPLET.app [FILE…]          the applet by its path
+//   quoddle-shell --activated APPLET.app      the same, started by the session bus for a request that then comes over it
 //   APPLET.app/Contents/Linux/NAME [FILE…]    the same, as a link in the applet itself
 #include "platform/additions/StandardAdditions.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AESecondLaunch.h"
 #include "platform/ae/transport/AETransport.h"
 #include "platform/appkit/Appearance.h"
+#include "platform/appkit/DesktopApplication.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/applescript/AppleScriptComponent.h"
+#include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Plist.h"
@@ -21,6 +25,7 @@
 #include "window/TestAppletPanel.h"
 
 #include <cstdio>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -29,15 +34,19 @@
 
 using namespace quoddle;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 constexpr int kUsageError = 2;
+constexpr auto kActivationPatience = std::chrono::seconds(5);
+constexpr auto kFirstWindowTime = std::chrono::milliseconds(300);
 constexpr auto kScriptGrace = std::chrono::milliseconds(1500);
 
 struct Invocation {
     std::shared_ptr<NSBundle> bundle;
     QStringList files;
+    bool isActivated = false; // the files come over the session bus
 };
 
 Invocation invocationFrom(int argc, char** argv) {
@@ -46,6 +55,10 @@ Invocation invocationFrom(int argc, char** argv) {
     for (int i = 1; i < argc; ++i)
         arguments << QFile::decodeName(argv[i]);
     invocation.bundle = NSBundle::bundleForExecutable(QFile::decodeName(argv[0]));
+    if (!invocation.bundle && arguments.size() > 1 && arguments.first() == "--activated"_L1) {
+        invocation.isActivated = true;
+        arguments.removeFirst();
+    }
     if (!invocation.bundle && !arguments.isEmpty())
         invocation.bundle = NSBundle::bundleWithPath(arguments.takeFirst());
     for (const QString& file : std::as_const(arguments))
@@ -65,11 +78,10 @@ QByteArray resource(const QString& name) {
 
 void takeIdentityOf(const NSBundle& bundle) {
     NSBundle::setMainBundle(NSBundle::bundleWithPath(bundle.bundlePath()));
-    const QString identifier = bundle.bundleIdentifier().isEmpty() ? bundle.name() : bundle.bundleIdentifier();
-    setUserDefaultsDomain(identifier);
+    setUserDefaultsDomain(bundle.bundleIdentifier().isEmpty() ? bundle.name() : bundle.bundleIdentifier());
     QCoreApplication::setApplicationName(bundle.name());
     QGuiApplication::setApplicationDisplayName(bundle.name());
-    QGuiApplication::setDesktopFileName(u"applet-"_s + identifier);
+    QGuiApplication::setDesktopFileName(desktopNameForBundle(bundle));
     if (auto strings = Plist::readStrings(resource(u"en.lproj/Localizable.strings"_s)))
         NSBundle::setFallbackStrings({}, *strings);
 }
@@ -124,7 +136,15 @@ std::vector<std::string> inUTF8(const QStringList& files) {
     return paths;
 }
 
-int runApplet(NSApplication& application, const QStringList& files, AELaunchLock& lock) {
+/// An applet that the desktop does not know is not to be asked over the bus.
+void listenToDesktop(NSApplication& application, DesktopApplication& desktop, bool isActivated) {
+    if (!isActivated && !isInstalledOnDesktop(*NSBundle::mainBundle()))
+        return;
+    desktop.connectToBus();
+    desktop.serve(application);
+}
+
+int runApplet(NSApplication& application, DesktopApplication& desktop, const Invocation& invocation, AELaunchLock& lock) {
     AppKitAlertPresenter alerts;
     application.setMainMenu(makeMainMenu());
     application.setAction(u"orderFrontStandardAboutPanel:"_s, &showAboutPanel);
@@ -134,12 +154,14 @@ int runApplet(NSApplication& application, const QStringList& files, AELaunchLock
     // Not before all handlers are there; the next launch waits for it.
     NSNotificationCenter::defaultCenter().addObserver(
         &application,
-        [&lock](const NSNotification&) {
+        [&](const NSNotification&) {
             listenToOthers(*NSBundle::mainBundle());
             lock.release();
+            QTimer::singleShot(invocation.isActivated ? 0ms : kFirstWindowTime, &application,
+                               [&] { listenToDesktop(application, desktop, invocation.isActivated); });
         },
         NSApplicationDidFinishLaunchingNotification);
-    const int status = application.run(files);
+    const int status = application.run(invocation.files);
 
     application.setDelegate(nullptr);
     NSAppleEventManager::sharedAppleEventManager().answerSuspendedEvents();
@@ -156,10 +178,64 @@ int runApplet(NSApplication& application, const QStringList& files, AELaunchLock
     return status;
 }
 
+/// Waits for what the bus has started the applet for. False when there is nothing to do after all: to quit, or somebody else does it.
+bool takeFirstRequest(DesktopApplication& desktop, Invocation& invocation) {
+    desktop.connectToBus();
+    if (desktop.waitForRequest(kActivationPatience) == DesktopApplication::Arrival::elsewhere)
+        return false;
+    const auto request = desktop.takeRequest();
+    if (request && request->kind == DesktopApplication::Kind::quit)
+        return false;
+    if (request)
+        invocation.files = request->files;
+    return true;
+}
+
+/// In place of this process; returns when that fails.
+void launchAfresh(const std::string& bundlePath, const std::vector<std::string>& files) {
+    std::vector<const char*> words = {"quoddle-shell", bundlePath.c_str()};
+    for (const std::string& file : files)
+        words.push_back(file.c_str());
+    words.push_back(nullptr);
+    ::execv("/proc/self/exe", const_cast<char**>(words.data()));
+}
+
+OSStatus askToQuit(const std::string& bundlePath) {
+    const auto running = AEFindRunningApplicationAtPath(bundlePath);
+    if (!running)
+        return noErr;
+    const AEDesc event = AEDesc::appleEvent("aevt"_4cc, "quit"_4cc, AEDesc::ofProcess(running->processID));
+    return AESendToProcess(running->processID, event, nullptr, kAENoReply, kNoTimeOut, {});
+}
+
+/// The bus has started the applet, which runs already but does not have the name: it was started before it was installed, or a moment ago.
+/// What was asked goes to it like any second launch.
+int handOverActivation(const NSBundle& bundle, int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    DesktopApplication desktop(desktopNameForBundle(bundle));
+    desktop.connectToBus();
+    if (desktop.waitForRequest(kActivationPatience) == DesktopApplication::Arrival::elsewhere)
+        return EXIT_SUCCESS;
+    desktop.leaveBus();
+    const std::string bundlePath = bundle.bundlePath().toStdString();
+    int status = EXIT_SUCCESS;
+    while (const auto request = desktop.takeRequest()) {
+        if (request->kind == DesktopApplication::Kind::quit) {
+            status = std::max(status, reportHandOver(bundle, askToQuit(bundlePath)));
+        } else if (const auto answer = AEHandOver(bundlePath, inUTF8(request->files))) {
+            status = std::max(status, reportHandOver(bundle, *answer));
+        } else {
+            launchAfresh(bundlePath, inUTF8(request->files));
+            status = EXIT_FAILURE;
+        }
+    }
+    return status;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    const Invocation invocation = invocationFrom(argc, argv);
+    Invocation invocation = invocationFrom(argc, argv);
     if (!invocation.bundle) {
         if (argc > 1)
             std::fprintf(stderr, "quoddle-shell: %s: no such applet\n", argv[1]);
@@ -171,6 +247,8 @@ int main(int argc, char** argv) {
     AELaunchLock lock(bundlePath);
     if (AEFindRunningApplicationAtPath(bundlePath)) {
         lock.release(); // the answer may take as long as the files take
+        if (invocation.isActivated)
+            return handOverActivation(*invocation.bundle, argc, argv);
         if (const auto handedOver = AEHandOver(bundlePath, inUTF8(invocation.files)))
             return reportHandOver(*invocation.bundle, *handedOver);
     }
@@ -185,9 +263,12 @@ int main(int argc, char** argv) {
     NSApplication application(argc, argv);
     Appearance::applyRememberedScheme();
     // Whatever can wait until the first window is there.
-    QTimer::singleShot(300, &application, [] {
+    QTimer::singleShot(kFirstWindowTime, &application, [] {
         std::ignore = appletIcon();
         Appearance::followDesktop();
     });
-    return runApplet(application, invocation.files, lock);
+    DesktopApplication desktop(desktopNameForBundle(*invocation.bundle));
+    if (invocation.isActivated && !takeFirstRequest(desktop, invocation))
+        return EXIT_SUCCESS;
+    return runApplet(application, desktop, invocation, lock);
 }

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/Appearance.h"
 
+#include "platform/appkit/SessionBus.h"
 #include "platform/foundation/NSUserDefaults.h"
 
 #include <QApplication>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QFileInfo>
 #include <QPalette>
 #include <QStyle>
 
@@ -79,10 +78,6 @@ public Q_SLOTS:
 };
 
 /// Asking for the bus where there is none would start one.
-bool hasSessionBus() {
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") || QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s);
-}
-
 } // namespace
 
 bool isDark(const QPalette& palette) {
@@ -110,16 +105,16 @@ void applyRememberedScheme() {
 }
 
 void followDesktop() {
-    if (qEnvironmentVariableIsSet("QUODDLE_APPEARANCE") || !hasSessionBus())
+    if (qEnvironmentVariableIsSet("QUODDLE_APPEARANCE"))
         return;
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    auto bus = runningSessionBus();
+    if (!bus)
         return;
     auto* follower = new Follower(qApp);
-    bus.connect(kService, kPath, kInterface, u"SettingChanged"_s, follower, SLOT(settingChanged(QString, QString, QDBusVariant)));
+    bus->connect(kService, kPath, kInterface, u"SettingChanged"_s, follower, SLOT(settingChanged(QString, QString, QDBusVariant)));
     QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, u"Read"_s);
     question << QString(kNamespace) << QString(kKey);
-    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question, 3000), follower);
+    auto* watcher = new QDBusPendingCallWatcher(bus->asyncCall(question, 3000), follower);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, follower, [watcher] {
         watcher->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *watcher;

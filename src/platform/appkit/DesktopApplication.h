@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+// The applet as the desktop talks to it: org.freedesktop.Application on the session bus, under the name of its desktop entry.
+// One decision: a request is checked and answered at once and carried out afterwards from the event loop, so that no caller waits for a
+// script or a question. Without a bus nothing happens. It does not decide whether the applet is one that the desktop knows
+// (DesktopEntry.h).
+#pragma once
+
+#include <chrono>
+#include <deque>
+#include <optional>
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QObject>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace quoddle {
+
+class NSApplication;
+
+/// Main thread. Requests come in from connectToBus() on and wait for whoever takes them first: takeRequest() or serve().
+class DesktopApplication final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    enum class Kind { activate, open, quit };
+    struct Request {
+        Kind kind;
+        QStringList files; ///< absolute paths, at least one, of an open request
+    };
+    /// What waiting came to: a request is there; another process has the name; nothing was heard.
+    enum class Arrival { request, elsewhere, nothing };
+
+    explicit DesktopApplication(const QString& name);
+    ~DesktopApplication() override;
+
+    /// Asks for the name and does not wait for the answer. While another process has the name this one stands in line for it.
+    void connectToBus();
+    /// Gives the name back; requests that have come stay.
+    void leaveBus();
+
+    /// Runs the event loop until a request is there, at most for `patience`.
+    Arrival waitForRequest(std::chrono::milliseconds patience);
+    std::optional<Request> takeRequest();
+    /// From now on requests go to the application: open to openFiles(), activate to activate(), quit to terminate(). Not owned; ends, with
+    /// leaveBus(), when the application terminates.
+    void serve(NSApplication& application);
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
+    /// File URLs only, at least one and not more than 4096, each at most 16 KiB long; anything else is refused as a whole.
+    Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& platformData);
+    /// "quit" is the only action.
+    Q_SCRIPTABLE void ActivateAction(const QString& action, const QVariantList& parameter, const QVariantMap& platformData);
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    void refuse(const QString& error, const QString& message);
+    void accept(Request request);
+    void deliver();
+
+    const QString mName;
+    std::optional<QDBusConnection> mBus;
+    std::deque<Request> mRequests;
+    NSApplication* mApplication = nullptr;
+    bool mIsElsewhere = false;
+};
+
+} // namespace quoddle

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/SessionBus.h"
+
+#include <QFileInfo>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+std::optional<QDBusConnection> runningSessionBus() {
+    // Asked for a bus where there is none, the library would try to launch one.
+    if (!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") && !QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s))
+        return std::nullopt;
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    return bus.isConnected() ? std::optional(bus) : std::nullopt;
+}
+
+} // namespace quoddle

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/DesktopEntry.h"
+
+#include "platform/base/File.h"
+
+#include <QCryptographicHash>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::size_t kMaximumEntrySize = 64 << 10;
+// With the prefix and the longest ending, a file name stays below 255 bytes, the limit of bus names too.
+constexpr qsizetype kMaximumIdentifierLength = 200;
+
+bool isPlain(QChar c) {
+    return c.unicode() < 0x80 && (c.isLetterOrNumber() || c == u'_' || c == u'-');
+}
+
+/// One part of a bus name. What has no place there is replaced; letters of other scripts by their numbers, so that names stay apart.
+QString partFrom(QStringView text) {
+    QString part;
+    for (QChar c : text)
+        if (isPlain(c))
+            part += c;
+        else
+            part += c.unicode() < 0x80 ? u"_"_s : u'_' + QString::number(c.unicode(), 16);
+    if (part.isEmpty() || part.front().isDigit())
+        part.prepend(u'_');
+    return part;
+}
+
+/// Cut to what fits, told apart by a digest of the whole.
+QString limited(const QString& identifier) {
+    if (identifier.size() <= kMaximumIdentifierLength)
+        return identifier;
+    const QByteArray digest = QCryptographicHash::hash(identifier.toUtf8(), QCryptographicHash::Sha256).toHex().left(16);
+    return identifier.left(kMaximumIdentifierLength - 18) + u"_x"_s + QString::fromLatin1(digest);
+}
+
+QString unescaped(QStringView text) {
+    static constexpr struct {
+        char16_t letter;
+        char16_t meaning;
+    } kEscapes[] = {{u's', u' '}, {u'n', u'\n'}, {u't', u'\t'}, {u'r', u'\r'}, {u'\\', u'\\'}};
+    QString out;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const auto* escape =
+            text[i] == u'\\' && i + 1 < text.size()
+                ? std::find_if(std::begin(kEscapes), std::end(kEscapes), [&](const auto& row) { return text[i + 1] == row.letter; })
+                : std::end(kEscapes);
+        if (escape == std::end(kEscapes)) {
+            out += text[i];
+        } else {
+            out += QChar(escape->meaning);
+            ++i;
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+QString desktopNameForBundle(const NSBundle& bundle) {
+    const QStringList given = bundle.bundleIdentifier().split(u'.', Qt::SkipEmptyParts);
+    QStringList parts;
+    for (const QString& part : given)
+        parts << partFrom(part);
+    if (parts.size() < 2)
+        parts = {u"io"_s, u"quoddle"_s, u"applet"_s, partFrom(bundle.name())};
+    return u"applet-"_s + limited(parts.join(u'.'));
+}
+
+QString desktopObjectPath(const QString& name) {
+    QString path = u'/' + name;
+    path.replace(u'.', u'/');
+    path.replace(u'-', u'_');
+    return path;
+}
+
+QString desktopEntriesFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/applications"_s;
+}
+
+QString desktopEntryPath(const QString& name) {
+    return desktopEntriesFolder() + u'/' + name + u".desktop"_s;
+}
+
+std::optional<QString> desktopEntryValue(const QString& path, const QString& key) {
+    const auto bytes = readFile(path.toStdString(), kMaximumEntrySize);
+    if (!bytes)
+        return std::nullopt;
+    const QString text = QString::fromStdString(*bytes);
+    bool isInGroup = false;
+    for (QStringView line : QStringView(text).split(u'\n')) {
+        line = line.trimmed();
+        if (line.startsWith(u'[')) {
+            isInGroup = line == "[Desktop Entry]"_L1;
+            continue;
+        }
+        const qsizetype equals = line.indexOf(u'=');
+        if (isInGroup && equals > 0 && line.left(equals).trimmed() == key)
+            return unescaped(line.mid(equals + 1).trimmed());
+    }
+    return std::nullopt;
+}
+
+bool isInstalledOnDesktop(const NSBundle& bundle) {
+    const auto installed = desktopEntryValue(desktopEntryPath(desktopNameForBundle(bundle)), kDesktopEntryBundleKey);
+    return installed && QFileInfo(*installed).canonicalFilePath() == QFileInfo(bundle.bundlePath()).canonicalFilePath();
+}
+
+} // namespace quoddle

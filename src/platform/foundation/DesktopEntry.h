@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// Under which name the desktop knows an applet, and the file by which it does: NAME.desktop in the user's applications folder.
+// One decision: that name is also the applet's name on the session bus, as desktop entries have it. It begins with "applet-", so that no
+// bundle, whatever identifier it claims, can take the place of a program of the system. It reads; making the file is the installer's.
+#pragma once
+
+#include "platform/foundation/NSBundle.h"
+
+#include <optional>
+
+namespace quoddle {
+
+/// The key that tells the files of installed applets from all others, with the bundle's path.
+inline const QString kDesktopEntryBundleKey = QStringLiteral("X-Quoddle-Bundle");
+
+/// "applet-" and the bundle identifier, or "io.quoddle.applet.NAME" where the identifier has not two parts; always a valid bus name and
+/// file name.
+QString desktopNameForBundle(const NSBundle& bundle);
+/// The object path that belongs to such a name: "/applet_com/example/tool" for "applet-com.example.tool".
+QString desktopObjectPath(const QString& name);
+
+/// $XDG_DATA_HOME/applications; need not exist.
+QString desktopEntriesFolder();
+QString desktopEntryPath(const QString& name);
+
+/// A value of the group [Desktop Entry], its escapes resolved. Nothing when the file cannot be read, is larger than 64 KiB, or lacks the
+/// key.
+std::optional<QString> desktopEntryValue(const QString& path, const QString& key);
+/// Whether the entry of the bundle's name stands for the bundle at this place, not for a copy elsewhere.
+bool isInstalledOnDesktop(const NSBundle& bundle);
+
+} // namespace quoddle
