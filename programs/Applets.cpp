@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "Applets.h"
+
+#include "platform/ae/transport/AEApplicationLookup.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <unistd.h>
+
+#include <QFile>
+
+namespace quoddle::tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::shared_ptr<NSBundle> bundleAt(const std::string& path) {
+    std::error_code error;
+    if (!fs::is_directory(path + "/Contents", error))
+        return nullptr;
+    return NSBundle::bundleWithPath(QFile::decodeName(AECanonicalPath(path).c_str()));
+}
+
+} // namespace
+
+Result<std::shared_ptr<NSBundle>, std::string> findApplet(const std::string& word) {
+    if (auto bundle = bundleAt(word))
+        return bundle;
+    std::error_code error;
+    if (fs::exists(word, error))
+        return Failure{word + ": this is not an applet bundle; give the folder that ends in .app"};
+    if (word.find('/') == std::string::npos)
+        if (const auto found = AEFindApplication(AEDesc("aprl"_4cc, word)))
+            if (auto bundle = bundleAt(found->path))
+                return bundle;
+    return Failure{word + ": no such applet; give the path of its .app folder"};
+}
+
+Result<std::string, std::string> findShell() {
+    std::error_code error;
+    const char* chosen = std::getenv("QUODDLE_SHELL");
+    const std::string shell = chosen && *chosen ? fs::absolute(chosen, error).lexically_normal().string()
+                                                : (fs::read_symlink("/proc/self/exe", error).parent_path() / "quoddle-shell").string();
+    if (fs::is_regular_file(shell, error) && ::access(shell.c_str(), X_OK) == 0)
+        return shell;
+    return Failure{shell + ": the applet shell is not there; set QUODDLE_SHELL to the path of quoddle-shell"};
+}
+
+std::string printable(const QString& text) {
+    QString out = text;
+    for (QChar& c : out)
+        if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = u'?';
+    return out.toStdString();
+}
+
+} // namespace quoddle::tool

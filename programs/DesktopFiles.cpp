@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "DesktopFiles.h"
+
+#include "platform/foundation/DesktopEntry.h"
+
+namespace quoddle::tool {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString withBackslashes(const QString& text, QLatin1StringView before) {
+    QString out;
+    for (QChar c : text) {
+        if (before.contains(c))
+            out += u'\\';
+        out += c;
+    }
+    return out;
+}
+
+/// One word of a command line, as the program that reads the file takes it apart.
+QString word(const QString& text) {
+    return u'"' + withBackslashes(text, "\\\"`$"_L1) + u'"';
+}
+
+/// What is left of a line once it can hold nothing but itself.
+QString line(const QString& key, const QString& value) {
+    QString plain = value;
+    for (QChar& c : plain)
+        if (c.category() == QChar::Other_Control)
+            c = u' ';
+    return key + u'=' + withBackslashes(plain.trimmed(), "\\"_L1) + u'\n';
+}
+
+} // namespace
+
+std::string desktopEntryText(const DesktopApplet& applet) {
+    const QString command = word(applet.shell) + u' ' + word(applet.bundlePath);
+    QString text = u"[Desktop Entry]\nType=Application\nVersion=1.4\n"_s;
+    text += line(u"Name"_s, applet.title);
+    text += line(u"Exec"_s, QString(command).replace(u'%', u"%%"_s) + u" %F"_s);
+    if (!applet.icon.isEmpty())
+        text += line(u"Icon"_s, applet.icon);
+    if (!applet.mimeTypes.isEmpty())
+        text += line(u"MimeType"_s, applet.mimeTypes.join(u';') + u';');
+    text += u"Categories=Utility;\nDBusActivatable=true\n"_s;
+    text += line(kDesktopEntryBundleKey, applet.bundlePath);
+    return text.toStdString();
+}
+
+std::string serviceText(const DesktopApplet& applet) {
+    return (u"[D-BUS Service]\n"_s + line(u"Name"_s, applet.desktopName) +
+            line(u"Exec"_s, word(applet.shell) + u" --activated "_s + word(applet.bundlePath)))
+        .toStdString();
+}
+
+} // namespace quoddle::tool

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// The text of the two files by which a desktop starts an applet: its desktop entry and its service on the session bus.
+#pragma once
+
+#include <string>
+
+#include <QStringList>
+
+namespace quoddle::tool {
+
+struct DesktopApplet {
+    QString desktopName; ///< DesktopEntry.h
+    QString title;
+    QString bundlePath; ///< absolute, like the two below; without control characters
+    QString shell;
+    QString icon; ///< may be empty
+    QStringList mimeTypes;
+};
+
+std::string desktopEntryText(const DesktopApplet& applet);
+std::string serviceText(const DesktopApplet& applet);
+
+} // namespace quoddle::tool

@@ -1,0 +1,204 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""End to end: installed applets, asked for over a session bus of their own as a desktop asks.
+
+    desktop.py BIN [PATTERN]
+"""
+import pathlib
+import shutil
+import subprocess
+import time
+
+import harness
+from harness import binaries, until
+
+NOTING = """
+on jot(what)
+	do shell script "echo " & quoted form of what & " >> FOLDER/noted"
+end jot
+on run
+	jot("run")
+end run
+on open these
+	repeat with f in these
+		jot("open " & POSIX path of f)
+	end repeat
+end open
+on idle
+	return 100
+end idle
+on quit
+	jot("quit")
+	continue quit
+end quit
+"""
+
+
+class Desktop(harness.AppletCase):
+    def setUp(self):
+        super().setUp()
+        self.environment = dict(self.display.environment, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"),
+                                XDG_DATA_HOME=str(self.folder / "data"), XDG_RUNTIME_DIR=str(self.folder / "run"), QUODDLE_SHELL=str(binaries() / "quoddle-shell"))
+        (self.folder / "run").mkdir(mode=0o700)
+        # The folder of the services is not there yet: that the bus finds one all the same is the installer's work.
+        bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; read line'], env=self.environment,
+                               stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.addCleanup(lambda: bus.communicate("\n", timeout=harness.DEADLINE))
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+        self.processes = []
+        self.addCleanup(self.end_all)
+
+    def end_all(self):
+        for process in self.processes:
+            process.kill()
+            process.wait()
+        for line in self.call("quoddle", "list").stdout.splitlines()[1:]:
+            subprocess.run(["kill", "-KILL", line.rpartition(" /")[0].split()[-1]], check=False)
+
+    def call(self, program, *words, **more):
+        path = binaries() / program
+        return subprocess.run([str(path if path.exists() else program), *map(str, words)], env=dict(self.environment, **more), capture_output=True, text=True, timeout=60)
+
+    def make(self, name, source=NOTING, options=("-s",)):
+        bundle = self.folder / (name + ".app")
+        script = self.folder / "source"
+        script.write_text(source.replace("FOLDER", str(self.folder)))
+        made = self.call("osacompile", *options, "-o", bundle, script)
+        self.assertEqual(made.returncode, 0, made.stderr)
+        return bundle
+
+    def launch(self, bundle, *files):
+        process = subprocess.Popen([str(bundle / "Contents/Linux" / bundle.stem), *files], env=self.environment)
+        self.processes.append(process)
+        return process
+
+    def install(self, bundle):
+        done = self.call("quoddle", "install", bundle)
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return pathlib.Path(done.stdout.removeprefix("Installed: ").rstrip("\n"))
+
+    def ask(self, entry, method, *arguments):
+        """What the applet of a desktop entry answers: nothing, or an error."""
+        name = entry.stem
+        path = "/" + name.replace(".", "/").replace("-", "_")
+        done = self.call("gdbus", "call", "--session", "--timeout", "20", "-d", name, "-o", path, "-m", "org.freedesktop.Application." + method, *arguments)
+        return done.stderr.strip() if done.returncode else ""
+
+    def owned(self, entry):
+        done = self.call("gdbus", "call", "--session", "-d", "org.freedesktop.DBus", "-o", "/", "-m", "org.freedesktop.DBus.NameHasOwner", entry.stem)
+        return "true" in done.stdout
+
+    def noted(self):
+        path = self.folder / "noted"
+        return path.read_text() if path.exists() else ""
+
+    def running(self):
+        return len(self.call("quoddle", "list").stdout.splitlines()[1:])
+
+    def test_requests_reach_the_applet_that_runs(self):
+        bundle = self.make("Server")
+        entry = self.install(bundle)
+        process = self.launch(bundle)
+        until(lambda: self.owned(entry), "the name to be taken")
+        self.assertEqual(self.ask(entry, "Activate", "{}"), "")
+        self.assertEqual(self.ask(entry, "Open", "['file:///tmp/a%20b', 'file://localhost/etc/../etc/passwd']", "{'desktop-startup-id': <'x'>}"), "")
+        until(lambda: "passwd" in self.noted(), "the files to be opened")
+        self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
+        until(lambda: process.poll() is not None, "the applet to end")
+        self.assertEqual(self.noted(), "run\nopen /tmp/a b\nopen /etc/passwd\nquit\n")
+        self.assertFalse(self.owned(entry))
+
+    def test_what_is_no_request_is_refused(self):
+        bundle = self.make("Server")
+        entry = self.install(bundle)
+        self.launch(bundle)
+        until(lambda: self.owned(entry), "the name to be taken")
+        many = "[" + ", ".join(["'file:///a'"] * 4097) + "]"
+        long = "['file:///" + "a" * 16400 + "']"
+        for method, arguments, expected in [
+            ("Open", ["@as []", "{}"], "InvalidArgs"),
+            ("Open", ["['http://example.com/a']", "{}"], "Only files of this computer"),
+            ("Open", ["['file:///tmp/a', 'file://elsewhere/a']", "{}"], "elsewhere"),
+            ("Open", ["['file:///tmp/%00']", "{}"], "InvalidArgs"),
+            ("Open", ["['/tmp/a']", "{}"], "InvalidArgs"),
+            ("Open", [many, "{}"], "LimitsExceeded"),
+            ("Open", [long, "{}"], "LimitsExceeded"),
+            ("ActivateAction", ["explode", "[]", "{}"], "explode"),
+            ("Open", ["'file:///tmp/a'", "{}"], "UnknownMethod|InvalidArgs|Error"),
+        ]:
+            self.assertRegex(self.ask(entry, method, *arguments), expected, method + str(arguments)[:60])
+        self.assertEqual(self.ask(entry, "Activate", "{}"), "")
+        self.assertEqual(self.noted(), "run\n")
+
+    def test_the_bus_starts_an_applet_for_a_request(self):
+        # Every character that one of the readers of the two files takes for something else.
+        bundle = self.make("It's \"50% $HOME\" `x` \\y é")
+        entry = self.install(bundle)
+        self.assertEqual(self.ask(entry, "Open", "['file:///etc/passwd']", "{}"), "")
+        until(lambda: self.noted(), "the file to be opened")
+        self.assertEqual(self.ask(entry, "Activate", "{}"), "")
+        self.assertEqual(self.running(), 1)
+        self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
+        until(lambda: not self.owned(entry), "the name to be given back")
+        self.assertEqual(self.noted(), "open /etc/passwd\nquit\n", "files that come with the launch are opened instead of a run")
+        until(lambda: self.running() == 0, "the applet to end")
+        # Asked to quit, one that does not run does nothing; asked for itself, it runs.
+        self.ask(entry, "ActivateAction", "quit", "[]", "{}")
+        self.assertEqual(self.ask(entry, "Activate", "{}"), "")
+        until(lambda: self.noted().endswith("quit\nrun\n"), "the applet to run")
+        self.assertEqual(self.running(), 1)
+
+    def test_an_applet_that_does_its_work_and_ends_can_be_asked_for_too(self):
+        entry = self.install(self.make("Brief", "on run\ndo shell script \"echo run >> FOLDER/noted\"\nend run", ()))
+        for times in (1, 2):
+            self.assertEqual(self.ask(entry, "Activate", "{}"), "")
+            until(lambda: self.noted() == "run\n" * times, "the applet to run")
+            until(lambda: not self.owned(entry), "the name to be given back")
+
+    def test_files_are_not_lost_on_one_that_was_started_before_it_was_installed(self):
+        bundle = self.make("Early")
+        process = self.launch(bundle)
+        until(lambda: self.running() == 1, "the applet to run")
+        time.sleep(0.5)
+        entry = self.install(bundle)
+        self.assertFalse(self.owned(entry))
+        self.assertEqual(self.ask(entry, "Open", "['file:///etc/passwd']", "{}"), "")
+        until(lambda: "open /etc/passwd" in self.noted(), "the file to be opened")
+        until(lambda: not self.owned(entry), "the messenger to end")
+        self.assertEqual(self.running(), 1)
+        self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
+        until(lambda: process.poll() is not None, "the applet to end")
+        self.assertEqual(self.noted(), "run\nopen /etc/passwd\nquit\n")
+
+    def test_a_copy_that_is_not_installed_leaves_the_name_alone(self):
+        bundle = self.make("Server")
+        entry = self.install(bundle)
+        copy = self.folder / "copies" / "Server.app"
+        shutil.copytree(bundle, copy)
+        self.launch(copy)
+        until(lambda: self.running() == 1, "the copy to run")
+        time.sleep(1)
+        self.assertFalse(self.owned(entry))
+
+    def test_the_launcher_serves_with_a_bus_and_without(self):
+        bundle = self.make("It's \"50% $HOME\" `x` \\y é")
+        entry = self.install(bundle)
+        opened = ""
+        # By the bus; by the command line, which is all that some desktops use; and so where there is no bus.
+        for words, address, file in ((["gapplication", "launch", entry.stem], self.environment["DBUS_SESSION_BUS_ADDRESS"], "/etc/passwd"),
+                                     (["gio", "launch", entry], self.environment["DBUS_SESSION_BUS_ADDRESS"], "/etc/group"),
+                                     (["gio", "launch", entry], "disabled:", "/etc/hostname")):
+            done = subprocess.run([*map(str, words), file], env=dict(self.environment, DBUS_SESSION_BUS_ADDRESS=address), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=30)
+            self.assertEqual(done.returncode, 0, words)
+            opened += "open " + file + "\n"
+            until(lambda: self.noted() == opened, "the launcher to open " + file)
+        self.assertEqual(self.running(), 1)
+
+    def test_uninstalling_ends_what_the_bus_knows(self):
+        entry = self.install(self.make("Server"))
+        self.assertEqual(self.call("quoddle", "uninstall", "Server").returncode, 0)
+        self.assertIn("ServiceUnknown", self.ask(entry, "Activate", "{}"))
+
+
+if __name__ == "__main__":
+    harness.main(Desktop)

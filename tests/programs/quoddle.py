@@ -1,0 +1,215 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""The program quoddle: what it tells of applets, and the files by which the desktop knows them. What becomes of these files on a bus is
+applets/desktop.py's.
+
+    quoddle.py BIN
+"""
+import configparser
+import os
+import pathlib
+import plistlib
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import zlib
+
+BIN = None
+
+
+def png(extent, width=None):
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+    header = struct.pack(">IIBBBBB", width or extent, extent, 8, 0, 0, 0, 0)
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(bytes((extent + 1) * extent))) + chunk(b"IEND", b"")
+
+
+def icns(*pictures):
+    body = b"".join(kind + struct.pack(">I", len(data) + 8) + data for kind, data in pictures)
+    return b"icns" + struct.pack(">I", len(body) + 8) + body
+
+
+class Quoddle(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp()).resolve()
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.data = self.folder / "data"
+        (self.folder / "run").mkdir(mode=0o700)
+        self.environment = {k: v for k, v in os.environ.items() if k != "DBUS_SESSION_BUS_ADDRESS"} | {
+            "HOME": str(self.folder), "XDG_DATA_HOME": str(self.data), "XDG_RUNTIME_DIR": str(self.folder / "run"), "QUODDLE_SHELL": str(BIN / "quoddle-shell"), "LC_ALL": "C.UTF-8"}
+
+    def call(self, *words, program="quoddle", **more):
+        done = subprocess.run([str(BIN / program), *map(str, words)], env=self.environment | more, capture_output=True, text=True, timeout=60, cwd=self.folder)
+        return done.returncode, done.stdout, done.stderr
+
+    def make(self, name="Tool", source="on run\nend run", options=(), info=None, icon=None):
+        bundle = self.folder / (name + ".app")
+        self.assertEqual(self.call(*options, "-o", bundle, "-e", source, program="osacompile")[0], 0)
+        plist = bundle / "Contents/Info.plist"
+        if info is not None:
+            plist.write_bytes(plistlib.dumps(plistlib.loads(plist.read_bytes()) | info))
+        if icon is not None:
+            (bundle / "Contents/Resources/applet.icns").write_bytes(icon)
+        return bundle
+
+    def info(self, bundle):
+        status, output, _ = self.call("info", bundle)
+        return status, {line.partition(":")[0]: line.partition(":")[2].strip() for line in output.splitlines()}
+
+    def install(self, bundle):
+        """The desktop entry, read."""
+        status, output, errors = self.call("install", bundle)
+        self.assertEqual((status, errors), (0, ""))
+        path = output.splitlines()[0].removeprefix("Installed: ")
+        if shutil.which("desktop-file-validate"):
+            checked = subprocess.run(["desktop-file-validate", "--no-hints", path], capture_output=True, text=True)
+            self.assertEqual((checked.returncode, checked.stdout), (0, ""))
+        entry = configparser.RawConfigParser(delimiters="=", strict=True)
+        entry.optionxform = str
+        entry.read(path, encoding="utf-8")
+        return dict(entry["Desktop Entry"])
+
+    def files(self):
+        """What stands in the data folder, the cache of another program aside."""
+        return sorted(str(p.relative_to(self.data)) for p in self.data.rglob("*") if p.is_file() and p.name != "mimeinfo.cache")
+
+    def test_help_and_misuse(self):
+        for command in ([], ["run"], ["list"], ["info"], ["install"], ["uninstall"]):
+            status, output, _ = self.call(*command, "--help")
+            self.assertEqual(status, 0)
+            self.assertTrue(output.startswith("usage: quoddle " + " ".join(command)), output)
+        for words, status, error in [
+            ([], 2, ""),
+            (["fly"], 2, "unknown command fly"),
+            (["info"], 2, "needs the path"),
+            (["info", "a", "b"], 2, "too many"),
+            (["info", "--deep", "a"], 2, "unknown option --deep"),
+            (["info", "Nobody"], 1, "no such applet; give the path"),
+            (["install", self.folder], 1, "not an applet bundle"),
+            (["uninstall", "Nobody"], 1, "not installed"),
+        ]:
+            got = self.call(*words)
+            self.assertEqual(got[0], status, words)
+            self.assertIn(error, got[2])
+        self.assertEqual(self.call("list"), (0, "", "No applet is running.\n"))
+        bundle = self.make()
+        for command in ("install", "run"):
+            self.assertIn("set QUODDLE_SHELL", self.call(command, bundle, QUODDLE_SHELL="/nowhere/shell")[2])
+        self.assertEqual(self.files(), [])
+
+    def test_info(self):
+        source = "on open f\nend open\non idle\nend idle\non quit\nend quit\non helper(x)\nend helper"
+        bundle = self.make("Some Tool", source, ["-s"], {"CFBundleIdentifier": "com.example.tool", "CFBundleShortVersionString": "2.1\u009b[31m",
+                           "CFBundleDocumentTypes": [{"CFBundleTypeExtensions": ["png", "txt"], "LSItemContentTypes": ["public.folder", "com.adobe.pdf"]}]})
+        status, told = self.info(bundle)
+        self.assertEqual(status, 0)
+        handlers = set(told.pop("Handlers").split(", "))
+        self.assertEqual(handlers, {"open", "idle", "quit", "helper"})
+        self.assertEqual(told, {"Name": "Some Tool", "Identifier": "com.example.tool", "Version": "2.1?[31m", "Path": str(bundle), "Stays open": "yes",
+                                "Startup screen": "no", "File types": "folders; png, txt; com.adobe.pdf", "Installed": "no"})
+        (bundle / "Contents/Resources/Scripts/main.scpt").write_bytes(b"FasdUAS 1.101.10" + bytes(100))
+        status, told = self.info(bundle)
+        self.assertEqual((status, told["Handlers"][:7], told["Name"]), (1, "unknown", "Some Tool"))
+        (bundle / "Contents/Info.plist").write_bytes(b"<plist><dict><key>CFBundleDocumentTypes</key>")
+        self.assertEqual(self.info(bundle)[1]["File types"], "none")
+
+    def test_install_and_uninstall(self):
+        bundle = self.make("Some Tool", icon=icns((b"ic07", png(128))), info={"CFBundleIdentifier": "com.example.tool", "CFBundleIconFile": "applet"})
+        (self.data / "applications").mkdir(parents=True)
+        other = self.data / "applications" / "other.desktop"
+        other.write_text("[Desktop Entry]\nType=Application\nName=Some Tool\nExec=true\n")
+        before = self.files()
+        entry = self.install(bundle)
+        name = "applet-com.example.tool"
+        made = sorted([f"applications/{name}.desktop", f"dbus-1/services/{name}.service", f"icons/{name}.png", "applications/other.desktop"])
+        self.assertEqual(self.files(), made)
+        self.assertEqual(entry["Name"], "Some Tool")
+        self.assertEqual(entry["Exec"], f'"{BIN}/quoddle-shell" "{bundle}" %F')
+        self.assertEqual(entry["Icon"], str(self.data / f"icons/{name}.png"))
+        self.assertEqual(entry["X-Quoddle-Bundle"], str(bundle))
+        self.assertEqual(self.info(bundle)[1]["Installed"], "yes")
+        # Again, without the icon: nothing of before is left. Then a copy takes the place, and says so.
+        (bundle / "Contents/Resources/applet.icns").unlink()
+        self.assertNotIn("Icon", self.install(bundle))
+        self.assertNotIn(f"icons/{name}.png", self.files())
+        copy = self.folder / "copies" / "Some Tool.app"
+        shutil.copytree(bundle, copy)
+        self.assertIn("takes the place of " + str(bundle), self.call("install", copy)[1])
+        self.assertEqual(self.call("uninstall", bundle)[0], 1)
+        # The bundle may be gone by then.
+        shutil.rmtree(copy)
+        self.assertEqual(self.call("uninstall", "copies/Some Tool.app")[0], 0)
+        self.assertEqual(self.files(), before)
+        for word in ("Some Tool", name):
+            self.install(bundle)
+            self.assertEqual(self.call("uninstall", word)[0], 0)
+            self.assertEqual(self.files(), before)
+
+    def test_what_is_not_ours_stays(self):
+        bundle = self.make(info={"CFBundleIdentifier": "com.example.tool"})
+        foreign = self.data / "applications/applet-com.example.tool.desktop"
+        foreign.parent.mkdir(parents=True)
+        foreign.write_text("[Desktop Entry]\nName=Tool\n")
+        self.assertIn("has not made", self.call("install", bundle)[2])
+        self.assertEqual(self.call("uninstall", "Tool")[0], 1)
+        self.assertEqual(self.files(), ["applications/applet-com.example.tool.desktop"])
+        foreign.unlink()
+        # One part that cannot be written leaves none behind.
+        (self.data / "dbus-1").write_text("a file in the way")
+        self.assertEqual(self.call("install", bundle)[0], 1)
+        self.assertEqual(self.files(), ["dbus-1"])
+
+    def test_names_from_outside_write_no_lines_of_their_own(self):
+        entry = self.install(self.make("Evil", info={"CFBundleName": "Nice\nExec=false\r\n[x]\\n", "CFBundleIdentifier": "../../com.evil\nExec=false"}))
+        self.assertEqual(entry["Name"], "Nice Exec=false [x]\\\\n")
+        self.assertNotIn("false", entry["Exec"])
+        self.assertTrue(all(".." not in file for file in self.files()))
+        two_lines = self.folder / "two\nlines.app"
+        shutil.copytree(self.folder / "Evil.app", two_lines)
+        self.assertIn("rename", self.call("install", two_lines)[2])
+
+    def test_file_types(self):
+        def types(*documents, **more):
+            return self.install(self.make(info={"CFBundleDocumentTypes": list(documents)} | more)).get("MimeType")
+        self.assertEqual(types({"CFBundleTypeExtensions": ["png", "TXT", "no/such", "unheardof"]}), "image/png;text/plain;")
+        self.assertEqual(types({"CFBundleTypeExtensions": ["*"]}), "application/octet-stream;")
+        self.assertEqual(types({"LSItemContentTypes": ["com.adobe.pdf", "public.folder"], "CFBundleTypeMIMETypes": ["image/gif", "inode/directory", "image/*", "a;b"]}),
+                         "application/pdf;image/gif;")
+        self.assertEqual(types({"LSItemContentTypes": ["com.example.odd"]}, UTExportedTypeDeclarations=[
+            {"UTTypeIdentifier": "com.example.odd", "UTTypeTagSpecification": {"public.mime-type": "text/x-odd", "public.filename-extension": ["html"]}}]), "text/html;text/x-odd;")
+        self.assertEqual(types({"CFBundleTypeOSTypes": ["fold"]}, 7, {"CFBundleTypeExtensions": {"a": 1}}), None)
+        self.assertIn("image/png", types({"LSItemContentTypes": ["public.image"]}))
+
+    def test_icons(self):
+        small, good, large, oblong, huge = png(64), png(256), png(512), png(256, 128), png(2048)
+        for icon, chosen in [
+            (icns((b"ic12", small), (b"ic09", large), (b"ic08", good)), good),
+            (icns((b"ic12", small), (b"ic09", large)), large),
+            (icns((b"is32", bytes(100)), (b"ic12", small), (b"ic08", b"\0\0\0\x0cjP  " + bytes(99))), small),
+            (icns((b"ic08", oblong), (b"ic10", huge)), None),
+            (good, good),
+            (icns((b"ic08", good))[:40], None),
+            (b"icns" + struct.pack(">I", 16) + b"ic08" + struct.pack(">I", 0), None),
+            (b"", None),
+        ]:
+            self.install(self.make(icon=icon, info={"CFBundleIconFile": "applet.icns"}))
+            found = list((self.data / "icons").glob("*")) if (self.data / "icons").exists() else []
+            self.assertEqual([p.read_bytes() for p in found], [chosen] if chosen else [])
+
+    def test_run_hands_on_the_files(self):
+        shell = self.folder / "shell"
+        shell.write_text('#!/bin/sh\nprintf "%s\\n" "$@"\nexit 7\n')
+        shell.chmod(0o755)
+        bundle = self.make()
+        self.assertEqual(self.call("run", "Tool.app", "a b", "-c", QUODDLE_SHELL=str(shell)), (7, f"{bundle}\na b\n-c\n", ""))
+        (self.folder / "Applications").mkdir()
+        shutil.move(bundle, self.folder / "Applications/Tool.app")
+        self.assertEqual(self.call("run", "tool", QUODDLE_SHELL=str(shell))[1], f"{self.folder}/Applications/Tool.app\n")
+
+
+if __name__ == "__main__":
+    BIN = pathlib.Path(sys.argv.pop(1)).resolve()
+    unittest.main(verbosity=2)
