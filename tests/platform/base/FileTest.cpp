@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// Whole files: what was there stays until the new one is complete.
+#include "platform/base/File.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace quoddle {
+namespace {
+
+namespace fs = std::filesystem;
+
+class FileTest : public testing::Test {
+protected:
+    FileTest() {
+        char name[] = "/tmp/quoddle-test.XXXXXX";
+        folder = mkdtemp(name);
+    }
+    ~FileTest() override { fs::remove_all(folder); }
+
+    std::size_t filesInFolder() const { return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator())); }
+
+    std::string folder;
+};
+
+/// No file may grow beyond the limit: to the writer the same as a disk that is full.
+class FullDisk {
+public:
+    explicit FullDisk(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &mBefore);
+        rlimit small = mBefore;
+        small.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &small);
+        mHandler = std::signal(SIGXFSZ, SIG_IGN);
+    }
+    ~FullDisk() {
+        setrlimit(RLIMIT_FSIZE, &mBefore);
+        std::signal(SIGXFSZ, mHandler);
+    }
+
+private:
+    rlimit mBefore{};
+    void (*mHandler)(int);
+};
+
+TEST_F(FileTest, AFullDiskCostsTheNewFileOnly) {
+    const std::string path = folder + "/a";
+    ASSERT_EQ(writeFile(path, "before"), noErr);
+    {
+        const FullDisk full(1000);
+        EXPECT_NE(writeFile(path, std::string(100'000, 'x')), noErr);
+    }
+    EXPECT_EQ(*readFile(path, 1000), "before");
+    EXPECT_EQ(filesInFolder(), 1u);
+    EXPECT_EQ(writeFile(path, "after"), noErr);
+    EXPECT_EQ(*readFile(path, 1000), "after");
+}
+
+TEST_F(FileTest, KeepsThePermissionsAndSaysWhatFailed) {
+    const std::string path = folder + "/a";
+    ASSERT_EQ(writeFile(path, "x"), noErr);
+    ::chmod(path.c_str(), 0640);
+    ASSERT_EQ(writeFile(path, "y"), noErr);
+    struct stat status {};
+    ::stat(path.c_str(), &status);
+    EXPECT_EQ(status.st_mode & 0777, 0640u);
+    EXPECT_EQ(readFile(folder + "/none", 10).error(), fnfErr);
+    EXPECT_EQ(readFile(path, 0).error(), memFullErr);
+    EXPECT_NE(writeFile(folder + "/none/a", "x"), noErr);
+}
+
+TEST_F(FileTest, DoesNotWaitForPipes) {
+    const std::string path = folder + "/pipe";
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(readFile(path, 10).error(), paramErr);
+}
+
+} // namespace
+} // namespace quoddle
