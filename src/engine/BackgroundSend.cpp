@@ -7,6 +7,7 @@
 #include "platform/ae/AEMainThread.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSConditionLock.h"
+#include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSOperationQueue.h"
 
 #include <QCoreApplication>
@@ -53,9 +54,19 @@ std::shared_ptr<NSOperation> makeSend(const QXOSAComponentRef& component, const 
     return send;
 }
 
+/// Whatever an event's handler throws is not the sender's affair: the wait goes on.
+void serveEvents(Clock::time_point sliceEnd) {
+    try {
+        AEProcessMainThreadEvents(std::chrono::ceil<std::chrono::milliseconds>(sliceEnd - Clock::now()));
+    } catch (...) {
+        NSLog(QStringLiteral("An exception came from the events that were served while a script waits for a reply"));
+    }
+}
+
 } // namespace
 
-OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks) {
+OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& event, AEDesc* reply, AESendMode sendMode,
+                          std::int32_t timeoutInTicks) {
     const bool isMain = QCoreApplication::instance() && MainThread::isCurrent();
     const auto lock = isMain ? nullptr : std::make_shared<NSConditionLock>(kPending);
     const auto result = std::make_shared<AESendMessageResult>();
@@ -72,7 +83,7 @@ OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& even
         }
         const Clock::time_point sliceEnd = std::min(Clock::now() + kSlice, limit);
         if (isMain)
-            AEProcessMainThreadEvents(std::chrono::ceil<std::chrono::milliseconds>(sliceEnd - Clock::now()));
+            serveEvents(sliceEnd);
         else
             locked = lock->lockWhenConditionBeforeDate(kHandled, sliceEnd);
         if (!result->isHandled() && isRunCancelled(*component)) {
@@ -82,9 +93,10 @@ OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& even
     }
     if (result->isHandled() && status == noErr) {
         // The send may have reached its own limit first.
-        status = result->error() == errAETimeout ? component->timeoutError() : result->error();
-        if (AEDesc replyEvent = result->detachedReplyEvent(); reply && !replyEvent.isNull())
-            *reply = std::move(replyEvent);
+        const bool timedOut = result->error() == errAETimeout;
+        status = timedOut ? component->timeoutError() : result->error();
+        if (reply && !timedOut)
+            *reply = result->detachedReplyEvent();
     } else {
         result->abandon();
     }

@@ -237,6 +237,26 @@ TEST_F(OSACallbacksTest, WaitingEndsByTimeOutAndCancellation) {
     EXPECT_FALSE(component->isCancelled());
 }
 
+TEST_F(OSACallbacksTest, WhatIsThrownWhileWaitingEndsThere) {
+    int thrown = 0;
+    AESetMainThread({MainThread::isCurrent, MainThread::dispatchAsync, [&thrown](std::chrono::milliseconds) {
+                         if (++thrown < 3)
+                             throw std::runtime_error("a slot's");
+                         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+                     }});
+    LogCatcher log;
+    EXPECT_EQ(send(event()), noErr);
+    EXPECT_GE(thrown, 3);
+    EXPECT_EQ(log.count(QStringLiteral("exception")), 2);
+    EXPECT_EQ(reply.find("----"_4cc)->asInt32(), 5);
+}
+
+TEST_F(OSACallbacksTest, ASendWithoutAnswerLeavesNoOldReply) {
+    reply.put("keep"_4cc, AEDesc::ofInt32(1));
+    EXPECT_EQ(send(event(), kAENoReply), noErr);
+    EXPECT_TRUE(reply.isNull());
+}
+
 TEST_F(OSACallbacksTest, SendsGoThroughTheSharedQueue) {
     std::atomic<int> running = 0, most = 0;
     QThread* handled = nullptr;
