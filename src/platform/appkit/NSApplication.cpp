@@ -78,15 +78,23 @@ void NSApplication::finishLaunching(const QStringList& filesToOpen) {
 }
 
 void NSApplication::openFiles(const QStringList& filenames, OpenCompletion completion) {
-    mOpenRequests.push_back(std::move(completion));
+    const int number = ++mLastOpenRequest;
+    mOpenRequests.push_back({number, std::move(completion)});
+    const int outer = std::exchange(mAskedOpenRequest, number);
     mDelegate->applicationOpenFiles(filenames);
+    mAskedOpenRequest = outer;
 }
 
 void NSApplication::replyToOpenOrPrint(NSApplicationDelegateReply reply) {
-    if (mOpenRequests.empty())
+    // Files that are refused at once must not answer for those that are still being opened.
+    auto request = std::find_if(mOpenRequests.begin(), mOpenRequests.end(),
+                                [this](const OpenRequest& open) { return open.number == mAskedOpenRequest; });
+    if (request == mOpenRequests.end())
+        request = mOpenRequests.begin();
+    if (request == mOpenRequests.end())
         return;
-    const OpenCompletion completion = std::move(mOpenRequests.front());
-    mOpenRequests.pop_front();
+    const OpenCompletion completion = std::move(request->completion);
+    mOpenRequests.erase(request);
     if (completion)
         completion(reply);
 }

@@ -9,7 +9,6 @@
 #include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSMenu.h"
 
-#include <deque>
 #include <functional>
 
 #include <QApplication>
@@ -43,8 +42,8 @@ public:
     bool isRunning() const override { return !mTerminating; }
 
     using OpenCompletion = std::function<void(NSApplicationDelegateReply)>;
-    /// Hands files to the delegate. The completion (may be empty) is called when they have been answered for; requests are answered in
-    /// order.
+    /// Hands files to the delegate. The completion (may be empty) is called when they have been answered for: by a reply that comes while
+    /// the delegate is being asked, or by a later one; later replies answer the requests that are still open in their order.
     void openFiles(const QStringList& filenames, OpenCompletion completion = {});
     void replyToOpenOrPrint(NSApplicationDelegateReply reply) override;
 
@@ -82,6 +81,10 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    struct OpenRequest {
+        int number;
+        OpenCompletion completion;
+    };
     struct ModalSession {
         QEventLoop* loop;
         int returnCode;
@@ -100,7 +103,9 @@ private:
     NSApplicationDelegate* mDelegate = nullptr;
     std::shared_ptr<NSMenu> mMainMenu;
     QHash<QString, std::function<void()>> mActions;
-    std::deque<OpenCompletion> mOpenRequests;
+    std::vector<OpenRequest> mOpenRequests; // the oldest first
+    int mLastOpenRequest = 0;
+    int mAskedOpenRequest = 0;                                // the one that the delegate is being asked about; 0: none
     std::vector<NSAppleEventManagerSuspensionID> mQuitEvents; // that wait for the answer
     std::vector<ModalSession*> mModalSessions;
     int mTerminationQuestions = 0;

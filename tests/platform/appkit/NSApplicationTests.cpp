@@ -42,7 +42,11 @@ public:
         if (onLaunch)
             onLaunch();
     }
-    void applicationOpenFiles(const QStringList& filenames) override { calls << u"open "_s + filenames.join(u' '); }
+    void applicationOpenFiles(const QStringList& filenames) override {
+        calls << u"open "_s + filenames.join(u' ');
+        if (filenames.contains(u"/refused"_s))
+            NSApplication::sharedApplication()->replyToOpenOrPrint(NSApplicationDelegateReply::failure);
+    }
     Reply applicationShouldTerminate() override {
         calls << u"should"_s;
         return terminateReply;
@@ -171,6 +175,18 @@ TEST_F(NSApplicationTest, AnswersOpenRequestsInOrder) {
     application().replyToOpenOrPrint(NSApplicationDelegateReply::success);
     application().replyToOpenOrPrint(NSApplicationDelegateReply::success); // no request is open
     EXPECT_EQ(answers, (QStringList{u"first 2"_s, u"second 0"_s}));
+}
+
+TEST_F(NSApplicationTest, FilesThatAreRefusedAtOnceDoNotAnswerForOthers) {
+    QStringList answers;
+    auto note = [&answers](const QString& name) {
+        return [&answers, name](NSApplicationDelegateReply reply) { answers << name + QString::number(static_cast<int>(reply)); };
+    };
+    application().openFiles({u"/1"_s}, note(u"first "_s));
+    application().openFiles({u"/refused"_s}, note(u"second "_s));
+    EXPECT_EQ(answers, (QStringList{u"second 2"_s}));
+    application().replyToOpenOrPrint(NSApplicationDelegateReply::success);
+    EXPECT_EQ(answers, (QStringList{u"second 2"_s, u"first 0"_s}));
 }
 
 TEST_F(NSApplicationTest, AppleEventsReachTheDelegate) {
