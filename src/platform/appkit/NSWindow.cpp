@@ -79,6 +79,8 @@ void NSWindow::setVisible(bool visible) {
         takeRestoredFrame();
         mRestoredFrame.reset();
     }
+    if (visible)
+        mGoesWithSheet = false;
     QMainWindow::setVisible(visible);
 }
 
@@ -101,7 +103,9 @@ void NSWindow::makeKeyAndOrderFront() {
 }
 
 void NSWindow::orderOut() {
-    hide();
+    mGoesWithSheet = attachedSheet() != nullptr;
+    if (!mGoesWithSheet)
+        hide();
 }
 
 void NSWindow::hideEvent(QHideEvent* event) {
@@ -123,15 +127,8 @@ void NSWindow::closeEvent(QCloseEvent* event) {
     event->accept();
     if (!application)
         return;
-    const bool asked = application->terminationQuestionCount() != questions;
-    // Later, for the window is still visible while it closes.
-    QMetaObject::invokeMethod(
-        application,
-        [application, asked, window = QPointer<NSWindow>(this)] {
-            if (window)
-                application->windowDidClose(*window, asked);
-        },
-        Qt::QueuedConnection);
+    // In the same turn: a delegate knows then what has led to the question.
+    application->windowDidClose(*this, application->terminationQuestionCount() != questions);
 }
 
 QDialog* NSWindow::attachedSheet() const {
@@ -196,6 +193,8 @@ void NSWindow::sheetEnded(const QObject* object, int returnCode) {
     if (completion)
         completion(returnCode);
     showNextSheet(); // unless the completion has begun one
+    if (!attachedSheet() && std::exchange(mGoesWithSheet, false))
+        hide();
 }
 
 void NSWindow::endSheet(QDialog* sheet, int returnCode) {

@@ -36,7 +36,7 @@ public:
 
     void setVisible(bool visible) override;
     void makeKeyAndOrderFront();
-    /// Hides the window without closing it.
+    /// Hides the window without closing it; while a sheet asks for an answer, not before it has been given.
     void orderOut();
 
     /// The return code of the dialog; NSModalResponseAbort when the window was destroyed first.
@@ -73,6 +73,7 @@ private:
     QString mFrameAutosaveName;
     std::optional<QRect> mRestoredFrame; // until the window is first shown
     std::deque<Sheet> mSheets;           // the first one is shown
+    bool mGoesWithSheet = false;         // was ordered out while one was shown
 };
 
 } // namespace quoddle

@@ -159,6 +159,25 @@ TEST(NSWindow, ShowsSheetsOneAfterTheOther) {
     EXPECT_EQ(ends.last(), u"late:-1001"_s);
 }
 
+TEST(NSWindow, StaysAsLongAsItsSheetWaitsForAnAnswer) {
+    for (const bool shownAgain : {false, true}) {
+        NSWindow window;
+        QDialog first, second;
+        window.show();
+        window.beginSheet(&first, {});
+        window.beginSheet(&second, {});
+        window.orderOut();
+        if (shownAgain)
+            window.makeKeyAndOrderFront();
+        window.endSheet(&first, 0);
+        EXPECT_TRUE(window.isVisible() && second.isVisible());
+        window.endSheet(&second, 0);
+        EXPECT_EQ(window.isVisible(), shownAgain);
+        window.orderOut();
+        EXPECT_FALSE(window.isVisible());
+    }
+}
+
 TEST(NSWindow, KeepsItsSheetInPlaceWhereverItGoes) {
     NSWindow window;
     Pane pane({300, 80});
