@@ -3,6 +3,7 @@
 #include "runtime/AppDelegate.h"
 
 #include "engine/QXOSAException.h"
+#include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSLog.h"
 
 #include <cmath>
@@ -141,7 +142,9 @@ NSApplicationTerminateReply AppDelegate::applicationShouldTerminate() {
         // Through a handle of its own: the script's own one is about to tell the other thread how the execution ended.
         if (const QXOSAIDRef script = mainScript())
             setAppletIsQuitting(true, QXOSAID::QXOSAIDWithComponent(script->component(), script->valueID(), false));
-        cancelScript();
+        // Twice in one go would also stop what the script does about being stopped.
+        if (!mStoppedByClosing)
+            cancelScript();
         return NSApplicationTerminateReply::later;
     }
     if (!scriptStarted() || !hasQuitHandler())
@@ -166,7 +169,10 @@ void AppDelegate::_windowWillClose(const NSNotification& notification) {
         return; // a dialog or a panel
     setUserClosedWindow(true);
     setApplicationTriedToQuit(true);
+    mStoppedByClosing = _isRespondingToScript();
     stopRunningScript();
+    // The question that the closing leads to comes in this turn of the loop.
+    MainThread::dispatchAsync([this] { mStoppedByClosing = false; });
 }
 
 bool AppDelegate::respondsToAction(const QString& action) const {

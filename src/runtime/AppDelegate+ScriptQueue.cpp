@@ -123,6 +123,9 @@ void AppDelegate::finish(const std::shared_ptr<Execution>& execution) {
 void AppDelegate::finishFatalError(const std::shared_ptr<Execution>& execution) {
     showAlert(runtimeErrorAlert(*execution->errorInfo), [this, execution] {
         execution->complete();
+        // A quit handler that has failed is not asked again: it would fail again, and the applet could not be ended.
+        if (execution->isQuitEvent())
+            setRunningQuitHandler(true);
         terminate();
     });
 }

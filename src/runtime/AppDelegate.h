@@ -135,7 +135,8 @@ private:
     QXOSAIDRef mMainGenericScript;
     QXOSAIDRef mMainScript;
     bool mShowingRuntimeError = false;
-    double mIdleCallDue = 0; // when the last idle call was to come, by the clock of the performs
+    double mIdleCallDue = 0;          // when the last idle call was to come, by the clock of the performs
+    bool mStoppedByClosing = false;   // the window is closing, and that has stopped the script
     std::recursive_mutex mObjectLock; // scriptDidYield's; the main thread only ever tries it
 };
 

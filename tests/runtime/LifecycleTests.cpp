@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include <QCoreApplication>
 
 namespace quoddle {
@@ -263,6 +265,21 @@ TEST(Terminate, AQuitThatIsNotPassedOnIsRefused) {
     }
 }
 
+TEST(Terminate, AQuitHandlerThatFailsIsNotAskedAgain) {
+    Applet applet({.handlers = "run quit", .info = kStay});
+    ScriptedComponent::sHandlers["quit"] = [](ScriptedComponent::Run&) { return ScriptedComponent::failing(501, u"It went wrong."); };
+    applet.launch();
+    applet.settle();
+    applet.application.terminate();
+    applet.settle();
+    EXPECT_FALSE(applet.ended());
+    applet.alerts.dismiss();
+    applet.settle();
+    EXPECT_TRUE(applet.ended());
+    EXPECT_EQ(applet.alerts.shown.size(), 1);
+    EXPECT_EQ(ScriptedComponent::calls(), (Calls{"run", "quit"}));
+}
+
 TEST(Terminate, WhileTheScriptResumesNothingCountsAsRunning) {
     Applet applet({.handlers = "open idle run quit", .info = kStay});
     applet.launch();
@@ -332,6 +349,38 @@ TEST(WindowClose, IsAStopRequest) {
         EXPECT_EQ(applet.application.log, row.application);
         EXPECT_EQ(applet.ended(), row.ended);
     }
+}
+
+TEST(WindowClose, StopsOnceAndNotWhatTheScriptDoesAboutIt) {
+    Applet applet({.handlers = "run", .info = kStay});
+    std::atomic<bool> stopped = false, mayEnd = false;
+    std::atomic<int> stoppedAgain = 0;
+    ScriptedComponent::sHandlers["run"] = [&](ScriptedComponent::Run& run) {
+        const Outcome outcome = run.workUntilStopped();
+        stopped = true;
+        while (!mayEnd)
+            stoppedAgain += run.yield() != noErr;
+        return outcome;
+    };
+    applet.launch();
+    ASSERT_TRUE(hasBegun("run"));
+    auto tidiesUp = [&](bool again) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        EXPECT_EQ(stoppedAgain, again);
+    };
+    // The script has heard of the first notice before the question comes.
+    NSNotificationCenter::defaultCenter().postNotification(NSWindowWillCloseNotification, applet.window->windowObject());
+    while (!stopped)
+        std::this_thread::yield();
+    EXPECT_TRUE(applet.delegate->applicationShouldTerminateAfterLastWindowClosed());
+    applet.application.terminate();
+    tidiesUp(false);
+    // Whoever asks later means it.
+    QCoreApplication::processEvents();
+    applet.application.terminate();
+    tidiesUp(true);
+    mayEnd = true;
+    EXPECT_TRUE(Applet::eventually([&] { return applet.ended(); }));
 }
 
 TEST(RuntimeError, TwoInQuickSuccessionShowOneAlert) {
