@@ -1,0 +1,455 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""End to end: the states of an applet (waiting, running, being stopped, idle, quitting, ended) and the ways from one to the other, by real keys, signals, files
+and events. The clock is read from files of time stamps that the scripts write.
+
+    lifecycle.py BIN [PATTERN]
+"""
+import os
+import pathlib
+import signal
+import subprocess
+import time
+
+import harness
+from harness import binaries, until
+
+STAMP = 'do shell script "date +%s.%N >> FOLDER/'
+
+# How a user or the desktop makes a running applet stop.
+STOPS = {
+    "the Stop button": lambda applet: applet.key("Escape"),
+    "closing the window": lambda applet: applet.key("alt+F4"),
+    "a quit request": lambda applet: applet.process.send_signal(signal.SIGTERM),
+}
+
+
+def running_children(words):
+    """The processes whose command line is these words."""
+    found = []
+    for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
+        try:
+            if entry.read_bytes().split(b"\0")[:-1] == words.encode().split():
+                found.append(entry.parent.name)
+        except OSError:
+            pass
+    return found
+
+
+class Lifecycle(harness.AppletCase):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.idle = cls("start_idle")
+        cls.idle.setUp()
+        cls.idle.began = time.time()
+        cls.idle.start_idle()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.idle.doCleanups()
+        super().tearDownClass()
+
+    def stamps(self, applet, file):
+        return [float(line) for line in applet.said(file).split()]
+
+    def windows(self, applet):
+        return applet.xdotool("search", "--onlyvisible", "--name", "^" + applet.name + "$")
+
+    def stays(self, applet, seconds=0.3):
+        """Nothing that is under way ends the applet."""
+        time.sleep(seconds)
+        self.assertIsNone(applet.process.poll(), applet.name + " has ended")
+
+    def hand_over(self, applet, *files):
+        """A second launch, which is answered when the files have been dealt with."""
+        link = applet.folder / (applet.name + ".app") / "Contents/Linux" / applet.name
+        return subprocess.Popen([str(link), *files], env=applet.environment(), stderr=subprocess.PIPE, text=True)
+
+    def call(self, applet, what):
+        statement = f'tell application "{applet.name}" to {what}'
+        return subprocess.Popen([str(binaries() / "osascript"), "-e", statement], env=applet.environment(), stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+
+    def made(self, file):
+        path = self.folder / file
+        path.write_text("x")
+        return str(path)
+
+    # Waiting
+
+    def test_a_startup_pane_runs_nothing_by_itself(self):
+        source = 'do shell script "echo ran > FOLDER/out"'
+        for name, leave, ran in [
+            ("Pressed", lambda applet: applet.key("Return"), "ran\n"),
+            ("Quit", lambda applet: applet.key("ctrl+q"), ""),
+            ("Asked", lambda applet: applet.process.send_signal(signal.SIGTERM), ""),
+            ("Shut", lambda applet: applet.key("alt+F4"), ""),
+        ]:
+            with self.subTest(name):
+                applet = self.start(name, source, options=["-u"])
+                applet.window()
+                self.stays(applet, 0.2)
+                self.assertEqual(applet.said("out"), "")
+                leave(applet)
+                applet.ends()
+                self.assertEqual(applet.said("out"), ran)
+                (self.folder / "out").unlink(missing_ok=True)
+
+    def test_a_startup_pane_comes_back_after_the_run(self):
+        applet = self.start("Again", STAMP + 'runs"', options=["-u", "-s"])
+        for count in (1, 2):
+            applet.window()
+            applet.key("Return")
+            until(lambda: len(self.stamps(applet, "runs")) == count, "run %d" % count)
+        self.stays(applet)
+        applet.key("alt+F4")
+        applet.ends()
+
+    def test_files_at_a_launch_with_a_startup_pane(self):
+        applet = self.start("Held", """
+            on open these
+                do shell script "echo " & (count these) & " >> FOLDER/opened"
+            end open
+            on run
+                do shell script "echo run >> FOLDER/opened"
+            end run
+            """, options=["-u", "-s"], files=[self.made("a"), self.made("b")])
+        until(lambda: applet.said("opened"), "the open handler")
+        applet.window()
+        # Files that come later are not held back by the pane; its button runs the run handler, for no file is left.
+        self.assertEqual(self.hand_over(applet, self.made("c")).wait(15), 0)
+        applet.key("Return")
+        until(lambda: "run" in applet.said("opened"), "the run handler")
+        self.assertEqual(applet.said("opened"), "2\n1\nrun\n")
+        applet.process.send_signal(signal.SIGTERM)
+        applet.ends()
+
+    def test_a_droplet_waits_for_files(self):
+        source = """
+            on open these
+                do shell script "echo " & (count these) & " >> FOLDER/opened"
+                error "enough" number -128
+            end open
+            """
+        applet = self.start("Waiting", source)
+        until(lambda: applet.folder.joinpath("run", "quoddle").exists(), "the applet to listen")
+        self.stays(applet)
+        self.assertEqual(applet.said("opened"), "")
+        applet.process.send_signal(signal.SIGTERM)
+        applet.ends()
+        applet = self.start("Fed", source)
+        self.stays(applet, 0.5)
+        over = self.hand_over(applet, self.made("a"))
+        self.assertEqual(over.wait(15), 1)
+        self.assertIn("was stopped", over.stderr.read())
+        applet.ends()
+
+    def test_files_for_a_script_without_open_handler(self):
+        applet = self.start("Deaf", STAMP + 'runs"', options=["-u", "-s"])
+        applet.window()
+        over = self.hand_over(applet, self.made("a"))
+        until(lambda: len(self.windows(applet)) == 2, "the alert")
+        applet.key("Return")
+        applet.ends()
+        over.wait(15)
+        self.assertEqual(applet.said("runs"), "")
+
+    # Running and being stopped
+
+    def busy_at(self, place, number):
+        """A script that is at work at that place until it is stopped, and then writes down when it heard of it."""
+        if place == "a wait for a reply":
+            self.start("Server%d" % number, "on slow()\ndelay 3600\nend slow\non idle\nreturn 100\nend idle", options=["-s"])
+            until(lambda: self.osascript("-e", f'application "Server{number}" is running').stdout == "true\n", "the server")
+        work = {
+            "a loop": "repeat\nset x to 1\nend repeat",
+            "a delay": "delay 3600",
+            "a shell command": f'do shell script "sleep {number} & sleep {number}; true"',
+            "a wait for a reply": f'tell application "Server{number}" to slow()',
+        }[place]
+        if place in ("a shell command", "a wait for a reply"):
+            # A wait that is given up leaves the script stopped once more, at the next place where it can be.
+            work = f"try\n{work}\non error number n\ndelay 3600\nend try"
+        return self.start("Busy%d" % number, f"""
+            set progress total steps to -1
+            set progress description to "{place}"
+            do shell script "echo 1 > FOLDER/started{number}"
+            try
+                {work}
+            on error number n
+                {STAMP}heard{number}"
+                do shell script "echo " & n & " > FOLDER/number{number}"
+                error number n
+            end try
+            """)
+
+    def test_every_way_to_stop_reaches_every_place_at_once(self):
+        began = time.monotonic()
+        subprocess.run(["sh", "-c", "date +%s.%N"], stdout=subprocess.DEVNULL)
+        subprocess.run(["xdotool", "getmouselocation"], env=self.display.environment, stdout=subprocess.DEVNULL)
+        allowed = 0.1 + 10 * (time.monotonic() - began)
+        number = 36000
+        for place in ("a loop", "a delay", "a shell command", "a wait for a reply"):
+            for way, stop in STOPS.items():
+                number += 1
+                with self.subTest(place + ", " + way):
+                    applet = self.busy_at(place, number)
+                    applet.window()
+                    until(lambda: applet.said(f"started{number}"), "the script to start")
+                    if place == "a shell command":
+                        until(lambda: len(running_children(f"sleep {number}")) == 2, "the children")
+                    time.sleep(0.1)
+                    asked = time.time()
+                    stop(applet)
+                    applet.ends()
+                    self.assertEqual(applet.said(f"number{number}"), "-128\n")
+                    took = self.stamps(applet, f"heard{number}")[0] - asked
+                    if "QUODDLE_FIGURES" in os.environ:
+                        print(f"{place}, {way}: {1000 * took:.0f} ms")
+                    self.assertLess(took, allowed)
+                    self.assertEqual(running_children(f"sleep {number}"), [])
+                    self.assertEqual(applet.process.returncode, 0)
+
+    def test_a_script_that_takes_its_end_in_hand(self):
+        # It hears of the quit, ends by itself, and so the quit is refused.
+        applet = self.start("Stubborn", """
+            property appletisquitting : missing value
+            on run
+                set progress total steps to 5
+                do shell script "echo 1 > FOLDER/started"
+                try
+                    delay 3600
+                on error
+                    do shell script "echo " & appletisquitting & " >> FOLDER/told"
+                end try
+            end run
+            """, options=["-s"])
+        until(lambda: applet.said("started"), "the script to start")
+        applet.process.send_signal(signal.SIGTERM)
+        until(lambda: applet.said("told") == "true\n", "the script to hear of the quit")
+        self.stays(applet)
+        until(lambda: not self.windows(applet), "the window to go")
+        applet.process.send_signal(signal.SIGTERM)
+        applet.ends()
+
+    def test_stop_keeps_an_applet_that_stays_open(self):
+        applet = self.start("Kept", """
+            on run
+                set progress total steps to 5
+                do shell script "echo 1 >> FOLDER/started"
+                delay 3600
+            end run
+            on idle
+                do shell script "echo idle >> FOLDER/started"
+                return 100
+            end idle
+            on jot()
+                do shell script "echo jotted >> FOLDER/started"
+                return "well"
+            end jot
+            """, options=["-s"])
+        until(lambda: applet.said("started"), "the script to start")
+        # A call from outside waits for the run, and is not lost with it.
+        call = self.call(applet, "jot()")
+        self.stays(applet)
+        self.assertIsNone(call.poll())
+        applet.key("Escape")
+        self.assertEqual(call.communicate(timeout=15)[0], "well\n")
+        until(lambda: "idle" in applet.said("started"), "the idle handler")
+        self.assertEqual(applet.said("started"), "1\njotted\nidle\n")
+        until(lambda: not self.windows(applet), "the window to go")
+        self.stays(applet)
+
+    def test_stop_in_a_call_from_outside_is_told_to_the_caller(self):
+        applet = self.start("Served", """
+            on slow()
+                set progress total steps to 5
+                do shell script "echo 1 >> FOLDER/started"
+                delay 3600
+            end slow
+            on idle
+                return 100
+            end idle
+            """, options=["-s"])
+        until(lambda: self.osascript("-e", 'application "Served" is running').stdout == "true\n", "the applet")
+        call = self.call(applet, "slow()")
+        until(lambda: applet.said("started"), "the call to begin")
+        applet.key("Escape")
+        self.assertIn("User canceled.", call.communicate(timeout=15)[1])
+        self.stays(applet)
+
+    # Idle
+
+    # The result of the first call, and when the second one comes; none: never.
+    IDLE = {"Five": ("5", 5), "Fraction": ("0.9", 0), "Nothing": ("missing value", 30), "Text": ('"1"', 30), "Never": ("-1", None), "Negative": ("-0.9", 0)}
+
+    def start_idle(self):
+        source = """
+            property results : {RESULTS}
+            property turn : 0
+            on idle
+                do shell script "date +%s.%N >> FOLDER/NAME"
+                set turn to turn + 1
+                if turn > (count results) then return -1
+                if item turn of results is missing value then return
+                return item turn of results
+            end idle
+            """
+        for name, (result, _) in self.IDLE.items():
+            self.start(name, source.replace("RESULTS", result).replace("NAME", name), options=["-s"])
+
+    def test_the_idle_handler_says_when_it_is_called_again(self):
+        # They run beside the other tests; half a minute is long.
+        case = self.idle
+        for name, (_, seconds) in self.IDLE.items():
+            applet = case.applets[name]
+            until(lambda: len(self.stamps(applet, name)) == (1 if seconds is None else 2), name + " to be called", 45)
+            first = self.stamps(applet, name)[0]
+            self.assertGreater(first - case.began, 1, "the first call is one second after the launch")
+            if seconds is not None:
+                self.assertAlmostEqual(self.stamps(applet, name)[1] - first, seconds + 0.4, delta=0.5, msg=name)
+            self.assertIsNone(applet.process.poll())
+        for name, (_, seconds) in self.IDLE.items():
+            self.assertEqual(len(self.stamps(case.applets[name], name)), 1 if seconds is None else 2, name + " is called no more")
+        for applet in case.applets.values():
+            applet.process.send_signal(signal.SIGTERM)
+            applet.ends()
+
+    def test_the_run_button_starts_the_idle_calls_again(self):
+        applet = self.start("Restarted", STAMP + 'runs"\non idle\n' + STAMP + 'idle"\nreturn -1\nend idle', options=["-u", "-s"])
+        applet.window()
+        time.sleep(1.2)
+        self.assertEqual(applet.said("idle"), "", "not before the button is pressed")
+        for count in (1, 2):
+            applet.key("Return")
+            until(lambda: len(self.stamps(applet, "idle")) == count, "idle call %d" % count)
+            self.stays(applet, 0.2)
+        self.assertEqual(len(self.stamps(applet, "runs")), 2)
+
+    # Errors
+
+    def test_two_errors_at_once_show_one_alert(self):
+        applet = self.start("Twice", """
+            on open these
+                do shell script "echo 1 >> FOLDER/opened"
+                delay 0.2
+                error "It went wrong." number 501
+            end open
+            on idle
+                return 100
+            end idle
+            """, options=["-s"])
+        self.stays(applet, 0.5)
+        overs = [self.hand_over(applet, self.made(name)) for name in "ab"]
+        until(lambda: applet.said("opened") == "1\n1\n", "both to be opened")
+        time.sleep(0.6)
+        applet.picture("errors")
+        self.assertEqual(len(self.windows(applet)), 2, "the window and one alert")
+        applet.key("Return")
+        applet.ends()
+        self.assertEqual([over.wait(15) for over in overs], [1, 1])
+
+    # Quitting
+
+    def test_quitting_during_a_run(self):
+        run = """
+            on run
+                do shell script "echo 1 > FOLDER/started"
+                delay 3600
+            end run
+            """
+        for name, quit_handler, ends in [
+            ("Plain", "", True),
+            ("Willing", 'on quit\ndo shell script "echo quit > FOLDER/quit"\ncontinue quit\nend quit', True),
+            ("Unwilling", 'on quit\ndo shell script "echo quit > FOLDER/quit"\nend quit', False),
+        ]:
+            for way, stop in STOPS.items():
+                if way == "the Stop button" or (way == "closing the window" and not quit_handler):
+                    continue
+                with self.subTest(name + ", " + way):
+                    applet = self.start(name + way[-7:].strip(), run + quit_handler, options=["-s"])
+                    until(lambda: applet.said("started"), "the script to start")
+                    stop(applet)
+                    if ends:
+                        applet.ends()
+                    else:
+                        until(lambda: applet.said("quit"), "the quit handler")
+                        self.stays(applet)
+                        applet.kill()
+                    self.assertEqual(applet.said("quit"), "quit\n" if quit_handler else "")
+                for file in ("started", "quit"):
+                    (self.folder / file).unlink(missing_ok=True)
+
+    def test_an_error_in_the_quit_handler_ends_the_applet_too(self):
+        applet = self.start("Broken", """
+            on idle
+                do shell script "echo 1 >> FOLDER/idle"
+                return 100
+            end idle
+            on quit
+                do shell script "echo quit >> FOLDER/quit"
+                error "It went wrong." number 501
+            end quit
+            """, options=["-s"])
+        until(lambda: applet.said("idle"), "the idle handler")
+        applet.process.send_signal(signal.SIGTERM)
+        until(lambda: len(self.windows(applet)) == 2, "the alert")
+        applet.key("Return")
+        applet.ends()
+        self.assertEqual(applet.said("quit"), "quit\n")
+
+    def test_what_happens_while_the_quit_handler_runs(self):
+        source = """
+            on idle
+                do shell script "echo 1 >> FOLDER/NAMEidle"
+                return 100
+            end idle
+            on quit
+                do shell script "echo quit >> FOLDER/NAMEquit"
+                delay 3600
+            end quit
+            """
+        for name, way in (("Impatient", "a quit request"), ("Shut", "closing the window"), ("Stopped", "the Stop button")):
+            with self.subTest(way):
+                applet = self.start(name, source.replace("NAME", name), options=["-s"])
+                until(lambda: applet.said(name + "idle"), "the idle handler")
+                until(lambda: not self.windows(applet), "the window to go")
+                applet.process.send_signal(signal.SIGTERM)
+                until(lambda: applet.said(name + "quit"), "the quit handler")
+                STOPS[way](applet)
+                if way != "the Stop button":
+                    applet.ends()
+                    continue
+                # A quit handler that was stopped has not passed the quit on.
+                until(lambda: not self.windows(applet), "the window to go")
+                self.stays(applet)
+                applet.process.send_signal(signal.SIGTERM)
+                until(lambda: applet.said(name + "quit") == "quit\nquit\n", "the quit handler to be asked again")
+
+    # What a script passes on
+
+    def test_what_a_script_continues_reaches_the_framework(self):
+        for name, source, expected in [
+            ("Run", 'on run\ncontinue run\ndo shell script "echo after >> FOLDER/out"\nend run', "after\n"),
+            ("Front", 'on run\nset progress total steps to 3\ncontinue activate\ncontinue reopen\ndo shell script "echo after >> FOLDER/out"\nend run', "after\n"),
+        ]:
+            with self.subTest(name):
+                applet = self.start(name, source)
+                applet.ends()
+                self.assertEqual(applet.said("out"), expected)
+                (self.folder / "out").unlink(missing_ok=True)
+        # The framework opens what is continued as it opens anything: through the script.
+        applet = self.start("Open", """
+            property turn : 0
+            on open these
+                set turn to turn + 1
+                do shell script "echo " & turn & " " & (count these) & " >> FOLDER/out"
+                if turn < 3 then continue open these
+            end open
+            """, options=["-s"], files=[self.made("a"), self.made("b")])
+        until(lambda: applet.said("out") == "1 2\n2 2\n3 2\n", "the files to come round")
+        self.stays(applet)
+
+
+if __name__ == "__main__":
+    harness.main(Lifecycle)
