@@ -105,4 +105,8 @@ OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& even
     return status;
 }
 
+bool waitForSends(std::chrono::milliseconds atMost) {
+    return sendQueue().waitUntilAllOperationsAreFinished(atMost);
+}
+
 } // namespace quoddle

@@ -2,6 +2,7 @@
 // Executions: queued one by one, run on the queue's thread, finished on the main thread.
 #include "runtime/AppDelegate.h"
 
+#include "engine/BackgroundSend.h"
 #include "engine/QXOSAException.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSLog.h"
@@ -97,7 +98,7 @@ bool AppDelegate::_isRespondingToScript() {
 
 bool AppDelegate::waitForScripts(std::chrono::milliseconds atMost) {
     NSOperationQueue* queue = scriptQueue(false);
-    return !queue || queue->waitUntilAllOperationsAreFinished(atMost);
+    return !queue || (queue->waitUntilAllOperationsAreFinished(atMost) && waitForSends(atMost));
 }
 
 void AppDelegate::cancelScripts() {

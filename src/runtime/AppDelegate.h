@@ -86,8 +86,8 @@ public:
     void _handleSubroutineCallEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent);
     /// A handler is running or waiting to; one that has passed its event on to the application does not count.
     bool _isRespondingToScript();
-    /// For the end of the process: waits for so long at most; false when the script's thread is still busy. Nothing it waits for may need
-    /// the main thread (MainThread::close()).
+    /// For the end of the process: waits for so long at most, for the script and then for the events that it sent; false when one of them
+    /// is still busy. Nothing it waits for may need the main thread (MainThread::close()).
     static bool waitForScripts(std::chrono::milliseconds atMost);
     /// Stops what runs and drops what waits.
     static void cancelScripts();

@@ -3,6 +3,7 @@
 #include "engine/AESendMessageResult.h"
 #include "Fixture.h"
 
+#include "engine/BackgroundSend.h"
 #include "engine/OSACallbacks.h"
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/NSAppleEventManager.h"
@@ -284,6 +285,31 @@ TEST_F(OSACallbacksTest, SendsGoThroughTheSharedQueue) {
         sender.join();
     EXPECT_EQ(most, 20);
     manager.removeAdditionHandlerForEventClass("test"_4cc, "slow"_4cc);
+}
+
+TEST_F(OSACallbacksTest, TheEndOfTheProcessWaitsForSendsThatWereGivenUp) {
+    std::atomic<bool> begun = false, tidied = false;
+    manager.setAdditionHandler(
+        [&](const AEDesc&, AEDesc&, const AEHandlerContext& context) {
+            begun = true;
+            while (!context.isCancelled())
+                QThread::msleep(1);
+            QThread::msleep(50);
+            tidied = true;
+            return OSErr{userCanceledErr};
+        },
+        "test"_4cc, "long"_4cc);
+    std::thread stopper([&] {
+        while (!begun)
+            QThread::msleep(1);
+        component->setCancelled(true);
+    });
+    EXPECT_EQ(send(event("test"_4cc, "long"_4cc)), userCanceledErr);
+    stopper.join();
+    EXPECT_FALSE(waitForSends(std::chrono::milliseconds(1)));
+    EXPECT_TRUE(waitForSends(std::chrono::seconds(5)));
+    EXPECT_TRUE(tidied);
+    manager.removeAdditionHandlerForEventClass("test"_4cc, "long"_4cc);
 }
 
 TEST(AESendMessageResult, GivesItsReplyAwayOnce) {
