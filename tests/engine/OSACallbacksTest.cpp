@@ -260,12 +260,18 @@ TEST_F(OSACallbacksTest, ASendWithoutAnswerLeavesNoOldReply) {
 
 TEST_F(OSACallbacksTest, SendsGoThroughTheSharedQueue) {
     std::atomic<int> running = 0, most = 0;
-    QThread* handled = nullptr;
+    std::atomic<QThread*> handled = nullptr;
+    std::atomic<int> wanted = 1; // how many are to be at work at the same moment
     manager.setAdditionHandler(
         [&](const AEDesc&, AEDesc&, const AEHandlerContext&) {
             handled = QThread::currentThread();
-            most = std::max(most.load(), ++running);
-            QThread::msleep(30);
+            ++running;
+            const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+            do {
+                QThread::msleep(10);
+                for (int seen = most; seen < running && !most.compare_exchange_weak(seen, running);)
+                    ;
+            } while (most < wanted && std::chrono::steady_clock::now() < end);
             --running;
             return OSErr{noErr};
         },
@@ -275,6 +281,7 @@ TEST_F(OSACallbacksTest, SendsGoThroughTheSharedQueue) {
     EXPECT_EQ(send(event("test"_4cc, "slow"_4cc), 0), noErr);
     EXPECT_EQ(handled, QThread::currentThread()) << "neither no-reply, queue-reply nor wait-reply";
 
+    wanted = 20;
     std::vector<std::thread> senders;
     for (int i = 0; i < 30; ++i)
         senders.emplace_back([&] {
