@@ -4,12 +4,16 @@
 //
 //   bench-events echo CALLS               microseconds for each round trip
 //   bench-events call APPLET CALLS        likewise, of the handler "same" of the applet
+//   bench-events script FILE CALLS        likewise, of the same handler in this process, one thread and no window: the script's own time
 //   bench-events crowd APPLET CALLERS CALLS   all at once, each on a connection of its own: microseconds for each, and how many were
 //   answered wrongly bench-events memory APPLET CALLS      resident kilobytes of the applet before and after
+#include "engine/QXOSAComponent.h"
+#include "engine/QXOSAID.h"
 #include "platform/ae/AEFlatten.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AEFrame.h"
+#include "platform/applescript/AppleScriptComponent.h"
 
 #include <atomic>
 #include <chrono>
@@ -84,6 +88,23 @@ int echo(int calls) {
     return EXIT_SUCCESS;
 }
 
+/// What an applet's script thread does for a call.
+int script(const char* file, int calls) {
+    registerAppleScriptComponent();
+    const QXOSAIDRef same = QXOSAID::QXOSAIDWithComponent(QXOSAComponent::appleScriptComponent());
+    same->loadFile(QString::fromLocal8Bit(file));
+    const auto no = NSAppleEventDescriptor::descriptorWithBoolean(false);
+    const auto start = Clock::now();
+    for (int i = 0; i < calls; ++i) {
+        same->setDescriptorForPropertyName(no, QStringLiteral("appletisquitting"));
+        const QXOSAIDRef result = same->executeEvent(NSAppleEventDescriptor::descriptorWithAEDesc(callOf(i)));
+        if (!result || result->descriptor()->int32Value() != i)
+            return EXIT_FAILURE;
+    }
+    std::printf("call %.2f\n", microseconds(Clock::now() - start, calls));
+    return EXIT_SUCCESS;
+}
+
 bool callOnce(std::int32_t processID, std::int32_t value) {
     AEDesc reply;
     const OSStatus status = AESendToProcess(processID, callOf(value), &reply, kAEWaitReply, kNoTimeOut, {});
@@ -145,8 +166,12 @@ int main(int argc, char** argv) {
     const std::string what = argc > 1 ? argv[1] : "";
     if (what == "echo" && argc == 3)
         return echo(std::atoi(argv[2]));
+    if (what == "script" && argc == 4)
+        return script(argv[2], std::atoi(argv[3]));
     if (argc < 4) {
-        std::fprintf(stderr, "usage: bench-events echo CALLS | call APPLET CALLS | crowd APPLET CALLERS CALLS | memory APPLET CALLS\n");
+        std::fprintf(
+            stderr,
+            "usage: bench-events echo CALLS | script FILE CALLS | call APPLET CALLS | crowd APPLET CALLERS CALLS | memory APPLET CALLS\n");
         return 2;
     }
     const auto applet = AEFindApplication(AEDesc("aprl"_4cc, argv[2]));
