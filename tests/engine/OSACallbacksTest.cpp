@@ -227,7 +227,7 @@ TEST_F(OSACallbacksTest, WaitingEndsByTimeOutAndCancellation) {
     EXPECT_TRUE(component->isCancelled()) << "left for the next procedure";
     component->setCancelled(false);
     runBeside([&] {
-        QTimer::singleShot(0, QCoreApplication::instance(), [&] { QTimer::singleShot(20, [&] { component->setCancelled(true); }); });
+        MainThread::dispatchAsync([&] { QTimer::singleShot(20, [&] { component->setCancelled(true); }); });
         EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
     });
     EXPECT_EQ(reply, before);

@@ -13,6 +13,7 @@
 
 #include "platform/osa/OSA.h"
 
+#include <atomic>
 #include <map>
 #include <mutex>
 #include <set>
@@ -104,7 +105,7 @@ private:
     OSStatus scriptFailed(std::int32_t number, std::u16string message);
     std::u16string keyOf(const AEDesc& name) const;
 
-    static inline FakeComponent* sLast = nullptr;
+    static inline std::atomic<FakeComponent*> sLast = nullptr;
     const OSType mSubType;
     OSAID mLastID;
     std::map<std::pair<OSAID, FourCharCode>, std::int32_t> mInfo;
