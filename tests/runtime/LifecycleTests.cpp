@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Applet.h"
 
+#include "platform/foundation/MainThread.h"
+
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -126,7 +128,7 @@ TEST(Idle, LateCallsDoNotAddUp) {
     EXPECT_NEAR(static_cast<double>(ScriptedComponent::calls().size()), kSeconds, 1);
     // A handler that takes its time is left alone for as long as it asked, from its end.
     ScriptedComponent::sHandlers["idle"] = [&applet](ScriptedComponent::Run&) {
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [&applet] { applet.advance(10); }, Qt::BlockingQueuedConnection);
+        MainThread::dispatchSync([&applet] { applet.advance(10); });
         return Outcome{AEDesc::ofInt32(5)};
     };
     applet.advance(1);
