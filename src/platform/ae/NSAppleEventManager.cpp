@@ -5,6 +5,7 @@
 #include "platform/ae/AEMainThread.h"
 
 #include <algorithm>
+#include <array>
 #include <mutex>
 #include <unordered_map>
 
@@ -25,18 +26,27 @@ public:
     void set(Handler handler, AEEventClass eventClass, AEEventID eventID) { mHandlers[keyOf(eventClass, eventID)] = std::move(handler); }
     void remove(AEEventClass eventClass, AEEventID eventID) { mHandlers.erase(keyOf(eventClass, eventID)); }
 
+    // The most exact one; null when there is none.
+    const Handler* first(AEEventClass eventClass, AEEventID eventID) const {
+        for (std::uint64_t key : keysOf(eventClass, eventID))
+            if (auto handler = mHandlers.find(key); handler != mHandlers.end())
+                return &handler->second;
+        return nullptr;
+    }
     // The most exact one first.
-    std::vector<Handler> find(AEEventClass eventClass, AEEventID eventID) const {
-        const std::uint64_t keys[] = {keyOf(eventClass, eventID), keyOf(eventClass, kWildCard), keyOf(kWildCard, eventID),
-                                      keyOf(kWildCard, kWildCard)};
+    std::vector<Handler> all(AEEventClass eventClass, AEEventID eventID) const {
         std::vector<Handler> found;
-        for (std::uint64_t key : keys)
+        for (std::uint64_t key : keysOf(eventClass, eventID))
             if (auto handler = mHandlers.find(key); handler != mHandlers.end())
                 found.push_back(handler->second);
         return found;
     }
 
 private:
+    static std::array<std::uint64_t, 4> keysOf(AEEventClass eventClass, AEEventID eventID) {
+        return {keyOf(eventClass, eventID), keyOf(eventClass, kWildCard), keyOf(kWildCard, eventID), keyOf(kWildCard, kWildCard)};
+    }
+
     std::unordered_map<std::uint64_t, Handler> mHandlers;
 };
 
@@ -92,7 +102,7 @@ void NSAppleEventManager::removeAdditionHandlerForEventClass(AEEventClass forEve
 
 bool NSAppleEventManager::hasEventHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) const {
     std::lock_guard lock(d->mutex);
-    return !d->handlers.find(forEventClass, andEventID).empty();
+    return d->handlers.first(forEventClass, andEventID) != nullptr;
 }
 
 OSErr NSAppleEventManager::dispatchRawAppleEvent(const AEDesc& theAppleEvent, AEDesc& withRawReply, const void* handlerRefCon) {
@@ -228,11 +238,12 @@ bool AEDeliverer::deliver(NSAppleEventManager& manager, const std::shared_ptr<AE
     if (AEIsMainThread())
         return deliverHere(manager, delivery);
     std::unique_lock lock(manager.d->mutex);
-    auto handlers = manager.d->handlers.find(delivery->event()->eventClass(), delivery->event()->eventID());
+    const auto* registered = manager.d->handlers.first(delivery->event()->eventClass(), delivery->event()->eventID());
+    auto handler = registered ? *registered : nullptr;
     lock.unlock();
-    if (handlers.empty())
+    if (!handler)
         return deliverHere(manager, delivery);
-    auto posted = std::make_shared<PostedDelivery>(std::move(handlers.front()), delivery);
+    auto posted = std::make_shared<PostedDelivery>(std::move(handler), delivery);
     AEPostToMainThread([posted = std::move(posted)] { posted->run(); });
     return true;
 }
@@ -241,13 +252,15 @@ bool AEDeliverer::deliverHere(NSAppleEventManager& manager, const std::shared_pt
     AEEventClass eventClass = delivery->event()->eventClass();
     AEEventID eventID = delivery->event()->eventID();
     std::unique_lock lock(manager.d->mutex);
-    auto handlers = manager.d->handlers.find(eventClass, eventID);
-    auto additionHandlers = manager.d->additionHandlers.find(eventClass, eventID);
+    if (const auto* registered = manager.d->handlers.first(eventClass, eventID)) {
+        const auto handler = *registered;
+        lock.unlock();
+        runApplicationHandler(handler, *delivery);
+        return true;
+    }
+    const auto additionHandlers = manager.d->additionHandlers.all(eventClass, eventID);
     lock.unlock();
-    if (handlers.empty())
-        return runAdditionHandlers(additionHandlers, *delivery);
-    runApplicationHandler(handlers.front(), *delivery);
-    return true;
+    return runAdditionHandlers(additionHandlers, *delivery);
 }
 
 } // namespace quoddle
