@@ -5,6 +5,7 @@
 #include "engine/OSACallbacks.h"
 #include "engine/QXOSAComponent.h"
 #include "platform/ae/AEMainThread.h"
+#include "platform/ae/AEWaiting.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSConditionLock.h"
 #include "platform/foundation/NSLog.h"
@@ -20,21 +21,12 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kMaximumSends = 20;
 constexpr auto kSlice = std::chrono::milliseconds(50); // a cancelled run is to end within 100
-constexpr int kTicksPerSecond = 60;
-constexpr std::int32_t kDefaultTicks = 120 * kTicksPerSecond;
 constexpr int kPending = 0, kHandled = 1;
 
 /// Never destroyed: a send that nobody waits for any more may outlive everything else.
 NSOperationQueue& sendQueue() {
     static auto* const queue = new NSOperationQueue(kMaximumSends);
     return *queue;
-}
-
-Clock::time_point waitLimit(std::int32_t ticks) {
-    if (ticks == kNoTimeOut)
-        return Clock::time_point::max();
-    const std::int64_t count = ticks == kAEDefaultTimeout ? kDefaultTicks : ticks;
-    return Clock::now() + std::chrono::microseconds(count * 1'000'000 / kTicksPerSecond);
 }
 
 std::shared_ptr<NSOperation> makeSend(const QXOSAComponentRef& component, const AEDesc& event, AESendMode sendMode, std::int32_t ticks,
@@ -73,7 +65,7 @@ OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& even
     sendQueue().addOperation(makeSend(component, event, sendMode, timeoutInTicks, result, lock));
     yieldToDelegate(*component);
 
-    const Clock::time_point limit = waitLimit(timeoutInTicks);
+    const Clock::time_point limit = AEDeadlineAfter(timeoutInTicks);
     bool locked = false;
     OSStatus status = noErr;
     while (!result->isHandled()) {

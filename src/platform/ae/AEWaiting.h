@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What sending within this process and to another one have in common. Private to this layer.
+// What all ways of sending have in common: how long to wait, and how a reply is known.
 #pragma once
 
 #include "platform/ae/AESendMessage.h"

@@ -78,6 +78,8 @@ TEST_F(RichTextTest, ReadsFormatsAndAdaptsThemToTheAppearance) {
         EXPECT_EQ(formatOf(u"red"_s).foreground().color(), QColor(Qt::red));
         EXPECT_EQ(formatOf(u"black"_s).foreground().color(), QColor(Qt::white));
         EXPECT_EQ(formatOf(u"plain"_s).foreground().color(), QColor(Qt::white));
+        EXPECT_EQ(formatOf(u"a link"_s).foreground().color(), QColor(Qt::white));
+        EXPECT_EQ(formatOf(u"a link"_s).anchorHref(), u"https://example.org/"_s);
         adaptRichText(document, false, Qt::black);
         EXPECT_EQ(formatOf(u"red"_s).foreground().color(), QColor(Qt::red));
         EXPECT_EQ(formatOf(u"black"_s).foreground().color(), QColor(Qt::black));

@@ -7,7 +7,7 @@
 namespace quoddle {
 
 /// From now on AESendMessage reaches other processes, and launches applications that are to get an event and do not run. Any program that
-/// sends. "running", "name", "id" and "version" of an application are answered without launching it; "quit" to one that does not run does
+/// sends. "running", "name" and "id" of an application are answered without launching it; "quit" to one that does not run does
 /// nothing.
 void AEInstallTransport();
 

@@ -348,6 +348,7 @@ void RTFReader::applyLink() {
         return;
     state().character.setAnchor(true);
     state().character.setAnchorHref(url.toString());
+    state().character.setFontUnderline(true);
 }
 
 /// A character stands behind the group in the place of the picture.

@@ -39,7 +39,7 @@ void adaptRichText(QTextDocument& document, bool isDark, const QColor& labelColo
         for (const QTextFragment& fragment : fragments) {
             QTextCharFormat format = fragment.charFormat();
             const auto written = static_cast<RichTextColor>(format.property(kRichTextColorProperty).toInt());
-            if (written == RichTextColor::Other || format.isImageFormat() || format.isAnchor())
+            if (written == RichTextColor::Other || format.isImageFormat())
                 continue;
             if (isDark)
                 format.setForeground(labelColor);
