@@ -6,7 +6,6 @@
 #include "ui_NSAlert.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
@@ -51,31 +50,13 @@ int heightOfText(const QLabel& label) {
 
 } // namespace
 
-/// Escape and the close button press the button that stands for going away; without one they do nothing.
-class NSAlert::Dialog final : public QDialog {
-public:
-    QPushButton* escapeButton = nullptr;
-
-    void reject() override {
-        if (escapeButton)
-            escapeButton->click();
-    }
-
-protected:
-    void closeEvent(QCloseEvent* event) override {
-        event->ignore();
-        reject();
-    }
-};
-
-NSAlert::NSAlert() : mUi(std::make_unique<Ui::NSAlert>()), mOwnDialog(std::make_unique<Dialog>()), mDialog(mOwnDialog.get()) {
-    mUi->setupUi(mDialog);
-    mDialog->setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+NSAlert::NSAlert() : mUi(std::make_unique<Ui::NSAlert>()), mPanel(std::make_unique<NSPanel>()) {
+    mUi->setupUi(mPanel.get());
     QFont bold = mUi->messageView->font();
     bold.setBold(true);
     mUi->messageView->setFont(bold);
     // The texts decide about the size; a scroll area left to itself would take any.
-    mDialog->layout()->setSizeConstraint(QLayout::SetFixedSize);
+    mPanel->layout()->setSizeConstraint(QLayout::SetFixedSize);
     mUi->messageView->setFixedWidth(kTextWidth);
     mUi->informativeScrollArea->setFixedWidth(kTextWidth);
 }
@@ -88,12 +69,12 @@ void NSAlert::setAlertStyle(NSAlertStyle style) {
 
 void NSAlert::setMessageText(const QString& text) {
     mUi->messageView->setText(text);
-    mDialog->setAccessibleName(text);
+    mPanel->setAccessibleName(text);
 }
 
 void NSAlert::setInformativeText(const QString& text) {
     mUi->informativeView->setText(text);
-    mDialog->setAccessibleDescription(text);
+    mPanel->setAccessibleDescription(text);
 }
 
 void NSAlert::setIcon(const QIcon& icon) {
@@ -102,16 +83,14 @@ void NSAlert::setIcon(const QIcon& icon) {
 }
 
 QPushButton* NSAlert::addButton(const QString& title) {
-    auto* button = new QPushButton(QString(title).replace(u'&', u"&&"_s), mDialog);
+    auto* button = new QPushButton(mPanel.get());
     button->setObjectName(title);
-    button->setAccessibleName(title);
-    button->setAutoDefault(false);
+    setButtonTitle(*button, title);
     const int returnCode = NSAlertFirstButtonReturn + static_cast<int>(mButtons.size());
-    QObject::connect(button, &QPushButton::clicked, mDialog, [this, returnCode] { mDialog->done(returnCode); });
+    QObject::connect(button, &QPushButton::clicked, mPanel.get(), [this, returnCode] { mPanel->done(returnCode); });
     mUi->buttonLayout->insertWidget(1, button); // after the spring: each one before those that came earlier
-    if (mButtons.empty())
-        button->setDefault(true);
-    else
+    setKeyEquivalent(*button, mButtons.empty() ? kReturnKeyEquivalent : title == "Cancel"_L1 ? kEscapeKeyEquivalent : QString());
+    if (!mButtons.empty())
         QWidget::setTabOrder(mButtons.back(), button);
     mButtons.push_back(button);
     return button;
@@ -121,13 +100,18 @@ void NSAlert::prepare() {
     if (mButtons.empty())
         addButton(u"OK"_s);
     if (!mHasOwnIcon)
-        mUi->iconView->setPixmap(iconOf(mStyle, *mDialog));
-    const auto cancel =
-        std::find_if(mButtons.begin(), mButtons.end(), [](const QPushButton* button) { return button->accessibleName() == "Cancel"_L1; });
-    mOwnDialog->escapeButton = cancel != mButtons.end() ? *cancel : mButtons.size() == 1 ? mButtons.front() : nullptr;
-    mButtons.front()->setFocus();
+        mUi->iconView->setPixmap(iconOf(mStyle, *mPanel));
+    const auto withKey = [this](const QString& key) {
+        const auto found =
+            std::find_if(mButtons.begin(), mButtons.end(), [&key](const QPushButton* button) { return keyEquivalent(*button) == key; });
+        return found != mButtons.end() ? *found : nullptr;
+    };
+    QPushButton* escape = withKey(kEscapeKeyEquivalent);
+    mPanel->setCloseButton(escape || mButtons.size() > 1 ? escape : mButtons.front());
+    QPushButton* preferred = withKey(kReturnKeyEquivalent);
+    (preferred ? static_cast<QWidget*>(preferred) : mPanel.get())->setFocus();
 
-    const int atMost = mDialog->screen()->availableGeometry().height() * 2 / 5;
+    const int atMost = mPanel->screen()->availableGeometry().height() * 2 / 5;
     mUi->messageView->setVisible(!mUi->messageView->text().isEmpty());
     mUi->informativeScrollArea->setVisible(!mUi->informativeView->text().isEmpty());
     mUi->informativeScrollArea->setFixedHeight(std::min(heightOfText(*mUi->informativeView), atMost));
@@ -135,20 +119,20 @@ void NSAlert::prepare() {
 
 void NSAlert::beginSheetModal(NSWindow& window, std::function<void(int returnCode)> completion) {
     prepare();
-    window.beginSheet(mDialog, std::move(completion));
+    window.beginSheet(mPanel.get(), std::move(completion));
 }
 
 void NSAlert::show(std::function<void()> completion) {
     prepare();
-    QObject::connect(mDialog, &QDialog::finished, mDialog, [completion = std::move(completion)] { completion(); });
-    mDialog->show();
+    QObject::connect(mPanel.get(), &QDialog::finished, mPanel.get(), [completion = std::move(completion)] { completion(); });
+    mPanel->show();
 }
 
 int NSAlert::runModal() {
     prepare();
-    if (mDialog->windowTitle().isEmpty())
-        mDialog->setWindowTitle(QGuiApplication::applicationDisplayName());
-    return NSApplication::sharedApplication()->runModalForWindow(*mDialog);
+    if (mPanel->windowTitle().isEmpty())
+        mPanel->setWindowTitle(QGuiApplication::applicationDisplayName());
+    return NSApplication::sharedApplication()->runModalForWindow(*mPanel);
 }
 
 } // namespace quoddle

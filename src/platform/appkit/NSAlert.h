@@ -4,13 +4,11 @@
 // Main thread only.
 #pragma once
 
+#include "platform/appkit/NSPanel.h"
+
 #include <functional>
 #include <memory>
 #include <vector>
-
-#include <QDialog>
-
-class QPushButton;
 
 namespace Ui {
 class NSAlert;
@@ -35,13 +33,15 @@ public:
     void setInformativeText(const QString& text);
     /// Replaces the icon of the style.
     void setIcon(const QIcon& icon);
-    /// The first button is the default one and stands at the end of the row. A button called "Cancel", or an only one, takes Escape.
+    /// The first button stands at the end of the row and gets Return as its key, one called "Cancel" gets Escape; the keys may be changed.
     QPushButton* addButton(const QString& title);
+    /// In the order in which they were added.
     const std::vector<QPushButton*>& buttons() const { return mButtons; }
-    QDialog& window() { return *mDialog; }
+    NSPanel& window() { return *mPanel; }
+    const NSPanel& window() const { return *mPanel; }
 
     /// Shows it without waiting; the alert must live until the completion, which gets the button's return code (or the code with which the
-    /// sheet was ended). An alert without buttons gets an "OK".
+    /// sheet was ended). An alert without buttons gets an "OK". An only button takes Escape as well.
     void beginSheetModal(NSWindow& window, std::function<void(int returnCode)> completion);
     /// A window of its own, beside which everything else goes on. The alert must live until the completion.
     void show(std::function<void()> completion);
@@ -49,12 +49,10 @@ public:
     int runModal();
 
 private:
-    class Dialog;
     void prepare();
 
     std::unique_ptr<Ui::NSAlert> mUi;
-    std::unique_ptr<Dialog> mOwnDialog;
-    QDialog* mDialog;
+    std::unique_ptr<NSPanel> mPanel;
     std::vector<QPushButton*> mButtons;
     NSAlertStyle mStyle = NSAlertStyle::warning;
     bool mHasOwnIcon = false;

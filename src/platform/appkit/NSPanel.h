@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// NSPanel: a dialog that is ended by its buttons and by nothing else, and the keys that press them.
+// One decision: a key presses a button because the button says so (its key equivalent), not because of where it stands; a button that the
+// user has moved the focus to takes Return before the one that has it as its key. A key that is held down from an earlier dialog presses
+// nothing.
+// Main thread only.
+#pragma once
+
+#include <QDialog>
+#include <QPushButton>
+
+namespace quoddle {
+
+inline const QString kReturnKeyEquivalent = QStringLiteral("\r");
+inline const QString kEscapeKeyEquivalent = QStringLiteral("\x1b");
+
+/// Pressed without modifiers, from anywhere in the button's panel: one of the two above, or empty for none. The button with Return is drawn
+/// as the default one. When two buttons have the same key the one that was made first is pressed.
+void setKeyEquivalent(QPushButton& button, const QString& key);
+/// Empty for none.
+QString keyEquivalent(const QPushButton& button);
+/// A title in which "&" is a character like any other, as the button's text and its accessible name.
+void setButtonTitle(QPushButton& button, const QString& title);
+/// As it was set.
+QString buttonTitle(const QPushButton& button);
+
+class NSPanel : public QDialog {
+    Q_OBJECT
+public:
+    explicit NSPanel(QWidget* parent = nullptr);
+
+    /// What the window's close button presses, and Escape where no button has it as its key; null: the panel has no close button.
+    void setCloseButton(QPushButton* button);
+    /// Presses that button; without one nothing happens.
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QPushButton* buttonWithKey(const QString& key) const;
+
+    QPushButton* mCloseButton = nullptr;
+};
+
+} // namespace quoddle
