@@ -4,36 +4,20 @@
 #include "engine/BridgedObjects.h"
 #include "platform/ae/AECoercion.h"
 #include "platform/ae/AEObjects.h"
+#include "platform/ae/AETypeTests.h"
 
-#include <algorithm>
 #include <cstring>
-#include <initializer_list>
 
 namespace quoddle {
 
 namespace {
 
-bool isOneOf(DescType type, std::initializer_list<DescType> types) {
-    return std::find(types.begin(), types.end(), type) != types.end();
-}
-
-bool hasTypeOf(const NSAppleEventDescriptorRef& descriptor, std::initializer_list<DescType> types) {
-    return descriptor && isOneOf(descriptor->descriptorType(), types);
+bool hasType(const NSAppleEventDescriptorRef& descriptor, DescType type) {
+    return descriptor && descriptor->descriptorType() == type;
 }
 
 bool isTypeHolding(const NSAppleEventDescriptorRef& descriptor, FourCharCode code) {
-    return hasTypeOf(descriptor, {"type"_4cc}) && descriptor->typeCodeValue() == code;
-}
-
-// A specifier is a file when it asks for one by name. It is the "want" item's own type that counts, not the code that it holds.
-bool specifierIsFile(const NSAppleEventDescriptor& specifier) {
-    auto record = specifier.coerceToDescriptorType("reco"_4cc);
-    if (!record)
-        return false;
-    auto form = record->descriptorForKeyword("form"_4cc);
-    return hasTypeOf(record->descriptorForKeyword("want"_4cc), {"file"_4cc, "alis"_4cc}) && record->descriptorForKeyword("from"_4cc) &&
-           form && form->enumCodeValue() == "name"_4cc &&
-           hasTypeOf(record->descriptorForKeyword("seld"_4cc), {"TEXT"_4cc, "furl"_4cc, "itxt"_4cc, "utf8"_4cc, "STXT"_4cc, "utxt"_4cc});
+    return hasType(descriptor, "type"_4cc) && descriptor->typeCodeValue() == code;
 }
 
 } // namespace
@@ -81,26 +65,23 @@ bool isReallyARecord(const NSAppleEventDescriptorRef& descriptor) {
 }
 
 bool isText(const NSAppleEventDescriptorRef& descriptor) {
-    return hasTypeOf(descriptor, {"STXT"_4cc, "TEXT"_4cc, "cstr"_4cc, "encs"_4cc, "itxt"_4cc, "pstr"_4cc, "sutx"_4cc, "ut16"_4cc,
-                                  "utf8"_4cc, "utxt"_4cc});
+    return descriptor && AEIsText(descriptor->aeDesc());
 }
 
 bool isInteger(const NSAppleEventDescriptorRef& descriptor) {
-    return hasTypeOf(descriptor, {"comp"_4cc, "long"_4cc, "magn"_4cc, "shor"_4cc, "ucom"_4cc, "ushr"_4cc});
+    return descriptor && AEIsInteger(descriptor->aeDesc());
 }
 
 bool isReal(const NSAppleEventDescriptorRef& descriptor) {
-    return hasTypeOf(descriptor, {"doub"_4cc, "ldbl"_4cc, "sing"_4cc});
+    return descriptor && AEIsReal(descriptor->aeDesc());
 }
 
 bool isFile(const NSAppleEventDescriptorRef& descriptor) {
-    if (hasTypeOf(descriptor, {"alis"_4cc, "bmrk"_4cc, "file"_4cc, "fsrf"_4cc, "furl"_4cc, "psxf"_4cc}))
-        return true;
-    return hasTypeOf(descriptor, {"obj "_4cc}) && specifierIsFile(*descriptor);
+    return descriptor && AEIsFile(descriptor->aeDesc());
 }
 
 bool isASObjCReference(const NSAppleEventDescriptorRef& descriptor) {
-    auto record = hasTypeOf(descriptor, {"obj "_4cc}) ? descriptor->coerceToDescriptorType("reco"_4cc) : nullptr;
+    auto record = hasType(descriptor, "obj "_4cc) ? descriptor->coerceToDescriptorType("reco"_4cc) : nullptr;
     auto want = record ? record->descriptorForKeyword("want"_4cc) : nullptr;
     return want && want->typeCodeValue() == "ocid"_4cc;
 }

@@ -143,6 +143,10 @@ NSAppleEventDescriptorRef NSAppleEventManager::replyAppleEventForSuspensionID(co
     return suspensionID ? suspensionID->delivery->reply() : nullptr;
 }
 
+bool NSAppleEventManager::senderHasGivenUpForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const {
+    return suspensionID && suspensionID->delivery->context().isCancelled();
+}
+
 void NSAppleEventManager::setCurrentAppleEventAndReplyEventWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) {
     if (suspensionID && AEDelivery::current())
         suspensionID->delivery->makeCurrent();

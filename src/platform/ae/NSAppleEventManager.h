@@ -56,6 +56,8 @@ public:
     NSAppleEventDescriptorRef appleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
     /// The same object on every call; nil for an empty ID.
     NSAppleEventDescriptorRef replyAppleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
+    /// Nobody waits for the answer any more: the sender was stopped, or it is gone. False for an empty ID.
+    bool senderHasGivenUpForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
     void setCurrentAppleEventAndReplyEventWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID);
     /// Sends the reply. Once; later calls do nothing.
     void resumeWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/BundleIcon.h"
 
+#include "platform/appkit/StockIcons.h"
 #include "platform/foundation/NSBundle.h"
 
 #include <QFileInfo>
 #include <QIconEngine>
-#include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -14,8 +14,6 @@ namespace quoddle {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kMaxExtent = 1024; // the largest picture an icon file has
 
 /// A sheet of script on a rounded tile, and the arrow that runs it.
 class AppletIconEngine final : public QIconEngine {
@@ -67,24 +65,6 @@ private:
     }
 };
 
-/// Every picture of the file that can be decoded; an icon file holds several sizes, of which some may be beyond us.
-QIcon readIcon(const QString& path) {
-    QImageReader reader(path);
-    QIcon icon;
-    const int count = std::clamp(reader.imageCount(), 1, 32);
-    for (int i = 0; i < count; ++i) {
-        if (i > 0 && !reader.jumpToImage(i))
-            break;
-        const QSize size = reader.size();
-        if (size.width() > kMaxExtent || size.height() > kMaxExtent)
-            continue;
-        const QImage image = reader.read();
-        if (!image.isNull())
-            icon.addPixmap(QPixmap::fromImage(image));
-    }
-    return icon;
-}
-
 } // namespace
 
 QIcon genericAppletIcon() {
@@ -99,7 +79,7 @@ QIcon iconForBundle(const NSBundle& bundle) {
         const QString path = bundle.pathForResource(name, type);
         if (path.isEmpty())
             continue;
-        const QIcon icon = readIcon(path);
+        const QIcon icon = iconFromImageFile(path);
         if (!icon.isNull())
             return icon;
     }

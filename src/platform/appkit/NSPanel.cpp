@@ -3,6 +3,7 @@
 
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QVBoxLayout>
 
 namespace quoddle {
 
@@ -46,6 +47,18 @@ QString buttonTitle(const QPushButton& button) {
 NSPanel::NSPanel(QWidget* parent) : QDialog(parent) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setFocusPolicy(Qt::ClickFocus); // so that it can have the focus when no button is to
+}
+
+NSPanel::~NSPanel() {
+    if (mContent) // the view is its controller's
+        mContent->view()->setParent(nullptr);
+}
+
+void NSPanel::setContentViewController(NSViewController* controller) {
+    mContent = controller;
+    auto* filling = new QVBoxLayout(this);
+    filling->setContentsMargins(0, 0, 0, 0);
+    filling->addWidget(controller->view());
 }
 
 void NSPanel::setCloseButton(QPushButton* button) {

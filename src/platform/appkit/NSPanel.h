@@ -6,7 +6,10 @@
 // Main thread only.
 #pragma once
 
+#include "platform/appkit/NSViewController.h"
+
 #include <QDialog>
+#include <QPointer>
 #include <QPushButton>
 
 namespace quoddle {
@@ -28,6 +31,10 @@ class NSPanel : public QDialog {
     Q_OBJECT
 public:
     explicit NSPanel(QWidget* parent = nullptr);
+    ~NSPanel() override;
+
+    /// The panel is filled by the controller's view; not owned. It is loaded now.
+    void setContentViewController(NSViewController* controller);
 
     /// What the window's close button presses, and Escape where no button has it as its key; null: the panel has no close button.
     void setCloseButton(QPushButton* button);
@@ -41,6 +48,7 @@ protected:
 private:
     QPushButton* buttonWithKey(const QString& key) const;
 
+    QPointer<NSViewController> mContent;
     QPushButton* mCloseButton = nullptr;
 };
 

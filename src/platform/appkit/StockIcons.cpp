@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/StockIcons.h"
+
+#include <QIconEngine>
+#include <QImageReader>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace quoddle {
+
+namespace {
+
+constexpr int kMaxExtent = 16384;
+constexpr int kMaxIconExtent = 1024; // the largest picture an icon file has
+constexpr int kMaxPictures = 32;
+
+/// Drawn on a field of 64 by 64, the exclamation mark in white.
+void paintMark(QPainter& painter, double top, double height) {
+    painter.setBrush(Qt::white);
+    const double width = height / 4.6;
+    QPainterPath stroke;
+    stroke.moveTo(32 - width / 2, top + width / 2);
+    stroke.arcTo(QRectF(32 - width / 2, top, width, width), 180, -180);
+    stroke.lineTo(32 + width / 3.4, top + height * 0.66);
+    stroke.arcTo(QRectF(32 - width / 3.4, top + height * 0.66 - width / 3.4, width / 1.7, width / 1.7), 0, -180);
+    stroke.closeSubpath();
+    painter.drawPath(stroke);
+    painter.drawEllipse(QPointF(32, top + height - width / 2), width / 2, width / 2);
+}
+
+void paintStop(QPainter& painter) {
+    QPainterPath octagon;
+    constexpr double kNear = 19.5, kFar = 44.5, kMin = 3, kMax = 61;
+    octagon.moveTo(kNear, kMin);
+    for (const QPointF& corner : {QPointF(kFar, kMin), QPointF(kMax, kNear), QPointF(kMax, kFar), QPointF(kFar, kMax), QPointF(kNear, kMax),
+                                  QPointF(kMin, kFar), QPointF(kMin, kNear)})
+        octagon.lineTo(corner);
+    octagon.closeSubpath();
+    QLinearGradient red(0, kMin, 0, kMax);
+    red.setColorAt(0, QColor(0xf0, 0x54, 0x4f));
+    red.setColorAt(1, QColor(0xc9, 0x22, 0x2b));
+    painter.setPen(QPen(red, 4, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(red);
+    painter.drawPath(octagon);
+    painter.setPen(Qt::NoPen);
+    paintMark(painter, 15, 34);
+}
+
+void paintCaution(QPainter& painter) {
+    QPainterPath triangle(QPointF(32, 8));
+    triangle.lineTo(59, 54);
+    triangle.lineTo(5, 54);
+    triangle.closeSubpath();
+    QLinearGradient amber(0, 4, 0, 58);
+    amber.setColorAt(0, QColor(0xff, 0xc8, 0x3d));
+    amber.setColorAt(1, QColor(0xf0, 0x97, 0x0a));
+    painter.setPen(QPen(amber, 9, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(amber);
+    painter.drawPath(triangle);
+    painter.setPen(Qt::NoPen);
+    paintMark(painter, 20, 32);
+}
+
+class DrawnIcon final : public QIconEngine {
+public:
+    explicit DrawnIcon(void (*paintOn64)(QPainter&)) : mPaint(paintOn64) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.topLeft());
+        painter->scale(rect.width() / 64.0, rect.height() / 64.0);
+        mPaint(*painter);
+        painter->restore();
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+    QIconEngine* clone() const override { return new DrawnIcon(mPaint); }
+
+private:
+    void (*mPaint)(QPainter&);
+};
+
+} // namespace
+
+QIcon iconForFileType(FourCharCode type) {
+    if (type == "stop"_4cc)
+        return QIcon(new DrawnIcon(paintStop));
+    if (type == "caut"_4cc)
+        return QIcon(new DrawnIcon(paintCaution));
+    return {};
+}
+
+QIcon iconFromImageFile(const QString& path) {
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    QIcon icon;
+    const int count = std::clamp(reader.imageCount(), 1, kMaxPictures); // an icon file holds several sizes
+    for (int i = 0; i < count; ++i) {
+        if (i > 0 && !reader.jumpToImage(i))
+            break;
+        const QSize size = reader.size();
+        if (size.width() > kMaxExtent || size.height() > kMaxExtent)
+            continue;
+        if (size.width() > kMaxIconExtent || size.height() > kMaxIconExtent)
+            reader.setScaledSize(size.scaled(kMaxIconExtent, kMaxIconExtent, Qt::KeepAspectRatio));
+        const QImage image = reader.read();
+        if (!image.isNull())
+            icon.addPixmap(QPixmap::fromImage(image));
+    }
+    return icon;
+}
+
+QPixmap pixmapForIcon(const QIcon& icon, int points, double devicePixelRatio) {
+    if (icon.isNull())
+        return {};
+    QPixmap pixmap = icon.pixmap(QSize(points, points), devicePixelRatio);
+    const QSize wanted = QSize(points, points) * devicePixelRatio;
+    if (pixmap.width() < wanted.width() && pixmap.height() < wanted.height()) // too small a picture is enlarged, as icons are
+        pixmap = pixmap.scaled(wanted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    pixmap.setDevicePixelRatio(devicePixelRatio);
+    return pixmap;
+}
+
+} // namespace quoddle

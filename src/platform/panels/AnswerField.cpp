@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "platform/panels/AnswerField.h"
+
+#include <cmath>
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QStyleOptionFrame>
+#include <QTextBlock>
+
+namespace quoddle {
+
+namespace {
+
+constexpr int kMostLines = 10;
+constexpr int kLeastWidth = 120;
+constexpr int kTextMargin = 2;
+
+} // namespace
+
+AnswerField::AnswerField(QWidget* parent) : QPlainTextEdit(parent) {
+    setTabChangesFocus(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    document()->setDocumentMargin(kTextMargin);
+    viewport()->setAutoFillBackground(false); // the frame is drawn with its ground
+    connect(this, &QPlainTextEdit::textChanged, this, &AnswerField::fitHeight);
+    fitHeight();
+}
+
+void AnswerField::setStringValue(const QString& text) {
+    mGiven = text;
+    setPlainText(text);
+    document()->setModified(false);
+}
+
+QString AnswerField::stringValue() const {
+    if (!document()->isModified())
+        return mGiven;
+    // Not toPlainText(), which turns spaces that do not break into those that do.
+    QString text = document()->toRawText();
+    const bool usesReturns = mGiven.contains(u'\r') && !mGiven.contains(u'\n');
+    text.replace(QChar::ParagraphSeparator, usesReturns ? u'\r' : u'\n');
+    text.replace(QChar::LineSeparator, usesReturns ? u'\r' : u'\n');
+    return text;
+}
+
+void AnswerField::fitHeight() {
+    const int lines = std::clamp(static_cast<int>(std::ceil(document()->size().height())), 1, kMostLines);
+    const bool scrolls = document()->size().height() > kMostLines;
+    setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    const int margins = 2 * (kTextMargin + frameWidth()) + contentsMargins().top() + contentsMargins().bottom();
+    const int height = lines * fontMetrics().lineSpacing() + margins + 2;
+    if (height != minimumHeight())
+        setFixedHeight(height);
+}
+
+QSize AnswerField::sizeHint() const {
+    return {2 * kLeastWidth, minimumHeight()};
+}
+
+QSize AnswerField::minimumSizeHint() const {
+    return {kLeastWidth, minimumHeight()};
+}
+
+bool AnswerField::event(QEvent* event) {
+    if (event->type() == QEvent::Paint) { // a line edit's frame
+        QPainter painter(this);
+        QStyleOptionFrame option;
+        initStyleOption(&option);
+        option.state |= QStyle::State_Sunken;
+        option.state.setFlag(QStyle::State_HasFocus, hasFocus());
+        option.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, this);
+        style()->drawPrimitive(QStyle::PE_PanelLineEdit, &option, &painter, this);
+        return true;
+    }
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        update();
+    return QPlainTextEdit::event(event);
+}
+
+void AnswerField::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Escape:
+        event->ignore();
+        return;
+    default:
+        QPlainTextEdit::keyPressEvent(event);
+    }
+}
+
+void AnswerField::resizeEvent(QResizeEvent* event) {
+    QPlainTextEdit::resizeEvent(event);
+    fitHeight();
+}
+
+} // namespace quoddle
