@@ -4,6 +4,7 @@
 //   quoddle-shell APPLET.app [FILE…]          the applet by its path
 //   quoddle-shell --activated APPLET.app      the same, started by the session bus for a request that then comes over it
 //   APPLET.app/Contents/Linux/NAME [FILE…]    the same, as a link in the applet itself
+#include "dialogs/AppDelegate+StandardAdditions.h"
 #include "platform/additions/StandardAdditions.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
@@ -105,6 +106,7 @@ AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts) {
         controller->load();
         return controller;
     };
+    parts.installOSAXEventHandlers = &installOSAXEventHandlers;
     parts.chooseTestApplet = &chooseTestApplet;
     return parts;
 }

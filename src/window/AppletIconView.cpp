@@ -11,13 +11,9 @@
 namespace quoddle {
 
 QIcon appletIcon() {
-    // Every window of the application wears it from then on.
-    if (QApplication::windowIcon().isNull()) {
-        const AppDelegate* delegate = AppDelegate::instance();
-        const auto bundle = delegate ? delegate->mainBundle() : nullptr;
-        QApplication::setWindowIcon(bundle ? iconForBundle(*bundle) : genericAppletIcon());
-    }
-    return QApplication::windowIcon();
+    const AppDelegate* delegate = AppDelegate::instance();
+    const auto bundle = delegate ? delegate->mainBundle() : nullptr;
+    return applicationIcon(bundle.get());
 }
 
 AppletIconView::AppletIconView(QWidget* parent) : QWidget(parent) {

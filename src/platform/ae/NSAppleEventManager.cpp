@@ -147,6 +147,13 @@ bool NSAppleEventManager::senderHasGivenUpForSuspensionID(const NSAppleEventMana
     return suspensionID && suspensionID->delivery->context().isCancelled();
 }
 
+std::function<void()> NSAppleEventManager::asPartOfCurrentAppleEvent(std::function<void()> work) const {
+    return [delivery = AEDelivery::current(), work = std::move(work)] {
+        AEDelivery::Scope scope(delivery);
+        work();
+    };
+}
+
 void NSAppleEventManager::setCurrentAppleEventAndReplyEventWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) {
     if (suspensionID && AEDelivery::current())
         suspensionID->delivery->makeCurrent();

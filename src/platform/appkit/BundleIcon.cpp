@@ -4,6 +4,7 @@
 #include "platform/appkit/StockIcons.h"
 #include "platform/foundation/NSBundle.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QIconEngine>
 #include <QPainter>
@@ -71,18 +72,30 @@ QIcon genericAppletIcon() {
     return QIcon(new AppletIconEngine);
 }
 
-QIcon iconForBundle(const NSBundle& bundle) {
-    const QString name = bundle.infoDictionary().value(u"CFBundleIconFile"_s).toString();
+QString pathForImageResource(const NSBundle& bundle, const QString& name) {
+    static const QStringList sTypes = {u"icns"_s, u"png"_s, u"tiff"_s, u"tif"_s, u"jpg"_s, u"jpeg"_s, u"gif"_s,
+                                       u"bmp"_s,  u"svg"_s, u"webp"_s, u"ico"_s, u"pdf"_s, u"pict"_s};
     if (name.isEmpty() || name.contains(u'/'))
-        return genericAppletIcon();
-    for (const QString& type : {QFileInfo(name).suffix().isEmpty() ? u"icns"_s : QString(), u"icns"_s, u"png"_s}) {
-        const QString path = bundle.pathForResource(name, type);
-        if (path.isEmpty())
-            continue;
-        const QIcon icon = iconFromImageFile(path);
-        if (!icon.isNull())
+        return {};
+    if (sTypes.contains(QFileInfo(name).suffix(), Qt::CaseInsensitive))
+        return bundle.pathForResource(name, {});
+    for (const QString& type : sTypes)
+        if (const QString path = bundle.pathForResource(name, type); !path.isEmpty())
+            return path;
+    return {};
+}
+
+QIcon applicationIcon(const NSBundle* bundle) {
+    if (QApplication::windowIcon().isNull())
+        QApplication::setWindowIcon(bundle ? iconForBundle(*bundle) : genericAppletIcon());
+    return QApplication::windowIcon();
+}
+
+QIcon iconForBundle(const NSBundle& bundle) {
+    const QString path = pathForImageResource(bundle, bundle.infoDictionary().value(u"CFBundleIconFile"_s).toString());
+    if (!path.isEmpty())
+        if (const QIcon icon = iconFromImageFile(path); !icon.isNull())
             return icon;
-    }
     return genericAppletIcon();
 }
 

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "dialogs/AppDelegate+StandardAdditions.h"
+
+#include "dialogs/DialogSession.h"
+#include "dialogs/DisplayAlertHandler.h"
+#include "dialogs/DisplayDialogHandler.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "runtime/AppDelegate.h"
+
+namespace quoddle {
+
+namespace {
+
+/// A fresh handler for each event, which keeps itself for as long as it takes.
+template<class Handler>
+void handleEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent) {
+    const auto handler = std::make_shared<Handler>();
+    NSApplication::sharedApplication()->activate();
+    handler->processEvent(event, replyEvent);
+}
+
+constexpr auto handleDisplayAlertEvent = handleEvent<DisplayAlertHandler>;
+constexpr auto handleDisplayDialogEvent = handleEvent<DisplayDialogHandler>;
+
+struct EventHandlerRow {
+    AEEventClass eventClass;
+    AEEventID eventID;
+    void (*handler)(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent);
+};
+
+constexpr EventHandlerRow kEventHandlers[] = {
+    {"syso"_4cc, "disA"_4cc, handleDisplayAlertEvent},
+    {"syso"_4cc, "dlog"_4cc, handleDisplayDialogEvent},
+};
+
+void removeOSAXEventHandlers() {
+    for (const EventHandlerRow& row : kEventHandlers)
+        NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(row.eventClass, row.eventID);
+}
+
+} // namespace
+
+void installOSAXEventHandlers(AppDelegate& delegate) {
+    auto& manager = NSAppleEventManager::sharedAppleEventManager();
+    for (const EventHandlerRow& row : kEventHandlers)
+        manager.setEventHandler(row.handler, row.eventClass, row.eventID);
+    NSNotificationCenter::defaultCenter().addObserver(
+        &delegate,
+        [](const NSNotification&) {
+            removeOSAXEventHandlers();
+            dropWaitingDialogs();
+        },
+        NSApplicationWillTerminateNotification);
+}
+
+} // namespace quoddle

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "dialogs/DialogSession.h"
+
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSWindowController.h"
+#include "runtime/AppDelegate.h"
+
+#include <deque>
+
+#include <QTimer>
+
+namespace quoddle {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kSenderCheckInterval = 50ms;
+
+/// The applet's window when it can be seen, else null.
+NSWindow* visibleMainWindow() {
+    const auto controller = AppDelegate::instance()->mainWindowController();
+    auto* withWindow = dynamic_cast<NSWindowController*>(controller.get());
+    return withWindow && withWindow->window() && withWindow->window()->isVisible() ? withWindow->window() : nullptr;
+}
+
+NSAppleEventManager& eventManager() {
+    return NSAppleEventManager::sharedAppleEventManager();
+}
+
+class DialogSession;
+
+/// In the order in which they came; the first one is up, or is being answered.
+std::deque<std::shared_ptr<DialogSession>> sSessions;
+
+void showFirst();
+
+class DialogSession : public std::enable_shared_from_this<DialogSession> {
+public:
+    DialogSession(NSAppleEventManagerSuspensionID suspensionID, DialogForm form, DialogAnswer answer)
+        : mSuspensionID(std::move(suspensionID)), mForm(std::move(form)), mAnswer(std::move(answer)) {}
+
+    bool senderHasGivenUp() const { return eventManager().senderHasGivenUpForSuspensionID(mSuspensionID); }
+
+    void show() {
+        AppDelegate* delegate = AppDelegate::instance();
+        delegate->setDisplayingPanel(true);
+        startTimers();
+        delegate->willDisplaySheet();
+        if (NSWindow* window = visibleMainWindow())
+            mForm.beginSheet(*window, [self = shared_from_this()](int returnCode) { self->finish(returnCode); });
+        else
+            finish(mForm.runModal());
+    }
+
+    void finish(int returnCode) {
+        mGivingUpTimer.stop();
+        mSenderTimer.stop();
+        const auto reply = eventManager().replyAppleEventForSuspensionID(mSuspensionID);
+        AEDesc answered = reply->aeDesc();
+        if (returnCode == NSModalResponseAbort)
+            writeCancelled(answered);
+        else
+            mAnswer(returnCode, answered);
+        reply->setAEDesc(std::move(answered));
+        eventManager().resumeWithSuspensionID(mSuspensionID);
+        if (AppDelegate* delegate = AppDelegate::instance())
+            delegate->setDisplayingPanel(false);
+        // The dialog goes later: its button is in the middle of calling. The next one does not wait for that.
+        const auto self = shared_from_this();
+        std::erase(sSessions, self);
+        QTimer::singleShot(0, qApp, [self] {});
+        if (!sSessions.empty())
+            QTimer::singleShot(0, qApp, &showFirst);
+    }
+
+private:
+    void startTimers() {
+        if (mForm.givingUpAfter > 0 && mForm.cancelAfterGivingUp) {
+            QObject::connect(&mGivingUpTimer, &QTimer::timeout, &mGivingUpTimer, mForm.cancelAfterGivingUp);
+            mGivingUpTimer.setSingleShot(true);
+            mGivingUpTimer.start(std::chrono::milliseconds(static_cast<std::int64_t>(std::min(mForm.givingUpAfter * 1000, 2e9))));
+        }
+        QObject::connect(&mSenderTimer, &QTimer::timeout, &mSenderTimer, [this] {
+            if (senderHasGivenUp())
+                mForm.end(NSModalResponseAbort);
+        });
+        mSenderTimer.start(kSenderCheckInterval);
+    }
+
+    const NSAppleEventManagerSuspensionID mSuspensionID;
+    const DialogForm mForm;
+    const DialogAnswer mAnswer;
+    QTimer mGivingUpTimer;
+    QTimer mSenderTimer;
+};
+
+void showFirst() {
+    while (!sSessions.empty() && sSessions.front()->senderHasGivenUp())
+        sSessions.pop_front(); // nobody will miss it
+    if (!sSessions.empty() && AppDelegate::instance() && !AppDelegate::instance()->isDisplayingPanel())
+        sSessions.front()->show();
+}
+
+} // namespace
+
+void beginDialogSession(DialogForm form, DialogAnswer answer) {
+    auto session = std::make_shared<DialogSession>(eventManager().suspendCurrentAppleEvent(), std::move(form), std::move(answer));
+    sSessions.push_back(session);
+    if (sSessions.size() == 1)
+        session->show();
+}
+
+void dropWaitingDialogs() {
+    while (sSessions.size() > 1)
+        sSessions.pop_back();
+}
+
+void writeCancelled(AEDesc& reply) {
+    (void)reply.put("errn"_4cc, AEDesc::ofInt32(userCanceledErr));
+}
+
+} // namespace quoddle

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The pictures that a script may ask for in a dialog, 64 points wide.
+// Main thread only.
+#pragma once
+
+#include "platform/panels/CommandParameters.h"
+
+#include <functional>
+
+#include <QIcon>
+#include <QPixmap>
+
+namespace quoddle {
+
+/// The icon with the application's as a badge in its lower right quarter.
+QPixmap addAppIconToIconImage(const QIcon& icon, const QIcon& applicationIcon, double devicePixelRatio);
+/// The picture of a stop, note, caution or file parameter; null for the others, and for a file that holds no picture. An error when the
+/// file cannot be reached. The application's icon is only asked for when it is needed.
+std::optional<CommandError> readDialogIcon(const IconParameter& parameter, const std::function<QIcon()>& applicationIcon,
+                                           double devicePixelRatio, QPixmap& pixmap);
+
+} // namespace quoddle
