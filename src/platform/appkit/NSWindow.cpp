@@ -25,6 +25,10 @@ QList<QRect> availableScreens() {
     return areas;
 }
 
+QMargins marginsBetween(const QRect& outer, const QRect& inner) {
+    return {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(), outer.bottom() - inner.bottom()};
+}
+
 } // namespace
 
 NSWindow::NSWindow(QWidget* parent) : QMainWindow(parent) {
@@ -155,11 +159,24 @@ void NSWindow::showNextSheet() {
     placeSheet();
     connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) {
         dialog->disconnect(this);
+        dialog->removeEventFilter(this);
         dialog->hide();
         dialog->setParent(nullptr); // it is the caller's again, whichever of the two goes first
         sheetEnded(dialog, returnCode);
     });
+    dialog->installEventFilter(this);
+    mSheetHasFrame = false;
     dialog->show();
+}
+
+// The window manager's frame around a sheet is known once it is there; until then it is taken to be like that of the window.
+bool NSWindow::eventFilter(QObject* watched, QEvent* event) {
+    QDialog* dialog = attachedSheet();
+    if (watched == dialog && event->type() == QEvent::Move && !mSheetHasFrame && dialog->frameGeometry() != dialog->geometry()) {
+        mSheetHasFrame = true; // where the user puts it from then on, it stays
+        placeSheet();
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void NSWindow::placeSheet() {
@@ -167,9 +184,12 @@ void NSWindow::placeSheet() {
     if (!dialog)
         return;
     const QRect content = centralWidget() ? QRect(centralWidget()->mapToGlobal(QPoint()), centralWidget()->size()) : geometry();
-    const QSize size = dialog->frameGeometry().size();
+    const QMargins frame =
+        mSheetHasFrame ? marginsBetween(dialog->frameGeometry(), dialog->geometry()) : marginsBetween(frameGeometry(), geometry());
+    const QSize size = dialog->size().grownBy(frame);
     const QRect wanted(QPoint(content.x() + (content.width() - size.width()) / 2, content.y()), size);
-    dialog->move(WindowFrame::whollyVisible(wanted, availableScreens()).topLeft());
+    const QPoint corner = WindowFrame::whollyVisible(wanted, availableScreens()).topLeft();
+    dialog->move(mSheetHasFrame ? corner : corner + QPoint(frame.left(), frame.top()));
 }
 
 // A sheet hangs on its window. That holds for a window that has just been shown, too: where it stands is only known, by such an event, when

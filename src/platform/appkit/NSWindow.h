@@ -51,6 +51,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -73,6 +74,7 @@ private:
     QString mFrameAutosaveName;
     std::optional<QRect> mRestoredFrame; // until the window is first shown
     std::deque<Sheet> mSheets;           // the first one is shown
+    bool mSheetHasFrame = false;         // the window manager has put its frame around the one that is shown
     bool mGoesWithSheet = false;         // was ordered out while one was shown
 };
 

@@ -115,7 +115,7 @@ void DisplayDialogViewController::fitPrompt() {
         view()->setFixedWidth(viewWidth);
     }
     const int textWidth = viewWidth - leading - kMargin;
-    const int textHeight = promptField()->heightForWidth(textWidth);
+    const int textHeight = std::max(0, promptField()->heightForWidth(textWidth)); // -1 without text
     const int atMost = view()->screen()->availableGeometry().height() * 2 / 5;
     area.setFixedSize(textWidth, std::min(textHeight, atMost));
 }
