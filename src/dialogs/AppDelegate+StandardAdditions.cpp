@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "dialogs/AppDelegate+StandardAdditions.h"
 
+#include "dialogs/ChooseFromListHandler.h"
 #include "dialogs/DialogSession.h"
 #include "dialogs/DisplayAlertHandler.h"
 #include "dialogs/DisplayDialogHandler.h"
@@ -20,6 +21,7 @@ void handleEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescr
     handler->processEvent(event, replyEvent);
 }
 
+constexpr auto handleChooseFromListEvent = handleEvent<ChooseFromListHandler>;
 constexpr auto handleDisplayAlertEvent = handleEvent<DisplayAlertHandler>;
 constexpr auto handleDisplayDialogEvent = handleEvent<DisplayDialogHandler>;
 
@@ -30,6 +32,7 @@ struct EventHandlerRow {
 };
 
 constexpr EventHandlerRow kEventHandlers[] = {
+    {"gtqp"_4cc, "chlt"_4cc, handleChooseFromListEvent},
     {"syso"_4cc, "disA"_4cc, handleDisplayAlertEvent},
     {"syso"_4cc, "dlog"_4cc, handleDisplayDialogEvent},
 };

@@ -17,13 +17,6 @@ using namespace std::chrono_literals;
 
 constexpr auto kSenderCheckInterval = 50ms;
 
-/// The applet's window when it can be seen, else null.
-NSWindow* visibleMainWindow() {
-    const auto controller = AppDelegate::instance()->mainWindowController();
-    auto* withWindow = dynamic_cast<NSWindowController*>(controller.get());
-    return withWindow && withWindow->window() && withWindow->window()->isVisible() ? withWindow->window() : nullptr;
-}
-
 NSAppleEventManager& eventManager() {
     return NSAppleEventManager::sharedAppleEventManager();
 }
@@ -47,7 +40,7 @@ public:
         delegate->setDisplayingPanel(true);
         startTimers();
         delegate->willDisplaySheet();
-        if (NSWindow* window = visibleMainWindow())
+        if (NSWindow* window = mainWindow(); window && window->isVisible())
             mForm.beginSheet(*window, [self = shared_from_this()](int returnCode) { self->finish(returnCode); });
         else
             finish(mForm.runModal());
@@ -109,6 +102,12 @@ void beginDialogSession(DialogForm form, DialogAnswer answer) {
     sSessions.push_back(session);
     if (sSessions.size() == 1)
         session->show();
+}
+
+NSWindow* mainWindow() {
+    const auto controller = AppDelegate::instance()->mainWindowController();
+    auto* withWindow = dynamic_cast<NSWindowController*>(controller.get());
+    return withWindow ? withWindow->window() : nullptr;
 }
 
 void dropWaitingDialogs() {

@@ -35,6 +35,9 @@ void beginDialogSession(DialogForm form, DialogAnswer answer);
 /// The application ends: the events of dialogs that have not been shown yet are answered with an error.
 void dropWaitingDialogs();
 
+/// The applet's window, visible or not; null when it has none.
+NSWindow* mainWindow();
+
 /// Puts "errn" -128 into the reply.
 void writeCancelled(AEDesc& reply);
 

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "platform/panels/ChooseFromListPanel.h"
+
+#include <cmath>
+
+#include <QHash>
+#include <QMainWindow>
+#include <QScreen>
+
+namespace quoddle {
+
+namespace {
+
+constexpr int kMostMeasured = 30;
+constexpr int kLongestMeasured = 2000; // characters; wider than any screen
+constexpr int kColumnPadding = 6;
+constexpr int kMinimumWidth = 340;
+constexpr int kScreenMargin = 10;
+constexpr int kBesideColumn = 42; // the view's margins and the table's frame
+constexpr int kPromptMargins = 40;
+constexpr int kMaximumPromptHeight = 170;
+constexpr int kBesidePrompt = 90; // margins, distances and buttons above and below the table
+constexpr int kTableFrame = 2;
+constexpr int kSmallestTable = 41;
+
+/// From the bottom of the usable screen up to where a sheet of the window hangs.
+int roomBelow(const QWidget* parent, const QRect& screen) {
+    if (!parent)
+        return screen.height();
+    const auto* window = qobject_cast<const QMainWindow*>(parent);
+    const int contentHeight = window && window->centralWidget() ? window->centralWidget()->height() : 0;
+    return screen.bottom() - parent->frameGeometry().bottom() + contentHeight;
+}
+
+} // namespace
+
+std::optional<CommandError> ChooseFromListParameters::read(const AEDesc& event, ChooseFromListParameters& parameters) {
+    parameters.title = textParameter(event, "appr"_4cc);
+    parameters.list = listParameter(event, "----"_4cc);
+    if (parameters.list.count() == 0)
+        return CommandError{paramErr, u"The list is empty."};
+    parameters.texts = textsOf(parameters.list);
+    if (const AEDesc defaults = listParameter(event, "inSL"_4cc); defaults.count() > 0) {
+        QHash<QString, int> firstRows;
+        for (int row = static_cast<int>(parameters.texts.size()) - 1; row >= 0; --row)
+            firstRows.insert(parameters.texts[row], row);
+        for (const QString& text : textsOf(defaults))
+            if (const int row = firstRows.value(text, -1); row >= 0)
+                parameters.defaultRows << row;
+    }
+    parameters.multipleSelectionsAllowed = booleanParameter(event, "mlsl"_4cc);
+    parameters.emptySelectionAllowed = booleanParameter(event, "empL"_4cc);
+    parameters.prompt = optionalTextParameter(event, "prmp"_4cc);
+    parameters.cancelButtonName = optionalTextParameter(event, "cnbt"_4cc);
+    parameters.okButtonName = optionalTextParameter(event, "okbt"_4cc);
+    return std::nullopt;
+}
+
+int ChooseFromListPanel::_calculateColumnWidthFor(const QStringList& texts, const QFont& font) {
+    std::vector<const QString*> longest(std::min<qsizetype>(texts.size(), kMostMeasured));
+    std::vector<const QString*> all;
+    all.reserve(texts.size());
+    for (const QString& text : texts)
+        all.push_back(&text);
+    std::partial_sort_copy(all.begin(), all.end(), longest.begin(), longest.end(),
+                           [](const QString* a, const QString* b) { return a->size() > b->size(); });
+    const QFontMetricsF metrics(font);
+    double width = 0;
+    for (const QString* text : longest) {
+        if (text->size() * 2 < longest.front()->size())
+            break;
+        width = std::max(width, metrics.horizontalAdvance(text->left(kLongestMeasured)));
+    }
+    return longest.empty() ? 0 : static_cast<int>(std::ceil(width)) + kColumnPadding;
+}
+
+ChooseFromListPanel::ChooseFromListPanel(const ChooseFromListParameters& parameters, const QWidget* parent) : mList(parameters.list) {
+    ChooseFromListViewController& controller = mViewController;
+    controller.theList = parameters.texts;
+    mWindow.setContentViewController(&controller);
+    if (parameters.prompt)
+        controller.setPrompt(*parameters.prompt);
+    if (parameters.cancelButtonName)
+        setButtonTitle(*controller.cancelButton(), *parameters.cancelButtonName);
+    if (parameters.okButtonName)
+        setButtonTitle(*controller.okButton(), *parameters.okButtonName);
+    setKeyEquivalent(*controller.cancelButton(), kEscapeKeyEquivalent);
+    setKeyEquivalent(*controller.okButton(), kReturnKeyEquivalent);
+    mWindow.setCloseButton(controller.cancelButton());
+    mWindow.setAccessibleName(controller.promptField()->text());
+    controller.setAllowsMultipleSelection(parameters.multipleSelectionsAllowed);
+    controller.setAllowsEmptySelection(parameters.emptySelectionAllowed);
+    sizeView(parent);
+    if (!parameters.defaultRows.isEmpty())
+        controller.selectRows(parameters.defaultRows);
+    controller.tableView()->setFocus();
+}
+
+void ChooseFromListPanel::sizeView(const QWidget* parent) {
+    ChooseFromListViewController& controller = mViewController;
+    const QRect screen = mWindow.screen()->availableGeometry();
+    const QTableView& table = *controller.tableView();
+    const int column = _calculateColumnWidthFor(controller.theList, table.font());
+    const int scroller = table.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &table);
+    const int width = std::min(std::max(column + scroller + kBesideColumn, kMinimumWidth), screen.width() - kScreenMargin);
+    const int promptHeight = controller.heightOfPrompt(width);
+    mHeaderHeight = std::min(promptHeight, kMaximumPromptHeight) + kBesidePrompt;
+    const qint64 items = qint64(controller.numberOfRowsInTableView()) * controller.rowHeight();
+    const qint64 height = std::min<qint64>(roomBelow(parent, screen), items + kTableFrame + mHeaderHeight);
+    controller.view()->setMinimumSize(kMinimumWidth, mHeaderHeight + kSmallestTable); // a sheet on a low window is of use all the same
+    mWindow.resize(width, std::max(static_cast<int>(height), mHeaderHeight + kSmallestTable));
+}
+
+void ChooseFromListPanel::prepareForModalForm(const QString& title) {
+    mWindow.setCloseButton(nullptr);
+    mWindow.setWindowTitle(title);
+}
+
+AEDesc ChooseFromListPanel::selectedItems() const {
+    std::vector<AEDesc> items;
+    for (const int row : mViewController.selectedRows())
+        items.push_back(*mList.itemAt(static_cast<std::size_t>(row) + 1));
+    return AEDesc::list(std::move(items));
+}
+
+} // namespace quoddle

@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: MIT
+#include "platform/panels/ChooseFromListViewController.h"
+
+#include "ui_ChooseFromListViewController.h"
+
+#include <QAbstractListModel>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kMargin = 20;
+constexpr int kRowPadding = 6;
+constexpr int kMostPromptLines = 10;
+constexpr int kLongestShown = 2000; // characters of one item; no screen is wider
+
+} // namespace
+
+/// The table's view of the list.
+class ListModel final : public QAbstractListModel {
+public:
+    explicit ListModel(const ChooseFromListViewController& source) : mSource(source) {}
+
+    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : mSource.numberOfRowsInTableView(); }
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
+            return {};
+        QString text = mSource.theList[index.row()];
+        text.truncate(kLongestShown);
+        if (role == Qt::DisplayRole) // one line for each item
+            text.replace(u'\n', u' ').replace(u'\r', u' ');
+        return text;
+    }
+
+private:
+    const ChooseFromListViewController& mSource;
+};
+
+ChooseFromListViewController::ChooseFromListViewController(QObject* parent)
+    : NSViewController(parent), mUi(std::make_unique<Ui::ChooseFromListViewController>()) {}
+
+ChooseFromListViewController::~ChooseFromListViewController() {
+    if (isViewLoaded())
+        tableView()->setModel(nullptr); // the view goes after it
+}
+
+QWidget* ChooseFromListViewController::loadView() {
+    auto* widget = new QWidget;
+    mUi->setupUi(widget);
+    return widget;
+}
+
+void ChooseFromListViewController::viewDidLoad() {
+    mModel = std::make_unique<ListModel>(*this);
+    QTableView& table = *tableView();
+    table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table.verticalHeader()->setMinimumSectionSize(1);
+    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + kRowPadding);
+    table.setModel(mModel.get());
+    setAllowsMultipleSelection(false);
+    setButtonTitle(*okButton(), u"OK"_s);
+    setButtonTitle(*cancelButton(), u"Cancel"_s);
+    connect(okButton(), &QPushButton::clicked, this, &ChooseFromListViewController::doOkButton);
+    connect(cancelButton(), &QPushButton::clicked, this, &ChooseFromListViewController::doCancelButton);
+    connect(&table, &QTableView::doubleClicked, this, &ChooseFromListViewController::doDoubleClickEntry);
+    connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &ChooseFromListViewController::tableViewSelectionDidChange);
+    tableViewSelectionDidChange();
+}
+
+void ChooseFromListViewController::setPrompt(const QString& prompt) {
+    promptField()->setText(prompt);
+}
+
+void ChooseFromListViewController::setAllowsMultipleSelection(bool allows) {
+    tableView()->setSelectionMode(allows ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
+}
+
+void ChooseFromListViewController::setAllowsEmptySelection(bool allows) {
+    mAllowsEmptySelection = allows;
+    tableViewSelectionDidChange();
+}
+
+void ChooseFromListViewController::selectRows(const QList<int>& rows) {
+    QItemSelection selection;
+    QModelIndex first;
+    for (const int row : rows) {
+        const QModelIndex index = mModel->index(row);
+        if (!index.isValid())
+            continue;
+        selection.append(QItemSelectionRange(index));
+        if (!first.isValid() || index.row() < first.row())
+            first = index;
+        if (tableView()->selectionMode() == QAbstractItemView::SingleSelection)
+            break;
+    }
+    tableView()->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    tableView()->selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    tableView()->scrollTo(first);
+}
+
+QList<int> ChooseFromListViewController::selectedRows() const {
+    QList<int> rows;
+    for (const QItemSelectionRange& range : tableView()->selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows << row;
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void ChooseFromListViewController::tableViewSelectionDidChange() {
+    okButton()->setEnabled(mAllowsEmptySelection || tableView()->selectionModel()->hasSelection());
+}
+
+void ChooseFromListViewController::doDoubleClickEntry() {
+    if (okButton()->isEnabled())
+        doOkButton();
+}
+
+int ChooseFromListViewController::rowHeight() const {
+    return tableView()->verticalHeader()->defaultSectionSize();
+}
+
+int ChooseFromListViewController::heightOfPrompt(int viewWidth) const {
+    const int height = std::max(0, promptField()->heightForWidth(viewWidth - 2 * kMargin));
+    return std::min(height, kMostPromptLines * promptField()->fontMetrics().lineSpacing());
+}
+
+QLabel* ChooseFromListViewController::promptField() const {
+    return mUi->promptField;
+}
+
+QTableView* ChooseFromListViewController::tableView() const {
+    return mUi->tableView;
+}
+
+QPushButton* ChooseFromListViewController::okButton() const {
+    return mUi->okButton;
+}
+
+QPushButton* ChooseFromListViewController::cancelButton() const {
+    return mUi->cancelButton;
+}
+
+void ChooseFromListViewController::end(int returnCode) {
+    if (NSPanel* panel = window())
+        panel->done(returnCode);
+}
+
+} // namespace quoddle
