@@ -155,7 +155,8 @@ void NSWindow::showNextSheet() {
     dialog->setWindowModality(Qt::WindowModal);
     if (dialog->windowTitle().isEmpty())
         dialog->setWindowTitle(windowTitle());
-    dialog->adjustSize();
+    if (!dialog->testAttribute(Qt::WA_Resized)) // it has no size of its own choice
+        dialog->adjustSize();
     placeSheet();
     connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) {
         dialog->disconnect(this);

@@ -17,8 +17,6 @@ constexpr int kColumnPadding = 6;
 constexpr int kMinimumWidth = 340;
 constexpr int kScreenMargin = 10;
 constexpr int kBesideColumn = 42; // the view's margins and the table's frame
-constexpr int kPromptMargins = 40;
-constexpr int kMaximumPromptHeight = 170;
 constexpr int kBesidePrompt = 90; // margins, distances and buttons above and below the table
 constexpr int kTableFrame = 2;
 constexpr int kSmallestTable = 41;
@@ -103,8 +101,7 @@ void ChooseFromListPanel::sizeView(const QWidget* parent) {
     const int column = _calculateColumnWidthFor(controller.theList, table.font());
     const int scroller = table.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &table);
     const int width = std::min(std::max(column + scroller + kBesideColumn, kMinimumWidth), screen.width() - kScreenMargin);
-    const int promptHeight = controller.heightOfPrompt(width);
-    mHeaderHeight = std::min(promptHeight, kMaximumPromptHeight) + kBesidePrompt;
+    mHeaderHeight = controller.fitPrompt(width) + kBesidePrompt;
     const qint64 items = qint64(controller.numberOfRowsInTableView()) * controller.rowHeight();
     const qint64 height = std::min<qint64>(roomBelow(parent, screen), items + kTableFrame + mHeaderHeight);
     controller.view()->setMinimumSize(kMinimumWidth, mHeaderHeight + kSmallestTable); // a sheet on a low window is of use all the same

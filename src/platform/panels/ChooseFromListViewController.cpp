@@ -14,6 +14,7 @@ namespace {
 constexpr int kMargin = 20;
 constexpr int kRowPadding = 6;
 constexpr int kMostPromptLines = 10;
+constexpr int kMaximumPromptHeight = 170;
 constexpr int kLongestShown = 2000; // characters of one item; no screen is wider
 
 } // namespace
@@ -123,9 +124,12 @@ int ChooseFromListViewController::rowHeight() const {
     return tableView()->verticalHeader()->defaultSectionSize();
 }
 
-int ChooseFromListViewController::heightOfPrompt(int viewWidth) const {
-    const int height = std::max(0, promptField()->heightForWidth(viewWidth - 2 * kMargin));
-    return std::min(height, kMostPromptLines * promptField()->fontMetrics().lineSpacing());
+int ChooseFromListViewController::fitPrompt(int viewWidth) {
+    const int wanted = std::max(0, promptField()->heightForWidth(viewWidth - 2 * kMargin));
+    const int tenLines = kMostPromptLines * promptField()->fontMetrics().lineSpacing();
+    const int height = std::min({wanted, tenLines, kMaximumPromptHeight});
+    mUi->promptScrollArea->setFixedHeight(height);
+    return height;
 }
 
 QLabel* ChooseFromListViewController::promptField() const {

@@ -50,8 +50,8 @@ public:
 
     /// Of one row, with the space to the next.
     int rowHeight() const;
-    /// What the prompt takes in a view of the width.
-    int heightOfPrompt(int viewWidth) const;
+    /// What the prompt takes in a view of the width, and gets from now on; more than ten lines scroll.
+    int fitPrompt(int viewWidth);
 
     // Outlets, when the view has been loaded.
     QLabel* promptField() const;
