@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/NSOpenPanel.h"
+
+#include "platform/appkit/filepanel/FileBrowser.h"
+
+#include <QFileInfo>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kLongestChainOfLinks = 40; // as the system has it
+
+/// The path itself when it is no link, or one that leads nowhere.
+QString resolved(const QString& path) {
+    QString target = path;
+    for (int i = 0; i < kLongestChainOfLinks; ++i) {
+        const QFileInfo info(target);
+        if (!info.isSymLink())
+            return info.exists() ? target : path;
+        target = info.symLinkTarget();
+    }
+    return path;
+}
+
+} // namespace
+
+NSOpenPanel::NSOpenPanel() {
+    hideNameField();
+    setCanCreateDirectories(false);
+    changeFilter([](DirectoryFilter& filter) {
+        filter.canChooseFiles = true;
+        filter.leavesOutOthers = true;
+    });
+}
+
+void NSOpenPanel::setCanChooseFiles(bool can) {
+    changeFilter([can](DirectoryFilter& filter) {
+        filter.canChooseFiles = can;
+        filter.leavesOutOthers = can;
+    });
+}
+
+void NSOpenPanel::setCanChooseDirectories(bool can) {
+    changeFilter([can](DirectoryFilter& filter) { filter.canChooseDirectories = can; });
+    setCanCreateDirectories(can);
+}
+
+void NSOpenPanel::setAllowsMultipleSelection(bool allows) {
+    browser().setAllowsMultipleSelection(allows);
+}
+
+void NSOpenPanel::setAllowedFileTypes(const QStringList& types) {
+    changeFilter([&types](DirectoryFilter& filter) { filter.allowedTypes = AllowedFileTypes(types); });
+}
+
+void NSOpenPanel::prepare() {
+    setTitle(filter().canChooseFiles ? u"Open"_s : u"Choose a Folder"_s);
+    NSSavePanel::prepare();
+}
+
+QString NSOpenPanel::defaultPrompt() const {
+    return filter().canChooseFiles ? u"Open"_s : u"Choose"_s;
+}
+
+void NSOpenPanel::selectionChanged() {
+    const bool canChooseThisFolder = filter().canChooseDirectories && browser().model().state() != DirectoryState::missing;
+    setConfirmEnabled(canChooseThisFolder || browser().hasSelection());
+}
+
+void NSOpenPanel::confirm() {
+    const QList<FileBrowser::Item> items = browser().selection();
+    QStringList chosen;
+    for (const FileBrowser::Item& item : items)
+        if (item.entry.canBeChosen)
+            chosen.append(item.path);
+    if (!chosen.isEmpty())
+        chooseResolved(chosen);
+    else if (items.size() == 1 && items.first().entry.isDirectory)
+        browser().goTo(items.first().path);
+    else if (items.isEmpty() && filter().canChooseDirectories)
+        chooseResolved({browser().directory()});
+}
+
+void NSOpenPanel::fileEntered(const QString& path) {
+    const DirectoryFilter wanted = filter();
+    if (!QFileInfo::exists(path))
+        showProblem(u"“%1” cannot be found."_s.arg(path));
+    else if (!wanted.canChooseFiles || !wanted.allowedTypes.matches(path))
+        showProblem(u"“%1” is not of a kind that can be chosen here."_s.arg(path));
+    else
+        chooseResolved({path});
+}
+
+void NSOpenPanel::chooseResolved(QStringList paths) {
+    if (mResolvesAliases)
+        std::transform(paths.begin(), paths.end(), paths.begin(), &resolved);
+    choose(paths);
+}
+
+} // namespace quoddle

@@ -1,0 +1,298 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/NSSavePanel.h"
+
+#include "platform/appkit/Appearance.h"
+#include "platform/appkit/filepanel/FileBrowser.h"
+#include "platform/appkit/filepanel/LocationField.h"
+#include "platform/appkit/NSAlert.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSPanel.h"
+#include "platform/appkit/NSWindow.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "ui_NSSavePanel.h"
+
+#include <QDir>
+#include <QScreen>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto kLastDirectory = "NSNavLastRootDirectory"_L1;
+constexpr auto kPanelSize = "NSNavPanelSize"_L1;
+constexpr QSize kUsualSize(720, 480);
+constexpr QSize kSmallestSize(420, 320);
+constexpr int kLongestName = 255; // bytes
+
+QString folderOf(const QString& path) {
+    return QDir::cleanPath(QFileInfo(path).path());
+}
+
+QColor problemColor(const QPalette& palette) {
+    return Appearance::isDark(palette) ? QColor(0xff, 0x8a, 0x80) : QColor(0xb3, 0x1d, 0x1d);
+}
+
+} // namespace
+
+QString problemWithFileName(const QString& name) {
+    if (name.isEmpty() || name == "."_L1 || name == ".."_L1 || name.contains(u'/') || name.contains(QChar(0)))
+        return u"A file cannot be called “%1”."_s.arg(name);
+    if (name.toUtf8().size() > kLongestName)
+        return u"The name is too long."_s;
+    return {};
+}
+
+/// Has the size that the user has given to the last one, as far as the screen allows.
+class NSSavePanel::Panel final : public NSPanel {
+public:
+    explicit Panel(Ui::NSSavePanel& ui) : mUi(ui) {}
+
+    void setVisible(bool visible) override {
+        if (visible)
+            fitMessage();
+        else if (isVisible())
+            standardUserDefaults().setValue(kPanelSize, size());
+        NSPanel::setVisible(visible);
+    }
+    void takeRememberedSize() {
+        const QSize remembered = standardUserDefaults().value(kPanelSize).toSize();
+        const QSize available = screen()->availableGeometry().size() * 9 / 10;
+        setMinimumSize(kSmallestSize.boundedTo(available));
+        resize((remembered.isValid() ? remembered : kUsualSize).expandedTo(minimumSize()).boundedTo(available));
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        NSPanel::resizeEvent(event);
+        fitMessage();
+    }
+    void changeEvent(QEvent* event) override {
+        NSPanel::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange)
+            colorProblem();
+    }
+
+private:
+    /// A long message scrolls and leaves the browser its room.
+    void fitMessage() {
+        const QMargins margins = mUi.outerLayout->contentsMargins();
+        const int needed = mUi.messageView->heightForWidth(width() - margins.left() - margins.right());
+        mUi.messageScrollArea->setFixedHeight(std::clamp(needed, 0, height() / 4));
+        colorProblem();
+    }
+    void colorProblem() {
+        QPalette colors = palette();
+        colors.setColor(QPalette::WindowText, problemColor(colors));
+        mUi.problemView->setPalette(colors);
+    }
+
+    Ui::NSSavePanel& mUi;
+};
+
+NSSavePanel::NSSavePanel() : mUi(std::make_unique<Ui::NSSavePanel>()), mPanel(std::make_unique<Panel>(*mUi)) {
+    mUi->setupUi(mPanel.get());
+    mBrowser = mUi->browser;
+    setButtonTitle(*mUi->cancelButton, u"Cancel"_s);
+    setKeyEquivalent(*mUi->cancelButton, kEscapeKeyEquivalent);
+    setKeyEquivalent(*mUi->confirmButton, kReturnKeyEquivalent);
+    mPanel->setCloseButton(mUi->cancelButton);
+    mPanel->setSizeGripEnabled(true);
+    setMessage({});
+    showProblem({});
+    setNameFieldStringValue(u"Untitled"_s);
+    mPanel->setWindowTitle(u"Save"_s);
+    changeFilter([](DirectoryFilter& filter) { filter.canChooseFiles = true; });
+    connectParts();
+}
+
+NSSavePanel::~NSSavePanel() = default;
+
+void NSSavePanel::connectParts() {
+    QObject::connect(mUi->cancelButton, &QPushButton::clicked, mPanel.get(), [this] { mPanel->done(NSModalResponseCancel); });
+    QObject::connect(mUi->confirmButton, &QPushButton::clicked, mPanel.get(), [this] { confirm(); });
+    QObject::connect(mUi->nameField, &QLineEdit::textChanged, mPanel.get(), [this](const QString& name) {
+        showProblem({});
+        if (mHasNameField)
+            setConfirmEnabled(!name.isEmpty());
+    });
+    QObject::connect(mBrowser, &FileBrowser::directoryChanged, mPanel.get(), [this] { showProblem({}); });
+    QObject::connect(mBrowser, &FileBrowser::selectionChanged, mPanel.get(), [this] { selectionChanged(); });
+    QObject::connect(mBrowser, &FileBrowser::itemOpened, mPanel.get(), [this] { confirm(); });
+    QObject::connect(mBrowser, &FileBrowser::fileEntered, mPanel.get(), [this](const QString& path) { fileEntered(path); });
+    QObject::connect(mBrowser, &FileBrowser::failed, mPanel.get(), [this](const QString& problem) { showProblem(problem); });
+}
+
+void NSSavePanel::setMessage(const QString& message) {
+    mUi->messageView->setText(message);
+    mUi->messageScrollArea->setVisible(!message.isEmpty());
+    mPanel->setAccessibleName(message);
+}
+
+void NSSavePanel::setPrompt(const QString& prompt) {
+    setButtonTitle(*mUi->confirmButton, prompt);
+}
+
+void NSSavePanel::setDirectory(const QString& path) {
+    mDirectory = path.isEmpty() ? path : QDir::cleanPath(path);
+}
+
+void NSSavePanel::setNameFieldStringValue(const QString& name) {
+    mUi->nameField->setText(name);
+}
+
+void NSSavePanel::setShowsHiddenFiles(bool shows) {
+    changeFilter([shows](DirectoryFilter& filter) { filter.showsHiddenFiles = shows; });
+}
+
+void NSSavePanel::setTreatsFilePackagesAsDirectories(bool treats) {
+    changeFilter([treats](DirectoryFilter& filter) { filter.treatsFilePackagesAsDirectories = treats; });
+}
+
+void NSSavePanel::setCanCreateDirectories(bool can) {
+    mBrowser->setCanCreateDirectories(can);
+}
+
+QDialog* NSSavePanel::dialog() {
+    return mPanel.get();
+}
+
+DirectoryFilter NSSavePanel::filter() const {
+    return mBrowser->model().filter();
+}
+
+void NSSavePanel::changeFilter(const std::function<void(DirectoryFilter&)>& change) {
+    DirectoryFilter changed = filter();
+    change(changed);
+    mBrowser->setFilter(changed);
+}
+
+void NSSavePanel::setTitle(const QString& title) {
+    mPanel->setWindowTitle(title);
+}
+
+QString NSSavePanel::defaultPrompt() const {
+    return u"Save"_s;
+}
+
+void NSSavePanel::hideNameField() {
+    mHasNameField = false;
+    mUi->nameRow->hide();
+}
+
+void NSSavePanel::setConfirmEnabled(bool enabled) {
+    mUi->confirmButton->setEnabled(enabled);
+}
+
+void NSSavePanel::showProblem(const QString& problem) {
+    mUi->problemView->setText(problem);
+    mUi->problemView->setVisible(!problem.isEmpty());
+}
+
+QString NSSavePanel::startDirectory() const {
+    const QString remembered = standardUserDefaults().value(kLastDirectory).toString();
+    for (const QString& path : {mDirectory, remembered, QDir::homePath()})
+        if (path.startsWith(u'/') && QFileInfo(path).isDir())
+            return path;
+    return u"/"_s;
+}
+
+void NSSavePanel::prepare() {
+    const bool isFile = QFileInfo(mDirectory).isFile() || (!filter().treatsFilePackagesAsDirectories && isFilePackage(mDirectory));
+    const QString selected = isFile ? mDirectory.mid(mDirectory.lastIndexOf(u'/') + 1) : QString();
+    if (isFile)
+        mDirectory = folderOf(mDirectory);
+    if (buttonTitle(*mUi->confirmButton).isEmpty())
+        setPrompt(defaultPrompt());
+    mURLs.clear();
+    mBrowser->setDirectory(startDirectory());
+    if (!selected.isEmpty() && !mHasNameField)
+        mBrowser->select(selected);
+    selectionChanged();
+    if (mHasNameField) {
+        const qsizetype dot = mUi->nameField->text().lastIndexOf(u'.');
+        mUi->nameField->setFocus();
+        mUi->nameField->setSelection(0, static_cast<int>(dot > 0 ? dot : mUi->nameField->text().size())); // typing keeps the extension
+    } else {
+        mBrowser->focusList();
+    }
+    mPanel->takeRememberedSize();
+}
+
+void NSSavePanel::beginSheetModal(NSWindow& window, std::function<void(int response)> completion) {
+    prepare();
+    window.beginSheet(mPanel.get(), [completion = std::move(completion)](int returnCode) {
+        completion(returnCode == NSModalResponseOK ? NSModalResponseOK : NSModalResponseCancel);
+    });
+}
+
+int NSSavePanel::runModal() {
+    prepare();
+    const int returnCode = NSApplication::sharedApplication()->runModalForWindow(*mPanel);
+    return returnCode == NSModalResponseOK ? NSModalResponseOK : NSModalResponseCancel;
+}
+
+void NSSavePanel::choose(const QStringList& paths) {
+    mURLs.clear();
+    for (const QString& path : paths)
+        mURLs.append(QUrl::fromLocalFile(path));
+    standardUserDefaults().setValue(kLastDirectory, mBrowser->directory());
+    mPanel->done(NSModalResponseOK);
+}
+
+void NSSavePanel::selectionChanged() {
+    const QList<FileBrowser::Item> items = mBrowser->selection();
+    const QString lent = !items.isEmpty() && !items.first().entry.isDirectory ? items.first().entry.name : QString();
+    if (std::exchange(mLentName, lent) != lent && !lent.isEmpty()) // the same one again is no choice but a folder that was read again
+        mUi->nameField->setText(lent);
+}
+
+void NSSavePanel::fileEntered(const QString& path) {
+    mBrowser->goTo(folderOf(path));
+    mUi->nameField->setText(path.mid(path.lastIndexOf(u'/') + 1));
+    mUi->nameField->setFocus();
+}
+
+void NSSavePanel::confirm() {
+    const QString text = mUi->nameField->text();
+    const QString path = absolutePathFor(text, mBrowser->directory());
+    const QFileInfo info(path);
+    if (info.isDir() && (filter().treatsFilePackagesAsDirectories || !isFilePackage(path))) {
+        mBrowser->goTo(path);
+        return;
+    }
+    const QString name = text.mid(text.lastIndexOf(u'/') + 1);
+    const QFileInfo folder(folderOf(path));
+    if (const QString problem = problemWithFileName(name); !problem.isEmpty())
+        showProblem(problem);
+    else if (!folder.isDir())
+        showProblem(u"The folder “%1” cannot be found."_s.arg(folder.filePath()));
+    else if (!folder.isWritable())
+        showProblem(u"You are not allowed to save in “%1”."_s.arg(folder.filePath()));
+    else if (info.exists() || info.isSymLink())
+        askToReplace(path);
+    else
+        choose({path});
+}
+
+void NSSavePanel::askToReplace(const QString& path) {
+    mReplaceAlert = std::make_unique<NSAlert>();
+    mReplaceAlert->setMessageText(u"“%1” already exists. Do you want to replace it?"_s.arg(QFileInfo(path).fileName()));
+    mReplaceAlert->setInformativeText(u"Replacing it overwrites what it contains."_s);
+    QPushButton* replace = mReplaceAlert->addButton(u"Replace"_s);
+    QPushButton* cancel = mReplaceAlert->addButton(u"Cancel"_s);
+    setKeyEquivalent(*replace, {});
+    NSPanel& window = mReplaceAlert->window();
+    window.setParent(mPanel.get(), window.windowFlags());
+    window.setWindowModality(Qt::WindowModal);
+    window.setWindowTitle(mPanel->windowTitle());
+    QObject::connect(&window, &QDialog::finished, mPanel.get(), [this, path](int returnCode) {
+        if (returnCode == NSAlertFirstButtonReturn)
+            choose({path});
+    });
+    mReplaceAlert->show([] {});
+    cancel->setFocus(); // nothing is lost by a key that is pressed once too often
+}
+
+} // namespace quoddle

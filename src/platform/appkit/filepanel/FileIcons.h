@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+// The icons of files, folders and bundles, each found once.
+// One decision: an icon is told at once and never read from a disk to be so; the own icon of a bundle replaces the general one a little
+// later. Main thread only.
+#pragma once
+
+#include <QHash>
+#include <QIcon>
+#include <QObject>
+#include <QStringList>
+#include <QTimer>
+
+namespace quoddle {
+
+class FileIcons : public QObject {
+    Q_OBJECT
+public:
+    explicit FileIcons(QObject* parent = nullptr);
+
+    QIcon iconFor(const QString& path, bool isDirectory, bool isPackage);
+
+Q_SIGNALS:
+    void iconChanged(const QString& path);
+
+private:
+    QIcon iconOfFileNamed(const QString& name);
+    QIcon iconOfPackage(const QString& path);
+    void readNext();
+
+    QHash<QString, QIcon> mByMimeType;
+    QHash<QString, QIcon> mByPath; // of applications
+    QStringList mToRead;
+    QTimer mReadTimer;
+};
+
+} // namespace quoddle
