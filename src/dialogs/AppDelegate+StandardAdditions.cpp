@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "dialogs/AppDelegate+StandardAdditions.h"
 
+#include "dialogs/ChooseFileHandler.h"
+#include "dialogs/ChooseFileNameHandler.h"
+#include "dialogs/ChooseFolderHandler.h"
 #include "dialogs/ChooseFromListHandler.h"
 #include "dialogs/DialogSession.h"
 #include "dialogs/DisplayAlertHandler.h"
@@ -21,6 +24,9 @@ void handleEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescr
     handler->processEvent(event, replyEvent);
 }
 
+constexpr auto handleChooseFileEvent = handleEvent<ChooseFileHandler>;
+constexpr auto handleChooseFileNameEvent = handleEvent<ChooseFileNameHandler>;
+constexpr auto handleChooseFolderEvent = handleEvent<ChooseFolderHandler>;
 constexpr auto handleChooseFromListEvent = handleEvent<ChooseFromListHandler>;
 constexpr auto handleDisplayAlertEvent = handleEvent<DisplayAlertHandler>;
 constexpr auto handleDisplayDialogEvent = handleEvent<DisplayDialogHandler>;
@@ -32,9 +38,9 @@ struct EventHandlerRow {
 };
 
 constexpr EventHandlerRow kEventHandlers[] = {
-    {"gtqp"_4cc, "chlt"_4cc, handleChooseFromListEvent},
-    {"syso"_4cc, "disA"_4cc, handleDisplayAlertEvent},
-    {"syso"_4cc, "dlog"_4cc, handleDisplayDialogEvent},
+    {"syso"_4cc, "stdf"_4cc, handleChooseFileEvent},   {"syso"_4cc, "nwfl"_4cc, handleChooseFileNameEvent},
+    {"syso"_4cc, "stfl"_4cc, handleChooseFolderEvent}, {"gtqp"_4cc, "chlt"_4cc, handleChooseFromListEvent},
+    {"syso"_4cc, "disA"_4cc, handleDisplayAlertEvent}, {"syso"_4cc, "dlog"_4cc, handleDisplayDialogEvent},
 };
 
 void removeOSAXEventHandlers() {

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// "choose file" in the applet's own window.
+// Main thread only, but for processEvent(). A handler keeps itself until its reply has been sent.
+#pragma once
+
+#include "dialogs/WorkItem.h"
+
+#include <memory>
+
+namespace quoddle {
+
+class NSOpenPanel;
+
+class ChooseFileHandler : public std::enable_shared_from_this<ChooseFileHandler> {
+public:
+    ChooseFileHandler();
+    ~ChooseFileHandler();
+
+    /// Any thread.
+    void processEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent);
+    void continueProcess(const WorkItem& item);
+
+private:
+    std::shared_ptr<NSOpenPanel> mPanel;
+};
+
+} // namespace quoddle

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// The panels of "choose file", "choose folder" and "choose file name", made ready from the commands' events.
+// One decision: how a panel is shown, and in which form the answer goes back, is the caller's.
+// Main thread only, but for reading parameters.
+#pragma once
+
+#include "platform/appkit/NSOpenPanel.h"
+#include "platform/panels/CommandParameters.h"
+
+namespace quoddle {
+
+/// Of both commands that choose what is there; "choose folder" has no types.
+struct ChooseFileParameters {
+    std::optional<QString> message;
+    std::optional<QString> prompt;
+    QStringList types;       ///< none: all
+    QString defaultLocation; ///< empty: none
+    bool invisibles = false;
+    bool multipleSelectionsAllowed = false;
+    bool showingPackageContents = false;
+
+    static std::optional<CommandError> read(const AEDesc& event, ChooseFileParameters& parameters);
+    /// Cannot fail.
+    static ChooseFileParameters readForFolders(const AEDesc& event);
+};
+
+struct ChooseFileNameParameters {
+    std::optional<QString> message;
+    std::optional<QString> defaultName;
+    QString defaultLocation; ///< empty: none
+
+    static ChooseFileNameParameters read(const AEDesc& event);
+};
+
+std::unique_ptr<NSOpenPanel> makeChooseFilePanel(const ChooseFileParameters& parameters);
+std::unique_ptr<NSOpenPanel> makeChooseFolderPanel(const ChooseFileParameters& parameters);
+std::unique_ptr<NSSavePanel> makeChooseFileNamePanel(const ChooseFileNameParameters& parameters);
+
+} // namespace quoddle
