@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: MIT
+#include "Commands.h"
+
+#include "dialogs/DisplayDialogHandler.h"
+#include "platform/foundation/QtPrinters.h"
+#include "platform/panels/AnswerField.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QScreen>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+using namespace test;
+
+namespace {
+
+/// The record of display dialog, whose items come in this order.
+AEDesc dialogReply(const char* button, const char* answer, bool gaveUp) {
+    return AEDesc::record({{"bhit"_4cc, text(button)}, {"ttxt"_4cc, text(answer)}, {"gavu"_4cc, AEDesc::ofBoolean(gaveUp)}});
+}
+
+AEDesc cancelled(const AEDesc& reply) {
+    AEDesc fields = AEDesc::record();
+    for (const AEItem& item : reply.fields())
+        (void)fields.put(item.key, item.value);
+    return fields;
+}
+
+const AEDesc kCancelled = AEDesc::record({{"errn"_4cc, AEDesc::ofInt32(-128)}});
+
+QString keysOf(const QDialog& dialog) {
+    QString keys;
+    for (const auto* button : dialog.findChildren<QPushButton*>())
+        if (button->isVisible() && !keyEquivalent(*button).isEmpty())
+            keys += button->accessibleName() + (keyEquivalent(*button) == kReturnKeyEquivalent ? u"=Return "_s : u"=Escape "_s);
+    return keys.trimmed();
+}
+
+} // namespace
+
+TEST(DisplayDialog, WrongParametersAreAnsweredWithoutADialog) {
+    DialogShell shell;
+    const AEDesc three = texts({"Yes", "No", "Maybe"});
+    const AEDesc noNumber = texts({"a", "b"});
+    const struct {
+        const char* what;
+        std::vector<AEItem> parameters;
+        OSStatus number;
+        const char* message;
+    } kCases[] = {
+        {"giving up after no number", {{"givu"_4cc, noNumber}, {"btns"_4cc, texts({"1", "2", "3", "4"})}}, -1700, ""},
+        {"four buttons, before the default one",
+         {{"btns"_4cc, texts({"1", "2", "3", "4"})}, {"dflt"_4cc, AEDesc::ofInt32(9)}},
+         -50,
+         "Maximum of 3 buttons allowed."},
+        {"default button 0", {{"btns"_4cc, three}, {"dflt"_4cc, AEDesc::ofInt32(0)}}, -50, "Specified default button does not exist."},
+        {"default button 4", {{"btns"_4cc, three}, {"dflt"_4cc, AEDesc::ofInt32(4)}}, -50, "Specified default button does not exist."},
+        {"default button in another case",
+         {{"btns"_4cc, three}, {"dflt"_4cc, text("yes")}},
+         -50,
+         "Specified default button does not exist."},
+        {"default button among buttons that were not given", {{"dflt"_4cc, text("OK")}}, -50, "Specified default button does not exist."},
+        {"cancel button by a name that there is not",
+         {{"btns"_4cc, three}, {"cbtn"_4cc, text("Cancel")}, {"disp"_4cc, AEDesc::ofInt32(7)}},
+         -50,
+         "Specified cancel button does not exist."},
+        {"icon 3", {{"disp"_4cc, AEDesc::ofInt32(3)}}, -50, "No such icon."},
+        {"icon -1", {{"disp"_4cc, AEDesc::ofInt32(-1)}}, -50, "No such icon."},
+        {"icon file that is not there", {{"disp"_4cc, AEDesc::ofFilePath("/no/such.png")}}, -192, "A resource wasn't found."},
+        {"icon name that is not there", {{"disp"_4cc, text("nothing")}}, -192, "A resource wasn't found."},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        const Conversation conversation(displayDialog(row.parameters), press(u"OK"_s));
+        EXPECT_FALSE(conversation.dialogWasSeen());
+        EXPECT_EQ(conversation.errorNumber(), row.number);
+        EXPECT_EQ(conversation.field("errs"_4cc).asUTF8().value_or(""), row.message);
+        EXPECT_TRUE(conversation.result().isNull());
+        if (row.number == -1700) {
+            EXPECT_EQ(conversation.field("erob"_4cc), noNumber);
+            EXPECT_EQ(conversation.field("errt"_4cc), AEDesc::ofType("magn"_4cc));
+        }
+    }
+}
+
+TEST(DisplayDialog, ButtonsKeysAndAnswers) {
+    DialogShell shell;
+    const AEDesc three = texts({"Yes", "No", "Maybe"});
+    const struct {
+        const char* what;
+        std::vector<AEItem> parameters;
+        const char* keys;
+        Answer answer;
+        AEDesc reply; // the record, or the whole reply when it is none
+    } kCases[] = {
+        {"no buttons, Return", {}, "Cancel=Escape OK=Return", key(Qt::Key_Return), dialogReply("OK", "", false)},
+        {"no buttons, Escape", {}, "Cancel=Escape OK=Return", key(Qt::Key_Escape), kCancelled},
+        {"an empty list is no buttons", {{"btns"_4cc, AEDesc::list()}}, "Cancel=Escape OK=Return", press(u"Cancel"_s), kCancelled},
+        {"one button", {{"btns"_4cc, texts({"Fine"})}}, "", press(u"Fine"_s), dialogReply("Fine", "", false)},
+        {"one button that is no list", {{"btns"_4cc, text("Fine")}}, "", press(u"Fine"_s), dialogReply("Fine", "", false)},
+        {"the left one", {{"btns"_4cc, three}}, "", press(u"Yes"_s), dialogReply("Yes", "", false)},
+        {"the middle one", {{"btns"_4cc, three}}, "", press(u"No"_s), dialogReply("No", "", false)},
+        {"the right one by number",
+         {{"btns"_4cc, three}, {"dflt"_4cc, AEDesc::ofInt32(3)}},
+         "Maybe=Return",
+         key(Qt::Key_Enter),
+         dialogReply("Maybe", "", false)},
+        {"one called Cancel cancels", {{"btns"_4cc, texts({"Cancel", "Go"})}}, "Cancel=Escape", key(Qt::Key_Escape), kCancelled},
+        {"another one named as cancel button",
+         {{"btns"_4cc, texts({"Cancel", "Go"})}, {"cbtn"_4cc, text("Go")}},
+         "Go=Escape",
+         press(u"Cancel"_s),
+         dialogReply("Cancel", "", false)},
+        {"default and cancel: Return cancels",
+         {{"btns"_4cc, three}, {"dflt"_4cc, text("No")}, {"cbtn"_4cc, AEDesc::ofInt32(2)}},
+         "No=Return",
+         key(Qt::Key_Return),
+         kCancelled},
+        {"two of the same title are the same",
+         {{"btns"_4cc, texts({"A", "A"})}, {"cbtn"_4cc, AEDesc::ofInt32(1)}},
+         "A=Escape A=Escape",
+         key(Qt::Key_Escape),
+         kCancelled},
+        {"an empty answer", {{"dtxt"_4cc, text("")}}, "Cancel=Escape OK=Return", key(Qt::Key_Return), dialogReply("OK", "", false)},
+        {"an answer typed over the given one",
+         {{"dtxt"_4cc, text("old")}},
+         "Cancel=Escape OK=Return",
+         [](QDialog& dialog) {
+             QTest::keyClicks(dialog.focusWidget(), u"new & better"_s);
+             QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+         },
+         dialogReply("OK", "new & better", false)},
+        {"a hidden answer",
+         {{"dtxt"_4cc, text("secret")}, {"htxt"_4cc, AEDesc::ofBoolean(true)}},
+         "Cancel=Escape OK=Return",
+         [](QDialog& dialog) {
+             EXPECT_EQ(dialog.findChild<QLineEdit*>(u"secureAnswerField"_s)->echoMode(), QLineEdit::Password);
+             QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+         },
+         dialogReply("OK", "secret", false)},
+        {"line breaks are kept as they are",
+         {{"dtxt"_4cc, text("a\rb\tc")}},
+         "Cancel=Escape OK=Return",
+         press(u"OK"_s),
+         dialogReply("OK", "a\rb\tc", false)},
+        {"Return and Tab go into an answer of several lines",
+         {{"dtxt"_4cc, text("a\nb")}},
+         "Cancel=Escape OK=Return",
+         [](QDialog& dialog) {
+             QTest::keyClick(dialog.focusWidget(), Qt::Key_End, Qt::ControlModifier);
+             QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+             QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+             QTest::keyClicks(dialog.focusWidget(), u"c"_s);
+             press(u"OK"_s)(dialog);
+         },
+         dialogReply("OK", "a\nb\n\tc", false)},
+        {"giving up after 0 is never",
+         {{"givu"_4cc, AEDesc::ofInt32(0)}},
+         "Cancel=Escape OK=Return",
+         press(u"OK"_s),
+         dialogReply("OK", "", false)},
+        {"gave up",
+         {{"givu"_4cc, AEDesc::ofDouble(1)}, {"dtxt"_4cc, text("so far")}},
+         "Cancel=Escape OK=Return",
+         {},
+         dialogReply("", "so far", true)},
+    };
+    for (const bool asSheet : {true, false}) {
+        shell.controller->window()->setVisible(asSheet);
+        for (const auto& row : kCases) {
+            SCOPED_TRACE(std::string(row.what) + (asSheet ? ", sheet" : ", modal"));
+            const Conversation conversation(displayDialog(row.parameters), [&](QDialog& dialog) {
+                EXPECT_EQ(keysOf(dialog), QString::fromUtf8(row.keys));
+                EXPECT_EQ(dialog.parentWidget(), asSheet ? shell.controller->window() : nullptr);
+                if (row.answer)
+                    row.answer(dialog);
+            });
+            EXPECT_TRUE(conversation.dialogWasSeen());
+            EXPECT_TRUE(conversation.wasDisplayingPanel());
+            EXPECT_EQ(row.reply.find("errn"_4cc) ? cancelled(conversation.reply()) : conversation.result(), row.reply);
+        }
+    }
+}
+
+TEST(DisplayDialog, ReturnPressesNothingWithoutADefaultButtonUntilTheUserHasGoneToOne) {
+    DialogShell shell;
+    const Conversation conversation(displayDialog({{"btns"_4cc, texts({"Delete", "Keep"})}}), [](QDialog& dialog) {
+        QTest::keyClick(dialog.focusWidget() ? dialog.focusWidget() : &dialog, Qt::Key_Return);
+        ASSERT_TRUE(dialog.isVisible());
+        QTest::keyClick(&dialog, Qt::Key_Tab);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+    });
+    EXPECT_EQ(conversation.result().find("bhit"_4cc)->asUTF8(), "Keep");
+}
+
+TEST(DisplayDialog, Icons) {
+    DialogShell shell;
+    shell.addResource(u"picture.png"_s, "no picture, but it is there");
+    QTemporaryDir folder;
+    QImage picture(20, 10, QImage::Format_RGB32);
+    picture.fill(Qt::green);
+    const QString path = folder.filePath(u"green.png"_s);
+    ASSERT_TRUE(picture.save(path));
+    const struct {
+        const char* what;
+        AEDesc icon;
+        bool isShown;
+    } kCases[] = {
+        {"stop", AEDesc::ofEnum(0), true},
+        {"note", AEDesc::ofInt32(1), true},
+        {"caution", AEDesc::ofEnum(2), true},
+        {"a file", AEDesc::ofFilePath(path.toStdString()), true},
+        {"a file without a picture", AEDesc::ofFilePath("/etc/hostname"), false},
+        {"a resource is looked for but not shown", text("picture"), false},
+        {"anything else", AEDesc::ofBoolean(true), false},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        const Conversation conversation(displayDialog({{"disp"_4cc, row.icon}}), [&row](QDialog& dialog) {
+            const auto* view = dialog.findChild<QLabel*>(u"iconImageView"_s);
+            EXPECT_EQ(view != nullptr, row.isShown);
+            if (view) {
+                EXPECT_EQ(view->pixmap().deviceIndependentSize().width(), 64);
+            }
+            press(u"OK"_s)(dialog);
+        });
+        EXPECT_TRUE(conversation.dialogWasSeen());
+    }
+}
+
+TEST(DisplayDialog, FitsTheScreenWhateverItSays) {
+    DialogShell shell;
+    const int widest = QGuiApplication::primaryScreen()->availableGeometry().width() - 10;
+    const QByteArray longWord(5000, 'w'), longText = QByteArray("many words ").repeated(20000);
+    const std::string longTitle(400, 'b');
+    const AEDesc longTitles = texts({longTitle.c_str(), longTitle.c_str(), "OK"});
+    for (const AEDesc& event :
+         {command("syso"_4cc, "dlog"_4cc, {{"----"_4cc, text(longWord)}}), command("syso"_4cc, "dlog"_4cc, {{"----"_4cc, text(longText)}}),
+          displayDialog({{"btns"_4cc, longTitles}})}) {
+        const Conversation conversation(event, [widest](QDialog& dialog) {
+            EXPECT_LE(dialog.width(), widest);
+            EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
+            EXPECT_TRUE(dialog.rect().contains(buttonNamed(dialog, u"OK"_s)->geometry()));
+            press(u"OK"_s)(dialog);
+        });
+        EXPECT_TRUE(conversation.dialogWasSeen());
+    }
+}
+
+TEST(DialogSession, OneDialogAtATimeInTheOrderInWhichTheyCame) {
+    for (const bool asSheet : {true, false}) {
+        DialogShell shell(asSheet);
+        std::vector<std::string> shown;
+        std::atomic<int> answered = 0;
+        std::vector<std::thread> senders;
+        QTimer user;
+        QDialog* previous = nullptr;
+        QObject::connect(&user, &QTimer::timeout, &user, [&] {
+            QDialog* dialog = visibleDialog();
+            const auto windows = QApplication::topLevelWidgets();
+            EXPECT_LE(std::count_if(windows.begin(), windows.end(),
+                                    [](QWidget* widget) { return qobject_cast<QDialog*>(widget) && widget->isVisible(); }),
+                      1);
+            EXPECT_EQ(AppDelegate::instance()->isDisplayingPanel(), dialog != nullptr);
+            if (!dialog || senders.size() < 3 || std::exchange(previous, dialog) == dialog)
+                return;
+            auto* button = dialog->findChild<QPushButton*>(u"rightButton"_s);
+            shown.push_back(button->accessibleName().toStdString());
+            button->click();
+        });
+        user.start(5);
+        for (const char* title : {"first", "second", "third"}) {
+            senders.emplace_back([&answered, title] {
+                AEDesc reply;
+                (void)AESendMessage(displayDialog({{"btns"_4cc, texts({title})}}), &reply, kAEWaitReply, 20 * 60);
+                EXPECT_EQ(reply.find("----"_4cc)->find("bhit"_4cc)->asUTF8(), title);
+                ++answered;
+            });
+            std::this_thread::sleep_for(std::chrono::milliseconds(30)) /* so that they come in this order */;
+        }
+        EXPECT_TRUE(QTest::qWaitFor([&answered] { return answered == 3; }, 10'000));
+        for (auto& sender : senders)
+            sender.join();
+        EXPECT_EQ(shown, (std::vector<std::string>{"first", "second", "third"}));
+    }
+}
+
+TEST(DialogSession, GoesAwayWithItsSender) {
+    for (const bool asSheet : {true, false}) {
+        DialogShell shell(asSheet);
+        std::atomic<bool> givesUp = false;
+        const Conversation conversation(
+            displayDialog({}), [&givesUp](QDialog&) { givesUp = true; }, [&givesUp] { return givesUp.load(); });
+        EXPECT_EQ(conversation.status(), userCanceledErr);
+        EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }, 200));
+    }
+}
+
+TEST(DialogSession, AnEventOnAnotherThreadIsAnsweredAsOnTheMainThread) {
+    DialogShell shell;
+    AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+    const auto handler = std::make_shared<DisplayDialogHandler>();
+    auto& manager = NSAppleEventManager::sharedAppleEventManager();
+    manager.setEventHandler([handler](const auto& event, const auto& replyEvent) { handler->processEvent(event, replyEvent); }, "test"_4cc,
+                            "dlog"_4cc);
+    std::atomic<bool> done = false;
+    std::thread elsewhere([&] {
+        const AEDesc event = command("test"_4cc, "dlog"_4cc, {{"----"_4cc, text("Here?")}});
+        manager.dispatchRawAppleEvent(event, reply, nullptr);
+        done = true;
+    });
+    ASSERT_TRUE(QTest::qWaitFor([] { return visibleDialog() != nullptr; }));
+    EXPECT_TRUE(AppDelegate::instance()->isDisplayingPanel());
+    press(u"OK"_s)(*visibleDialog());
+    EXPECT_TRUE(QTest::qWaitFor([&done] { return done.load(); }));
+    elsewhere.join();
+    EXPECT_FALSE(AppDelegate::instance()->isDisplayingPanel());
+    manager.removeEventHandlerForEventClass("test"_4cc, "dlog"_4cc);
+}
+
+} // namespace quoddle
