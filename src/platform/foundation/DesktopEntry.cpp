@@ -90,11 +90,12 @@ QString desktopEntryPath(const QString& name) {
     return desktopEntriesFolder() + u'/' + name + u".desktop"_s;
 }
 
-std::optional<QString> desktopEntryValue(const QString& path, const QString& key) {
+std::optional<QHash<QString, QString>> desktopEntryValues(const QString& path) {
     const auto bytes = readFile(path.toStdString(), kMaximumEntrySize);
     if (!bytes)
         return std::nullopt;
     const QString text = QString::fromStdString(*bytes);
+    QHash<QString, QString> values;
     bool isInGroup = false;
     for (QStringView line : QStringView(text).split(u'\n')) {
         line = line.trimmed();
@@ -103,10 +104,18 @@ std::optional<QString> desktopEntryValue(const QString& path, const QString& key
             continue;
         }
         const qsizetype equals = line.indexOf(u'=');
-        if (isInGroup && equals > 0 && line.left(equals).trimmed() == key)
-            return unescaped(line.mid(equals + 1).trimmed());
+        if (!isInGroup || equals <= 0 || line.startsWith(u'#'))
+            continue;
+        const QString key = line.left(equals).trimmed().toString();
+        if (!values.contains(key))
+            values.insert(key, unescaped(line.mid(equals + 1).trimmed()));
     }
-    return std::nullopt;
+    return values;
+}
+
+std::optional<QString> desktopEntryValue(const QString& path, const QString& key) {
+    const auto values = desktopEntryValues(path);
+    return values && values->contains(key) ? std::optional(values->value(key)) : std::nullopt;
 }
 
 bool isInstalledOnDesktop(const NSBundle& bundle) {

@@ -23,8 +23,10 @@ QString desktopObjectPath(const QString& name);
 QString desktopEntriesFolder();
 QString desktopEntryPath(const QString& name);
 
-/// A value of the group [Desktop Entry], its escapes resolved. Nothing when the file cannot be read, is larger than 64 KiB, or lacks the
-/// key.
+/// The group [Desktop Entry], escapes resolved; the first of two equal keys counts. Nothing when the file cannot be read or is larger than
+/// 64 KiB.
+std::optional<QHash<QString, QString>> desktopEntryValues(const QString& path);
+/// One value of it; nothing as well when it lacks the key.
 std::optional<QString> desktopEntryValue(const QString& path, const QString& key);
 /// Whether the entry of the bundle's name stands for the bundle at this place, not for a copy elsewhere.
 bool isInstalledOnDesktop(const NSBundle& bundle);
