@@ -96,7 +96,7 @@ QPushButton* NSAlert::addButton(const QString& title) {
     return button;
 }
 
-void NSAlert::prepare() {
+void NSAlert::layout() {
     if (mButtons.empty())
         addButton(u"OK"_s);
     if (!mHasOwnIcon)
@@ -118,18 +118,18 @@ void NSAlert::prepare() {
 }
 
 void NSAlert::beginSheetModal(NSWindow& window, std::function<void(int returnCode)> completion) {
-    prepare();
+    layout();
     window.beginSheet(mPanel.get(), std::move(completion));
 }
 
 void NSAlert::show(std::function<void()> completion) {
-    prepare();
+    layout();
     QObject::connect(mPanel.get(), &QDialog::finished, mPanel.get(), [completion = std::move(completion)] { completion(); });
     mPanel->show();
 }
 
 int NSAlert::runModal() {
-    prepare();
+    layout();
     if (mPanel->windowTitle().isEmpty())
         mPanel->setWindowTitle(QGuiApplication::applicationDisplayName());
     return NSApplication::sharedApplication()->runModalForWindow(*mPanel);

@@ -47,9 +47,10 @@ public:
     void show(std::function<void()> completion);
     /// Waits for the answer.
     int runModal();
+    /// Makes it complete, as all of these do first; for one that the caller shows by itself.
+    void layout();
 
 private:
-    void prepare();
 
     std::unique_ptr<Ui::NSAlert> mUi;
     std::unique_ptr<NSPanel> mPanel;
