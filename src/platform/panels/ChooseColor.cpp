@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// choose color: three numbers from 0 to 65535.
+#include "platform/panels/CommandDialog.h"
+#include "platform/panels/CommandError.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QColorDialog>
+#include <QDialogButtonBox>
+#include <QPushButton>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Color = std::array<std::uint16_t, 3>;
+
+/// A list of three numbers or the record of bytes that stands for one.
+std::optional<Color> colorFrom(const AEDesc& value) {
+    Color color{};
+    if (value.type() == "cRGB"_4cc && value.data().size() == sizeof color) {
+        value.data().copy(reinterpret_cast<char*>(color.data()), sizeof color);
+        return color;
+    }
+    if (value.items().size() != color.size())
+        return std::nullopt;
+    for (std::size_t i = 0; i < color.size(); ++i) {
+        const auto part = value.items()[i].asDouble();
+        if (!part || !(*part >= 0 && *part <= 65535))
+            return std::nullopt;
+        color[i] = static_cast<std::uint16_t>(*part);
+    }
+    return color;
+}
+
+AEDesc listFrom(const Color& color) {
+    AEDesc list = AEDesc::list();
+    for (std::uint16_t part : color)
+        (void)list.insertItem(0, AEDesc::ofInt32(part));
+    return list;
+}
+
+QColor shownAs(const Color& color) {
+    return QColor::fromRgba64(color[0], color[1], color[2]);
+}
+
+/// The dialog knows 256 steps: a color that was not changed must not lose what is finer.
+Color chosenColor(const QColor& chosen, const Color& given) {
+    if (chosen.rgb() == shownAs(given).rgb())
+        return given;
+    const QRgba64 color = chosen.rgba64();
+    return {color.red(), color.green(), color.blue()};
+}
+
+/// As in our other panels: Cancel before OK, no pictures on them.
+void arrangeButtons(QColorDialog& dialog) {
+    auto* box = dialog.findChild<QDialogButtonBox*>();
+    if (!box)
+        return;
+    box->setStyleSheet(u"button-layout: 3"_s);
+    for (QAbstractButton* button : box->buttons()) {
+        button->setIcon({});
+        button->setAccessibleName(button->text().remove(u'&'));
+    }
+}
+
+} // namespace
+
+CommandDialog chooseColorDialog(const AEDesc& event, AEDesc& reply) {
+    Color given{};
+    if (const AEDesc* parameter = event.find("dcol"_4cc)) {
+        const auto color = colorFrom(*parameter);
+        if (!color) {
+            CommandError{errAECoercionFail, {}, *parameter, "cRGB"_4cc}.writeTo(reply);
+            return {};
+        }
+        given = *color;
+    }
+    auto dialog = std::make_shared<QColorDialog>(shownAs(given));
+    dialog->setOption(QColorDialog::DontUseNativeDialog);
+    dialog->setWindowTitle(u"Choose a Color"_s);
+    dialog->setAccessibleName(dialog->windowTitle());
+    arrangeButtons(*dialog);
+    const QColorDialog* shown = dialog.get();
+    return {dialog, [shown, given](int returnCode, AEDesc& answer) {
+                if (returnCode == QDialog::Accepted)
+                    setResult(answer, listFrom(chosenColor(shown->selectedColor(), given)));
+                else
+                    setCancelled(answer);
+            }};
+}
+
+} // namespace quoddle

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// choose URL. One decision: what is offered are the addresses that the user has kept, in the file manager's bookmarks and by earlier
+// answers; the network is not searched.
+#include "platform/base/File.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "platform/panels/ChooseURLPanel.h"
+#include "platform/panels/CommandDialog.h"
+#include "platform/panels/CommandParameters.h"
+
+#include <QStandardPaths>
+#include <QUrl>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::size_t kMaximumBookmarks = 256 << 10;
+constexpr qsizetype kMaximumRemembered = 10;
+constexpr auto kRemembered = "ChooseURL/Addresses"_L1;
+
+/// The kinds of servers that a script may ask for, each with the schemes of its addresses; the first is the usual one.
+struct Kind {
+    FourCharCode code;
+    std::vector<QString> schemes;
+};
+
+const std::vector<Kind>& kinds() {
+    static const std::vector<Kind> sKinds = {
+        {"esvw"_4cc, {u"http"_s, u"https"_s}}, {"esvf"_4cc, {u"ftp"_s, u"ftps"_s, u"sftp"_s}},
+        {"esvt"_4cc, {u"telnet"_s, u"ssh"_s}}, {"esva"_4cc, {u"smb"_s, u"nfs"_s, u"sftp"_s, u"dav"_s, u"davs"_s, u"afp"_s}},
+        {"esvn"_4cc, {u"nntp"_s, u"news"_s}},  {"esvd"_4cc, {u"ldap"_s, u"ldaps"_s}},
+        {"esvm"_4cc, {u"rtsp"_s, u"mms"_s}},   {"esve"_4cc, {u"eppc"_s}},
+    };
+    return sKinds;
+}
+
+/// Empty: all of them.
+QStringList wantedSchemes(const AEDesc& event) {
+    QStringList schemes;
+    const AEDesc* showing = event.find("cusv"_4cc);
+    if (!showing)
+        return schemes;
+    const AEDesc list = showing->isList() ? *showing : AEDesc::list({*showing});
+    for (const AEDesc& item : list.items())
+        for (const Kind& kind : kinds())
+            if (kind.code == item.code())
+                for (const QString& scheme : kind.schemes)
+                    schemes << scheme;
+    return schemes;
+}
+
+/// The places on servers among the bookmarks that file managers share: one address in each line, a name after it.
+QStringList bookmarks() {
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/gtk-3.0/bookmarks"_s;
+    const auto bytes = readFile(path.toStdString(), kMaximumBookmarks);
+    QStringList addresses;
+    if (bytes)
+        for (const QString& line : QString::fromStdString(*bytes).split(u'\n'))
+            if (const QString address = line.section(u' ', 0, 0); !address.isEmpty() && !address.startsWith("file:"_L1))
+                addresses << address;
+    return addresses;
+}
+
+QStringList knownAddresses(const QStringList& schemes) {
+    QStringList addresses = standardUserDefaults().value(kRemembered).toStringList() + bookmarks();
+    addresses.removeDuplicates();
+    addresses.removeIf([&](const QString& address) { return !schemes.isEmpty() && !schemes.contains(QUrl(address).scheme()); });
+    return addresses;
+}
+
+void remember(const QString& address) {
+    QStringList addresses = standardUserDefaults().value(kRemembered).toStringList();
+    addresses.removeAll(address);
+    addresses.prepend(address);
+    standardUserDefaults().setValue(kRemembered, addresses.mid(0, kMaximumRemembered));
+}
+
+/// "example.com:80" would be of a scheme called "example.com".
+bool hasScheme(const QString& address) {
+    const qsizetype colon = address.indexOf(u':');
+    return colon > 0 && !QUrl(address).scheme().isEmpty() && !address.left(colon).contains(u'.') &&
+           !(colon + 1 < address.size() && address[colon + 1].isDigit());
+}
+
+} // namespace
+
+CommandDialog chooseURLDialog(const AEDesc& event, AEDesc&) {
+    const QStringList schemes = wantedSchemes(event);
+    const bool editable = !event.find("pedu"_4cc) || booleanParameter(event, "pedu"_4cc);
+    auto panel = std::make_shared<ChooseURLPanel>(knownAddresses(schemes), editable);
+    const ChooseURLPanel* shown = panel.get();
+    return {panel, [shown, schemes](int returnCode, AEDesc& reply) {
+                if (returnCode != QDialog::Accepted)
+                    return setCancelled(reply);
+                QString address = shown->address();
+                if (!hasScheme(address))
+                    address = schemes.value(0, u"http"_s) + u"://"_s + address;
+                remember(address);
+                setResult(reply, descriptorOf(address));
+            }};
+}
+
+} // namespace quoddle

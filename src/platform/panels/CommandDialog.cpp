@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#include "platform/panels/CommandDialog.h"
+
+#include <QGuiApplication>
+
+namespace quoddle {
+
+AEDesc descriptorOf(const QString& text) {
+    return AEDesc::ofText(std::u16string_view(reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())));
+}
+
+void setResult(AEDesc& reply, AEDesc result) {
+    (void)reply.put("----"_4cc, std::move(result));
+}
+
+void setError(AEDesc& reply, OSStatus number, const QString& message) {
+    (void)reply.put("errn"_4cc, AEDesc::ofInt32(number));
+    (void)reply.put("errs"_4cc, descriptorOf(message));
+}
+
+void setCancelled(AEDesc& reply) {
+    (void)reply.put("errn"_4cc, AEDesc::ofInt32(userCanceledErr));
+}
+
+QString standardTitle() {
+    return QGuiApplication::applicationDisplayName();
+}
+
+} // namespace quoddle
