@@ -47,6 +47,15 @@ OSErr beep(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr getVolumeSettings(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr setVolume(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 
+// InteractionCommands.cpp
+/// Every command that a dialog answers.
+OSErr interact(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr displayNotification(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+OSErr chooseRemoteApplication(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
+// SpeechCommands.cpp
+OSErr say(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
+
 // SystemCommands.cpp
 OSErr timeToGMT(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr systemAttribute(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -87,6 +88,7 @@ std::optional<ProgramOutcome> runProgram(const std::vector<std::string>& command
         ::waitpid(*child, &status, 0);
     } else if (ended == 0) {
         outcome.isRunning = true;
+        outcome.process.reset(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0)));
         std::thread([child = *child] { ::waitpid(child, nullptr, 0); }).detach(); // nobody else would
     }
     outcome.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);

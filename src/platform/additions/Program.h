@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
+#include "platform/base/FileDescriptor.h"
 
 #include <chrono>
 #include <optional>
@@ -16,6 +17,7 @@ struct ProgramOutcome {
     std::string output;     ///< standard output, at most 1 MiB
     bool isRunning = false; ///< still, after the time it had; it goes on by itself
     bool wasCancelled = false;
+    FileDescriptor process; ///< while it is running: for signals to it, also when its number has long been given to another one
 };
 
 /// Looked up in PATH; input is empty, standard error is not shown. Empty when there is no such program. A program that is still running
