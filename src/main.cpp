@@ -5,6 +5,7 @@
 //   quoddle-shell --activated APPLET.app      the same, started by the session bus for a request that then comes over it
 //   APPLET.app/Contents/Linux/NAME [FILE…]    the same, as a link in the applet itself
 #include "dialogs/AppDelegate+StandardAdditions.h"
+#include "platform/additions/Interaction.h"
 #include "platform/additions/StandardAdditions.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
@@ -18,6 +19,7 @@
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Plist.h"
+#include "platform/panels/PresentOnMainThread.h"
 #include "runtime/AppDelegate.h"
 #include "window/AboutPanel.h"
 #include "window/AppKitAlertPresenter.h"
@@ -261,6 +263,7 @@ int main(int argc, char** argv) {
     takeIdentityOf(*invocation.bundle);
     registerAppleScriptComponent();
     installStandardAdditions();
+    setInteractionPresenter(&presentOnMainThread);
     setApplicationPath(invocation.bundle->bundlePath().toStdString());
     NSApplication application(argc, argv);
     Appearance::applyRememberedScheme();

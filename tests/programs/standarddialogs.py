@@ -1,0 +1,292 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""End to end: scripts run by osascript, or by an applet that asks for the standard commands, and their dialogs on a display of their own, found by accessible name and
+used by real keys and clicks.
+
+    standarddialogs.py BIN [PATTERN]
+
+Pictures of the dialogs are left in the folder that QUODDLE_ARTEFACTS names, if any; QUODDLE_APPEARANCE=dark makes them dark.
+"""
+import os
+import pathlib
+import plistlib
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+try:
+    import gi
+    gi.require_version("Atspi", "2.0")
+except (ImportError, ValueError):
+    if sys.executable == "/usr/bin/python3":
+        raise
+    os.execv("/usr/bin/python3", ["/usr/bin/python3", *sys.argv])  # the one that the system's packages are for
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "applets"))
+import harness
+from harness import binaries, until
+
+# Shows nothing, writes down what it is asked to show.
+NOTIFICATIONS = """
+import sys
+from gi.repository import Gio, GLib
+XML = '''<node><interface name="org.freedesktop.Notifications">
+<method name="GetCapabilities"><arg type="as" direction="out"/></method>
+<method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/>
+<arg type="as" direction="in"/><arg type="a{sv}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/></method></interface></node>'''
+def called(connection, sender, path, interface, method, arguments, invocation):
+    if method == "GetCapabilities":
+        return invocation.return_value(GLib.Variant("(as)", (["body", "body-markup"],)))
+    print(arguments.unpack()[3:5], arguments.unpack()[6], flush=True)
+    invocation.return_value(GLib.Variant("(u)", (1,)))
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+bus.register_object("/org/freedesktop/Notifications", Gio.DBusNodeInfo.new_for_xml(XML).interfaces[0], called)
+Gio.bus_own_name_on_connection(bus, "org.freedesktop.Notifications", 0, lambda *a: print("ready", flush=True), None)
+GLib.MainLoop().run()
+"""
+
+
+class Run:
+    """A script that runs, and the dialog that it shows."""
+
+    def __init__(self, case, source, program="osascript"):
+        self.case = case
+        arguments = [str(binaries() / program), "-ss", "-e", source] if program == "osascript" else [program]
+        self.process = subprocess.Popen(arguments, env=case.environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        case.addCleanup(self.kill)
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.communicate()
+
+    def result(self):
+        """What it printed, or the number of its error."""
+        output, errors = self.process.communicate(timeout=harness.DEADLINE)
+        if self.process.returncode == 0:
+            return output.rstrip("\n")
+        return errors.rstrip().rpartition("(")[2].rstrip(")")
+
+
+class StandardDialogs(harness.AppletCase):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; read line'], env=cls.display.environment,
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        cls.display.environment.update(DBUS_SESSION_BUS_ADDRESS=cls.bus.stdout.readline().strip(), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        cls.launcher = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], env=cls.display.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.environ.update({name: cls.display.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
+        from gi.repository import Atspi
+        Atspi.init()
+        cls.atspi = Atspi
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.launcher.terminate()
+        cls.launcher.wait()
+        cls.bus.communicate("\n", timeout=harness.DEADLINE)
+        super().tearDownClass()
+
+    def setUp(self):
+        super().setUp()
+        (self.folder / "run").mkdir(mode=0o700)
+        (self.folder / "share").mkdir()
+        self.environment = dict(self.display.environment, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"), XDG_DATA_HOME=str(self.folder / "data"),
+                                XDG_DATA_DIRS=str(self.folder / "share"), XDG_RUNTIME_DIR=str(self.folder / "run"), QUODDLE_SHELL=str(binaries() / "quoddle-shell"))
+
+    # The dialog as a screen reader sees it.
+
+    def accessibles(self):
+        waiting = []
+        desktop = self.atspi.get_desktop(0)
+        for i in range(desktop.get_child_count()):
+            waiting.append(desktop.get_child_at_index(i))
+        while waiting:
+            item = waiting.pop(0)
+            try:
+                if item is None or not item.get_state_set().contains(self.atspi.StateType.SHOWING) and item.get_role_name() not in ("application", "dialog", "frame"):
+                    continue
+                waiting += [item.get_child_at_index(i) for i in range(min(item.get_child_count(), 200))]
+                yield item, item.get_name(), item.get_role_name()
+            except gi.repository.GLib.Error:
+                pass  # it has gone in the meantime
+
+    def find(self, name, role=None):
+        return until(lambda: next((item for item, called, kind in self.accessibles() if called == name and role in (None, kind)), None), f"{role or 'control'} “{name}”")
+
+    def press(self, name):
+        self.find(name, "push button").do_action(0)
+
+    def xdotool(self, *words):
+        return subprocess.run(["xdotool", *words], env=self.environment, capture_output=True, text=True).stdout.split()
+
+    def window(self, title):
+        return until(lambda: self.xdotool("search", "--onlyvisible", "--name", "^" + title + "$"), "a window “" + title + "”")[-1]
+
+    def keys(self, title, *names):
+        """Real keys, to the window with that title once it has the focus by itself."""
+        window = self.window(title)
+        until(lambda: self.xdotool("getactivewindow") == [window], "the dialog to be in front")
+        time.sleep(0.1)
+        for name in names:
+            self.xdotool("key", name)
+
+    def picture(self, label):
+        folder = os.environ.get("QUODDLE_ARTEFACTS")
+        if folder:
+            time.sleep(0.5)
+            pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
+            subprocess.run(["import", "-window", "root", os.path.join(folder, "standard-" + label + ".png")], env=self.environment)
+
+    def script(self, source):
+        return Run(self, source)
+
+    def helpers(self):
+        """The processes that show dialogs for this test."""
+        found = []
+        for entry in pathlib.Path("/proc").iterdir():
+            try:
+                if entry.name.isdigit() and (entry / "cmdline").read_bytes().startswith(str(binaries() / "quoddle-dialogs").encode()) \
+                        and str(self.folder).encode() in (entry / "environ").read_bytes() and "State:\tZ" not in (entry / "status").read_text():
+                    found.append(int(entry.name))
+            except OSError:
+                pass
+        return found
+
+    # Commands
+
+    def test_display_dialog(self):
+        run = self.script('display dialog "What is your name?" default answer "" with title "Asking" with icon note')
+        self.find("What is your name?", "label")
+        self.picture("dialog-answer")
+        self.keys("Asking", "Z", "o", "e", "Return")
+        self.assertEqual(run.result(), '{button returned:"OK", text returned:"Zoe"}')
+
+        run = self.script('display dialog "Delete 3 files?" buttons {"Keep", "Ask Me", "Delete"} default button 3 cancel button "Keep" with icon caution giving up after 60')
+        self.find("Delete", "push button")
+        self.picture("dialog-buttons")
+        self.press("Ask Me")
+        self.assertEqual(run.result(), '{button returned:"Ask Me", gave up:false}')
+
+        run = self.script('display dialog "x" with title "Leaving"')
+        self.keys("Leaving", "Escape")
+        self.assertEqual(run.result(), "-128")
+        self.assertEqual(self.script('display dialog "x" giving up after 1').result(), '{button returned:"", gave up:true}')
+        self.assertEqual(self.script('display dialog "x" buttons {"a"} default button 2').result(), "-50")
+
+    def test_display_alert(self):
+        run = self.script('display alert "The disk is full." message "Nothing was saved. Remove some files and try again." as critical buttons {"Stop", "Try Again"} cancel button 1')
+        self.find("The disk is full.", "label")
+        self.picture("alert")
+        self.press("Try Again")
+        self.assertEqual(run.result(), '{button returned:"Try Again"}')
+        run = self.script('display alert "The disk is full." buttons {"Stop", "Try Again"} cancel button 1')
+        self.press("Stop")
+        self.assertEqual(run.result(), "-128")
+
+    def test_choose_color(self):
+        run = self.script("choose color default color {1000, 2000, 65535}")
+        self.find("OK", "push button")
+        self.picture("color")
+        self.keys("Choose a Color", "Return")
+        self.assertEqual(run.result(), "{1000, 2000, 65535}")
+        run = self.script("choose color")
+        self.press("Cancel")
+        self.assertEqual(run.result(), "-128")
+
+    def test_choose_URL(self):
+        run = self.script("choose URL showing {FTP Servers} with editable URL")
+        self.find("URL")
+        self.keys("Choose a URL", *"ftp", "period", *"example", "period", *"com")
+        self.picture("url")
+        self.xdotool("key", "Return")
+        self.assertEqual(run.result(), '"ftp://ftp.example.com"')
+
+    def test_choose_application(self):
+        folder = self.folder / "share" / "applications"
+        folder.mkdir()
+        for name in ("Files", "Terminal", "Text Editor", "Web Browser"):
+            (folder / (name.replace(" ", "-") + ".desktop")).write_text(f"[Desktop Entry]\nType=Application\nName={name}\nIcon=none\n")
+        run = self.script('choose application with title "Which?" with prompt "Which application opens it?"')
+        self.find("Applications", "list")
+        self.picture("application")
+        self.keys("Which\\?", "t", "e", "x", "Return")
+        self.assertEqual(run.result(), 'application "Text Editor"')
+        run = self.script("choose application as alias")
+        self.press("Choose")
+        self.assertTrue(run.result().endswith(':share:applications:Files.desktop"'))
+
+    def test_notifications_reach_the_service_or_standard_error(self):
+        source = 'display notification "a < b" with title "Title" subtitle "Sub" sound name "Glass"'
+        run = self.script(source)
+        self.assertEqual(run.process.communicate(timeout=harness.DEADLINE), ("", "Title: Sub: a < b\n"))
+        service = subprocess.Popen(["/usr/bin/python3", "-c", NOTIFICATIONS], env=self.environment, stdout=subprocess.PIPE, text=True)
+        try:
+            self.assertEqual(service.stdout.readline(), "ready\n")
+            self.assertEqual(self.script(source).result(), "")
+            self.assertEqual(service.stdout.readline(), "('Title', 'Sub\\na &lt; b') {'sound-name': 'message-new-instant'}\n")
+            self.script('display notification "x"').result()
+            self.assertEqual(service.stdout.readline(), "('osascript', 'x') {}\n")
+        finally:
+            service.kill()
+            service.communicate()
+        self.assertEqual(self.script("display notification").result(), "-50")
+
+    # The process behind
+
+    def test_one_process_shows_them_all_and_ends_with_the_script(self):
+        run = self.script('repeat with i from 1 to 3\ndisplay dialog "Number " & i with title "Many" buttons {"Next"}\nend repeat')
+        seen = set()
+        for number in (1, 2, 3):
+            self.find(f"Number {number}", "label")
+            seen.update(self.helpers())
+            self.press("Next")
+        self.assertEqual(run.result(), '{button returned:"Next"}')
+        self.assertEqual(len(seen), 1)
+        until(lambda: not self.helpers(), "the process to end")
+
+        run = self.script('display dialog "x" with title "Orphan"')
+        self.window("Orphan")
+        run.process.kill()
+        until(lambda: not self.helpers(), "the dialog of a script that has gone to go")
+
+    def test_a_dialog_that_dies_is_an_error_and_not_a_hang(self):
+        run = self.script('try\ndisplay dialog "x" with title "Doomed"\non error number n\nend try\n{n, button returned of (display dialog "y" with title "Second" buttons {"Well"})}')
+        self.window("Doomed")
+        os.kill(self.helpers()[0], signal.SIGKILL)
+        self.window("Second")
+        self.press("Well")
+        self.assertEqual(run.result(), '{-609, "Well"}')
+
+    def test_without_a_display_nobody_is_asked(self):
+        for display in ({}, {"DISPLAY": ":7654"}):
+            self.environment = {name: value for name, value in self.environment.items() if name not in ("DISPLAY", "QT_QPA_PLATFORM")} | display
+            for command in ('display dialog "x"', "choose file", "choose color", 'choose from list {"a"}'):
+                self.assertEqual(self.script(command).result(), "-1713", (display, command))
+            self.assertEqual(self.script('display notification "x"').result(), "")
+
+    def test_osascript_itself_does_without_windows(self):
+        libraries = subprocess.run(["ldd", str(binaries() / "osascript")], capture_output=True, text=True, check=True).stdout
+        self.assertNotRegex(libraries, r"Qt|xcb|X11|wayland")
+
+    def test_an_applet_that_asks_for_them_shows_them_itself(self):
+        applet = self.folder / "Standard.app"
+        source = 'set r to display dialog "In the applet" with title "From an applet"\ndo shell script "echo " & (count r) & " > ' + str(self.folder) + '/result"'
+        subprocess.run([str(binaries() / "osacompile"), "-o", str(applet), "-e", source], check=True)
+        info = applet / "Contents/Info.plist"
+        values = plistlib.loads(info.read_bytes())
+        info.write_bytes(plistlib.dumps(dict(values, KVBUseStandardOSAXEN=True)))
+        run = Run(self, "", str(applet / "Contents/Linux/Standard"))
+        self.find("In the applet", "label")
+        self.picture("applet")
+        self.assertEqual(self.helpers(), [])
+        self.press("OK")
+        run.process.wait(timeout=harness.DEADLINE)
+        self.assertEqual((self.folder / "result").read_text(), "1\n")
+
+
+if __name__ == "__main__":
+    harness.main(StandardDialogs)
