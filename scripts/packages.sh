@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs the Debian packages that are missing. Sourced: install_packages build|test.
+# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench.
 # What is there already costs one question to dpkg; nothing is asked of the network then.
 
 build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libqt6svg6 libicu-dev fonts-dejavu-core xvfb xauth openbox x11-utils imagemagick)
 test_packages=(libgtest-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils)
+bench_packages=(zenity kdialog)
 
 install_packages() {
 	local wanted=("${build_packages[@]}") missing=() package
+	[ "$1" = bench ] && wanted+=("${bench_packages[@]}")
 	[ "$1" = test ] && wanted+=("${test_packages[@]}")
 	for package in "${wanted[@]}"; do
 		dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
