@@ -187,6 +187,47 @@ class StandardDialogs(harness.AppletCase):
         self.press("Stop")
         self.assertEqual(run.result(), "-128")
 
+    def test_choose_from_list(self):
+        run = self.script('choose from list {"Apple", "Banana", "Cherry", 4} with title "Fruit" with prompt "Which ones do you like?" default items {"Apple"} multiple selections allowed true')
+        self.find("Banana")
+        self.picture("list")
+        self.keys("Fruit", "shift+Down", "Return")
+        self.assertEqual(run.result(), '{"Apple", "Banana"}')
+        run = self.script('choose from list {1, 2} with title "Fruit" default items {2} without multiple selections allowed and empty selection allowed')
+        self.keys("Fruit", "Return")
+        self.assertEqual(run.result(), "{2}")
+        run = self.script('choose from list {1, 2} with title "Fruit" cancel button name "None of Them"')
+        self.press("None of Them")
+        self.assertEqual(run.result(), "false")
+        self.assertEqual(self.script("choose from list {}").result(), "-50")
+
+    def test_choose_files(self):
+        files = self.folder / "files"
+        (files / "Letters").mkdir(parents=True)
+        for name in ("Invoice.txt", "Notes.txt", "Picture.png", ".hidden.txt"):
+            (files / name).write_text("x")
+        place = f'default location POSIX file "{files}"'
+        run = self.script(f'POSIX path of (choose file with prompt "Which text is to be counted?" of type {{"txt"}} {place} without invisibles)')
+        self.find("Notes.txt")
+        self.picture("file")
+        self.assertFalse([name for _, name, _ in self.accessibles() if name in ("Picture.png", ".hidden.txt")])
+        self.keys("Open", "n", "o", "Return")
+        self.assertEqual(run.result(), f'"{files}/Notes.txt"')
+        run = self.script(f'choose folder with prompt "Where to?" {place} with multiple selections allowed')
+        self.find("Letters")
+        self.picture("folder")
+        self.press("Choose")
+        self.assertRegex(run.result(), '^{alias ".*:files:"}$')
+        run = self.script(f'POSIX path of (choose file name with prompt "Save the report as:" default name "Report.txt" {place})')
+        self.find("Save", "push button")
+        self.picture("filename")
+        self.press("Save")
+        self.assertEqual(run.result(), f'"{files}/Report.txt"')
+        self.assertFalse((files / "Report.txt").exists())
+        run = self.script("choose file")
+        self.keys("Open", "Escape")
+        self.assertEqual(run.result(), "-128")
+
     def test_choose_color(self):
         run = self.script("choose color default color {1000, 2000, 65535}")
         self.find("OK", "push button")

@@ -54,6 +54,8 @@ public:
     /// destroyed there.
     void beginSheetModal(NSWindow& window, std::function<void(int response)> completion);
     int runModal();
+    /// Makes it complete, as both of these do first; for one that the caller shows by itself.
+    void layout() { prepare(); }
     QDialog* dialog();
 
 protected:

@@ -28,6 +28,9 @@ struct CommandDialog {
 CommandDialog displayDialogDialog(const AEDesc& event, AEDesc& reply);
 CommandDialog displayAlertDialog(const AEDesc& event, AEDesc& reply);
 CommandDialog chooseFromListDialog(const AEDesc& event, AEDesc& reply);
+CommandDialog chooseFileDialog(const AEDesc& event, AEDesc& reply);
+CommandDialog chooseFolderDialog(const AEDesc& event, AEDesc& reply);
+CommandDialog chooseFileNameDialog(const AEDesc& event, AEDesc& reply);
 CommandDialog chooseColorDialog(const AEDesc& event, AEDesc& reply);
 CommandDialog chooseURLDialog(const AEDesc& event, AEDesc& reply);
 CommandDialog chooseApplicationDialog(const AEDesc& event, AEDesc& reply);

@@ -18,9 +18,11 @@ constexpr struct {
     AEEventID eventID;
     CommandDialog (*make)(const AEDesc& event, AEDesc& reply);
 } kCommands[] = {
-    {"syso"_4cc, "dlog"_4cc, displayDialogDialog},  {"syso"_4cc, "disA"_4cc, displayAlertDialog},
-    {"gtqp"_4cc, "chlt"_4cc, chooseFromListDialog}, {"syso"_4cc, "chcl"_4cc, chooseColorDialog},
-    {"syso"_4cc, "chur"_4cc, chooseURLDialog},      {"syso"_4cc, "ppcb"_4cc, chooseApplicationDialog},
+    {"syso"_4cc, "dlog"_4cc, displayDialogDialog},     {"syso"_4cc, "disA"_4cc, displayAlertDialog},
+    {"gtqp"_4cc, "chlt"_4cc, chooseFromListDialog},    {"syso"_4cc, "stdf"_4cc, chooseFileDialog},
+    {"syso"_4cc, "stfl"_4cc, chooseFolderDialog},      {"syso"_4cc, "nwfl"_4cc, chooseFileNameDialog},
+    {"syso"_4cc, "chcl"_4cc, chooseColorDialog},       {"syso"_4cc, "chur"_4cc, chooseURLDialog},
+    {"syso"_4cc, "ppcb"_4cc, chooseApplicationDialog},
 };
 
 CommandDialog makeDialog(const AEDesc& event, AEDesc& reply) {

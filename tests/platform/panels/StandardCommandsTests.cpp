@@ -66,8 +66,8 @@ QString shown(const AEDesc& value) {
         return u'"' + QString::fromStdU16String(value.asText().value_or(u"")) + u'"';
     else if (value.type() == "aprl"_4cc)
         return u"application "_s + QString::fromUtf8(value.data().data(), qsizetype(value.data().size()));
-    else if (value.type() == "alis"_4cc)
-        return u"alias "_s + QString::fromStdString(value.asFilePath().value_or("?"));
+    else if (value.type() == "alis"_4cc || value.type() == "furl"_4cc)
+        return (value.type() == "alis"_4cc ? u"alias "_s : u"file "_s) + QString::fromStdString(value.asFilePath().value_or("?"));
     else
         return QString::fromStdString(value.asUTF8().value_or("?"));
     return u'{' + parts.join(u", "_s) + u'}';
@@ -187,6 +187,60 @@ TEST_F(StandardCommandsTest, OneAtATimeInTheirOrder) {
     commands.cancel(number);
     EXPECT_EQ(answers.last(), u"-128"_s);
     EXPECT_EQ(commands.currentDialog(), nullptr);
+}
+
+TEST_F(StandardCommandsTest, ListsAnswerWithWhatWasGiven) {
+    const AEDesc items = listOf({text("a"), whole(2), text("c")});
+    const struct {
+        std::vector<AEItem> parameters;
+        QString button, result;
+    } kCases[] = {
+        {{{"inSL"_4cc, listOf({text("2")})}}, u"OK"_s, u"{2}"_s},
+        {{{"inSL"_4cc, listOf({text("c"), text("a"), text("none")})}, {"mlsl"_4cc, yes()}}, u"OK"_s, u"{\"a\", \"c\"}"_s},
+        {{{"empL"_4cc, yes()}, {"okbt"_4cc, text("Take")}}, u"Take"_s, u"{}"_s},
+        {{{"cnbt"_4cc, text("Leave")}}, u"Leave"_s, u"false"_s},
+    };
+    for (const auto& row : kCases) {
+        std::vector<AEItem> parameters = row.parameters;
+        parameters.push_back({"----"_4cc, items});
+        ASSERT_NE(perform("gtqpchlt", parameters), nullptr);
+        press(row.button);
+        EXPECT_EQ(answer(), row.result);
+    }
+    EXPECT_EQ(perform("gtqpchlt", {{"----"_4cc, listOf({})}}), nullptr);
+    EXPECT_EQ(answer(), u"-50"_s);
+}
+
+TEST_F(StandardCommandsTest, FilesAreAliasesAndNamesAreFiles) {
+    const QString folder = qEnvironmentVariable("HOME") + u"/files"_s;
+    ASSERT_TRUE(QDir().mkpath(folder + u"/inner"_s));
+    for (const QString& name : {u"/one.txt"_s, u"/two.txt"_s})
+        EXPECT_TRUE(QFile(folder + name).open(QIODevice::WriteOnly));
+    const auto at = [&folder](const QString& name) { return AEItem{"dflc"_4cc, AEDesc::ofFilePath((folder + name).toStdString())}; };
+    const auto confirmed = [this](const char* command, const std::vector<AEItem>& parameters, const QString& button) {
+        EXPECT_NE(perform(command, parameters), nullptr);
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            for (auto* found : commands.currentDialog()->findChildren<QAbstractButton*>())
+                if (found->accessibleName() == button && found->isEnabled())
+                    return true;
+            return false;
+        })) << command;
+        press(button);
+        return answer();
+    };
+    EXPECT_EQ(confirmed("sysostdf", {at(u"/one.txt"_s)}, u"Open"_s), u"alias "_s + folder + u"/one.txt"_s);
+    EXPECT_EQ(confirmed("sysostdf", {at(u"/two.txt"_s), {"mlsl"_4cc, yes()}}, u"Open"_s), u"{alias "_s + folder + u"/two.txt}"_s);
+    EXPECT_EQ(confirmed("sysostfl", {at({})}, u"Choose"_s), u"alias "_s + folder + u'/');
+    EXPECT_EQ(confirmed("sysonwfl", {at({}), {"dfnm"_4cc, text("new.txt")}}, u"Save"_s), u"file "_s + folder + u"/new.txt"_s);
+    for (const char* command : {"sysostdf", "sysostfl", "sysonwfl"}) {
+        perform(command, {at({})});
+        press(u"Cancel"_s);
+        EXPECT_EQ(answer(), u"-128"_s);
+        EXPECT_EQ(perform(command, {{"dflc"_4cc, listOf({})}}), nullptr);
+        EXPECT_EQ(answer(), u"-1700"_s);
+    }
+    EXPECT_EQ(perform("sysostdf", {{"ftyp"_4cc, listOf({text("txt"), listOf({whole(1), whole(2)})})}}), nullptr);
+    EXPECT_EQ(answer(), u"-1700"_s);
 }
 
 TEST_F(StandardCommandsTest, ColorsKeepWhatTheDialogCannotShow) {
