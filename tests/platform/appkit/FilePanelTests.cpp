@@ -12,6 +12,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
+#include <QCompleter>
 #include <QDialog>
 #include <QDir>
 #include <QInputDialog>
@@ -195,6 +196,21 @@ TEST_F(FilePanel, KeysFindEnterAndLeave) {
     EXPECT_EQ(chosen(panel), QStringList(u"Zebra.png"_s));
 }
 
+TEST_F(FilePanel, KeysBeginAtTheEnds) {
+    struct {
+        Qt::Key key;
+        const char* selected;
+    } const cases[] = {{Qt::Key_Down, "inner"}, {Qt::Key_End, "Zebra.png"}, {Qt::Key_I, "inner"}, {Qt::Key_Home, "inner"}};
+    for (const auto& each : cases) {
+        NSOpenPanel panel;
+        show(panel);
+        press(each.key);
+        ASSERT_EQ(browser().selection().size(), 1) << each.key;
+        EXPECT_EQ(browser().selection().first().entry.name, QString::fromLatin1(each.selected)) << each.key;
+        press(Qt::Key_Escape);
+    }
+}
+
 TEST_F(FilePanel, SeveralComeInTheOrderShown) {
     NSOpenPanel panel;
     panel.setAllowsMultipleSelection(true);
@@ -251,6 +267,11 @@ TEST_F(FilePanel, APathCanBeTyped) {
     press(Qt::Key_Escape); // from the typing
     EXPECT_FALSE(mResponse);
     EXPECT_EQ(location.text(), mFolder.path());
+    location.selectAll();
+    QTest::keyClicks(&location, path("IN")); // names are completed whatever their case
+    EXPECT_TRUE(QTest::qWaitFor([&location] { return location.completer()->popup()->isVisible(); }));
+    EXPECT_EQ(location.completer()->currentCompletion(), path("inner"));
+    location.completer()->popup()->hide();
     const auto enter = [&](const QString& text) {
         location.setFocus();
         location.setText(text);

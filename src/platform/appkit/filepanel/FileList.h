@@ -27,6 +27,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void moveBy(QKeyEvent* event, bool isPlain);
+
     QString mPlaceholder;
 };
 

@@ -12,6 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int kIconSize = 16;
+
 /// Completes what stands after the last slash; what is in front of it stays as it was typed.
 class PathCompleter final : public QCompleter {
 public:
@@ -41,11 +43,14 @@ LocationField::LocationField(QWidget* parent) : QLineEdit(parent), mCompleter(ne
     foldersOnly.leavesOutOthers = true;
     mCandidates.setFilter(foldersOnly);
     mCompleter->setCaseSensitivity(Qt::CaseInsensitive);
+    mCompleter->setCompletionRole(Qt::DisplayRole);
     setCompleter(mCompleter);
     connect(this, &QLineEdit::textEdited, this, &LocationField::completeIn);
     connect(&mCandidates, &QAbstractItemModel::modelReset, this, [this] {
-        if (hasFocus() && isModified() && mCandidates.rowCount() > 0)
-            mCompleter->complete();
+        if (!hasFocus() || !isModified() || mCandidates.rowCount() == 0)
+            return;
+        mCompleter->popup()->setIconSize({kIconSize, kIconSize});
+        mCompleter->complete();
     });
 }
 

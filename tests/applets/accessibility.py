@@ -1,0 +1,72 @@
+# SPDX-License-Identifier: MIT
+"""Windows as a screen reader sees them: a session bus with the accessibility service, and controls found by name.
+
+Use it as   class Tests(accessibility.AccessibleCase)   and run the file as harness.main does; it starts itself anew with the Python that the system's packages are for.
+"""
+import os
+import subprocess
+import sys
+
+try:
+    import gi
+    gi.require_version("Atspi", "2.0")
+except (ImportError, ValueError):
+    if sys.executable == "/usr/bin/python3":
+        raise
+    os.execv("/usr/bin/python3", ["/usr/bin/python3", *sys.argv])
+
+import harness
+from harness import until
+
+
+class AccessibleCase(harness.AppletCase):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        environment = cls.display.environment
+        cls.bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; read line'], env=environment,
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        environment.update(DBUS_SESSION_BUS_ADDRESS=cls.bus.stdout.readline().strip(), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        cls.launcher = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.environ.update({name: environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
+        from gi.repository import Atspi
+        Atspi.init()
+        cls.atspi = Atspi
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.launcher.terminate()
+        cls.launcher.wait()
+        cls.bus.communicate("\n", timeout=harness.DEADLINE)
+        super().tearDownClass()
+
+    def showing(self):
+        """(control, its name, its role) of everything on the screen, the first 100 of each container."""
+        desktop = self.atspi.get_desktop(0)
+        waiting = [desktop.get_child_at_index(i) for i in range(desktop.get_child_count())]
+        while waiting:
+            control = waiting.pop(0)
+            try:
+                if control is None:
+                    continue
+                role = control.get_role_name()
+                if not control.get_state_set().contains(self.atspi.StateType.SHOWING) and role not in ("application", "dialog", "frame"):
+                    continue
+                waiting += [control.get_child_at_index(i) for i in range(min(control.get_child_count(), 100))]
+                yield control, control.get_name(), role
+            except gi.repository.GLib.Error:
+                pass  # it has gone in the meantime
+
+    def shown(self, name, role=None):
+        """The control, or None."""
+        return next((control for control, called, kind in self.showing() if called == name and role in (None, kind)), None)
+
+    def find(self, name, role=None):
+        return until(lambda: self.shown(name, role), f"{role or 'control'} “{name}”")
+
+    def middle(self, control):
+        area = control.get_extents(self.atspi.CoordType.SCREEN)
+        return area.x + area.width // 2, area.y + area.height // 2
+
+    def is_enabled(self, control):
+        return control.get_state_set().contains(self.atspi.StateType.ENABLED)
