@@ -15,6 +15,13 @@ namespace {
 
 constexpr OSStatus kIOError = -36;
 
+// Asking for it changes it for a moment, in which other threads must not make files: asked before there are any.
+const mode_t kMask = [] {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return mask;
+}();
+
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
@@ -97,11 +104,9 @@ OSStatus writeFile(const std::string& path, std::string_view bytes) {
     if (!file.isOpen())
         return errno == ENOENT ? -120 : statusFromErrno(errno);
     struct stat existing {};
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? existing.st_mode & 07777 : 0666 & ~mask;
-    const bool written =
-        writeAll(file.number(), bytes) && ::fchmod(file.number(), mode) == 0 && ::fsync(file.number()) == 0 && ::rename(beside.c_str(), path.c_str()) == 0;
+    const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? existing.st_mode & 07777 : 0666 & ~kMask;
+    const bool written = writeAll(file.number(), bytes) && ::fchmod(file.number(), mode) == 0 && ::fsync(file.number()) == 0 &&
+                         ::rename(beside.c_str(), path.c_str()) == 0;
     if (written)
         return noErr;
     const OSStatus status = statusFromErrno(errno);

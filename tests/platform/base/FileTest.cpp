@@ -2,12 +2,14 @@
 // Whole files: what was there stays until the new one is complete.
 #include "platform/base/File.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 
 namespace quoddle {
 namespace {
@@ -22,7 +24,9 @@ protected:
     }
     ~FileTest() override { fs::remove_all(folder); }
 
-    std::size_t filesInFolder() const { return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator())); }
+    std::size_t filesInFolder() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+    }
 
     std::string folder;
 };
@@ -71,6 +75,28 @@ TEST_F(FileTest, KeepsThePermissionsAndSaysWhatFailed) {
     EXPECT_EQ(readFile(folder + "/none", 10).error(), fnfErr);
     EXPECT_EQ(readFile(path, 0).error(), memFullErr);
     EXPECT_NE(writeFile(folder + "/none/a", "x"), noErr);
+}
+
+TEST_F(FileTest, LeavesThePermissionsOfOtherThreadsFilesAlone) {
+    const mode_t mask = ::umask(022);
+    std::atomic<bool> ended = false;
+    std::thread other([&] {
+        while (!ended)
+            EXPECT_EQ(writeFile(folder + "/a", "x"), noErr);
+    });
+    bool isOpenToAll = false;
+    for (int i = 0; i < 4'000 && !isOpenToAll; ++i) {
+        const std::string path = folder + "/b" + std::to_string(i);
+        ASSERT_EQ(::mkdir(path.c_str(), 0777), 0);
+        struct stat status {};
+        ::stat(path.c_str(), &status);
+        isOpenToAll = (status.st_mode & 0022) != 0;
+        ::rmdir(path.c_str());
+    }
+    ended = true;
+    other.join();
+    ::umask(mask);
+    EXPECT_FALSE(isOpenToAll);
 }
 
 TEST_F(FileTest, DoesNotWaitForPipes) {
