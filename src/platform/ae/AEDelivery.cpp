@@ -17,16 +17,23 @@ thread_local AEDelivery* tCurrent = nullptr;
 } // namespace
 
 AEDelivery::AEDelivery(AEDesc event, AEDesc reply, AEHandlerContext context, OnAnswer onAnswer)
-    : mEvent(NSAppleEventDescriptor::descriptorWithAEDesc(std::move(event))),
-      mReply(NSAppleEventDescriptor::descriptorWithAEDesc(std::move(reply))), mContext(std::move(context)), mOnAnswer(std::move(onAnswer)) {
-}
+    : mEvent(NSAppleEventDescriptor::descriptorWithAEDesc(std::move(event))), mReply(NSAppleEventDescriptor::descriptorWithAEDesc(reply)),
+      mEmptyReply(std::move(reply)), mContext(std::move(context)), mOnAnswer(std::move(onAnswer)) {}
 
 void AEDelivery::answer(OSErr status) {
+    answerWith([this] { return mReply->aeDesc(); }, status);
+}
+
+void AEDelivery::breakOff(OSErr status) {
+    answerWith([this] { return mEmptyReply; }, status);
+}
+
+void AEDelivery::answerWith(const std::function<AEDesc()>& reply, OSErr status) {
     {
         std::lock_guard lock(mMutex);
         if (mAnswered)
             return;
-        mAnsweredReply = mReply->aeDesc();
+        mAnsweredReply = reply();
         if (status != noErr && mAnsweredReply.isAppleEvent() && !mAnsweredReply.find("errn"_4cc))
             mAnsweredReply.put("errn"_4cc, AEDesc::ofInt32(status));
         mStatus = status;

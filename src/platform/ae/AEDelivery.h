@@ -24,6 +24,8 @@ public:
 
     /// Sends the answer: the reply as it is now, with the status as its "errn" unless there is one. Only the first call counts.
     void answer(OSErr status);
+    /// The same when somebody may still be filling the reply, on any thread: what it holds is not looked at.
+    void breakOff(OSErr status);
     bool isAnswered() const;
     /// Valid once answered.
     OSErr status() const { return mStatus; }
@@ -56,8 +58,11 @@ public:
     void makeCurrent();
 
 private:
+    void answerWith(const std::function<AEDesc()>& reply, OSErr status);
+
     const NSAppleEventDescriptorRef mEvent;
     const NSAppleEventDescriptorRef mReply;
+    const AEDesc mEmptyReply;
     const AEHandlerContext mContext;
     const OnAnswer mOnAnswer;
     bool mSuspended = false; ///< belongs to the thread that runs the handler

@@ -172,7 +172,7 @@ void NSAppleEventManager::answerSuspendedEvents() {
     }
     for (const auto& suspension : suspensions)
         if (auto held = suspension.lock())
-            held->delivery->answer(static_cast<OSErr>(connectionInvalid));
+            held->delivery->breakOff(static_cast<OSErr>(connectionInvalid));
 }
 
 namespace {

@@ -194,6 +194,36 @@ TEST_F(NSAppleEventManagerTest, ASuspensionThatIsDroppedAnswers) {
     EXPECT_EQ(result(reply, "errn"_4cc), connectionInvalid);
 }
 
+TEST_F(NSAppleEventManagerTest, AnAnswerThatTheEndOvertakesIsWholeOrNone) {
+    EventLoop loop;
+    for (int round = 0; round < 50; ++round) {
+        std::thread filling;
+        manager.setEventHandler(
+            [&](const auto&, const auto&) {
+                const auto suspension = manager.suspendCurrentAppleEvent();
+                std::atomic<bool> begun = false;
+                filling = std::thread([&, suspension] {
+                    const auto answer = manager.replyAppleEventForSuspensionID(suspension);
+                    for (int value = 1; value <= 20; ++value) {
+                        answer->setDescriptor(NSAppleEventDescriptor::descriptorWithInt32(value), "----"_4cc);
+                        begun = true;
+                    }
+                    manager.resumeWithSuspensionID(suspension);
+                });
+                while (!begun)
+                    std::this_thread::yield();
+                manager.answerSuspendedEvents();
+            },
+            "test"_4cc, "work"_4cc);
+        EXPECT_EQ(AESendMessage(event(), &reply, kAEWaitReply, kAEDefaultTimeout), noErr);
+        filling.join();
+        if (result(reply, "errn"_4cc) == connectionInvalid)
+            EXPECT_FALSE(reply.find("----"_4cc));
+        else
+            EXPECT_EQ(result(reply), 20);
+    }
+}
+
 TEST_F(NSAppleEventManagerTest, WorkTheMainThreadThrowsAwayAnswers) {
     EventLoop loop;
     answerWith(1, "test"_4cc, "work"_4cc);
