@@ -5,6 +5,7 @@
     programs.py BIN
 """
 import pathlib
+import plistlib
 import shutil
 import subprocess
 import sys
@@ -72,6 +73,15 @@ class Programs(unittest.TestCase):
         self.assertEqual(call("osacompile", "-x", "-o", self.folder / "r.scpt", self.folder / "s.scpt"), (0, "", ""))
         self.assertEqual(call("osascript", self.folder / "r.scpt"), (0, "42\n", ""))
         self.assertEqual(call("osadecompile", self.folder / "r.scpt")[0], 1)
+        # Applets that are called differently do not get the same identifier.
+        identifiers = []
+        for name in ("C++", "C#", "Straße", "Stra--e", "日本", "本日", "My Tool", "a b&c"):
+            self.assertEqual(call("osacompile", "-o", self.folder / (name + ".app"), path), (0, "", ""))
+            identifiers.append(plistlib.loads((self.folder / (name + ".app/Contents/Info.plist")).read_bytes())["CFBundleIdentifier"])
+        self.assertEqual(len(set(identifiers)), len(identifiers))
+        self.assertEqual(identifiers[6], "local.applet.my-tool")
+        for identifier in identifiers:
+            self.assertRegex(identifier, r"^local\.applet\.[a-z0-9-]+$")
         # An applet that is compiled again keeps what it holds besides.
         extra = self.folder / "s.app/Contents/Resources/extra.txt"
         extra.write_text("kept")

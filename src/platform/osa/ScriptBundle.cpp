@@ -33,11 +33,32 @@ std::string escaped(const std::string& text) {
     return out;
 }
 
+/// Short, and the same at all times and on all machines.
+std::string digestOf(std::string_view text) {
+    std::uint32_t hash = 2166136261;
+    for (char c : text)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619;
+    std::string digits;
+    for (int shift = 28; shift >= 0; shift -= 4)
+        digits += "0123456789abcdef"[hash >> shift & 0xF];
+    return digits;
+}
+
+/// Letters and digits, as identifiers have them. A name that has more in it than that and blanks is told apart by a digest, for what is
+/// left of it may be left of others too.
 std::string identifierFrom(const std::string& name) {
-    std::string out = "local.applet.";
-    for (char c : name)
-        out += std::isalnum(static_cast<unsigned char>(c)) ? static_cast<char>(std::tolower(static_cast<unsigned char>(c))) : '-';
-    return out;
+    std::string word;
+    bool isWhole = true;
+    for (char c : name) {
+        const char lower = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        const bool isPlain = (lower >= 'a' && lower <= 'z') || (lower >= '0' && lower <= '9');
+        isWhole = isWhole && (isPlain || c == ' ' || c == '-');
+        if (isPlain || !word.ends_with('-') || isWhole)
+            word += isPlain ? lower : '-';
+    }
+    if (!isWhole)
+        word += (word.ends_with('-') ? "" : "-") + digestOf(name);
+    return "local.applet." + word;
 }
 
 std::string propertyList(const BundleOptions& options, const std::string& name, bool isApplet) {
