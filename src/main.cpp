@@ -9,6 +9,7 @@
 #include "platform/additions/StandardAdditions.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
+#include "platform/ae/transport/AELaunching.h"
 #include "platform/ae/transport/AESecondLaunch.h"
 #include "platform/ae/transport/AETransport.h"
 #include "platform/appkit/Appearance.h"
@@ -50,10 +51,12 @@ struct Invocation {
     std::shared_ptr<NSBundle> bundle;
     QStringList files;
     bool isActivated = false; // the files come over the session bus
+    AELaunchReason reason = AELaunchReason::none;
 };
 
 Invocation invocationFrom(int argc, char** argv) {
     Invocation invocation;
+    invocation.reason = AETakeLaunchReason();
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QFile::decodeName(argv[i]);
@@ -98,7 +101,7 @@ std::shared_ptr<NSMenu> makeMainMenu() {
     return nullptr;
 }
 
-AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts) {
+AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts, AELaunchReason reason) {
     AppDelegateParts parts;
     parts.application = &application;
     parts.alerts = &alerts;
@@ -110,6 +113,8 @@ AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts) {
     };
     parts.installOSAXEventHandlers = &installOSAXEventHandlers;
     parts.chooseTestApplet = &chooseTestApplet;
+    parts.isLaunchedInsteadOfRun = reason == AELaunchReason::eventInsteadOfRun;
+    parts.areOthersAnswered = &AEIsAnswered;
     return parts;
 }
 
@@ -152,9 +157,11 @@ int runApplet(NSApplication& application, DesktopApplication& desktop, const Inv
     AppKitAlertPresenter alerts;
     application.setMainMenu(makeMainMenu());
     application.setAction(u"orderFrontStandardAboutPanel:"_s, &showAboutPanel);
-    AppDelegate delegate(makeParts(application, alerts));
+    AppDelegate delegate(makeParts(application, alerts, invocation.reason));
     application.setDelegate(&delegate);
     AEInstallTransport();
+    if (invocation.reason != AELaunchReason::none)
+        AEExpectEvent();
     // Not before all handlers are there; the next launch waits for it.
     NSNotificationCenter::defaultCenter().addObserver(
         &application,
@@ -253,6 +260,8 @@ int main(int argc, char** argv) {
         lock.release(); // the answer may take as long as the files take
         if (invocation.isActivated)
             return handOverActivation(*invocation.bundle, argc, argv);
+        if (invocation.reason != AELaunchReason::none)
+            return EXIT_SUCCESS; // whoever has launched it finds the other one
         if (const auto handedOver = AEHandOver(bundlePath, inUTF8(invocation.files)))
             return reportHandOver(*invocation.bundle, *handedOver);
     }

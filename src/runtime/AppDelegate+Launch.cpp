@@ -83,10 +83,10 @@ void AppDelegate::applicationDidFinishLaunching() {
         if (scriptStarted())
             return;
         setScriptStarted(true);
-        _respondToEventInBackground(nullptr, [this](const QXOSAIDRef&, const QXOSAErrorInfoRef&) {
-            if (!isStayOpenScript() && !hasOpenHandler())
-                terminate();
-        });
+        if (mParts.isLaunchedInsteadOfRun)
+            waitToBeAsked();
+        else
+            _respondToEventInBackground(nullptr, afterLaunchRun());
         return;
     }
     if (hasIdleHandler() && isStayOpenScript()) {
@@ -95,10 +95,53 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     }
     if (!hasOpenHandler()) {
-        terminate(); // a script with nothing to do
+        terminateWhenAnswered(); // a script with nothing to do
         return;
     }
     setScriptStarted(true); // a droplet waits for files
+}
+
+AppDelegate::Completion AppDelegate::afterLaunchRun() {
+    return [this](const QXOSAIDRef&, const QXOSAErrorInfoRef&) {
+        if (!isStayOpenScript() && !hasOpenHandler())
+            terminateWhenAnswered();
+    };
+}
+
+/// Whoever has launched the applet says what it is to do. One that would have ended after its run, and has nothing to show, does not stay
+/// for ever when nobody says anything.
+void AppDelegate::waitToBeAsked() {
+    constexpr double kPatience = 120; // seconds, as long as a sender waits for a reply
+    mRunIsDue = true;
+    if (isStayOpenScript() && hasIdleHandler())
+        scheduleIdleHandler(idleSeconds());
+    if (!isStayOpenScript() && !hasOpenHandler())
+        mParts.performs->perform(
+            this, u"waitToBeAsked"_s,
+            [this] {
+                if (!mWasAsked)
+                    terminateWhenAnswered();
+            },
+            kPatience);
+}
+
+void AppDelegate::applicationWillReopen() {
+    if (!std::exchange(mRunIsDue, false))
+        return;
+    mWasAsked = true;
+    _respondToEventInBackground(nullptr, afterLaunchRun());
+}
+
+/// Whoever has an answer to come must not see the applet end instead. A quit that was asked for does not wait.
+void AppDelegate::terminateWhenAnswered() {
+    constexpr double kSlice = 0.01; // seconds
+    const QString again = u"terminateWhenAnswered"_s;
+    mParts.performs->cancelPreviousPerformRequests(this, again);
+    mIsEnding = !applicationTriedToQuit() && mParts.areOthersAnswered && !mParts.areOthersAnswered();
+    if (!mIsEnding)
+        return terminate();
+    mParts.performs->perform(
+        this, again, [this] { terminateWhenAnswered(); }, kSlice);
 }
 
 } // namespace quoddle

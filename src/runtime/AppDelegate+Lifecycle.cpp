@@ -137,6 +137,7 @@ NSApplicationTerminateReply AppDelegate::applicationShouldTerminate() {
         return NSApplicationTerminateReply::cancel;
     if (runningQuitHandler())
         return NSApplicationTerminateReply::now;
+    mQuitWaits = true; // before the look, so that an execution which ends meanwhile sees it
     if (_isRespondingToScript()) {
         setApplicationTriedToQuit(true);
         // Through a handle of its own: the script's own one is about to tell the other thread how the execution ended.
@@ -147,6 +148,7 @@ NSApplicationTerminateReply AppDelegate::applicationShouldTerminate() {
             cancelScript();
         return NSApplicationTerminateReply::later;
     }
+    mQuitWaits = false;
     if (!scriptStarted() || !hasQuitHandler())
         return NSApplicationTerminateReply::now;
     setApplicationTriedToQuit(true);

@@ -5,6 +5,7 @@
 
 #include "engine/NSAppleEventDescriptor-QXAdditions.h"
 #include "engine/QXOSAException.h"
+#include "platform/ae/AEReply.h"
 
 namespace quoddle {
 
@@ -16,16 +17,6 @@ constexpr struct {
     AEEventClass eventClass;
     AEEventID eventID;
 } kOutsideEvents[] = {{"aevt"_4cc, "oapp"_4cc}, {"core"_4cc, "getd"_4cc}, {"core"_4cc, "setd"_4cc}};
-
-void putError(const NSAppleEventDescriptorRef& reply, OSStatus status, const QString& message) {
-    reply->setParamDescriptor(NSAppleEventDescriptor::descriptorWithInt32(status), "errn"_4cc);
-    reply->setParamDescriptor(NSAppleEventDescriptor::descriptorWithString(message.toStdString()), "errs"_4cc);
-}
-
-bool isContinued(const NSAppleEventDescriptorRef& reply) {
-    const auto attribute = reply->attributeDescriptorForKeyword("FDrm"_4cc);
-    return attribute && attribute->booleanValue();
-}
 
 /// A property of the application itself: by its code, or by the name that its script gave it.
 struct PropertyName {
@@ -72,12 +63,14 @@ void AppDelegate::removeOutsideEvents() {
 }
 
 void AppDelegate::handleOutsideEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
+    mWasAsked = true;
     if (event->eventID() == "oapp"_4cc) {
         // A run that the script itself passes on is over with that.
-        if (isContinued(reply) || !hasRunHandler())
+        if (AEIsContinued(reply) || !hasRunHandler())
             return;
         setScriptStarted(true);
-        _respondToEventInBackground(nullptr, {}, NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent());
+        _respondToEventInBackground(nullptr, std::exchange(mRunIsDue, false) ? afterLaunchRun() : Completion(),
+                                    NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent());
         return;
     }
     const PropertyName property = propertyIn(event);
@@ -89,9 +82,9 @@ void AppDelegate::handleOutsideEvent(const NSAppleEventDescriptorRef& event, con
             if (setProperty(property.code, property.name, event->paramDescriptorForKeyword("data"_4cc)))
                 return;
         }
-        putError(reply, errAENoSuchObject, u"The applet has no such property."_s);
+        AEPutError(reply, errAENoSuchObject, "The applet has no such property.");
     } catch (const QXOSAException& exception) {
-        putError(reply, errAEEventFailed, QString::fromUtf8(exception.what()));
+        AEPutError(reply, errAEEventFailed, exception.what());
     }
 }
 

@@ -59,10 +59,11 @@ void AppDelegate::_respondToEventInBackground(const NSAppleEventDescriptorRef& e
     // When this runs the queue has let go of the operation: the finishing step finds no handler running, unless another one is.
     operation->setCompletionBlock([this, execution] {
         // Answering a caller needs nothing of the main thread, and the caller waits.
-        if (execution->suspensionID && !execution->completion)
-            finishIncomingCall(*execution);
-        else
-            MainThread::dispatchAsync([this, execution] { finish(execution); });
+        if (!execution->suspensionID || execution->completion)
+            return MainThread::dispatchAsync([this, execution] { finish(execution); });
+        finishIncomingCall(*execution);
+        if (mQuitWaits)
+            MainThread::dispatchAsync([this, execution] { finishQuitDuringCall(*execution); });
     });
     scriptQueue(true)->addOperation(std::move(operation));
 }
@@ -84,6 +85,7 @@ void AppDelegate::execute(const std::shared_ptr<Execution>& execution) {
 }
 
 void AppDelegate::_handleSubroutineCallEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef&) {
+    mWasAsked = true;
     const auto suspensionID = NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent();
     _respondToEventInBackground(event, {}, suspensionID);
 }
@@ -115,9 +117,10 @@ void AppDelegate::finish(const std::shared_ptr<Execution>& execution) {
     const OSStatus number = execution->number();
     if (!execution->suspensionID && number != noErr && number != userCanceledErr)
         finishFatalError(execution);
-    else if (execution->suspensionID)
+    else if (execution->suspensionID) {
         finishIncomingCall(*execution);
-    else
+        finishQuitDuringCall(*execution);
+    } else
         finishOwnEvent(*execution);
 }
 
@@ -157,8 +160,8 @@ void AppDelegate::finishIncomingCall(const Execution& execution) {
 
 void AppDelegate::finishOwnEvent(const Execution& execution) {
     execution.complete();
-    if (!mParts.application->isRunning())
-        return; // the completion has ended the applet
+    if (!mParts.application->isRunning() || mIsEnding)
+        return; // the completion has ended the applet, or is about to
     const OSStatus number = execution.number();
     if (applicationTriedToQuit()) {
         finishAfterTryToQuit(execution);
@@ -172,16 +175,29 @@ void AppDelegate::finishOwnEvent(const Execution& execution) {
     }
 }
 
-void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
+bool AppDelegate::decideQuit(const Execution& execution) {
+    mQuitWaits = false;
     const bool cancelled = execution.number() == userCanceledErr;
     mParts.application->replyToApplicationShouldTerminate(cancelled && !hasQuitHandler());
     // A quit handler that was itself cancelled (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
     if (!cancelled || execution.isQuitEvent()) {
-        showLastPaneWithoutStop();
         setApplicationTriedToQuit(false);
-    } else if (hasQuitHandler()) {
-        _runQuitHandler();
+        return false;
     }
+    if (hasQuitHandler())
+        _runQuitHandler();
+    return true;
+}
+
+void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
+    if (!decideQuit(execution))
+        showLastPaneWithoutStop();
+}
+
+/// The caller has its answer; whoever wants the applet to end waits for one too. The window stays as it is.
+void AppDelegate::finishQuitDuringCall(const Execution& execution) {
+    if (mQuitWaits && mParts.application->isRunning())
+        decideQuit(execution);
 }
 
 void AppDelegate::finishStayOpen(bool afterRunHandler) {

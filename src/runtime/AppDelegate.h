@@ -12,6 +12,7 @@
 #include "runtime/AppDelegateParts.h"
 #include "runtime/AppDelegateProperties.h"
 
+#include <atomic>
 #include <chrono>
 
 namespace quoddle {
@@ -49,6 +50,8 @@ public:
     // Launch
     void applicationWillFinishLaunching() override;
     void applicationDidFinishLaunching() override;
+    /// Runs the script when that is still to come, because the launch was for something else.
+    void applicationWillReopen() override;
     void _setupApplication(bool toOpenFiles);
     /// Replaces every "APPNAME" in the titles of the menu and of those below it.
     static void _setAppName(const QString& name, NSMenu& inMenu);
@@ -105,6 +108,9 @@ private:
     bool setProperty(FourCharCode code, const QString& name, const NSAppleEventDescriptorRef& value);
     void applyUpdaterSetting();
     void createWindowController(bool toOpenFiles);
+    Completion afterLaunchRun();
+    void waitToBeAsked();
+    void terminateWhenAnswered();
     void takeTestApplet();
     /// Stops what the script is doing at its next callback.
     void cancelScript();
@@ -121,6 +127,9 @@ private:
     static void finishIncomingCall(const Execution& execution);
     void finishOwnEvent(const Execution& execution);
     void finishAfterTryToQuit(const Execution& execution);
+    void finishQuitDuringCall(const Execution& execution);
+    /// Answers the framework's question. False when the applet goes on, and its quit handler is not asked either.
+    bool decideQuit(const Execution& execution);
     void finishStayOpen(bool afterRunHandler);
     void showLastPaneWithoutStop();
 
@@ -135,9 +144,13 @@ private:
     QXOSAIDRef mMainGenericScript;
     QXOSAIDRef mMainScript;
     bool mShowingRuntimeError = false;
-    double mIdleCallDue = 0;          // when the last idle call was to come, by the clock of the performs
-    bool mStoppedByClosing = false;   // the window is closing, and that has stopped the script
-    std::recursive_mutex mObjectLock; // scriptDidYield's; the main thread only ever tries it
+    bool mRunIsDue = false;               // launched for an event in place of the run, which has not been asked for yet
+    bool mWasAsked = false;               // something, by another application
+    std::atomic<bool> mQuitWaits = false; // the framework has been answered "later"
+    bool mIsEnding = false;               // the work is done, others still wait for their answers
+    double mIdleCallDue = 0;              // when the last idle call was to come, by the clock of the performs
+    bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script
+    std::recursive_mutex mObjectLock;     // scriptDidYield's; the main thread only ever tries it
 };
 
 } // namespace quoddle

@@ -52,6 +52,12 @@ struct AppDelegateParts {
     /// The time of idle calls.
     std::unique_ptr<DelayedPerforms> performs = std::make_unique<DelayedPerforms>();
 
+    /// Launched by another application for an event that takes the place of the run.
+    bool isLaunchedInsteadOfRun = false;
+    /// Asked, until it is true, before an applet whose work is done ends by itself: whether the other applications that sent it something
+    /// have their answers. Without it: they have.
+    std::function<bool()> areOthersAnswered;
+
     /// Puts the in-applet dialog commands in place. Without it scripts get the standard ones.
     std::function<void(AppDelegate&)> installOSAXEventHandlers;
     /// Reads which files a droplet takes. Without it there is no filter.

@@ -85,6 +85,80 @@ class Events(harness.AppletCase):
         self.assertEqual(self.tell("is running"), "true")
         self.assertEqual(self.tell("quit"), "")
 
+    def test_an_event_that_starts_an_applet_is_answered_by_it(self):
+        source = """
+            on jot(what)
+                do shell script "echo " & what & " >> FOLDER/jotted"
+            end jot
+            on run
+                my jot("run")
+                return "ran"
+            end run
+            on add(a, b)
+                delay 0.3
+                return a + b
+            end add
+            on large()
+                set s to "0123456789"
+                repeat 18 times
+                    set s to s & s
+                end repeat
+                return s
+            end large
+            """
+        applet = self.start("Brief", source)
+        applet.ends()
+        (applet.folder / "jotted").unlink()
+        self.start("Silent", "on greet()\nreturn \"hello\"\nend greet").ends()
+        for name, what, expected, runs in [
+            ("Brief", "add(1, 2)", "3", "run\n"),
+            ("Brief", "count large()", "2621440", "run\n"),
+            ("Brief", "run", '"ran"', "run\n"),
+            ("Silent", "greet()", '"hello"', ""),
+            ("Silent", "launch", "", ""),
+        ]:
+            self.assertEqual(self.tell(what, name), expected, what)
+            until(lambda: self.tell("is running", name) == "false", name + " to end after " + what)
+            self.assertEqual(applet.said("jotted"), runs, what)
+            (applet.folder / "jotted").unlink(missing_ok=True)
+        # Launched, it waits with its run until somebody asks for it; then it ends as usual.
+        for ask in ("run", "launched by hand"):
+            self.assertEqual(self.tell("launch", "Brief"), "")
+            self.assertEqual(self.tell("add(3, 4)", "Brief"), "7")
+            self.assertEqual((self.tell("is running", "Brief"), applet.said("jotted")), ("true", ""))
+            if ask == "run":
+                self.assertEqual(self.tell("run", "Brief"), '"ran"')
+            else:
+                subprocess.run([str(applet.folder / "Brief.app/Contents/Linux/Brief")], env=applet.environment(), timeout=30, check=True)
+            until(lambda: self.tell("is running", "Brief") == "false", "the applet to end")
+            self.assertEqual(applet.said("jotted"), "run\n")
+            (applet.folder / "jotted").unlink()
+        self.assertEqual(os.listdir(applet.folder / "run/quoddle"), [])
+
+    def test_a_quit_during_a_call_ends_both(self):
+        for number, quit_handler in enumerate(("", "on quit\ncontinue quit\nend quit")):
+            name = f"Server{number}"
+            applet = self.serve(name, "on slow()\ndo shell script \"echo slow > FOLDER/" + name + "\"\ndelay 60\nend slow\non run\nend run\n" + quit_handler)
+            call = subprocess.Popen([str(binaries() / "osascript"), "-e", f'tell application "{name}" to slow()'], env=applet.environment(), stderr=subprocess.PIPE, text=True)
+            until(lambda: applet.said(name), "the call to begin")
+            self.assertEqual(self.tell("quit", name), "")
+            applet.ends()
+            self.assertIn("User canceled", call.communicate(timeout=10)[1])
+
+    def test_what_a_sender_leaves_behind_is_handled(self):
+        applet = self.serve("Jotter", """
+            on jot(x)
+                do shell script "echo " & x & " >> FOLDER/jotted"
+            end jot
+            on idle
+                return 100
+            end idle
+            """)
+        done = self.osascript("-e", "ignoring application responses", "-e", "repeat with i from 1 to 150", "-e", 'tell application "Jotter" to jot(i as integer)', "-e", "end repeat", "-e", "end ignoring")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        until(lambda: len(applet.said("jotted").split()) >= 150, "all calls")
+        self.assertEqual(applet.said("jotted").split(), [str(i) for i in range(1, 151)])
+
     def test_a_refused_quit_is_told_so(self):
         self.serve("Refuser", "on idle\nreturn 50\nend idle\non quit\ndelay 0.1\nend quit")
         self.assertEqual(self.tell("quit", "Refuser"), "User canceled. (-128)")

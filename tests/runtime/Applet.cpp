@@ -134,6 +134,8 @@ Applet::Applet(Options options) {
     parts.installOSAXEventHandlers = [this](AppDelegate&) { setup << u"osax"_s; };
     parts.loadExtAndUTIPrefs = [this](AppDelegate&) { setup << u"prefs"_s; };
     parts.chooseTestApplet = [this] { return chooseTestApplet ? chooseTestApplet() : QString(); };
+    parts.isLaunchedInsteadOfRun = options.insteadOfRun;
+    parts.areOthersAnswered = options.areOthersAnswered;
     if (options.filter)
         parts.isFileAcceptable = [](const QString& path) { return !path.contains(u"bad"_s); };
     parts.updater = mUpdater.get();

@@ -252,4 +252,41 @@ TEST(IncomingCall, WaitsForTheHandlerThatRuns) {
     EXPECT_EQ(ScriptedComponent::calls(), (Calls{"run", "greet"}));
 }
 
+TEST(IncomingCall, ThatAQuitStopsIsAnsweredAndSoIsTheQuit) {
+    struct {
+        const char *name, *handlers;
+        bool stops; ///< when it is told to
+        bool ended;
+        Calls calls;
+    } const table[] = {
+        {"stopped", "run work", true, true, {"run", "work"}},
+        {"goes on to its end", "run work", false, false, {"run", "work"}},
+        {"stopped, with a quit handler", "run work quit", true, false, {"run", "work", "quit"}},
+    };
+    for (const auto& row : table) {
+        SCOPED_TRACE(row.name);
+        Applet applet({.handlers = row.handlers, .info = kStay});
+        applet.launch();
+        applet.settle();
+        ScriptedComponent::sHandlers["work"] = [&](ScriptedComponent::Run& run) {
+            const Outcome stopped = run.workUntilStopped();
+            return row.stops ? stopped : Outcome{AEDesc::ofInt32(1)};
+        };
+        AEDesc event = AEDesc::appleEvent("ascr"_4cc, "psbr"_4cc, AEDesc::ofCurrentProcess());
+        event.put("snam"_4cc, AEDesc::ofText(u"work"));
+        AEDesc reply;
+        std::thread caller([&] { EXPECT_EQ(AESendMessage(event, &reply, kAEWaitReply, 60 * 5), noErr); });
+        EXPECT_TRUE(Applet::eventually([] { return ScriptedComponent::calls().size() == 2; }));
+        applet.windowLog.clear();
+        applet.application.terminate();
+        EXPECT_TRUE(Applet::eventually([&] { return applet.application.log.size() >= 2; })) << "the quit waits for its answer";
+        caller.join();
+        applet.settle();
+        EXPECT_EQ(applet.application.log.value(1), row.ended ? u"terminate reply: 1"_s : u"terminate reply: 0"_s);
+        EXPECT_EQ(applet.ended(), row.ended);
+        EXPECT_EQ(ScriptedComponent::calls(), row.calls);
+        EXPECT_TRUE(reply.find("errn"_4cc));
+    }
+}
+
 } // namespace quoddle

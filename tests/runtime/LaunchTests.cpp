@@ -65,6 +65,69 @@ TEST(Launch, DecidesWhatStarts) {
     }
 }
 
+TEST(Launch, ForAnEventInPlaceOfTheRunLeavesTheRunToTheEvent) {
+    struct {
+        const char *name, *handlers, *info;
+        bool runs;      ///< what is asked for is the run
+        int idleCalls;  ///< after the launch, or another call for later
+        bool ended;     ///< afterwards
+        bool forgotten; ///< ended when nobody asks for anything
+    } const table[] = {
+        {"one-shot", "run", kNoPane, true, 1, true, true},
+        {"stays open", "run idle", kStay, true, 1, false, false},
+        {"droplet", "open run", kNoPane, true, 0, false, false},
+        {"with a pane", "run", kPane, false, 0, false, false},
+    };
+    for (const auto& row : table) {
+        for (const bool isAsked : {true, false}) {
+            SCOPED_TRACE(testing::Message() << row.name << isAsked);
+            Applet applet({.handlers = row.handlers, .info = row.info, .insteadOfRun = true});
+            applet.launch();
+            applet.settle();
+            EXPECT_EQ(ScriptedComponent::calls(), Calls());
+            EXPECT_FALSE(applet.ended());
+            EXPECT_EQ(applet.pendingIdleCalls(), row.idleCalls);
+            if (!isAsked) {
+                applet.advance(130);
+                applet.settle();
+                EXPECT_EQ(applet.ended(), row.forgotten);
+                continue;
+            }
+            if (row.runs) // a second launch by hand asks as well as an event does, but once
+                for (int time = 0; time < 2; ++time)
+                    applet.delegate->applicationWillReopen();
+            applet.settle();
+            EXPECT_EQ(ScriptedComponent::calls(), row.runs ? Calls{"run"} : Calls());
+            EXPECT_EQ(applet.ended(), row.ended);
+        }
+    }
+}
+
+TEST(Launch, AnAppletWhoseWorkIsDoneEndsWhenOthersHaveTheirAnswers) {
+    for (const char* handlers : {"run", "", "run quit"}) {
+        for (const bool isQuitAskedFor : {false, true}) {
+            SCOPED_TRACE(testing::Message() << handlers << isQuitAskedFor);
+            int owed = 3;
+            Applet applet({.handlers = handlers, .info = kNoPane, .areOthersAnswered = [&] { return --owed <= 0; }});
+            ScriptedComponent::sHandlers["quit"] = [](ScriptedComponent::Run& run) {
+                run.continueEvent();
+                return ScriptedComponent::Outcome();
+            };
+            applet.launch();
+            applet.settle();
+            applet.windowLog.clear();
+            EXPECT_FALSE(applet.ended());
+            if (isQuitAskedFor)
+                applet.application.terminate();
+            else
+                applet.advance(1);
+            applet.settle();
+            EXPECT_TRUE(applet.ended());
+            EXPECT_EQ(owed, isQuitAskedFor ? 2 : 0);
+        }
+    }
+}
+
 TEST(Launch, SetsUpOnceFromTheBundlesKeys) {
     struct {
         const char *name, *info;

@@ -43,7 +43,7 @@ public:
     /// Runs the event loop until a request is there, at most for `patience`.
     Arrival waitForRequest(std::chrono::milliseconds patience);
     std::optional<Request> takeRequest();
-    /// From now on requests go to the application: open to openFiles(), activate to activate(), quit to terminate(). Not owned; ends, with
+    /// From now on requests go to the application: open to openFiles(), activate to reopen(), quit to terminate(). Not owned; ends, with
     /// leaveBus(), when the application terminates.
     void serve(NSApplication& application);
 

@@ -3,6 +3,7 @@
 // continues ends here.
 #include "platform/appkit/NSApplication.h"
 
+#include "platform/ae/AEReply.h"
 #include "platform/ae/NSAppleEventManager.h"
 #include "platform/appkit/NSWindow.h"
 
@@ -15,11 +16,6 @@ constexpr struct {
     AEEventID eventID;
 } kHandledEvents[] = {{"aevt"_4cc, "oapp"_4cc}, {"aevt"_4cc, "rapp"_4cc}, {"aevt"_4cc, "odoc"_4cc},
                       {"aevt"_4cc, "quit"_4cc}, {"misc"_4cc, "actv"_4cc}, {"ascr"_4cc, "noop"_4cc}};
-
-void putError(const NSAppleEventDescriptorRef& reply, OSStatus status) {
-    if (status != noErr)
-        reply->setParamDescriptor(NSAppleEventDescriptor::descriptorWithInt32(status), "errn"_4cc);
-}
 
 /// The files of an open event that have a path.
 QStringList filesOf(const NSAppleEventDescriptorRef& event) {
@@ -38,12 +34,6 @@ QStringList filesOf(const NSAppleEventDescriptorRef& event) {
     return files;
 }
 
-/// A script that continues an event waits for its end, so that end must not depend on the script.
-bool isContinued(const NSAppleEventDescriptorRef& reply) {
-    const auto attribute = reply->attributeDescriptorForKeyword("FDrm"_4cc);
-    return attribute && attribute->booleanValue();
-}
-
 OSStatus statusOf(NSApplicationDelegateReply reply) {
     switch (reply) {
     case NSApplicationDelegateReply::success:
@@ -60,13 +50,13 @@ OSStatus statusOf(NSApplicationDelegateReply reply) {
 void NSApplication::handleOpenEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
     const QStringList files = filesOf(event);
     if (files.isEmpty())
-        return putError(reply, errAEParamMissed);
+        return AEPutError(reply, errAEParamMissed);
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
-    if (isContinued(reply))
+    if (AEIsContinued(reply))
         return openFiles(files);
     const auto suspended = manager.suspendCurrentAppleEvent();
     openFiles(files, [&manager, suspended](NSApplicationDelegateReply answer) {
-        putError(manager.replyAppleEventForSuspensionID(suspended), statusOf(answer));
+        AEPutError(manager.replyAppleEventForSuspensionID(suspended), statusOf(answer));
         manager.resumeWithSuspensionID(suspended);
     });
 }
@@ -74,7 +64,7 @@ void NSApplication::handleOpenEvent(const NSAppleEventDescriptorRef& event, cons
 /// Answered when it is clear whether the application ends. A script that continues the event is not to wait for that: it may be what
 /// decides.
 void NSApplication::handleQuitEvent(const NSAppleEventDescriptorRef& reply) {
-    const bool mayWait = !isContinued(reply);
+    const bool mayWait = !AEIsContinued(reply);
     const auto suspended = mayWait ? NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent() : nullptr;
     if (suspended)
         mQuitEvents.push_back(suspended);
@@ -82,14 +72,14 @@ void NSApplication::handleQuitEvent(const NSAppleEventDescriptorRef& reply) {
     const bool undecided = mReplyPending || (mDelegate && mDelegate->isDecidingTermination());
     if (mTerminating || undecided)
         return;
-    putError(reply, userCanceledErr);
+    AEPutError(reply, userCanceledErr);
     answerQuitEvents(userCanceledErr);
 }
 
 void NSApplication::answerQuitEvents(OSStatus status) {
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
     for (const auto& suspended : std::exchange(mQuitEvents, {})) {
-        putError(manager.replyAppleEventForSuspensionID(suspended), status);
+        AEPutError(manager.replyAppleEventForSuspensionID(suspended), status);
         manager.resumeWithSuspensionID(suspended);
     }
 }
@@ -103,12 +93,20 @@ void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, con
         handleQuitEvent(reply);
         break;
     case "rapp"_4cc:
+        reopen();
+        break;
     case "actv"_4cc:
         activate();
         break;
     default: // "oapp", "noop": it runs already
         break;
     }
+}
+
+void NSApplication::reopen() {
+    if (mDelegate)
+        mDelegate->applicationWillReopen();
+    activate();
 }
 
 void NSApplication::activate() {

@@ -59,6 +59,8 @@ public:
 
     bool isActive() const override { return applicationState() == Qt::ApplicationActive; }
     void activate() override;
+    /// Launched once more while it runs: tells the delegate, and brings to the front what is open.
+    void reopen();
 
     std::shared_ptr<NSMenu> mainMenu() const override { return mMainMenu; }
     void setMainMenu(std::shared_ptr<NSMenu> menu) { mMainMenu = std::move(menu); }

@@ -40,6 +40,8 @@ public:
     /// SharedApplication::terminationWasRefused()).
     virtual bool isDecidingTermination() const { return false; }
     virtual void applicationWillTerminate() {}
+    /// Somebody has launched the application, which runs already.
+    virtual void applicationWillReopen() {}
     /// Asked when the user has closed the last window.
     virtual bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
 

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/wait.h>
@@ -21,6 +23,38 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kSlice{5};
 constexpr const char* kShell = "quoddle-shell";
+
+// In the environment: whatever starts the applet's process passes it on, and a shell of another age ignores it.
+constexpr const char* kReasonVariable = "QUODDLE_LAUNCHED_FOR";
+constexpr struct {
+    AELaunchReason reason;
+    std::string_view assignment;
+} kReasons[] = {{AELaunchReason::event, "QUODDLE_LAUNCHED_FOR=event"},
+                {AELaunchReason::eventInsteadOfRun, "QUODDLE_LAUNCHED_FOR=event-instead-of-run"}};
+
+bool isReason(std::string_view assignment) {
+    return assignment.starts_with(kReasonVariable) && assignment.substr(std::strlen(kReasonVariable)).starts_with('=');
+}
+
+/// This process's own, and the reason.
+std::vector<std::string> environmentFor(AELaunchReason reason) {
+    std::vector<std::string> variables;
+    for (char** variable = environ; *variable; ++variable)
+        if (!isReason(*variable))
+            variables.emplace_back(*variable);
+    for (const auto& row : kReasons)
+        if (row.reason == reason)
+            variables.emplace_back(row.assignment);
+    return variables;
+}
+
+std::vector<char*> pointersTo(const std::vector<std::string>& words) {
+    std::vector<char*> pointers;
+    for (const std::string& word : words)
+        pointers.push_back(const_cast<char*>(word.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
 
 bool isProgram(const fs::path& path) {
     return ::access(path.c_str(), X_OK) == 0 && !fs::is_directory(path);
@@ -39,7 +73,7 @@ std::vector<std::string> commandFor(const std::string& bundlePath) {
 }
 
 /// In the child of a child: a session of its own, nothing of ours open, no signals held back.
-[[noreturn]] void become(char* const* arguments, int report) {
+[[noreturn]] void become(char* const* arguments, char* const* environment, int report) {
     ::setsid();
     const int nothing = ::open("/dev/null", O_RDWR);
     ::dup2(nothing, STDIN_FILENO);
@@ -48,18 +82,15 @@ std::vector<std::string> commandFor(const std::string& bundlePath) {
     sigset_t none;
     sigemptyset(&none);
     ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
-    ::execvp(arguments[0], arguments);
+    ::execvpe(arguments[0], arguments, environment);
     const char failed = 1;
     [[maybe_unused]] const auto written = ::write(report, &failed, 1);
     ::_exit(127);
 }
 
 /// The number of the new process, or 0. The process in between ends at once, so that nobody has to wait for the applet.
-pid_t spawn(const std::vector<std::string>& command) {
-    std::vector<char*> arguments;
-    for (const std::string& word : command)
-        arguments.push_back(const_cast<char*>(word.c_str()));
-    arguments.push_back(nullptr);
+pid_t spawn(const std::vector<std::string>& command, const std::vector<std::string>& variables) {
+    const std::vector<char*> arguments = pointersTo(command), environment = pointersTo(variables);
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0)
         return 0;
@@ -69,7 +100,7 @@ pid_t spawn(const std::vector<std::string>& command) {
     if (between == 0) {
         const pid_t child = ::fork();
         if (child == 0)
-            become(arguments.data(), writeEnd.number());
+            become(arguments.data(), environment.data(), writeEnd.number());
         [[maybe_unused]] const auto written = ::write(writeEnd.number(), &child, sizeof child);
         ::_exit(0);
     }
@@ -92,9 +123,19 @@ pid_t spawn(const std::vector<std::string>& command) {
 
 } // namespace
 
-Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath, Clock::time_point deadline,
+AELaunchReason AETakeLaunchReason() {
+    const char* value = std::getenv(kReasonVariable);
+    const std::string assignment = std::string(kReasonVariable) + '=' + (value ? value : "");
+    ::unsetenv(kReasonVariable);
+    for (const auto& row : kReasons)
+        if (row.assignment == assignment)
+            return row.reason;
+    return AELaunchReason::none;
+}
+
+Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath, AELaunchReason reason, Clock::time_point deadline,
                                                    const AESendOptions& options) {
-    const pid_t process = spawn(commandFor(bundlePath));
+    const pid_t process = spawn(commandFor(bundlePath), environmentFor(reason));
     if (process <= 0)
         return Failure{procNotFound};
     while (true) {

@@ -19,13 +19,14 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kMaximumRecordSize = 64 << 10;
 constexpr std::string_view kRecordExtension = ".app";
+constexpr std::string_view kSocketExtension = ".sock";
 constexpr AEKeyword kStartTime = "strt"_4cc;
 
-/// In clock ticks since the machine started; 0 when there is no such process any more.
-std::int64_t startTimeOf(std::int32_t processID) {
+/// In clock ticks since the machine started; 0 when there is no such process any more, nothing when that cannot be found out.
+std::optional<std::int64_t> startTimeOf(std::int32_t processID) {
     const auto text = readFile("/proc/" + std::to_string(processID) + "/stat", 4096);
     if (!text)
-        return 0;
+        return text.error() == fnfErr ? std::optional<std::int64_t>(0) : std::nullopt;
     // The second field is a name in parentheses that may hold anything; the third is the state, the 22nd the time.
     std::size_t at = text->rfind(") ");
     if (at == std::string::npos || at + 2 >= text->size() || (*text)[at + 2] == 'Z' || (*text)[at + 2] == 'X')
@@ -40,11 +41,14 @@ std::string textOf(const AEDesc& record, AEKeyword key) {
     return field ? field->asUTF8().value_or("") : "";
 }
 
-std::optional<AEDesc> readRecord(const std::string& path) {
+/// Null when it holds something else.
+Result<AEDesc, OSStatus> readRecord(const std::string& path) {
     const auto bytes = readFile(path, kMaximumRecordSize);
+    if (!bytes)
+        return Failure{bytes.error()};
     AEDesc record;
-    if (!bytes || AEUnflattenDesc(*bytes, record) != noErr || !record.isRecord())
-        return std::nullopt;
+    if (AEUnflattenDesc(*bytes, record) != noErr || !record.isRecord())
+        return AEDesc();
     return record;
 }
 
@@ -60,6 +64,13 @@ void removeFilesOf(const std::string& directory, std::int32_t processID) {
     unlink((directory + "/" + std::to_string(processID) + std::string(kRecordExtension)).c_str());
 }
 
+/// A socket that no record goes with: its process has ended before it could make one, or has not come so far.
+bool isLeftSocket(const fs::path& file) {
+    std::error_code error;
+    return file.extension() == kSocketExtension && !fs::exists(fs::path(file).replace_extension(kRecordExtension), error) && !error &&
+           startTimeOf(processIDOf(file)) == std::int64_t{0};
+}
+
 std::u16string folded(std::string_view name) {
     if (name.ends_with(".app"))
         name.remove_suffix(4);
@@ -71,11 +82,11 @@ std::u16string folded(std::string_view name) {
 } // namespace
 
 bool AEIsProcessAlive(std::int32_t processID) {
-    return startTimeOf(processID) != 0;
+    return startTimeOf(processID) != std::int64_t{0};
 }
 
 std::string AESocketName(std::int32_t processID) {
-    return std::to_string(processID) + ".sock";
+    return std::to_string(processID) + std::string(kSocketExtension);
 }
 
 bool AESameApplicationName(std::string_view a, std::string_view b) {
@@ -89,17 +100,21 @@ std::vector<AERunningApplication> AEListRunningApplications() {
         return {};
     std::error_code error;
     for (fs::directory_iterator entry(*directory, error), end; !error && entry != end; entry.increment(error)) {
-        const std::int32_t processID = entry->path().extension() == kRecordExtension ? processIDOf(entry->path()) : 0;
-        if (processID == 0)
+        const std::int32_t processID = processIDOf(entry->path());
+        if (processID != 0 && isLeftSocket(entry->path()))
+            removeFilesOf(*directory, processID);
+        if (processID == 0 || entry->path().extension() != kRecordExtension)
             continue;
         const auto record = readRecord(entry->path().string());
-        const AEDesc* start = record ? record->find(kStartTime) : nullptr;
-        const std::int64_t startTime = startTimeOf(processID);
-        if (!start || startTime == 0 || start->asInt64() != startTime) {
+        const auto startTime = startTimeOf(processID);
+        if (!record || !startTime)
+            continue; // who is short of descriptors or memory must not take others for dead
+        const AEDesc* start = record->find(kStartTime);
+        if (!start || *startTime == 0 || start->asInt64() != *startTime) {
             removeFilesOf(*directory, processID);
             continue;
         }
-        found.push_back({startTime, {processID, textOf(*record, "pnam"_4cc), textOf(*record, "ID  "_4cc), textOf(*record, "ppth"_4cc)}});
+        found.push_back({*startTime, {processID, textOf(*record, "pnam"_4cc), textOf(*record, "ID  "_4cc), textOf(*record, "ppth"_4cc)}});
     }
     std::sort(found.begin(), found.end(),
               [](const auto& a, const auto& b) { return std::pair(a.first, a.second.processID) > std::pair(b.first, b.second.processID); });
@@ -117,7 +132,7 @@ OSStatus AERegisterApplication(const AERunningApplication& application) {
     (void)record.put("pnam"_4cc, AEDesc::ofUTF8(application.name));
     (void)record.put("ID  "_4cc, AEDesc::ofUTF8(application.bundleIdentifier));
     (void)record.put("ppth"_4cc, AEDesc::ofUTF8(application.path));
-    (void)record.put(kStartTime, AEDesc::ofInt64(startTimeOf(getpid())));
+    (void)record.put(kStartTime, AEDesc::ofInt64(startTimeOf(getpid()).value_or(0)));
     std::string bytes;
     if (const OSStatus status = AEFlattenDesc(record, bytes); status != noErr)
         return status;

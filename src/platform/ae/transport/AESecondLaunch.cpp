@@ -5,9 +5,9 @@
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AERuntimeDirectory.h"
 
-#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <thread>
 
 namespace quoddle {
@@ -23,12 +23,26 @@ AELaunchLock::AELaunchLock(const std::string& bundlePath) {
     const auto directory = AERuntimeDirectory();
     if (!directory)
         return;
-    const std::size_t hash = std::hash<std::string>()(AECanonicalPath(bundlePath));
-    mFile.reset(::open((*directory + "/" + std::to_string(hash) + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    mPath = *directory + "/" + std::to_string(std::hash<std::string>()(AECanonicalPath(bundlePath))) + ".lock";
     const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (mFile.isOpen() && ::flock(mFile.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK &&
-           std::chrono::steady_clock::now() < end)
+    while (!take() && mFile.isOpen() && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(kSlice);
+}
+
+bool AELaunchLock::take() {
+    mFile.reset(::open(mPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    if (!mFile.isOpen() || ::flock(mFile.number(), LOCK_EX | LOCK_NB) != 0)
+        return false;
+    // Whoever held it before has removed the file; the lock is the one on the file that stands there now.
+    struct stat mine = {}, standing = {};
+    mIsHeld = ::fstat(mFile.number(), &mine) == 0 && ::stat(mPath.c_str(), &standing) == 0 && mine.st_ino == standing.st_ino;
+    return mIsHeld;
+}
+
+void AELaunchLock::release() {
+    if (std::exchange(mIsHeld, false))
+        ::unlink(mPath.c_str());
+    mFile.reset();
 }
 
 std::optional<OSStatus> AEHandOver(const std::string& bundlePath, const std::vector<std::string>& files) {
@@ -45,7 +59,7 @@ std::optional<OSStatus> AEHandOver(const std::string& bundlePath, const std::vec
     }
     AEDesc reply;
     const OSStatus status = AESendToProcess(running->processID, event, &reply, kAEWaitReply, kNoTimeOut, {});
-    if (status == procNotFound)
+    if (status == procNotFound || (status == connectionInvalid && files.empty()))
         return std::nullopt; // it has just ended
     const AEDesc* error = reply.find("errn"_4cc);
     return status == noErr && error ? error->asInt32().value_or(errAEEventFailed) : status;

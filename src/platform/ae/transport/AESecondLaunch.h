@@ -16,10 +16,17 @@ namespace quoddle {
 class AELaunchLock {
 public:
     explicit AELaunchLock(const std::string& bundlePath);
-    void release() { mFile.reset(); }
+    ~AELaunchLock() { release(); }
+    AELaunchLock(const AELaunchLock&) = delete;
+    AELaunchLock& operator=(const AELaunchLock&) = delete;
+    void release();
 
 private:
+    bool take();
+
+    std::string mPath;
     FileDescriptor mFile;
+    bool mIsHeld = false;
 };
 
 /// Nothing when no process runs the bundle. Otherwise the files were handed to it, or, without files, it was brought to the front, and this

@@ -7,6 +7,7 @@
 #include "platform/ae/transport/AESocket.h"
 #include "platform/base/File.h"
 
+#include <atomic>
 #include <cerrno>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
@@ -22,7 +23,9 @@ namespace {
 
 constexpr std::size_t kMaximumConnections = 4096;
 constexpr int kBacklog = 512;
-constexpr int kPatience = 10; // seconds that a peer may stay inside a frame without sending anything of it
+constexpr std::chrono::seconds kPatience{10}; // for a peer inside a frame that sends nothing of it
+constexpr int kTick = 1;                      // seconds
+constexpr int kTurnsForWhatIsThere = 64;
 constexpr rlim_t kWantedDescriptors = 8192;
 
 /// A thousand callers at once need a thousand sockets.
@@ -41,6 +44,8 @@ class AEServer::Loop : public std::enable_shared_from_this<Loop> {
 public:
     OSStatus start(const std::string& directory);
     void stop();
+    bool isAnswered();
+    bool hasReceived() const { return mHasReceived; }
 
 private:
     struct Entry {
@@ -48,30 +53,45 @@ private:
         std::uint32_t events = 0; // that the loop waits for
     };
 
+    // Descriptors are used again, also between an event and the look at it; these are not.
+    using Number = std::uint64_t;
+    enum : Number { kListener, kWake, kTimer, kFirstConnection };
+
     void run();
-    void turn(int timeout);
+    /// How many events there were.
+    int turn(int timeout);
     bool isStopping();
+    std::shared_ptr<void> currentRound();
+    bool watch(int operation, int descriptor, Number number, std::uint32_t events);
     void accept();
-    void handle(int number, std::uint32_t events);
-    void update(int number, Entry& entry);
-    void remove(int number);
-    void watchForStalls();
+    void add(FileDescriptor socket);
+    void handle(Number number, std::uint32_t events);
+    void update(Number number, Entry& entry);
+    void remove(Number number);
+    void startTimer();
+    void tick();
     void removeStalled();
-    void lookAgain(int number);
+    void lookAgain(Number number);
     void takeChanges();
     void wake();
 
     FileDescriptor mListener;
     FileDescriptor mPoll;
     FileDescriptor mWake;
-    FileDescriptor mTimer; // runs while a connection is inside a frame
+    FileDescriptor mTimer; // runs while there is something to wait for
     bool mTimerRuns = false;
+    bool mListenerRests = false;
     std::string mSocketPath;
-    std::thread mThread;                         // either this
-    std::shared_ptr<void> mWatching;             // or that
-    std::unordered_map<int, Entry> mConnections; // the serving thread only
-    std::mutex mMutex;                           // guards what follows
-    std::vector<int> mChanged;
+    std::thread mThread;                            // either this
+    std::shared_ptr<void> mWatching;                // or that
+    std::unordered_map<Number, Entry> mConnections; // the serving thread only
+    Number mNext = kFirstConnection;
+    std::atomic<bool> mHasReceived = false;
+    std::mutex mMutex; // guards what follows
+    std::vector<Number> mChanged;
+    std::shared_ptr<void> mRound = std::make_shared<char>(); // held by every event until its answer is on its way
+    std::weak_ptr<void> mAwaited;                            // the round whose end is waited for
+    bool mIsAwaiting = false;
     bool mStopping = false;
 };
 
@@ -85,6 +105,14 @@ OSStatus AEServer::start(const std::string& directory) {
     return mLoop->start(directory);
 }
 
+bool AEServer::isAnswered() {
+    return mLoop->isAnswered();
+}
+
+bool AEServer::hasReceived() const {
+    return mLoop->hasReceived();
+}
+
 OSStatus AEServer::Loop::start(const std::string& directory) {
     raiseDescriptorLimit();
     auto listener = listenAt(directory, AESocketName(getpid()), kBacklog);
@@ -96,13 +124,9 @@ OSStatus AEServer::Loop::start(const std::string& directory) {
     mTimer.reset(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
     if (!mPoll.isOpen() || !mWake.isOpen() || !mTimer.isOpen())
         return statusFromErrno(errno);
-    for (int number : {mListener.number(), mWake.number(), mTimer.number()}) {
-        epoll_event event{};
-        event.events = EPOLLIN;
-        event.data.fd = number;
-        if (epoll_ctl(mPoll.number(), EPOLL_CTL_ADD, number, &event) != 0)
-            return statusFromErrno(errno);
-    }
+    if (!watch(EPOLL_CTL_ADD, mListener.number(), kListener, EPOLLIN) || !watch(EPOLL_CTL_ADD, mWake.number(), kWake, EPOLLIN) ||
+        !watch(EPOLL_CTL_ADD, mTimer.number(), kTimer, EPOLLIN))
+        return statusFromErrno(errno);
     mSocketPath = directory + "/" + AESocketName(getpid());
     mWatching = AEWatchDescriptor(mPoll.number(), [this] { turn(0); });
     if (!mWatching)
@@ -132,12 +156,38 @@ bool AEServer::Loop::isStopping() {
     return mStopping;
 }
 
+std::shared_ptr<void> AEServer::Loop::currentRound() {
+    const std::lock_guard lock(mMutex);
+    return mRound;
+}
+
+bool AEServer::Loop::isAnswered() {
+    if (!mIsAwaiting) {
+        // What has been sent belongs to the round that ends now. A server with a thread of its own has read it.
+        for (int turns = 0; mWatching && turns < kTurnsForWhatIsThere && turn(0) > 0; ++turns) {
+        }
+        const std::lock_guard lock(mMutex);
+        mAwaited = std::exchange(mRound, std::make_shared<char>());
+        mIsAwaiting = true;
+    }
+    const std::lock_guard lock(mMutex);
+    mIsAwaiting = !mAwaited.expired();
+    return !mIsAwaiting;
+}
+
+bool AEServer::Loop::watch(int operation, int descriptor, Number number, std::uint32_t events) {
+    epoll_event event{};
+    event.events = events;
+    event.data.u64 = number;
+    return epoll_ctl(mPoll.number(), operation, descriptor, &event) == 0;
+}
+
 void AEServer::Loop::wake() {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = ::write(mWake.number(), &one, sizeof one);
 }
 
-void AEServer::Loop::lookAgain(int number) {
+void AEServer::Loop::lookAgain(Number number) {
     {
         const std::lock_guard lock(mMutex);
         if (mStopping)
@@ -153,126 +203,143 @@ void AEServer::Loop::run() {
 }
 
 /// A handler may serve the event loop itself, so that one turn runs inside another.
-void AEServer::Loop::turn(int timeout) {
+int AEServer::Loop::turn(int timeout) {
     const auto self = shared_from_this(); // a handler may end the application
     epoll_event events[64];
     const int count = epoll_wait(mPoll.number(), events, std::size(events), timeout);
     for (int i = 0; i < count && !isStopping(); ++i) {
-        const int number = events[i].data.fd;
-        if (number == mListener.number())
+        const Number number = events[i].data.u64;
+        if (number == kListener)
             accept();
-        else if (number == mWake.number())
+        else if (number == kWake)
             takeChanges();
-        else if (number == mTimer.number())
-            removeStalled();
+        else if (number == kTimer)
+            tick();
         else
             handle(number, events[i].events);
     }
+    return count;
 }
 
 void AEServer::Loop::accept() {
     while (true) {
         FileDescriptor socket(::accept4(mListener.number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-        if (!socket.isOpen())
+        if (!socket.isOpen()) {
+            if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR && errno != ECONNABORTED) {
+                // No descriptors, no memory: who comes waits in the queue, and we do not turn in circles.
+                mListenerRests = watch(EPOLL_CTL_MOD, mListener.number(), kListener, 0);
+                startTimer();
+            }
             return;
-        if (mConnections.size() >= kMaximumConnections || !isPeerSameUser(socket.number()))
-            continue;
-        const int number = socket.number();
-        // The connection may be answered, and tell of it, when the loop has long gone.
-        auto changed = [loop = weak_from_this(), number] {
-            if (const auto self = loop.lock())
-                self->lookAgain(number);
-        };
-        Entry& entry = mConnections[number];
-        entry = {std::make_shared<AEServerConnection>(std::move(socket), std::move(changed)), EPOLLIN};
-        epoll_event event{};
-        event.events = EPOLLIN;
-        event.data.fd = number;
-        if (epoll_ctl(mPoll.number(), EPOLL_CTL_ADD, number, &event) != 0)
-            mConnections.erase(number);
+        }
+        if (mConnections.size() < kMaximumConnections && isPeerSameUser(socket.number()))
+            add(std::move(socket));
     }
 }
 
-void AEServer::Loop::handle(int number, std::uint32_t events) {
+void AEServer::Loop::add(FileDescriptor socket) {
+    const Number number = mNext++;
+    const int descriptor = socket.number();
+    // The connection may be answered, and tell of it, when the loop has long gone.
+    auto changed = [loop = weak_from_this(), number] {
+        if (const auto self = loop.lock())
+            self->lookAgain(number);
+    };
+    mConnections[number] = {std::make_shared<AEServerConnection>(std::move(socket), std::move(changed)), EPOLLIN};
+    if (!watch(EPOLL_CTL_ADD, descriptor, number, EPOLLIN))
+        mConnections.erase(number);
+}
+
+void AEServer::Loop::handle(Number number, std::uint32_t events) {
     const auto found = mConnections.find(number);
     if (found == mConnections.end())
         return;
-    using State = AEServerConnection::State;
     const auto connection = found->second.connection;
-    State state = State::Open;
     if (events & EPOLLOUT)
-        state = connection->write();
-    if (state == State::Open && events & EPOLLIN)
-        state = connection->read();
+        connection->write();
+    if (events & EPOLLIN)
+        connection->read(currentRound());
     else if (events & (EPOLLHUP | EPOLLERR))
-        state = State::Closed;
+        connection->dropReplies(); // what it sent before it went is read when its turn comes
+    if (connection->hasReceived())
+        mHasReceived = true;
     if (isStopping())
         return;
-    const auto still = mConnections.find(number);
-    if (still == mConnections.end() || still->second.connection != connection)
-        return;
-    if (state == State::Closed)
-        remove(number);
-    else
+    if (const auto still = mConnections.find(number); still != mConnections.end())
         update(number, still->second);
 }
 
-void AEServer::Loop::update(int number, Entry& entry) {
-    if (entry.connection->isInsideFrame())
-        watchForStalls();
+void AEServer::Loop::update(Number number, Entry& entry) {
+    if (entry.connection->isClosed())
+        return remove(number);
+    if (entry.connection->isInsideFrame() || entry.connection->wantsToWrite())
+        startTimer();
     const std::uint32_t wanted =
         (entry.connection->wantsToRead() ? std::uint32_t{EPOLLIN} : 0) | (entry.connection->wantsToWrite() ? std::uint32_t{EPOLLOUT} : 0);
     if (wanted == entry.events)
         return;
+    // That a peer has gone would be reported all the time, wanted or not, so one that has to wait is not watched at all.
+    const int operation = wanted == 0 ? EPOLL_CTL_DEL : entry.events == 0 ? EPOLL_CTL_ADD : EPOLL_CTL_MOD;
     entry.events = wanted;
-    epoll_event event{};
-    event.events = wanted;
-    event.data.fd = number;
-    epoll_ctl(mPoll.number(), EPOLL_CTL_MOD, number, &event);
+    if (!watch(operation, entry.connection->number(), number, wanted))
+        remove(number);
 }
 
-void AEServer::Loop::remove(int number) {
+void AEServer::Loop::remove(Number number) {
     const auto found = mConnections.find(number);
-    epoll_ctl(mPoll.number(), EPOLL_CTL_DEL, number, nullptr);
+    if (found->second.events != 0)
+        watch(EPOLL_CTL_DEL, found->second.connection->number(), number, 0);
     found->second.connection->close();
     mConnections.erase(found);
 }
 
-void AEServer::Loop::watchForStalls() {
+void AEServer::Loop::startTimer() {
     if (std::exchange(mTimerRuns, true))
         return;
-    const itimerspec once{{}, {kPatience, 0}};
+    const itimerspec once{{}, {kTick, 0}};
     timerfd_settime(mTimer.number(), 0, &once, nullptr);
 }
 
-void AEServer::Loop::removeStalled() {
+void AEServer::Loop::tick() {
     std::uint64_t ignored;
     [[maybe_unused]] const auto got = ::read(mTimer.number(), &ignored, sizeof ignored);
     mTimerRuns = false;
-    const auto limit = std::chrono::steady_clock::now() - std::chrono::seconds(kPatience);
-    std::vector<int> stalled;
-    bool othersInside = false;
+    if (std::exchange(mListenerRests, false))
+        watch(EPOLL_CTL_MOD, mListener.number(), kListener, EPOLLIN);
+    removeStalled();
+}
+
+void AEServer::Loop::removeStalled() {
+    const auto limit = std::chrono::steady_clock::now() - kPatience;
+    bool isEnding;
+    {
+        const std::lock_guard lock(mMutex);
+        isEnding = mIsAwaiting;
+    }
+    std::vector<Number> stalled;
+    bool othersMay = false;
     for (const auto& [number, entry] : mConnections) {
-        if (entry.connection->isStalledSince(limit))
+        // A sender may let its reply lie as long as it likes, but an application that wants to end does not wait for it.
+        if (entry.connection->isStalledSince(limit) || (isEnding && entry.connection->isUnreadSince(limit)))
             stalled.push_back(number);
         else
-            othersInside |= entry.connection->isInsideFrame();
+            othersMay |= entry.connection->isInsideFrame() || entry.connection->wantsToWrite();
     }
-    for (int number : stalled)
+    for (Number number : stalled)
         remove(number);
-    if (othersInside)
-        watchForStalls();
+    if (othersMay)
+        startTimer();
 }
 
 void AEServer::Loop::takeChanges() {
     std::uint64_t ignored;
     [[maybe_unused]] const auto got = ::read(mWake.number(), &ignored, sizeof ignored);
-    std::vector<int> changed;
+    std::vector<Number> changed;
     {
         const std::lock_guard lock(mMutex);
         changed.swap(mChanged);
     }
-    for (int number : changed)
+    for (Number number : changed)
         if (const auto found = mConnections.find(number); found != mConnections.end())
             update(number, found->second);
 }

@@ -24,6 +24,12 @@ public:
     /// when there are too many open files.
     OSStatus start(const std::string& directory);
 
+    /// For an application that wants to end: whether the answers to all that had been sent when this was first asked are on their way. What
+    /// comes later is handled, but not waited for. Asked again after it was true, it begins anew. Main thread.
+    bool isAnswered();
+    /// Whether there has been any event.
+    bool hasReceived() const;
+
 private:
     class Loop;
     std::shared_ptr<Loop> mLoop;

@@ -24,127 +24,153 @@ bool isWaiting(int error) {
 
 } // namespace
 
-AEServerConnection::State AEServerConnection::read() {
+void AEServerConnection::read(const std::shared_ptr<void>& round) {
     char chunk[kChunk];
     const ssize_t count = ::recv(number(), chunk, sizeof chunk, MSG_DONTWAIT);
-    if (count < 0)
-        return isWaiting(errno) ? State::Open : State::Closed;
-    if (count == 0)
-        return State::Closed;
+    if (count < 0 && isWaiting(errno))
+        return;
+    if (count <= 0)
+        return close();
     mLastRead = std::chrono::steady_clock::now();
     mReader.append({chunk, static_cast<std::size_t>(count)});
-    return takeFrames();
+    if (!takeFrames(round))
+        close();
 }
 
-AEServerConnection::State AEServerConnection::takeFrames() {
+bool AEServerConnection::takeFrames(const std::shared_ptr<void>& round) {
     while (!mIsTakingApart) {
-        AEFrame frame;
-        const auto complete = mReader.next(frame);
+        Received received;
+        const auto complete = mReader.next(received.frame);
         if (!complete)
-            return State::Closed;
+            return false;
         if (!*complete)
             break;
-        if (deliver(std::move(frame)) == State::Closed)
-            return State::Closed;
+        received.round = round;
+        if (!deliver(std::move(received)))
+            return false;
     }
-    return State::Open;
+    return true;
 }
 
-AEServerConnection::State AEServerConnection::deliver(AEFrame frame) {
-    if (frame.kind != AEFrame::Kind::Event)
-        return State::Closed;
+bool AEServerConnection::deliver(Received received) {
+    if (received.frame.kind != AEFrame::Kind::Event)
+        return false;
     ++mUnanswered;
-    if (frame.payload.size() > kLargeEvent && AEHasMainThreadEvents()) {
-        takeApartBeside(std::move(frame));
-        return State::Open;
+    mHasReceived = true;
+    if (received.frame.payload.size() > kLargeEvent && AEHasMainThreadEvents()) {
+        takeApartBeside(std::move(received));
+        return true;
     }
     AEDesc event;
-    if (AEUnflattenDesc(frame.payload, event) != noErr)
-        return State::Closed;
-    frame.payload.clear();
-    return handOn(frame, std::move(event));
+    if (AEUnflattenDesc(received.frame.payload, event) != noErr)
+        return false;
+    received.frame.payload.clear();
+    return handOn(std::move(received), std::move(event));
 }
 
 /// The main thread has a window to look after.
-void AEServerConnection::takeApartBeside(AEFrame frame) {
+void AEServerConnection::takeApartBeside(Received received) {
     mIsTakingApart = true;
-    std::thread([self = shared_from_this(), frame = std::move(frame)]() mutable {
+    std::thread([self = shared_from_this(), received = std::move(received)]() mutable {
         AEDesc event;
-        const OSStatus status = AEUnflattenDesc(frame.payload, event);
-        frame.payload.clear();
-        AEPostToMainThread([self, frame, event, status] {
+        const OSStatus status = AEUnflattenDesc(received.frame.payload, event);
+        received.frame.payload.clear();
+        AEPostToMainThread([self, received, event, status] {
             self->mIsTakingApart = false;
             if (self->mClosed)
                 return;
-            if (status != noErr || self->handOn(frame, event) == State::Closed || self->takeFrames() == State::Closed)
+            if (status != noErr || !self->handOn(received, event) || !self->takeFrames(received.round))
                 self->close();
             self->mChanged();
         });
     }).detach();
 }
 
-AEServerConnection::State AEServerConnection::handOn(const AEFrame& frame, AEDesc event) {
+bool AEServerConnection::handOn(Received received, AEDesc event) {
     if (!event.isAppleEvent())
-        return State::Closed;
+        return false;
     // Whatever the sender called this process, here it is the current one.
     (void)event.setAttribute("addr"_4cc, AEDesc::ofCurrentProcess());
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
-    const AEDesc reply = frame.flags & AEFrame::kWantsReply ? AEEmptyReplyTo(event) : AEDesc();
+    const AEDesc reply = received.frame.flags & AEFrame::kWantsReply ? AEEmptyReplyTo(event) : AEDesc();
     if (!manager.hasEventHandlerForEventClass(event.eventClass(), event.eventID())) {
         AEDesc failed = reply;
         if (failed.isAppleEvent())
             (void)failed.put("errn"_4cc, AEDesc::ofInt32(errAEEventNotHandled));
-        answer(frame, failed, errAEEventNotHandled);
-        return State::Open;
+        answer(received, failed, errAEEventNotHandled);
+        return true;
     }
     const auto self = shared_from_this();
     AEHandlerContext context;
     context.cancelled = [self] { return self->mClosed.load(); };
-    auto delivery = std::make_shared<AEDelivery>(event, reply, std::move(context),
-                                                 [self, frame](const AEDesc& answered) { self->answer(frame, answered, noErr); });
+    auto delivery = std::make_shared<AEDelivery>(
+        event, reply, std::move(context),
+        [self, received = std::move(received)](const AEDesc& answered) mutable { self->answer(received, answered, noErr); });
     AEDeliverer::deliver(manager, delivery);
-    return State::Open;
+    return true;
 }
 
-void AEServerConnection::answer(const AEFrame& event, const AEDesc& reply, OSStatus status) {
+void AEServerConnection::answer(Received& received, const AEDesc& reply, OSStatus status) {
     const bool wasFull = mUnanswered.fetch_sub(1) == kMaximumUnanswered;
-    if (event.flags & AEFrame::kWantsReply && !mClosed) {
+    const auto round = std::move(received.round);
+    if (received.frame.flags & AEFrame::kWantsReply && !mClosed) {
         AEFrame frame;
         frame.kind = AEFrame::Kind::Reply;
-        frame.id = event.id;
+        frame.id = received.frame.id;
         frame.status = status;
         if (const OSStatus flattened = AEFlattenDesc(reply, frame.payload); flattened != noErr)
             frame.status = flattened;
-        send(frame.bytes());
+        send(frame.bytes(), round);
     }
     if (wasFull)
         mChanged();
 }
 
-void AEServerConnection::send(std::string bytes) {
+void AEServerConnection::send(std::string bytes, std::shared_ptr<void> round) {
     const std::lock_guard lock(mMutex);
     std::size_t sent = 0;
     if (mUnsent.empty()) {
         const ssize_t count = ::send(number(), bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (count < 0 && !isWaiting(errno))
+            return; // nobody reads it any more
         sent = count > 0 ? static_cast<std::size_t>(count) : 0;
+        mLastWrite = std::chrono::steady_clock::now();
     }
     if (sent == bytes.size())
         return;
     mUnsent.append(bytes, sent);
+    mUnsentRounds.push_back(std::move(round));
     if (mUnsent.size() > kMaximumUnsent)
         mClosed = true;
     mChanged();
 }
 
-AEServerConnection::State AEServerConnection::write() {
+void AEServerConnection::write() {
+    {
+        const std::lock_guard lock(mMutex);
+        const ssize_t count = ::send(number(), mUnsent.data(), mUnsent.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
+        if (count >= 0) {
+            mUnsent.erase(0, static_cast<std::size_t>(count));
+            mLastWrite = std::chrono::steady_clock::now();
+            if (mUnsent.empty())
+                mUnsentRounds.clear();
+            return;
+        }
+        if (isWaiting(errno))
+            return;
+    }
+    dropReplies();
+}
+
+void AEServerConnection::dropReplies() {
     const std::lock_guard lock(mMutex);
-    if (mClosed)
-        return State::Closed;
-    const ssize_t count = ::send(number(), mUnsent.data(), mUnsent.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
-    if (count < 0)
-        return isWaiting(errno) ? State::Open : State::Closed;
-    mUnsent.erase(0, static_cast<std::size_t>(count));
-    return State::Open;
+    mUnsent.clear();
+    mUnsentRounds.clear();
+}
+
+bool AEServerConnection::isUnreadSince(std::chrono::steady_clock::time_point time) const {
+    const std::lock_guard lock(mMutex);
+    return !mUnsent.empty() && mLastWrite <= time;
 }
 
 bool AEServerConnection::wantsToWrite() const {
@@ -154,6 +180,7 @@ bool AEServerConnection::wantsToWrite() const {
 
 void AEServerConnection::close() {
     mClosed = true;
+    dropReplies();
     ::shutdown(number(), SHUT_RDWR);
 }
 

@@ -17,18 +17,25 @@ public:
 
     int number() const { return mSocket.number(); }
 
+    bool isClosed() const { return mClosed; }
+
     // The serving thread
-    enum class State { Open, Closed };
-    /// Reads what is there and hands on the events that are complete.
-    State read();
+    /// Reads what is there and hands on the events that are complete; closed afterwards when the stream has ended or makes no sense. Each
+    /// event holds the round until its answer has been written, or nobody wants it any more.
+    void read(const std::shared_ptr<void>& round);
     /// Writes what is waiting.
-    State write();
+    void write();
+    /// The peer reads no more.
+    void dropReplies();
     bool wantsToRead() const { return mUnanswered.load() < kMaximumUnanswered && !mIsTakingApart; }
     bool wantsToWrite() const;
+    bool hasReceived() const { return mHasReceived; }
     /// A frame has begun that is waited for.
     bool isInsideFrame() const { return mReader.isInside() && wantsToRead(); }
     /// So it was when something last arrived, before that time.
     bool isStalledSince(std::chrono::steady_clock::time_point time) const { return isInsideFrame() && mLastRead <= time; }
+    /// Replies have been waiting since before that time.
+    bool isUnreadSince(std::chrono::steady_clock::time_point time) const;
     /// The peer has gone: handlers may stop working for it, replies are dropped.
     void close();
 
@@ -36,22 +43,32 @@ private:
     // More are read when some of these have been answered.
     static constexpr int kMaximumUnanswered = 64;
 
-    State takeFrames();
-    State deliver(AEFrame frame);
-    void takeApartBeside(AEFrame frame);
-    State handOn(const AEFrame& frame, AEDesc event);
-    void answer(const AEFrame& event, const AEDesc& reply, OSStatus status);
-    void send(std::string bytes);
+    /// An event while it is being handled.
+    struct Received {
+        AEFrame frame;
+        std::shared_ptr<void> round;
+    };
+
+    // These answer false when the stream makes no sense.
+    bool takeFrames(const std::shared_ptr<void>& round);
+    bool deliver(Received received);
+    bool handOn(Received received, AEDesc event);
+    void takeApartBeside(Received received);
+    void answer(Received& received, const AEDesc& reply, OSStatus status);
+    void send(std::string bytes, std::shared_ptr<void> round);
 
     const FileDescriptor mSocket;
     const std::function<void()> mChanged;
     AEFrameReader mReader;
     bool mIsTakingApart = false; // a large event; those behind it wait
+    bool mHasReceived = false;
     std::chrono::steady_clock::time_point mLastRead = std::chrono::steady_clock::now();
     std::atomic<int> mUnanswered = 0;
     std::atomic<bool> mClosed = false;
     mutable std::mutex mMutex; // guards what follows
     std::string mUnsent;
+    std::vector<std::shared_ptr<void>> mUnsentRounds;
+    std::chrono::steady_clock::time_point mLastWrite;
 };
 
 } // namespace quoddle

@@ -14,8 +14,14 @@ namespace quoddle {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::seconds kPatience{5}; // for the event that the application was launched for; its sender may have died
+
 std::unique_ptr<AEServer> sServer;
-std::thread sRemembering; // writes a file that nobody waits for
+bool sExpectsEvent = false;
+std::optional<Clock::time_point> sListening; // since when
+std::thread sRemembering;                    // writes a file that nobody waits for
 
 /// "get running of application": the code of the property when it is one of the application itself, else 0.
 FourCharCode askedProperty(const AEDesc& event) {
@@ -46,6 +52,18 @@ bool isQuit(const AEDesc& event) {
     return event.eventClass() == "aevt"_4cc && event.eventID() == "quit"_4cc;
 }
 
+/// "run" would otherwise run twice, "launch" not run is what it is there for, and files are opened instead of a run.
+AELaunchReason reasonFor(const AEDesc& event) {
+    static constexpr struct {
+        AEEventClass eventClass;
+        AEEventID eventID;
+    } kInsteadOfRun[] = {{"aevt"_4cc, "oapp"_4cc}, {"aevt"_4cc, "odoc"_4cc}, {"ascr"_4cc, "noop"_4cc}};
+    for (const auto& row : kInsteadOfRun)
+        if (event.eventClass() == row.eventClass && event.eventID() == row.eventID)
+            return AELaunchReason::eventInsteadOfRun;
+    return AELaunchReason::event;
+}
+
 OSStatus answer(const AEDesc& event, AEDesc* reply, std::optional<AEDesc> value) {
     AEDesc answered = AEEmptyReplyTo(event);
     if (value)
@@ -55,22 +73,32 @@ OSStatus answer(const AEDesc& event, AEDesc* reply, std::optional<AEDesc> value)
     return noErr;
 }
 
-OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
+/// -600 when nobody was reached, so that the event has been handled by nobody.
+OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options,
+                  bool& mayHaveEnded) {
     auto application = AEFindApplication(event.attribute("addr"_4cc).value_or(AEDesc()));
     if (auto known = knownProperty(askedProperty(event), application ? &*application : nullptr))
         return answer(event, reply, std::move(known));
     if (!application)
         return application.error();
     std::int32_t processID = application->processID;
+    mayHaveEnded = processID != 0 && !application->path.empty();
     if (processID == 0) {
         if (isQuit(event))
             return answer(event, reply, std::nullopt);
-        const auto launched = AELaunchApplication(application->path, AEDeadlineAfter(timeoutInTicks), options);
+        const auto launched = AELaunchApplication(application->path, reasonFor(event), AEDeadlineAfter(timeoutInTicks), options);
         if (!launched)
             return launched.error();
         processID = *launched;
     }
     return AESendToProcess(processID, event, reply, sendMode, timeoutInTicks, options);
+}
+
+OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
+    bool mayHaveEnded = false;
+    const OSStatus status = sendOnce(event, reply, sendMode, timeoutInTicks, options, mayHaveEnded);
+    // Found running, and gone when it was called: then it is one that can be launched.
+    return status == procNotFound && mayHaveEnded ? sendOnce(event, reply, sendMode, timeoutInTicks, options, mayHaveEnded) : status;
 }
 
 } // namespace
@@ -80,12 +108,14 @@ void AEInstallTransport() {
 }
 
 OSStatus AEListen(const AERunningApplication& application) {
+    sListening = Clock::now();
     const auto directory = AERuntimeDirectory();
     if (!directory)
         return directory.error();
-    sServer = std::make_unique<AEServer>();
-    if (const OSStatus status = sServer->start(*directory); status != noErr)
+    auto server = std::make_unique<AEServer>();
+    if (const OSStatus status = server->start(*directory); status != noErr)
         return status;
+    sServer = std::move(server);
     AERunningApplication canonical = application;
     canonical.path = AECanonicalPath(application.path);
     const OSStatus status = AERegisterApplication(canonical);
@@ -93,7 +123,22 @@ OSStatus AEListen(const AERunningApplication& application) {
     return status;
 }
 
+void AEExpectEvent() {
+    sExpectsEvent = true;
+}
+
+bool AEIsAnswered() {
+    if (sExpectsEvent) {
+        const bool mayCome = !sListening || (sServer && Clock::now() < *sListening + kPatience);
+        if (mayCome && !(sServer && sServer->hasReceived()))
+            return false;
+        sExpectsEvent = false;
+    }
+    return !sServer || sServer->isAnswered();
+}
+
 void AEStopListening() {
+    sListening.reset();
     if (!sServer)
         return;
     AEUnregisterApplication();

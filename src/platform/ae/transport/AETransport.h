@@ -14,6 +14,12 @@ void AEInstallTransport();
 /// This process takes events under the given name from now on, and is found by others. Once, on the main thread, when its handlers are
 /// installed. What cannot be done leaves the application deaf, not dead: a file status tells why.
 OSStatus AEListen(const AERunningApplication& application);
+/// Before AEListen(), by an application that was launched for an event which is on its way: it is waited for at the end.
+void AEExpectEvent();
+/// For an application that ends because its work is done, asked again and again until it is true: whether whoever has sent something has
+/// the answer, and the expected event has come. Nothing that comes after the first question is waited for, so that it does end. Main
+/// thread.
+bool AEIsAnswered();
 /// When the application ends: nothing more is taken in, and whoever waits for an answer gets -609.
 void AEStopListening();
 

@@ -2,22 +2,27 @@
 // Events over sockets: what arrives, what comes back, and peers that do not behave. Both ends live in this process; the server has its own
 // thread.
 #include "platform/ae/transport/AETransport.h"
+#include "platform/ae/AEFlatten.h"
 #include "platform/ae/NSAppleEventManager.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AEFrame.h"
 #include "platform/ae/transport/AERuntimeDirectory.h"
+#include "platform/ae/transport/AESecondLaunch.h"
 #include "platform/ae/transport/AEServer.h"
 #include "platform/ae/transport/AESocket.h"
 #include "platform/base/File.h"
 
 #include <atomic>
 #include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <thread>
 
 namespace quoddle {
@@ -54,6 +59,36 @@ protected:
             },
             "test"_4cc, "echo"_4cc);
     }
+    /// Keeps what comes until it is answered.
+    void handleLate() {
+        manager.setEventHandler(
+            [this](const NSAppleEventDescriptorRef&, const NSAppleEventDescriptorRef&) {
+                const std::lock_guard lock(mutex);
+                kept.push_back(manager.suspendCurrentAppleEvent());
+                ++handled;
+            },
+            "test"_4cc, "late"_4cc);
+    }
+    void answerKept() {
+        std::vector<NSAppleEventManagerSuspensionID> answered;
+        {
+            const std::lock_guard lock(mutex);
+            answered.swap(kept);
+        }
+        for (const auto& suspension : answered)
+            manager.resumeWithSuspensionID(suspension);
+    }
+    static bool eventually(const std::function<bool()>& condition) {
+        for (int wait = 0; !condition() && wait < 3000; ++wait)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return condition();
+    }
+    /// As a sender writes it.
+    static std::string bytesOf(const AEDesc& event) {
+        AEFrame frame;
+        EXPECT_EQ(AEFlattenDesc(event, frame.payload), noErr);
+        return frame.bytes();
+    }
     static AEDesc eventWith(AEEventID eventID, std::int32_t value) {
         AEDesc event = AEDesc::appleEvent("test"_4cc, eventID, AEDesc::ofProcess(getpid()));
         (void)event.put("----"_4cc, AEDesc::ofInt32(value));
@@ -81,6 +116,23 @@ protected:
     NSAppleEventManager& manager = NSAppleEventManager::sharedAppleEventManager();
     std::string root, directory;
     std::atomic<int> handled = 0;
+    std::mutex mutex;
+    std::vector<NSAppleEventManagerSuspensionID> kept;
+};
+
+/// For a while no descriptor can be opened.
+class WithoutDescriptors {
+public:
+    WithoutDescriptors() {
+        getrlimit(RLIMIT_NOFILE, &mBefore);
+        rlimit none = mBefore;
+        none.rlim_cur = 0;
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~WithoutDescriptors() { setrlimit(RLIMIT_NOFILE, &mBefore); }
+
+private:
+    rlimit mBefore{};
 };
 
 TEST_F(AETransportTest, BringsEventsAndReplies) {
@@ -219,9 +271,125 @@ TEST_F(AETransportTest, OutlivesHostileCallers) {
     EXPECT_EQ(valueOf(answered), 5);
 }
 
+TEST_F(AETransportTest, HandlesWhatSendersLeaveBehind) {
+    listen();
+    handleLate();
+    // More than are taken in at once, from a sender that does not wait for replies and goes.
+    constexpr int kEvents = 150;
+    {
+        const auto socket = connectTo(directory, AESocketName(getpid()));
+        ASSERT_TRUE(socket);
+        for (int i = 0; i < kEvents; ++i) {
+            const std::string bytes = bytesOf(eventWith("late"_4cc, i));
+            ASSERT_EQ(::send(socket->number(), bytes.data(), bytes.size(), MSG_NOSIGNAL), ssize_t(bytes.size()));
+            ASSERT_TRUE(i > 0 || eventually([&] { return handled == 1; }));
+        }
+    }
+    EXPECT_TRUE(eventually([&] {
+        answerKept();
+        return handled == kEvents;
+    })) << handled;
+}
+
+TEST_F(AETransportTest, WaitsForDescriptorsWithoutTurningInCircles) {
+    listen();
+    handleEcho();
+    const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_un address{AF_UNIX, {}};
+    (directory + "/" + AESocketName(getpid())).copy(address.sun_path, sizeof address.sun_path - 1);
+    {
+        const WithoutDescriptors none;
+        ASSERT_EQ(::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        const std::clock_t before = std::clock();
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 10);
+        // Whoever cannot look at the others does not take them for dead.
+        EXPECT_TRUE(AEListRunningApplications().empty());
+    }
+    EXPECT_EQ(AEListRunningApplications().size(), 1u);
+    const std::string bytes = bytesOf(eventWith("echo"_4cc, 1));
+    ::send(socket.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    EXPECT_TRUE(eventually([&] { return handled == 1; }));
+}
+
+TEST_F(AETransportTest, AnApplicationThatEndsWaitsForWhatItOwesAndNothingElse) {
+    EXPECT_TRUE(AEIsAnswered()) << "deaf, and nobody waits";
+    AEExpectEvent();
+    EXPECT_FALSE(AEIsAnswered()) << "the event it was launched for comes when it listens";
+    listen();
+    handleLate();
+    EXPECT_FALSE(AEIsAnswered());
+    std::vector<std::thread> senders;
+    const auto call = [&] {
+        const int before = handled;
+        senders.emplace_back([this] { EXPECT_EQ(send(eventWith("late"_4cc, 1), nullptr), noErr); });
+        ASSERT_TRUE(eventually([&] { return handled == before + 1; }));
+    };
+    call();
+    EXPECT_FALSE(AEIsAnswered());
+    std::vector<NSAppleEventManagerSuspensionID> first;
+    first.swap(kept);
+    call();
+    EXPECT_FALSE(AEIsAnswered());
+    manager.resumeWithSuspensionID(first[0]);
+    EXPECT_TRUE(AEIsAnswered()) << "what came after the question is not waited for";
+    EXPECT_FALSE(AEIsAnswered()) << "but by the next question";
+    answerKept();
+    EXPECT_TRUE(AEIsAnswered());
+
+    // A reply counts until the sender has taken it.
+    handleEcho();
+    AEDesc large = AEDesc::appleEvent("test"_4cc, "echo"_4cc);
+    (void)large.put("----"_4cc, AEDesc("utf8"_4cc, std::string(3'000'000, 'x')));
+    AEFrame frame;
+    frame.flags = AEFrame::kWantsReply;
+    ASSERT_EQ(AEFlattenDesc(large, frame.payload), noErr);
+    auto socket = connectTo(directory, AESocketName(getpid()));
+    ASSERT_TRUE(socket);
+    const std::string bytes = frame.bytes();
+    for (std::size_t sent = 0; sent < bytes.size();) {
+        const ssize_t count = ::send(socket->number(), bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+        sent += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    ASSERT_TRUE(eventually([&] { return handled == 3; }));
+    EXPECT_FALSE(AEIsAnswered());
+    socket->reset();
+    EXPECT_TRUE(eventually([] { return AEIsAnswered(); })) << "or has gone";
+    for (std::thread& sender : senders)
+        sender.join();
+}
+
+TEST_F(AETransportTest, AnApplicationThatCannotListenIsDeafNotDead) {
+    fs::create_directories(directory + "/" + AESocketName(getpid()) + "/in the way");
+    EXPECT_NE(AEListen({0, "Echo", "org.example.echo", root}), noErr);
+    AEExpectEvent();
+    EXPECT_TRUE(AEIsAnswered());
+    AEStopListening();
+}
+
+TEST_F(AETransportTest, LaunchesOfOneApplicationTakeTurnsAndLeaveNothing) {
+    auto first = std::make_unique<AELaunchLock>(root);
+    std::atomic<int> inside = 0, most = 0;
+    std::vector<std::thread> others;
+    for (int i = 0; i < 8; ++i)
+        others.emplace_back([&] {
+            AELaunchLock lock(root);
+            most = std::max(most.load(), ++inside);
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            --inside;
+        });
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(most, 0);
+    first.reset();
+    for (std::thread& other : others)
+        other.join();
+    EXPECT_EQ(most, 1);
+    EXPECT_TRUE(fs::is_empty(directory));
+}
+
 TEST_F(AETransportTest, KeepsARegistryOfWhatRuns) {
     // Left behind by processes that are gone, or whose number another process has now; and what is no record at all.
-    for (const char* name : {"999999999.app", "1.app", "12x.app", "nonsense.app"})
+    for (const char* name : {"999999999.app", "999999998.sock", "1.sock", "1.app", "12x.app", "nonsense.app"})
         ASSERT_EQ(writeFile(directory + "/" + name, "QAE1 no record"), noErr);
     listen();
     const auto running = AEListRunningApplications();
@@ -229,6 +397,7 @@ TEST_F(AETransportTest, KeepsARegistryOfWhatRuns) {
     EXPECT_EQ(running[0].processID, getpid());
     EXPECT_EQ(running[0].name, "Echo");
     EXPECT_FALSE(fs::exists(directory + "/1.app"));
+    EXPECT_FALSE(fs::exists(directory + "/999999998.sock"));
     EXPECT_TRUE(fs::exists(directory + "/nonsense.app"));
 
     fs::create_directory(root + "/Contents");
