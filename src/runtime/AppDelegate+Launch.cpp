@@ -137,7 +137,10 @@ void AppDelegate::terminateWhenAnswered() {
     constexpr double kSlice = 0.01; // seconds
     const QString again = u"terminateWhenAnswered"_s;
     mParts.performs->cancelPreviousPerformRequests(this, again);
-    mIsEnding = !applicationTriedToQuit() && mParts.areOthersAnswered && !mParts.areOthersAnswered();
+    const bool isCertain = !hasQuitHandler();
+    // Found by nobody any more, it also lets those end who have come last.
+    mIsEnding = !applicationTriedToQuit() && mParts.areOthersAnswered &&
+                (!mParts.areOthersAnswered(isCertain) || (isCertain && _isRespondingToScript()));
     if (!mIsEnding)
         return terminate();
     mParts.performs->perform(

@@ -55,8 +55,8 @@ struct AppDelegateParts {
     /// Launched by another application for an event that takes the place of the run.
     bool isLaunchedInsteadOfRun = false;
     /// Asked, until it is true, before an applet whose work is done ends by itself: whether the other applications that sent it something
-    /// have their answers. Without it: they have.
-    std::function<bool()> areOthersAnswered;
+    /// have their answers. `isEndCertain`: the script cannot refuse. Without it: they have.
+    std::function<bool(bool isEndCertain)> areOthersAnswered;
 
     /// Puts the in-applet dialog commands in place. Without it scripts get the standard ones.
     std::function<void(AppDelegate&)> installOSAXEventHandlers;

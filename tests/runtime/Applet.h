@@ -80,9 +80,9 @@ public:
         const char* info = "";        ///< further entries of the Info.plist, OpenStep form
         const char* infoXML = "";     ///< the value of KVBUseStandardOSAXEN in the XML form, which has numbers; no other entries then
         const char* strings = "RuntimeErrorInformation = \"because: %@\";";
-        bool insteadOfRun = false;                    ///< launched for an event in place of the run
-        std::function<bool()> areOthersAnswered = {}; ///< nothing: yes
-        bool filter = false;                          ///< refuses files whose name has "bad" in it
+        bool insteadOfRun = false;                        ///< launched for an event in place of the run
+        std::function<bool(bool)> areOthersAnswered = {}; ///< nothing: yes
+        bool filter = false;                              ///< refuses files whose name has "bad" in it
     };
     explicit Applet(Options options);
     ~Applet();

@@ -108,7 +108,10 @@ TEST(Launch, AnAppletWhoseWorkIsDoneEndsWhenOthersHaveTheirAnswers) {
         for (const bool isQuitAskedFor : {false, true}) {
             SCOPED_TRACE(testing::Message() << handlers << isQuitAskedFor);
             int owed = 3;
-            Applet applet({.handlers = handlers, .info = kNoPane, .areOthersAnswered = [&] { return --owed <= 0; }});
+            Applet applet({.handlers = handlers, .info = kNoPane, .areOthersAnswered = [&](bool isEndCertain) {
+                               EXPECT_EQ(isEndCertain, std::string_view(handlers) != "run quit");
+                               return --owed <= 0;
+                           }});
             ScriptedComponent::sHandlers["quit"] = [](ScriptedComponent::Run& run) {
                 run.continueEvent();
                 return ScriptedComponent::Outcome();

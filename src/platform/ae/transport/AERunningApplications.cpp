@@ -59,9 +59,13 @@ std::int32_t processIDOf(const fs::path& file) {
     return isNumber ? std::atoi(digits.c_str()) : 0;
 }
 
+std::string recordPath(const std::string& directory, std::int32_t processID) {
+    return directory + "/" + std::to_string(processID) + std::string(kRecordExtension);
+}
+
 void removeFilesOf(const std::string& directory, std::int32_t processID) {
     unlink((directory + "/" + AESocketName(processID)).c_str());
-    unlink((directory + "/" + std::to_string(processID) + std::string(kRecordExtension)).c_str());
+    unlink(recordPath(directory, processID).c_str());
 }
 
 /// A socket that no record goes with: its process has ended before it could make one, or has not come so far.
@@ -136,7 +140,12 @@ OSStatus AERegisterApplication(const AERunningApplication& application) {
     std::string bytes;
     if (const OSStatus status = AEFlattenDesc(record, bytes); status != noErr)
         return status;
-    return writeFile(*directory + "/" + std::to_string(getpid()) + std::string(kRecordExtension), bytes);
+    return writeFile(recordPath(*directory, getpid()), bytes);
+}
+
+void AEWithdrawApplication() {
+    if (const auto directory = AERuntimeDirectory())
+        unlink(recordPath(*directory, getpid()).c_str());
 }
 
 void AEUnregisterApplication() {

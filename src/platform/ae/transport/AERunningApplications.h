@@ -26,7 +26,9 @@ std::vector<AERunningApplication> AEListRunningApplications();
 
 /// Makes a record of this process, complete or not at all; its processID is ignored. A file status on failure.
 OSStatus AERegisterApplication(const AERunningApplication& application);
-/// Removes the record and the socket of this process.
+/// Removes the record of this process, so that it is found no more. Its socket stays for those who have found it.
+void AEWithdrawApplication();
+/// Removes both.
 void AEUnregisterApplication();
 
 /// False for one that has ended, also when nobody has collected it yet.

@@ -58,7 +58,9 @@ std::optional<OSStatus> AEHandOver(const std::string& bundlePath, const std::vec
         (void)event.put("----"_4cc, std::move(list));
     }
     AEDesc reply;
-    const OSStatus status = AESendToProcess(running->processID, event, &reply, kAEWaitReply, kNoTimeOut, {});
+    // Files take as long as they take; to come to the front does not, and one that cannot do even that is not waited for.
+    const std::int32_t timeout = files.empty() ? kAEDefaultTimeout : kNoTimeOut;
+    const OSStatus status = AESendToProcess(running->processID, event, &reply, kAEWaitReply, timeout, {});
     if (status == procNotFound || (status == connectionInvalid && files.empty()))
         return std::nullopt; // it has just ended
     const AEDesc* error = reply.find("errn"_4cc);

@@ -127,14 +127,18 @@ void AEExpectEvent() {
     sExpectsEvent = true;
 }
 
-bool AEIsAnswered() {
+bool AEIsAnswered(bool isEndCertain) {
     if (sExpectsEvent) {
         const bool mayCome = !sListening || (sServer && Clock::now() < *sListening + kPatience);
         if (mayCome && !(sServer && sServer->hasReceived()))
             return false;
         sExpectsEvent = false;
     }
-    return !sServer || sServer->isAnswered();
+    if (!sServer)
+        return true;
+    if (isEndCertain)
+        AEWithdrawApplication();
+    return sServer->isAnswered();
 }
 
 void AEStopListening() {

@@ -313,12 +313,12 @@ TEST_F(AETransportTest, WaitsForDescriptorsWithoutTurningInCircles) {
 }
 
 TEST_F(AETransportTest, AnApplicationThatEndsWaitsForWhatItOwesAndNothingElse) {
-    EXPECT_TRUE(AEIsAnswered()) << "deaf, and nobody waits";
+    EXPECT_TRUE(AEIsAnswered(false)) << "deaf, and nobody waits";
     AEExpectEvent();
-    EXPECT_FALSE(AEIsAnswered()) << "the event it was launched for comes when it listens";
+    EXPECT_FALSE(AEIsAnswered(false)) << "the event it was launched for comes when it listens";
     listen();
     handleLate();
-    EXPECT_FALSE(AEIsAnswered());
+    EXPECT_FALSE(AEIsAnswered(false));
     std::vector<std::thread> senders;
     const auto call = [&] {
         const int before = handled;
@@ -326,16 +326,18 @@ TEST_F(AETransportTest, AnApplicationThatEndsWaitsForWhatItOwesAndNothingElse) {
         ASSERT_TRUE(eventually([&] { return handled == before + 1; }));
     };
     call();
-    EXPECT_FALSE(AEIsAnswered());
+    EXPECT_FALSE(AEIsAnswered(false));
     std::vector<NSAppleEventManagerSuspensionID> first;
     first.swap(kept);
     call();
-    EXPECT_FALSE(AEIsAnswered());
+    EXPECT_FALSE(AEIsAnswered(false));
     manager.resumeWithSuspensionID(first[0]);
-    EXPECT_TRUE(AEIsAnswered()) << "what came after the question is not waited for";
-    EXPECT_FALSE(AEIsAnswered()) << "but by the next question";
+    EXPECT_EQ(AEListRunningApplications().size(), 1u);
+    EXPECT_TRUE(AEIsAnswered(true)) << "what came after the question is not waited for";
+    EXPECT_TRUE(AEListRunningApplications().empty());
+    EXPECT_FALSE(AEIsAnswered(false)) << "but by the next question";
     answerKept();
-    EXPECT_TRUE(AEIsAnswered());
+    EXPECT_TRUE(AEIsAnswered(false));
 
     // A reply counts until the sender has taken it.
     handleEcho();
@@ -352,9 +354,9 @@ TEST_F(AETransportTest, AnApplicationThatEndsWaitsForWhatItOwesAndNothingElse) {
         sent += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
     ASSERT_TRUE(eventually([&] { return handled == 3; }));
-    EXPECT_FALSE(AEIsAnswered());
+    EXPECT_FALSE(AEIsAnswered(false));
     socket->reset();
-    EXPECT_TRUE(eventually([] { return AEIsAnswered(); })) << "or has gone";
+    EXPECT_TRUE(eventually([] { return AEIsAnswered(false); })) << "or has gone";
     for (std::thread& sender : senders)
         sender.join();
 }
@@ -363,7 +365,7 @@ TEST_F(AETransportTest, AnApplicationThatCannotListenIsDeafNotDead) {
     fs::create_directories(directory + "/" + AESocketName(getpid()) + "/in the way");
     EXPECT_NE(AEListen({0, "Echo", "org.example.echo", root}), noErr);
     AEExpectEvent();
-    EXPECT_TRUE(AEIsAnswered());
+    EXPECT_TRUE(AEIsAnswered(false));
     AEStopListening();
 }
 
