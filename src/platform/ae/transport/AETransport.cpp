@@ -73,9 +73,10 @@ OSStatus answer(const AEDesc& event, AEDesc* reply, std::optional<AEDesc> value)
     return noErr;
 }
 
-/// -600 when nobody was reached, so that the event has been handled by nobody.
+/// -600 when the event has reached nobody; `mayHaveEnded` then tells whether the application was there before, so that it can be launched.
 OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options,
                   bool& mayHaveEnded) {
+    mayHaveEnded = false;
     auto application = AEFindApplication(event.attribute("addr"_4cc).value_or(AEDesc()));
     if (auto known = knownProperty(askedProperty(event), application ? &*application : nullptr))
         return answer(event, reply, std::move(known));
@@ -90,15 +91,18 @@ OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::
         if (!launched)
             return launched.error();
         processID = *launched;
+        mayHaveEnded = true;
     }
     return AESendToProcess(processID, event, reply, sendMode, timeoutInTicks, options);
 }
 
 OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
-    bool mayHaveEnded = false;
-    const OSStatus status = sendOnce(event, reply, sendMode, timeoutInTicks, options, mayHaveEnded);
-    // Found running, and gone when it was called: then it is one that can be launched.
-    return status == procNotFound && mayHaveEnded ? sendOnce(event, reply, sendMode, timeoutInTicks, options, mayHaveEnded) : status;
+    constexpr int kAttempts = 4; // to meet one that does not end at that moment
+    OSStatus status = procNotFound;
+    bool mayHaveEnded = true;
+    for (int attempt = 0; attempt < kAttempts && status == procNotFound && mayHaveEnded; ++attempt)
+        status = sendOnce(event, reply, sendMode, timeoutInTicks, options, mayHaveEnded);
+    return status;
 }
 
 } // namespace
