@@ -128,6 +128,17 @@ QXOSAIDRef QXOSAID::propertyForPropertyID(FourCharCode propertyID, OSAModeFlags 
     return propertyForDescriptor(descriptorOfProperty(propertyID), modeFlags);
 }
 
+std::optional<AEDesc> QXOSAID::plainValueForPropertyID(FourCharCode propertyID) const {
+    OSAID value = 0;
+    if (!isValid() || OSAGetProperty(instance(), kOSAModeNull, mValueID, AEDesc::ofCode("prop"_4cc, propertyID), value) != noErr)
+        return std::nullopt;
+    AEDesc plain;
+    const OSStatus status = OSACoerceToDesc(instance(), value, "****"_4cc, kOSAModeNull, plain);
+    OSADispose(instance(), value);
+    const bool isPlain = status == noErr && (plain.type() == "long"_4cc || plain.type() == "utxt"_4cc);
+    return isPlain ? std::optional(std::move(plain)) : std::nullopt;
+}
+
 bool QXOSAID::hasPropertyForDescriptor(const NSAppleEventDescriptorRef& descriptor) {
     OSAID value = 0;
     bool found = getPropertyByName(aeDescOf(descriptor), kOSAModeNull, value) == noErr;

@@ -22,6 +22,8 @@ QXOSAIDRef propertyOf(const QXOSAIDRef& object, FourCharCode property) {
 }
 
 std::int32_t numberOf(const QXOSAIDRef& object, FourCharCode property) {
+    if (const auto plain = object->plainValueForPropertyID(property))
+        return plain->asInt32().value_or(0);
     const QXOSAIDRef value = propertyOf(object, property);
     const NSAppleEventDescriptorRef descriptor = value ? value->descriptor() : nullptr;
     return descriptor ? descriptor->int32Value() : 0;
@@ -29,6 +31,8 @@ std::int32_t numberOf(const QXOSAIDRef& object, FourCharCode property) {
 
 /// Never a null string, so that absent and empty compare equal.
 QString trimmedTextOf(const QXOSAIDRef& object, FourCharCode property) {
+    if (const auto plain = object->plainValueForPropertyID(property))
+        return u""_s + QString::fromStdU16String(plain->asText().value_or(std::u16string())).trimmed();
     const QXOSAIDRef value = propertyOf(object, property);
     const QString text = value ? value->stringValue().trimmed() : QString();
     return text.isNull() ? u""_s : text;
