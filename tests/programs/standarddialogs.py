@@ -48,6 +48,22 @@ GLib.MainLoop().run()
 """
 
 
+# Every parameter of every command, written as the printer writes it.
+PARAMETERS = """choose application with title "a" with prompt "b" as alias with multiple selections allowed
+choose color default color {1, 2, 3}
+choose file with prompt "a" of type {"b"} default location c with invisibles, multiple selections allowed and showing package contents
+choose file name with prompt "a" default name "b" default location c
+choose folder with prompt "a" default location c with invisibles, multiple selections allowed and showing package contents
+choose from list {1} with title "a" with prompt "b" default items {1} OK button name "c" cancel button name "d" with multiple selections allowed and empty selection allowed
+choose remote application with title "a" with prompt "b"
+choose URL showing {Web servers, FTP Servers, Telnet hosts, File servers, News servers, Directory services, Media servers, Remote applications} with editable URL
+display alert "a" message "b" as warning buttons {"c"} default button 1 cancel button "c" giving up after 3
+display dialog "a" default answer "b" buttons {"c"} default button 1 cancel button "c" with title "d" with icon caution giving up after 3 with hidden answer
+display notification "a" with title "b" subtitle "c" sound name "d"
+say "a" displaying "b" using "c" speaking rate 1 pitch 2 modulation 3 volume 4 saving to "d" with stopping current speech and waiting until completion
+"""
+
+
 class Run:
     """A script that runs, and the dialog that it shows."""
 
@@ -308,6 +324,11 @@ class StandardDialogs(harness.AppletCase):
             for command in ('display dialog "x"', "choose file", "choose color", 'choose from list {"a"}'):
                 self.assertEqual(self.script(command).result(), "-1713", (display, command))
             self.assertEqual(self.script('display notification "x"').result(), "")
+
+    def test_every_parameter_is_known_by_its_words(self):
+        (self.folder / "all.applescript").write_text(PARAMETERS)
+        subprocess.run([str(binaries() / "osacompile"), "-o", str(self.folder / "all.scpt"), str(self.folder / "all.applescript")], check=True)
+        self.assertEqual(subprocess.run([str(binaries() / "osadecompile"), str(self.folder / "all.scpt")], capture_output=True, text=True).stdout, PARAMETERS)
 
     def test_osascript_itself_does_without_windows(self):
         libraries = subprocess.run(["ldd", str(binaries() / "osascript")], capture_output=True, text=True, check=True).stdout
