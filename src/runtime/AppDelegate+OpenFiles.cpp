@@ -56,7 +56,7 @@ void AppDelegate::applicationOpenFiles(const QStringList& filenames) {
     }
     const auto files = NSAppleEventDescriptor::listDescriptor();
     for (const QString& filename : filenames) {
-        if (mParts.isFileAcceptable && !mParts.isFileAcceptable(filename)) {
+        if (!isFileAcceptable(filename)) {
             mParts.application->replyToOpenOrPrint(NSApplicationDelegateReply::failure); // all or nothing
             return;
         }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // AppDelegate: the spine of the applet shell. It loads the applet's script, decides what of it runs when, and when the process ends. One
 // class, a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, stop, quit), +OpenFiles,
-// +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Progress, +Alerts.
-// One decision: everything is decided on the main thread, which never waits for the script; only executions and scriptDidYield() run on the
-// script queue's thread. All functions are the main thread's unless they say otherwise.
+// +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Hooks (questions to the script),
+// +Progress, +Alerts. One decision: everything is decided on the main thread, which never waits for the script; only executions and
+// scriptDidYield() run on the script queue's thread. All functions are the main thread's unless they say otherwise.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -55,6 +55,10 @@ public:
     void _setupApplication(bool toOpenFiles);
     /// Replaces every "APPNAME" in the titles of the menu and of those below it.
     static void _setAppName(const QString& name, NSMenu& inMenu);
+
+    // Hooks: handlers by which a script answers questions
+    /// "appletfileisacceptable"; without it every file is, for a script with an open handler. A script error is shown and refuses.
+    bool isFileAcceptable(const QString& path);
 
     // Lifecycle
     void runMainScript();

@@ -62,8 +62,6 @@ struct AppDelegateParts {
     std::function<void(AppDelegate&)> installOSAXEventHandlers;
     /// Reads which files a droplet takes. Without it there is no filter.
     std::function<void(AppDelegate&)> loadExtAndUTIPrefs;
-    /// The droplet's judgement of one file, by absolute path. Without it every file is acceptable.
-    std::function<bool(const QString& path)> isFileAcceptable;
     /// Lets the user choose the applet for the test mode: its path, empty when the choice was cancelled. Without it the choice is
     /// cancelled.
     std::function<QString()> chooseTestApplet;

@@ -154,6 +154,25 @@ class Lifecycle(harness.AppletCase):
         over.wait(15)
         self.assertEqual(applet.said("runs"), "")
 
+    def test_files_of_which_the_script_refuses_one(self):
+        files = [self.made(name) for name in ("a", "bad", "c")]
+        applet = self.start("Choosy", """
+            on open these
+                do shell script "echo " & (count these) & " >> FOLDER/opened"
+            end open
+            on appletFileIsAcceptable(f)
+                return POSIX path of f does not end with "bad"
+            end appletFileIsAcceptable
+            on idle
+                return 100
+            end idle
+            """, options=["-s"])
+        until(lambda: self.osascript("-e", 'application "Choosy" is running').stdout == "true\n", "the applet")
+        self.assertNotEqual(self.hand_over(applet, *files).wait(15), 0)
+        self.assertEqual(applet.said("opened"), "")
+        self.assertEqual(self.hand_over(applet, files[0], files[2]).wait(15), 0)
+        self.assertEqual(applet.said("opened"), "2\n")
+
     # Running and being stopped
 
     def busy_at(self, place, number):

@@ -136,8 +136,6 @@ Applet::Applet(Options options) {
     parts.chooseTestApplet = [this] { return chooseTestApplet ? chooseTestApplet() : QString(); };
     parts.isLaunchedInsteadOfRun = options.insteadOfRun;
     parts.areOthersAnswered = options.areOthersAnswered;
-    if (options.filter)
-        parts.isFileAcceptable = [](const QString& path) { return !path.contains(u"bad"_s); };
     parts.updater = mUpdater.get();
     delegate = std::make_unique<AppDelegate>(std::move(parts));
     application.delegate = delegate.get();

@@ -82,7 +82,6 @@ public:
         const char* strings = "RuntimeErrorInformation = \"because: %@\";";
         bool insteadOfRun = false;                        ///< launched for an event in place of the run
         std::function<bool(bool)> areOthersAnswered = {}; ///< nothing: yes
-        bool filter = false;                              ///< refuses files whose name has "bad" in it
     };
     explicit Applet(Options options);
     ~Applet();

@@ -399,6 +399,7 @@ TEST(RuntimeError, TwoInQuickSuccessionShowOneAlert) {
 }
 
 TEST(OpenFiles, RunsAllOrNothing) {
+    const char *const kHook = "appletfileisacceptable", *const kChoosy = "open appletfileisacceptable";
     struct {
         const char *name, *handlers, *info;
         bool visible;
@@ -411,13 +412,16 @@ TEST(OpenFiles, RunsAllOrNothing) {
         {"success", "open", kStay, true, {u"/a b"_s, u"/ü"_s}, {}, {u"open reply: 0"_s}, {"open"}, 0},
         {"success, one-shot", "open", kNoPane, true, {u"/a"_s}, {}, {u"open reply: 0"_s, u"terminate: now"_s}, {"open"}, 0},
         {"cancelled", "open", kStay, true, {u"/a"_s}, ScriptedComponent::failing(userCanceledErr, u""), {u"open reply: 1"_s}, {"open"}, 0},
-        {"one is refused", "open", kStay, true, {u"/a"_s, u"/bad"_s, u"/c"_s}, {}, {u"open reply: 2"_s}, {}, 0},
+        {"accepted by the script", kChoosy, kStay, true, {u"/a"_s}, {}, {u"open reply: 0"_s}, {kHook, "open"}, 0},
+        {"one is refused", kChoosy, kStay, true, {u"/a"_s, u"/bad"_s, u"/c"_s}, {}, {u"open reply: 2"_s}, {kHook, kHook}, 0},
+        {"not decided by a cancelled question", kChoosy, kStay, true, {u"/cancel"_s}, {}, {u"open reply: 2"_s}, {kHook}, 0},
+        {"the question fails", kChoosy, kStay, true, {u"/fail"_s, u"/a"_s}, {}, {u"open reply: 2"_s}, {kHook}, 1},
         {"no open handler, window seen", "run", kStay, true, {u"/a"_s}, {}, {u"open reply: 1"_s}, {}, 1},
         {"no open handler, window not seen", "run", kStay, false, {u"/a"_s}, {}, {u"terminate: now"_s, u"open reply: 1"_s}, {}, 0},
     };
     for (const auto& row : table) {
         SCOPED_TRACE(row.name);
-        Applet applet({.handlers = row.handlers, .info = row.info, .filter = true});
+        Applet applet({.handlers = row.handlers, .info = row.info});
         applet.delegate->_setupApplication(false);
         applet.window->visible = row.visible;
         QStringList received;
@@ -426,16 +430,24 @@ TEST(OpenFiles, RunsAllOrNothing) {
                 received << QString::fromStdString(file.asFilePath().value_or("?"));
             return row.outcome;
         };
+        ScriptedComponent::sHandlers[kHook] = [](ScriptedComponent::Run& run) {
+            const std::string path = run.event.find("----"_4cc)->itemAt(1)->asFilePath().value_or("?");
+            if (path == "/fail" || path == "/cancel")
+                return ScriptedComponent::failing(path == "/fail" ? 7 : userCanceledErr, u"");
+            return Outcome{AEDesc::ofBoolean(path != "/bad")};
+        };
         applet.delegate->applicationOpenFiles(row.files);
         EXPECT_TRUE(applet.delegate->scriptStarted());
         applet.settle();
         EXPECT_EQ(applet.application.log, row.application);
         EXPECT_EQ(ScriptedComponent::calls(), row.calls);
         EXPECT_EQ(applet.alerts.shown.size(), row.alerts);
-        EXPECT_EQ(received, row.calls.empty() ? QStringList() : row.files);
+        EXPECT_EQ(received, std::ranges::count(row.calls, "open") == 0 ? QStringList() : row.files);
         if (row.alerts) {
-            EXPECT_EQ(applet.alerts.shown[0].messageText, u"NoOpenHandlerMessage"_s);
-            EXPECT_EQ(applet.alerts.shown[0].informativeText, u"NoOpenHandlerInformation"_s);
+            const bool isRuntimeError = row.handlers == kChoosy;
+            EXPECT_EQ(applet.alerts.shown[0].messageText, isRuntimeError ? u"RuntimeErrorMessage"_s : u"NoOpenHandlerMessage"_s);
+            EXPECT_EQ(applet.alerts.shown[0].informativeText,
+                      isRuntimeError ? u"RuntimeErrorInformation"_s : u"NoOpenHandlerInformation"_s);
             applet.alerts.dismiss();
             EXPECT_TRUE(applet.ended());
         }
