@@ -12,15 +12,17 @@ namespace quoddle {
 
 namespace {
 
-/// Where to begin; nothing given is no error.
+/// Where to begin. Nothing given is no error; nor is an alias that leads nowhere here, for scripts bring those that other computers have
+/// stored in them.
 std::optional<CommandError> readLocation(const AEDesc& event, NSSavePanel& panel) {
     const AEDesc* location = event.find("dflc"_4cc);
     if (!location)
         return std::nullopt;
     const auto path = additions::filePathOf(*location);
-    if (!path)
+    if (path)
+        panel.setDirectory(QString::fromStdString(*path));
+    else if (location->type() != "alis"_4cc)
         return CommandError{errAECoercionFail, {}, *location, "furl"_4cc};
-    panel.setDirectory(QString::fromStdString(*path));
     return std::nullopt;
 }
 

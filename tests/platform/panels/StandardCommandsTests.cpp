@@ -233,7 +233,7 @@ TEST_F(StandardCommandsTest, FilesAreAliasesAndNamesAreFiles) {
     EXPECT_EQ(confirmed("sysostfl", {at({})}, u"Choose"_s), u"alias "_s + folder + u'/');
     EXPECT_EQ(confirmed("sysonwfl", {at({}), {"dfnm"_4cc, text("new.txt")}}, u"Save"_s), u"file "_s + folder + u"/new.txt"_s);
     for (const char* command : {"sysostdf", "sysostfl", "sysonwfl"}) {
-        perform(command, {at({})});
+        EXPECT_NE(perform(command, {{"dflc"_4cc, AEDesc("alis"_4cc, std::string_view("\0\1\2", 3))}}), nullptr);
         press(u"Cancel"_s);
         EXPECT_EQ(answer(), u"-128"_s);
         EXPECT_EQ(perform(command, {{"dflc"_4cc, listOf({})}}), nullptr);
