@@ -62,7 +62,7 @@ public:
         // The dialog goes later: its button is in the middle of calling. The next one does not wait for that.
         const auto self = shared_from_this();
         std::erase(sSessions, self);
-        QTimer::singleShot(0, qApp, [self] {});
+        NSApplication::sharedApplication()->releaseLater(self);
         if (!sSessions.empty())
             QTimer::singleShot(0, qApp, &showFirst);
     }

@@ -447,7 +447,7 @@ TEST(OpenFiles, RunsAllOrNothing) {
             const bool isRuntimeError = row.handlers == kChoosy;
             EXPECT_EQ(applet.alerts.shown[0].messageText, isRuntimeError ? u"RuntimeErrorMessage"_s : u"NoOpenHandlerMessage"_s);
             EXPECT_EQ(applet.alerts.shown[0].informativeText,
-                      isRuntimeError ? u"RuntimeErrorInformation"_s : u"NoOpenHandlerInformation"_s);
+                      isRuntimeError ? u"because: "_s : u"NoOpenHandlerInformation"_s);
             applet.alerts.dismiss();
             EXPECT_TRUE(applet.ended());
         }

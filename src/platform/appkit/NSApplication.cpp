@@ -47,6 +47,7 @@ NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) 
 }
 
 NSApplication::~NSApplication() {
+    mToRelease.clear();
     AESetMainThread({});
 }
 
@@ -174,6 +175,12 @@ int NSApplication::runModalForWindow(QDialog& dialog) {
     std::erase(mModalSessions, &session);
     dialog.hide();
     return session.returnCode;
+}
+
+void NSApplication::releaseLater(std::shared_ptr<void> object) {
+    mToRelease.push_back(std::move(object));
+    if (mToRelease.size() == 1)
+        QTimer::singleShot(0, this, [this] { std::exchange(mToRelease, {}).clear(); });
 }
 
 void NSApplication::stopModal(int returnCode) {

@@ -77,6 +77,9 @@ public:
     int runModalForWindow(QDialog& dialog);
     /// Ends the innermost session.
     void stopModal(int returnCode);
+    /// Lets go of the object when the event loop comes round, at the latest when the application goes: for a dialog whose button is in the
+    /// middle of calling.
+    void releaseLater(std::shared_ptr<void> object);
     int modalSessionCount() const { return static_cast<int>(mModalSessions.size()); }
 
 protected:
@@ -110,6 +113,7 @@ private:
     int mAskedOpenRequest = 0;                                // the one that the delegate is being asked about; 0: none
     std::vector<NSAppleEventManagerSuspensionID> mQuitEvents; // that wait for the answer
     std::vector<ModalSession*> mModalSessions;
+    std::vector<std::shared_ptr<void>> mToRelease;
     int mTerminationQuestions = 0;
     bool mReplyPending = false;
     bool mTerminating = false;

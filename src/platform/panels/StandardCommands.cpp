@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/StandardCommands.h"
 
+#include "platform/appkit/NSApplication.h"
 #include "platform/panels/Notification.h"
 
 #include <limits>
@@ -95,7 +96,7 @@ void StandardCommands::retire() {
     const auto dialog = std::exchange(mCurrent, {}).dialog;
     disconnect(dialog.get(), nullptr, this, nullptr);
     dialog->hide();
-    QTimer::singleShot(0, qApp, [dialog] {});
+    NSApplication::sharedApplication()->releaseLater(dialog);
 }
 
 void StandardCommands::finish(int returnCode) {
