@@ -25,6 +25,7 @@ except (ImportError, ValueError):
     os.execv("/usr/bin/python3", ["/usr/bin/python3", *sys.argv])  # the one that the system's packages are for
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "applets"))
+import accessibility
 import harness
 from harness import binaries, until
 
@@ -86,52 +87,13 @@ class Run:
         return errors.rstrip().rpartition("(")[2].rstrip(")")
 
 
-class StandardDialogs(harness.AppletCase):
-    @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
-        cls.bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; read line'], env=cls.display.environment,
-                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        cls.display.environment.update(DBUS_SESSION_BUS_ADDRESS=cls.bus.stdout.readline().strip(), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
-        cls.launcher = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], env=cls.display.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        os.environ.update({name: cls.display.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
-        from gi.repository import Atspi
-        Atspi.init()
-        cls.atspi = Atspi
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.launcher.terminate()
-        cls.launcher.wait()
-        cls.bus.communicate("\n", timeout=harness.DEADLINE)
-        super().tearDownClass()
-
+class StandardDialogs(accessibility.AccessibleCase):
     def setUp(self):
         super().setUp()
         (self.folder / "run").mkdir(mode=0o700)
         (self.folder / "share").mkdir()
         self.environment = dict(self.display.environment, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"), XDG_DATA_HOME=str(self.folder / "data"),
                                 XDG_DATA_DIRS=str(self.folder / "share"), XDG_RUNTIME_DIR=str(self.folder / "run"), QUODDLE_SHELL=str(binaries() / "quoddle-shell"))
-
-    # The dialog as a screen reader sees it.
-
-    def accessibles(self):
-        waiting = []
-        desktop = self.atspi.get_desktop(0)
-        for i in range(desktop.get_child_count()):
-            waiting.append(desktop.get_child_at_index(i))
-        while waiting:
-            item = waiting.pop(0)
-            try:
-                if item is None or not item.get_state_set().contains(self.atspi.StateType.SHOWING) and item.get_role_name() not in ("application", "dialog", "frame"):
-                    continue
-                waiting += [item.get_child_at_index(i) for i in range(min(item.get_child_count(), 200))]
-                yield item, item.get_name(), item.get_role_name()
-            except gi.repository.GLib.Error:
-                pass  # it has gone in the meantime
-
-    def find(self, name, role=None):
-        return until(lambda: next((item for item, called, kind in self.accessibles() if called == name and role in (None, kind)), None), f"{role or 'control'} “{name}”")
 
     def press(self, name):
         self.find(name, "push button").do_action(0)
@@ -226,7 +188,7 @@ class StandardDialogs(harness.AppletCase):
         run = self.script(f'POSIX path of (choose file with prompt "Which text is to be counted?" of type {{"txt"}} {place} without invisibles)')
         self.find("Notes.txt")
         self.picture("file")
-        self.assertFalse([name for _, name, _ in self.accessibles() if name in ("Picture.png", ".hidden.txt")])
+        self.assertFalse([name for _, name, _ in self.showing() if name in ("Picture.png", ".hidden.txt")])
         self.keys("Open", "n", "o", "Return")
         self.assertEqual(run.result(), f'"{files}/Notes.txt"')
         run = self.script(f'choose folder with prompt "Where to?" {place} with multiple selections allowed')

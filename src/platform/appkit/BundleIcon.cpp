@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/BundleIcon.h"
 
+#include "platform/appkit/DrawnIcon.h"
 #include "platform/appkit/StockIcons.h"
 #include "platform/foundation/NSBundle.h"
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -16,60 +16,41 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A sheet of script on a rounded tile, and the arrow that runs it.
-class AppletIconEngine final : public QIconEngine {
-public:
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.topLeft());
-        painter->scale(rect.width() / 64.0, rect.height() / 64.0);
-        if (mode == QIcon::Disabled)
-            painter->setOpacity(0.5);
-        painter->setPen(Qt::NoPen);
-        QLinearGradient tile(0, 4, 0, 60);
-        tile.setColorAt(0, QColor(0x62, 0x86, 0xd9));
-        tile.setColorAt(1, QColor(0x3b, 0x52, 0xa8));
-        painter->setBrush(tile);
-        painter->drawRoundedRect(QRectF(4, 4, 56, 56), 13, 13);
-        paintSheet(*painter);
-        paintArrow(*painter);
-        painter->restore();
-    }
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return pixmap;
-    }
-    QIconEngine* clone() const override { return new AppletIconEngine; }
+void paintSheet(QPainter& painter) {
+    painter.setBrush(QColor(255, 255, 255, 240));
+    painter.drawRoundedRect(QRectF(16, 13, 27, 37), 3.5, 3.5);
+    painter.setBrush(QColor(0x3b, 0x52, 0xa8, 110));
+    constexpr double kWidths[] = {17, 12, 15, 9};
+    for (int line = 0; line < 4; ++line)
+        painter.drawRoundedRect(QRectF(line % 2 ? 24 : 20.5, 19 + line * 6.5, kWidths[line], 2.6), 1.3, 1.3);
+}
 
-private:
-    static void paintSheet(QPainter& painter) {
-        painter.setBrush(QColor(255, 255, 255, 240));
-        painter.drawRoundedRect(QRectF(16, 13, 27, 37), 3.5, 3.5);
-        painter.setBrush(QColor(0x3b, 0x52, 0xa8, 110));
-        constexpr double kWidths[] = {17, 12, 15, 9};
-        for (int line = 0; line < 4; ++line)
-            painter.drawRoundedRect(QRectF(line % 2 ? 24 : 20.5, 19 + line * 6.5, kWidths[line], 2.6), 1.3, 1.3);
-    }
-    static void paintArrow(QPainter& painter) {
-        painter.setBrush(QColor(0x35, 0xb3, 0x6a));
-        painter.drawEllipse(QPointF(43, 43), 11.5, 11.5);
-        QPainterPath arrow(QPointF(39.8, 37.2));
-        arrow.lineTo(49, 43);
-        arrow.lineTo(39.8, 48.8);
-        arrow.closeSubpath();
-        painter.setBrush(Qt::white);
-        painter.drawPath(arrow);
-    }
-};
+void paintArrow(QPainter& painter) {
+    painter.setBrush(QColor(0x35, 0xb3, 0x6a));
+    painter.drawEllipse(QPointF(43, 43), 11.5, 11.5);
+    QPainterPath arrow(QPointF(39.8, 37.2));
+    arrow.lineTo(49, 43);
+    arrow.lineTo(39.8, 48.8);
+    arrow.closeSubpath();
+    painter.setBrush(Qt::white);
+    painter.drawPath(arrow);
+}
+
+/// A sheet of script on a rounded tile, and the arrow that runs it.
+void paintApplet(QPainter& painter) {
+    QLinearGradient tile(0, 4, 0, 60);
+    tile.setColorAt(0, QColor(0x62, 0x86, 0xd9));
+    tile.setColorAt(1, QColor(0x3b, 0x52, 0xa8));
+    painter.setBrush(tile);
+    painter.drawRoundedRect(QRectF(4, 4, 56, 56), 13, 13);
+    paintSheet(painter);
+    paintArrow(painter);
+}
 
 } // namespace
 
 QIcon genericAppletIcon() {
-    return QIcon(new AppletIconEngine);
+    return makeDrawnIcon(paintApplet);
 }
 
 QString pathForImageResource(const NSBundle& bundle, const QString& name) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/StockIcons.h"
 
-#include <QIconEngine>
+#include "platform/appkit/DrawnIcon.h"
+
 #include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
@@ -61,38 +62,13 @@ void paintCaution(QPainter& painter) {
     paintMark(painter, 20, 32);
 }
 
-class DrawnIcon final : public QIconEngine {
-public:
-    explicit DrawnIcon(void (*paintOn64)(QPainter&)) : mPaint(paintOn64) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.topLeft());
-        painter->scale(rect.width() / 64.0, rect.height() / 64.0);
-        mPaint(*painter);
-        painter->restore();
-    }
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(), size), mode, state);
-        return pixmap;
-    }
-    QIconEngine* clone() const override { return new DrawnIcon(mPaint); }
-
-private:
-    void (*mPaint)(QPainter&);
-};
-
 } // namespace
 
 QIcon iconForFileType(FourCharCode type) {
     if (type == "stop"_4cc)
-        return QIcon(new DrawnIcon(paintStop));
+        return makeDrawnIcon(paintStop);
     if (type == "caut"_4cc)
-        return QIcon(new DrawnIcon(paintCaution));
+        return makeDrawnIcon(paintCaution);
     return {};
 }
 

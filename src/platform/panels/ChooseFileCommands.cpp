@@ -2,9 +2,8 @@
 // choose file, choose folder, choose file name for any script: aliases of what is there, a file for a name. One decision: the prompt is
 // shown above the files, for it says what they are wanted for; the button keeps the panel's own title.
 #include "platform/additions/FileParameter.h"
-#include "platform/appkit/NSOpenPanel.h"
 #include "platform/panels/CommandDialog.h"
-#include "platform/panels/CommandParameters.h"
+#include "platform/panels/FileChoosers.h"
 
 #include <QDialog>
 
@@ -14,26 +13,20 @@ namespace {
 
 /// Where to begin. Nothing given is no error; nor is an alias that leads nowhere here, for scripts bring those that other computers have
 /// stored in them.
-std::optional<CommandError> readLocation(const AEDesc& event, NSSavePanel& panel) {
+std::optional<CommandError> readLocation(const AEDesc& event, QString& defaultLocation) {
     const AEDesc* location = event.find("dflc"_4cc);
     if (!location)
         return std::nullopt;
     const auto path = additions::filePathOf(*location);
-    if (path)
-        panel.setDirectory(QString::fromStdString(*path));
-    else if (location->type() != "alis"_4cc)
+    if (!path && location->type() != "alis"_4cc)
         return CommandError{errAECoercionFail, {}, *location, "furl"_4cc};
+    defaultLocation = QString::fromStdString(path.value_or(std::string()));
     return std::nullopt;
 }
 
-std::optional<CommandError> readTypes(const AEDesc& event, NSOpenPanel& panel) {
-    const AEDesc types = listParameter(event, "ftyp"_4cc);
-    for (const AEDesc& type : types.items())
-        if (!type.asText())
-            return CommandError{errAECoercionFail, {}, type, "utf8"_4cc};
-    if (types.count() > 0)
-        panel.setAllowedFileTypes(textsOf(types));
-    return std::nullopt;
+CommandDialog refused(const CommandError& error, AEDesc& reply) {
+    error.writeTo(reply);
+    return {};
 }
 
 AEDesc descriptorOfFile(const QUrl& url, DescType asClass) {
@@ -48,16 +41,7 @@ CommandDialog dialogOf(const std::shared_ptr<Panel>& panel, std::function<void(A
             }};
 }
 
-CommandDialog openPanelDialog(const std::shared_ptr<NSOpenPanel>& panel, const AEDesc& event, AEDesc& reply) {
-    if (const auto error = readLocation(event, *panel)) {
-        error->writeTo(reply);
-        return {};
-    }
-    const bool multiple = booleanParameter(event, "mlsl"_4cc);
-    panel->setMessage(textParameter(event, "prmp"_4cc));
-    panel->setShowsHiddenFiles(booleanParameter(event, "lfiv"_4cc));
-    panel->setAllowsMultipleSelection(multiple);
-    panel->setTreatsFilePackagesAsDirectories(booleanParameter(event, "shpc"_4cc));
+CommandDialog openPanelDialog(std::shared_ptr<NSOpenPanel> panel, bool multiple) {
     return dialogOf(panel, [shown = panel.get(), multiple](AEDesc& answer) {
         AEDesc list = AEDesc::list();
         for (const QUrl& url : shown->urls())
@@ -66,33 +50,35 @@ CommandDialog openPanelDialog(const std::shared_ptr<NSOpenPanel>& panel, const A
     });
 }
 
+void showPromptAboveFiles(ChooseFileParameters& parameters) {
+    parameters.message = std::exchange(parameters.prompt, std::nullopt);
+}
+
 } // namespace
 
 CommandDialog chooseFileDialog(const AEDesc& event, AEDesc& reply) {
-    auto panel = std::make_shared<NSOpenPanel>();
-    if (const auto error = readTypes(event, *panel)) {
-        error->writeTo(reply);
-        return {};
-    }
-    return openPanelDialog(panel, event, reply);
+    ChooseFileParameters parameters;
+    if (const auto error = ChooseFileParameters::read(event, parameters))
+        return refused(*error, reply);
+    if (const auto error = readLocation(event, parameters.defaultLocation))
+        return refused(*error, reply);
+    showPromptAboveFiles(parameters);
+    return openPanelDialog(makeChooseFilePanel(parameters), parameters.multipleSelectionsAllowed);
 }
 
 CommandDialog chooseFolderDialog(const AEDesc& event, AEDesc& reply) {
-    auto panel = std::make_shared<NSOpenPanel>();
-    panel->setCanChooseFiles(false);
-    panel->setCanChooseDirectories(true);
-    return openPanelDialog(panel, event, reply);
+    ChooseFileParameters parameters = ChooseFileParameters::readForFolders(event);
+    if (const auto error = readLocation(event, parameters.defaultLocation))
+        return refused(*error, reply);
+    showPromptAboveFiles(parameters);
+    return openPanelDialog(makeChooseFolderPanel(parameters), parameters.multipleSelectionsAllowed);
 }
 
 CommandDialog chooseFileNameDialog(const AEDesc& event, AEDesc& reply) {
-    auto panel = std::make_shared<NSSavePanel>();
-    if (const auto error = readLocation(event, *panel)) {
-        error->writeTo(reply);
-        return {};
-    }
-    panel->setMessage(textParameter(event, "prmt"_4cc));
-    if (const auto name = optionalTextParameter(event, "dfnm"_4cc))
-        panel->setNameFieldStringValue(*name);
+    ChooseFileNameParameters parameters = ChooseFileNameParameters::read(event);
+    if (const auto error = readLocation(event, parameters.defaultLocation))
+        return refused(*error, reply);
+    const std::shared_ptr<NSSavePanel> panel = makeChooseFileNamePanel(parameters);
     return dialogOf(panel, [shown = panel.get()](AEDesc& answer) { setResult(answer, descriptorOfFile(shown->url(), "furl"_4cc)); });
 }
 
