@@ -292,7 +292,8 @@ void NSSavePanel::askToReplace(const QString& path) {
             choose({path});
     });
     mReplaceAlert->show([] {});
-    cancel->setFocus(); // nothing is lost by a key that is pressed once too often
+    cancel->setDefault(true); // as it looks; nothing is lost by a key that is pressed once too often
+    cancel->setFocus();
 }
 
 } // namespace quoddle

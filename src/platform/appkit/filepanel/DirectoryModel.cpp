@@ -141,7 +141,7 @@ QString DirectoryModel::textAt(const DirectoryEntry& entry, int column) const {
         return {};
     const QLocale locale;
     if (column == sizeColumn)
-        return locale.formattedDataSize(entry.size, 1, QLocale::DataSizeSIFormat);
+        return entry.size == 1 ? u"1 byte"_s : locale.formattedDataSize(entry.size, 1, QLocale::DataSizeSIFormat);
     const QString date = locale.toString(QDateTime::fromMSecsSinceEpoch(entry.modified), QLocale::ShortFormat);
     return kFirstStrongIsolate + date + kPopDirectionalIsolate; // reads in the direction of its own letters
 }
