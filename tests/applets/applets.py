@@ -124,6 +124,7 @@ on quit
 end quit
 """, options=["-s"])
         until(lambda: "1\n" in applet.said("idle"), "the first idle call")
+        time.sleep(0.3)  # a quit that comes while it ends is refused
         applet.process.send_signal(signal.SIGTERM)
         until(lambda: "quit" in applet.said("idle"), "the quit handler")
         until(lambda: "2\n" in applet.said("idle"), "the applet to stay after a quit it refused")

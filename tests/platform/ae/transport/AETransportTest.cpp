@@ -292,6 +292,9 @@ TEST_F(AETransportTest, HandlesWhatSendersLeaveBehind) {
 }
 
 TEST_F(AETransportTest, WaitsForDescriptorsWithoutTurningInCircles) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer needs descriptors of its own to look at objects";
+#endif
     listen();
     handleEcho();
     const FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
