@@ -78,7 +78,7 @@ TEST(ChooseFromList, AnswersWithTheItemsThemselves) {
          select({3, 0, 1}, press(u"OK"_s)),
          AEDesc::list({text("pear"), AEDesc::ofInt32(42), text("pear")})},
         {"the given ones: the first of equals, unknown ones ignored",
-         {{"mlsl"_4cc, yes}, {"inSL"_4cc, texts({"Fig", "plum", "pear"})}},
+         {{"mlsl"_4cc, yes}, {"inSL"_4cc, texts({"Fig", "plum", "pear", "Fig"})}},
          true,
          key(Qt::Key_Return),
          AEDesc::list({text("pear"), text("Fig")})},
@@ -131,6 +131,48 @@ TEST(ChooseFromList, OKGoesWithTheLastChoice) {
         press(u"Cancel"_s)(dialog);
     });
     EXPECT_EQ(conversation.result(), AEDesc::ofBoolean(false));
+}
+
+TEST(ChooseFromList, WhatHasNoTextOfItsOwnIsShownByWhatItHolds) {
+    ChooseFromListParameters parameters;
+    const AEDesc pair = AEDesc::list({AEDesc::ofInt32(1), text("two")}),
+                 record = AEDesc::record({{"pnam"_4cc, text("Ann")}, {"ID  "_4cc, pair}});
+    AEDesc deep = pair;
+    for (int i = 0; i < 60; ++i)
+        deep = AEDesc::list({deep});
+    const AEDesc event = command("gtqp"_4cc, "chlt"_4cc,
+                                 {{"----"_4cc, AEDesc::list({pair, record, deep, text("t")})}, {"inSL"_4cc, AEDesc::list({record})}});
+    ASSERT_FALSE(ChooseFromListParameters::read(event, parameters));
+    EXPECT_EQ(parameters.texts, (QStringList{u"1, two"_s, u"Ann, 1, two"_s, QString(), u"t"_s}));
+    EXPECT_EQ(parameters.defaultRows, QList<int>{1});
+}
+
+TEST(ChooseFromList, AWindowOfItsOwnLeavesRoomForItsFrame) {
+    DialogShell shell(false);
+    const AEDesc many = AEDesc::list(std::vector<AEDesc>(1000, text("item")));
+    const Conversation conversation(command("gtqp"_4cc, "chlt"_4cc, {{"----"_4cc, many}}), [](QDialog& dialog) {
+        EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height() - 30);
+        key(Qt::Key_Escape)(dialog);
+    });
+    EXPECT_TRUE(conversation.dialogWasSeen());
+}
+
+TEST(ChooseFromList, FitsTheScreenWhateverItSays) {
+    DialogShell shell;
+    const QByteArray longText = QByteArray("many words ").repeated(100'000), longWord(5000, 'w');
+    for (const QByteArray& given : {longText, longWord}) {
+        const Conversation conversation(
+            chooseFromList({{"prmp"_4cc, text(given)}, {"okbt"_4cc, text(given)}, {"cnbt"_4cc, text(given)}, {"appr"_4cc, text(given)}}),
+            [](QDialog& dialog) {
+                const QRect screen = dialog.screen()->availableGeometry();
+                EXPECT_LE(dialog.width(), screen.width() - 10);
+                EXPECT_LE(dialog.height(), screen.height());
+                EXPECT_TRUE(dialog.rect().contains(okButtonOf(dialog).geometry()));
+                EXPECT_LE(dialog.findChild<QLabel*>(u"promptField"_s)->text().size(), 50'001);
+                key(Qt::Key_Escape)(dialog);
+            });
+        EXPECT_TRUE(conversation.dialogWasSeen());
+    }
 }
 
 TEST(ChooseFromListPanel, ColumnIsAsWideAsTheWidestOfTheLongestTexts) {

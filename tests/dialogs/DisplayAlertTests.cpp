@@ -3,6 +3,9 @@
 
 #include "platform/foundation/QtPrinters.h"
 
+#include <QLabel>
+#include <QScreen>
+
 namespace quoddle {
 
 using namespace Qt::StringLiterals;
@@ -117,6 +120,38 @@ TEST(DisplayAlert, WrongParametersAreAnsweredWithoutAnAlert) {
         EXPECT_FALSE(conversation.dialogWasSeen());
         EXPECT_EQ(conversation.errorNumber(), row.number);
         EXPECT_EQ(conversation.field("errs"_4cc).asUTF8().value_or(""), row.message);
+    }
+}
+
+TEST(DisplayAlert, FitsTheScreenWhateverItSays) {
+    DialogShell shell;
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    const QByteArray longText = QByteArray("many words ").repeated(100'000), longWord(5000, 'w'),
+                     manyLines = QByteArray("line\n").repeated(60);
+    const std::string longTitle(400, 'b');
+    const AEDesc longTitles = texts({longTitle.c_str(), longTitle.c_str(), "OK"});
+    const struct {
+        const char* what;
+        std::vector<AEItem> parameters;
+    } kCases[] = {
+        {"an endless text", {{"----"_4cc, text(longText)}}},
+        {"an endless message", {{"----"_4cc, text("short")}, {"mesS"_4cc, text(longText)}}},
+        {"both of many lines", {{"----"_4cc, text(manyLines)}, {"mesS"_4cc, text(manyLines)}}},
+        {"one word", {{"----"_4cc, text(longWord)}, {"mesS"_4cc, text(longWord)}}},
+        {"long titles", {{"----"_4cc, text("x")}, {"btns"_4cc, longTitles}}},
+        {"an endless title", {{"btns"_4cc, texts({longText.constData(), "OK"})}, {"appr"_4cc, text(longText)}}},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        const Conversation conversation(displayAlert(row.parameters), [&screen](QDialog& dialog) {
+            EXPECT_LE(dialog.width(), screen.width() - 10);
+            EXPECT_LE(dialog.height(), screen.height());
+            EXPECT_LT(dialog.windowTitle().size(), 1000);
+            EXPECT_TRUE(dialog.rect().contains(buttonNamed(dialog, u"OK"_s)->geometry()));
+            EXPECT_EQ(dialog.findChild<QLabel*>(u"iconView"_s)->x(), 20); // also when the buttons are wider than the text
+            press(u"OK"_s)(dialog);
+        });
+        EXPECT_EQ(conversation.result().find("bhit"_4cc)->asUTF8(), "OK");
     }
 }
 

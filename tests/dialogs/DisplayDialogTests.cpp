@@ -5,9 +5,13 @@
 #include "platform/foundation/QtPrinters.h"
 #include "platform/panels/AnswerField.h"
 
+#include <QClipboard>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace quoddle {
 
@@ -196,6 +200,71 @@ TEST(DisplayDialog, ReturnPressesNothingWithoutADefaultButtonUntilTheUserHasGone
     EXPECT_EQ(conversation.result().find("bhit"_4cc)->asUTF8(), "Keep");
 }
 
+TEST(DisplayDialog, AKeyThatIsHeldDownFromAnEarlierDialogPressesNothing) {
+    DialogShell shell;
+    for (const int held : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Escape}) {
+        const Conversation conversation(displayDialog({}), [held](QDialog& dialog) {
+            const auto send = [&dialog, held](QEvent::Type type, quint64 timestamp, bool isMarked) {
+                QKeyEvent event(type, held, Qt::NoModifier, QString(), isMarked);
+                event.setTimestamp(timestamp);
+                QCoreApplication::sendEvent(dialog.focusWidget() ? dialog.focusWidget() : &dialog, &event);
+            };
+            // Release and press at one moment, which the toolkit marks as a repetition or not.
+            for (quint64 moment = 1000; moment < 1100; moment += 10) {
+                send(QEvent::KeyRelease, moment, moment < 1050);
+                send(QEvent::KeyPress, moment, moment < 1050);
+                ASSERT_TRUE(dialog.isVisible()) << held << " at " << moment;
+            }
+            send(QEvent::KeyRelease, 1100, false);
+            ASSERT_TRUE(dialog.isVisible()) << held;
+            send(QEvent::KeyPress, 2000, false);
+            send(QEvent::KeyRelease, 2100, false);
+            EXPECT_FALSE(dialog.isVisible()) << held;
+        });
+        EXPECT_EQ(conversation.errorNumber(), held == Qt::Key_Escape ? -128 : 0);
+    }
+}
+
+TEST(DisplayDialog, AnAnswerBeginsWhereItsWritingDoes) {
+    DialogShell shell;
+    const Conversation conversation(displayDialog({{"dtxt"_4cc, text("\u05e9\u05dc\u05d5\u05dd")}}), [](QDialog& dialog) {
+        auto* field = dialog.findChild<AnswerField*>(u"answerField"_s);
+        const auto isAtTheRight = [field] { return field->cursorRect().center().x() > field->viewport()->width() / 2; };
+        EXPECT_TRUE(isAtTheRight());
+        QTest::keyClicks(field, u"x"_s);
+        EXPECT_FALSE(isAtTheRight());
+        press(u"OK"_s)(dialog);
+    });
+    EXPECT_EQ(conversation.result().find("ttxt"_4cc)->asUTF8(), "x");
+}
+
+TEST(DisplayDialog, ItsTextIsCopiedAndPagedThroughByKeys) {
+    DialogShell shell;
+    const QByteArray longText = QByteArray("many words ").repeated(2000);
+    const Conversation conversation(command("syso"_4cc, "dlog"_4cc, {{"----"_4cc, text(longText)}}), [&longText](QDialog& dialog) {
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), QString::fromUtf8(longText));
+        const QScrollBar& bar = *dialog.findChild<QScrollArea*>(u"promptScrollArea"_s)->verticalScrollBar();
+        EXPECT_TRUE(QTest::qWaitFor([&bar] { return bar.isVisible(); }));
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_PageDown);
+        EXPECT_GT(bar.value(), 0);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_PageUp);
+        EXPECT_EQ(bar.value(), 0);
+        press(u"OK"_s)(dialog);
+    });
+    EXPECT_TRUE(conversation.dialogWasSeen());
+}
+
+TEST(DisplayDialog, TitlesOfAWindowOfItsOwnStandOnOneLine) {
+    DialogShell shell(false);
+    const Conversation conversation(displayDialog({{"appr"_4cc, text("one\ntwo\tthree & four")}, {"btns"_4cc, texts({"a\nb"})}}),
+                                    [](QDialog& dialog) {
+                                        EXPECT_EQ(dialog.windowTitle(), u"one two three & four"_s);
+                                        press(u"a b"_s)(dialog);
+                                    });
+    EXPECT_EQ(conversation.result().find("bhit"_4cc)->asUTF8(), "a\nb");
+}
+
 TEST(DisplayDialog, Icons) {
     DialogShell shell;
     shell.addResource(u"picture.png"_s, "no picture, but it is there");
@@ -243,6 +312,8 @@ TEST(DisplayDialog, FitsTheScreenWhateverItSays) {
         const Conversation conversation(event, [widest](QDialog& dialog) {
             EXPECT_LE(dialog.width(), widest);
             EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
+            for (const auto* button : dialog.findChildren<QPushButton*>()) // what is left out is marked as such
+                EXPECT_LE(button->sizeHint().width(), button->width());
             EXPECT_TRUE(dialog.rect().contains(buttonNamed(dialog, u"OK"_s)->geometry()));
             press(u"OK"_s)(dialog);
         });
@@ -297,6 +368,24 @@ TEST(DialogSession, GoesAwayWithItsSender) {
         EXPECT_EQ(conversation.status(), userCanceledErr);
         EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }, 200));
     }
+}
+
+TEST(DialogSession, TheEndOfAScriptThatHasNotWaitedForItsDialogEndsTheApplet) {
+    DialogShell shell;
+    std::atomic<bool> givesUp = false;
+    std::thread elsewhere;
+    ScriptedComponent::sHandlers["run"] = [&](ScriptedComponent::Run&) {
+        elsewhere = std::thread([&givesUp] {
+            AEDesc reply;
+            (void)AESendMessage(displayDialog({}), &reply, kAEWaitReply, 20 * 60, {[&givesUp] { return givesUp.load(); }});
+        });
+        while (!AppDelegate::instance()->isDisplayingPanel())
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        givesUp = true; // the dialog learns it later than the applet learns that the script has ended
+        return ScriptedComponent::Outcome{};
+    };
+    shell.run();
+    elsewhere.join();
 }
 
 TEST(DialogSession, AnEventOnAnotherThreadIsAnsweredAsOnTheMainThread) {

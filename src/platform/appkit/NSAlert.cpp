@@ -5,10 +5,13 @@
 #include "platform/appkit/NSWindow.h"
 #include "ui_NSAlert.h"
 
+#include <numeric>
+
 #include <QApplication>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyle>
 
 namespace quoddle {
 
@@ -18,6 +21,7 @@ namespace {
 
 constexpr int kIconSize = 48;
 constexpr int kTextWidth = 372;
+constexpr int kScreenMargin = 10;
 
 /// The application's icon; a critical alert marks it, or stands alone where there is none.
 QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
@@ -44,8 +48,16 @@ QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
     return pixmap;
 }
 
-int heightOfText(const QLabel& label) {
-    return label.text().isEmpty() ? 0 : label.heightForWidth(kTextWidth);
+/// The longest word decides when it is longer than a line is to be; it cannot be broken.
+int widthOfWords(const QLabel& label) {
+    return label.text().isEmpty() ? 0 : label.minimumSizeHint().width();
+}
+
+int heightOfText(const QLabel& label, int width) {
+    if (label.text().isEmpty())
+        return 0;
+    const int scroller = widthOfWords(label) > width ? label.style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+    return label.heightForWidth(width) + scroller;
 }
 
 } // namespace
@@ -57,8 +69,6 @@ NSAlert::NSAlert() : mUi(std::make_unique<Ui::NSAlert>()), mPanel(std::make_uniq
     mUi->messageView->setFont(bold);
     // The texts decide about the size; a scroll area left to itself would take any.
     mPanel->layout()->setSizeConstraint(QLayout::SetFixedSize);
-    mUi->messageView->setFixedWidth(kTextWidth);
-    mUi->informativeScrollArea->setFixedWidth(kTextWidth);
 }
 
 NSAlert::~NSAlert() = default;
@@ -68,13 +78,13 @@ void NSAlert::setAlertStyle(NSAlertStyle style) {
 }
 
 void NSAlert::setMessageText(const QString& text) {
-    mUi->messageView->setText(text);
-    mPanel->setAccessibleName(text);
+    mUi->messageView->setText(readableText(text));
+    mPanel->setAccessibleName(mUi->messageView->text());
 }
 
 void NSAlert::setInformativeText(const QString& text) {
-    mUi->informativeView->setText(text);
-    mPanel->setAccessibleDescription(text);
+    mUi->informativeView->setText(readableText(text));
+    mPanel->setAccessibleDescription(mUi->informativeView->text());
 }
 
 void NSAlert::setIcon(const QIcon& icon) {
@@ -111,10 +121,30 @@ void NSAlert::layout() {
     QPushButton* preferred = withKey(kReturnKeyEquivalent);
     (preferred ? static_cast<QWidget*>(preferred) : mPanel.get())->setFocus();
 
-    const int atMost = mPanel->screen()->availableGeometry().height() * 2 / 5;
-    mUi->messageView->setVisible(!mUi->messageView->text().isEmpty());
-    mUi->informativeScrollArea->setVisible(!mUi->informativeView->text().isEmpty());
-    mUi->informativeScrollArea->setFixedHeight(std::min(heightOfText(*mUi->informativeView), atMost));
+    fitToScreen(mPanel->screen()->availableGeometry().size());
+}
+
+// Texts that are higher than their share of the screen scroll; either may have what the other does not need.
+void NSAlert::fitToScreen(const QSize& screen) {
+    const QMargins margins = mPanel->layout()->contentsMargins();
+    const int beside = margins.left() + margins.right() + kScreenMargin;
+    const QLabel &message = *mUi->messageView, &informative = *mUi->informativeView;
+    const int distances = static_cast<int>(mButtons.size() - 1) * mUi->buttonLayout->spacing();
+    fitButtonTitles(mButtons, screen.width() - beside - distances);
+    const int besideText = kIconSize + mUi->bodyLayout->spacing();
+    int wanted = std::max({kTextWidth, widthOfWords(message), widthOfWords(informative)});
+    wanted =
+        std::max(wanted, distances - besideText + std::accumulate(mButtons.begin(), mButtons.end(), 0, [](int sum, const auto* button) {
+                             return sum + button->sizeHint().width();
+                         }));
+    const int width = std::min(wanted, screen.width() - beside - besideText);
+    const int atMost = screen.height() * 3 / 5;
+    const int messageHeight = heightOfText(message, width), informativeHeight = heightOfText(informative, width);
+    mUi->messageScrollArea->setVisible(messageHeight > 0);
+    mUi->informativeScrollArea->setVisible(informativeHeight > 0);
+    const int messageShare = std::min(messageHeight, std::max(atMost / 2, atMost - informativeHeight));
+    mUi->messageScrollArea->setFixedSize(width, messageShare);
+    mUi->informativeScrollArea->setFixedSize(width, std::min(informativeHeight, atMost - messageShare));
 }
 
 void NSAlert::beginSheetModal(NSWindow& window, std::function<void(int returnCode)> completion) {

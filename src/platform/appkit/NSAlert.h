@@ -51,6 +51,7 @@ public:
     void layout();
 
 private:
+    void fitToScreen(const QSize& screen);
 
     std::unique_ptr<Ui::NSAlert> mUi;
     std::unique_ptr<NSPanel> mPanel;

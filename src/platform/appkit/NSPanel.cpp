@@ -1,8 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/NSPanel.h"
 
+#include "platform/appkit/KeyRepetition.h"
+
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace quoddle {
@@ -11,6 +18,17 @@ namespace {
 
 constexpr auto kKeyProperty = "keyEquivalent";
 constexpr auto kTitleProperty = "buttonTitle";
+constexpr int kLongestText = 50'000;
+constexpr int kLongestTitle = 500;
+
+void showTitle(QPushButton& button, const QString& shown) {
+    button.setText(QString(shown).replace(u'&', QStringLiteral("&&")));
+}
+
+/// What the button needs besides its text.
+int widthAroundTitle(const QPushButton& button) {
+    return button.sizeHint().width() - button.fontMetrics().size(Qt::TextShowMnemonic, button.text()).width();
+}
 
 bool isReturn(const QKeyEvent& event) {
     const bool plain = (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
@@ -22,9 +40,21 @@ bool isCancel(const QKeyEvent& event) {
            (event.key() == Qt::Key_Period && event.modifiers() == Qt::ControlModifier);
 }
 
+/// A button that has the focus would take each repetition of a key that is held down for a press.
+class RepetitionFilter final : public QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        return (isReturn(key) || key.key() == Qt::Key_Space) && isKeyRepetition(key);
+    }
+};
+
 } // namespace
 
 void setKeyEquivalent(QPushButton& button, const QString& key) {
+    static RepetitionFilter sFilter;
+    button.installEventFilter(&sFilter);
     button.setProperty(kKeyProperty, key);
     button.setAutoDefault(false);
     button.setDefault(key == kReturnKeyEquivalent);
@@ -36,16 +66,45 @@ QString keyEquivalent(const QPushButton& button) {
 
 void setButtonTitle(QPushButton& button, const QString& title) {
     button.setProperty(kTitleProperty, title);
-    button.setText(QString(title).replace(u'&', QStringLiteral("&&")));
-    button.setAccessibleName(title);
+    showTitle(button, titleText(title));
+    button.setAccessibleName(titleText(title));
 }
 
 QString buttonTitle(const QPushButton& button) {
     return button.property(kTitleProperty).toString();
 }
 
+void fitButtonTitles(std::vector<QPushButton*> buttons, int width) {
+    // Those that need less than an equal share leave the rest of it to the others.
+    std::sort(buttons.begin(), buttons.end(), [](const auto* a, const auto* b) { return a->sizeHint().width() < b->sizeHint().width(); });
+    auto remaining = static_cast<int>(buttons.size());
+    for (QPushButton* button : buttons) {
+        const int share = std::max(0, width / remaining--);
+        if (button->sizeHint().width() > share) {
+            const QString title = titleText(buttonTitle(*button));
+            showTitle(*button, button->fontMetrics().elidedText(title, Qt::ElideRight, share - widthAroundTitle(*button)));
+            button->setMinimumWidth(std::min(share, button->sizeHint().width()));
+            button->setToolTip(title);
+        }
+        width -= button->sizeHint().width();
+    }
+}
+
+QString readableText(const QString& text) {
+    return text.size() > kLongestText ? text.left(kLongestText) + u'\u2026' : text;
+}
+
+QString titleText(const QString& text) {
+    QString title = text.size() > kLongestTitle ? text.left(kLongestTitle) + u'\u2026' : text;
+    for (QChar& character : title)
+        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
+            character = u' ';
+    return title;
+}
+
 NSPanel::NSPanel(QWidget* parent) : QDialog(parent) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    watchKeyRepetition();
     setFocusPolicy(Qt::ClickFocus); // so that it can have the focus when no button is to
 }
 
@@ -83,13 +142,31 @@ QPushButton* NSPanel::buttonWithKey(const QString& key) const {
     return nullptr;
 }
 
+bool NSPanel::useForTexts(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Copy)) {
+        QStringList texts;
+        for (const auto* label : findChildren<QLabel*>())
+            if (label->isVisible() && label->textInteractionFlags().testFlag(Qt::TextSelectableByMouse) && !label->text().isEmpty())
+                texts << label->text();
+        QGuiApplication::clipboard()->setText(texts.join(QStringLiteral("\n\n")));
+        return true;
+    }
+    const bool down = event.matches(QKeySequence::MoveToNextPage);
+    if (!down && !event.matches(QKeySequence::MoveToPreviousPage))
+        return false;
+    for (const auto* area : findChildren<QScrollArea*>())
+        if (QScrollBar* bar = area->verticalScrollBar(); bar->isVisible())
+            bar->triggerAction(down ? QAbstractSlider::SliderPageStepAdd : QAbstractSlider::SliderPageStepSub);
+    return true;
+}
+
 void NSPanel::keyPressEvent(QKeyEvent* event) {
     if (!isReturn(*event) && !isCancel(*event)) {
-        event->ignore(); // not the dialog's own ideas of keys
+        event->setAccepted(useForTexts(*event)); // not the dialog's own ideas of keys
         return;
     }
     event->accept();
-    if (event->isAutoRepeat())
+    if (isKeyRepetition(*event))
         return;
     QPushButton* pressed = buttonWithKey(isReturn(*event) ? kReturnKeyEquivalent : kEscapeKeyEquivalent);
     if (auto* focused = qobject_cast<QPushButton*>(focusWidget()); focused && isReturn(*event))

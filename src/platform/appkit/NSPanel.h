@@ -2,7 +2,7 @@
 // NSPanel: a dialog that is ended by its buttons and by nothing else, and the keys that press them.
 // One decision: a key presses a button because the button says so (its key equivalent), not because of where it stands; a button that the
 // user has moved the focus to takes Return before the one that has it as its key. A key that is held down from an earlier dialog presses
-// nothing.
+// nothing. What no control wants of the keys for copying and paging goes to the texts of the panel.
 // Main thread only.
 #pragma once
 
@@ -11,6 +11,8 @@
 #include <QDialog>
 #include <QPointer>
 #include <QPushButton>
+
+#include <vector>
 
 namespace quoddle {
 
@@ -22,10 +24,18 @@ inline const QString kEscapeKeyEquivalent = QStringLiteral("\x1b");
 void setKeyEquivalent(QPushButton& button, const QString& key);
 /// Empty for none.
 QString keyEquivalent(const QPushButton& button);
-/// A title in which "&" is a character like any other, as the button's text and its accessible name.
+/// A title in which "&" is a character like any other, on one line as the button's text and its accessible name; the end of an endless one
+/// is not shown.
 void setButtonTitle(QPushButton& button, const QString& title);
 /// As it was set.
 QString buttonTitle(const QPushButton& button);
+/// Shortens what is seen of the titles that are too long for a row of this width, the distances between the buttons not counted.
+void fitButtonTitles(std::vector<QPushButton*> buttons, int width);
+
+/// As much of a text as anybody reads in a dialog: the end of an endless one is left out.
+QString readableText(const QString& text);
+/// The text on one line that a title bar can show.
+QString titleText(const QString& text);
 
 class NSPanel : public QDialog {
     Q_OBJECT
@@ -46,6 +56,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    /// Copies the texts or pages through them; false when the key is for neither.
+    bool useForTexts(const QKeyEvent& event);
     QPushButton* buttonWithKey(const QString& key) const;
 
     QPointer<NSViewController> mContent;

@@ -26,6 +26,7 @@ AnswerField::AnswerField(QWidget* parent) : QPlainTextEdit(parent) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     document()->setDocumentMargin(kTextMargin);
     viewport()->setAutoFillBackground(false); // the frame is drawn with its ground
+    connect(this, &QPlainTextEdit::textChanged, this, &AnswerField::alignToWriting);
     connect(this, &QPlainTextEdit::textChanged, this, &AnswerField::fitHeight);
     fitHeight();
 }
@@ -55,6 +56,19 @@ void AnswerField::fitHeight() {
     const int height = lines * fontMetrics().lineSpacing() + margins + 2;
     if (height != minimumHeight())
         setFixedHeight(height);
+}
+
+// A text begins where its writing does, whatever the interface's language.
+void AnswerField::alignToWriting() {
+    const QString text = document()->firstBlock().text();
+    QTextOption option = document()->defaultTextOption();
+    const auto direction = (text.isEmpty() ? isRightToLeft() : text.isRightToLeft()) ? Qt::RightToLeft : Qt::LeftToRight;
+    const auto alignment = direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+    if (option.textDirection() == direction && option.alignment() == alignment)
+        return;
+    option.setTextDirection(direction);
+    option.setAlignment(alignment);
+    document()->setDefaultTextOption(option);
 }
 
 QSize AnswerField::sizeHint() const {

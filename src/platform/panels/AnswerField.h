@@ -26,6 +26,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void alignToWriting();
     void fitHeight();
 
     QString mGiven;

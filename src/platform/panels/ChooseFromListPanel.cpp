@@ -6,8 +6,11 @@
 #include <QHash>
 #include <QMainWindow>
 #include <QScreen>
+#include <QStyle>
 
 namespace quoddle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,10 +19,34 @@ constexpr int kLongestMeasured = 2000; // characters; wider than any screen
 constexpr int kColumnPadding = 6;
 constexpr int kMinimumWidth = 340;
 constexpr int kScreenMargin = 10;
-constexpr int kBesideColumn = 42; // the view's margins and the table's frame
-constexpr int kBesidePrompt = 90; // margins, distances and buttons above and below the table
+constexpr int kBesideColumn = 42;  // the view's margins and the table's frame
+constexpr int kBesideButtons = 48; // the view's margins and the distance between the two
+constexpr int kBesidePrompt = 90;  // margins, distances and buttons above and below the table
 constexpr int kTableFrame = 2;
 constexpr int kSmallestTable = 41;
+constexpr int kDeepestShown = 8; // lists in lists
+
+/// What stands in the row of an item: its text or, when it has none, the texts of what it holds.
+QString shownText(const AEDesc& item, int depth = 0) {
+    if (const auto text = item.asText())
+        return QString::fromStdU16String(*text);
+    QStringList texts;
+    if (depth < kDeepestShown && item.isList())
+        for (const AEDesc& held : item.items())
+            texts << shownText(held, depth + 1);
+    else if (depth < kDeepestShown && item.isRecord())
+        for (const AEItem& field : item.fields())
+            texts << shownText(field.value, depth + 1);
+    return texts.join(u", "_s);
+}
+
+QStringList shownTexts(const AEDesc& list) {
+    QStringList texts;
+    texts.reserve(static_cast<qsizetype>(list.count()));
+    for (const AEDesc& item : list.items())
+        texts << shownText(item);
+    return texts;
+}
 
 /// From the bottom of the usable screen up to where a sheet of the window hangs.
 int roomBelow(const QWidget* parent, const QRect& screen) {
@@ -33,16 +60,16 @@ int roomBelow(const QWidget* parent, const QRect& screen) {
 } // namespace
 
 std::optional<CommandError> ChooseFromListParameters::read(const AEDesc& event, ChooseFromListParameters& parameters) {
-    parameters.title = textParameter(event, "appr"_4cc);
+    parameters.title = titleParameter(event);
     parameters.list = listParameter(event, "----"_4cc);
     if (parameters.list.count() == 0)
         return CommandError{paramErr, u"The list is empty."};
-    parameters.texts = textsOf(parameters.list);
+    parameters.texts = shownTexts(parameters.list);
     if (const AEDesc defaults = listParameter(event, "inSL"_4cc); defaults.count() > 0) {
         QHash<QString, int> firstRows;
         for (int row = static_cast<int>(parameters.texts.size()) - 1; row >= 0; --row)
             firstRows.insert(parameters.texts[row], row);
-        for (const QString& text : textsOf(defaults))
+        for (const QString& text : shownTexts(defaults))
             if (const int row = firstRows.value(text, -1); row >= 0)
                 parameters.defaultRows << row;
     }
@@ -100,7 +127,10 @@ void ChooseFromListPanel::sizeView(const QWidget* parent) {
     const QTableView& table = *controller.tableView();
     const int column = _calculateColumnWidthFor(controller.theList, table.font());
     const int scroller = table.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &table);
-    const int width = std::min(std::max(column + scroller + kBesideColumn, kMinimumWidth), screen.width() - kScreenMargin);
+    const int atMost = screen.width() - kScreenMargin;
+    fitButtonTitles({controller.cancelButton(), controller.okButton()}, atMost - kBesideButtons);
+    const int buttons = controller.cancelButton()->sizeHint().width() + controller.okButton()->sizeHint().width() + kBesideButtons;
+    const int width = std::min(std::max({column + scroller + kBesideColumn, buttons, kMinimumWidth}), atMost);
     mHeaderHeight = controller.fitPrompt(width) + kBesidePrompt;
     const qint64 items = qint64(controller.numberOfRowsInTableView()) * controller.rowHeight();
     const qint64 height = std::min<qint64>(roomBelow(parent, screen), items + kTableFrame + mHeaderHeight);
@@ -109,6 +139,8 @@ void ChooseFromListPanel::sizeView(const QWidget* parent) {
 }
 
 void ChooseFromListPanel::prepareForModalForm(const QString& title) {
+    const int frame = mWindow.style()->pixelMetric(QStyle::PM_TitleBarHeight) + kScreenMargin;
+    mWindow.resize(mWindow.width(), std::min(mWindow.height(), mWindow.screen()->availableGeometry().height() - frame));
     mWindow.setCloseButton(nullptr);
     mWindow.setWindowTitle(title);
 }

@@ -4,6 +4,8 @@
 #include "ui_ChooseFromListViewController.h"
 
 #include <QAbstractListModel>
+#include <QScrollBar>
+#include <QSet>
 
 namespace quoddle {
 
@@ -72,7 +74,7 @@ void ChooseFromListViewController::viewDidLoad() {
 }
 
 void ChooseFromListViewController::setPrompt(const QString& prompt) {
-    promptField()->setText(prompt);
+    promptField()->setText(readableText(prompt));
 }
 
 void ChooseFromListViewController::setAllowsMultipleSelection(bool allows) {
@@ -87,7 +89,7 @@ void ChooseFromListViewController::setAllowsEmptySelection(bool allows) {
 void ChooseFromListViewController::selectRows(const QList<int>& rows) {
     QItemSelection selection;
     QModelIndex first;
-    for (const int row : rows) {
+    for (const int row : QSet<int>(rows.begin(), rows.end())) { // a range that is there twice would count twice
         const QModelIndex index = mModel->index(row);
         if (!index.isValid())
             continue;
@@ -125,7 +127,10 @@ int ChooseFromListViewController::rowHeight() const {
 }
 
 int ChooseFromListViewController::fitPrompt(int viewWidth) {
-    const int wanted = std::max(0, promptField()->heightForWidth(viewWidth - 2 * kMargin));
+    const int textWidth = viewWidth - 2 * kMargin;
+    const bool scrolls = promptField()->minimumSizeHint().width() > textWidth; // a word that is longer than the line
+    const int scroller = scrolls ? mUi->promptScrollArea->horizontalScrollBar()->sizeHint().height() : 0;
+    const int wanted = std::max(0, promptField()->heightForWidth(textWidth)) + scroller;
     const int tenLines = kMostPromptLines * promptField()->fontMetrics().lineSpacing();
     const int height = std::min({wanted, tenLines, kMaximumPromptHeight});
     mUi->promptScrollArea->setFixedHeight(height);

@@ -4,6 +4,7 @@
 #include "platform/additions/FileParameter.h"
 #include "platform/ae/AECoercion.h"
 #include "platform/ae/AETypeTests.h"
+#include "platform/appkit/NSPanel.h"
 
 namespace quoddle {
 
@@ -40,6 +41,10 @@ std::optional<QString> optionalTextParameter(const AEDesc& event, AEKeyword key)
 
 QString textParameter(const AEDesc& event, AEKeyword key) {
     return optionalTextParameter(event, key).value_or(QString());
+}
+
+QString titleParameter(const AEDesc& event) {
+    return titleText(textParameter(event, "appr"_4cc));
 }
 
 bool booleanParameter(const AEDesc& event, AEKeyword key) {

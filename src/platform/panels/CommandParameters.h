@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The parameters of the commands that show a prompt and buttons, read from their events and checked.
 // One decision: reading stops at the first fault, in the order in which the commands have always looked, so that scripts get the errors
-// they know. Texts and counts are not bounded here but where they are shown.
+// they know. Texts and counts are not bounded here but
+// where they are shown.
 // Any thread.
 #pragma once
 
@@ -17,6 +18,8 @@ namespace quoddle {
 /// Where the text of a parameter that is absent or no text comes to nothing.
 QString textParameter(const AEDesc& event, AEKeyword key);
 std::optional<QString> optionalTextParameter(const AEDesc& event, AEKeyword key);
+/// "appr", as a title bar can show it.
+QString titleParameter(const AEDesc& event);
 /// False when it is absent or no boolean.
 bool booleanParameter(const AEDesc& event, AEKeyword key);
 /// The parameter as a list; empty when it is absent or cannot be made one.

@@ -41,7 +41,7 @@ std::optional<CommandError> readDialogIcon(const IconParameter& parameter, const
         pixmap = addAppIconToIconImage(iconForFileType("caut"_4cc), applicationIcon(), devicePixelRatio);
         break;
     case Kind::file:
-        if (parameter.name.isEmpty() || !QFileInfo(parameter.name).isReadable())
+        if (parameter.name.isEmpty() || !QFileInfo::exists(parameter.name))
             return resourceNotFound();
         if (QFileInfo(parameter.name).isFile()) // not a pipe, which would be waited for
             pixmap = pixmapForIcon(iconFromImageFile(parameter.name), kIconSize, devicePixelRatio);

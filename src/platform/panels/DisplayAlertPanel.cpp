@@ -17,7 +17,7 @@ NSAlertStyle styleOf(const AEDesc* given) {
 std::optional<CommandError> DisplayAlertParameters::read(const AEDesc& event, DisplayAlertParameters& parameters, bool defaultsCanBeNamed) {
     parameters.alertText = textParameter(event, "----"_4cc);
     parameters.message = textParameter(event, "mesS"_4cc);
-    parameters.title = textParameter(event, "appr"_4cc);
+    parameters.title = titleParameter(event);
     parameters.style = styleOf(event.find("as A"_4cc));
     return ButtonParameters::read(event, parameters.buttons, defaultsCanBeNamed ? QStringList{u"OK"_s} : QStringList());
 }

@@ -21,7 +21,7 @@ const QStringList& defaultButtons() {
 std::optional<CommandError> DisplayDialogParameters::read(const AEDesc& event, DisplayDialogParameters& parameters,
                                                           bool defaultsCanBeNamed) {
     parameters.prompt = textParameter(event, "----"_4cc);
-    parameters.title = textParameter(event, "appr"_4cc);
+    parameters.title = titleParameter(event);
     ButtonParameters& buttons = parameters.buttons;
     if (auto error = ButtonParameters::read(event, buttons, defaultsCanBeNamed ? defaultButtons() : QStringList()))
         return error;
@@ -52,7 +52,7 @@ DisplayDialogPanel::DisplayDialogPanel(const DisplayDialogParameters& parameters
     placeButtons();
     controller.limitWidth(mWindow.screen()->availableGeometry().width() - kScreenMargin);
     controller.setPrompt(parameters.prompt);
-    mWindow.setAccessibleName(parameters.prompt);
+    mWindow.setAccessibleName(controller.promptField()->text());
     if (const auto& answer = parameters.defaultAnswer) {
         controller.setAnswer(*answer);
         controller.setIsAnswerDelegate(answer->contains(u'\r') || answer->contains(u'\n'));

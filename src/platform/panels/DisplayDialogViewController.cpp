@@ -6,6 +6,7 @@
 
 #include <QKeyEvent>
 #include <QScreen>
+#include <QScrollBar>
 
 namespace quoddle {
 
@@ -16,8 +17,6 @@ namespace {
 constexpr int kMargin = 20;
 constexpr int kAnswerSpacing = 12;
 constexpr int kTextWidth = 340;
-constexpr int kLeastButtonWidth = 60;
-constexpr int kLongestPrompt = 50'000;
 
 void setWidth(QSpacerItem& constraint, int points) {
     constraint.changeSize(points, 0, QSizePolicy::Fixed, QSizePolicy::Minimum);
@@ -92,8 +91,7 @@ void DisplayDialogViewController::viewDidLoad() {
 }
 
 void DisplayDialogViewController::setPrompt(const QString& prompt) {
-    const bool isEndless = prompt.size() > kLongestPrompt;
-    promptField()->setText(isEndless ? prompt.left(kLongestPrompt) + u"\u2026"_s : prompt);
+    promptField()->setText(readableText(prompt));
     fitPrompt();
 }
 
@@ -109,13 +107,16 @@ void DisplayDialogViewController::fitPrompt() {
     int viewWidth = view()->sizeHint().width(); // the prompt's, or that of the buttons
     if (mWidthLimit > 0 && viewWidth > mWidthLimit) {
         viewWidth = mWidthLimit;
+        std::vector<QPushButton*> buttons;
         for (QPushButton* button : {leftButton(), middleButton(), rightButton()})
             if (button)
-                button->setMinimumWidth(std::min(kLeastButtonWidth, button->sizeHint().width()));
+                buttons.push_back(button);
+        fitButtonTitles(buttons, viewWidth - leading - kMargin - static_cast<int>(buttons.size() - 1) * mUi->buttonLayout->spacing());
         view()->setFixedWidth(viewWidth);
     }
     const int textWidth = viewWidth - leading - kMargin;
-    const int textHeight = std::max(0, promptField()->heightForWidth(textWidth)); // -1 without text
+    const int scroller = widthOfWords(*promptField()) > textWidth ? area.horizontalScrollBar()->sizeHint().height() : 0;
+    const int textHeight = std::max(0, promptField()->heightForWidth(textWidth)) + scroller; // -1 without text
     const int atMost = view()->screen()->availableGeometry().height() * 2 / 5;
     area.setFixedSize(textWidth, std::min(textHeight, atMost));
 }
