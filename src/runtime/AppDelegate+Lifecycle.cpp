@@ -119,6 +119,22 @@ void AppDelegate::stopRunningScript() {
         _runQuitHandler();
 }
 
+// The dialog may be one whose script has ended without an answer, and be about to go; nobody would ask a second time.
+void AppDelegate::terminate() {
+    constexpr double kSlice = 0.05; // seconds
+    const QString again = u"terminate"_s;
+    mParts.performs->cancelPreviousPerformRequests(this, again);
+    if (!isDisplayingPanel())
+        return mParts.application->terminate();
+    mParts.performs->perform(
+        this, again,
+        [this] {
+            if (!_isRespondingToScript()) // what has begun since then decides when it ends
+                terminate();
+        },
+        kSlice);
+}
+
 void AppDelegate::cancelScript() {
     if (const QXOSAIDRef script = mainScript())
         script->component()->setCancelled(true);

@@ -69,7 +69,8 @@ public:
     NSApplicationTerminateReply applicationShouldTerminate() override;
     bool isDecidingTermination() const override { return runningQuitHandler(); }
     bool applicationShouldTerminateAfterLastWindowClosed() override;
-    void terminate() { mParts.application->terminate(); }
+    /// The applet's own wish: while a dialog is up, which refuses everybody, it is kept until the dialog has gone.
+    void terminate();
     void _windowWillClose(const NSNotification& notification);
     void _displayRuntimeError(const QXOSAErrorInfoRef& error);
     bool respondsToAction(const QString& action) const override;
