@@ -1,0 +1,217 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""End to end: display dialog, display alert and choose from list in a real applet, as a sheet and as a window of its own; controls found by accessible name, real keys
+and clicks.
+
+    dialogs.py BIN [PATTERN]
+
+Pictures are left in the folder that QUODDLE_ARTEFACTS names, if any; QUODDLE_APPEARANCE=dark makes them dark.
+"""
+import signal
+import subprocess
+import time
+
+import accessibility
+import harness
+from harness import binaries, until
+
+# Asks when it is launched: a handler is running, so the window is there and the dialog is a sheet on it.
+ASKING = """
+on jot(what)
+	do shell script "echo " & quoted form of what & " >> FOLDER/noted"
+end jot
+on run
+	try
+		ASK
+	on error message number n
+		jot("error " & n)
+	end try
+end run
+"""
+
+# Waits for others to ask; its window is hidden.
+WAITING = "on idle\nreturn 100\nend idle"
+
+
+class Dialogs(accessibility.AccessibleCase):
+    def ask(self, name, question, **more):
+        self.applet = self.start(name, ASKING.replace("ASK", question), **more)
+        return self.applet
+
+    def wait_to_be_asked(self, name):
+        self.applet = self.start(name, WAITING, options=["-s"])
+        until(lambda: self.osascript("-e", f'application "{name}" is running').stdout == "true\n", name + " to listen")
+        return self.applet
+
+    def from_outside(self, question):
+        """A script in a process of its own that asks the applet; its output is the answer."""
+        process = subprocess.Popen([str(binaries() / "osascript"), "-s", "s", "-e", f'tell application "{self.applet.name}" to {question}'],
+                                   env=self.applet.environment(), stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+        self.addCleanup(self.end, process)
+        return process
+
+    def end(self, process):
+        if process.stdout.closed:
+            return
+        if process.poll() is None:
+            process.kill()
+        process.communicate()
+
+    def keys(self, *names, to):
+        """Real keys, when the window of the control has come to the front by itself."""
+        until(lambda: self.applet.xdotool("getactivewindow"), "a window in front")
+        until(lambda: to.get_state_set().contains(self.atspi.StateType.SHOWING), "the dialog to be seen")
+        time.sleep(0.2)
+        for name in names:
+            self.applet.xdotool("key", name)
+
+    def click(self, control, *options):
+        self.applet.xdotool("mousemove", *map(str, self.middle(control)))
+        time.sleep(0.1)
+        self.applet.xdotool("click", *options, "1")
+
+    def press(self, control):
+        """As an assistive technology does."""
+        self.atspi.Action.do_action(control, 0)
+
+    def picture(self, label):
+        time.sleep(0.4)
+        self.applet.picture(label)
+
+    def noted(self, text):
+        until(lambda: text in self.applet.said("noted"), f"{text!r} to be noted; there is {self.applet.said('noted')!r}")
+        self.applet.ends()
+
+    def answer_of(self, process):
+        return process.communicate(timeout=harness.DEADLINE)[0].rstrip("\n")
+
+    def gone(self, name):
+        until(lambda: not self.shown(name), f"“{name}” to go")
+
+    # On the applet's window
+
+    def test_a_sheet_takes_an_answer_from_the_keyboard(self):
+        applet = self.ask("Name", 'set r to display dialog "What is your <b>name</b>?" default answer "nobody" buttons {"Later", "Cancel", "Go & see"} '
+                                  'default button 3 with icon caution with title "unseen"\njot(button returned of r & "/" & text returned of r)')
+        self.find("Go & see", "push button")
+        self.find("What is your <b>name</b>?", "label")
+        field = self.find("Answer", "text")
+        self.picture("dialog")
+        self.assertIn("<b>name</b>", self.find("What is your <b>name</b>?", "dialog").get_name())
+        self.keys("Z", "o", "e", to=field)
+        self.keys("Return", to=field)
+        self.noted("Go & see/Zoe\n")
+        self.assertEqual(applet.process.returncode, 0)
+
+    def test_a_sheet_blocks_its_window_and_refuses_quitting(self):
+        applet = self.ask("Blocked", 'jot(button returned of (display dialog "Sure?" buttons {"Fine"}))')
+        button = self.find("Fine", "push button")
+        area = self.find("Stop").get_extents(self.atspi.CoordType.SCREEN)
+        # Where the button can be seen beside the sheet.
+        applet.xdotool("mousemove", str(area.x + area.width - 3), str(area.y + area.height // 2), "click", "1")
+        applet.process.send_signal(signal.SIGTERM)
+        self.assertIn("-128", self.osascript("-e", 'tell application "Blocked" to quit').stderr)
+        time.sleep(0.3)
+        self.assertTrue(self.shown("Fine", "push button"))
+        self.keys("Return", "Escape", "alt+F4", to=button)  # nothing has these keys
+        time.sleep(0.3)
+        self.assertTrue(self.shown("Fine", "push button"))
+        self.assertEqual(applet.said("noted"), "")
+        self.click(button)
+        self.noted("Fine\n")
+
+    def test_a_script_that_does_not_wait_takes_its_sheet_away_and_ends(self):
+        applet = self.ask("Stopped", 'display dialog "Sure?"\njot("answered")')
+        self.find("OK", "push button")
+        self.press(self.find("Stop"))  # an assistive technology can
+        applet.ends()
+        self.assertEqual((applet.process.returncode, applet.said("noted")), (0, ""))
+        self.ask("Late", 'with timeout of 1 second\ndisplay dialog "Sure?"\nend timeout')
+        self.find("OK", "push button")
+        self.noted("error -1712\n")
+
+    def test_an_alert_as_a_sheet(self):
+        self.ask("Alert", 'display alert "All files will be removed." message "This cannot be undone." as critical '
+                          'buttons {"Keep", "Remove"} default button "Keep" cancel button "Keep"\njot("removed")')
+        remove = self.find("Remove", "push button")
+        self.find("All files will be removed.", "dialog")
+        self.picture("alert")
+        self.keys("Escape", to=remove)  # nobody's: the button has Return instead
+        time.sleep(0.2)
+        self.assertTrue(self.shown("Remove", "push button"))
+        self.keys("Return", to=remove)
+        self.noted("error -128\n")
+
+    def test_a_list_as_a_sheet(self):
+        self.ask("List", 'set r to choose from list {"pear", 42, {1, "two"}, "Fig"} with prompt "Which ones?" default items {"pear"} OK button name "Take" '
+                         'with multiple selections allowed\njot((count of r) as text & (item 1 of r) & (class of item 2 of r))')
+        take = self.find("Take", "push button")
+        self.find("Which ones?", "dialog")
+        self.find("Choices", "table")
+        self.find("pear", "table cell")
+        self.applet.xdotool("keydown", "ctrl")
+        self.click(self.find("1, two", "table cell"))
+        self.applet.xdotool("keyup", "ctrl")
+        self.picture("list")
+        self.click(take)
+        self.noted("2pearlist\n")
+
+    def test_a_key_that_is_held_down_answers_one_dialog_only(self):
+        applet = self.ask("Held", 'repeat with i from 1 to 3\ndisplay dialog "Number " & i\njot(i as text)\nend repeat')
+        self.keys(to=self.find("OK", "push button"))
+        applet.xdotool("keydown", "Return")
+        time.sleep(1.5)
+        applet.xdotool("keyup", "Return")
+        self.assertEqual(applet.said("noted"), "1\n")
+        for _ in range(2):
+            time.sleep(0.2)
+            applet.xdotool("key", "Return")
+        self.noted("1\n2\n3\n")
+
+    # In a window of its own
+
+    def test_dialogs_of_a_hidden_applet(self):
+        applet = self.wait_to_be_asked("Hidden")
+        asking = self.from_outside('display dialog "Password?" default answer "" with hidden answer with title "Sign in"')
+        field = self.find("Hidden answer", "password text")
+        self.assertIn("Sign", until(lambda: applet.xdotool("getactivewindow", "getwindowname"), "a window in front"))
+        self.keys("s", "1", "KP_Enter", to=field)
+        self.assertEqual(self.answer_of(asking), '{button returned:"OK", text returned:"s1", gave up:false}')
+
+        asking = self.from_outside('display alert "Done" buttons {"One", "Two"} giving up after 1')
+        self.find("Two", "push button")
+        self.picture("alert-window")
+        self.assertEqual(self.answer_of(asking), '{button returned:"", gave up:true}')
+
+        asking = self.from_outside('choose from list {"apple", "banana", "cherry"} with title "Fruit"')
+        cell = self.find("cherry", "table cell")
+        self.assertFalse(self.is_enabled(self.find("OK", "push button")))
+        self.keys("c", to=cell)
+        self.picture("list-window")
+        self.click(self.find("banana", "table cell"), "--repeat", "2", "--delay", "60")
+        self.assertEqual(self.answer_of(asking), '{"banana"}')
+
+        asking = self.from_outside('choose from list {"apple"}')
+        self.keys("Escape", to=self.find("apple", "table cell"))
+        self.assertEqual(self.answer_of(asking), "false")
+
+    def test_one_at_a_time_and_gone_with_who_asked(self):
+        applet = self.wait_to_be_asked("Queue")
+        first = self.from_outside('display dialog "First?" buttons {"A"}')
+        self.find("A", "push button")
+        second = self.from_outside('display dialog "Second?" buttons {"B"} giving up after 1')
+        time.sleep(1.2)  # longer than the second one waits once it is shown
+        self.assertIsNone(self.shown("B", "push button"))
+        third = self.from_outside('display alert "Third?" buttons {"C"}')
+        first.kill()
+        self.gone("A")
+        self.find("B", "push button")
+        self.assertEqual(self.answer_of(second), '{button returned:"", text returned:"", gave up:true}')
+        self.press(self.find("C", "push button"))
+        self.assertEqual(self.answer_of(third), '{button returned:"C", gave up:false}')
+        self.assertEqual(self.osascript("-e", 'tell application "Queue" to quit').returncode, 0)
+        applet.ends()
+
+
+if __name__ == "__main__":
+    harness.main(Dialogs)
