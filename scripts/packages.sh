@@ -3,7 +3,7 @@
 # Installs the Debian packages that are missing. Sourced: install_packages build|test|bench.
 # What is there already costs one question to dpkg; nothing is asked of the network then.
 
-build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libqt6svg6 libicu-dev fonts-dejavu-core xvfb xauth openbox x11-utils imagemagick)
+build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libqt6svg6 qt6-image-formats-plugins libicu-dev fonts-dejavu-core xvfb xauth openbox x11-utils imagemagick)
 test_packages=(libgtest-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils)
 bench_packages=(zenity kdialog)
 

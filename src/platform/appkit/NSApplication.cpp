@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QEventLoop>
 #include <QFileOpenEvent>
+#include <QLocale>
 #include <QThread>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -41,6 +42,8 @@ AEMainThread mainThreadForAppleEvents() {
 
 NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) {
     setQuitOnLastWindowClosed(false); // the delegate decides
+    if (QLocale().textDirection() == Qt::RightToLeft) // the toolkit itself only turns with a translation of its own
+        setLayoutDirection(Qt::RightToLeft);
     MainThread::open();
     AESetMainThread(mainThreadForAppleEvents());
     connect(this, &QGuiApplication::commitDataRequest, this, &NSApplication::endOfSession, Qt::DirectConnection);
