@@ -103,6 +103,18 @@ class Dialogs(accessibility.AccessibleCase):
         self.noted("Go & see/Zoe\n")
         self.assertEqual(applet.process.returncode, 0)
 
+    def test_sheets_hang_below_the_title_of_their_window(self):
+        applet = self.ask("Hanging", 'display dialog "First?" default answer "" with icon caution\njot("1")\ndisplay dialog "Second?" with icon stop\njot("2")\n'
+                                     'display dialog "Third?" default answer "" with icon note\njot("done")')
+        for question in ("First?", "Second?", "Third?"):
+            label = self.find(question, "label")
+            dialog = self.find(question, "dialog")
+            top = lambda control: control.get_extents(self.atspi.CoordType.SCREEN).y
+            # The applet's title bar is as high as the sheet's own.
+            until(lambda: 5 < top(dialog) - top(self.find("Hanging", "frame")) < 60, "the sheet of “" + question + "” below the title")
+            self.keys("Return", to=label)
+        self.noted("done\n")
+
     def test_a_sheet_blocks_its_window_and_refuses_quitting(self):
         applet = self.ask("Blocked", 'jot(button returned of (display dialog "Sure?" buttons {"Fine"}))')
         button = self.find("Fine", "push button")

@@ -151,6 +151,7 @@ void NSWindow::showNextSheet() {
         return;
     QDialog* dialog = mSheets.front().dialog;
     mSheets.front().shown = true;
+    mSheetHasFrame = false;
     dialog->setParent(this, Qt::Sheet | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
     dialog->setWindowModality(Qt::WindowModal);
     if (dialog->windowTitle().isEmpty())
@@ -166,14 +167,14 @@ void NSWindow::showNextSheet() {
         sheetEnded(dialog, returnCode);
     });
     dialog->installEventFilter(this);
-    mSheetHasFrame = false;
     dialog->show();
 }
 
 // The window manager's frame around a sheet is known once it is there; until then it is taken to be like that of the window.
 bool NSWindow::eventFilter(QObject* watched, QEvent* event) {
     QDialog* dialog = attachedSheet();
-    if (watched == dialog && event->type() == QEvent::Move && !mSheetHasFrame && dialog->frameGeometry() != dialog->geometry()) {
+    const bool mayHaveFrame = event->type() == QEvent::Move || event->type() == QEvent::Resize;
+    if (watched == dialog && mayHaveFrame && !mSheetHasFrame && dialog->frameGeometry() != dialog->geometry()) {
         mSheetHasFrame = true; // where the user puts it from then on, it stays
         placeSheet();
     }
