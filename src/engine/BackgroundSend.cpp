@@ -34,6 +34,8 @@ std::shared_ptr<NSOperation> makeSend(const QXOSAComponentRef& component, const 
     auto send = std::make_shared<NSOperation>([=] {
         const AESendOptions options{[result] { return result->isAbandoned(); }, component.get()};
         result->setError(AESendMessage(event, result->replyEventPointer(), sendMode, ticks, options));
+        if (result->error() == errAETimeout)
+            result->abandon(); // whichever of the two limits comes first, the handler learns that nobody waits
         if (lock)
             lock->lockWhenCondition(kPending);
         result->setHandled(true);

@@ -128,6 +128,7 @@ end quit
         applet.process.send_signal(signal.SIGTERM)
         until(lambda: "quit" in applet.said("idle"), "the quit handler")
         until(lambda: "2\n" in applet.said("idle"), "the applet to stay after a quit it refused")
+        time.sleep(0.3)
         applet.process.send_signal(signal.SIGTERM)
         applet.ends()
 

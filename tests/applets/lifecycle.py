@@ -121,6 +121,7 @@ class Lifecycle(harness.AppletCase):
         applet.key("Return")
         until(lambda: "run" in applet.said("opened"), "the run handler")
         self.assertEqual(applet.said("opened"), "2\n1\nrun\n")
+        time.sleep(0.3)  # a quit that comes while the handler ends is refused
         applet.process.send_signal(signal.SIGTERM)
         applet.ends()
 
@@ -334,6 +335,7 @@ class Lifecycle(harness.AppletCase):
             self.assertIsNone(applet.process.poll())
         for name, (_, seconds) in self.IDLE.items():
             self.assertEqual(len(self.stamps(case.applets[name], name)), 1 if seconds is None else 2, name + " is called no more")
+        time.sleep(0.3)
         for applet in case.applets.values():
             applet.process.send_signal(signal.SIGTERM)
             applet.ends()

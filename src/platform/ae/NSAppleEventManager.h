@@ -56,10 +56,10 @@ public:
     NSAppleEventDescriptorRef appleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
     /// The same object on every call; nil for an empty ID.
     NSAppleEventDescriptorRef replyAppleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
-    /// Nobody waits for the answer any more: the sender was stopped, or it is gone. False for an empty ID.
+    /// Nobody waits for the answer any more: the sender was stopped, its script's time is over, or it is gone. False for an empty ID.
     bool senderHasGivenUpForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
-    /// The work as a part of the handler that runs on this thread: it may be done on another one, while this one waits for it, and finds the
-    /// same current event there.
+    /// The work as a part of the handler that runs on this thread: it may be done on another one, while this one waits for it, and finds
+    /// the same current event there.
     std::function<void()> asPartOfCurrentAppleEvent(std::function<void()> work) const;
     void setCurrentAppleEventAndReplyEventWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID);
     /// Sends the reply. Once; later calls do nothing.
