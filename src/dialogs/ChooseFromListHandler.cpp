@@ -4,6 +4,7 @@
 #include "dialogs/DialogSession.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/panels/ChooseFromListPanel.h"
+#include "platform/panels/CommandDialog.h"
 
 namespace quoddle {
 
@@ -35,9 +36,9 @@ void ChooseFromListHandler::continueProcess(const WorkItem& item) {
 
 void ChooseFromListHandler::writeAnswer(int returnCode, AEDesc& reply) const {
     if (returnCode == ChooseFromListViewController::kCancelReturn)
-        (void)reply.put("----"_4cc, AEDesc::ofBoolean(false));
+        setResult(reply, AEDesc::ofBoolean(false));
     else if (returnCode == ChooseFromListViewController::kOKReturn)
-        (void)reply.put("----"_4cc, mPanel->selectedItems());
+        setResult(reply, mPanel->selectedItems());
 }
 
 } // namespace quoddle

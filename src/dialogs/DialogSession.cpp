@@ -3,6 +3,7 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWindowController.h"
+#include "platform/panels/CommandDialog.h"
 #include "runtime/AppDelegate.h"
 
 #include <deque>
@@ -52,7 +53,7 @@ public:
         const auto reply = eventManager().replyAppleEventForSuspensionID(mSuspensionID);
         AEDesc answered = reply->aeDesc();
         if (returnCode == NSModalResponseAbort)
-            writeCancelled(answered);
+            setCancelled(answered);
         else
             mAnswer(returnCode, answered);
         reply->setAEDesc(std::move(answered));
@@ -113,10 +114,6 @@ NSWindow* mainWindow() {
 void dropWaitingDialogs() {
     while (sSessions.size() > 1)
         sSessions.pop_back();
-}
-
-void writeCancelled(AEDesc& reply) {
-    (void)reply.put("errn"_4cc, AEDesc::ofInt32(userCanceledErr));
 }
 
 } // namespace quoddle

@@ -38,7 +38,4 @@ void dropWaitingDialogs();
 /// The applet's window, visible or not; null when it has none.
 NSWindow* mainWindow();
 
-/// Puts "errn" -128 into the reply.
-void writeCancelled(AEDesc& reply);
-
 } // namespace quoddle

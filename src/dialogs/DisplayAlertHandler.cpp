@@ -4,18 +4,13 @@
 #include "dialogs/DialogSession.h"
 #include "platform/appkit/BundleIcon.h"
 #include "platform/foundation/NSLog.h"
+#include "platform/panels/CommandDialog.h"
 #include "platform/panels/DisplayAlertPanel.h"
 #include "runtime/AppDelegate.h"
 
 namespace quoddle {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr int kGaveUp = 0;
-
-} // namespace
 
 DisplayAlertHandler::DisplayAlertHandler() = default;
 DisplayAlertHandler::~DisplayAlertHandler() = default;
@@ -53,9 +48,9 @@ void DisplayAlertHandler::_cancelAfterGivingUp() {
 
 void DisplayAlertHandler::writeAnswer(int returnCode, AEDesc& reply) const {
     if (returnCode != kGaveUp && mAlert->isCancel(returnCode))
-        return writeCancelled(reply);
-    (void)reply.put("----"_4cc, AEDesc::record({{"bhit"_4cc, AEDesc::ofText(mAlert->buttonReturned(returnCode).toStdU16String())},
-                                                {"gavu"_4cc, AEDesc::ofBoolean(returnCode == kGaveUp)}}));
+        return setCancelled(reply);
+    setResult(reply, AEDesc::record({{"bhit"_4cc, descriptorOf(mAlert->buttonReturned(returnCode))},
+                                     {"gavu"_4cc, AEDesc::ofBoolean(returnCode == kGaveUp)}}));
 }
 
 } // namespace quoddle

@@ -4,6 +4,7 @@
 #include "dialogs/DialogSession.h"
 #include "platform/appkit/BundleIcon.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/panels/CommandDialog.h"
 #include "platform/panels/DialogIcon.h"
 #include "platform/panels/DisplayDialogPanel.h"
 #include "runtime/AppDelegate.h"
@@ -11,8 +12,6 @@
 namespace quoddle {
 
 namespace {
-
-constexpr int kGaveUp = 0;
 
 /// The icon that is to be shown, if any; or what is wrong with the one that the script asks for.
 std::optional<CommandError> readIcon(const IconParameter& parameter, QPixmap& icon) {
@@ -63,11 +62,10 @@ void DisplayDialogHandler::_cancelAfterGivingUp() {
 
 void DisplayDialogHandler::writeAnswer(int returnCode, AEDesc& reply) const {
     if (returnCode != kGaveUp && mPanel->isCancel(returnCode))
-        return writeCancelled(reply);
-    const bool gaveUp = returnCode == kGaveUp;
-    (void)reply.put("----"_4cc, AEDesc::record({{"bhit"_4cc, AEDesc::ofText(mPanel->buttonReturned(returnCode).toStdU16String())},
-                                                {"ttxt"_4cc, AEDesc::ofText(mPanel->textReturned().toStdU16String())},
-                                                {"gavu"_4cc, AEDesc::ofBoolean(gaveUp)}}));
+        return setCancelled(reply);
+    setResult(reply, AEDesc::record({{"bhit"_4cc, descriptorOf(mPanel->buttonReturned(returnCode))},
+                                     {"ttxt"_4cc, descriptorOf(mPanel->textReturned())},
+                                     {"gavu"_4cc, AEDesc::ofBoolean(returnCode == kGaveUp)}}));
 }
 
 } // namespace quoddle

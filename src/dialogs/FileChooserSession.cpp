@@ -2,6 +2,7 @@
 #include "dialogs/FileChooserSession.h"
 
 #include "platform/additions/FileParameter.h"
+#include "platform/panels/CommandDialog.h"
 
 #include <QDialog>
 
@@ -24,9 +25,9 @@ void beginFileChooserSession(const std::shared_ptr<NSSavePanel>& panel, std::fun
     form.end = [panel](int returnCode) { panel->dialog()->done(returnCode); };
     beginDialogSession(std::move(form), [result = std::move(result)](int returnCode, AEDesc& reply) {
         if (returnCode == NSModalResponseCancel)
-            writeCancelled(reply);
+            setCancelled(reply);
         else
-            (void)reply.put("----"_4cc, result());
+            setResult(reply, result());
     });
 }
 

@@ -6,6 +6,7 @@ Use it as   class Tests(accessibility.AccessibleCase)   and run the file as harn
 import os
 import subprocess
 import sys
+import time
 
 try:
     import gi
@@ -17,6 +18,20 @@ except (ImportError, ValueError):
 
 import harness
 from harness import until
+
+
+ASKING = """
+on jot(what)
+	do shell script "echo " & quoted form of what & " >> FOLDER/noted"
+end jot
+on run
+	try
+		ASK
+	on error message number n
+		jot("error " & n)
+	end try
+end run
+"""
 
 
 class AccessibleCase(harness.AppletCase):
@@ -70,3 +85,22 @@ class AccessibleCase(harness.AppletCase):
 
     def is_enabled(self, control):
         return control.get_state_set().contains(self.atspi.StateType.ENABLED)
+
+    # An applet that asks when it is launched, and writes down what comes of it.
+
+    def ask(self, name, question, handlers="", **more):
+        self.applet = self.start(name, handlers + ASKING.replace("ASK", question), **more)
+        return self.applet
+
+    def click(self, control, *options):
+        self.applet.xdotool("mousemove", *map(str, self.middle(control)))
+        time.sleep(0.1)
+        self.applet.xdotool("click", *options, "1")
+
+    def picture(self, label):
+        time.sleep(0.4)
+        self.applet.picture(label)
+
+    def noted(self, text):
+        until(lambda: text in self.applet.said("noted"), f"{text!r} to be noted; there is {self.applet.said('noted')!r}")
+        self.applet.ends()

@@ -15,29 +15,11 @@ import accessibility
 import harness
 from harness import binaries, until
 
-# Asks when it is launched: a handler is running, so the window is there and the dialog is a sheet on it.
-ASKING = """
-on jot(what)
-	do shell script "echo " & quoted form of what & " >> FOLDER/noted"
-end jot
-on run
-	try
-		ASK
-	on error message number n
-		jot("error " & n)
-	end try
-end run
-"""
-
 # Waits for others to ask; its window is hidden.
 WAITING = "on idle\nreturn 100\nend idle"
 
 
 class Dialogs(accessibility.AccessibleCase):
-    def ask(self, name, question, **more):
-        self.applet = self.start(name, ASKING.replace("ASK", question), **more)
-        return self.applet
-
     def wait_to_be_asked(self, name):
         self.applet = self.start(name, WAITING, options=["-s"])
         until(lambda: self.osascript("-e", f'application "{name}" is running').stdout == "true\n", name + " to listen")
@@ -65,22 +47,9 @@ class Dialogs(accessibility.AccessibleCase):
         for name in names:
             self.applet.xdotool("key", name)
 
-    def click(self, control, *options):
-        self.applet.xdotool("mousemove", *map(str, self.middle(control)))
-        time.sleep(0.1)
-        self.applet.xdotool("click", *options, "1")
-
     def press(self, control):
         """As an assistive technology does."""
         self.atspi.Action.do_action(control, 0)
-
-    def picture(self, label):
-        time.sleep(0.4)
-        self.applet.picture(label)
-
-    def noted(self, text):
-        until(lambda: text in self.applet.said("noted"), f"{text!r} to be noted; there is {self.applet.said('noted')!r}")
-        self.applet.ends()
 
     def answer_of(self, process):
         return process.communicate(timeout=harness.DEADLINE)[0].rstrip("\n")

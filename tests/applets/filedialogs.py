@@ -12,10 +12,7 @@ import accessibility
 import harness
 from harness import until
 
-ASKING = """
-on jot(what)
-	do shell script "echo " & quoted form of what & " >> FOLDER/noted"
-end jot
+PATHS = """
 on paths(these)
 	set all to ""
 	repeat with each in these
@@ -23,13 +20,6 @@ on paths(these)
 	end repeat
 	return all
 end paths
-on run
-	try
-		ASK
-	on error message number n
-		jot("error " & n)
-	end try
-end run
 """
 
 
@@ -44,9 +34,7 @@ class FileDialogs(accessibility.AccessibleCase):
         (stuff / "shortcut").symlink_to("beta 2.txt")
 
     def ask(self, name, question, **more):
-        applet = self.start(name, ASKING.replace("ASK", question), **more)
-        self.applet = applet
-        return applet
+        return super().ask(name, question, PATHS, **more)
 
     def keys(self, title, *names):
         """Real keys, to the window that has come to the front by itself."""
@@ -55,21 +43,8 @@ class FileDialogs(accessibility.AccessibleCase):
         for name in names:
             self.applet.xdotool("key", name)
 
-    def click(self, control, *options):
-        self.applet.xdotool("mousemove", *map(str, self.middle(control)))
-        time.sleep(0.1)
-        self.applet.xdotool("click", *options, "1")
-
     def row(self, name):
         return self.find(name, "table cell")
-
-    def picture(self, label):
-        time.sleep(0.4)
-        self.applet.picture(label)
-
-    def noted(self, text):
-        until(lambda: text in self.applet.said("noted"), f"{text!r} to be noted; there is {self.applet.said('noted')!r}")
-        self.applet.ends()
 
     def names(self):
         return [name for _, name, role in self.showing() if role == "table cell" and name and "\u2068" not in name and not name.endswith(("B", "bytes"))]

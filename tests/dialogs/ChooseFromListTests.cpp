@@ -140,10 +140,11 @@ TEST(ChooseFromList, WhatHasNoTextOfItsOwnIsShownByWhatItHolds) {
     AEDesc deep = pair;
     for (int i = 0; i < 60; ++i)
         deep = AEDesc::list({deep});
-    const AEDesc event = command("gtqp"_4cc, "chlt"_4cc,
-                                 {{"----"_4cc, AEDesc::list({pair, record, deep, text("t")})}, {"inSL"_4cc, AEDesc::list({record})}});
+    const AEDesc event = command(
+        "gtqp"_4cc, "chlt"_4cc,
+        {{"----"_4cc, AEDesc::list({pair, record, deep, text("t"), AEDesc::ofType("msng"_4cc)})}, {"inSL"_4cc, AEDesc::list({record})}});
     ASSERT_FALSE(ChooseFromListParameters::read(event, parameters));
-    EXPECT_EQ(parameters.texts, (QStringList{u"1, two"_s, u"Ann, 1, two"_s, QString(), u"t"_s}));
+    EXPECT_EQ(parameters.texts, (QStringList{u"1, two"_s, u"Ann, 1, two"_s, QString(), u"t"_s, u"missing value"_s}));
     EXPECT_EQ(parameters.defaultRows, QList<int>{1});
 }
 

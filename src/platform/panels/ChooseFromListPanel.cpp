@@ -28,6 +28,8 @@ constexpr int kDeepestShown = 8; // lists in lists
 
 /// What stands in the row of an item: its text or, when it has none, the texts of what it holds.
 QString shownText(const AEDesc& item, int depth = 0) {
+    if (item.type() == "type"_4cc && item.code() == "msng"_4cc)
+        return u"missing value"_s; // as scripts call it
     if (const auto text = item.asText())
         return QString::fromStdU16String(*text);
     QStringList texts;
