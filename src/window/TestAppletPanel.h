@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The panel of the test mode, in which an applet is chosen to be worked on.
-// One decision: an applet is a folder to the file system and a file to its user, so folders are opened and applets are chosen.
 #pragma once
 
 #include <QString>

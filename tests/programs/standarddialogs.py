@@ -14,7 +14,6 @@ import signal
 import subprocess
 import sys
 import time
-import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "applets"))
 import accessibility
