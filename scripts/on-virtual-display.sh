@@ -8,7 +8,7 @@ seconds=${QUODDLE_SECONDS:-20}
 
 number=90
 while [ -e "/tmp/.X$number-lock" ]; do number=$((number + 1)); done
-Xvfb ":$number" -screen 0 1024x640x24 -nolisten tcp >/dev/null 2>&1 &
+Xvfb ":$number" -screen 0 1024x640x24 -nolisten tcp -noreset >/dev/null 2>&1 &
 server=$!
 trap 'kill $manager $server 2>/dev/null' EXIT
 manager=

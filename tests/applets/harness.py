@@ -32,16 +32,24 @@ def until(condition, what, deadline=DEADLINE):
 
 
 class Display:
-    """An X server and a window manager."""
+    """An X server and a window manager that has taken charge of it."""
 
     def __init__(self):
         read, write = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1024x640x24", "-nolisten", "tcp"],
+        # Without -noreset a server starts over when its last client leaves, and takes a window manager that is just arriving with it.
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1024x640x24", "-nolisten", "tcp", "-noreset"],
                                        pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         number = os.fdopen(read).readline().strip()
         self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
         self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        until(self._is_managed, "the window manager")
+
+    def _is_managed(self):
+        if self.manager.poll() is not None:
+            raise AssertionError(f"openbox ended with {self.manager.returncode}")
+        said = subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=self.environment, capture_output=True, text=True).stdout
+        return "window id" in said
 
     def close(self):
         for process in (self.manager, self.server):
