@@ -113,13 +113,14 @@ bool AllowedFileTypes::matches(const QString& path) const {
     if (mEverything)
         return true;
     const QFileInfo info(path);
-    const QString name = info.fileName().toLower();
-    for (const QString& suffix : mSuffixes)
-        if (name.size() > suffix.size() && name.endsWith(suffix))
-            return true;
+    const QString target = info.isSymLink() ? info.canonicalFilePath() : path;
+    for (const QString& name : {info.fileName().toLower(), target.mid(target.lastIndexOf(u'/') + 1).toLower()})
+        for (const QString& suffix : mSuffixes)
+            if (name.size() > suffix.size() && name.endsWith(suffix))
+                return true;
     if (mTypes.isEmpty() && mExactTypes.isEmpty())
         return false;
-    const QString type = typeIdentifierOfFile(info.isSymLink() ? info.canonicalFilePath() : path);
+    const QString type = typeIdentifierOfFile(target);
     if (mExactTypes.contains(type, Qt::CaseInsensitive))
         return true;
     const QStringList all = UTTypeCopyConformances(type);

@@ -181,6 +181,8 @@ TEST_F(FileTypes, AScriptsChoiceLetsThrough) {
     }
     QFile::link(mFolder.filePath(u"a.png"_s), mFolder.filePath(u"link"_s));
     EXPECT_TRUE(AllowedFileTypes({u"public.image"_s}).matches(mFolder.filePath(u"link"_s)));
+    QFile::link(mFolder.filePath(u"any.xyz"_s), mFolder.filePath(u"another link"_s));
+    EXPECT_TRUE(AllowedFileTypes({u"xyz"_s}).matches(mFolder.filePath(u"another link"_s)));
 }
 
 TEST_F(FileTypes, BundlesDeclareTheirOwn) {
