@@ -255,6 +255,8 @@ void NSSavePanel::fileEntered(const QString& path) {
 }
 
 void NSSavePanel::confirm() {
+    if (mBrowser->enterSelectedByKeyboard())
+        return; // what was chosen with the keys is a folder, not the one around it
     const QString text = mUi->nameField->text();
     const QString path = absolutePathFor(text, mBrowser->directory());
     const QFileInfo info(path);

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
@@ -255,6 +257,14 @@ TEST_F(FilePanel, AFolderIsTheSelectedOneOrTheOneShown) {
     confirmButton().click();
     EXPECT_EQ(chosen(panel), QStringList(u"fresh"_s));
     EXPECT_TRUE(QFileInfo(path("fresh")).isDir());
+
+    for (const char* greyed : {"Zebra.png", "Tool.app"}) { // to begin with what cannot be chosen is to begin around it
+        mDirectory = path(greyed);
+        show(panel);
+        EXPECT_FALSE(browser().hasSelection());
+        press(Qt::Key_Return);
+        EXPECT_EQ(chosen(panel), QStringList(u"."_s)) << greyed;
+    }
 }
 
 TEST_F(FilePanel, APathCanBeTyped) {
@@ -328,6 +338,25 @@ TEST_F(FilePanel, ANameIsCheckedBeforeItIsTaken) {
         EXPECT_TRUE(problemWithFileName(good).isEmpty()) << good.toStdString();
 }
 
+TEST_F(FilePanel, ReturnOnAFolderGoesIntoIt) {
+    NSSavePanel panel;
+    panel.setNameFieldStringValue(u"report.txt"_s);
+    show(panel);
+    list().setFocus();
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    ASSERT_FALSE(mResponse);
+    EXPECT_EQ(browser().directory(), path("inner"));
+    press(Qt::Key_Return); // nothing is selected here
+    EXPECT_EQ(panel.url().toLocalFile(), path("inner/report.txt"));
+
+    show(panel);
+    click("inner");
+    part<QLineEdit>("nameField").setFocus();
+    press(Qt::Key_Return);
+    EXPECT_EQ(panel.url().toLocalFile(), path("report.txt"));
+}
+
 TEST_F(FilePanel, ReplacingIsAgreedOn) {
     NSSavePanel panel;
     for (const QString& existing : {u"Zebra.png"_s, u"broken"_s, u"Tool.app"_s}) {
@@ -398,6 +427,36 @@ TEST_F(FilePanel, FollowsTheFolderAndKeepsWhatIsSelected) {
     EXPECT_EQ(names().at(1), u"Zebra.png"_s);
     EXPECT_EQ(browser().selection().size(), 1);
     press(Qt::Key_Escape);
+}
+
+TEST_F(FilePanel, FindsAFolderThatHasGoneAndComeBack) {
+    NSOpenPanel panel;
+    mDirectory = path("inner");
+    show(panel);
+    QDir(path("inner")).removeRecursively();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return list().placeholder().contains(u"found"_s); }));
+    for (const char* file : {"inner/first", "inner/second"}) { // found again, and watched again
+        QDir(mFolder.path()).mkpath(u"inner"_s);
+        make(QString::fromLatin1(file));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return names().contains(QFileInfo(QString::fromLatin1(file)).fileName()); })) << file;
+    }
+    press(Qt::Key_Escape);
+}
+
+TEST_F(FilePanel, ANameThatIsNoTextCannotBeChosen) {
+    const std::string ill = mFolder.path().toStdString() + "/ill\xff";
+    ASSERT_TRUE(std::ofstream(ill).is_open());
+    NSOpenPanel open;
+    show(open);
+    EXPECT_FALSE(names().contains(u"ill\ufffd"_s));
+    press(Qt::Key_Escape);
+    NSSavePanel save;
+    show(save);
+    const int row = browser().model().rowOf(u"ill\ufffd"_s);
+    ASSERT_GE(row, 0);
+    EXPECT_FALSE(browser().model().flags(browser().model().index(row, 0)) & Qt::ItemIsEnabled);
+    press(Qt::Key_Escape);
+    std::remove(ill.c_str()); // which the folder cannot do
 }
 
 TEST_F(FilePanel, TellsWhyNothingIsThere) {

@@ -61,6 +61,7 @@ void DirectoryModel::setFilter(const DirectoryFilter& filter) {
 
 void DirectoryModel::refresh() {
     mIsRefreshing = true;
+    watch(); // it may be another folder that has the name now
     mReader.read(mDirectory, mFilter);
 }
 

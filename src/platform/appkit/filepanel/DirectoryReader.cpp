@@ -71,7 +71,8 @@ bool DirectoryReader::Job::describe(int directory, const dirent& item, Directory
     if (entry.isHidden && !filter.showsHiddenFiles)
         return false;
     struct stat status;
-    const bool exists = ::fstatat(directory, item.d_name, &status, 0) == 0; // a link that leads nowhere does not
+    const bool isReachable = QFile::encodeName(entry.name) == item.d_name;                 // bytes that are no text lead to no path
+    const bool exists = isReachable && ::fstatat(directory, item.d_name, &status, 0) == 0; // nor does a link that leads nowhere
     if (exists) {
         entry.modified = status.st_mtim.tv_sec * 1000LL + status.st_mtim.tv_nsec / 1'000'000;
         const bool isFolder = S_ISDIR(status.st_mode);

@@ -18,7 +18,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kLongestHistory = 100;
-constexpr int kPatience = 500; // milliseconds
+constexpr int kPatience = 500;           // milliseconds
+constexpr int kLookAgainInterval = 1000; // milliseconds; for a folder that nobody can watch
 
 QString parentOf(const QString& path) {
     const qsizetype slash = path.lastIndexOf(u'/');
@@ -59,6 +60,12 @@ void FileBrowser::buildList() {
     connect(&mModel, &QAbstractItemModel::modelAboutToBeReset, this, &FileBrowser::keepSelection);
     connect(&mModel, &QAbstractItemModel::modelReset, this, &FileBrowser::restoreSelection);
     connect(&mModel, &DirectoryModel::stateChanged, this, &FileBrowser::updatePlaceholder);
+    mLookAgainTimer.setInterval(kLookAgainInterval);
+    connect(&mLookAgainTimer, &QTimer::timeout, &mModel, &DirectoryModel::refresh);
+    connect(&mModel, &DirectoryModel::stateChanged, this, [this] {
+        const bool cannotBeSeen = mModel.state() == DirectoryState::missing || mModel.state() == DirectoryState::forbidden;
+        cannotBeSeen ? mLookAgainTimer.start() : mLookAgainTimer.stop();
+    });
     connect(list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (!mIsRestoring)
             Q_EMIT selectionChanged();
@@ -125,7 +132,7 @@ void FileBrowser::setDirectory(const QString& path) {
 
 void FileBrowser::goTo(const QString& path) {
     if (path == directory())
-        return;
+        return mModel.refresh();
     mBack.append(directory());
     if (mBack.size() > kLongestHistory)
         mBack.removeFirst();
@@ -203,6 +210,18 @@ bool FileBrowser::hasSelection() const {
     return mUi->fileList->selectionModel()->hasSelection();
 }
 
+bool FileBrowser::enterSelectedByKeyboard() {
+    const QList<Item> items = mUi->fileList->hasFocus() ? selection() : QList<Item>();
+    if (items.size() != 1 || !items.first().entry.isDirectory)
+        return false;
+    goTo(items.first().path);
+    return true;
+}
+
+bool FileBrowser::isSelectable(int row) const {
+    return mModel.flags(mModel.index(row, 0)) & Qt::ItemIsSelectable;
+}
+
 void FileBrowser::select(const QString& name) {
     mKeptNames = {name};
     mKeptCurrent = name;
@@ -228,7 +247,7 @@ void FileBrowser::restoreSelection() {
         QItemSelection found;
         int first = -1; // of a run
         for (int row = 0; row <= mModel.rowCount(); ++row) {
-            const bool isKept = row < mModel.rowCount() && names.contains(mModel.entryAt(row).name);
+            const bool isKept = row < mModel.rowCount() && names.contains(mModel.entryAt(row).name) && isSelectable(row);
             if (isKept && first < 0)
                 first = row;
             if (!isKept && first >= 0)

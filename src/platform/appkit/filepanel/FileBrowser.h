@@ -42,7 +42,9 @@ public:
     /// From top to bottom.
     QList<Item> selection() const;
     bool hasSelection() const;
-    /// Selects the entry once it is there and has it seen.
+    /// Goes into the one folder that is selected when the keyboard is in the list; false when it did not.
+    bool enterSelectedByKeyboard();
+    /// Has the entry seen once it is there, and selected if the user could select it.
     void select(const QString& name);
 
 Q_SIGNALS:
@@ -65,6 +67,7 @@ private:
     void enterPath(const QString& path);
     void createFolder();
     void makeFolderNamed(const QString& name);
+    bool isSelectable(int row) const;
     void keepSelection();
     void restoreSelection();
     void updatePlaceholder();
@@ -79,6 +82,7 @@ private:
     QString mKeptCurrent;
     bool mIsRestoring = false;
     QElapsedTimer mSinceEntered;
+    QTimer mLookAgainTimer;
 };
 
 } // namespace quoddle
