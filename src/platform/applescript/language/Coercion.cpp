@@ -12,6 +12,7 @@
 
 #include <charconv>
 #include <ctime>
+#include <unordered_map>
 
 namespace quoddle::language {
 
@@ -74,38 +75,81 @@ Value toNumber(Value value) {
     return Value::failure();
 }
 
-bool appendText(Machine& machine, Value value, std::u16string& out, std::size_t depth) {
-    if (depth > kMaximumDepth || out.size() > Heap::kMaximumTextLength)
+/// The text of one value.
+class TextMaker {
+public:
+    explicit TextMaker(Machine& machine) : mMachine(machine) {}
+
+    /// False when a part of it has no text, or the text would be too long.
+    bool append(Value value, std::size_t depth = 0);
+    const std::u16string& text() const { return mText; }
+
+private:
+    bool appendList(const List* list, std::size_t depth);
+    bool appendItems(const List* list, std::size_t depth);
+
+    static constexpr std::size_t kListsNotNoted = 10000;
+    struct Stretch {
+        std::size_t start, length;
+    };
+
+    Machine& mMachine;
+    std::u16string mText;
+    std::size_t mLists = 0;
+    std::unordered_map<const List*, Stretch> mKnown; // where the text of a list stands
+};
+
+bool TextMaker::append(Value value, std::size_t depth) {
+    if (depth > kMaximumDepth || mText.size() > Heap::kMaximumTextLength)
         return false;
-    if (const Text* text = as<Text>(value)) {
-        out += text->view();
-    } else if (value.isInteger()) {
-        out += sourcetext::integer(value.asInteger());
-    } else if (value.isReal()) {
-        out += sourcetext::real(value.asReal());
-    } else if (value.isBoolean()) {
-        out += value.isTrue() ? u"true" : u"false";
-    } else if (value.isCode() || value.isConstant()) {
-        out += termFor(value);
-    } else if (const Date* date = as<Date>(value)) {
-        out += sourcetext::date(date->seconds);
-    } else if (const Application* application = as<Application>(value)) {
-        out += application->name;
-    } else if (const Data* data = as<Data>(value); data && isFile(value)) {
-        out += hfsPath(*data);
-    } else if (const auto amount = amountOf(value)) {
-        out += sourcetext::real(*amount);
-    } else if (const List* list = as<List>(value)) {
-        const std::u16string delimiter(textItemDelimiters(machine).front());
-        for (std::uint32_t i = 0; i < list->count; ++i) {
-            if (i > 0)
-                out += delimiter;
-            const Value item = follow(machine, list->items[i]);
-            if (item.isFailure() || !appendText(machine, item, out, depth + 1))
-                return false;
-        }
-    } else {
+    if (const Text* text = as<Text>(value))
+        mText += text->view();
+    else if (value.isInteger())
+        mText += sourcetext::integer(value.asInteger());
+    else if (value.isReal())
+        mText += sourcetext::real(value.asReal());
+    else if (value.isBoolean())
+        mText += value.isTrue() ? u"true" : u"false";
+    else if (value.isCode() || value.isConstant())
+        mText += termFor(value);
+    else if (const Date* date = as<Date>(value))
+        mText += sourcetext::date(date->seconds);
+    else if (const Application* application = as<Application>(value))
+        mText += application->name;
+    else if (const Data* data = as<Data>(value); data && isFile(value))
+        mText += hfsPath(*data);
+    else if (const auto amount = amountOf(value))
+        mText += sourcetext::real(*amount);
+    else if (const List* list = as<List>(value))
+        return appendList(list, depth);
+    else
         return false;
+    return true;
+}
+
+/// A list that is met again has the text that it had; lists that hold a list many times would take for ever otherwise.
+bool TextMaker::appendList(const List* list, std::size_t depth) {
+    if (++mLists <= kListsNotNoted)
+        return appendItems(list, depth);
+    if (const auto known = mKnown.find(list); known != mKnown.end()) {
+        mText.append(mText, known->second.start, known->second.length);
+        return true;
+    }
+    const std::size_t start = mText.size();
+    if (!appendItems(list, depth))
+        return false;
+    mKnown[list] = {start, mText.size() - start};
+    return true;
+}
+
+bool TextMaker::appendItems(const List* list, std::size_t depth) {
+    const std::u16string delimiter(textItemDelimiters(mMachine).front());
+    for (std::uint32_t i = 0; i < list->count; ++i) {
+        if (i > 0)
+            mText += delimiter;
+        const Value item = follow(mMachine, list->items[i]);
+        if (item.isFailure() || !append(item, depth + 1))
+            return false;
     }
     return true;
 }
@@ -113,10 +157,10 @@ bool appendText(Machine& machine, Value value, std::u16string& out, std::size_t 
 Value toText(Machine& machine, Value value) {
     if (is<Text>(value))
         return value;
-    std::u16string text;
-    if (!appendText(machine, value, text, 0))
+    TextMaker maker(machine);
+    if (!maker.append(value) || maker.text().size() > Heap::kMaximumTextLength)
         return Value::failure();
-    return Value::object(machine.heap().text(text));
+    return Value::object(machine.heap().text(maker.text()));
 }
 
 Value toList(Machine& machine, Value value) {
@@ -343,8 +387,13 @@ Value tryCoerce(Machine& machine, Value value, FourCharCode wanted) {
 }
 
 Value cannotMake(Machine& machine, Value value, FourCharCode wanted) {
-    return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into type " + termFor(Value::code(wanted)) + u".",
-                         value, Value::code(wanted));
+    return machine.raise(errAECoercionFail,
+                         u"Can’t make " + inMessage(machine, value) + u" into type " + termFor(Value::code(wanted)) + u".", value,
+                         Value::code(wanted));
+}
+
+Value tooLarge(Machine& machine) {
+    return machine.raise(errOSADataBlockTooLarge, u"Attempt to create a value larger than the allowable size.");
 }
 
 Value coerce(Machine& machine, Value value, Value wanted) {
@@ -359,10 +408,10 @@ Value coerce(Machine& machine, Value value, Value wanted) {
             if (classes->items[i].isCode())
                 if (const Value made = tryCoerce(machine, value, classes->items[i].asCode()); !made.isFailure())
                     return made;
-        return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into the expected type.", value);
+        return machine.raise(errAECoercionFail, u"Can’t make " + inMessage(machine, value) + u" into the expected type.", value);
     }
     if (!wanted.isCode())
-        return machine.raise(errAECoercionFail, u"Can’t make " + display(machine, value) + u" into the expected type.", value);
+        return machine.raise(errAECoercionFail, u"Can’t make " + inMessage(machine, value) + u" into the expected type.", value);
     if (value.isUndefined())
         return machine.raise(-2763, u"No result was returned from some part of this expression.");
     const bool keepsReference = wanted.asCode() == "obj "_4cc;

@@ -18,5 +18,7 @@ bool isOfClass(Value value, FourCharCode wanted);
 Text* textOf(Machine& machine, Value value);
 /// Raises -1700: Can’t make … into type ….
 Value cannotMake(Machine& machine, Value value, FourCharCode wanted);
+/// Raises the error of a value that would be longer than values may be.
+Value tooLarge(Machine& machine);
 
 } // namespace quoddle::language

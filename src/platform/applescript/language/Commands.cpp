@@ -75,7 +75,7 @@ Value count(Machine& machine, Value direct, Arguments arguments) {
 Value run(Machine& machine, Value direct, Arguments) {
     Script* script = as<Script>(direct);
     if (!script)
-        return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “run” message.", direct);
+        return machine.raise(errAEEventNotHandled, inMessage(machine, direct) + u" doesn’t understand the “run” message.", direct);
     return {}; // a script without a run handler does nothing
 }
 
@@ -102,7 +102,7 @@ bool belongsToApplication(Value direct) {
 }
 
 Value notUnderstood(Machine& machine, Value direct, Value name) {
-    return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + termFor(name) + u"” message.",
+    return machine.raise(errAEEventNotHandled, inMessage(machine, direct) + u" doesn’t understand the “" + termFor(name) + u"” message.",
                          direct);
 }
 
@@ -120,7 +120,8 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
     if (!event) { // a labelled handler that nobody has
         const Symbol* symbol = as<Symbol>(name);
         const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
-        return machine.raise(errAEEventNotHandled, display(machine, direct) + u" doesn’t understand the “" + words + u"” message.", direct);
+        return machine.raise(errAEEventNotHandled, inMessage(machine, direct) + u" doesn’t understand the “" + words + u"” message.",
+                             direct);
     }
     if (!belongsToApplication(direct))
         for (const CommandRow& row : kCommands)
@@ -143,7 +144,8 @@ Value callElsewhere(Machine& machine, Value target, Value name, std::span<const 
     const Symbol* symbol = as<Symbol>(name);
     const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
     if (!belongsToApplication(target) || !symbol)
-        return machine.raise(errAEEventNotHandled, display(machine, target) + u" doesn’t understand the “" + words + u"” message.", target);
+        return machine.raise(errAEEventNotHandled, inMessage(machine, target) + u" doesn’t understand the “" + words + u"” message.",
+                             target);
     List* list = machine.heap().list(arguments.size());
     std::copy(arguments.begin(), arguments.end(), list->items);
     list->count = static_cast<std::uint32_t>(arguments.size());
@@ -175,7 +177,8 @@ bool setParent(Machine& machine, Script* script, Value parent) {
         for (int limit = 0; above && limit < 1000; ++limit, above = machine.parentOf(above)) // a stored script may hold a ring
             if (above == script) {
                 machine.raise(OSAIllegalAssign,
-                              u"Can’t set parent of " + display(machine, Value::object(script)) + u" to " + display(machine, parent) + u".",
+                              u"Can’t set parent of " + inMessage(machine, Value::object(script)) + u" to " + inMessage(machine, parent) +
+                                  u".",
                               parent);
                 return false;
             }

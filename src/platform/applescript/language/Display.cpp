@@ -7,12 +7,15 @@
 #include "platform/applescript/terminology/Terminology.h"
 #include "platform/base/Text.h"
 
+#include <unicode/utf16.h>
+
 namespace quoddle::language {
 
 namespace {
 
 constexpr std::size_t kMaximumDepth = 60;
 constexpr std::size_t kMaximumLength = 1000000;
+constexpr std::size_t kMaximumLengthInMessages = 1000;
 
 const Terminology& terms() {
     static const Terminology kTerms;
@@ -38,7 +41,8 @@ std::u16string propertyName(Value key) {
 class Displayer {
 public:
     /// For people: texts without quotes, lists and records without braces.
-    Displayer(Machine& machine, bool forPeople) : mMachine(machine), mForPeople(forPeople) {}
+    Displayer(Machine& machine, bool forPeople, std::size_t maximumLength = kMaximumLength)
+        : mMachine(machine), mForPeople(forPeople), mMaximumLength(maximumLength) {}
 
     void value(Value value);
     std::u16string take() { return std::move(mOut); }
@@ -51,13 +55,14 @@ private:
     void element(Value elementClass, Value index);
 
     Machine& mMachine;
-    bool mForPeople;
+    const bool mForPeople;
+    const std::size_t mMaximumLength;
     std::u16string mOut;
     std::size_t mDepth = 0;
 };
 
 void Displayer::value(Value value) {
-    if (mDepth > kMaximumDepth || mOut.size() > kMaximumLength) {
+    if (mDepth > kMaximumDepth || mOut.size() > mMaximumLength) {
         mOut += u"…";
         return;
     }
@@ -79,7 +84,7 @@ void Displayer::list(const List* list) {
     const bool linked = list->flags & List::kLinked;
     if (!mForPeople)
         mOut += linked ? u'[' : u'{';
-    for (std::uint32_t i = 0; i < list->count && mOut.size() <= kMaximumLength; ++i) {
+    for (std::uint32_t i = 0; i < list->count && mOut.size() <= mMaximumLength; ++i) {
         if (i > 0)
             mOut += u", ";
         value(list->items[i]);
@@ -244,6 +249,19 @@ std::u16string display(Machine& machine, Value value) {
     Displayer displayer(machine, false);
     displayer.value(value);
     return displayer.take();
+}
+
+std::u16string inMessage(Machine& machine, Value value) {
+    Displayer displayer(machine, false, kMaximumLengthInMessages);
+    displayer.value(value);
+    std::u16string text = displayer.take();
+    if (text.size() > kMaximumLengthInMessages) {
+        text.resize(kMaximumLengthInMessages);
+        if (U16_IS_LEAD(text.back()))
+            text.pop_back();
+        text += u'…';
+    }
+    return text;
 }
 
 std::u16string humanDisplay(Machine& machine, Value value) {

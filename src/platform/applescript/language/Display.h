@@ -8,6 +8,8 @@ namespace quoddle::language {
 
 /// As source: texts in quotes, lists in braces. What is nested too deeply, or longer than a million characters, ends in "…".
 std::u16string display(Machine& machine, Value value);
+/// As source, for a message: what is longer than a thousand characters is cut off and ends in "…".
+std::u16string inMessage(Machine& machine, Value value);
 /// As a person reads it: texts without quotes, lists and records without braces.
 std::u16string humanDisplay(Machine& machine, Value value);
 /// The words for a class, a property, a constant or a command; in chevrons when no dictionary has them.

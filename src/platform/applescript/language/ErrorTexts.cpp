@@ -128,7 +128,8 @@ constexpr Row kTexts[] = {
 } // namespace
 
 std::u16string messageFor(OSStatus number) {
-    auto row = std::lower_bound(std::begin(kTexts), std::end(kTexts), number, [](const Row& candidate, OSStatus wanted) { return candidate.number > wanted; });
+    auto row = std::lower_bound(std::begin(kTexts), std::end(kTexts), number,
+                                [](const Row& candidate, OSStatus wanted) { return candidate.number > wanted; });
     return std::u16string(row != std::end(kTexts) && row->number == number ? row->text : u"An error has occurred.");
 }
 

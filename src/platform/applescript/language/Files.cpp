@@ -72,7 +72,8 @@ std::string posixPath(const Data& file) {
     std::string_view record = file.bytes;
     for (std::size_t at = 150; at + 4 <= record.size();) {
         const int tag = static_cast<std::int16_t>(static_cast<unsigned char>(record[at]) << 8 | static_cast<unsigned char>(record[at + 1]));
-        const std::size_t length = static_cast<std::size_t>(static_cast<unsigned char>(record[at + 2]) << 8 | static_cast<unsigned char>(record[at + 3]));
+        const std::size_t length =
+            static_cast<std::size_t>(static_cast<unsigned char>(record[at + 2]) << 8 | static_cast<unsigned char>(record[at + 3]));
         if (tag < 0 || at + 4 + length > record.size())
             break;
         if (tag == 18)

@@ -32,11 +32,12 @@ Value fromWhole(std::int64_t whole) {
 }
 
 Value finite(Machine& machine, double result) {
-    return std::isfinite(result) ? Value::real(result) : machine.raise(errOSANumericOverflow, u"The result of a numeric operation was too large.");
+    return std::isfinite(result) ? Value::real(result)
+                                 : machine.raise(errOSANumericOverflow, u"The result of a numeric operation was too large.");
 }
 
 Value byZero(Machine& machine, Value dividend) {
-    return machine.raise(errOSADivideByZero, u"Can’t divide " + display(machine, dividend) + u" by zero.", dividend);
+    return machine.raise(errOSADivideByZero, u"Can’t divide " + inMessage(machine, dividend) + u" by zero.", dividend);
 }
 
 bool seconds(Machine& machine, Value value, std::int64_t& out) {
@@ -161,8 +162,8 @@ Value concatenate(Machine& machine, Value left, Value right) {
         const Value other = is<Text>(right) ? right : coerce(machine, right, Value::code("ctxt"_4cc));
         if (other.isFailure())
             return other;
-        Text* whole = machine.heap().concatenate(text, as<Text>(other)->view());
-        return whole ? Value::object(whole) : machine.raise(errOSADataBlockTooLarge, u"Attempt to create a value larger than the allowable size.");
+        Text* whole = machine.heap().concatenate(text, as<Text>(other));
+        return whole ? Value::object(whole) : tooLarge(machine);
     }
     if (const Record* first = as<Record>(left))
         if (const Record* second = as<Record>(right)) {
@@ -173,23 +174,22 @@ Value concatenate(Machine& machine, Value left, Value right) {
                     both->entries.push_back(entry);
             return Value::object(both);
         }
-    List* list = machine.heap().list();
-    bool fits = true;
-    const auto append = [&](Value side) {
-        if (const List* items = as<List>(side)) {
-            fits = fits && machine.heap().reserve(list, std::size_t(list->count) + items->count);
-            for (std::uint32_t i = 0; fits && i < items->count; ++i)
-                fits = machine.heap().append(list, items->items[i]);
-        } else if (const Record* record = as<Record>(side); record && (is<List>(left))) {
-            for (const Record::Entry& entry : record->entries)
-                fits = fits && machine.heap().append(list, entry.value);
-        } else {
-            fits = fits && machine.heap().append(list, side);
-        }
+    const auto itemsOf = [&](const Value& side) -> std::span<const Value> {
+        const List* list = as<List>(side);
+        return list ? std::span<const Value>(list->items, list->count) : std::span(&side, 1);
     };
-    append(left);
-    append(right);
-    return fits ? Value::object(list) : machine.raise(errOSADataBlockTooLarge, u"Attempt to create a value larger than the allowable size.");
+    List* first = as<List>(left);
+    if (const Record* record = as<Record>(right); first && record) {
+        std::vector<Value> values;
+        for (const Record::Entry& entry : record->entries)
+            values.push_back(entry.value);
+        List* whole = machine.heap().concatenate(first, values);
+        return whole ? Value::object(whole) : tooLarge(machine);
+    }
+    if (!first)
+        first = machine.heap().concatenate(machine.heap().list(2), itemsOf(left));
+    List* whole = machine.heap().concatenate(first, itemsOf(right));
+    return whole ? Value::object(whole) : tooLarge(machine);
 }
 
 } // namespace quoddle::language

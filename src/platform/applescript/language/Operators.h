@@ -29,13 +29,10 @@ Value endsWith(Machine& machine, Value left, Value right);
 Value contains(Machine& machine, Value left, Value right);
 
 /// Equality under the considerations of the running statement. Never raises; structures nested too deeply are unequal.
-bool areEqual(Machine& machine, Value left, Value right, int depth = 0);
+bool areEqual(Machine& machine, Value left, Value right);
 /// Less than 0, 0, greater than 0; under the considerations.
 int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view right);
 bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_view right);
-/// Where `part` first stands in `whole` at or behind `start`, under the considerations; npos when nowhere. `length` is what it covers there.
-std::size_t findText(Machine& machine, std::u16string_view whole, std::u16string_view part, std::size_t start, std::size_t& length);
-
 /// 1, 0, or -1 with an error raised when the value is no truth value.
 int truth(Machine& machine, Value value);
 

@@ -18,12 +18,12 @@ namespace {
 
 Value noSuchProperty(Machine& machine, Value container, Value key) {
     const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
-    return machine.raise(errAENoSuchObject, u"Can’t get " + display(machine, what) + u".", what);
+    return machine.raise(errAENoSuchObject, u"Can’t get " + inMessage(machine, what) + u".", what);
 }
 
 bool cannotSet(Machine& machine, Value container, Value key, Value value) {
     const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
-    machine.raise(-10006, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+    machine.raise(-10006, u"Can’t set " + inMessage(machine, what) + u" to " + inMessage(machine, value) + u".", what);
     return false;
 }
 
@@ -52,7 +52,7 @@ Value quotedForm(Machine& machine, const Text* text) {
 Value textProperty(Machine& machine, const Text* text, FourCharCode key) {
     switch (key) {
     case "leng"_4cc:
-        return Value::integer(static_cast<std::int32_t>(characterCount(text)));
+        return Value::integer(static_cast<std::int32_t>(characterCount(machine, text)));
     case "ID  "_4cc:
         return codePoints(machine, text);
     case "strq"_4cc:
@@ -64,7 +64,7 @@ Value textProperty(Machine& machine, const Text* text, FourCharCode key) {
     }
 }
 
-Value listProperty(Machine& machine, const List* list, FourCharCode key) {
+Value listProperty(Machine& machine, List* list, FourCharCode key) {
     switch (key) {
     case "leng"_4cc:
         return Value::integer(static_cast<std::int32_t>(list->count));
@@ -77,10 +77,7 @@ Value listProperty(Machine& machine, const List* list, FourCharCode key) {
     case "rest"_4cc: {
         if (list->count == 0)
             return Value::failure();
-        List* rest = machine.heap().list(list->count - 1);
-        std::copy(list->items + 1, list->items + list->count, rest->items);
-        rest->count = list->count - 1;
-        return Value::object(rest);
+        return Value::object(machine.heap().part(list, 1, list->count - 1));
     }
     default:
         return Value::failure();
@@ -128,7 +125,7 @@ Value ownProperty(Machine& machine, Value container, Value key) {
     const FourCharCode code = key.isCode() ? key.asCode() : 0;
     if (const Text* text = as<Text>(container))
         return textProperty(machine, text, code);
-    if (const List* list = as<List>(container))
+    if (List* list = as<List>(container))
         return listProperty(machine, list, code);
     if (Record* record = as<Record>(container)) {
         if (const Record::Entry* entry = record->find(key))
@@ -159,7 +156,7 @@ Value textFromCodePoints(Machine& machine, Value points) {
             return false;
         const std::int32_t c = number.asInteger();
         if (c < 0 || c > 0x10FFFF || U_IS_SURROGATE(c)) {
-            machine.raise(errAENoSuchObject, u"Can’t get character id " + display(machine, number) + u".", number);
+            machine.raise(errAENoSuchObject, u"Can’t get character id " + inMessage(machine, number) + u".", number);
             return false;
         }
         char16_t units[2];

@@ -25,11 +25,7 @@ Value specifier(Machine& machine, Specifier::Form form, Value container, Value a
 
 Value cannotGet(Machine& machine, Value what, OSStatus number = errAENoSuchObject) {
     const std::u16string tail = number == errAEIllegalIndex ? u". Invalid index." : u".";
-    return machine.raise(number, u"Can’t get " + display(machine, what) + tail, what);
-}
-
-Value tooLarge(Machine& machine) {
-    return machine.raise(errOSADataBlockTooLarge, u"Attempt to create a value larger than the allowable size.");
+    return machine.raise(number, u"Can’t get " + inMessage(machine, what) + tail, what);
 }
 
 Value slice(Machine& machine, const Text* text, Span span) {
@@ -65,7 +61,7 @@ Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool&
         if (file.isFailure())
             return file;
         const Value alias = makeFile(machine, file, "alis"_4cc);
-        return alias.isFailure() ? machine.raise(fnfErr, u"File " + display(machine, file) + u" wasn’t found.", file) : alias;
+        return alias.isFailure() ? machine.raise(fnfErr, u"File " + inMessage(machine, file) + u" wasn’t found.", file) : alias;
     }
     case "ldt "_4cc: {
         const Value text = coerce(machine, key, Value::code("ctxt"_4cc));
@@ -73,7 +69,7 @@ Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool&
             return text;
         if (auto seconds = sourcetext::parseDate(as<Text>(text)->view(), currentSeconds()))
             return Value::object(machine.heap().make<Date>(*seconds));
-        return machine.raise(-30720, u"Invalid date and time date " + display(machine, text) + u".", text);
+        return machine.raise(-30720, u"Invalid date and time date " + inMessage(machine, text) + u".", text);
     }
     case "capp"_4cc: {
         const Value name = coerce(machine, key, Value::code("ctxt"_4cc));
@@ -116,7 +112,7 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
         place && (place->form == Specifier::Form::Beginning || place->form == Specifier::Form::End)) {
         const Text* text = as<Text>(container);
         const List* list = as<List>(container);
-        const std::size_t length = text ? text->length : list ? list->count : 0;
+        const std::uint32_t length = text ? text->length : list ? list->count : 0;
         span = place->form == Specifier::Form::Beginning ? Span{0, length ? 1u : 0u} : Span{length ? length - 1 : 0, length ? 1u : 0u};
         return true;
     }
@@ -128,7 +124,7 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
             return true;
     } else if (const List* list = as<List>(container)) {
         const std::int64_t i = index.asInteger(), place = i < 0 ? list->count + i : i - 1;
-        span = {static_cast<std::size_t>(place), 1};
+        span = {static_cast<std::uint32_t>(place), 1};
         if (i != 0 && place >= 0 && place < list->count)
             return true;
     }
@@ -144,7 +140,9 @@ Value range(Machine& machine, Value container, const Specifier* whole) {
         return machine.error().number ? Value::failure() : cannotGet(machine, Value::object(whole));
     if (from.start > to.start)
         std::swap(from, to);
-    if (const List* list = as<List>(container)) {
+    if (List* list = as<List>(container)) {
+        if (whole->a == Value::code("cobj"_4cc))
+            return Value::object(machine.heap().part(list, from.start, to.start - from.start + 1));
         List* part = machine.heap().list(to.start - from.start + 1);
         for (std::size_t i = from.start; i <= to.start; ++i)
             if (isOfClass(list->items[i], whole->a.asCode()))
@@ -156,9 +154,10 @@ Value range(Machine& machine, Value container, const Specifier* whole) {
     if (whole->a == Value::code("ctxt"_4cc))
         return slice(machine, text, covered);
     std::vector<Value> parts;
-    for (const Span& span : elements(machine, text, whole->a.asCode()))
+    forEachElement(machine, text, whole->a.asCode(), [&](Span span) {
         if (span.start >= covered.start && span.start + span.length <= covered.start + covered.length)
             parts.push_back(slice(machine, text, span));
+    });
     return listOf(machine, parts);
 }
 
@@ -174,8 +173,7 @@ Value every(Machine& machine, Value container, Value elementClass, Value what) {
         if (code == "ctxt"_4cc)
             return container;
         std::vector<Value> parts;
-        for (const Span& span : elements(machine, text, code))
-            parts.push_back(slice(machine, text, span));
+        forEachElement(machine, text, code, [&](Span span) { parts.push_back(slice(machine, text, span)); });
         return listOf(machine, parts);
     }
     if (const Record* record = as<Record>(container); record && code == "cobj"_4cc) {
@@ -301,7 +299,8 @@ bool isLocal(Value container) {
 }
 
 Value follow(Machine& machine, Value value) {
-    // An index may be a reference itself, and what an application answers is the application's choice: this nests on the thread's own stack.
+    // An index may be a reference itself, and what an application answers is the application's choice: this nests on the thread's own
+    // stack.
     static thread_local std::size_t nesting = 0;
     struct Level {
         Level() { ++nesting; }
@@ -419,13 +418,14 @@ bool setElement(Machine& machine, Value container, Value elementClass, Value ind
     if (List* list = as<List>(container)) {
         const std::int64_t i = place.asInteger(), at = i < 0 ? list->count + i : i - 1;
         if (elementClass == Value::code("cobj"_4cc) && i != 0 && at >= 0 && at < list->count) {
+            machine.heap().detach(list);
             list->items[at] = value;
             return true;
         }
-        machine.raise(errAEIllegalIndex, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+        machine.raise(errAEIllegalIndex, u"Can’t set " + inMessage(machine, what) + u" to " + inMessage(machine, value) + u".", what);
         return false;
     }
-    machine.raise(-10006, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+    machine.raise(-10006, u"Can’t set " + inMessage(machine, what) + u" to " + inMessage(machine, value) + u".", what);
     return false;
 }
 
@@ -438,7 +438,7 @@ bool setEnd(Machine& machine, Value container, Value value) {
     if (List* list = as<List>(container))
         return machine.heap().append(list, value) || !tooLarge(machine).isFailure();
     const Value what = specifier(machine, Specifier::Form::End, container);
-    machine.raise(-10006, u"Can’t set " + display(machine, what) + u" to " + display(machine, value) + u".", what);
+    machine.raise(-10006, u"Can’t set " + inMessage(machine, what) + u" to " + inMessage(machine, value) + u".", what);
     return false;
 }
 
@@ -446,7 +446,7 @@ bool setSpecifier(Machine& machine, Value target, Value value) {
     const Specifier* what = as<Specifier>(target);
     if (!what) {
         machine.raise(OSAIllegalAssign,
-                      u"Can’t set " + display(machine, target) + u" to " + display(machine, value) + u". Access not allowed.", target);
+                      u"Can’t set " + inMessage(machine, target) + u" to " + inMessage(machine, value) + u". Access not allowed.", target);
         return false;
     }
     if (!isLocal(target))
@@ -463,6 +463,7 @@ bool setSpecifier(Machine& machine, Value target, Value value) {
         if (container.isFailure())
             return false;
         if (List* list = as<List>(container)) {
+            machine.heap().detach(list);
             if (!machine.heap().append(list, value))
                 return !tooLarge(machine).isFailure();
             std::copy_backward(list->items, list->items + list->count - 1, list->items + list->count);
@@ -474,7 +475,7 @@ bool setSpecifier(Machine& machine, Value target, Value value) {
     default:
         break;
     }
-    machine.raise(-10006, u"Can’t set " + display(machine, target) + u" to " + display(machine, value) + u".", target);
+    machine.raise(-10006, u"Can’t set " + inMessage(machine, target) + u" to " + inMessage(machine, value) + u".", target);
     return false;
 }
 
@@ -485,12 +486,12 @@ Value count(Machine& machine, Value value) {
     if (const List* list = as<List>(value))
         return Value::integer(static_cast<std::int32_t>(list->count));
     if (const Text* text = as<Text>(value))
-        return Value::integer(static_cast<std::int32_t>(characterCount(text)));
+        return Value::integer(static_cast<std::int32_t>(characterCount(machine, text)));
     if (const Record* record = as<Record>(value))
         return Value::integer(static_cast<std::int32_t>(record->entries.size()));
     if (is<Application>(value) || is<Specifier>(value))
         return performCommand(machine, Value::object(machine.heap().eventName("corecnte")), value, {}, false);
-    return machine.raise(errAEEventNotHandled, display(machine, value) + u" doesn’t understand the “count” message.", value);
+    return machine.raise(errAEEventNotHandled, inMessage(machine, value) + u" doesn’t understand the “count” message.", value);
 }
 
 } // namespace quoddle::language

@@ -2,131 +2,118 @@
 #include "platform/applescript/language/TextElements.h"
 
 #include "platform/applescript/language/LanguageObject.h"
-#include "platform/applescript/language/Operators.h"
+#include "platform/applescript/language/TextSearch.h"
 
-#include <memory>
-#include <unicode/ubrk.h>
-#include <unicode/ustring.h>
+#include <algorithm>
 
 namespace quoddle::language {
 
 namespace {
 
-struct BreakCloser {
-    void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
-};
-using BreakIterator = std::unique_ptr<UBreakIterator, BreakCloser>;
+constexpr std::int64_t kNearTheEnds = 16; // elements; not worth remembering where they are
 
-BreakIterator openBreaks(UBreakIteratorType type, std::u16string_view text) {
-    UErrorCode status = U_ZERO_ERROR;
-    BreakIterator iterator(ubrk_open(type, "en", text.data(), static_cast<std::int32_t>(text.size()), &status));
-    return U_SUCCESS(status) ? std::move(iterator) : nullptr;
-}
-
-/// Below this no unit combines with another, but for a line feed behind a return, which is one character with it.
 bool isSimple(const Text* text) {
-    if (text->flags & (Text::kKnownSimple | Text::kKnownComplex))
-        return text->flags & Text::kKnownSimple;
-    bool simple = true;
-    char16_t previous = 0;
-    for (char16_t c : text->view()) {
-        if (c >= 0x300 || (c == u'\n' && previous == u'\r')) {
-            simple = false;
-            break;
-        }
-        previous = c;
-    }
-    const_cast<Text*>(text)->flags |= simple ? Text::kKnownSimple : Text::kKnownComplex;
-    return simple;
+    if (!(text->flags & (Text::kKnownSimple | Text::kKnownComplex)))
+        const_cast<Text*>(text)->flags |= isEveryUnitACharacter(text->view()) ? Text::kKnownSimple : Text::kKnownComplex;
+    return text->flags & Text::kKnownSimple;
 }
 
-std::vector<Span> characters(const Text* text) {
-    std::vector<Span> spans;
-    if (isSimple(text)) {
-        spans.reserve(text->length);
-        for (std::size_t i = 0; i < text->length; ++i)
-            spans.push_back({i, 1});
-        return spans;
+TextBreaks breaksFor(FourCharCode elementClass) {
+    switch (elementClass) {
+    case "cwor"_4cc:
+        return TextBreaks::Words;
+    case "cpar"_4cc:
+    case "clin"_4cc:
+        return TextBreaks::Paragraphs;
+    default:
+        return TextBreaks::Characters;
     }
-    if (BreakIterator breaks = openBreaks(UBRK_CHARACTER, text->view())) {
-        std::int32_t start = ubrk_first(breaks.get());
-        for (std::int32_t end = ubrk_next(breaks.get()); end != UBRK_DONE; end = ubrk_next(breaks.get())) {
-            spans.push_back({static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)});
-            start = end;
-        }
-    }
-    return spans;
 }
 
-std::vector<Span> words(const Text* text) {
-    std::vector<Span> spans;
-    BreakIterator breaks = openBreaks(UBRK_WORD, text->view());
-    if (!breaks)
-        return spans;
-    std::int32_t start = ubrk_first(breaks.get());
-    for (std::int32_t end = ubrk_next(breaks.get()); end != UBRK_DONE; end = ubrk_next(breaks.get())) {
-        if (ubrk_getRuleStatus(breaks.get()) != UBRK_WORD_NONE)
-            spans.push_back({static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)});
-        start = end;
-    }
-    return spans;
-}
-
-/// Ended by a return, a line feed or both. A text that ends so has one more, empty paragraph; the empty text has none.
-std::vector<Span> paragraphs(const Text* text) {
-    std::vector<Span> spans;
-    const auto view = text->view();
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < view.size(); ++i) {
-        if (view[i] != u'\r' && view[i] != u'\n')
-            continue;
-        spans.push_back({start, i - start});
-        if (view[i] == u'\r' && i + 1 < view.size() && view[i + 1] == u'\n')
-            ++i;
-        start = i + 1;
-    }
-    if (!view.empty())
-        spans.push_back({start, view.size() - start});
-    return spans;
-}
-
-std::vector<Span> textItems(Machine& machine, const Text* text) {
+/// Those that stand for something; none when every character is an item.
+std::vector<std::u16string_view> delimitersInUse(Machine& machine) {
     std::vector<std::u16string_view> delimiters = textItemDelimiters(machine);
     std::erase_if(delimiters, [](std::u16string_view delimiter) { return delimiter.empty(); });
-    if (delimiters.empty())
-        return characters(text);
-    std::vector<Span> spans;
-    const auto view = text->view();
-    std::size_t start = 0;
-    if (delimiters.size() == 1) {
-        std::size_t length = 0;
-        for (std::size_t at; (at = findText(machine, view, delimiters[0], start, length)) != std::u16string_view::npos; start = at + length)
-            spans.push_back({start, at - start});
-        spans.push_back({start, view.size() - start});
-        return spans;
+    return delimiters;
+}
+
+/// The delimiter that comes first wins, the longer one where two begin at one place.
+class TextItems {
+public:
+    TextItems(Machine& machine, std::u16string_view text, std::vector<std::u16string_view> delimiters)
+        : mText(text), mDelimiters(std::move(delimiters)), mSearch(text, machine.considering()), mNext(mDelimiters.size()) {
+        for (std::size_t i = 0; i < mDelimiters.size(); ++i)
+            findNext(i, 0);
     }
-    // The delimiter that comes first wins, the longer one where two begin at one place.
-    struct Next {
-        std::size_t at, length;
+
+    void visit(const std::function<void(Span)>& visit) {
+        std::size_t start = 0;
+        for (std::size_t best; mNext[best = first(start)].at != kNotFound; start = mNext[best].at + mNext[best].length)
+            visit({static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(mNext[best].at - start)});
+        visit({static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(mText.size() - start)});
+    }
+
+private:
+    struct Place {
+        std::size_t at = 0, length = 0;
     };
-    std::vector<Next> next(delimiters.size());
-    for (std::size_t i = 0; i < delimiters.size(); ++i)
-        next[i].at = findText(machine, view, delimiters[i], 0, next[i].length);
-    while (true) {
+
+    void findNext(std::size_t delimiter, std::size_t start) {
+        Place& place = mNext[delimiter];
+        place.at = mSearch.find(mDelimiters[delimiter], start, place.length);
+        if (place.length == 0) // nothing of it is considered, so it separates nothing
+            place.at = kNotFound;
+    }
+
+    std::size_t first(std::size_t start) {
         std::size_t best = 0;
-        for (std::size_t i = 0; i < delimiters.size(); ++i) {
-            if (next[i].at != std::u16string_view::npos && next[i].at < start)
-                next[i].at = findText(machine, view, delimiters[i], start, next[i].length);
-            if (next[i].at < next[best].at || (next[i].at == next[best].at && next[i].length > next[best].length))
+        for (std::size_t i = 0; i < mNext.size(); ++i) {
+            if (mNext[i].at < start)
+                findNext(i, start);
+            if (mNext[i].at < mNext[best].at || (mNext[i].at == mNext[best].at && mNext[i].length > mNext[best].length))
                 best = i;
         }
-        if (next[best].at == std::u16string_view::npos)
-            break;
-        spans.push_back({start, next[best].at - start});
-        start = next[best].at + next[best].length;
+        return best;
     }
-    spans.push_back({start, view.size() - start});
-    return spans;
+
+    const std::u16string_view mText;
+    const std::vector<std::u16string_view> mDelimiters;
+    TextSearch mSearch;
+    std::vector<Place> mNext;
+};
+
+/// Whatever is remembered is not looked at.
+void visitAll(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<void(Span)>& visit) {
+    if (elementClass == "citm"_4cc)
+        if (auto delimiters = delimitersInUse(machine); !delimiters.empty())
+            return TextItems(machine, text->view(), std::move(delimiters)).visit(visit);
+    visitElements(text->view(), breaksFor(elementClass), [&](Span span) {
+        visit(span);
+        return true;
+    });
+}
+
+bool isCharacterClass(FourCharCode elementClass) {
+    return elementClass == "cha "_4cc || elementClass == "cobj"_4cc || elementClass == "ctxt"_4cc;
+}
+
+bool unitAt(const Text* text, std::int64_t index, Span& span) {
+    const std::int64_t place = index < 0 ? text->length + index : index - 1;
+    span = {static_cast<std::uint32_t>(place), 1};
+    return index != 0 && place >= 0 && place < text->length;
+}
+
+/// Counts from the nearer end, on which side of it the index is.
+bool elementNearEnd(const Text* text, TextBreaks kind, std::int64_t index, Span& span) {
+    bool found = false;
+    std::int64_t left = index < 0 ? -index : index;
+    const auto visit = [&](Span element) {
+        found = --left == 0;
+        span = element;
+        return !found;
+    };
+    index < 0 ? visitElementsBackwards(text->view(), kind, visit) : visitElements(text->view(), kind, visit);
+    return found;
 }
 
 } // namespace
@@ -146,45 +133,61 @@ bool isTextElement(FourCharCode elementClass) {
     }
 }
 
-std::size_t characterCount(const Text* text) {
-    return isSimple(text) ? text->length : characters(text).size();
-}
-
-std::vector<Span> elements(Machine& machine, const Text* text, FourCharCode elementClass) {
-    switch (elementClass) {
-    case "cwor"_4cc:
-        return words(text);
-    case "cpar"_4cc:
-    case "clin"_4cc:
-        return paragraphs(text);
-    case "citm"_4cc:
-        return textItems(machine, text);
-    default:
-        return characters(text);
+const std::vector<Span>* TextElementIndex::find(Machine& machine, const Text* text, FourCharCode elementClass) {
+    const bool isItem = elementClass == "citm"_4cc;
+    for (const Entry& entry : mEntries) {
+        if (entry.text != text || entry.elementClass != elementClass)
+            continue;
+        if (!isItem)
+            return &entry.spans;
+        const auto delimiters = delimitersInUse(machine);
+        if (entry.considering == machine.considering() &&
+            std::equal(delimiters.begin(), delimiters.end(), entry.delimiters.begin(), entry.delimiters.end()))
+            return &entry.spans;
     }
+    return nullptr;
 }
 
-std::size_t elementCount(Machine& machine, const Text* text, FourCharCode elementClass) {
-    if (elementClass == "cha "_4cc || elementClass == "cobj"_4cc)
-        return characterCount(text);
-    return elements(machine, text, elementClass).size();
+const std::vector<Span>& TextElementIndex::make(Machine& machine, const Text* text, FourCharCode elementClass) {
+    if (const std::vector<Span>* known = find(machine, text, elementClass))
+        return *known;
+    Entry entry{text, elementClass, machine.considering(), {}, {}};
+    if (elementClass == "citm"_4cc)
+        for (std::u16string_view delimiter : delimitersInUse(machine))
+            entry.delimiters.emplace_back(delimiter);
+    visitAll(machine, text, elementClass, [&](Span span) { entry.spans.push_back(span); });
+    if (mEntries.size() == kMaximumEntries)
+        mEntries.pop_back();
+    return mEntries.emplace_front(std::move(entry)).spans;
+}
+
+std::size_t characterCount(Machine& machine, const Text* text) {
+    return isSimple(text) ? text->length : machine.textElements().make(machine, text, "cha "_4cc).size();
+}
+
+void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<void(Span)>& visit) {
+    visitAll(machine, text, elementClass, visit);
 }
 
 bool elementAt(Machine& machine, const Text* text, FourCharCode elementClass, std::int64_t index, Span& span) {
-    const bool byCharacter = elementClass == "cha "_4cc || elementClass == "cobj"_4cc || elementClass == "ctxt"_4cc;
-    if (byCharacter && isSimple(text)) {
-        const std::int64_t place = index < 0 ? text->length + index : index - 1;
-        if (index == 0 || place < 0 || place >= text->length)
-            return false;
-        span = {static_cast<std::size_t>(place), 1};
-        return true;
+    if (isCharacterClass(elementClass)) {
+        elementClass = "cha "_4cc;
+        if (text->flags & Text::kKnownSimple)
+            return unitAt(text, index, span);
     }
-    const std::vector<Span> all = elements(machine, text, elementClass);
-    const auto count = static_cast<std::int64_t>(all.size());
+    const std::vector<Span>* spans = machine.textElements().find(machine, text, elementClass);
+    if (!spans) {
+        if (elementClass != "citm"_4cc && index >= -kNearTheEnds && index <= kNearTheEnds)
+            return index != 0 && elementNearEnd(text, breaksFor(elementClass), index, span);
+        if (elementClass == "cha "_4cc && isSimple(text))
+            return unitAt(text, index, span);
+        spans = &machine.textElements().make(machine, text, elementClass);
+    }
+    const auto count = static_cast<std::int64_t>(spans->size());
     const std::int64_t place = index < 0 ? count + index : index - 1;
     if (index == 0 || place < 0 || place >= count)
         return false;
-    span = all[static_cast<std::size_t>(place)];
+    span = (*spans)[static_cast<std::size_t>(place)];
     return true;
 }
 

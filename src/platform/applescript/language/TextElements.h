@@ -1,23 +1,45 @@
 // SPDX-License-Identifier: MIT
-// Elements of text: characters, words, paragraphs, text items. All places are in UTF-16 units.
+// Elements of text: characters, words, paragraphs, text items.
+//
+// Decision: scripts ask for one element after the other. Where the elements of a text are is therefore remembered once an element beyond
+// the first or last few has been asked for, so that a loop over all of them costs what their number says.
 #pragma once
 
+#include "platform/applescript/language/TextBreaks.h"
 #include "platform/applescript/machine/Machine.h"
 
-namespace quoddle::language {
+#include <deque>
 
-struct Span {
-    std::size_t start;
-    std::size_t length;
-};
+namespace quoddle::language {
 
 /// Is this a class whose elements texts have?
 bool isTextElement(FourCharCode elementClass);
 /// How many characters (grapheme clusters).
-std::size_t characterCount(const Text* text);
-std::size_t elementCount(Machine& machine, const Text* text, FourCharCode elementClass);
+std::size_t characterCount(Machine& machine, const Text* text);
 /// The element at a 1-based index, counted from the end when negative. False when there is none.
 bool elementAt(Machine& machine, const Text* text, FourCharCode elementClass, std::int64_t index, Span& span);
-std::vector<Span> elements(Machine& machine, const Text* text, FourCharCode elementClass);
+void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<void(Span)>& visit);
+
+/// What is remembered of texts; one for each machine. It does not keep them alive.
+class TextElementIndex {
+public:
+    /// Valid until the next call of any method. Null when nothing is remembered.
+    const std::vector<Span>* find(Machine& machine, const Text* text, FourCharCode elementClass);
+    /// Likewise, but makes the list.
+    const std::vector<Span>& make(Machine& machine, const Text* text, FourCharCode elementClass);
+    /// Before a collection, which may give the place of a text to another one.
+    void forget() { mEntries.clear(); }
+
+private:
+    struct Entry {
+        const Text* text;
+        FourCharCode elementClass;
+        std::uint32_t considering;              // text items only
+        std::vector<std::u16string> delimiters; // text items only
+        std::vector<Span> spans;
+    };
+    static constexpr std::size_t kMaximumEntries = 4;
+    std::deque<Entry> mEntries; // the newest first
+};
 
 } // namespace quoddle::language

@@ -49,7 +49,8 @@ bool Interpreter::findCallee(Value target, Value name, SiteCache& cache, Callee&
     callee.owner = findHandler(script, name, callee.handler);
     callee.me = target;
     if (!callee.owner) {
-        mMachine.raise(errAEEventNotHandled, language::display(mMachine, target) + u" doesn’t understand the “" + nameOf(name) + u"” message.", target);
+        mMachine.raise(errAEEventNotHandled,
+                       language::inMessage(mMachine, target) + u" doesn’t understand the “" + nameOf(name) + u"” message.", target);
         return false;
     }
     if (callee.owner == script)
@@ -70,7 +71,8 @@ Value* Interpreter::scopeVariable(std::size_t depth, std::size_t index) {
         scope = scope->type == HeapType::Script ? static_cast<Script*>(scope)->outer : static_cast<Environment*>(scope)->outer;
     if (!scope)
         return nullptr;
-    std::vector<Value>& values = scope->type == HeapType::Script ? static_cast<Script*>(scope)->slots : static_cast<Environment*>(scope)->values;
+    std::vector<Value>& values =
+        scope->type == HeapType::Script ? static_cast<Script*>(scope)->slots : static_cast<Environment*>(scope)->values;
     return index < values.size() ? &values[index] : nullptr;
 }
 
@@ -193,7 +195,8 @@ bool Interpreter::bindPattern(const Object* pattern, Value value) {
     if (pattern->kind == ObjectKind::List || isVector) {
         auto parts = isVector ? pattern->children[1]->children : pattern->children;
         for (std::size_t i = 0; i < parts.size(); ++i) {
-            const Value item = language::getElement(mMachine, value, Value::code("cobj"_4cc), Value::integer(static_cast<std::int32_t>(i + 1)), Evaluate::Fully);
+            const Value item = language::getElement(mMachine, value, Value::code("cobj"_4cc),
+                                                    Value::integer(static_cast<std::int32_t>(i + 1)), Evaluate::Fully);
             if (item.isFailure() || !bindPattern(parts[i], item))
                 return false;
         }
@@ -201,7 +204,8 @@ bool Interpreter::bindPattern(const Object* pattern, Value value) {
     }
     if (pattern->kind == ObjectKind::Record) {
         for (std::size_t i = 0; i + 1 < pattern->children.size(); i += 2) {
-            const Value part = language::getProperty(mMachine, value, mMachine.literal(pattern->children[i], frame.handler->store), Evaluate::Fully);
+            const Value part =
+                language::getProperty(mMachine, value, mMachine.literal(pattern->children[i], frame.handler->store), Evaluate::Fully);
             if (part.isFailure() || !bindPattern(pattern->children[i + 1], part))
                 return false;
         }
@@ -233,7 +237,8 @@ bool Interpreter::bind(std::span<const Value> positional, Value direct, std::spa
                 if (!setLocal(parts[i]->children[0], mMachine.literal(parts[i]->children[2], handler.store)))
                     return false;
             } else {
-                return missing(mMachine.literal(parts[i]->kind == ObjectKind::Identifier ? parts[i] : block.children[block::kName], handler.store));
+                return missing(
+                    mMachine.literal(parts[i]->kind == ObjectKind::Identifier ? parts[i] : block.children[block::kName], handler.store));
             }
         }
     } else if (!parameters->isNil() && !(parameters->kind == ObjectKind::List && parameters->children.empty())) {
@@ -497,8 +502,9 @@ void Interpreter::consider(Value considered, Value ignored) {
         FourCharCode code;
         std::uint32_t bit;
     } kAttributes[] = {
-        {"case"_4cc, kConsiderCase},      {"diac"_4cc, kConsiderDiacriticals}, {"whit"_4cc, kConsiderWhiteSpace}, {"hyph"_4cc, kConsiderHyphens},
-        {"expa"_4cc, kConsiderExpansion}, {"punc"_4cc, kConsiderPunctuation},  {"rmte"_4cc, kConsiderReplies},    {"nume"_4cc, kConsiderNumericStrings},
+        {"case"_4cc, kConsiderCase},    {"diac"_4cc, kConsiderDiacriticals},   {"whit"_4cc, kConsiderWhiteSpace},
+        {"hyph"_4cc, kConsiderHyphens}, {"expa"_4cc, kConsiderExpansion},      {"punc"_4cc, kConsiderPunctuation},
+        {"rmte"_4cc, kConsiderReplies}, {"nume"_4cc, kConsiderNumericStrings},
     };
     Frame& frame = mMachine.mContext->frames.back();
     const auto apply = [&](Value list, bool on) {

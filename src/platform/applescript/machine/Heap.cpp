@@ -55,9 +55,22 @@ TextBuffer* makeBuffer(std::size_t capacity) {
     return new (memory) TextBuffer{1, 0, static_cast<std::uint32_t>(capacity)};
 }
 
-void releaseBuffer(TextBuffer* buffer) {
+template<class Buffer>
+void releaseBuffer(Buffer* buffer) {
     if (buffer && --buffer->references == 0)
         std::free(buffer);
+}
+
+/// What a list is charged for the room that it shares.
+std::size_t sharedRoom(const List* list) {
+    return list->buffer ? list->buffer->capacity / list->buffer->references : 0;
+}
+
+/// How many items a list may take where it stands.
+std::size_t roomBehind(const List* list) {
+    if (!list->buffer || (list->isShared() && list->end() != list->buffer->used))
+        return 0;
+    return list->buffer->capacity - list->end();
 }
 
 } // namespace
@@ -118,7 +131,7 @@ void Heap::release(HeapObject* object) {
         releaseBuffer(static_cast<Text*>(object)->buffer);
         break;
     case HeapType::List:
-        std::free(static_cast<List*>(object)->items);
+        releaseBuffer(static_cast<List*>(object)->buffer);
         break;
     case HeapType::Record:
         static_cast<Record*>(object)->~Record();
@@ -214,7 +227,8 @@ Text* Heap::substring(const Text* whole, std::size_t start, std::size_t length) 
     return text;
 }
 
-Text* Heap::concatenate(const Text* left, std::u16string_view right) {
+Text* Heap::concatenate(const Text* left, const Text* second) {
+    const std::u16string_view right = second->view();
     const std::size_t length = std::size_t(left->length) + right.size();
     if (length > kMaximumTextLength)
         return nullptr;
@@ -238,6 +252,10 @@ Text* Heap::concatenate(const Text* left, std::u16string_view right) {
     buffer->used += static_cast<std::uint32_t>(right.size());
     text->buffer = buffer;
     text->length = static_cast<std::uint32_t>(length);
+    const bool joinsLineEnd =
+        left->length > 0 && text->characters[left->length - 1] == u'\r' && !right.empty() && text->characters[left->length] == u'\n';
+    if (!joinsLineEnd)
+        text->flags = left->flags & second->flags & Text::kKnownSimple;
     return text;
 }
 
@@ -253,24 +271,93 @@ Record* Heap::record() {
 }
 
 bool Heap::reserve(List* list, std::size_t capacity) {
-    if (capacity <= list->capacity)
+    if (capacity <= list->count + roomBehind(list))
         return true;
     if (capacity > kMaximumListLength)
         return false;
-    auto* items = static_cast<Value*>(std::realloc(list->items, capacity * sizeof(Value)));
-    if (!items)
+    if (!list->buffer || list->isShared() || list->items != list->buffer->values())
+        return moveTo(list, capacity);
+    auto* buffer = static_cast<ListBuffer*>(std::realloc(list->buffer, sizeof(ListBuffer) + capacity * sizeof(Value)));
+    if (!buffer)
         return false;
-    mAllocated += (capacity - list->capacity) * sizeof(Value);
-    list->items = items;
-    list->capacity = static_cast<std::uint32_t>(capacity);
+    mAllocated += (capacity - buffer->capacity) * sizeof(Value);
+    buffer->capacity = static_cast<std::uint32_t>(capacity);
+    list->buffer = buffer;
+    list->items = buffer->values();
+    return true;
+}
+
+/// A buffer of its own. False when there is no memory.
+bool Heap::moveTo(List* list, std::size_t capacity) {
+    void* memory = std::malloc(sizeof(ListBuffer) + capacity * sizeof(Value));
+    if (!memory)
+        return false;
+    auto* buffer = new (memory) ListBuffer{1, list->count, static_cast<std::uint32_t>(capacity)};
+    std::copy_n(list->items, list->count, buffer->values());
+    releaseBuffer(list->buffer);
+    mAllocated += capacity * sizeof(Value);
+    list->buffer = buffer;
+    list->items = buffer->values();
     return true;
 }
 
 bool Heap::append(List* list, Value value) {
-    if (list->count == list->capacity && !reserve(list, std::max<std::size_t>(4, std::size_t(list->capacity) * 2)))
+    if (roomBehind(list) == 0 && !reserve(list, std::max<std::size_t>(4, std::size_t(list->count) * 2)))
         return false;
     list->items[list->count++] = value;
+    list->buffer->used = static_cast<std::uint32_t>(list->end());
     return true;
+}
+
+void Heap::detach(List* list) {
+    if (list->isShared() && !moveTo(list, list->count))
+        throw std::bad_alloc();
+}
+
+List* Heap::part(List* whole, std::size_t start, std::size_t length) {
+    // A short piece of a long list gets room of its own, so that it does not keep all of it alive.
+    if (length == 0 || (length < 32 && whole->buffer->capacity > 1024)) {
+        List* part = list(length);
+        std::copy_n(whole->items + start, length, part->items);
+        part->count = static_cast<std::uint32_t>(length);
+        return part;
+    }
+    List* part = make<List>();
+    share(whole, part);
+    part->items = whole->items + start;
+    part->count = static_cast<std::uint32_t>(length);
+    return part;
+}
+
+void Heap::share(List* list, List* with) {
+    if (!list->isShared())
+        list->buffer->used = static_cast<std::uint32_t>(list->end());
+    ++list->buffer->references;
+    with->buffer = list->buffer;
+    with->items = list->items;
+    with->count = list->count;
+}
+
+List* Heap::concatenate(List* left, std::span<const Value> items) {
+    const std::size_t count = left->count + items.size();
+    if (count > kMaximumListLength)
+        return nullptr;
+    const bool ownsEnd = left->buffer && (!left->isShared() || left->end() == left->buffer->used);
+    List* whole = make<List>();
+    if (ownsEnd && items.size() <= roomBehind(left)) {
+        share(left, whole);
+    } else {
+        // A list that is appended to is likely to be appended to again.
+        if (!reserve(whole, ownsEnd && left->count >= 16 ? std::min(count * 2, kMaximumListLength) : count))
+            throw std::bad_alloc();
+        std::copy_n(left->items, left->count, whole->items);
+        whole->count = left->count;
+    }
+    std::copy(items.begin(), items.end(), whole->items + whole->count);
+    whole->count = static_cast<std::uint32_t>(count);
+    if (whole->buffer)
+        whole->buffer->used = static_cast<std::uint32_t>(whole->end());
+    return whole;
 }
 
 void Heap::scan(HeapObject* object) {
@@ -344,7 +431,7 @@ void Heap::collect() {
         mObjects[kept++] = object;
         live += sizeOf(object->type);
         if (object->type == HeapType::List)
-            live += static_cast<List*>(object)->capacity * sizeof(Value);
+            live += sharedRoom(static_cast<List*>(object)) * sizeof(Value);
         else if (object->type == HeapType::Text)
             live += static_cast<Text*>(object)->length * sizeof(char16_t);
         else if (object->type == HeapType::Record)

@@ -13,6 +13,7 @@
 #include "platform/applescript/machine/HeapObject.h"
 
 #include <functional>
+#include <span>
 
 namespace quoddle {
 
@@ -33,7 +34,7 @@ public:
     Text* substring(const Text* text, std::size_t start, std::size_t length);
     /// The two in one. Takes the room behind `left` when nothing stands there yet, so that appending in a loop costs what is appended.
     /// Null when the result would be longer than kMaximumTextLength.
-    Text* concatenate(const Text* left, std::u16string_view right);
+    Text* concatenate(const Text* left, const Text* right);
     List* list(std::size_t capacity = 0);
     Record* record();
     template<class T, class... Arguments>
@@ -51,6 +52,12 @@ public:
     /// False when the list would become longer than kMaximumListLength.
     [[nodiscard]] bool append(List* list, Value value);
     [[nodiscard]] bool reserve(List* list, std::size_t capacity);
+    /// A list over part of another's items; shares them until one of the two is changed.
+    List* part(List* list, std::size_t start, std::size_t length);
+    /// The two in one, in the way of the texts. Null when it would be longer than kMaximumListLength.
+    List* concatenate(List* left, std::span<const Value> items);
+    /// Gives a list items that no other list shares.
+    void detach(List* list);
 
     bool wantsCollection() const { return mAllocated >= mThreshold && mHolds == 0; }
     /// Not while there is a Hold.
@@ -74,6 +81,8 @@ public:
 
 private:
     void* allocate(std::size_t size);
+    bool moveTo(List* list, std::size_t capacity);
+    static void share(List* list, List* with);
     void scan(HeapObject* object);
     void release(HeapObject* object);
 

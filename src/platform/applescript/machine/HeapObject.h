@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What lives in the heap of a machine. Plain records: the operations on them are in language/, their life is the Heap's.
 //
-// Objects never move. Only the Heap makes and frees them; a pointer held outside a value that the collector can reach must not be kept across a safe point
-// (see Heap.h).
+// Objects never move. Only the Heap makes and frees them; a pointer held outside a value that the collector can reach must not be kept
+// across a safe point (see Heap.h).
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -58,7 +58,8 @@ struct EventName : HeapObject {
     std::string bytes; // the 24 bytes as first met
 
     EventName(std::string_view eventBytes)
-        : HeapObject(kType), eventClass(fourCharCode(eventBytes.substr(0, 4))), eventID(fourCharCode(eventBytes.substr(4, 4))), bytes(eventBytes) {}
+        : HeapObject(kType), eventClass(fourCharCode(eventBytes.substr(0, 4))), eventID(fourCharCode(eventBytes.substr(4, 4))),
+          bytes(eventBytes) {}
 };
 
 /// Room for characters that several texts share: a text that grows at the end of its buffer takes the room behind it.
@@ -84,14 +85,26 @@ struct Text : HeapObject {
     std::u16string_view view() const { return {characters, length}; }
 };
 
+/// Room for items that several lists share, as texts share characters. `used` is kept where there are several.
+struct alignas(Value) ListBuffer {
+    std::uint32_t references;
+    std::uint32_t used;
+    std::uint32_t capacity;
+    Value* values() { return reinterpret_cast<Value*>(this + 1); }
+};
+
+/// Before an item is replaced the list needs a buffer of its own: Heap::detach.
 struct List : HeapObject {
     static constexpr HeapType kType = HeapType::List;
     enum Flags : std::uint8_t { kLinked = 1 }; // written [a, b]
     std::uint32_t count = 0;
-    std::uint32_t capacity = 0;
     Value* items = nullptr;
+    ListBuffer* buffer = nullptr; // owned share; null for a list that never had an item
 
     List() : HeapObject(kType) {}
+    bool isShared() const { return buffer && buffer->references > 1; }
+    /// Where its last item ends in the buffer.
+    std::size_t end() const { return buffer ? static_cast<std::size_t>(items - buffer->values()) + count : 0; }
 };
 
 struct Record : HeapObject {
@@ -109,6 +122,7 @@ struct Record : HeapObject {
                 return &entry;
         return nullptr;
     }
+    const Entry* find(Value key) const { return const_cast<Record*>(this)->find(key); }
 };
 
 /// Seconds since 1904-01-01 00:00, local time.
@@ -130,18 +144,34 @@ struct Data : HeapObject {
 
 struct Application : HeapObject {
     static constexpr HeapType kType = HeapType::Application;
-    std::u16string name;       // as written, without ".app"; empty: the current application
-    std::u16string identifier; // of "application id"; empty otherwise
+    std::u16string name;             // as written, without ".app"; empty: the current application
+    std::u16string identifier;       // of "application id"; empty otherwise
     const Object* literal = nullptr; // the stored form it was read from, if any
 
     Application() : HeapObject(kType) {}
 };
 
-/// A reference to something in a container: raw, as an expression builds it, or a reference value, which is stored and passed like any other value.
+/// A reference to something in a container: raw, as an expression builds it, or a reference value, which is stored and passed like any
+/// other value.
 struct Specifier : HeapObject {
     static constexpr HeapType kType = HeapType::Specifier;
     enum Flags : std::uint8_t { kIsReference = 1 };
-    enum class Form : std::uint8_t { Property, Every, Some, Element, ElementByKey, Filter, Range, Before, After, Beginning, End, Middle, Examined, Test };
+    enum class Form : std::uint8_t {
+        Property,
+        Every,
+        Some,
+        Element,
+        ElementByKey,
+        Filter,
+        Range,
+        Before,
+        After,
+        Beginning,
+        End,
+        Middle,
+        Examined,
+        Test
+    };
     Form form;
     Value container; // Test: left
     Value a;         // property or class; Test: operator as an integer, or the Filter's test
@@ -207,7 +237,7 @@ struct Script : HeapObject {
     std::shared_ptr<Layout> layout;
     std::vector<Value> slots; // as many as the layout has names
     Value name;
-    Value parent; // undefined: the AppleScript object
+    Value parent;                // undefined: the AppleScript object
     HeapObject* outer = nullptr; // the scope around the definition: an environment or a script
     const Object* tree = nullptr;
     std::shared_ptr<ObjectStore> store; // keeps `tree`

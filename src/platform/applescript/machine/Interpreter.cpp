@@ -153,8 +153,7 @@ op_Concatenate : {
     const Value x = r[pc->b], y = r[pc->c];
     if (const Text* left = as<Text>(x))
         if (const Text* right = as<Text>(y))
-            if (Text* whole = machine.mHeap.concatenate(left, right->view())) {
-                whole->flags = left->flags & right->flags & Text::kKnownSimple;
+            if (Text* whole = machine.mHeap.concatenate(left, right)) {
                 r[pc->a] = Value::object(whole);
                 NEXT();
             }
@@ -429,9 +428,10 @@ op_SetProperty : {
 }
 op_SetElement : {
     const Value container = r[pc->a], index = r[pc->b];
-    if (const List* list = as<List>(container); list && index.isInteger() && k[pc->d] == Value::code("cobj"_4cc)) {
+    if (List* list = as<List>(container); list && index.isInteger() && k[pc->d] == Value::code("cobj"_4cc)) {
         const std::int32_t i = index.asInteger();
         if (i > 0 && static_cast<std::uint32_t>(i) <= list->count) {
+            machine.mHeap.detach(list);
             list->items[i - 1] = r[pc->c];
             NEXT();
         }

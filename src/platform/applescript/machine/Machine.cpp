@@ -3,6 +3,7 @@
 
 #include "platform/applescript/language/ErrorTexts.h"
 #include "platform/applescript/language/LanguageObject.h"
+#include "platform/applescript/language/TextElements.h"
 #include "platform/applescript/machine/Interpreter.h"
 #include "platform/applescript/machine/Loader.h"
 #include "platform/applescript/machine/Ticker.h"
@@ -40,6 +41,7 @@ ExecutionContext::~ExecutionContext() {
 
 Machine::Machine(Host host) : mHost(std::move(host)), mHeap([this](Heap& heap) { markRoots(heap); }) {
     mContext = newContext();
+    mTextElements = std::make_unique<language::TextElementIndex>();
     mAppleScript = language::makeLanguageObject(*this);
 }
 
@@ -66,6 +68,7 @@ void Machine::markRoots(Heap& heap) {
             heap.mark(value);
     }
     heap.mark(mAppleScript);
+    mTextElements->forget();
     if (mMarkOwner)
         mMarkOwner(heap);
 }

@@ -18,6 +18,10 @@
 
 namespace quoddle {
 
+namespace language {
+class TextElementIndex;
+}
+
 /// What a script is told about an error, and what it tells its caller.
 struct ScriptError {
     OSStatus number = noErr;
@@ -154,6 +158,7 @@ public:
     /// Values that live as long as they are marked here.
     void setRootMarker(std::function<void(Heap&)> marker) { mMarkOwner = std::move(marker); }
     void collect() { mHeap.collect(); }
+    language::TextElementIndex& textElements() { return *mTextElements; }
     /// The value of a stored literal.
     Value literal(const Object* object, const std::shared_ptr<ObjectStore>& store);
 
@@ -174,6 +179,7 @@ private:
     ExecutionContext* mContext = nullptr;
     Script* mAppleScript = nullptr;
     std::vector<FourCharCode> mEnumerations{0};
+    std::unique_ptr<language::TextElementIndex> mTextElements;
     std::atomic<bool> mInterrupted{false};
 };
 

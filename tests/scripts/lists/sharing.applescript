@@ -1,0 +1,53 @@
+-- Lists made from a list share its items until one of them changes.
+set a to {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20}
+set b to a & 21 & 22
+set c to a & "c"
+set d to rest of b
+set item 20 of b to "b"
+set end of a to "a"
+set beginning of c to "first"
+set item 1 of d to "d"
+set end of d to "last"
+log {item 20 of a, item 21 of a, count of a} --> {20, "a", 21}
+log {item 20 of b, item 21 of b, item 22 of b, count of b} --> {"b", 21, 22, 22}
+log {item 1 of c, item 2 of c, item 22 of c, count of c} --> {"first", 1, "c", 22}
+log {item 1 of d, item 19 of d, item 21 of d, item 22 of d, count of d} --> {"d", 20, 22, "last", 22}
+set e to items 3 thru 4 of b
+set item 1 of e to "e"
+log {e, item 3 of b} --> {{"e", 4}, 3}
+log count of (a & a) --> 42
+
+-- What is taken off one end and put at the other, far beyond the first buffer and beyond collections.
+set queue to {}
+repeat with i from 1 to 3000
+	set queue to queue & i
+end repeat
+set total to 0
+repeat 40000 times
+	set total to total + (item 1 of queue)
+	set queue to (rest of queue) & (item 1 of queue)
+end repeat
+log {count of queue, item 1 of queue, item 3000 of queue, total} --> {3000, 1001, 1000, 59020000}
+
+-- Lists that hold a list many times, or themselves, are compared and made text in a moment.
+set many to {""}
+set others to {""}
+repeat 50 times
+	set many to {many, many}
+	set others to {others, others}
+end repeat
+log many = others --> true
+log length of (many as text) --> 0
+set itself to {1}
+set item 1 of itself to itself
+try
+	itself < 2
+on error number n
+	log n --> -1700
+end try
+set zeros to {}
+repeat 60000 times
+	set end of zeros to 0
+end repeat
+log zeros contains ((items 1 thru 30000 of zeros) & 1) --> false
+log ({1} & zeros & {1}) contains ((items 1 thru 30000 of zeros) & 1) --> true
