@@ -1,29 +1,53 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench.
+# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs.
 # What is there already costs one question to dpkg; nothing is asked of the network then.
+# It changes nothing without the rights to do so: it says what is to be typed instead.
 
-build_packages=(g++ cmake ninja-build ccache pkg-config qt6-base-dev libqt6svg6 qt6-image-formats-plugins libicu-dev fonts-dejavu-core xvfb xauth openbox x11-utils imagemagick)
+build_packages=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev libqt6svg6 qt6-image-formats-plugins libicu-dev fonts-dejavu-core)
+# For a display of one's own. A window manager adds itself to the login screen: not on a desktop that only wants to run applets.
+display_packages=(xvfb xauth openbox x11-utils imagemagick)
 test_packages=(libgtest-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils)
-bench_packages=(zenity kdialog)
+bench_packages=(lua5.4 luajit)
+bench_dialogs_packages=(zenity kdialog)
+
+# The packages for $1 that are missing, one a line.
+missing_packages() {
+	local wanted=("${build_packages[@]}") package
+	[ "$1" = build ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || wanted+=("${display_packages[@]}")
+	case $1 in
+	test) wanted+=("${test_packages[@]}") ;;
+	bench) wanted+=("${bench_packages[@]}") ;;
+	bench-dialogs) wanted+=("${bench_dialogs_packages[@]}") ;;
+	esac
+	for package in "${wanted[@]}"; do
+		dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || echo "$package"
+	done
+}
+
+# What root has to type in place of us.
+advise() {
+	printf '%s\n' "Packages are missing. Let root type this once, then start again:" "" \
+		"    apt-get update && apt-get install --no-install-recommends $*" "" >&2
+}
 
 install_packages() {
-	local wanted=("${build_packages[@]}") missing=() package
-	[ "$1" = bench ] && wanted+=("${bench_packages[@]}")
-	[ "$1" = test ] && wanted+=("${test_packages[@]}")
-	for package in "${wanted[@]}"; do
-		dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
-	done
+	local missing as_root=()
+	mapfile -t missing < <(missing_packages "$1")
 	[ ${#missing[@]} -eq 0 ] && return 0
-	local as_root=()
+	if ! command -v apt-get >/dev/null; then
+		echo "This is not Debian, so nothing is installed. What these packages hold is needed: ${missing[*]}" >&2
+		return 0
+	fi
 	if [ "$(id -u)" -ne 0 ]; then
-		command -v sudo >/dev/null || {
-			echo "These packages are missing, and there is no sudo to install them: ${missing[*]}" >&2
-			return 1
-		}
 		as_root=(sudo)
+		command -v sudo >/dev/null || { advise "${missing[@]}"; return 1; }
 	fi
 	echo "Installing: ${missing[*]}"
+	# Not everybody who finds sudo may use it.
 	"${as_root[@]}" apt-get update -qq &&
-		"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+		"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" || {
+		advise "${missing[@]}"
+		return 1
+	}
 }
