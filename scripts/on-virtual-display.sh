@@ -6,14 +6,13 @@ set -u
 picture=${QUODDLE_PICTURE:-$PWD/applet.png}
 seconds=${QUODDLE_SECONDS:-20}
 
-number=90
-while [ -e "/tmp/.X$number-lock" ]; do number=$((number + 1)); done
-Xvfb ":$number" -screen 0 1024x640x24 -nolisten tcp -noreset >/dev/null 2>&1 &
+# The server finds a free number itself and says so once it listens.
+manager=
+exec {ready}< <(exec Xvfb -displayfd 1 -screen 0 1024x640x24 -nolisten tcp -noreset 2>/dev/null)
 server=$!
 trap 'kill $manager $server 2>/dev/null' EXIT
-manager=
+read -r -u "$ready" number || { echo "The virtual display did not start." >&2; exit 1; }
 export DISPLAY=":$number"
-for _ in $(seq 100); do xdpyinfo >/dev/null 2>&1 && break; sleep 0.05; done
 openbox >/dev/null 2>&1 &
 manager=$!
 
@@ -29,6 +28,9 @@ for _ in $(seq $((seconds * 4))); do
 done
 if kill -0 $program 2>/dev/null; then
 	kill $program
+	# One that asks something may want its answer first.
+	for _ in $(seq 20); do kill -0 $program 2>/dev/null && sleep 0.1; done
+	kill -KILL $program 2>/dev/null
 	wait $program 2>/dev/null
 	status=0
 else
