@@ -29,6 +29,7 @@
 #include "window/TestAppletPanel.h"
 
 #include <cstdio>
+#include <string_view>
 #include <unistd.h>
 
 #include <QDir>
@@ -43,6 +44,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int kUsageError = 2;
+constexpr const char* kUsage =
+    "usage: quoddle-shell APPLET.app [FILE...]\n\n"
+    "Runs an applet bundle, whether it was made here or on a Mac, and opens FILEs with it. One that runs already gets the files.\n";
 constexpr auto kActivationPatience = std::chrono::seconds(5);
 constexpr auto kFirstWindowTime = std::chrono::milliseconds(300);
 constexpr auto kScriptGrace = std::chrono::milliseconds(1500);
@@ -211,6 +215,16 @@ void launchAfresh(const std::string& bundlePath, const std::vector<std::string>&
     ::execv("/proc/self/exe", const_cast<char**>(words.data()));
 }
 
+/// What is said, and the exit status, when `word`, the first of the command line, is no applet; null when there is no word.
+int explainUsage(const char* word) {
+    const bool isAsked = word && std::string_view(word) == "--help";
+    if (word && !isAsked)
+        std::fprintf(stderr, "quoddle-shell: %s: no such applet\n", word);
+    else
+        std::fputs(kUsage, isAsked ? stdout : stderr);
+    return isAsked ? EXIT_SUCCESS : kUsageError;
+}
+
 OSStatus askToQuit(const std::string& bundlePath) {
     const auto running = AEFindRunningApplicationAtPath(bundlePath);
     if (!running)
@@ -247,13 +261,8 @@ int handOverActivation(const NSBundle& bundle, int argc, char** argv) {
 
 int main(int argc, char** argv) {
     Invocation invocation = invocationFrom(argc, argv);
-    if (!invocation.bundle) {
-        if (argc > 1)
-            std::fprintf(stderr, "quoddle-shell: %s: no such applet\n", argv[1]);
-        else
-            std::fprintf(stderr, "usage: quoddle-shell APPLET.app [FILE...]\n");
-        return kUsageError;
-    }
+    if (!invocation.bundle)
+        return explainUsage(argc > 1 ? argv[1] : nullptr);
     const std::string bundlePath = invocation.bundle->bundlePath().toStdString();
     AELaunchLock lock(bundlePath);
     if (AEFindRunningApplicationAtPath(bundlePath)) {

@@ -95,6 +95,11 @@ class Quoddle(unittest.TestCase):
             self.assertEqual(got[0], status, words)
             self.assertIn(error, got[2])
         self.assertEqual(self.call("list"), (0, "", "No applet is running.\n"))
+        for words, status, output, error in [(["--help"], 0, "usage: quoddle-shell", ""), ([], 2, "", "usage: quoddle-shell"), (["Nobody.app"], 2, "", "Nobody.app: no such applet")]:
+            got = self.call(*words, program="quoddle-shell")
+            self.assertEqual(got[0], status, words)
+            self.assertIn(output, got[1])
+            self.assertIn(error, got[2])
         bundle = self.make()
         for command in ("install", "run"):
             self.assertIn("set QUODDLE_SHELL", self.call(command, bundle, QUODDLE_SHELL="/nowhere/shell")[2])
