@@ -207,6 +207,14 @@ Text* Heap::text(std::string_view ascii) {
 }
 
 Text* Heap::substring(const Text* whole, std::size_t start, std::size_t length) {
+    if (length == 1 && whole->characters[start] < std::size(mCharacters)) {
+        Text*& character = mCharacters[whole->characters[start]];
+        if (!character) {
+            character = text({whole->characters + start, 1});
+            character->flags = Text::kKnownSimple;
+        }
+        return character;
+    }
     Text* text = make<Text>();
     if (length == 0)
         return text;
@@ -410,6 +418,8 @@ void Heap::collect() {
     mMarkRoots(*this);
     for (const Root* root = mRoots; root; root = root->mNext)
         mark(root->mValue);
+    for (Text* character : mCharacters)
+        mark(character);
     while (!mGray.empty()) {
         HeapObject* object = mGray.back();
         mGray.pop_back();

@@ -93,6 +93,7 @@ private:
     std::size_t mHolds = 0;
     std::unordered_map<std::string, Symbol*> mSymbols;
     std::unordered_map<std::string, EventName*> mEventNames;
+    Text* mCharacters[128] = {}; // one of each, as they were asked for
     void* mFree[8] = {}; // per size class of 16 bytes
     std::vector<std::unique_ptr<char[]>> mBlocks;
     std::size_t mAllocated = 0;
