@@ -22,3 +22,11 @@ end inner
 considering case
 	log inner() --> false
 end considering
+
+-- What is alike at first decides nothing yet, and a long text is not read to its end for it.
+log "a" & (character id 8205) = "a" --> true
+log "résumé" = "RÉSUMÉ" --> true
+log {"abc" < "abd", "abc" < "ABCD", "ab-" < "abc", "b" < "á", "abc" < "abcé"} --> {true, true, true, false, true}
+considering case
+	log {"abc" = "abC", "abc" = "abc"} --> {false, true}
+end considering

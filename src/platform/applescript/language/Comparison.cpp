@@ -51,9 +51,23 @@ const UCollator* collatorFor(std::uint32_t considering) {
     return collator.get();
 }
 
-bool isAsciiAlphanumeric(std::u16string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char16_t c) { return (c >= u'0' && c <= u'9') || (foldedASCII(c) >= u'a' && foldedASCII(c) <= u'z'); });
+bool isAlphanumericASCII(char16_t c) {
+    return (c >= u'0' && c <= u'9') || (foldedASCII(c) >= u'a' && foldedASCII(c) <= u'z');
+}
+
+/// Where the texts first differ by more than case, or the shorter one ends; npos when there are signs before it for which `isPlain` is not
+/// true, the ones at that place included, so that the collator has to decide. It looks no further, however long the texts are.
+template<class IsPlain>
+std::size_t firstDifference(std::u16string_view left, std::u16string_view right, IsPlain isPlain) {
+    const std::size_t common = std::min(left.size(), right.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        if (!isPlain(left[i]) || !isPlain(right[i]))
+            return std::u16string_view::npos;
+        if (foldedASCII(left[i]) != foldedASCII(right[i]))
+            return i;
+    }
+    const std::u16string_view rest = (left.size() > right.size() ? left : right).substr(common);
+    return rest.empty() || isPlain(rest[0]) ? common : std::u16string_view::npos;
 }
 
 // --- Values
@@ -109,12 +123,11 @@ List* asPart(Machine& machine, Value value) {
 int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view right) {
     const std::uint32_t considering = machine.considering();
     // Letters and digits sort by code when case is ignored; most keys of real scripts are of that kind.
-    if (!(considering & (kConsiderCase | kConsiderNumericStrings)) && isAsciiAlphanumeric(left) && isAsciiAlphanumeric(right)) {
-        const std::size_t common = std::min(left.size(), right.size());
-        for (std::size_t i = 0; i < common; ++i)
-            if (foldedASCII(left[i]) != foldedASCII(right[i]))
-                return ordered(foldedASCII(left[i]), foldedASCII(right[i]));
-        return ordered(left.size(), right.size());
+    if (!(considering & (kConsiderCase | kConsiderNumericStrings))) {
+        const std::size_t at = firstDifference(left, right, isAlphanumericASCII);
+        if (at != std::u16string_view::npos)
+            return at < left.size() && at < right.size() ? ordered(foldedASCII(left[at]), foldedASCII(right[at]))
+                                                         : ordered(left.size(), right.size());
     }
     const auto collate = [&](std::u16string_view a, std::u16string_view b) {
         return static_cast<int>(ucol_strcoll(collatorFor(considering), a.data(), static_cast<std::int32_t>(a.size()), b.data(),
@@ -133,10 +146,10 @@ bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_vi
     const std::uint32_t considering = machine.considering();
     if (considering & kConsiderNumericStrings)
         return compareTexts(machine, left, right) == 0;
-    if (considersAllUnits(considering) && isASCII(left) && isASCII(right)) {
-        if (left.size() != right.size() || (considering & kConsiderCase))
-            return false;
-        return std::equal(left.begin(), left.end(), right.begin(), [](char16_t a, char16_t b) { return foldedASCII(a) == foldedASCII(b); });
+    if (considersAllUnits(considering)) {
+        const std::size_t at = firstDifference(left, right, [](char16_t c) { return c < 0x80; });
+        if (at != std::u16string_view::npos) // with case considered, identical texts were all that is equal
+            return at == left.size() && at == right.size() && !(considering & kConsiderCase);
     }
     return compareTexts(machine, left, right) == 0;
 }
