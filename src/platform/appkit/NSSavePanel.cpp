@@ -25,9 +25,16 @@ constexpr auto kPanelSize = "NSNavPanelSize"_L1;
 constexpr QSize kUsualSize(720, 480);
 constexpr QSize kSmallestSize(420, 320);
 constexpr int kLongestName = 255; // bytes
+constexpr qsizetype kLongestProblem = 400;
 
 QString folderOf(const QString& path) {
     return QDir::cleanPath(QFileInfo(path).path());
+}
+
+/// Of a long sentence the name in its middle is what can be missed.
+QString readableProblem(const QString& problem) {
+    constexpr qsizetype kHalf = kLongestProblem / 2;
+    return titleText(problem.size() > kLongestProblem ? problem.left(kHalf) + u'\u2026' + problem.right(kHalf) : problem);
 }
 
 QColor problemColor(const QPalette& palette) {
@@ -125,9 +132,9 @@ void NSSavePanel::connectParts() {
 }
 
 void NSSavePanel::setMessage(const QString& message) {
-    mUi->messageView->setText(message);
+    mUi->messageView->setText(readableText(message));
     mUi->messageScrollArea->setVisible(!message.isEmpty());
-    mPanel->setAccessibleName(message);
+    mPanel->setAccessibleName(readableText(message));
 }
 
 void NSSavePanel::setPrompt(const QString& prompt) {
@@ -186,7 +193,7 @@ void NSSavePanel::setConfirmEnabled(bool enabled) {
 }
 
 void NSSavePanel::showProblem(const QString& problem) {
-    mUi->problemView->setText(problem);
+    mUi->problemView->setText(readableProblem(problem));
     mUi->problemView->setVisible(!problem.isEmpty());
 }
 
@@ -218,6 +225,9 @@ void NSSavePanel::prepare() {
         mBrowser->focusList();
     }
     mPanel->takeRememberedSize();
+    const QMargins margins = mUi->outerLayout->contentsMargins();
+    fitButtonTitles({mUi->cancelButton, mUi->confirmButton},
+                    mPanel->minimumWidth() - margins.left() - margins.right() - 2 * mUi->buttonLayout->spacing());
 }
 
 void NSSavePanel::beginSheetModal(NSWindow& window, std::function<void(int response)> completion) {

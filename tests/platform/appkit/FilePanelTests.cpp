@@ -314,6 +314,13 @@ TEST_F(FilePanel, ANameIsCheckedBeforeItIsTaken) {
         EXPECT_FALSE(mResponse) << refused.toStdString();
         EXPECT_FALSE(problem().isEmpty()) << refused.toStdString();
     }
+    name.setText(u"x/"_s.repeated(10000) + u'\n');
+    confirmButton().click();
+    EXPECT_TRUE(problem().endsWith(u"cannot be found."_s)) << problem().toStdString();
+    EXPECT_LT(problem().size(), 500);
+    name.setText(u"a"_s + QChar(0));
+    confirmButton().click();
+    EXPECT_EQ(problem(), u"A file cannot be called “a ”."_s);
     QTest::keyClicks(&name, u"y"_s);
     EXPECT_TRUE(problem().isEmpty());
     name.setText({});
@@ -501,6 +508,18 @@ TEST_F(FilePanel, EveryPartHasItsNameAndItsDirection) {
     EXPECT_EQ(mPanel->dialog()->size(), QSize(655, 433));
     EXPECT_EQ(part<QToolButton>("backButton").arrowType(), Qt::RightArrow);
     EXPECT_GT(part<PlacesList>("placesList").mapTo(mPanel->dialog(), QPoint()).x(), list().mapTo(mPanel->dialog(), QPoint()).x());
+    press(Qt::Key_Escape);
+}
+
+TEST_F(FilePanel, EndlessTextsAreShortened) {
+    NSOpenPanel panel;
+    panel.setMessage(u"word "_s.repeated(100000));
+    panel.setPrompt(u"Take "_s.repeated(1000));
+    show(panel);
+    EXPECT_LT(part<QLabel>("messageView").text().size(), 100000);
+    EXPECT_TRUE(confirmButton().text().endsWith(u'\u2026'));
+    EXPECT_EQ(confirmButton().width(), confirmButton().sizeHint().width()); // all of it is seen
+    EXPECT_EQ(part<QAbstractButton>("cancelButton").text(), u"Cancel"_s);
     press(Qt::Key_Escape);
 }
 
