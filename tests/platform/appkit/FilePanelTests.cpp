@@ -475,9 +475,18 @@ TEST_F(FilePanel, TellsWhyNothingIsThere) {
     waitUntilRead();
     EXPECT_TRUE(list().placeholder().contains(u"found"_s)) << list().placeholder().toStdString();
     QFile::remove(path("inner/leaf.txt"));
-    browser().setDirectory(path("inner"));
-    waitUntilRead();
-    EXPECT_TRUE(list().placeholder().contains(u"empty"_s)) << list().placeholder().toStdString();
+    QFile::link(path("nowhere"), path("inner/broken"));
+    const auto told = [this] {
+        browser().setDirectory(path("inner"));
+        waitUntilRead();
+        return list().placeholder();
+    };
+    EXPECT_EQ(told(), u"Nothing here can be chosen."_s);
+    QFile::remove(path("inner/broken"));
+    make(u"inner/.hidden"_s);
+    EXPECT_EQ(told(), u"This folder is empty."_s);
+    panel.setAllowedFileTypes({u"txt"_s});
+    EXPECT_EQ(told(), u"This folder is empty."_s);
     press(Qt::Key_Escape);
 }
 

@@ -74,7 +74,7 @@ void DirectoryModel::watch() {
 void DirectoryModel::show(std::shared_ptr<const DirectoryContents> contents) {
     if (mIsRefreshing && contents->state == DirectoryState::reading)
         return;
-    const bool isSame = mState == contents->state && mContents->entries == contents->entries;
+    const bool isSame = *mContents == *contents;
     mIsRefreshing = false;
     if (isSame)
         return;

@@ -31,6 +31,8 @@ public:
     void setFilter(const DirectoryFilter& filter);
     /// `reading` until all is there.
     DirectoryState state() const { return mState; }
+    /// Whether there is something, hidden files apart, that is not shown.
+    bool leavesOthersOut() const { return mContents->leftOthersOut; }
     void refresh();
 
     const DirectoryEntry& entryAt(int row) const { return mContents->entries[mRows[static_cast<std::size_t>(row)]]; }

@@ -53,6 +53,7 @@ struct DirectoryReader::Job {
     DirectoryFilter filter;
     std::atomic<bool> isCancelled = false;
     QSemaphore ended;
+    bool leftOthersOut = false; // the reading thread's
 
     std::mutex mutex; // of what follows; taken by both threads
     QObject* receiver = nullptr;
@@ -103,8 +104,10 @@ DirectoryState DirectoryReader::Job::readAll(const std::shared_ptr<Job>& self, D
         if (qstrcmp(item->d_name, ".") == 0 || qstrcmp(item->d_name, "..") == 0)
             continue;
         DirectoryEntry entry;
-        if (!describe(::dirfd(stream), *item, entry))
+        if (!describe(::dirfd(stream), *item, entry)) {
+            leftOthersOut = leftOthersOut || !entry.isHidden;
             continue;
+        }
         QCollatorSortKey key = collator.sortKey(entry.name);
         found.push_back({std::move(entry), std::move(key)});
         if (sinceLast.elapsed() >= nextInstalment) {
@@ -120,6 +123,7 @@ void DirectoryReader::Job::deliver(const std::shared_ptr<Job>& self, DirectorySt
     std::sort(found.begin(), found.end(), comesBefore);
     auto contents = std::make_shared<DirectoryContents>();
     contents->state = state;
+    contents->leftOthersOut = leftOthersOut;
     contents->entries.reserve(found.size());
     for (const Sortable& each : found)
         contents->entries.push_back(each.entry);

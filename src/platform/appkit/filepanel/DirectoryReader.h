@@ -41,6 +41,8 @@ enum class DirectoryState { reading, complete, forbidden, missing };
 struct DirectoryContents {
     DirectoryState state = DirectoryState::reading;
     std::vector<DirectoryEntry> entries; // folders first, by name as people count ("file 2" before "file 10")
+    bool leftOthersOut = false;          // the filter has; hidden files do not count
+    bool operator==(const DirectoryContents&) const = default;
 };
 
 /// One reading at a time; a new one replaces it. Main thread.

@@ -279,8 +279,7 @@ void FileBrowser::updatePlaceholder() {
         text = u"This folder cannot be found."_s;
         break;
     case DirectoryState::complete:
-        text = mModel.filter().leavesOutOthers && !mModel.filter().allowedTypes.isEverything() ? u"Nothing here can be chosen."_s
-                                                                                               : u"This folder is empty."_s;
+        text = mModel.leavesOthersOut() ? u"Nothing here can be chosen."_s : u"This folder is empty."_s;
     }
     mUi->fileList->setPlaceholder(mModel.rowCount() > 0 ? QString() : text);
 }
