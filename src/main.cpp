@@ -10,6 +10,7 @@
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AELaunching.h"
+#include "platform/ae/transport/AERunningApplications.h"
 #include "platform/ae/transport/AESecondLaunch.h"
 #include "platform/ae/transport/AETransport.h"
 #include "platform/appkit/Appearance.h"
@@ -29,6 +30,7 @@
 #include "window/TestAppletPanel.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 #include <unistd.h>
 
@@ -157,6 +159,23 @@ void listenToDesktop(NSApplication& application, DesktopApplication& desktop, bo
     desktop.serve(application);
 }
 
+QtMessageHandler sNextMessageHandler = nullptr;
+
+/// When the display goes, the toolkit says so and calls exit(), which takes things down that other threads are still working with. So this
+/// is the last moment to end the scripts and what they have started; nothing else is taken down at all.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    sNextMessageHandler(type, context, message);
+    // What scripts log is no warning.
+    if (type != QtWarningMsg ||
+        !(message.startsWith("The X11 connection broke"_L1) || message.startsWith("The Wayland connection broke"_L1)))
+        return;
+    AEUnregisterApplication();
+    AppDelegate::cancelScripts();
+    AppDelegate::waitForScripts(kScriptGrace);
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILURE);
+}
+
 int runApplet(NSApplication& application, DesktopApplication& desktop, const Invocation& invocation, AELaunchLock& lock) {
     AppKitAlertPresenter alerts;
     application.setMainMenu(makeMainMenu());
@@ -176,6 +195,7 @@ int runApplet(NSApplication& application, DesktopApplication& desktop, const Inv
                                [&] { listenToDesktop(application, desktop, invocation.isActivated); });
         },
         NSApplicationDidFinishLaunchingNotification);
+    sNextMessageHandler = qInstallMessageHandler(&endWithoutDisplay);
     const int status = application.run(invocation.files);
 
     application.setDelegate(nullptr);

@@ -474,6 +474,26 @@ class Lifecycle(harness.AppletCase):
         until(lambda: applet.said("out") == "2\nafter\n", "the handler to end")
         self.stays(applet)
 
+    def test_the_display_goes(self):
+        """Every applet on it ends as one that failed, without a crash, and takes with it what its script has started."""
+        shared, self.display = self.display, harness.Display()
+        self.addCleanup(setattr, self, "display", shared)
+        self.addCleanup(self.display.close)
+        applets = [self.start(name, "on run\n" + STAMP + name + '"\n' + body + "\nend run") for name, body in (
+            ("Loop", "repeat\nend repeat"),
+            ("Shell", 'do shell script "sleep 3019"'),
+            ("Asking", 'display dialog "Well?"'),
+            ("Restless", "repeat\ntry\nrepeat\nend repeat\nend try\nend repeat"))]
+        for applet in applets:
+            until(lambda: self.stamps(applet, applet.name), applet.name + " to run")
+        until(lambda: running_children("sleep 3019"), "the command")
+        time.sleep(0.3)
+        self.display.server.kill()
+        for applet in applets:
+            self.assertEqual((applet.name, applet.ends() and applet.process.returncode), (applet.name, 1))
+        self.assertEqual(running_children("sleep 3019"), [])
+        self.assertEqual([str(file) for applet in applets for file in (self.folder / "run").rglob(f"*{applet.process.pid}*")], [])
+
 
 if __name__ == "__main__":
     harness.main(Lifecycle)
