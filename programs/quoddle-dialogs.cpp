@@ -103,9 +103,10 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    if (!isSocket(STDIN_FILENO)) {
-        std::fprintf(stderr, "quoddle-dialogs: shows dialogs for other programs, which start it when they need it\n");
-        return kUsageError;
+    const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
+    if (isAsked || !isSocket(STDIN_FILENO)) {
+        std::fputs("quoddle-dialogs: shows dialogs for other programs, which start it when they need it\n", isAsked ? stdout : stderr);
+        return isAsked ? EXIT_SUCCESS : kUsageError;
     }
     qInstallMessageHandler(&endQuietly);
     QCoreApplication::setApplicationName(argc > 1 ? QFile::decodeName(argv[1]) : u"Script"_s);

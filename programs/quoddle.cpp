@@ -147,7 +147,7 @@ int misuse(const std::string& message) {
 int perform(const Command& command, Words words) {
     const auto end = std::find(words.begin(), words.end(), "--");
     if (std::find(words.begin(), end, "--help") != end) {
-        std::cout << "usage: quoddle " << command.name << " " << command.arguments << "\n\n"
+        std::cout << "usage: quoddle " << command.name << (command.arguments.empty() ? "" : " ") << command.arguments << "\n\n"
                   << command.help << (command.most > 0 ? kAppletHelp : "");
         return EXIT_SUCCESS;
     }
