@@ -103,8 +103,8 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
-    if (isAsked || !isSocket(STDIN_FILENO)) {
+    if (!isSocket(STDIN_FILENO)) { // otherwise the argument is the name of a script
+        const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
         std::fputs("quoddle-dialogs: shows dialogs for other programs, which start it when they need it\n", isAsked ? stdout : stderr);
         return isAsked ? EXIT_SUCCESS : kUsageError;
     }
