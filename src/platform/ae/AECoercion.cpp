@@ -2,6 +2,7 @@
 #include "platform/ae/AECoercion.h"
 
 #include "platform/ae/AEScalars.h"
+#include "platform/base/DateText.h"
 #include "platform/base/FileURL.h"
 #include "platform/base/Text.h"
 
@@ -157,7 +158,7 @@ Coerced dateToText(const AEDesc& desc, DescType to) {
 
 Coerced textToDate(const AEDesc& desc, DescType) {
     auto text = readText(desc);
-    auto seconds = text ? dateOfText(*text) : std::nullopt;
+    auto seconds = text ? dateOfText(*text, currentSeconds()) : std::nullopt;
     return seconds ? Coerced(AEDesc::ofDate(*seconds)) : std::nullopt;
 }
 

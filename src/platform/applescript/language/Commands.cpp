@@ -5,6 +5,7 @@
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/References.h"
+#include "platform/base/DateText.h"
 #include "platform/base/Text.h"
 
 #include <chrono>

@@ -3,6 +3,7 @@
 
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/syntax/SourceText.h"
+#include "platform/base/DateText.h"
 
 #include <algorithm>
 
@@ -29,14 +30,14 @@ Parts partsOf(std::int64_t seconds) {
     parts.time = seconds - parts.days * kDay;
     // The year by estimate, then by trial.
     parts.year = 1904 + parts.days * 400 / 146097;
-    while (sourcetext::daysFromDate(parts.year, 1, 1) > parts.days)
+    while (daysFromDate(parts.year, 1, 1) > parts.days)
         --parts.year;
-    while (sourcetext::daysFromDate(parts.year + 1, 1, 1) <= parts.days)
+    while (daysFromDate(parts.year + 1, 1, 1) <= parts.days)
         ++parts.year;
     parts.month = 12;
-    while (sourcetext::daysFromDate(parts.year, parts.month, 1) > parts.days)
+    while (daysFromDate(parts.year, parts.month, 1) > parts.days)
         --parts.month;
-    parts.day = static_cast<int>(parts.days - sourcetext::daysFromDate(parts.year, parts.month, 1)) + 1;
+    parts.day = static_cast<int>(parts.days - daysFromDate(parts.year, parts.month, 1)) + 1;
     return parts;
 }
 
@@ -46,7 +47,7 @@ Value text(Machine& machine, std::u16string_view characters) {
 
 /// "Friday, November 9, 2007 at 11:35:50 AM" in its two halves.
 std::pair<std::u16string, std::u16string> halves(std::int64_t seconds) {
-    const std::u16string whole = sourcetext::date(seconds);
+    const std::u16string whole = textOfDate(seconds);
     const auto at = whole.find(u" at ");
     return {whole.substr(0, at), at == std::u16string::npos ? std::u16string() : whole.substr(at + 4)};
 }
@@ -114,7 +115,7 @@ bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value
     }
     // A part beyond its range runs over into the next: day 32 is the first of the next month.
     const auto from = [](std::int64_t year, int month, std::int64_t day, std::int64_t time) {
-        return (sourcetext::daysFromDate(year, month, 1) + day - 1) * kDay + time;
+        return (daysFromDate(year, month, 1) + day - 1) * kDay + time;
     };
     const std::int64_t hours = parts.time / 3600, minutes = parts.time / 60 % 60, seconds = parts.time % 60;
     switch (key) {

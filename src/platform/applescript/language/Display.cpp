@@ -5,6 +5,7 @@
 #include "platform/applescript/language/Units.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/applescript/terminology/Terminology.h"
+#include "platform/base/DateText.h"
 #include "platform/base/Text.h"
 
 #include <unicode/utf16.h>
@@ -197,7 +198,7 @@ void Displayer::object(const HeapObject* object) {
         record(static_cast<const Record*>(object));
         break;
     case HeapType::Date:
-        mOut += u"date \"" + sourcetext::date(static_cast<const Date*>(object)->seconds) + u"\"";
+        mOut += u"date \"" + textOfDate(static_cast<const Date*>(object)->seconds) + u"\"";
         break;
     case HeapType::Data: {
         const auto* data = static_cast<const Data*>(object);

@@ -15,13 +15,11 @@ std::string posixPath(const Data& file);
 std::u16string hfsPath(const Data& file);
 /// From a POSIX path.
 Value fileFromPath(Machine& machine, std::string_view path, FourCharCode kind);
-/// "alias", "file" or "POSIX file" of a text or another file. Failure without an error when it cannot be made; an alias needs something that exists.
+/// "alias", "file" or "POSIX file" of a text or another file. Failure without an error when it cannot be made; an alias needs something
+/// that exists.
 Value makeFile(Machine& machine, Value from, FourCharCode kind);
 
 std::string posixPathFromColons(std::u16string_view path);
 std::u16string colonsFromPosixPath(std::string_view path);
-
-/// Now, in seconds since 1904-01-01 00:00, local time.
-std::int64_t currentSeconds();
 
 } // namespace quoddle::language

@@ -8,6 +8,7 @@
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/TextElements.h"
 #include "platform/applescript/syntax/SourceText.h"
+#include "platform/base/DateText.h"
 
 #include <random>
 
@@ -67,7 +68,7 @@ Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool&
         const Value text = coerce(machine, key, Value::code("ctxt"_4cc));
         if (text.isFailure())
             return text;
-        if (auto seconds = sourcetext::parseDate(as<Text>(text)->view(), currentSeconds()))
+        if (auto seconds = dateOfText(as<Text>(text)->view(), currentSeconds()))
             return Value::object(machine.heap().make<Date>(*seconds));
         return machine.raise(-30720, u"Invalid date and time date " + inMessage(machine, text) + u".", text);
     }

@@ -5,6 +5,7 @@
 #include "platform/applescript/syntax/ParserState.h"
 #include "platform/applescript/syntax/SourceText.h"
 
+#include "platform/base/DateText.h"
 #include "platform/base/Text.h"
 
 namespace quoddle {
@@ -231,7 +232,7 @@ Object* Parser::applicationNamed(std::size_t firstToken) {
 Object* Parser::dateNamed(std::size_t firstToken) {
     const Token& token = advance();
     std::optional<std::int64_t> seconds =
-        token.text.empty() ? mOptions.now - mOptions.now % kSecondsPerDay : sourcetext::parseDate(token.text, mOptions.now);
+        token.text.empty() ? mOptions.now - mOptions.now % kSecondsPerDay : dateOfText(token.text, mOptions.now);
     if (!seconds)
         return fail(kInvalidDate, u"Invalid date and time date " + sourcetext::quoted(token.text) + u".", token);
     std::string bytes = "ldt ";

@@ -5,6 +5,7 @@
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
 
+#include "platform/base/DateText.h"
 #include "platform/base/Text.h"
 
 namespace quoddle {
@@ -120,7 +121,7 @@ void Printer::data(const Object* object) {
         for (char c : object->bytes.substr(4))
             bits = bits << 8 | static_cast<unsigned char>(c);
         put(Kind::Term, u"date ");
-        put(Kind::Literal, sourcetext::quoted(sourcetext::date(static_cast<std::int64_t>(bits))));
+        put(Kind::Literal, sourcetext::quoted(textOfDate(static_cast<std::int64_t>(bits))));
     } else {
         put(Kind::Literal, sourcetext::rawData(object->bytes));
     }

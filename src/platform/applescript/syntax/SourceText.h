@@ -37,13 +37,4 @@ std::u16string rawCode(std::u16string_view kind, std::string_view bytes);
 /// «data» with a type and its bytes in hexadecimal digits.
 std::u16string rawData(std::string_view typeAndBytes);
 
-/// Seconds since 1904-01-01 00:00, without time zone, as "Friday, November 9, 2007 at 11:35:50 AM" (no quotes).
-std::u16string date(std::int64_t seconds);
-/// Reads a date in the forms that people write in US English: with or without weekday, month as word or number, time with or without AM and
-/// PM. What is missing is taken from `now` (date) or is midnight (time). nullopt when it is no date.
-std::optional<std::int64_t> parseDate(std::u16string_view text, std::int64_t now);
-
-/// Days since 1904-01-01 of a date of the Gregorian calendar.
-std::int64_t daysFromDate(std::int64_t year, int month, int day);
-
 } // namespace quoddle::sourcetext

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Dates in source text: US English, whatever the user's formats are, so that a script reads the same everywhere.
-#include "platform/applescript/syntax/SourceText.h"
+#include "platform/base/DateText.h"
+
+#include "platform/base/Text.h"
 
 #include <algorithm>
 #include <array>
+#include <ctime>
 #include <vector>
 
-namespace quoddle::sourcetext {
+namespace quoddle {
 
 namespace {
 
@@ -40,6 +42,10 @@ CivilDate civilFromDays(std::int64_t days) {
     std::int64_t shifted = (5 * dayOfYear + 2) / 153;
     int month = static_cast<int>(shifted < 10 ? shifted + 3 : shifted - 9);
     return {yearOfEra + era * 400 + (month <= 2), month, static_cast<int>(dayOfYear - (153 * shifted + 2) / 5 + 1)};
+}
+
+std::u16string integer(std::int64_t value) {
+    return utf16FromUTF8(std::to_string(value));
 }
 
 std::u16string twoDigits(std::int64_t value) {
@@ -105,8 +111,8 @@ struct Fields {
             half = word == u"am" ? 1 : 2;
         else if (int name = indexOfName(kMonths, word); name >= 0)
             month = name + 1;
-        else if (indexOfName(kWeekdays, word) < 0 && word != u"at" && word != u"a" && word != u"p" && word != u"m" && word != u"st" &&
-                 word != u"nd" && word != u"rd" && word != u"th" && word != u"of")
+        else if (indexOfName(kWeekdays, word) < 0 && word != u"at" && word != u"t" && word != u"a" && word != u"p" && word != u"m" &&
+                 word != u"st" && word != u"nd" && word != u"rd" && word != u"th" && word != u"of")
             valid = false;
     }
 };
@@ -148,7 +154,17 @@ std::int64_t daysFromDate(std::int64_t year, int month, int day) {
     return daysFromCivil(year, month, day) + kDays1904;
 }
 
-std::u16string date(std::int64_t seconds) {
+std::int64_t currentSeconds() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    return daysFromDate(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday) * kSecondsPerDay + local.tm_hour * 3600 + local.tm_min * 60 +
+           local.tm_sec;
+}
+
+std::u16string textOfDate(std::int64_t seconds) {
+    constexpr std::int64_t kFarthest = kSecondsPerDay * 366 * 30000; // beyond these years the calendar's own arithmetic would overflow
+    seconds = std::clamp(seconds, -kFarthest, kFarthest);
     std::int64_t days = (seconds >= 0 ? seconds : seconds - kSecondsPerDay + 1) / kSecondsPerDay;
     std::int64_t time = seconds - days * kSecondsPerDay;
     CivilDate civil = civilFromDays(days - kDays1904);
@@ -161,7 +177,10 @@ std::u16string date(std::int64_t seconds) {
     return out.append(hour < 12 ? u" AM" : u" PM");
 }
 
-std::optional<std::int64_t> parseDate(std::u16string_view text, std::int64_t now) {
+std::optional<std::int64_t> dateOfText(std::u16string_view text, std::int64_t now) {
+    constexpr std::size_t kLongest = 400; // no date has so many characters
+    if (text.size() > kLongest)
+        return std::nullopt;
     Fields fields;
     std::vector<Piece> pieces = piecesOf(text);
     for (std::size_t i = 0; i < pieces.size(); ++i) {
@@ -191,4 +210,4 @@ std::optional<std::int64_t> parseDate(std::u16string_view text, std::int64_t now
     return daysFromDate(civil->year, civil->month, civil->day) * kSecondsPerDay + hour * 3600 + fields.minute * 60 + fields.second;
 }
 
-} // namespace quoddle::sourcetext
+} // namespace quoddle

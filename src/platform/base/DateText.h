@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// Dates as text: US English, whatever the user's formats are, so that a script reads the same everywhere.
+//
+// A date is a number of seconds since 1904-01-01 00:00, without time zone.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace quoddle {
+
+/// "Friday, November 9, 2007 at 11:35:50 AM"; dates beyond some 30,000 years show as the last one before.
+std::u16string textOfDate(std::int64_t seconds);
+/// Reads a date in the forms that people write in US English, and as 2007-11-09T11:35:50: with or without weekday, month as word or number,
+/// time with or without AM and PM. What is missing is taken from `now` (date) or is midnight (time). nullopt when it is no date.
+std::optional<std::int64_t> dateOfText(std::u16string_view text, std::int64_t now);
+
+/// Days since 1904-01-01 of a date of the Gregorian calendar.
+std::int64_t daysFromDate(std::int64_t year, int month, int day);
+/// Now, on the clock of the user.
+std::int64_t currentSeconds();
+
+} // namespace quoddle
