@@ -152,7 +152,8 @@ void NSWindow::showNextSheet() {
     QDialog* dialog = mSheets.front().dialog;
     mSheets.front().shown = true;
     mSheetHasFrame = false;
-    dialog->setParent(this, Qt::Sheet | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
+    // Not Qt::Sheet: on Wayland such a window would have no title bar to be moved by, and programs cannot place windows there.
+    dialog->setParent(this, Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
     dialog->setWindowModality(Qt::WindowModal);
     if (dialog->windowTitle().isEmpty())
         dialog->setWindowTitle(windowTitle());
