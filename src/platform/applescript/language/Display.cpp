@@ -15,7 +15,7 @@ namespace quoddle::language {
 namespace {
 
 constexpr std::size_t kMaximumDepth = 60;
-constexpr std::size_t kMaximumLength = 1000000;
+constexpr std::size_t kMaximumLength = std::size_t(1) << 26; // what a program prints may be data for another one
 constexpr std::size_t kMaximumLengthInMessages = 1000;
 
 const Terminology& terms() {
