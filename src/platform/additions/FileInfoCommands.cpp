@@ -2,6 +2,7 @@
 // info for, list folder, list disks.
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileParameter.h"
+#include "platform/base/DateText.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
 
@@ -23,7 +24,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kMaximumEntries = std::size_t(1) << 20; // of one folder, and of everything below one when sizes are added up
-constexpr std::int64_t kSecondsFrom1904To1970 = 2082844800;
 
 struct Kind {
     std::string_view extension;

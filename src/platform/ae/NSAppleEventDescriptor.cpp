@@ -3,6 +3,7 @@
 
 #include "platform/ae/AECoercion.h"
 #include "platform/ae/AEFlatten.h"
+#include "platform/base/DateText.h"
 
 #include <cmath>
 #include <ctime>
@@ -10,9 +11,6 @@
 namespace quoddle {
 
 namespace {
-
-// From 1904-01-01 to 1970-01-01, in seconds of local time.
-constexpr std::int64_t kEpochDistance = 2082844800;
 
 std::int64_t offsetFromUTC(std::time_t moment) {
     std::tm local{};
@@ -68,7 +66,7 @@ NSAppleEventDescriptorRef NSAppleEventDescriptor::descriptorWithString(const Tex
 
 NSAppleEventDescriptorRef NSAppleEventDescriptor::descriptorWithDate(double date) {
     auto moment = static_cast<std::time_t>(std::floor(date));
-    return descriptorWithAEDesc(AEDesc::ofDate(moment + offsetFromUTC(moment) + kEpochDistance));
+    return descriptorWithAEDesc(AEDesc::ofDate(moment + offsetFromUTC(moment) + kSecondsFrom1904To1970));
 }
 
 NSAppleEventDescriptorRef NSAppleEventDescriptor::descriptorWithFileURL(const TextArgument& path) {
@@ -135,7 +133,7 @@ std::optional<double> NSAppleEventDescriptor::dateValue() const {
     constexpr std::int64_t kFarthest = std::int64_t{1} << 40; // beyond it no time zone is known, and the sums below could overflow
     if (!seconds || *seconds > kFarthest || *seconds < -kFarthest)
         return {};
-    std::time_t local = *seconds - kEpochDistance;
+    std::time_t local = *seconds - kSecondsFrom1904To1970;
     // The offset is that of the moment itself; the first guess is wrong only within hours of a change of the clocks.
     std::time_t moment = local - offsetFromUTC(local);
     return static_cast<double>(local - offsetFromUTC(moment));

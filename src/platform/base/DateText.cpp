@@ -17,7 +17,7 @@ constexpr std::array<std::u16string_view, 12> kMonths = {u"January", u"February"
 constexpr std::array<std::u16string_view, 7> kWeekdays = {u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
                                                           u"Thursday", u"Friday", u"Saturday"};
 constexpr std::int64_t kSecondsPerDay = 86400;
-constexpr std::int64_t kDays1904 = 24107; // from 1970-01-01 back to 1904-01-01
+constexpr std::int64_t kDays1904 = kSecondsFrom1904To1970 / kSecondsPerDay;
 
 struct CivilDate {
     std::int64_t year;

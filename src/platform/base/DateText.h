@@ -11,6 +11,8 @@
 
 namespace quoddle {
 
+constexpr std::int64_t kSecondsFrom1904To1970 = 2'082'844'800;
+
 /// "Friday, November 9, 2007 at 11:35:50 AM"; dates beyond some 30,000 years show as the last one before.
 std::u16string textOfDate(std::int64_t seconds);
 /// Reads a date in the forms that people write in US English, and as 2007-11-09T11:35:50: with or without weekday, month as word or number,
