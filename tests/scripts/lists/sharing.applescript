@@ -51,3 +51,54 @@ repeat 60000 times
 end repeat
 log zeros contains ((items 1 thru 30000 of zeros) & 1) --> false
 log ({1} & zeros & {1}) contains ((items 1 thru 30000 of zeros) & 1) --> true
+
+-- A list grows at its beginning and at its end in a moment, alone and beside others that share its items.
+set row to {}
+repeat with i from 1 to 200000
+	set beginning of row to i
+	if i mod 2 = 0 then set end of row to -i
+end repeat
+log {count of row, item 1 of row, item 200000 of row, item 200001 of row, item -1 of row} --> {300000, 200000, 1, -2, -200000}
+set tail to rest of row
+set beginning of tail to "t"
+set beginning of row to "l"
+set end of tail to "e"
+log {item 1 of tail, item 2 of tail, item -1 of tail, item 1 of row, item 2 of row, item -1 of row} --> {"t", 199999, "e", "l", 200000, -200000}
+set few to items 3 thru 4 of row
+set beginning of few to 0
+log {few, item 2 of row} --> {{0, 199999, 199998}, 200000}
+
+-- Changing the list from which a small part was taken moves nothing.
+set counted to {}
+repeat with i from 1 to 100000
+	set end of counted to i
+end repeat
+set total to 0
+repeat with i from 1 to 99901
+	set part to items i thru (i + 99) of counted
+	set item i of counted to 0
+	set total to total + (item 1 of part) - (item i of counted)
+end repeat
+log total --> 4.990154851E+9
+
+-- Sizes that are not allowed are errors.
+set many to {1, 2, 3, 4, 5}
+repeat 22 times
+	set many to many & many
+end repeat
+set end of many to 6
+log count of many --> 20971521
+try
+	set many to many & many
+on error number n
+	log {n, count of many} --> {-2708, 20971521}
+end try
+set huge to "a"
+repeat 26 times
+	set huge to huge & huge
+end repeat
+try
+	get id of huge
+on error number n
+	log n --> -2708
+end try

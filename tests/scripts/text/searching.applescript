@@ -22,6 +22,18 @@ end repeat
 log long contains (text 1 thru 300000 of long) & "b" --> false
 log long & "b" contains (text 1 thru 300000 of long) & "b" --> true
 
+set halves to "s"
+set double to "ß"
+repeat 17 times
+	set halves to halves & halves
+	set double to double & double
+end repeat
+ignoring expansion
+	log double contains (text 2 thru -1 of halves) --> false
+	log double contains halves --> true
+	log {"Straß" ends with "s", "ßa" starts with "s", "Straß" ends with "ss", "ßa" starts with "SS"} --> {false, false, true, true}
+end ignoring
+
 -- Elements are found wherever they stand, in a loop in a moment, and anew when the delimiters change.
 set whole to "one, “two” 👍🏽 three" & return & linefeed
 repeat 12 times
@@ -44,3 +56,35 @@ set eol to return & linefeed
 log piece = "“two” 👍🏽 three" & eol & "one" --> true
 log text item 30 of whole = " three" & eol & "one, “two” " --> true
 log count of (("a" & return) & (linefeed & "b")) --> 3
+
+-- Ranges are found wherever they stand, in a loop in a moment.
+set whole to "one, “two” 👍🏽 three" & return
+repeat 13 times
+	set whole to whole & whole
+end repeat
+set {found, others} to {0, {}}
+repeat with i from 1 to 6
+	set end of others to "1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 " & i
+end repeat
+repeat with i from 1 to 24575
+	if words i thru (i + 1) of whole is {"two", "three"} then set found to found + 1
+	if word 20 of item (i mod 6 + 1) of others is "1" then set found to found + 1
+end repeat
+log found --> 12287
+log characters 17 thru 18 of whole --> {"e", "e"}
+log characters -7 thru -6 of whole --> {" ", "t"}
+log paragraphs -2 thru -1 of whole --> {"one, “two” 👍🏽 three", ""}
+log words of (text from word 2 to word 4 of whole) --> {"two", "three", "one"}
+try
+	get integers 1 thru 2 of whole
+on error number n
+	log n --> -1728
+end try
+
+-- What is equal to a letter is found as that letter; control characters are not nothing.
+set kelvin to character id 8490
+log {kelvin = "k", "20 " & kelvin contains "K", kelvin starts with "k", "k" contains kelvin} --> {true, true, true, true}
+set AppleScript's text item delimiters to "s"
+log text items of ("a" & (character id 383) & "b") --> {"a", "b"}
+set bell to "a" & (character id 7)
+log {bell = "a", bell < "a", bell > "a", bell ≥ "a", bell ≤ "a"} --> {false, false, true, true, false}

@@ -9,6 +9,7 @@
 #include "platform/applescript/language/TextSearch.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <unicode/ucol.h>
 #include <unordered_set>
@@ -53,6 +54,21 @@ const UCollator* collatorFor(std::uint32_t considering) {
 
 bool isAlphanumericASCII(char16_t c) {
     return (c >= u'0' && c <= u'9') || (foldedASCII(c) >= u'a' && foldedASCII(c) <= u'z');
+}
+
+/// The control characters that do not count for the collator.
+bool isBareControl(char16_t c) {
+    return c < u'\t' || (c > u'\r' && c < u' ') || c == 0x7F;
+}
+
+bool isPlainASCII(char16_t c) {
+    return c < 0x80 && !isBareControl(c);
+}
+
+std::u16string controlsOf(std::u16string_view text) {
+    std::u16string controls;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(controls), isBareControl);
+    return controls;
 }
 
 /// Where the texts first differ by more than case, or the shorter one ends; npos when there are signs before it for which `isPlain` is not
@@ -133,8 +149,12 @@ int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view
         return static_cast<int>(ucol_strcoll(collatorFor(considering), a.data(), static_cast<std::int32_t>(a.size()), b.data(),
                                              static_cast<std::int32_t>(b.size())));
     };
-    if (considersAllUnits(considering))
-        return collate(left, right);
+    if (considersAllUnits(considering)) {
+        const int order = collate(left, right);
+        if (order != 0 || considering & kConsiderNumericStrings)
+            return order;
+        return controlsOf(left).compare(controlsOf(right)); // none of the collator's business, yet not nothing
+    }
     // What is ignored is taken out first; case and marks are the collator's.
     const std::uint32_t kept = considering | kConsiderCase | kConsiderDiacriticals;
     return collate(reduceText(left, kept).units, reduceText(right, kept).units);
@@ -147,7 +167,7 @@ bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_vi
     if (considering & kConsiderNumericStrings)
         return compareTexts(machine, left, right) == 0;
     if (considersAllUnits(considering)) {
-        const std::size_t at = firstDifference(left, right, [](char16_t c) { return c < 0x80; });
+        const std::size_t at = firstDifference(left, right, isPlainASCII);
         if (at != std::u16string_view::npos) // with case considered, identical texts were all that is equal
             return at == left.size() && at == right.size() && !(considering & kConsiderCase);
     }
@@ -266,6 +286,11 @@ bool EqualityTest::areEqualSpecifiers(const Specifier* left, const Specifier* ri
 } // namespace
 
 bool areEqual(Machine& machine, Value left, Value right) {
+    // What most values are; a list is searched for them.
+    if (left.isNumber() && right.isNumber())
+        return left.asNumber() == right.asNumber();
+    if (const Text* text = as<Text>(left), *other = as<Text>(right); text && other)
+        return areEqualTexts(machine, text->view(), other->view());
     return EqualityTest(machine).areEqual(left, right, 0);
 }
 

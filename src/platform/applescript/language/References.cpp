@@ -43,6 +43,8 @@ std::vector<std::uint32_t> placesOf(const List* list, FourCharCode elementClass)
 }
 
 Value listOf(Machine& machine, const std::vector<Value>& values) {
+    if (values.size() > Heap::kMaximumListLength)
+        return tooLarge(machine);
     List* list = machine.heap().list(values.size());
     std::copy(values.begin(), values.end(), list->items);
     list->count = static_cast<std::uint32_t>(values.size());
@@ -104,7 +106,8 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
         const Value index = coerce(machine, element->b, Value::code("long"_4cc));
         if (index.isFailure())
             return false;
-        if (const Text* text = as<Text>(container); text && elementAt(machine, text, element->a.asCode(), index.asInteger(), span))
+        if (const Text* text = as<Text>(container);
+            text && isTextElement(element->a.asCode()) && elementAt(machine, text, element->a.asCode(), index.asInteger(), span))
             return true;
         cannotGet(machine, bound, errAEIllegalIndex);
         return false;
@@ -135,7 +138,7 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
 Value range(Machine& machine, Value container, const Specifier* whole) {
     Span from{}, to{};
     machine.error() = ScriptError();
-    if (!is<Text>(container) && !is<List>(container))
+    if (!is<List>(container) && !(is<Text>(container) && whole->a.isCode() && isTextElement(whole->a.asCode())))
         return cannotGet(machine, Value::object(whole));
     if (!boundary(machine, container, whole->a, whole->b, from) || !boundary(machine, container, whole->a, whole->c, to))
         return machine.error().number ? Value::failure() : cannotGet(machine, Value::object(whole));
@@ -155,9 +158,9 @@ Value range(Machine& machine, Value container, const Specifier* whole) {
     if (whole->a == Value::code("ctxt"_4cc))
         return slice(machine, text, covered);
     std::vector<Value> parts;
-    forEachElement(machine, text, whole->a.asCode(), [&](Span span) {
-        if (span.start >= covered.start && span.start + span.length <= covered.start + covered.length)
-            parts.push_back(slice(machine, text, span));
+    forEachElementWithin(machine, text, whole->a.asCode(), covered, [&](Span span) {
+        parts.push_back(slice(machine, text, span));
+        return parts.size() <= Heap::kMaximumListLength;
     });
     return listOf(machine, parts);
 }
@@ -174,7 +177,10 @@ Value every(Machine& machine, Value container, Value elementClass, Value what) {
         if (code == "ctxt"_4cc)
             return container;
         std::vector<Value> parts;
-        forEachElement(machine, text, code, [&](Span span) { parts.push_back(slice(machine, text, span)); });
+        forEachElement(machine, text, code, [&](Span span) {
+            parts.push_back(slice(machine, text, span));
+            return parts.size() <= Heap::kMaximumListLength; // more is an error
+        });
         return listOf(machine, parts);
     }
     if (const Record* record = as<Record>(container); record && code == "cobj"_4cc) {
@@ -463,14 +469,8 @@ bool setSpecifier(Machine& machine, Value target, Value value) {
         const Value container = follow(machine, what->container);
         if (container.isFailure())
             return false;
-        if (List* list = as<List>(container)) {
-            machine.heap().detach(list);
-            if (!machine.heap().append(list, value))
-                return !tooLarge(machine).isFailure();
-            std::copy_backward(list->items, list->items + list->count - 1, list->items + list->count);
-            list->items[0] = value;
-            return true;
-        }
+        if (List* list = as<List>(container))
+            return machine.heap().prepend(list, value) || !tooLarge(machine).isFailure();
         break;
     }
     default:

@@ -46,10 +46,11 @@ public:
             findNext(i, 0);
     }
 
-    void visit(const std::function<void(Span)>& visit) {
+    void visit(const std::function<bool(Span)>& visit) {
         std::size_t start = 0;
         for (std::size_t best; mNext[best = first(start)].at != kNotFound; start = mNext[best].at + mNext[best].length)
-            visit({static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(mNext[best].at - start)});
+            if (!visit({static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(mNext[best].at - start)}))
+                return;
         visit({static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(mText.size() - start)});
     }
 
@@ -81,17 +82,6 @@ private:
     TextSearch mSearch;
     std::vector<Place> mNext;
 };
-
-/// Whatever is remembered is not looked at.
-void visitAll(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<void(Span)>& visit) {
-    if (elementClass == "citm"_4cc)
-        if (auto delimiters = delimitersInUse(machine); !delimiters.empty())
-            return TextItems(machine, text->view(), std::move(delimiters)).visit(visit);
-    visitElements(text->view(), breaksFor(elementClass), [&](Span span) {
-        visit(span);
-        return true;
-    });
-}
 
 bool isCharacterClass(FourCharCode elementClass) {
     return elementClass == "cha "_4cc || elementClass == "cobj"_4cc || elementClass == "ctxt"_4cc;
@@ -134,18 +124,24 @@ bool isTextElement(FourCharCode elementClass) {
 }
 
 const std::vector<Span>* TextElementIndex::find(Machine& machine, const Text* text, FourCharCode elementClass) {
-    const bool isItem = elementClass == "citm"_4cc;
-    for (const Entry& entry : mEntries) {
+    const auto isWanted = [&](const Entry& entry) {
         if (entry.text != text || entry.elementClass != elementClass)
-            continue;
-        if (!isItem)
-            return &entry.spans;
+            return false;
+        if (elementClass != "citm"_4cc)
+            return true;
         const auto delimiters = delimitersInUse(machine);
-        if (entry.considering == machine.considering() &&
-            std::equal(delimiters.begin(), delimiters.end(), entry.delimiters.begin(), entry.delimiters.end()))
-            return &entry.spans;
-    }
-    return nullptr;
+        return entry.considering == machine.considering() &&
+               std::equal(delimiters.begin(), delimiters.end(), entry.delimiters.begin(), entry.delimiters.end());
+    };
+    const auto found = std::find_if(mEntries.begin(), mEntries.end(), isWanted);
+    if (found == mEntries.end())
+        return nullptr;
+    std::rotate(mEntries.begin(), found, found + 1);
+    return &mEntries.front().spans;
+}
+
+void TextElementIndex::forgetUnmarked() {
+    std::erase_if(mEntries, [](const Entry& entry) { return !Heap::isMarked(entry.text); });
 }
 
 const std::vector<Span>& TextElementIndex::make(Machine& machine, const Text* text, FourCharCode elementClass) {
@@ -155,18 +151,42 @@ const std::vector<Span>& TextElementIndex::make(Machine& machine, const Text* te
     if (elementClass == "citm"_4cc)
         for (std::u16string_view delimiter : delimitersInUse(machine))
             entry.delimiters.emplace_back(delimiter);
-    visitAll(machine, text, elementClass, [&](Span span) { entry.spans.push_back(span); });
+    forEachElement(machine, text, elementClass, [&](Span span) {
+        entry.spans.push_back(span);
+        return true;
+    });
     if (mEntries.size() == kMaximumEntries)
         mEntries.pop_back();
-    return mEntries.emplace_front(std::move(entry)).spans;
+    return mEntries.insert(mEntries.begin(), std::move(entry))->spans;
 }
 
 std::size_t characterCount(Machine& machine, const Text* text) {
     return isSimple(text) ? text->length : machine.textElements().make(machine, text, "cha "_4cc).size();
 }
 
-void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<void(Span)>& visit) {
-    visitAll(machine, text, elementClass, visit);
+/// Whatever is remembered is not looked at.
+void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<bool(Span)>& visit) {
+    if (elementClass == "citm"_4cc)
+        if (auto delimiters = delimitersInUse(machine); !delimiters.empty())
+            return TextItems(machine, text->view(), std::move(delimiters)).visit(visit);
+    visitElements(text->view(), breaksFor(elementClass), visit);
+}
+
+void forEachElementWithin(Machine& machine, const Text* text, FourCharCode elementClass, Span part,
+                          const std::function<bool(Span)>& visit) {
+    const std::uint32_t end = part.start + part.length;
+    if (isCharacterClass(elementClass)) {
+        elementClass = "cha "_4cc;
+        if (isSimple(text)) {
+            for (std::uint32_t at = part.start; at < end && visit({at, 1}); ++at)
+                ;
+            return;
+        }
+    }
+    const std::vector<Span>& spans = machine.textElements().make(machine, text, elementClass);
+    auto span = std::lower_bound(spans.begin(), spans.end(), part.start, [](Span a, std::uint32_t start) { return a.start < start; });
+    while (span != spans.end() && span->start + span->length <= end && visit(*span))
+        ++span;
 }
 
 bool elementAt(Machine& machine, const Text* text, FourCharCode elementClass, std::int64_t index, Span& span) {

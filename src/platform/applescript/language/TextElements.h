@@ -8,8 +8,6 @@
 #include "platform/applescript/language/TextBreaks.h"
 #include "platform/applescript/machine/Machine.h"
 
-#include <deque>
-
 namespace quoddle::language {
 
 /// Is this a class whose elements texts have?
@@ -18,7 +16,10 @@ bool isTextElement(FourCharCode elementClass);
 std::size_t characterCount(Machine& machine, const Text* text);
 /// The element at a 1-based index, counted from the end when negative. False when there is none.
 bool elementAt(Machine& machine, const Text* text, FourCharCode elementClass, std::int64_t index, Span& span);
-void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<void(Span)>& visit);
+/// From the first to the last, until `visit` answers false.
+void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<bool(Span)>& visit);
+/// Those that lie in a part of the text as a whole. `visit` must not look for elements.
+void forEachElementWithin(Machine& machine, const Text* text, FourCharCode elementClass, Span part, const std::function<bool(Span)>& visit);
 
 /// What is remembered of texts; one for each machine. It does not keep them alive.
 class TextElementIndex {
@@ -27,8 +28,8 @@ public:
     const std::vector<Span>* find(Machine& machine, const Text* text, FourCharCode elementClass);
     /// Likewise, but makes the list.
     const std::vector<Span>& make(Machine& machine, const Text* text, FourCharCode elementClass);
-    /// Before a collection, which may give the place of a text to another one.
-    void forget() { mEntries.clear(); }
+    /// In a collection, which may give the place of a text to another one.
+    void forgetUnmarked();
 
 private:
     struct Entry {
@@ -39,7 +40,7 @@ private:
         std::vector<Span> spans;
     };
     static constexpr std::size_t kMaximumEntries = 4;
-    std::deque<Entry> mEntries; // the newest first
+    std::vector<Entry> mEntries; // the one used last in front
 };
 
 } // namespace quoddle::language

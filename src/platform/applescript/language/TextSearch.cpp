@@ -83,6 +83,11 @@ char16_t foldedASCII(char16_t c) {
     return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
 }
 
+/// What folds to ASCII from beyond it is only the Kelvin sign and the long s.
+static char16_t foldedToASCII(char16_t c) {
+    return c < 0x80 ? foldedASCII(c) : c == 0x212A ? u'k' : c == 0x17F ? u's' : c;
+}
+
 ReducedText reduceText(std::u16string_view text, std::uint32_t considering) {
     ReducedText reduced;
     reduced.units.reserve(text.size());
@@ -113,8 +118,8 @@ std::size_t TextSearch::find(std::u16string_view part, std::size_t start, std::s
     if (considersAllUnits(mConsidering)) {
         if (mConsidering & kConsiderCase)
             return findSequence(mWhole, part, start, std::equal_to());
-        if (isASCII(part)) // what folds to ASCII from beyond it is only the Kelvin sign and the long s
-            return findSequence(mWhole, part, start, [](char16_t a, char16_t b) { return foldedASCII(a) == foldedASCII(b); });
+        if (isASCII(part))
+            return findSequence(mWhole, part, start, [](char16_t a, char16_t b) { return foldedToASCII(a) == foldedToASCII(b); });
     }
     const ReducedText needle = reduceText(part, mConsidering);
     if (needle.units.empty()) {
@@ -123,16 +128,16 @@ std::size_t TextSearch::find(std::u16string_view part, std::size_t start, std::s
     }
     const std::vector<std::uint32_t>& places = reduced().places;
     const std::u16string_view units = reduced().units;
-    auto at = static_cast<std::size_t>(std::lower_bound(places.begin(), places.end(), start) - places.begin());
-    while ((at = findSequence(units, std::u16string_view(needle.units), at, std::equal_to())) != kNotFound) {
+    const auto first = static_cast<std::size_t>(std::lower_bound(places.begin(), places.end(), start) - places.begin());
+    const auto isWhole = [&](std::size_t at) {
         const std::size_t end = at + needle.units.size();
-        if ((at == 0 || places[at - 1] != places[at]) && places[end - 1] != places[end]) {
-            length = places[end] - places[at];
-            return places[at];
-        }
-        ++at;
-    }
-    return kNotFound;
+        return (at == 0 || places[at - 1] != places[at]) && places[end - 1] != places[end];
+    };
+    const std::size_t at = findSequence(units, std::u16string_view(needle.units), first, std::equal_to(), isWhole);
+    if (at == kNotFound)
+        return kNotFound;
+    length = places[at + needle.units.size()] - places[at];
+    return places[at];
 }
 
 /// Does every unit of a text that begins or ends with `part` stand for one of its units?
@@ -143,13 +148,19 @@ static bool matchesUnitByUnit(std::u16string_view part, std::uint32_t considerin
 bool startsWithText(std::u16string_view whole, std::u16string_view part, std::uint32_t considering) {
     if (matchesUnitByUnit(part, considering))
         whole = whole.substr(0, part.size());
-    return reduceText(whole, considering).units.starts_with(reduceText(part, considering).units);
+    const ReducedText text = reduceText(whole, considering), wanted = reduceText(part, considering);
+    const std::size_t end = wanted.units.size();
+    return text.units.starts_with(wanted.units) && (end == 0 || text.places[end - 1] != text.places[end]);
 }
 
 bool endsWithText(std::u16string_view whole, std::u16string_view part, std::uint32_t considering) {
     if (matchesUnitByUnit(part, considering))
         whole = whole.substr(whole.size() - std::min(whole.size(), part.size()));
-    return reduceText(whole, considering).units.ends_with(reduceText(part, considering).units);
+    const ReducedText text = reduceText(whole, considering), wanted = reduceText(part, considering);
+    if (!text.units.ends_with(wanted.units))
+        return false;
+    const std::size_t start = text.units.size() - wanted.units.size();
+    return wanted.units.empty() || start == 0 || text.places[start - 1] != text.places[start];
 }
 
 } // namespace quoddle::language

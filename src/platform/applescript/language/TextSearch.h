@@ -5,7 +5,7 @@
 // looks at each character, whatever the texts are.
 #pragma once
 
-#include "platform/applescript/language/SequenceSearch.h"
+#include "platform/base/SequenceSearch.h"
 
 #include <cstdint>
 #include <optional>

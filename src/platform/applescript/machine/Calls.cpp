@@ -11,6 +11,7 @@
 #include "platform/base/Text.h"
 
 #include <algorithm>
+#include <new>
 
 namespace quoddle {
 
@@ -23,6 +24,18 @@ std::u16string nameOf(Value name) {
 }
 
 } // namespace
+
+Value Interpreter::run() {
+    while (true) {
+        try {
+            return loop(this, nullptr);
+        } catch (const std::bad_alloc&) {
+            language::tooLarge(mMachine);
+        }
+        if (!unwind())
+            return Value::failure();
+    }
+}
 
 // --- Safe points
 

@@ -66,6 +66,11 @@ std::size_t sharedRoom(const List* list) {
     return list->buffer ? list->buffer->capacity / list->buffer->references : 0;
 }
 
+/// The room for a list that is added to, and so is likely to be added to again.
+std::size_t grown(const List* list) {
+    return std::clamp<std::size_t>(std::size_t(list->count) * 2, 4, Heap::kMaximumListLength);
+}
+
 /// How many items a list may take where it stands.
 std::size_t roomBehind(const List* list) {
     if (!list->buffer || (list->isShared() && list->end() != list->buffer->used))
@@ -93,7 +98,8 @@ void Script::set(Value slotName, Value value) {
     slots[index] = value;
 }
 
-Heap::Heap(std::function<void(Heap&)> markRoots) : mMarkRoots(std::move(markRoots)) {}
+Heap::Heap(std::function<void(Heap&)> markRoots, std::function<void()> forgetUnmarked)
+    : mMarkRoots(std::move(markRoots)), mForgetUnmarked(std::move(forgetUnmarked)) {}
 
 Heap::~Heap() {
     for (HeapObject* object : mObjects)
@@ -296,24 +302,37 @@ bool Heap::reserve(List* list, std::size_t capacity) {
 }
 
 /// A buffer of its own. False when there is no memory.
-bool Heap::moveTo(List* list, std::size_t capacity) {
+bool Heap::moveTo(List* list, std::size_t capacity, std::size_t roomInFront) {
     void* memory = std::malloc(sizeof(ListBuffer) + capacity * sizeof(Value));
     if (!memory)
         return false;
-    auto* buffer = new (memory) ListBuffer{1, list->count, static_cast<std::uint32_t>(capacity)};
-    std::copy_n(list->items, list->count, buffer->values());
+    const auto used = static_cast<std::uint32_t>(roomInFront + list->count);
+    auto* buffer = new (memory) ListBuffer{1, used, static_cast<std::uint32_t>(capacity)};
+    std::copy_n(list->items, list->count, buffer->values() + roomInFront);
     releaseBuffer(list->buffer);
     mAllocated += capacity * sizeof(Value);
     list->buffer = buffer;
-    list->items = buffer->values();
+    list->items = buffer->values() + roomInFront;
     return true;
 }
 
 bool Heap::append(List* list, Value value) {
-    if (roomBehind(list) == 0 && !reserve(list, std::max<std::size_t>(4, std::size_t(list->count) * 2)))
+    if (roomBehind(list) == 0 && (list->count == kMaximumListLength || !reserve(list, grown(list))))
         return false;
     list->items[list->count++] = value;
     list->buffer->used = static_cast<std::uint32_t>(list->end());
+    return true;
+}
+
+bool Heap::prepend(List* list, Value value) {
+    // What stands in front in a shared buffer may be another list's.
+    if (!list->buffer || list->isShared() || list->items == list->buffer->values()) {
+        const std::size_t capacity = grown(list), room = capacity - list->count;
+        if (room == 0 || !moveTo(list, capacity, room - room / 2)) // the rest stays behind: a queue grows there, too
+            return false;
+    }
+    *--list->items = value;
+    ++list->count;
     return true;
 }
 
@@ -323,8 +342,8 @@ void Heap::detach(List* list) {
 }
 
 List* Heap::part(List* whole, std::size_t start, std::size_t length) {
-    // A short piece of a long list gets room of its own, so that it does not keep all of it alive.
-    if (length == 0 || (length < 32 && whole->buffer->capacity > 1024)) {
+    // A small part gets room of its own: it should neither keep all of the list alive nor make it move when it is changed.
+    if (length < whole->count / 8 || length == 0 || length < whole->buffer->capacity / 32) {
         List* part = list(length);
         std::copy_n(whole->items + start, length, part->items);
         part->count = static_cast<std::uint32_t>(length);
@@ -425,6 +444,8 @@ void Heap::collect() {
         mGray.pop_back();
         scan(object);
     }
+    if (mForgetUnmarked)
+        mForgetUnmarked();
     // Interned names are never freed, but may have been marked.
     for (auto& [key, symbol] : mSymbols)
         symbol->marked = false;

@@ -19,7 +19,9 @@ namespace quoddle {
 
 class Heap {
 public:
-    explicit Heap(std::function<void(Heap&)> markRoots);
+    /// `forgetUnmarked` is called in a collection when everything that lives is marked; what refers to objects without keeping them alive
+    /// lets go of the others then (isMarked).
+    explicit Heap(std::function<void(Heap&)> markRoots, std::function<void()> forgetUnmarked = {});
     ~Heap();
     Heap(const Heap&) = delete;
     Heap& operator=(const Heap&) = delete;
@@ -35,6 +37,7 @@ public:
     /// The two in one. Takes the room behind `left` when nothing stands there yet, so that appending in a loop costs what is appended.
     /// Null when the result would be longer than kMaximumTextLength.
     Text* concatenate(const Text* left, const Text* right);
+    /// Throws std::bad_alloc beyond kMaximumListLength.
     List* list(std::size_t capacity = 0);
     Record* record();
     template<class T, class... Arguments>
@@ -51,8 +54,10 @@ public:
 
     /// False when the list would become longer than kMaximumListLength.
     [[nodiscard]] bool append(List* list, Value value);
+    /// Likewise, in front of the others; in a loop it costs no more than appending.
+    [[nodiscard]] bool prepend(List* list, Value value);
     [[nodiscard]] bool reserve(List* list, std::size_t capacity);
-    /// A list over part of another's items; shares them until one of the two is changed.
+    /// A list over part of another's items; shares them until one of the two is changed, unless it is a small part.
     List* part(List* list, std::size_t start, std::size_t length);
     /// The two in one, in the way of the texts. Null when it would be longer than kMaximumListLength.
     List* concatenate(List* left, std::span<const Value> items);
@@ -72,6 +77,7 @@ public:
             mGray.push_back(object);
         }
     }
+    static bool isMarked(const HeapObject* object) { return object->marked; }
     /// Bytes in use as far as they were charged; exact after a collection.
     std::size_t allocated() const { return mAllocated; }
     std::size_t collections() const { return mCollections; }
@@ -81,12 +87,13 @@ public:
 
 private:
     void* allocate(std::size_t size);
-    bool moveTo(List* list, std::size_t capacity);
+    bool moveTo(List* list, std::size_t capacity, std::size_t roomInFront = 0);
     static void share(List* list, List* with);
     void scan(HeapObject* object);
     void release(HeapObject* object);
 
     std::function<void(Heap&)> mMarkRoots;
+    std::function<void()> mForgetUnmarked;
     std::vector<HeapObject*> mObjects;
     std::vector<HeapObject*> mGray;
     Root* mRoots = nullptr;
@@ -94,7 +101,7 @@ private:
     std::unordered_map<std::string, Symbol*> mSymbols;
     std::unordered_map<std::string, EventName*> mEventNames;
     Text* mCharacters[128] = {}; // one of each, as they were asked for
-    void* mFree[8] = {}; // per size class of 16 bytes
+    void* mFree[8] = {};         // per size class of 16 bytes
     std::vector<std::unique_ptr<char[]>> mBlocks;
     std::size_t mAllocated = 0;
     static constexpr std::size_t kMinimumThreshold = std::size_t(4) << 20;

@@ -150,6 +150,7 @@ op_Divide : {
 op_Power:
     STORE_OR_RAISE(language::power(machine, r[pc->b], r[pc->c]));
 op_Concatenate : {
+    SAVE(); // wherever memory is needed: there may be none
     const Value x = r[pc->b], y = r[pc->c];
     if (const Text* left = as<Text>(x))
         if (const Text* right = as<Text>(y))
@@ -431,7 +432,10 @@ op_SetElement : {
     if (List* list = as<List>(container); list && index.isInteger() && k[pc->d] == Value::code("cobj"_4cc)) {
         const std::int32_t i = index.asInteger();
         if (i > 0 && static_cast<std::uint32_t>(i) <= list->count) {
-            machine.mHeap.detach(list);
+            if (list->isShared()) {
+                SAVE();
+                machine.mHeap.detach(list);
+            }
             list->items[i - 1] = r[pc->c];
             NEXT();
         }
@@ -439,6 +443,7 @@ op_SetElement : {
     CHECK_OR_RAISE(language::setElement(machine, container, k[pc->d], index, r[pc->c]));
 }
 op_SetEnd : {
+    SAVE();
     if (List* list = as<List>(r[pc->a]))
         if (machine.mHeap.append(list, r[pc->b]))
             NEXT();
@@ -462,6 +467,7 @@ op_MakeReference:
 op_Clone:
     STORE_OR_RAISE(language::deepCopy(machine, r[pc->b]));
 op_MakeList : {
+    SAVE();
     List* list = machine.mHeap.list(pc->c);
     std::copy_n(r + pc->b, pc->c, list->items);
     list->count = pc->c;
@@ -470,6 +476,7 @@ op_MakeList : {
     NEXT();
 }
 op_MakeRecord : {
+    SAVE();
     Record* record = machine.mHeap.record();
     record->entries.reserve(pc->c / 2);
     for (std::size_t i = 0; i + 1 < pc->c; i += 2) {

@@ -12,8 +12,9 @@ public:
 
     /// Addresses by Op, for the translator.
     static const void* const* labels();
-    /// Runs the innermost frame of the machine, which is an entry, until it returns. Failure when an error got past it; the frame is gone then as well.
-    Value run() { return loop(this, nullptr); }
+    /// Runs the innermost frame of the machine, which is an entry, until it returns. Failure when an error got past it; the frame is gone
+    /// then as well. Memory that cannot be had is such an error.
+    Value run();
 
 private:
     /// With `labels`, only tells the addresses.

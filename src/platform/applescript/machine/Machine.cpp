@@ -39,7 +39,8 @@ ExecutionContext::~ExecutionContext() {
     munmap(stack, kStackValues * sizeof(Value));
 }
 
-Machine::Machine(Host host) : mHost(std::move(host)), mHeap([this](Heap& heap) { markRoots(heap); }) {
+Machine::Machine(Host host)
+    : mHost(std::move(host)), mHeap([this](Heap& heap) { markRoots(heap); }, [this] { mTextElements->forgetUnmarked(); }) {
     mContext = newContext();
     mTextElements = std::make_unique<language::TextElementIndex>();
     mAppleScript = language::makeLanguageObject(*this);
@@ -68,7 +69,6 @@ void Machine::markRoots(Heap& heap) {
             heap.mark(value);
     }
     heap.mark(mAppleScript);
-    mTextElements->forget();
     if (mMarkOwner)
         mMarkOwner(heap);
 }

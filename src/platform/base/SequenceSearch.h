@@ -6,13 +6,18 @@
 #include <cstdint>
 #include <vector>
 
-namespace quoddle::language {
+namespace quoddle {
 
 constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 
+/// Accepts every place.
+struct Anywhere {
+    bool operator()(std::size_t) const { return true; }
+};
+
 /// Never looks at an element of `whole` again, as Knuth, Morris and Pratt have it, but has to look at all of `part` first.
-template<class Sequence, class Equal>
-std::size_t findSequenceSteadily(const Sequence& whole, const Sequence& part, std::size_t start, Equal equal) {
+template<class Sequence, class Equal, class Accept = Anywhere>
+std::size_t findSequenceSteadily(const Sequence& whole, const Sequence& part, std::size_t start, Equal equal, Accept accept = {}) {
     std::vector<std::uint32_t> border(part.size() + 1, 0); // of so many that have matched, how many are also the beginning
     for (std::size_t i = 1, matched = 0; i < part.size(); ++i) {
         while (matched > 0 && !equal(part[i], part[matched]))
@@ -24,15 +29,18 @@ std::size_t findSequenceSteadily(const Sequence& whole, const Sequence& part, st
         while (matched > 0 && !equal(whole[at], part[matched]))
             matched = border[matched];
         matched += equal(whole[at], part[matched]) ? 1 : 0;
-        if (matched == part.size())
-            return at + 1 - matched;
+        if (matched == part.size()) {
+            if (accept(at + 1 - matched))
+                return at + 1 - matched;
+            matched = border[matched];
+        }
     }
     return kNotFound;
 }
 
-/// Where `part` first stands in `whole` at or behind `start`. `equal` is an equivalence.
-template<class Sequence, class Equal>
-std::size_t findSequence(const Sequence& whole, const Sequence& part, std::size_t start, Equal equal) {
+/// Where `part` first stands in `whole` at or behind `start`, at a place that `accept` is true of. `equal` is an equivalence.
+template<class Sequence, class Equal, class Accept = Anywhere>
+std::size_t findSequence(const Sequence& whole, const Sequence& part, std::size_t start, Equal equal, Accept accept = {}) {
     if (part.empty())
         return start <= whole.size() ? start : kNotFound;
     std::size_t wasted = 0;
@@ -42,13 +50,13 @@ std::size_t findSequence(const Sequence& whole, const Sequence& part, std::size_
         std::size_t i = 1;
         while (i < part.size() && equal(whole[at + i], part[i]))
             ++i;
-        if (i == part.size())
+        if (i == part.size() && accept(at))
             return at;
         wasted += i;
         if (wasted > 4 * (at - start) + 4096) // sequences that are alike nearly everywhere
-            return findSequenceSteadily(whole, part, at + 1, equal);
+            return findSequenceSteadily(whole, part, at + 1, equal, accept);
     }
     return kNotFound;
 }
 
-} // namespace quoddle::language
+} // namespace quoddle
