@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // offset, ASCII character, ASCII number.
 #include "platform/additions/Commands.h"
+#include "platform/base/SequenceSearch.h"
 #include "platform/base/Text.h"
 
+#include <functional>
 #include <memory>
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
@@ -20,6 +22,11 @@ std::u16string folded(std::u16string_view text) {
     const auto size = static_cast<std::int32_t>(text.size());
     for (std::int32_t at = 0; at < size;) {
         const std::int32_t start = at;
+        if (result[static_cast<std::size_t>(start)] < 0x80) {
+            char16_t& letter = result[static_cast<std::size_t>(at++)];
+            letter = letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter + 32) : letter;
+            continue;
+        }
         UChar32 character;
         U16_NEXT(text.data(), at, size, character);
         const UChar32 simple = u_foldCase(character, U_FOLD_CASE_DEFAULT);
@@ -69,8 +76,9 @@ OSErr offsetOf(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
         return failParameter(event, reply, "psin"_4cc, u"in", "utxt"_4cc);
     const auto considerations = event.attribute("csig"_4cc);
     const bool considersCase = considerations && considerations->asInt32().value_or(0) & kConsiderCase;
-    const std::size_t found = considersCase ? text->find(*sought) : folded(*text).find(folded(*sought));
-    const bool isThere = found != std::u16string::npos && !sought->empty();
+    const std::size_t found =
+        considersCase ? findSequence(*text, *sought, 0, std::equal_to()) : findSequence(folded(*text), folded(*sought), 0, std::equal_to());
+    const bool isThere = found != kNotFound && !sought->empty();
     return answer(reply, AEDesc::ofInt32(isThere ? charactersBefore(found, *text) + 1 : 0));
 }
 

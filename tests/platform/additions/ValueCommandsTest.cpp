@@ -2,6 +2,7 @@
 // Commands that only compute: numbers and texts.
 #include "Additions.h"
 
+#include <chrono>
 #include <cmath>
 #include <set>
 
@@ -96,6 +97,13 @@ TEST(TextCommands, OffsetsCountCharactersOfTheLanguage) {
             << row.of << " in " << row.in;
     EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text("LO")}, {"psin"_4cc, text("hello")}}, {}, {{"csig"_4cc, whole(1)}}).number(), 0);
     EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text("a")}}).error(), errAEDescNotFound);
+}
+
+TEST(TextCommands, TextsThatAreAlikeNearlyEverywhereAreSearchedInAMoment) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text(std::string(300000, 'a') + "b")}, {"psin"_4cc, text(std::string(600000, 'A'))}}).number(),
+              0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
 }
 
 TEST(TextCommands, CharactersAndTheirNumbers) {
