@@ -57,20 +57,20 @@ class AccessibleCase(harness.AppletCase):
 
     def showing(self):
         """(control, its name, its role) of everything on the screen, the first 100 of each container."""
-        desktop = self.atspi.get_desktop(0)
-        waiting = [desktop.get_child_at_index(i) for i in range(desktop.get_child_count())]
+        waiting = [self.atspi.get_desktop(0)]
         while waiting:
             control = waiting.pop(0)
             try:
                 if control is None:
                     continue
                 role = control.get_role_name()
-                if not control.get_state_set().contains(self.atspi.StateType.SHOWING) and role not in ("application", "dialog", "frame"):
+                if not control.get_state_set().contains(self.atspi.StateType.SHOWING) and role not in ("application", "dialog", "frame", "desktop frame"):
                     continue
                 waiting += [control.get_child_at_index(i) for i in range(min(control.get_child_count(), 100))]
-                yield control, control.get_name(), role
+                found = control, control.get_name(), role
             except gi.repository.GLib.Error:
-                pass  # it has gone in the meantime
+                continue  # it has gone in the meantime
+            yield found
 
     def shown(self, name, role=None):
         """The control, or None."""
@@ -93,7 +93,16 @@ class AccessibleCase(harness.AppletCase):
         return self.applet
 
     def click(self, control, *options):
-        self.applet.xdotool("mousemove", *map(str, self.middle(control)))
+        """Where it stays: a window that has just been shown is still being put in its place."""
+        places = [None]
+
+        def stays():
+            places.append(self.middle(control))
+            time.sleep(0.05)
+            return places[-1] == places[-2]
+
+        until(stays, "the control to stay in its place")
+        self.applet.xdotool("mousemove", *map(str, places[-1]))
         time.sleep(0.1)
         self.applet.xdotool("click", *options, "1")
 

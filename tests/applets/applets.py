@@ -116,6 +116,7 @@ property turns : 0
 on idle
 	set turns to turns + 1
 	do shell script "echo " & turns & " >> FOLDER/idle"
+	if turns > 1 then return 100
 	return 1
 end idle
 on quit
@@ -124,11 +125,11 @@ on quit
 end quit
 """, options=["-s"])
         until(lambda: "1\n" in applet.said("idle"), "the first idle call")
-        time.sleep(0.3)  # a quit that comes while it ends is refused
+        applet.rests()  # a quit that comes while it ends is refused
         applet.process.send_signal(signal.SIGTERM)
         until(lambda: "quit" in applet.said("idle"), "the quit handler")
         until(lambda: "2\n" in applet.said("idle"), "the applet to stay after a quit it refused")
-        time.sleep(0.3)
+        applet.rests()
         applet.process.send_signal(signal.SIGTERM)
         applet.ends()
 

@@ -7,7 +7,6 @@
 import pathlib
 import shutil
 import subprocess
-import time
 
 import harness
 from harness import binaries, until
@@ -52,8 +51,8 @@ class Desktop(harness.AppletCase):
         for process in self.processes:
             process.kill()
             process.wait()
-        for line in self.call("quoddle", "list").stdout.splitlines()[1:]:
-            subprocess.run(["kill", "-KILL", line.rpartition(" /")[0].split()[-1]], check=False)
+        for number in self.numbers():
+            subprocess.run(["kill", "-KILL", str(number)], check=False)
 
     def call(self, program, *words, **more):
         path = binaries() / program
@@ -84,6 +83,17 @@ class Desktop(harness.AppletCase):
         done = self.call("gdbus", "call", "--session", "--timeout", "20", "-d", name, "-o", path, "-m", "org.freedesktop.Application." + method, *arguments)
         return done.stderr.strip() if done.returncode else ""
 
+    def quit(self, entry):
+        """Asks an applet to end that is not in the middle of something, for then it would refuse."""
+        for pid in self.numbers():
+            harness.until_at_rest(pid)
+        self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
+
+    def has_looked_for_the_bus(self, process):
+        """An applet that the bus has not started does so when its window has had time to come."""
+        until(lambda: self.noted() == "run\n", "the script to run")
+        harness.until_at_rest(process.pid, 0.5)
+
     def owned(self, entry):
         done = self.call("gdbus", "call", "--session", "-d", "org.freedesktop.DBus", "-o", "/", "-m", "org.freedesktop.DBus.NameHasOwner", entry.stem)
         return "true" in done.stdout
@@ -92,8 +102,12 @@ class Desktop(harness.AppletCase):
         path = self.folder / "noted"
         return path.read_text() if path.exists() else ""
 
+    def numbers(self):
+        """The process numbers of the applets that run."""
+        return [int(line.rpartition(" /")[0].split()[-1]) for line in self.call("quoddle", "list").stdout.splitlines()[1:]]
+
     def running(self):
-        return len(self.call("quoddle", "list").stdout.splitlines()[1:])
+        return len(self.numbers())
 
     def test_requests_reach_the_applet_that_runs(self):
         bundle = self.make("Server")
@@ -103,7 +117,7 @@ class Desktop(harness.AppletCase):
         self.assertEqual(self.ask(entry, "Activate", "{}"), "")
         self.assertEqual(self.ask(entry, "Open", "['file:///tmp/a%20b', 'file://localhost/etc/../etc/passwd']", "{'desktop-startup-id': <'x'>}"), "")
         until(lambda: "passwd" in self.noted(), "the files to be opened")
-        self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
+        self.quit(entry)
         until(lambda: process.poll() is not None, "the applet to end")
         self.assertEqual(self.noted(), "run\nopen /tmp/a b\nopen /etc/passwd\nquit\n")
         self.assertFalse(self.owned(entry))
@@ -138,7 +152,7 @@ class Desktop(harness.AppletCase):
         until(lambda: self.noted(), "the file to be opened")
         self.assertEqual(self.ask(entry, "Activate", "{}"), "")
         self.assertEqual(self.running(), 1)
-        self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
+        self.quit(entry)
         until(lambda: not self.owned(entry), "the name to be given back")
         self.assertEqual(self.noted(), "open /etc/passwd\nquit\n", "files that come with the launch are opened instead of a run")
         until(lambda: self.running() == 0, "the applet to end")
@@ -159,14 +173,14 @@ class Desktop(harness.AppletCase):
         bundle = self.make("Early")
         process = self.launch(bundle)
         until(lambda: self.running() == 1, "the applet to run")
-        time.sleep(0.5)
+        self.has_looked_for_the_bus(process)
         entry = self.install(bundle)
         self.assertFalse(self.owned(entry))
         self.assertEqual(self.ask(entry, "Open", "['file:///etc/passwd']", "{}"), "")
         until(lambda: "open /etc/passwd" in self.noted(), "the file to be opened")
         until(lambda: not self.owned(entry), "the messenger to end")
         self.assertEqual(self.running(), 1)
-        self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
+        self.quit(entry)
         until(lambda: process.poll() is not None, "the applet to end")
         self.assertEqual(self.noted(), "run\nopen /etc/passwd\nquit\n")
 
@@ -175,9 +189,9 @@ class Desktop(harness.AppletCase):
         entry = self.install(bundle)
         copy = self.folder / "copies" / "Server.app"
         shutil.copytree(bundle, copy)
-        self.launch(copy)
+        process = self.launch(copy)
         until(lambda: self.running() == 1, "the copy to run")
-        time.sleep(1)
+        self.has_looked_for_the_bus(process)
         self.assertFalse(self.owned(entry))
 
     def test_the_launcher_serves_with_a_bus_and_without(self):

@@ -11,7 +11,7 @@ import subprocess
 import time
 
 import harness
-from harness import binaries, until
+from harness import binaries, until, until_at_rest
 
 SERVER = """
 property counter : 5
@@ -43,6 +43,7 @@ class Events(harness.AppletCase):
     def serve(self, name="Server", source=SERVER, **more):
         applet = self.start(name, source, options=["-s"], **more)
         until(lambda: self.tell("is running", name) == "true", name + " to be found")
+        applet.rests()
         return applet
 
     def tell(self, what, name="Server"):
@@ -165,10 +166,16 @@ class Events(harness.AppletCase):
         self.assertEqual(self.tell("is running", "Refuser"), "true")
 
     def test_calls_wait_for_the_handler_that_runs_and_keep_their_order(self):
-        applet = self.serve("Busy", """
+        applet = self.start("Busy", """
             on run
                 do shell script "echo run > FOLDER/began"
-                delay 0.5
+                repeat
+                    try
+                        do shell script "test -e FOLDER/go"
+                        exit repeat
+                    end try
+                    delay 0.05
+                end repeat
                 do shell script "echo end of run >> FOLDER/order"
             end run
             on jot(x)
@@ -177,11 +184,14 @@ class Events(harness.AppletCase):
             on idle
                 return 100
             end idle
-            """)
+            """, options=["-s"])
+        until(lambda: self.tell("is running", "Busy") == "true", "the applet to be found")
+        until(lambda: applet.said("began"), "the run to begin")
         calls = []
         for number in range(3):
             calls.append(subprocess.Popen([str(binaries() / "osascript"), "-e", f'tell application "Busy" to jot({number})'], env=applet.environment()))
-            time.sleep(0.05)
+            until_at_rest(calls[-1].pid)  # it has asked, and waits
+        (applet.folder / "go").touch()
         for call in calls:
             self.assertEqual(call.wait(timeout=30), 0)
         self.assertEqual(applet.said("order"), "end of run\n0\n1\n2\n")

@@ -40,8 +40,7 @@ class FileDialogs(accessibility.AccessibleCase):
         """Real keys, to the window that has come to the front by itself."""
         until(lambda: self.applet.xdotool("getactivewindow", "getwindowname")[:1] == title.split()[:1], "“" + title + "” to be in front")
         time.sleep(0.2)
-        for name in names:
-            self.applet.xdotool("key", name)
+        self.applet.xdotool("key", *names)
 
     def row(self, name):
         return self.find(name, "table cell")

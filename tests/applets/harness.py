@@ -1,9 +1,11 @@
 # SPDX-License-Identifier: MIT
 """What the end-to-end tests share: a display, applets made by osacompile from source, and their use by keyboard, signals and scripts."""
+import ctypes
 import os
 import pathlib
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -31,6 +33,39 @@ def until(condition, what, deadline=DEADLINE):
     raise AssertionError("timed out: " + what)
 
 
+def _work_of(pid):
+    """How much of the processor a process has had; None while one of its threads wants it, or a process that it has started is there."""
+    used = 0
+    try:
+        for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+            fields = (task / "stat").read_text().rpartition(")")[2].split()
+            if fields[0] != "S" or (task / "children").read_text():
+                return None
+            used += int(fields[11]) + int(fields[12])
+    except (FileNotFoundError, ProcessLookupError):  # a thread has ended, or all of them have
+        return None if pathlib.Path(f"/proc/{pid}").exists() else 0
+    return used
+
+
+def until_at_rest(pid, seconds=0.08):
+    """Nothing is under way in a process: it has slept for so long. That holds on a busy machine too, for there a thread that has something to do is not asleep."""
+    last, since = None, time.monotonic()
+
+    def rests():
+        nonlocal last, since
+        used = _work_of(pid)
+        if used is None or used != last:
+            last, since = used, time.monotonic()
+        return time.monotonic() - since >= seconds
+
+    until(rests, f"process {pid} to come to rest")
+
+
+def _dies_with_us():
+    """A server that nobody ends, because its test was killed, would stay for ever."""
+    ctypes.CDLL(None).prctl(1, signal.SIGTERM)  # PR_SET_PDEATHSIG
+
+
 class Display:
     """An X server and a window manager that has taken charge of it."""
 
@@ -38,11 +73,12 @@ class Display:
         read, write = os.pipe()
         # Without -noreset a server starts over when its last client leaves, and takes a window manager that is just arriving with it.
         self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1024x640x24", "-nolisten", "tcp", "-noreset"],
-                                       pass_fds=[write], stderr=subprocess.DEVNULL)
+                                       pass_fds=[write], stderr=subprocess.DEVNULL, preexec_fn=_dies_with_us)
         os.close(write)
         number = os.fdopen(read).readline().strip()
-        self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
-        self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # No session bus but what a test makes: a library that wants one and finds none launches one, which stays; and the user's own is none of a test's business.
+        self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8", DBUS_SESSION_BUS_ADDRESS="disabled:")
+        self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=_dies_with_us)
         until(self._is_managed, "the window manager")
 
     def _is_managed(self):
@@ -102,6 +138,10 @@ class Applet:
 
     def ends(self, within=DEADLINE):
         return until(lambda: self.process.poll() is not None, self.name + " to end", within)
+
+    def rests(self):
+        """Its handlers have ended, and what follows from that has been done. A quit that comes while one ends is refused."""
+        until_at_rest(self.process.pid)
 
     def said(self, file):
         path = self.folder / file

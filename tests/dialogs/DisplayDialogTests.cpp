@@ -344,13 +344,19 @@ TEST(DialogSession, OneDialogAtATimeInTheOrderInWhichTheyCame) {
         });
         user.start(5);
         for (const char* title : {"first", "second", "third"}) {
-            senders.emplace_back([&answered, title] {
+            const auto hasSent = std::make_shared<std::atomic<bool>>(false);
+            senders.emplace_back([&answered, hasSent, title] {
                 AEDesc reply;
-                (void)AESendMessage(displayDialog({{"btns"_4cc, texts({title})}}), &reply, kAEWaitReply, 20 * 60);
+                const auto isAsked = [hasSent] { // not before the event is under way
+                    *hasSent = true;
+                    return false;
+                };
+                (void)AESendMessage(displayDialog({{"btns"_4cc, texts({title})}}), &reply, kAEWaitReply, 20 * 60, {isAsked});
                 EXPECT_EQ(reply.find("----"_4cc)->find("bhit"_4cc)->asUTF8(), title);
                 ++answered;
             });
-            std::this_thread::sleep_for(std::chrono::milliseconds(30)) /* so that they come in this order */;
+            while (!*hasSent) // so that they come in this order
+                std::this_thread::yield();
         }
         EXPECT_TRUE(QTest::qWaitFor([&answered] { return answered == 3; }, 10'000));
         for (auto& sender : senders)
@@ -366,7 +372,7 @@ TEST(DialogSession, GoesAwayWithItsSender) {
         const Conversation conversation(
             displayDialog({}), [&givesUp](QDialog&) { givesUp = true; }, [&givesUp] { return givesUp.load(); });
         EXPECT_EQ(conversation.status(), userCanceledErr);
-        EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }, 200));
+        EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }));
     }
 }
 

@@ -295,13 +295,14 @@ TEST_F(OSACallbacksTest, SendsGoThroughTheSharedQueue) {
 }
 
 TEST_F(OSACallbacksTest, TheEndOfTheProcessWaitsForSendsThatWereGivenUp) {
-    std::atomic<bool> begun = false, tidied = false;
+    std::atomic<bool> begun = false, mayEnd = false, tidied = false;
     manager.setAdditionHandler(
         [&](const AEDesc&, AEDesc&, const AEHandlerContext& context) {
             begun = true;
             while (!context.isCancelled())
                 QThread::msleep(1);
-            QThread::msleep(50);
+            while (!mayEnd)
+                QThread::msleep(1);
             tidied = true;
             return OSErr{userCanceledErr};
         },
@@ -314,6 +315,7 @@ TEST_F(OSACallbacksTest, TheEndOfTheProcessWaitsForSendsThatWereGivenUp) {
     EXPECT_EQ(send(event("test"_4cc, "long"_4cc)), userCanceledErr);
     stopper.join();
     EXPECT_FALSE(waitForSends(std::chrono::milliseconds(1)));
+    mayEnd = true;
     EXPECT_TRUE(waitForSends(std::chrono::seconds(5)));
     EXPECT_TRUE(tidied);
     manager.removeAdditionHandlerForEventClass("test"_4cc, "long"_4cc);

@@ -81,6 +81,8 @@ class Run:
 class StandardDialogs(accessibility.AccessibleCase):
     def setUp(self):
         super().setUp()
+        # They write down what they remember when they end, in the folder that goes next.
+        self.addCleanup(lambda: until(lambda: not self.helpers(), "the processes behind to end"))
         (self.folder / "run").mkdir(mode=0o700)
         (self.folder / "share").mkdir()
         self.environment = dict(self.display.environment, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"), XDG_DATA_HOME=str(self.folder / "data"),
@@ -100,8 +102,7 @@ class StandardDialogs(accessibility.AccessibleCase):
         window = self.window(title)
         until(lambda: self.xdotool("getactivewindow") == [window], "the dialog to be in front")
         time.sleep(0.1)
-        for name in names:
-            self.xdotool("key", name)
+        self.xdotool("key", *names)
 
     def picture(self, label):
         folder = os.environ.get("QUODDLE_ARTEFACTS")

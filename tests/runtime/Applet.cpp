@@ -149,7 +149,7 @@ Applet::~Applet() {
 bool Applet::eventually(const std::function<bool()>& condition) {
     QElapsedTimer timer;
     timer.start();
-    while (!condition() && timer.elapsed() < 2000)
+    while (!condition() && timer.elapsed() < 10'000)
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 5);
     return condition();
 }

@@ -367,6 +367,8 @@ TEST(WindowClose, StopsOnceAndNotWhatTheScriptDoesAboutIt) {
     applet.launch();
     ASSERT_TRUE(hasBegun("run"));
     auto tidiesUp = [&](bool again) {
+        for (int tries = 0; again && !stoppedAgain && tries < 5000; ++tries)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         EXPECT_EQ(stoppedAgain, again);
     };
@@ -446,8 +448,7 @@ TEST(OpenFiles, RunsAllOrNothing) {
         if (row.alerts) {
             const bool isRuntimeError = row.handlers == kChoosy;
             EXPECT_EQ(applet.alerts.shown[0].messageText, isRuntimeError ? u"RuntimeErrorMessage"_s : u"NoOpenHandlerMessage"_s);
-            EXPECT_EQ(applet.alerts.shown[0].informativeText,
-                      isRuntimeError ? u"because: "_s : u"NoOpenHandlerInformation"_s);
+            EXPECT_EQ(applet.alerts.shown[0].informativeText, isRuntimeError ? u"because: "_s : u"NoOpenHandlerInformation"_s);
             applet.alerts.dismiss();
             EXPECT_TRUE(applet.ended());
         }

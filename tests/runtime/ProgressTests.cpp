@@ -116,7 +116,7 @@ TEST(Progress, AnEndingApplicationReleasesTheScript) {
     };
     applet.launch();
     MainThread::close(); // the event loop is gone
-    EXPECT_TRUE(AppDelegate::waitForScripts(std::chrono::seconds(2)));
+    EXPECT_TRUE(AppDelegate::waitForScripts(std::chrono::seconds(10)));
     EXPECT_EQ(yields, 99);
     MainThread::open();
 }

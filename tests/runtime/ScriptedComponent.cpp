@@ -61,7 +61,7 @@ OSErr ScriptedComponent::Run::yield() {
 }
 
 ScriptedComponent::Outcome ScriptedComponent::Run::workUntilStopped() {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(2);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (std::chrono::steady_clock::now() < end) {
         if (const OSErr status = yield())
             return failing(status, u"User canceled.");

@@ -40,7 +40,7 @@ public:
     }
     ~Shell() {
         AppDelegate::cancelScripts();
-        AppDelegate::waitForScripts(std::chrono::seconds(2));
+        AppDelegate::waitForScripts(std::chrono::seconds(10));
         NSApplication::sharedApplication()->setDelegate(nullptr);
         ScriptedComponent::sHandlers.clear();
         MainThread::open();
@@ -54,7 +54,7 @@ public:
         delegate->_setupApplication(false);
         return *controller;
     }
-    /// Launches and serves events until the applet has ended; one that does not end fails after five seconds.
+    /// Launches and serves events until the applet has ended; one that does not end fails after twenty seconds.
     void run() {
         QTimer guard;
         guard.setSingleShot(true);
@@ -62,7 +62,7 @@ public:
             ADD_FAILURE() << "did not end";
             QCoreApplication::exit(1);
         });
-        guard.start(5000);
+        guard.start(20'000);
         NSApplication::sharedApplication()->run();
     }
 

@@ -48,6 +48,7 @@ while True:
         text = desc(0, b'utxt', struct.pack('>I', len(value)) + value)
         send(id, b'QAE1' + desc(2, b'reco', struct.pack('>I', 1) + b'----' + text))
         if b'last' in body:
+            s.shutdown(socket.SHUT_RDWR)
             log('left')
             os._exit(0)
     elif b'die' in body:
@@ -131,7 +132,6 @@ TEST_F(DialogProcessTest, AProcessThatWentWhileNobodyAskedIsReplaced) {
     DialogProcess process(path("fake"));
     EXPECT_EQ(ask(process, "last").text, "é");
     EXPECT_TRUE(becomes("left", 1));
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_EQ(ask(process, "answer").text, "é");
     EXPECT_EQ(count("started"), 2u);
 }
@@ -139,13 +139,18 @@ TEST_F(DialogProcessTest, AProcessThatWentWhileNobodyAskedIsReplaced) {
 TEST_F(DialogProcessTest, CancelEndsTheDialogSoon) {
     DialogProcess process(path("fake"));
     EXPECT_EQ(ask(process, "answer").text, "é");
-    const auto start = std::chrono::steady_clock::now();
-    const auto elapsed = [start] { return std::chrono::steady_clock::now() - start; };
-    const AEHandlerContext context{[&] { return elapsed() > std::chrono::milliseconds(50); }};
-    EXPECT_EQ(ask(process, "wait", context).status, userCanceledErr);
-    EXPECT_LT(elapsed(), std::chrono::milliseconds(150));
-    EXPECT_EQ(ask(process, "answer").text, "é");
-    EXPECT_EQ(count("started"), 2u);
+    std::size_t tries = 0;
+    bool isSoon = false;
+    for (; tries < 5 && !isSoon; ++tries) { // a busy machine takes its time
+        const auto start = std::chrono::steady_clock::now();
+        const auto elapsed = [start] { return std::chrono::steady_clock::now() - start; };
+        const AEHandlerContext context{[&] { return elapsed() > std::chrono::milliseconds(50); }};
+        EXPECT_EQ(ask(process, "wait", context).status, userCanceledErr);
+        isSoon = elapsed() < std::chrono::milliseconds(150);
+        EXPECT_EQ(ask(process, "answer").text, "é");
+    }
+    EXPECT_TRUE(isSoon);
+    EXPECT_EQ(count("started"), 1 + tries);
 }
 
 TEST_F(DialogProcessTest, WithoutDisplayNothingIsStarted) {

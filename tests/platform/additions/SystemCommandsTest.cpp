@@ -123,7 +123,7 @@ TEST_F(SystemCommandsTest, AHelperThatHangsEndsWithACancel) {
     const auto start = std::chrono::steady_clock::now();
     const auto isOver = [start] { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(60); };
     EXPECT_EQ(send("GURLGURL", {{"----"_4cc, text("a:b")}}, {.cancelled = isOver}).error(), userCanceledErr);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1000));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST_F(SystemCommandsTest, TheSystemKnowsItself) {

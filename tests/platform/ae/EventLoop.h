@@ -50,8 +50,10 @@ public:
         worker.join();
     }
 
+    /// What has come; when nothing has, what comes first.
     void dropWork() {
-        std::lock_guard lock(mMutex);
+        std::unique_lock lock(mMutex);
+        mArrived.wait(lock, [this] { return !mWork.empty(); });
         mWork.clear();
     }
 

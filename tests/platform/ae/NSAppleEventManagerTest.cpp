@@ -228,7 +228,6 @@ TEST_F(NSAppleEventManagerTest, WorkTheMainThreadThrowsAwayAnswers) {
     EventLoop loop;
     answerWith(1, "test"_4cc, "work"_4cc);
     std::thread sender([&] { EXPECT_EQ(AESendMessage(event(), &reply, kAEWaitReply, kAEDefaultTimeout), noErr); });
-    std::this_thread::sleep_for(20ms);
     loop.dropWork();
     sender.join();
     EXPECT_EQ(result(reply, "errn"_4cc), connectionInvalid);
@@ -254,7 +253,7 @@ TEST_F(NSAppleEventManagerTest, SendersGiveUp) {
         EXPECT_EQ(AESendMessage(event(), &reply, kAEWaitReply, kNoTimeOut, {[&] { return cancelled.load(); }}), userCanceledErr);
         canceller.join();
     });
-    EXPECT_LT(std::chrono::steady_clock::now() - cancelledAt, 200ms) << "wide enough for a busy machine";
+    EXPECT_LT(std::chrono::steady_clock::now() - cancelledAt, 2s) << "wide enough for a busy machine";
     EXPECT_EQ(reply, AEDesc::ofInt32(9)) << "the late answer goes nowhere";
     manager.resumeWithSuspensionID(kept);
     EXPECT_EQ(reply, AEDesc::ofInt32(9));

@@ -18,11 +18,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Turns the event loop until the condition holds, or fails after two seconds.
+/// Turns the event loop until the condition holds, or fails after ten seconds.
 bool eventually(const std::function<bool()>& condition) {
     QElapsedTimer timer;
     timer.start();
-    while (!condition() && timer.elapsed() < 2000)
+    while (!condition() && timer.elapsed() < 10'000)
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
     return condition();
 }

@@ -161,7 +161,7 @@ TEST_F(StandardCommandsTest, WrongParametersShowNothing) {
 TEST_F(StandardCommandsTest, GivesUp) {
     for (const char* command : {"sysodlog", "sysodisA"}) {
         ASSERT_NE(perform(command, {{"givu"_4cc, whole(1)}}), nullptr);
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !answers.isEmpty(); }, 3000));
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !answers.isEmpty(); }, 10'000));
         EXPECT_EQ(answer(), u"{bhit:\"\", gavu:true}"_s);
     }
     ASSERT_NE(perform("sysodlog", {{"givu"_4cc, whole(0)}}), nullptr);
@@ -341,7 +341,7 @@ TEST(PresentOnMainThread, TheScriptWaitsAndTheMainThreadDoesNot) {
             cancelled = true;
         else
             StandardCommands::shared().currentDialog()->done(1002);
-        EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }, 1000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
         script.join();
         EXPECT_TRUE(QTest::qWaitFor([] { return StandardCommands::shared().currentDialog() == nullptr; }));
         EXPECT_EQ(status, breaksOff ? userCanceledErr : noErr);

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <ctime>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -273,12 +274,12 @@ TEST_F(ComponentTest, LargeRecordsTakeNoLongerThanTheyAre) {
     }
     fields.push_back({0x61000000, AEDesc::ofInt32(2)}); // the last one counts
     fields.push_back({"usrf"_4cc, AEDesc::list(std::move(userFields))});
-    const auto start = Clock::now();
+    const std::clock_t start = std::clock();
     OSAID record = 0;
     AEDesc back;
     ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::record(std::move(fields)), 0, record), noErr);
     ASSERT_EQ(OSACoerceToDesc(instance, record, "reco"_4cc, 0, back), noErr);
-    EXPECT_LT(Clock::now() - start, std::chrono::seconds(5));
+    EXPECT_LT(std::clock() - start, 5 * CLOCKS_PER_SEC);
     EXPECT_EQ(back.count(), kCount + 1);
     EXPECT_EQ(back.itemAt(1)->asInt32(), 2);
     EXPECT_EQ(back.find("usrf"_4cc)->count(), 2 * kCount);
@@ -286,38 +287,30 @@ TEST_F(ComponentTest, LargeRecordsTakeNoLongerThanTheyAre) {
 
 struct Calls {
     std::atomic<int> count{0};
-    std::atomic<bool> cancel{false};
-    std::atomic<long> longest{0}; // ms between two
-    Clock::time_point last = Clock::now();
+    int cancelAt = 0; // none
     static OSErr proc(void* refCon) {
         auto& calls = *static_cast<Calls*>(refCon);
-        ++calls.count;
-        const auto now = Clock::now();
-        calls.longest = std::max<long>(calls.longest, std::chrono::duration_cast<milliseconds>(now - calls.last).count());
-        calls.last = now;
-        return calls.cancel ? userCanceledErr : noErr;
+        return ++calls.count == calls.cancelAt ? userCanceledErr : noErr;
     }
 };
 
 TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
     for (const char16_t* source : {u"repeat\nend repeat", u"delay 60", u"on f()\nf2()\nend f\non f2()\nend f2\nrepeat\nf()\nend repeat"}) {
-        Calls calls;
-        OSASetActiveProc(instance, Calls::proc, &calls);
+        constexpr int kQuestions = 15;
         const OSAID script = compiled(source);
-        Clock::time_point cancelled;
-        std::thread canceller([&] {
-            std::this_thread::sleep_for(milliseconds(150));
-            cancelled = Clock::now();
-            calls.cancel = true;
-        });
-        calls.last = Clock::now();
-        EXPECT_EQ(run(script), "status -1753");
-        const auto took = Clock::now() - cancelled;
-        canceller.join();
-        EXPECT_EQ(errorPart("errn"_4cc), "-128");
-        EXPECT_LT(took, milliseconds(50));
-        EXPECT_GE(calls.count, 10); // every 10 ms would be 15; a busy machine may lose some
-        OSASetActiveProc(instance, nullptr, nullptr);
+        auto quickest = Clock::duration::max(); // of a few: a busy machine takes its time
+        for (int tries = 0; tries < 5 && quickest > milliseconds(20) * kQuestions; ++tries) {
+            Calls calls;
+            calls.cancelAt = kQuestions;
+            OSASetActiveProc(instance, Calls::proc, &calls);
+            const auto start = Clock::now();
+            EXPECT_EQ(run(script), "status -1753");
+            quickest = std::min(quickest, Clock::now() - start);
+            EXPECT_EQ(errorPart("errn"_4cc), "-128");
+            EXPECT_EQ(calls.count, kQuestions) << "goes on after it was told to end";
+            OSASetActiveProc(instance, nullptr, nullptr);
+        }
+        EXPECT_LE(quickest, milliseconds(20) * kQuestions); // every 10 ms
     }
 }
 
@@ -344,13 +337,15 @@ TEST_F(ComponentTest, AnotherThreadGetsItsTurnDuringARun) {
     std::thread runner([&] { result = run(script); });
     while (calls.count < 3)
         std::this_thread::yield();
+    int atOnce = 0;
     for (int i = 0; i < 20; ++i) {
         const auto start = Clock::now();
         OSAID answer = 0;
         EXPECT_EQ(OSAExecuteEvent(instance, callOf("twice", {AEDesc::ofUTF8("ab")}), script, 0, answer), noErr);
-        EXPECT_LT(Clock::now() - start, milliseconds(60));
+        atOnce += Clock::now() - start < milliseconds(60);
         EXPECT_EQ(shown(answer), "\"abab\"");
     }
+    EXPECT_GE(atOnce, 5); // all of them where nothing else runs
     OSAID yes = 0;
     ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::ofBoolean(true), 0, yes), noErr);
     ASSERT_EQ(OSASetProperty(instance, 0, script, AEDesc::ofUTF8("stopNow"), yes), noErr);

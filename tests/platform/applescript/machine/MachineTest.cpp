@@ -7,15 +7,13 @@
 #include "platform/applescript/machine/StoredCode.h"
 #include "platform/base/Text.h"
 
-#include <chrono>
+#include <ctime>
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
 
 namespace quoddle {
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 std::string code(std::initializer_list<int> bytes) {
     std::string out;
@@ -116,11 +114,11 @@ TEST_F(MachineTest, SurvivesAnyCode) {
 }
 
 TEST_F(MachineTest, EndsATightLoopSoon) {
-    limit = 1; // the second question is answered with a cancel
-    const auto start = Clock::now();
+    limit = 1;                               // the second question is answered with a cancel
+    const std::clock_t start = std::clock(); // what others have of the processor does not count
     // repeat (LinkRepeat, push undefined, pop, jump back)
     EXPECT_EQ(shown(run(code({0x17, 0x00, 0x0B, 0x68, 0x5A, 0x68, 0x5B, 0x4F, 0x59, 0xFF, 0xFB, 0x00, 0x0F}))), "error -128");
-    EXPECT_LT(Clock::now() - start, std::chrono::milliseconds(50));
+    EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 20);
 }
 
 TEST_F(MachineTest, CollectsWhatALoopDrops) {
