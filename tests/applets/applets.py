@@ -19,8 +19,8 @@ LOOP = """
 on run
 	set progress total steps to 100
 	set progress description to "Working"
-	do shell script "echo started > FOLDER/started"
 	try
+		do shell script "echo started > FOLDER/started" -- which may be what is stopped
 		repeat
 			set x to 1
 		end repeat

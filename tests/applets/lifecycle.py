@@ -199,8 +199,8 @@ class Lifecycle(harness.AppletCase):
         return self.start("Busy%d" % number, f"""
             set progress total steps to -1
             set progress description to "{place}"
-            do shell script "echo 1 > FOLDER/started{number}"
             try
+                do shell script "echo 1 > FOLDER/started{number}"
                 {work}
             on error number n
                 {STAMP}heard{number}"
@@ -253,8 +253,8 @@ class Lifecycle(harness.AppletCase):
             property appletisquitting : missing value
             on run
                 set progress total steps to 5
-                do shell script "echo 1 > FOLDER/started"
                 try
+                    do shell script "echo 1 > FOLDER/started"
                     delay 3600
                 on error
                     do shell script "echo " & appletisquitting & " >> FOLDER/told"
