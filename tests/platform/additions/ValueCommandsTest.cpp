@@ -2,8 +2,8 @@
 // Commands that only compute: numbers and texts.
 #include "Additions.h"
 
-#include <chrono>
 #include <cmath>
+#include <ctime>
 #include <set>
 
 namespace quoddle::testing_additions {
@@ -100,10 +100,11 @@ TEST(TextCommands, OffsetsCountCharactersOfTheLanguage) {
 }
 
 TEST(TextCommands, TextsThatAreAlikeNearlyEverywhereAreSearchedInAMoment) {
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text(std::string(300000, 'a') + "b")}, {"psin"_4cc, text(std::string(600000, 'A'))}}).number(),
-              0);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+    std::string searched(300'001, 'a');
+    searched.back() = 'b';
+    const std::clock_t start = std::clock(); // what others have of the processor does not count
+    EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text(searched)}, {"psin"_4cc, text(std::string(600'000, 'A'))}}).number(), 0);
+    EXPECT_LT(std::clock() - start, 3 * CLOCKS_PER_SEC);
 }
 
 TEST(TextCommands, CharactersAndTheirNumbers) {
