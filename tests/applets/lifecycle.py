@@ -16,6 +16,9 @@ from harness import binaries, until
 
 STAMP = 'do shell script "date +%s.%N >> FOLDER/'
 
+# What scripts start sleeps for so many seconds and a few, by which it is known: no other run of this suite sleeps as long.
+SLEEP = 1_000_000 + 100 * os.getpid()
+
 # How a user or the desktop makes a running applet stop.
 STOPS = {
     "the Stop button": lambda applet: applet.key("Escape"),
@@ -234,7 +237,7 @@ class Lifecycle(harness.AppletCase):
         return self.stamps(applet, f"heard{number}")[0] - asked, allowed
 
     def test_every_way_to_stop_reaches_every_place_at_once(self):
-        number = 36000
+        number = SLEEP
         for place in ("a loop", "a delay", "a shell command", "a wait for a reply"):
             for way, stop in STOPS.items():
                 number += 1
@@ -501,17 +504,17 @@ class Lifecycle(harness.AppletCase):
         self.addCleanup(self.display.close)
         applets = [self.start(name, "on run\n" + STAMP + name + '"\n' + body + "\nend run") for name, body in (
             ("Loop", "repeat\nend repeat"),
-            ("Shell", 'do shell script "sleep 3019"'),
+            ("Shell", f'do shell script "sleep {SLEEP}"'),
             ("Asking", 'display dialog "Well?"'),
             ("Restless", "repeat\ntry\nrepeat\nend repeat\nend try\nend repeat"))]
         for applet in applets:
             until(lambda: self.stamps(applet, applet.name), applet.name + " to run")
-        until(lambda: running_children("sleep 3019"), "the command")
+        until(lambda: running_children(f"sleep {SLEEP}"), "the command")
         time.sleep(0.3)
         self.display.server.kill()
         for applet in applets:
             self.assertEqual((applet.name, applet.ends() and applet.process.returncode), (applet.name, 1))
-        self.assertEqual(running_children("sleep 3019"), [])
+        self.assertEqual(running_children(f"sleep {SLEEP}"), [])
         self.assertEqual([str(file) for applet in applets for file in (self.folder / "run").rglob(f"*{applet.process.pid}*")], [])
 
 
