@@ -134,7 +134,7 @@ class Events(harness.AppletCase):
             until(lambda: self.tell("is running", "Brief") == "false", "the applet to end")
             self.assertEqual(applet.said("jotted"), "run\n")
             (applet.folder / "jotted").unlink()
-        self.assertEqual(os.listdir(applet.folder / "run/quoddle"), [])
+        until(lambda: not os.listdir(applet.folder / "run/quoddle"), "what an applet is found by to go")
 
     def test_a_quit_during_a_call_ends_both(self):
         for number, quit_handler in enumerate(("", "on quit\ncontinue quit\nend quit")):
