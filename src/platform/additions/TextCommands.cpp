@@ -24,7 +24,7 @@ std::u16string folded(std::u16string_view text) {
         const std::int32_t start = at;
         if (result[static_cast<std::size_t>(start)] < 0x80) {
             char16_t& letter = result[static_cast<std::size_t>(at++)];
-            letter = letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter + 32) : letter;
+            letter = foldedASCII(letter);
             continue;
         }
         UChar32 character;

@@ -7,6 +7,7 @@
 #include "platform/applescript/language/Operators.h"
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/language/TextSearch.h"
+#include "platform/base/Text.h"
 
 #include <algorithm>
 #include <iterator>

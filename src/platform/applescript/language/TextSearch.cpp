@@ -2,6 +2,7 @@
 #include "platform/applescript/language/TextSearch.h"
 
 #include "platform/applescript/machine/Machine.h"
+#include "platform/base/Text.h"
 
 #include <algorithm>
 #include <functional>
@@ -77,10 +78,6 @@ bool considersAllUnits(std::uint32_t considering) {
 
 bool isASCII(std::u16string_view text) {
     return std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80; });
-}
-
-char16_t foldedASCII(char16_t c) {
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
 }
 
 /// What folds to ASCII from beyond it is only the Kelvin sign and the long s.

@@ -27,7 +27,6 @@ ReducedText reduceText(std::u16string_view text, std::uint32_t considering);
 /// Are all letters, marks and signs considered, so that texts differ in case at most?
 bool considersAllUnits(std::uint32_t considering);
 bool isASCII(std::u16string_view text);
-char16_t foldedASCII(char16_t c);
 
 bool startsWithText(std::u16string_view whole, std::u16string_view part, std::uint32_t considering);
 bool endsWithText(std::u16string_view whole, std::u16string_view part, std::uint32_t considering);
