@@ -73,6 +73,8 @@ Generator& generator() {
 
 bool isReal(const AEDesc& number) {
     const DescType type = number.type();
+    if (type == "doub"_4cc || type == "sing"_4cc || type == "ldbl"_4cc)
+        return true;
     const bool isInteger = type == "long"_4cc || type == "shor"_4cc || type == "comp"_4cc || type == "magn"_4cc || type == "ushr"_4cc;
     return !isInteger && number.asDouble() != std::optional(std::nearbyint(number.asDouble().value_or(0.5)));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Numbers as text.
 #include "platform/ae/AEScalars.h"
+#include "platform/base/RealText.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>
@@ -41,6 +42,8 @@ std::optional<T> parsedWhole(std::string_view text) {
 } // namespace
 
 std::u16string textOfNumber(const AENumber& number) {
+    if (const double* real = std::get_if<double>(&number))
+        return textOfReal(*real);
     char buffer[64];
     auto write = [&buffer](auto value) { return std::to_chars(buffer, std::end(buffer), value).ptr; };
     const char* end = std::visit(write, number);

@@ -202,7 +202,7 @@ std::optional<std::int64_t> dateOfText(std::u16string_view text, std::int64_t no
     if (fields.half && fields.hour >= 0 && fields.hour <= 12)
         fields.hour = fields.hour % 12 + (fields.half == 2 ? 12 : 0);
     std::int64_t hour = std::max<std::int64_t>(fields.hour, 0);
-    if (!fields.valid || pieces.empty() || hour > 23 || fields.minute > 59 || fields.second > 59)
+    if (!fields.valid || (fields.numbers.empty() && fields.hour < 0) || hour > 23 || fields.minute > 59 || fields.second > 59)
         return std::nullopt;
     auto civil = dateOf(fields, now);
     if (!civil)

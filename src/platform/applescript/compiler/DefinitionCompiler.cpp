@@ -35,7 +35,8 @@ Object* HandlerCompiler::parameterName(Object* node) {
     case NodeKind::Variable:
         mScope.add(children[0]);
         return children[0];
-    case NodeKind::List: {
+    case NodeKind::List:
+    case NodeKind::LinkedList: {
         std::vector<Object*> items;
         for (Object* item : children[0]->children)
             items.push_back(parameterName(item));
@@ -52,7 +53,9 @@ Object* HandlerCompiler::parameterName(Object* node) {
     case NodeKind::As: // "f(x as text)": the class is a note for the reader
         return parameterName(children[0]);
     case NodeKind::Literal:
-        return children[0];
+        if (children[0]->kind == ObjectKind::Block)
+            return children[0];
+        [[fallthrough]];
     default:
         fail(-2761, u"This is illegal as a formal parameter.", inner);
         return mStore.nil();

@@ -115,8 +115,7 @@ void HandlerCompiler::expressionBody(Object* node) {
     case NodeKind::Get:
         return valueOf(node->children[0]);
     case NodeKind::ReferenceTo:
-        expression(node->children[0]);
-        return mCode.emit(Opcode::MakeReference);
+        return referenceTo(node->children[0]);
     case NodeKind::Call:
         return call(node, Target::Implicit);
     case NodeKind::Continue:
@@ -153,13 +152,14 @@ void HandlerCompiler::literal(Object* value) {
     mCode.pushLiteral(value);
 }
 
-/// Names that nothing declares are the handler's own, but for those of the outermost run handler; a code names a property of the AppleScript object.
+/// Names that nothing declares are the handler's own, but for those of the outermost run handler; a code names a property of the AppleScript object
+/// where no handler around has a variable by that word.
 Scope::Place HandlerCompiler::placeOf(Object* name) {
     Scope::Place place;
-    if (name->kind == ObjectKind::Code)
-        place.found = Scope::Found::Global;
-    else
+    if (name->kind != ObjectKind::Code || mScope.isVariable(*name))
         place = mScope.find(*name);
+    else
+        place.found = Scope::Found::Global;
     if (place.found == Scope::Found::Nowhere) {
         const bool isGlobal = mPlainNamesAreGlobal || mScope.kind() == Scope::Kind::Script;
         place = isGlobal ? Scope::Place{Scope::Found::Global} : Scope::Place{Scope::Found::Here, 0, mScope.add(name)};
@@ -175,6 +175,24 @@ void HandlerCompiler::variable(Object* name) {
         mCode.emitScope(Opcode::PushParentVariable, place.depth, place.index);
     else
         mCode.emitLocal(Opcode::PushVariable, Opcode::PushVariableLong, place.index);
+}
+
+/// A variable of the script is a property of it and can be referred to as such; one of the handler has no more than its value.
+void HandlerCompiler::referenceTo(Object* node) {
+    const Object* inner = unwrapped(node);
+    if (inner->isNode(tagOf(NodeKind::Variable)) && inner->children[0]->kind == ObjectKind::Identifier) {
+        const Scope::Place place = placeOf(inner->children[0]);
+        const bool isScripts = place.found == Scope::Found::Global ||
+                               (place.found == Scope::Found::Outside && place.kind == Scope::Kind::Script);
+        if (isScripts) {
+            mCode.emit(Opcode::PushMe);
+            mCode.pushLiteral(inner->children[0]);
+            mCode.emit(Opcode::MakeProperty);
+            return mCode.emit(Opcode::MakeReference);
+        }
+    }
+    expression(node);
+    mCode.emit(Opcode::MakeReference);
 }
 
 void HandlerCompiler::makeList(Object* node) {

@@ -33,6 +33,7 @@ private:
     Scope::Place placeOf(Object* name);
     void variable(Object* name);
     void term(Object* node);
+    void referenceTo(Object* node);
     void makeList(Object* node);
     void makeRecord(Object* node);
     void binary(Object* node, Opcode opcode);

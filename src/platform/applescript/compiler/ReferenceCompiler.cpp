@@ -82,6 +82,7 @@ void HandlerCompiler::part(Object* node) {
         range(node);
         break;
     case NodeKind::List:
+    case NodeKind::LinkedList:
         listPart(node);
         break;
     case NodeKind::Before:

@@ -16,6 +16,14 @@ std::size_t Scope::add(Object* name) {
     return entry->second;
 }
 
+bool Scope::isVariable(const Object& name) const {
+    const std::string key = nameKey(name);
+    for (const Scope* scope = this; scope; scope = scope->mOuter)
+        if (scope->mKind == Kind::Frame && scope->mIndexes.contains(key))
+            return true;
+    return false;
+}
+
 Scope::Place Scope::find(const Object& name) {
     const std::string key = nameKey(name);
     std::size_t depth = 0;
@@ -27,7 +35,7 @@ Scope::Place Scope::find(const Object& name) {
             continue;
         if (depth > 0 && scope->mKind == Kind::Frame)
             scope->mCaptured = true;
-        return {depth == 0 ? Found::Here : Found::Outside, depth, entry->second};
+        return {depth == 0 ? Found::Here : Found::Outside, depth, entry->second, scope->mKind};
     }
     return {};
 }

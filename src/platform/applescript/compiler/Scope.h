@@ -25,6 +25,8 @@ public:
 
     /// The index of a name of this scope, added when it is new.
     std::size_t add(Object* name);
+    /// This handler, or one around, has a variable of the name.
+    bool isVariable(const Object& name) const;
     bool contains(const Object& name) const { return mIndexes.contains(nameKey(name)); }
 
     void declareGlobal(const Object& name) { mGlobals.insert(nameKey(name)); }
@@ -35,6 +37,7 @@ public:
         Found found = Found::Nowhere;
         std::size_t depth = 0;
         std::size_t index = 0;
+        Kind kind = Kind::Frame; // of the scope that has it
     };
     /// The nearest scope that has the name, or declares it as a global. A frame found further out is marked as captured.
     Place find(const Object& name);

@@ -152,7 +152,7 @@ void HandlerCompiler::assignment(Object* node, bool copies) {
     Object* target = node->children[1];
     const auto kind = static_cast<NodeKind>(unwrapped(target)->tag);
     expression(node->children[0]);
-    if (kind != NodeKind::Variable && kind != NodeKind::List && kind != NodeKind::Record) {
+    if (kind != NodeKind::Variable && kind != NodeKind::List && kind != NodeKind::LinkedList && kind != NodeKind::Record) {
         expression(target);
         return mCode.emit(copies ? Opcode::CopyData : Opcode::SetData);
     }
@@ -172,6 +172,7 @@ void HandlerCompiler::store(Object* target, bool copies) {
     case NodeKind::Variable:
         return storeVariable(target->children[0]);
     case NodeKind::List:
+    case NodeKind::LinkedList:
     case NodeKind::Record:
         return pattern(target, copies);
     default:
@@ -191,7 +192,7 @@ void HandlerCompiler::storeVariable(Object* name) {
 }
 
 void HandlerCompiler::pattern(Object* target, bool copies) {
-    const bool isList = target->isNode(tagOf(NodeKind::List));
+    const bool isList = !target->isNode(tagOf(NodeKind::Record));
     auto entries = target->children[0]->children;
     const std::size_t step = isList ? 1 : 2;
     for (std::size_t i = 0; i + step <= entries.size(); i += step) {
@@ -261,7 +262,7 @@ void HandlerCompiler::loop(Object* node) {
 static Object* loopVariable(Object* node) {
     if (node->isNode(tagOf(NodeKind::Variable)))
         node = node->children[0];
-    return node->kind == ObjectKind::Identifier ? node : nullptr;
+    return node->kind == ObjectKind::Identifier || node->kind == ObjectKind::Code ? node : nullptr;
 }
 
 void HandlerCompiler::repeatIn(Object* node) {

@@ -9,6 +9,7 @@
 #include "platform/applescript/language/Units.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/base/DateText.h"
+#include "platform/base/RealText.h"
 #include "platform/base/Text.h"
 
 #include <charconv>
@@ -21,7 +22,7 @@ namespace {
 constexpr std::size_t kMaximumDepth = 200;
 
 bool isTextClass(FourCharCode wanted) {
-    return wanted == "ctxt"_4cc || wanted == "TEXT"_4cc || wanted == "utxt"_4cc || wanted == "itxt"_4cc || wanted == "STXT"_4cc ||
+    return wanted == "utf8"_4cc || wanted == "ut16"_4cc || wanted == "ctxt"_4cc || wanted == "TEXT"_4cc || wanted == "utxt"_4cc || wanted == "itxt"_4cc || wanted == "STXT"_4cc ||
            wanted == "sutx"_4cc;
 }
 
@@ -53,7 +54,10 @@ Value toInteger(Value value) {
     if (!value.isReal())
         return Value::failure();
     const double rounded = std::nearbyint(value.asReal()); // halves go to even
-    return rounded >= kMinimumInteger && rounded <= kMaximumInteger ? Value::integer(static_cast<std::int32_t>(rounded)) : Value::failure();
+    if (rounded >= kMinimumInteger && rounded <= kMaximumInteger)
+        return Value::integer(static_cast<std::int32_t>(rounded));
+    // Whole numbers of 32 bits are integers to scripts, though they are kept as reals.
+    return rounded >= INT32_MIN && rounded <= INT32_MAX ? Value::real(rounded) : Value::failure();
 }
 
 Value toNumber(Value value) {
@@ -87,6 +91,7 @@ public:
 private:
     bool appendList(const List* list, std::size_t depth);
     bool appendItems(const List* list, std::size_t depth);
+    bool appendRaw(const Data& data);
 
     static constexpr std::size_t kListsNotNoted = 10000;
     struct Stretch {
@@ -107,7 +112,7 @@ bool TextMaker::append(Value value, std::size_t depth) {
     else if (value.isInteger())
         mText += sourcetext::integer(value.asInteger());
     else if (value.isReal())
-        mText += sourcetext::real(value.asReal());
+        mText += textOfReal(value.asReal());
     else if (value.isBoolean())
         mText += value.isTrue() ? u"true" : u"false";
     else if (value.isCode() || value.isConstant())
@@ -118,13 +123,34 @@ bool TextMaker::append(Value value, std::size_t depth) {
         mText += application->name;
     else if (const Data* data = as<Data>(value); data && isFile(value))
         mText += hfsPath(*data);
+    else if (const Data* raw = as<Data>(value); raw && appendRaw(*raw))
+        return true;
     else if (const auto amount = amountOf(value))
-        mText += sourcetext::real(*amount);
+        mText += textOfReal(*amount);
     else if (const List* list = as<List>(value))
         return appendList(list, depth);
     else
         return false;
     return true;
+}
+
+/// «data utxt…» and its like: text in one of the encodings of descriptors.
+bool TextMaker::appendRaw(const Data& data) {
+    switch (data.dataType) {
+    case "utxt"_4cc:
+    case "ut16"_4cc:
+        for (std::size_t i = 0; i + 1 < data.bytes.size(); i += 2)
+            mText += static_cast<char16_t>(static_cast<unsigned char>(data.bytes[i]) << 8 | static_cast<unsigned char>(data.bytes[i + 1]));
+        return true;
+    case "utf8"_4cc:
+        mText += utf16FromUTF8(data.bytes);
+        return true;
+    case "TEXT"_4cc:
+        mText += utf16FromMacRoman(data.bytes);
+        return true;
+    default:
+        return false;
+    }
 }
 
 /// A list that is met again has the text that it had; lists that hold a list many times would take for ever otherwise.
@@ -143,7 +169,7 @@ bool TextMaker::appendList(const List* list, std::size_t depth) {
 }
 
 bool TextMaker::appendItems(const List* list, std::size_t depth) {
-    const std::u16string delimiter(textItemDelimiters(mMachine).front());
+    const std::u16string delimiter = textItemDelimiters(mMachine).front();
     for (std::uint32_t i = 0; i < list->count; ++i) {
         if (i > 0)
             mText += delimiter;
@@ -227,17 +253,19 @@ Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t de
     }
     case "doub"_4cc:
     case "sing"_4cc: {
-        const Value number = toNumber(value);
+        const Value number = value.isBoolean() ? Value::integer(value.isTrue()) : toNumber(value);
         if (!number.isFailure())
             result = Value::real(number.asNumber());
         break;
     }
     case "nmbr"_4cc:
-        result = value.isBoolean() ? Value::integer(value.isTrue()) : toNumber(value);
+        result = toNumber(value);
         break;
     case "bool"_4cc:
         if (value.isBoolean())
             return value;
+        if (value.asCode() == "yes "_4cc || value.asCode() == "no  "_4cc)
+            return Value::boolean(value.asCode() == "yes "_4cc);
         if (value.isInteger() && (value.asInteger() == 0 || value.asInteger() == 1))
             return Value::boolean(value.asInteger() == 1);
         if (const Text* text = as<Text>(value)) {
@@ -369,6 +397,13 @@ bool isOfClass(Value value, FourCharCode wanted) {
     return classOf(value) == Value::code(wanted);
 }
 
+bool wholeOf(Machine& machine, Value value, std::int64_t& whole) {
+    const Value number = coerce(machine, value, Value::code("long"_4cc));
+    if (!number.isFailure())
+        whole = static_cast<std::int64_t>(number.asNumber());
+    return !number.isFailure();
+}
+
 Text* textOf(Machine& machine, Value value) {
     const Value text = toText(machine, value);
     return text.isFailure() ? nullptr : as<Text>(text);
@@ -414,6 +449,8 @@ Value coerce(Machine& machine, Value value, Value wanted) {
         value = followed;
     }
     const Value made = tryCoerce(machine, value, wanted.asCode());
+    if (made.isFailure() && wanted.asCode() == "alis"_4cc && isFile(value))
+        return machine.raise(fnfErr, u"File " + inMessage(machine, value) + u" wasn’t found.", value);
     return made.isFailure() ? cannotMake(machine, value, wanted.asCode()) : made;
 }
 

@@ -14,6 +14,8 @@ Value tryCoerce(Machine& machine, Value value, FourCharCode wanted);
 Value classOf(Value value);
 /// True when the value belongs to the class: "number 1 of x" finds integers and reals.
 bool isOfClass(Value value, FourCharCode wanted);
+/// The value as a whole number, as an index or a part of a date needs one. False when it is none; the error is raised.
+bool wholeOf(Machine& machine, Value value, std::int64_t& whole);
 /// The text of a value where there is one; null otherwise. Nothing is raised.
 Text* textOf(Machine& machine, Value value);
 /// Raises -1700: Can’t make … into type ….

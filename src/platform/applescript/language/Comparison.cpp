@@ -223,11 +223,6 @@ bool EqualityTest::areEqual(Value left, Value right, int depth) {
         const auto one = [](FourCharCode code) { return code == "TEXT"_4cc || code == "utxt"_4cc ? "ctxt"_4cc : code; };
         return one(left.asCode()) == one(right.asCode());
     }
-    for (Value* side : {&left, &right})
-        if (const Specifier* specifier = as<Specifier>(*side); specifier && isLocal(*side)) {
-            *side = follow(mMachine, *side);
-            return !side->isFailure() && areEqual(left, right, depth + 1);
-        }
     return left.isObject() && right.isObject() && left.asObject()->type == right.asObject()->type &&
            areEqualObjects(left.asObject(), right.asObject(), depth);
 }
@@ -253,6 +248,11 @@ bool EqualityTest::areEqualObjects(const HeapObject* left, const HeapObject* rig
         const auto* a = static_cast<const Application*>(left);
         const auto* b = static_cast<const Application*>(right);
         return a->name == b->name && a->identifier == b->identifier;
+    }
+    case HeapType::Handler: {
+        const auto* a = static_cast<const Handler*>(left);
+        const auto* b = static_cast<const Handler*>(right);
+        return a->source == b->source && a->home == b->home;
     }
     default:
         return false;
@@ -296,12 +296,19 @@ bool areEqual(Machine& machine, Value left, Value right) {
 }
 
 Value compare(Machine& machine, Relation relation, Value left, Value right) {
-    if (!followBoth(machine, left, right))
+    // A reference equals the same reference and never the value it refers to; the other relations look at the values.
+    const bool asksEquality = relation == Relation::Equal || relation == Relation::NotEqual;
+    if (asksEquality) {
+        for (Value* side : {&left, &right})
+            if (*side = evaluate(machine, *side, Evaluate::Fully); side->isFailure())
+                return *side;
+    } else if (!followBoth(machine, left, right)) {
         return Value::failure();
+    }
     for (Value side : {left, right})
         if (side.isUndefined())
             return machine.raise(-2763, u"No result was returned from some part of this expression.");
-    if (relation == Relation::Equal || relation == Relation::NotEqual)
+    if (asksEquality)
         return Value::boolean(areEqual(machine, left, right) == (relation == Relation::Equal));
 
     // A list of one counts as what it holds. One may hold itself.
@@ -330,8 +337,21 @@ Value compare(Machine& machine, Relation relation, Value left, Value right) {
     return cannotMake(machine, left, "nmbr"_4cc);
 }
 
+namespace {
+
+/// The sides of a containment. A reference is looked for in a list as the reference that it is.
+bool containment(Machine& machine, Value& whole, Value& part) {
+    whole = follow(machine, whole);
+    if (whole.isFailure())
+        return false;
+    part = evaluate(machine, part, Evaluate::Fully);
+    return !part.isFailure();
+}
+
+} // namespace
+
 Value startsWith(Machine& machine, Value left, Value right) {
-    if (!followBoth(machine, left, right))
+    if (!containment(machine, left, right))
         return Value::failure();
     if (const List* whole = as<List>(left)) {
         const List* part = asPart(machine, right);
@@ -345,7 +365,7 @@ Value startsWith(Machine& machine, Value left, Value right) {
 }
 
 Value endsWith(Machine& machine, Value left, Value right) {
-    if (!followBoth(machine, left, right))
+    if (!containment(machine, left, right))
         return Value::failure();
     if (const List* whole = as<List>(left)) {
         const List* part = asPart(machine, right);
@@ -359,7 +379,7 @@ Value endsWith(Machine& machine, Value left, Value right) {
 }
 
 Value contains(Machine& machine, Value left, Value right) {
-    if (!followBoth(machine, left, right))
+    if (!containment(machine, left, right))
         return Value::failure();
     if (isList(left)) {
         const List* whole = as<List>(left);
@@ -368,7 +388,10 @@ Value contains(Machine& machine, Value left, Value right) {
         return Value::boolean(findSequence(itemsOf(whole), itemsOf(part), 0, equal) != kNotFound);
     }
     if (Record* whole = as<Record>(left)) {
+        right = follow(machine, right);
         const Record* part = as<Record>(right);
+        if (right.isFailure())
+            return right;
         if (!part)
             return cannotMake(machine, right, "reco"_4cc);
         return Value::boolean(std::all_of(part->entries.begin(), part->entries.end(), [&](const Record::Entry& entry) {

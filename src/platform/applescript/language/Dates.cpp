@@ -2,6 +2,7 @@
 #include "platform/applescript/language/Dates.h"
 
 #include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Display.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/base/DateText.h"
 
@@ -59,6 +60,23 @@ std::u16string shortDate(const Parts& parts) {
 
 } // namespace
 
+Value timeOnDay(Machine& machine, const Date* date, Value text) {
+    const Value given = coerce(machine, text, Value::code("ctxt"_4cc));
+    if (given.isFailure())
+        return given;
+    const std::u16string_view words = as<Text>(given)->view();
+    const auto seconds = dateOfText(words, date->seconds);
+    if (!seconds)
+        return invalidDate(machine, given);
+    // A text that gives a day gives the same one, whatever today is.
+    const bool isDay = dateOfText(words, date->seconds + 400 * kDay) == seconds && partsOf(*seconds).time == 0;
+    return Value::object(machine.heap().make<Date>(isDay ? *seconds + partsOf(date->seconds).time : *seconds));
+}
+
+Value invalidDate(Machine& machine, Value text) {
+    return machine.raise(-30720, u"Invalid date and time date " + humanDisplay(machine, text) + u".", text);
+}
+
 std::int32_t numberOfDateConstant(FourCharCode code) {
     if (auto month = std::find(std::begin(kMonths), std::end(kMonths), code); month != std::end(kMonths))
         return static_cast<std::int32_t>(month - std::begin(kMonths)) + 1;
@@ -98,8 +116,6 @@ Value dateProperty(Machine& machine, const Date* date, FourCharCode key) {
 
 bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value) {
     machine.error() = ScriptError();
-    if (key == "wkdy"_4cc)
-        return true; // it follows from the other parts; setting it has always been without effect
     const Parts parts = partsOf(date->seconds);
     std::int64_t number = 0;
     if (key == "mnth"_4cc && (value.isCode() || value.isConstant())) {
@@ -108,10 +124,8 @@ bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value
             return false;
         number = month - std::begin(kMonths) + 1;
     } else {
-        const Value integer = coerce(machine, value, Value::code("long"_4cc));
-        if (integer.isFailure())
+        if (!wholeOf(machine, value, number))
             return false;
-        number = integer.asInteger();
     }
     // A part beyond its range runs over into the next: day 32 is the first of the next month.
     const auto from = [](std::int64_t year, int month, std::int64_t day, std::int64_t time) {

@@ -6,6 +6,7 @@
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/applescript/terminology/Terminology.h"
 #include "platform/base/DateText.h"
+#include "platform/base/RealText.h"
 #include "platform/base/Text.h"
 
 #include <unicode/utf16.h>
@@ -32,6 +33,13 @@ std::u16string className(FourCharCode code) {
     return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(code));
 }
 
+/// "characters"; the singular where a class has no plural.
+std::u16string pluralName(FourCharCode code) {
+    const Term* term = terms().name(code, {TermKind::Plural});
+    return term ? wordsOf(*term) : className(code);
+}
+
+/// Of a symbol or a code.
 std::u16string propertyName(Value key) {
     if (const Symbol* symbol = as<Symbol>(key))
         return sourcetext::identifier(symbol->key, symbol->spelling, terms().isTerm(symbol->key));
@@ -54,6 +62,7 @@ private:
     void record(const Record* record);
     void specifier(const Specifier* specifier);
     void element(Value elementClass, Value index);
+    bool showsContainer(const Specifier* specifier) const;
 
     Machine& mMachine;
     const bool mForPeople;
@@ -71,7 +80,7 @@ void Displayer::value(Value value) {
     if (value.isInteger())
         mOut += sourcetext::integer(value.asInteger());
     else if (value.isReal())
-        mOut += sourcetext::real(value.asReal());
+        mOut += sourceOfReal(value.asReal());
     else if (value.isBoolean())
         mOut += value.isTrue() ? u"true" : u"false";
     else if (value.isCode() || value.isConstant())
@@ -110,15 +119,30 @@ void Displayer::record(const Record* record) {
 }
 
 void Displayer::element(Value elementClass, Value index) {
+    if (index == Value::integer(-1)) {
+        mOut += u"last " + className(elementClass.asCode());
+        return;
+    }
     mOut += className(elementClass.asCode()) + u" ";
     value(index);
+}
+
+/// The script that speaks goes without saying, but for its own properties.
+bool Displayer::showsContainer(const Specifier* specifier) const {
+    if (specifier->container.isUndefined())
+        return false;
+    const Script* script = as<Script>(specifier->container);
+    return !script || is<Symbol>(script->name) || (specifier->form == Specifier::Form::Property && is<Symbol>(specifier->a));
 }
 
 void Displayer::specifier(const Specifier* specifier) {
     bool hasContainer = true;
     switch (specifier->form) {
     case Specifier::Form::Property:
-        mOut += propertyName(specifier->a);
+        if (is<Symbol>(specifier->a) || specifier->a.isCode())
+            mOut += propertyName(specifier->a);
+        else
+            value(specifier->a);
         break;
     case Specifier::Form::Every:
         mOut += u"every " + className(specifier->a.asCode());
@@ -140,7 +164,7 @@ void Displayer::specifier(const Specifier* specifier) {
         hasContainer = false;
         break;
     case Specifier::Form::Range:
-        mOut += className(specifier->a.asCode()) + u" ";
+        mOut += pluralName(specifier->a.asCode()) + u" ";
         value(specifier->b);
         mOut += u" thru ";
         value(specifier->c);
@@ -171,7 +195,7 @@ void Displayer::specifier(const Specifier* specifier) {
         hasContainer = false;
         break;
     }
-    if (!hasContainer || specifier->container.isUndefined() || is<Script>(specifier->container))
+    if (!hasContainer || !showsContainer(specifier))
         return;
     mOut += u" of ";
     value(specifier->container);
@@ -205,7 +229,7 @@ void Displayer::object(const HeapObject* object) {
         if (isFile(Value::object(object)))
             mOut += (data->dataType == "alis"_4cc ? u"alias " : u"file ") + sourcetext::quoted(hfsPath(*data));
         else if (const auto amount = amountOf(Value::object(object)))
-            mOut += className(data->dataType) + u" " + sourcetext::real(*amount);
+            mOut += className(data->dataType) + u" " + sourceOfReal(*amount);
         else
             mOut += sourcetext::rawData(bytesOf(data->dataType) + data->bytes);
         break;

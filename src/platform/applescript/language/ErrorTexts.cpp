@@ -130,7 +130,10 @@ constexpr Row kTexts[] = {
 std::u16string messageFor(OSStatus number) {
     auto row = std::lower_bound(std::begin(kTexts), std::end(kTexts), number,
                                 [](const Row& candidate, OSStatus wanted) { return candidate.number > wanted; });
-    return std::u16string(row != std::end(kTexts) && row->number == number ? row->text : u"An error has occurred.");
+    if (row != std::end(kTexts) && row->number == number)
+        return std::u16string(row->text);
+    const std::string digits = std::to_string(number);
+    return u"An error of type " + std::u16string(digits.begin(), digits.end()) + u" has occurred.";
 }
 
 } // namespace quoddle::language

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/language/LanguageObject.h"
 
+#include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/References.h"
+
 #include <numbers>
 
 namespace quoddle::language {
@@ -47,15 +50,22 @@ Script* makeLanguageObject(Machine& machine) {
     return object;
 }
 
-std::vector<std::u16string_view> textItemDelimiters(Machine& machine) {
-    std::vector<std::u16string_view> delimiters;
+std::vector<std::u16string> textItemDelimiters(Machine& machine) {
+    std::vector<std::u16string> delimiters;
+    const auto add = [&](Value value) {
+        // References and numbers serve as well; what has no text separates nothing.
+        if (const Value known = follow(machine, value); known.isFailure())
+            machine.error() = ScriptError();
+        else if (const Text* text = textOf(machine, known))
+            delimiters.emplace_back(text->view());
+    };
     const Value* value = machine.appleScript()->find(Value::code(kDelimiters));
-    if (const Text* text = value ? as<Text>(*value) : nullptr)
-        delimiters.push_back(text->view());
-    if (const List* list = value ? as<List>(*value) : nullptr)
+    const Value known = value ? follow(machine, *value) : Value();
+    if (const List* list = as<List>(known))
         for (std::uint32_t i = 0; i < list->count; ++i)
-            if (const Text* text = as<Text>(list->items[i]))
-                delimiters.push_back(text->view());
+            add(list->items[i]);
+    else
+        add(known);
     if (delimiters.empty())
         delimiters.emplace_back();
     return delimiters;

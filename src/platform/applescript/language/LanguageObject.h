@@ -9,7 +9,7 @@ namespace quoddle::language {
 /// Made once for a machine, which keeps it.
 Script* makeLanguageObject(Machine& machine);
 
-/// The delimiters as they stand, each a view of a text that the AppleScript object holds. Never empty: no delimiter is one empty text.
-std::vector<std::u16string_view> textItemDelimiters(Machine& machine);
+/// The delimiters that are set, references followed. Never empty: no delimiter is one empty text.
+std::vector<std::u16string> textItemDelimiters(Machine& machine);
 
 } // namespace quoddle::language

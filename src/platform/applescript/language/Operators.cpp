@@ -107,7 +107,7 @@ Value divide(Machine& machine, Value left, Value right) {
     if (!operands(machine, left, right))
         return Value::failure();
     if (right.asNumber() == 0)
-        return byZero(machine, left);
+        return byZero(machine, Value::real(left.asNumber()));
     return finite(machine, left.asNumber() / right.asNumber());
 }
 
@@ -151,44 +151,63 @@ int truth(Machine& machine, Value value) {
     return boolean.isFailure() ? -1 : boolean.isTrue();
 }
 
-/// Text with a text on the left, record with a record on the left, else a list.
+namespace {
+
+/// What a side of "&" adds to a list: the items of a list, the values of a record, or itself.
+std::vector<Value> partsOf(Value side) {
+    if (const List* list = as<List>(side))
+        return {list->items, list->items + list->count};
+    std::vector<Value> parts;
+    if (const Record* record = as<Record>(side))
+        for (const Record::Entry& entry : record->entries)
+            parts.push_back(entry.value);
+    else
+        parts.push_back(side);
+    return parts;
+}
+
+Value joined(Machine& machine, const Record* first, const Record* second) {
+    Record* both = machine.heap().record();
+    both->entries = first->entries;
+    for (const Record::Entry& entry : second->entries)
+        if (!both->find(entry.key))
+            both->entries.push_back(entry);
+    return Value::object(both);
+}
+
+} // namespace
+
+/// Text with a text on the left, record with records on both sides, else a list. An empty list adds nothing to a record.
 Value concatenate(Machine& machine, Value left, Value right) {
     if (!followBoth(machine, left, right))
         return Value::failure();
     for (Value side : {left, right})
         if (side.isUndefined())
             return machine.raise(-2763, u"No result was returned from some part of this expression.");
-    if (const Text* text = as<Text>(left)) {
+    const Record* leftRecord = as<Record>(left);
+    const Record* rightRecord = as<Record>(right);
+    if (const Text* text = as<Text>(left); text && !rightRecord) {
         const Value other = is<Text>(right) ? right : coerce(machine, right, Value::code("ctxt"_4cc));
         if (other.isFailure())
             return other;
         Text* whole = machine.heap().concatenate(text, as<Text>(other));
         return whole ? Value::object(whole) : tooLarge(machine);
     }
-    if (const Record* first = as<Record>(left))
-        if (const Record* second = as<Record>(right)) {
-            Record* both = machine.heap().record();
-            both->entries = first->entries;
-            for (const Record::Entry& entry : second->entries)
-                if (!both->find(entry.key))
-                    both->entries.push_back(entry);
-            return Value::object(both);
-        }
-    const auto itemsOf = [&](const Value& side) -> std::span<const Value> {
-        const List* list = as<List>(side);
-        return list ? std::span<const Value>(list->items, list->count) : std::span(&side, 1);
-    };
+    if (leftRecord && rightRecord)
+        return joined(machine, leftRecord, rightRecord);
+    const auto isEmpty = [](Value side) { return is<List>(side) && as<List>(side)->count == 0; };
+    if (leftRecord && isEmpty(right))
+        return left;
+    if (rightRecord && isEmpty(left))
+        return right;
     List* first = as<List>(left);
-    if (const Record* record = as<Record>(right); first && record) {
-        std::vector<Value> values;
-        for (const Record::Entry& entry : record->entries)
-            values.push_back(entry.value);
-        List* whole = machine.heap().concatenate(first, values);
-        return whole ? Value::object(whole) : tooLarge(machine);
-    }
     if (!first)
-        first = machine.heap().concatenate(machine.heap().list(2), itemsOf(left));
-    List* whole = machine.heap().concatenate(first, itemsOf(right));
+        first = machine.heap().concatenate(machine.heap().list(2), partsOf(left));
+    List* whole = nullptr;
+    if (const List* second = as<List>(right); second && first) // not copied: it may be long
+        whole = machine.heap().concatenate(first, {second->items, second->count});
+    else if (first)
+        whole = machine.heap().concatenate(first, partsOf(right));
     return whole ? Value::object(whole) : tooLarge(machine);
 }
 

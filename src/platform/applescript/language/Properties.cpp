@@ -16,6 +16,14 @@ namespace quoddle::language {
 
 namespace {
 
+const Value kContents = Value::code("pcnt"_4cc);
+
+/// Scripts and records may have a property of this name.
+bool hasContents(Value container) {
+    const Record* record = as<Record>(container);
+    return is<Script>(container) || (record && record->find(kContents));
+}
+
 Value noSuchProperty(Machine& machine, Value container, Value key) {
     const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
     return machine.raise(errAENoSuchObject, u"Can’t get " + inMessage(machine, what) + u".", what);
@@ -75,9 +83,7 @@ Value listProperty(Machine& machine, List* list, FourCharCode key) {
         return Value::object(reversed);
     }
     case "rest"_4cc: {
-        if (list->count == 0)
-            return Value::failure();
-        return Value::object(machine.heap().part(list, 1, list->count - 1));
+        return Value::object(list->count == 0 ? machine.heap().list() : machine.heap().part(list, 1, list->count - 1));
     }
     default:
         return Value::failure();
@@ -108,8 +114,9 @@ Value scriptProperty(Machine& machine, Script* script, Value key) {
         if (const Value* slot = script->find(key))
             return *slot;
     }
-    if (const Value* slot = machine.findSlot(script, key); slot && !slot->isUndefined())
-        return *slot;
+    Script* holder = nullptr;
+    if (const Value* slot = machine.findSlot(script, key, &holder); slot && !slot->isUndefined())
+        return machine.taken(*slot, holder);
     return Value::failure();
 }
 
@@ -151,14 +158,14 @@ Value textFromCodePoints(Machine& machine, Value points) {
         return points;
     std::u16string text;
     const auto append = [&](Value point) {
-        const Value number = coerce(machine, point, Value::code("long"_4cc));
-        if (number.isFailure())
+        std::int64_t number;
+        if (!wholeOf(machine, point, number))
             return false;
-        const std::int32_t c = number.asInteger();
-        if (c < 0 || c > 0x10FFFF || U_IS_SURROGATE(c)) {
-            machine.raise(errAENoSuchObject, u"Can’t get character id " + inMessage(machine, number) + u".", number);
+        if (number < 0 || number > 0x10FFFF || U_IS_SURROGATE(number)) {
+            machine.raise(errAENoSuchObject, u"Can’t get character id " + inMessage(machine, point) + u".", point);
             return false;
         }
+        const auto c = static_cast<UChar32>(number);
         char16_t units[2];
         std::int32_t length = 0;
         U16_APPEND_UNSAFE(units, length, c);
@@ -187,16 +194,17 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
         if (!isLocal(container))
             return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
         if (isMany(holder->form) && !(key == Value::code("leng"_4cc)) && !(key == Value::code("nmbr"_4cc)) &&
-            !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) && !(key == Value::code("pcnt"_4cc)) &&
+            !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) && key != kContents &&
             !(key == Value::code("pcls"_4cc)))
             return evaluate(machine, specifier(), how);
         container = follow(machine, container);
-        if (container.isFailure())
+        if (container.isFailure() || (key == kContents && !hasContents(container)))
             return container;
         return getProperty(machine, container, key, how);
     }
-    if (key == Value::code("pcnt"_4cc) && !is<Script>(container) && !is<Record>(container))
-        return container;
+    // Of a reference it is the value itself, of a variable a copy.
+    if (key == kContents && !hasContents(container))
+        return deepCopy(machine, container);
     const Value own = ownProperty(machine, container, key);
     if (!own.isFailure())
         return own;
@@ -214,7 +222,7 @@ bool setProperty(Machine& machine, Value container, Value key, Value value) {
         const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
         if (!isLocal(container))
             return setInApplication(machine, what, value);
-        if (key == Value::code("pcnt"_4cc)) // "set contents of x to …": what the reference names
+        if (key == kContents) // "set contents of x to …": what the reference names
             return setSpecifier(machine, container, value);
         container = follow(machine, container);
         if (container.isFailure())
@@ -279,6 +287,11 @@ Value copyOf(Machine& machine, Value value, std::unordered_map<const HeapObject*
     }
     if (const Date* date = as<Date>(value))
         return remember(machine.heap().make<Date>(date->seconds));
+    if (Handler* handler = as<Handler>(value); handler && handler->home) {
+        const auto home = copies.find(handler->home);
+        Script* script = home == copies.end() ? handler->home : as<Script>(home->second);
+        return remember(machine.heap().make<Handler>(handler, script));
+    }
     if (Script* script = as<Script>(value); script && script != machine.appleScript()) {
         Script* copy = machine.heap().make<Script>();
         remember(copy);
@@ -287,7 +300,9 @@ Value copyOf(Machine& machine, Value value, std::unordered_map<const HeapObject*
         copy->tree = script->tree;
         copy->store = script->store;
         copy->outer = script->outer;
-        copy->parent = copyOf(machine, script->parent, copies, depth + 1);
+        // The scripts around a definition are where it lives and no part of it.
+        const bool isInherent = script->isDefinedWithin(as<Script>(script->parent)) && !copies.contains(script->parent.asObject());
+        copy->parent = isInherent ? script->parent : copyOf(machine, script->parent, copies, depth + 1);
         for (Value slot : script->slots) {
             copy->slots.push_back(copyOf(machine, slot, copies, depth + 1));
             if (copy->slots.back().isFailure())

@@ -4,6 +4,7 @@
 
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Commands.h"
+#include "platform/applescript/language/Dates.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/TextElements.h"
@@ -51,6 +52,12 @@ Value listOf(Machine& machine, const std::vector<Value>& values) {
     return Value::object(list);
 }
 
+/// A path as it was given, or the path of a file.
+std::u16string colonPathOf(Machine& machine, Value file) {
+    const Data* data = as<Data>(file);
+    return data ? hfsPath(*data) : humanDisplay(machine, file);
+}
+
 /// Objects that "class + text" makes out of nothing: files, dates, applications. Failure without an error when the class is no such one.
 Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool& isOne) {
     isOne = true;
@@ -64,7 +71,7 @@ Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool&
         if (file.isFailure())
             return file;
         const Value alias = makeFile(machine, file, "alis"_4cc);
-        return alias.isFailure() ? machine.raise(fnfErr, u"File " + inMessage(machine, file) + u" wasn’t found.", file) : alias;
+        return alias.isFailure() ? machine.raise(fnfErr, u"File alias " + colonPathOf(machine, file) + u" wasn’t found.", file) : alias;
     }
     case "ldt "_4cc: {
         const Value text = coerce(machine, key, Value::code("ctxt"_4cc));
@@ -72,7 +79,7 @@ Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool&
             return text;
         if (auto seconds = dateOfText(as<Text>(text)->view(), currentSeconds()))
             return Value::object(machine.heap().make<Date>(*seconds));
-        return machine.raise(-30720, u"Invalid date and time date " + inMessage(machine, text) + u".", text);
+        return invalidDate(machine, text);
     }
     case "capp"_4cc: {
         const Value name = coerce(machine, key, Value::code("ctxt"_4cc));
@@ -88,26 +95,41 @@ Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool&
     }
 }
 
-Value listElement(const List* list, FourCharCode elementClass, std::int64_t index) {
+bool isItem(const Specifier& specifier) {
+    return specifier.form == Specifier::Form::Element && specifier.a == Value::code("cobj"_4cc);
+}
+
+/// The place of the index-th item of a class, negative indexes from the end; kNowhere when there is none.
+constexpr std::uint32_t kNowhere = UINT32_MAX;
+std::uint32_t placeInList(const List* list, FourCharCode elementClass, std::int64_t index) {
     if (elementClass == "cobj"_4cc) {
         const std::int64_t place = index < 0 ? list->count + index : index - 1;
-        return index != 0 && place >= 0 && place < list->count ? list->items[place] : Value::failure();
+        return index != 0 && place >= 0 && place < list->count ? static_cast<std::uint32_t>(place) : kNowhere;
     }
     const std::vector<std::uint32_t> places = placesOf(list, elementClass);
     const auto count = static_cast<std::int64_t>(places.size());
     const std::int64_t place = index < 0 ? count + index : index - 1;
-    return index != 0 && place >= 0 && place < count ? list->items[places[static_cast<std::size_t>(place)]] : Value::failure();
+    return index != 0 && place >= 0 && place < count ? places[static_cast<std::size_t>(place)] : kNowhere;
 }
 
-/// Where a boundary of a range lies in its container: its first and its last character, or item.
+/// Where the index-th element of a class lies in its container: its first and its last character, or item. False when there is none.
+bool spanOf(Machine& machine, Value container, FourCharCode elementClass, std::int64_t index, Span& span) {
+    if (const Text* text = as<Text>(container))
+        return isTextElement(elementClass) && elementAt(machine, text, elementClass, index, span);
+    const List* list = as<List>(container);
+    const std::uint32_t place = list ? placeInList(list, elementClass, index) : kNowhere;
+    span = {place, 1};
+    return place != kNowhere;
+}
+
+/// Where a boundary of a range lies in its container. False without an error when the container has no such element.
 bool boundary(Machine& machine, Value container, Value elementClass, Value bound, Span& span) {
     if (const Specifier* element = as<Specifier>(bound);
-        element && element->form == Specifier::Form::Element && element->container == container) {
-        const Value index = coerce(machine, element->b, Value::code("long"_4cc));
-        if (index.isFailure())
+        element && element->form == Specifier::Form::Element && element->container == container && element->a.isCode()) {
+        std::int64_t index;
+        if (!wholeOf(machine, element->b, index))
             return false;
-        if (const Text* text = as<Text>(container);
-            text && isTextElement(element->a.asCode()) && elementAt(machine, text, element->a.asCode(), index.asInteger(), span))
+        if (spanOf(machine, container, element->a.asCode(), index, span))
             return true;
         cannotGet(machine, bound, errAEIllegalIndex);
         return false;
@@ -120,19 +142,8 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
         span = place->form == Specifier::Form::Beginning ? Span{0, length ? 1u : 0u} : Span{length ? length - 1 : 0, length ? 1u : 0u};
         return true;
     }
-    const Value index = coerce(machine, bound, Value::code("long"_4cc));
-    if (index.isFailure())
-        return false;
-    if (const Text* text = as<Text>(container)) {
-        if (elementAt(machine, text, elementClass.asCode(), index.asInteger(), span))
-            return true;
-    } else if (const List* list = as<List>(container)) {
-        const std::int64_t i = index.asInteger(), place = i < 0 ? list->count + i : i - 1;
-        span = {static_cast<std::uint32_t>(place), 1};
-        if (i != 0 && place >= 0 && place < list->count)
-            return true;
-    }
-    return false;
+    std::int64_t index;
+    return wholeOf(machine, bound, index) && spanOf(machine, container, elementClass.asCode(), index, span);
 }
 
 Value range(Machine& machine, Value container, const Specifier* whole) {
@@ -209,8 +220,8 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
     case Specifier::Form::Element:
         if (what->a == kNumber && what->form == Specifier::Form::Property && holder && isMany(holder->form))
             return count(machine, container);
-        // "length of every word": one answer for each.
-        if (holder && isMany(holder->form) && is<List>(container)) {
+        // "length of every word": one answer for each. "item 2 of words" is the second word.
+        if (holder && isMany(holder->form) && is<List>(container) && !isItem(*what)) {
             const List* many = as<List>(container);
             std::vector<Value> answers;
             for (std::uint32_t i = 0; i < many->count; ++i) {
@@ -264,12 +275,19 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
         const Specifier* element = as<Specifier>(what->container);
         if (!element || element->form != Specifier::Form::Element)
             return cannotGet(machine, whole);
-        const Value index = coerce(machine, element->b, Value::code("long"_4cc));
-        if (index.isFailure())
-            return index;
-        const std::int32_t place = index.asInteger() + (what->form == Specifier::Form::Before ? -1 : 1);
+        std::int64_t index;
+        if (!wholeOf(machine, element->b, index))
+            return Value::failure();
+        const Value place = Value::real(static_cast<double>(index + (what->form == Specifier::Form::Before ? -1 : 1)));
         const Value outer = follow(machine, element->container);
-        return outer.isFailure() ? outer : getElement(machine, outer, what->a, Value::integer(place), Evaluate::Fully);
+        return outer.isFailure() ? outer : getElement(machine, outer, what->a, place, Evaluate::Fully);
+    }
+    case Specifier::Form::Beginning:
+    case Specifier::Form::End: {
+        const List* list = as<List>(container);
+        if (!list || list->count == 0)
+            return cannotGet(machine, whole);
+        return list->items[what->form == Specifier::Form::Beginning ? 0 : list->count - 1];
     }
     default:
         return cannotGet(machine, whole);
@@ -370,19 +388,20 @@ Value getElement(Machine& machine, Value container, Value elementClass, Value in
         const Value made = madeFromText(machine, code, index, isOne);
         return isOne ? made : cannotGet(machine, specifier(machine, Specifier::Form::Element, container, elementClass, index));
     }
-    const Value place = coerce(machine, index, Value::code("long"_4cc));
-    if (place.isFailure())
-        return place;
+    if (const Date* date = as<Date>(container); date && code == "ldt "_4cc)
+        return timeOnDay(machine, date, index);
+    std::int64_t place;
+    if (!wholeOf(machine, index, place))
+        return Value::failure();
     if (const List* list = as<List>(container)) {
-        const Value item = listElement(list, code, place.asInteger());
-        if (!item.isFailure())
-            return item;
+        if (const std::uint32_t at = placeInList(list, code, place); at != kNowhere)
+            return list->items[at];
     } else if (const Text* text = as<Text>(container); text && isTextElement(code)) {
         Span span;
-        if (elementAt(machine, text, code, place.asInteger(), span))
+        if (elementAt(machine, text, code, place, span))
             return slice(machine, text, span);
     }
-    return cannotGet(machine, specifier(machine, Specifier::Form::Element, container, elementClass, place));
+    return cannotGet(machine, specifier(machine, Specifier::Form::Element, container, elementClass, index));
 }
 
 Value makeSpecifier(Machine& machine, Specifier::Form form, const Value* operands) {
@@ -402,6 +421,7 @@ Value makeSpecifier(Machine& machine, Specifier::Form form, const Value* operand
     }
 }
 
+/// A reference to a variable comes as the property of a script; the value of a local variable is nothing that can be referred to.
 Value makeReference(Machine& machine, Value value) {
     if (const Specifier* raw = as<Specifier>(value)) {
         Specifier* reference = machine.heap().make<Specifier>(*raw);
@@ -409,7 +429,7 @@ Value makeReference(Machine& machine, Value value) {
         reference->flags |= Specifier::kIsReference;
         return Value::object(reference);
     }
-    return value;
+    return is<Script>(value) || is<Application>(value) ? value : cannotMake(machine, value, "obj "_4cc);
 }
 
 bool setElement(Machine& machine, Value container, Value elementClass, Value index, Value value) {
@@ -419,18 +439,16 @@ bool setElement(Machine& machine, Value container, Value elementClass, Value ind
     container = follow(machine, container);
     if (container.isFailure())
         return false;
-    const Value place = coerce(machine, index, Value::code("long"_4cc));
-    if (place.isFailure())
+    std::int64_t place;
+    if (!wholeOf(machine, index, place))
         return false;
     if (List* list = as<List>(container)) {
-        const std::int64_t i = place.asInteger(), at = i < 0 ? list->count + i : i - 1;
-        if (elementClass == Value::code("cobj"_4cc) && i != 0 && at >= 0 && at < list->count) {
+        const std::uint32_t at = elementClass == Value::code("cobj"_4cc) ? placeInList(list, "cobj"_4cc, place) : kNowhere;
+        if (at != kNowhere) {
             machine.heap().detach(list);
             list->items[at] = value;
             return true;
         }
-        machine.raise(errAEIllegalIndex, u"Can’t set " + inMessage(machine, what) + u" to " + inMessage(machine, value) + u".", what);
-        return false;
     }
     machine.raise(-10006, u"Can’t set " + inMessage(machine, what) + u" to " + inMessage(machine, value) + u".", what);
     return false;

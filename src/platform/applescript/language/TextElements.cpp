@@ -31,16 +31,16 @@ TextBreaks breaksFor(FourCharCode elementClass) {
 }
 
 /// Those that stand for something; none when every character is an item.
-std::vector<std::u16string_view> delimitersInUse(Machine& machine) {
-    std::vector<std::u16string_view> delimiters = textItemDelimiters(machine);
-    std::erase_if(delimiters, [](std::u16string_view delimiter) { return delimiter.empty(); });
+std::vector<std::u16string> delimitersInUse(Machine& machine) {
+    std::vector<std::u16string> delimiters = textItemDelimiters(machine);
+    std::erase_if(delimiters, [](const std::u16string& delimiter) { return delimiter.empty(); });
     return delimiters;
 }
 
 /// The delimiter that comes first wins, the longer one where two begin at one place.
 class TextItems {
 public:
-    TextItems(Machine& machine, std::u16string_view text, std::vector<std::u16string_view> delimiters)
+    TextItems(Machine& machine, std::u16string_view text, std::vector<std::u16string> delimiters)
         : mText(text), mDelimiters(std::move(delimiters)), mSearch(text, machine.considering()), mNext(mDelimiters.size()) {
         for (std::size_t i = 0; i < mDelimiters.size(); ++i)
             findNext(i, 0);
@@ -78,7 +78,7 @@ private:
     }
 
     const std::u16string_view mText;
-    const std::vector<std::u16string_view> mDelimiters;
+    const std::vector<std::u16string> mDelimiters;
     TextSearch mSearch;
     std::vector<Place> mNext;
 };
@@ -149,8 +149,7 @@ const std::vector<Span>& TextElementIndex::make(Machine& machine, const Text* te
         return *known;
     Entry entry{text, elementClass, machine.considering(), {}, {}};
     if (elementClass == "citm"_4cc)
-        for (std::u16string_view delimiter : delimitersInUse(machine))
-            entry.delimiters.emplace_back(delimiter);
+        entry.delimiters = delimitersInUse(machine);
     forEachElement(machine, text, elementClass, [&](Span span) {
         entry.spans.push_back(span);
         return true;
@@ -166,6 +165,8 @@ std::size_t characterCount(Machine& machine, const Text* text) {
 
 /// Whatever is remembered is not looked at.
 void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<bool(Span)>& visit) {
+    if (text->length == 0)
+        return;
     if (elementClass == "citm"_4cc)
         if (auto delimiters = delimitersInUse(machine); !delimiters.empty())
             return TextItems(machine, text->view(), std::move(delimiters)).visit(visit);

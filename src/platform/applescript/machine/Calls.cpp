@@ -49,12 +49,12 @@ bool Interpreter::safePoint() {
 
 // --- Finding
 
-/// The script that holds a handler of the name, from `first` on upwards.
+/// The script that a handler of the name belongs to, from `first` on upwards; null when there is none. A property may hold another script's handler.
 Script* Interpreter::findHandler(Script* first, Value name, Handler*& handler) {
     Script* holder = nullptr;
     const Value* slot = first ? mMachine.findSlot(first, name, &holder) : nullptr;
     handler = slot ? as<Handler>(*slot) : nullptr;
-    return handler ? holder : nullptr;
+    return handler && handler->home ? handler->home : handler ? holder : nullptr;
 }
 
 bool Interpreter::findCallee(Value target, Value name, SiteCache& cache, Callee& callee) {
@@ -66,12 +66,12 @@ bool Interpreter::findCallee(Value target, Value name, SiteCache& cache, Callee&
                        language::inMessage(mMachine, target) + u" doesn’t understand the “" + nameOf(name) + u"” message.", target);
         return false;
     }
-    if (callee.owner == script)
-        cache = {script->layout->id, script->layout->find(name)};
+    if (const std::uint32_t slot = script->layout->find(name); slot != Layout::kNone)
+        cache = {script->layout->id, slot};
     return true;
 }
 
-Value* Interpreter::scopeVariable(std::size_t depth, std::size_t index) {
+Value* Interpreter::scopeVariable(std::size_t depth, std::size_t index, Script** holder) {
     const Frame& frame = mMachine.mContext->frames.back();
     HeapObject* scope = frame.scope;
     if (!scope) { // a handler whose locals are in registers: the first scope outwards is its script
@@ -81,9 +81,11 @@ Value* Interpreter::scopeVariable(std::size_t depth, std::size_t index) {
         --depth;
     }
     for (; depth > 0 && scope; --depth)
-        scope = scope->type == HeapType::Script ? static_cast<Script*>(scope)->outer : static_cast<Environment*>(scope)->outer;
+        scope = scopeAround(scope);
     if (!scope)
         return nullptr;
+    if (holder)
+        *holder = scope->type == HeapType::Script ? static_cast<Script*>(scope) : nullptr;
     std::vector<Value>& values =
         scope->type == HeapType::Script ? static_cast<Script*>(scope)->slots : static_cast<Environment*>(scope)->values;
     return index < values.size() ? &values[index] : nullptr;
@@ -97,11 +99,10 @@ Value Interpreter::undefinedVariable(Value name) {
 
 /// The outermost script around a scope: where globals live.
 static Script* outermost(Script* script) {
-    for (HeapObject* scope = script; scope;) {
+    HeapObject* scope = script;
+    for (int limit = 0; scope && limit < kMaximumScopes; ++limit, scope = scopeAround(scope))
         if (scope->type == HeapType::Script)
             script = static_cast<Script*>(scope);
-        scope = scope->type == HeapType::Script ? static_cast<Script*>(scope)->outer : static_cast<Environment*>(scope)->outer;
-    }
     return script;
 }
 
@@ -119,7 +120,7 @@ Value Interpreter::getGlobal(Value name, SiteCache& cache) {
         return undefinedVariable(name);
     if (holder == me)
         cache = {me->layout->id, me->layout->find(name)};
-    return *slot;
+    return mMachine.taken(*slot, holder);
 }
 
 bool Interpreter::setGlobal(Value name, Value value, SiteCache& cache) {
@@ -200,7 +201,7 @@ bool Interpreter::setLocal(const Object* name, Value value) {
 /// A parameter, or a structure of parameters.
 bool Interpreter::bindPattern(const Object* pattern, Value value) {
     const Frame& frame = mMachine.mContext->frames.back();
-    if (pattern->kind == ObjectKind::Identifier)
+    if (pattern->kind == ObjectKind::Identifier || pattern->isCode(CodeTag::Class))
         return setLocal(pattern, value);
     if (pattern->isBlock(block::OptionalParameter) && !pattern->children.empty())
         return setLocal(pattern->children[0], value);
@@ -383,10 +384,10 @@ void Interpreter::raiseFrom(Value* registers, std::size_t count) {
             continue;
         switch (registers[i].isCode() ? registers[i].asCode() : 0) {
         case "errn"_4cc: {
-            const Value number = language::coerce(mMachine, value, Value::code("long"_4cc));
-            if (number.isFailure())
+            std::int64_t number;
+            if (!language::wholeOf(mMachine, value, number))
                 return; // that error instead
-            raised.number = number.asInteger();
+            raised.number = static_cast<OSStatus>(number);
             break;
         }
         case "ptlr"_4cc:
@@ -441,7 +442,7 @@ bool Interpreter::matchError(const Object* pattern, const Value& messageName) {
             setLocal(entries[i + 1], partOf(entries[i]->code()));
     const auto& names = frame.handler->code->localNames;
     auto local = std::find(names.begin(), names.end(), messageName);
-    if (is<Symbol>(messageName) && local != names.end())
+    if (!messageName.isUndefined() && local != names.end())
         setLocal(static_cast<std::size_t>(local - names.begin()), error.message);
     return true;
 }
@@ -540,6 +541,7 @@ bool Interpreter::defineScript(const Instruction& instruction, Value* registers)
     script->name = registers[instruction.a];
     // The scopes outwards are counted, so a handler whose locals nobody captured still takes its place.
     script->outer = frame.scope ? frame.scope : mMachine.mHeap.make<Environment>(frame.owner, 0);
+    script->parent = Value::object(frame.owner); // until its definition declares another
     if (const Stored* tree = as<Stored>(code.constants[instruction.b]))
         script->tree = tree->object;
     script->store = initialiser->store;

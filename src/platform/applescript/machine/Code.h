@@ -53,7 +53,7 @@ namespace quoddle {
     X(EvaluateLocally) /* likewise, unless it belongs to an application */ \
     X(MakeReference)   /* r[a] = r[b] as a reference value */ \
     X(Clone)           /* r[a] = deep copy of r[b] */ \
-    X(MakeList)        /* r[a] = list of c values from r[b]; d: linked */ \
+    X(MakeList)        /* r[a] = list of c values from r[b] */ \
     X(MakeRecord)      /* r[a] = record of c keys and values from r[b] */ \
     X(Count)           /* r[a] = number of items of r[b] */ \
     X(Call)            /* r[a] = call of handler k[c] of r[a] with b values from r[a + 1]; cache d */ \

@@ -83,8 +83,21 @@ std::size_t roomBehind(const List* list) {
 Handler::Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore)
     : HeapObject(kType), source(block), store(std::move(blockStore)) {}
 
+Handler::Handler(Handler* original, Script* script)
+    : HeapObject(kType), source(original->source), store(original->store), definition(original->definition ? original->definition : original),
+      home(script) {}
+
 Handler::~Handler() {
-    delete code;
+    if (!definition)
+        delete code;
+}
+
+bool Script::isDefinedWithin(const Script* other) const {
+    const HeapObject* scope = outer;
+    for (int limit = 0; other && scope && limit < kMaximumScopes; ++limit, scope = scopeAround(scope))
+        if (scope == other)
+            return true;
+    return false;
 }
 
 void Script::set(Value slotName, Value value) {
@@ -405,11 +418,16 @@ void Heap::scan(HeapObject* object) {
             mark(part);
         break;
     }
-    case HeapType::Handler:
-        if (Code* code = static_cast<Handler*>(object)->code)
-            for (Value constant : code->constants)
+    case HeapType::Handler: {
+        auto* handler = static_cast<Handler*>(object);
+        if (handler->definition)
+            mark(handler->definition);
+        else if (handler->code)
+            for (Value constant : handler->code->constants)
                 mark(constant);
+        mark(handler->home);
         break;
+    }
     case HeapType::Script: {
         auto* script = static_cast<Script*>(object);
         for (Value slot : script->slots)

@@ -96,7 +96,7 @@ struct alignas(Value) ListBuffer {
 /// Before an item is replaced the list needs a buffer of its own: Heap::detach.
 struct List : HeapObject {
     static constexpr HeapType kType = HeapType::List;
-    enum Flags : std::uint8_t { kLinked = 1 }; // written [a, b]
+    enum Flags : std::uint8_t { kLinked = 1 }; // made by "as linked list"
     std::uint32_t count = 0;
     Value* items = nullptr;
     ListBuffer* buffer = nullptr; // owned share; null for a list that never had an item
@@ -184,14 +184,20 @@ struct Specifier : HeapObject {
 
 struct Code;
 
-/// A handler, not bound to the script that holds it.
+struct Script;
+
+/// A handler. In the slot that its definition gave it it belongs to the script that has the slot; taken out as a value it remembers that script.
 struct Handler : HeapObject {
     static constexpr HeapType kType = HeapType::Handler;
     const Object* source;
     std::shared_ptr<ObjectStore> store; // keeps `source`
-    Code* code = nullptr;               // made at the first call; owned
+    Code* code = nullptr;               // made at the first call; owned by the handler that is no value taken out of another
+    Handler* definition = nullptr;      // the handler that this value was taken from, if any
+    Script* home = nullptr;             // whose slots the code addresses; null: those of the script that holds it
 
     Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore);
+    /// `original` as a value: the handler of `script`.
+    Handler(Handler* original, Script* script);
     ~Handler();
     Handler(const Handler&) = delete;
     Handler& operator=(const Handler&) = delete;
@@ -237,7 +243,7 @@ struct Script : HeapObject {
     std::shared_ptr<Layout> layout;
     std::vector<Value> slots; // as many as the layout has names
     Value name;
-    Value parent;                // undefined: the AppleScript object
+    Value parent;                // as declared, else the script it is defined in; undefined: the AppleScript object
     HeapObject* outer = nullptr; // the scope around the definition: an environment or a script
     const Object* tree = nullptr;
     std::shared_ptr<ObjectStore> store; // keeps `tree`
@@ -249,7 +255,16 @@ struct Script : HeapObject {
     }
     /// Adds the slot when it is new.
     void set(Value slotName, Value value);
+    /// Whether this script object is defined in another script or in one of that script's handlers, at any depth.
+    bool isDefinedWithin(const Script* other) const;
 };
+
+/// Bound on the scopes around one another; a stored script may hold a ring of them.
+constexpr int kMaximumScopes = 1000;
+/// The next scope outwards of an environment or a script; null at the outermost one.
+inline HeapObject* scopeAround(const HeapObject* scope) {
+    return scope->type == HeapType::Script ? static_cast<const Script*>(scope)->outer : static_cast<const Environment*>(scope)->outer;
+}
 
 /// A stored object that a script passes about as a value (the tree of a script definition, an unusual literal).
 struct Stored : HeapObject {

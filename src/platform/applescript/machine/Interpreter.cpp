@@ -115,12 +115,12 @@ op_CheckResult:
         }                                                                                                                                            \
         STORE_OR_RAISE(language::slow(machine, x, y));                                                                                               \
     }
-    ARITHMETIC(Add, std::int64_t(x.asInteger()) + y.asInteger(), x.asNumber() + y.asNumber(), add, r[pc->c])
-    ARITHMETIC(AddConstant, std::int64_t(x.asInteger()) + y.asInteger(), x.asNumber() + y.asNumber(), add, k[pc->c])
-    ARITHMETIC(Subtract, std::int64_t(x.asInteger()) - y.asInteger(), x.asNumber() - y.asNumber(), subtract, r[pc->c])
-    ARITHMETIC(SubtractConstant, std::int64_t(x.asInteger()) - y.asInteger(), x.asNumber() - y.asNumber(), subtract, k[pc->c])
-    ARITHMETIC(Multiply, std::int64_t(x.asInteger()) * y.asInteger(), x.asNumber() * y.asNumber(), multiply, r[pc->c])
-    ARITHMETIC(MultiplyConstant, std::int64_t(x.asInteger()) * y.asInteger(), x.asNumber() * y.asNumber(), multiply, k[pc->c])
+    ARITHMETIC(Add, std::int64_t(x.uncheckedInteger()) + y.uncheckedInteger(), x.asNumber() + y.asNumber(), add, r[pc->c])
+    ARITHMETIC(AddConstant, std::int64_t(x.uncheckedInteger()) + y.uncheckedInteger(), x.asNumber() + y.asNumber(), add, k[pc->c])
+    ARITHMETIC(Subtract, std::int64_t(x.uncheckedInteger()) - y.uncheckedInteger(), x.asNumber() - y.asNumber(), subtract, r[pc->c])
+    ARITHMETIC(SubtractConstant, std::int64_t(x.uncheckedInteger()) - y.uncheckedInteger(), x.asNumber() - y.asNumber(), subtract, k[pc->c])
+    ARITHMETIC(Multiply, std::int64_t(x.uncheckedInteger()) * y.uncheckedInteger(), x.asNumber() * y.asNumber(), multiply, r[pc->c])
+    ARITHMETIC(MultiplyConstant, std::int64_t(x.uncheckedInteger()) * y.uncheckedInteger(), x.asNumber() * y.asNumber(), multiply, k[pc->c])
 #undef ARITHMETIC
 op_Divide : {
     const Value x = r[pc->b], y = r[pc->c];
@@ -136,8 +136,8 @@ op_Divide : {
 #define DIVISION(name, operation, slow, right)                                                                                                       \
     op_##name : {                                                                                                                                    \
         const Value x = r[pc->b], y = right;                                                                                                         \
-        if (Value::areIntegers(x, y) && y.asInteger() > 0) {                                                                                         \
-            r[pc->a] = Value::integer(x.asInteger() operation y.asInteger());                                                                        \
+        if (Value::areIntegers(x, y) && y.uncheckedInteger() > 0) {                                                                                         \
+            r[pc->a] = Value::integer(x.uncheckedInteger() operation y.uncheckedInteger());                                                                        \
             NEXT();                                                                                                                                  \
         }                                                                                                                                            \
         STORE_OR_RAISE(language::slow(machine, x, y));                                                                                               \
@@ -166,7 +166,7 @@ op_Concatenate : {
     op_##name : {                                                                                                                                    \
         const Value x = r[pc->b], y = r[pc->c];                                                                                                      \
         if (Value::areIntegers(x, y)) {                                                                                                              \
-            r[pc->a] = Value::boolean(x.asInteger() operation y.asInteger());                                                                        \
+            r[pc->a] = Value::boolean(x.uncheckedInteger() operation y.uncheckedInteger());                                                                        \
             NEXT();                                                                                                                                  \
         }                                                                                                                                            \
         if (x.isNumber() && y.isNumber()) {                                                                                                          \
@@ -178,7 +178,7 @@ op_Concatenate : {
     op_BranchUnless##name : {                                                                                                                        \
         const Value x = r[pc->a], y = r[pc->b];                                                                                                      \
         if (Value::areIntegers(x, y)) {                                                                                                              \
-            if (x.asInteger() operation y.asInteger())                                                                                               \
+            if (x.uncheckedInteger() operation y.uncheckedInteger())                                                                                               \
                 NEXT();                                                                                                                              \
             GO(base + pc->target());                                                                                                                   \
         }                                                                                                                                            \
@@ -198,7 +198,7 @@ op_Concatenate : {
     op_BranchUnless##name##Constant : {                                                                                                              \
         const Value x = r[pc->a], y = k[pc->b];                                                                                                      \
         if (x.isInteger()) {                                                                                                                         \
-            if (x.asInteger() operation y.asInteger())                                                                                               \
+            if (x.uncheckedInteger() operation y.uncheckedInteger())                                                                                               \
                 NEXT();                                                                                                                              \
             GO(base + pc->target());                                                                                                                   \
         }                                                                                                                                            \
@@ -283,7 +283,7 @@ op_BranchIfTrue : {
 op_RepeatInRange : {
     Value* loop = r + pc->a;
     if (Value::areIntegers(loop[0], loop[1]) && loop[2].isInteger()) {
-        const std::int32_t from = loop[0].asInteger(), to = loop[1].asInteger(), by = loop[2].asInteger();
+        const std::int32_t from = loop[0].uncheckedInteger(), to = loop[1].uncheckedInteger(), by = loop[2].uncheckedInteger();
         if (by >= 0 ? from > to : from < to)
             GO(base + pc->target());
         r[pc->b] = loop[0];
@@ -324,6 +324,8 @@ op_GetSlot : {
     const std::size_t index = pc->b;
     if (index < owner->slots.size() && !owner->slots[index].isUndefined()) {
         r[pc->a] = owner->slots[index];
+        if (is<Handler>(r[pc->a]))
+            r[pc->a] = machine.taken(r[pc->a], const_cast<Script*>(owner));
         NEXT();
     }
     SAVE();
@@ -342,9 +344,10 @@ op_SetSlot : {
     goto raised;
 }
 op_GetScope : {
-    const Value* variable = self->scopeVariable(pc->b, pc->c);
+    Script* holder = nullptr;
+    const Value* variable = self->scopeVariable(pc->b, pc->c, &holder);
     if (variable && !variable->isUndefined()) {
-        r[pc->a] = *variable;
+        r[pc->a] = holder && is<Handler>(*variable) ? machine.taken(*variable, holder) : *variable;
         NEXT();
     }
     SAVE();
@@ -366,7 +369,7 @@ op_GetGlobal : {
     SiteCache& cache = frame.handler->code->caches[pc->c];
     if (const Script* script = as<Script>(frame.me); script && script->layout->id == cache.layout) {
         r[pc->a] = script->slots[cache.slot];
-        if (!r[pc->a].isUndefined())
+        if (!r[pc->a].isUndefined() && !is<Handler>(r[pc->a]))
             NEXT();
     }
     STORE_OR_RAISE(self->getGlobal(k[pc->b], cache));
@@ -405,7 +408,7 @@ op_BuildElement:
 op_GetItem : {
     const Value container = r[pc->b], index = r[pc->c];
     if (const List* list = as<List>(container); list && index.isInteger()) {
-        const std::int32_t i = index.asInteger();
+        const std::int32_t i = index.uncheckedInteger();
         if (i > 0 && static_cast<std::uint32_t>(i) <= list->count) {
             r[pc->a] = list->items[i - 1];
             NEXT();
@@ -430,7 +433,7 @@ op_SetProperty : {
 op_SetElement : {
     const Value container = r[pc->a], index = r[pc->b];
     if (List* list = as<List>(container); list && index.isInteger() && k[pc->d] == Value::code("cobj"_4cc)) {
-        const std::int32_t i = index.asInteger();
+        const std::int32_t i = index.uncheckedInteger();
         if (i > 0 && static_cast<std::uint32_t>(i) <= list->count) {
             if (list->isShared()) {
                 SAVE();
@@ -471,7 +474,6 @@ op_MakeList : {
     List* list = machine.mHeap.list(pc->c);
     std::copy_n(r + pc->b, pc->c, list->items);
     list->count = pc->c;
-    list->flags = pc->d ? List::kLinked : 0;
     r[pc->a] = Value::object(list);
     NEXT();
 }
@@ -504,7 +506,7 @@ op_CallMine : {
     Callee callee;
     if (Script* script = as<Script>(frame.me); script && script->layout->id == cache.layout) {
         callee.handler = as<Handler>(script->slots[cache.slot]);
-        callee.owner = script;
+        callee.owner = callee.handler && callee.handler->home ? callee.handler->home : script;
         callee.me = frame.me;
     }
     if (!callee.handler && !self->findCallee(frame.me, k[pc->c], cache, callee))

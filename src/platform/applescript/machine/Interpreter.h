@@ -42,7 +42,8 @@ private:
 
     Value getGlobal(Value name, SiteCache& cache);
     bool setGlobal(Value name, Value value, SiteCache& cache);
-    Value* scopeVariable(std::size_t depth, std::size_t index);
+    /// `holder`: the script whose slot the variable is; null for one of a handler.
+    Value* scopeVariable(std::size_t depth, std::size_t index, Script** holder = nullptr);
     Value undefinedVariable(Value name);
     bool sendCommand(const Instruction& instruction, Value* registers, bool continues, Value& result, bool& entered);
     bool callTarget(const Instruction& instruction, Value* registers, bool continues, Value& result, bool& entered);

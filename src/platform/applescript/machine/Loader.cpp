@@ -108,8 +108,35 @@ Value Loader::load(const Object* object) {
         value = Value::object(mMachine.heap().make<Stored>(object));
         break;
     }
-    --mDepth;
+    if (--mDepth == 0)
+        bringHandlersHome();
     return value;
+}
+
+/// A property may hold a handler of another script; which script that is follows from where the handler is defined.
+void Loader::bringHandlersHome() {
+    if (mScripts.empty())
+        return;
+    ++mDepth; // the names loaded here are parts of what is complete already
+    for (const auto& [object, value] : mScripts) {
+        Script* script = as<Script>(value);
+        for (std::size_t i = 0; script && i < script->slots.size(); ++i) {
+            Handler* handler = as<Handler>(script->slots[i]);
+            if (!handler || handler->source->children.size() < block::kHandlerChildren)
+                continue;
+            const Value name = load(handler->source->children[block::kName]);
+            if (name == script->layout->names[i])
+                continue;
+            HeapObject* scope = script;
+            for (int limit = 0; scope && !handler->home && limit < kMaximumScopes; ++limit, scope = scopeAround(scope)) {
+                Script* owner = scope->type == HeapType::Script ? static_cast<Script*>(scope) : nullptr;
+                const Value* slot = owner ? owner->find(name) : nullptr;
+                if (const Handler* defined = slot ? as<Handler>(*slot) : nullptr; defined && defined->source == handler->source)
+                    handler->home = owner;
+            }
+        }
+    }
+    --mDepth;
 }
 
 Value Loader::loadCode(const Object* object) {

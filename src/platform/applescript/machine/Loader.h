@@ -22,6 +22,7 @@ private:
     /// The scope that a table belongs to: the script whose table it is, or the locals that a script object kept of the handler that made it.
     HeapObject* loadScope(const Object* table);
     void findScripts(const Object* root);
+    void bringHandlersHome();
     Value loadList(std::span<Object* const> items, std::uint8_t flags);
     Value loadSpecifier(const Object* object);
 

@@ -74,7 +74,9 @@ void Machine::markRoots(Heap& heap) {
 }
 
 Code* Machine::codeOf(Handler* handler) {
-    if (!handler->code)
+    if (!handler->code && handler->definition)
+        handler->code = codeOf(handler->definition);
+    else if (!handler->code)
         handler->code = translate(*handler, mHeap, loadLiteral, this, Interpreter::labels()).release();
     return handler->code;
 }
@@ -136,6 +138,11 @@ Script* Machine::parentOf(Script* script) {
     if (script->parent.isUndefined())
         return mAppleScript;
     return as<Script>(script->parent);
+}
+
+Value Machine::taken(Value slot, Script* holder) {
+    Handler* handler = as<Handler>(slot);
+    return handler && !handler->home ? Value::object(mHeap.make<Handler>(handler, holder)) : slot;
 }
 
 Value* Machine::findSlot(Script* script, Value name, Script** holder) {

@@ -140,6 +140,8 @@ public:
 
     /// Looks for a slot in a script and its parents, the AppleScript object last; `holder` is where it was found. Null when nowhere.
     Value* findSlot(Script* script, Value name, Script** holder = nullptr);
+    /// What a slot of `holder` holds, taken out as a value: a handler remembers whose it is.
+    Value taken(Value slot, Script* holder);
     /// The parent of a script as a script; null when it is not one.
     Script* parentOf(Script* script);
 

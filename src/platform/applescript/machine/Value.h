@@ -10,6 +10,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 namespace quoddle {
 
@@ -52,13 +53,19 @@ public:
     constexpr bool isMissing() const { return mBits == missing().mBits; }
     static constexpr bool areIntegers(Value a, Value b) { return (((a.mBits ^ kIntegerTag) | (b.mBits ^ kIntegerTag)) >> 32) == 0; }
 
-    constexpr std::int32_t asInteger() const { return static_cast<std::int32_t>(mBits); }
-    double asReal() const { return std::bit_cast<double>(mBits); }
+    // Of a value of another kind these answer 0, NaN or null, never its bits.
+    constexpr std::int32_t asInteger() const { return isInteger() ? uncheckedInteger() : 0; }
+    double asReal() const { return isReal() ? std::bit_cast<double>(mBits) : std::numeric_limits<double>::quiet_NaN(); }
     /// Of an integer or a real.
-    double asNumber() const { return isInteger() ? asInteger() : asReal(); }
-    constexpr FourCharCode asCode() const { return static_cast<FourCharCode>(mBits); }
-    constexpr std::uint16_t enumeration() const { return static_cast<std::uint16_t>(mBits >> 32 & 0x7FFF); }
-    HeapObject* asObject() const { return reinterpret_cast<HeapObject*>(mBits & 0x0000FFFFFFFFFFFFu); }
+    double asNumber() const { return isInteger() ? uncheckedInteger() : asReal(); }
+    /// Of a code or a constant.
+    constexpr FourCharCode asCode() const { return isCode() || isConstant() ? static_cast<FourCharCode>(mBits) : 0; }
+    constexpr std::uint16_t enumeration() const { return isConstant() ? static_cast<std::uint16_t>(mBits >> 32 & 0x7FFF) : 0; }
+    HeapObject* asObject() const {
+        return isObject() ? reinterpret_cast<HeapObject*>(mBits & 0x0000FFFFFFFFFFFFu) : nullptr;
+    }
+    /// For the interpreter's loop, behind a test that the value is an integer.
+    constexpr std::int32_t uncheckedInteger() const { return static_cast<std::int32_t>(mBits); }
 
 private:
     explicit constexpr Value(std::uint64_t bits) : mBits(bits) {}

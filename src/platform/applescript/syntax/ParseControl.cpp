@@ -99,7 +99,9 @@ Object* Parser::repeatStatement() {
         accept(Keyword::Times);
         return ended(NodeKind::RepeatTimes, {count});
     }
-    Object* variable = name();
+    Object* variable = wordAsVariable();
+    if (!variable)
+        variable = name();
     Saved labels(mUserLabels, false);
     if (accept(Keyword::In))
         return ended(NodeKind::RepeatIn, {variable, expression()});

@@ -36,7 +36,7 @@ std::u16string shownName(const Object* name) {
 Object* Parser::pattern() {
     Depth depth(*this);
     std::size_t first = mAt;
-    if (at(Symbol::LeftBrace) || at(Symbol::LeftParen))
+    if (at(Symbol::LeftBrace) || at(Symbol::LeftBracket) || at(Symbol::LeftParen))
         return primary(Place::Value);
     if (at(Symbol::Minus)) { // on error number -128
         advance();
@@ -51,8 +51,46 @@ Object* Parser::pattern() {
     if (token.kind == TokenKind::Integer || token.kind == TokenKind::Real || token.kind == TokenKind::Text || at(Keyword::It) ||
         at(Keyword::Me))
         return primary(Place::Index);
+    if (Object* word = wordAsVariable())
+        return node(NodeKind::Variable, {word}, 0, first);
     Object* named = name();
     return node(named->kind == ObjectKind::Code ? NodeKind::Term : NodeKind::Variable, {named}, 0, first);
+}
+
+Object* Parser::wordAsVariable() {
+    const Token& token = peek();
+    const TermMatch match = matchTerm({TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
+    if (token.kind != TokenKind::Word || match.words != 1 || isReserved(token.keyword))
+        return nullptr;
+    mWordVariables.insert(token.word->key);
+    advance();
+    // A constant has no code of its own that a variable could have.
+    return match.term->kind == TermKind::Constant ? identifier(*token.word) : codeOf(*match.term);
+}
+
+bool Parser::atWordVariable(bool isIndex) const {
+    const Token& token = peek();
+    return token.kind == TokenKind::Word && mWordVariables.contains(token.word->key) && (isIndex || !at(Keyword::Of, 1)) &&
+           !at(Symbol::Colon, 1) &&
+           matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant}).words < 2;
+}
+
+bool Parser::atWordHandler() const {
+    return peek().kind == TokenKind::Word && at(Symbol::LeftParen, 1) && mWordHandlers.contains(peek().word->key);
+}
+
+/// "on any(…)": lines that begin with "on" or "to", a word of the language that is no command, and a parenthesis.
+void Parser::findHandlerNames() {
+    bool atLineStart = true;
+    for (std::size_t i = 0; i + 2 < mTokens.size(); ++i) {
+        const Token& word = mTokens[i + 1];
+        const bool isDefinition = atLineStart && (mTokens[i].keyword == Keyword::On || mTokens[i].keyword == Keyword::To) &&
+                                  word.kind == TokenKind::Word && mTokens[i + 2].symbol == Symbol::LeftParen;
+        const bool mayName = !isReserved(word.keyword) || useOf(word.keyword) == KeywordUse::Picks;
+        if (isDefinition && mayName && !matchTerm({TermKind::Event}, i + 1))
+            mWordHandlers.insert(word.word->key);
+        atLineStart = mTokens[i].kind == TokenKind::Newline;
+    }
 }
 
 /// name as class : default value
@@ -74,6 +112,7 @@ Object* Parser::handler() {
     std::size_t first = mAt;
     bool to = at(Keyword::To);
     advance();
+    const std::set<std::string_view> outside = mWordVariables;
     Object* heading = handlerHeading();
     Object* body = block();
     if (!accept(Keyword::End))
@@ -81,6 +120,7 @@ Object* Parser::handler() {
     while (!failed() && !atLineEnd()) // whatever name stands there
         advance();
     checkDeclarations(body);
+    mWordVariables = outside;
     return node(NodeKind::Handler, {heading, body}, to ? flags::WrittenTo : 0, first);
 }
 
@@ -101,7 +141,7 @@ Object* Parser::handlerHeading() {
         skip(match.words);
         return eventHeading(eventCode(match.term->group, match.term->code, match.term->event), match.term->event, first);
     }
-    if (!token.word || (isReserved(token.keyword) && !at(Symbol::Colon, 1)))
+    if (!token.word || (isReserved(token.keyword) && !at(Symbol::Colon, 1) && !atWordHandler()))
         return expected(u"handler name");
     return at(Symbol::Colon, 1) ? interleavedHeading(first) : userHeading(first);
 }

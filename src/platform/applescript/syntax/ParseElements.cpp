@@ -108,6 +108,8 @@ bool Parser::startsIndex() const {
     }
     if (startsKey() || atWord("exists") || at(Keyword::A) || at(Keyword::An))
         return false;
+    if (atWordVariable(true))
+        return true;
     return !match || match.term->kind == TermKind::Property;
 }
 
@@ -231,10 +233,20 @@ Object* Parser::applicationNamed(std::size_t firstToken) {
 
 Object* Parser::dateNamed(std::size_t firstToken) {
     const Token& token = advance();
+    // date "10:30" of d: the text waits for the date that it belongs to.
+    const bool isRelative = atWord("relative") && at(Keyword::To, 1);
+    if (isRelative || atContainer()) {
+        Object* part = node(NodeKind::Element, {mStore.code("ldt "_4cc), literal(mStore.text(token.text), firstToken + 1)}, 0, firstToken);
+        if (!isRelative)
+            return part;
+        skip(2);
+        Object* container = unfiltered();
+        return node(NodeKind::Of, {part, container}, 0, firstToken);
+    }
     std::optional<std::int64_t> seconds =
         token.text.empty() ? mOptions.now - mOptions.now % kSecondsPerDay : dateOfText(token.text, mOptions.now);
     if (!seconds)
-        return fail(kInvalidDate, u"Invalid date and time date " + sourcetext::quoted(token.text) + u".", token);
+        return fail(kInvalidDate, u"Invalid date and time date " + std::u16string(token.text) + u".", token);
     std::string bytes = "ldt ";
     auto bits = static_cast<std::uint64_t>(*seconds);
     for (int shift = 56; shift >= 0; shift -= 8)

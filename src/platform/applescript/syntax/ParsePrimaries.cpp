@@ -81,6 +81,15 @@ Object* Parser::primaryCore(Place place) {
 
 Object* Parser::wordPrimary(Place place) {
     std::size_t first = mAt;
+    if (atWordHandler())
+        return call(*advance().word, place, first);
+    if (place != Place::Part && atWordVariable(place == Place::Index)) {
+        const Token& token = peek();
+        const TermMatch word = matchTerm({TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
+        advance();
+        Object* variable = !word || word.term->kind == TermKind::Constant ? identifier(*token.word) : codeOf(*word.term);
+        return node(NodeKind::Variable, {variable}, 0, first);
+    }
     TermMatch match;
     if (mConstantsFirst)
         match = matchTerm({TermKind::Constant, TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural});

@@ -115,7 +115,7 @@ Object* Parser::setStatement(NodeKind kind) {
     Object* target = nullptr;
     auto readTarget = [&] {
         Saved labels(mUserLabels, false);
-        target = at(Symbol::LeftBrace) ? expression(Level::Operand) : reference();
+        target = at(Symbol::LeftBrace) || at(Symbol::LeftBracket) ? expression(Level::Operand) : reference();
     };
     if (kind == NodeKind::Set) {
         readTarget();
@@ -173,7 +173,8 @@ Object* Parser::declaration(NodeKind kind) {
     std::vector<Object*> names;
     do {
         advance();
-        names.push_back(name());
+        Object* word = kind == NodeKind::Local ? wordAsVariable() : nullptr;
+        names.push_back(word ? word : name());
     } while (!failed() && at(Symbol::Comma));
     return node(kind, {list(names)}, 0, first);
 }

@@ -80,7 +80,9 @@ std::optional<SourceRange> SourceMap::find(const Object* node) const {
 
 Parser::Parser(std::u16string_view source, ObjectStore& store, const ParseOptions& options)
     : mSource(source), mStore(store), mOptions(options), mMap(options.sourceMap ? *options.sourceMap : mOwnMap),
-      mList(settledTokens(source)), mTokens(mList->tokens), mUsesAdditions(namesAdditions(mTokens)) {}
+      mList(settledTokens(source)), mTokens(mList->tokens), mUsesAdditions(namesAdditions(mTokens)) {
+    findHandlerNames();
+}
 
 Parser::Depth::Depth(Parser& owner) : parser(owner) {
     if (++parser.mDepth > kMaxDepth && !parser.failed())

@@ -12,6 +12,7 @@
 #include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/terminology/Terminology.h"
 
+#include <set>
 #include <span>
 #include <vector>
 
@@ -197,6 +198,13 @@ private:
     Object* interleavedHeading(std::size_t firstToken);
     Object* parameter();
     Object* pattern();
+    /// A word of the language that a handler takes as the name of a variable; null when none stands here.
+    Object* wordAsVariable();
+    /// Such a variable stands here. Before `of` the word asks for the property, unless it is an index.
+    bool atWordVariable(bool isIndex = false) const;
+    /// The name of a handler that is a word of the language stands here, its arguments behind it.
+    bool atWordHandler() const;
+    void findHandlerNames();
     Object* scriptObject();
     Object* property();
     void checkDuplicates(const std::vector<Object*>& lines);
@@ -261,6 +269,10 @@ private:
     bool mPendingBreak = false;
     /// Handlers, properties and scripts may be defined here.
     bool mAtScriptLevel = true;
+    /// Words of the language that are variables in the handler being read.
+    std::set<std::string_view> mWordVariables;
+    /// Words of the language that the script defines handlers by: with a parenthesis behind it such a word is a call.
+    std::set<std::string_view> mWordHandlers;
     std::size_t mDepth = 0;
 };
 

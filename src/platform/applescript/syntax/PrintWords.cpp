@@ -6,6 +6,7 @@
 #include "platform/applescript/syntax/SourceText.h"
 
 #include "platform/base/DateText.h"
+#include "platform/base/RealText.h"
 #include "platform/base/Text.h"
 
 namespace quoddle {
@@ -74,7 +75,7 @@ void Printer::value(const Object* object) {
         put(Kind::Literal, sourcetext::integer(object->integer));
         return;
     case ObjectKind::Real:
-        put(Kind::Literal, sourcetext::exactReal(object->real));
+        put(Kind::Literal, exactSourceOfReal(object->real));
         return;
     case ObjectKind::Boolean:
         put(Kind::Term, object->boolean ? u"true" : u"false");

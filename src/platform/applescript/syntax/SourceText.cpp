@@ -4,9 +4,7 @@
 #include "platform/base/Text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
+#include <cstdlib>
 #include <unicode/uchar.h>
 
 namespace quoddle::sourcetext {
@@ -15,52 +13,6 @@ namespace {
 
 std::u16string widen(std::string_view ascii) {
     return {ascii.begin(), ascii.end()};
-}
-
-/// `digits` holds the significant digits of a number and `exponent` the power of ten of the first one.
-std::u16string assembled(bool negative, std::string_view digits, int exponent) {
-    std::string text = negative ? "-" : "";
-    auto withPoint = [&text](std::string_view whole, std::string_view fraction) {
-        text += whole;
-        text += '.';
-        text += fraction.empty() ? "0" : fraction;
-    };
-    if (exponent >= 4 || exponent < -3) {
-        withPoint(digits.substr(0, 1), digits.substr(1));
-        text += exponent < 0 ? "E" : "E+";
-        text += std::to_string(exponent);
-    } else if (exponent < 0) {
-        withPoint("0", std::string(static_cast<std::size_t>(-exponent - 1), '0') + std::string(digits));
-    } else {
-        std::string padded(digits);
-        auto whole = static_cast<std::size_t>(exponent) + 1;
-        padded.resize(std::max(padded.size(), whole), '0');
-        withPoint(std::string_view(padded).substr(0, whole), std::string_view(padded).substr(whole));
-    }
-    return widen(text);
-}
-
-/// From the scientific form of a finite number, as to_chars writes it.
-std::u16string fromScientific(std::string_view form) {
-    bool negative = form.starts_with('-');
-    if (negative)
-        form.remove_prefix(1);
-    std::size_t e = form.find('e');
-    std::string digits(form.substr(0, e));
-    std::erase(digits, '.');
-    digits.resize(std::max<std::size_t>(digits.find_last_not_of('0') + 1, 1));
-    std::string_view exponentText = form.substr(e + 1);
-    if (exponentText.starts_with('+'))
-        exponentText.remove_prefix(1);
-    int exponent = 0;
-    std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
-    if (digits == "0")
-        exponent = 0;
-    return assembled(negative, digits, exponent);
-}
-
-std::u16string notFinite(double value) {
-    return std::isnan(value) ? u"NAN" : value < 0 ? u"-INF" : u"INF";
 }
 
 bool isMacRomanLetter(char16_t c) {
@@ -82,22 +34,6 @@ std::u16string quoted(std::u16string_view text) {
     }
     out += u'"';
     return out;
-}
-
-std::u16string real(double value) {
-    if (!std::isfinite(value))
-        return notFinite(value);
-    std::array<char, 40> buffer;
-    auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific, 11).ptr;
-    return fromScientific({buffer.data(), end});
-}
-
-std::u16string exactReal(double value) {
-    if (!std::isfinite(value))
-        return notFinite(value);
-    std::array<char, 40> buffer;
-    auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific).ptr;
-    return fromScientific({buffer.data(), end});
 }
 
 std::u16string integer(std::int64_t value) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How single values are written in the language's source: texts, numbers, identifiers, dates, raw codes.
+// How single values are written in the language's source: texts, whole numbers (reals: base/RealText.h), identifiers, dates, raw codes.
 //
 // Used by the printer for scripts and by the language for showing results in source form; so it knows nothing of trees or of values.
 #pragma once
@@ -16,10 +16,6 @@ namespace quoddle::sourcetext {
 /// In double quotes; quotes and backslashes escaped, everything else as it is, line ends too.
 std::u16string quoted(std::u16string_view text);
 
-/// As a value is shown: at most 12 significant digits, always with a point or an exponent: 0.1, 1.0, 1.0E+4, 2.5E-5.
-std::u16string real(double value);
-/// As a literal is printed: the shortest form that reads back as the same number.
-std::u16string exactReal(double value);
 std::u16string integer(std::int64_t value);
 /// 1st, 2nd, 3rd, 4th, 11th, -1th.
 std::u16string ordinal(std::int64_t value);

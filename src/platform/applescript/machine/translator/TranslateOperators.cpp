@@ -84,7 +84,7 @@ void HandlerTranslator::makeCollection() {
     if (opcode == Opcode::MakeRecord)
         mStack.pushRegister(mOut.emit(Op::MakeRecord, first, first, count));
     else
-        mStack.pushRegister(mOut.emit(Op::MakeList, first, first, count, opcode == Opcode::MakeList ? 1 : 0));
+        mStack.pushRegister(mOut.emit(Op::MakeList, first, first, count));
 }
 
 } // namespace quoddle
