@@ -1,42 +1,16 @@
 // SPDX-License-Identifier: MIT
 // offset, ASCII character, ASCII number.
 #include "platform/additions/Commands.h"
-#include "platform/base/SequenceSearch.h"
+#include "platform/base/Considering.h"
 #include "platform/base/Text.h"
+#include "platform/base/TextSearch.h"
 
-#include <functional>
 #include <memory>
 #include <unicode/brkiter.h>
-#include <unicode/uchar.h>
-#include <unicode/utf16.h>
 
 namespace quoddle::additions {
 
 namespace {
-
-constexpr std::int32_t kConsiderCase = 0x1;
-
-/// Case-folded, every character as long as it was, so that positions stay the same.
-std::u16string folded(std::u16string_view text) {
-    std::u16string result(text);
-    const auto size = static_cast<std::int32_t>(text.size());
-    for (std::int32_t at = 0; at < size;) {
-        const std::int32_t start = at;
-        if (result[static_cast<std::size_t>(start)] < 0x80) {
-            char16_t& letter = result[static_cast<std::size_t>(at++)];
-            letter = foldedASCII(letter);
-            continue;
-        }
-        UChar32 character;
-        U16_NEXT(text.data(), at, size, character);
-        const UChar32 simple = u_foldCase(character, U_FOLD_CASE_DEFAULT);
-        if (U16_LENGTH(simple) != at - start)
-            continue;
-        std::int32_t write = start;
-        U16_APPEND_UNSAFE(result.data(), write, simple);
-    }
-    return result;
-}
 
 bool hasOnlySimpleCharacters(std::u16string_view text) {
     char16_t before = 0;
@@ -74,10 +48,10 @@ OSErr offsetOf(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
         return failParameter(event, reply, "psof"_4cc, u"of", "utxt"_4cc);
     if (!text)
         return failParameter(event, reply, "psin"_4cc, u"in", "utxt"_4cc);
-    const auto considerations = event.attribute("csig"_4cc);
-    const bool considersCase = considerations && considerations->asInt32().value_or(0) & kConsiderCase;
-    const std::size_t found =
-        considersCase ? findSequence(*text, *sought, 0, std::equal_to()) : findSequence(folded(*text), folded(*sought), 0, std::equal_to());
+    const auto mask = event.attribute("csig"_4cc);
+    std::size_t length;
+    TextSearch search(*text, consideringOfMask(static_cast<std::uint32_t>(mask ? mask->asInt32().value_or(0) : 0)));
+    const std::size_t found = search.find(*sought, 0, length);
     const bool isThere = found != kNotFound && !sought->empty();
     return answer(reply, AEDesc::ofInt32(isThere ? charactersBefore(found, *text) + 1 : 0));
 }

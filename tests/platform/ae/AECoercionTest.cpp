@@ -88,7 +88,7 @@ TEST(AECoercion, TextAndNumber) {
     EXPECT_EQ(AEDesc::ofUTF8("9223372036854775807").asInt64(), INT64_MAX);
     EXPECT_EQ(AEDesc::ofInt32(-7).asUTF8(), "-7");
     EXPECT_EQ(AEDesc::ofDouble(0.1).asUTF8(), "0.1");
-    EXPECT_EQ(AEDesc::ofDouble(10).asUTF8(), "10");
+    EXPECT_EQ(AEDesc::ofDouble(100000).asUTF8(), "1.0E+5"); // as scripts write a real
 }
 
 TEST(AECoercion, Booleans) {

@@ -16,3 +16,12 @@ try
 on error number n
 	log n --> -30720
 end try
+log date "10:30" of date "Jan 1, 2008" --> date "Tuesday, January 1, 2008 at 10:30:00 AM"
+log date "2:30 am" relative to date "Jan 1, 2008 5:00 PM" --> date "Tuesday, January 1, 2008 at 2:30:00 AM"
+log date "Feb 2, 2009" of date "Jan 1, 2008 5:00 PM" --> date "Monday, February 2, 2009 at 5:00:00 PM"
+set wrong to "nonsense"
+try
+	date wrong of date "Jan 1, 2008"
+on error m
+	log m --> "Invalid date and time date nonsense."
+end try

@@ -29,7 +29,7 @@ try
 		error m number n from f
 	end try
 on error m number n
-	log {m, n} --> {"Can’t divide 1 by zero.", -2701}
+	log {m, n} --> {"Can’t divide 1.0 by zero.", -2701}
 end try
 on thrower(n)
 	if n = 0 then error "deep" number 99
@@ -74,4 +74,31 @@ try
 	end try
 on error number n
 	log n --> -5
+end try
+on textOf(each)
+	try
+		error number each
+	on error m
+		return m
+	end try
+end textOf
+log textOf(-1700) --> "Can’t make «script» into type item."
+log textOf(-1708) --> "«script» doesn’t understand the “item” message."
+log textOf(-2753) --> "The variable «script» is not defined."
+log textOf(-43) --> "File «script» wasn’t found."
+log textOf(999) --> "An error of type 999 has occurred."
+try
+	error number -1728 from {1} to text
+on error m from f to t
+	log {m, f, t} --> {"Can’t get {1}.", {1}, text}
+end try
+try
+	error "x"
+on error from f to t
+	log {f, t} --> {«script», item}
+end try
+try
+	1 / 0
+on error m
+	log m --> "Can’t divide 1.0 by zero."
 end try

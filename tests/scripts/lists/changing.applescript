@@ -27,5 +27,5 @@ end try
 try
 	set item 9 of a to 1
 on error number n
-	log n --> -1719
+	log n --> -10006
 end try

@@ -15,3 +15,21 @@ try
 on error m number n
 	log {n, m} --> {-1700, "Can’t make \"five\" into type integer."}
 end try
+log {yes as boolean, no as boolean, true as real} --> {true, false, 1.0}
+log {"1795305680" as integer, 2 ^ 30 as integer} --> {1.79530568E+9, 1.073741824E+9}
+try
+	"2147483648" as integer
+on error number n
+	log n --> -1700
+end try
+try
+	true + 1
+on error number n
+	log n --> -1700
+end try
+log {«data utxt2713» as Unicode text, «data utf8C3A9» as text, "é" as «class utf8»} --> {"✓", "é", "é"}
+try
+	"a" as date
+on error number n
+	log n --> -1700
+end try

@@ -6,3 +6,10 @@ log {a:1, b:2} & {b:3, c:4} --> {a:1, b:2, c:4}
 log {1} & {a:5} --> {1, 5}
 log "x" & {1, 2} --> "x12"
 log "n = " & 1.5 & ", " & true --> "n = 1.5, true"
+log {a:1} & {} --> {a:1}
+log {} & {a:1} --> {a:1}
+log {a:1} & {2} --> {1, 2}
+log "a" & {b:1} --> {"a", 1}
+log [1, 2] & {3} --> {1, 2, 3}
+log class of [1] --> list
+log "x" & current application --> "xcurrent application"

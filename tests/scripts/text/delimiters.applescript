@@ -12,3 +12,12 @@ end considering
 set AppleScript's text item delimiters to ""
 log text items of "ab" --> {"a", "b"}
 log {1, 2} as text --> "12"
+set AppleScript's text item delimiters to ","
+log text items of "" --> {}
+repeat with d in {"/"}
+	set AppleScript's text item delimiters to d
+	log text items of "a/b" --> {"a", "b"}
+end repeat
+set AppleScript's text item delimiters to 1
+log text items of "a1b" --> {"a", "b"}
+set AppleScript's text item delimiters to ""

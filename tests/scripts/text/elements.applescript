@@ -22,3 +22,13 @@ try
 on error number n
 	log n --> -1728
 end try
+log item 2 of (words of "ab cd") --> "cd"
+log (text items of "abc")'s item 2 --> "b"
+log first item of every word of "x y" --> "x"
+log items 2 thru 3 of words of "a b c" --> {"b", "c"}
+log string 2 thru 3 of "abcd" --> "bc"
+try
+	characters 2 thru 9 of "abc"
+on error m
+	log m --> "Can’t get characters 2 thru 9 of \"abc\"."
+end try

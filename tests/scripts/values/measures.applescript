@@ -2,7 +2,7 @@ log 9000 as inches --> inches 9000.0
 log class of (9000 as inches) --> inches
 log (9000 as inches) as feet --> feet 750.0
 log 1 as miles as metres as real --> 1609.344
-log 10000 as square feet as square yards as number --> 1111.11111111
+log 10000 as square feet as square yards as number --> 1111.111111111111
 log 2 as gallons as quarts as integer --> 8
 log 1 as cubic yards as cubic feet as number --> 27.0
 log 100 as pounds as ounces as text --> "1600.0"

@@ -128,8 +128,10 @@ void HandlerCompiler::definition(Object* node, std::vector<Object*>& loose) {
     Object* inner = const_cast<Object*>(unwrapped(node));
     if (inner->kind != ObjectKind::Node || inner->isNode(tagOf(NodeKind::Global)) || inner->isNode(tagOf(NodeKind::Use)))
         return;
-    const bool isSlot =
-        inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Handler)) || inner->isNode(tagOf(NodeKind::Script));
+    // A script object without a name at the top is what running the script gives.
+    const bool isNameless = inner->isNode(tagOf(NodeKind::Script)) && inner->children[0]->isNil() && !mScope.outer();
+    const bool isSlot = !isNameless && (inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Handler)) ||
+                                        inner->isNode(tagOf(NodeKind::Script)));
     if (!isSlot) {
         loose.push_back(node);
         return;

@@ -46,7 +46,7 @@ Component::Component()
             heap.mark(slot.value);
         heap.mark(mLastResult);
         const ScriptError& error = mLastError.error;
-        for (Value value : {error.message, error.offending, error.partialResult, error.expectedType, error.application})
+        for (Value value : {error.message, error.briefMessage, error.offending, error.partialResult, error.expectedType, error.application})
             heap.mark(value);
     });
     mIdleContexts.push_back(mMachine.use(nullptr));

@@ -109,6 +109,7 @@ private:
     bool perform(const EventName& command, Value direct, std::span<const Argument> arguments, Value& result);
     Value loadScript(Value direct, std::span<const Argument> arguments);
     Value storeScript(Value direct, std::span<const Argument> arguments);
+    Value scriptDefinedLast(Script& script);
     Value runScript(Value direct, std::span<const Argument> arguments);
     Value scriptFromFile(const std::string& path);
     Value writeScript(Script* script, const std::string& path);

@@ -15,6 +15,8 @@ constexpr std::size_t kMaximumDescriptorDepth = 64;
 /// Local references are followed; references to an application's objects become object specifiers. Empty when the value has no descriptor
 /// (a handler), when it nests too deeply, or when an error was raised on the way (it is then in the machine).
 std::optional<AEDesc> descriptorFromValue(Machine& machine, Value value);
+/// Likewise, but a reference is not followed: it becomes an object specifier.
+std::optional<AEDesc> descriptorFromReference(Machine& machine, Value value);
 /// The type in which a value is had best, mostly found without making the descriptor; "null" for what has none. A list or a record is one
 /// whatever it holds, also a record with a class of its own.
 DescType descriptorTypeOf(Machine& machine, Value value);

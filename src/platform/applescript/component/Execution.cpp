@@ -214,7 +214,11 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
                   language::termFor(Value::object(&command)) + u"” message.";
     if (message.empty())
         message = language::messageFor(status);
-    mMachine.raise(status, message);
+    const Application* application = applicationOf(direct.isUndefined() ? mMachine.it() : direct);
+    const std::u16string name = application ? application->name.empty() ? application->identifier : application->name : std::u16string();
+    const Value brief = Value::object(mMachine.heap().text(message));
+    mMachine.raise(status, name.empty() ? message : name + u" got an error: " + message);
+    mMachine.error().briefMessage = brief;
     const auto part = [&](AEKeyword key) {
         const AEDesc* descriptor = reply.find(key);
         return descriptor ? valueFromDescriptor(mMachine, *descriptor) : Value();

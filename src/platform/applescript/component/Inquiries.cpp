@@ -319,8 +319,10 @@ OSStatus Component::scriptError(FourCharCode selector, DescType type, AEDesc& re
         answer = AEDesc::ofInt32(error.number);
         break;
     case "errs"_4cc:
-    case "errb"_4cc:
         part(error.message);
+        break;
+    case "errb"_4cc:
+        part(error.briefMessage.isUndefined() ? error.message : error.briefMessage);
         break;
     case "erng"_4cc:
         if (mLastError.hasRange)
@@ -328,8 +330,9 @@ OSStatus Component::scriptError(FourCharCode selector, DescType type, AEDesc& re
                                      {"srce"_4cc, AEDesc::ofInt32(static_cast<std::int32_t>(mLastError.end))}},
                                     "erng"_4cc);
         break;
-    case "erob"_4cc:
-        part(error.offending);
+    case "erob"_4cc: // what a reference names may not exist: that is the error
+        if (!error.offending.isUndefined())
+            answer = descriptorFromReference(mMachine, error.offending);
         break;
     case "ptlr"_4cc:
         part(error.partialResult);

@@ -10,6 +10,7 @@
 #include "platform/applescript/language/ErrorTexts.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/References.h"
+#include "platform/applescript/syntax/NodeKind.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ComponentRegistry.h"
@@ -120,6 +121,22 @@ Value Component::loadScript(Value direct, std::span<const Argument>) {
     return path ? scriptFromFile(*path) : Value::failure();
 }
 
+/// The script object that ends a source without commands: what running that source gives. Undefined when it ends otherwise.
+Value Component::scriptDefinedLast(Script& script) {
+    const Object* last = script.tree;
+    const auto isEmptyLine = [](const Object* node) { return node->isNode(tagOf(NodeKind::Line)) && node->children[0]->isNil(); };
+    while (last && (last->isNode(tagOf(NodeKind::Block)) || last->isNode(tagOf(NodeKind::Line)))) {
+        auto lines = last->isNode(tagOf(NodeKind::Block)) ? last->children[0]->children : last->children.first(1);
+        while (lines.size() > 1 && isEmptyLine(lines.back()))
+            lines = lines.first(lines.size() - 1);
+        last = lines.empty() ? nullptr : lines.back();
+    }
+    if (!last || !last->isNode(tagOf(NodeKind::Script)) || last->children[0]->isNil())
+        return {};
+    const Value* slot = script.find(mMachine.literal(last->children[0], script.store));
+    return slot ? *slot : Value();
+}
+
 Value Component::runScript(Value direct, std::span<const Argument> arguments) {
     direct = language::follow(mMachine, direct);
     if (direct.isFailure())
@@ -139,10 +156,9 @@ Value Component::runScript(Value direct, std::span<const Argument> arguments) {
     if (script.isFailure())
         return script;
     Script* owner = nullptr;
-    const Value* slot = mMachine.findSlot(as<Script>(script), Value::object(mMachine.heap().eventName("aevtoapp")), &owner);
-    Handler* handler = slot ? as<Handler>(*slot) : nullptr;
+    Handler* handler = mMachine.findHandler(as<Script>(script), Value::object(mMachine.heap().eventName("aevtoapp")), &owner);
     if (!handler) // a script without a run handler does nothing
-        return {};
+        return is<Text>(direct) ? scriptDefinedLast(*as<Script>(script)) : Value();
     Value parameters = argumentOf(arguments, "plst"_4cc);
     if (!parameters.isUndefined() && !is<List>(parameters)) {
         List* one = mMachine.heap().list(1);

@@ -15,12 +15,12 @@ public:
     explicit ToDescriptor(Machine& machine) : mMachine(machine) {}
 
     std::optional<AEDesc> value(Value value);
+    std::optional<AEDesc> specifier(const Specifier* specifier);
 
 private:
     std::optional<AEDesc> object(Value value);
     std::optional<AEDesc> list(const List* list);
     std::optional<AEDesc> record(const Record* record);
-    std::optional<AEDesc> specifier(const Specifier* specifier);
     std::optional<AEDesc> container(Value value);
     std::optional<AEDesc> test(const Specifier* test);
     std::optional<AEDesc> rangeBoundary(Value bound, Value elementClass);
@@ -255,6 +255,11 @@ std::optional<AEDesc> ToDescriptor::specifier(const Specifier* what) {
 
 std::optional<AEDesc> descriptorFromValue(Machine& machine, Value value) {
     return ToDescriptor(machine).value(value);
+}
+
+std::optional<AEDesc> descriptorFromReference(Machine& machine, Value value) {
+    const Specifier* specifier = as<Specifier>(value);
+    return specifier ? ToDescriptor(machine).specifier(specifier) : descriptorFromValue(machine, value);
 }
 
 DescType descriptorTypeOf(Machine& machine, Value value) {

@@ -120,7 +120,7 @@ bool TextMaker::append(Value value, std::size_t depth) {
     else if (const Date* date = as<Date>(value))
         mText += textOfDate(date->seconds);
     else if (const Application* application = as<Application>(value))
-        mText += application->name;
+        mText += application->name.empty() ? u"current application" : application->name;
     else if (const Data* data = as<Data>(value); data && isFile(value))
         mText += hfsPath(*data);
     else if (const Data* raw = as<Data>(value); raw && appendRaw(*raw))

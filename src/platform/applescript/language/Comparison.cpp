@@ -6,8 +6,8 @@
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/Operators.h"
 #include "platform/applescript/language/References.h"
-#include "platform/applescript/language/TextSearch.h"
 #include "platform/base/Text.h"
+#include "platform/base/TextSearch.h"
 
 #include <algorithm>
 #include <iterator>
@@ -337,21 +337,8 @@ Value compare(Machine& machine, Relation relation, Value left, Value right) {
     return cannotMake(machine, left, "nmbr"_4cc);
 }
 
-namespace {
-
-/// The sides of a containment. A reference is looked for in a list as the reference that it is.
-bool containment(Machine& machine, Value& whole, Value& part) {
-    whole = follow(machine, whole);
-    if (whole.isFailure())
-        return false;
-    part = evaluate(machine, part, Evaluate::Fully);
-    return !part.isFailure();
-}
-
-} // namespace
-
 Value startsWith(Machine& machine, Value left, Value right) {
-    if (!containment(machine, left, right))
+    if (!followBoth(machine, left, right))
         return Value::failure();
     if (const List* whole = as<List>(left)) {
         const List* part = asPart(machine, right);
@@ -365,7 +352,7 @@ Value startsWith(Machine& machine, Value left, Value right) {
 }
 
 Value endsWith(Machine& machine, Value left, Value right) {
-    if (!containment(machine, left, right))
+    if (!followBoth(machine, left, right))
         return Value::failure();
     if (const List* whole = as<List>(left)) {
         const List* part = asPart(machine, right);
@@ -379,7 +366,7 @@ Value endsWith(Machine& machine, Value left, Value right) {
 }
 
 Value contains(Machine& machine, Value left, Value right) {
-    if (!containment(machine, left, right))
+    if (!followBoth(machine, left, right))
         return Value::failure();
     if (isList(left)) {
         const List* whole = as<List>(left);
@@ -388,10 +375,7 @@ Value contains(Machine& machine, Value left, Value right) {
         return Value::boolean(findSequence(itemsOf(whole), itemsOf(part), 0, equal) != kNotFound);
     }
     if (Record* whole = as<Record>(left)) {
-        right = follow(machine, right);
         const Record* part = as<Record>(right);
-        if (right.isFailure())
-            return right;
         if (!part)
             return cannotMake(machine, right, "reco"_4cc);
         return Value::boolean(std::all_of(part->entries.begin(), part->entries.end(), [&](const Record::Entry& entry) {

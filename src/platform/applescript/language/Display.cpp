@@ -49,7 +49,7 @@ std::u16string propertyName(Value key) {
 
 class Displayer {
 public:
-    /// For people: texts without quotes, lists and records without braces.
+    /// For people: texts and names without quotes, lists and records without braces.
     Displayer(Machine& machine, bool forPeople, std::size_t maximumLength = kMaximumLength)
         : mMachine(machine), mForPeople(forPeople), mMaximumLength(maximumLength) {}
 
@@ -63,6 +63,8 @@ private:
     void specifier(const Specifier* specifier);
     void element(Value elementClass, Value index);
     bool showsContainer(const Specifier* specifier) const;
+    /// The name of a thing behind its class.
+    std::u16string named(const std::u16string& name) const { return mForPeople ? name : sourcetext::quoted(name); }
 
     Machine& mMachine;
     const bool mForPeople;
@@ -127,12 +129,12 @@ void Displayer::element(Value elementClass, Value index) {
     value(index);
 }
 
-/// The script that speaks goes without saying, but for its own properties.
+/// The script that speaks goes without saying, but in a reference to one of its variables.
 bool Displayer::showsContainer(const Specifier* specifier) const {
     if (specifier->container.isUndefined())
         return false;
     const Script* script = as<Script>(specifier->container);
-    return !script || is<Symbol>(script->name) || (specifier->form == Specifier::Form::Property && is<Symbol>(specifier->a));
+    return !script || is<Symbol>(script->name) || specifier->flags & Specifier::kIsReference;
 }
 
 void Displayer::specifier(const Specifier* specifier) {
@@ -222,12 +224,12 @@ void Displayer::object(const HeapObject* object) {
         record(static_cast<const Record*>(object));
         break;
     case HeapType::Date:
-        mOut += u"date \"" + textOfDate(static_cast<const Date*>(object)->seconds) + u"\"";
+        mOut += u"date " + named(textOfDate(static_cast<const Date*>(object)->seconds));
         break;
     case HeapType::Data: {
         const auto* data = static_cast<const Data*>(object);
         if (isFile(Value::object(object)))
-            mOut += (data->dataType == "alis"_4cc ? u"alias " : u"file ") + sourcetext::quoted(hfsPath(*data));
+            mOut += (data->dataType == "alis"_4cc ? u"alias " : u"file ") + named(hfsPath(*data));
         else if (const auto amount = amountOf(Value::object(object)))
             mOut += className(data->dataType) + u" " + sourceOfReal(*amount);
         else
@@ -237,9 +239,9 @@ void Displayer::object(const HeapObject* object) {
     case HeapType::Application: {
         const auto* application = static_cast<const Application*>(object);
         if (!application->identifier.empty())
-            mOut += u"application id " + sourcetext::quoted(application->identifier);
+            mOut += u"application id " + named(application->identifier);
         else
-            mOut += application->name.empty() ? u"current application" : u"application " + sourcetext::quoted(application->name);
+            mOut += application->name.empty() ? u"current application" : u"application " + named(application->name);
         break;
     }
     case HeapType::Specifier:
@@ -258,6 +260,8 @@ void Displayer::object(const HeapObject* object) {
         mOut += u"«script";
         if (const Symbol* symbol = as<Symbol>(name))
             mOut += u" " + utf16FromUTF8(symbol->spelling);
+        else if (object == mMachine.appleScript())
+            mOut += u" AppleScript";
         mOut += u"»";
         break;
     }

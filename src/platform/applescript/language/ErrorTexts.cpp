@@ -14,7 +14,7 @@ struct Row {
     std::u16string_view text;
 };
 
-// Sorted by number, highest first.
+// Both tables are sorted by number, highest first.
 constexpr Row kTexts[] = {
     {-34, u"Disk is full."},
     {-35, u"Disk wasn’t found."},
@@ -40,10 +40,16 @@ constexpr Row kTexts[] = {
     {-128, u"User canceled."},
     {-192, u"A resource wasn’t found."},
     {-600, u"Application isn’t running."},
+    {-601, u"Not enough room to launch application with special requirements."},
     {-606, u"Application is background-only."},
     {-607, u"Buffer is too small."},
     {-608, u"No outstanding high-level event."},
     {-609, u"Connection is invalid."},
+    {-904, u"Not enough system memory to connect to remote application."},
+    {-905, u"Remote access isn’t allowed."},
+    {-906, u"The application isn’t running or program linking isn’t enabled."},
+    {-915, u"Can’t find remote machine."},
+    {-927, u"Unable to authenticate user."},
     {-1700, u"Can’t make some data into the expected type."},
     {-1701, u"Some parameter is missing."},
     {-1702, u"Some data could not be read."},
@@ -85,6 +91,7 @@ constexpr Row kTexts[] = {
     {-1758, u"Data couldn’t be read because its format is obsolete."},
     {-1759, u"Data couldn’t be read because its format is too new."},
     {-1760, u"Recording is already on."},
+    {-1763, u"Couldn’t write data because C and Objective-C pointers cannot be saved in scripts."},
     {-2700, u"An error has occurred."},
     {-2701, u"Can’t divide by zero."},
     {-2702, u"The result of a numeric operation was too large."},
@@ -95,13 +102,31 @@ constexpr Row kTexts[] = {
     {-2707, u"Internal table overflow."},
     {-2708, u"Attempt to create a value larger than the allowable size."},
     {-2709, u"Can’t get the application’s event dictionary."},
+    {-2710, u"Can’t make the class."},
     {-2720, u"Can’t both consider and ignore something."},
     {-2721, u"Can’t perform operation on text longer than 32K bytes."},
     {-2740, u"A syntax error was found."},
+    {-2741, u"A syntax error was found."},
+    {-2750, u"A parameter is specified more than once."},
+    {-2751, u"A property is specified more than once."},
+    {-2752, u"A handler is specified more than once."},
     {-2753, u"The variable is not defined."},
+    {-2754, u"Can’t declare a variable as both a local and global variable."},
     {-2755, u"Exit statement was not in a repeat loop."},
     {-2760, u"Tell statements are nested too deeply."},
+    {-2761, u"A word is illegal as a formal parameter."},
+    {-2762, u"A word is not a parameter name for the event."},
     {-2763, u"No result was returned from some part of this expression."},
+    {-2780, u"A word is ambiguous because it is imported twice."},
+    {-2784, u"Can’t continue."},
+    {-2785, u"Can’t make some data into the expected type."},
+    {-2786, u"Can’t make some data into the expected type."},
+    {-2787, u"Some parameter is missing."},
+    {-2788, u"Syntax error."},
+    {-2789, u"The run handler is specified more than once, or there were top-level commands in addition to the run handler."},
+    {-2791, u"Some parameter is not understood."},
+    {-2797, u"Some data is not of the expected type."},
+    {-5000, u"Network file permission error."},
     {-10000, u"Apple event handler failed."},
     {-10001, u"A descriptor type mismatch occurred."},
     {-10002, u"Invalid key form."},
@@ -125,15 +150,90 @@ constexpr Row kTexts[] = {
     {-30720, u"Invalid date and time."},
 };
 
+// The texts that name what they are about: %1 the offending object, %2 the expected type.
+constexpr Row kTemplates[] = {
+    {-34, u"Disk %1 is full."},
+    {-35, u"Disk %1 wasn’t found."},
+    {-37, u"Bad name for file %1."},
+    {-38, u"File %1 wasn’t open."},
+    {-40, u"Tried to position before beginning of file %1."},
+    {-43, u"File %1 wasn’t found."},
+    {-44, u"Disk %1 is write protected."},
+    {-45, u"File %1 is locked."},
+    {-46, u"Disk %1 is locked."},
+    {-47, u"File %1 is busy."},
+    {-48, u"Duplicate file name %1."},
+    {-49, u"File %1 is already open."},
+    {-120, u"Folder %1 wasn’t found."},
+    {-124, u"Disk %1 is disconnected."},
+    {-906, u"%1 isn’t running or program linking isn’t enabled."},
+    {-1700, u"Can’t make %1 into type %2."},
+    {-1701, u"The %1 parameter is missing for %2."},
+    {-1703, u"%1 is the wrong type."},
+    {-1708, u"%1 doesn’t understand the “%2” message."},
+    {-1715, u"The parameter “%1” is not understood."},
+    {-1717, u"The handler %1 is not defined."},
+    {-1719, u"Can’t get %1. Invalid index."},
+    {-1721, u"%1 doesn’t match the parameters %2 for."},
+    {-1723, u"Can’t get %1. Access not allowed."},
+    {-1728, u"Can’t get %1."},
+    {-2701, u"Can’t divide %1 by zero."},
+    {-2703, u"%1 can’t be launched because it is not an application."},
+    {-2704, u"%1 isn’t scriptable."},
+    {-2710, u"Can’t make class %1."},
+    {-2720, u"Can’t both consider and ignore %1."},
+    {-2740, u"A %1 can’t go after this %2."},
+    {-2741, u"Expected %1 but found %2."},
+    {-2750, u"The %1 parameter is specified more than once."},
+    {-2751, u"The %1 property is specified more than once."},
+    {-2752, u"The %1 handler is specified more than once."},
+    {-2753, u"The variable %1 is not defined."},
+    {-2754, u"Can’t declare %1 as both a local and global variable."},
+    {-2761, u"%1 is illegal as a formal parameter."},
+    {-2762, u"%1 is not a parameter name for the event %2."},
+    {-2784, u"Can’t continue %2."},
+    {-2785, u"Can’t make %1 into the expected type."},
+    {-2787, u"Some parameter is missing for %2."},
+    {-2788, u"Syntax error: %1."},
+    {-2789, u"The %1 handler is specified more than once, or there were top-level commands in addition to the %1 handler."},
+    {-2791, u"The parameter “%1” is not understood."},
+    {-2797, u"%1 is not type %2."},
+    {-10001, u"%1 is the wrong type."},
+    {-10003, u"Can’t set %1 to %2. Access not allowed."},
+    {-10006, u"Can’t set %1 to %2."},
+    {-30720, u"Invalid date and time %1."},
+};
+
+template<std::size_t N>
+const Row* find(const Row (&rows)[N], OSStatus number) {
+    const Row* row =
+        std::lower_bound(rows, rows + N, number, [](const Row& candidate, OSStatus wanted) { return candidate.number > wanted; });
+    return row != rows + N && row->number == number ? row : nullptr;
+}
+
 } // namespace
 
 std::u16string messageFor(OSStatus number) {
-    auto row = std::lower_bound(std::begin(kTexts), std::end(kTexts), number,
-                                [](const Row& candidate, OSStatus wanted) { return candidate.number > wanted; });
-    if (row != std::end(kTexts) && row->number == number)
+    if (const Row* row = find(kTexts, number))
         return std::u16string(row->text);
     const std::string digits = std::to_string(number);
     return u"An error of type " + std::u16string(digits.begin(), digits.end()) + u" has occurred.";
+}
+
+std::u16string messageFor(OSStatus number, std::u16string_view object, std::u16string_view type) {
+    const Row* row = find(kTemplates, number);
+    if (!row)
+        return messageFor(number);
+    std::u16string message;
+    for (std::size_t i = 0; i < row->text.size(); ++i) {
+        if (row->text[i] != u'%') {
+            message += row->text[i];
+            continue;
+        }
+        ++i;
+        message += row->text[i] == u'1' ? object : type;
+    }
+    return message;
 }
 
 } // namespace quoddle::language

@@ -5,10 +5,13 @@
 #include "platform/base/OSStatus.h"
 
 #include <string>
+#include <string_view>
 
 namespace quoddle::language {
 
 /// Never empty; unknown numbers get the general text.
 std::u16string messageFor(OSStatus number);
+/// The text that names what it is about: the offending object and the expected type, as messages show them.
+std::u16string messageFor(OSStatus number, std::u16string_view object, std::u16string_view type);
 
 } // namespace quoddle::language

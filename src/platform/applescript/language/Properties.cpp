@@ -9,6 +9,7 @@
 #include "platform/applescript/language/TextElements.h"
 #include "platform/base/Text.h"
 
+#include <filesystem>
 #include <unicode/utf16.h>
 #include <unordered_map>
 
@@ -92,8 +93,11 @@ Value listProperty(Machine& machine, List* list, FourCharCode key) {
 
 Value fileProperty(Machine& machine, const Data* file, FourCharCode key) {
     const std::string path = posixPath(*file);
-    if (key == "psxp"_4cc)
-        return Value::object(machine.heap().text(utf16FromUTF8(path)));
+    if (key == "psxp"_4cc) {
+        std::error_code error;
+        const bool isFolder = !path.ends_with('/') && std::filesystem::is_directory(path, error);
+        return Value::object(machine.heap().text(utf16FromUTF8(isFolder ? path + '/' : path)));
+    }
     if (key == "pnam"_4cc) {
         std::string_view name = path;
         while (name.size() > 1 && name.ends_with('/'))

@@ -146,30 +146,37 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
     return wholeOf(machine, bound, index) && spanOf(machine, container, elementClass.asCode(), index, span);
 }
 
+/// "string 2 thru 3 of x" is text, too.
+Value elementClassOf(const Specifier* whole) {
+    const bool isText = whole->a == Value::code("TEXT"_4cc) || whole->a == Value::code("utxt"_4cc);
+    return isText ? Value::code("ctxt"_4cc) : whole->a;
+}
+
 Value range(Machine& machine, Value container, const Specifier* whole) {
+    const Value elementClass = elementClassOf(whole);
     Span from{}, to{};
     machine.error() = ScriptError();
-    if (!is<List>(container) && !(is<Text>(container) && whole->a.isCode() && isTextElement(whole->a.asCode())))
+    if (!is<List>(container) && !(is<Text>(container) && isTextElement(elementClass.asCode())))
         return cannotGet(machine, Value::object(whole));
-    if (!boundary(machine, container, whole->a, whole->b, from) || !boundary(machine, container, whole->a, whole->c, to))
+    if (!boundary(machine, container, elementClass, whole->b, from) || !boundary(machine, container, elementClass, whole->c, to))
         return machine.error().number ? Value::failure() : cannotGet(machine, Value::object(whole));
     if (from.start > to.start)
         std::swap(from, to);
     if (List* list = as<List>(container)) {
-        if (whole->a == Value::code("cobj"_4cc))
+        if (elementClass == Value::code("cobj"_4cc))
             return Value::object(machine.heap().part(list, from.start, to.start - from.start + 1));
         List* part = machine.heap().list(to.start - from.start + 1);
         for (std::size_t i = from.start; i <= to.start; ++i)
-            if (isOfClass(list->items[i], whole->a.asCode()))
+            if (isOfClass(list->items[i], elementClass.asCode()))
                 part->items[part->count++] = list->items[i];
         return Value::object(part);
     }
     const Text* text = as<Text>(container);
     const Span covered{from.start, to.start + to.length - from.start};
-    if (whole->a == Value::code("ctxt"_4cc))
+    if (elementClass == Value::code("ctxt"_4cc))
         return slice(machine, text, covered);
     std::vector<Value> parts;
-    forEachElementWithin(machine, text, whole->a.asCode(), covered, [&](Span span) {
+    forEachElementWithin(machine, text, elementClass.asCode(), covered, [&](Span span) {
         parts.push_back(slice(machine, text, span));
         return parts.size() <= Heap::kMaximumListLength;
     });

@@ -2,7 +2,7 @@
 #include "platform/applescript/language/TextElements.h"
 
 #include "platform/applescript/language/LanguageObject.h"
-#include "platform/applescript/language/TextSearch.h"
+#include "platform/base/TextSearch.h"
 
 #include <algorithm>
 

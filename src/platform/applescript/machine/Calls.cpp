@@ -52,8 +52,7 @@ bool Interpreter::safePoint() {
 /// The script that a handler of the name belongs to, from `first` on upwards; null when there is none. A property may hold another script's handler.
 Script* Interpreter::findHandler(Script* first, Value name, Handler*& handler) {
     Script* holder = nullptr;
-    const Value* slot = first ? mMachine.findSlot(first, name, &holder) : nullptr;
-    handler = slot ? as<Handler>(*slot) : nullptr;
+    handler = mMachine.findHandler(first, name, &holder);
     return handler && handler->home ? handler->home : handler ? holder : nullptr;
 }
 
@@ -408,8 +407,13 @@ void Interpreter::raiseFrom(Value* registers, std::size_t count) {
         if (raised.message.isFailure())
             return;
     }
-    if (raised.message.isUndefined())
-        raised.message = Value::object(mMachine.mHeap.text(language::messageFor(raised.number)));
+    if (raised.message.isUndefined()) {
+        const Value object = raised.offending.isUndefined() ? mMachine.mContext->frames.back().me : raised.offending;
+        const Value type = raised.expectedType.isUndefined() ? Value::code("cobj"_4cc) : raised.expectedType;
+        const std::u16string text =
+            language::messageFor(raised.number, language::inMessage(mMachine, object), language::inMessage(mMachine, type));
+        raised.message = Value::object(mMachine.mHeap.text(text));
+    }
     mMachine.mContext->error = raised;
 }
 
@@ -424,10 +428,10 @@ bool Interpreter::matchError(const Object* pattern, const Value& messageName) {
             return Value::integer(error.number);
         case "ptlr"_4cc:
             return error.partialResult.isUndefined() ? Value::object(mMachine.mHeap.list()) : error.partialResult;
-        case "erob"_4cc: // passing an error on names all its parts, whether it had them or not
-            return error.offending.isUndefined() ? Value::missing() : error.offending;
+        case "erob"_4cc: // where nothing is said of the object and the type, they are the script and its items
+            return error.offending.isUndefined() ? frame.me : error.offending;
         case "errt"_4cc:
-            return error.expectedType.isUndefined() ? Value::missing() : error.expectedType;
+            return error.expectedType.isUndefined() ? Value::code("cobj"_4cc) : error.expectedType;
         default:
             return Value();
         }

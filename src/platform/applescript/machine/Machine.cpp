@@ -65,7 +65,7 @@ void Machine::markRoots(Heap& heap) {
             heap.mark(frame.result);
         }
         const ScriptError& error = context->error;
-        for (Value value : {error.message, error.offending, error.partialResult, error.expectedType, error.application})
+        for (Value value : {error.message, error.briefMessage, error.offending, error.partialResult, error.expectedType, error.application})
             heap.mark(value);
     }
     heap.mark(mAppleScript);
@@ -157,6 +157,16 @@ Value* Machine::findSlot(Script* script, Value name, Script** holder) {
     return nullptr;
 }
 
+Handler* Machine::findHandler(Script* script, Value name, Script** holder) {
+    Script* found = nullptr;
+    const Value* slot = script ? findSlot(script, name, &found) : nullptr;
+    if (holder)
+        *holder = found;
+    if (const EventName* event = as<EventName>(name); event && found && event->eventID == "oapp"_4cc && script->isDefinedWithin(found))
+        return nullptr;
+    return slot ? as<Handler>(*slot) : nullptr;
+}
+
 /// One run inside native code, or the outermost one. The context may not be the machine's current one while another thread has its turn.
 class Machine::Run {
 public:
@@ -183,8 +193,7 @@ private:
 
 Value Machine::callHandler(Script* script, Value handlerName, std::span<const Value> arguments) {
     Script* holder = nullptr;
-    const Value* slot = findSlot(script, handlerName, &holder);
-    Handler* handler = slot ? as<Handler>(*slot) : nullptr;
+    Handler* handler = findHandler(script, handlerName, &holder);
     if (!handler)
         return raise(errAEEventNotHandled, language::messageFor(errAEEventNotHandled));
     return callHandler(holder, Value::object(script), handler, arguments, Value(), {});

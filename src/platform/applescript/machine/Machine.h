@@ -10,6 +10,7 @@
 
 #include "platform/applescript/machine/Code.h"
 #include "platform/applescript/machine/Heap.h"
+#include "platform/base/Considering.h"
 
 #include <atomic>
 #include <functional>
@@ -26,6 +27,7 @@ class TextElementIndex;
 struct ScriptError {
     OSStatus number = noErr;
     Value message; // a text, or undefined
+    Value briefMessage; // without the name of the application that it came from; undefined: the same as the message
     Value offending;
     Value partialResult;
     Value expectedType;
@@ -34,19 +36,6 @@ struct ScriptError {
     std::uint32_t offset = 0;        // of the stored instruction in it
 };
 
-/// Considerations of a "considering" statement, in the order of the mask of an Apple event.
-enum Considering : std::uint32_t {
-    kConsiderCase = 0x01,
-    kConsiderDiacriticals = 0x02,
-    kConsiderWhiteSpace = 0x04,
-    kConsiderHyphens = 0x08,
-    kConsiderExpansion = 0x10,
-    kConsiderPunctuation = 0x20,
-    kConsiderReplies = 0x40,
-    kConsiderNumericStrings = 0x80,
-};
-constexpr std::uint32_t kDefaultConsiderations =
-    kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderExpansion | kConsiderPunctuation | kConsiderReplies;
 /// The default time-out of a command to another application, seconds.
 constexpr double kDefaultTimeout = 120;
 
@@ -140,6 +129,8 @@ public:
 
     /// Looks for a slot in a script and its parents, the AppleScript object last; `holder` is where it was found. Null when nowhere.
     Value* findSlot(Script* script, Value name, Script** holder = nullptr);
+    /// Looks for a handler likewise. A script without a run handler does not take that of the script it is defined in, which would run it again.
+    Handler* findHandler(Script* script, Value name, Script** holder = nullptr);
     /// What a slot of `holder` holds, taken out as a value: a handler remembers whose it is.
     Value taken(Value slot, Script* holder);
     /// The parent of a script as a script; null when it is not one.

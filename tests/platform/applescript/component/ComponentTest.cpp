@@ -181,7 +181,7 @@ TEST_F(ComponentTest, StrangeDescriptorsBecomeValues) {
         const char* shown;
     };
     const Row kRows[] = {
-        {AEDesc("ucom"_4cc, std::string(8, '\xff')), "1.84467440737E+19"},
+        {AEDesc("ucom"_4cc, std::string(8, '\xff')), "1.84467440737096E+19"},
         {AEDesc("doub"_4cc, std::string("\1\0\0\0\0\0\xfa\xff", 8)), "NAN"}, // the bits of a pointer
         {AEDesc("comp"_4cc, "short"), "0"},
         {AEDesc::ofCurrentProcess(), "current application"},

@@ -50,7 +50,7 @@ TEST(ParseError, SaysWhatWasExpectedAndWhere) {
         {"end tell", -2741, "Expected end of script but found “end”.", "end"},
         {"on f(a\nend f", -2741, "Expected “,” but found end of line.", "\n"},
         {"repeat\nend tell", -2741, "Expected “repeat” but found “tell”.", "tell"},
-        {"date \"nonsense\"", -30720, "Invalid date and time date \"nonsense\".", "\"nonsense\""},
+        {"date \"nonsense\"", -30720, "Invalid date and time date nonsense.", "\"nonsense\""},
         {"display dialog \"a\" buttons 1 buttons 2", -2750, "The buttons parameter is specified more than once.", "buttons"},
         {"property a : 1\nproperty A : 2", -2751, "The a property is specified more than once.", "property A : 2"},
         {"on f()\nend\non F(x)\nend", -2752, "The f handler is specified more than once.", "F(x)"},

@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quoddle::language {
+namespace quoddle {
 
 /// A text reduced to what is considered, each unit with the place in the text that it came from.
 struct ReducedText {
@@ -21,7 +21,7 @@ struct ReducedText {
     std::vector<std::uint32_t> places; // one more than units: the end
 };
 
-/// `considering` as in Machine::considering().
+/// `considering`: bits of Considering.h.
 ReducedText reduceText(std::u16string_view text, std::uint32_t considering);
 
 /// Are all letters, marks and signs considered, so that texts differ in case at most?
@@ -48,4 +48,4 @@ private:
     std::optional<ReducedText> mReduced;
 };
 
-} // namespace quoddle::language
+} // namespace quoddle

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/language/TextSearch.h"
+#include "platform/base/TextSearch.h"
 
-#include "platform/applescript/machine/Machine.h"
+#include "platform/base/Considering.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 #include <unicode/unorm2.h>
 #include <unicode/utf16.h>
 
-namespace quoddle::language {
+namespace quoddle {
 
 namespace {
 
@@ -160,4 +160,4 @@ bool endsWithText(std::u16string_view whole, std::u16string_view part, std::uint
     return wanted.units.empty() || start == 0 || text.places[start - 1] != text.places[start];
 }
 
-} // namespace quoddle::language
+} // namespace quoddle

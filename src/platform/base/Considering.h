@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// What comparing texts looks at: the considerations of scripts, as the machine and Apple events have them.
+#pragma once
+
+#include <cstdint>
+
+namespace quoddle {
+
+/// Bits of the mask "csig" of an Apple event.
+enum Considering : std::uint32_t {
+    kConsiderCase = 0x01,
+    kConsiderDiacriticals = 0x02,
+    kConsiderWhiteSpace = 0x04,
+    kConsiderHyphens = 0x08,
+    kConsiderExpansion = 0x10,
+    kConsiderPunctuation = 0x20,
+    kConsiderReplies = 0x40,
+    kConsiderNumericStrings = 0x80,
+};
+constexpr std::uint32_t kDefaultConsiderations =
+    kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderExpansion | kConsiderPunctuation | kConsiderReplies;
+
+/// The considerations that an event says: the lower half of its mask adds to the usual ones, the upper half takes away.
+constexpr std::uint32_t consideringOfMask(std::uint32_t mask) {
+    return (kDefaultConsiderations | (mask & 0xFFFF)) & ~(mask >> 16);
+}
+
+} // namespace quoddle
