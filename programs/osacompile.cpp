@@ -32,10 +32,16 @@ std::string messageFor(OSStatus status) {
     switch (status) {
     case -34:
         return "The disk is full.";
+    case -37:
+        return "No file can have this name.";
     case -44:
         return "The disk is write protected.";
+    case -47:
+        return "Somebody else is writing it.";
     case -48:
         return "Something else stands there already.";
+    case paramErr:
+        return "There is something that is neither a file nor a bundle.";
     case -54:
         return "No permission.";
     case -120:

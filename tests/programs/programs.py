@@ -4,12 +4,16 @@
 
     programs.py BIN
 """
+import os
 import pathlib
 import plistlib
 import shutil
+import signal
+import stat
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 
 BIN = None
@@ -101,10 +105,170 @@ class Programs(unittest.TestCase):
         self.assertEqual(call("osacompile", "-o", self.folder / "no/such/folder/x.scpt", "-e", "1")[0], 1)
         self.assertEqual(sorted(self.folder.iterdir()), before)
 
+    def test_compiling_replaces_nothing_but_files(self):
+        place = self.folder / "place"
+        def compiled():
+            return call("osacompile", "-o", place, "-e", "return 1")
+        place.mkdir()
+        self.assertEqual(compiled()[0], 1)
+        place.rmdir()
+        # What is no file keeps its place: a device gets the bytes, a pipe that nobody reads is an error.
+        os.mkfifo(place)
+        self.assertEqual(compiled()[0], 1)
+        self.assertTrue(stat.S_ISFIFO(place.lstat().st_mode))
+        with open(os.open(place, os.O_RDONLY | os.O_NONBLOCK), "rb") as reader:
+            self.assertEqual(compiled()[0], 0)
+            self.assertEqual(reader.read(8), b"FasdUAS ")
+        self.assertTrue(stat.S_ISFIFO(place.lstat().st_mode))
+        place.unlink()
+        if os.geteuid() == 0:
+            os.mknod(place, 0o666 | stat.S_IFCHR, os.makedev(1, 3))
+            self.assertEqual((compiled()[0], stat.S_ISCHR(place.lstat().st_mode)), (0, True))
+            place.unlink()
+        # A link stays one, and its target gets the script; one that leads nowhere is no place.
+        place.symlink_to("target")
+        self.assertEqual(compiled()[0], 1)
+        target = self.file("target", "old")
+        target.chmod(0o6750)
+        self.assertEqual((compiled()[0], place.is_symlink(), call("osascript", target)[1]), (0, True, "1\n"))
+        self.assertEqual(stat.S_IMODE(target.stat().st_mode), 0o750)
+        place.unlink()
+        self.assertEqual(sorted(self.folder.iterdir()), [target])
+        # A bundle through a link.
+        call("osacompile", "-o", self.folder / "Real.app", "-e", "1")
+        (self.folder / "Link.app").symlink_to("Real.app")
+        self.assertEqual(call("osacompile", "-o", self.folder / "Link.app", "-e", "2"), (0, "", ""))
+        self.assertEqual(((self.folder / "Link.app").is_symlink(), call("osascript", self.folder / "Real.app")[1]), (True, "2\n"))
+
+    def test_a_bundle_that_is_compiled_again_loses_nothing(self):
+        bundle = self.folder / "Tool.app"
+        again = lambda: call("osacompile", "-o", bundle, "-e", "return 2")
+        self.assertEqual(again()[0], 0)
+        # Neighbours that look like something of ours; links; a folder that may not be written to; a file that may run as its owner.
+        for neighbour in ("Tool.app.new", "Tool.app.old"):
+            (self.folder / neighbour).mkdir()
+        resources = bundle / "Contents/Resources"
+        (self.folder / "large").write_bytes(bytes(100_000))
+        (resources / "link").symlink_to(self.folder / "large")
+        (resources / "broken").symlink_to("nowhere")
+        (resources / "around").symlink_to(".")
+        (resources / "locked").mkdir()
+        (resources / "locked/inside").write_text("kept")
+        (resources / "locked").chmod(0o555)
+        self.addCleanup(lambda: (resources / "locked").chmod(0o755)) # or it cannot be removed
+        (resources / "tool").write_text("#!/bin/sh")
+        (resources / "tool").chmod(0o4755)
+        (bundle / "Contents/Other").write_text("kept as well")
+        self.assertEqual(again(), (0, "", ""))
+        self.assertEqual([os.readlink(resources / name) for name in ("link", "broken", "around")], [str(self.folder / "large"), "nowhere", "."])
+        self.assertEqual((resources / "locked/inside").read_text() + (bundle / "Contents/Other").read_text(), "keptkept as well")
+        self.assertEqual([stat.S_IMODE((resources / name).stat().st_mode) for name in ("locked", "tool")], [0o555, 0o755])
+        self.assertEqual(sorted(p.name for p in self.folder.iterdir()), ["Tool.app", "Tool.app.new", "Tool.app.old", "large"])
+        # What cannot be copied is an error, and everything stays.
+        os.mkfifo(resources / "pipe")
+        before = sorted(bundle.rglob("*"))
+        status, _, errors = call("osacompile", "-o", bundle, "-e", "return 3")
+        self.assertEqual((status, sorted(bundle.rglob("*")), call("osascript", bundle)[1]), (1, before, "2\n"))
+        self.assertIn("Tool.app", errors)
+        self.assertEqual(sorted(p.name for p in self.folder.iterdir()), ["Tool.app", "Tool.app.new", "Tool.app.old", "large"])
+
+    def test_many_at_once_lose_nothing(self):
+        bundle = self.folder / "Tool.app"
+        extras = {f"extra{i}" for i in range(200)}
+        for round in range(3): # the first finds nothing there
+            running = [subprocess.Popen([str(BIN / "osacompile"), "-o", str(bundle), "-e", f"return {i}"]) for i in range(6)]
+            self.assertEqual([process.wait() for process in running], [0] * 6)
+            for extra in extras:
+                (bundle / "Contents/Resources" / extra).touch()
+        self.assertEqual({p.name for p in (bundle / "Contents/Resources").iterdir()} - {"Scripts"}, extras)
+        self.assertEqual([p.name for p in self.folder.iterdir()], ["Tool.app"])
+
+    def test_names_of_every_kind(self):
+        long = "n" * 246
+        for name in (long + ".app", long + ".scpt", "line\nbreak\x1b[31m.app", b"not\xffUTF-8.app", "quo'te & <b>\\n.app", "-e.app", " .app", "a.app/"):
+            with self.subTest(name):
+                path = os.fsencode(self.folder) + b"/" + (name if isinstance(name, bytes) else name.encode())
+                done = subprocess.run([os.fsencode(BIN / "osacompile"), b"-o", path, b"-e", b"return 7"], capture_output=True)
+                self.assertEqual((done.returncode, done.stderr), (0, b""))
+                self.assertEqual(subprocess.run([os.fsencode(BIN / "osascript"), path], capture_output=True).stdout, b"7\n")
+                info = pathlib.Path(os.fsdecode(path)) / "Contents/Info.plist"
+                if info.exists():
+                    self.assertEqual([p.name for p in (info.parent / "Linux").iterdir()], [plistlib.loads(info.read_bytes())["CFBundleExecutable"]])
+        for name in (".app", ".scptd", "n" * 260 + ".app", "n" * 260):
+            with self.subTest(name):
+                before = sorted(self.folder.iterdir())
+                status, _, errors = call("osacompile", "-o", self.folder / name, "-e", "1")
+                self.assertEqual((status, sorted(self.folder.iterdir())), (1, before))
+                self.assertIn("name", errors)
+
+    def test_an_applet_starts_its_shell_from_wherever_it_is_called(self):
+        shell = self.file("shell", "#!/bin/sh\necho \"$1\"\n")
+        shell.chmod(0o755)
+        bundle = self.folder.resolve() / "a b" / "Tool.app"
+        bundle.parent.mkdir()
+        call("osacompile", "-o", bundle, "-e", "1")
+        launcher = bundle / "Contents/Linux/Tool"
+        (self.folder / "links").mkdir()
+        (self.folder / "links/tool").symlink_to(launcher)
+        for words, cwd in [([launcher], "/"), (["Tool.app/Contents/Linux/Tool"], bundle.parent), (["./Tool"], launcher.parent), (["sh", "Tool"], launcher.parent),
+                           (["links/tool"], self.folder), (["tool"], "/")]:
+            with self.subTest(words):
+                environment = os.environ | {"QUODDLE_SHELL": str(shell), "CDPATH": f"/:{bundle.parent}", "PATH": f"{self.folder}/links:{os.environ['PATH']}"}
+                done = subprocess.run(["env", *map(str, words)], cwd=cwd, env=environment, capture_output=True, text=True)
+                self.assertEqual((done.stdout, done.stderr), (f"{bundle}\n", ""))
+
     def test_do_shell_script(self):
         self.assertEqual(call("osascript", "-e", "do shell script \"printf 'a\\\\nb\\\\n'\""), (0, "a\rb\n", ""))
         self.assertEqual(call("osascript", "-e", "do shell script \"echo oops >&2; exit 4\"")[2], "0:39: execution error: oops (4)\n")
         self.assertEqual(call("osascript", "-e", "do shell script \"printf 'x\\\\n'\" without altering line endings"), (0, "x\n\n", ""))
+
+
+        for script in ("do shell script \"echo a\" & character id 0 & \"; echo b\"", "do shell script (character id 0)"):
+            self.assertIn("character id 0. (-50)", call("osascript", "-e", script)[2])
+
+    def start(self, command):
+        """osascript in the middle of a command, which has noted the number of its process in a file."""
+        noted = self.folder / "started"
+        noted.unlink(missing_ok=True)
+        script = f"do shell script \"{command.replace('NOTE', f'echo $$ >{noted}.new; mv {noted}.new {noted}')}\""
+        process = subprocess.Popen([str(BIN / "osascript"), "-e", script], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        wait_until(noted.exists)
+        return process, int(noted.read_text())
+
+    def test_a_command_ends_with_its_script(self):
+        # One that has closed its streams, one that does not listen to polite words, and one with children.
+        for command in ("NOTE; exec >&- 2>&-; sleep 600", "trap '' TERM INT; NOTE; while :; do sleep 600; done", "sleep 600 & NOTE; wait"):
+            for how in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGKILL):
+                with self.subTest((command, how)):
+                    process, group = self.start(command)
+                    process.send_signal(how)
+                    self.assertEqual(process.wait(10), -how)
+                    wait_until(lambda: not lives_in_group(group))
+                    process.communicate()
+        # What a command has left in the background goes on.
+        process, group = self.start("sleep 600 >/dev/null 2>&1 & NOTE")
+        self.addCleanup(os.killpg, group, signal.SIGKILL)
+        self.assertEqual((process.wait(10), process.communicate()), (0, (b"\n", b"")))
+        self.assertTrue(lives_in_group(group))
+
+
+def lives_in_group(group):
+    """Whether a process of the group is more than an entry in its parent's book."""
+    for stat in pathlib.Path("/proc").glob("[0-9]*/stat"):
+        try:
+            fields = stat.read_text().rpartition(")")[2].split()
+        except (FileNotFoundError, ProcessLookupError):
+            continue
+        if int(fields[2]) == group and fields[0] not in "ZX":
+            return True
+    return False
+
+
+def wait_until(condition, seconds=20):
+    end = time.monotonic() + seconds
+    while not condition():
+        assert time.monotonic() < end, "waited in vain"
+        time.sleep(0.02)
 
 
 if __name__ == "__main__":

@@ -4,6 +4,7 @@
 #include "platform/base/FileDescriptor.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,6 +15,7 @@ namespace quoddle {
 namespace {
 
 constexpr OSStatus kIOError = -36;
+constexpr OSStatus kBadName = -37;
 
 // Asking for it changes it for a moment, in which other threads must not make files: asked before there are any.
 const mode_t kMask = [] {
@@ -32,6 +34,54 @@ bool writeAll(int descriptor, std::string_view bytes) {
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
+}
+
+/// What stands where a file is to be written. The kernel follows links, and not those that it does not trust.
+struct Place {
+    std::string path; // without a link at its end
+    struct stat info {};
+    bool exists = false;
+};
+
+Result<Place, OSStatus> placeOf(const std::string& path) {
+    Place place{path};
+    if (::lstat(path.c_str(), &place.info) != 0)
+        return errno == ENOENT ? Result<Place, OSStatus>(place) : Failure{statusFromErrno(errno)};
+    place.exists = true;
+    if (!S_ISLNK(place.info.st_mode))
+        return place;
+    const FileDescriptor target(::open(path.c_str(), O_PATH | O_CLOEXEC)); // opens neither pipes nor devices
+    if (!target.isOpen())
+        return Failure{errno == ENOENT ? statusFromErrno(EEXIST) : statusFromErrno(errno)};
+    char name[PATH_MAX];
+    const ssize_t length = ::readlink(("/proc/self/fd/" + std::to_string(target.number())).c_str(), name, sizeof name);
+    if (length < 0 || ::fstat(target.number(), &place.info) != 0)
+        return Failure{statusFromErrno(errno)};
+    place.path.assign(name, static_cast<std::size_t>(length));
+    return place;
+}
+
+/// Into a pipe or a device, which keeps its place.
+OSStatus writeThrough(const Place& place, std::string_view bytes) {
+    const FileDescriptor file(::open(place.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)); // waits for no reader
+    struct stat info {};
+    if (!file.isOpen() || ::fstat(file.number(), &info) != 0)
+        return statusFromErrno(errno);
+    if (!S_ISCHR(info.st_mode) && !S_ISFIFO(info.st_mode))
+        return paramErr;
+    ::fcntl(file.number(), F_SETFL, 0);
+    return writeAll(file.number(), bytes) ? noErr : statusFromErrno(errno);
+}
+
+/// Gives a new file the owner and the permissions of the one whose place it takes. What lets a program run as its owner does not pass to
+/// other contents, and another group does not get the rights of the file's.
+bool adoptOwnerAndMode(int descriptor, const Place& place) {
+    if (!place.exists)
+        return ::fchmod(descriptor, 0666 & ~kMask) == 0;
+    mode_t mode = place.info.st_mode & 0777;
+    if (::fchown(descriptor, place.info.st_uid, place.info.st_gid) != 0 && ::fchown(descriptor, uid_t(-1), place.info.st_gid) != 0)
+        mode &= ~mode_t(070);
+    return ::fchmod(descriptor, mode) == 0;
 }
 
 } // namespace
@@ -54,6 +104,8 @@ OSStatus statusFromErrno(int error) {
         return -34;
     case EEXIST:
         return -48;
+    case ENAMETOOLONG:
+        return kBadName;
     case EMFILE:
     case ENFILE:
         return -42;
@@ -99,19 +151,57 @@ Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maxi
 }
 
 OSStatus writeFile(const std::string& path, std::string_view bytes) {
-    std::string beside = path + ".XXXXXX";
-    const FileDescriptor file(::mkstemp(beside.data()));
+    const auto place = placeOf(path);
+    if (!place)
+        return place.error();
+    const mode_t mode = place->info.st_mode;
+    if (place->exists && (S_ISCHR(mode) || S_ISFIFO(mode)))
+        return writeThrough(*place, bytes);
+    if (place->exists && !S_ISREG(mode))
+        return paramErr;
+    if (place->exists && ::faccessat(AT_FDCWD, place->path.c_str(), W_OK, AT_EACCESS) != 0)
+        return statusFromErrno(errno);
+    std::string beside = nameBeside(place->path);
+    const FileDescriptor file(::mkostemp(beside.data(), O_CLOEXEC));
     if (!file.isOpen())
         return errno == ENOENT ? -120 : statusFromErrno(errno);
-    struct stat existing {};
-    const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? existing.st_mode & 07777 : 0666 & ~kMask;
-    const bool written = writeAll(file.number(), bytes) && ::fchmod(file.number(), mode) == 0 && ::fsync(file.number()) == 0 &&
-                         ::rename(beside.c_str(), path.c_str()) == 0;
+    const bool written = writeAll(file.number(), bytes) && adoptOwnerAndMode(file.number(), *place) && ::fsync(file.number()) == 0 &&
+                         ::rename(beside.c_str(), place->path.c_str()) == 0;
     if (written)
         return noErr;
     const OSStatus status = statusFromErrno(errno);
     ::unlink(beside.c_str());
     return status;
+}
+
+Result<std::string, OSStatus> writtenPath(const std::string& path) {
+    auto place = placeOf(path);
+    return place ? Result<std::string, OSStatus>(std::move(place->path)) : Failure{place.error()};
+}
+
+OSStatus copyFile(const std::string& from, const std::string& to) {
+    const FileDescriptor source(::open(from.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat info {};
+    if (!source.isOpen() || ::fstat(source.number(), &info) != 0)
+        return statusFromErrno(errno);
+    if (!S_ISREG(info.st_mode))
+        return paramErr;
+    const FileDescriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    if (!target.isOpen())
+        return statusFromErrno(errno);
+    char bytes[65536];
+    ssize_t count = 0;
+    while ((count = ::read(source.number(), bytes, sizeof bytes)) != 0) {
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0 || !writeAll(target.number(), {bytes, static_cast<std::size_t>(count)}))
+            return statusFromErrno(errno);
+    }
+    return ::fchmod(target.number(), info.st_mode & 0777) == 0 ? noErr : statusFromErrno(errno);
+}
+
+std::string nameBeside(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1) + ".quoddle-XXXXXX";
 }
 
 } // namespace quoddle

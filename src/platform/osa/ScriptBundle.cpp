@@ -2,6 +2,8 @@
 #include "platform/osa/ScriptBundle.h"
 
 #include "platform/base/File.h"
+#include "platform/base/FolderReplacement.h"
+#include "platform/base/Text.h"
 
 #include <filesystem>
 
@@ -11,6 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr OSStatus kBadName = -37;
 constexpr std::string_view kScript = "/Contents/Resources/Scripts/main.scpt";
 
 std::string escaped(const std::string& text) {
@@ -31,6 +34,16 @@ std::string escaped(const std::string& text) {
         }
     }
     return out;
+}
+
+/// The name before the ending, as text that a property list and a terminal can hold. Empty when there is nothing before the ending.
+std::string bundleName(std::string_view path) {
+    path.remove_prefix(path.rfind('/') + 1);
+    std::u16string name = utf16FromUTF8(path.substr(0, path.rfind('.')));
+    for (char16_t& c : name)
+        if (c < 0x20 || (c >= 0x7F && c < 0xA0) || c >= 0xFFFD)
+            c = u'-';
+    return utf8FromUTF16(name);
 }
 
 /// Short, and the same at all times and on all machines.
@@ -90,9 +103,10 @@ std::string launcher(const std::string& shell) {
     std::string quoted;
     for (char c : shell)
         quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    const std::string otherwise = shell.empty() ? "" : " || echo '" + quoted + "'";
+    const std::string otherwise = shell.empty() ? "" : " || printf %s '" + quoted + "'";
     return "#!/bin/sh\n"
-           "bundle=$(cd \"$(dirname \"$0\")/../..\" && pwd) || exit 1\n"
+           "program=$(readlink -f -- \"$0\") || exit 1\n"
+           "bundle=${program%/*/*/*}\n"
            "shell=${QUODDLE_SHELL:-$(command -v quoddle-shell" +
            otherwise +
            ")}\n"
@@ -139,39 +153,18 @@ std::string bundleOfScriptFile(std::string_view path) {
 }
 
 OSStatus writeBundle(const BundleOptions& options, std::string_view compiledScript) {
-    std::error_code error;
-    fs::path path = fs::path(options.path).lexically_normal();
-    if (path.filename().empty())
-        path = path.parent_path();
-    const bool exists = fs::exists(path, error);
-    if (exists && !fs::is_directory(path / "Contents", error))
-        return -48;
-    const std::string name = path.stem().string();
-    fs::path beside = path;
-    beside += ".new";
-    fs::remove_all(beside, error);
-    OSStatus status = fill(beside, options, name, path.extension() == ".app", compiledScript);
-    if (status == noErr && exists) {
-        // What else the old bundle holds (descriptions, pictures, translations) goes on living in the new one.
-        fs::copy(path / "Contents/Resources", beside / "Contents/Resources", fs::copy_options::recursive | fs::copy_options::skip_existing,
-                 error);
-        fs::path old = path;
-        old += ".old";
-        fs::remove_all(old, error);
-        fs::rename(path, old, error);
-        if (!error)
-            fs::rename(beside, path, error);
-        if (error)
-            status = statusFromErrno(error.value());
-        else
-            fs::remove_all(old, error);
-    } else if (status == noErr) {
-        fs::rename(beside, path, error);
-        status = error ? statusFromErrno(error.value()) : noErr;
-    }
-    if (status != noErr)
-        fs::remove_all(beside, error);
-    return status;
+    std::string path = options.path;
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    const bool isApplet = path.ends_with(".app");
+    const std::string name = bundleName(path);
+    if (name.empty())
+        return kBadName;
+    const auto isBundle = [](const std::string& old) {
+        std::error_code error;
+        return fs::is_directory(old + "/Contents", error);
+    };
+    return replaceFolder(path, isBundle, [&](const std::string& folder) { return fill(folder, options, name, isApplet, compiledScript); });
 }
 
 } // namespace quoddle

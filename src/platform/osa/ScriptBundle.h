@@ -26,7 +26,8 @@ std::string scriptFileOf(const std::string& path);
 /// The bundle whose script a file is; empty when it is none.
 std::string bundleOfScriptFile(std::string_view path);
 
-/// -48 when something that is no bundle stands at the path; otherwise a file status. On failure nothing is left behind.
+/// -48 when something that is no bundle stands at the path, -37 when its name is nothing but the ending; otherwise a status of
+/// replaceFolder(). On failure nothing is left behind, and what was there is there still.
 OSStatus writeBundle(const BundleOptions& options, std::string_view compiledScript);
 
 } // namespace quoddle
