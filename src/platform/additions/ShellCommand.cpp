@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// do shell script: runs a command line with sh in a process group of its own, so that a cancel ends whatever it started.
+// do shell script: runs a command line with sh; a cancel ends whatever it started.
 #include "platform/additions/Commands.h"
+#include "platform/additions/ShellProcess.h"
 #include "platform/base/Text.h"
 
 #include <cerrno>
 #include <csignal>
-#include <fcntl.h>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,31 +16,6 @@ namespace {
 
 constexpr std::size_t kMaximumOutput = std::size_t(128) << 20;
 constexpr int kPollMilliseconds = 20; // how soon a cancel is noticed
-
-class Pipe {
-public:
-    Pipe() { mOpen = ::pipe2(mEnds, O_CLOEXEC) == 0; }
-    ~Pipe() {
-        closeReading();
-        closeWriting();
-    }
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
-    bool isOpen() const { return mOpen; }
-    int reading() const { return mEnds[0]; }
-    int writing() const { return mEnds[1]; }
-    void closeReading() { close(mEnds[0]); }
-    void closeWriting() { close(mEnds[1]); }
-
-private:
-    static void close(int& end) {
-        if (end >= 0)
-            ::close(end);
-        end = -1;
-    }
-    int mEnds[2] = {-1, -1};
-    bool mOpen = false;
-};
 
 /// Reads what is there. False at the end of the stream.
 bool drain(int descriptor, std::string& into) {
@@ -59,52 +34,30 @@ struct Outcome {
     bool cancelled = false;
 };
 
-void endGroup(pid_t group) {
-    ::kill(-group, SIGTERM);
-    ::usleep(30000);
-    ::kill(-group, SIGKILL);
-}
-
-void collect(pid_t child, Pipe& output, Pipe& errors, const AEHandlerContext& context, Outcome& outcome) {
-    pollfd streams[] = {{output.reading(), POLLIN, 0}, {errors.reading(), POLLIN, 0}};
+/// Until the command has ended and nobody holds its streams any more, or until a cancel. False when it cannot be run.
+bool run(const std::string& command, const AEHandlerContext& context, Outcome& outcome) {
+    ShellProcess process(command);
+    if (!process.isStarted())
+        return false;
+    pollfd streams[] = {{process.output(), POLLIN, 0}, {process.errors(), POLLIN, 0}, {process.ending(), POLLIN, 0}};
     std::string* const texts[] = {&outcome.output, &outcome.errors};
-    while (streams[0].fd >= 0 || streams[1].fd >= 0) {
-        if (context.isCancelled()) {
-            outcome.cancelled = true;
-            endGroup(child);
-            break;
-        }
-        if (::poll(streams, 2, kPollMilliseconds) < 0 && errno != EINTR)
-            break;
+    std::optional<int> status;
+    while (std::any_of(std::begin(streams), std::end(streams), [](const pollfd& stream) { return stream.fd >= 0; })) {
+        outcome.cancelled = context.isCancelled();
+        if (outcome.cancelled)
+            return true;
+        if (::poll(streams, std::size(streams), kPollMilliseconds) < 0 && errno != EINTR)
+            return false;
         for (std::size_t i = 0; i < 2; ++i)
             if (streams[i].fd >= 0 && streams[i].revents && !drain(streams[i].fd, *texts[i]))
                 streams[i].fd = -1;
+        if (streams[2].fd >= 0 && streams[2].revents) {
+            status = process.takeStatus();
+            streams[2].fd = -1;
+        }
     }
-    while (::waitpid(child, &outcome.status, 0) < 0 && errno == EINTR) {
-    }
-}
-
-bool runShell(const std::string& command, const AEHandlerContext& context, Outcome& outcome) {
-    Pipe output, errors;
-    if (!output.isOpen() || !errors.isOpen())
-        return false;
-    const pid_t child = ::fork();
-    if (child < 0)
-        return false;
-    if (child == 0) {
-        ::setpgid(0, 0);
-        const int nothing = ::open("/dev/null", O_RDONLY);
-        ::dup2(nothing, STDIN_FILENO);
-        ::dup2(output.writing(), STDOUT_FILENO);
-        ::dup2(errors.writing(), STDERR_FILENO);
-        ::signal(SIGPIPE, SIG_DFL);
-        ::execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
-        ::_exit(127);
-    }
-    ::setpgid(child, child);
-    output.closeWriting();
-    errors.closeWriting();
-    collect(child, output, errors, context, outcome);
+    process.release();
+    outcome.status = status.value_or(SIGKILL);
     return true;
 }
 
@@ -133,8 +86,10 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
         return errAEParamMissed;
     if (booleanParameter(event, "badm"_4cc).value_or(false))
         return fail(reply, -10004, u"Administrator privileges are not available here. Use sudo or pkexec in the command.");
+    if (command->find(u'\0') != std::u16string::npos)
+        return fail(reply, paramErr, u"A command for the shell can’t contain character id 0.");
     Outcome outcome;
-    if (!runShell(utf8FromUTF16(*command), context, outcome))
+    if (!run(utf8FromUTF16(*command), context, outcome))
         return fail(reply, memFullErr, u"The command could not be started.");
     if (outcome.cancelled)
         return userCanceledErr;
