@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <mutex>
+#include <new>
 #include <unordered_map>
 
 namespace quoddle {
@@ -183,6 +184,8 @@ OSErr guarded(AEDelivery& delivery, Run run) {
     AEDelivery::Scope scope(&delivery);
     try {
         return run();
+    } catch (const std::bad_alloc&) {
+        return static_cast<OSErr>(memFullErr);
     } catch (const std::exception& exception) {
         delivery.reply()->setDescriptor(NSAppleEventDescriptor::descriptorWithString(exception.what()), "errs"_4cc);
     } catch (...) {

@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "platform/osa/OSA.h"
 
+#include <new>
+
 namespace quoddle {
 
 namespace {
 
-// Looks the instance up, keeps it alive for the call, and forwards.
+// Looks the instance up, keeps it alive for the call, and forwards. Callers know status numbers alone, so memory that cannot be had is one.
 template<class... Parameters, class... Arguments>
 OSStatus call(ComponentInstance instance, OSStatus (ScriptingComponent::*operation)(Parameters...), Arguments&&... arguments) {
     std::shared_ptr<ScriptingComponent> component = ComponentForInstance(instance);
-    return component ? (component.get()->*operation)(std::forward<Arguments>(arguments)...) : badComponentInstance;
+    try {
+        return component ? (component.get()->*operation)(std::forward<Arguments>(arguments)...) : badComponentInstance;
+    } catch (const std::bad_alloc&) {
+        return memFullErr;
+    }
 }
 
 template<class Proc>

@@ -29,8 +29,10 @@ Value Interpreter::run() {
     while (true) {
         try {
             return loop(this, nullptr);
-        } catch (const std::bad_alloc&) {
+        } catch (const Heap::TooLong&) {
             language::tooLarge(mMachine);
+        } catch (const std::bad_alloc&) {
+            mMachine.raiseOutOfMemory();
         }
         if (!unwind())
             return Value::failure();

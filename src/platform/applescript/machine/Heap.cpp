@@ -15,6 +15,7 @@ namespace {
 constexpr std::size_t kGranule = 16;
 constexpr std::size_t kClasses = 8;
 constexpr std::size_t kBlockSize = std::size_t(64) << 10;
+constexpr std::size_t kReserve = std::size_t(4) << 20; // address space only, until it is touched
 
 std::size_t sizeOf(HeapType type) {
     switch (type) {
@@ -287,6 +288,8 @@ Text* Heap::concatenate(const Text* left, const Text* second) {
 }
 
 List* Heap::list(std::size_t capacity) {
+    if (capacity > kMaximumListLength)
+        throw TooLong();
     List* list = make<List>();
     if (!reserve(list, capacity))
         throw std::bad_alloc();
@@ -449,9 +452,12 @@ void Heap::scan(HeapObject* object) {
     }
 }
 
-void Heap::collect() {
-    if (mHolds > 0)
-        return;
+void Heap::keepReserve() {
+    if (!mReserve)
+        mReserve.reset(new (std::nothrow) char[kReserve]);
+}
+
+void Heap::markAll() {
     mMarkRoots(*this);
     for (const Root* root = mRoots; root; root = root->mNext)
         mark(root->mValue);
@@ -461,6 +467,29 @@ void Heap::collect() {
         HeapObject* object = mGray.back();
         mGray.pop_back();
         scan(object);
+    }
+}
+
+void Heap::unmarkAll() {
+    mGray.clear();
+    for (HeapObject* object : mObjects)
+        object->marked = false;
+    for (auto& [key, symbol] : mSymbols)
+        symbol->marked = false;
+    for (auto& [key, name] : mEventNames)
+        name->marked = false;
+}
+
+void Heap::collect() {
+    if (mHolds > 0)
+        return;
+    try {
+        markAll();
+    } catch (const std::bad_alloc&) {
+        // What is marked in part must not be taken for the whole. Nothing is lost but the garbage, for which there is another time.
+        unmarkAll();
+        mThreshold = mAllocated + kMinimumThreshold;
+        return;
     }
     if (mForgetUnmarked)
         mForgetUnmarked();

@@ -37,7 +37,9 @@ public:
     /// The two in one. Takes the room behind `left` when nothing stands there yet, so that appending in a loop costs what is appended.
     /// Null when the result would be longer than kMaximumTextLength.
     Text* concatenate(const Text* left, const Text* right);
-    /// Throws std::bad_alloc beyond kMaximumListLength.
+    /// Thrown for a list that would become longer than kMaximumListLength.
+    struct TooLong : std::bad_alloc {};
+    /// Throws TooLong.
     List* list(std::size_t capacity = 0);
     Record* record();
     template<class T, class... Arguments>
@@ -65,7 +67,7 @@ public:
     void detach(List* list);
 
     bool wantsCollection() const { return mAllocated >= mThreshold && mHolds == 0; }
-    /// Not while there is a Hold.
+    /// Not while there is a Hold, nor when memory is too short even for that.
     void collect();
     void mark(Value value) {
         if (value.isObject())
@@ -77,6 +79,10 @@ public:
             mGray.push_back(object);
         }
     }
+    /// Memory that is kept for the time when there is no more: gives it back to the system, so that an error can be told.
+    void releaseReserve() { mReserve.reset(); }
+    /// Lays it in again, when there is enough.
+    void keepReserve();
     static bool isMarked(const HeapObject* object) { return object->marked; }
     /// Bytes in use as far as they were charged; exact after a collection.
     std::size_t allocated() const { return mAllocated; }
@@ -90,6 +96,8 @@ private:
     bool moveTo(List* list, std::size_t capacity, std::size_t roomInFront = 0);
     static void share(List* list, List* with);
     void scan(HeapObject* object);
+    void markAll();
+    void unmarkAll();
     void release(HeapObject* object);
 
     std::function<void(Heap&)> mMarkRoots;
@@ -103,6 +111,7 @@ private:
     Text* mCharacters[128] = {}; // one of each, as they were asked for
     void* mFree[8] = {};         // per size class of 16 bytes
     std::vector<std::unique_ptr<char[]>> mBlocks;
+    std::unique_ptr<char[]> mReserve;
     std::size_t mAllocated = 0;
     static constexpr std::size_t kMinimumThreshold = std::size_t(4) << 20;
     std::size_t mThreshold = kMinimumThreshold;

@@ -44,6 +44,7 @@ Machine::Machine(Host host)
     mContext = newContext();
     mTextElements = std::make_unique<language::TextElementIndex>();
     mAppleScript = language::makeLanguageObject(*this);
+    mOutOfMemory = Value::object(mHeap.text(language::messageFor(memFullErr)));
 }
 
 Machine::~Machine() = default;
@@ -69,6 +70,7 @@ void Machine::markRoots(Heap& heap) {
             heap.mark(value);
     }
     heap.mark(mAppleScript);
+    heap.mark(mOutOfMemory);
     if (mMarkOwner)
         mMarkOwner(heap);
 }
@@ -102,6 +104,14 @@ Value Machine::raise(OSStatus number, std::u16string_view message, Value offendi
     error.message = Value::object(mHeap.text(message));
     error.offending = offending;
     error.expectedType = expectedType;
+    return Value::failure();
+}
+
+Value Machine::raiseOutOfMemory() {
+    mHeap.releaseReserve();
+    mContext->error = ScriptError();
+    mContext->error.number = memFullErr;
+    mContext->error.message = mOutOfMemory;
     return Value::failure();
 }
 
@@ -171,8 +181,10 @@ Handler* Machine::findHandler(Script* script, Value name, Script** holder) {
 class Machine::Run {
 public:
     explicit Run(Machine& machine) : mMachine(machine), mContext(*machine.mContext), mTop(mContext.stackTop) {
-        if (mContext.nestedRuns++ == 0)
+        if (mContext.nestedRuns++ == 0) {
             Ticker::shared().add(&mMachine);
+            mMachine.mHeap.keepReserve();
+        }
         if (!mContext.frames.empty()) {
             const Frame& frame = mContext.frames.back();
             mContext.stackTop = std::max(mContext.stackTop, frame.registers + frame.handler->code->frameSize);

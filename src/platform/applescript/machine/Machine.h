@@ -114,6 +114,8 @@ public:
     ScriptError& error() { return mContext->error; }
     /// Sets the error; always answers failure, to be returned.
     Value raise(OSStatus number, std::u16string_view message, Value offending = {}, Value expectedType = {});
+    /// Likewise for -108, in which case nothing else can be made: takes no memory, and releases what the heap keeps for that time.
+    Value raiseOutOfMemory();
 
     // What the innermost frame says
     std::uint32_t considering() const { return isRunning() ? mContext->frames.back().considering : kDefaultConsiderations; }
@@ -171,6 +173,7 @@ private:
     std::vector<std::unique_ptr<ExecutionContext>> mContexts;
     ExecutionContext* mContext = nullptr;
     Script* mAppleScript = nullptr;
+    Value mOutOfMemory; // the text of that error
     std::vector<FourCharCode> mEnumerations{0};
     std::unique_ptr<language::TextElementIndex> mTextElements;
     std::atomic<bool> mInterrupted{false};
