@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
-#include <iterator>
+#include <unistd.h>
 
 namespace quoddle::tool {
 
@@ -32,11 +32,11 @@ std::string messageForStatus(OSStatus status) {
     case -54:
         return "No permission.";
     case memFullErr:
-        return "The file is too large.";
+        return "It is too large.";
     case paramErr:
         return "This is not an ordinary file.";
     default:
-        return "The file could not be read (" + std::to_string(status) + ").";
+        return "It could not be read (" + std::to_string(status) + ").";
     }
 }
 
@@ -58,12 +58,9 @@ std::optional<ComponentInstance> openLanguage(const std::string& program, const 
 }
 
 std::optional<std::string> readInput(const std::string& program, const std::string& path) {
-    if (path == "-") {
-        std::string bytes(std::istreambuf_iterator<char>(std::cin), {});
-        return bytes;
-    }
-    const std::string file = scriptFileOf(path);
-    auto bytes = readFile(file, kMaximumInput);
+    const bool isInput = path == "-";
+    const std::string file = isInput ? "standard input" : scriptFileOf(path);
+    auto bytes = isInput ? readToEnd(STDIN_FILENO, kMaximumInput) : readFile(file, kMaximumInput);
     if (bytes)
         return std::move(*bytes);
     std::cerr << program << ": " << file << ": " << messageForStatus(bytes.error()) << "\n";
@@ -79,7 +76,7 @@ OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSA
 
 void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status) {
     OSStatus number = status;
-    std::string message = "The script could not be read.", range = "0:0";
+    std::string message = status == memFullErr ? "Out of memory." : "The script could not be read.", range = "0:0";
     if (status == errOSAScriptError) {
         AEDesc part;
         if (OSAScriptError(instance, "errn"_4cc, "long"_4cc, part) == noErr)
@@ -104,11 +101,12 @@ void complain(const std::string& program, const std::string& message) {
     std::cerr << program << ": " << message << "\nTry '" << program << " --help'.\n";
 }
 
-std::optional<Options> parseOptions(const std::string& program, const std::string& letters, int argc, char** argv, bool optionsAnywhere) {
+std::optional<Options> parseOptions(const std::string& program, const std::string& letters, const std::vector<std::string>& words,
+                                    bool optionsAnywhere) {
     Options options;
     bool ended = false;
-    for (int i = 1; i < argc; ++i) {
-        const std::string word = argv[i];
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& word = words[i];
         if (ended || word.size() < 2 || word[0] != '-') {
             options.rest.push_back(word);
             ended |= !optionsAnywhere;
@@ -133,11 +131,11 @@ std::optional<Options> parseOptions(const std::string& program, const std::strin
                 continue;
             }
             std::string value = word.substr(at + 1);
-            if (value.empty() && i + 1 >= argc) {
+            if (value.empty() && i + 1 >= words.size()) {
                 complain(program, std::string("option -") + word[at] + " needs a value");
                 return std::nullopt;
             }
-            options.given.emplace_back(word[at], value.empty() ? std::string(argv[++i]) : value);
+            options.given.emplace_back(word[at], value.empty() ? words[++i] : value);
             break;
         }
     }

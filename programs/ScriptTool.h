@@ -38,6 +38,6 @@ struct Options {
     bool help = false;
 };
 /// Options end at the first word that is none, or behind "--". Nothing, with a message printed, for an unknown one.
-std::optional<Options> parseOptions(const std::string& program, const std::string& letters, int argc, char** argv, bool optionsAnywhere);
+std::optional<Options> parseOptions(const std::string& program, const std::string& letters, const std::vector<std::string>& words, bool optionsAnywhere);
 
 } // namespace quoddle::tool

@@ -3,6 +3,7 @@
 #include "ScriptTool.h"
 
 #include "platform/base/File.h"
+#include "platform/base/ProgramMain.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ScriptBundle.h"
 
@@ -61,10 +62,8 @@ std::string shellPath() {
     return (std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "quoddle-shell").string();
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    auto options = tool::parseOptions("osacompile", "e:l:o:xsu", argc, argv, true);
+int perform(int argc, char** argv) {
+    auto options = tool::parseOptions("osacompile", "e:l:o:xsu", {argv + 1, argv + argc}, true);
     if (!options)
         return 2;
     if (options->help) {
@@ -132,4 +131,10 @@ int main(int argc, char** argv) {
         return 0;
     std::cerr << "osacompile: " << name << ": " << messageFor(status) << "\n";
     return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("osacompile", argc, argv, &perform);
 }

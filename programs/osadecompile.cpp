@@ -2,18 +2,23 @@
 // osadecompile: prints the source of a compiled script.
 #include "ScriptTool.h"
 
+#include "platform/base/ProgramMain.h"
+
 #include <cstdio>
 #include <iostream>
 
 using namespace quoddle;
 
-int main(int argc, char** argv) {
-    auto options = tool::parseOptions("osadecompile", "", argc, argv, true);
+namespace {
+
+int perform(int argc, char** argv) {
+    auto options = tool::parseOptions("osadecompile", "", {argv + 1, argv + argc}, true);
     if (!options)
         return 2;
     if (options->help || options->rest.size() != 1) {
-        std::fputs("usage: osadecompile FILE\n\nPrints the source of a compiled script (.scpt), a script bundle (.scptd) or an applet (.app).\n",
-                   options->help ? stdout : stderr);
+        std::fputs(
+            "usage: osadecompile FILE\n\nPrints the source of a compiled script (.scpt), a script bundle (.scptd) or an applet (.app).\n",
+            options->help ? stdout : stderr);
         return options->help ? 0 : 2;
     }
     tool::setUp();
@@ -38,4 +43,10 @@ int main(int argc, char** argv) {
     const std::string text = source.asUTF8().value_or("");
     std::cout << text << (text.ends_with('\n') ? "" : "\n");
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("osadecompile", argc, argv, &perform);
 }

@@ -2,17 +2,22 @@
 // osalang: lists the scripting languages.
 #include "ScriptTool.h"
 
+#include "platform/base/ProgramMain.h"
+
 #include <cstdio>
 #include <iostream>
 
 using namespace quoddle;
 
-int main(int argc, char** argv) {
-    auto options = tool::parseOptions("osalang", "lL", argc, argv, true);
+namespace {
+
+int perform(int argc, char** argv) {
+    auto options = tool::parseOptions("osalang", "lL", {argv + 1, argv + argc}, true);
     if (!options)
         return 2;
     if (options->help) {
-        std::fputs("usage: osalang [-l|-L]\n\nLists the scripting languages: names; -l with code and maker; -L with the version as well.\n", stdout);
+        std::fputs("usage: osalang [-l|-L]\n\nLists the scripting languages: names; -l with code and maker; -L with the version as well.\n",
+                   stdout);
         return 0;
     }
     bool isLong = false, isVeryLong = false;
@@ -33,4 +38,10 @@ int main(int argc, char** argv) {
         std::cout << component.name << "\n";
     }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("osalang", argc, argv, &perform);
 }

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // osascript: runs a script given as statements, as a file or on standard input.
+#include "platform/base/ProgramMain.h"
 #include "platform/osa/ScriptBundle.h"
 #include "ScriptTool.h"
 
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
+#include <sstream>
 #include <unistd.h>
 
 using namespace quoddle;
@@ -68,10 +71,19 @@ int interact(ComponentInstance instance, const Settings& settings) {
     return 0;
 }
 
-} // namespace
+/// In the first line of a script all options arrive as one word: "-l AppleScript -s s".
+std::vector<std::string> wordsFrom(int argc, char** argv) {
+    std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.size() < 2 || !words[0].starts_with('-') || words[0].starts_with("-e"))
+        return words;
+    std::istringstream line(words[0]);
+    std::vector<std::string> split(std::istream_iterator<std::string>(line), {});
+    split.insert(split.end(), words.begin() + 1, words.end());
+    return split;
+}
 
-int main(int argc, char** argv) {
-    auto options = tool::parseOptions("osascript", "e:il:s:", argc, argv, false);
+int perform(int argc, char** argv) {
+    auto options = tool::parseOptions("osascript", "e:il:s:", wordsFrom(argc, argv), false);
     if (!options)
         return 2;
     if (options->help) {
@@ -135,4 +147,10 @@ int main(int argc, char** argv) {
     if (result != kOSANullScript)
         tool::printResult(*instance, result, settings.asSource);
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("osascript", argc, argv, &perform);
 }

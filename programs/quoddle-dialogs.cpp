@@ -10,6 +10,7 @@
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/BundleIcon.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/base/ProgramMain.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/panels/StandardCommands.h"
 
@@ -100,9 +101,7 @@ private:
     AEFrameReader mReader;
 };
 
-} // namespace
-
-int main(int argc, char** argv) {
+int perform(int argc, char** argv) {
     if (!isSocket(STDIN_FILENO)) { // otherwise the argument is the name of a script
         const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
         std::fputs("quoddle-dialogs: shows dialogs for other programs, which start it when they need it\n", isAsked ? stdout : stderr);
@@ -121,4 +120,10 @@ int main(int argc, char** argv) {
     const int status = NSApplication::exec();
     standardUserDefaults().sync();
     return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("quoddle-dialogs", argc, argv, &perform);
 }

@@ -5,6 +5,7 @@
 #include "AppletInstallation.h"
 #include "Applets.h"
 #include "platform/ae/transport/AERunningApplications.h"
+#include "platform/base/ProgramMain.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -162,9 +163,7 @@ int perform(const Command& command, Words words) {
     return command.perform(words);
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int performCommandLine(int argc, char** argv) {
     Words words(argv + 1, argv + argc);
     if (words.empty() || words[0] == "--help") {
         printHelp();
@@ -176,4 +175,10 @@ int main(int argc, char** argv) {
     words.erase(words.begin());
     QCoreApplication application(argc, argv);
     return perform(*command, std::move(words));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("quoddle", argc, argv, &performCommandLine);
 }

@@ -17,6 +17,7 @@
 #include "platform/appkit/DesktopApplication.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/applescript/AppleScriptComponent.h"
+#include "platform/base/ProgramMain.h"
 #include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSUserDefaults.h"
@@ -277,9 +278,7 @@ int handOverActivation(const NSBundle& bundle, int argc, char** argv) {
     return status;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int launch(int argc, char** argv) {
     Invocation invocation = invocationFrom(argc, argv);
     if (!invocation.bundle)
         return explainUsage(argc > 1 ? argv[1] : nullptr);
@@ -314,4 +313,10 @@ int main(int argc, char** argv) {
     if (invocation.isActivated && !takeFirstRequest(desktop, invocation))
         return EXIT_SUCCESS;
     return runApplet(application, desktop, invocation, lock);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("quoddle-shell", argc, argv, &launch);
 }

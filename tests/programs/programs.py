@@ -7,6 +7,7 @@
 import os
 import pathlib
 import plistlib
+import resource
 import shutil
 import signal
 import stat
@@ -46,6 +47,7 @@ class Programs(unittest.TestCase):
             (["-e", "1 +"], 1, "", None),
             (["-l", "Klingon", "-e", "1"], 2, "", None),
             (["-q"], 2, "", None),
+            (["-e return 1 + 1"], 0, "2\n", ""),
             (["/nowhere/x.scpt"], 1, "", "osascript: /nowhere/x.scpt: File not found.\n"),
         ]
         for arguments, status, output, errors in cases:
@@ -171,6 +173,54 @@ class Programs(unittest.TestCase):
         self.assertEqual((status, sorted(bundle.rglob("*")), call("osascript", bundle)[1]), (1, before, "2\n"))
         self.assertIn("Tool.app", errors)
         self.assertEqual(sorted(p.name for p in self.folder.iterdir()), ["Tool.app", "Tool.app.new", "Tool.app.old", "large"])
+
+    def test_output_that_cannot_be_written_is_an_error(self):
+        script = self.folder / "s.scpt"
+        call("osacompile", "-o", script, "-e", "return 1")
+        commands = [["osascript", "-e", "1"], ["osascript", "--help"], ["osadecompile", script], ["osalang"], ["osacompile", "--help"],
+                    ["quoddle", "--help"], ["quoddle-dialogs", "--help"], ["quoddle-shell", "--help"]]
+        for command in commands:
+            for where in ("/dev/full", "/dev/null"):
+                with self.subTest(command, where=where), open(where, "w") as output:
+                    done = subprocess.run([str(BIN / command[0]), *map(str, command[1:])], stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.PIPE, text=True)
+                    expected = (1, f"{command[0]}: the output could not be written\n") if where == "/dev/full" else (0, "")
+                    self.assertEqual((done.returncode, done.stderr), expected)
+        # A stream that is closed is one that cannot be written either: no file of the script's takes its place.
+        data = self.file("data", "before")
+        script = f'set f to open for access POSIX file "{data}" with write permission\nlog "to nobody"\nreturn "result"'
+        for closed, status in [("<&-", 0), (">&-", 1), ("2>&-", 0), ("<&- >&- 2>&-", 1)]:
+            done = subprocess.run(f"exec '{BIN}/osascript' -e '{script}' {closed}", shell=True, capture_output=True)
+            self.assertEqual((done.returncode, data.read_text()), (status, "before"), closed)
+        self.assertEqual(subprocess.run(f"'{BIN}/osascript' <&-", shell=True, capture_output=True).returncode, 1)
+
+    def test_memory_that_is_not_there(self):
+        """As under ulimit -v: an error of the language, or at least a word, and no abort."""
+        if BIN.parent.name in ("asan", "tsan"):
+            self.skipTest("a sanitizer takes more than there is")
+        def limited(script, *words):
+            limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (300_000 << 10, 300_000 << 10))
+            with open(script) if script else open("/dev/zero") as source:
+                done = subprocess.run([str(BIN / "osascript"), *words], stdin=source, capture_output=True, text=True, preexec_fn=limit, timeout=120)
+            return done.returncode, done.stderr[-60:]
+        for name, source, error in [
+            ("growing", "set l to {}\nrepeat\nset end of l to {1, 2, 3}\nend repeat", "Out of memory. (-108)\n"),
+            ("nested", "set l to {}\nrepeat\nset l to {l, \"x\" & 3}\nend repeat", "Out of memory. (-108)\n"),
+            ("output", "do shell script \"tr '\\\\\\\\0' a </dev/zero\"", "(-108)\n"),
+            ("caught", "try\nset l to {}\nrepeat\nset end of l to {a:1}\nend repeat\non error number n\nset l to {}\nerror \"again\" number n\nend try", "again (-108)\n"),
+            ("large", "set x to \"" + "a" * 60_000_000 + "\"", "emory"),
+            ("long", "".join(f"set x{i} to {{{i}}}\n" for i in range(400_000)), "emory"),
+        ]:
+            with self.subTest(name):
+                status, said = limited(self.file(name, source))
+                self.assertEqual(status, 1)
+                self.assertIn(error, said)
+        self.assertEqual(limited(None)[0], 1)
+
+    def test_options_in_the_first_line(self):
+        for options, expected in [("-l AppleScript", b"a\n"), ("-l AppleScript -s s", b'"a"\n'), ("-ss", b'"a"\n'), ("", b"a\n")]:
+            script = self.file("tool", f"#!{BIN / 'osascript'} {options}\non run argv\nreturn item 1 of argv\nend run\n")
+            script.chmod(0o755)
+            self.assertEqual(subprocess.run([str(script), "a", "-b"], capture_output=True).stdout, expected, options)
 
     def test_many_at_once_lose_nothing(self):
         bundle = self.folder / "Tool.app"

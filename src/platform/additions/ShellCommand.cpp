@@ -23,8 +23,7 @@ bool drain(int descriptor, std::string& into) {
     const ssize_t count = ::read(descriptor, bytes, sizeof bytes);
     if (count < 0)
         return errno == EINTR || errno == EAGAIN;
-    if (into.size() < kMaximumOutput)
-        into.append(bytes, static_cast<std::size_t>(count));
+    into.append(bytes, static_cast<std::size_t>(count));
     return count > 0;
 }
 
@@ -32,6 +31,7 @@ struct Outcome {
     std::string output, errors;
     int status = 0;
     bool cancelled = false;
+    bool isTooLong = false;
 };
 
 /// Until the command has ended and nobody holds its streams any more, or until a cancel. False when it cannot be run.
@@ -44,7 +44,8 @@ bool run(const std::string& command, const AEHandlerContext& context, Outcome& o
     std::optional<int> status;
     while (std::any_of(std::begin(streams), std::end(streams), [](const pollfd& stream) { return stream.fd >= 0; })) {
         outcome.cancelled = context.isCancelled();
-        if (outcome.cancelled)
+        outcome.isTooLong = outcome.output.size() > kMaximumOutput || outcome.errors.size() > kMaximumOutput;
+        if (outcome.cancelled || outcome.isTooLong)
             return true;
         if (::poll(streams, std::size(streams), kPollMilliseconds) < 0 && errno != EINTR)
             return false;
@@ -93,6 +94,8 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
         return fail(reply, memFullErr, u"The command could not be started.");
     if (outcome.cancelled)
         return userCanceledErr;
+    if (outcome.isTooLong)
+        return fail(reply, memFullErr, u"The command wrote more than can be taken at once.");
     const bool altering = booleanParameter(event, "alen"_4cc).value_or(true);
     const int status = WIFEXITED(outcome.status) ? WEXITSTATUS(outcome.status) : 128 + WTERMSIG(outcome.status);
     if (status == 0)

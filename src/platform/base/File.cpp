@@ -3,6 +3,7 @@
 
 #include "platform/base/FileDescriptor.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -15,6 +16,7 @@ namespace quoddle {
 namespace {
 
 constexpr OSStatus kIOError = -36;
+constexpr std::size_t kLargestStep = std::size_t(16) << 20;
 constexpr OSStatus kBadName = -37;
 
 // Asking for it changes it for a moment, in which other threads must not make files: asked before there are any.
@@ -34,6 +36,28 @@ bool writeAll(int descriptor, std::string_view bytes) {
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
     return true;
+}
+
+/// `expectedSize` may be wrong.
+Result<std::string, OSStatus> readAll(int descriptor, std::size_t expectedSize, std::size_t maximumSize) {
+    std::string bytes(expectedSize, '\0');
+    std::size_t filled = 0;
+    while (true) {
+        if (filled == bytes.size())
+            bytes.resize(bytes.size() + std::clamp<std::size_t>(filled, 4096, kLargestStep));
+        const ssize_t count = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            return Failure{statusFromErrno(errno)};
+        if (count == 0)
+            break;
+        filled += static_cast<std::size_t>(count);
+        if (filled > maximumSize)
+            return Failure{memFullErr};
+    }
+    bytes.resize(filled);
+    return bytes;
 }
 
 /// What stands where a file is to be written. The kernel follows links, and not those that it does not trust.
@@ -129,25 +153,11 @@ Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maxi
         return Failure{paramErr};
     if (static_cast<std::size_t>(info.st_size) > maximumSize)
         return Failure{memFullErr};
-    std::string bytes;
-    bytes.resize(static_cast<std::size_t>(info.st_size));
-    std::size_t filled = 0;
-    while (true) {
-        if (filled == bytes.size())
-            bytes.resize(bytes.size() + 4096); // it may have grown
-        const ssize_t count = ::read(file.number(), bytes.data() + filled, bytes.size() - filled);
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return Failure{statusFromErrno(errno)};
-        if (count == 0)
-            break;
-        filled += static_cast<std::size_t>(count);
-        if (filled > maximumSize)
-            return Failure{memFullErr};
-    }
-    bytes.resize(filled);
-    return bytes;
+    return readAll(file.number(), static_cast<std::size_t>(info.st_size), maximumSize);
+}
+
+Result<std::string, OSStatus> readToEnd(int descriptor, std::size_t maximumSize) {
+    return readAll(descriptor, 0, maximumSize);
 }
 
 OSStatus writeFile(const std::string& path, std::string_view bytes) {

@@ -13,6 +13,10 @@ namespace quoddle {
 /// -43 no such file, -54 no permission, -108 larger than `maximumSize` bytes, -50 a folder or no ordinary file, -36 the reading failed.
 Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maximumSize);
 
+/// What an open descriptor, such as that of a pipe, has until its end, which is waited for. -108 more than `maximumSize` bytes, -36 the
+/// reading failed.
+Result<std::string, OSStatus> readToEnd(int descriptor, std::size_t maximumSize);
+
 /// Writes beside the file and renames, so that the file is the old one or the new one at all times. Links are followed. An existing file
 /// keeps its permissions, but for those to run as its owner, and its owner when we may give files away. Pipes and devices that take bytes
 /// one after the other are written to; one that nobody reads is an error (-36). -54 no permission, -34 the disk is full, -37 the name is

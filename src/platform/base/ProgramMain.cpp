@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "platform/base/ProgramMain.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <fcntl.h>
+#include <new>
+#include <unistd.h>
+
+namespace quoddle {
+
+namespace {
+
+/// What stands in for a closed stream cannot be used in its direction.
+void occupyClosedStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(stream, F_GETFD) < 0)
+            (void)::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+} // namespace
+
+int programMain(const char* program, int argc, char** argv, int (*body)(int, char**)) {
+    occupyClosedStreams();
+    int status = EXIT_FAILURE;
+    try {
+        status = body(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::fprintf(stderr, "%s: out of memory\n", program);
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "%s: %s\n", program, exception.what());
+    }
+    if (std::fflush(stdout) == 0 && !std::ferror(stdout))
+        return status;
+    std::fprintf(stderr, "%s: the output could not be written\n", program);
+    return status == EXIT_SUCCESS ? EXIT_FAILURE : status;
+}
+
+} // namespace quoddle
