@@ -5,6 +5,7 @@
 #include "AppletInstallation.h"
 #include "Applets.h"
 #include "platform/ae/transport/AERunningApplications.h"
+#include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/base/ProgramMain.h"
 
 #include <algorithm>
@@ -56,6 +57,8 @@ int run(const Words& words) {
 }
 
 int list(const Words&) {
+    if (const auto directory = AERuntimeDirectory(); !directory)
+        return fail(AERuntimeDirectoryAdvice(directory.error()));
     const auto applications = AEListRunningApplications();
     if (applications.empty()) {
         std::cerr << "No applet is running.\n";

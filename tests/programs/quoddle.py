@@ -100,6 +100,10 @@ class Quoddle(unittest.TestCase):
             self.assertEqual(got[0], status, words)
             self.assertIn(output, got[1])
             self.assertIn(error, got[2])
+        (self.folder / "run/quoddle").chmod(0o755)
+        status, output, error = self.call("list")
+        self.assertEqual((status, output), (1, ""))
+        self.assertIn("chmod 700", error)
         bundle = self.make()
         for command in ("install", "run"):
             self.assertIn("set QUODDLE_SHELL", self.call(command, bundle, QUODDLE_SHELL="/nowhere/shell")[2])

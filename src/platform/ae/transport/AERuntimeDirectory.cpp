@@ -19,19 +19,39 @@ bool belongsToUserAlone(const struct stat& status) {
     return S_ISDIR(status.st_mode) && status.st_uid == geteuid() && (status.st_mode & 077) == 0;
 }
 
+/// A folder where we may make one: of another user's, such as root's guest has in its environment, we would take a part away from its
+/// owner.
+bool isOurs(const char* path) {
+    struct stat status = {};
+    return path && *path == '/' && stat(path, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&
+           (status.st_mode & 022) == 0;
+}
+
+std::string path() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    return isOurs(runtime) ? std::string(runtime) + "/quoddle" : "/tmp/quoddle-" + std::to_string(geteuid());
+}
+
 } // namespace
 
 Result<std::string, OSStatus> AERuntimeDirectory() {
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    const std::string path = runtime && *runtime == '/' ? std::string(runtime) + "/quoddle" : "/tmp/quoddle-" + std::to_string(geteuid());
-    if (mkdir(path.c_str(), kOwnerOnly) != 0 && errno != EEXIST)
+    const std::string directory = path();
+    if (mkdir(directory.c_str(), kOwnerOnly) != 0 && errno != EEXIST)
         return Failure{statusFromErrno(errno)};
     struct stat status = {};
-    if (lstat(path.c_str(), &status) != 0)
+    if (lstat(directory.c_str(), &status) != 0)
         return Failure{statusFromErrno(errno)};
     if (!belongsToUserAlone(status))
         return Failure{kAccessDenied};
-    return path;
+    return directory;
+}
+
+std::string AERuntimeDirectoryAdvice(OSStatus status) {
+    if (status == kAccessDenied)
+        return "Applets find each other in the folder " + path() +
+               ", which is not a folder that belongs to you alone. Remove it, or give it to yourself and take its rights from others "
+               "(chmod 700).";
+    return "Applets find each other in the folder " + path() + ", which can’t be made (" + std::to_string(status) + ").";
 }
 
 } // namespace quoddle

@@ -96,8 +96,20 @@ OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::
     return AESendToProcess(processID, event, reply, sendMode, timeoutInTicks, options);
 }
 
+/// Nobody could be found, and who is launched would not be heard of.
+OSStatus answerThatNobodyIsFound(const AEDesc& event, AEDesc* reply, OSStatus status) {
+    if (!reply)
+        return status;
+    *reply = AEEmptyReplyTo(event);
+    (void)reply->put("errn"_4cc, AEDesc::ofInt32(status));
+    (void)reply->put("errs"_4cc, AEDesc::ofUTF8(AERuntimeDirectoryAdvice(status)));
+    return noErr;
+}
+
 OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
     constexpr int kAttempts = 4; // to meet one that does not end at that moment
+    if (const auto directory = AERuntimeDirectory(); !directory)
+        return answerThatNobodyIsFound(event, reply, directory.error());
     OSStatus status = procNotFound;
     bool mayHaveEnded = true;
     for (int attempt = 0; attempt < kAttempts && status == procNotFound && mayHaveEnded; ++attempt)

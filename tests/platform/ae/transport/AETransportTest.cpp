@@ -450,6 +450,34 @@ TEST_F(AETransportTest, TrustsOnlyAFolderOfItsOwn) {
     EXPECT_FALSE(AERuntimeDirectory());
     fs::remove(directory);
     EXPECT_TRUE(AERuntimeDirectory());
+    // Where others may write, or what belongs to somebody else, is no place to make it.
+    fs::remove(directory);
+    const std::string otherwise = "/tmp/quoddle-" + std::to_string(::geteuid());
+    ASSERT_EQ(::chmod(root.c_str(), 0777), 0);
+    EXPECT_EQ(*AERuntimeDirectory(), otherwise);
+    ASSERT_EQ(::chmod(root.c_str(), 0700), 0);
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(root.c_str(), 12345, 12345), 0);
+        EXPECT_EQ(*AERuntimeDirectory(), otherwise);
+    }
+    EXPECT_FALSE(fs::exists(directory));
+}
+
+TEST_F(AETransportTest, LaunchesNobodyWhoCouldNotBeFound) {
+    AEInstallTransport();
+    const std::string program = root + "/Deaf.app/Contents/Linux/Deaf", trace = root + "/launched";
+    fs::create_directories(fs::path(program).parent_path());
+    ASSERT_EQ(writeFile(program, "#!/bin/sh\ntouch '" + trace + "'\n"), noErr);
+    ASSERT_EQ(::chmod(program.c_str(), 0755), 0);
+    ASSERT_EQ(::chmod(directory.c_str(), 0755), 0);
+    AEDesc reply;
+    const AEDesc event = AEDesc::appleEvent("test"_4cc, "echo"_4cc, AEDesc("aprl"_4cc, root + "/Deaf.app"));
+    EXPECT_EQ(AESendMessage(event, &reply, kAEWaitReply, kAEDefaultTimeout), noErr);
+    ASSERT_TRUE(reply.find("errs"_4cc));
+    EXPECT_EQ(reply.find("errn"_4cc)->asInt32(), -5000);
+    EXPECT_NE(reply.find("errs"_4cc)->asUTF8()->find("chmod 700"), std::string::npos);
+    EXPECT_EQ(AESendMessage(event, nullptr, kAENoReply, kAEDefaultTimeout), -5000);
+    EXPECT_FALSE(fs::exists(trace));
 }
 
 } // namespace
