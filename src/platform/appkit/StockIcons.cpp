@@ -2,8 +2,8 @@
 #include "platform/appkit/StockIcons.h"
 
 #include "platform/appkit/DrawnIcon.h"
+#include "platform/appkit/ImageFile.h"
 
-#include <QImageReader>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -11,7 +11,6 @@ namespace quoddle {
 
 namespace {
 
-constexpr int kMaxExtent = 16384;
 constexpr int kMaxIconExtent = 1024; // the largest picture an icon file has
 constexpr int kMaxPictures = 32;
 
@@ -73,19 +72,11 @@ QIcon iconForFileType(FourCharCode type) {
 }
 
 QIcon iconFromImageFile(const QString& path) {
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
+    ImageFile file(path);
     QIcon icon;
-    const int count = std::clamp(reader.imageCount(), 1, kMaxPictures); // an icon file holds several sizes
-    for (int i = 0; i < count; ++i) {
-        if (i > 0 && !reader.jumpToImage(i))
-            break;
-        const QSize size = reader.size();
-        if (size.width() > kMaxExtent || size.height() > kMaxExtent)
-            continue;
-        if (size.width() > kMaxIconExtent || size.height() > kMaxIconExtent)
-            reader.setScaledSize(size.scaled(kMaxIconExtent, kMaxIconExtent, Qt::KeepAspectRatio));
-        const QImage image = reader.read();
+    const int count = std::min(file.count(), kMaxPictures); // an icon file holds several sizes
+    for (int i = 0; i < count && file.select(i); ++i) {
+        const QImage image = file.read({kMaxIconExtent, kMaxIconExtent});
         if (!image.isNull())
             icon.addPixmap(QPixmap::fromImage(image));
     }

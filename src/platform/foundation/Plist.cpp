@@ -3,10 +3,9 @@
 #include "platform/foundation/Plist.h"
 
 #include "platform/base/Text.h"
+#include "platform/foundation/FileBytes.h"
 #include "platform/foundation/PlistReaders.h"
 
-#include <QFile>
-#include <QFileInfo>
 #include <QStringConverter>
 
 namespace quoddle::Plist {
@@ -71,13 +70,12 @@ Result<QVariant, QString> read(const QByteArray& bytes) {
 }
 
 Result<QByteArray, QString> bytesOf(const QString& path) {
-    // To open a pipe is to wait for whoever writes into it.
-    if (QFileInfo info(path); info.exists() && !info.isFile())
+    auto bytes = bytesOfFile(path, kMaxBytes);
+    if (bytes)
+        return std::move(*bytes);
+    if (bytes.error() == paramErr)
         return failure(u"not a file"_s);
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return failure(file.errorString());
-    return file.read(std::min<qint64>(file.size(), kMaxBytes) + 1); // room is made for as much as is asked for
+    return failure(u"error %1"_s.arg(bytes.error()));
 }
 
 Result<QVariant, QString> readFile(const QString& path) {

@@ -26,7 +26,7 @@ constexpr qsizetype kMaxNodes = 1'000'000;
 /// The error is a sentence in English for the log.
 Result<QVariant, QString> read(const QByteArray& bytes);
 Result<QVariant, QString> readFile(const QString& path);
-/// What a file holds, for the reader of your choice: not more than one byte beyond kMaxBytes, and nothing but regular files.
+/// What a file holds, for the reader of your choice: not more than kMaxBytes, and nothing but regular files.
 Result<QByteArray, QString> bytesOf(const QString& path);
 
 /// A strings table: a dictionary in any of the formats, or its OpenStep form without braces. Entries that are not texts are left out.

@@ -3,6 +3,7 @@
 
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/appkit/BundleIcon.h"
+#include "platform/appkit/StockIcons.h"
 #include "platform/foundation/DesktopEntry.h"
 
 #include <algorithm>
@@ -116,7 +117,7 @@ const QIcon& ApplicationListModel::iconAt(std::size_t row) const {
         return icon;
     const ListedApplication& application = mApplications[row];
     if (application.icon.startsWith(u'/'))
-        icon = QIcon(application.icon);
+        icon = iconFromImageFile(application.icon);
     else if (!application.icon.isEmpty())
         icon = QIcon::fromTheme(application.icon);
     if ((icon.isNull() || icon.pixmap(kIconSize).isNull()) && application.path.endsWith(".desktop"_L1))

@@ -43,8 +43,7 @@ std::optional<CommandError> readDialogIcon(const IconParameter& parameter, const
     case Kind::file:
         if (parameter.name.isEmpty() || !QFileInfo::exists(parameter.name))
             return resourceNotFound();
-        if (QFileInfo(parameter.name).isFile()) // not a pipe, which would be waited for
-            pixmap = pixmapForIcon(iconFromImageFile(parameter.name), kIconSize, devicePixelRatio);
+        pixmap = pixmapForIcon(iconFromImageFile(parameter.name), kIconSize, devicePixelRatio);
         break;
     case Kind::none:
     case Kind::resource:

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -45,7 +46,8 @@ TEST_F(RichTextTest, ReadsText) {
     } kCases[] = {
         {"paragraphs", "one\\par\ntwo\\\nthree", u"one\ntwo\nthree"_s},
         {"bytes of the code page", "caf\\'e9 \\'93x\\'94", u"café “x”"_s},
-        {"bytes of a font's character set", "{\\fonttbl\\f0\\fcharset128 Mincho;\\f1\\fcharset0 Arial;}\\f0 \\'93\\'fa\\f1 \\'e9", u"日é"_s},
+        {"bytes of a font's character set", "{\\fonttbl\\f0\\fcharset128 Mincho;\\f1\\fcharset0 Arial;}\\f0 \\'93\\'fa\\f1 \\'e9",
+         u"日é"_s},
         {"unicode with fallbacks", "\\u26085 ?\\uc0\\u26412\\uc2\\u233 ??x", u"日本éx"_s},
         {"a surrogate pair", "\\u-10179 ?\\u-8704 ?!", u"😀!"_s},
         {"signs", "a\\tab b\\emdash c\\~d\\\\\\{\\}", u"a\tb—c d\\{}"_s},
@@ -104,24 +106,59 @@ TEST_F(RichTextTest, ReadsPicturesOfItsOwnFolderOnly) {
     EXPECT_FALSE(document.resource(QTextDocument::ImageResource, QUrl(u"attachment:dot.png"_s)).isNull());
 }
 
+TEST_F(RichTextTest, AllPicturesTogetherHaveABound) {
+    const QString path = folder.filePath(u"d.rtfd"_s);
+    ASSERT_TRUE(QDir().mkpath(path));
+    QByteArray text = "{\\rtf1\\mac ";
+    QImage image(3000, 3000, QImage::Format_Mono); // as a file a few hundred bytes
+    image.fill(1);
+    for (int i = 0; i < 25; ++i) {
+        const QString name = QString::number(i) + u".png"_s;
+        ASSERT_TRUE(image.save(path + u'/' + name));
+        for (int again = 0; again < 2; ++again)
+            text += "{{\\NeXTGraphic " + name.toUtf8() + "}\\'ac}";
+    }
+    write(u"d.rtfd/TXT.rtf"_s, text + "end}");
+    ASSERT_TRUE(readRichText(path, document));
+    qint64 pixels = 0;
+    for (int i = 0; i < 25; ++i) {
+        const auto kept = document.resource(QTextDocument::ImageResource, QUrl(u"attachment:%1.png"_s.arg(i))).value<QImage>();
+        pixels += qint64{kept.width()} * kept.height();
+    }
+    EXPECT_GT(pixels, 4'000'000);
+    EXPECT_LT(pixels, 20'000'000);
+    QTextCursor picture(&document);
+    picture.setPosition(2);
+    EXPECT_EQ(picture.charFormat().toImageFormat().name(), u"attachment:0.png"_s) << "a second time";
+    EXPECT_EQ(picture.charFormat().toImageFormat().width(), 3000.0);
+    EXPECT_TRUE(document.toPlainText().endsWith(u"end"_s));
+}
+
 TEST_F(RichTextTest, RefusesWhatIsNoRichText) {
     document.setPlainText(u"before"_s);
     EXPECT_FALSE(readRichText(write(u"x.rtf"_s, "plain text"), document));
     EXPECT_FALSE(readRichText(folder.filePath(u"missing.rtf"_s), document));
     EXPECT_FALSE(readRichText(folder.path(), document));
+    for (const QString& name : {u"pipe.rtf"_s, u"p.rtfd/TXT.rtf"_s}) { // would be waited for
+        ASSERT_TRUE(QDir(folder.path()).mkpath(u"p.rtfd"_s));
+        ASSERT_EQ(::mkfifo(folder.filePath(name).toLocal8Bit().constData(), 0600), 0);
+        EXPECT_FALSE(readRichText(folder.filePath(name.section(u'/', 0, 0)), document));
+    }
     EXPECT_EQ(document.toPlainText(), u"before"_s);
 }
 
 TEST_F(RichTextTest, SurvivesAnything) {
     std::mt19937 random(11);
-    const QByteArray good = "{\\rtf1\\ansi{\\fonttbl\\f0\\fcharset128 A;}{\\colortbl;\\red1;}\\f0\\cf1\\u-1 ?\\'e9\\b x\\par"
-                            "{{\\NeXTGraphic p.png \\width9}\\'ac}{\\field{\\*\\fldinst{HYPERLINK \"a:b\"}}{\\fldrslt l}}\\bin3 abc\\uc5\\u65 }";
+    const QByteArray good =
+        "{\\rtf1\\ansi{\\fonttbl\\f0\\fcharset128 A;}{\\colortbl;\\red1;}\\f0\\cf1\\u-1 ?\\'e9\\b x\\par"
+        "{{\\NeXTGraphic p.png \\width9}\\'ac}{\\field{\\*\\fldinst{HYPERLINK \"a:b\"}}{\\fldrslt l}}\\bin3 abc\\uc5\\u65 }";
     constexpr char kSigns[] = "\\{}'*0-9u \xFF";
     for (int round = 0; round < 2000; ++round) {
         QByteArray bytes = good;
         for (int change = 0; change < 4; ++change)
             bytes[5 + static_cast<qsizetype>(random() % static_cast<unsigned>(bytes.size() - 5))] = kSigns[random() % 11];
-        (void)readRichText(write(u"m.rtf"_s, bytes.left(5 + static_cast<qsizetype>(random() % static_cast<unsigned>(bytes.size())))), document);
+        (void)readRichText(write(u"m.rtf"_s, bytes.left(5 + static_cast<qsizetype>(random() % static_cast<unsigned>(bytes.size())))),
+                           document);
     }
     EXPECT_TRUE(read(QByteArray(100'000, '{') + "deep"));
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/rtf/RTFReader.h"
 
+#include "platform/appkit/ImageFile.h"
 #include "platform/appkit/rtf/CodePage.h"
 
 #include <QDir>
-#include <QImageReader>
 #include <QRegularExpression>
 #include <QTextDocument>
 #include <QUrl>
@@ -22,7 +22,12 @@ constexpr int kTwipsPerPoint = 20;
 // A point of the files is a pixel of a screen with 72 of them to the inch; ours count 96.
 constexpr double kPointScale = 0.75;
 constexpr int kMaximumPictureSide = 4000;
+constexpr int kKeptPictureSide = 1600; // more than a description is wide, on screens of any scale
 const QTextCharFormat kPlainFormat;
+
+qint64 pixelsIn(QSize size) {
+    return qint64{size.width()} * size.height();
+}
 
 bool isOn(const RTFToken& token) {
     return !token.hasParameter || token.parameter != 0;
@@ -357,21 +362,32 @@ void RTFReader::insertPicture() {
     const QString name = mPictureName.trimmed();
     if (mFolder.isEmpty() || name.isEmpty() || name.contains(u'/') || name.startsWith(u'.'))
         return;
-    QImageReader reader(QDir(mFolder).filePath(name));
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (size.width() > kMaximumPictureSide || size.height() > kMaximumPictureSide)
-        return;
-    const QImage image = reader.read();
-    if (image.isNull())
-        return;
     const QUrl url(u"attachment:"_s + name);
-    mDocument.addResource(QTextDocument::ImageResource, url, image);
+    auto size = mPictures.constFind(name);
+    if (size == mPictures.constEnd())
+        size = mPictures.insert(name, readPicture(name, url));
+    if (size->isEmpty())
+        return;
     QTextImageFormat format;
     format.setName(url.toString());
-    format.setWidth(mPictureSize.width() > 0 ? mPictureSize.width() : image.width());
-    format.setHeight(mPictureSize.height() > 0 ? mPictureSize.height() : image.height());
+    format.setWidth(mPictureSize.width() > 0 ? mPictureSize.width() : size->width());
+    format.setHeight(mPictureSize.height() > 0 ? mPictureSize.height() : size->height());
     mCursor.insertImage(format);
+}
+
+/// Its own size, in which it is shown, though it may be kept smaller. Empty when it cannot be read or when there is no room left for it.
+QSize RTFReader::readPicture(const QString& name, const QUrl& url) {
+    ImageFile file(QDir(mFolder).filePath(name));
+    const QSize size = file.size();
+    const QSize kept = size.boundedTo(size.scaled(kKeptPictureSide, kKeptPictureSide, Qt::KeepAspectRatio));
+    if (size.width() > kMaximumPictureSide || size.height() > kMaximumPictureSide || pixelsIn(kept) > mPixelsLeft)
+        return {};
+    const QImage image = file.read({kKeptPictureSide, kKeptPictureSide});
+    if (image.isNull() || pixelsIn(image.size()) > mPixelsLeft)
+        return {};
+    mPixelsLeft -= pixelsIn(image.size());
+    mDocument.addResource(QTextDocument::ImageResource, url, image);
+    return size.isEmpty() ? image.size() : size;
 }
 
 const QHash<QByteArray, RTFReader::Method>& RTFReader::methods() {

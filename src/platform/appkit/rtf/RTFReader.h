@@ -66,8 +66,10 @@ private:
 
     void applyLink();
     void insertPicture();
+    QSize readPicture(const QString& name, const QUrl& url);
     State& state() { return mStates.back(); }
 
+    static constexpr qint64 kMaximumPixels = qint64{16} << 20; // of all pictures together
     RTFTokenizer mTokens;
     const QString mFolder;
     QTextDocument& mDocument;
@@ -86,6 +88,8 @@ private:
     QString mInstruction;
     QString mPictureName;
     QSize mPictureSize;
+    QHash<QString, QSize> mPictures; // that were asked for, by name
+    qint64 mPixelsLeft = kMaximumPixels;
 };
 
 } // namespace quoddle

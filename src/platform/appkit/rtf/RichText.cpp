@@ -2,8 +2,8 @@
 #include "platform/appkit/rtf/RichText.h"
 
 #include "platform/appkit/rtf/RTFReader.h"
+#include "platform/foundation/FileBytes.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -18,14 +18,11 @@ constexpr qint64 kMaximumSize = qint64{32} << 20;
 
 bool readRichText(const QString& path, QTextDocument& document) {
     const bool isFolder = QFileInfo(path).isDir();
-    QFile file(isFolder ? path + u"/TXT.rtf"_s : path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > kMaximumSize)
-        return false;
-    const QByteArray bytes = file.read(std::min(file.size(), kMaximumSize));
-    if (!bytes.startsWith("{\\rtf"))
+    const auto bytes = bytesOfFile(isFolder ? path + u"/TXT.rtf"_s : path, kMaximumSize);
+    if (!bytes || !bytes->startsWith("{\\rtf"))
         return false;
     document.clear();
-    RTFReader(bytes, isFolder ? path : QString(), document).read();
+    RTFReader(*bytes, isFolder ? path : QString(), document).read();
     return true;
 }
 

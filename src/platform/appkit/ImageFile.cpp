@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/ImageFile.h"
+
+#include "platform/foundation/FileBytes.h"
+
+#include <QFileInfo>
+#include <QXmlStreamReader>
+
+namespace quoddle {
+
+namespace {
+
+constexpr qint64 kMaximumSize = qint64{64} << 20;
+constexpr int kMaximumExtent = 16384;
+
+bool refersToItself(const QXmlStreamAttribute& attribute) {
+    const QStringView value = attribute.value().trimmed();
+    return !attribute.qualifiedName().endsWith(QLatin1StringView("href")) || value.isEmpty() || value.startsWith(u'#') ||
+           value.startsWith(QLatin1StringView("data:"));
+}
+
+/// Read as those who draw it will: entities and encodings resolved.
+bool isSelfContained(const QByteArray& drawing) {
+    QXmlStreamReader reader(drawing);
+    while (!reader.atEnd()) {
+        const auto token = reader.readNext();
+        if (token == QXmlStreamReader::ProcessingInstruction) // a style sheet somewhere
+            return false;
+        const QXmlStreamAttributes attributes = reader.attributes();
+        if (token == QXmlStreamReader::StartElement && !std::all_of(attributes.begin(), attributes.end(), &refersToItself))
+            return false;
+    }
+    return !reader.hasError();
+}
+
+} // namespace
+
+ImageFile::ImageFile(const QString& path) {
+    const auto bytes = bytesOfFile(path, kMaximumSize);
+    if (!bytes)
+        return;
+    mBytes = *bytes;
+    mBuffer.setBuffer(&mBytes);
+    mBuffer.open(QIODevice::ReadOnly);
+    mReader.setDevice(&mBuffer);
+    mReader.setFormat(QFileInfo(path).suffix().toLatin1().toLower()); // for kinds that cannot be told by content
+    mReader.setDecideFormatFromContent(true);
+    mReader.setAutoTransform(true);
+    if (mReader.format().startsWith("svg") && !isSelfContained(mBytes))
+        mReader.setDevice(nullptr);
+}
+
+int ImageFile::count() const {
+    return mReader.device() ? std::max(mReader.imageCount(), 1) : 1;
+}
+
+bool ImageFile::select(int index) {
+    return mReader.device() && (index == 0 || mReader.jumpToImage(index));
+}
+
+QSize ImageFile::size() const {
+    const QSize size = mReader.device() ? mReader.size() : QSize();
+    return mReader.transformation() & QImageIOHandler::TransformationRotate90 ? size.transposed() : size;
+}
+
+QImage ImageFile::read(QSize largest) {
+    if (!mReader.device())
+        return {};
+    const QSize size = mReader.size();
+    if (size.width() > kMaximumExtent || size.height() > kMaximumExtent)
+        return {};
+    if (size.width() > largest.width() || size.height() > largest.height())
+        mReader.setScaledSize(size.scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    const QImage image = mReader.read();
+    const bool isLarger = image.width() > largest.width() || image.height() > largest.height();
+    return isLarger ? image.scaled(largest, Qt::KeepAspectRatio, Qt::SmoothTransformation) : image;
+}
+
+} // namespace quoddle

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// A file with pictures, which may come from anybody: read whole and bounded, decoded no larger than it is shown.
+//
+// Decision: a drawing (SVG) may refer to itself alone. What it names besides would be opened, wherever it leads.
+#pragma once
+
+#include <QBuffer>
+#include <QImageReader>
+
+namespace quoddle {
+
+class ImageFile {
+public:
+    /// A file that is no regular one, larger than 64 MiB or a drawing that refers to other files has no pictures.
+    explicit ImageFile(const QString& path);
+
+    /// At least 1.
+    int count() const;
+    /// False when there is no such picture.
+    bool select(int index);
+    /// Of the selected picture, upright; empty when that is not known.
+    QSize size() const;
+    /// The selected picture, made smaller where it is larger than `largest`. Null when there is none, or one of more than 16384 pixels to a
+    /// side.
+    QImage read(QSize largest);
+
+private:
+    QByteArray mBytes;
+    QBuffer mBuffer;
+    QImageReader mReader;
+};
+
+} // namespace quoddle

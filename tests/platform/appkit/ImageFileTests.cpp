@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+// Pictures that are none, that are too large, that want more than to be shown.
+#include "platform/appkit/ImageFile.h"
+#include "platform/appkit/StockIcons.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QImage>
+#include <QTemporaryDir>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize kAnySize(1000, 1000);
+
+class ImageFileTest : public testing::Test {
+protected:
+    QString write(const QString& name, const QByteArray& bytes) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    }
+    QString picture(const QString& name, int width, int height) {
+        QImage image(width, height, QImage::Format_Mono);
+        image.fill(1);
+        EXPECT_TRUE(image.save(folder.filePath(name)));
+        return folder.filePath(name);
+    }
+    QTemporaryDir folder;
+};
+
+} // namespace
+
+TEST_F(ImageFileTest, IsDecodedNoLargerThanAsked) {
+    ImageFile file(picture(u"large.png"_s, 3000, 1500));
+    EXPECT_EQ(file.size(), QSize(3000, 1500));
+    EXPECT_EQ(file.read({1000, 1000}).size(), QSize(1000, 500));
+    EXPECT_EQ(ImageFile(picture(u"thin.png"_s, 5000, 1)).read(kAnySize).size(), QSize(1000, 1));
+    EXPECT_TRUE(ImageFile(picture(u"wide.png"_s, 16385, 1)).read(kAnySize).isNull());
+    QFile::copy(folder.filePath(u"large.png"_s), folder.filePath(u"large.gif"_s));
+    EXPECT_FALSE(ImageFile(folder.filePath(u"large.gif"_s)).read(kAnySize).isNull()) << "told by content";
+    EXPECT_EQ(iconFromImageFile(folder.filePath(u"large.png"_s)).availableSizes(), QList<QSize>{QSize(1024, 512)});
+}
+
+TEST_F(ImageFileTest, WaitsForNoPipe) {
+    const QString pipe = folder.filePath(u"pipe.png"_s);
+    ASSERT_EQ(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    for (const QString& path : {pipe, folder.path(), folder.filePath(u"missing.png"_s), u"/dev/zero"_s}) {
+        ImageFile file(path);
+        EXPECT_EQ(file.count(), 1);
+        EXPECT_TRUE(!file.select(0) && file.size().isEmpty() && file.read(kAnySize).isNull()) << path.toStdString();
+        EXPECT_TRUE(iconFromImageFile(path).isNull());
+    }
+}
+
+TEST_F(ImageFileTest, DrawingsReferToThemselvesAlone) {
+    const QByteArray outside = picture(u"outside.png"_s, 8, 8).toUtf8();
+    const auto isShown = [&](const QByteArray& body, const QByteArray& prologue = {}) {
+        return !ImageFile(write(u"d.svg"_s, prologue +
+                                                "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+                                                "width='20' height='10'>" +
+                                                body + "</svg>"))
+                    .read(kAnySize)
+                    .isNull();
+    };
+    EXPECT_TRUE(isShown("<defs><rect id='r' width='9' height='9'/></defs><use xlink:href='#r'/>"));
+    EXPECT_TRUE(isShown("<image width='1' height='1' xlink:href='data:image/png;base64,AAAA'/>"));
+    EXPECT_FALSE(isShown("<image width='8' height='8' xlink:href='" + outside + "'/>"));
+    EXPECT_FALSE(isShown("<image width='8' height='8' xlink:href='&#47;dev/zero'/>"));
+    EXPECT_FALSE(isShown("&i;", "<!DOCTYPE svg [<!ENTITY i '<image width=\"8\" height=\"8\" xlink:href=\"" + outside + "\"/>'>]>"));
+    EXPECT_FALSE(isShown({}, "<?xml-stylesheet type=\"text/css\" href=\"" + outside + "\"?>"));
+}
+
+} // namespace quoddle
