@@ -28,7 +28,7 @@ bool equalIgnoringCase(const std::string& left, const std::string& right) {
 std::string messageForStatus(OSStatus status) {
     switch (status) {
     case fnfErr:
-        return "File not found.";
+        return "No such file or directory";
     case -54:
         return "No permission.";
     case memFullErr:
@@ -74,21 +74,33 @@ OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSA
     return OSACompile(instance, AEDesc::ofText(utf16FromSourceBytes(bytes)), kOSAModeCompileIntoContext, id);
 }
 
-void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status) {
-    OSStatus number = status;
-    std::string message = status == memFullErr ? "Out of memory." : "The script could not be read.", range = "0:0";
-    if (status == errOSAScriptError) {
-        AEDesc part;
-        if (OSAScriptError(instance, "errn"_4cc, "long"_4cc, part) == noErr)
-            number = part.asInt32().value_or(status);
-        message = OSAScriptError(instance, "errs"_4cc, "utxt"_4cc, part) == noErr ? part.asUTF8().value_or("") : "";
-        if (OSAScriptError(instance, "erng"_4cc, "erng"_4cc, part) == noErr) {
-            const AEDesc* start = part.find("srcs"_4cc);
-            const AEDesc* end = part.find("srce"_4cc);
-            range = std::to_string(start ? start->asInt32().value_or(0) : 0) + ":" + std::to_string(end ? end->asInt32().value_or(0) : 0);
-        }
+ScriptFailure failureOf(ComponentInstance instance, OSStatus status) {
+    ScriptFailure failure;
+    failure.number = status;
+    failure.message = status == memFullErr ? "Out of memory." : "The script could not be read.";
+    if (status != errOSAScriptError)
+        return failure;
+    AEDesc part;
+    if (OSAScriptError(instance, "errn"_4cc, "long"_4cc, part) == noErr)
+        failure.number = part.asInt32().value_or(status);
+    failure.message = OSAScriptError(instance, "errs"_4cc, "utxt"_4cc, part) == noErr ? part.asUTF8().value_or("") : "";
+    if (OSAScriptError(instance, "erng"_4cc, "erng"_4cc, part) == noErr) {
+        const auto place = [&part](AEKeyword key) {
+            const AEDesc* found = part.find(key);
+            return static_cast<std::size_t>(std::max(0, found ? found->asInt32().value_or(0) : 0));
+        };
+        failure.range = {{place("srcs"_4cc), place("srce"_4cc)}};
     }
-    std::cerr << (file.empty() ? "" : file + ":") << range << ": " << kind << " error: " << message << " (" << number << ")\n";
+    return failure;
+}
+
+void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status) {
+    const ScriptFailure failure = failureOf(instance, status);
+    if (!file.empty())
+        std::cerr << file << ":";
+    if (failure.range)
+        std::cerr << failure.range->first << ":" << failure.range->second << ":";
+    std::cerr << (file.empty() && !failure.range ? "" : " ") << kind << " error: " << failure.message << " (" << failure.number << ")\n";
 }
 
 void printResult(ComponentInstance instance, OSAID value, bool asSource) {

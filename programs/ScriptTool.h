@@ -22,7 +22,16 @@ std::optional<std::string> readInput(const std::string& program, const std::stri
 /// Loads compiled input or compiles source, told by content. `id` is new.
 OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSAID& id, bool& isCompiled);
 
-/// "FILE:START:END: KIND error: MESSAGE (NUMBER)" on standard error, from the component's last error, or from a bare status. `file` may be empty.
+/// What a component says of its last error, or what a bare status says.
+struct ScriptFailure {
+    OSStatus number = noErr;
+    std::string message;
+    /// Start and end in the source, in UTF-16 units; nothing when the source is not known.
+    std::optional<std::pair<std::size_t, std::size_t>> range;
+};
+ScriptFailure failureOf(ComponentInstance instance, OSStatus status);
+
+/// "FILE:START:END: KIND error: MESSAGE (NUMBER)" on standard error. `file` may be empty, and no range is printed where none is known.
 void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status);
 
 /// A value on standard output: as people read it, or as source.

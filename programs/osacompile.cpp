@@ -62,6 +62,16 @@ std::string shellPath() {
     return (std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "quoddle-shell").string();
 }
 
+/// "FILE:LINE: error: MESSAGE (NUMBER)", as other compilers and the programs that read their errors have it.
+void printLine(const tool::ScriptFailure& failure, const std::string& file, const std::string& source) {
+    const std::u16string text = utf16FromSourceBytes(source);
+    const std::size_t end = std::min(failure.range ? failure.range->first : 0, text.size());
+    std::size_t line = 1;
+    for (std::size_t i = 0; i < end; ++i)
+        line += text[i] == u'\n' || (text[i] == u'\r' && (i + 1 == text.size() || text[i + 1] != u'\n'));
+    std::cerr << file << ":" << line << ": error: " << failure.message << " (" << failure.number << ")\n";
+}
+
 int perform(int argc, char** argv) {
     auto options = tool::parseOptions("osacompile", "e:l:o:xsu", {argv + 1, argv + argc}, true);
     if (!options)
@@ -112,7 +122,10 @@ int perform(int argc, char** argv) {
     bool isCompiled = false;
     OSStatus status = tool::loadOrCompile(*instance, source, script, isCompiled);
     if (status != noErr) {
-        tool::printError(*instance, file, isCompiled ? "load" : "syntax", status);
+        if (isCompiled)
+            tool::printError(*instance, file, "load", status);
+        else
+            printLine(tool::failureOf(*instance, status), file.empty() ? "-" : file, source);
         return 1;
     }
     AEDesc stored;

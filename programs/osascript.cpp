@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // osascript: runs a script given as statements, as a file or on standard input.
+#include "platform/base/File.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/osa/ScriptBundle.h"
 #include "ScriptTool.h"
@@ -35,6 +36,41 @@ struct Settings {
     bool isInteractive = false;
     bool asSource = false;
     bool errorsOnOutput = false;
+};
+
+/// What a compiled script keeps from one run to the next: its properties are stored back into its file when a run has changed them and the
+/// file may be written. An applet's own file is left alone: that is the applet's business.
+class StoredProperties {
+public:
+    /// `file` is empty for a script that has none.
+    StoredProperties(ComponentInstance instance, OSAID script, const std::string& file)
+        : mInstance(instance), mScript(script), mFile(file.empty() ? file : scriptFileOf(file)) {
+        AEDesc names;
+        const bool isApplet = bundleOfScriptFile(mFile).ends_with(".app");
+        const bool has = !mFile.empty() && !isApplet && OSAGetPropertyNames(instance, kOSAModeNull, script, names) == noErr && names.count() > 0;
+        if (has && ::access(mFile.c_str(), W_OK) == 0)
+            mBefore = stored();
+    }
+
+    void keep() const {
+        if (mBefore.empty())
+            return;
+        const std::string after = stored();
+        if (!after.empty() && after != mBefore)
+            (void)writeFile(mFile, after); // a disk that is full is no reason to call the run a failure
+    }
+
+private:
+    /// Empty when the script holds what cannot be stored.
+    std::string stored() const {
+        AEDesc bytes;
+        return OSAStore(mInstance, mScript, "scpt"_4cc, kOSAModeNull, bytes) == noErr ? std::string(bytes.data()) : std::string();
+    }
+
+    ComponentInstance mInstance;
+    OSAID mScript;
+    std::string mFile;
+    std::string mBefore;
 };
 
 OSStatus run(ComponentInstance instance, OSAID script, const std::vector<std::string>& arguments, OSAID& result) {
@@ -133,9 +169,10 @@ int perform(int argc, char** argv) {
     bool isCompiled = false;
     OSStatus status = tool::loadOrCompile(*instance, bytes, script, isCompiled);
     if (status != noErr) {
-        tool::printError(*instance, file, isCompiled ? "load" : "syntax", status);
+        tool::printError(*instance, file, isCompiled ? "load" : file.empty() ? "syntax" : "script", status);
         return 1;
     }
+    const StoredProperties properties(*instance, script, isCompiled ? file : std::string());
     if (std::error_code error; !file.empty()) // "path to me"
         (void)OSASetScriptInfo(*instance, script, "fref"_4cc,
                                std::filesystem::absolute(scriptFileOf(file), error).lexically_normal().string());
@@ -146,6 +183,7 @@ int perform(int argc, char** argv) {
     }
     if (result != kOSANullScript)
         tool::printResult(*instance, result, settings.asSource);
+    properties.keep();
     return 0;
 }
 

@@ -48,7 +48,7 @@ class Programs(unittest.TestCase):
             (["-l", "Klingon", "-e", "1"], 2, "", None),
             (["-q"], 2, "", None),
             (["-e return 1 + 1"], 0, "2\n", ""),
-            (["/nowhere/x.scpt"], 1, "", "osascript: /nowhere/x.scpt: File not found.\n"),
+            (["/nowhere/x.scpt"], 1, "", "osascript: /nowhere/x.scpt: No such file or directory\n"),
         ]
         for arguments, status, output, errors in cases:
             with self.subTest(arguments):
@@ -93,6 +93,28 @@ class Programs(unittest.TestCase):
         extra.write_text("kept")
         self.assertEqual(call("osacompile", "-o", self.folder / "s.app", "-e", "return 7"), (0, "", ""))
         self.assertEqual((call("osascript", self.folder / "s.app")[1], extra.read_text()), ("7\n", "kept"))
+
+    def test_errors_say_where(self):
+        wrong = self.file("w.applescript", "set a to 1\nset b to )\n")
+        self.assertEqual(call("osascript", wrong)[2], f"{wrong}:20:21: script error: Expected expression but found “)”. (-2741)\n")
+        self.assertEqual(call("osascript", "-", stdin="set b to )")[2], "9:10: syntax error: Expected expression but found “)”. (-2741)\n")
+        self.assertEqual(call("osacompile", "-o", self.folder / "w.scpt", wrong)[2], f"{wrong}:2: error: Expected expression but found “)”. (-2741)\n")
+        self.assertEqual(call("osacompile", "-o", self.folder / "e.scpt", "-e", "error \"x\" number 5")[2], "")
+        self.assertEqual(call("osascript", self.folder / "e.scpt")[2], f"{self.folder}/e.scpt: execution error: x (5)\n")
+
+    def test_properties_of_a_compiled_script_last(self):
+        for name in ("c.scpt", "c.scptd"):
+            call("osacompile", "-o", self.folder / name, "-e", "property n : 0", "-e", "set n to n + 1")
+            self.assertEqual([call("osascript", self.folder / name)[1] for _ in range(3)], ["1\n", "2\n", "3\n"])
+        self.assertEqual(call("osadecompile", self.folder / "c.scpt")[1], "property n : 0\nset n to n + 1\n")
+        # What is not changed, may not be written, or belongs to an applet stays as it is.
+        for name, statement in (("same.scpt", "return n"), ("fails.scpt", "set n to 9\nerror 5"), ("a.app", "set n to n + 1")):
+            call("osacompile", "-o", self.folder / name, self.file("s.applescript", "property n : 0\n" + statement))
+            path = self.folder / name
+            file = path / "Contents/Resources/Scripts/main.scpt" if path.is_dir() else path
+            before = (file.read_bytes(), file.stat().st_ino)
+            call("osascript", path)
+            self.assertEqual((file.read_bytes(), file.stat().st_ino), before, name)
 
     def test_a_script_knows_its_file(self):
         script = self.file("where.applescript", "POSIX path of (path to me)")
