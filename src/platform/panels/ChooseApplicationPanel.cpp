@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/ChooseApplicationPanel.h"
 
+#include "platform/appkit/ListKeys.h"
 #include "platform/panels/ApplicationList.h"
 #include "ui_ChooseApplicationPanel.h"
 
@@ -16,6 +17,7 @@ ChooseApplicationPanel::ChooseApplicationPanel(std::vector<ListedApplication> ap
     mUi->setupUi(this);
     QListView& list = *mUi->listView;
     list.setModel(mModel);
+    watchListKeys(list);
     list.setSelectionMode(multiple ? QAbstractItemView::ExtendedSelection : QAbstractItemView::SingleSelection);
     connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { mUi->okButton->setEnabled(mUi->listView->selectionModel()->hasSelection()); });

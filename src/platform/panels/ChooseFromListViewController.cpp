@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/ChooseFromListViewController.h"
 
+#include "platform/appkit/ListKeys.h"
 #include "ui_ChooseFromListViewController.h"
+
+#include <set>
 
 #include <QAbstractListModel>
 #include <QScrollBar>
-#include <QSet>
 
 namespace quoddle {
 
@@ -62,6 +64,7 @@ void ChooseFromListViewController::viewDidLoad() {
     table.verticalHeader()->setMinimumSectionSize(1);
     table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() + kRowPadding);
     table.setModel(mModel.get());
+    watchListKeys(table);
     setAllowsMultipleSelection(false);
     setButtonTitle(*okButton(), u"OK"_s);
     setButtonTitle(*cancelButton(), u"Cancel"_s);
@@ -89,12 +92,12 @@ void ChooseFromListViewController::setAllowsEmptySelection(bool allows) {
 void ChooseFromListViewController::selectRows(const QList<int>& rows) {
     QItemSelection selection;
     QModelIndex first;
-    for (const int row : QSet<int>(rows.begin(), rows.end())) { // a range that is there twice would count twice
+    for (const int row : std::set<int>(rows.begin(), rows.end())) { // a range that is there twice would count twice
         const QModelIndex index = mModel->index(row);
         if (!index.isValid())
             continue;
         selection.append(QItemSelectionRange(index));
-        if (!first.isValid() || index.row() < first.row())
+        if (!first.isValid())
             first = index;
         if (tableView()->selectionMode() == QAbstractItemView::SingleSelection)
             break;

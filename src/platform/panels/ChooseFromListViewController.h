@@ -35,7 +35,8 @@ public:
     /// Not, unless it is set: OK can then only be pressed when a row is selected.
     void setAllowsEmptySelection(bool allows);
     bool allowsEmptySelection() const { return mAllowsEmptySelection; }
-    /// In place of what is selected; rows that there are not are left out. The first one is scrolled to.
+    /// In place of what is selected; rows that there are not are left out, and all but the uppermost one where only one may be selected.
+    /// That one is scrolled to.
     void selectRows(const QList<int>& rows);
     /// Ascending.
     QList<int> selectedRows() const;

@@ -3,6 +3,7 @@
 
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/filepanel/RowDelegate.h"
+#include "platform/appkit/ListKeys.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -46,19 +47,7 @@ void FileList::keyPressEvent(QKeyEvent* event) {
         Q_EMIT entryRequested(currentIndex());
     else if (event->text() == "/"_L1 || event->text() == "~"_L1)
         Q_EMIT pathBegun(event->text());
-    else
-        moveBy(event, isPlain);
-}
-
-// Where nothing is selected there is nothing to move from: the first row is the next one, and typing finds it as well. The toolkit goes
-// from the row that it would mark.
-void FileList::moveBy(QKeyEvent* event, bool isPlain) {
-    const bool isFromNowhere = isPlain && selectionModel() && !selectionModel()->hasSelection();
-    if (isFromNowhere)
-        selectionModel()->clearCurrentIndex();
-    if (isFromNowhere && event->key() == Qt::Key_End)
-        setCurrentIndex(model()->index(model()->rowCount() - 1, 0));
-    else
+    else if (!moveFromNowhere(*this, *event))
         QTreeView::keyPressEvent(event);
 }
 

@@ -27,8 +27,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void moveBy(QKeyEvent* event, bool isPlain);
-
     QString mPlaceholder;
 };
 
