@@ -26,6 +26,8 @@ void showAboutPanel() {
     if (const QString copyright = info.value(u"NSHumanReadableCopyright"_s).toString(); !copyright.isEmpty())
         lines << copyright;
     panel = std::make_unique<NSAlert>();
+    // A window must not outlive the application.
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &panel->window(), [] { panel.reset(); });
     panel->setIcon(appletIcon());
     panel->setMessageText(bundle->name());
     panel->setInformativeText(lines.join(u'\n'));

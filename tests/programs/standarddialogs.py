@@ -7,6 +7,7 @@ used by real keys and clicks.
 
 Pictures of the dialogs are left in the folder that QUODDLE_ARTEFACTS names, if any; QUODDLE_APPEARANCE=dark makes them dark.
 """
+import ctypes
 import os
 import pathlib
 import plistlib
@@ -54,6 +55,11 @@ display dialog "a" default answer "b" buttons {"c"} default button 1 cancel butt
 display notification "a" with title "b" subtitle "c" sound name "d"
 say "a" displaying "b" using "c" speaking rate 1 pitch 2 modulation 3 volume 4 saving to "d" with stopping current speech and waiting until completion
 """
+
+
+# What a person answers, each in its shortest form.
+COMMANDS = ['display dialog "x"', 'display alert "x"', "choose from list {1, 2}", "choose file", "choose folder", "choose file name", "choose color", "choose URL",
+            "choose application"]
 
 
 class Run:
@@ -288,20 +294,63 @@ class StandardDialogs(accessibility.AccessibleCase):
         libraries = subprocess.run(["ldd", str(binaries() / "osascript")], capture_output=True, text=True, check=True).stdout
         self.assertNotRegex(libraries, r"Qt|xcb|X11|wayland")
 
-    def test_an_applet_that_asks_for_them_shows_them_itself(self):
-        applet = self.folder / "Standard.app"
-        source = 'set r to display dialog "In the applet" with title "From an applet"\ndo shell script "echo " & (count r) & " > ' + str(self.folder) + '/result"'
+    def standard_applet(self, name, source):
+        """An applet that leaves its dialogs to the standard commands, started."""
+        applet = self.folder / (name + ".app")
         subprocess.run([str(binaries() / "osacompile"), "-o", str(applet), "-e", source], check=True)
         info = applet / "Contents/Info.plist"
         values = plistlib.loads(info.read_bytes())
         info.write_bytes(plistlib.dumps(dict(values, KVBUseStandardOSAXEN=True)))
-        run = Run(self, "", str(applet / "Contents/Linux/Standard"))
+        return Run(self, "", str(applet / "Contents/Linux" / name))
+
+    def test_an_applet_that_asks_for_them_shows_them_itself(self):
+        run = self.standard_applet("Standard", 'set r to display dialog "In the applet" with title "From an applet"\ndo shell script "echo " & (count r) & " > '
+                                   + str(self.folder) + '/result"')
         self.find("In the applet", "label")
         self.picture("applet")
         self.assertEqual(self.helpers(), [])
         self.press("OK")
         run.process.wait(timeout=harness.DEADLINE)
         self.assertEqual((self.folder / "result").read_text(), "1\n")
+
+
+    # The end, while a dialog is up
+
+    def windows_of(self, pid):
+        return self.xdotool("search", "--onlyvisible", "--pid", str(pid))
+
+    def test_an_applet_ends_whatever_dialog_is_up(self):
+        for number, command in enumerate(COMMANDS):
+            run = self.standard_applet(f"Ending{number}", command)
+            until(lambda: self.windows_of(run.process.pid), command)
+            run.process.send_signal(signal.SIGTERM)
+            self.assertEqual((command, run.process.wait(timeout=harness.DEADLINE)), (command, 0))
+            self.assertEqual((command, self.windows_of(run.process.pid)), (command, []))
+
+    def test_the_process_behind_ends_whatever_dialog_is_up(self):
+        # It becomes ours when the script that has started it is gone, so that its end can be seen.
+        ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER
+        self.addCleanup(ctypes.CDLL(None).prctl, 36, 0)
+        for command in COMMANDS:
+            run = self.script(command)
+            helper = until(self.helpers, "the process behind")[0]
+            until(lambda: self.windows_of(helper), command)
+            run.kill()
+            self.assertEqual((command, os.waitpid(helper, 0)[1]), (command, 0))
+
+    # Where they appear
+
+    def test_dialogs_open_in_the_middle_of_the_screen(self):
+        for number in range(30):
+            run = self.script(f'display dialog "Well?" with title "Centred {number}" buttons {{"Fine"}}')
+            window = self.window(f"Centred {number}")
+            self.find("Well?", "label")
+            until(lambda: self.xdotool("getactivewindow") == [window], "the dialog to be in front")
+            frame = self.find("Well?", "dialog").get_extents(self.atspi.CoordType.SCREEN)
+            self.assertAlmostEqual(frame.x + frame.width / 2, 512, delta=20)
+            self.assertAlmostEqual(frame.y + frame.height / 2, 320, delta=60)
+            self.press("Fine")
+            run.result()
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 #include "platform/appkit/NSPanel.h"
 
 #include "platform/appkit/KeyRepetition.h"
+#include "platform/appkit/WindowLayout.h"
 
 #include <QClipboard>
 #include <QCloseEvent>
@@ -128,6 +129,12 @@ void NSPanel::setCloseButton(QPushButton* button) {
 void NSPanel::reject() {
     if (mCloseButton)
         mCloseButton->click();
+}
+
+void NSPanel::setVisible(bool visible) {
+    if (visible && !isVisible())
+        completeLayout(*this);
+    QDialog::setVisible(visible);
 }
 
 void NSPanel::closeEvent(QCloseEvent* event) {

@@ -50,6 +50,7 @@ public:
     void setCloseButton(QPushButton* button);
     /// Presses that button; without one nothing happens.
     void reject() override;
+    void setVisible(bool visible) override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;

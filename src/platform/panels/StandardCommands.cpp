@@ -38,8 +38,10 @@ CommandDialog makeDialog(const AEDesc& event, AEDesc& reply) {
 
 StandardCommands& StandardCommands::shared() {
     static QPointer<StandardCommands> sShared;
-    if (!sShared) // goes with the application, before what dialogs are made of
+    if (!sShared) {
         sShared = new StandardCommands(QCoreApplication::instance());
+        connect(qApp, &QCoreApplication::aboutToQuit, sShared, &StandardCommands::close);
+    }
     return *sShared;
 }
 
@@ -119,6 +121,15 @@ void StandardCommands::cancel(std::uint64_t number) {
     setCancelled(done.reply);
     done.completion(done.reply);
     showNext();
+}
+
+void StandardCommands::close() {
+    if (mCurrent.dialog)
+        retire();
+    for (Waiting& unanswered : std::exchange(mQueue, {})) {
+        (void)unanswered.reply.put("errn"_4cc, AEDesc::ofInt32(connectionInvalid));
+        unanswered.completion(unanswered.reply);
+    }
 }
 
 } // namespace quoddle

@@ -19,7 +19,7 @@ class StandardCommands : public QObject {
 public:
     using Completion = std::function<void(const AEDesc& reply)>;
 
-    /// For the whole process.
+    /// For the whole process. Closed when the event loop of the application ends, for a window must not outlive the application.
     static StandardCommands& shared();
     explicit StandardCommands(QObject* parent = nullptr);
     ~StandardCommands() override;
@@ -29,6 +29,8 @@ public:
     std::uint64_t perform(const AEDesc& event, const AEDesc& reply, Completion completion);
     /// Closes the dialog, or takes the command out of the queue, and completes it with -128. Nothing happens to one that is complete.
     void cancel(std::uint64_t number);
+    /// Takes the dialog away and completes every command with -609.
+    void close();
     /// The dialog that is shown, or null.
     QDialog* currentDialog() const { return mCurrent.dialog.get(); }
 

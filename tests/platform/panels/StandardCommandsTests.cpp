@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Commands as events in, dialogs answered by clicks and keys, replies out.
 #include "platform/ae/AEMainThread.h"
+#include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/panels/PresentOnMainThread.h"
 #include "platform/panels/StandardCommands.h"
@@ -18,6 +19,7 @@
 #include <QDir>
 #include <QFile>
 #include <QListView>
+#include <QPointer>
 #include <QTest>
 #include <QTimer>
 
@@ -196,6 +198,7 @@ TEST_F(StandardCommandsTest, ListsAnswerWithWhatWasGiven) {
         QString button, result;
     } kCases[] = {
         {{{"inSL"_4cc, listOf({text("2")})}}, u"OK"_s, u"{2}"_s},
+        {{{"inSL"_4cc, listOf({text("c"), whole(2)})}}, u"OK"_s, u"{2}"_s}, // where one may be chosen: the uppermost
         {{{"inSL"_4cc, listOf({text("c"), text("a"), text("none")})}, {"mlsl"_4cc, yes()}}, u"OK"_s, u"{\"a\", \"c\"}"_s},
         {{{"empL"_4cc, yes()}, {"okbt"_4cc, text("Take")}}, u"Take"_s, u"{}"_s},
         {{{"cnbt"_4cc, text("Leave")}}, u"Leave"_s, u"false"_s},
@@ -347,6 +350,26 @@ TEST(PresentOnMainThread, TheScriptWaitsAndTheMainThreadDoesNot) {
         EXPECT_EQ(status, breaksOff ? userCanceledErr : noErr);
         EXPECT_EQ(reply.find("----"_4cc) != nullptr, !breaksOff);
     }
+}
+
+TEST(PresentOnMainThread, TheEndOfTheApplicationTakesTheDialogsAway) {
+    std::vector<OSStatus> answers(2);
+    std::vector<std::thread> scripts;
+    for (OSStatus& answer : answers)
+        scripts.emplace_back([&answer] {
+            AEDesc reply = emptyReply();
+            (void)presentOnMainThread(eventFor("sysodlog", {}), reply, {});
+            answer = reply.find("errn"_4cc) ? reply.find("errn"_4cc)->asInt32().value_or(0) : noErr;
+        });
+    QPointer<QDialog> dialog;
+    EXPECT_TRUE(QTest::qWaitFor([&] { return (dialog = StandardCommands::shared().currentDialog()) != nullptr; }));
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
+    NSApplication::exec();
+    for (std::thread& script : scripts)
+        script.join();
+    EXPECT_EQ(answers, std::vector<OSStatus>(2, connectionInvalid));
+    EXPECT_EQ(StandardCommands::shared().currentDialog(), nullptr);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.isNull(); }));
 }
 
 TEST(PresentOnMainThread, OnTheMainThreadItself) {

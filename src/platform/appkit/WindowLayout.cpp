@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/WindowLayout.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLayout>
+#include <QWidget>
+
+namespace quoddle {
+
+void completeLayout(QWidget& window) {
+    window.ensurePolished();
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        widget->ensurePolished();
+        if (widget->layout())
+            widget->updateGeometry(); // a layout that was changed by hand may remember sizes from before
+    }
+    for (QLayout* layout : window.findChildren<QLayout*>())
+        layout->invalidate();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    if (window.layout())
+        window.layout()->activate();
+}
+
+} // namespace quoddle
