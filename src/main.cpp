@@ -79,11 +79,6 @@ Invocation invocationFrom(int argc, char** argv) {
     return invocation;
 }
 
-bool hasDisplay() {
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-}
-
 QByteArray resource(const QString& name) {
     QFile file(u":/quoddle/"_s + name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -92,8 +87,7 @@ QByteArray resource(const QString& name) {
 void takeIdentityOf(const NSBundle& bundle) {
     NSBundle::setMainBundle(NSBundle::bundleWithPath(bundle.bundlePath()));
     setUserDefaultsDomain(bundle.bundleIdentifier().isEmpty() ? bundle.name() : bundle.bundleIdentifier());
-    QCoreApplication::setApplicationName(bundle.name());
-    QGuiApplication::setApplicationDisplayName(bundle.name());
+    QCoreApplication::setApplicationName(bundle.name()); // as the display name too, which would be added to the title of every dialog
     QGuiApplication::setDesktopFileName(desktopNameForBundle(bundle));
     if (auto strings = Plist::readStrings(resource(u"en.lproj/Localizable.strings"_s)))
         NSBundle::setFallbackStrings({}, *strings);
@@ -139,7 +133,8 @@ int reportHandOver(const NSBundle& bundle, OSStatus status) {
         return EXIT_SUCCESS;
     const QByteArray name = bundle.name().toLocal8Bit();
     if (status == userCanceledErr)
-        std::fprintf(stderr, "quoddle-shell: %s, which runs already, was stopped before it had opened the files\n", name.constData());
+        std::fprintf(stderr, "quoddle-shell: %s, which runs already, has not opened the files: it was stopped, or it opens none\n",
+                     name.constData());
     else
         std::fprintf(stderr, "quoddle-shell: %s, which runs already, did not open the files (%d)\n", name.constData(), status);
     return EXIT_FAILURE;
@@ -160,7 +155,19 @@ void listenToDesktop(NSApplication& application, DesktopApplication& desktop, bo
     desktop.serve(application);
 }
 
+int reportNoDisplay() {
+    std::fputs("quoddle-shell: no display\n", stderr);
+    return EXIT_FAILURE;
+}
+
 QtMessageHandler sNextMessageHandler = nullptr;
+
+/// The toolkit ends a program that cannot reach the display by aborting, which leaves a core; it is nothing out of the ordinary.
+void endInsteadOfAborting(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtFatalMsg)
+        std::_Exit(reportNoDisplay());
+    sNextMessageHandler(type, context, message);
+}
 
 /// When the display goes, the toolkit says so and calls exit(), which takes things down that other threads are still working with. So this
 /// is the last moment to end the scripts and what they have started; nothing else is taken down at all.
@@ -293,16 +300,16 @@ int launch(int argc, char** argv) {
         if (const auto handedOver = AEHandOver(bundlePath, inUTF8(invocation.files)))
             return reportHandOver(*invocation.bundle, *handedOver);
     }
-    if (!hasDisplay()) {
-        std::fprintf(stderr, "quoddle-shell: no display\n");
-        return EXIT_FAILURE;
-    }
+    if (!hasDisplay())
+        return reportNoDisplay();
     takeIdentityOf(*invocation.bundle);
     registerAppleScriptComponent();
     installStandardAdditions();
     setInteractionPresenter(&presentOnMainThread);
     setApplicationPath(invocation.bundle->bundlePath().toStdString());
+    sNextMessageHandler = qInstallMessageHandler(&endInsteadOfAborting);
     NSApplication application(argc, argv);
+    qInstallMessageHandler(sNextMessageHandler);
     Appearance::applyRememberedScheme();
     // Whatever can wait until the first window is there.
     QTimer::singleShot(kFirstWindowTime, &application, [] {

@@ -3,6 +3,7 @@
 
 #include "platform/additions/Bundle.h"
 #include "platform/additions/Command.h"
+#include "platform/additions/Interaction.h"
 #include "platform/ae/AEFlatten.h"
 #include "platform/ae/transport/AEFrame.h"
 #include "platform/base/FileDescriptor.h"
@@ -25,13 +26,6 @@ namespace {
 constexpr const char* kProgram = "quoddle-dialogs";
 constexpr int kSliceMilliseconds = 20; // how soon a cancel is noticed
 constexpr int kNoDisplayStatus = 3;    // what the program ends with when it cannot reach the display
-
-bool hasDisplay() {
-    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        if (const char* value = std::getenv(variable); value && *value)
-            return true;
-    return false;
-}
 
 std::string programToRun(const std::string& given) {
     if (!given.empty())

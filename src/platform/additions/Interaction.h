@@ -20,4 +20,7 @@ using InteractionPresenter = std::function<OSErr(const AEDesc& event, AEDesc& re
 /// Any thread, before the first script. An empty one stands for the process of its own.
 void setInteractionPresenter(InteractionPresenter presenter);
 
+/// Whether the environment names a display, on which somebody could be asked. It may be one that does not answer.
+bool hasDisplay();
+
 } // namespace quoddle

@@ -6,6 +6,7 @@
 #include "platform/base/Text.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 
 namespace quoddle {
@@ -33,6 +34,13 @@ void setInteractionPresenter(InteractionPresenter presenter) {
     auto installed = presenter ? std::make_shared<const InteractionPresenter>(std::move(presenter)) : nullptr;
     std::lock_guard lock(sMutex);
     sPresenter.swap(installed);
+}
+
+bool hasDisplay() {
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (const char* value = std::getenv(variable); value && *value)
+            return true;
+    return false;
 }
 
 namespace additions {
