@@ -19,15 +19,16 @@ void ChooseFromListHandler::continueProcess(const WorkItem& item) {
     ChooseFromListParameters parameters;
     if (const auto error = ChooseFromListParameters::read(item.front()->aeDesc(), parameters))
         return writeError(*error, item);
-    mPanel = std::make_unique<ChooseFromListPanel>(parameters, mainWindow());
+    mPanel = std::make_unique<ChooseFromListPanel>(parameters);
 
     const auto self = shared_from_this();
     DialogForm form;
     form.beginSheet = [self](NSWindow& window, NSWindow::SheetCompletion completion) {
+        self->mPanel->prepareForSheetOn(window);
         window.beginSheet(&self->mPanel->window(), std::move(completion));
     };
-    form.runModal = [self, title = parameters.title] {
-        self->mPanel->prepareForModalForm(title);
+    form.runModal = [self] {
+        self->mPanel->prepareForModalForm();
         return NSApplication::sharedApplication()->runModalForWindow(self->mPanel->window());
     };
     form.end = [self](int returnCode) { self->mPanel->window().done(returnCode); };

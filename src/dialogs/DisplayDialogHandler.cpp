@@ -46,10 +46,7 @@ void DisplayDialogHandler::continueProcess(const WorkItem& item) {
     form.beginSheet = [self](NSWindow& window, NSWindow::SheetCompletion completion) {
         window.beginSheet(&self->mPanel->window(), std::move(completion));
     };
-    form.runModal = [self, title = parameters.title] {
-        self->mPanel->window().setWindowTitle(title);
-        return NSApplication::sharedApplication()->runModalForWindow(self->mPanel->window());
-    };
+    form.runModal = [self] { return NSApplication::sharedApplication()->runModalForWindow(self->mPanel->window()); };
     form.end = [self](int returnCode) { self->mPanel->window().done(returnCode); };
     form.givingUpAfter = parameters.buttons.givingUpAfter;
     form.cancelAfterGivingUp = [self] { self->_cancelAfterGivingUp(); };

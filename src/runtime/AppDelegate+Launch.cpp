@@ -48,7 +48,9 @@ void AppDelegate::createWindowController(bool toOpenFiles) {
 void AppDelegate::_setupApplication(bool toOpenFiles) {
     if (isInitialized())
         return;
+    constexpr double kPatience = 5; // seconds: how long a user who has launched something does nothing else
     setIdleSeconds(1);
+    mAwaitedUntil = mParts.isLaunchedInsteadOfRun ? 0 : mParts.performs->now() + kPatience;
     if (!mainBundle())
         setMainBundle(NSBundle::mainBundle());
     if (const auto menu = mParts.application->mainMenu())
@@ -67,6 +69,10 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
     center.addObserver(
         this, [this](const NSNotification& n) { _windowWillClose(n); }, NSWindowWillCloseNotification);
     setInitialized(true);
+}
+
+bool AppDelegate::takeAwaitedWindow() {
+    return mParts.performs->now() < std::exchange(mAwaitedUntil, 0);
 }
 
 void AppDelegate::applicationDidFinishLaunching() {

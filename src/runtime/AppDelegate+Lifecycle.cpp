@@ -79,6 +79,7 @@ void AppDelegate::performIdleHandlerAt(double time) {
 }
 
 void AppDelegate::_runIdleHandler() {
+    mAwaitedUntil = 0; // what an idle handler shows, nobody has asked for
     _respondToEventInBackground(parameterlessEvent("misc"_4cc, "idle"_4cc),
                                 [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
                                     setIdleSeconds(idleSecondsFrom(result));
@@ -188,7 +189,15 @@ void AppDelegate::_windowWillClose(const NSNotification& notification) {
     setUserClosedWindow(true);
     setApplicationTriedToQuit(true);
     mStoppedByClosing = _isRespondingToScript();
-    stopRunningScript();
+    // Kept on purpose: to close the window of an applet that does nothing is to ask it to quit, with an idle handler as well as without. A
+    // quit handler that refuses then brings the window back, as it does after any other request; Stop would call it with the end already
+    // decided.
+    if (hasQuitHandler() && !mStoppedByClosing) {
+        setUserStoppedScript(true);
+        terminate();
+    } else {
+        stopRunningScript();
+    }
     // The question that the closing leads to comes in this turn of the loop.
     MainThread::dispatchAsync([this] { mStoppedByClosing = false; });
 }

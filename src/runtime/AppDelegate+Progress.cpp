@@ -77,9 +77,14 @@ void AppDelegate::scriptDidYield() {
         [this, &progress] { NSNotificationCenter::defaultCenter().postNotification(ProgressChangedNotification, this, *progress); });
 }
 
+void AppDelegate::showProgressPane() {
+    mPaneIsForCalls = mOwnExecutions == 0;
+    windowController().showProgressViewController();
+}
+
 void AppDelegate::showProgressWhileResponding() {
     if (_isRespondingToScript())
-        windowController().showProgressViewController();
+        showProgressPane();
 }
 
 void AppDelegate::_progressDidChange(const NSNotification&) {

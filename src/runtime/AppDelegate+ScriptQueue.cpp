@@ -53,8 +53,12 @@ void AppDelegate::_respondToEventInBackground(const NSAppleEventDescriptorRef& e
     execution->completion = std::move(completion);
     execution->suspensionID = eventSuspendsionID;
     execution->script = mainScript();
+    if (!eventSuspendsionID) {
+        ++mOwnExecutions;
+        mPaneIsForCalls = false; // the end of this one puts the pane away
+    }
     if (hasOpenHandler() || hasQuitHandler())
-        windowController().showProgressViewController();
+        showProgressPane();
     auto operation = std::make_shared<NSOperation>([this, execution] { execute(execution); });
     // When this runs the queue has let go of the operation: the finishing step finds no handler running, unless another one is.
     operation->setCompletionBlock([this, execution] {
@@ -62,10 +66,16 @@ void AppDelegate::_respondToEventInBackground(const NSAppleEventDescriptorRef& e
         if (!execution->suspensionID || execution->completion)
             return MainThread::dispatchAsync([this, execution] { finish(execution); });
         finishIncomingCall(*execution);
-        if (mQuitWaits)
-            MainThread::dispatchAsync([this, execution] { finishQuitDuringCall(*execution); });
+        MainThread::dispatchAsync([this, execution] { callHasEnded(*execution); });
     });
     scriptQueue(true)->addOperation(std::move(operation));
+    noteActivity();
+}
+
+void AppDelegate::noteActivity() {
+    const bool isResponding = _isRespondingToScript();
+    if (std::exchange(mWasResponding, isResponding) != isResponding)
+        NSNotificationCenter::defaultCenter().postNotification(ScriptActivityChangedNotification, this);
 }
 
 void AppDelegate::execute(const std::shared_ptr<Execution>& execution) {
@@ -114,12 +124,17 @@ void AppDelegate::cancelScripts() {
 void AppDelegate::finish(const std::shared_ptr<Execution>& execution) {
     if (!mParts.application->isRunning())
         return;
+    if (!execution->suspensionID) {
+        --mOwnExecutions;
+        mAwaitedUntil = 0;
+        noteActivity();
+    }
     const OSStatus number = execution->number();
     if (!execution->suspensionID && number != noErr && number != userCanceledErr)
         finishFatalError(execution);
     else if (execution->suspensionID) {
         finishIncomingCall(*execution);
-        finishQuitDuringCall(*execution);
+        callHasEnded(*execution);
     } else
         finishOwnEvent(*execution);
 }
@@ -127,7 +142,8 @@ void AppDelegate::finish(const std::shared_ptr<Execution>& execution) {
 void AppDelegate::finishFatalError(const std::shared_ptr<Execution>& execution) {
     showAlert(runtimeErrorAlert(*execution->errorInfo), [this, execution] {
         execution->complete();
-        // A quit handler that has failed is not asked again: it would fail again, and the applet could not be ended.
+        // Kept on purpose: an error ends the applet in the quit handler as in every other. Asked again it would fail again, and nobody
+        // could end the applet.
         if (execution->isQuitEvent())
             setRunningQuitHandler(true);
         terminate();
@@ -194,10 +210,18 @@ void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
         showLastPaneWithoutStop();
 }
 
-/// The caller has its answer; whoever wants the applet to end waits for one too. The window stays as it is.
-void AppDelegate::finishQuitDuringCall(const Execution& execution) {
-    if (mQuitWaits && mParts.application->isRunning())
+/// The caller has its answer; whoever wants the applet to end waits for one too. The window stays as it is, unless it shows the progress of
+/// nothing: a Stop button that is left over would end the applet.
+void AppDelegate::callHasEnded(const Execution& execution) {
+    if (!mParts.application->isRunning())
+        return;
+    noteActivity();
+    if (mQuitWaits)
         decideQuit(execution);
+    if (mPaneIsForCalls && mParts.application->isRunning() && !_isRespondingToScript()) {
+        mPaneIsForCalls = false;
+        showLastPaneWithoutStop();
+    }
 }
 
 void AppDelegate::finishStayOpen(bool afterRunHandler) {

@@ -109,6 +109,8 @@ bool AppDelegate::ask(const QXOSAIDRef& script, bool (QXOSAID::*query)()) {
     }
 }
 
+// Kept on purpose: a script that has continued its run goes on resuming when that run is over, and has no handlers from then on. It is not
+// called for idle any more, and a quit is not put to it: the applet can always be ended.
 bool AppDelegate::hasHandler(bool (QXOSAID::*query)()) {
     const QXOSAIDRef script = mainScript();
     return script && !script->component()->isResuming() && ask(script, query);

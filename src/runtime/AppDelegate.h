@@ -21,6 +21,9 @@ namespace quoddle {
 /// "additionalDescription" (text).
 inline const QString ProgressChangedNotification = QStringLiteral("ProgressChangedNotification");
 
+/// Posted on the main thread with the delegate as object: a handler has begun to run or to wait for its turn, or the last one has ended.
+inline const QString ScriptActivityChangedNotification = QStringLiteral("ScriptActivityChangedNotification");
+
 /// As the first of the files to open: the shell works on an applet to be tested, instead of on the one that it was started as.
 inline const QString kTestModeFilename = QStringLiteral("QUODDLE_DEBUG");
 
@@ -53,6 +56,9 @@ public:
     /// Runs the script when that is still to come, because the launch was for something else.
     void applicationWillReopen() override;
     void _setupApplication(bool toOpenFiles);
+    /// Whether a window that appears now is the one that the user has launched the applet for: the first one, soon after the launch. It
+    /// takes the keyboard. Every other one appears by itself.
+    bool takeAwaitedWindow();
     /// Replaces every "APPNAME" in the titles of the menu and of those below it.
     static void _setAppName(const QString& name, NSMenu& inMenu);
 
@@ -122,6 +128,7 @@ private:
     void scheduleIdleHandler(std::int64_t afterSeconds);
     void performIdleHandlerAt(double time);
     void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);
+    void showProgressPane();
     void showProgressWhileResponding();
     std::optional<QVariantMap> readProgress();
 
@@ -132,7 +139,9 @@ private:
     static void finishIncomingCall(const Execution& execution);
     void finishOwnEvent(const Execution& execution);
     void finishAfterTryToQuit(const Execution& execution);
-    void finishQuitDuringCall(const Execution& execution);
+    /// What is left to do on the main thread when a caller has its answer.
+    void callHasEnded(const Execution& execution);
+    void noteActivity();
     /// Answers the framework's question. False when the applet goes on, and its quit handler is not asked either.
     bool decideQuit(const Execution& execution);
     void finishStayOpen(bool afterRunHandler);
@@ -154,6 +163,10 @@ private:
     std::atomic<bool> mQuitWaits = false; // the framework has been answered "later"
     bool mIsEnding = false;               // the work is done, others still wait for their answers
     double mIdleCallDue = 0;              // when the last idle call was to come, by the clock of the performs
+    double mAwaitedUntil = 0;             // by that clock: how long a first window is what the user waits for; 0: none is
+    int mOwnExecutions = 0;               // queued, and no calls from outside
+    bool mPaneIsForCalls = false;         // calls from outside alone have brought the progress pane up
+    bool mWasResponding = false;          // when the activity was last announced
     bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script
     std::recursive_mutex mObjectLock;     // scriptDidYield's; the main thread only ever tries it
 };

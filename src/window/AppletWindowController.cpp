@@ -63,16 +63,17 @@ void AppletWindowController::showProgressViewController() {
         mMainViewController->setSelectedTabViewItemIndex(kProgressTab);
     } else { // a window that appears does not animate its content
         selectTabWithoutTransition(kProgressTab);
-        showWindow();
+        appear();
     }
     progressViewController().setStopButtonEnabled(true);
     progressViewController().setStopButtonHidden(false);
 }
 
 void AppletWindowController::showStartupViewController() {
-    startupViewController().setMainBundle(mainBundle());
+    if (!window()->isVisible() || mMainViewController->selectedTabViewItemIndex() != kStartupTab)
+        startupViewController().setMainBundle(mainBundle());
     selectTabWithoutTransition(kStartupTab);
-    showWindow();
+    appear();
 }
 
 void AppletWindowController::showLastViewController() {

@@ -3,6 +3,7 @@
 
 #include "platform/appkit/MenuBar.h"
 #include "platform/appkit/NSApplication.h"
+#include "runtime/AppDelegate.h"
 
 namespace quoddle {
 
@@ -11,6 +12,13 @@ std::unique_ptr<NSWindow> BaseWindowController::loadWindow() {
     if (const auto menu = NSApplication::sharedApplication()->mainMenu())
         new MenuBar(menu, *window);
     return window;
+}
+
+void BaseWindowController::appear() {
+    if (!window()->isVisible() && AppDelegate::instance()->takeAwaitedWindow())
+        showWindow();
+    else
+        window()->appear();
 }
 
 void BaseWindowController::windowDidLoad() {

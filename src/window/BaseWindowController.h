@@ -16,6 +16,8 @@ public:
     const void* windowObject() const override { return window(); }
 
 protected:
+    /// Shows a window that is hidden, in front only when the user waits for it.
+    void appear();
     std::unique_ptr<NSWindow> loadWindow() override;
     /// Gives the window the autosave name "applet". Windows are never cascaded here, so there is nothing to turn off.
     void windowDidLoad() override;

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include <QEvent>
+#include <QScrollBar>
 
 namespace quoddle {
 
@@ -31,6 +32,7 @@ void DescriptionView::setDescription(const QString& path) {
         return;
     readRichText(path, *document());
     moveCursor(QTextCursor::Start);
+    verticalScrollBar()->setValue(0); // a first line that is taller than the view is taken for visible at its end
     adaptToAppearance();
     show();
     updateGeometry();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/StartupViewController.h"
 
+#include "platform/foundation/NSNotificationCenter.h"
 #include "runtime/AppDelegate.h"
 #include "ui_StartupViewController.h"
 
@@ -11,7 +12,9 @@ using namespace Qt::StringLiterals;
 StartupViewController::StartupViewController(QObject* parent)
     : NSViewController(parent), mUi(std::make_unique<Ui::StartupViewController>()) {}
 
-StartupViewController::~StartupViewController() = default;
+StartupViewController::~StartupViewController() {
+    NSNotificationCenter::defaultCenter().removeObserver(this);
+}
 
 QWidget* StartupViewController::loadView() {
     auto* widget = new QWidget;
@@ -26,18 +29,39 @@ void StartupViewController::viewDidLoad() {
     mUi->nameView->setFont(title);
     mUi->runButton->setShortcut(Qt::Key_Return);
     AppDelegate* delegate = AppDelegate::instance();
-    mUi->runButton->setEnabled(delegate->hasRunHandler() || delegate->hasOpenHandler() || delegate->hasIdleHandler());
+    mHasSomethingToRun = delegate->hasRunHandler() || delegate->hasOpenHandler() || delegate->hasIdleHandler();
+    updateRunButton();
+    NSNotificationCenter::defaultCenter().addObserver(
+        this, [this](const NSNotification&) { updateRunButton(); }, ScriptActivityChangedNotification);
     connect(mUi->runButton, &QPushButton::clicked, this, &StartupViewController::runScript);
     connect(mUi->quitButton, &QPushButton::clicked, this, &StartupViewController::quitApplet);
 }
 
-void StartupViewController::viewDidAppear() {
+// The button has the focus, as long as the user does not move it. When the button goes out of use the focus waits on the pane: the toolkit
+// would hand it on to the Quit button, where the next press of Space ends the applet.
+void StartupViewController::updateRunButton() {
+    QPushButton& run = *mUi->runButton;
+    const bool isUsable = mHasSomethingToRun && !AppDelegate::instance()->_isRespondingToScript();
+    if (!isUsable && view()->window()->focusWidget() == &run)
+        view()->setFocus();
+    run.setEnabled(isUsable);
+    if (isUsable && view()->window()->focusWidget() == view())
+        run.setFocus();
+}
+
+void StartupViewController::setMainBundle(std::shared_ptr<NSBundle> mainBundle) {
+    mMainBundle = std::move(mainBundle);
+    std::ignore = view();
     const QVariantMap info = mMainBundle->infoDictionary();
     mUi->nameView->setText(mMainBundle->name());
     const QString version = info.value(u"CFBundleShortVersionString"_s).toString();
     mUi->versionView->setText(version.isEmpty() ? QString() : tr("Version %1").arg(version));
     setupDescription();
-    mUi->runButton->setFocus();
+}
+
+void StartupViewController::viewDidAppear() {
+    view()->setFocus();
+    updateRunButton();
 }
 
 void StartupViewController::setupDescription() {

@@ -20,14 +20,14 @@ public:
     explicit StartupViewController(QObject* parent = nullptr);
     ~StartupViewController() override;
 
-    /// Set before the pane is shown.
     std::shared_ptr<NSBundle> mainBundle() const { return mMainBundle; }
-    void setMainBundle(std::shared_ptr<NSBundle> mainBundle) { mMainBundle = std::move(mainBundle); }
+    /// Fills the pane with what the bundle says. Each time before the pane appears: a window is fitted to its content before it is shown.
+    void setMainBundle(std::shared_ptr<NSBundle> mainBundle);
 
     /// The view must have been loaded.
     QPushButton* runButton() const;
 
-    /// Shows the bundle's description, if it has one; each time the pane appears.
+    /// Shows the bundle's description, if it has one.
     void setupDescription();
     void runScript();
     void quitApplet();
@@ -38,6 +38,10 @@ protected:
     void viewDidAppear() override;
 
 private:
+    /// Run can be pressed when there is something to run and nothing runs.
+    void updateRunButton();
+
+    bool mHasSomethingToRun = false;
     std::unique_ptr<Ui::StartupViewController> mUi;
     std::shared_ptr<NSBundle> mMainBundle;
 };

@@ -112,6 +112,42 @@ TEST(ChooseFromList, AnswersWithTheItemsThemselves) {
     }
 }
 
+TEST(ChooseFromList, OfManyGivenItemsTheUppermostIsChosenWhereOneMayBe) {
+    ChooseFromListParameters parameters;
+    for (int row = 0; row < 40; ++row)
+        parameters.texts << QString::number(row);
+    for (int row = 39; row >= 3; --row)
+        parameters.defaultRows << row;
+    EXPECT_EQ(ChooseFromListPanel(parameters).viewController().selectedRows(), QList<int>{3});
+    parameters.multipleSelectionsAllowed = true;
+    EXPECT_EQ(ChooseFromListPanel(parameters).viewController().selectedRows().size(), 37);
+}
+
+TEST(ChooseFromList, KeysBeginAtTheFirstRowWhereNothingIsChosen) {
+    ChooseFromListParameters parameters;
+    parameters.texts = {u"pear"_s, u"plum"_s, u"apple"_s, u"prune"_s};
+    for (const bool isMultiple : {false, true})
+        for (const auto& [key, row] : std::initializer_list<std::pair<Qt::Key, int>>{{Qt::Key_Down, 0},
+                                                                                     {Qt::Key_Up, 0},
+                                                                                     {Qt::Key_Home, 0},
+                                                                                     {Qt::Key_PageDown, 0},
+                                                                                     {Qt::Key_P, 0},
+                                                                                     {Qt::Key_Space, 0},
+                                                                                     {Qt::Key_A, 2},
+                                                                                     {Qt::Key_End, 3}}) {
+            parameters.multipleSelectionsAllowed = isMultiple;
+            ChooseFromListPanel panel(parameters);
+            panel.prepareForModalForm();
+            panel.window().show();
+            panel.window().activateWindow();
+            ASSERT_TRUE(QTest::qWaitForWindowActive(&panel.window()));
+            QTableView& table = *panel.viewController().tableView();
+            EXPECT_TRUE(panel.viewController().selectedRows().isEmpty());
+            QTest::keyClick(&table, key);
+            EXPECT_EQ(panel.viewController().selectedRows(), QList<int>{row}) << "key " << key << (isMultiple ? ", multiple" : "");
+        }
+}
+
 TEST(ChooseFromList, AListWithoutItemsIsAnError) {
     DialogShell shell;
     for (const AEDesc& list : {AEDesc::list(), AEDesc()}) {
@@ -191,9 +227,11 @@ TEST(ChooseFromListPanel, ColumnIsAsWideAsTheWidestOfTheLongestTexts) {
 
 TEST(ChooseFromListPanel, IsAsHighAsItsItemsAndTheScreenAllows) {
     ChooseFromListParameters parameters;
-    const auto heightOf = [&parameters](int items) {
+    NSWindow parent; // which has not got its place yet
+    const auto heightOf = [&](int items) {
         parameters.texts = QStringList(items, u"item"_s);
-        ChooseFromListPanel panel(parameters, nullptr);
+        ChooseFromListPanel panel(parameters);
+        panel.prepareForSheetOn(parent);
         EXPECT_EQ(panel.window().width(), 340);
         return panel.window().height();
     };

@@ -89,6 +89,8 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::drawLine(QPainter& painter, const QString& line) const {
     const QRect area = contentsRect();
+    // A line reads as it is written, whatever the interface's language: "83% completed" would be turned round by one from right to left.
+    painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     if (!mTabularFigures || line.isRightToLeft()) {
         // A painter aligns by its own direction, which is not always the label's.
         const auto alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);

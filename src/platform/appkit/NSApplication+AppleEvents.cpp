@@ -113,6 +113,10 @@ void NSApplication::activate() {
     for (QWidget* widget : topLevelWidgets())
         if (auto* window = qobject_cast<NSWindow*>(widget); window && window->isVisible())
             window->makeKeyAndOrderFront();
+    if (QWidget* modal = activeModalWidget()) { // a dialog without a window, or one that has a question of its own
+        modal->raise();
+        modal->activateWindow();
+    }
 }
 
 void NSApplication::registerAppleEventHandlers() {

@@ -3,6 +3,7 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/WindowFrame.h"
+#include "platform/appkit/WindowLayout.h"
 #include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSUserDefaults.h"
@@ -11,6 +12,7 @@
 #include <QDialog>
 #include <QLayout>
 #include <QScreen>
+#include <QWindow>
 
 namespace quoddle {
 
@@ -33,6 +35,8 @@ QMargins marginsBetween(const QRect& outer, const QRect& inner) {
 
 NSWindow::NSWindow(QWidget* parent) : QMainWindow(parent) {
     setContextMenuPolicy(Qt::NoContextMenu); // the one for tool bars and docks says nothing to our users
+    mPlacement.setSingleShot(true);
+    connect(&mPlacement, &QTimer::timeout, this, &NSWindow::presentSheet);
 }
 
 NSWindow::~NSWindow() {
@@ -65,22 +69,17 @@ void NSWindow::setFrameAutosaveName(const QString& name) {
 }
 
 void NSWindow::takeRestoredFrame() {
-    if (layout()->sizeConstraint() == QLayout::SetFixedSize) {
-        if (centralWidget())
-            centralWidget()->updateGeometry(); // what was put in since has only been noted to be told later
-        layout()->invalidate();
-        layout()->activate();
-    } else {
+    completeLayout(*this);
+    if (layout()->sizeConstraint() != QLayout::SetFixedSize)
         resize(mRestoredFrame->size().expandedTo(minimumSizeHint()));
-    }
     move(mRestoredFrame->topLeft());
 }
 
 void NSWindow::setVisible(bool visible) {
-    if (visible && mRestoredFrame) {
-        // Once more, now that the content is complete: a layout that resizes a window while it appears makes the window system's frame
-        // count twice, and the window would creep a title bar's height up with every launch.
-        takeRestoredFrame();
+    if (visible && !isVisible()) {
+        completeLayout(*this);
+        if (mRestoredFrame)
+            takeRestoredFrame(); // once more, for the size that the content has now
         mRestoredFrame.reset();
     }
     if (visible)
@@ -103,7 +102,22 @@ void NSWindow::makeKeyAndOrderFront() {
     else
         show();
     raise();
-    activateWindow();
+    if (attachedSheet())
+        activateSheet();
+    else
+        activateWindow();
+}
+
+void NSWindow::appear() {
+    if (isVisible()) // as a minimised one is, too
+        return;
+    constexpr auto kProperty = "_q_showWithoutActivating"; // the toolkit itself only looks at the attribute when it creates a window
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    if (windowHandle())
+        windowHandle()->setProperty(kProperty, true);
+    show();
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
+    windowHandle()->setProperty(kProperty, false);
 }
 
 void NSWindow::orderOut() {
@@ -120,8 +134,7 @@ void NSWindow::hideEvent(QHideEvent* event) {
 
 void NSWindow::closeEvent(QCloseEvent* event) {
     if (attachedSheet()) { // answered first
-        attachedSheet()->raise();
-        attachedSheet()->activateWindow();
+        activateSheet();
         event->ignore();
         return;
     }
@@ -157,9 +170,9 @@ void NSWindow::showNextSheet() {
     dialog->setWindowModality(Qt::WindowModal);
     if (dialog->windowTitle().isEmpty())
         dialog->setWindowTitle(windowTitle());
+    completeLayout(*dialog);
     if (!dialog->testAttribute(Qt::WA_Resized)) // it has no size of its own choice
         dialog->adjustSize();
-    placeSheet();
     connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) {
         dialog->disconnect(this);
         dialog->removeEventFilter(this);
@@ -168,11 +181,40 @@ void NSWindow::showNextSheet() {
         sheetEnded(dialog, returnCode);
     });
     dialog->installEventFilter(this);
+    if (isBeingPlaced()) {
+        // A sheet that hangs on a window without place would have to follow it while the window manager places both, and one of them would
+        // lose its way.
+        constexpr auto kPatience = std::chrono::milliseconds(500);
+        windowHandle()->installEventFilter(this);
+        mPlacement.start(kPatience);
+    } else {
+        presentSheet();
+    }
+}
+
+bool NSWindow::isBeingPlaced() const {
+    return QGuiApplication::platformName() == "xcb"_L1 && windowHandle() && !windowHandle()->isExposed() && !isMinimized();
+}
+
+void NSWindow::presentSheet() {
+    mPlacement.stop();
+    QDialog* dialog = attachedSheet();
+    if (!dialog || dialog->isVisible())
+        return;
+    placeSheet();
     dialog->show();
+    activateSheet(); // also on a window that has appeared without the keyboard
+}
+
+void NSWindow::activateSheet() {
+    attachedSheet()->raise();
+    attachedSheet()->activateWindow();
 }
 
 // The window manager's frame around a sheet is known once it is there; until then it is taken to be like that of the window.
 bool NSWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == windowHandle() && event->type() == QEvent::Expose && mPlacement.isActive())
+        mPlacement.start(0);
     QDialog* dialog = attachedSheet();
     const bool mayHaveFrame = event->type() == QEvent::Move || event->type() == QEvent::Resize;
     if (watched == dialog && mayHaveFrame && !mSheetHasFrame && dialog->frameGeometry() != dialog->geometry()) {
@@ -191,8 +233,10 @@ void NSWindow::placeSheet() {
         mSheetHasFrame ? marginsBetween(dialog->frameGeometry(), dialog->geometry()) : marginsBetween(frameGeometry(), geometry());
     const QSize size = dialog->size().grownBy(frame);
     const QRect wanted(QPoint(content.x() + (content.width() - size.width()) / 2, content.y()), size);
-    const QPoint corner = WindowFrame::whollyVisible(wanted, availableScreens()).topLeft();
-    dialog->move(mSheetHasFrame ? corner : corner + QPoint(frame.left(), frame.top()));
+    const QRect fitted = WindowFrame::whollyVisible(wanted, availableScreens());
+    if (fitted.size() != size)
+        dialog->resize(fitted.size().shrunkBy(frame)); // its buttons must be within reach
+    dialog->move(mSheetHasFrame ? fitted.topLeft() : fitted.topLeft() + QPoint(frame.left(), frame.top()));
 }
 
 // A sheet hangs on its window. That holds for a window that has just been shown, too: where it stands is only known, by such an event, when

@@ -13,6 +13,7 @@
 
 #include <QMainWindow>
 #include <QPointer>
+#include <QTimer>
 
 class QDialog;
 
@@ -35,7 +36,10 @@ public:
     const QString& frameAutosaveName() const { return mFrameAutosaveName; }
 
     void setVisible(bool visible) override;
+    /// For what the user has asked for: comes to the front, also out of the dock, and takes the keyboard; its sheet does so in its place.
     void makeKeyAndOrderFront();
+    /// For what appears by itself: the keyboard stays where it is, and a window that is visible or minimised is left alone.
+    void appear();
     /// Hides the window without closing it; while a sheet asks for an answer, not before it has been given.
     void orderOut();
 
@@ -64,6 +68,10 @@ private:
         bool shown = false;
     };
     void showNextSheet();
+    /// The window has been shown and the window manager has not put it anywhere yet.
+    bool isBeingPlaced() const;
+    void presentSheet();
+    void activateSheet();
     void placeSheet();
     /// Takes the sheet out, wherever it stands, and shows the next one when it was in front.
     void sheetEnded(const QObject* object, int returnCode);
@@ -74,6 +82,7 @@ private:
     QString mFrameAutosaveName;
     std::optional<QRect> mRestoredFrame; // until the window is first shown
     std::deque<Sheet> mSheets;           // the first one is shown
+    QTimer mPlacement;                   // runs while the one in front waits for the window to be placed
     bool mSheetHasFrame = false;         // the window manager has put its frame around the one that is shown
     bool mGoesWithSheet = false;         // was ordered out while one was shown
 };

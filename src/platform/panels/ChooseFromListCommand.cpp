@@ -11,8 +11,8 @@ CommandDialog chooseFromListDialog(const AEDesc& event, AEDesc& reply) {
         error->writeTo(reply);
         return {};
     }
-    auto panel = std::make_shared<ChooseFromListPanel>(parameters, nullptr);
-    panel->prepareForModalForm(parameters.title);
+    auto panel = std::make_shared<ChooseFromListPanel>(parameters);
+    panel->prepareForModalForm();
     const ChooseFromListPanel* shown = panel.get();
     return {std::shared_ptr<QDialog>(panel, &panel->window()), [shown](int returnCode, AEDesc& answer) {
                 setResult(answer,

@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QScreen>
 #include <QStyle>
+#include <QWindow>
 
 namespace quoddle {
 
@@ -50,13 +51,12 @@ QStringList shownTexts(const AEDesc& list) {
     return texts;
 }
 
-/// From the bottom of the usable screen up to where a sheet of the window hangs.
-int roomBelow(const QWidget* parent, const QRect& screen) {
-    if (!parent)
+/// From the bottom of the usable screen up to where a sheet of the window hangs; the whole screen for a window that has not got its place.
+int roomBelow(const QMainWindow& parent, const QRect& screen) {
+    if (!parent.windowHandle() || !parent.windowHandle()->isExposed())
         return screen.height();
-    const auto* window = qobject_cast<const QMainWindow*>(parent);
-    const int contentHeight = window && window->centralWidget() ? window->centralWidget()->height() : 0;
-    return screen.bottom() - parent->frameGeometry().bottom() + contentHeight;
+    const int contentHeight = parent.centralWidget() ? parent.centralWidget()->height() : 0;
+    return screen.bottom() - parent.frameGeometry().bottom() + contentHeight;
 }
 
 } // namespace
@@ -101,10 +101,11 @@ int ChooseFromListPanel::_calculateColumnWidthFor(const QStringList& texts, cons
     return longest.empty() ? 0 : static_cast<int>(std::ceil(width)) + kColumnPadding;
 }
 
-ChooseFromListPanel::ChooseFromListPanel(const ChooseFromListParameters& parameters, const QWidget* parent) : mList(parameters.list) {
+ChooseFromListPanel::ChooseFromListPanel(const ChooseFromListParameters& parameters) : mList(parameters.list) {
     ChooseFromListViewController& controller = mViewController;
     controller.theList = parameters.texts;
     mWindow.setContentViewController(&controller);
+    mWindow.setWindowTitle(parameters.title);
     if (parameters.prompt)
         controller.setPrompt(*parameters.prompt);
     if (parameters.cancelButtonName)
@@ -117,34 +118,36 @@ ChooseFromListPanel::ChooseFromListPanel(const ChooseFromListParameters& paramet
     mWindow.setAccessibleName(controller.promptField()->text());
     controller.setAllowsMultipleSelection(parameters.multipleSelectionsAllowed);
     controller.setAllowsEmptySelection(parameters.emptySelectionAllowed);
-    sizeView(parent);
     if (!parameters.defaultRows.isEmpty())
         controller.selectRows(parameters.defaultRows);
     controller.tableView()->setFocus();
 }
 
-void ChooseFromListPanel::sizeView(const QWidget* parent) {
+void ChooseFromListPanel::sizeView(const QSize& room) {
     ChooseFromListViewController& controller = mViewController;
-    const QRect screen = mWindow.screen()->availableGeometry();
     const QTableView& table = *controller.tableView();
     const int column = _calculateColumnWidthFor(controller.theList, table.font());
     const int scroller = table.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &table);
-    const int atMost = screen.width() - kScreenMargin;
+    const int atMost = room.width() - kScreenMargin;
     fitButtonTitles({controller.cancelButton(), controller.okButton()}, atMost - kBesideButtons);
     const int buttons = controller.cancelButton()->sizeHint().width() + controller.okButton()->sizeHint().width() + kBesideButtons;
     const int width = std::min(std::max({column + scroller + kBesideColumn, buttons, kMinimumWidth}), atMost);
     mHeaderHeight = controller.fitPrompt(width) + kBesidePrompt;
     const qint64 items = qint64(controller.numberOfRowsInTableView()) * controller.rowHeight();
-    const qint64 height = std::min<qint64>(roomBelow(parent, screen), items + kTableFrame + mHeaderHeight);
+    const qint64 height = std::min<qint64>(room.height(), items + kTableFrame + mHeaderHeight);
     controller.view()->setMinimumSize(kMinimumWidth, mHeaderHeight + kSmallestTable); // a sheet on a low window is of use all the same
     mWindow.resize(width, std::max(static_cast<int>(height), mHeaderHeight + kSmallestTable));
 }
 
-void ChooseFromListPanel::prepareForModalForm(const QString& title) {
+void ChooseFromListPanel::prepareForSheetOn(const QMainWindow& parent) {
+    const QRect screen = parent.screen()->availableGeometry();
+    sizeView({screen.width(), roomBelow(parent, screen)});
+}
+
+void ChooseFromListPanel::prepareForModalForm() {
     const int frame = mWindow.style()->pixelMetric(QStyle::PM_TitleBarHeight) + kScreenMargin;
-    mWindow.resize(mWindow.width(), std::min(mWindow.height(), mWindow.screen()->availableGeometry().height() - frame));
+    sizeView(mWindow.screen()->availableGeometry().size() - QSize(0, frame));
     mWindow.setCloseButton(nullptr);
-    mWindow.setWindowTitle(title);
 }
 
 AEDesc ChooseFromListPanel::selectedItems() const {

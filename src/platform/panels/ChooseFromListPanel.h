@@ -7,6 +7,8 @@
 #include "platform/panels/ChooseFromListViewController.h"
 #include "platform/panels/CommandParameters.h"
 
+class QMainWindow;
+
 namespace quoddle {
 
 struct ChooseFromListParameters {
@@ -25,13 +27,14 @@ struct ChooseFromListParameters {
 
 class ChooseFromListPanel {
 public:
-    /// `parent`: the window on which it may hang, for the room that there is below; null: none.
-    ChooseFromListPanel(const ChooseFromListParameters& parameters, const QWidget* parent);
+    explicit ChooseFromListPanel(const ChooseFromListParameters& parameters);
 
     NSPanel& window() { return mWindow; }
     ChooseFromListViewController& viewController() { return mViewController; }
-    /// For a window of its own: without close button, and not smaller than what can be used.
-    void prepareForModalForm(const QString& title);
+    /// Gives it the size of its items, as far as there is room below the title of the window, which is visible. Just before it is shown.
+    void prepareForSheetOn(const QMainWindow& parent);
+    /// The same for a window of its own: without close button, and not smaller than what can be used.
+    void prepareForModalForm();
     /// The items of the list in the selected rows.
     AEDesc selectedItems() const;
 
@@ -39,7 +42,7 @@ public:
     static int _calculateColumnWidthFor(const QStringList& texts, const QFont& font);
 
 private:
-    void sizeView(const QWidget* parent);
+    void sizeView(const QSize& room);
 
     const AEDesc mList;
     int mHeaderHeight = 0;

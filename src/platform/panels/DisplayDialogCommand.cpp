@@ -38,7 +38,6 @@ CommandDialog displayDialogDialog(const AEDesc& event, AEDesc& reply) {
         return {};
     }
     auto panel = std::make_shared<DisplayDialogPanel>(parameters, icon);
-    panel->window().setWindowTitle(parameters.title);
     const bool hasAnswer = parameters.defaultAnswer.has_value();
     const bool canGiveUp = parameters.buttons.givingUpAfter > 0;
     const DisplayDialogPanel* shown = panel.get();

@@ -47,6 +47,7 @@ DisplayDialogPanel::DisplayDialogPanel(const DisplayDialogParameters& parameters
     controller.hasAnswer = parameters.defaultAnswer.has_value();
     controller.buttonCount = static_cast<unsigned>(mButtons.size());
     mWindow.setContentViewController(&controller);
+    mWindow.setWindowTitle(parameters.title);
     mWindow.layout()->setSizeConstraint(QLayout::SetFixedSize);
     controller.setIcon(icon);
     placeButtons();
