@@ -11,13 +11,9 @@ namespace {
 
 constexpr const char* kOperands[] = {
     "5",
-    "-1.5",
     "\"ab cd\"",
-
     "{1, {2}, \"x\"}",
-
     "{a:1, name:2}",
-
     "missing value",
     "(date \"Jan 1, 2008\")",
     "integer",
@@ -31,7 +27,6 @@ constexpr const char* kOperands[] = {
     "(a reference to p)",
     "(every word of \"a b\")",
     "(3 as inches)",
-
 };
 
 // "A" and "B" stand for the operands.
