@@ -60,9 +60,9 @@ class Events(harness.AppletCase):
             ("set its counter to 9", "9"),
             ("add(4, 1)", "5"),
             ("slow(0.1)", '"slept"'),
-            ("fail()", "no good (-2700)"),
-            ("nothing()", "«script» doesn’t understand the “nothing” message. (-2700)"),
-            ("get its nothing", "The applet has no such property. (-1728)"),
+            ("fail()", "Server got an error: no good (-2700)"),
+            ("nothing()", "Server got an error: «script» doesn’t understand the “nothing” message. (-2700)"),
+            ("get its nothing", "Server got an error: The applet has no such property. (-1728)"),
             ("run", '"ran"'),
             ("get name", '"Server"'),
             ("get version", '"1.0"'),
@@ -72,7 +72,7 @@ class Events(harness.AppletCase):
         ]:
             self.assertEqual(self.tell(what), expected, what)
         self.assertEqual(self.tell("is running", "Nobody"), "false")
-        self.assertEqual(self.tell("add(1, 2)", "Nobody"), "Application isn’t running. (-600)")
+        self.assertEqual(self.tell("add(1, 2)", "Nobody"), "Can’t get application \"Nobody\". (-1728)")
         self.assertEqual(self.tell("quit"), "")
         applet.ends()
         self.assertEqual(self.tell("quit"), "", "quit does not launch")

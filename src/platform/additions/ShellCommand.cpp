@@ -2,6 +2,7 @@
 // do shell script: runs a command line with sh; a cancel ends whatever it started.
 #include "platform/additions/Commands.h"
 #include "platform/additions/ShellProcess.h"
+#include "platform/ae/AECoercion.h"
 #include "platform/base/Text.h"
 
 #include <cerrno>
@@ -98,8 +99,11 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
         return fail(reply, memFullErr, u"The command wrote more than can be taken at once.");
     const bool altering = booleanParameter(event, "alen"_4cc).value_or(true);
     const int status = WIFEXITED(outcome.status) ? WEXITSTATUS(outcome.status) : 128 + WTERMSIG(outcome.status);
-    if (status == 0)
-        return answer(reply, AEDesc::ofText(adapted(outcome.output, altering)));
+    if (status == 0) {
+        const AEDesc output = AEDesc::ofText(adapted(outcome.output, altering));
+        const auto wanted = AECoerced(output, codeParameter(event, "rtyp"_4cc)); // "as integer"; what it cannot become stays text
+        return answer(reply, wanted ? *wanted : output);
+    }
     std::u16string message = adapted(outcome.errors, altering);
     if (message.empty())
         message = u"The command exited with a non-zero status.";

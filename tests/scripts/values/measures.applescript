@@ -28,3 +28,6 @@ try
 on error number n
 	log n --> -1700
 end try
+set png to «class PNGf»
+log png --> «class PNGf»
+log class of (alias "/") is in {alias, «class furl»} --> true

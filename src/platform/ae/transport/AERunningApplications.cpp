@@ -7,7 +7,9 @@
 #include "platform/base/Text.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
+#include <mutex>
 #include <unicode/unistr.h>
 #include <unistd.h>
 
@@ -21,6 +23,9 @@ constexpr std::size_t kMaximumRecordSize = 64 << 10;
 constexpr std::string_view kRecordExtension = ".app";
 constexpr std::string_view kSocketExtension = ".sock";
 constexpr AEKeyword kStartTime = "strt"_4cc;
+
+std::mutex sNameMutex;
+std::string sOwnName; // of the application that this process is, once it has registered
 
 /// In clock ticks since the machine started; 0 when there is no such process any more, nothing when that cannot be found out.
 std::optional<std::int64_t> startTimeOf(std::int32_t processID) {
@@ -128,7 +133,16 @@ std::vector<AERunningApplication> AEListRunningApplications() {
     return applications;
 }
 
+std::string AECurrentApplicationName() {
+    std::lock_guard lock(sNameMutex);
+    return sOwnName.empty() ? program_invocation_short_name : sOwnName;
+}
+
 OSStatus AERegisterApplication(const AERunningApplication& application) {
+    {
+        std::lock_guard lock(sNameMutex);
+        sOwnName = application.name;
+    }
     const auto directory = AERuntimeDirectory();
     if (!directory)
         return directory.error();

@@ -31,6 +31,9 @@ void AEWithdrawApplication();
 /// Removes both.
 void AEUnregisterApplication();
 
+/// What scripts call the application that they run in: the name it has registered, else that of the program.
+std::string AECurrentApplicationName();
+
 /// False for one that has ended, also when nobody has collected it yet.
 bool AEIsProcessAlive(std::int32_t processID);
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Running scripts, and what running scripts ask of the outside.
+#include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
 #include "platform/applescript/image/Block.h"
@@ -205,6 +206,11 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
         const AEDesc* result = reply.find("----"_4cc);
         return result ? valueFromDescriptor(mMachine, *result) : Value();
     }
+    const Application* application = applicationOf(direct.isUndefined() ? mMachine.it() : direct);
+    if (status == procNotFound && !number && application && !AEFindApplication(addressOf(*application))) {
+        const Value unknown = Value::object(application);
+        return mMachine.raise(errAENoSuchObject, u"Can’t get " + language::inMessage(mMachine, unknown) + u".", unknown);
+    }
     const AEDesc* text = reply.find("errs"_4cc);
     if (!text && number && !number->asInt32())
         text = number; // applets put the message where the number belongs
@@ -214,7 +220,6 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
                   language::termFor(Value::object(&command)) + u"” message.";
     if (message.empty())
         message = language::messageFor(status);
-    const Application* application = applicationOf(direct.isUndefined() ? mMachine.it() : direct);
     const std::u16string name = application ? application->name.empty() ? application->identifier : application->name : std::u16string();
     const Value brief = Value::object(mMachine.heap().text(message));
     mMachine.raise(status, name.empty() ? message : name + u" got an error: " + message);

@@ -6,6 +6,7 @@
 #include "platform/applescript/component/EventCodes.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Commands.h"
+#include "platform/applescript/syntax/NodeKind.h"
 #include "platform/applescript/syntax/SourceText.h"
 
 #include <algorithm>
@@ -292,6 +293,8 @@ void Component::locate(LastError& last) const {
     if (!handler || handler->children.size() < block::kHandlerChildren)
         return;
     const Object* node = nodeAt(handler->children[block::kTree], last.error.offset, 0);
+    if (node && node->isNode(tagOf(NodeKind::As)) && node->children[1]->kind == ObjectKind::Node)
+        node = node->children[1]; // a coercion fails at the class that the value cannot become
     for (const auto& [store, known] : mSourceMaps) {
         if (known.second.expired() || !node)
             continue;

@@ -299,6 +299,10 @@ std::u16string humanDisplay(Machine& machine, Value value) {
     return displayer.take();
 }
 
+bool isKnownProperty(FourCharCode code) {
+    return terms().name(code, {TermKind::Property});
+}
+
 std::u16string termFor(Value value) {
     if (const EventName* event = as<EventName>(value)) {
         const Term* term = terms().event(event->eventClass, event->eventID);

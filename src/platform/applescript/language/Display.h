@@ -12,6 +12,8 @@ std::u16string display(Machine& machine, Value value);
 std::u16string inMessage(Machine& machine, Value value);
 /// As a person reads it: texts without quotes, lists and records without braces.
 std::u16string humanDisplay(Machine& machine, Value value);
+/// Whether the language or the Standard Additions have a property of the code.
+bool isKnownProperty(FourCharCode code);
 /// The words for a class, a property, a constant or a command; in chevrons when no dictionary has them.
 std::u16string termFor(Value value);
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Properties of values: tables of what each class has.
+#include "platform/ae/transport/AERunningApplications.h"
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Commands.h"
 #include "platform/applescript/language/Dates.h"
@@ -127,6 +128,8 @@ Value scriptProperty(Machine& machine, Script* script, Value key) {
 Value applicationProperty(Machine& machine, const Application* application, FourCharCode key) {
     if (key == "pnam"_4cc && !application->name.empty())
         return Value::object(machine.heap().text(application->name));
+    if (key == "pnam"_4cc && application->identifier.empty())
+        return Value::object(machine.heap().text(utf16FromUTF8(AECurrentApplicationName())));
     if (key == "ID  "_4cc && !application->identifier.empty())
         return Value::object(machine.heap().text(application->identifier));
     return Value::failure();
@@ -218,6 +221,9 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
         return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
     if (key == Value::code("nmbr"_4cc) && (is<List>(container) || is<Text>(container) || is<Record>(container)))
         return count(machine, container);
+    // «class PNGf» by itself is a value where no script has a property of that code.
+    if (is<Script>(container) && key.isCode() && !isKnownProperty(key.asCode()))
+        return key;
     return noSuchProperty(machine, container, key);
 }
 

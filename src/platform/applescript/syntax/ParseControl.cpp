@@ -24,7 +24,7 @@ Object* Parser::ifStatement() {
         return node(NodeKind::If, {condition, body, emptyList(), otherwise}, flags::OneLine, first);
     }
     if (!then && !atLineEnd())
-        expected(u"“then”");
+        fail(OSASyntaxTypeError, u"Expected “then”, etc. but found " + describe(0) + u".", peek());
     Object* body = block();
     std::vector<Object*> chain;
     Object* otherwise = nil();

@@ -93,18 +93,19 @@ Object* Parser::expected(std::u16string_view what) {
     if (failed())
         return nil();
     const Token& found = peek();
-    if (found.kind == TokenKind::Bad && !found.text.empty())
+    if (found.kind == TokenKind::Bad && !found.text.empty()) {
+        const bool isUnended = found.end == mTokens.back().start; // a text or a comment that goes on to the end
         return fail(OSASyntaxTypeError,
-                    u"Expected " + std::u16string(found.text) + u" but found " +
-                        (found.end == mTokens.back().start ? u"end of script." : u"unknown token."),
-                    found);
+                    u"Expected " + std::u16string(found.text) + u" but found " + (isUnended ? u"end of script." : u"unknown token."),
+                    SourceRange{isUnended ? found.end : found.start, found.end});
+    }
     // A literal after a name is more likely the parameter of a command whose words are unknown.
     if (mAt > 0 && startsOperandText(found) && startsOperandText(mTokens[mAt - 1])) {
         bool afterName = mTokens[mAt - 1].word != nullptr;
         if (!afterName || found.word) {
             const Token& before = mTokens[mAt - 1];
             std::u16string previous = before.kind == TokenKind::Text ? u"“\"”" : before.word ? u"identifier" : u"number";
-            return fail(OSASyntaxError, u"A " + describe(0) + u" can’t go after this " + previous + u".", found);
+            return fail(OSASyntaxError, u"A " + describe(0) + u" can’t go after this " + previous + u".", SourceRange{before.start, found.end});
         }
     }
     return fail(OSASyntaxTypeError, u"Expected " + std::u16string(what) + u" but found " + describe(0) + u".", found);

@@ -227,8 +227,8 @@ std::vector<Object*> Parser::itemsUntil(Symbol close) {
     Brackets brackets(*this);
     while (!at(close) && !failed()) {
         items.push_back(expression());
-        if (!at(close))
-            expect(Symbol::Comma);
+        if (!at(close) && !accept(Symbol::Comma))
+            fail(OSASyntaxTypeError, u"Expected “,” but found " + describe(0) + u".", peek());
     }
     return items;
 }
