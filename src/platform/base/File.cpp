@@ -26,6 +26,11 @@ const mode_t kMask = [] {
     return mask;
 }();
 
+/// The system would take the part before a NUL for the whole.
+bool isName(const std::string& path) {
+    return path.find('\0') == std::string::npos;
+}
+
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
@@ -68,6 +73,8 @@ struct Place {
 };
 
 Result<Place, OSStatus> placeOf(const std::string& path) {
+    if (!isName(path))
+        return Failure{kBadName};
     Place place{path};
     if (::lstat(path.c_str(), &place.info) != 0)
         return errno == ENOENT ? Result<Place, OSStatus>(place) : Failure{statusFromErrno(errno)};
@@ -143,6 +150,8 @@ OSStatus statusFromErrno(int error) {
 }
 
 Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maximumSize) {
+    if (!isName(path))
+        return Failure{kBadName};
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
     if (!file.isOpen())
         return Failure{statusFromErrno(errno)};

@@ -10,7 +10,8 @@
 
 namespace quoddle {
 
-/// -43 no such file, -54 no permission, -108 larger than `maximumSize` bytes, -50 a folder or no ordinary file, -36 the reading failed.
+/// -43 no such file, -37 no name for a file, -54 no permission, -108 larger than `maximumSize` bytes, -50 a folder or no ordinary file, -36
+/// the reading failed.
 Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maximumSize);
 
 /// What an open descriptor, such as that of a pipe, has until its end, which is waited for. -108 more than `maximumSize` bytes, -36 the

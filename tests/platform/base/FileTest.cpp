@@ -75,6 +75,10 @@ TEST_F(FileTest, KeepsThePermissionsAndSaysWhatFailed) {
     EXPECT_EQ(readFile(folder + "/none", 10).error(), fnfErr);
     EXPECT_EQ(readFile(path, 0).error(), memFullErr);
     EXPECT_NE(writeFile(folder + "/none/a", "x"), noErr);
+    const std::string cut = path + std::string("\0b", 2);
+    EXPECT_EQ(readFile(cut, 10).error(), -37);
+    EXPECT_EQ(writeFile(cut, "z"), -37);
+    EXPECT_EQ(writeFile(folder + "/" + std::string(300, 'n'), "z"), -37);
 }
 
 TEST_F(FileTest, LeavesThePermissionsOfOtherThreadsFilesAlone) {

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// do shell script: stopping commands that make it hard, and output of any size.
+#include "Additions.h"
+#include "platform/base/File.h"
+
+#include <csignal>
+#include <ctime>
+#include <sstream>
+#include <thread>
+
+namespace quoddle::testing_additions {
+
+namespace {
+
+class ShellCommandTest : public AdditionsTest {
+protected:
+    /// NOTE in the command writes the number of the shell into a file; once that is there, the command is cancelled.
+    Answer cancelled(std::string command) {
+        const std::string noted = path("number");
+        std::filesystem::remove(noted);
+        command.replace(command.find("NOTE"), 4, "echo $$ >" + noted + ".new; mv " + noted + ".new " + noted);
+        return send("sysoexec", {{"----"_4cc, text(command)}}, {.cancelled = [noted] { return std::filesystem::exists(noted); }});
+    }
+    pid_t group() const { return static_cast<pid_t>(std::stol(bytesOf("number"))); }
+    /// Whether a process of the group is more than an entry that nobody has taken out yet.
+    bool isAlive() const {
+        for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+            const auto stat = readFile(process.path() / "stat", 4096);
+            std::istringstream fields(stat ? stat->substr(stat->rfind(')') + 1) : "");
+            char state = 0;
+            pid_t parent = 0, its = 0;
+            if (fields >> state >> parent >> its && its == group() && state != 'Z' && state != 'X')
+                return true;
+        }
+        return false;
+    }
+    bool ends() const {
+        const std::time_t end = std::time(nullptr) + 20;
+        while (isAlive() && std::time(nullptr) < end)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        return !isAlive();
+    }
+};
+
+} // namespace
+
+TEST_F(ShellCommandTest, StopsWhatDoesNotWantToBeStopped) {
+    for (const char* command : {"NOTE; sleep 600", "NOTE; exec >&- 2>&-; sleep 600", "trap '' TERM; NOTE; while :; do sleep 600; done",
+                                "sleep 600 & NOTE", "NOTE; while :; do echo out; echo err >&2; done"}) {
+        EXPECT_EQ(cancelled(command).error(), userCanceledErr) << command;
+        EXPECT_TRUE(ends()) << command;
+    }
+}
+
+TEST_F(ShellCommandTest, LeavesAloneWhatRunsInTheBackground) {
+    EXPECT_EQ(send("sysoexec", {{"----"_4cc, text("sleep 600 >/dev/null 2>&1 & echo $$ >" + path("number"))}}).text(), "");
+    EXPECT_TRUE(isAlive());
+    EXPECT_EQ(::kill(-group(), SIGKILL), 0);
+}
+
+TEST_F(ShellCommandTest, TellsHowItEnded) {
+    const auto run = [](const std::string& command) { return send("sysoexec", {{"----"_4cc, text(command)}}); };
+    EXPECT_EQ(run("exit 3").error(), 3);
+    EXPECT_EQ(run("kill -TERM $$").error(), 128 + SIGTERM);
+    EXPECT_EQ(run("no-such-program-here 2>/dev/null").error(), 127);
+    EXPECT_EQ(run("yes | head -c 300000").text().size(), 299'999u);
+    EXPECT_EQ(run("cat; echo end").text(), "end") << "its input is empty";
+    EXPECT_EQ(run(std::string("echo a\0; echo b", 15)).error(), paramErr);
+}
+
+} // namespace quoddle::testing_additions
