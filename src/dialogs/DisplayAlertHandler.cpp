@@ -31,7 +31,7 @@ void DisplayAlertHandler::continueProcess(const WorkItem& item) {
     form.beginSheet = [self](NSWindow& window, NSWindow::SheetCompletion completion) {
         self->mAlert->alert().beginSheetModal(window, [self, completion = std::move(completion)](int returnCode) {
             if (self->mAlert->isCancel(returnCode))
-                NSLog(u"cancelled...!"_s);
+                NSLogTrace(u"cancelled...!"_s);
             completion(returnCode);
         });
     };

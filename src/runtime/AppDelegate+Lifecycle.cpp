@@ -98,8 +98,8 @@ void AppDelegate::_runQuitHandler() {
     setRunningQuitHandler(true);
     _respondToEventInBackground(
         parameterlessEvent("aevt"_4cc, "quit"_4cc), [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
-            NSLog(u"applicationShouldTerminate: quit event processed: %@, error: %@"_s,
-                  {result ? QVariant(result->stringValue()) : QVariant(), error ? QVariant(error->description()) : QVariant()});
+            NSLogTrace(u"applicationShouldTerminate: quit event processed: %@, error: %@"_s,
+                       {result ? QVariant(result->stringValue()) : QVariant(), error ? QVariant(error->description()) : QVariant()});
             setRunningQuitHandler(false);
             if ((!error || error->error() == noErr) && mainScript()->component()->isResuming())
                 terminate();

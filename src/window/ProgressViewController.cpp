@@ -121,7 +121,7 @@ void ProgressViewController::resetStopped() {
 }
 
 void ProgressViewController::_progressDidChange(const NSNotification& notification) {
-    NSLog(u"_progressDidChange: %@"_s, {notification.userInfo});
+    NSLogTrace(u"_progressDidChange: %@"_s, {notification.userInfo});
     const qint64 total = notification.userInfo.value(u"totalSteps"_s).toLongLong();
     const qint64 steps = notification.userInfo.value(u"steps"_s).toLongLong();
     const QString description = notification.userInfo.value(u"description"_s).toString();

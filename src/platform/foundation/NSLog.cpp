@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QMetaType>
+#include <syslog.h>
 
 namespace quoddle {
 
@@ -12,6 +13,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 Q_LOGGING_CATEGORY(lcQuoddle, "quoddle", QtInfoMsg)
+
+const QLoggingCategory& traceCategory() {
+    static const QLoggingCategory sCategory("quoddle.trace", qEnvironmentVariableIsEmpty("QUODDLE_DEBUG") ? QtWarningMsg : QtInfoMsg);
+    return sCategory;
+}
 
 constexpr int kMaxDescriptionDepth = 16;
 
@@ -104,6 +110,14 @@ QString stringWithFormat(const QString& format, const QVariantList& arguments) {
 
 void NSLog(const QString& format, const QVariantList& arguments) {
     qCInfo(lcQuoddle).noquote() << stringWithFormat(format, arguments);
+}
+
+void NSLogTrace(const QString& format, const QVariantList& arguments) {
+    const QString line = stringWithFormat(format, arguments);
+    if (traceCategory().isInfoEnabled())
+        qCInfo(traceCategory).noquote() << line;
+    else
+        ::syslog(LOG_USER | LOG_DEBUG, "%s", line.toUtf8().constData());
 }
 
 } // namespace quoddle

@@ -13,7 +13,10 @@ namespace quoddle {
 /// Anything else after a percent sign stays as it is, for the format may come from a bundle and must not be trusted.
 QString stringWithFormat(const QString& format, const QVariantList& arguments);
 
-/// Any thread.
+/// What went wrong. Any thread.
 void NSLog(const QString& format, const QVariantList& arguments = {});
+/// What happens in the course of things: goes to the system's log, or, for whoever looks for a fault, where NSLog's lines go, with
+/// QUODDLE_DEBUG in the environment or the category "quoddle.trace" switched on. Any thread.
+void NSLogTrace(const QString& format, const QVariantList& arguments = {});
 
 } // namespace quoddle
