@@ -22,12 +22,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kPatience = 5000;
+constexpr std::size_t kMaximumServiceSize = 64 << 10;
 
 /// What stands below the data folder for an applet of a desktop name.
 struct Places {
     explicit Places(const QString& name)
         : entry(desktopEntryPath(name)), service(dataFolder() + u"/dbus-1/services/"_s + name + u".service"_s),
-          icon(dataFolder() + u"/icons/"_s + name + u".png"_s) {}
+          icon(dataFolder() + u"/quoddle/icons/"_s + name + u".png"_s) {}
     static QString dataFolder() { return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation); }
     QString entry, service, icon;
 };
@@ -52,8 +53,16 @@ std::string write(const QString& path, const std::string& bytes) {
     return status == noErr ? "" : messageFor(path, status);
 }
 
+/// A service of the name that somebody else has made. The entry has a mark of its own, and the icons stand in a folder of ours.
+bool isServiceForeign(const QString& path) {
+    const auto text = readFile(path.toStdString(), kMaximumServiceSize);
+    return text ? !isServiceOfOurs(*text) : text.error() != fnfErr;
+}
+
 void removeAll(const Places& places) {
-    for (const QString& path : {places.entry, places.service, places.icon})
+    if (!isServiceForeign(places.service))
+        QFile::remove(places.service);
+    for (const QString& path : {places.entry, places.icon})
         QFile::remove(path);
 }
 
@@ -113,6 +122,9 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
     const auto before = desktopEntryValue(places.entry, kDesktopEntryBundleKey);
     if (!before && QFile::exists(places.entry))
         return Failure{printable(places.entry) + ": a launcher that quoddle has not made; move it away first"};
+
+    if (isServiceForeign(places.service))
+        return Failure{printable(places.service) + ": a service that quoddle has not made; move it away first"};
 
     const auto icon = pngIconOf(bundle);
     if (icon)

@@ -2,6 +2,7 @@
 #include "Applets.h"
 
 #include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/base/Text.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -27,6 +28,8 @@ std::shared_ptr<NSBundle> bundleAt(const std::string& path) {
 Result<std::shared_ptr<NSBundle>, std::string> findApplet(const std::string& word) {
     if (auto bundle = bundleAt(word))
         return bundle;
+    if (!isValidUTF8(word))
+        return Failure{printable(QFile::decodeName(word.c_str())) + ": the path is not UTF-8; rename it"};
     std::error_code error;
     if (fs::exists(word, error))
         return Failure{word + ": this is not an applet bundle; give the folder that ends in .app"};

@@ -9,6 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr qsizetype kMaximumTitleLength = 120;
+constexpr auto kServiceMark = "# Made by quoddle install\n"_L1;
+
 QString withBackslashes(const QString& text, QLatin1StringView before) {
     QString out;
     for (QChar c : text) {
@@ -33,12 +36,26 @@ QString line(const QString& key, const QString& value) {
     return key + u'=' + withBackslashes(plain.trimmed(), "\\"_L1) + u'\n';
 }
 
+/// Turns the direction of what follows, which would make a menu show another name than there is.
+bool isDirectionControl(QChar c) {
+    return c == QChar(0x061C) || c == QChar(0x200E) || c == QChar(0x200F) || (c >= QChar(0x202A) && c <= QChar(0x202E)) ||
+           (c >= QChar(0x2066) && c <= QChar(0x2069));
+}
+
+QString plainTitle(const QString& title) {
+    QString plain;
+    for (QChar c : title.left(kMaximumTitleLength))
+        if (!isDirectionControl(c))
+            plain += c == QChar::LineSeparator || c == QChar::ParagraphSeparator ? u' ' : c;
+    return plain.trimmed().isEmpty() ? u"Applet"_s : plain;
+}
+
 } // namespace
 
 std::string desktopEntryText(const DesktopApplet& applet) {
     const QString command = word(applet.shell) + u' ' + word(applet.bundlePath);
     QString text = u"[Desktop Entry]\nType=Application\nVersion=1.4\n"_s;
-    text += line(u"Name"_s, applet.title);
+    text += line(u"Name"_s, plainTitle(applet.title));
     text += line(u"Exec"_s, QString(command).replace(u'%', u"%%"_s) + u" %F"_s);
     if (!applet.icon.isEmpty())
         text += line(u"Icon"_s, applet.icon);
@@ -50,9 +67,13 @@ std::string desktopEntryText(const DesktopApplet& applet) {
 }
 
 std::string serviceText(const DesktopApplet& applet) {
-    return (u"[D-BUS Service]\n"_s + line(u"Name"_s, applet.desktopName) +
+    return (kServiceMark + u"[D-BUS Service]\n"_s + line(u"Name"_s, applet.desktopName) +
             line(u"Exec"_s, word(applet.shell) + u" --activated "_s + word(applet.bundlePath)))
         .toStdString();
+}
+
+bool isServiceOfOurs(std::string_view text) {
+    return text.starts_with(std::string_view(kServiceMark.data(), static_cast<std::size_t>(kServiceMark.size())));
 }
 
 } // namespace quoddle::tool

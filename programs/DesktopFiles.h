@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include <QStringList>
 
@@ -10,8 +11,8 @@ namespace quoddle::tool {
 
 struct DesktopApplet {
     QString desktopName; ///< DesktopEntry.h
-    QString title;
-    QString bundlePath; ///< absolute, like the two below; without control characters
+    QString title;       ///< as the bundle has it: may hold anything
+    QString bundlePath;  ///< absolute, like the two below; without control characters
     QString shell;
     QString icon; ///< may be empty
     QStringList mimeTypes;
@@ -19,5 +20,7 @@ struct DesktopApplet {
 
 std::string desktopEntryText(const DesktopApplet& applet);
 std::string serviceText(const DesktopApplet& applet);
+/// Whether a service file is one of those.
+bool isServiceOfOurs(std::string_view text);
 
 } // namespace quoddle::tool

@@ -16,7 +16,8 @@ void setUp();
 /// The instance of a language by name ("AppleScript", without regard to case); nothing, with a message printed, when there is none.
 std::optional<ComponentInstance> openLanguage(const std::string& program, const std::string& name);
 
-/// The bytes of a file, of standard input for "-", or of the main script of a bundle. Nothing, with a message printed, when it cannot be read.
+/// The bytes of a file, of standard input for "-", or of the main script of a bundle. Nothing, with a message printed, when it cannot be
+/// read.
 std::optional<std::string> readInput(const std::string& program, const std::string& path);
 
 /// Loads compiled input or compiles source, told by content. `id` is new.
@@ -47,6 +48,7 @@ struct Options {
     bool help = false;
 };
 /// Options end at the first word that is none, or behind "--". Nothing, with a message printed, for an unknown one.
-std::optional<Options> parseOptions(const std::string& program, const std::string& letters, const std::vector<std::string>& words, bool optionsAnywhere);
+std::optional<Options> parseOptions(const std::string& program, const std::string& letters, const std::vector<std::string>& words,
+                                    bool optionsAnywhere);
 
 } // namespace quoddle::tool

@@ -18,6 +18,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/base/ProgramMain.h"
+#include "platform/base/Text.h"
 #include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSUserDefaults.h"
@@ -286,6 +287,11 @@ int handOverActivation(const NSBundle& bundle, int argc, char** argv) {
 }
 
 int launch(int argc, char** argv) {
+    for (int i = 0; i < argc; ++i)
+        if (!isValidUTF8(argv[i])) {
+            std::fprintf(stderr, "quoddle-shell: %s: the path is not UTF-8; rename it\n", QFile::decodeName(argv[i]).toUtf8().constData());
+            return kUsageError;
+        }
     Invocation invocation = invocationFrom(argc, argv);
     if (!invocation.bundle)
         return explainUsage(argc > 1 ? argv[1] : nullptr);

@@ -133,17 +133,17 @@ class Quoddle(unittest.TestCase):
         before = self.files()
         entry = self.install(bundle)
         name = "applet-com.example.tool"
-        made = sorted([f"applications/{name}.desktop", f"dbus-1/services/{name}.service", f"icons/{name}.png", "applications/other.desktop"])
+        made = sorted([f"applications/{name}.desktop", f"dbus-1/services/{name}.service", f"quoddle/icons/{name}.png", "applications/other.desktop"])
         self.assertEqual(self.files(), made)
         self.assertEqual(entry["Name"], "Some Tool")
         self.assertEqual(entry["Exec"], f'"{BIN}/quoddle-shell" "{bundle}" %F')
-        self.assertEqual(entry["Icon"], str(self.data / f"icons/{name}.png"))
+        self.assertEqual(entry["Icon"], str(self.data / f"quoddle/icons/{name}.png"))
         self.assertEqual(entry["X-Quoddle-Bundle"], str(bundle))
         self.assertEqual(self.info(bundle)[1]["Installed"], "yes")
         # Again, without the icon: nothing of before is left. Then a copy takes the place, and says so.
         (bundle / "Contents/Resources/applet.icns").unlink()
         self.assertNotIn("Icon", self.install(bundle))
-        self.assertNotIn(f"icons/{name}.png", self.files())
+        self.assertNotIn(f"quoddle/icons/{name}.png", self.files())
         copy = self.folder / "copies" / "Some Tool.app"
         shutil.copytree(bundle, copy)
         self.assertIn("takes the place of " + str(bundle), self.call("install", copy)[1])
@@ -166,6 +166,19 @@ class Quoddle(unittest.TestCase):
         self.assertEqual(self.call("uninstall", "Tool")[0], 1)
         self.assertEqual(self.files(), ["applications/applet-com.example.tool.desktop"])
         foreign.unlink()
+        # Neither is an icon or a service of the name, by whoever made it.
+        others = [self.data / "dbus-1/services/applet-com.example.tool.service", self.data / "icons/applet-com.example.tool.png"]
+        for other in others:
+            other.parent.mkdir(parents=True)
+            other.write_text("[D-BUS Service]\nName=applet-com.example.tool\nExec=/bin/true\n")
+        self.assertIn("has not made", self.call("install", bundle)[2])
+        others[0].rename(self.folder / "service")
+        self.install(bundle)
+        (self.folder / "service").rename(others[0])
+        self.assertEqual(self.call("uninstall", "Tool")[0], 0)
+        self.assertEqual(self.files(), sorted(str(other.relative_to(self.data)) for other in others))
+        shutil.rmtree(self.data)
+        self.data.mkdir()
         # One part that cannot be written leaves none behind.
         (self.data / "dbus-1").write_text("a file in the way")
         self.assertEqual(self.call("install", bundle)[0], 1)
@@ -176,19 +189,28 @@ class Quoddle(unittest.TestCase):
         self.assertEqual(entry["Name"], "Nice Exec=false [x]\\\\n")
         self.assertNotIn("false", entry["Exec"])
         self.assertTrue(all(".." not in file for file in self.files()))
+        for title, shown in [("\u202egpj.exe\u202c\u2066", "gpj.exe"), ("a\u2028b\u200f", "a b"), ("\u200e \u061c", "Applet"), ("👩\u200d🔬", "👩\u200d🔬"), ("n" * 5000, "n" * 120)]:
+            self.assertEqual(self.install(self.make("Evil", info={"CFBundleName": title, "CFBundleIdentifier": "com.evil"}))["Name"], shown)
         two_lines = self.folder / "two\nlines.app"
         shutil.copytree(self.folder / "Evil.app", two_lines)
         self.assertIn("rename", self.call("install", two_lines)[2])
+        strange = os.fsencode(self.folder) + b"/strange\xff.app"
+        shutil.copytree(os.fsencode(self.folder / "Evil.app"), strange)
+        for program in ("quoddle install", "quoddle run", "quoddle-shell"):
+            words = [os.fsencode(BIN / program.split()[0]), *map(os.fsencode, program.split()[1:]), strange]
+            done = subprocess.run(words, env=self.environment, capture_output=True, text=True)
+            self.assertNotEqual(done.returncode, 0)
+            self.assertIn("the path is not UTF-8; rename it", done.stderr)
 
     def test_file_types(self):
         def types(*documents, **more):
             return self.install(self.make(info={"CFBundleDocumentTypes": list(documents)} | more)).get("MimeType")
         self.assertEqual(types({"CFBundleTypeExtensions": ["png", "TXT", "no/such", "unheardof"]}), "image/png;text/plain;")
         self.assertEqual(types({"CFBundleTypeExtensions": ["*"]}), "application/octet-stream;")
-        self.assertEqual(types({"LSItemContentTypes": ["com.adobe.pdf", "public.folder"], "CFBundleTypeMIMETypes": ["image/gif", "inode/directory", "image/*", "a;b"]}),
+        self.assertEqual(types({"LSItemContentTypes": ["com.adobe.pdf", "public.folder"], "CFBundleTypeMIMETypes": ["image/gif", "inode/directory", "x-scheme-handler/http", "x-content/unix-software", "image/*", "a;b"]}),
                          "application/pdf;image/gif;")
         self.assertEqual(types({"LSItemContentTypes": ["com.example.odd"]}, UTExportedTypeDeclarations=[
-            {"UTTypeIdentifier": "com.example.odd", "UTTypeTagSpecification": {"public.mime-type": "text/x-odd", "public.filename-extension": ["html"]}}]), "text/html;text/x-odd;")
+            {"UTTypeIdentifier": "com.example.odd", "UTTypeTagSpecification": {"public.mime-type": ["text/x-odd", "x-scheme-handler/https"], "public.filename-extension": ["html"]}}]), "text/html;text/x-odd;")
         self.assertEqual(types({"CFBundleTypeOSTypes": ["fold"]}, 7, {"CFBundleTypeExtensions": {"a": 1}}), None)
         self.assertIn("image/png", types({"LSItemContentTypes": ["public.image"]}))
 
@@ -205,7 +227,7 @@ class Quoddle(unittest.TestCase):
             (b"", None),
         ]:
             self.install(self.make(icon=icon, info={"CFBundleIconFile": "applet.icns"}))
-            found = list((self.data / "icons").glob("*")) if (self.data / "icons").exists() else []
+            found = list((self.data / "quoddle/icons").glob("*")) if (self.data / "quoddle/icons").exists() else []
             self.assertEqual([p.read_bytes() for p in found], [chosen] if chosen else [])
 
     def test_run_hands_on_the_files(self):
@@ -217,6 +239,14 @@ class Quoddle(unittest.TestCase):
         (self.folder / "Applications").mkdir()
         shutil.move(bundle, self.folder / "Applications/Tool.app")
         self.assertEqual(self.call("run", "tool", QUODDLE_SHELL=str(shell))[1], f"{self.folder}/Applications/Tool.app\n")
+
+    def test_an_applet_says_what_its_script_says(self):
+        bundle = self.make(source="set progress total steps to 3\nrepeat with i from 1 to 3\nset progress completed steps to i\ndelay 0.1\nend repeat\nlog \"said\"")
+        for debug, said in [({}, False), ({"QUODDLE_DEBUG": "1"}, True)]:
+            status, output, errors = self.call("run", bundle, QT_QPA_PLATFORM="offscreen", **debug)
+            self.assertEqual((status, output), (0, ""))
+            self.assertIn("said\n", errors)
+            self.assertEqual("_progressDidChange" in errors, said, errors)
 
 
 if __name__ == "__main__":
