@@ -27,6 +27,16 @@ target_compile_options(quoddle_options INTERFACE -Wall -Wextra -Wpedantic -Wshad
 if(QUODDLE_WERROR)
   target_compile_options(quoddle_options INTERFACE -Werror)
 endif()
+# What makes a fault hard to exploit; tests/programs/hardening.py looks at the programs. A sanitizer has checks of its own.
+if(NOT QUODDLE_SANITIZE)
+  target_compile_options(quoddle_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)
+  include(CheckCXXCompilerFlag)
+  check_cxx_compiler_flag(-fcf-protection QUODDLE_HAS_CF_PROTECTION) # not on every processor
+  if(QUODDLE_HAS_CF_PROTECTION)
+    target_compile_options(quoddle_options INTERFACE -fcf-protection)
+  endif()
+  target_link_options(quoddle_options INTERFACE -Wl,-z,relro -Wl,-z,now)
+endif()
 if(QUODDLE_SANITIZE)
   target_compile_options(quoddle_options INTERFACE -fsanitize=${QUODDLE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   target_link_options(quoddle_options INTERFACE -fsanitize=${QUODDLE_SANITIZE})
