@@ -8,6 +8,7 @@
 
 #include <QEvent>
 #include <QScrollBar>
+#include <QShowEvent>
 
 namespace quoddle {
 
@@ -32,7 +33,6 @@ void DescriptionView::setDescription(const QString& path) {
         return;
     readRichText(path, *document());
     moveCursor(QTextCursor::Start);
-    verticalScrollBar()->setValue(0); // a first line that is taller than the view is taken for visible at its end
     adaptToAppearance();
     show();
     updateGeometry();
@@ -47,6 +47,13 @@ void DescriptionView::changeEvent(QEvent* event) {
     QTextBrowser::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         adaptToAppearance();
+}
+
+// The toolkit shows the whole height of the line with the cursor, from below when the line is taller than the view.
+void DescriptionView::showEvent(QShowEvent* event) {
+    QTextBrowser::showEvent(event);
+    if (!event->spontaneous())
+        verticalScrollBar()->setValue(0);
 }
 
 QSize DescriptionView::sizeHint() const {

@@ -19,6 +19,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     /// Pictures come out of the document alone, never from a file or an address that a description names.
     QVariant loadResource(int type, const QUrl& name) override;
 

@@ -321,6 +321,31 @@ TEST(DisplayDialog, FitsTheScreenWhateverItSays) {
     }
 }
 
+TEST(DisplayDialog, IsWidenedForALongWordUpToTheScreen) {
+    DialogShell shell;
+    const AEDesc word = text(QByteArray(50, 'w')), endless = text(QByteArray(500, 'w'));
+    const struct {
+        const char* what;
+        std::vector<AEItem> parameters;
+        bool scrolls;
+    } kCases[] = {
+        {"a word", {{"----"_4cc, word}}, false},
+        {"with an icon", {{"----"_4cc, word}, {"disp"_4cc, AEDesc::ofInt32(2)}}, false},
+        {"with an answer", {{"----"_4cc, word}, {"dtxt"_4cc, text("")}}, false},
+        {"among others", {{"----"_4cc, text("a few " + QByteArray(50, 'w') + " words")}}, false},
+        {"no end", {{"----"_4cc, endless}}, true},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        const Conversation conversation(command("syso"_4cc, "dlog"_4cc, row.parameters), [&row](QDialog& dialog) {
+            auto* area = dialog.findChild<QScrollArea*>(u"promptScrollArea"_s);
+            EXPECT_EQ(area->widget()->minimumSizeHint().width() > area->width(), row.scrolls);
+            press(u"OK"_s)(dialog);
+        });
+        EXPECT_TRUE(conversation.dialogWasSeen());
+    }
+}
+
 TEST(DialogSession, OneDialogAtATimeInTheOrderInWhichTheyCame) {
     for (const bool asSheet : {true, false}) {
         DialogShell shell(asSheet);

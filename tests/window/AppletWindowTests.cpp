@@ -12,9 +12,10 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
 #include <QTextBrowser>
 #include <QTextCursor>
-#include <QTest>
 
 namespace quoddle {
 
@@ -139,6 +140,19 @@ TEST(StartupPane, ShowsTheDescriptionThatComesFirst) {
     EXPECT_EQ(colorOf(u"plain"_s), view->palette().color(QPalette::Text));
     EXPECT_EQ(colorOf(u"red"_s), QColor(Qt::red));
     QApplication::setPalette(light);
+}
+
+TEST(StartupPane, ADescriptionOpensAtItsTopHoweverTallItsFirstLineIs) {
+    for (const char* content : {"{\\rtf1\\fs2000 T\\par\\fs24 small}", "{\\rtf1\\fs700 T\\par\\fs24 small}"}) {
+        Shell shell("");
+        shell.addResource(u"Description.rtf"_s, content);
+        shell.setUp();
+        auto* view = shell.controller->window()->findChild<QTextBrowser*>(u"descriptionView"_s);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(shell.controller->window()));
+        QCoreApplication::processEvents();
+        EXPECT_GT(view->verticalScrollBar()->maximum(), 0) << content;
+        EXPECT_EQ(view->verticalScrollBar()->value(), 0) << content;
+    }
 }
 
 TEST(StartupPane, WithoutADescriptionThereIsNoEmptyField) {

@@ -103,6 +103,8 @@ void DisplayDialogViewController::limitWidth(int width) {
 void DisplayDialogViewController::fitPrompt() {
     QScrollArea& area = *mUi->promptScrollArea;
     area.setFixedWidth(std::max(kTextWidth, widthOfWords(*promptField())));
+    for (QLayout* layout : view()->findChildren<QLayout*>())
+        layout->invalidate(); // those inside of others hear too late of the prompt's width
     const int leading = promptLeadingConstraint->sizeHint().width() + (mIconImageView ? mIconImageView->minimumWidth() : 0);
     int viewWidth = view()->sizeHint().width(); // the prompt's, or that of the buttons
     if (mWidthLimit > 0 && viewWidth > mWidthLimit) {

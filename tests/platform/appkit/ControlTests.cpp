@@ -129,4 +129,49 @@ TEST(ElidedLabel, BeginsWhereTheLayoutDoes) {
         }
 }
 
+namespace {
+
+QImage inkedPartOf(const QImage& picture) {
+    QRect inked;
+    for (int x = 0; x < picture.width(); ++x)
+        for (int y = 0; y < picture.height(); ++y)
+            if (picture.pixel(x, y) != picture.pixel(150, 0))
+                inked |= QRect(x, y, 1, 1);
+    return picture.copy(inked);
+}
+
+/// The mean difference of two texts in grey levels; smoothed edges may have moved by a pixel.
+double differenceOf(const QImage& a, const QImage& b) {
+    double least = 255;
+    for (int shift = -1; shift <= 1; ++shift) {
+        double sum = 0;
+        for (int x = 1; x + 1 < a.width(); ++x)
+            for (int y = 0; y < a.height(); ++y) {
+                const QPoint other(x + shift, y);
+                sum += std::abs(qGray(a.pixel(x, y)) - (b.valid(other) ? qGray(b.pixel(other)) : 255));
+            }
+        least = std::min(least, sum / (a.width() * a.height()));
+    }
+    return least;
+}
+
+} // namespace
+
+TEST(ElidedLabel, ReadsAsItIsWrittenWhereverItBegins) {
+    for (const bool tabular : {false, true})
+        for (const char16_t* text : {u"83% completed", u"3 of 8", u"(a) b:", u"\u05d3\u05d5\u05d7 83%", u"3 \u05de\u05ea\u05d5\u05da 8"}) {
+            std::vector<QImage> pictures; // of the text itself
+            for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+                QApplication::setLayoutDirection(direction);
+                ElidedLabel label;
+                label.setTabularFigures(tabular);
+                label.setText(QString::fromUtf16(text));
+                label.resize(300, 24);
+                pictures.push_back(inkedPartOf(label.grab().toImage()));
+            }
+            QApplication::setLayoutDirection(Qt::LeftToRight);
+            EXPECT_LT(differenceOf(pictures[0], pictures[1]), 35) << QString::fromUtf16(text).toStdString() << tabular;
+        }
+}
+
 } // namespace quoddle
