@@ -189,8 +189,9 @@ void AppDelegate::_windowWillClose(const NSNotification& notification) {
     setUserClosedWindow(true);
     setApplicationTriedToQuit(true);
     mStoppedByClosing = _isRespondingToScript();
-    // Kept on purpose: to close the window of an applet that does nothing is to ask it to quit, with an idle handler as well as without. A
-    // quit handler that refuses then brings the window back, as it does after any other request; Stop would call it with the end already
+    // Kept on purpose: to close the window of an applet that does nothing is to ask it to quit, with an idle handler as well as without,
+    // and a quit handler that refuses brings the window back, as after any other request. What Stop does to a script with an idle handler,
+    // which is to call the quit handler without a question, would let the closing of the last window end the applet before that handler has
     // decided.
     if (hasQuitHandler() && !mStoppedByClosing) {
         setUserStoppedScript(true);

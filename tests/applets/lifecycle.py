@@ -162,6 +162,7 @@ class Lifecycle(harness.AppletCase):
         applet.key("Return")
         applet.ends()
         over.wait(15)
+        self.assertIn("opens none", over.stderr.read())
         self.assertEqual(applet.said("runs"), "")
 
     def test_files_of_which_the_script_refuses_one(self):
@@ -473,6 +474,40 @@ class Lifecycle(harness.AppletCase):
                 applet.rests()
                 applet.process.send_signal(signal.SIGTERM)
                 until(lambda: applet.said(name + "quit") == "quit\nquit\n", "the quit handler to be asked again")
+
+    def test_closing_the_window_asks_the_quit_handler(self):
+        """The answer counts, whatever else the script has, and the window comes back when it is a refusal."""
+        idle = """
+            on idle
+                do shell script "echo 1 >> FOLDER/NAMEidle"
+                return 100
+            end idle
+            """
+        for name, more in (("Still", ""), ("Idling", idle)):
+            for passed_on in (False, True):
+                with self.subTest(f"{name}, {passed_on}"):
+                    full = name + ("Willing" if passed_on else "")
+                    applet = self.start(full, more.replace("NAME", full) + f"""
+                        on run
+                            do shell script "echo 1 >> FOLDER/{full}runs"
+                        end run
+                        on quit
+                            do shell script "echo quit >> FOLDER/{full}quit; sleep 0.3; echo end >> FOLDER/{full}quit"
+                            {"continue quit" if passed_on else ""}
+                        end quit
+                        """, options=["-u", "-s"])
+                    applet.window()
+                    applet.key("Return")
+                    until(lambda: applet.said(full + "runs") and (not more or applet.said(full + "idle")), "the handlers")
+                    applet.rests()
+                    applet.key("alt+F4")
+                    if passed_on:
+                        applet.ends()
+                    until(lambda: applet.said(full + "quit") == "quit\nend\n", "the quit handler to end")
+                    if not passed_on:
+                        applet.rests()
+                        self.stays(applet)
+                        self.assertTrue(self.windows(applet))
 
     # What a script passes on
 
