@@ -19,6 +19,7 @@
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/base/Text.h"
+#include "platform/clipboard/QtClipboard.h"
 #include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSUserDefaults.h"
@@ -210,6 +211,7 @@ int runApplet(NSApplication& application, DesktopApplication& desktop, const Inv
     application.setDelegate(nullptr);
     NSAppleEventManager::sharedAppleEventManager().answerSuspendedEvents();
     AEStopListening();
+    leaveClipboardBehind();
     standardUserDefaults().sync();
     // A quit handler may still have something to put away; a script that does not end goes with the process.
     if (!AppDelegate::waitForScripts(kScriptGrace)) {

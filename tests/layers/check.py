@@ -19,6 +19,7 @@ MAY = {
     "platform/foundation": ["platform/base"],
     "platform/appkit": ["platform/base", "platform/ae", "platform/foundation"],
     "platform/panels": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
+    "platform/clipboard": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
     "engine": ["platform/base", "platform/ae", "platform/osa", "platform/foundation"],
     "runtime": ["platform/base", "platform/ae", "platform/osa", "platform/foundation", "engine"],
     "dialogs": ["platform/base", "platform/ae", "platform/additions", "platform/osa", "platform/foundation", "platform/appkit", "platform/panels",

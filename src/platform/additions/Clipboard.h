@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Clipboard: where the clipboard commands keep what is copied. Without a desktop it lives in this process; a desktop puts its own in its
-// place.
+// Clipboard: where the clipboard commands keep what is copied. By default that is the desktop's (ClipboardProcess.h), or, where there is no
+// display, one that lives in this process.
 #pragma once
 
-#include "platform/ae/AEDesc.h"
+#include "platform/ae/NSAppleEventManager.h"
+#include "platform/base/Result.h"
 
 #include <memory>
 #include <vector>
@@ -13,14 +14,15 @@ namespace quoddle {
 class Clipboard {
 public:
     virtual ~Clipboard() = default;
-    /// The same thing in all the forms in which it was copied, the best one first; empty when there is nothing. Any thread.
-    virtual std::vector<AEDesc> contents() = 0;
-    /// Replaces what is there. False when the desktop refuses. Any thread.
-    virtual bool setContents(std::vector<AEDesc> forms) = 0;
+    /// The same thing in several forms, the best one first; empty when there is nothing. What is needed to make a `wanted` class, or, for
+    /// 0, everything. -128 when the context says that the script was cancelled, -609 when the desktop does not answer. Any thread.
+    virtual Result<std::vector<AEDesc>, OSStatus> contents(DescType wanted, const AEHandlerContext& context) = 0;
+    /// Replaces what is there. -10000 when the desktop refuses; the others as above. Any thread.
+    virtual OSStatus setContents(std::vector<AEDesc> forms, const AEHandlerContext& context) = 0;
 
     /// Never null. Any thread.
     static std::shared_ptr<Clipboard> shared();
-    /// Installed once, before the first script runs; null brings the clipboard of the process back.
+    /// Null brings the default back.
     static void setShared(std::shared_ptr<Clipboard> clipboard);
 };
 

@@ -1,217 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "platform/additions/DialogProcess.h"
 
-#include "platform/additions/Bundle.h"
 #include "platform/additions/Command.h"
 #include "platform/additions/Interaction.h"
-#include "platform/ae/AEFlatten.h"
-#include "platform/ae/transport/AEFrame.h"
-#include "platform/base/FileDescriptor.h"
 #include "platform/base/Text.h"
-
-#include <cerrno>
-#include <csignal>
-#include <cstdlib>
-#include <fcntl.h>
-#include <filesystem>
-#include <poll.h>
-#include <spawn.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
 
 namespace quoddle::additions {
 
-namespace {
-
-constexpr const char* kProgram = "quoddle-dialogs";
-constexpr int kSliceMilliseconds = 20; // how soon a cancel is noticed
-constexpr int kNoDisplayStatus = 3;    // what the program ends with when it cannot reach the display
-
-std::string programToRun(const std::string& given) {
-    if (!given.empty())
-        return given;
-    std::error_code error;
-    const auto beside = std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / kProgram;
-    return ::access(beside.c_str(), X_OK) == 0 ? beside.string() : kProgram;
-}
-
-/// As people call it: what dialogs are said to come from.
-std::string applicationName() {
-    const std::filesystem::path path = applicationPath();
-    return path.extension() == ".app" ? path.stem().string() : path.filename().string();
-}
-
-} // namespace
-
-/// The other end of its standard input is our socket.
-class DialogProcess::Child {
-public:
-    enum class Outcome { answered, ended, cancelled };
-
-    /// Null when it cannot be started.
-    static std::unique_ptr<Child> start(const std::string& program);
-    ~Child();
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-
-    /// Idle children should be silent; one that is not has ended, or has lost its way.
-    bool isUsable() const;
-    Outcome ask(const AEDesc& event, AEDesc& answer, const AEHandlerContext& context);
-    /// What it has ended with; it is made to when it does not by itself.
-    int exitStatus();
-
-private:
-    Child(pid_t process, FileDescriptor socket) : mProcess(process), mSocket(std::move(socket)) {}
-    Outcome send(std::string_view bytes, const AEHandlerContext& context);
-    Outcome receive(AEDesc& answer, const AEHandlerContext& context);
-    Outcome waitFor(short what, const AEHandlerContext& context);
-
-    pid_t mProcess;
-    FileDescriptor mSocket;
-    std::uint32_t mLastID = 0;
-    bool mMustEnd = false; // an idle one goes by itself when the socket is closed
-};
-
-std::unique_ptr<DialogProcess::Child> DialogProcess::Child::start(const std::string& program) {
-    int ends[2];
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
-        return nullptr;
-    FileDescriptor ours(ends[0]), theirs(ends[1]);
-    posix_spawn_file_actions_t actions;
-    if (::posix_spawn_file_actions_init(&actions) != 0)
-        return nullptr;
-    ::posix_spawn_file_actions_adddup2(&actions, theirs.number(), STDIN_FILENO);
-    ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    std::string command = program, name = applicationName();
-    char* const arguments[] = {command.data(), name.data(), nullptr};
-    pid_t process = 0;
-    const int error = ::posix_spawnp(&process, program.c_str(), &actions, nullptr, arguments, environ);
-    ::posix_spawn_file_actions_destroy(&actions);
-    return error == 0 ? std::unique_ptr<Child>(new Child(process, std::move(ours))) : nullptr;
-}
-
-DialogProcess::Child::~Child() {
-    mSocket.reset();
-    if (mProcess && mMustEnd)
-        (void)exitStatus();
-}
-
-bool DialogProcess::Child::isUsable() const {
-    pollfd socket{mSocket.number(), POLLIN, 0};
-    return ::poll(&socket, 1, 0) == 0;
-}
-
-int DialogProcess::Child::exitStatus() {
-    int status = 0;
-    for (int tries = 0; mProcess && ::waitpid(mProcess, &status, WNOHANG) == 0; ++tries) {
-        if (tries == (mMustEnd ? 0 : 100))
-            ::kill(mProcess, SIGKILL);
-        ::usleep(2000);
-    }
-    mProcess = 0;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
-DialogProcess::Child::Outcome DialogProcess::Child::waitFor(short what, const AEHandlerContext& context) {
-    while (!context.isCancelled()) {
-        pollfd socket{mSocket.number(), what, 0};
-        const int ready = ::poll(&socket, 1, kSliceMilliseconds);
-        if (ready > 0)
-            return Outcome::answered;
-        if (ready < 0 && errno != EINTR)
-            return Outcome::ended;
-    }
-    mMustEnd = true;
-    return Outcome::cancelled;
-}
-
-DialogProcess::Child::Outcome DialogProcess::Child::send(std::string_view bytes, const AEHandlerContext& context) {
-    while (!bytes.empty()) {
-        if (const Outcome outcome = waitFor(POLLOUT, context); outcome != Outcome::answered)
-            return outcome;
-        const ssize_t count = ::send(mSocket.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count < 0 && errno != EINTR && errno != EAGAIN)
-            return Outcome::ended;
-        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    }
-    return Outcome::answered;
-}
-
-DialogProcess::Child::Outcome DialogProcess::Child::receive(AEDesc& answer, const AEHandlerContext& context) {
-    AEFrameReader reader;
-    AEFrame frame;
-    while (true) {
-        if (const Outcome outcome = waitFor(POLLIN, context); outcome != Outcome::answered)
-            return outcome;
-        char bytes[65536];
-        const ssize_t count = ::recv(mSocket.number(), bytes, sizeof bytes, 0);
-        if (count <= 0)
-            return Outcome::ended;
-        reader.append({bytes, static_cast<std::size_t>(count)});
-        const auto complete = reader.next(frame);
-        if (!complete)
-            break;
-        if (!*complete)
-            continue;
-        if (frame.kind == AEFrame::Kind::Reply && frame.id == mLastID && AEUnflattenDesc(frame.payload, answer) == noErr)
-            return Outcome::answered;
-        break;
-    }
-    mMustEnd = true;
-    return Outcome::ended;
-}
-
-DialogProcess::Child::Outcome DialogProcess::Child::ask(const AEDesc& event, AEDesc& answer, const AEHandlerContext& context) {
-    AEFrame frame{.kind = AEFrame::Kind::Event, .flags = AEFrame::kWantsReply, .id = ++mLastID};
-    if (AEFlattenDesc(event, frame.payload) != noErr)
-        return Outcome::ended;
-    const Outcome sent = send(frame.bytes(), context);
-    return sent == Outcome::answered ? receive(answer, context) : sent;
-}
-
-DialogProcess::DialogProcess(std::string program) : mProgram(std::move(program)) {}
-
-DialogProcess::~DialogProcess() = default;
-
-std::unique_ptr<DialogProcess::Child> DialogProcess::take(AEDesc& reply) {
-    std::unique_lock lock(mMutex);
-    auto child = std::move(mIdle);
-    lock.unlock();
-    if (child && child->isUsable())
-        return child;
-    if (child)
-        (void)child->exitStatus();
-    const std::string program = programToRun(mProgram);
-    child = Child::start(program);
-    if (!child)
-        (void)fail(reply, errAEEventFailed,
-                   u"Dialogs can’t be shown: the program " + utf16FromUTF8(program) +
-                       u" wasn’t found. It belongs beside the program that runs the script, or in PATH.");
-    return child;
-}
+DialogProcess::DialogProcess(std::string program) : mProcess(std::move(program), HelperProcess::Ending::withUs) {}
 
 OSErr DialogProcess::present(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context) {
     if (!hasDisplay())
         return static_cast<OSErr>(errAENoUserInteraction);
-    auto child = take(reply);
-    if (!child)
-        return noErr;
     AEDesc answered;
-    switch (child->ask(event, answered, context)) {
-    case Child::Outcome::cancelled:
+    switch (mProcess.ask(event, answered, context)) {
+    case HelperProcess::Outcome::notFound:
+        return fail(reply, errAEEventFailed,
+                    u"Dialogs can’t be shown: the program " + utf16FromUTF8(mProcess.program()) +
+                        u" wasn’t found. It belongs beside the program that runs the script, or in PATH.");
+    case HelperProcess::Outcome::cancelled:
         return static_cast<OSErr>(userCanceledErr);
-    case Child::Outcome::ended:
-        if (child->exitStatus() == kNoDisplayStatus)
-            return static_cast<OSErr>(errAENoUserInteraction);
+    case HelperProcess::Outcome::noDisplay:
+        return static_cast<OSErr>(errAENoUserInteraction);
+    case HelperProcess::Outcome::ended:
         return fail(reply, connectionInvalid, u"The program that shows dialogs ended before it had an answer.");
-    case Child::Outcome::answered:
+    case HelperProcess::Outcome::answered:
         break;
     }
     for (const AEItem& field : answered.fields())
         (void)reply.put(field.key, field.value);
-    std::lock_guard lock(mMutex);
-    mIdle.swap(child); // of two that were asked at once, one goes
     return noErr;
 }
 

@@ -2,6 +2,7 @@
 // Interactive commands on their way to a person: the presenter, the process that shows dialogs, and what happens where there is none.
 #include "Additions.h"
 
+#include "platform/additions/ClipboardProcess.h"
 #include "platform/additions/DialogProcess.h"
 #include "platform/additions/Interaction.h"
 
@@ -161,6 +162,21 @@ TEST_F(DialogProcessTest, WithoutDisplayNothingIsStarted) {
     EXPECT_EQ(count("started"), 0u);
     setEnvironment("WAYLAND_DISPLAY", "wayland-0");
     EXPECT_EQ(ask(process, "answer").text, "é");
+}
+
+TEST_F(DialogProcessTest, AClipboardProcessThatIsGivenUpIsLeftAlone) {
+    additions::ClipboardProcess clipboard(path("fake"));
+    const auto set = [&](std::string_view what, const AEHandlerContext& context = {}) {
+        return clipboard.setContents({text(what)}, context);
+    };
+    EXPECT_EQ(set("wait", {[] { return true; }}), userCanceledErr);
+    EXPECT_TRUE(becomes("started", 1) && becomes("closed", 1)) << "it may hold something";
+    EXPECT_EQ(set("die"), connectionInvalid);
+    EXPECT_EQ(set("nodisplay"), noErr) << "kept in private";
+    setEnvironment("DISPLAY", "");
+    const auto contents = clipboard.contents(0, {});
+    ASSERT_TRUE(contents && contents->size() == 1);
+    EXPECT_EQ(contents->front().asUTF8(), "nodisplay");
 }
 
 TEST_F(DialogProcessTest, TheMissingProgramIsNamed) {

@@ -28,7 +28,10 @@ protected:
 
 class ClipboardTest : public AdditionsTest {
 protected:
-    ClipboardTest() { Clipboard::setShared(nullptr); }
+    ClipboardTest() {
+        setEnvironment("QT_QPA_PLATFORM", "offscreen"); // nobody's own
+        Clipboard::setShared(nullptr);
+    }
     ~ClipboardTest() override { Clipboard::setShared(nullptr); }
     static Answer set(const AEDesc& value) { return send("JonspClp", {{"----"_4cc, value}}); }
     static Answer get(FourCharCode type) { return send("JonsgClp", {{"rtyp"_4cc, AEDesc::ofType(type)}}); }
@@ -37,8 +40,10 @@ protected:
 
 class DesktopClipboard : public Clipboard {
 public:
-    std::vector<AEDesc> contents() override { return {AEDesc("PNGf"_4cc, "png"), AEDesc::ofUTF8("from outside")}; }
-    bool setContents(std::vector<AEDesc>) override { return false; }
+    Result<std::vector<AEDesc>, OSStatus> contents(DescType, const AEHandlerContext&) override {
+        return std::vector{AEDesc("PNGf"_4cc, "png"), AEDesc::ofUTF8("from outside")};
+    }
+    OSStatus setContents(std::vector<AEDesc>, const AEHandlerContext&) override { return errAEEventFailed; }
 };
 
 } // namespace

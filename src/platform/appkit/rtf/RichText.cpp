@@ -26,6 +26,14 @@ bool readRichText(const QString& path, QTextDocument& document) {
     return true;
 }
 
+bool readRichTextData(const QByteArray& bytes, QTextDocument& document) {
+    if (bytes.size() > kMaximumSize || !bytes.startsWith("{\\rtf"))
+        return false;
+    document.clear();
+    RTFReader(bytes, {}, document).read();
+    return true;
+}
+
 void adaptRichText(QTextDocument& document, bool isDark, const QColor& labelColor) {
     QTextCursor cursor(&document);
     cursor.beginEditBlock();

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+// The standard input of a program that others start to have something done: a socket over which Apple events come, one after the other, and
+// their replies go back.
+#pragma once
+
+#include "platform/ae/transport/AEFrame.h"
+
+#include <functional>
+
+#include <QObject>
+#include <QSocketNotifier>
+
+namespace quoddle {
+
+class EventSocket : public QObject {
+    Q_OBJECT
+public:
+    using Completion = std::function<void(const AEDesc& reply)>;
+    /// Calls the completion once, perhaps before it returns.
+    using Handler = std::function<void(const AEDesc& event, Completion completion)>;
+
+    /// Otherwise a person has started the program.
+    static bool isOnStandardInput();
+    static AEDesc emptyReply();
+    explicit EventSocket(Handler handler);
+
+    bool isOpen() const { return mReadable.isEnabled(); }
+
+Q_SIGNALS:
+    /// The other side has closed, or what it says makes no sense. Nothing comes or goes after that.
+    void closed();
+
+private:
+    void read();
+    void perform(const AEFrame& frame);
+    void answer(std::uint32_t id, const AEDesc& reply);
+    void close();
+
+    const Handler mHandler;
+    QSocketNotifier mReadable;
+    AEFrameReader mReader;
+};
+
+} // namespace quoddle

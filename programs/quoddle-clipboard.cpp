@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// quoddle-clipboard: the desktop's clipboard for scripts, which end before what they have copied is wanted. Commands come as Apple events
+// over the socket on standard input: "set the clipboard to" with a list of forms, "the clipboard", answered with such a list. When the
+// other side closes the socket it ends, or, while what it was given is the clipboard, as soon as another program has taken over.
+//
+// One decision: it has no window, so on Wayland it needs a desktop that lets programs without one have the clipboard. Where there is none,
+// an X server for older programs, which shares the clipboard, is the second best.
+#include "EventSocket.h"
+#include "platform/clipboard/DataControlClipboard.h"
+#include "platform/clipboard/QtClipboard.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <unistd.h>
+
+#include <QGuiApplication>
+
+using namespace quoddle;
+
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr int kNoDisplay = 3; // known to who starts us
+
+/// Qt ends a program that finds no display by aborting, which leaves a core; it is nothing out of the ordinary.
+void endQuietly(QtMsgType type, const QMessageLogContext&, const QString&) {
+    if (type == QtFatalMsg)
+        std::_Exit(kNoDisplay);
+}
+
+/// Whether a Wayland desktop lets us have its clipboard. If so, the application needs no windows; if not, it is better off without Wayland.
+bool chooseWayland() {
+    const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || (!chosen.isEmpty() && !chosen.startsWith("wayland")))
+        return false;
+    const bool isOffered = DataControlClipboard::isOffered();
+    if (isOffered)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    else if (!qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    return isOffered;
+}
+
+std::unique_ptr<DesktopClipboard> connectToDesktop(bool isWayland) {
+    if (isWayland)
+        return DataControlClipboard::connectToDesktop();
+    return std::make_unique<QtClipboard>();
+}
+
+void perform(DesktopClipboard& clipboard, const AEDesc& event, const EventSocket::Completion& completion) {
+    AEDesc reply = EventSocket::emptyReply();
+    const AEDesc* forms = event.find("----"_4cc);
+    const AEDesc* wanted = event.find("rtyp"_4cc);
+    if (event.eventID() == "gClp"_4cc)
+        (void)reply.put("----"_4cc, AEDesc::list(clipboard.contents(wanted ? wanted->code() : 0)));
+    else if (event.eventID() != "pClp"_4cc || !forms || !clipboard.setContents({forms->items().begin(), forms->items().end()}))
+        (void)reply.put("errn"_4cc, AEDesc::ofInt32(errAEEventFailed));
+    completion(reply);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!EventSocket::isOnStandardInput()) { // otherwise the argument is the name of a script
+        const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
+        std::fputs("quoddle-clipboard: holds what scripts copy; other programs start it when they need it\n", isAsked ? stdout : stderr);
+        return isAsked ? EXIT_SUCCESS : kUsageError;
+    }
+    qInstallMessageHandler(&endQuietly);
+    if (::chdir("/") != 0) // it may stay for days, and is to keep no disk from being ejected
+        return EXIT_FAILURE;
+    const bool isWayland = chooseWayland();
+    QGuiApplication application(argc, argv);
+    const auto clipboard = connectToDesktop(isWayland);
+    if (!clipboard)
+        return kNoDisplay;
+    EventSocket socket([&](const AEDesc& event, const EventSocket::Completion& completion) { perform(*clipboard, event, completion); });
+    const auto endWhenDone = [&] {
+        if (!socket.isOpen() && !clipboard->isOwner())
+            QCoreApplication::exit(EXIT_SUCCESS);
+    };
+    QObject::connect(&socket, &EventSocket::closed, &application, endWhenDone);
+    QObject::connect(clipboard.get(), &DesktopClipboard::lost, &application, endWhenDone);
+    return QGuiApplication::exec();
+}
