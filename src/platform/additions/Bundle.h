@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace quoddle::additions {
 
@@ -22,11 +21,8 @@ std::optional<std::string> bundleParameter(const AEDesc& event);
 /// Below Contents/Resources. Nothing for paths that lead out of it.
 std::optional<std::string> resourceInBundle(const std::string& bundle, std::string_view folder, std::string_view name);
 
-/// What a table of texts ("KEY" = "TEXT";) has for a key, in the first of the user's languages that has the table. Nothing without an
+/// What a table of texts has for a key, in the first of the user's languages that has the table. Nothing without an
 /// entry.
 std::optional<std::u16string> localizedText(const std::string& bundle, std::string_view table, std::u16string_view key);
-
-/// Keys and texts in turn, as far as the table is well formed.
-std::vector<std::u16string> textsOfTable(std::u16string_view source);
 
 } // namespace quoddle::additions

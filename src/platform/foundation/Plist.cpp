@@ -2,6 +2,7 @@
 // The choice of the reader, and the border with files and text encodings.
 #include "platform/foundation/Plist.h"
 
+#include "platform/base/strings/StringsFile.h"
 #include "platform/base/Text.h"
 #include "platform/foundation/FileBytes.h"
 #include "platform/foundation/PlistReaders.h"
@@ -45,7 +46,7 @@ bool looksLikeXML(QStringView text) {
     return start.startsWith("<?xml"_L1) || start.startsWith("<!"_L1) || start.startsWith("<plist"_L1);
 }
 
-Value readText(const QByteArray& bytes, OpenStepForm form) {
+Value readText(const QByteArray& bytes) {
     // XML names its own encoding: its reader gets the bytes, unless they are wider than any declaration can say.
     if (!wideEncodingOf(bytes) && looksLikeXML(QString::fromLatin1(bytes.left(512)).remove("\xEF\xBB\xBF"_L1)))
         return readXML(bytes);
@@ -54,19 +55,15 @@ Value readText(const QByteArray& bytes, OpenStepForm form) {
         return failure(text.error());
     if (looksLikeXML(*text))
         return readXML(*text);
-    return readOpenStep(*text, form);
-}
-
-Value readForm(const QByteArray& bytes, OpenStepForm form) {
-    if (bytes.size() > kMaxBytes)
-        return failure(u"too large: more than %1 bytes"_s.arg(kMaxBytes));
-    return bytes.startsWith("bplist") ? readBinary(bytes) : readText(bytes, form);
+    return readOpenStep(*text);
 }
 
 } // namespace
 
 Result<QVariant, QString> read(const QByteArray& bytes) {
-    return readForm(bytes, OpenStepForm::any);
+    if (bytes.size() > kMaxBytes)
+        return failure(u"too large: more than %1 bytes"_s.arg(kMaxBytes));
+    return bytes.startsWith("bplist") ? readBinary(bytes) : readText(bytes);
 }
 
 Result<QByteArray, QString> bytesOf(const QString& path) {
@@ -86,16 +83,12 @@ Result<QVariant, QString> readFile(const QString& path) {
 }
 
 Result<QHash<QString, QString>, QString> readStrings(const QByteArray& bytes) {
-    const Value value = readForm(bytes, OpenStepForm::strings);
-    if (!value)
-        return failure(value.error());
-    if (value->typeId() != QMetaType::QVariantMap)
-        return failure(u"not a table of strings"_s);
+    const StringsTable read = quoddle::readStrings({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    if (!read.error.empty())
+        return failure(QString::fromStdString(read.error));
     QHash<QString, QString> table;
-    const QVariantMap map = value->toMap();
-    for (auto it = map.begin(); it != map.end(); ++it)
-        if (it->typeId() == QMetaType::QString)
-            table.insert(it.key(), it->toString());
+    for (const auto& [key, text] : read.texts)
+        table.insert(QString::fromStdU16String(key), QString::fromStdU16String(text));
     return table;
 }
 

@@ -29,8 +29,7 @@ Result<QVariant, QString> readFile(const QString& path);
 /// What a file holds, for the reader of your choice: not more than kMaxBytes, and nothing but regular files.
 Result<QByteArray, QString> bytesOf(const QString& path);
 
-/// A strings table: a dictionary in any of the formats, or its OpenStep form without braces. Entries that are not texts are left out.
-/// Text is UTF-8 or UTF-16 (with a byte-order mark, or told by its zero bytes); anything else is taken for Mac Roman.
+/// A strings table, all of it or none (base/strings/StringsFile.h).
 Result<QHash<QString, QString>, QString> readStrings(const QByteArray& bytes);
 
 /// Fails on a value of another type than those above, and beyond the same bounds of depth and nodes.

@@ -25,10 +25,7 @@ Value readXML(const QByteArray& bytes);
 Value readXML(const QString& text);
 Value readBinary(const QByteArray& bytes);
 
-enum class OpenStepForm {
-    any,    // one value, or a strings table
-    strings // nothing at all is an empty table
-};
-Value readOpenStep(const QString& text, OpenStepForm form);
+/// One value, or a strings table.
+Value readOpenStep(const QString& text);
 
 } // namespace quoddle::Plist

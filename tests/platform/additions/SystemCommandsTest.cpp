@@ -203,6 +203,9 @@ TEST_F(SystemCommandsTest, TextsAreThoseOfTheUsersLanguage) {
     EXPECT_EQ(localized("cut"), "cut") << "the table ends in the middle";
     EXPECT_EQ(localized("hello", {{"froT"_4cc, text("Other")}}), "andere");
     EXPECT_EQ(localized("hello", {{"froT"_4cc, text("../de.lproj/Other")}}), "hello");
+    make("A.app/Contents/Resources/de.lproj/XML.strings",
+         "<?xml version=\"1.0\"?><plist><dict><key>hello</key><string>aus &lt;XML&gt;</string></dict></plist>");
+    EXPECT_EQ(localized("hello", {{"froT"_4cc, text("XML")}}), "aus <XML>");
     setEnvironment("LANGUAGE", "fr:en");
     EXPECT_EQ(localized("hello"), "Hello");
     EXPECT_EQ(localized("only"), "English");
