@@ -118,8 +118,13 @@ Value send(Machine& machine, FourCharCode eventClass, FourCharCode eventID, Valu
 
 Value performCommand(Machine& machine, Value name, Value direct, Arguments arguments, bool continues) {
     const EventName* event = as<EventName>(name);
-    if (!event) { // a labelled handler that nobody has
+    if (!event) { // a labelled handler that nobody here has
         const Symbol* symbol = as<Symbol>(name);
+        if (symbol && !continues && (belongsToApplication(direct) || is<Application>(machine.it()))) {
+            std::vector<Argument> labelled(arguments.begin(), arguments.end());
+            labelled.push_back({Value::code("snam"_4cc), Value::object(machine.heap().text(utf16FromUTF8(symbol->key)))});
+            return send(machine, "ascr"_4cc, "psbr"_4cc, direct, labelled);
+        }
         const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
         return machine.raise(errAEEventNotHandled, inMessage(machine, direct) + u" doesn’t understand the “" + words + u"” message.",
                              direct);
