@@ -9,6 +9,7 @@
 #include "platform/base/File.h"
 #include "platform/foundation/DesktopEntry.h"
 
+#include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
@@ -116,8 +117,12 @@ QStringList installedNames() {
 Result<Installed, std::string> install(const NSBundle& bundle, const std::string& shell) {
     const QString name = desktopNameForBundle(bundle);
     const Places places(name);
-    DesktopApplet applet{name, bundle.name(), canonicalOr(bundle.bundlePath()), QString::fromStdString(shell), {}, {}};
-    if (hasControls(applet.bundlePath) || hasControls(applet.shell))
+    DesktopApplet applet{.desktopName = name,
+                         .title = bundle.name(),
+                         .bundlePath = canonicalOr(bundle.bundlePath()),
+                         .shell = QString::fromStdString(shell),
+                         .tool = QCoreApplication::applicationFilePath()};
+    if (hasControls(applet.bundlePath) || hasControls(applet.shell) || hasControls(applet.tool))
         return Failure{printable(applet.bundlePath) + ": the path has characters that a desktop entry cannot hold; rename the folder"};
     const auto before = desktopEntryValue(places.entry, kDesktopEntryBundleKey);
     if (!before && QFile::exists(places.entry))

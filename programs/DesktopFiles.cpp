@@ -61,8 +61,11 @@ std::string desktopEntryText(const DesktopApplet& applet) {
         text += line(u"Icon"_s, applet.icon);
     if (!applet.mimeTypes.isEmpty())
         text += line(u"MimeType"_s, applet.mimeTypes.join(u';') + u';');
-    text += u"Categories=Utility;\nDBusActivatable=true\n"_s;
+    text += u"Categories=Utility;\nDBusActivatable=true\nActions=quit;\n"_s;
     text += line(kDesktopEntryBundleKey, applet.bundlePath);
+    // For desktops that do not ask over the bus.
+    const QString quit = word(applet.tool) + u" quit "_s + word(applet.bundlePath);
+    text += u"\n[Desktop Action quit]\nName=Quit\n"_s + line(u"Exec"_s, QString(quit).replace(u'%', u"%%"_s));
     return text.toStdString();
 }
 

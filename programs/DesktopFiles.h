@@ -12,8 +12,9 @@ namespace quoddle::tool {
 struct DesktopApplet {
     QString desktopName; ///< DesktopEntry.h
     QString title;       ///< as the bundle has it: may hold anything
-    QString bundlePath;  ///< absolute, like the two below; without control characters
+    QString bundlePath;  ///< absolute, like the three below; without control characters
     QString shell;
+    QString tool; ///< this program
     QString icon; ///< may be empty
     QStringList mimeTypes;
 };

@@ -4,6 +4,8 @@
 #include "AppletInfo.h"
 #include "AppletInstallation.h"
 #include "Applets.h"
+#include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AERunningApplications.h"
 #include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/base/ProgramMain.h"
@@ -81,6 +83,32 @@ int list(const Words&) {
     return EXIT_SUCCESS;
 }
 
+/// A bundle that has gone meanwhile is still found by the name of what runs.
+std::optional<AERunningApplication> findRunning(const std::string& word) {
+    if (const auto bundle = tool::findApplet(word))
+        return AEFindRunningApplicationAtPath((*bundle)->bundlePath().toStdString());
+    for (const AERunningApplication& application : AEListRunningApplications())
+        if (application.name == word)
+            return application;
+    return std::nullopt;
+}
+
+int quit(const Words& words) {
+    const auto running = findRunning(words[0]);
+    if (!running)
+        return fail(words[0] + ": no such applet is running; quoddle list tells which are");
+    const std::string name = tool::printable(QString::fromStdString(running->name));
+    AEDesc reply;
+    const AEDesc event = AEDesc::appleEvent("aevt"_4cc, "quit"_4cc, AEDesc::ofProcess(running->processID));
+    const OSStatus sent = AESendToProcess(running->processID, event, &reply, kAEWaitReply, kNoTimeOut, {});
+    const AEDesc* number = reply.find("errn"_4cc);
+    const OSStatus status = sent != noErr || !number ? sent : number->asInt32().value_or(errAEEventFailed);
+    if (status == userCanceledErr)
+        return fail(name + " goes on: it has refused, or asks something first");
+    // One that has ended before it could answer has done what it was asked.
+    return status == noErr || status == connectionInvalid ? EXIT_SUCCESS : fail(name + ": error " + std::to_string(status));
+}
+
 int info(const Words& words) {
     const auto bundle = tool::findApplet(words[0]);
     if (!bundle)
@@ -122,6 +150,9 @@ constexpr Command kCommands[] = {
     {"run", "APPLET [FILE...]", "start an applet", "Starts an applet; FILEs are opened with it. One that runs already gets the files.\n", 1,
      SIZE_MAX, run},
     {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0, list},
+    {"quit", "APPLET", "ask an applet to quit",
+     "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1,
+     quit},
     {"info", "APPLET", "tell about an applet",
      "Prints name, identifier, version, settings, the handlers of the script and the file types of an applet.\n", 1, 1, info},
     {"install", "APPLET", "put an applet into the desktop's menu",

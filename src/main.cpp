@@ -205,6 +205,8 @@ int runApplet(NSApplication& application, DesktopApplication& desktop, const Inv
                                [&] { listenToDesktop(application, desktop, invocation.isActivated); });
         },
         NSApplicationDidFinishLaunchingNotification);
+    NSNotificationCenter::defaultCenter().addObserver(
+        &application, [](const NSNotification&) { AppDelegate::dropWaitingScripts(); }, NSApplicationWillTerminateNotification);
     sNextMessageHandler = qInstallMessageHandler(&endWithoutDisplay);
     const int status = application.run(invocation.files);
 

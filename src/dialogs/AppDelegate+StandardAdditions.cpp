@@ -61,6 +61,8 @@ void installOSAXEventHandlers(AppDelegate& delegate) {
             dropWaitingDialogs();
         },
         NSApplicationWillTerminateNotification);
+    NSNotificationCenter::defaultCenter().addObserver(
+        &delegate, [](const NSNotification&) { cancelDialogs(); }, SessionWillEndNotification);
 }
 
 } // namespace quoddle

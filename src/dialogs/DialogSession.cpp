@@ -47,17 +47,14 @@ public:
             finish(mForm.runModal());
     }
 
+    void cancel() { mForm.end(NSModalResponseAbort); }
+
+    void answerCancelled() { answer(&setCancelled); }
+
     void finish(int returnCode) {
         mGivingUpTimer.stop();
         mSenderTimer.stop();
-        const auto reply = eventManager().replyAppleEventForSuspensionID(mSuspensionID);
-        AEDesc answered = reply->aeDesc();
-        if (returnCode == NSModalResponseAbort)
-            setCancelled(answered);
-        else
-            mAnswer(returnCode, answered);
-        reply->setAEDesc(std::move(answered));
-        eventManager().resumeWithSuspensionID(mSuspensionID);
+        answer([&](AEDesc& reply) { returnCode == NSModalResponseAbort ? setCancelled(reply) : mAnswer(returnCode, reply); });
         if (AppDelegate* delegate = AppDelegate::instance())
             delegate->setDisplayingPanel(false);
         // The dialog goes later: its button is in the middle of calling. The next one does not wait for that.
@@ -69,6 +66,14 @@ public:
     }
 
 private:
+    void answer(const std::function<void(AEDesc& reply)>& fill) {
+        const auto reply = eventManager().replyAppleEventForSuspensionID(mSuspensionID);
+        AEDesc answered = reply->aeDesc();
+        fill(answered);
+        reply->setAEDesc(std::move(answered));
+        eventManager().resumeWithSuspensionID(mSuspensionID);
+    }
+
     void startTimers() {
         if (mForm.givingUpAfter > 0 && mForm.cancelAfterGivingUp) {
             QObject::connect(&mGivingUpTimer, &QTimer::timeout, &mGivingUpTimer, mForm.cancelAfterGivingUp);
@@ -77,7 +82,7 @@ private:
         }
         QObject::connect(&mSenderTimer, &QTimer::timeout, &mSenderTimer, [this] {
             if (senderHasGivenUp())
-                mForm.end(NSModalResponseAbort);
+                cancel();
         });
         mSenderTimer.start(kSenderCheckInterval);
     }
@@ -109,6 +114,16 @@ NSWindow* mainWindow() {
     const auto controller = AppDelegate::instance()->mainWindowController();
     auto* withWindow = dynamic_cast<NSWindowController*>(controller.get());
     return withWindow ? withWindow->window() : nullptr;
+}
+
+void cancelDialogs() {
+    if (sSessions.empty())
+        return;
+    while (sSessions.size() > 1) {
+        sSessions.back()->answerCancelled();
+        sSessions.pop_back();
+    }
+    sSessions.front()->cancel();
 }
 
 void dropWaitingDialogs() {

@@ -35,6 +35,10 @@ void beginDialogSession(DialogForm form, DialogAnswer answer);
 /// The application ends: the events of dialogs that have not been shown yet are answered with an error.
 void dropWaitingDialogs();
 
+/// Nobody will answer any more: the dialog that is up goes, and the script gets -128 for it and for those that wait. May return before the
+/// dialog has gone.
+void cancelDialogs();
+
 /// The applet's window, visible or not; null when it has none.
 NSWindow* mainWindow();
 

@@ -133,9 +133,27 @@ void AppDelegate::waitToBeAsked() {
 
 void AppDelegate::applicationWillReopen() {
     if (!std::exchange(mRunIsDue, false))
-        return;
+        return showHiddenWindow();
     mWasAsked = true;
     _respondToEventInBackground(nullptr, afterLaunchRun());
+}
+
+// A script that runs activates its own application before it asks something, and wants no window for that.
+void AppDelegate::applicationWillActivate() {
+    if (!_isRespondingToScript())
+        showHiddenWindow();
+}
+
+/// The only way back to an applet whose window was closed, or that has none between its runs: from there it can be stopped and ended.
+void AppDelegate::showHiddenWindow() {
+    if (!isInitialized() || mIsEnding || isDisplayingPanel() || windowController().isWindowVisible())
+        return;
+    if (_isRespondingToScript())
+        windowController().showProgressViewController();
+    else if (showStartupScreen())
+        windowController().showStartupViewController();
+    else
+        windowController().showIdleViewController();
 }
 
 /// Whoever has an answer to come must not see the applet end instead. A quit that was asked for does not wait.

@@ -16,7 +16,8 @@ namespace {
 
 const QString kRunIdleHandler = u"_runIdleHandler"_s;
 constexpr std::int64_t kDefaultIdleSeconds = 30;
-constexpr double kNegligible = 0.05; // seconds that an idle call takes without its handler having anything to do
+constexpr double kDialogSlice = 0.05; // seconds between two looks whether a dialog has gone
+constexpr double kNegligible = 0.05;  // seconds that an idle call takes without its handler having anything to do
 
 NSAppleEventDescriptorRef parameterlessEvent(AEEventClass eventClass, AEEventID eventID) {
     return NSAppleEventDescriptor::appleEventWithEventClass(eventClass, eventID);
@@ -122,7 +123,6 @@ void AppDelegate::stopRunningScript() {
 
 // The dialog may be one whose script has ended without an answer, and be about to go; nobody would ask a second time.
 void AppDelegate::terminate() {
-    constexpr double kSlice = 0.05; // seconds
     const QString again = u"terminate"_s;
     mParts.performs->cancelPreviousPerformRequests(this, again);
     if (!isDisplayingPanel())
@@ -133,7 +133,23 @@ void AppDelegate::terminate() {
             if (!_isRespondingToScript()) // what has begun since then decides when it ends
                 terminate();
         },
-        kSlice);
+        kDialogSlice);
+}
+
+bool AppDelegate::applicationReceivedSignal() {
+    endBySignal();
+    return true;
+}
+
+// A dialog in a loop of its own is gone a moment after it was cancelled, and a script may answer that with another one.
+void AppDelegate::endBySignal() {
+    const QString again = u"endBySignal"_s;
+    mParts.performs->cancelPreviousPerformRequests(this, again);
+    if (!isDisplayingPanel())
+        return mParts.application->terminate();
+    NSNotificationCenter::defaultCenter().postNotification(SessionWillEndNotification, this);
+    mParts.performs->perform(
+        this, again, [this] { endBySignal(); }, kDialogSlice);
 }
 
 void AppDelegate::cancelScript() {

@@ -117,9 +117,9 @@ bool AppDelegate::setProperty(FourCharCode code, const QString& name, const NSAp
     if (!script || !value || !hasProperty(script, code, name))
         return false;
     if (name.isEmpty())
-        script->setDescriptorForPropertyID(value, code);
+        script->setValueForPropertyID(valueOf(value, script), code);
     else
-        script->setDescriptorForPropertyName(value, name);
+        script->setValueForPropertyName(valueOf(value, script), name);
     return true;
 }
 

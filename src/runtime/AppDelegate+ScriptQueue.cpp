@@ -26,6 +26,7 @@ NSOperationQueue* scriptQueue(bool create) {
 /// One queued request, and what became of it. Belongs to one thread after the other.
 struct AppDelegate::Execution {
     bool hasEvent = false;
+    bool hasBegun = false;
     AEDesc event; // a value, for it crosses to the other thread
     Completion completion;
     NSAppleEventManagerSuspensionID suspensionID;
@@ -62,6 +63,8 @@ void AppDelegate::_respondToEventInBackground(const NSAppleEventDescriptorRef& e
     auto operation = std::make_shared<NSOperation>([this, execution] { execute(execution); });
     // When this runs the queue has let go of the operation: the finishing step finds no handler running, unless another one is.
     operation->setCompletionBlock([this, execution] {
+        if (!execution->hasBegun)
+            return; // dropped: its caller is answered with all others
         // Answering a caller needs nothing of the main thread, and the caller waits.
         if (!execution->suspensionID || execution->completion)
             return MainThread::dispatchAsync([this, execution] { finish(execution); });
@@ -79,6 +82,7 @@ void AppDelegate::noteActivity() {
 }
 
 void AppDelegate::execute(const std::shared_ptr<Execution>& execution) {
+    execution->hasBegun = true;
     const QXOSAIDRef& script = execution->script;
     if (!script)
         return;
@@ -111,6 +115,11 @@ bool AppDelegate::_isRespondingToScript() {
 bool AppDelegate::waitForScripts(std::chrono::milliseconds atMost) {
     NSOperationQueue* queue = scriptQueue(false);
     return !queue || (queue->waitUntilAllOperationsAreFinished(atMost) && waitForSends(atMost));
+}
+
+void AppDelegate::dropWaitingScripts() {
+    if (NSOperationQueue* queue = scriptQueue(false))
+        queue->cancelWaitingOperations();
 }
 
 void AppDelegate::cancelScripts() {

@@ -93,11 +93,15 @@ void AppDelegate::prepareMainScript() {
     const std::int32_t totalSteps = hasOpenHandler() ? -1 : 0; // a droplet starts with an indeterminate bar
     asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithInt32(totalSteps), "ppgt"_4cc);
     asObj->setDescriptorForPropertyID(NSAppleEventDescriptor::descriptorWithInt32(0), "ppgc"_4cc);
-    // A property cannot be set to a descriptor without bytes (that would take it away), only to a value.
-    const QXOSAIDRef emptyText = QXOSAID::QXOSAIDWithComponent(asObj->component());
-    emptyText->setDescriptor(NSAppleEventDescriptor::descriptorWithString(u""));
+    const QXOSAIDRef emptyText = valueOf(NSAppleEventDescriptor::descriptorWithString(u""), asObj);
     asObj->setValueForPropertyID(emptyText, "ppgd"_4cc);
     asObj->setValueForPropertyID(emptyText, "ppga"_4cc);
+}
+
+QXOSAIDRef AppDelegate::valueOf(const NSAppleEventDescriptorRef& descriptor, const QXOSAIDRef& script) {
+    const QXOSAIDRef value = QXOSAID::QXOSAIDWithComponent(script->component());
+    value->setDescriptor(descriptor);
+    return value;
 }
 
 bool AppDelegate::ask(const QXOSAIDRef& script, bool (QXOSAID::*query)()) {

@@ -55,6 +55,8 @@ public:
     void applicationDidFinishLaunching() override;
     /// Runs the script when that is still to come, because the launch was for something else.
     void applicationWillReopen() override;
+    /// Shows the window that stands between runs, unless something is running.
+    void applicationWillActivate() override;
     void _setupApplication(bool toOpenFiles);
     /// Whether a window that appears now is the one that the user has launched the applet for: the first one, soon after the launch. It
     /// takes the keyboard. Every other one appears by itself.
@@ -73,6 +75,8 @@ public:
     void _runIdleHandler();
     void _runQuitHandler();
     NSApplicationTerminateReply applicationShouldTerminate() override;
+    /// Takes dialogs away, which refuse any other end, and ends as a quit does.
+    bool applicationReceivedSignal() override;
     bool isDecidingTermination() const override { return runningQuitHandler(); }
     bool applicationShouldTerminateAfterLastWindowClosed() override;
     /// The applet's own wish: while a dialog is up, which refuses everybody, it is kept until the dialog has gone.
@@ -103,6 +107,8 @@ public:
     /// For the end of the process: waits for so long at most, for the script and then for the events that it sent; false when one of them
     /// is still busy. Nothing it waits for may need the main thread (MainThread::close()).
     static bool waitForScripts(std::chrono::milliseconds atMost);
+    /// What waits does not run any more, and its callers are left to NSAppleEventManager::answerSuspendedEvents().
+    static void dropWaitingScripts();
     /// Stops what runs and drops what waits.
     static void cancelScripts();
 
@@ -112,6 +118,8 @@ private:
     bool hasHandler(bool (QXOSAID::*query)());
     static bool ask(const QXOSAIDRef& script, bool (QXOSAID::*query)());
     void prepareMainScript();
+    /// For a property of the script: to set one to a descriptor without bytes, as an empty text is, would take it away.
+    static QXOSAIDRef valueOf(const NSAppleEventDescriptorRef& descriptor, const QXOSAIDRef& script);
     void registerOutsideEvents();
     void removeOutsideEvents();
     void handleOutsideEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply);
@@ -121,10 +129,12 @@ private:
     void createWindowController(bool toOpenFiles);
     Completion afterLaunchRun();
     void waitToBeAsked();
+    void showHiddenWindow();
     void terminateWhenAnswered();
     void takeTestApplet();
     /// Stops what the script is doing at its next callback.
     void cancelScript();
+    void endBySignal();
     void scheduleIdleHandler(std::int64_t afterSeconds);
     void performIdleHandlerAt(double time);
     void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);

@@ -19,6 +19,8 @@ public:
     void setMainBundle(std::shared_ptr<NSBundle> mainBundle) { mMainBundle = std::move(mainBundle); }
 
     virtual void showProgressViewController() {}
+    /// The progress pane while nothing runs: without Stop, and nothing in it moves.
+    virtual void showIdleViewController() {}
     virtual void showStartupViewController() {}
     /// The pane that stands between runs, or no window when there is none.
     virtual void showLastViewController() {}

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "window/AppletWindowController.h"
 
+#include "platform/appkit/ProgressBar.h"
 #include "runtime/AppDelegate.h"
 #include "window/ProgressViewController.h"
 #include "window/StartupViewController.h"
@@ -65,8 +66,15 @@ void AppletWindowController::showProgressViewController() {
         selectTabWithoutTransition(kProgressTab);
         appear();
     }
+    progressViewController().progressView()->startAnimation();
     progressViewController().setStopButtonEnabled(true);
     progressViewController().setStopButtonHidden(false);
+}
+
+void AppletWindowController::showIdleViewController() {
+    showProgressViewController();
+    progressViewController().resetStopped();
+    progressViewController().setStopButtonHidden(true);
 }
 
 void AppletWindowController::showStartupViewController() {

@@ -22,6 +22,7 @@ public:
     ProgressViewController& progressViewController() const;
 
     void showProgressViewController() override;
+    void showIdleViewController() override;
     void showStartupViewController() override;
     void showLastViewController() override;
     bool stopButtonHidden() const override;

@@ -4,7 +4,9 @@
 
     desktop.py BIN [PATTERN]
 """
+import configparser
 import pathlib
+import shlex
 import shutil
 import subprocess
 
@@ -30,6 +32,30 @@ on quit
 	jot("quit")
 	continue quit
 end quit
+"""
+
+# Presses the first button of every notification.
+NOTIFICATIONS = """
+from gi.repository import Gio, GLib
+XML = '''<node><interface name="org.freedesktop.Notifications">
+<method name="GetCapabilities"><arg type="as" direction="out"/></method>
+<method name="Notify"><arg type="s" direction="in"/><arg type="u" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/>
+<arg type="as" direction="in"/><arg type="a{sv}" direction="in"/><arg type="i" direction="in"/><arg type="u" direction="out"/></method>
+<signal name="ActionInvoked"><arg type="u"/><arg type="s"/></signal></interface></node>'''
+def called(connection, sender, path, interface, method, arguments, invocation):
+    if method == "GetCapabilities":
+        return invocation.return_value(GLib.Variant("(as)", (["body", "actions"],)))
+    actions = arguments.unpack()[5]
+    print(actions, flush=True)
+    invocation.return_value(GLib.Variant("(u)", (7,)))
+    press = lambda number: connection.emit_signal(None, path, interface, "ActionInvoked", GLib.Variant("(us)", (number, "quit")))
+    press(8) # of another program's
+    if actions:
+        GLib.timeout_add(500, lambda: press(7) and False)
+bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+bus.register_object("/org/freedesktop/Notifications", Gio.DBusNodeInfo.new_for_xml(XML).interfaces[0], called)
+Gio.bus_own_name_on_connection(bus, "org.freedesktop.Notifications", 0, lambda *a: print("ready", flush=True), None)
+GLib.MainLoop().run()
 """
 
 
@@ -207,6 +233,45 @@ class Desktop(harness.AppletCase):
             opened += "open " + file + "\n"
             until(lambda: self.noted() == opened, "the launcher to open " + file)
         self.assertEqual(self.running(), 1)
+
+    def test_quitting_from_outside(self):
+        entry = self.install(self.make("Server"))
+        launcher = configparser.RawConfigParser(delimiters="=", strict=True)
+        launcher.optionxform = str
+        launcher.read(entry, encoding="utf-8")
+        self.assertEqual(launcher["Desktop Entry"]["Actions"], "quit;")
+        action = shlex.split(launcher["Desktop Action quit"]["Exec"])
+        refusing = "on quit\nend quit\n"
+        for words, source, status, said in [(action, NOTING, 0, ""), ([str(binaries() / "quoddle"), "quit", "Server"], NOTING, 0, ""),
+                                            ([str(binaries() / "quoddle"), "quit", "Server"], refusing + "on run\nend run", 1, "refused")]:
+            process = self.launch(self.make("Server", source))
+            until(lambda: self.running() == 1, "the applet to be found")
+            harness.until_at_rest(process.pid)
+            asked = subprocess.run(words, env=self.environment, capture_output=True, text=True, timeout=60)
+            self.assertEqual((asked.returncode, said in asked.stderr), (status, True), asked.stderr)
+            if status == 0:
+                until(lambda: process.poll() is not None, "the applet to end")
+            else:
+                self.assertIsNone(process.poll())
+                process.kill()
+                process.wait()
+            until(lambda: self.running() == 0, "nothing to run")
+            self.assertIn("no such applet is running", self.call("quoddle", "quit", "Server").stderr)
+
+    def test_a_notification_can_be_all_there_is_of_an_applet(self):
+        service = subprocess.Popen(["/usr/bin/python3", "-c", NOTIFICATIONS], env=self.environment, stdout=subprocess.PIPE, text=True)
+        self.processes.append(service)
+        self.assertEqual(service.stdout.readline(), "ready\n")
+        process = self.launch(self.make("Server", 'on run\nend run\non idle\ndisplay notification "Well?"\nreturn 100\nend idle'))
+        self.assertEqual(service.stdout.readline(), "['quit', 'Quit']\n")
+        until(lambda: process.poll() is not None, "the applet to end")
+        self.assertEqual(process.returncode, 0)
+        # Where there is a window, or no applet at all, there is nothing to be offered.
+        self.launch(self.make("Seen", 'on run\nset progress total steps to 3\ndisplay notification "Well?"\ndelay 3600\nend run', []))
+        self.assertEqual(service.stdout.readline(), "[]\n")
+        self.call("osascript", "-e", 'display notification "Well?"')
+        self.assertEqual(service.stdout.readline(), "[]\n")
+        service.stdout.close()
 
     def test_uninstalling_ends_what_the_bus_knows(self):
         entry = self.install(self.make("Server"))

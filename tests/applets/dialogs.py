@@ -90,7 +90,6 @@ class Dialogs(accessibility.AccessibleCase):
         area = self.find("Stop").get_extents(self.atspi.CoordType.SCREEN)
         # Where the button can be seen beside the sheet.
         applet.xdotool("mousemove", str(area.x + area.width - 3), str(area.y + area.height // 2), "click", "1")
-        applet.process.send_signal(signal.SIGTERM)
         self.assertIn("-128", self.osascript("-e", 'tell application "Blocked" to quit').stderr)
         time.sleep(0.3)
         self.assertTrue(self.shown("Fine", "push button"))
@@ -100,6 +99,21 @@ class Dialogs(accessibility.AccessibleCase):
         self.assertEqual(applet.said("noted"), "")
         self.click(button)
         self.noted("Fine\n")
+
+    def test_a_signal_takes_a_dialog_away_and_ends_the_applet(self):
+        applet = self.ask("Signalled", 'try\ndisplay dialog "Sure?" buttons {"Fine"}\non error number n\njot(n as text)\ndisplay dialog "Really?" buttons {"Yes"}\nend try')
+        self.find("Fine", "push button")
+        applet.process.send_signal(signal.SIGTERM)
+        applet.ends()
+        self.assertEqual((applet.process.returncode, applet.said("noted")), (0, "-128\nerror -128\n"))
+        applet = self.wait_to_be_asked("Asked")
+        questions = [self.from_outside(f'display dialog "Question {number}"') for number in (1, 2)]
+        self.find("OK", "push button")
+        applet.process.send_signal(signal.SIGINT)
+        applet.ends()
+        self.assertEqual(applet.process.returncode, 0)
+        for question in questions:
+            self.assertRegex(self.answer_of(question), r"\((-128|-609)\)")
 
     def test_a_script_that_does_not_wait_takes_its_sheet_away_and_ends(self):
         applet = self.ask("Stopped", 'display dialog "Sure?"\njot("answered")')

@@ -52,6 +52,36 @@ class Events(harness.AppletCase):
         done = self.osascript("-s", "s", "-e", statement)
         return done.stdout.strip() or done.stderr.partition("error: ")[2].strip()
 
+    def test_properties_from_outside(self):
+        self.serve(source="property greeting : \"hello\"\nproperty other : 1\n" + SERVER)
+        for value, result in [('"text"', '"text"'), ('""', '""'), ('"ü😀"', '"ü😀"'), ("5", "5"), ("2.5", "2.5"), ("true", "true"), ("{}", "{}"),
+                              ('{1, "a", {}}', '{1, "a", {}}'), ('{name:"x", y:""}', '{name:"x", y:""}'), ("missing value", "missing value"),
+                              ('date "Saturday, February 3, 2001 at 12:00:00 AM"', 'date "Saturday, February 3, 2001 at 12:00:00 AM"')]:
+            for way in ("set its greeting to ", "set greeting to "):
+                self.assertIn(self.tell(way + value) or result, (result, ""), value)
+                self.assertEqual(self.tell("get its greeting"), result, way + value)
+        self.assertEqual(self.tell("get its other"), "1")
+        for name in ("nothing", "nowhere"):
+            self.assertIn("(-1728)", self.tell(f"set its {name} to 1"))
+            self.assertIn("(-1728)", self.tell(f"get its {name}"))
+        # A handler is no property: nobody takes it away or puts something else in its place.
+        self.assertIn("(-1728)", self.tell("set its add to 1"))
+        self.assertIn("(-1728)", self.tell("get its add"))
+        self.assertEqual(self.tell("add(1, 2)"), "3")
+
+    def test_labelled_calls(self):
+        self.serve(source="""
+            on greet given name:n, |class|:c
+                return n & c
+            end greet
+            on search of x for y given title:t
+                return x & y & t
+            end search
+            """ + SERVER)
+        for call, result in [('greet given name:"Ann", |class|:1', '"Ann1"'), ('search of "x" for "y" given title:"T"', '"xyT"'),
+                             ('greet given name:"Ann"', "The class parameter is missing for greet. (-2700)")]:
+            self.assertEqual(self.tell(call), result, call)
+
     def test_what_can_be_asked_of_an_applet(self):
         applet = self.serve()
         for what, expected in [

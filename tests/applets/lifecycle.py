@@ -274,6 +274,58 @@ class Lifecycle(harness.AppletCase):
         applet.process.send_signal(signal.SIGTERM)
         applet.ends()
 
+    def test_an_applet_without_a_window_can_be_reached(self):
+        applet = self.start("Hidden", 'on run\nend run\non quit\ndo shell script "echo asked >> FOLDER/asked"\nend quit', options=["-s"])
+        self.listens(applet)
+        applet.rests()
+        for way, reach in {
+            "a second launch": lambda: self.assertEqual(self.hand_over(applet).wait(15), 0),
+            "activate": lambda: self.osascript("-e", 'tell application "Hidden" to activate'),
+            "reopen": lambda: self.osascript("-e", 'tell application "Hidden" to reopen'),
+        }.items():
+            with self.subTest(way):
+                until(lambda: not self.windows(applet), "the window to go")
+                reach()
+                window = applet.window()
+                until(lambda: applet.xdotool("getactivewindow") == [window], "the window to come to the front")
+                applet.picture(way.replace(" ", "-"))
+                # The quit handler refuses; the applet goes on without a window.
+                asked = applet.said("asked")
+                applet.key("alt+F4")
+                until(lambda: applet.said("asked") != asked, "the quit handler")
+                applet.rests()
+        applet.kill()
+        # What a script does for a dialog shows no window.
+        applet = self.start("Busy", 'on run\nactivate\ndo shell script "echo 1 > FOLDER/busy"\ndelay 3600\nend run')
+        until(lambda: applet.said("busy"), "the script to run")
+        self.assertEqual(self.windows(applet), [])
+        # A second launch does, for a script that is silent can be stopped there.
+        self.assertEqual(self.hand_over(applet).wait(15), 0)
+        applet.key("Escape")
+        applet.ends()
+
+    def test_calls_that_wait_at_a_quit_do_not_run(self):
+        applet = self.start("Called", """
+            on work()
+                do shell script "echo begun >> FOLDER/work; sleep 0.5"
+            end work
+            on idle
+                return 100
+            end idle
+            """, options=["-s"])
+        self.listens(applet)
+        sockets = lambda: sum(os.readlink(entry).startswith("socket:") for entry in pathlib.Path(f"/proc/{applet.process.pid}/fd").iterdir())
+        before = sockets()
+        calls = [self.call(applet, "work()") for _ in range(8)]
+        until(lambda: sockets() >= before + 6 and applet.said("work"), "the calls to come")
+        begun = applet.said("work").count("begun")
+        applet.process.send_signal(signal.SIGTERM)
+        applet.ends()
+        # The one that ran was stopped; another may have begun before the applet had decided to end.
+        self.assertLessEqual(applet.said("work").count("begun"), begun + 1)
+        for call in calls:
+            call.communicate(timeout=harness.DEADLINE)
+
     def test_stop_keeps_an_applet_that_stays_open(self):
         applet = self.start("Kept", """
             on run

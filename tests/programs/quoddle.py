@@ -77,7 +77,7 @@ class Quoddle(unittest.TestCase):
         return sorted(str(p.relative_to(self.data)) for p in self.data.rglob("*") if p.is_file() and p.name != "mimeinfo.cache")
 
     def test_help_and_misuse(self):
-        for command in ([], ["run"], ["list"], ["info"], ["install"], ["uninstall"]):
+        for command in ([], ["run"], ["list"], ["quit"], ["info"], ["install"], ["uninstall"]):
             status, output, _ = self.call(*command, "--help")
             self.assertEqual(status, 0)
             self.assertTrue(output.startswith("usage: quoddle " + " ".join(command)), output)

@@ -96,6 +96,8 @@ void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, con
         reopen();
         break;
     case "actv"_4cc:
+        if (mDelegate)
+            mDelegate->applicationWillActivate();
         activate();
         break;
     default: // "oapp", "noop": it runs already

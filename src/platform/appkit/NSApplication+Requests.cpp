@@ -61,7 +61,8 @@ void NSApplication::watchSignals() {
         char bytes[16];
         while (read(signalPipe[0], bytes, sizeof bytes) > 0) {
         }
-        terminate();
+        if (!mTerminating && !(mDelegate && mDelegate->applicationReceivedSignal()))
+            terminate();
     });
 }
 

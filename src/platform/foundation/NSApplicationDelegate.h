@@ -20,6 +20,9 @@ inline const QString NSApplicationDidFinishLaunchingNotification = QStringLitera
 /// Posted with the application as object, after the delegate's applicationWillTerminate().
 inline const QString NSApplicationWillTerminateNotification = QStringLiteral("NSApplicationWillTerminateNotification");
 
+/// Posted by the delegate: the session ends, and nobody will answer a question any more. Whoever asks one gives up.
+inline const QString SessionWillEndNotification = QStringLiteral("SessionWillEndNotification");
+
 enum class NSApplicationTerminateReply { cancel = 0, now = 1, later = 2 };
 /// How a request to open files ended.
 enum class NSApplicationDelegateReply { success = 0, cancel = 1, failure = 2 };
@@ -39,9 +42,13 @@ public:
     /// After `cancel`: whether that is only for now, because the delegate has begun to find out (it then calls terminate() itself, or
     /// SharedApplication::terminationWasRefused()).
     virtual bool isDecidingTermination() const { return false; }
+    /// SIGTERM, SIGINT or SIGHUP have come. True when the delegate sees to the end itself; else terminate() follows.
+    virtual bool applicationReceivedSignal() { return false; }
     virtual void applicationWillTerminate() {}
-    /// Somebody has launched the application, which runs already.
+    /// Somebody has launched the application, which runs already; what is open comes to the front after this.
     virtual void applicationWillReopen() {}
+    /// Somebody has sent "activate"; what is open comes to the front after this.
+    virtual void applicationWillActivate() {}
     /// Asked when the user has closed the last window.
     virtual bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
 

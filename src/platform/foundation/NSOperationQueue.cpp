@@ -85,6 +85,12 @@ void NSOperationQueue::cancelAllOperations() {
         operation->cancel();
 }
 
+void NSOperationQueue::cancelWaitingOperations() {
+    std::lock_guard lock(mMutex);
+    for (const auto& operation : mWaiting)
+        operation->cancel();
+}
+
 void NSOperationQueue::waitUntilAllOperationsAreFinished() {
     std::unique_lock lock(mMutex);
     mQuiet.wait(lock, [this] { return isQuiet(); });

@@ -66,6 +66,8 @@ public:
     /// Waiting and running operations together.
     int operationCount() const;
     void cancelAllOperations();
+    /// Those that have not begun.
+    void cancelWaitingOperations();
     /// Their completion blocks too. Not from an operation of this queue.
     void waitUntilAllOperationsAreFinished();
     /// The same, but for so long at most; answers whether all are finished.

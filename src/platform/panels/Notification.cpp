@@ -4,6 +4,7 @@
 #include "platform/appkit/SessionBus.h"
 #include "platform/panels/CommandDialog.h"
 #include "platform/panels/CommandParameters.h"
+#include "platform/panels/NotificationActions.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
@@ -74,11 +75,15 @@ void sendNotification(const AEDesc& event, const AEDesc& reply, std::function<vo
     whenAnswered(question, [bus = *bus, reply, notice = noticeFrom(event), completion](const QDBusMessage& capabilities) {
         if (capabilities.type() != QDBusMessage::ReplyMessage)
             return refuse(reply, completion);
-        const bool takesMarkup = capabilities.arguments().value(0).toStringList().contains(u"body-markup"_s);
+        const QStringList capable = capabilities.arguments().value(0).toStringList();
+        const bool takesMarkup = capable.contains(u"body-markup"_s);
+        const QStringList actions = capable.contains(u"actions"_s) ? NotificationActions::actionsNow() : QStringList();
         QDBusMessage call = callTo(u"Notify"_s);
         call << standardTitle() << 0U << u"dialog-information"_s << notice.title
-             << (takesMarkup ? notice.body.toHtmlEscaped() : notice.body) << QStringList() << hintsFor(notice.sound) << kServiceDecides;
-        whenAnswered(bus.asyncCall(call, kPatience), [reply, completion](const QDBusMessage& answer) {
+             << (takesMarkup ? notice.body.toHtmlEscaped() : notice.body) << actions << hintsFor(notice.sound) << kServiceDecides;
+        whenAnswered(bus.asyncCall(call, kPatience), [bus, reply, completion, isWatched = !actions.isEmpty()](const QDBusMessage& answer) {
+            if (isWatched && answer.type() == QDBusMessage::ReplyMessage)
+                NotificationActions::shared().watch(bus, answer.arguments().value(0).toUInt());
             answer.type() == QDBusMessage::ReplyMessage ? completion(reply) : refuse(reply, completion);
         });
     });
