@@ -5,6 +5,8 @@
     events.py BIN [PATTERN]
 """
 import os
+import plistlib
+import shutil
 import signal
 import socket
 import subprocess
@@ -68,6 +70,24 @@ class Events(harness.AppletCase):
         self.assertIn("(-1728)", self.tell("set its add to 1"))
         self.assertIn("(-1728)", self.tell("get its add"))
         self.assertEqual(self.tell("add(1, 2)"), "3")
+
+    def test_a_bundle_is_started_with_the_program_that_it_names(self):
+        alone = self.folder / "alone"
+        alone.mkdir()
+        shutil.copy(binaries() / "osascript", alone) # no shell beside it
+        for named, expected in ((True, "named"), (False, "Tool")):
+            bundle = self.folder / "Tool.app"
+            programs = bundle / "Contents/Linux"
+            programs.mkdir(parents=True, exist_ok=True)
+            for name in ("Aaa", "named", "Tool"):
+                (programs / name).write_text(f"#!/bin/sh\necho {name} >> '{self.folder}/started'\n")
+                (programs / name).chmod(0o755)
+            (bundle / "Contents/Info.plist").write_bytes(plistlib.dumps({"CFBundleName": "Tool", "Nested": {"CFBundleExecutable": "Aaa"}} |
+                                                                        ({"CFBundleExecutable": "named"} if named else {})))
+            environment = dict(self.display.environment, HOME=str(self.folder), XDG_RUNTIME_DIR=str(self.folder), PATH="/usr/bin:/bin")
+            subprocess.run([str(alone / "osascript"), "-e", f'tell application "{bundle}" to add(1, 2)'], env=environment, capture_output=True, timeout=60)
+            self.assertEqual(set((self.folder / "started").read_text().split()), {expected})
+            (self.folder / "started").unlink()
 
     def test_labelled_calls(self):
         self.serve(source="""

@@ -33,6 +33,8 @@ public:
     void append(std::string_view bytes) { mBuffer += bytes; }
     /// Whether there was a complete frame. -1702 when the stream makes no sense; nothing more is to be read then.
     Result<bool, OSStatus> next(AEFrame& frame);
+    /// Bytes that wait for the rest of their frame.
+    std::size_t size() const { return mBuffer.size(); }
     /// A frame has begun and is not complete.
     bool isInside() const { return !mBuffer.empty(); }
 

@@ -3,7 +3,10 @@
 
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/base/File.h"
 #include "platform/base/FileDescriptor.h"
+#include "platform/base/strings/StringsFile.h"
+#include "platform/base/Text.h"
 
 #include <algorithm>
 #include <csignal>
@@ -23,6 +26,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kSlice{5};
 constexpr const char* kShell = "quoddle-shell";
+constexpr std::size_t kLargestInfo = std::size_t{4} << 20;
 
 // In the environment: whatever starts the applet's process passes it on, and a shell of another age ignores it.
 constexpr const char* kReasonVariable = "QUODDLE_LAUNCHED_FOR";
@@ -60,15 +64,24 @@ bool isProgram(const fs::path& path) {
     return ::access(path.c_str(), X_OK) == 0 && !fs::is_directory(path);
 }
 
+/// What the bundle says that it is started with, a program in Contents/Linux; empty when there is none.
+fs::path executableOf(const fs::path& bundle) {
+    const auto info = readFile(bundle / "Contents/Info.plist", kLargestInfo);
+    const auto texts = info ? readStrings(*info).texts : decltype(StringsTable::texts)();
+    const auto named = texts.find(u"CFBundleExecutable");
+    const std::string name = named == texts.end() ? bundle.stem().string() : utf8FromUTF16(named->second);
+    const fs::path program = bundle / "Contents/Linux" / name;
+    return !name.empty() && name.find('/') == std::string::npos && isProgram(program) ? program : fs::path();
+}
+
 /// The program and its arguments: the shell beside this program, or what the bundle brings.
 std::vector<std::string> commandFor(const std::string& bundlePath) {
     std::error_code error;
     const fs::path beside = fs::read_symlink("/proc/self/exe", error).parent_path() / kShell;
     if (isProgram(beside))
         return {beside.string(), bundlePath};
-    for (fs::directory_iterator entry(bundlePath + "/Contents/Linux", error), end; !error && entry != end; entry.increment(error))
-        if (isProgram(entry->path()))
-            return {entry->path().string()};
+    if (const fs::path own = executableOf(bundlePath); !own.empty())
+        return {own.string()};
     return {kShell, bundlePath};
 }
 

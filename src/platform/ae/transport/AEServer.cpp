@@ -22,8 +22,9 @@ namespace quoddle {
 namespace {
 
 constexpr std::size_t kMaximumConnections = 4096;
+constexpr std::size_t kMaximumOfSender = kMaximumConnections / 2;
 constexpr int kBacklog = 512;
-constexpr std::chrono::seconds kPatience{10}; // for a peer inside a frame that sends nothing of it
+constexpr std::chrono::seconds kPatience{10}; // of an application that wants to end, for a peer that does not take its reply
 constexpr int kTick = 1;                      // seconds
 constexpr int kTurnsForWhatIsThere = 64;
 constexpr rlim_t kWantedDescriptors = 8192;
@@ -64,7 +65,9 @@ private:
     std::shared_ptr<void> currentRound();
     bool watch(int operation, int descriptor, Number number, std::uint32_t events);
     void accept();
-    void add(FileDescriptor socket);
+    void add(FileDescriptor socket, pid_t sender);
+    /// False when there are too many connections, of this sender or in all, and none of them is idle.
+    bool makeRoomFor(pid_t sender);
     void handle(Number number, std::uint32_t events);
     void update(Number number, Entry& entry);
     void remove(Number number);
@@ -85,6 +88,8 @@ private:
     std::thread mThread;                            // either this
     std::shared_ptr<void> mWatching;                // or that
     std::unordered_map<Number, Entry> mConnections; // the serving thread only
+    std::unordered_map<pid_t, std::size_t> mCounts; // of them, by sender
+    const std::shared_ptr<AEAccount> mAccount = std::make_shared<AEAccount>();
     Number mNext = kFirstConnection;
     std::atomic<bool> mHasReceived = false;
     std::mutex mMutex; // guards what follows
@@ -232,12 +237,33 @@ void AEServer::Loop::accept() {
             }
             return;
         }
-        if (mConnections.size() < kMaximumConnections && isPeerSameUser(socket.number()))
-            add(std::move(socket));
+        if (const auto sender = sameUserPeer(socket.number()); sender && makeRoomFor(*sender))
+            add(std::move(socket), *sender);
     }
 }
 
-void AEServer::Loop::add(FileDescriptor socket) {
+/// A sender that keeps a connection for its next event finds it closed then, and makes another one.
+bool AEServer::Loop::makeRoomFor(pid_t sender) {
+    const auto mine = mCounts.find(sender);
+    const bool isOwnFault = mine != mCounts.end() && mine->second >= kMaximumOfSender;
+    if (!isOwnFault && mConnections.size() < kMaximumConnections)
+        return true;
+    const Entry* idle = nullptr;
+    Number number = 0;
+    for (const auto& [candidate, entry] : mConnections) {
+        if ((isOwnFault && entry.connection->sender() != sender) || !entry.connection->isIdle())
+            continue;
+        if (!idle || entry.connection->lastRead() < idle->connection->lastRead()) {
+            idle = &entry;
+            number = candidate;
+        }
+    }
+    if (idle)
+        remove(number);
+    return idle != nullptr;
+}
+
+void AEServer::Loop::add(FileDescriptor socket, pid_t sender) {
     const Number number = mNext++;
     const int descriptor = socket.number();
     // The connection may be answered, and tell of it, when the loop has long gone.
@@ -245,9 +271,10 @@ void AEServer::Loop::add(FileDescriptor socket) {
         if (const auto self = loop.lock())
             self->lookAgain(number);
     };
-    mConnections[number] = {std::make_shared<AEServerConnection>(std::move(socket), std::move(changed)), EPOLLIN};
+    mConnections[number] = {std::make_shared<AEServerConnection>(std::move(socket), sender, mAccount, std::move(changed)), EPOLLIN};
+    ++mCounts[sender];
     if (!watch(EPOLL_CTL_ADD, descriptor, number, EPOLLIN))
-        mConnections.erase(number);
+        remove(number);
 }
 
 void AEServer::Loop::handle(Number number, std::uint32_t events) {
@@ -290,6 +317,8 @@ void AEServer::Loop::remove(Number number) {
     if (found->second.events != 0)
         watch(EPOLL_CTL_DEL, found->second.connection->number(), number, 0);
     found->second.connection->close();
+    if (const auto count = mCounts.find(found->second.connection->sender()); --count->second == 0)
+        mCounts.erase(count);
     mConnections.erase(found);
 }
 
@@ -320,7 +349,7 @@ void AEServer::Loop::removeStalled() {
     bool othersMay = false;
     for (const auto& [number, entry] : mConnections) {
         // A sender may let its reply lie as long as it likes, but an application that wants to end does not wait for it.
-        if (entry.connection->isStalledSince(limit) || (isEnding && entry.connection->isUnreadSince(limit)))
+        if (entry.connection->isStalledAtTick() || (isEnding && entry.connection->isUnreadSince(limit)))
             stalled.push_back(number);
         else
             othersMay |= entry.connection->isInsideFrame() || entry.connection->wantsToWrite();

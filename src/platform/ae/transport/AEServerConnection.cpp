@@ -14,9 +14,9 @@ namespace quoddle {
 namespace {
 
 constexpr std::size_t kChunk = 64 << 10;
-constexpr std::size_t kLargeEvent = 256 << 10; // bytes; a few milliseconds of work
-// A reader that is as slow as that does not want its reply.
-constexpr std::size_t kMaximumUnsent = kAEMaxSize + (std::size_t{1} << 20);
+constexpr std::size_t kLargeEvent = 256 << 10;  // bytes; a few milliseconds of work
+constexpr std::size_t kLeastPerTick = 16 << 10; // bytes of a frame; a sender on this machine has thousands of times that
+constexpr int kMaximumSlowTicks = 10;
 
 bool isWaiting(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
@@ -32,9 +32,16 @@ void AEServerConnection::read(const std::shared_ptr<void>& round) {
     if (count <= 0)
         return close();
     mLastRead = std::chrono::steady_clock::now();
+    mReadSinceTick += static_cast<std::size_t>(count);
     mReader.append({chunk, static_cast<std::size_t>(count)});
-    if (!takeFrames(round))
+    if (!takeFrames(round) || !mReaderCharge.set(mReader.size()))
         close();
+}
+
+bool AEServerConnection::isStalledAtTick() {
+    const bool isSlow = isInsideFrame() && std::exchange(mReadSinceTick, 0) < kLeastPerTick;
+    mSlowTicks = isSlow ? mSlowTicks + 1 : 0;
+    return mSlowTicks >= kMaximumSlowTicks;
 }
 
 bool AEServerConnection::takeFrames(const std::shared_ptr<void>& round) {
@@ -46,7 +53,9 @@ bool AEServerConnection::takeFrames(const std::shared_ptr<void>& round) {
         if (!*complete)
             break;
         received.round = round;
-        if (!deliver(std::move(received)))
+        received.charge = std::make_shared<AECharge>(mAccount, mSender);
+        mSlowTicks = 0;
+        if (!mReaderCharge.set(0) || !received.charge->set(received.frame.payload.size()) || !deliver(std::move(received)))
             return false;
     }
     return true;
@@ -113,6 +122,7 @@ bool AEServerConnection::handOn(Received received, AEDesc event) {
 void AEServerConnection::answer(Received& received, const AEDesc& reply, OSStatus status) {
     const bool wasFull = mUnanswered.fetch_sub(1) == kMaximumUnanswered;
     const auto round = std::move(received.round);
+    received.charge.reset();
     if (received.frame.flags & AEFrame::kWantsReply && !mClosed) {
         AEFrame frame;
         frame.kind = AEFrame::Kind::Reply;
@@ -140,7 +150,7 @@ void AEServerConnection::send(std::string bytes, std::shared_ptr<void> round) {
         return;
     mUnsent.append(bytes, sent);
     mUnsentRounds.push_back(std::move(round));
-    if (mUnsent.size() > kMaximumUnsent)
+    if (!mUnsentCharge.set(mUnsent.size())) // it does not want its replies
         mClosed = true;
     mChanged();
 }
@@ -151,6 +161,7 @@ void AEServerConnection::write() {
         const ssize_t count = ::send(number(), mUnsent.data(), mUnsent.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
         if (count >= 0) {
             mUnsent.erase(0, static_cast<std::size_t>(count));
+            (void)mUnsentCharge.set(mUnsent.size());
             mLastWrite = std::chrono::steady_clock::now();
             if (mUnsent.empty())
                 mUnsentRounds.clear();
@@ -164,7 +175,8 @@ void AEServerConnection::write() {
 
 void AEServerConnection::dropReplies() {
     const std::lock_guard lock(mMutex);
-    mUnsent.clear();
+    mUnsent = {};
+    (void)mUnsentCharge.set(0);
     mUnsentRounds.clear();
 }
 

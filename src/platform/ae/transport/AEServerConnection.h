@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/ae/AEDelivery.h"
+#include "platform/ae/transport/AEAccount.h"
 #include "platform/ae/transport/AEFrame.h"
 #include "platform/base/FileDescriptor.h"
 
@@ -13,9 +14,12 @@ namespace quoddle {
 class AEServerConnection : public std::enable_shared_from_this<AEServerConnection> {
 public:
     /// `changed` is called, on any thread, when the server has to look at the connection again: something to write, or to read again.
-    AEServerConnection(FileDescriptor socket, std::function<void()> changed) : mSocket(std::move(socket)), mChanged(std::move(changed)) {}
+    AEServerConnection(FileDescriptor socket, pid_t sender, std::shared_ptr<AEAccount> account, std::function<void()> changed)
+        : mSocket(std::move(socket)), mSender(sender), mChanged(std::move(changed)), mAccount(std::move(account)),
+          mReaderCharge(mAccount, sender), mUnsentCharge(mAccount, sender) {}
 
     int number() const { return mSocket.number(); }
+    pid_t sender() const { return mSender; }
 
     bool isClosed() const { return mClosed; }
 
@@ -32,8 +36,11 @@ public:
     bool hasReceived() const { return mHasReceived; }
     /// A frame has begun that is waited for.
     bool isInsideFrame() const { return mReader.isInside() && wantsToRead(); }
-    /// So it was when something last arrived, before that time.
-    bool isStalledSince(std::chrono::steady_clock::time_point time) const { return isInsideFrame() && mLastRead <= time; }
+    /// Nothing is under way.
+    bool isIdle() const { return !mReader.isInside() && mUnanswered.load() == 0 && !mIsTakingApart && !wantsToWrite(); }
+    std::chrono::steady_clock::time_point lastRead() const { return mLastRead; }
+    /// Called about once a second while somebody is inside a frame. True when the peer has sent next to nothing of its frame for ten times.
+    bool isStalledAtTick();
     /// Replies have been waiting since before that time.
     bool isUnreadSince(std::chrono::steady_clock::time_point time) const;
     /// The peer has gone: handlers may stop working for it, replies are dropped.
@@ -47,6 +54,7 @@ private:
     struct Received {
         AEFrame frame;
         std::shared_ptr<void> round;
+        std::shared_ptr<AECharge> charge;
     };
 
     // These answer false when the stream makes no sense.
@@ -58,8 +66,13 @@ private:
     void send(std::string bytes, std::shared_ptr<void> round);
 
     const FileDescriptor mSocket;
+    const pid_t mSender;
     const std::function<void()> mChanged;
+    const std::shared_ptr<AEAccount> mAccount;
     AEFrameReader mReader;
+    AECharge mReaderCharge;
+    std::size_t mReadSinceTick = 0;
+    int mSlowTicks = 0;
     bool mIsTakingApart = false; // a large event; those behind it wait
     bool mHasReceived = false;
     std::chrono::steady_clock::time_point mLastRead = std::chrono::steady_clock::now();
@@ -67,6 +80,7 @@ private:
     std::atomic<bool> mClosed = false;
     mutable std::mutex mMutex; // guards what follows
     std::string mUnsent;
+    AECharge mUnsentCharge;
     std::vector<std::shared_ptr<void>> mUnsentRounds;
     std::chrono::steady_clock::time_point mLastWrite;
 };

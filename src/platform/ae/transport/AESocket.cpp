@@ -30,10 +30,11 @@ FileDescriptor openDirectory(const std::string& path) {
 
 } // namespace
 
-bool isPeerSameUser(int socket) {
+std::optional<pid_t> sameUserPeer(int socket) {
     ucred peer{};
     socklen_t size = sizeof peer;
-    return getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
+    const bool isSame = getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.uid == geteuid();
+    return isSame ? std::optional(peer.pid) : std::nullopt;
 }
 
 Result<FileDescriptor, OSStatus> listenAt(const std::string& directory, const std::string& name, int backlog) {
@@ -62,7 +63,7 @@ Result<FileDescriptor, OSStatus> connectTo(const std::string& directory, const s
             return Failure{procNotFound};
         ::poll(nullptr, 0, 1); // the listener's queue is full
     }
-    if (!isPeerSameUser(socket.number()))
+    if (!sameUserPeer(socket.number()))
         return Failure{procNotFound};
     return socket;
 }

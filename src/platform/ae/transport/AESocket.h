@@ -6,7 +6,9 @@
 #include "platform/base/OSStatus.h"
 #include "platform/base/Result.h"
 
+#include <optional>
 #include <string>
+#include <sys/types.h>
 
 namespace quoddle {
 
@@ -14,6 +16,7 @@ namespace quoddle {
 Result<FileDescriptor, OSStatus> listenAt(const std::string& directory, const std::string& name, int backlog);
 /// Non-blocking and connected. -600 when nobody listens there, or somebody else than this user.
 Result<FileDescriptor, OSStatus> connectTo(const std::string& directory, const std::string& name);
-bool isPeerSameUser(int socket);
+/// The process at the other end; nothing when it is another user's.
+std::optional<pid_t> sameUserPeer(int socket);
 
 } // namespace quoddle

@@ -4,12 +4,14 @@
 #include "platform/ae/transport/AETransport.h"
 #include "platform/ae/AEFlatten.h"
 #include "platform/ae/NSAppleEventManager.h"
+#include "platform/ae/transport/AEAccount.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AEFrame.h"
 #include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/ae/transport/AESecondLaunch.h"
 #include "platform/ae/transport/AEServer.h"
+#include "platform/ae/transport/AEServerConnection.h"
 #include "platform/ae/transport/AESocket.h"
 #include "platform/base/File.h"
 
@@ -269,6 +271,88 @@ TEST_F(AETransportTest, OutlivesHostileCallers) {
     AEDesc answered;
     EXPECT_EQ(send(eventWith("echo"_4cc, 5), &answered), noErr);
     EXPECT_EQ(valueOf(answered), 5);
+}
+
+TEST_F(AETransportTest, AConnectionThatIsIdleMakesRoom) {
+    listen();
+    handleEcho();
+    constexpr std::size_t kMany = 2100; // more than one sender may have
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    if (limit.rlim_cur < 2 * kMany + 100)
+        GTEST_SKIP() << "too few descriptors";
+    std::vector<FileDescriptor> idle;
+    const auto isClosed = [](const FileDescriptor& socket) {
+        pollfd state{socket.number(), POLLIN, 0};
+        return ::poll(&state, 1, 0) > 0;
+    };
+    while (idle.size() < kMany) {
+        auto socket = connectTo(directory, AESocketName(getpid()));
+        ASSERT_TRUE(socket);
+        idle.push_back(std::move(*socket));
+    }
+    AEDesc answered;
+    EXPECT_EQ(send(eventWith("echo"_4cc, 5), &answered), noErr);
+    EXPECT_EQ(valueOf(answered), 5);
+    EXPECT_TRUE(eventually([&] { return isClosed(idle.front()); })) << "the one that was idle for longest";
+    EXPECT_FALSE(isClosed(idle.back()));
+}
+
+TEST_F(AETransportTest, WhatIsHeldForASenderIsBounded) {
+    listen();
+    std::string part = AEFrame().bytes();
+    part[16] = '\x07';
+    part.resize(std::size_t{100} << 20, '\0');
+    std::vector<FileDescriptor> sockets;
+    for (int i = 0; i < 2; ++i) {
+        sockets.push_back(std::move(*connectTo(directory, AESocketName(getpid()))));
+        for (std::string_view rest = part; !rest.empty();) {
+            const ssize_t count = ::send(sockets.back().number(), rest.data(), rest.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+            ASSERT_TRUE(count > 0 || errno == EAGAIN);
+            rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        }
+    }
+    const FileDescriptor third = std::move(*connectTo(directory, AESocketName(getpid())));
+    ssize_t sent = 0;
+    while ((sent = ::send(third.number(), part.data(), part.size(), MSG_NOSIGNAL | MSG_DONTWAIT)) > 0 || errno == EAGAIN) {
+    }
+    EXPECT_EQ(errno, EPIPE) << "it would have been too much";
+}
+
+TEST(AEServerConnection, APeerThatTricklesIsStalled) {
+    const auto account = std::make_shared<AEAccount>();
+    const auto isDropped = [&](std::size_t bytesEachTick) {
+        int ends[2];
+        EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+        const FileDescriptor peer(ends[0]);
+        AEServerConnection connection(FileDescriptor(ends[1]), getpid(), account, [] {});
+        std::string message = AEFrame().bytes();
+        message[16] = '\x07';
+        for (int tick = 0; tick < 20; ++tick) {
+            message.resize(std::max(message.size(), bytesEachTick), '\0');
+            EXPECT_EQ(::send(peer.number(), message.data(), message.size(), 0), ssize_t(message.size()));
+            connection.read(nullptr);
+            if (connection.isStalledAtTick())
+                return true;
+            message.assign(bytesEachTick, '\0');
+        }
+        return false;
+    };
+    EXPECT_TRUE(isDropped(0));
+    EXPECT_TRUE(isDropped(1));
+    EXPECT_FALSE(isDropped(60'000));
+}
+
+TEST(AEAccount, OneSenderDoesNotTakeFromOthersWhatTheyNeed) {
+    const auto account = std::make_shared<AEAccount>();
+    AECharge first(account, 1), second(account, 2), third(account, 3);
+    EXPECT_FALSE(first.set(AEAccount::mostOfSender() + 1));
+    EXPECT_TRUE(first.set(AEAccount::mostOfSender()));
+    EXPECT_TRUE(second.set(AEAccount::mostOfSender()));
+    EXPECT_FALSE(third.set(1 << 20)) << "too much in all";
+    EXPECT_TRUE(third.set(100'000)) << "an ordinary event";
+    EXPECT_TRUE(second.set(0));
+    EXPECT_TRUE(third.set(1 << 20));
 }
 
 TEST_F(AETransportTest, HandlesWhatSendersLeaveBehind) {
