@@ -4,6 +4,8 @@
 #include "platform/additions/Clipboard.h"
 #include "platform/clipboard/ClipboardForms.h"
 
+#include <chrono>
+
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
@@ -48,8 +50,13 @@ bool QtClipboard::isOwner() const {
 }
 
 void leaveClipboardBehind() {
-    if (QGuiApplication::clipboard()->ownsClipboard())
-        (void)Clipboard::shared()->setContents(formsOnClipboard(0), {});
+    constexpr std::chrono::seconds kPatience{3};
+    if (!QGuiApplication::clipboard()->ownsClipboard())
+        return;
+    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    AEHandlerContext context;
+    context.cancelled = [deadline] { return std::chrono::steady_clock::now() > deadline; };
+    (void)Clipboard::shared()->setContents(formsOnClipboard(0), context);
 }
 
 } // namespace quoddle

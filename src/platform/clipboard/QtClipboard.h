@@ -16,7 +16,7 @@ public:
 };
 
 /// Hands over what the user has copied from a window of this program, which is about to end, to the process that keeps what scripts copy.
-/// Does nothing when the clipboard is somebody else's.
+/// Does nothing when the clipboard is somebody else's, and gives up after some seconds.
 void leaveClipboardBehind();
 
 } // namespace quoddle
