@@ -355,16 +355,21 @@ TEST(PresentOnMainThread, TheScriptWaitsAndTheMainThreadDoesNot) {
 TEST(PresentOnMainThread, TheEndOfTheApplicationTakesTheDialogsAway) {
     std::vector<OSStatus> answers(2);
     std::vector<std::thread> scripts;
+    std::atomic<std::size_t> answered = 0;
+    std::atomic<bool> isTooLate = false;
     for (OSStatus& answer : answers)
-        scripts.emplace_back([&answer] {
+        scripts.emplace_back([&] {
             AEDesc reply = emptyReply();
-            (void)presentOnMainThread(eventFor("sysodlog", {}), reply, {});
+            (void)presentOnMainThread(eventFor("sysodlog", {}), reply, AEHandlerContext{[&] { return isTooLate.load(); }});
             answer = reply.find("errn"_4cc) ? reply.find("errn"_4cc)->asInt32().value_or(0) : noErr;
+            ++answered;
         });
     QPointer<QDialog> dialog;
     EXPECT_TRUE(QTest::qWaitFor([&] { return (dialog = StandardCommands::shared().currentDialog()) != nullptr; }));
     QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
     NSApplication::exec();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return answered == scripts.size(); }));
+    isTooLate = true;
     for (std::thread& script : scripts)
         script.join();
     EXPECT_EQ(answers, std::vector<OSStatus>(2, connectionInvalid));
