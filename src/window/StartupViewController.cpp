@@ -32,7 +32,9 @@ void StartupViewController::viewDidLoad() {
     mHasSomethingToRun = delegate->hasRunHandler() || delegate->hasOpenHandler() || delegate->hasIdleHandler();
     updateRunButton();
     NSNotificationCenter::defaultCenter().addObserver(
-        this, [this](const NSNotification&) { updateRunButton(); }, ScriptActivityChangedNotification);
+        this, [this](const NSNotification&) { scriptActivityChanged(); }, ScriptActivityChangedNotification);
+    mPatience.setSingleShot(true);
+    connect(&mPatience, &QTimer::timeout, this, &StartupViewController::updateRunButton);
     connect(mUi->runButton, &QPushButton::clicked, this, &StartupViewController::runScript);
     connect(mUi->quitButton, &QPushButton::clicked, this, &StartupViewController::quitApplet);
 }
@@ -47,6 +49,17 @@ void StartupViewController::updateRunButton() {
     run.setEnabled(isUsable);
     if (isUsable && view()->window()->focusWidget() == view())
         run.setFocus();
+}
+
+// An idle handler that looks at something every second does not make the button flicker.
+void StartupViewController::scriptActivityChanged() {
+    constexpr auto kPatience = std::chrono::milliseconds(200);
+    if (AppDelegate::instance()->_isRespondingToScript()) {
+        mPatience.start(kPatience);
+    } else {
+        mPatience.stop();
+        updateRunButton();
+    }
 }
 
 void StartupViewController::setMainBundle(std::shared_ptr<NSBundle> mainBundle) {
@@ -79,6 +92,7 @@ void StartupViewController::setupDescription() {
 
 void StartupViewController::runScript() {
     AppDelegate::instance()->runMainScript();
+    updateRunButton(); // at once: a second press would run it twice
 }
 
 void StartupViewController::quitApplet() {

@@ -6,6 +6,8 @@
 #include "platform/appkit/NSViewController.h"
 #include "platform/foundation/NSBundle.h"
 
+#include <QTimer>
+
 class QPushButton;
 
 namespace Ui {
@@ -40,8 +42,10 @@ protected:
 private:
     /// Run can be pressed when there is something to run and nothing runs.
     void updateRunButton();
+    void scriptActivityChanged();
 
     bool mHasSomethingToRun = false;
+    QTimer mPatience; // runs while it is open whether what has begun is over at once
     std::unique_ptr<Ui::StartupViewController> mUi;
     std::shared_ptr<NSBundle> mMainBundle;
 };

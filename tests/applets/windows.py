@@ -155,6 +155,17 @@ class Windows(accessibility.AccessibleCase):
             applet.ends()
         self.assertEqual(places[1:], places[1:2] * 11)  # the first launch had nothing to remember but a window without description
 
+    def test_a_dialog_hangs_on_a_window_that_has_only_just_appeared(self):
+        for number in range(10):
+            applet = self.start(f"Early{number}", f"choose from list {{{ITEMS}}}")
+            until(lambda: self.shown("OK", "push button") and len(self.named(applet.name)) == 2, "the sheet")
+            middles = []
+            for window in self.named(applet.name):
+                numbers = {key: int(value) for key, value in (line.split("=") for line in self.display_tool("getwindowgeometry", "--shell", window))}
+                middles.append(numbers["X"] + numbers["WIDTH"] / 2)
+            self.assertAlmostEqual(*middles, delta=6)
+            applet.kill()
+
     def test_a_long_list_leaves_its_buttons_on_the_screen(self):
         self.addCleanup(self.display.environment.pop, "QT_SCALE_FACTOR")
         for scale in ("1", "2"):

@@ -5,6 +5,9 @@
 #include "window/ProgressViewController.h"
 #include "window/StartupViewController.h"
 
+#include <atomic>
+#include <thread>
+
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
@@ -122,6 +125,31 @@ TEST(StartupPane, RunIsOfferedWhenThereIsSomethingToRun) {
         ASSERT_TRUE(run) << handlers;
         EXPECT_EQ(run->isEnabled(), offered) << handlers;
     }
+}
+
+TEST(StartupPane, RunIsOutOfUseAtOnceWhenItIsPressedAndLaterForOtherHandlers) {
+    Shell shell("KVBStayOpen = YES;", "run idle");
+    std::atomic<bool> isOver = false;
+    const auto work = [&isOver](ScriptedComponent::Run&) {
+        while (!isOver)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return ScriptedComponent::Outcome();
+    };
+    ScriptedComponent::sHandlers["run"] = work;
+    ScriptedComponent::sHandlers["idle"] = work;
+    shell.setUp();
+    QPushButton* run = visibleButton(u"Run"_s);
+    shell.delegate->_runIdleHandler();
+    EXPECT_TRUE(run->isEnabled()); // it may be over in a moment
+    EXPECT_TRUE(QTest::qWaitFor([run] { return !run->isEnabled(); }));
+    isOver = true;
+    EXPECT_TRUE(QTest::qWaitFor([run] { return run->isEnabled() && run->hasFocus(); }));
+    isOver = false;
+    run->click();
+    EXPECT_FALSE(run->isEnabled());
+    EXPECT_FALSE(visibleButton(u"Quit"_s)->hasFocus());
+    isOver = true;
+    EXPECT_TRUE(QTest::qWaitFor([run] { return run->isEnabled() && run->hasFocus(); }));
 }
 
 TEST(StartupPane, ShowsTheDescriptionThatComesFirst) {
