@@ -240,6 +240,15 @@ class Quoddle(unittest.TestCase):
         shutil.move(bundle, self.folder / "Applications/Tool.app")
         self.assertEqual(self.call("run", "tool", QUODDLE_SHELL=str(shell))[1], f"{self.folder}/Applications/Tool.app\n")
 
+    def test_applets_are_told_by_names_of_every_kind(self):
+        for name in ("n" * 246, "日本 ü", "d" * 200 + "/" + "e" * 200 + "/Tool", 'quo\'te "x"'):
+            (self.folder / name).parent.mkdir(parents=True, exist_ok=True)
+            bundle = self.make(name, "on hello(x)\nreturn x & \"!\"\nend hello")
+            path = str(bundle).replace('"', '\\"')
+            with self.subTest(path):
+                told = self.call("-e", f'tell application "{path}" to hello("a")', program="osascript", QT_QPA_PLATFORM="offscreen")
+                self.assertEqual(told, (0, "a!\n", ""))
+
     def test_an_applet_says_what_its_script_says(self):
         bundle = self.make(source="set progress total steps to 3\nrepeat with i from 1 to 3\nset progress completed steps to i\ndelay 0.1\nend repeat\nlog \"said\"")
         for debug, said in [({}, False), ({"QUODDLE_DEBUG": "1"}, True)]:

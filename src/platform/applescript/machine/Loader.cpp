@@ -2,6 +2,7 @@
 #include "platform/applescript/machine/Loader.h"
 
 #include "platform/applescript/image/Block.h"
+#include "platform/applescript/syntax/ApplicationLiteral.h"
 #include "platform/base/Text.h"
 
 #include <unordered_set>
@@ -12,27 +13,12 @@ namespace {
 
 constexpr std::size_t kMaximumDepth = 900;
 constexpr std::uint8_t kDescriptorTag = 13; // type code and data
-constexpr std::uint8_t kApplicationTag = 8;
 
 std::int64_t integerAt(std::string_view bytes, std::size_t at, std::size_t size) {
     std::uint64_t value = 0;
     for (std::size_t i = at; i < at + size && i < bytes.size(); ++i)
         value = value << 8 | static_cast<unsigned char>(bytes[i]);
     return static_cast<std::int64_t>(value);
-}
-
-/// The name of the application that an alias record or a URL leads to, without ".app".
-std::u16string applicationName(std::string_view target, FourCharCode kind) {
-    std::u16string name;
-    if (kind == "alis"_4cc && target.size() > 51) {
-        const std::size_t length = std::min<std::size_t>(static_cast<unsigned char>(target[50]), target.size() - 51);
-        name = utf16FromMacRoman(target.substr(51, length));
-    } else {
-        name = utf16FromSourceBytes(target);
-    }
-    if (name.ends_with(u".app"))
-        name.resize(name.size() - 4);
-    return name;
 }
 
 struct FormRow {
@@ -176,8 +162,7 @@ Value Loader::loadData(const Object* object) {
 Value Loader::loadApplication(const Object* object) {
     Application* application = mMachine.heap().make<Application>();
     application->literal = object;
-    if (object->bytes.size() > 94)
-        application->name = applicationName(object->bytes.substr(94), fourCharCode(object->bytes.substr(90, 4)));
+    application->name = applicationName(object->bytes);
     return Value::object(application);
 }
 

@@ -19,6 +19,7 @@ constexpr std::size_t kAliasHeader = 150;
 constexpr std::size_t kAliasNameAt = 50; // a Pascal string of at most 63 bytes
 constexpr std::size_t kMaxAliasName = 63;
 constexpr int kUnicodeNameTag = 14;
+constexpr std::size_t kMaxUnicodeName = 16000; // a path, where a name has no more than 255; lengths are stored in 16 bits
 
 void put(std::string& bytes, std::size_t at, std::uint32_t value, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i)
@@ -45,7 +46,7 @@ std::string aliasRecord(std::u16string_view name) {
     std::string roman = macRomanFromUTF16(name).substr(0, kMaxAliasName);
     alias[kAliasNameAt] = static_cast<char>(roman.size());
     std::ranges::copy(roman, alias.begin() + static_cast<std::ptrdiff_t>(kAliasNameAt + 1));
-    name = name.substr(0, 255);
+    name = name.substr(0, kMaxUnicodeName);
     std::string tagged(6, '\0');
     put(tagged, 0, kUnicodeNameTag, 2);
     put(tagged, 2, static_cast<std::uint32_t>(2 + 2 * name.size()), 2);

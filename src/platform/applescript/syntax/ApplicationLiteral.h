@@ -19,7 +19,7 @@ constexpr std::uint8_t kApplicationTag = 8;
 /// `name` may be a URL ("eppc://…", "http://…").
 std::string applicationData(std::u16string_view name);
 
-/// The name to print: without ".app", or the URL. Empty when the data hold neither.
+/// The name, for printing and for finding it: without ".app", or the URL. Empty when the data hold neither.
 std::u16string applicationName(std::string_view data);
 
 /// An application as a `tell`, a `using terms from` or a `use` names it.
