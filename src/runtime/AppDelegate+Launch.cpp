@@ -48,9 +48,9 @@ void AppDelegate::createWindowController(bool toOpenFiles) {
 void AppDelegate::_setupApplication(bool toOpenFiles) {
     if (isInitialized())
         return;
-    constexpr double kPatience = 5; // seconds: how long a user who has launched something does nothing else
     setIdleSeconds(1);
-    mAwaitedUntil = mParts.isLaunchedInsteadOfRun ? 0 : mParts.performs->now() + kPatience;
+    if (!mParts.isLaunchedInsteadOfRun)
+        awaitWindow();
     if (!mainBundle())
         setMainBundle(NSBundle::mainBundle());
     if (const auto menu = mParts.application->mainMenu())
@@ -69,6 +69,11 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
     center.addObserver(
         this, [this](const NSNotification& n) { _windowWillClose(n); }, NSWindowWillCloseNotification);
     setInitialized(true);
+}
+
+void AppDelegate::awaitWindow() {
+    constexpr double kPatience = 5; // seconds: how long a user who has launched something does nothing else
+    mAwaitedUntil = mParts.performs->now() + kPatience;
 }
 
 bool AppDelegate::takeAwaitedWindow() {
@@ -132,6 +137,7 @@ void AppDelegate::waitToBeAsked() {
 }
 
 void AppDelegate::applicationWillReopen() {
+    awaitWindow();
     if (!std::exchange(mRunIsDue, false))
         return showHiddenWindow();
     mWasAsked = true;

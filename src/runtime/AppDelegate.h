@@ -58,7 +58,7 @@ public:
     /// Shows the window that stands between runs, unless something is running.
     void applicationWillActivate() override;
     void _setupApplication(bool toOpenFiles);
-    /// Whether a window that appears now is the one that the user has launched the applet for: the first one, soon after the launch. It
+    /// Whether a window that appears now is the one that the user has launched the applet for: the first one, soon after a launch. It
     /// takes the keyboard. Every other one appears by itself.
     bool takeAwaitedWindow();
     /// Replaces every "APPNAME" in the titles of the menu and of those below it.
@@ -129,6 +129,7 @@ private:
     void createWindowController(bool toOpenFiles);
     Completion afterLaunchRun();
     void waitToBeAsked();
+    void awaitWindow();
     void showHiddenWindow();
     void terminateWhenAnswered();
     void takeTestApplet();

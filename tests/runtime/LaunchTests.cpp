@@ -103,6 +103,31 @@ TEST(Launch, ForAnEventInPlaceOfTheRunLeavesTheRunToTheEvent) {
     }
 }
 
+TEST(Launch, TheFirstWindowSoonAfterItIsWhatTheUserWaitsFor) {
+    const struct {
+        const char *name, *handlers, *info;
+        bool insteadOfRun;
+        std::function<void(Applet&)> before;
+        bool isAwaited;
+    } table[] = {
+        {"at once", "run", kPaneAndStay, false, [](Applet&) {}, true},
+        {"not the second one", "run", kPaneAndStay, false, [](Applet& applet) { applet.delegate->takeAwaitedWindow(); }, false},
+        {"a moment later", "run", kPaneAndStay, false, [](Applet& applet) { applet.advance(4); }, true},
+        {"not much later", "run", kPaneAndStay, false, [](Applet& applet) { applet.advance(6); }, false},
+        {"not when the run is over", "run", kStay, false, [](Applet& applet) { applet.settle(); }, false},
+        {"not in an idle call", "idle", kStay, false, [](Applet& applet) { applet.advance(1); }, false},
+        {"not for somebody else", "run", kStay, true, [](Applet&) {}, false},
+        {"launched again", "run", kStay, true, [](Applet& applet) { applet.delegate->applicationWillReopen(); }, true},
+    };
+    for (const auto& row : table) {
+        Applet applet({.handlers = row.handlers, .info = row.info, .insteadOfRun = row.insteadOfRun});
+        applet.launch();
+        row.before(applet);
+        EXPECT_EQ(applet.delegate->takeAwaitedWindow(), row.isAwaited) << row.name;
+        applet.settle();
+    }
+}
+
 TEST(Launch, AnAppletWhoseWorkIsDoneEndsWhenOthersHaveTheirAnswers) {
     for (const char* handlers : {"run", "", "run quit"}) {
         for (const bool isQuitAskedFor : {false, true}) {
