@@ -154,12 +154,11 @@ void AppDelegate::applicationWillActivate() {
 void AppDelegate::showHiddenWindow() {
     if (!isInitialized() || mIsEnding || isDisplayingPanel() || windowController().isWindowVisible())
         return;
+    mKeepsWindow = !showStartupScreen();
     if (_isRespondingToScript())
         windowController().showProgressViewController();
-    else if (showStartupScreen())
-        windowController().showStartupViewController();
     else
-        windowController().showIdleViewController();
+        showLastPane();
 }
 
 /// Whoever has an answer to come must not see the applet end instead. A quit that was asked for does not wait.

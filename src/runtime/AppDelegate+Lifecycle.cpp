@@ -106,7 +106,7 @@ void AppDelegate::_runQuitHandler() {
                 terminate();
             else if (mParts.application->isRunning()) {
                 mParts.application->terminationWasRefused();
-                windowController().showLastViewController();
+                showLastPane();
             }
         });
 }
@@ -204,6 +204,7 @@ void AppDelegate::_windowWillClose(const NSNotification& notification) {
         return; // a dialog or a panel
     setUserClosedWindow(true);
     setApplicationTriedToQuit(true);
+    mKeepsWindow = false;
     mStoppedByClosing = _isRespondingToScript();
     // Kept on purpose: to close the window of an applet that does nothing is to ask it to quit, with an idle handler as well as without,
     // and a quit handler that refuses brings the window back, as after any other request. What Stop does to a script with an idle handler,

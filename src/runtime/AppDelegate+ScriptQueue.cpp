@@ -242,7 +242,14 @@ void AppDelegate::finishStayOpen(bool afterRunHandler) {
 void AppDelegate::showLastPaneWithoutStop() {
     if (!showStartupScreen())
         windowController().setStopButtonHidden(true);
-    windowController().showLastViewController();
+    showLastPane();
+}
+
+void AppDelegate::showLastPane() {
+    if (mKeepsWindow)
+        windowController().showIdleViewController();
+    else
+        windowController().showLastViewController();
 }
 
 } // namespace quoddle

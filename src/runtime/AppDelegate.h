@@ -157,6 +157,8 @@ private:
     bool decideQuit(const Execution& execution);
     void finishStayOpen(bool afterRunHandler);
     void showLastPaneWithoutStop();
+    /// What stands between runs: a pane, no window, or one that shows nothing, when the user has brought it up.
+    void showLastPane();
 
     QString localized(const QString& key) const;
     RuntimeAlert runtimeErrorAlert(const QXOSAErrorInfo& error) const;
@@ -176,6 +178,7 @@ private:
     double mIdleCallDue = 0;              // when the last idle call was to come, by the clock of the performs
     double mAwaitedUntil = 0;             // by that clock: how long a first window is what the user waits for; 0: none is
     int mOwnExecutions = 0;               // queued, and no calls from outside
+    bool mKeepsWindow = false;            // the user has brought up one that stands for the applet alone, until he closes it
     bool mPaneIsForCalls = false;         // calls from outside alone have brought the progress pane up
     bool mWasResponding = false;          // when the activity was last announced
     bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script

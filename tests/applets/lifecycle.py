@@ -295,6 +295,28 @@ class Lifecycle(harness.AppletCase):
                 until(lambda: applet.said("asked") != asked, "the quit handler")
                 applet.rests()
         applet.kill()
+        # The window that was asked for stays, whatever else the applet does.
+        applet = self.start("Watched", """
+            property turn : 0
+            on idle
+                set turn to turn + 1
+                set progress total steps to 100
+                set progress completed steps to turn
+                do shell script "echo 1 >> FOLDER/watched"
+                return 1
+            end idle
+            """, options=["-s"])
+        self.listens(applet)
+        until(lambda: applet.said("watched"), "the idle handler")
+        until(lambda: not self.windows(applet), "the window to go")
+        self.assertEqual(self.hand_over(applet).wait(15), 0)
+        applet.window()
+        calls = applet.said("watched").count("1")
+        until(lambda: self.windows(applet) and applet.said("watched").count("1") >= calls + 2, "more idle calls")
+        applet.rests()
+        self.assertTrue(self.windows(applet))
+        applet.key("alt+F4")
+        applet.ends()
         # What a script does for a dialog shows no window.
         applet = self.start("Busy", 'on run\nactivate\ndo shell script "echo 1 > FOLDER/busy"\ndelay 3600\nend run')
         until(lambda: applet.said("busy"), "the script to run")
