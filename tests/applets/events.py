@@ -99,7 +99,7 @@ class Events(harness.AppletCase):
             end search
             """ + SERVER)
         for call, result in [('greet given name:"Ann", |class|:1', '"Ann1"'), ('search of "x" for "y" given title:"T"', '"xyT"'),
-                             ('greet given name:"Ann"', "The class parameter is missing for greet. (-2700)")]:
+                             ('greet given name:"Ann"', "Server got an error: The class parameter is missing for greet. (-2700)")]:
             self.assertEqual(self.tell(call), result, call)
 
     def test_what_can_be_asked_of_an_applet(self):
@@ -212,7 +212,7 @@ class Events(harness.AppletCase):
 
     def test_a_refused_quit_is_told_so(self):
         self.serve("Refuser", "on idle\nreturn 50\nend idle\non quit\ndelay 0.1\nend quit")
-        self.assertEqual(self.tell("quit", "Refuser"), "User canceled. (-128)")
+        self.assertEqual(self.tell("quit", "Refuser"), "Refuser got an error: User canceled. (-128)")
         self.assertEqual(self.tell("is running", "Refuser"), "true")
 
     def test_calls_wait_for_the_handler_that_runs_and_keep_their_order(self):
