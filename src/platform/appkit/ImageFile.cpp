@@ -4,6 +4,7 @@
 #include "platform/foundation/FileBytes.h"
 
 #include <QFileInfo>
+#include <QtEndian>
 #include <QXmlStreamReader>
 
 namespace quoddle {
@@ -33,13 +34,29 @@ bool isSelfContained(const QByteArray& drawing) {
     return !reader.hasError();
 }
 
+/// The entries of an icon file that are there as long as they say. Without its table of contents, whose lengths would be believed.
+QByteArray checkedIcon(const QByteArray& icon) {
+    constexpr qsizetype kHeader = 8;
+    QByteArray checked = icon.left(kHeader);
+    for (qsizetype at = kHeader; at + kHeader <= icon.size();) {
+        const qsizetype size = qFromBigEndian<quint32>(icon.constData() + at + 4);
+        if (size < kHeader || size > icon.size() - at)
+            break;
+        if (!QByteArrayView(icon).sliced(at).startsWith("TOC "))
+            checked += QByteArrayView(icon).sliced(at, size);
+        at += size;
+    }
+    qToBigEndian(static_cast<quint32>(checked.size()), checked.data() + 4);
+    return checked;
+}
+
 } // namespace
 
 ImageFile::ImageFile(const QString& path) {
     const auto bytes = bytesOfFile(path, kMaximumSize);
     if (!bytes)
         return;
-    mBytes = *bytes;
+    mBytes = bytes->startsWith("icns") && bytes->size() > 8 ? checkedIcon(*bytes) : *bytes;
     mBuffer.setBuffer(&mBytes);
     mBuffer.open(QIODevice::ReadOnly);
     mReader.setDevice(&mBuffer);

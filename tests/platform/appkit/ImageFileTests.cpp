@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QImage>
 #include <QTemporaryDir>
@@ -57,6 +58,29 @@ TEST_F(ImageFileTest, WaitsForNoPipe) {
         EXPECT_TRUE(!file.select(0) && file.size().isEmpty() && file.read(kAnySize).isNull()) << path.toStdString();
         EXPECT_TRUE(iconFromImageFile(path).isNull());
     }
+}
+
+TEST_F(ImageFileTest, IconsHoldWhatTheySay) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    QImage image(16, 16, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    ASSERT_TRUE(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "png"));
+    const auto entry = [](const char* kind, const QByteArray& body, quint32 length) {
+        return kind + QByteArray::fromHex(QByteArray::number(length, 16).rightJustified(8, '0')) + body;
+    };
+    const auto icon = [&](const QByteArray& contents, quint32 length) {
+        const QByteArray body = contents + entry("icp4", png, length);
+        return write(u"i.icns"_s, entry("icns", body, static_cast<quint32>(body.size()) + 8));
+    };
+    const auto honest = static_cast<quint32>(png.size()) + 8;
+    // A table of contents that promises half a gigabyte, for which room would be made.
+    for (const QByteArray& contents : {QByteArray(), entry("TOC ", entry("icp4", {}, 0x20000073), 16)}) {
+        ImageFile file(icon(contents, honest));
+        EXPECT_EQ(file.read(kAnySize).size(), QSize(16, 16));
+    }
+    EXPECT_TRUE(ImageFile(icon({}, honest + 1)).read(kAnySize).isNull());
+    EXPECT_TRUE(ImageFile(icon({}, 7)).read(kAnySize).isNull());
 }
 
 TEST_F(ImageFileTest, DrawingsReferToThemselvesAlone) {
