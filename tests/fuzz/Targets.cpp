@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: MIT
+#include "fuzz/Targets.h"
+
+#include "IconFile.h"
+#include "platform/ae/AECoercion.h"
+#include "platform/ae/AEFlatten.h"
+#include "platform/ae/transport/AEFrame.h"
+#include "platform/appkit/ImageFile.h"
+#include "platform/appkit/rtf/RichText.h"
+#include "platform/base/File.h"
+#include "platform/base/Text.h"
+#include "platform/foundation/BinaryPlistBuilder.h"
+#include "platform/foundation/DesktopEntry.h"
+#include "platform/foundation/Plist.h"
+#include "platform/osa/OSA.h"
+
+#include <filesystem>
+
+#include <QBuffer>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTextDocument>
+
+namespace quoddle::fuzz {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Inputs = std::vector<std::string>;
+
+constexpr std::size_t kMaximumSeed = std::size_t(1) << 20;
+
+ComponentInstance language() {
+    static const ComponentInstance sInstance = OpenDefaultComponent(kOSAComponentType, "ascr"_4cc);
+    return sInstance;
+}
+
+/// A file of our own with these bytes, always the same one.
+QString fileWith(const std::string& bytes, const QString& name) {
+    static const QTemporaryDir sFolder;
+    const QString path = sFolder.filePath(name);
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    return path;
+}
+
+// --- Descriptors
+
+AEDesc sampleEvent() {
+    AEDesc record = AEDesc::record();
+    (void)record.put("name"_4cc, AEDesc::ofUTF8("häl😀"));
+    (void)record.put("list"_4cc, AEDesc::list({AEDesc::ofInt32(-1), AEDesc::ofDouble(2.5), AEDesc::list({}), AEDesc()}));
+    AEDesc event = AEDesc::appleEvent("core"_4cc, "getd"_4cc, AEDesc::ofCurrentProcess());
+    (void)event.put("----"_4cc, std::move(record));
+    return event;
+}
+
+Inputs descriptors() {
+    std::string bytes;
+    (void)AEFlattenDesc(sampleEvent(), bytes);
+    return {bytes};
+}
+
+void readDescriptor(const std::string& bytes) {
+    AEDesc desc;
+    if (AEUnflattenDesc(bytes, desc) == noErr) {
+        std::string again;
+        (void)AEFlattenDesc(desc, again);
+        for (DescType type : {"utxt"_4cc, "long"_4cc, "doub"_4cc, "list"_4cc, "furl"_4cc, "ldt "_4cc})
+            (void)AECoerced(desc, type);
+    }
+}
+
+Inputs frames() {
+    const std::string event = descriptors().front();
+    return {AEFrame{.flags = AEFrame::kWantsReply, .id = 7, .payload = event}.bytes() +
+            AEFrame{.kind = AEFrame::Kind::Reply, .id = 7}.bytes()};
+}
+
+void readFrames(const std::string& bytes) {
+    AEFrameReader reader;
+    AEFrame frame;
+    for (std::size_t at = 0; at < bytes.size(); at += 100) {
+        reader.append(std::string_view(bytes).substr(at, 100));
+        auto complete = reader.next(frame);
+        for (; complete && *complete; complete = reader.next(frame))
+            readDescriptor(frame.payload);
+        if (!complete)
+            return;
+    }
+}
+
+// --- Scripts, which are read and shown but not run
+
+Inputs sources() {
+    Inputs found;
+    for (const char* folder : {"/scripts", "/../examples"})
+        for (const auto& entry : fs::recursive_directory_iterator(QUODDLE_TEST_SOURCE_DIR + std::string(folder)))
+            if (entry.path().extension() == ".applescript")
+                found.push_back(*readFile(entry.path(), kMaximumSeed));
+    return found;
+}
+
+void show(OSAID script) {
+    AEDesc text;
+    (void)OSAGetSource(language(), script, "utxt"_4cc, text);
+    (void)OSADisplay(language(), script, "utxt"_4cc, kOSAModeNull, text);
+    (void)OSAGetHandlerNames(language(), kOSAModeNull, script, text);
+    (void)OSAStore(language(), script, "scpt"_4cc, kOSAModeNull, text);
+    (void)OSADispose(language(), script);
+}
+
+void compile(const std::string& bytes) {
+    OSAID script = kOSANullScript;
+    if (OSACompile(language(), AEDesc::ofText(utf16FromSourceBytes(bytes)), kOSAModeCompileIntoContext, script) == noErr)
+        show(script);
+}
+
+Inputs compiledScripts() {
+    Inputs images;
+    for (const std::string& source : sources()) {
+        OSAID script = kOSANullScript;
+        AEDesc stored;
+        if (OSACompile(language(), AEDesc::ofText(utf16FromSourceBytes(source)), kOSAModeCompileIntoContext, script) == noErr &&
+            OSAStore(language(), script, "scpt"_4cc, kOSAModeNull, stored) == noErr)
+            images.emplace_back(stored.data());
+        (void)OSADispose(language(), script);
+    }
+    return images;
+}
+
+void load(const std::string& bytes) {
+    OSAID script = kOSANullScript;
+    if (OSALoad(language(), AEDesc("scpt"_4cc, bytes), kOSAModeNull, script) == noErr)
+        show(script);
+}
+
+// --- What bundles hold
+
+Inputs propertyLists() {
+    test::BinaryPlistBuilder builder;
+    const int key = builder.addText("CFBundleName"), value = builder.addText("Tool");
+    const int list = builder.addArray({key, value, key});
+    const int top = builder.add(test::BinaryPlistBuilder::counted(0xD0, 2) + test::BinaryPlistBuilder::references({key, value, list, key}));
+    return {
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict><key>a</key><array><integer>-7</integer><real>1e3</real>"
+        "<true/><date>2024-02-29T10:00:00Z</date><data>AAEC</data><string>x &amp; &#233;</string></array></dict></plist>",
+        "{ a = (1, \"two\\n\\U00e9\", <0fbd77 1c2735ae>); \"b c\" = { d = /* none */ e; }; }", builder.finished(top).toStdString()};
+}
+
+void readPropertyList(const std::string& bytes) {
+    const auto list = Plist::read(QByteArray::fromStdString(bytes));
+    if (list)
+        (void)Plist::writeXML(*list);
+}
+
+Inputs stringsTables() {
+    const QString text = QStringLiteral("/* note */\n\"Quit\" = \"Beenden\";\nopen = \"\\U00d6ffnen \\\"%@\\\"\\n\"; // rest\n\"same\";\n");
+    const QByteArray wide("\xFF\xFE");
+    return {text.toStdString(), (wide + QByteArray(reinterpret_cast<const char*>(text.utf16()), text.size() * 2)).toStdString(),
+            propertyLists().front(), propertyLists().back()};
+}
+
+void readStringsTable(const std::string& bytes) {
+    (void)Plist::readStrings(QByteArray::fromStdString(bytes));
+}
+
+Inputs richTexts() {
+    return {*readFile(QUODDLE_TEST_SOURCE_DIR "/../examples/Load Watch.rtf", kMaximumSeed),
+            "{\\rtf1\\ansi\\ansicpg932{\\fonttbl\\f0\\fcharset128 Mincho;\\f1\\fswiss "
+            "Arial;}{\\colortbl;\\red255\\green0\\blue9;}\\f0\\fs24\\cf1 "
+            "\\'93\\'fa\\u26412 ?\\uc2\\par\\pard\\qc\\li200{\\b b\\i i}{\\field{\\*\\fldinst{HYPERLINK \"https://a.b/\"}}{\\fldrslt l}}"
+            "{{\\NeXTGraphic p.png \\width320 \\height200}\\'ac}{\\*\\x\\bin3 }}}}\\trowd\\cell\\row}"};
+}
+
+void readRTF(const std::string& bytes) {
+    QTextDocument document;
+    if (readRichText(fileWith(bytes, QStringLiteral("d.rtf")), document))
+        (void)document.toPlainText();
+}
+
+std::string pictureIn(const char* format, int side) {
+    QImage image(side, side, QImage::Format_ARGB32);
+    image.fill(0x80FF0000);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes.toStdString();
+}
+
+std::string withLength(std::string kind, const std::string& body) {
+    return kind + test::BinaryPlistBuilder::bigEndian(body.size() + 8, 4).toStdString() + body;
+}
+
+Inputs pictures() {
+    Inputs found = {
+        "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'><defs><linearGradient id='g'><stop offset='1'/></linearGradient>"
+        "</defs><path d='M1 1 L9 9 A 3 3 0 0 1 5 5 Z' fill='url(#g)'/><use href='#g'/><text>t</text></svg>",
+        withLength("icns", withLength("ic07", pictureIn("png", 128)) + withLength("is32", std::string(800, '\x90')))};
+    for (const char* format : {"png", "jpeg", "bmp", "ico", "tiff", "webp", "icns"})
+        if (std::string bytes = pictureIn(format, 16); !bytes.empty())
+            found.push_back(std::move(bytes));
+    return found;
+}
+
+void readPicture(const std::string& bytes) {
+    (void)tool::pngFromIcon(bytes);
+    ImageFile file(fileWith(bytes, QStringLiteral("picture")));
+    for (int i = 0; i < std::min(file.count(), 4) && file.select(i); ++i)
+        (void)file.read({64, 64});
+}
+
+Inputs desktopEntries() {
+    return {"[Desktop Entry]\nType=Application\nName=A\\sB\\\\\n# c\nExec=\"/a b\" "
+            "%F\nMimeType=a/b;c/d;\nX-Quoddle-Bundle=/a.app\n[Other]\nName=x\n"};
+}
+
+void readDesktopEntry(const std::string& bytes) {
+    (void)desktopEntryValues(fileWith(bytes, QStringLiteral("e.desktop")));
+}
+
+} // namespace
+
+const std::vector<Target>& targets() {
+    static const std::vector<Target> sTargets = {
+        {"descriptor", descriptors, {"QAE1", "reco", "list", "obj ", "utxt"}, readDescriptor},
+        {"frame", frames, {"QAE2", "QAE1"}, readFrames},
+        {"source",
+         sources,
+         {"\n",
+          " of ",
+          "tell ",
+          "end\n",
+          "on f(x)\n",
+          "{",
+          "}",
+          "(",
+          ")",
+          "\"",
+          "«class abcd»",
+          "|a|",
+          "¬\n",
+          "try\n",
+          "repeat\n",
+          "if x then\n",
+          " & ",
+          "with timeout of 1 second\n",
+          "script s\n",
+          "(*",
+          "*)",
+          "--",
+          " as ",
+          "every ",
+          " whose ",
+          "considering case\n",
+          "1.0E+5",
+          "99999999999"},
+         compile},
+        {"compiled", compiledScripts, {"FasdUAS 1.101.10"}, load},
+        {"plist",
+         propertyLists,
+         {"bplist00", "<dict>", "</dict>", "<array>", "<key>", "<!ENTITY a \"b\">", "&#x0;", "(", "{", "<", "\"\\U"},
+         readPropertyList},
+        {"strings", stringsTables, {"\"", "\\U", " = ", ";", "/*", "*/", "{", "<plist>"}, readStringsTable},
+        {"rtf",
+         richTexts,
+         {"{", "}", "\\", "\\u-10179 ", "\\uc99999 ", "\\bin99999999 ", "\\'", "{\\fonttbl", "{\\*\\", "\\fs-1 ", "\\cf99999 ",
+          "{\\NeXTGraphic ", "\\li-99999 "},
+         readRTF},
+        {"picture", pictures, {"icns", "\x89PNG\r\n\x1a\n", "IHDR", "<use href='#g'/>", "<svg>", "II*", "RIFF"}, readPicture},
+        {"entry", desktopEntries, {"[Desktop Entry]\n", "=", "\\"}, readDesktopEntry},
+    };
+    return sTargets;
+}
+
+} // namespace quoddle::fuzz
