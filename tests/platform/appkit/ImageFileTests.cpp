@@ -19,6 +19,16 @@ namespace {
 
 constexpr QSize kAnySize(1000, 1000);
 
+/// The most address space that this process has had, in KiB.
+qint64 peak() {
+    QFile status(u"/proc/self/status"_s);
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray text = status.readAll();
+    const qsizetype at = text.indexOf("VmPeak:") + 7;
+    return text.mid(at, text.indexOf("kB", at) - at).trimmed().toLongLong();
+}
+
 class ImageFileTest : public testing::Test {
 protected:
     QString write(const QString& name, const QByteArray& bytes) {
@@ -75,10 +85,12 @@ TEST_F(ImageFileTest, IconsHoldWhatTheySay) {
     };
     const auto honest = static_cast<quint32>(png.size()) + 8;
     // A table of contents that promises half a gigabyte, for which room would be made.
+    const qint64 before = peak();
     for (const QByteArray& contents : {QByteArray(), entry("TOC ", entry("icp4", {}, 0x20000073), 16)}) {
         ImageFile file(icon(contents, honest));
         EXPECT_EQ(file.read(kAnySize).size(), QSize(16, 16));
     }
+    EXPECT_LT(peak() - before, 200 << 10);
     EXPECT_TRUE(ImageFile(icon({}, honest + 1)).read(kAnySize).isNull());
     EXPECT_TRUE(ImageFile(icon({}, 7)).read(kAnySize).isNull());
 }
