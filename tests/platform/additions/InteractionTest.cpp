@@ -165,6 +165,7 @@ TEST_F(DialogProcessTest, WithoutDisplayNothingIsStarted) {
 }
 
 TEST_F(DialogProcessTest, AClipboardProcessThatIsGivenUpIsLeftAlone) {
+    setEnvironment("QT_QPA_PLATFORM", "");
     additions::ClipboardProcess clipboard(path("fake"));
     const auto set = [&](std::string_view what, const AEHandlerContext& context = {}) {
         return clipboard.setContents({text(what)}, context);
