@@ -47,7 +47,8 @@ public:
         : mInstance(instance), mScript(script), mFile(file.empty() ? file : scriptFileOf(file)) {
         AEDesc names;
         const bool isApplet = bundleOfScriptFile(mFile).ends_with(".app");
-        const bool has = !mFile.empty() && !isApplet && OSAGetPropertyNames(instance, kOSAModeNull, script, names) == noErr && names.count() > 0;
+        const bool has =
+            !mFile.empty() && !isApplet && OSAGetPropertyNames(instance, kOSAModeNull, script, names) == noErr && names.count() > 0;
         if (has && ::access(mFile.c_str(), W_OK) == 0)
             mBefore = stored();
     }

@@ -152,8 +152,8 @@ void HandlerCompiler::literal(Object* value) {
     mCode.pushLiteral(value);
 }
 
-/// Names that nothing declares are the handler's own, but for those of the outermost run handler; a code names a property of the AppleScript object
-/// where no handler around has a variable by that word.
+/// Names that nothing declares are the handler's own, but for those of the outermost run handler; a code names a property of the
+/// AppleScript object where no handler around has a variable by that word.
 Scope::Place HandlerCompiler::placeOf(Object* name) {
     Scope::Place place;
     if (name->kind != ObjectKind::Code || mScope.isVariable(*name))
@@ -182,8 +182,8 @@ void HandlerCompiler::referenceTo(Object* node) {
     const Object* inner = unwrapped(node);
     if (inner->isNode(tagOf(NodeKind::Variable)) && inner->children[0]->kind == ObjectKind::Identifier) {
         const Scope::Place place = placeOf(inner->children[0]);
-        const bool isScripts = place.found == Scope::Found::Global ||
-                               (place.found == Scope::Found::Outside && place.kind == Scope::Kind::Script);
+        const bool isScripts =
+            place.found == Scope::Found::Global || (place.found == Scope::Found::Outside && place.kind == Scope::Kind::Script);
         if (isScripts) {
             mCode.emit(Opcode::PushMe);
             mCode.pushLiteral(inner->children[0]);

@@ -22,8 +22,8 @@ namespace {
 constexpr std::size_t kMaximumDepth = 200;
 
 bool isTextClass(FourCharCode wanted) {
-    return wanted == "utf8"_4cc || wanted == "ut16"_4cc || wanted == "ctxt"_4cc || wanted == "TEXT"_4cc || wanted == "utxt"_4cc || wanted == "itxt"_4cc || wanted == "STXT"_4cc ||
-           wanted == "sutx"_4cc;
+    return wanted == "utf8"_4cc || wanted == "ut16"_4cc || wanted == "ctxt"_4cc || wanted == "TEXT"_4cc || wanted == "utxt"_4cc ||
+           wanted == "itxt"_4cc || wanted == "STXT"_4cc || wanted == "sutx"_4cc;
 }
 
 /// A number as people write it: sign, digits with a point, exponent; blanks around it.

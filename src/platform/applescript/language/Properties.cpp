@@ -201,8 +201,7 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
         if (!isLocal(container))
             return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
         if (isMany(holder->form) && !(key == Value::code("leng"_4cc)) && !(key == Value::code("nmbr"_4cc)) &&
-            !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) && key != kContents &&
-            !(key == Value::code("pcls"_4cc)))
+            !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) && key != kContents && !(key == Value::code("pcls"_4cc)))
             return evaluate(machine, specifier(), how);
         container = follow(machine, container);
         if (container.isFailure() || (key == kContents && !hasContents(container)))

@@ -51,7 +51,8 @@ bool Interpreter::safePoint() {
 
 // --- Finding
 
-/// The script that a handler of the name belongs to, from `first` on upwards; null when there is none. A property may hold another script's handler.
+/// The script that a handler of the name belongs to, from `first` on upwards; null when there is none. A property may hold another script's
+/// handler.
 Script* Interpreter::findHandler(Script* first, Value name, Handler*& handler) {
     Script* holder = nullptr;
     handler = mMachine.findHandler(first, name, &holder);

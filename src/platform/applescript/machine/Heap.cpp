@@ -85,8 +85,8 @@ Handler::Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore)
     : HeapObject(kType), source(block), store(std::move(blockStore)) {}
 
 Handler::Handler(Handler* original, Script* script)
-    : HeapObject(kType), source(original->source), store(original->store), definition(original->definition ? original->definition : original),
-      home(script) {}
+    : HeapObject(kType), source(original->source), store(original->store),
+      definition(original->definition ? original->definition : original), home(script) {}
 
 Handler::~Handler() {
     if (!definition)

@@ -186,7 +186,8 @@ struct Code;
 
 struct Script;
 
-/// A handler. In the slot that its definition gave it it belongs to the script that has the slot; taken out as a value it remembers that script.
+/// A handler. The handler that a definition puts into a slot belongs to the script that has the slot; taken out as a value it remembers
+/// that script.
 struct Handler : HeapObject {
     static constexpr HeapType kType = HeapType::Handler;
     const Object* source;

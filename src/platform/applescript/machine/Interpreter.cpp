@@ -133,14 +133,14 @@ op_Divide : {
     }
     STORE_OR_RAISE(language::divide(machine, x, y));
 }
-#define DIVISION(name, operation, slow, right)                                                                                                       \
-    op_##name : {                                                                                                                                    \
-        const Value x = r[pc->b], y = right;                                                                                                         \
-        if (Value::areIntegers(x, y) && y.uncheckedInteger() > 0) {                                                                                         \
-            r[pc->a] = Value::integer(x.uncheckedInteger() operation y.uncheckedInteger());                                                                        \
-            NEXT();                                                                                                                                  \
-        }                                                                                                                                            \
-        STORE_OR_RAISE(language::slow(machine, x, y));                                                                                               \
+#define DIVISION(name, operation, slow, right)                                                                                             \
+    op_##name : {                                                                                                                          \
+        const Value x = r[pc->b], y = right;                                                                                               \
+        if (Value::areIntegers(x, y) && y.uncheckedInteger() > 0) {                                                                        \
+            r[pc->a] = Value::integer(x.uncheckedInteger() operation y.uncheckedInteger());                                                \
+            NEXT();                                                                                                                        \
+        }                                                                                                                                  \
+        STORE_OR_RAISE(language::slow(machine, x, y));                                                                                     \
     }
     DIVISION(Quotient, /, quotient, r[pc->c])
     DIVISION(QuotientConstant, /, quotient, k[pc->c])
@@ -162,53 +162,53 @@ op_Concatenate : {
 }
 
     // Comparisons, alone and with the branch behind them.
-#define COMPARISON(name, operation)                                                                                                                  \
-    op_##name : {                                                                                                                                    \
-        const Value x = r[pc->b], y = r[pc->c];                                                                                                      \
-        if (Value::areIntegers(x, y)) {                                                                                                              \
-            r[pc->a] = Value::boolean(x.uncheckedInteger() operation y.uncheckedInteger());                                                                        \
-            NEXT();                                                                                                                                  \
-        }                                                                                                                                            \
-        if (x.isNumber() && y.isNumber()) {                                                                                                          \
-            r[pc->a] = Value::boolean(x.asNumber() operation y.asNumber());                                                                          \
-            NEXT();                                                                                                                                  \
-        }                                                                                                                                            \
-        STORE_OR_RAISE(language::compare(machine, Relation::name, x, y));                                                                            \
-    }                                                                                                                                                \
-    op_BranchUnless##name : {                                                                                                                        \
-        const Value x = r[pc->a], y = r[pc->b];                                                                                                      \
-        if (Value::areIntegers(x, y)) {                                                                                                              \
-            if (x.uncheckedInteger() operation y.uncheckedInteger())                                                                                               \
-                NEXT();                                                                                                                              \
-            GO(base + pc->target());                                                                                                                   \
-        }                                                                                                                                            \
-        if (x.isNumber() && y.isNumber()) {                                                                                                          \
-            if (x.asNumber() operation y.asNumber())                                                                                                 \
-                NEXT();                                                                                                                              \
-            GO(base + pc->target());                                                                                                                   \
-        }                                                                                                                                            \
-        SAVE();                                                                                                                                      \
-        const Value truth = language::compare(machine, Relation::name, x, y);                                                                        \
-        if (truth.isFailure())                                                                                                                       \
-            goto raised;                                                                                                                             \
-        if (truth.isTrue())                                                                                                                          \
-            NEXT();                                                                                                                                  \
-        GO(base + pc->target());                                                                                                                       \
-    }                                                                                                                                                \
-    op_BranchUnless##name##Constant : {                                                                                                              \
-        const Value x = r[pc->a], y = k[pc->b];                                                                                                      \
-        if (x.isInteger()) {                                                                                                                         \
-            if (x.uncheckedInteger() operation y.uncheckedInteger())                                                                                               \
-                NEXT();                                                                                                                              \
-            GO(base + pc->target());                                                                                                                   \
-        }                                                                                                                                            \
-        SAVE();                                                                                                                                      \
-        const Value truth = language::compare(machine, Relation::name, x, y);                                                                        \
-        if (truth.isFailure())                                                                                                                       \
-            goto raised;                                                                                                                             \
-        if (truth.isTrue())                                                                                                                          \
-            NEXT();                                                                                                                                  \
-        GO(base + pc->target());                                                                                                                       \
+#define COMPARISON(name, operation)                                                                                                        \
+    op_##name : {                                                                                                                          \
+        const Value x = r[pc->b], y = r[pc->c];                                                                                            \
+        if (Value::areIntegers(x, y)) {                                                                                                    \
+            r[pc->a] = Value::boolean(x.uncheckedInteger() operation y.uncheckedInteger());                                                \
+            NEXT();                                                                                                                        \
+        }                                                                                                                                  \
+        if (x.isNumber() && y.isNumber()) {                                                                                                \
+            r[pc->a] = Value::boolean(x.asNumber() operation y.asNumber());                                                                \
+            NEXT();                                                                                                                        \
+        }                                                                                                                                  \
+        STORE_OR_RAISE(language::compare(machine, Relation::name, x, y));                                                                  \
+    }                                                                                                                                      \
+    op_BranchUnless##name : {                                                                                                              \
+        const Value x = r[pc->a], y = r[pc->b];                                                                                            \
+        if (Value::areIntegers(x, y)) {                                                                                                    \
+            if (x.uncheckedInteger() operation y.uncheckedInteger())                                                                       \
+                NEXT();                                                                                                                    \
+            GO(base + pc->target());                                                                                                       \
+        }                                                                                                                                  \
+        if (x.isNumber() && y.isNumber()) {                                                                                                \
+            if (x.asNumber() operation y.asNumber())                                                                                       \
+                NEXT();                                                                                                                    \
+            GO(base + pc->target());                                                                                                       \
+        }                                                                                                                                  \
+        SAVE();                                                                                                                            \
+        const Value truth = language::compare(machine, Relation::name, x, y);                                                              \
+        if (truth.isFailure())                                                                                                             \
+            goto raised;                                                                                                                   \
+        if (truth.isTrue())                                                                                                                \
+            NEXT();                                                                                                                        \
+        GO(base + pc->target());                                                                                                           \
+    }                                                                                                                                      \
+    op_BranchUnless##name##Constant : {                                                                                                    \
+        const Value x = r[pc->a], y = k[pc->b];                                                                                            \
+        if (x.isInteger()) {                                                                                                               \
+            if (x.uncheckedInteger() operation y.uncheckedInteger())                                                                       \
+                NEXT();                                                                                                                    \
+            GO(base + pc->target());                                                                                                       \
+        }                                                                                                                                  \
+        SAVE();                                                                                                                            \
+        const Value truth = language::compare(machine, Relation::name, x, y);                                                              \
+        if (truth.isFailure())                                                                                                             \
+            goto raised;                                                                                                                   \
+        if (truth.isTrue())                                                                                                                \
+            NEXT();                                                                                                                        \
+        GO(base + pc->target());                                                                                                           \
     }
     COMPARISON(Equal, ==)
     COMPARISON(NotEqual, !=)

@@ -131,7 +131,8 @@ public:
 
     /// Looks for a slot in a script and its parents, the AppleScript object last; `holder` is where it was found. Null when nowhere.
     Value* findSlot(Script* script, Value name, Script** holder = nullptr);
-    /// Looks for a handler likewise. A script without a run handler does not take that of the script it is defined in, which would run it again.
+    /// Looks for a handler likewise. A script without a run handler does not take that of the script it is defined in, which would run it
+    /// again.
     Handler* findHandler(Script* script, Value name, Script** holder = nullptr);
     /// What a slot of `holder` holds, taken out as a value: a handler remembers whose it is.
     Value taken(Value slot, Script* holder);

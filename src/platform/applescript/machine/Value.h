@@ -61,9 +61,7 @@ public:
     /// Of a code or a constant.
     constexpr FourCharCode asCode() const { return isCode() || isConstant() ? static_cast<FourCharCode>(mBits) : 0; }
     constexpr std::uint16_t enumeration() const { return isConstant() ? static_cast<std::uint16_t>(mBits >> 32 & 0x7FFF) : 0; }
-    HeapObject* asObject() const {
-        return isObject() ? reinterpret_cast<HeapObject*>(mBits & 0x0000FFFFFFFFFFFFu) : nullptr;
-    }
+    HeapObject* asObject() const { return isObject() ? reinterpret_cast<HeapObject*>(mBits & 0x0000FFFFFFFFFFFFu) : nullptr; }
     /// For the interpreter's loop, behind a test that the value is an integer.
     constexpr std::int32_t uncheckedInteger() const { return static_cast<std::int32_t>(mBits); }
 

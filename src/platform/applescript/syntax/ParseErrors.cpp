@@ -105,7 +105,8 @@ Object* Parser::expected(std::u16string_view what) {
         if (!afterName || found.word) {
             const Token& before = mTokens[mAt - 1];
             std::u16string previous = before.kind == TokenKind::Text ? u"“\"”" : before.word ? u"identifier" : u"number";
-            return fail(OSASyntaxError, u"A " + describe(0) + u" can’t go after this " + previous + u".", SourceRange{before.start, found.end});
+            return fail(OSASyntaxError, u"A " + describe(0) + u" can’t go after this " + previous + u".",
+                        SourceRange{before.start, found.end});
         }
     }
     return fail(OSASyntaxTypeError, u"Expected " + std::u16string(what) + u" but found " + describe(0) + u".", found);
