@@ -13,3 +13,7 @@ log "a" & {b:1} --> {"a", 1}
 log [1, 2] & {3} --> {1, 2, 3}
 log class of [1] --> list
 log "x" & current application --> "xcurrent application"
+set r to {a:1}
+set s to r & {}
+set a of s to 2
+log r --> {a:1}

@@ -166,12 +166,14 @@ std::vector<Value> partsOf(Value side) {
     return parts;
 }
 
+/// A new record. The first one's value counts where both have a label; the second may be null.
 Value joined(Machine& machine, const Record* first, const Record* second) {
     Record* both = machine.heap().record();
     both->entries = first->entries;
-    for (const Record::Entry& entry : second->entries)
-        if (!both->find(entry.key))
-            both->entries.push_back(entry);
+    if (second)
+        for (const Record::Entry& entry : second->entries)
+            if (!both->find(entry.key))
+                both->entries.push_back(entry);
     return Value::object(both);
 }
 
@@ -197,9 +199,9 @@ Value concatenate(Machine& machine, Value left, Value right) {
         return joined(machine, leftRecord, rightRecord);
     const auto isEmpty = [](Value side) { return is<List>(side) && as<List>(side)->count == 0; };
     if (leftRecord && isEmpty(right))
-        return left;
+        return joined(machine, leftRecord, nullptr);
     if (rightRecord && isEmpty(left))
-        return right;
+        return joined(machine, rightRecord, nullptr);
     List* first = as<List>(left);
     if (!first)
         first = machine.heap().concatenate(machine.heap().list(2), partsOf(left));
