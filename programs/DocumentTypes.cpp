@@ -156,7 +156,8 @@ QStringList desktopTypesFor(const DocumentTypes& types, const QVariantMap& info)
     }
     // Kinds of files: a bundle that claims a scheme of addresses or what is plugged in would open in place of the browser.
     static const QRegularExpression valid(
-        u"^(application|audio|font|image|message|model|multipart|text|video|x-(?!scheme-handler/|content/)[a-z0-9-]+)/[A-Za-z0-9!#$&^_.+-]+$"_s);
+        u"^(application|audio|font|image|message|model|multipart|text|video|x-(?!scheme-handler/|content/)[a-z0-9-]+)/"
+        u"[A-Za-z0-9!#$&^_.+-]+$"_s);
     QStringList result = all.filter(valid);
     result.removeDuplicates();
     result.sort();

@@ -54,7 +54,7 @@ void EventSocket::answer(std::uint32_t id, const AEDesc& reply) {
     AEFrame frame{.kind = AEFrame::Kind::Reply, .id = id};
     (void)AEFlattenDesc(reply, frame.payload);
     const std::string bytes = frame.bytes();
-    // Who asked waits for it: the socket takes it as fast as it is read.
+    // The asking program waits for the reply and reads it, so writing without a poll does not block for long.
     for (std::string_view rest = bytes; !rest.empty() && isOpen();) {
         const ssize_t count = ::send(STDIN_FILENO, rest.data(), rest.size(), MSG_NOSIGNAL);
         if (count < 0 && errno != EINTR)

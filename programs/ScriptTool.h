@@ -23,7 +23,7 @@ std::optional<std::string> readInput(const std::string& program, const std::stri
 /// Loads compiled input or compiles source, told by content. `id` is new.
 OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSAID& id, bool& isCompiled);
 
-/// What a component says of its last error, or what a bare status says.
+/// A failed call of a component, in words: the component's last error, or a bare status.
 struct ScriptFailure {
     OSStatus number = noErr;
     std::string message;

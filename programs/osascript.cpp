@@ -38,8 +38,8 @@ struct Settings {
     bool errorsOnOutput = false;
 };
 
-/// What a compiled script keeps from one run to the next: its properties are stored back into its file when a run has changed them and the
-/// file may be written. An applet's own file is left alone: that is the applet's business.
+/// The properties of a compiled script, which last from one run to the next: they are stored back into its file when a run has changed them
+/// and the file may be written. An applet's own file is left alone: that is the applet's business.
 class StoredProperties {
 public:
     /// `file` is empty for a script that has none.

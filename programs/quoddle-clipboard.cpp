@@ -6,6 +6,7 @@
 // One decision: it has no window, so on Wayland it needs a desktop that lets programs without one have the clipboard. Where there is none,
 // an X server for older programs, which shares the clipboard, is the second best.
 #include "EventSocket.h"
+#include "platform/base/ProgramMain.h"
 #include "platform/clipboard/DataControlClipboard.h"
 #include "platform/clipboard/QtClipboard.h"
 
@@ -59,9 +60,7 @@ void perform(DesktopClipboard& clipboard, const AEDesc& event, const EventSocket
     completion(reply);
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int holdClipboard(int argc, char** argv) {
     if (!EventSocket::isOnStandardInput()) { // otherwise the argument is the name of a script
         const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
         std::fputs("quoddle-clipboard: holds what scripts copy; other programs start it when they need it\n", isAsked ? stdout : stderr);
@@ -83,4 +82,10 @@ int main(int argc, char** argv) {
     QObject::connect(&socket, &EventSocket::closed, &application, endWhenDone);
     QObject::connect(clipboard.get(), &DesktopClipboard::lost, &application, endWhenDone);
     return QGuiApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("quoddle-clipboard", argc, argv, &holdClipboard);
 }

@@ -35,8 +35,8 @@ void beginDialogSession(DialogForm form, DialogAnswer answer);
 /// The application ends: the events of dialogs that have not been shown yet are answered with an error.
 void dropWaitingDialogs();
 
-/// Nobody will answer any more: the dialog that is up goes, and the script gets -128 for it and for those that wait. May return before the
-/// dialog has gone.
+/// For the end of the session, when no user will answer: takes the dialog away that is up; its command and those that wait are answered
+/// with -128. May return before the dialog has gone.
 void cancelDialogs();
 
 /// The applet's window, visible or not; null when it has none.

@@ -21,8 +21,7 @@ std::optional<std::string> bundleParameter(const AEDesc& event);
 /// Below Contents/Resources. Nothing for paths that lead out of it.
 std::optional<std::string> resourceInBundle(const std::string& bundle, std::string_view folder, std::string_view name);
 
-/// What a table of texts has for a key, in the first of the user's languages that has the table. Nothing without an
-/// entry.
+/// The text for a key of a table of texts, in the first of the user's languages that has the table. Nothing without an entry.
 std::optional<std::u16string> localizedText(const std::string& bundle, std::string_view table, std::u16string_view key);
 
 } // namespace quoddle::additions

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/additions/ClipboardProcess.h"
 
+#include "platform/additions/Interaction.h"
+
 #include <cstdlib>
 #include <string_view>
 

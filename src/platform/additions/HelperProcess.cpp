@@ -32,13 +32,6 @@ std::string applicationName() {
 
 } // namespace
 
-bool hasDisplay() {
-    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        if (const char* value = std::getenv(variable); value && *value)
-            return true;
-    return false;
-}
-
 /// The other end of its standard input is our socket.
 class HelperProcess::Child {
 public:
@@ -51,7 +44,7 @@ public:
     /// Idle children should be silent; one that is not has ended, or has lost its way.
     bool isUsable() const;
     Outcome ask(const AEDesc& event, AEDesc& answer, const AEHandlerContext& context);
-    /// What it has ended with; it is made to when it does not by itself.
+    /// The exit status. Waits a moment for the child to end by itself, then kills it.
     int exitStatus();
 
 private:

@@ -14,12 +14,9 @@
 
 namespace quoddle::additions {
 
-/// Whether the environment names a display, or an interface of Qt that works without one.
-bool hasDisplay();
-
 class HelperProcess {
 public:
-    /// What becomes of the process when whoever has asked gives up, or goes.
+    /// The fate of the helper when the caller gives up waiting, or ends.
     enum class Ending {
         withUs, ///< killed when it is busy
         stays   ///< left alone, in a session of its own: it has something to keep and ends when it is done

@@ -67,7 +67,7 @@ private:
     posix_spawnattr_t mAttributes;
 };
 
-/// Whoever waits for the other end of a pipe of ours must not wait for the guard.
+/// The guard lives longer than this process may: a pipe that it had inherited would never come to its end for the reader.
 void closeAllBut(std::array<int, 4> kept) {
     std::sort(kept.begin(), kept.end());
     unsigned from = 0;

@@ -24,14 +24,15 @@ public:
 
     /// Whether it could be started.
     bool isStarted() const { return mGuard > 0; }
-    /// What it writes, read by the caller. Its children may keep them open when it has ended.
+    /// Descriptors to read the command's output and errors from. Processes that it has started may keep them open when the command has
+    /// ended.
     int output() const { return mOutput.number(); }
     int errors() const { return mErrors.number(); }
     /// Can be read from when the shell has ended.
     int ending() const { return mReport.number(); }
     /// As waitpid() tells it, once; nothing when the guard has gone without a word.
     std::optional<int> takeStatus();
-    /// What the command has left running goes on.
+    /// Gives up the group: processes that the command has left running go on.
     void release();
 
 private:

@@ -64,7 +64,7 @@ bool isProgram(const fs::path& path) {
     return ::access(path.c_str(), X_OK) == 0 && !fs::is_directory(path);
 }
 
-/// What the bundle says that it is started with, a program in Contents/Linux; empty when there is none.
+/// The program in Contents/Linux that the bundle names as its executable; empty when there is none.
 fs::path executableOf(const fs::path& bundle) {
     const auto info = readFile(bundle / "Contents/Info.plist", kLargestInfo);
     const auto texts = info ? readStrings(*info).texts : decltype(StringsTable::texts)();
