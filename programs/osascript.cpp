@@ -43,35 +43,31 @@ struct Settings {
 class StoredProperties {
 public:
     /// `file` is empty for a script that has none.
-    StoredProperties(ComponentInstance instance, OSAID script, const std::string& file)
-        : mInstance(instance), mScript(script), mFile(file.empty() ? file : scriptFileOf(file)) {
+    StoredProperties(ComponentInstance instance, OSAID script, const std::string& file) : mInstance(instance), mScript(script) {
+        if (file.empty())
+            return;
+        const std::string scriptFile = scriptFileOf(file);
         AEDesc names;
-        const bool isApplet = bundleOfScriptFile(mFile).ends_with(".app");
-        const bool has =
-            !mFile.empty() && !isApplet && OSAGetPropertyNames(instance, kOSAModeNull, script, names) == noErr && names.count() > 0;
-        if (has && ::access(mFile.c_str(), W_OK) == 0)
-            mBefore = stored();
+        if (bundleOfScriptFile(scriptFile).ends_with(".app") || ::access(scriptFile.c_str(), W_OK) != 0 ||
+            OSAGetPropertyNames(instance, kOSAModeNull, script, names) != noErr || names.count() == 0)
+            return;
+        if (OSASetScriptInfo(instance, script, "modi"_4cc, 0) == noErr)
+            mFile = scriptFile;
     }
 
     void keep() const {
-        if (mBefore.empty())
+        std::int32_t isModified = 0;
+        if (mFile.empty() || OSAGetScriptInfo(mInstance, mScript, "modi"_4cc, isModified) != noErr || !isModified)
             return;
-        const std::string after = stored();
-        if (!after.empty() && after != mBefore)
-            (void)writeFile(mFile, after); // a disk that is full is no reason to call the run a failure
+        AEDesc bytes;
+        if (OSAStore(mInstance, mScript, "scpt"_4cc, kOSAModeNull, bytes) == noErr)
+            (void)writeFile(mFile, std::string(bytes.data())); // a disk that is full is no reason to call the run a failure
     }
 
 private:
-    /// Empty when the script holds what cannot be stored.
-    std::string stored() const {
-        AEDesc bytes;
-        return OSAStore(mInstance, mScript, "scpt"_4cc, kOSAModeNull, bytes) == noErr ? std::string(bytes.data()) : std::string();
-    }
-
     ComponentInstance mInstance;
     OSAID mScript;
-    std::string mFile;
-    std::string mBefore;
+    std::string mFile; // empty: nothing is to be stored
 };
 
 OSStatus run(ComponentInstance instance, OSAID script, const std::vector<std::string>& arguments, OSAID& result) {

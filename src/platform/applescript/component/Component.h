@@ -72,6 +72,7 @@ private:
     struct Slot {
         Value value;
         std::string location; // of "fref"; empty when unknown
+        std::optional<std::uint64_t> fingerprint = {}; // of "modi", when its changes are watched
     };
     /// The last error of a script, apart from the machine, whose error goes with the run.
     struct LastError {

@@ -4,6 +4,7 @@
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
 #include "platform/applescript/component/EventCodes.h"
+#include "platform/applescript/component/Fingerprint.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Commands.h"
 #include "platform/applescript/syntax/NodeKind.h"
@@ -247,19 +248,24 @@ OSStatus Component::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t&
     case "best"_4cc:
         info = static_cast<std::int32_t>(slot->value.isUndefined() ? "type"_4cc : descriptorTypeOf(mMachine, slot->value));
         return noErr;
-    case "modi"_4cc:
-        info = 0;
+    case "modi"_4cc: // changed since somebody asked to watch it
+        info = slot->fingerprint && *slot->fingerprint != fingerprintOf(slot->value);
         return noErr;
     default:
         return errOSABadSelector;
     }
 }
 
-OSStatus Component::setScriptInfo(OSAID id, FourCharCode selector, std::int32_t) {
+/// "modi": the script counts as unchanged from now on, or as changed when `info` says so.
+OSStatus Component::setScriptInfo(OSAID id, FourCharCode selector, std::int32_t info) {
     Entry entry(*this);
     if (!find(id))
         return errOSAInvalidID;
-    return selector == "modi"_4cc ? noErr : errOSABadSelector;
+    if (selector != "modi"_4cc)
+        return errOSABadSelector;
+    Slot& slot = mSlots[id];
+    slot.fingerprint = fingerprintOf(slot.value) ^ (info != 0);
+    return noErr;
 }
 
 OSStatus Component::getScriptFile(OSAID id, FourCharCode selector, std::string& path) {

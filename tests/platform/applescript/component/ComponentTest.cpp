@@ -354,5 +354,38 @@ TEST_F(ComponentTest, AnotherThreadGetsItsTurnDuringARun) {
     OSASetActiveProc(instance, nullptr, nullptr);
 }
 
+TEST_F(ComponentTest, KnowsWhetherARunHasChangedTheScript) {
+    const std::u16string properties =
+        u"property n : 0\nproperty t : \"ab\"\nproperty l : {1, {2}}\nproperty m : {1, {3}}\nproperty r : {a:{b:1}}\n"
+        u"property d : date \"1/1/2001\"\nscript s\nproperty p : 1\nend script\non f(x)\nreturn x + n\nend f\n";
+    const std::pair<const char16_t*, bool> rows[] = {
+        {u"f(3)", false},
+        {u"set n to 0", false},
+        {u"set l to {1, {2}}", false}, // equal, if not the same
+        {u"set n to 1", true},
+        {u"set n to 0.5", true},
+        {u"set t to \"ba\"", true},
+        {u"set item 1 of item 2 of l to 3", true},
+        {u"set end of l to 1", true},
+        {u"set {l, m} to {m, l}", true},
+        {u"set b of a of r to 2", true},
+        {u"set time of d to 5", true},
+        {u"set p of s to 2", true},
+    };
+    for (const auto& [statement, changes] : rows) {
+        const OSAID script = compiled(properties + statement);
+        std::int32_t isModified = -1;
+        EXPECT_EQ(OSASetScriptInfo(instance, script, "modi"_4cc, 0), noErr);
+        EXPECT_EQ(OSAGetScriptInfo(instance, script, "modi"_4cc, isModified), noErr);
+        EXPECT_EQ(isModified, 0);
+        run(script);
+        (void)OSAGetScriptInfo(instance, script, "modi"_4cc, isModified);
+        EXPECT_EQ(isModified, changes) << utf8FromUTF16(statement);
+        (void)OSASetScriptInfo(instance, script, "modi"_4cc, 1);
+        (void)OSAGetScriptInfo(instance, script, "modi"_4cc, isModified);
+        EXPECT_EQ(isModified, 1);
+    }
+}
+
 } // namespace
 } // namespace quoddle
