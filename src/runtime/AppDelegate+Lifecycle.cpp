@@ -206,16 +206,8 @@ void AppDelegate::_windowWillClose(const NSNotification& notification) {
     setApplicationTriedToQuit(true);
     mKeepsWindow = false;
     mStoppedByClosing = _isRespondingToScript();
-    // Kept on purpose: to close the window of an applet that does nothing is to ask it to quit, with an idle handler as well as without,
-    // and a quit handler that refuses brings the window back, as after any other request. What Stop does to a script with an idle handler,
-    // which is to call the quit handler without a question, would let the closing of the last window end the applet before that handler has
-    // decided.
-    if (hasQuitHandler() && !mStoppedByClosing) {
-        setUserStoppedScript(true);
-        terminate();
-    } else {
-        stopRunningScript();
-    }
+    // A quit handler that this starts decides whether the applet ends; when it refuses, the window comes back.
+    stopRunningScript();
     // The question that the closing leads to comes in this turn of the loop.
     MainThread::dispatchAsync([this] { mStoppedByClosing = false; });
 }

@@ -69,7 +69,7 @@ void NSApplication::handleQuitEvent(const NSAppleEventDescriptorRef& reply) {
     if (suspended)
         mQuitEvents.push_back(suspended);
     terminate();
-    const bool undecided = mReplyPending || (mDelegate && mDelegate->isDecidingTermination());
+    const bool undecided = isDecidingTermination();
     if (mTerminating || undecided)
         return;
     AEPutError(reply, userCanceledErr);

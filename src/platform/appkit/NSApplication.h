@@ -51,9 +51,11 @@ public:
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
     void terminationWasRefused() override { answerQuitEvents(userCanceledErr); }
-    /// Called by a window that the user has closed: asks the delegate when it was the last one, unless closing it has led to a question
+    /// Called by a window that the user has closed: asks the delegate when it was the last one, unless the closing has led to a question
     /// already.
     void windowDidClose(const NSWindow& window, bool askedToTerminate);
+    /// The delegate was asked whether to terminate, or asks its script, and has not come to an answer.
+    bool isDecidingTermination() const { return mReplyPending || (mDelegate && mDelegate->isDecidingTermination()); }
     /// How often terminate() has asked the delegate.
     int terminationQuestionCount() const { return mTerminationQuestions; }
 

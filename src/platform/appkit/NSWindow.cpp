@@ -140,12 +140,14 @@ void NSWindow::closeEvent(QCloseEvent* event) {
     }
     auto* application = NSApplication::sharedApplication();
     const int questions = application ? application->terminationQuestionCount() : 0;
+    const bool wasDeciding = application && application->isDecidingTermination();
     NSNotificationCenter::defaultCenter().postNotification(NSWindowWillCloseNotification, this);
     event->accept();
     if (!application)
         return;
     // In the same turn: a delegate knows then what has led to the question.
-    application->windowDidClose(*this, application->terminationQuestionCount() != questions);
+    const bool hasBegunToDecide = !wasDeciding && application->isDecidingTermination();
+    application->windowDidClose(*this, hasBegunToDecide || application->terminationQuestionCount() != questions);
 }
 
 QDialog* NSWindow::attachedSheet() const {
