@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What comparing texts looks at: the considerations of scripts, as the machine and Apple events have them.
+// The considerations of scripts (case, diacriticals, …) under which texts are compared, as bits of the machine and of Apple events.
 #pragma once
 
 #include <cstdint>

@@ -65,7 +65,8 @@ Result<std::string, OSStatus> readAll(int descriptor, std::size_t expectedSize, 
     return bytes;
 }
 
-/// What stands where a file is to be written. The kernel follows links, and not those that it does not trust.
+/// The place where a file is to be written, and the file that is there already. Links are resolved by the kernel, which refuses those that
+/// its protection of shared folders does not trust.
 struct Place {
     std::string path; // without a link at its end
     struct stat info {};

@@ -14,8 +14,7 @@ namespace quoddle {
 /// the reading failed.
 Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maximumSize);
 
-/// What an open descriptor, such as that of a pipe, has until its end, which is waited for. -108 more than `maximumSize` bytes, -36 the
-/// reading failed.
+/// Reads an open descriptor, such as that of a pipe, and waits for its end. -108: more than `maximumSize` bytes; -36: the reading failed.
 Result<std::string, OSStatus> readToEnd(int descriptor, std::size_t maximumSize);
 
 /// Writes beside the file and renames, so that the file is the old one or the new one at all times. Links are followed. An existing file

@@ -31,7 +31,7 @@ void AEWithdrawApplication();
 /// Removes both.
 void AEUnregisterApplication();
 
-/// What scripts call the application that they run in: the name it has registered, else that of the program.
+/// The name that scripts have for the application they run in: its registered name, else that of the program.
 std::string AECurrentApplicationName();
 
 /// False for one that has ended, also when nobody has collected it yet.

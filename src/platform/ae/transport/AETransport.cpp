@@ -96,7 +96,7 @@ OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::
     return AESendToProcess(processID, event, reply, sendMode, timeoutInTicks, options);
 }
 
-/// Nobody could be found, and who is launched would not be heard of.
+/// For an application that is not running and cannot be started, or whose start this process would not hear of.
 OSStatus answerThatNobodyIsFound(const AEDesc& event, AEDesc* reply, OSStatus status) {
     if (!reply)
         return status;

@@ -25,7 +25,7 @@ public:
 
     /// The index of a name of this scope, added when it is new.
     std::size_t add(Object* name);
-    /// This handler, or one around, has a variable of the name.
+    /// Whether the handler of this scope, or a handler around, has a variable of the name.
     bool isVariable(const Object& name) const;
     bool contains(const Object& name) const { return mIndexes.contains(nameKey(name)); }
 

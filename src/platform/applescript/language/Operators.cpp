@@ -153,7 +153,7 @@ int truth(Machine& machine, Value value) {
 
 namespace {
 
-/// What a side of "&" adds to a list: the items of a list, the values of a record, or itself.
+/// The items that one side of "&" adds to a list: the items of a list, the values of a record, else the side itself.
 std::vector<Value> partsOf(Value side) {
     if (const List* list = as<List>(side))
         return {list->items, list->items + list->count};

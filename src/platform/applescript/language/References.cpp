@@ -112,7 +112,7 @@ std::uint32_t placeInList(const List* list, FourCharCode elementClass, std::int6
     return index != 0 && place >= 0 && place < count ? places[static_cast<std::size_t>(place)] : kNowhere;
 }
 
-/// Where the index-th element of a class lies in its container: its first and its last character, or item. False when there is none.
+/// Sets `span` to the first and last character, or item, of the index-th element of a class in its container. False when there is none.
 bool spanOf(Machine& machine, Value container, FourCharCode elementClass, std::int64_t index, Span& span) {
     if (const Text* text = as<Text>(container))
         return isTextElement(elementClass) && elementAt(machine, text, elementClass, index, span);
@@ -122,7 +122,7 @@ bool spanOf(Machine& machine, Value container, FourCharCode elementClass, std::i
     return place != kNowhere;
 }
 
-/// Where a boundary of a range lies in its container. False without an error when the container has no such element.
+/// Sets `span` to the place of a range's boundary in its container. False without an error when the container has no such element.
 bool boundary(Machine& machine, Value container, Value elementClass, Value bound, Span& span) {
     if (const Specifier* element = as<Specifier>(bound);
         element && element->form == Specifier::Form::Element && element->container == container && element->a.isCode()) {

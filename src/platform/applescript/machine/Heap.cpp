@@ -486,7 +486,7 @@ void Heap::collect() {
     try {
         markAll();
     } catch (const std::bad_alloc&) {
-        // What is marked in part must not be taken for the whole. Nothing is lost but the garbage, for which there is another time.
+        // A half-marked heap must not be swept: its unmarked objects may be alive. The garbage stays until the next collection.
         unmarkAll();
         mThreshold = mAllocated + kMinimumThreshold;
         return;

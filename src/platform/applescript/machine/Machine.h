@@ -134,7 +134,7 @@ public:
     /// Looks for a handler likewise. A script without a run handler does not take that of the script it is defined in, which would run it
     /// again.
     Handler* findHandler(Script* script, Value name, Script** holder = nullptr);
-    /// What a slot of `holder` holds, taken out as a value: a handler remembers whose it is.
+    /// The value of one of `holder`'s slots as other variables may have it: a handler then remembers its script.
     Value taken(Value slot, Script* holder);
     /// The parent of a script as a script; null when it is not one.
     Script* parentOf(Script* script);

@@ -200,9 +200,10 @@ private:
     Object* pattern();
     /// A word of the language that a handler takes as the name of a variable; null when none stands here.
     Object* wordAsVariable();
-    /// Such a variable stands here. Before `of` the word asks for the property, unless it is an index.
+    /// Whether the next token is a word of the language that is a variable here. Before `of` the word asks for the property, unless it is
+    /// an index.
     bool atWordVariable(bool isIndex = false) const;
-    /// The name of a handler that is a word of the language stands here, its arguments behind it.
+    /// Whether the next token is a word of the language that names a handler, with its arguments behind.
     bool atWordHandler() const;
     void findHandlerNames();
     Object* scriptObject();
