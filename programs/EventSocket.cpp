@@ -5,15 +5,40 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace quoddle {
 
-bool EventSocket::isOnStandardInput() {
+namespace {
+
+constexpr int kUsageError = 2;
+
+bool isSocket(int descriptor) {
     struct stat status {};
-    return ::fstat(STDIN_FILENO, &status) == 0 && S_ISSOCK(status.st_mode);
+    return ::fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
+}
+
+/// Qt reports that there is no display and aborts, which would leave a core.
+void endQuietly(QtMsgType type, const QMessageLogContext&, const QString&) {
+    if (type == QtFatalMsg)
+        std::_Exit(EventSocket::kNoDisplayStatus);
+}
+
+} // namespace
+
+std::optional<int> EventSocket::startedByHand(const char* purpose, int argc, char** argv) {
+    if (isSocket(STDIN_FILENO)) {
+        qInstallMessageHandler(&endQuietly);
+        return std::nullopt;
+    }
+    const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
+    std::fprintf(isAsked ? stdout : stderr, "%s; other programs start it when they need it\n", purpose);
+    return isAsked ? EXIT_SUCCESS : kUsageError;
 }
 
 AEDesc EventSocket::emptyReply() {

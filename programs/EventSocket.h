@@ -6,6 +6,7 @@
 #include "platform/ae/transport/AEFrame.h"
 
 #include <functional>
+#include <optional>
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -19,8 +20,12 @@ public:
     /// Calls the completion once, perhaps before it returns.
     using Handler = std::function<void(const AEDesc& event, Completion completion)>;
 
-    /// Otherwise a person has started the program.
-    static bool isOnStandardInput();
+    /// The exit status of a program that serves such a socket when it cannot reach a display.
+    static constexpr int kNoDisplayStatus = 3;
+    /// The first thing in such a program. Without a socket on standard input a person has started it: tells them its `purpose`, on standard
+    /// output with --help, and answers the status to end with. Else nothing, and Qt ends the program with kNoDisplayStatus, without a core,
+    /// when it finds no display.
+    static std::optional<int> startedByHand(const char* purpose, int argc, char** argv);
     static AEDesc emptyReply();
     explicit EventSocket(Handler handler);
 

@@ -10,9 +10,7 @@
 #include "platform/clipboard/DataControlClipboard.h"
 #include "platform/clipboard/QtClipboard.h"
 
-#include <cstdio>
 #include <cstdlib>
-#include <string_view>
 #include <unistd.h>
 
 #include <QGuiApplication>
@@ -20,15 +18,6 @@
 using namespace quoddle;
 
 namespace {
-
-constexpr int kUsageError = 2;
-constexpr int kNoDisplay = 3; // known to who starts us
-
-/// Qt ends a program that finds no display by aborting, which leaves a core; it is nothing out of the ordinary.
-void endQuietly(QtMsgType type, const QMessageLogContext&, const QString&) {
-    if (type == QtFatalMsg)
-        std::_Exit(kNoDisplay);
-}
 
 /// Whether a Wayland desktop lets us have its clipboard. If so, the application needs no windows; if not, it is better off without Wayland.
 bool chooseWayland() {
@@ -61,19 +50,15 @@ void perform(DesktopClipboard& clipboard, const AEDesc& event, const EventSocket
 }
 
 int holdClipboard(int argc, char** argv) {
-    if (!EventSocket::isOnStandardInput()) { // otherwise the argument is the name of a script
-        const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
-        std::fputs("quoddle-clipboard: holds what scripts copy; other programs start it when they need it\n", isAsked ? stdout : stderr);
-        return isAsked ? EXIT_SUCCESS : kUsageError;
-    }
-    qInstallMessageHandler(&endQuietly);
+    if (const auto status = EventSocket::startedByHand("quoddle-clipboard: holds what scripts copy", argc, argv))
+        return *status;
     if (::chdir("/") != 0) // it may stay for days, and is to keep no disk from being ejected
         return EXIT_FAILURE;
     const bool isWayland = chooseWayland();
     QGuiApplication application(argc, argv);
     const auto clipboard = connectToDesktop(isWayland);
     if (!clipboard)
-        return kNoDisplay;
+        return EventSocket::kNoDisplayStatus;
     EventSocket socket([&](const AEDesc& event, const EventSocket::Completion& completion) { perform(*clipboard, event, completion); });
     const auto endWhenDone = [&] {
         if (!socket.isOpen() && !clipboard->isOwner())

@@ -15,7 +15,6 @@
 #include "platform/panels/StandardCommands.h"
 
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <tuple>
 
@@ -27,23 +26,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kUsageError = 2;
-constexpr int kNoDisplay = 3; // known to who starts us
 constexpr auto kFirstDialogTime = std::chrono::milliseconds(300);
 
-/// Qt ends a program that finds no display by aborting, which leaves a core; it is nothing out of the ordinary.
-void endQuietly(QtMsgType type, const QMessageLogContext&, const QString&) {
-    if (type == QtFatalMsg)
-        std::_Exit(kNoDisplay);
-}
-
 int perform(int argc, char** argv) {
-    if (!EventSocket::isOnStandardInput()) { // otherwise the argument is the name of a script
-        const bool isAsked = argc > 1 && std::string_view(argv[1]) == "--help";
-        std::fputs("quoddle-dialogs: shows dialogs for other programs, which start it when they need it\n", isAsked ? stdout : stderr);
-        return isAsked ? EXIT_SUCCESS : kUsageError;
-    }
-    qInstallMessageHandler(&endQuietly);
+    if (const auto status = EventSocket::startedByHand("quoddle-dialogs: shows dialogs", argc, argv))
+        return *status;
     QCoreApplication::setApplicationName(argc > 1 ? QFile::decodeName(argv[1]) : u"Script"_s);
     setUserDefaultsDomain(u"quoddle-dialogs"_s);
     NSApplication application(argc, argv);

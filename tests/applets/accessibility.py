@@ -39,10 +39,10 @@ class AccessibleCase(harness.AppletCase):
     def setUpClass(cls):
         super().setUpClass()
         environment = cls.display.environment
-        cls.bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; read line'], env=environment,
-                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        environment.update(DBUS_SESSION_BUS_ADDRESS=cls.bus.stdout.readline().strip(), QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        cls.bus = harness.SessionBus(environment)
+        environment.update(DBUS_SESSION_BUS_ADDRESS=cls.bus.address, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         cls.launcher = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        subprocess.run(["gdbus", "wait", "--session", "--timeout", str(harness.DEADLINE), "org.a11y.Bus"], env=environment, check=True)
         os.environ.update({name: environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
         from gi.repository import Atspi
         Atspi.init()
@@ -52,7 +52,7 @@ class AccessibleCase(harness.AppletCase):
     def tearDownClass(cls):
         cls.launcher.terminate()
         cls.launcher.wait()
-        cls.bus.communicate("\n", timeout=harness.DEADLINE)
+        cls.bus.close()
         super().tearDownClass()
 
     def showing(self):

@@ -66,10 +66,9 @@ class Desktop(harness.AppletCase):
                                 XDG_DATA_HOME=str(self.folder / "data"), XDG_RUNTIME_DIR=str(self.folder / "run"), QUODDLE_SHELL=str(binaries() / "quoddle-shell"))
         (self.folder / "run").mkdir(mode=0o700)
         # The folder of the services is not there yet: that the bus finds one all the same is the installer's work.
-        bus = subprocess.Popen(["dbus-run-session", "--", "sh", "-c", 'echo "$DBUS_SESSION_BUS_ADDRESS"; read line'], env=self.environment,
-                               stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        self.addCleanup(lambda: bus.communicate("\n", timeout=harness.DEADLINE))
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+        bus = harness.SessionBus(self.environment)
+        self.addCleanup(bus.close)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address
         self.processes = []
         self.addCleanup(self.end_all)
 

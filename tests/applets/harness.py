@@ -93,6 +93,26 @@ class Display:
             process.wait()
 
 
+class SessionBus:
+    """A session bus that starts the services in the user's own folder, `XDG_DATA_HOME`, and none of those that are installed on the machine: there a
+    daemon would answer where a test wants nobody."""
+
+    def __init__(self, environment):
+        self.folder = tempfile.TemporaryDirectory()
+        config = pathlib.Path(self.folder.name, "session.conf")
+        config.write_text(f"""<busconfig><type>session</type><keep_umask/><listen>unix:dir={self.folder.name}</listen><auth>EXTERNAL</auth>
+            <servicedir>{environment.get("XDG_DATA_HOME", self.folder.name)}/dbus-1/services</servicedir>
+            <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>""")
+        self.daemon = subprocess.Popen(["dbus-daemon", f"--config-file={config}", "--nofork", "--print-address"], env=environment,
+                                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, preexec_fn=_dies_with_us)
+        self.address = self.daemon.stdout.readline().strip()
+
+    def close(self):
+        self.daemon.terminate()
+        self.daemon.communicate()
+        self.folder.cleanup()
+
+
 class Applet:
     def __init__(self, case, name, source, options=(), files=()):
         self.case = case
