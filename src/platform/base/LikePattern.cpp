@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "platform/base/LikePattern.h"
+
+#include "platform/base/Considering.h"
+#include "platform/base/TextSearch.h"
+
+#include <algorithm>
+#include <unicode/uchar.h>
+#include <unicode/utf16.h>
+
+namespace quoddle {
+
+namespace {
+
+constexpr char16_t kAnyUnit = 0xFFFF; // no character: cannot stand in a text
+
+std::uint32_t consideringFor(std::uint8_t options) {
+    std::uint32_t considering = kDefaultConsiderations | kConsiderCase;
+    if (options & LikePattern::ignoresCase)
+        considering &= ~std::uint32_t(kConsiderCase);
+    if (options & LikePattern::ignoresDiacritics)
+        considering &= ~std::uint32_t(kConsiderDiacriticals);
+    return considering;
+}
+
+enum class Sign { letter, digit, other };
+
+Sign signOf(UChar32 c) {
+    return u_isdigit(c) ? Sign::digit : u_isalpha(c) || u_charType(c) == U_NON_SPACING_MARK ? Sign::letter : Sign::other;
+}
+
+bool isBetweenWords(std::u16string_view text, std::size_t place) {
+    if (place == 0 || place >= text.size())
+        return true;
+    UChar32 before, after;
+    const auto length = static_cast<std::int32_t>(text.size());
+    std::int32_t at = static_cast<std::int32_t>(place);
+    U16_GET(text.data(), 0, at, length, after);
+    U16_PREV(text.data(), 0, at, before);
+    const Sign left = signOf(before), right = signOf(after);
+    return left == Sign::other || left != right || (u_islower(before) && u_isupper(after));
+}
+
+} // namespace
+
+/// A text as it is compared, and where its words begin and end.
+class LikePattern::Text {
+public:
+    Text(std::u16string_view text, std::uint8_t options) : mWhole(text), mReduced(reduceText(text, consideringFor(options))) {}
+
+    std::u16string_view units() const { return mReduced.units; }
+    /// A place between two units that came from one character is none between words.
+    bool isBetweenWords(std::size_t at) const {
+        const auto& places = mReduced.places;
+        return (at == 0 || places[at - 1] != places[at]) && quoddle::isBetweenWords(mWhole, places[at]);
+    }
+
+private:
+    const std::u16string_view mWhole;
+    const ReducedText mReduced;
+};
+
+LikePattern::LikePattern(std::u16string_view pattern, std::uint8_t options) : mOptions(options), mPieces(1) {
+    std::u16string literal;
+    const auto endLiteral = [&] {
+        const ReducedText reduced = reduceText(literal, consideringFor(options));
+        mPieces.back().insert(mPieces.back().end(), reduced.units.begin(), reduced.units.end());
+        literal.clear();
+    };
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        const char16_t unit = pattern[i];
+        if (unit == u'\\' && i + 1 < pattern.size() && std::u16string_view(u"*?\\").find(pattern[i + 1]) != std::u16string_view::npos) {
+            literal += pattern[++i];
+        } else if (unit == u'?') {
+            endLiteral();
+            mPieces.back().push_back(kAnyUnit);
+        } else if (unit == u'*') {
+            endLiteral();
+            mPieces.emplace_back();
+        } else {
+            literal += unit;
+        }
+    }
+    endLiteral();
+}
+
+bool LikePattern::isAt(const Piece& piece, const Text& text, std::size_t at, std::size_t& end) const {
+    const std::u16string_view units = text.units();
+    for (const char16_t wanted : piece) {
+        if (at >= units.size() || (wanted != kAnyUnit && units[at] != wanted))
+            return false;
+        at += wanted == kAnyUnit && U16_IS_LEAD(units[at]) && at + 1 < units.size() ? 2 : 1;
+    }
+    end = at;
+    return true;
+}
+
+/// Behind the first place of the piece, or kNowhere.
+std::size_t LikePattern::find(const Piece& piece, const Text& text, std::size_t from, bool startsWord, bool endsWord) const {
+    for (std::size_t at = from; at <= text.units().size(); ++at) {
+        std::size_t end;
+        if (isAt(piece, text, at, end) && (!startsWord || text.isBetweenWords(at)) && (!endsWord || text.isBetweenWords(end)))
+            return end;
+    }
+    return kNowhere;
+}
+
+bool LikePattern::matches(std::u16string_view whole) const {
+    const Text text(whole, mOptions);
+    const bool byWords = mOptions & matchesWords;
+    const Piece& first = mPieces.front();
+    const bool isOnly = mPieces.size() == 1;
+    std::size_t at = 0;
+    if (byWords) {
+        at = find(first, text, 0, true, isOnly);
+        if (isOnly || at == kNowhere)
+            return at != kNowhere;
+    } else if (!isAt(first, text, 0, at)) {
+        return false;
+    } else if (isOnly) {
+        return at == text.units().size();
+    }
+    for (std::size_t i = 1; i + 1 < mPieces.size(); ++i)
+        if (at = find(mPieces[i], text, at, false, false); at == kNowhere)
+            return false;
+    const Piece& last = mPieces.back();
+    if (byWords)
+        return last.empty() || find(last, text, at, false, true) != kNowhere;
+    for (std::size_t start = at; start <= text.units().size(); ++start) // a "?" may be one unit or two
+        if (std::size_t end; isAt(last, text, start, end) && end == text.units().size())
+            return true;
+    return false;
+}
+
+} // namespace quoddle

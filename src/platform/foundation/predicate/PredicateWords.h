@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// The words of the predicate language, for those who read it and who print it.
+#pragma once
+
+#include "platform/foundation/predicate/NSPredicate.h"
+
+namespace quoddle {
+
+struct PredicateOperator {
+    QLatin1StringView word;
+    NSComparisonPredicate::Operator type;
+};
+/// The first word of an operator is the one that is printed.
+inline constexpr PredicateOperator kPredicateOperators[] = {
+    {QLatin1StringView("=="), NSComparisonPredicate::Operator::equalTo},
+    {QLatin1StringView("="), NSComparisonPredicate::Operator::equalTo},
+    {QLatin1StringView("!="), NSComparisonPredicate::Operator::notEqualTo},
+    {QLatin1StringView("ENDSWITH"), NSComparisonPredicate::Operator::endsWith},
+    {QLatin1StringView("LIKE"), NSComparisonPredicate::Operator::like},
+    {QLatin1StringView("UTI-CONFORMS-TO"), NSComparisonPredicate::Operator::conformsToType},
+};
+
+struct PredicateOption {
+    char letter;
+    LikePattern::Option bit;
+};
+inline constexpr PredicateOption kPredicateOptions[] = {
+    {'c', LikePattern::ignoresCase},
+    {'d', LikePattern::ignoresDiacritics},
+    {'w', LikePattern::matchesWords},
+};
+
+inline QString predicateOperatorName(NSComparisonPredicate::Operator type) {
+    for (const PredicateOperator& known : kPredicateOperators)
+        if (known.type == type)
+            return known.word;
+    return {};
+}
+
+/// The name of a value as it is written: with "#" before it when it would be taken for a word of the language.
+QString predicateKeyFormat(const QString& key);
+
+} // namespace quoddle
