@@ -60,8 +60,7 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
     const bool useStandard = isNumber(standard) && boolValue(standard);
     if (!useStandard && mParts.installOSAXEventHandlers)
         mParts.installOSAXEventHandlers(*this);
-    if (mParts.loadExtAndUTIPrefs)
-        mParts.loadExtAndUTIPrefs(*this);
+    _loadExtAndUTIPrefs();
     createWindowController(toOpenFiles);
     auto& center = NSNotificationCenter::defaultCenter();
     center.addObserver(

@@ -2,8 +2,9 @@
 // AppDelegate: the spine of the applet shell. It loads the applet's script, decides what of it runs when, and when the process ends. One
 // class, a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, stop, quit), +OpenFiles,
 // +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Hooks (questions to the script),
-// +Progress, +Alerts. One decision: everything is decided on the main thread, which never waits for the script; only executions and
-// scriptDidYield() run on the script queue's thread. All functions are the main thread's unless they say otherwise.
+// +FileTypes (what a droplet takes), +Progress, +Alerts. One decision: everything is decided on the main thread, which never waits for the
+// script; only executions and scriptDidYield() run on the script queue's thread. All functions are the main thread's unless they say
+// otherwise.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -63,6 +64,14 @@ public:
     bool takeAwaitedWindow();
     /// Replaces every "APPNAME" in the titles of the menu and of those below it.
     static void _setAppName(const QString& name, NSMenu& inMenu);
+
+    // File types
+    /// Reads which files the bundle takes and sets the two predicates; without a declaration, or with one for everything, there are none.
+    void _loadExtAndUTIPrefs();
+    /// Each list has at least one entry.
+    void _predsForExtensions(const QStringList& extensions);
+    void _predsForUTIs(const QStringList& identifiers);
+    void _predsForUTIs(const QStringList& identifiers, const QStringList& andExtensions);
 
     // Hooks: handlers by which a script answers questions
     /// "appletfileisacceptable"; without it every file is, for a script with an open handler. A script error is shown and refuses.

@@ -60,8 +60,6 @@ struct AppDelegateParts {
 
     /// Puts the in-applet dialog commands in place. Without it scripts get the standard ones.
     std::function<void(AppDelegate&)> installOSAXEventHandlers;
-    /// Reads which files a droplet takes. Without it there is no filter.
-    std::function<void(AppDelegate&)> loadExtAndUTIPrefs;
     /// Lets the user choose the applet for the test mode: its path, empty when the choice was cancelled. Without it the choice is
     /// cancelled.
     std::function<QString()> chooseTestApplet;

@@ -5,6 +5,7 @@
 
 #include "engine/QXOSAID.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/predicate/NSPredicate.h"
 #include "runtime/WindowController.h"
 
 #include <atomic>
@@ -44,6 +45,12 @@ public:
     /// The last snapshot sent to the window; nothing before the first. Any thread.
     std::optional<QVariantMap> currentProgress() const { return locked(mCurrentProgress); }
     void setCurrentProgress(std::optional<QVariantMap> progress) { setLocked(mCurrentProgress, std::move(progress)); }
+    /// The condition on a dropped file's resource values; null: every file.
+    NSPredicateRef dropPredicate() const { return mDropPredicate; }
+    void setDropPredicate(NSPredicateRef predicate) { mDropPredicate = std::move(predicate); }
+    /// The condition on the metadata of a file that is searched for; null: every file. Any thread.
+    NSPredicateRef spotlightPredicate() const { return locked(mSpotlightPredicate); }
+    void setSpotlightPredicate(NSPredicateRef predicate) { setLocked(mSpotlightPredicate, std::move(predicate)); }
     /// The applet bundle. Any thread.
     std::shared_ptr<NSBundle> mainBundle() const { return locked(mMainBundle); }
     void setMainBundle(std::shared_ptr<NSBundle> bundle) { setLocked(mMainBundle, std::move(bundle)); }
@@ -71,6 +78,8 @@ private:
 
     mutable std::mutex mMutex;
     std::optional<QVariantMap> mCurrentProgress;
+    NSPredicateRef mDropPredicate;
+    NSPredicateRef mSpotlightPredicate;
     std::shared_ptr<NSBundle> mMainBundle;
     QXOSAIDRef mAsObj;
     std::optional<QStringList> mFilenamesToOpen;

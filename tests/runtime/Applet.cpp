@@ -112,6 +112,8 @@ Applet::Applet(Options options) {
     const QByteArray xml = "<plist><dict><key>KVBUseStandardOSAXEN</key>" + QByteArray(options.infoXML) + "</dict></plist>";
     write(contents + u"Info.plist"_s, *options.infoXML ? xml : openStep);
     write(contents + u"Resources/Localizable.strings"_s, options.strings);
+    if (*options.editor)
+        write(contents + u"Brambleworks.plist"_s, options.editor);
     if (options.handlers)
         write(contents + u"Resources/Scripts/main.scpt"_s, "FasdUAS " + QByteArray(options.handlers));
     auto clock = std::make_unique<ManualClock>();
@@ -132,7 +134,6 @@ Applet::Applet(Options options) {
     parts.performs = std::make_unique<DelayedPerforms>(std::move(clock));
     mPerforms = parts.performs.get();
     parts.installOSAXEventHandlers = [this](AppDelegate&) { setup << u"osax"_s; };
-    parts.loadExtAndUTIPrefs = [this](AppDelegate&) { setup << u"prefs"_s; };
     parts.chooseTestApplet = [this] { return chooseTestApplet ? chooseTestApplet() : QString(); };
     parts.isLaunchedInsteadOfRun = options.insteadOfRun;
     parts.areOthersAnswered = options.areOthersAnswered;

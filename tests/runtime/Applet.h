@@ -79,6 +79,7 @@ public:
         const char* handlers = "run"; ///< of the script; null: there is no script
         const char* info = "";        ///< further entries of the Info.plist, OpenStep form
         const char* infoXML = "";     ///< the value of KVBUseStandardOSAXEN in the XML form, which has numbers; no other entries then
+        const char* editor = "";      ///< the editor's settings file; none when empty
         const char* strings = "RuntimeErrorInformation = \"because: %@\";";
         bool insteadOfRun = false;                        ///< launched for an event in place of the run
         std::function<bool(bool)> areOthersAnswered = {}; ///< nothing: yes
@@ -91,7 +92,7 @@ public:
     std::function<QString()> chooseTestApplet; ///< what the user answers; nothing: cancels
     QStringList windowLog;                     ///< "progress", "startup", "last", "show", in order
     QString controllerIdentifier;
-    QStringList setup; ///< "osax", "prefs", "updater"
+    QStringList setup; ///< "osax", "updater"
     std::shared_ptr<FakeWindowController> window;
     std::unique_ptr<AppDelegate> delegate;
 

@@ -162,12 +162,12 @@ TEST(Launch, SetsUpOnceFromTheBundlesKeys) {
         QStringList setup;
         bool updateItem, startupScreen, stayOpen;
     } const table[] = {
-        {"nothing said", "", {u"osax"_s, u"prefs"_s}, false, true, false},
-        {"a feed", "SUFeedURL = x;", {u"updater"_s, u"osax"_s, u"prefs"_s}, true, true, false},
-        {"standard dialogs as text: not honoured", "KVBUseStandardOSAXEN = YES;", {u"osax"_s, u"prefs"_s}, false, true, false},
-        {"pane as words", "KVBShowStartupScreen = true; KVBStayOpen = no;", {u"osax"_s, u"prefs"_s}, false, true, false},
-        {"pane as figures", "KVBShowStartupScreen = 0; KVBStayOpen = 1;", {u"osax"_s, u"prefs"_s}, false, false, true},
-        {"pane as something else", "KVBShowStartupScreen = (); KVBStayOpen = {};", {u"osax"_s, u"prefs"_s}, false, false, false},
+        {"nothing said", "", {u"osax"_s}, false, true, false},
+        {"a feed", "SUFeedURL = x;", {u"updater"_s, u"osax"_s}, true, true, false},
+        {"standard dialogs as text: not honoured", "KVBUseStandardOSAXEN = YES;", {u"osax"_s}, false, true, false},
+        {"pane as words", "KVBShowStartupScreen = true; KVBStayOpen = no;", {u"osax"_s}, false, true, false},
+        {"pane as figures", "KVBShowStartupScreen = 0; KVBStayOpen = 1;", {u"osax"_s}, false, false, true},
+        {"pane as something else", "KVBShowStartupScreen = (); KVBStayOpen = {};", {u"osax"_s}, false, false, false},
     };
     for (const auto& row : table) {
         SCOPED_TRACE(row.name);

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+// Which files a droplet takes: the types that the bundle declares, as a condition on dropped files and as one on files that are searched
+// for. Kept on purpose: the first compares the end of the whole path with the bare extension, the second the end of the name with dot and
+// extension, so a file "notxt" can be dropped on an applet for "txt" but is not found by it.
+#include "runtime/AppDelegate.h"
+
+#include "platform/foundation/Plist.h"
+#include "platform/foundation/URLResources.h"
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype kMostEntries = 1000; // of one kind; a bundle that declares more is not read to its end
+
+void addNew(QStringList& list, const QVariant& entries) {
+    const QVariantList values = entries.toList();
+    for (const QVariant& entry : values)
+        if (const QString text = entry.toString(); entry.typeId() == QMetaType::QString && list.size() < kMostEntries && !list.contains(text))
+            list << text;
+}
+
+struct DeclaredTypes {
+    QStringList extensions;
+    QStringList identifiers;
+};
+
+DeclaredTypes declaredByDocumentTypes(const QVariantMap& info) {
+    DeclaredTypes types;
+    const QVariantList documentTypes = info.value(u"CFBundleDocumentTypes"_s).toList();
+    for (const QVariant& documentType : documentTypes.first(std::min(documentTypes.size(), kMostEntries))) {
+        const QVariantMap entry = documentType.toMap();
+        addNew(types.extensions, entry.value(u"CFBundleTypeExtensions"_s));
+        if (entry.value(u"CFBundleTypeOSTypes"_s).toList().contains(u"****"_s))
+            addNew(types.extensions, QVariantList{u"*"_s});
+        addNew(types.identifiers, entry.value(u"LSItemContentTypes"_s));
+    }
+    return types;
+}
+
+/// The entries of a text of the editor's settings. Only blanks part them; two in a row stand for an entry without characters.
+QStringList entriesIn(const QVariant& setting) {
+    QString text = setting.toString();
+    while (text.startsWith(u' '))
+        text.remove(0, 1);
+    while (text.endsWith(u' '))
+        text.chop(1);
+    QStringList entries;
+    if (!text.isEmpty())
+        addNew(entries, text.split(u' '));
+    return entries;
+}
+
+DeclaredTypes declaredByEditor(const NSBundle& bundle) {
+    const auto settings = Plist::readFile(bundle.bundlePath() + u"/Contents/Brambleworks.plist"_s);
+    if (!settings)
+        return {};
+    const QVariantMap entries = settings->toMap();
+    return {entriesIn(entries.value(u"BWDropletExtensionsEntry"_s).toString().toLower()), entriesIn(entries.value(u"BWDropletUTIsEntry"_s))};
+}
+
+NSPredicateRef predicate(const QString& format, const QVariantList& arguments = {}) {
+    const auto made = NSPredicate::predicateWithFormat(format, arguments);
+    Q_ASSERT(made); // the formats are those below
+    return *made;
+}
+
+NSPredicateRef anyOf(const QList<NSPredicateRef>& predicates) {
+    return predicates.size() == 1 ? predicates.first() : NSCompoundPredicate::orPredicateWithSubpredicates(predicates);
+}
+
+NSPredicateRef bothOf(const NSPredicateRef& first, const NSPredicateRef& second) {
+    return NSCompoundPredicate::andPredicateWithSubpredicates({first, second});
+}
+
+NSPredicateRef dropPredicateForExtensions(const QStringList& extensions) {
+    QList<NSPredicateRef> matches;
+    for (const QString& extension : extensions)
+        matches << predicate(u"%K ENDSWITH %@"_s, {NSURLPathKey, extension});
+    return bothOf(anyOf(matches), predicate(u"(%K == NO) OR (%K == YES)"_s, {NSURLIsDirectoryKey, NSURLIsPackageKey}));
+}
+
+NSPredicateRef searchPredicateForExtensions(const QStringList& extensions) {
+    QList<NSPredicateRef> matches;
+    for (const QString& extension : extensions)
+        matches << predicate(u"kMDItemFSName ENDSWITH %@"_s, {u'.' + extension});
+    return bothOf(anyOf(matches), predicate(u"kMDItemContentType != 'public.folder'"_s));
+}
+
+QList<NSPredicateRef> dropMatches(const QStringList& identifiers) {
+    QList<NSPredicateRef> matches;
+    for (const QString& identifier : identifiers)
+        matches << predicate(u"%K UTI-CONFORMS-TO %@"_s, {NSURLTypeIdentifierKey, identifier});
+    return matches;
+}
+
+QList<NSPredicateRef> searchMatches(const QStringList& identifiers) {
+    QList<NSPredicateRef> matches;
+    for (const QString& identifier : identifiers)
+        matches << predicate(u"kMDItemContentType == %@"_s, {identifier});
+    return matches;
+}
+
+} // namespace
+
+void AppDelegate::_loadExtAndUTIPrefs() {
+    const DeclaredTypes types = hasOpenHandler() ? declaredByDocumentTypes(mainBundle()->infoDictionary()) : declaredByEditor(*mainBundle());
+    if (types.extensions.contains(u"*"_s))
+        return;
+    if (!types.extensions.isEmpty() && !types.identifiers.isEmpty())
+        _predsForUTIs(types.identifiers, types.extensions);
+    else if (!types.extensions.isEmpty())
+        _predsForExtensions(types.extensions);
+    else if (!types.identifiers.isEmpty())
+        _predsForUTIs(types.identifiers);
+}
+
+void AppDelegate::_predsForExtensions(const QStringList& extensions) {
+    setDropPredicate(dropPredicateForExtensions(extensions));
+    setSpotlightPredicate(searchPredicateForExtensions(extensions));
+}
+
+void AppDelegate::_predsForUTIs(const QStringList& identifiers) {
+    setDropPredicate(anyOf(dropMatches(identifiers)));
+    setSpotlightPredicate(anyOf(searchMatches(identifiers)));
+}
+
+void AppDelegate::_predsForUTIs(const QStringList& identifiers, const QStringList& andExtensions) {
+    setDropPredicate(anyOf(QList{dropPredicateForExtensions(andExtensions)} + dropMatches(identifiers)));
+    setSpotlightPredicate(anyOf(QList{searchPredicateForExtensions(andExtensions)} + searchMatches(identifiers)));
+}
+
+} // namespace quoddle
