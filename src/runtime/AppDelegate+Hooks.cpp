@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Handlers with fixed names by which a script answers the shell's questions. They are called directly, on the main thread, beside whatever
-// runs on the script queue.
+// Handlers and properties with fixed names by which a script shapes its applet: which files it takes, the images and prompts of the
+// droplet's panes, the answers to the updater. They are called directly, on the main thread, beside whatever runs on the script queue.
 #include "runtime/AppDelegate.h"
 
+#include "engine/NSAppleEventDescriptor+Additions.h"
 #include "engine/QXOSAException.h"
 #include "platform/foundation/NSLog.h"
 
@@ -10,15 +11,25 @@ namespace quoddle {
 
 using namespace Qt::StringLiterals;
 
-bool AppDelegate::isFileAcceptable(const QString& path) {
-    const QString hook = u"appletfileisacceptable"_s;
-    if (!hasOpenHandler())
-        return false;
+namespace {
+
+constexpr FourCharCode kImageTypes[] = {"GIF "_4cc, "JPEG"_4cc, "PDF "_4cc, "PNG "_4cc, "TIFF"_4cc,
+                                        "gif "_4cc, "jpeg"_4cc, "pdf "_4cc, "png "_4cc, "tiff"_4cc};
+
+/// Empty when the descriptor names no file.
+QString localPath(const NSAppleEventDescriptorRef& fileReference) {
+    const auto path = fileReference ? fileReference->fileURLValue() : std::nullopt;
+    return path ? QString::fromStdString(*path) : QString();
+}
+
+} // namespace
+
+std::optional<bool> AppDelegate::askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters) {
     const QXOSAIDRef script = mainScript();
     try {
-        if (!script->hasHandlerNamed(hook))
-            return true;
-        const QXOSAIDRef answer = script->executeSubroutine(hook, {NSAppleEventDescriptor::descriptorWithFileURL(path)});
+        if (!script || !script->hasHandlerNamed(handlerName))
+            return {};
+        const QXOSAIDRef answer = script->executeSubroutine(handlerName, parameters);
         const QXOSAErrorInfoRef error = script->lastError() == errOSAScriptError ? script->component()->lastErrorInfo() : nullptr;
         if (error && error->error() != noErr && error->error() != userCanceledErr) {
             _displayRuntimeError(error);
@@ -26,9 +37,96 @@ bool AppDelegate::isFileAcceptable(const QString& path) {
         }
         return answer && answer->booleanValue();
     } catch (const QXOSAException& exception) {
-        NSLog(u"isFileAcceptable: %@"_s, {exception.reason()});
-        return true; // as without the handler
+        NSLog(u"%@: %@"_s, {handlerName, exception.reason()});
+        return {};
     }
+}
+
+// --- Files
+
+bool AppDelegate::isFileAcceptable(const QString& path) {
+    return hasOpenHandler() && askHook(u"appletfileisacceptable"_s, {NSAppleEventDescriptor::descriptorWithFileURL(path)}).value_or(true);
+}
+
+// --- Panes
+
+QString AppDelegate::appletSearchPrompt() {
+    return prompt(u"appletsearchname"_s, u"DefaultFindFilesPrompt"_s);
+}
+
+QString AppDelegate::appletDropPrompt() {
+    return prompt(u"appletdropname"_s, u"DefaultDropFilesPrompt"_s);
+}
+
+QString AppDelegate::prompt(const QString& propertyName, const QString& defaultKey) {
+    try {
+        const QXOSAIDRef script = mainScript();
+        if (const QXOSAIDRef value = script ? script->propertyForName(propertyName) : nullptr) {
+            return stringValue(value->descriptor());
+        }
+    } catch (const QXOSAException& exception) {
+        NSLog(u"%@: %@"_s, {propertyName, exception.reason()});
+    }
+    return localized(defaultKey);
+}
+
+QImage AppDelegate::appletSearchImage() {
+    return imageProperty(u"appletsearchimage"_s, {});
+}
+
+QImage AppDelegate::appletDropImage() {
+    return imageProperty(u"appletdropimage"_s, mParts.images ? mParts.images->imageNamed(kMultipleDocumentsImage) : QImage());
+}
+
+QImage AppDelegate::imageProperty(const QString& propertyName, const QImage& defaultImage) {
+    try {
+        const QXOSAIDRef script = mainScript();
+        return _imageFromValue(script ? script->propertyForName(propertyName) : nullptr, defaultImage);
+    } catch (const QXOSAException& exception) {
+        NSLog(u"%@: %@"_s, {propertyName, exception.reason()});
+        return defaultImage;
+    }
+}
+
+QImage AppDelegate::_imageFromValue(const QXOSAIDRef& value, const QImage& defaultImage) {
+    if (!value)
+        return defaultImage;
+    if (value->isMissingValue() || !mParts.images)
+        return {};
+    if (value->isASObjCReference()) {
+        const QVariant object = value->ASObjCReference();
+        if (object.typeId() == QMetaType::QString)
+            return mParts.images->imageNamed(object.toString());
+        if (object.typeId() == QMetaType::QUrl)
+            return mParts.images->imageFile(object.toUrl().toLocalFile());
+        return object.typeId() == QMetaType::QImage ? object.value<QImage>() : defaultImage;
+    }
+    if (value->isText())
+        return mParts.images->imageNamed(value->stringValue());
+    const NSAppleEventDescriptorRef descriptor = value->descriptor();
+    if (value->isFile())
+        return mParts.images->imageFile(localPath(descriptor));
+    if (descriptor && std::find(std::begin(kImageTypes), std::end(kImageTypes), descriptor->descriptorType()) != std::end(kImageTypes))
+        return mParts.images->imageWithData(descriptor->data());
+    return defaultImage;
+}
+
+// --- Updates
+
+bool AppDelegate::updaterMayCheckForUpdates() {
+    return askHook(u"appletmaycheckforupdates"_s).value_or(true);
+}
+
+bool AppDelegate::updaterShouldPromptForPermissionToCheckForUpdates() {
+    return askHook(u"appletupdatershouldpromptforpermissiontocheckforupdates"_s).value_or(true);
+}
+
+void AppDelegate::updaterWillInstallUpdate() {
+    askHook(u"appletupdaterwillinstallupdate"_s);
+}
+
+void AppDelegate::updaterWillRelaunchApplication() {
+    askHook(u"appletupdaterwillrelaunchapplication"_s);
 }
 
 } // namespace quoddle

@@ -28,7 +28,7 @@ inline const QString ScriptActivityChangedNotification = QStringLiteral("ScriptA
 /// As the first of the files to open: the shell works on an applet to be tested, instead of on the one that it was started as.
 inline const QString kTestModeFilename = QStringLiteral("QUODDLE_DEBUG");
 
-class AppDelegate : public AppDelegateProperties, public NSApplicationDelegate, public QXOSAComponentDelegate {
+class AppDelegate : public AppDelegateProperties, public NSApplicationDelegate, public QXOSAComponentDelegate, public SUUpdaterDelegate {
 public:
     /// The one delegate; null before there is one. Any thread.
     static AppDelegate* instance();
@@ -73,9 +73,21 @@ public:
     void _predsForUTIs(const QStringList& identifiers);
     void _predsForUTIs(const QStringList& identifiers, const QStringList& andExtensions);
 
-    // Hooks: handlers by which a script answers questions
-    /// "appletfileisacceptable"; without it every file is, for a script with an open handler. A script error is shown and refuses.
+    // Hooks: handlers and properties by which a script shapes the applet. A script error in a handler is shown, which ends the applet.
+    /// "appletfileisacceptable"; without it every file is, for a script with an open handler. After a script error: false.
     bool isFileAcceptable(const QString& path);
+    /// "appletsearchname" and "appletdropname", else the localised "DefaultFindFilesPrompt" and "DefaultDropFilesPrompt".
+    QString appletSearchPrompt();
+    QString appletDropPrompt();
+    /// "appletsearchimage" and "appletdropimage". Null: no image. Without the property: none, and that of several documents.
+    QImage appletSearchImage();
+    QImage appletDropImage();
+    /// Nil, or a value that stands for no image: the default. Missing value, or a name without an image: null.
+    QImage _imageFromValue(const QXOSAIDRef& value, const QImage& defaultImage);
+    bool updaterMayCheckForUpdates() override;
+    bool updaterShouldPromptForPermissionToCheckForUpdates() override;
+    void updaterWillInstallUpdate() override;
+    void updaterWillRelaunchApplication() override;
 
     // Lifecycle
     void runMainScript();
@@ -127,6 +139,10 @@ private:
     bool hasHandler(bool (QXOSAID::*query)());
     static bool ask(const QXOSAIDRef& script, bool (QXOSAID::*query)());
     void prepareMainScript();
+    /// Nothing when the script has no such handler or the script layer fails; false after a script error, which is then shown.
+    std::optional<bool> askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters = {});
+    QString prompt(const QString& propertyName, const QString& defaultKey);
+    QImage imageProperty(const QString& propertyName, const QImage& defaultImage);
     /// For a property of the script: to set one to a descriptor without bytes, as an empty text is, would take it away.
     static QXOSAIDRef valueOf(const NSAppleEventDescriptorRef& descriptor, const QXOSAIDRef& script);
     void registerOutsideEvents();

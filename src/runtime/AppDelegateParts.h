@@ -7,9 +7,13 @@
 #include "platform/foundation/DelayedPerforms.h"
 #include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/SUUpdaterDelegate.h"
 
 #include <functional>
 #include <memory>
+#include <string>
+
+#include <QImage>
 
 namespace quoddle {
 
@@ -32,10 +36,24 @@ public:
     virtual void runModal(const RuntimeAlert& alert) = 0;
 };
 
+/// The name of the system's picture of several documents.
+inline const QString kMultipleDocumentsImage = QStringLiteral("NSMultipleDocuments");
+
+/// Where the images that scripts name come from. They may be anybody's: too large or damaged ones are none.
+class ImageSource {
+public:
+    virtual ~ImageSource() = default;
+    /// Null when there is none, as below.
+    virtual QImage imageNamed(const QString& name) = 0;
+    virtual QImage imageFile(const QString& path) = 0;
+    virtual QImage imageWithData(const std::string& data) = 0;
+};
+
 class Updater {
 public:
     virtual ~Updater() = default;
-    virtual void setDelegate(AppDelegate* delegate) = 0;
+    /// Not owned; null: nobody.
+    virtual void setDelegate(SUUpdaterDelegate* delegate) = 0;
     virtual void checkForUpdates() = 0;
 };
 
@@ -58,6 +76,8 @@ struct AppDelegateParts {
     /// have their answers. `isEndCertain`: the script cannot refuse. Without it: they have.
     std::function<bool(bool isEndCertain)> areOthersAnswered;
 
+    /// Outlives the delegate. Without it there are no images.
+    ImageSource* images = nullptr;
     /// Puts the in-applet dialog commands in place. Without it scripts get the standard ones.
     std::function<void(AppDelegate&)> installOSAXEventHandlers;
     /// Lets the user choose the applet for the test mode: its path, empty when the choice was cancelled. Without it the choice is

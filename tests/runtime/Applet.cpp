@@ -84,7 +84,7 @@ void ManualClock::advance(double seconds) {
 
 struct Applet::FakeUpdater final : Updater {
     explicit FakeUpdater(QStringList& sharedLog) : log(sharedLog) {}
-    void setDelegate(AppDelegate*) override { log << u"updater"_s; }
+    void setDelegate(SUUpdaterDelegate*) override { log << u"updater"_s; }
     void checkForUpdates() override { log << u"check"_s; }
     QStringList& log;
 };
@@ -137,6 +137,7 @@ Applet::Applet(Options options) {
     parts.chooseTestApplet = [this] { return chooseTestApplet ? chooseTestApplet() : QString(); };
     parts.isLaunchedInsteadOfRun = options.insteadOfRun;
     parts.areOthersAnswered = options.areOthersAnswered;
+    parts.images = options.images;
     parts.updater = mUpdater.get();
     delegate = std::make_unique<AppDelegate>(std::move(parts));
     application.delegate = delegate.get();

@@ -81,6 +81,7 @@ public:
         const char* infoXML = "";     ///< the value of KVBUseStandardOSAXEN in the XML form, which has numbers; no other entries then
         const char* editor = "";      ///< the editor's settings file; none when empty
         const char* strings = "RuntimeErrorInformation = \"because: %@\";";
+        ImageSource* images = nullptr;
         bool insteadOfRun = false;                        ///< launched for an event in place of the run
         std::function<bool(bool)> areOthersAnswered = {}; ///< nothing: yes
     };

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+// What an updater asks and tells the application that it keeps up to date.
+// Main thread.
+#pragma once
+
+namespace quoddle {
+
+class SUUpdaterDelegate {
+public:
+    virtual ~SUUpdaterDelegate() = default;
+
+    virtual bool updaterMayCheckForUpdates() { return true; }
+    /// Whether the user is asked before updates are looked for without being asked for.
+    virtual bool updaterShouldPromptForPermissionToCheckForUpdates() { return true; }
+    virtual void updaterWillInstallUpdate() {}
+    virtual void updaterWillRelaunchApplication() {}
+};
+
+} // namespace quoddle
