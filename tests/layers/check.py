@@ -17,6 +17,7 @@ MAY = {
     "platform/applescript": ["platform/base", "platform/ae", "platform/osa"],
     "platform/additions": ["platform/base", "platform/ae"],
     "platform/foundation": ["platform/base"],
+    "platform/search": ["platform/base", "platform/foundation"],
     "platform/appkit": ["platform/base", "platform/ae", "platform/foundation"],
     "platform/panels": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
     "platform/clipboard": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
@@ -26,9 +27,9 @@ MAY = {
                 "engine", "runtime"],
     "window": ["platform/base", "platform/ae", "platform/osa", "platform/foundation", "platform/appkit", "engine", "runtime"],
 }
-MAY["droplet"] = MAY["window"] + ["dialogs", "window"]
+MAY["droplet"] = MAY["window"] + ["platform/search", "dialogs", "window"]
 PLAIN = ["platform/base", "platform/ae", "platform/osa", "platform/applescript", "platform/additions"]
-WIDGETLESS = PLAIN + ["platform/foundation", "engine", "runtime"]
+WIDGETLESS = PLAIN + ["platform/foundation", "platform/search", "engine", "runtime"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
