@@ -116,6 +116,7 @@ AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts, A
     };
     parts.installOSAXEventHandlers = &installOSAXEventHandlers;
     parts.chooseTestApplet = &chooseTestApplet;
+    parts.isLaunchedByOther = reason != AELaunchReason::none;
     parts.isLaunchedInsteadOfRun = reason == AELaunchReason::eventInsteadOfRun;
     parts.areOthersAnswered = &AEIsAnswered;
     return parts;

@@ -191,7 +191,10 @@ void QXOSAID::setValueForPropertyDescriptor(const QXOSAIDRef& value, const NSApp
 }
 
 void QXOSAID::setValueForPropertyName(const QXOSAIDRef& value, const QString& name, OSAModeFlags modeFlags) {
-    setValueForPropertyDescriptor(value, descriptorOfName(name), modeFlags);
+    _failOSError(lookUpByName(aeDescOf(descriptorOfName(name)), [&](const AEDesc& spelled) {
+        return OSASetProperty(instance(), modeFlags, mValueID, spelled, value ? value->valueID() : 0);
+    }));
+    emptyDescriptorCache();
 }
 
 void QXOSAID::setValueForPropertyID(const QXOSAIDRef& value, FourCharCode propertyID, OSAModeFlags modeFlags) {

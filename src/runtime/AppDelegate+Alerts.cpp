@@ -14,12 +14,16 @@ RuntimeAlert AppDelegate::runtimeErrorAlert(const QXOSAErrorInfo& error) const {
 }
 
 void AppDelegate::showAlert(const RuntimeAlert& alert, std::function<void()> afterwards) {
+    const auto dismissed = [this, afterwards = std::move(afterwards)] {
+        mEndIsCertain = true;
+        afterwards();
+    };
     if (windowController().isWindowVisible()) {
-        mParts.alerts->beginSheet(alert, windowController(), std::move(afterwards));
+        mParts.alerts->beginSheet(alert, windowController(), dismissed);
         return;
     }
     mParts.alerts->runModal(alert);
-    afterwards();
+    dismissed();
 }
 
 void AppDelegate::_displayRuntimeError(const QXOSAErrorInfoRef& error) {

@@ -49,7 +49,7 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
     if (isInitialized())
         return;
     setIdleSeconds(1);
-    if (!mParts.isLaunchedInsteadOfRun)
+    if (!mParts.isLaunchedByOther && !mParts.isLaunchedInsteadOfRun)
         awaitWindow();
     if (!mainBundle())
         setMainBundle(NSBundle::mainBundle());
@@ -71,7 +71,7 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
 }
 
 void AppDelegate::awaitWindow() {
-    constexpr double kPatience = 5; // seconds: how long a user who has launched something does nothing else
+    constexpr double kPatience = 2; // seconds: how long a user who has launched something does nothing else
     mAwaitedUntil = mParts.performs->now() + kPatience;
 }
 
@@ -144,8 +144,8 @@ void AppDelegate::applicationWillReopen() {
 }
 
 // A script that runs activates its own application before it asks something, and wants no window for that.
-void AppDelegate::applicationWillActivate() {
-    if (!_isRespondingToScript())
+void AppDelegate::applicationWillActivate(bool isAskedByOther) {
+    if (isAskedByOther || !_isRespondingToScript())
         showHiddenWindow();
 }
 

@@ -102,6 +102,7 @@ void AppDelegate::_runQuitHandler() {
             NSLogTrace(u"applicationShouldTerminate: quit event processed: %@, error: %@"_s,
                        {result ? QVariant(result->stringValue()) : QVariant(), error ? QVariant(error->description()) : QVariant()});
             setRunningQuitHandler(false);
+            mHasSignal = false;
             if ((!error || error->error() == noErr) && mainScript()->component()->isResuming())
                 terminate();
             else if (mParts.application->isRunning()) {
@@ -130,26 +131,35 @@ void AppDelegate::terminate() {
     mParts.performs->perform(
         this, again,
         [this] {
-            if (!_isRespondingToScript()) // what has begun since then decides when it ends
+            if (mEndIsCertain || !_isRespondingToScript()) // otherwise what has begun since then decides when it ends
                 terminate();
         },
         kDialogSlice);
 }
 
+// The quit handler is asked once: a signal that finds it asking the user something ends the applet without it.
 bool AppDelegate::applicationReceivedSignal() {
-    endBySignal();
+    constexpr double kPatience = 3; // seconds in which a script may answer one cancelled dialog with the next
+    mSignalIsFinal = mSignalIsFinal || runningQuitHandler();
+    endBySignal(mParts.performs->now() + kPatience);
     return true;
 }
 
 // A dialog in a loop of its own is gone a moment after it was cancelled, and a script may answer that with another one.
-void AppDelegate::endBySignal() {
+void AppDelegate::endBySignal(double latest) {
     const QString again = u"endBySignal"_s;
     mParts.performs->cancelPreviousPerformRequests(this, again);
-    if (!isDisplayingPanel())
-        return mParts.application->terminate();
-    NSNotificationCenter::defaultCenter().postNotification(SessionWillEndNotification, this);
-    mParts.performs->perform(
-        this, again, [this] { endBySignal(); }, kDialogSlice);
+    if (isDisplayingPanel() && mParts.performs->now() < latest) {
+        NSNotificationCenter::defaultCenter().postNotification(SessionWillEndNotification, this);
+        mParts.performs->perform(
+            this, again, [this, latest] { endBySignal(latest); }, kDialogSlice);
+        return;
+    }
+    const bool isFinal = std::exchange(mSignalIsFinal, false) || isDisplayingPanel();
+    if (isFinal)
+        return mParts.application->replyToApplicationShouldTerminate(true);
+    mHasSignal = true;
+    mParts.application->terminate();
 }
 
 void AppDelegate::cancelScript() {
@@ -177,6 +187,7 @@ NSApplicationTerminateReply AppDelegate::applicationShouldTerminate() {
         if (const QXOSAIDRef script = mainScript())
             setAppletIsQuitting(true, QXOSAID::QXOSAIDWithComponent(script->component(), script->valueID(), false));
         // Twice in one go would also stop what the script does about being stopped.
+        holdWaitingScripts(); // until the quit is decided: callers of what waits may be told that the applet has ended
         if (!mStoppedByClosing)
             cancelScript();
         return NSApplicationTerminateReply::later;

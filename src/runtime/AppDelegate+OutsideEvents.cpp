@@ -40,6 +40,11 @@ PropertyName propertyIn(const NSAppleEventDescriptorRef& event) {
     return property;
 }
 
+/// What the applet answers itself, whatever its script has under such a code.
+bool isOfApplication(FourCharCode code) {
+    return code == "pnam"_4cc || code == "vers"_4cc || code == "ID  "_4cc || code == "prun"_4cc || code == "pisf"_4cc;
+}
+
 NSAppleEventDescriptorRef text(const QString& text) {
     return NSAppleEventDescriptor::descriptorWithString(text.toStdString());
 }
@@ -78,6 +83,8 @@ void AppDelegate::handleOutsideEvent(const NSAppleEventDescriptorRef& event, con
         if (event->eventID() == "getd"_4cc) {
             if (const auto value = property.isValid() ? valueOfProperty(property.code, property.name) : nullptr)
                 return reply->setParamDescriptor(value, "----"_4cc);
+        } else if (isOfApplication(property.code)) {
+            return AEPutError(reply, OSAIllegalAssign, "This property of an applet cannot be changed.");
         } else if (property.isValid()) {
             if (setProperty(property.code, property.name, event->paramDescriptorForKeyword("data"_4cc)))
                 return;

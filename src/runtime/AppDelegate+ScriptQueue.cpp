@@ -118,8 +118,20 @@ bool AppDelegate::waitForScripts(std::chrono::milliseconds atMost) {
 }
 
 void AppDelegate::dropWaitingScripts() {
-    if (NSOperationQueue* queue = scriptQueue(false))
+    if (NSOperationQueue* queue = scriptQueue(false)) {
         queue->cancelWaitingOperations();
+        queue->resume(); // what was cancelled has to leave it
+    }
+}
+
+void AppDelegate::holdWaitingScripts() {
+    if (NSOperationQueue* queue = scriptQueue(false))
+        queue->suspendBehindRunning();
+}
+
+void AppDelegate::releaseWaitingScripts() {
+    if (NSOperationQueue* queue = scriptQueue(false))
+        queue->resume();
 }
 
 void AppDelegate::cancelScripts() {
@@ -149,6 +161,7 @@ void AppDelegate::finish(const std::shared_ptr<Execution>& execution) {
 }
 
 void AppDelegate::finishFatalError(const std::shared_ptr<Execution>& execution) {
+    releaseWaitingScripts();
     showAlert(runtimeErrorAlert(*execution->errorInfo), [this, execution] {
         execution->complete();
         // Kept on purpose: an error ends the applet in the quit handler as in every other. Asked again it would fail again, and nobody
@@ -204,6 +217,10 @@ bool AppDelegate::decideQuit(const Execution& execution) {
     mQuitWaits = false;
     const bool cancelled = execution.number() == userCanceledErr;
     mParts.application->replyToApplicationShouldTerminate(cancelled && !hasQuitHandler());
+    releaseWaitingScripts();
+    if (!cancelled && std::exchange(mHasSignal, false)) // the handler has ended by itself: nobody has refused
+        mParts.performs->perform(
+            this, u"endBySignal"_s, [this] { endBySignal(mParts.performs->now()); }, 0);
     // A quit handler that was itself cancelled (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
     if (!cancelled || execution.isQuitEvent()) {
         setApplicationTriedToQuit(false);

@@ -57,7 +57,7 @@ public:
     /// Runs the script when that is still to come, because the launch was for something else.
     void applicationWillReopen() override;
     /// Shows the window that stands between runs, unless something is running.
-    void applicationWillActivate() override;
+    void applicationWillActivate(bool isAskedByOther) override;
     void _setupApplication(bool toOpenFiles);
     /// Whether a window that appears now is the one that the user has launched the applet for: the first one, soon after a launch. It
     /// takes the keyboard. Every other one appears by itself.
@@ -130,6 +130,9 @@ public:
     static bool waitForScripts(std::chrono::milliseconds atMost);
     /// What waits does not run any more, and its callers are left to NSAppleEventManager::answerSuspendedEvents().
     static void dropWaitingScripts();
+    /// Nothing begins behind what runs now, until it is released.
+    static void holdWaitingScripts();
+    static void releaseWaitingScripts();
     /// Stops what runs and drops what waits.
     static void cancelScripts();
 
@@ -160,7 +163,8 @@ private:
     void takeTestApplet();
     /// Stops what the script is doing at its next callback.
     void cancelScript();
-    void endBySignal();
+    /// `latest`: by the clock of the performs, when dialogs are no reason to wait any more.
+    void endBySignal(double latest);
     void scheduleIdleHandler(std::int64_t afterSeconds);
     void performIdleHandlerAt(double time);
     void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);
@@ -206,6 +210,9 @@ private:
     bool mKeepsWindow = false;            // the user has brought up one that stands for the applet alone, until he closes it
     bool mPaneIsForCalls = false;         // calls from outside alone have brought the progress pane up
     bool mWasResponding = false;          // when the activity was last announced
+    bool mEndIsCertain = false;           // the user has been told of an error that ends the applet
+    bool mHasSignal = false;              // the quit that is being decided was asked for by a signal
+    bool mSignalIsFinal = false;          // a signal has come while the quit handler was deciding
     bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script
     std::recursive_mutex mObjectLock;     // scriptDidYield's; the main thread only ever tries it
 };

@@ -70,6 +70,8 @@ struct AppDelegateParts {
     /// The time of idle calls.
     std::unique_ptr<DelayedPerforms> performs = std::make_unique<DelayedPerforms>();
 
+    /// Launched by a script or another application, not by the user.
+    bool isLaunchedByOther = false;
     /// Launched by another application for an event that takes the place of the run.
     bool isLaunchedInsteadOfRun = false;
     /// Asked, until it is true, before an applet whose work is done ends by itself: whether the other applications that sent it something

@@ -20,8 +20,8 @@ WAITING = "on idle\nreturn 100\nend idle"
 
 
 class Dialogs(accessibility.AccessibleCase):
-    def wait_to_be_asked(self, name):
-        self.applet = self.start(name, WAITING, options=["-s"])
+    def wait_to_be_asked(self, name, more=""):
+        self.applet = self.start(name, WAITING + "\n" + more, options=["-s"])
         until(lambda: self.osascript("-e", f'application "{name}" is running').stdout == "true\n", name + " to listen")
         return self.applet
 
@@ -114,6 +114,18 @@ class Dialogs(accessibility.AccessibleCase):
         self.assertEqual(applet.process.returncode, 0)
         for question in questions:
             self.assertRegex(self.answer_of(question), r"\((-128|-609)\)")
+
+    def test_a_signal_ends_a_script_that_asks_again_and_again(self):
+        applet = self.ask("Stubborn", 'repeat\ntry\ndisplay dialog "Sure?" buttons {"Fine"}\nend try\nend repeat')
+        self.find("Fine", "push button")
+        applet.process.send_signal(signal.SIGTERM)
+        applet.ends()
+        applet = self.wait_to_be_asked("Asking", 'on quit\ndo shell script "echo quit >> FOLDER/noted"\ndisplay dialog "Really?" buttons {"No"}\nend quit')
+        applet.process.send_signal(signal.SIGTERM)
+        self.find("No", "push button")
+        applet.process.send_signal(signal.SIGTERM)
+        applet.ends()
+        self.assertEqual(applet.said("noted"), "quit\n")
 
     def test_a_script_that_does_not_wait_takes_its_sheet_away_and_ends(self):
         applet = self.ask("Stopped", 'display dialog "Sure?"\njot("answered")')

@@ -266,13 +266,48 @@ class Lifecycle(harness.AppletCase):
             end run
             """, options=["-s"])
         until(lambda: applet.said("started"), "the script to start")
-        applet.process.send_signal(signal.SIGTERM)
+        self.osascript("-e", 'tell application "Stubborn" to quit')
         until(lambda: applet.said("told") == "true\n", "the script to hear of the quit")
         self.stays(applet)
         until(lambda: not self.windows(applet), "the window to go")
         applet.rests()
         applet.process.send_signal(signal.SIGTERM)
         applet.ends()
+
+    def test_a_signal_ends_an_applet_whose_handlers_end_by_themselves(self):
+        """Between two idle calls, or in one that is too short to be stopped: nobody has refused."""
+        for number in range(5):
+            applet = self.start(f"Busy{number}", """
+                on idle
+                    do shell script "echo 1 >> FOLDER/NAME"
+                    repeat with i from 1 to 20000
+                    end repeat
+                    return 0
+                end idle
+                """.replace("NAME", f"busy{number}"), options=["-s"])
+            until(lambda: applet.said(f"busy{number}"), "the idle handler")
+            applet.process.send_signal(signal.SIGTERM)
+            applet.ends()
+
+    def test_what_waits_at_a_quit_does_not_run(self):
+        applet = self.start("Queue", """
+            on go(n)
+                do shell script "echo " & n & " >> FOLDER/ran"
+                delay 2
+            end go
+            on idle
+                return 100
+            end idle
+            """, options=["-s"])
+        self.listens(applet)
+        first = self.call(applet, "go(0)")
+        until(lambda: applet.said("ran"), "the first handler")
+        calls = "".join(f"go({number})\n" for number in range(1, 6))
+        asked = self.osascript("-e", f'tell application "Queue"\nignoring application responses\n{calls}end ignoring\nquit\nend tell')
+        self.assertEqual(asked.returncode, 0, asked.stderr)
+        applet.ends()
+        first.communicate(timeout=harness.DEADLINE)
+        self.assertEqual(applet.said("ran"), "0\n")
 
     def test_an_applet_without_a_window_can_be_reached(self):
         applet = self.start("Hidden", 'on run\nend run\non quit\ndo shell script "echo asked >> FOLDER/asked"\nend quit', options=["-s"])

@@ -112,8 +112,8 @@ TEST(Launch, TheFirstWindowSoonAfterItIsWhatTheUserWaitsFor) {
     } table[] = {
         {"at once", "run", kPaneAndStay, false, [](Applet&) {}, true},
         {"not the second one", "run", kPaneAndStay, false, [](Applet& applet) { applet.delegate->takeAwaitedWindow(); }, false},
-        {"a moment later", "run", kPaneAndStay, false, [](Applet& applet) { applet.advance(4); }, true},
-        {"not much later", "run", kPaneAndStay, false, [](Applet& applet) { applet.advance(6); }, false},
+        {"a moment later", "run", kPaneAndStay, false, [](Applet& applet) { applet.advance(1.5); }, true},
+        {"not much later", "run", kPaneAndStay, false, [](Applet& applet) { applet.advance(3); }, false},
         {"not when the run is over", "run", kStay, false, [](Applet& applet) { applet.settle(); }, false},
         {"not in an idle call", "idle", kStay, false, [](Applet& applet) { applet.advance(1); }, false},
         {"not for somebody else", "run", kStay, true, [](Applet&) {}, false},

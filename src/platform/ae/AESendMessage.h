@@ -9,6 +9,9 @@
 
 namespace quoddle {
 
+/// The attribute "esrc" of an event that another process has sent.
+constexpr std::int32_t kAELocalProcess = 3;
+
 using AESendMode = std::int32_t;
 using AESendPriority = std::int16_t;
 

@@ -97,7 +97,7 @@ void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, con
         break;
     case "actv"_4cc:
         if (mDelegate)
-            mDelegate->applicationWillActivate();
+            mDelegate->applicationWillActivate(event->aeDesc().attribute("esrc"_4cc).has_value());
         activate();
         break;
     default: // "oapp", "noop": it runs already

@@ -140,7 +140,7 @@ void NSApplication::terminateNow() {
 void NSApplication::windowDidClose(const NSWindow& window, bool askedToTerminate) {
     const QWidgetList windows = topLevelWidgets();
     const bool last = std::none_of(windows.begin(), windows.end(), [&window](const QWidget* other) {
-        return other != &window && other->isVisible() && (other->windowType() == Qt::Window || other->windowType() == Qt::Dialog);
+        return other != &window && other->isVisible() && qobject_cast<const NSWindow*>(other); // panels are no windows to stay for
     });
     if (last && !askedToTerminate && !mTerminating && mDelegate && mDelegate->applicationShouldTerminateAfterLastWindowClosed())
         terminate();

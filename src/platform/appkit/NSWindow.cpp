@@ -20,6 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto kAnswerTime = std::chrono::milliseconds(400); // within which a window manager has answered a hide
+
 QList<QRect> availableScreens() {
     QList<QRect> areas;
     for (const QScreen* screen : QGuiApplication::screens())
@@ -76,6 +78,11 @@ void NSWindow::takeRestoredFrame() {
 }
 
 void NSWindow::setVisible(bool visible) {
+    const bool isSoonShownAgain = mSinceChange.isValid() && !mSinceChange.hasExpired(kAnswerTime.count());
+    if (visible && !isVisible() && isSoonShownAgain)
+        QTimer::singleShot(kAnswerTime, this, &NSWindow::recover);
+    if (visible != isVisible())
+        mSinceChange.start();
     if (visible && !isVisible()) {
         completeLayout(*this);
         if (mRestoredFrame)
@@ -96,7 +103,18 @@ void NSWindow::saveFrame() {
         standardUserDefaults().setValue(key, frame);
 }
 
+// A window manager that answers a hide after the window was shown again takes the shown window away.
+void NSWindow::recover() {
+    const bool isLost = QGuiApplication::platformName() == "xcb"_L1 && isVisible() && mSinceChange.hasExpired(kAnswerTime.count() / 2) &&
+                        !isMinimized() && windowHandle() && !windowHandle()->isExposed() && !attachedSheet();
+    if (!isLost)
+        return;
+    hide();
+    appear();
+}
+
 void NSWindow::makeKeyAndOrderFront() {
+    recover();
     if (isMinimized())
         showNormal();
     else
@@ -157,6 +175,15 @@ QDialog* NSWindow::attachedSheet() const {
 void NSWindow::beginSheet(QDialog* sheet, SheetCompletion completion) {
     mSheets.push_back({sheet, sheet, std::move(completion)});
     connect(sheet, &QObject::destroyed, this, [this](const QObject* object) { sheetEnded(object, NSModalResponseAbort); });
+    // From now on: its owner may take it back while it waits for others.
+    connect(sheet, &QDialog::finished, this, [this, sheet](int returnCode) {
+        sheet->disconnect(this);
+        sheet->removeEventFilter(this);
+        sheet->hide();
+        if (sheet->parent() == this)
+            sheet->setParent(nullptr); // it is the caller's again, whichever of the two goes first
+        sheetEnded(sheet, returnCode);
+    });
     if (mSheets.size() == 1)
         showNextSheet();
 }
@@ -175,13 +202,6 @@ void NSWindow::showNextSheet() {
     completeLayout(*dialog);
     if (!dialog->testAttribute(Qt::WA_Resized)) // it has no size of its own choice
         dialog->adjustSize();
-    connect(dialog, &QDialog::finished, this, [this, dialog](int returnCode) {
-        dialog->disconnect(this);
-        dialog->removeEventFilter(this);
-        dialog->hide();
-        dialog->setParent(nullptr); // it is the caller's again, whichever of the two goes first
-        sheetEnded(dialog, returnCode);
-    });
     dialog->installEventFilter(this);
     if (isBeingPlaced()) {
         // A sheet that hangs on a window without place would have to follow it while the window manager places both, and one of them would
@@ -267,10 +287,8 @@ void NSWindow::sheetEnded(const QObject* object, int returnCode) {
 }
 
 void NSWindow::endSheet(QDialog* sheet, int returnCode) {
-    if (sheet && attachedSheet() == sheet)
+    if (std::any_of(mSheets.begin(), mSheets.end(), [sheet](const Sheet& each) { return each.dialog == sheet; }))
         sheet->done(returnCode);
-    else
-        sheetEnded(sheet, returnCode);
 }
 
 } // namespace quoddle

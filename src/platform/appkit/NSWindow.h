@@ -11,6 +11,7 @@
 #include <functional>
 #include <optional>
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -75,6 +76,7 @@ private:
     void placeSheet();
     /// Takes the sheet out, wherever it stands, and shows the next one when it was in front.
     void sheetEnded(const QObject* object, int returnCode);
+    void recover();
     void saveFrame();
     void takeRestoredFrame();
 
@@ -82,6 +84,7 @@ private:
     QString mFrameAutosaveName;
     std::optional<QRect> mRestoredFrame; // until the window is first shown
     std::deque<Sheet> mSheets;           // the first one is shown
+    QElapsedTimer mSinceChange;          // since the window was shown or hidden; invalid before
     QTimer mPlacement;                   // runs while the one in front waits for the window to be placed
     bool mSheetHasFrame = false;         // the window manager has put its frame around the one that is shown
     bool mGoesWithSheet = false;         // was ordered out while one was shown

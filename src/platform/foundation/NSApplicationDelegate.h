@@ -47,8 +47,8 @@ public:
     virtual void applicationWillTerminate() {}
     /// Somebody has launched the application, which runs already; what is open comes to the front after this.
     virtual void applicationWillReopen() {}
-    /// Somebody has sent "activate"; what is open comes to the front after this.
-    virtual void applicationWillActivate() {}
+    /// Somebody has sent "activate", another process or the application's own script; what is open comes to the front after this.
+    virtual void applicationWillActivate(bool isAskedByOther) { (void)isAskedByOther; }
     /// Asked when the user has closed the last window.
     virtual bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
 

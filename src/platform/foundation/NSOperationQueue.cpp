@@ -72,6 +72,19 @@ void NSOperationQueue::addOperation(std::function<void()> block) {
     addOperation(std::make_shared<NSOperation>(std::move(block)));
 }
 
+void NSOperationQueue::suspendBehindRunning() {
+    std::lock_guard lock(mMutex);
+    mSuspended = !mRunning.empty();
+}
+
+void NSOperationQueue::resume() {
+    {
+        std::lock_guard lock(mMutex);
+        mSuspended = false;
+    }
+    mArrived.notify_all();
+}
+
 int NSOperationQueue::operationCount() const {
     std::lock_guard lock(mMutex);
     return static_cast<int>(mWaiting.size() + mRunning.size());
@@ -104,7 +117,7 @@ bool NSOperationQueue::waitUntilAllOperationsAreFinished(std::chrono::millisecon
 std::shared_ptr<NSOperation> NSOperationQueue::takeNext() {
     std::unique_lock lock(mMutex);
     ++mIdleWorkers;
-    mArrived.wait(lock, [this] { return mClosing || !mWaiting.empty(); });
+    mArrived.wait(lock, [this] { return mClosing || (!mSuspended && !mWaiting.empty()); });
     --mIdleWorkers;
     if (mWaiting.empty())
         return nullptr;

@@ -62,6 +62,10 @@ public:
     void addOperation(std::shared_ptr<NSOperation> operation);
     void addOperation(std::function<void()> block);
 
+    /// Nothing that waits begins from now on, provided that something runs; otherwise the queue stays as it is.
+    void suspendBehindRunning();
+    void resume();
+
     int maxConcurrentOperationCount() const { return mMaxConcurrentOperationCount; }
     /// Waiting and running operations together.
     int operationCount() const;
@@ -88,6 +92,7 @@ private:
     std::vector<std::thread> mWorkers;
     int mIdleWorkers = 0;
     int mCompleting = 0;
+    bool mSuspended = false;
     bool mClosing = false;
 };
 

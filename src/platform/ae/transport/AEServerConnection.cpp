@@ -3,6 +3,7 @@
 
 #include "platform/ae/AEFlatten.h"
 #include "platform/ae/AEMainThread.h"
+#include "platform/ae/AESendMessage.h"
 #include "platform/ae/AEWaiting.h"
 
 #include <cerrno>
@@ -100,6 +101,7 @@ bool AEServerConnection::handOn(Received received, AEDesc event) {
         return false;
     // Whatever the sender called this process, here it is the current one.
     (void)event.setAttribute("addr"_4cc, AEDesc::ofCurrentProcess());
+    (void)event.setAttribute("esrc"_4cc, AEDesc::ofInt32(kAELocalProcess));
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
     const AEDesc reply = received.frame.flags & AEFrame::kWantsReply ? AEEmptyReplyTo(event) : AEDesc();
     if (!manager.hasEventHandlerForEventClass(event.eventClass(), event.eventID())) {
