@@ -1,21 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The two groups of operations on descriptors, quirks included.
-#include "engine/BridgedObjects.h"
-#include "engine/NSAppleEventDescriptor+Additions.h"
-#include "engine/NSAppleEventDescriptor-QXAdditions.h"
-#include "engine/QXOSAException.h"
+#include "Fixture.h"
 
-#include <gtest/gtest.h>
+#include "engine/BridgedObjects.h"
 
 namespace quoddle {
 
 namespace {
-
-using Descriptor = NSAppleEventDescriptor;
-
-NSAppleEventDescriptorRef ofType(DescType type) {
-    return Descriptor::descriptorWithDescriptorType(type, "12345678");
-}
 
 NSAppleEventDescriptorRef recordWith(std::initializer_list<NSAppleEventDescriptorRef> fields) {
     auto list = Descriptor::listDescriptor();
@@ -24,15 +15,6 @@ NSAppleEventDescriptorRef recordWith(std::initializer_list<NSAppleEventDescripto
     auto record = Descriptor::recordDescriptor();
     record->setDescriptor(list, "usrf"_4cc);
     return record;
-}
-
-NSAppleEventDescriptorRef fileSpecifier(DescType wantType, FourCharCode form, DescType seldType) {
-    auto record = Descriptor::recordDescriptor();
-    record->setDescriptor(ofType(wantType), "want"_4cc);
-    record->setDescriptor(Descriptor::descriptorWithEnumCode(form), "form"_4cc);
-    record->setDescriptor(ofType(seldType), "seld"_4cc);
-    record->setDescriptor(Descriptor::nullDescriptor(), "from"_4cc);
-    return record->coerceToDescriptorType("obj "_4cc);
 }
 
 } // namespace
@@ -93,9 +75,13 @@ TEST(DescriptorCategories, Specifiers) {
     EXPECT_EQ(first->descriptorType(), "obj "_4cc);
     EXPECT_EQ(first->descriptorForKeyword("from"_4cc)->descriptorType(), "null"_4cc);
     EXPECT_FALSE(descriptorForObjectSpecifierFor("docu"_4cc, Descriptor::descriptorWithInt32(1), "indx"_4cc, first));
-    auto range = descriptorForRangeObjectSpecifierFrom(first, first);
+    auto second = descriptorForObjectSpecifierFor("word"_4cc, first, "indx"_4cc, Descriptor::descriptorWithInt32(2));
+    EXPECT_EQ(second->descriptorForKeyword("want"_4cc)->typeCodeValue(), "word"_4cc);
+    EXPECT_EQ(second->descriptorForKeyword("from"_4cc)->aeDesc(), first->aeDesc());
+    auto range = descriptorForRangeObjectSpecifierFrom(first, second);
     EXPECT_EQ(range->descriptorType(), "rang"_4cc);
-    EXPECT_EQ(range->descriptorForKeyword("stop"_4cc)->aeDesc(), first->aeDesc());
+    EXPECT_EQ(range->descriptorForKeyword("star"_4cc)->aeDesc(), first->aeDesc());
+    EXPECT_EQ(range->descriptorForKeyword("stop"_4cc)->aeDesc(), second->aeDesc());
 }
 
 TEST(DescriptorCategories, IntegersOfAnything) {
@@ -103,7 +89,9 @@ TEST(DescriptorCategories, IntegersOfAnything) {
     EXPECT_EQ(integerValue(Descriptor::descriptorWithAEDesc(AEDesc::ofInt64(INT64_MIN))), INT64_MIN);
     EXPECT_EQ(KVBunsignedIntegerValue(Descriptor::descriptorWithString("18446744073709551615")), UINT64_MAX);
     EXPECT_EQ(unsignedIntegerValue(Descriptor::descriptorWithInt32(-1)), 0u);
-    EXPECT_EQ(KVBintegerValue(Descriptor::descriptorWithAEDesc(AEDesc::list({AEDesc::ofInt32(12)}))), 0);
+    const auto listOfOne = Descriptor::descriptorWithAEDesc(AEDesc::list({AEDesc::ofInt32(12)}));
+    EXPECT_EQ(KVBintegerValue(listOfOne), 0);
+    EXPECT_EQ(KVBunsignedIntegerValue(listOfOne), 0u);
     EXPECT_EQ(KVBintegerValue(Descriptor::descriptorWithString("twelve")), 0);
     EXPECT_EQ(KVBintegerValue(nullptr), 0);
 }

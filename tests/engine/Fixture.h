@@ -14,6 +14,20 @@ namespace quoddle {
 
 using Descriptor = NSAppleEventDescriptor;
 
+inline NSAppleEventDescriptorRef ofType(DescType type) {
+    return Descriptor::descriptorWithDescriptorType(type, "12345678");
+}
+
+/// A specifier of something in the application; what it wants is told by the type of the item, as files have it.
+inline NSAppleEventDescriptorRef fileSpecifier(DescType wantType, FourCharCode form, DescType seldType) {
+    auto record = Descriptor::recordDescriptor();
+    record->setDescriptor(ofType(wantType), "want"_4cc);
+    record->setDescriptor(Descriptor::descriptorWithEnumCode(form), "form"_4cc);
+    record->setDescriptor(ofType(seldType), "seld"_4cc);
+    record->setDescriptor(Descriptor::nullDescriptor(), "from"_4cc);
+    return record->coerceToDescriptorType("obj "_4cc);
+}
+
 /// Collects what is logged while it lives.
 class LogCatcher {
 public:
@@ -58,9 +72,13 @@ protected:
         return noErr;
     }
 
-    std::size_t callCount(const std::string& name) const {
-        return static_cast<std::size_t>(std::count(fake->calls.begin(), fake->calls.end(), name));
+    std::vector<FakeComponent::Call> callsOf(const std::string& operation) const {
+        std::vector<FakeComponent::Call> found;
+        std::copy_if(fake->calls.begin(), fake->calls.end(), std::back_inserter(found),
+                     [&](const FakeComponent::Call& call) { return call.operation == operation; });
+        return found;
     }
+    std::size_t callCount(const std::string& operation) const { return callsOf(operation).size(); }
 
     QXOSAComponentRef component;
     FakeComponent* fake = nullptr;

@@ -9,6 +9,7 @@
 #include "platform/ae/NSAppleEventManager.h"
 #include "platform/foundation/MainThread.h"
 
+#include <future>
 #include <thread>
 
 #include <QCoreApplication>
@@ -25,9 +26,11 @@ struct Listener : QXOSAComponentDelegate {
         if (onYield)
             onYield();
     }
-    void willSendAppleEvent(const AEDesc& event, AESendMode, std::int32_t, std::int32_t timeoutInTicks) override {
+    void willSendAppleEvent(const AEDesc& event, AESendMode sendMode, std::int32_t sendPriority, std::int32_t timeoutInTicks) override {
         std::lock_guard lock(mutex);
         willSend.push_back(event.eventID());
+        modes.push_back(sendMode);
+        priorities.push_back(sendPriority);
         timeouts.push_back(timeoutInTicks);
     }
     void didSendAppleEvent(const AEDesc&, const AEDesc& reply, OSStatus status) override {
@@ -39,7 +42,8 @@ struct Listener : QXOSAComponentDelegate {
     std::function<void()> onYield;
     std::mutex mutex; ///< many threads send at once
     std::vector<AEEventID> willSend;
-    std::vector<std::int32_t> timeouts;
+    std::vector<AESendMode> modes;
+    std::vector<std::int32_t> priorities, timeouts;
     std::vector<AEDesc> replies;
     std::vector<OSStatus> statuses;
 };
@@ -71,8 +75,8 @@ protected:
             manager.removeEventHandlerForEventClass("test"_4cc, eventID);
     }
 
-    OSErr send(const AEDesc& sent, AESendMode mode = kAEWaitReply, std::int32_t ticks = kAEDefaultTimeout) {
-        return OSASendCallback(sent, &reply, mode, 0, ticks, nullptr, nullptr, component.get());
+    OSErr send(const AEDesc& sent, AESendMode mode = kAEWaitReply, std::int32_t ticks = kAEDefaultTimeout, AESendPriority priority = 0) {
+        return OSASendCallback(sent, &reply, mode, priority, ticks, nullptr, nullptr, component.get());
     }
 
     /// Runs the body on another thread and the application's loop on this one.
@@ -205,9 +209,40 @@ TEST_F(OSACallbacksTest, SendingTellsTheDelegate) {
     EXPECT_EQ(compiled("send test work")->execute()->int32Value(), 5);
 }
 
+TEST_F(OSACallbacksTest, WhatIsGivenGoesAlongWithTheEvent) {
+    struct Sent {
+        AESendMode mode;
+        std::int32_t ticks;
+        bool isHere; ///< sent on the thread that calls
+        const void* refCon;
+        bool isCancellable;
+        bool operator==(const Sent&) const = default;
+    };
+    std::vector<Sent> sent;
+    const auto thisThread = std::this_thread::get_id();
+    AESetRemoteSender([&](const AEDesc&, AEDesc*, AESendMode mode, std::int32_t ticks, const AESendOptions& options) {
+        sent.push_back({mode, ticks, std::this_thread::get_id() == thisThread, options.handlerRefCon, bool(options.cancelled)});
+        return OSStatus{noErr};
+    });
+    const AEDesc away = AEDesc::appleEvent("test"_4cc, "work"_4cc, AEDesc::ofProcess(1));
+    std::vector<Sent> expected;
+    for (AESendMode mode : {kAECanInteract, kAENoReply | kAECanInteract, kAEQueueReply, kAEWaitReply | kAECanSwitchLayer}) {
+        const bool isHere = mode == kAECanInteract; // neither no-reply, queue-reply nor wait-reply
+        EXPECT_EQ(send(away, mode, 77, -5), noErr);
+        expected.push_back({mode, 77, isHere, component.get(), true});
+        EXPECT_EQ(listener.modes.back(), mode);
+        EXPECT_EQ(listener.priorities.back(), -5);
+        EXPECT_EQ(listener.timeouts.back(), 77);
+    }
+    AESetRemoteSender({});
+    EXPECT_EQ(sent, expected);
+}
+
 TEST_F(OSACallbacksTest, DestructiveEventsAreRefused) {
     component->setPreventDestructiveEvents(true);
     EXPECT_EQ(send(event("aevt"_4cc, "odoc"_4cc)), errAEEventFailed);
+    component->setDestructiveEventError(-9);
+    EXPECT_EQ(send(event("aevt"_4cc, "odoc"_4cc)), -9);
     EXPECT_TRUE(listener.willSend.empty());
     EXPECT_EQ(listener.yields, 0);
     EXPECT_EQ(send(event("core"_4cc, "getd"_4cc)), errAEEventNotHandled);
@@ -221,6 +256,11 @@ TEST_F(OSACallbacksTest, WaitingEndsByTimeOutAndCancellation) {
     EXPECT_EQ(reply, before);
     component->setTimeoutError(-7);
     EXPECT_EQ(send(event("test"_4cc, "wait"_4cc), kAEWaitReply, 3), -7);
+    std::promise<void> mayEnd;
+    AESetRemoteSender([ended = mayEnd.get_future().share()](auto&&...) { return ended.wait(), OSStatus{noErr}; });
+    EXPECT_EQ(send(AEDesc::appleEvent("test"_4cc, "work"_4cc, AEDesc::ofProcess(1)), kAEWaitReply, 3), -7) << "the sender forgets the time";
+    mayEnd.set_value();
+    AESetRemoteSender({});
     // On the main thread, which goes on with its timers while it waits.
     QTimer::singleShot(20, [&] { component->setCancelled(true); });
     EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
@@ -356,6 +396,17 @@ TEST_F(OSACallbacksTest, ContinuedEventsReachTheApplication) {
     OSASendCallback(event("test"_4cc, "resu"_4cc), &reply, kAEWaitReply, 0, -1, nullptr, nullptr, component.get());
     EXPECT_TRUE(wasResuming) << "the mark of the reply";
     EXPECT_FALSE(component->isResuming());
+}
+
+TEST_F(OSACallbacksTest, ContinuingEndsWithTheComponentsNumbers) {
+    component->setTimeoutError(-7);
+    component->setThreadCanceledError(-9);
+    manager.setAdditionHandler([](const auto&, const auto&, const auto&) { return OSErr{errAETimeout}; }, "test"_4cc, "late"_4cc);
+    EXPECT_EQ(OSAResumeCallback(event("test"_4cc, "late"_4cc), &reply, component.get()), -7);
+    manager.removeAdditionHandlerForEventClass("test"_4cc, "late"_4cc);
+    QTimer::singleShot(0, [&] { component->setCancelled(true); });
+    EXPECT_EQ(OSAResumeCallback(event("test"_4cc, "wait"_4cc), &reply, component.get()), -9);
+    EXPECT_TRUE(component->isCancelled()) << "left for the next procedure";
 }
 
 } // namespace quoddle

@@ -62,26 +62,21 @@ TEST_F(QXOSAComponentTest, GenericComponentsNameLanguages) {
     auto stored = Descriptor::descriptorWithAEDesc(fake->stored(u"return 1"));
     EXPECT_EQ(generic->languageSubTypeForStoredScript(stored), "fake"_4cc);
     EXPECT_EQ(raised([&] { generic->languageSubTypeForStoredScript(nullptr); }, "QXOSAComponent Failure"), errOSABadStorageType);
+    EXPECT_EQ(raised([&] { generic->setDefaultLanguageSubType("none"_4cc); }, "QXOSAComponent Failure"), errOSACantOpenComponent);
+    EXPECT_TRUE(generic->realComponentForLanguageSubType("fake"_4cc));
     auto real = generic->realComponentForLanguageSubType("fake"_4cc);
     ASSERT_TRUE(real);
+    EXPECT_EQ(real->version(), 0x10203) << "the one before was not closed";
     EXPECT_FALSE(generic->realComponentForLanguageSubType("none"_4cc));
-    auto script = generic->loadFromStoredScript(stored, 0);
+    auto script = generic->loadFromStoredScript(stored, 0x40);
+    EXPECT_EQ(FakeComponent::last()->calls.back().modeFlags, 0x40u);
     EXPECT_TRUE(script->ownsValueID());
     EXPECT_EQ(script->realFromGeneric()->component()->component(), real->component());
 }
 
 TEST_F(QXOSAComponentTest, LastErrorComesFromTheScript) {
-    fake->error = {{"errn"_4cc, AEDesc::ofInt32(-1728)},
-                   {"errt"_4cc, AEDesc::ofType("docu"_4cc)},
-                   {"erob"_4cc, AEDesc::ofInt32(5)},
-                   {"erng"_4cc, AEDesc::record({{"srcs"_4cc, AEDesc::ofInt32(3)}, {"srce"_4cc, AEDesc::ofInt32(10)}}, "erng"_4cc)}};
+    fake->error = {{"errn"_4cc, AEDesc::ofInt32(-1728)}};
     EXPECT_EQ(component->lastError(), -1728);
-    EXPECT_EQ(component->lastErrorRange(), (QXRange{3, 7}));
-    EXPECT_EQ(component->lastErrorExpectedType()->typeCodeValue(), "docu"_4cc);
-    EXPECT_EQ(component->lastErrorOffendingObject()->int32Value(), 5);
-    EXPECT_FALSE(component->lastErrorPartialResult());
-    EXPECT_FALSE(component->lastErrorApplication());
-    EXPECT_TRUE(component->lastErrorMessage().isNull());
     EXPECT_EQ(raised([&] { component->_failOSError(errOSAScriptError); }, "QXOSAComponent Failure"), errOSAScriptError);
     EXPECT_EQ(component->lastError(), -1728) << "-1753 asks the component";
     fake->error.clear();
@@ -132,14 +127,28 @@ TEST_F(QXOSAComponentTest, ErrorRecordsAreSnapshots) {
     fake->error = {{"errn"_4cc, AEDesc::ofInt32(42)},
                    {"errs"_4cc, AEDesc::ofUTF8("full")},
                    {"errb"_4cc, AEDesc::ofUTF8("brief")},
-                   {"ptlr"_4cc, AEDesc::ofInt32(7)}};
+                   {"erap"_4cc, AEDesc::ofUTF8("Editor")},
+                   {"errt"_4cc, AEDesc::ofType("docu"_4cc)},
+                   {"ptlr"_4cc, AEDesc::ofInt32(7)},
+                   {"erob"_4cc, AEDesc::list({AEDesc::ofInt32(1), AEDesc::ofInt32(2)})},
+                   {"erng"_4cc, AEDesc::record({{"srcs"_4cc, AEDesc::ofInt32(3)}, {"srce"_4cc, AEDesc::ofInt32(10)}}, "erng"_4cc)}};
+    const AEDesc object = fake->error["erob"_4cc];
     auto full = component->lastErrorInfo();
     fake->error.clear();
+    EXPECT_TRUE(full->isRuntimeError());
     EXPECT_EQ(full->error(), 42);
+    EXPECT_EQ(full->errorRange(), (QXRange{3, 7}));
     EXPECT_EQ(full->message(), QStringLiteral("full"));
     EXPECT_EQ(full->briefMessage(), QStringLiteral("brief"));
+    EXPECT_EQ(stringValue(full->application()), QStringLiteral("Editor"));
+    EXPECT_EQ(full->expectedType()->typeCodeValue(), "docu"_4cc);
     EXPECT_EQ(full->partialResult()->int32Value(), 7);
-    EXPECT_TRUE(full->description().contains(QStringLiteral("message: full, briefMessage: brief, application: (null)")));
+    EXPECT_EQ(full->offendingObject()->aeDesc(), object);
+    EXPECT_EQ(
+        full->description(),
+        QStringLiteral("<QXOSAErrorInfo error: 42, errorRange: {3, 7}, message: full, briefMessage: brief, application: "
+                       "<NSAppleEventDescriptor: 'utxt'(Editor)>, expectedType: <NSAppleEventDescriptor: 'type'(docu)>, partialResult: "
+                       "<NSAppleEventDescriptor: 'long'(7)>, offendingObject: <NSAppleEventDescriptor: 'list'(2 items)>>"));
 }
 
 TEST_F(QXOSAComponentTest, DefaultTargets) {
@@ -149,6 +158,7 @@ TEST_F(QXOSAComponentTest, DefaultTargets) {
     component->setDefaultTarget(target);
     component->setDefaultTarget(target);
     EXPECT_EQ(callCount("setDefaultTarget"), 2u);
+    EXPECT_EQ(fake->defaultTarget, target->aeDesc());
     fake->failures["setDefaultTarget"] = -50;
     EXPECT_EQ(raised([&] { component->setDefaultTarget(nullptr); }, "QXOSAComponent Failure"), -50);
     EXPECT_EQ(component->defaultTarget(), target);
@@ -163,6 +173,10 @@ TEST_F(QXOSAComponentTest, LoadsFiles) {
     ASSERT_TRUE(script);
     EXPECT_TRUE(storable);
     EXPECT_TRUE(script->ownsValueID());
+    fake->isStorable = false;
+    EXPECT_TRUE(component->loadFromURL(QUrl::fromLocalFile(path), 0x40, &storable));
+    EXPECT_FALSE(storable);
+    EXPECT_EQ(callsOf("loadFile").back().modeFlags, 0x40u);
     EXPECT_FALSE(component->loadFromURL(QUrl::fromLocalFile(folder.filePath(QStringLiteral("none"))), 0));
     EXPECT_FALSE(component->loadFromURL(QUrl(QStringLiteral("http://example.org/a")), 0));
     fake->failures["loadFile"] = -54;
@@ -189,7 +203,7 @@ TEST_F(QXOSAComponentTest, TheLastResultIsKeptInAScratchScript) {
     EXPECT_EQ(fake->values[kept->second.properties[u"rslt"]].desc, descriptorWithUndefinedValue()->aeDesc());
     component->setLastResult(QXOSAID::QXOSAIDWithComponent(component, Descriptor::descriptorWithInt32(3)));
     EXPECT_EQ(fake->values[kept->second.properties[u"rslt"]].desc, AEDesc::ofInt32(3));
-    fake->failures["setProperty:0"] = -1750;
+    fake->failures["setProperty"] = -1750;
     EXPECT_EQ(raised([&] { component->setLastResult(nullptr); }), noErr);
     std::weak_ptr<QXOSAComponent> weak = component;
     component.reset();
@@ -218,9 +232,13 @@ TEST_F(QXOSAComponentTest, RunStateDefaultsAndTheInvertedBusy) {
     component->setOperation(std::make_shared<NSOperation>([] {}));
     EXPECT_FALSE(component->isBusy());
     component->setOperation(nullptr);
+    component->setOperation(nullptr);
     EXPECT_EQ(notified, 2);
     component->setTimeoutInterval(60);
     EXPECT_NEAR(static_cast<double>(QDateTime::currentDateTime().msecsTo(component->timeout())), 60000, 2000);
+    const QDateTime deadline = QDateTime::fromMSecsSinceEpoch(1234567);
+    component->setTimeout(deadline);
+    EXPECT_EQ(component->timeout(), deadline);
     component->setTimeout(QDateTime());
     EXPECT_FALSE(component->timeout().isValid());
 }

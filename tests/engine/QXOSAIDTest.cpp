@@ -14,6 +14,34 @@ class QXOSAIDTest : public BridgeTest {
 protected:
     QXOSAIDRef value(AEDesc desc) { return QXOSAID::QXOSAIDWithComponent(component, std::move(desc)); }
     QXOSAIDRef number(std::int32_t n) { return value(AEDesc::ofInt32(n)); }
+
+    /// What the component is to be given.
+    struct Given {
+        OSAID id = 0, other = 0;
+        OSAModeFlags byDefault = 0; ///< when the caller gives no flags
+        OSAModeFlags always = 0;    ///< besides what the caller gives
+    };
+    /// Runs an operation with mode flags and without: the component's operation gets them, and the identifiers.
+    template<class Operation>
+    void passesOn(const std::string& called, const Given& given, Operation operation) {
+        constexpr OSAModeFlags kFlags = 0x12340;
+        for (bool withFlags : {true, false}) {
+            fake->calls.clear();
+            if (withFlags)
+                operation(kFlags);
+            else
+                operation();
+            const auto calls = callsOf(called);
+            ASSERT_EQ(calls.size(), 1u) << called;
+            EXPECT_EQ(calls[0].modeFlags, (withFlags ? kFlags : given.byDefault) | given.always) << called << withFlags;
+            EXPECT_EQ(calls[0].id, given.id) << called;
+            if (given.other != kAnyValue)
+                EXPECT_EQ(calls[0].other, given.other) << called;
+            else
+                EXPECT_NE(calls[0].other, 0u) << called;
+        }
+    }
+    static constexpr OSAID kAnyValue = 0xFFFFFFFF;
 };
 
 TEST_F(QXOSAIDTest, MadeFromDescriptors) {
@@ -105,7 +133,63 @@ TEST_F(QXOSAIDTest, Execution) {
     EXPECT_EQ(callCount("executeEvent"), 0u);
     EXPECT_TRUE(script->executeEvent(Descriptor::appleEventWithEventClass("misc"_4cc, "idle"_4cc)));
     EXPECT_EQ(fake->lastEvent.eventID(), "idle"_4cc);
+    component->setCancelled(true);
     EXPECT_TRUE(script->executeInContext(nullptr));
+    EXPECT_FALSE(component->isCancelled());
+}
+
+TEST_F(QXOSAIDTest, FlagsAndIdentifiersReachTheComponent) {
+    QXOSAIDRef script = compiled("handler go\nproperty total 3\nproperty ppgt 9\nreturn 1"), context = compiled(""), five = number(5);
+    const OSAID id = script->valueID(), kFive = five->valueID();
+    const auto event = Descriptor::appleEventWithEventClass("misc"_4cc, "idle"_4cc);
+    passesOn("execute", {id}, [&](auto... flags) { script->execute(flags...); });
+    passesOn("execute", {id}, [&](auto... flags) { script->executeEvent(nullptr, flags...); });
+    passesOn("execute", {id, context->valueID()}, [&](auto... flags) { script->executeInContext(context, flags...); });
+    passesOn("executeEvent", {id}, [&](auto... flags) { script->executeEvent(event, flags...); });
+    passesOn("executeEvent", {id}, [&](auto... flags) { script->executeSubroutine(QStringLiteral("go"), {}, flags...); });
+
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.scpt"));
+    passesOn("storeFile", {id}, [&](auto... flags) { script->storeFile(path, flags...); });
+    passesOn("store", {id}, [&](auto... flags) { script->store(flags...); });
+    passesOn("store", {id}, [&](auto... flags) { script->descriptor(flags...); });
+    passesOn("copySourceString", {id}, [&](auto... flags) { script->source(flags...); });
+    passesOn("copyDisplayString", {kFive}, [&](auto... flags) { five->display(flags...); });
+    passesOn("coerceToDesc", {kFive}, [&](auto... flags) { five->descriptor(flags...); });
+    QXOSAIDRef text = value(AEDesc::ofUTF8("x"));
+    passesOn("display", {.id = text->valueID(), .always = 8}, [&](auto... flags) { text->descriptor(flags...); });
+
+    QXOSAIDRef target = QXOSAID::QXOSAIDWithComponent(component);
+    const auto stored = Descriptor::descriptorWithAEDesc(fake->stored(u"return 1")), seven = Descriptor::descriptorWithInt32(7);
+    passesOn("load", {}, [&](auto... flags) { target->load(stored, flags...); });
+    passesOn("load", {}, [&](auto... flags) { target->setDescriptor(stored, flags...); });
+    passesOn("coerceFromDesc", {}, [&](auto... flags) { target->setDescriptor(seven, flags...); });
+    passesOn("loadFile", {}, [&](auto... flags) { target->loadFile(path, flags...); });
+    passesOn("loadFile", {}, [&](auto... flags) { target->loadFileURL(QUrl::fromLocalFile(path), flags...); });
+    const auto source = Descriptor::descriptorWithString("return 1");
+    passesOn("compile", {.byDefault = 2}, [&](auto... flags) { QXOSAID(component).compileDescriptor(source, flags...); });
+    passesOn("compile", {.byDefault = 2}, [&](auto... flags) { QXOSAID(component).compile(QStringLiteral("return 1"), flags...); });
+
+    const QString go = QStringLiteral("go"), total = QStringLiteral("total");
+    const auto handlerName = Descriptor::descriptorWithString("go"), propertyName = Descriptor::descriptorWithString("total");
+    passesOn("getHandlerNames", {id}, [&](auto... flags) { script->handlerNames(flags...); });
+    passesOn("getPropertyNames", {id}, [&](auto... flags) { script->propertyNames(flags...); });
+    passesOn("getHandler", {id}, [&](auto... flags) { script->handlerForDescriptor(handlerName, flags...); });
+    passesOn("getHandler", {id}, [&](auto... flags) { script->handlerForName(go, flags...); });
+    passesOn("getProperty", {id}, [&](auto... flags) { script->propertyForDescriptor(propertyName, flags...); });
+    passesOn("getProperty", {id}, [&](auto... flags) { script->propertyForName(total, flags...); });
+    passesOn("getProperty", {id}, [&](auto... flags) { script->propertyForPropertyID("ppgt"_4cc, flags...); });
+    passesOn("setProperty", {id, kFive}, [&](auto... flags) { script->setValueForPropertyDescriptor(five, propertyName, flags...); });
+    passesOn("setProperty", {id, kFive}, [&](auto... flags) { script->setValueForPropertyName(five, total, flags...); });
+    passesOn("setProperty", {id, kFive}, [&](auto... flags) { script->setValueForPropertyID(five, "ppgt"_4cc, flags...); });
+    passesOn("setHandler", {id, kFive}, [&](auto... flags) { script->setValueForHandlerDescriptor(five, handlerName, flags...); });
+    passesOn("setHandler", {id, kFive}, [&](auto... flags) { script->setValueForHandlerName(five, go, flags...); });
+    const Given made{id, kAnyValue};
+    passesOn("setProperty", made, [&](auto... flags) { script->setDescriptorForPropertyDescriptor(seven, propertyName, flags...); });
+    passesOn("setProperty", made, [&](auto... flags) { script->setDescriptorForPropertyName(seven, total, flags...); });
+    passesOn("setProperty", made, [&](auto... flags) { script->setDescriptorForPropertyID(seven, "ppgt"_4cc, flags...); });
+    passesOn("setHandler", made, [&](auto... flags) { script->setDescriptorForHandlerDescriptor(seven, handlerName, flags...); });
+    passesOn("setHandler", made, [&](auto... flags) { script->setDescriptorForHandlerName(seven, go, flags...); });
 }
 
 TEST_F(QXOSAIDTest, Subroutines) {
@@ -132,9 +216,10 @@ TEST_F(QXOSAIDTest, Contexts) {
     QXOSAIDRef context = QXOSAID::QXOSAIDContextWithComponent(component, parent);
     ASSERT_TRUE(context);
     EXPECT_EQ(fake->values[context->valueID()].source, u"10");
+    EXPECT_EQ(callsOf("compile").at(0).modeFlags, kOSAModeCompileIntoContext);
     EXPECT_EQ(fake->values[context->valueID()].properties.count(u"pare"), 1u);
     LogCatcher log;
-    fake->failures["setProperty:0"] = errOSAScriptError;
+    fake->failures["setProperty"] = errOSAScriptError;
     EXPECT_FALSE(QXOSAID::QXOSAIDContextWithComponent(component, parent));
     EXPECT_EQ(log.count(QStringLiteral("QXOSAIDContextWithComponent:parent: failed")), 1);
     fake->failures["compile"] = errOSAScriptError;
@@ -168,11 +253,19 @@ TEST_F(QXOSAIDTest, CopiesAndRecordings) {
     QXOSAIDRef script = compiled("return 1"), copy = script->copyScript();
     ASSERT_TRUE(copy);
     EXPECT_NE(copy->valueID(), script->valueID());
+    EXPECT_EQ(callCount("copyID"), 0u);
     EXPECT_EQ(QString::fromStdU16String(script->copyID()->source()->text), QStringLiteral("return 1"));
+    EXPECT_EQ(callCount("copyID") + callCount("copyScript"), 2u);
     QXOSAIDRef recording = QXOSAID::QXOSAIDWithComponent(component);
     recording->startRecording();
     EXPECT_TRUE(recording->isValid());
     recording->stopRecording();
+    EXPECT_EQ(callsOf("stopRecording").at(0).id, recording->valueID());
+    LogCatcher log;
+    fake->failures = {{"startRecording", -1750}, {"stopRecording", errOSAInvalidID}};
+    EXPECT_EQ(raised([&] { recording->startRecording(); }), -1750);
+    recording->stopRecording();
+    EXPECT_EQ(recording->lastError(), errOSAInvalidID);
     EXPECT_EQ(number(3)->display()->text, u"3");
     EXPECT_EQ(raised([&] { number(3)->source(); }), errOSASourceNotAvailable);
     script->setInfo(9, "modi"_4cc);
@@ -252,8 +345,21 @@ TEST_F(QXOSAIDTest, Properties) {
     EXPECT_TRUE(script->propertyForName(QStringLiteral("appletisquitting"))->booleanValue());
     script->setDescriptorForPropertyName(nullptr, QStringLiteral("appletisquitting"));
     EXPECT_FALSE(script->hasPropertyNamed(QStringLiteral("appletisquitting")));
-    script->setValueForPropertyID(number(4), "ppgc"_4cc, 4);
-    EXPECT_EQ(callCount("setProperty:4"), 1u);
+    EXPECT_EQ(script->stringForPropertyID("ppgt"_4cc), QStringLiteral("9"));
+    EXPECT_EQ(script->integerForPropertyID("ppgt"_4cc), 9);
+    EXPECT_EQ(script->unsignedIntegerForPropertyName(QStringLiteral("total")), 3u);
+}
+
+TEST_F(QXOSAIDTest, PlainValuesOfProperties) {
+    QXOSAIDRef script = compiled("property ppgt 9\nproperty ppgd text");
+    script->setDescriptorForPropertyID(Descriptor::listDescriptor(), "ppga"_4cc);
+    const std::size_t count = fake->count();
+    EXPECT_EQ(script->plainValueForPropertyID("ppgt"_4cc), AEDesc::ofInt32(9));
+    EXPECT_EQ(script->plainValueForPropertyID("ppgd"_4cc), AEDesc::ofUTF8("text"));
+    for (FourCharCode other : {"ppga"_4cc, "ppgc"_4cc})
+        EXPECT_EQ(script->plainValueForPropertyID(other), std::nullopt);
+    EXPECT_EQ(QXOSAID(component).plainValueForPropertyID("ppgt"_4cc), std::nullopt);
+    EXPECT_EQ(fake->count(), count);
 }
 
 TEST_F(QXOSAIDTest, NamesBetweenBars) {
@@ -269,9 +375,11 @@ TEST_F(QXOSAIDTest, NamesBetweenBars) {
 }
 
 TEST_F(QXOSAIDTest, DescriptorsByBestType) {
-    QXOSAIDRef text = value(AEDesc::ofUTF8("x"));
-    EXPECT_EQ(stringValue(text->descriptor()), QStringLiteral("x"));
-    EXPECT_EQ(fake->displayFlags, std::vector<OSAModeFlags>{8});
+    for (DescType type : {"STXT"_4cc, "TEXT"_4cc, "itxt"_4cc, "utf8"_4cc, "utxt"_4cc}) {
+        fake->calls.clear();
+        EXPECT_EQ(value(AEDesc(type, "abcd"))->descriptor()->descriptorType(), type);
+        EXPECT_EQ(callsOf("display").at(0).type, type) << bytesOf(type);
+    }
     EXPECT_EQ(value(AEDesc::ofDouble(1.5))->descriptor()->aeDesc(), AEDesc::ofDouble(1.5));
     EXPECT_EQ(compiled("return 1")->descriptor()->aeDesc(), fake->stored(u"return 1"));
     OSAID null = fake->add({});
@@ -292,7 +400,12 @@ TEST_F(QXOSAIDTest, DescriptorsAreKeptUntilTheValueChanges) {
     script->setValueForPropertyName(number(1), QStringLiteral("x"));
     EXPECT_NE(script->descriptor(), first);
     auto second = script->descriptor();
+    script->setValueForHandlerName(number(1), QStringLiteral("x"));
+    EXPECT_NE(script->descriptor(), second);
+    second = script->descriptor();
+    const OSAID before = script->valueID();
     script->compile(QStringLiteral("return 2"));
+    EXPECT_EQ(callsOf("compile").back().id, before);
     EXPECT_EQ(script->descriptor(), second) << "compiling leaves what is kept";
     script->clear();
     EXPECT_TRUE(script->descriptorCache()->empty());
@@ -304,15 +417,24 @@ TEST_F(QXOSAIDTest, RecordsWithAClassAreFixedUp) {
     OSAID id = fake->add({.desc = plain, .properties = {{u"pcls", classID}}});
     QXOSAIDRef record = QXOSAID::QXOSAIDWithComponent(component, id);
     EXPECT_TRUE(record->isRecord());
-    EXPECT_EQ(record->descriptor()->aeDesc(), plain);
-    EXPECT_EQ(callCount("setProperty:4"), 2u);
+    EXPECT_EQ(record->descriptor(0x40)->aeDesc(), plain);
+    for (const auto& [operation, flags] : {std::pair("coerceToDesc", 0x40u), std::pair("setProperty", 4u)}) {
+        const auto calls = callsOf(operation);
+        EXPECT_EQ(calls.size(), 2u);
+        EXPECT_TRUE(std::all_of(calls.begin(), calls.end(), [flags = flags](const auto& call) { return call.modeFlags == flags; }))
+            << operation;
+    }
     EXPECT_EQ(callCount("dispose"), 1u) << "of the class that was read";
     EXPECT_EQ(fake->values[id].properties.count(u"pcls"), 1u) << "the class is back";
 }
 
 TEST_F(QXOSAIDTest, FailedCoercionsAreTriedOnceMore) {
     QXOSAIDRef odd = value(AEDesc::ofInt32(1));
-    fake->failures["coerceToDesc"] = errAECoercionFail;
+    fake->refusedTypes = {"****"_4cc};
+    EXPECT_EQ(odd->descriptor(0x40)->aeDesc(), AEDesc::ofInt32(1));
+    EXPECT_EQ(callsOf("coerceToDesc").at(1).modeFlags, 0x40u);
+    fake->calls.clear();
+    fake->refusedTypes = {"****"_4cc, "long"_4cc};
     LogCatcher log;
     EXPECT_FALSE(odd->descriptor());
     EXPECT_EQ(callCount("coerceToDesc"), 2u);
@@ -345,6 +467,16 @@ TEST_F(QXOSAIDTest, TypeTests) {
                                                 {"pstr"_4cc, false}, {"ut16"_4cc, false}};
     for (auto [type, answer] : kTexts)
         EXPECT_EQ(value(AEDesc(type, "abcdef"))->isText(), answer) << bytesOf(type);
+    EXPECT_TRUE(value(fileSpecifier("file"_4cc, "name"_4cc, "utxt"_4cc)->aeDesc())->isFile());
+    EXPECT_FALSE(value(fileSpecifier("docu"_4cc, "name"_4cc, "utxt"_4cc)->aeDesc())->isFile());
+    EXPECT_EQ(value(AEDesc::ofUTF8("18446744073709551615"))->unsignedIntegerValue(), UINT64_MAX);
+    // A component may know only one of the two names for scripts.
+    QXOSAIDRef script = compiled("return 1");
+    for (FourCharCode denied : {"cscr"_4cc, "cntx"_4cc}) {
+        fake->setScriptInfo(script->valueID(), denied, 0);
+        fake->setScriptInfo(script->valueID(), denied == "cscr"_4cc ? "cntx"_4cc : "cscr"_4cc, 1);
+        EXPECT_EQ(script->descriptorType(), "scpt"_4cc) << bytesOf(denied);
+    }
     // What calls itself an enumeration is what its descriptor is.
     OSAID id = fake->add({.desc = AEDesc::ofBoolean(true)});
     fake->setScriptInfo(id, "best"_4cc, static_cast<std::int32_t>("enum"_4cc));

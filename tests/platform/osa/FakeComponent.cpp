@@ -63,9 +63,9 @@ OSAID FakeComponent::add(Value value) {
     return mLastID;
 }
 
-OSStatus FakeComponent::called(const std::string& operation) {
+OSStatus FakeComponent::called(const std::string& operation, OSAModeFlags modeFlags, OSAID id, OSAID other, DescType type) {
     std::lock_guard lock(mutex);
-    calls.push_back(operation);
+    calls.push_back({operation, modeFlags, id, other, type});
     auto failure = failures.find(operation);
     return failure == failures.end() ? noErr : failure->second;
 }
@@ -88,19 +88,18 @@ OSStatus FakeComponent::scriptFailed(std::int32_t number, std::u16string message
     return errOSAScriptError;
 }
 
-OSStatus FakeComponent::load(const AEDesc& scriptData, OSAModeFlags, OSAID& id) {
-    if (OSStatus status = called("load"))
+OSStatus FakeComponent::load(const AEDesc& scriptData, OSAModeFlags modeFlags, OSAID& id) {
+    if (OSStatus status = called("load", modeFlags))
         return status;
     std::string_view bytes = scriptData.data();
     if (bytes.size() < 12)
         return errOSABadStorageType;
-    OSAID fresh = 0;
-    OSStatus status = compile(AEDesc::ofUTF8(bytes.substr(0, bytes.size() - 12)), 0, fresh);
-    return status ? status : (id = fresh, noErr);
+    id = add(scriptFrom(utf16FromUTF8(bytes.substr(0, bytes.size() - 12))));
+    return noErr;
 }
 
 OSStatus FakeComponent::loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& id) {
-    if (OSStatus status = called("loadFile"))
+    if (OSStatus status = called("loadFile", modeFlags))
         return status;
     std::ifstream file(path, std::ios::binary);
     std::stringstream bytes;
@@ -108,12 +107,12 @@ OSStatus FakeComponent::loadFile(const std::string& path, bool* storable, OSAMod
     if (!file)
         return fnfErr;
     if (storable)
-        *storable = true;
+        *storable = isStorable;
     return load({"scpt"_4cc, bytes.str()}, modeFlags, id);
 }
 
-OSStatus FakeComponent::store(OSAID id, DescType, OSAModeFlags, AEDesc& data) {
-    if (OSStatus status = called("store"))
+OSStatus FakeComponent::store(OSAID id, DescType, OSAModeFlags modeFlags, AEDesc& data) {
+    if (OSStatus status = called("store", modeFlags, id))
         return status;
     if (!find(id))
         return errOSAInvalidID;
@@ -126,27 +125,44 @@ OSStatus FakeComponent::storeFile(OSAID id, DescType type, OSAModeFlags modeFlag
     if (OSStatus status = store(id, type, modeFlags, data))
         return status;
     std::ofstream(path, std::ios::binary) << data.data();
-    return called("storeFile");
+    return called("storeFile", modeFlags, id);
 }
 
 OSStatus FakeComponent::dispose(OSAID id) {
     std::lock_guard lock(mutex);
-    called("dispose");
+    called("dispose", 0, id);
     return values.erase(id) ? noErr : errOSAInvalidID;
 }
 
 OSStatus FakeComponent::copyID(OSAID from, OSAID& to) {
+    called("copyID", 0, from);
+    return copied(from, to);
+}
+
+OSStatus FakeComponent::copyScript(OSAID from, OSAID& to) {
+    called("copyScript", 0, from);
+    return copied(from, to);
+}
+
+OSStatus FakeComponent::copied(OSAID from, OSAID& to) {
     if (!find(from))
         return errOSAInvalidID;
     to = add(Value(*find(from)));
     return noErr;
 }
 
-OSStatus FakeComponent::compile(const AEDesc& source, OSAModeFlags, OSAID& id) {
-    if (OSStatus status = called("compile"))
+OSStatus FakeComponent::compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID& id) {
+    if (OSStatus status = called("compile", modeFlags, id))
         return status;
+    if (id != 0 && !values.erase(id))
+        return errOSAInvalidID;
+    id = add(scriptFrom(source.asText().value_or(u""))); // a component may well answer another identifier than it was given
+    return noErr;
+}
+
+FakeComponent::Value FakeComponent::scriptFrom(std::u16string source) {
     Value script;
-    script.source = source.asText().value_or(u"");
+    script.source = std::move(source);
     for (const std::u16string& line : script.lines()) {
         auto [verb, rest] = firstWord(line);
         if (verb == u"handler")
@@ -154,21 +170,18 @@ OSStatus FakeComponent::compile(const AEDesc& source, OSAModeFlags, OSAID& id) {
         if (verb == u"property")
             script.properties[firstWord(rest).first] = add({.desc = valueIn(firstWord(rest).second)});
     }
-    if (id != 0 && !values.erase(id))
-        return errOSAInvalidID;
-    id = add(std::move(script)); // a component may well answer another identifier than it was given
-    return noErr;
+    return script;
 }
 
-OSStatus FakeComponent::execute(OSAID script, OSAID, OSAModeFlags, OSAID& id) {
-    if (OSStatus status = called("execute"))
+OSStatus FakeComponent::execute(OSAID script, OSAID context, OSAModeFlags modeFlags, OSAID& id) {
+    if (OSStatus status = called("execute", modeFlags, script, context))
         return status;
     return find(script) ? run(Value(*find(script)), id) : errOSAInvalidID;
 }
 
 OSStatus FakeComponent::executeEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, OSAID& id) {
     lastEvent = event;
-    called("executeEvent");
+    called("executeEvent", modeFlags, context);
     return execute(context, 0, modeFlags, id);
 }
 
@@ -211,20 +224,21 @@ OSStatus FakeComponent::runLine(const std::u16string& verb, const std::u16string
 
 OSStatus FakeComponent::display(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& text) {
     std::lock_guard lock(mutex);
-    if (OSStatus status = called("display"))
+    if (OSStatus status = called("display", modeFlags, id, 0, type))
         return status;
-    displayFlags.push_back(modeFlags);
     return find(id) ? AECoerceDesc(find(id)->desc, type, text) : errOSAInvalidID;
 }
 
-OSStatus FakeComponent::copyDisplayString(OSAID id, OSAModeFlags, OSAAttributedText& text) {
+OSStatus FakeComponent::copyDisplayString(OSAID id, OSAModeFlags modeFlags, OSAAttributedText& text) {
+    called("copyDisplayString", modeFlags, id);
     if (!find(id))
         return errOSAInvalidID;
     text.text = find(id)->desc.asText().value_or(u"?");
     return noErr;
 }
 
-OSStatus FakeComponent::copySourceString(OSAID id, OSAModeFlags, OSAAttributedText& text) {
+OSStatus FakeComponent::copySourceString(OSAID id, OSAModeFlags modeFlags, OSAAttributedText& text) {
+    called("copySourceString", modeFlags, id);
     if (!find(id))
         return errOSAInvalidID;
     if (!find(id)->source)
@@ -233,30 +247,30 @@ OSStatus FakeComponent::copySourceString(OSAID id, OSAModeFlags, OSAAttributedTe
     return noErr;
 }
 
-OSStatus FakeComponent::coerceFromDesc(const AEDesc& desc, OSAModeFlags, OSAID& id) {
+OSStatus FakeComponent::coerceFromDesc(const AEDesc& desc, OSAModeFlags modeFlags, OSAID& id) {
     std::lock_guard lock(mutex);
-    if (OSStatus status = called("coerceFromDesc"))
+    if (OSStatus status = called("coerceFromDesc", modeFlags))
         return status;
     id = add({.desc = desc});
     return noErr;
 }
 
-OSStatus FakeComponent::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDesc& desc) {
+OSStatus FakeComponent::coerceToDesc(OSAID id, DescType type, OSAModeFlags modeFlags, AEDesc& desc) {
     std::lock_guard lock(mutex);
-    if (OSStatus status = called("coerceToDesc"))
+    if (OSStatus status = called("coerceToDesc", modeFlags, id, 0, type))
         return status;
     Value* value = find(id);
     if (!value)
         return errOSAInvalidID;
     // A record with a class of its own is none that can be had as a plain record.
-    if (type == "reco"_4cc && value->properties.count(u"pcls"))
+    if (refusedTypes.count(type) || (type == "reco"_4cc && value->properties.count(u"pcls")))
         return errAECoercionFail;
     return AECoerceDesc(value->desc, type, desc);
 }
 
-OSStatus FakeComponent::getProperty(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& id) {
+OSStatus FakeComponent::getProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& id) {
     std::lock_guard lock(mutex);
-    if (OSStatus status = called("getProperty"))
+    if (OSStatus status = called("getProperty", modeFlags, context))
         return status;
     Value* value = find(context);
     if (!value && context != kOSANullScript)
@@ -273,7 +287,7 @@ OSStatus FakeComponent::getProperty(OSAModeFlags, OSAID context, const AEDesc& n
 
 OSStatus FakeComponent::setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID value) {
     std::lock_guard lock(mutex);
-    if (OSStatus status = called("setProperty:" + std::to_string(modeFlags)))
+    if (OSStatus status = called("setProperty", modeFlags, context, value))
         return status;
     if (!find(context))
         return errOSAInvalidID;
@@ -285,7 +299,8 @@ OSStatus FakeComponent::setProperty(OSAModeFlags modeFlags, OSAID context, const
     return noErr;
 }
 
-OSStatus FakeComponent::getPropertyNames(OSAModeFlags, OSAID context, AEDesc& names) {
+OSStatus FakeComponent::getPropertyNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) {
+    called("getPropertyNames", modeFlags, context);
     if (!find(context))
         return errOSAInvalidID;
     names = AEDesc::list();
@@ -294,9 +309,9 @@ OSStatus FakeComponent::getPropertyNames(OSAModeFlags, OSAID context, AEDesc& na
     return noErr;
 }
 
-OSStatus FakeComponent::getHandler(OSAModeFlags, OSAID context, const AEDesc& name, OSAID& id) {
+OSStatus FakeComponent::getHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& id) {
     std::lock_guard lock(mutex);
-    if (OSStatus status = called("getHandler"))
+    if (OSStatus status = called("getHandler", modeFlags, context))
         return status;
     Value* value = find(context);
     if (!value)
@@ -310,7 +325,8 @@ OSStatus FakeComponent::getHandler(OSAModeFlags, OSAID context, const AEDesc& na
     return noErr;
 }
 
-OSStatus FakeComponent::setHandler(OSAModeFlags, OSAID context, const AEDesc& name, OSAID handler) {
+OSStatus FakeComponent::setHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID handler) {
+    called("setHandler", modeFlags, context, handler);
     if (!find(context))
         return errOSAInvalidID;
     if (handler)
@@ -320,7 +336,8 @@ OSStatus FakeComponent::setHandler(OSAModeFlags, OSAID context, const AEDesc& na
     return noErr;
 }
 
-OSStatus FakeComponent::getHandlerNames(OSAModeFlags, OSAID context, AEDesc& names) {
+OSStatus FakeComponent::getHandlerNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) {
+    called("getHandlerNames", modeFlags, context);
     if (!find(context))
         return errOSAInvalidID;
     names = AEDesc::list();
@@ -382,11 +399,11 @@ OSStatus FakeComponent::scriptError(FourCharCode selector, DescType type, AEDesc
 OSStatus FakeComponent::startRecording(OSAID& id) {
     if (id == 0)
         id = add({.source = u"recorded"});
-    return called("startRecording");
+    return called("startRecording", 0, id);
 }
 
-OSStatus FakeComponent::stopRecording(OSAID) {
-    return called("stopRecording");
+OSStatus FakeComponent::stopRecording(OSAID id) {
+    return called("stopRecording", 0, id);
 }
 
 OSStatus FakeComponent::setDefaultTarget(const AEDesc& target) {

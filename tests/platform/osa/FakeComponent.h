@@ -32,6 +32,15 @@ public:
         std::vector<std::u16string> lines() const;
     };
 
+    /// One call of an operation, with what it was given.
+    struct Call {
+        std::string operation;
+        OSAModeFlags modeFlags = 0;
+        OSAID id = 0;      ///< the script, context or value that it is about
+        OSAID other = 0;   ///< the context of an execution; the value or handler that is set
+        DescType type = 0; ///< into which something is made
+    };
+
     explicit FakeComponent(OSType subType = "fake"_4cc, OSAID firstID = 1000) : mSubType(subType), mLastID(firstID) { sLast = this; }
     ~FakeComponent() override;
 
@@ -42,14 +51,15 @@ public:
     AEDesc stored(const std::u16string& source) const;
 
     std::unordered_map<OSAID, Value> values;
-    std::vector<std::string> calls;           ///< names of the operations, in order
+    std::vector<Call> calls;                  ///< in order
     std::map<std::string, OSStatus> failures; ///< operations that are to fail
     std::set<std::u16string> barred;          ///< property and handler names that are refused (-50) without their bars
+    std::set<DescType> refusedTypes;          ///< into which nothing is coerced (-1700)
     std::map<FourCharCode, AEDesc> error;     ///< what scriptError tells
-    std::vector<OSAModeFlags> displayFlags;
     AEDesc lastEvent;
     AEDesc defaultTarget;
     AEDesc result;
+    bool isStorable = true; ///< what loadFile tells
     std::int32_t sendTimeout = kAEDefaultTimeout;
     AESendMode sendMode = kAEWaitReply;
     OSACallbacks callbacks;
@@ -65,7 +75,7 @@ public:
     OSStatus storeFile(OSAID id, DescType type, OSAModeFlags modeFlags, const std::string& path) override;
     OSStatus dispose(OSAID id) override;
     OSStatus copyID(OSAID from, OSAID& to) override;
-    OSStatus copyScript(OSAID from, OSAID& to) override { return copyID(from, to); }
+    OSStatus copyScript(OSAID from, OSAID& to) override;
     OSStatus compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID& id) override;
     OSStatus execute(OSAID script, OSAID context, OSAModeFlags modeFlags, OSAID& id) override;
     OSStatus executeEvent(const AEDesc& event, OSAID context, OSAModeFlags modeFlags, OSAID& id) override;
@@ -98,8 +108,10 @@ protected:
     Value* find(OSAID id);
 
 private:
-    /// Logs the call; the status it is to fail with, or 0.
-    OSStatus called(const std::string& operation);
+    /// Notes the call; the status it is to fail with, or 0.
+    OSStatus called(const std::string& operation, OSAModeFlags modeFlags = 0, OSAID id = 0, OSAID other = 0, DescType type = 0);
+    Value scriptFrom(std::u16string source);
+    OSStatus copied(OSAID from, OSAID& to);
     OSStatus run(const Value& script, OSAID& id);
     OSStatus runLine(const std::u16string& verb, const std::u16string& rest, OSAID& id);
     OSStatus scriptFailed(std::int32_t number, std::u16string message);
