@@ -83,6 +83,7 @@ public:
     virtual OSStatus getHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) {
         return unsupported(modeFlags, context, name, result);
     }
+    /// Handler 0 takes the handler away.
     virtual OSStatus setHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID handler) {
         return unsupported(modeFlags, context, name, handler);
     }

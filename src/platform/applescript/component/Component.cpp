@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Identifiers, loading, storing, compiling. Running is in Execution.cpp, properties and information in Inquiries.cpp, display in
+// Identifiers, loading, storing, compiling, recording. Running is in Execution.cpp, properties and information in Inquiries.cpp, display in
 // Display.cpp.
 #include "platform/applescript/component/Component.h"
 
@@ -240,6 +240,23 @@ OSStatus Component::makeContext(const AEDesc&, OSAID parent, OSAID& result) {
     return noErr;
 }
 
+// --- Recording
+
+/// Recording takes applications that tell what their users do, and there are none.
+OSStatus Component::startRecording(OSAID& id) {
+    Entry entry(*this);
+    if (id != kOSANullScript && !find(id))
+        return errOSAInvalidID;
+    return refused(errAEEventNotHandled, u"Recording isn’t possible: no application tells AppleScript what its user does.");
+}
+
+OSStatus Component::stopRecording(OSAID id) {
+    Entry entry(*this);
+    if (!find(id))
+        return errOSAInvalidID;
+    return refused(errAEEventNotHandled, u"No script is being recorded.");
+}
+
 // --- Errors
 
 OSStatus Component::failed() {
@@ -252,12 +269,17 @@ OSStatus Component::failed() {
 }
 
 OSStatus Component::failedCompile(const CompileFailure& wrong) {
-    mLastError = LastError();
-    mLastError.error.number = wrong.number;
-    mLastError.error.message = Value::object(mMachine.heap().text(wrong.message));
+    const OSStatus status = refused(wrong.number, wrong.message);
     mLastError.start = wrong.start;
     mLastError.end = wrong.end;
     mLastError.hasRange = true;
+    return status;
+}
+
+OSStatus Component::refused(OSStatus number, std::u16string_view message) {
+    mLastError = LastError();
+    mLastError.error.number = number;
+    mLastError.error.message = Value::object(mMachine.heap().text(message));
     mHasError = true;
     return errOSAScriptError;
 }

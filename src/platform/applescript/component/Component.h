@@ -54,6 +54,8 @@ public:
     OSStatus getScriptFile(OSAID id, FourCharCode selector, std::string& path) override;
     OSStatus setScriptFile(OSAID id, FourCharCode selector, const std::string& path) override;
     OSStatus scriptError(FourCharCode selector, DescType type, AEDesc& result) override;
+    OSStatus startRecording(OSAID& id) override;
+    OSStatus stopRecording(OSAID id) override;
     OSStatus setDefaultTarget(const AEDesc& target) override;
 
     OSStatus getCallbacks(OSACallbacks& callbacks) override;
@@ -71,7 +73,7 @@ private:
     class Callback;
     struct Slot {
         Value value;
-        std::string location; // of "fref"; empty when unknown
+        std::string location;                          // of "fref"; empty when unknown
         std::optional<std::uint64_t> fingerprint = {}; // of "modi", when its changes are watched
     };
     /// The last error of a script, apart from the machine, whose error goes with the run.
@@ -94,6 +96,8 @@ private:
     Script* scriptOf(OSAID id, OSStatus& status) const;
     OSStatus failed();
     OSStatus failedCompile(const CompileFailure& wrong);
+    /// The script error of a call that no script made.
+    OSStatus refused(OSStatus number, std::u16string_view message);
     void locate(LastError& error) const;
     /// Failure, with what is wrong, or with nothing there when it went wrong while the script was made (the error is then in the machine).
     Value scriptFromSource(std::u16string_view source, CompileFailure& wrong);

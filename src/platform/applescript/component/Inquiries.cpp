@@ -31,6 +31,18 @@ Value* slotNamed(Machine& machine, Script* script, Value key, const AEDesc& name
     return machine.findSlot(script, Value::object(machine.heap().symbol(name.asUTF8().value_or(std::string()))));
 }
 
+/// Takes a handler out of the script's own slots; the name means what it means to slotNamed. Without such a handler nothing happens.
+void removeHandler(Machine& machine, Script* script, Value key, const AEDesc& name) {
+    const auto isHandler = [script](Value spelled) {
+        const Value* slot = script->find(spelled);
+        return slot && is<Handler>(*slot);
+    };
+    if (!isHandler(key) && is<Symbol>(key))
+        key = Value::object(machine.heap().symbol(name.asUTF8().value_or(std::string())));
+    if (isHandler(key))
+        script->remove(key);
+}
+
 AEDesc namesOf(const Script& script, bool ofHandlers) {
     std::vector<AEDesc> names;
     for (std::size_t i = 0; i < script.slots.size(); ++i)
@@ -202,6 +214,10 @@ OSStatus Component::setHandler(OSAModeFlags modeFlags, OSAID context, const AEDe
     Script* script = scriptOf(context, status);
     if (!script)
         return status;
+    if (handler == kOSANullScript) {
+        removeHandler(mMachine, script, key, name);
+        return noErr;
+    }
     const Slot* slot = find(handler);
     if (!slot || !is<Handler>(slot->value))
         return slot ? errOSAInvalidAccess : errOSAInvalidID;

@@ -112,6 +112,17 @@ void Script::set(Value slotName, Value value) {
     slots[index] = value;
 }
 
+void Script::remove(Value slotName) {
+    const std::uint32_t index = layout->find(slotName);
+    if (index == Layout::kNone)
+        return;
+    // A layout of its own, also when nobody shares the old one: what was looked up in that one is not to be found again.
+    layout = std::make_shared<Layout>(*layout);
+    layout->indexes.erase(slotName.bits());
+    layout->names[index] = Value();
+    slots[index] = Value();
+}
+
 Heap::Heap(std::function<void(Heap&)> markRoots, std::function<void()> forgetUnmarked)
     : mMarkRoots(std::move(markRoots)), mForgetUnmarked(std::move(forgetUnmarked)) {}
 

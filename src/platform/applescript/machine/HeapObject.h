@@ -256,6 +256,8 @@ struct Script : HeapObject {
     }
     /// Adds the slot when it is new.
     void set(Value slotName, Value value);
+    /// Takes the name away, if there is one. The place of the slot stays, for handlers address slots by their place.
+    void remove(Value slotName);
     /// Whether this script object is defined in another script or in one of that script's handlers, at any depth.
     bool isDefinedWithin(const Script* other) const;
 };
