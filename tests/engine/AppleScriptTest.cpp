@@ -42,7 +42,6 @@ TEST_F(AppleScriptTest, ModesAndContexts) {
     QXOSAIDRef script = compiled("property total : 1\non run\nreturn total\nend run");
     QXOSAIDRef context = compiled("property total : 2");
     EXPECT_EQ(script->execute()->int32Value(), 1);
-    EXPECT_EQ(script->executeInContext(context)->int32Value(), 2);
     QXOSAIDRef runOnly = QXOSAID::QXOSAIDWithComponent(component, script->store(kOSAModePreventGetSource));
     EXPECT_EQ(runOnly->execute()->int32Value(), 1);
     LogCatcher log;
@@ -58,6 +57,24 @@ TEST_F(AppleScriptTest, ModesAndContexts) {
     EXPECT_EQ(script->integerForPropertyName(fresh), 4);
     script->setDescriptorForPropertyName(nullptr, fresh);
     EXPECT_FALSE(script->hasPropertyNamed(fresh));
+}
+
+TEST_F(AppleScriptTest, ScriptsRunInContexts) {
+    QXOSAIDRef script = compiled("property own : 1\nproperty total : 2\n"
+                                 "on twice(n)\nreturn 2 * n\nend twice\n"
+                                 "on run\nset own to own + 1\nset total to total + 1\nset my extra to 7\nset my fresh to 8\n"
+                                 "return {own, total, twice(total), aid()}\nend run");
+    QXOSAIDRef context = compiled("property extra : 5\nproperty total : 30\non aid()\nreturn \"aided\"\nend aid\n"
+                                  "on twice(n)\nreturn 0\nend twice");
+    context->setDescriptorForPropertyName(Descriptor::descriptorWithInt32(0), QStringLiteral("fresh"));
+    EXPECT_FALSE(script->executeInContext(QXOSAID::QXOSAIDContextWithComponent(component))) << "no aid there";
+    ASSERT_TRUE(script->executeInContext(context)) << component->lastErrorMessage().toStdString();
+    EXPECT_EQ(component->lastResult()->display()->text, u"{3, 31, 62, \"aided\"}");
+    const std::tuple<QXOSAIDRef, const char*, int> kRows[] = {
+        {script, "own", 3}, {script, "total", 3}, {context, "total", 31}, {context, "extra", 7}, {context, "fresh", 8},
+    };
+    for (const auto& [holder, name, value] : kRows)
+        EXPECT_EQ(holder->integerForPropertyName(QString::fromUtf8(name)), value) << name;
 }
 
 TEST_F(AppleScriptTest, CopiesOfScriptsAreScriptsOfTheirOwn) {

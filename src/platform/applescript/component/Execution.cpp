@@ -22,6 +22,48 @@ bool isEventPlumbing(AEKeyword key) {
     return key == "----"_4cc || key == "snam"_4cc || key == "usrf"_4cc || key == "subj"_4cc || key == "csig"_4cc || key == "cons"_4cc;
 }
 
+/// A script that runs in another one, its context: properties of one name are the context's, and so are the variables that the run makes.
+/// Handlers address the slots of their own script by their place, so the run has a script with just these places; the context gets its
+/// values at the end, and its own handlers see them then.
+class BoundScript {
+public:
+    BoundScript(Heap& heap, Script* script, Script* context)
+        : mScript(script), mContext(context), mBound(heap.make<Script>()), mRoot(heap, Value::object(mBound)) {
+        mBound->layout = script->layout;
+        mBound->slots = script->slots;
+        mBound->name = script->name;
+        mBound->tree = script->tree;
+        mBound->store = script->store;
+        mBound->outer = script->outer;
+        mBound->parent = script->parent.isUndefined() ? Value::object(context) : script->parent;
+        for (std::size_t i = 0; i < mBound->slots.size(); ++i)
+            if (const Value* shared = sharedSlot(i))
+                mBound->slots[i] = *shared;
+    }
+    Script* script() const { return mBound; }
+    /// Ends the run: its values go where they belong.
+    void giveBack() {
+        for (std::size_t i = 0; i < mBound->slots.size(); ++i)
+            if (Value* shared = sharedSlot(i))
+                *shared = mBound->slots[i];
+            else if (i < mScript->slots.size())
+                mScript->slots[i] = mBound->slots[i];
+            else
+                mContext->set(mBound->layout->names[i], mBound->slots[i]);
+    }
+
+private:
+    /// The context's slot of the same name, unless the script has a handler there.
+    Value* sharedSlot(std::size_t place) const {
+        return is<Handler>(mBound->slots[place]) ? nullptr : mContext->find(mBound->layout->names[place]);
+    }
+
+    Script* const mScript;
+    Script* const mContext;
+    Script* const mBound;
+    Heap::Root mRoot;
+};
+
 } // namespace
 
 // --- Running
@@ -46,10 +88,17 @@ OSStatus Component::execute(OSAID scriptID, OSAID context, OSAModeFlags, OSAID& 
     Handler* run = slot ? as<Handler>(*slot) : nullptr;
     if (!run) // a script without a run handler does nothing
         return finish(Value(), result);
-    // In a context of its own the script's names are the context's.
     Heap::Root root(mMachine.heap(), Value::object(script));
     Running running(*this, find(scriptID)->location);
-    const Value value = mMachine.callHandler(holder == script ? owner : holder, Value::object(holder), run, {}, Value(), {});
+    if (holder == script) {
+        const Value value = mMachine.callHandler(owner, Value::object(script), run, {}, Value(), {});
+        return value.isFailure() ? failed() : finish(value, result);
+    }
+    Heap::Root contextRoot(mMachine.heap(), Value::object(holder));
+    BoundScript bound(mMachine.heap(), script, holder);
+    Script* const me = bound.script();
+    const Value value = mMachine.callHandler(owner == script ? me : owner, Value::object(me), run, {}, Value(), {});
+    bound.giveBack();
     return value.isFailure() ? failed() : finish(value, result);
 }
 
