@@ -140,7 +140,7 @@ TEST_F(AppleScriptTest, HandlersAreTakenAway) {
                                 "on |Stop|()\nreturn \"stopped\"\nend |Stop|\n"
                                 "on caller()\nreturn go()\nend caller\n"
                                 "on idle\nreturn 5\nend idle";
-    QXOSAIDRef script = compiled(kSource), other = compiled(kSource);
+    QXOSAIDRef script = compiled(kSource), other = script->copyScript();
     EXPECT_EQ(called(script, "caller"), QStringLiteral("mine")) << "and its call is kept ready from now on";
     struct Row {
         const char* name;
@@ -165,7 +165,7 @@ TEST_F(AppleScriptTest, HandlersAreTakenAway) {
     EXPECT_TRUE(script->hasIdleHandler());
     script->setValueForHandlerDescriptor(nullptr, Descriptor::descriptorWithDescriptorType("evnt"_4cc, std::string("csimeldi")));
     EXPECT_FALSE(script->hasIdleHandler());
-    EXPECT_EQ(called(other, "caller"), QStringLiteral("mine")) << "the other script keeps its own";
+    EXPECT_EQ(called(other, "caller"), QStringLiteral("mine")) << "the copy keeps its own";
 
     // What is stored has no such handler either, and the name is free.
     QXOSAIDRef loaded = QXOSAID::QXOSAIDWithComponent(component, script->store());
