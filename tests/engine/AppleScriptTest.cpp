@@ -65,7 +65,7 @@ TEST_F(AppleScriptTest, ScriptsRunInContexts) {
                                  "on run\nset own to own + 1\nset total to total + 1\nset my extra to 7\nset my fresh to 8\n"
                                  "return {own, total, twice(total), aid()}\nend run");
     QXOSAIDRef context = compiled("property extra : 5\nproperty total : 30\non aid()\nreturn \"aided\"\nend aid\n"
-                                  "on twice(n)\nreturn 0\nend twice");
+                                  "on twice(n)\nreturn 0\nend twice\non own()\nend own");
     context->setDescriptorForPropertyName(Descriptor::descriptorWithInt32(0), QStringLiteral("fresh"));
     EXPECT_FALSE(script->executeInContext(QXOSAID::QXOSAIDContextWithComponent(component))) << "no aid there";
     ASSERT_TRUE(script->executeInContext(context)) << component->lastErrorMessage().toStdString();

@@ -53,9 +53,11 @@ public:
     }
 
 private:
-    /// The context's slot of the same name, unless the script has a handler there.
+    /// The context's slot of the same name, unless one of the two is a handler: the script keeps its own.
     Value* sharedSlot(std::size_t place) const {
-        return is<Handler>(mBound->slots[place]) ? nullptr : mContext->find(mBound->layout->names[place]);
+        const bool isHandler = place < mScript->slots.size() && is<Handler>(mScript->slots[place]);
+        Value* slot = isHandler ? nullptr : mContext->find(mBound->layout->names[place]);
+        return slot && !is<Handler>(*slot) ? slot : nullptr;
     }
 
     Script* const mScript;
