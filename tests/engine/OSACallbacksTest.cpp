@@ -188,6 +188,7 @@ TEST_F(OSACallbacksTest, Deadlines) {
     // A deadline that passes while the event is handled turns success into a time-out.
     listener.onYield = [&] { component->setTimeoutInterval(-1); };
     EXPECT_EQ(send(event()), errAETimeout);
+    EXPECT_EQ(listener.statuses.back(), errAETimeout);
 }
 
 TEST_F(OSACallbacksTest, SendingTellsTheDelegate) {
@@ -236,6 +237,7 @@ TEST_F(OSACallbacksTest, WhatIsGivenGoesAlongWithTheEvent) {
     }
     AESetRemoteSender({});
     EXPECT_EQ(sent, expected);
+    EXPECT_EQ(listener.yields, 4);
 }
 
 TEST_F(OSACallbacksTest, DestructiveEventsAreRefused) {

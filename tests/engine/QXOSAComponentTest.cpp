@@ -185,9 +185,10 @@ TEST_F(QXOSAComponentTest, LoadsFiles) {
 
 TEST_F(QXOSAComponentTest, SourceStyles) {
     OSASourceStyle style{.name = u"Keywords", .bold = true};
-    component->setSourceAttributes({style});
-    EXPECT_EQ(component->sourceAttributes(), std::vector{style});
-    EXPECT_EQ(component->sourceAttributeNames(), QStringList{QStringLiteral("Keywords")});
+    OSASourceStyle other{.name = u"Comments", .italic = true};
+    component->setSourceAttributes({style, other});
+    EXPECT_EQ(component->sourceAttributes(), (std::vector{style, other}));
+    EXPECT_EQ(component->sourceAttributeNames(), (QStringList{QStringLiteral("Keywords"), QStringLiteral("Comments")}));
     fake->failures["getSourceStyleNames"] = -1750;
     EXPECT_EQ(component->sourceAttributeNames(), std::nullopt);
 }

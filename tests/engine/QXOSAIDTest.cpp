@@ -32,6 +32,7 @@ TEST_F(QXOSAIDTest, MadeFromDescriptors) {
     EXPECT_EQ(empty->descriptorType(), "null"_4cc);
     EXPECT_FALSE(empty->descriptor() || empty->store() || empty->source() || empty->display());
     EXPECT_EQ(empty->getInfoForSelector("best"_4cc), 0);
+    EXPECT_EQ(empty->lastError(), noErr) << "the component is not asked";
 }
 
 TEST_F(QXOSAIDTest, OwnersDispose) {
@@ -49,7 +50,10 @@ TEST_F(QXOSAIDTest, OwnersDispose) {
     OSAID old = replaced->valueID();
     replaced->setDescriptor(Descriptor::descriptorWithInt32(4));
     EXPECT_EQ(fake->values.count(old), 0u);
-    EXPECT_EQ(replaced->int32Value(), 4);
+    fake->failures["coerceFromDesc"] = -1700;
+    EXPECT_EQ(raised([&] { replaced->setDescriptor(Descriptor::descriptorWithInt32(5)); }), -1700);
+    fake->failures.clear();
+    EXPECT_EQ(replaced->int32Value(), 4) << "kept when there is no new one";
     replaced->load(Descriptor::descriptorWithAEDesc(fake->stored(u"return 1")));
     EXPECT_EQ(replaced->descriptorType(), "scpt"_4cc);
     replaced->clear();
