@@ -167,12 +167,25 @@ TEST_F(GenericComponentTest, CallbacksReachEveryComponent) {
     FakeComponent* first = FakeComponent::last();
     OSAActiveProc proc = [](void*) { return OSErr{0}; };
     EXPECT_EQ(OSASetActiveProc(generic, proc, &constant), noErr);
+    OSASendProc send = [](const AEDesc&, AEDesc*, AESendMode, AESendPriority, std::int32_t, AEIdleProc, AEFilterProc, void*) {
+        return OSErr{0};
+    };
+    OSAResumeDispatchProc resume = [](const AEDesc&, AEDesc*, void*) { return OSErr{0}; };
+    EXPECT_EQ(OSASetSendProc(generic, send, &constant), noErr);
+    EXPECT_EQ(OSASetResumeDispatchProc(generic, resume, &constant), noErr);
     EXPECT_EQ(OSASetDefaultTarget(generic, AEDesc::ofProcess(9)), noErr);
-    EXPECT_EQ(first->callbacks.active.proc, proc);
     ComponentInstance real = 0;
     EXPECT_EQ(OSAGetScriptingComponent(generic, "fak2"_4cc, real), noErr);
-    EXPECT_EQ(FakeComponent::last()->callbacks.active.refCon, &constant);
-    EXPECT_EQ(FakeComponent::last()->defaultTarget, AEDesc::ofProcess(9));
+    ASSERT_NE(FakeComponent::last(), first) << "opened after the procedures were set";
+    for (const FakeComponent* each : {first, FakeComponent::last()}) {
+        EXPECT_EQ(each->callbacks.active.proc, proc);
+        EXPECT_EQ(each->callbacks.send.proc, send);
+        EXPECT_EQ(each->callbacks.resumeDispatch.proc, resume);
+        EXPECT_EQ(each->callbacks.active.refCon, &constant);
+        EXPECT_EQ(each->callbacks.send.refCon, &constant);
+        EXPECT_EQ(each->callbacks.resumeDispatch.refCon, &constant);
+        EXPECT_EQ(each->defaultTarget, AEDesc::ofProcess(9));
+    }
     OSAActiveProc read = nullptr;
     void* refCon = nullptr;
     EXPECT_EQ(OSAGetActiveProc(generic, read, refCon), noErr);
