@@ -1,13 +1,30 @@
 // SPDX-License-Identifier: MIT
-// Every operation of a script value hands its mode flags and identifiers to the component: one row for each, run with flags and without.
+// Every operation of a script value hands its mode flags and identifiers to the component, also when that stands behind the generic one:
+// one row for each, run with flags and without.
 #include "Fixture.h"
 
 #include <QTemporaryDir>
 
 namespace quoddle {
 
-class QXOSAIDPassingTest : public BridgeTest {
+/// The parameter: whether the generic component is between.
+class QXOSAIDPassingTest : public BridgeTest, public testing::WithParamInterface<bool> {
 protected:
+    QXOSAIDPassingTest() {
+        if (!GetParam())
+            return;
+        FakeComponent::registerAs("ascr"_4cc);
+        component = QXOSAComponent::initWithGenericComponent();
+        value(AEDesc::ofInt32(0)); // opens what is behind
+        fake = FakeComponent::last();
+    }
+    /// As the component behind knows it.
+    OSAID real(OSAID id) const {
+        ComponentInstance exact = 0;
+        const bool isGeneric = GetParam() && id != 0;
+        EXPECT_EQ(isGeneric ? OSAGenericToRealID(component->component(), id, exact) : noErr, noErr);
+        return id;
+    }
     QXOSAIDRef value(AEDesc desc) { return QXOSAID::QXOSAIDWithComponent(component, std::move(desc)); }
 
     /// What the component is to be given.
@@ -29,9 +46,9 @@ protected:
             const auto calls = callsOf(called);
             ASSERT_EQ(calls.size(), 1u) << called;
             EXPECT_EQ(calls[0].modeFlags, (withFlags ? kFlags : given.byDefault) | given.always) << called << withFlags;
-            EXPECT_EQ(calls[0].id, given.id) << called;
+            EXPECT_EQ(calls[0].id, real(given.id)) << called;
             if (given.other != kAnyValue)
-                EXPECT_EQ(calls[0].other, given.other) << called;
+                EXPECT_EQ(calls[0].other, real(given.other)) << called;
             else
                 EXPECT_NE(calls[0].other, 0u) << called;
         }
@@ -39,7 +56,7 @@ protected:
     static constexpr OSAID kAnyValue = 0xFFFFFFFF;
 };
 
-TEST_F(QXOSAIDPassingTest, FlagsAndIdentifiersReachTheComponent) {
+TEST_P(QXOSAIDPassingTest, FlagsAndIdentifiersReachTheComponent) {
     QXOSAIDRef script = compiled("handler go\nproperty total 3\nproperty ppgt 9\nreturn 1"), context = compiled(""),
                five = value(AEDesc::ofInt32(5));
     const OSAID id = script->valueID(), kFive = five->valueID();
@@ -93,5 +110,7 @@ TEST_F(QXOSAIDPassingTest, FlagsAndIdentifiersReachTheComponent) {
     passesOn("setHandler", made, [&](auto... flags) { script->setDescriptorForHandlerDescriptor(seven, handlerName, flags...); });
     passesOn("setHandler", made, [&](auto... flags) { script->setDescriptorForHandlerName(seven, go, flags...); });
 }
+
+INSTANTIATE_TEST_SUITE_P(RealAndGeneric, QXOSAIDPassingTest, testing::Bool());
 
 } // namespace quoddle
