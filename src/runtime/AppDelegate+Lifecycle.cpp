@@ -16,6 +16,7 @@ namespace {
 
 const QString kRunIdleHandler = u"_runIdleHandler"_s;
 constexpr std::int64_t kDefaultIdleSeconds = 30;
+constexpr double kDialogPatience = 3; // seconds in which a script may answer one cancelled dialog with the next
 constexpr double kDialogSlice = 0.05; // seconds between two looks whether a dialog has gone
 constexpr double kNegligible = 0.05;  // seconds that an idle call takes without its handler having anything to do
 
@@ -128,10 +129,12 @@ void AppDelegate::terminate() {
     mParts.performs->cancelPreviousPerformRequests(this, again);
     if (!isDisplayingPanel())
         return mParts.application->terminate();
+    if (mEndIsCertain)
+        return endInSpiteOfDialogs(mParts.performs->now() + kDialogPatience);
     mParts.performs->perform(
         this, again,
         [this] {
-            if (mEndIsCertain || !_isRespondingToScript()) // otherwise what has begun since then decides when it ends
+            if (!_isRespondingToScript()) // what has begun since then decides when it ends
                 terminate();
         },
         kDialogSlice);
@@ -139,20 +142,19 @@ void AppDelegate::terminate() {
 
 // The quit handler is asked once: a signal that finds it asking the user something ends the applet without it.
 bool AppDelegate::applicationReceivedSignal() {
-    constexpr double kPatience = 3; // seconds in which a script may answer one cancelled dialog with the next
     mSignalIsFinal = mSignalIsFinal || runningQuitHandler();
-    endBySignal(mParts.performs->now() + kPatience);
+    endInSpiteOfDialogs(mParts.performs->now() + kDialogPatience);
     return true;
 }
 
 // A dialog in a loop of its own is gone a moment after it was cancelled, and a script may answer that with another one.
-void AppDelegate::endBySignal(double latest) {
-    const QString again = u"endBySignal"_s;
+void AppDelegate::endInSpiteOfDialogs(double latest) {
+    const QString again = u"endInSpiteOfDialogs"_s;
     mParts.performs->cancelPreviousPerformRequests(this, again);
     if (isDisplayingPanel() && mParts.performs->now() < latest) {
         NSNotificationCenter::defaultCenter().postNotification(SessionWillEndNotification, this);
         mParts.performs->perform(
-            this, again, [this, latest] { endBySignal(latest); }, kDialogSlice);
+            this, again, [this, latest] { endInSpiteOfDialogs(latest); }, kDialogSlice);
         return;
     }
     const bool isFinal = std::exchange(mSignalIsFinal, false) || isDisplayingPanel();

@@ -220,7 +220,7 @@ bool AppDelegate::decideQuit(const Execution& execution) {
     releaseWaitingScripts();
     if (!cancelled && std::exchange(mHasSignal, false)) // the handler has ended by itself: nobody has refused
         mParts.performs->perform(
-            this, u"endBySignal"_s, [this] { endBySignal(mParts.performs->now()); }, 0);
+            this, u"endInSpiteOfDialogs"_s, [this] { endInSpiteOfDialogs(mParts.performs->now()); }, 0);
     // A quit handler that was itself cancelled (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
     if (!cancelled || execution.isQuitEvent()) {
         setApplicationTriedToQuit(false);

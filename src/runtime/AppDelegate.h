@@ -164,7 +164,7 @@ private:
     /// Stops what the script is doing at its next callback.
     void cancelScript();
     /// `latest`: by the clock of the performs, when dialogs are no reason to wait any more.
-    void endBySignal(double latest);
+    void endInSpiteOfDialogs(double latest);
     void scheduleIdleHandler(std::int64_t afterSeconds);
     void performIdleHandlerAt(double time);
     void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);

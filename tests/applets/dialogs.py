@@ -115,6 +115,26 @@ class Dialogs(accessibility.AccessibleCase):
         for question in questions:
             self.assertRegex(self.answer_of(question), r"\((-128|-609)\)")
 
+    def test_a_dialog_that_waits_behind_an_alert(self):
+        """It gives up and is cancelled as if it were seen, and does not outlive the applet that the alert has ended."""
+        for name, question, end in (("GivesUp", 'display dialog "x" giving up after 1', None),
+                                    ("Cancelled", 'display dialog "x"', lambda applet: applet.process.send_signal(signal.SIGTERM)),
+                                    ("Forgotten", 'display dialog "x"', lambda applet: self.press(self.find("Quit", "push button")))):
+            with self.subTest(name):
+                applet = self.start(name, "on run\nset progress total steps to 3\ndelay 1\nerror \"boom\"\nend run\n"
+                                          f"on go()\n{question}\nreturn 7\nend go\n" + WAITING, options=["-s"])
+                self.applet = applet
+                until(lambda: self.osascript("-e", f'application "{name}" is running').stdout == "true\n", name + " to listen")
+                call = self.from_outside("go()")
+                self.find("Quit", "push button")
+                if end:
+                    end(applet)
+                    applet.ends()
+                    self.assertRegex(self.answer_of(call), r"\((-128|-609)\)")
+                else:
+                    self.assertEqual(self.answer_of(call), "7")
+                    applet.kill()
+
     def test_a_signal_ends_a_script_that_asks_again_and_again(self):
         applet = self.ask("Stubborn", 'repeat\ntry\ndisplay dialog "Sure?" buttons {"Fine"}\nend try\nend repeat')
         self.find("Fine", "push button")
