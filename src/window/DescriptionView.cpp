@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include <QEvent>
+#include <QScreen>
 #include <QScrollBar>
 #include <QShowEvent>
 
@@ -60,7 +61,8 @@ QSize DescriptionView::sizeHint() const {
     const std::unique_ptr<QTextDocument> measured(document()->clone());
     measured->setTextWidth(kWidth - 2 * frameWidth());
     const int height = static_cast<int>(std::ceil(measured->size().height())) + 2 * frameWidth();
-    return {kWidth, std::clamp(height, kMinimumHeight, kMaximumHeight)};
+    const int share = screen()->availableGeometry().height() * 2 / 5; // title, menus and buttons need the rest of a small screen
+    return {kWidth, std::clamp(height, kMinimumHeight, std::max(kMinimumHeight, std::min(kMaximumHeight, share)))};
 }
 
 QSize DescriptionView::minimumSizeHint() const {

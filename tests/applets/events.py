@@ -55,7 +55,7 @@ class Events(harness.AppletCase):
         return done.stdout.strip() or done.stderr.partition("error: ")[2].strip()
 
     def test_properties_from_outside(self):
-        self.serve(source="property greeting : \"hello\"\nproperty other : 1\n" + SERVER)
+        self.serve(source="property greeting : \"hello\"\nproperty other : 1\nproperty |my prop| : 1\non note(t)\nreturn t & 1\nend note\n" + SERVER)
         for value, result in [('"text"', '"text"'), ('""', '""'), ('"ü😀"', '"ü😀"'), ("5", "5"), ("2.5", "2.5"), ("true", "true"), ("{}", "{}"),
                               ('{1, "a", {}}', '{1, "a", {}}'), ('{name:"x", y:""}', '{name:"x", y:""}'), ("missing value", "missing value"),
                               ('date "Saturday, February 3, 2001 at 12:00:00 AM"', 'date "Saturday, February 3, 2001 at 12:00:00 AM"')]:
@@ -63,6 +63,17 @@ class Events(harness.AppletCase):
                 self.assertIn(self.tell(way + value) or result, (result, ""), value)
                 self.assertEqual(self.tell("get its greeting"), result, way + value)
         self.assertEqual(self.tell("get its other"), "1")
+        self.tell("set its |my prop| to 7")
+        self.assertEqual(self.tell("get its |my prop|"), "7")
+        self.assertIn("(-10003)", self.tell('set its name to "x"')) # the applet's own, which its script cannot answer for
+        self.assertEqual(self.tell("note(5)"), "{5, 1}")
+
+    def test_scripting_additions_inside_a_tell(self):
+        """What the application does not know is the script's own to do."""
+        self.serve()
+        for command, result in (('do shell script "echo " & (add(1, 2))', '"3"'), ("round 2.6", "3"), ('offset of "b" in "ab"', "2"),
+                                ("class of (current date)", "date"), ('add((random number from 2 to 2), 1)', "3")):
+            self.assertEqual(self.tell(command), result)
         for name in ("nothing", "nowhere"):
             self.assertIn("(-1728)", self.tell(f"set its {name} to 1"))
             self.assertIn("(-1728)", self.tell(f"get its {name}"))

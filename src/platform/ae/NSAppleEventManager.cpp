@@ -106,6 +106,11 @@ bool NSAppleEventManager::hasEventHandlerForEventClass(AEEventClass forEventClas
     return d->handlers.first(forEventClass, andEventID) != nullptr;
 }
 
+bool NSAppleEventManager::hasAdditionHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) const {
+    std::lock_guard lock(d->mutex);
+    return d->additionHandlers.first(forEventClass, andEventID) != nullptr;
+}
+
 OSErr NSAppleEventManager::dispatchRawAppleEvent(const AEDesc& theAppleEvent, AEDesc& withRawReply, const void* handlerRefCon) {
     auto delivery = std::make_shared<AEDelivery>(theAppleEvent, withRawReply, AEHandlerContext{.handlerRefCon = handlerRefCon});
     AEDeliverer::deliverHere(*this, delivery);

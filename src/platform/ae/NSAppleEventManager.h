@@ -42,6 +42,7 @@ public:
     void setAdditionHandler(AdditionHandler handler, AEEventClass forEventClass, AEEventID andEventID);
     void removeAdditionHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID);
     bool hasEventHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) const;
+    bool hasAdditionHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) const;
 
     /// Runs the handler at once on the calling thread and fills the reply, which may be of type "null". -1708 without a handler.
     /// A handler that suspends the event leaves the reply as it is and the status 0; AEDispatchAppleEvent (AESendMessage.h) waits for the

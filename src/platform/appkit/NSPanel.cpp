@@ -9,8 +9,10 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace quoddle {
@@ -132,8 +134,12 @@ void NSPanel::reject() {
 }
 
 void NSPanel::setVisible(bool visible) {
-    if (visible && !isVisible())
+    if (visible && !isVisible()) {
         completeLayout(*this);
+        const QSize room = screen()->availableGeometry().size() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+        if (width() > room.width() || height() > room.height())
+            resize(size().boundedTo(room)); // its buttons must be within reach
+    }
     QDialog::setVisible(visible);
 }
 

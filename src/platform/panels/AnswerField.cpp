@@ -5,6 +5,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QStyleOptionFrame>
 #include <QTextBlock>
 
@@ -49,8 +50,10 @@ QString AnswerField::stringValue() const {
 }
 
 void AnswerField::fitHeight() {
-    const int lines = std::clamp(static_cast<int>(std::ceil(document()->size().height())), 1, kMostLines);
-    const bool scrolls = document()->size().height() > kMostLines;
+    const int quarter = screen()->availableGeometry().height() / 4 / fontMetrics().lineSpacing(); // the prompt needs its room, too
+    const int mostLines = std::clamp(quarter, 1, kMostLines);
+    const int lines = std::clamp(static_cast<int>(std::ceil(document()->size().height())), 1, mostLines);
+    const bool scrolls = document()->size().height() > mostLines;
     setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
     const int margins = 2 * (kTextMargin + frameWidth()) + contentsMargins().top() + contentsMargins().bottom();
     const int height = lines * fontMetrics().lineSpacing() + margins + 2;

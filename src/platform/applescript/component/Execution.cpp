@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Running scripts, and what running scripts ask of the outside.
+#include "platform/ae/AESendMessage.h"
+#include "platform/ae/NSAppleEventManager.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
@@ -287,6 +289,14 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
     return Value::failure();
 }
 
+/// A command that another application does not know, but a scripting addition of this process does: "do shell script" inside a "tell".
+static bool isLeftToAdditions(const AEDesc& event, OSStatus status, const AEDesc& reply) {
+    const AEDesc* number = reply.find("errn"_4cc);
+    const bool isUnknown = status == errAEEventNotHandled || (status == noErr && number && number->asInt32() == errAEEventNotHandled);
+    return isUnknown && !AEIsCurrentProcess(event.attribute("addr"_4cc).value_or(AEDesc())) &&
+           NSAppleEventManager::sharedAppleEventManager().hasAdditionHandlerForEventClass(event.eventClass(), event.eventID());
+}
+
 Value Component::send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
     auto event = eventFor(command, direct, arguments);
     if (!event)
@@ -296,18 +306,23 @@ Value Component::send(const EventName& command, Value direct, std::span<const Ar
         seconds == kDefaultTimeout ? kAEDefaultTimeout : static_cast<std::int32_t>(std::min(seconds * kTicksPerSecond, 1e9));
     const bool wantsReply = mMachine.considering() & kConsiderReplies;
     const AESendMode mode = (wantsReply ? kAEWaitReply : kAENoReply) | kAECanInteract | kAECanSwitchLayer;
-    AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+    const AEDesc emptyReply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
+    AEDesc reply = emptyReply;
     OSStatus status;
-    const OSACallback<OSASendProc> send = mCallbacks.send;
+    const OSACallback<OSASendProc> proc = mCallbacks.send;
     const OSACallback<OSAResumeDispatchProc> resume = mCallbacks.resumeDispatch;
+    const auto sendEvent = [&] {
+        return proc.proc ? proc.proc(*event, &reply, mode, 0, ticks, nullptr, nullptr, proc.refCon)
+                         : AESendMessage(*event, &reply, mode, ticks);
+    };
     {
         Callback callback(*this);
-        if (continues && resume.proc)
-            status = resume.proc(*event, &reply, resume.refCon);
-        else if (send.proc)
-            status = send.proc(*event, &reply, mode, 0, ticks, nullptr, nullptr, send.refCon);
-        else
-            status = AESendMessage(*event, &reply, mode, ticks);
+        status = continues && resume.proc ? resume.proc(*event, &reply, resume.refCon) : sendEvent();
+        if (!continues && isLeftToAdditions(*event, status, reply)) {
+            (void)event->setAttribute("addr"_4cc, AEDesc::ofCurrentProcess());
+            reply = emptyReply;
+            status = sendEvent();
+        }
     }
     return replyValue(status, reply, command, direct);
 }

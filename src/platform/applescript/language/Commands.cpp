@@ -129,10 +129,12 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
         return machine.raise(errAEEventNotHandled, inMessage(machine, direct) + u" doesn’t understand the “" + words + u"” message.",
                              direct);
     }
-    if (!belongsToApplication(direct))
-        for (const CommandRow& row : kCommands)
-            if (row.eventClass == event->eventClass && row.eventID == event->eventID && (!continues || row.mayBeContinued))
-                return row.perform(machine, direct, arguments);
+    for (const CommandRow& row : kCommands) {
+        const bool isMeant = row.eventClass == event->eventClass && row.eventID == event->eventID && (!continues || row.mayBeContinued);
+        // The date is the same whoever is asked.
+        if (isMeant && (!belongsToApplication(direct) || row.perform == &currentDate))
+            return row.perform(machine, direct, arguments);
+    }
     if (Value result; machine.host().perform && machine.host().perform(machine, *event, direct, arguments, result))
         return result;
     if (!machine.host().send)

@@ -76,7 +76,13 @@ bool Parser::atWordVariable(bool isIndex) const {
 }
 
 bool Parser::atWordHandler() const {
-    return peek().kind == TokenKind::Word && at(Symbol::LeftParen, 1) && mWordHandlers.contains(peek().word->key);
+    if (peek().kind != TokenKind::Word || !at(Symbol::LeftParen, 1))
+        return false;
+    if (mWordHandlers.contains(peek().word->key))
+        return true;
+    // A constant that is called: a handler of another application, defined in another text.
+    const TermMatch match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
+    return match.words == 1 && match.term->kind == TermKind::Constant && !isReserved(peek().keyword) && peek().end == peek(1).start;
 }
 
 /// "on any(…)": lines that begin with "on" or "to", a word of the language that is no command, and a parenthesis.
