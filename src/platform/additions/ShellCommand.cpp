@@ -16,7 +16,8 @@ namespace quoddle::additions {
 namespace {
 
 constexpr std::size_t kMaximumOutput = std::size_t(128) << 20;
-constexpr int kPollMilliseconds = 20; // how soon a cancel is noticed
+constexpr OSStatus kKilled = 128 + SIGKILL; // as a shell has it
+constexpr int kPollMilliseconds = 20;       // how soon a cancel is noticed
 
 /// Reads what is there. False at the end of the stream.
 bool drain(int descriptor, std::string& into) {
@@ -30,7 +31,7 @@ bool drain(int descriptor, std::string& into) {
 
 struct Outcome {
     std::string output, errors;
-    int status = 0;
+    ShellProcess::Ending ending;
     bool cancelled = false;
     bool isTooLong = false;
 };
@@ -42,7 +43,6 @@ bool run(const std::string& command, const AEHandlerContext& context, Outcome& o
         return false;
     pollfd streams[] = {{process.output(), POLLIN, 0}, {process.errors(), POLLIN, 0}, {process.ending(), POLLIN, 0}};
     std::string* const texts[] = {&outcome.output, &outcome.errors};
-    std::optional<int> status;
     while (std::any_of(std::begin(streams), std::end(streams), [](const pollfd& stream) { return stream.fd >= 0; })) {
         outcome.cancelled = context.isCancelled();
         outcome.isTooLong = outcome.output.size() > kMaximumOutput || outcome.errors.size() > kMaximumOutput;
@@ -54,12 +54,13 @@ bool run(const std::string& command, const AEHandlerContext& context, Outcome& o
             if (streams[i].fd >= 0 && streams[i].revents && !drain(streams[i].fd, *texts[i]))
                 streams[i].fd = -1;
         if (streams[2].fd >= 0 && streams[2].revents) {
-            status = process.takeStatus();
+            outcome.ending = process.takeEnding();
+            if (outcome.ending.how != ShellProcess::Ending::How::ended)
+                return true;
             streams[2].fd = -1;
         }
     }
     process.release();
-    outcome.status = status.value_or(SIGKILL);
     return true;
 }
 
@@ -91,14 +92,21 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
     if (command->find(u'\0') != std::u16string::npos)
         return fail(reply, paramErr, u"A command for the shell can’t contain character id 0.");
     Outcome outcome;
-    if (!run(utf8FromUTF16(*command), context, outcome))
+    using How = ShellProcess::Ending::How;
+    const bool isRun = run(utf8FromUTF16(*command), context, outcome);
+    if (isRun && outcome.ending.how == How::notStarted && outcome.ending.number == E2BIG)
+        return fail(reply, memFullErr, u"The command is too long for the shell.");
+    if (!isRun || outcome.ending.how == How::notStarted)
         return fail(reply, memFullErr, u"The command could not be started.");
+    if (outcome.ending.how == How::lostGuard)
+        return fail(reply, kKilled, u"The command was ended by somebody else.");
     if (outcome.cancelled)
         return userCanceledErr;
     if (outcome.isTooLong)
         return fail(reply, memFullErr, u"The command wrote more than can be taken at once.");
     const bool altering = booleanParameter(event, "alen"_4cc).value_or(true);
-    const int status = WIFEXITED(outcome.status) ? WEXITSTATUS(outcome.status) : 128 + WTERMSIG(outcome.status);
+    const int ended = outcome.ending.number;
+    const int status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
     if (status == 0) {
         const AEDesc output = AEDesc::ofText(adapted(outcome.output, altering));
         const auto wanted = AECoerced(output, codeParameter(event, "rtyp"_4cc)); // "as integer"; what it cannot become stays text

@@ -7,7 +7,8 @@
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -17,7 +18,6 @@ namespace quoddle::additions {
 namespace {
 
 constexpr useconds_t kPoliteTime = 30'000;
-constexpr int kNotStarted = 127 << 8; // what a shell says of a program that it does not find
 constexpr char kReleased = 'r';
 
 struct Pipe {
@@ -31,40 +31,77 @@ struct Pipe {
     FileDescriptor reading, writing;
 };
 
+/// Unlike a pipe, a socket tells a writer whose reader has gone so without a signal.
+struct SocketPair {
+    SocketPair() {
+        int ends[2];
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0) {
+            first.reset(ends[0]);
+            second.reset(ends[1]);
+        }
+    }
+    FileDescriptor first, second;
+};
+
+/// What the guard tells of the shell, once.
+struct Report {
+    int error = 0;  // an errno value when the shell could not be started
+    int status = 0; // as waitpid() gives it
+};
+
 /// How the shell is to be started; made before the fork, behind which nothing may ask for memory.
 class SpawnPlan {
 public:
     SpawnPlan(const std::string& command, int output, int errors)
-        : mArguments{const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(command.c_str()), nullptr} {
-        ::posix_spawn_file_actions_init(&mActions);
-        ::posix_spawn_file_actions_addopen(&mActions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        ::posix_spawn_file_actions_adddup2(&mActions, output, STDOUT_FILENO);
-        ::posix_spawn_file_actions_adddup2(&mActions, errors, STDERR_FILENO);
-        ::posix_spawnattr_init(&mAttributes);
-        ::posix_spawnattr_setflags(&mAttributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        sigset_t signals;
-        ::sigemptyset(&signals);
-        ::posix_spawnattr_setsigmask(&mAttributes, &signals);
-        ::sigaddset(&signals, SIGPIPE);
-        ::posix_spawnattr_setsigdefault(&mAttributes, &signals);
-    }
-    ~SpawnPlan() {
-        ::posix_spawn_file_actions_destroy(&mActions);
-        ::posix_spawnattr_destroy(&mAttributes);
-    }
-    SpawnPlan(const SpawnPlan&) = delete;
-    SpawnPlan& operator=(const SpawnPlan&) = delete;
+        : mArguments{const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(command.c_str()), nullptr}, mOutput(output),
+          mErrors(errors) {}
 
-    /// 0 when it cannot be started.
-    pid_t start() const {
-        pid_t shell = 0;
-        return ::posix_spawn(&shell, "/bin/sh", &mActions, &mAttributes, mArguments, environ) == 0 ? shell : 0;
+    /// In the guard, which has one thread. When the guard dies, the shell dies with it. On failure 0, and `error` says why.
+    [[gnu::noinline]] pid_t start(int& error) const {
+        volatile int failure = 0; // the child shares our memory until it has become the shell
+        const pid_t guard = ::getpid();
+        const pid_t shell = ::vfork();
+        if (shell == 0) {
+            failure = become(guard);
+            ::_exit(127);
+        }
+        error = shell < 0 ? errno : failure;
+        if (shell > 0 && error != 0)
+            ::waitpid(shell, nullptr, 0);
+        return error == 0 ? shell : 0;
     }
 
 private:
+    /// Before signals are let through: handlers would run in memory that is not the child's alone.
+    static void forgetHandlers() {
+        for (int number = 1; number < NSIG; ++number) {
+            struct sigaction action {};
+            if (::sigaction(number, nullptr, &action) == 0 && (action.sa_handler != SIG_IGN || number == SIGPIPE))
+                ::signal(number, SIG_DFL);
+        }
+    }
+
+    /// An errno value when it comes back.
+    int become(pid_t guard) const {
+        ::setpgid(0, 0);
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (::getppid() != guard)
+            return ESRCH;
+        const int nothing = ::open("/dev/null", O_RDONLY);
+        if (nothing < 0 || ::dup2(nothing, STDIN_FILENO) < 0 || ::dup2(mOutput, STDOUT_FILENO) < 0 || ::dup2(mErrors, STDERR_FILENO) < 0)
+            return errno;
+        if (nothing != STDIN_FILENO)
+            ::close(nothing);
+        forgetHandlers();
+        sigset_t none;
+        ::sigemptyset(&none);
+        ::sigprocmask(SIG_SETMASK, &none, nullptr);
+        ::execv("/bin/sh", mArguments);
+        return errno;
+    }
+
     char* const mArguments[4];
-    posix_spawn_file_actions_t mActions;
-    posix_spawnattr_t mAttributes;
+    const int mOutput, mErrors;
 };
 
 /// The guard lives longer than this process may: a pipe that it had inherited would never come to its end for the reader.
@@ -93,7 +130,8 @@ int statusOf(pid_t shell) {
     ::sigprocmask(SIG_SETMASK, &all, nullptr);
     ::setpgid(0, 0);
     closeAllBut({life, report, output, errors});
-    const pid_t shell = plan.start();
+    Report told;
+    const pid_t shell = plan.start(told.error);
     ::close(output);
     ::close(errors);
     const int process = shell > 0 ? static_cast<int>(::syscall(SYS_pidfd_open, shell, 0)) : -1;
@@ -101,8 +139,8 @@ int statusOf(pid_t shell) {
     bool isReported = false;
     while (true) {
         if ((waited[1].revents || process < 0) && !isReported) {
-            const int status = shell > 0 ? statusOf(shell) : kNotStarted;
-            [[maybe_unused]] const auto written = ::write(report, &status, sizeof status);
+            told.status = shell > 0 ? statusOf(shell) : 0;
+            [[maybe_unused]] const auto written = ::write(report, &told, sizeof told);
             isReported = true;
             waited[1].fd = -1;
         }
@@ -125,17 +163,18 @@ int statusOf(pid_t shell) {
 } // namespace
 
 ShellProcess::ShellProcess(const std::string& command) {
-    Pipe output, errors, report, life;
-    if (!life.reading.isOpen() || !report.reading.isOpen() || !errors.reading.isOpen() || !output.reading.isOpen())
+    Pipe output, errors, report;
+    SocketPair life;
+    if (!life.first.isOpen() || !report.reading.isOpen() || !errors.reading.isOpen() || !output.reading.isOpen())
         return;
     const SpawnPlan plan(command, output.writing.number(), errors.writing.number());
     mGuard = ::fork();
     if (mGuard == 0)
-        guard(plan, life.reading.number(), report.writing.number(), output.writing.number(), errors.writing.number());
+        guard(plan, life.second.number(), report.writing.number(), output.writing.number(), errors.writing.number());
     mOutput = std::move(output.reading);
     mErrors = std::move(errors.reading);
     mReport = std::move(report.reading);
-    mLife = std::move(life.writing);
+    mLife = std::move(life.first);
 }
 
 ShellProcess::~ShellProcess() {
@@ -144,14 +183,17 @@ ShellProcess::~ShellProcess() {
     }
 }
 
-std::optional<int> ShellProcess::takeStatus() {
-    int status = 0;
-    const ssize_t count = ::read(mReport.number(), &status, sizeof status);
-    return count == sizeof status ? std::optional(status) : std::nullopt;
+ShellProcess::Ending ShellProcess::takeEnding() {
+    Report report;
+    const ssize_t count = ::read(mReport.number(), &report, sizeof report);
+    if (count != sizeof report)
+        return {.how = Ending::How::lostGuard};
+    return report.error != 0 ? Ending{.how = Ending::How::notStarted, .number = report.error}
+                             : Ending{.how = Ending::How::ended, .number = report.status};
 }
 
 void ShellProcess::release() {
-    [[maybe_unused]] const auto written = ::write(mLife.number(), &kReleased, 1);
+    [[maybe_unused]] const auto sent = ::send(mLife.number(), &kReleased, 1, MSG_NOSIGNAL);
 }
 
 } // namespace quoddle::additions

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // A command line that sh runs in a process group of its own, which ends with us, whatever ends us.
 //
-// Decision: between us and the shell stands a guard, a copy of this process that does nothing but wait. It hears of our end through a pipe
-// that only we hold, so that the group is ended alike when we give it up, leave, crash or are killed.
+// Decision: between us and the shell stands a guard, a copy of this process that does nothing but wait. It hears of our end through a
+// socket that only we hold, so that the group is ended alike when we give it up, leave, crash or are killed. A guard that is killed itself
+// takes the shell with it, and we hear of that.
 #pragma once
 
 #include "platform/base/FileDescriptor.h"
 
-#include <optional>
 #include <string>
 #include <sys/types.h>
 
@@ -22,7 +22,7 @@ public:
     ShellProcess(const ShellProcess&) = delete;
     ShellProcess& operator=(const ShellProcess&) = delete;
 
-    /// Whether it could be started.
+    /// Whether there is a guard.
     bool isStarted() const { return mGuard > 0; }
     /// Descriptors to read the command's output and errors from. Processes that it has started may keep them open when the command has
     /// ended.
@@ -30,8 +30,18 @@ public:
     int errors() const { return mErrors.number(); }
     /// Can be read from when the shell has ended.
     int ending() const { return mReport.number(); }
-    /// As waitpid() tells it, once; nothing when the guard has gone without a word.
-    std::optional<int> takeStatus();
+
+    struct Ending {
+        enum class How {
+            ended,      ///< `number` is what waitpid() tells
+            notStarted, ///< `number` is an errno value
+            lostGuard,  ///< somebody has killed the guard, and with it the shell; what that has started may go on
+        };
+        How how = How::ended;
+        int number = 0;
+    };
+    /// Once, when ending() can be read from.
+    Ending takeEnding();
     /// Gives up the group: processes that the command has left running go on.
     void release();
 

@@ -68,4 +68,19 @@ TEST_F(ShellCommandTest, TellsHowItEnded) {
     EXPECT_EQ(run(std::string("echo a\0; echo b", 15)).error(), paramErr);
 }
 
+// The guard is the parent of the shell. Without it the command would go on for ever, and the first word to it would be a fatal signal.
+TEST_F(ShellCommandTest, AGuardThatIsKilledIsAnError) {
+    const std::time_t patience = std::time(nullptr) + 20;
+    const Answer answer = send("sysoexec", {{"----"_4cc, text("echo $$ >" + path("number") + "; kill -9 $PPID; while :; do :; done")}},
+                               {.cancelled = [patience] { return std::time(nullptr) > patience; }});
+    EXPECT_EQ(answer.error(), 128 + SIGKILL);
+    EXPECT_TRUE(ends());
+    (void)::kill(-group(), SIGKILL);
+}
+
+TEST_F(ShellCommandTest, ACommandIsStartedOrAnError) {
+    for (const auto& [length, error] : {std::pair(100'000, noErr), std::pair(140'000, memFullErr)})
+        EXPECT_EQ(send("sysoexec", {{"----"_4cc, text("true " + std::string(std::size_t(length), 'x'))}}).error(), error) << length;
+}
+
 } // namespace quoddle::testing_additions
