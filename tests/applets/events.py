@@ -6,6 +6,7 @@
 """
 import os
 import plistlib
+import select
 import shutil
 import signal
 import socket
@@ -143,8 +144,14 @@ class Events(harness.AppletCase):
         applet = self.serve()
         self.tell("quit")
         applet.ends()
-        self.assertEqual(self.tell("add(2, 3)"), "5")
+        # It keeps nothing open that is the caller's: a reader at the other end of a pipe sees the end when the caller has gone.
+        reading, writing = os.pipe()
+        called = self.osascript("-e", 'tell application "Server" to add(2, 3)', pass_fds=(writing,))
+        os.close(writing)
+        self.assertEqual(called.stdout, "5\n")
         self.assertEqual(self.tell("is running"), "true")
+        self.assertEqual(select.select([reading], [], [], harness.DEADLINE)[0], [reading])
+        os.close(reading)
         self.assertEqual(self.tell("quit"), "")
 
     def test_an_event_that_starts_an_applet_is_answered_by_it(self):

@@ -35,6 +35,7 @@ std::optional<pid_t> start(const std::vector<std::string>& command, int output) 
     ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1); // files, pipes and locks of whoever started the script
     ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     pid_t child = 0;
     const int error = ::posix_spawnp(&child, arguments[0], &actions, &attributes, arguments.data(), environ);

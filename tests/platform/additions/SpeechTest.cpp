@@ -5,6 +5,7 @@
 #include <chrono>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace quoddle {
 
@@ -29,6 +30,16 @@ protected:
 };
 
 } // namespace
+
+// Which may speak on when the script has long ended.
+TEST_F(SpeechTest, TheProgramGetsNoneOfOurFiles) {
+    constexpr int kOurs = 57;
+    ASSERT_EQ(::dup2(STDERR_FILENO, kOurs), kOurs);
+    install("espeak-ng", "test ! -e /proc/$$/fd/57 || echo held >> " + path("said"));
+    EXPECT_EQ(send("sysottos", {{"----"_4cc, text("a")}}).errorText(), "");
+    ::close(kOurs);
+    EXPECT_EQ(said(), "espeak-ng -- a\n");
+}
 
 TEST_F(SpeechTest, TellsTheProgramWhatTheScriptWants) {
     install("espeak-ng");

@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace quoddle {
 
@@ -91,7 +92,8 @@ std::vector<std::string> commandFor(const std::string& bundlePath) {
     const int nothing = ::open("/dev/null", O_RDWR);
     ::dup2(nothing, STDIN_FILENO);
     ::dup2(nothing, STDOUT_FILENO);
-    ::dup2(nothing, STDERR_FILENO); // a pipe of ours must not be held open
+    ::dup2(nothing, STDERR_FILENO);
+    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); // files, pipes and locks of whoever started us
     sigset_t none;
     sigemptyset(&none);
     ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
