@@ -54,10 +54,15 @@ std::string write(const QString& path, const std::string& bytes) {
     return status == noErr ? "" : messageFor(path, status);
 }
 
+/// Also a link that leads nowhere.
+bool stands(const QString& path) {
+    return QFileInfo(path).isSymLink() || QFileInfo::exists(path);
+}
+
 /// A service of the name that somebody else has made. The entry has a mark of its own, and the icons stand in a folder of ours.
 bool isServiceForeign(const QString& path) {
     const auto text = readFile(path.toStdString(), kMaximumServiceSize);
-    return text ? !isServiceOfOurs(*text) : text.error() != fnfErr;
+    return text ? !isServiceOfOurs(*text) : stands(path);
 }
 
 void removeAll(const Places& places) {
@@ -125,7 +130,7 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
     if (hasControls(applet.bundlePath) || hasControls(applet.shell) || hasControls(applet.tool))
         return Failure{printable(applet.bundlePath) + ": the path has characters that a desktop entry cannot hold; rename the folder"};
     const auto before = desktopEntryValue(places.entry, kDesktopEntryBundleKey);
-    if (!before && QFile::exists(places.entry))
+    if (!before && stands(places.entry))
         return Failure{printable(places.entry) + ": a launcher that quoddle has not made; move it away first"};
 
     if (isServiceForeign(places.service))
