@@ -58,9 +58,15 @@ int run(const Words& words) {
     return fail(*shell + ": cannot be started: " + std::strerror(errno));
 }
 
+/// Without the folder in which applets are found none seems to run. Empty when it can be used.
+std::string whatIsWrongWithRuntimeDirectory() {
+    const auto directory = AERuntimeDirectory();
+    return directory ? "" : AERuntimeDirectoryAdvice(directory.error());
+}
+
 int list(const Words&) {
-    if (const auto directory = AERuntimeDirectory(); !directory)
-        return fail(AERuntimeDirectoryAdvice(directory.error()));
+    if (const std::string advice = whatIsWrongWithRuntimeDirectory(); !advice.empty())
+        return fail(advice);
     const auto applications = AEListRunningApplications();
     if (applications.empty()) {
         std::cerr << "No applet is running.\n";
@@ -94,6 +100,8 @@ std::optional<AERunningApplication> findRunning(const std::string& word) {
 }
 
 int quit(const Words& words) {
+    if (const std::string advice = whatIsWrongWithRuntimeDirectory(); !advice.empty())
+        return fail(advice);
     const auto running = findRunning(words[0]);
     if (!running)
         return fail(words[0] + ": no such applet is running; quoddle list tells which are");

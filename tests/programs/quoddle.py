@@ -101,9 +101,10 @@ class Quoddle(unittest.TestCase):
             self.assertIn(output, got[1])
             self.assertIn(error, got[2])
         (self.folder / "run/quoddle").chmod(0o755)
-        status, output, error = self.call("list")
-        self.assertEqual((status, output), (1, ""))
-        self.assertIn("chmod 700", error)
+        for words in (["list"], ["quit", "Nobody"]):
+            status, output, error = self.call(*words)
+            self.assertEqual((status, output), (1, ""))
+            self.assertIn("chmod 700", error)
         bundle = self.make()
         for command in ("install", "run"):
             self.assertIn("set QUODDLE_SHELL", self.call(command, bundle, QUODDLE_SHELL="/nowhere/shell")[2])
@@ -177,6 +178,15 @@ class Quoddle(unittest.TestCase):
         (self.folder / "service").rename(others[0])
         self.assertEqual(self.call("uninstall", "Tool")[0], 0)
         self.assertEqual(self.files(), sorted(str(other.relative_to(self.data)) for other in others))
+        shutil.rmtree(self.data)
+        self.data.mkdir()
+        # Links of others that lead nowhere are no free places.
+        for place in (foreign, others[0]):
+            place.parent.mkdir(parents=True)
+            place.symlink_to("/nowhere/at/all")
+            self.assertIn("has not made", self.call("install", bundle)[2])
+            self.assertEqual((os.readlink(place), self.files()), ("/nowhere/at/all", []))
+            place.unlink()
         shutil.rmtree(self.data)
         self.data.mkdir()
         # One part that cannot be written leaves none behind.
