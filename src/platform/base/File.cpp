@@ -5,10 +5,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <optional>
+#include <poll.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace quoddle {
@@ -18,6 +23,7 @@ namespace {
 constexpr OSStatus kIOError = -36;
 constexpr std::size_t kLargestStep = std::size_t(16) << 20;
 constexpr OSStatus kBadName = -37;
+constexpr int kMaximumLinks = 40; // as the kernel has it
 
 // Asking for it changes it for a moment, in which other threads must not make files: asked before there are any.
 const mode_t kMask = [] {
@@ -34,6 +40,11 @@ bool isName(const std::string& path) {
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EAGAIN) { // a stream of ours that somebody else has opened, too
+            pollfd stream{descriptor, POLLOUT, 0};
+            ::poll(&stream, 1, -1);
+            continue;
+        }
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
@@ -68,10 +79,44 @@ Result<std::string, OSStatus> readAll(int descriptor, std::size_t expectedSize, 
 /// The place where a file is to be written, and the file that is there already. Links are resolved by the kernel, which refuses those that
 /// its protection of shared folders does not trust.
 struct Place {
-    std::string path; // without a link at its end
+    std::string path; // without a link at its end, unless it names an open file
     struct stat info {};
     bool exists = false;
+    bool isOpenFile = false; // by a link of the process file system, which may lead to what has no name
 };
+
+/// The link of the process file system that a link is or leads to, such as /proc/self/fd/1; empty when there is none on the way.
+std::string openFileLink(std::string path) {
+    for (int links = 0; links < kMaximumLinks; ++links) {
+        const FileDescriptor link(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+        struct stat info {};
+        struct statfs system {};
+        if (!link.isOpen() || ::fstat(link.number(), &info) != 0 || !S_ISLNK(info.st_mode) || ::fstatfs(link.number(), &system) != 0)
+            return {};
+        if (system.f_type == PROC_SUPER_MAGIC)
+            return path;
+        char target[PATH_MAX];
+        const ssize_t length = ::readlinkat(link.number(), "", target, sizeof target);
+        if (length <= 0)
+            return {};
+        path = (target[0] == '/' ? "" : path.substr(0, path.rfind('/') + 1)) + std::string(target, static_cast<std::size_t>(length));
+    }
+    return {};
+}
+
+/// The number of a descriptor of this process that a link of the process file system stands for.
+std::optional<int> ownDescriptor(const std::string& link) {
+    const std::size_t name = link.rfind('/') + 1;
+    int number = -1;
+    const auto [end, error] = std::from_chars(link.data() + name, link.data() + link.size(), number);
+    const FileDescriptor folder(::open(link.substr(0, name).c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    struct stat its {
+    }, own{};
+    if (error != std::errc() || end != link.data() + link.size() || !folder.isOpen() || ::fstat(folder.number(), &its) != 0 ||
+        ::stat("/proc/self/fd", &own) != 0)
+        return std::nullopt;
+    return its.st_ino == own.st_ino && its.st_dev == own.st_dev ? std::optional(number) : std::nullopt;
+}
 
 Result<Place, OSStatus> placeOf(const std::string& path) {
     if (!isName(path))
@@ -82,6 +127,11 @@ Result<Place, OSStatus> placeOf(const std::string& path) {
     place.exists = true;
     if (!S_ISLNK(place.info.st_mode))
         return place;
+    if (std::string link = openFileLink(path); !link.empty()) {
+        place.path = std::move(link);
+        place.isOpenFile = true;
+        return ::stat(path.c_str(), &place.info) == 0 ? Result<Place, OSStatus>(place) : Failure{statusFromErrno(errno)};
+    }
     const FileDescriptor target(::open(path.c_str(), O_PATH | O_CLOEXEC)); // opens neither pipes nor devices
     if (!target.isOpen())
         return Failure{errno == ENOENT ? statusFromErrno(EEXIST) : statusFromErrno(errno)};
@@ -93,15 +143,18 @@ Result<Place, OSStatus> placeOf(const std::string& path) {
     return place;
 }
 
-/// Into a pipe or a device, which keeps its place.
+/// Into a pipe or a device, which keeps its place, or where an open file stands.
 OSStatus writeThrough(const Place& place, std::string_view bytes) {
-    const FileDescriptor file(::open(place.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)); // waits for no reader
+    // Opened anew, a descriptor of ours would begin at the start of its file.
+    if (const auto own = place.isOpenFile ? ownDescriptor(place.path) : std::nullopt)
+        return writeAll(*own, bytes) ? noErr : statusFromErrno(errno);
+    const FileDescriptor file(::open(place.path.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)); // waits for no reader
     struct stat info {};
     if (!file.isOpen() || ::fstat(file.number(), &info) != 0)
         return statusFromErrno(errno);
-    if (!S_ISCHR(info.st_mode) && !S_ISFIFO(info.st_mode))
+    if (!S_ISCHR(info.st_mode) && !S_ISFIFO(info.st_mode) && !(place.isOpenFile && S_ISREG(info.st_mode)))
         return paramErr;
-    ::fcntl(file.number(), F_SETFL, 0);
+    ::fcntl(file.number(), F_SETFL, O_APPEND);
     return writeAll(file.number(), bytes) ? noErr : statusFromErrno(errno);
 }
 
@@ -175,7 +228,7 @@ OSStatus writeFile(const std::string& path, std::string_view bytes) {
     if (!place)
         return place.error();
     const mode_t mode = place->info.st_mode;
-    if (place->exists && (S_ISCHR(mode) || S_ISFIFO(mode)))
+    if (place->exists && !S_ISDIR(mode) && (place->isOpenFile || S_ISCHR(mode) || S_ISFIFO(mode)))
         return writeThrough(*place, bytes);
     if (place->exists && !S_ISREG(mode))
         return paramErr;
@@ -196,7 +249,9 @@ OSStatus writeFile(const std::string& path, std::string_view bytes) {
 
 Result<std::string, OSStatus> writtenPath(const std::string& path) {
     auto place = placeOf(path);
-    return place ? Result<std::string, OSStatus>(std::move(place->path)) : Failure{place.error()};
+    if (!place || place->isOpenFile)
+        return Failure{place ? paramErr : place.error()};
+    return std::move(place->path);
 }
 
 OSStatus copyFile(const std::string& from, const std::string& to) {

@@ -5,11 +5,13 @@
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace quoddle {
 namespace {
@@ -79,6 +81,35 @@ TEST_F(FileTest, KeepsThePermissionsAndSaysWhatFailed) {
     EXPECT_EQ(readFile(cut, 10).error(), -37);
     EXPECT_EQ(writeFile(cut, "z"), -37);
     EXPECT_EQ(writeFile(folder + "/" + std::string(300, 'n'), "z"), -37);
+}
+
+TEST_F(FileTest, WritesWhereAnOpenFileStands) {
+    for (const bool isAppended : {true, false})
+        for (const bool isRemoved : {true, false}) {
+            const std::string path = folder + "/file", link = folder + "/link";
+            ASSERT_EQ(writeFile(path, "head, "), noErr);
+            const int file = ::open(path.c_str(), O_RDWR | (isAppended ? O_APPEND : 0));
+            ::lseek(file, isAppended ? 0 : 4, SEEK_SET);
+            if (isRemoved)
+                fs::remove(path);
+            fs::create_symlink("/dev/fd/" + std::to_string(file), link);
+            EXPECT_EQ(writtenPath(link).error(), paramErr);
+            EXPECT_EQ(writeFile(link, "body"), noErr);
+            char content[100] = {};
+            EXPECT_GT(::pread(file, content, sizeof content - 1, 0), 0);
+            EXPECT_STREQ(content, isAppended ? "head, body" : "headbody");
+            EXPECT_EQ(filesInFolder(), isRemoved ? 1u : 2u);
+            fs::remove(link);
+            ::close(file);
+        }
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    EXPECT_EQ(writeFile("/proc/self/fd/" + std::to_string(ends[1]), "body"), noErr);
+    ::close(ends[1]);
+    EXPECT_EQ(*readToEnd(ends[0], 100), "body");
+    ::close(ends[0]);
+    EXPECT_NE(writeFile("/proc/self/fd/" + std::to_string(ends[1]), "body"), noErr) << "closed";
+    EXPECT_EQ(writeFile("/proc/self/cwd", "body"), paramErr);
 }
 
 TEST_F(FileTest, LeavesThePermissionsOfOtherThreadsFilesAlone) {
