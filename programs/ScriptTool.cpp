@@ -6,12 +6,16 @@
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/applescript/image/ImageReader.h"
 #include "platform/base/File.h"
+#include "platform/base/FileDescriptor.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ScriptBundle.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <fcntl.h>
 #include <iostream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace quoddle::tool {
@@ -40,6 +44,20 @@ std::string messageForStatus(OSStatus status) {
     }
 }
 
+/// A pipe or a device that gives bytes one after the other.
+bool isStream(const std::string& path) {
+    struct stat info {};
+    return ::stat(path.c_str(), &info) == 0 && (S_ISFIFO(info.st_mode) || S_ISCHR(info.st_mode));
+}
+
+/// Waits for somebody who writes.
+Result<std::string, OSStatus> readStream(const std::string& path) {
+    const FileDescriptor stream(::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
+    if (!stream.isOpen())
+        return Failure{statusFromErrno(errno)};
+    return readToEnd(stream.number(), kMaximumInput);
+}
+
 } // namespace
 
 void setUp() {
@@ -60,11 +78,41 @@ std::optional<ComponentInstance> openLanguage(const std::string& program, const 
 std::optional<std::string> readInput(const std::string& program, const std::string& path) {
     const bool isInput = path == "-";
     const std::string file = isInput ? "standard input" : scriptFileOf(path);
-    auto bytes = isInput ? readToEnd(STDIN_FILENO, kMaximumInput) : readFile(file, kMaximumInput);
+    auto bytes = isInput                          ? readToEnd(STDIN_FILENO, kMaximumInput)
+                 : file == path && isStream(path) ? readStream(path)
+                                                  : readFile(file, kMaximumInput);
     if (bytes)
         return std::move(*bytes);
     std::cerr << program << ": " << file << ": " << messageForStatus(bytes.error()) << "\n";
     return std::nullopt;
+}
+
+std::string messageForWriting(OSStatus status) {
+    switch (status) {
+    case -34:
+        return "The disk is full.";
+    case -37:
+        return "No file can have this name.";
+    case -44:
+        return "The disk is write protected.";
+    case -47:
+        return "Somebody else is writing it.";
+    case -48:
+        return "Something else stands there already.";
+    case paramErr:
+        return "There is something that is neither a file nor a bundle.";
+    case -54:
+        return "No permission.";
+    case -120:
+    case fnfErr:
+        return "The folder does not exist.";
+    case errOSASourceNotAvailable:
+        return "The script has no source.";
+    case errOSAInternalTableOverflow:
+        return "The script is too large for a compiled script.";
+    default:
+        return "It could not be written (" + std::to_string(status) + ").";
+    }
 }
 
 OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSAID& id, bool& isCompiled) {

@@ -16,9 +16,12 @@ void setUp();
 /// The instance of a language by name ("AppleScript", without regard to case); nothing, with a message printed, when there is none.
 std::optional<ComponentInstance> openLanguage(const std::string& program, const std::string& name);
 
-/// The bytes of a file, of standard input for "-", or of the main script of a bundle. Nothing, with a message printed, when it cannot be
-/// read.
+/// The bytes of a file, of standard input for "-", or of the main script of a bundle. Pipes and terminals are read to their end, but for
+/// those inside a bundle. Nothing, with a message printed, when it cannot be read.
 std::optional<std::string> readInput(const std::string& program, const std::string& path);
+
+/// What a status of writing a script means, as a sentence.
+std::string messageForWriting(OSStatus status);
 
 /// Loads compiled input or compiles source, told by content. `id` is new.
 OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSAID& id, bool& isCompiled);

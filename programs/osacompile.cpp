@@ -29,34 +29,6 @@ default a.scpt), a script bundle (.scptd) or an applet (.app; a droplet when the
   --help        this text
 )";
 
-std::string messageFor(OSStatus status) {
-    switch (status) {
-    case -34:
-        return "The disk is full.";
-    case -37:
-        return "No file can have this name.";
-    case -44:
-        return "The disk is write protected.";
-    case -47:
-        return "Somebody else is writing it.";
-    case -48:
-        return "Something else stands there already.";
-    case paramErr:
-        return "There is something that is neither a file nor a bundle.";
-    case -54:
-        return "No permission.";
-    case -120:
-    case fnfErr:
-        return "The folder does not exist.";
-    case errOSASourceNotAvailable:
-        return "The script has no source.";
-    case errOSAInternalTableOverflow:
-        return "The script is too large for a compiled script.";
-    default:
-        return "It could not be written (" + std::to_string(status) + ").";
-    }
-}
-
 std::string shellPath() {
     std::error_code error;
     return (std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "quoddle-shell").string();
@@ -142,7 +114,7 @@ int perform(int argc, char** argv) {
     }
     if (status == noErr)
         return 0;
-    std::cerr << "osacompile: " << name << ": " << messageFor(status) << "\n";
+    std::cerr << "osacompile: " << name << ": " << tool::messageForWriting(status) << "\n";
     return 1;
 }
 

@@ -10,11 +10,14 @@
 #include <iostream>
 #include <iterator>
 #include <sstream>
+#include <stdexcept>
 #include <unistd.h>
 
 using namespace quoddle;
 
 namespace {
+
+constexpr std::size_t kLongestLine = std::size_t(16) << 20; // that is typed or pasted
 
 constexpr char kHelp[] = R"(usage: osascript [-l LANGUAGE] [-i] [-s FLAGS] [-e STATEMENT]... [FILE|-] [ARGUMENT...]
 
@@ -48,20 +51,29 @@ public:
             return;
         const std::string scriptFile = scriptFileOf(file);
         AEDesc names;
-        if (bundleOfScriptFile(scriptFile).ends_with(".app") || ::access(scriptFile.c_str(), W_OK) != 0 ||
+        std::error_code error;
+        // A pipe has nowhere to store them, and neither has an open file without a name.
+        if (bundleOfScriptFile(scriptFile).ends_with(".app") || !std::filesystem::is_regular_file(scriptFile, error) ||
+            !writtenPath(scriptFile) || ::access(scriptFile.c_str(), W_OK) != 0 ||
             OSAGetPropertyNames(instance, kOSAModeNull, script, names) != noErr || names.count() == 0)
             return;
         if (OSASetScriptInfo(instance, script, "modi"_4cc, 0) == noErr)
             mFile = scriptFile;
     }
 
-    void keep() const {
+    /// False, with a message printed, when changed properties could not be stored.
+    bool keep() const {
         std::int32_t isModified = 0;
         if (mFile.empty() || OSAGetScriptInfo(mInstance, mScript, "modi"_4cc, isModified) != noErr || !isModified)
-            return;
+            return true;
         AEDesc bytes;
-        if (OSAStore(mInstance, mScript, "scpt"_4cc, kOSAModeNull, bytes) == noErr)
-            (void)writeFile(mFile, std::string(bytes.data())); // a disk that is full is no reason to call the run a failure
+        OSStatus status = OSAStore(mInstance, mScript, "scpt"_4cc, kOSAModeNull, bytes);
+        if (status == noErr)
+            status = writeFile(mFile, bytes.data());
+        if (status == noErr)
+            return true;
+        std::cerr << "osascript: " << mFile << ": the properties could not be stored: " << tool::messageForWriting(status) << "\n";
+        return false;
     }
 
 private:
@@ -79,12 +91,26 @@ OSStatus run(ComponentInstance instance, OSAID script, const std::vector<std::st
     return OSAExecuteEvent(instance, event, script, kOSAModeNull, result);
 }
 
+/// False at the end of the input. Throws where it cannot be read, and for a line without an end.
+bool readLine(std::string& line) {
+    line.clear();
+    int byte = 0;
+    while ((byte = std::getc(stdin)) != EOF && byte != '\n') {
+        if (line.size() == kLongestLine)
+            throw std::length_error("a line of the input is too long");
+        line += static_cast<char>(byte);
+    }
+    if (std::ferror(stdin))
+        throw std::runtime_error("the input could not be read");
+    return byte != EOF || !line.empty();
+}
+
 /// Each line runs in the context of those before it, so that names last.
 int interact(ComponentInstance instance, const Settings& settings) {
     const bool prompts = ::isatty(STDIN_FILENO);
     OSAID context = kOSANullScript;
     std::string line;
-    while ((prompts && std::cout << ">> " << std::flush), std::getline(std::cin, line)) {
+    while ((prompts && std::cout << ">> " << std::flush), readLine(line)) {
         OSAID result = kOSANullScript;
         OSStatus status = OSACompile(instance, AEDesc::ofUTF8(line), kOSAModeCompileIntoContext | kOSAModeAugmentContext, context);
         std::string kind = "syntax";
@@ -180,8 +206,7 @@ int perform(int argc, char** argv) {
     }
     if (result != kOSANullScript)
         tool::printResult(*instance, result, settings.asSource);
-    properties.keep();
-    return 0;
+    return properties.keep() ? 0 : 1;
 }
 
 } // namespace

@@ -116,6 +116,18 @@ class Programs(unittest.TestCase):
             call("osascript", path)
             self.assertEqual((file.read_bytes(), file.stat().st_ino), before, name)
 
+    def test_properties_that_cannot_be_stored_are_told(self):
+        script = self.folder / "c.scpt"
+        call("osacompile", "-o", script, "-e", "property n : 0", "-e", "set n to n + 1")
+        before = script.read_bytes()
+        def full_disk():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (10, 10))
+        done = subprocess.run([str(BIN / "osascript"), str(script)], capture_output=True, text=True, preexec_fn=full_disk)
+        self.assertEqual((done.returncode, done.stdout, script.read_bytes()), (1, "1\n", before))
+        self.assertRegex(done.stderr, f"^osascript: {script}: the properties could not be stored: .+\n$")
+        self.assertEqual(call("osascript", script), (0, "1\n", ""))
+
     def test_a_script_knows_its_file(self):
         script = self.file("where.applescript", "POSIX path of (path to me)")
         self.assertEqual(call("osascript", "where.applescript", cwd=self.folder), (0, f"{script}\n", ""))
@@ -163,6 +175,37 @@ class Programs(unittest.TestCase):
         (self.folder / "Link.app").symlink_to("Real.app")
         self.assertEqual(call("osacompile", "-o", self.folder / "Link.app", "-e", "2"), (0, "", ""))
         self.assertEqual(((self.folder / "Link.app").is_symlink(), call("osascript", self.folder / "Real.app")[1]), (True, "2\n"))
+
+    def test_compiling_into_open_files(self):
+        compile_to = f"'{BIN}/osacompile' -e 'return 1' -o"
+        for command in (f"{{ echo head; {compile_to} /dev/stdout; echo tail; }} > out", f"echo head > out; {{ {compile_to} /dev/stdout; echo tail; }} >> out",
+                        f"{{ echo head; {compile_to} /dev/stdout; echo tail; }} | cat > out", f"{{ echo head; {compile_to} /proc/self/fd/7; echo tail; }} 7>&1 > out"):
+            with self.subTest(command):
+                done = subprocess.run(command, shell=True, cwd=self.folder, capture_output=True)
+                output = done.stdout + (self.folder / "out").read_bytes()
+                self.assertEqual((done.returncode, done.stderr), (0, b""))
+                self.assertTrue(b"FasdUAS" in output and b"head\n" in output and output.endswith(b"tail\n"), output)
+                self.assertEqual([p.name for p in self.folder.iterdir()], ["out"])
+
+    def test_pipes_and_devices_are_read_like_files(self):
+        pipe = self.folder / "pipe"
+        os.mkfifo(pipe)
+        script = self.folder / "s.scpt"
+        call("osacompile", "-o", script, "-e", "property n : 1", "-e", "set n to n + 1")
+        before = script.read_bytes()
+        for command, output in [(f"echo 'return 2' | '{BIN}/osascript' /dev/stdin", "2\n"), (f"echo 'return 3' >pipe & '{BIN}/osascript' pipe", "3\n"),
+                                (f"'{BIN}/osascript' /dev/fd/3 3<s.scpt", "2\n"), (f"cat s.scpt >pipe & '{BIN}/osascript' pipe", "2\n"),
+                                (f"cat s.scpt | '{BIN}/osadecompile' /dev/stdin", "property n : 1\nset n to n + 1\n"), (f"'{BIN}/osascript' /dev/null", ""),
+                                (f"echo 'return 4' >pipe & '{BIN}/osacompile' -o made.scpt pipe && '{BIN}/osascript' made.scpt", "4\n")]:
+            with self.subTest(command):
+                done = subprocess.run(command, shell=True, cwd=self.folder, capture_output=True, text=True, timeout=60)
+                self.assertEqual((done.returncode, done.stdout, done.stderr), (0, output, ""))
+        self.assertEqual(script.read_bytes(), before, "what is read from a stream is not stored")
+        # A pipe inside a bundle is not what the user has named.
+        inside = self.folder / "B.scptd/Contents/Resources/Scripts/main.scpt"
+        inside.parent.mkdir(parents=True)
+        os.mkfifo(inside)
+        self.assertIn("not an ordinary file", call("osascript", self.folder / "B.scptd")[2])
 
     def test_a_bundle_that_is_compiled_again_loses_nothing(self):
         bundle = self.folder / "Tool.app"
@@ -219,7 +262,7 @@ class Programs(unittest.TestCase):
         """As under ulimit -v: an error of the language, or at least a word, and no abort."""
         if BIN.parent.name in ("asan", "tsan"):
             self.skipTest("a sanitizer takes more than there is")
-        def limited(script, *words):
+        def limited(script, *words): # without a script the input has no end
             limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (300_000 << 10, 300_000 << 10))
             with open(script) if script else open("/dev/zero") as source:
                 done = subprocess.run([str(BIN / "osascript"), *words], stdin=source, capture_output=True, text=True, preexec_fn=limit, timeout=120)
@@ -237,6 +280,7 @@ class Programs(unittest.TestCase):
                 self.assertEqual(status, 1)
                 self.assertIn(error, said)
         self.assertEqual(limited(None)[0], 1)
+        self.assertEqual(limited(None, "-i"), (1, "osascript: a line of the input is too long\n"))
 
     def test_options_in_the_first_line(self):
         for options, expected in [("-l AppleScript", b"a\n"), ("-l AppleScript -s s", b'"a"\n'), ("-ss", b'"a"\n'), ("", b"a\n")]:
