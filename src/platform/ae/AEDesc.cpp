@@ -49,6 +49,11 @@ struct EventStorage : RecordStorage {
     std::vector<AEItem> attributes;
 };
 
+// With what the allocator keeps for itself, for the storage and for what it holds.
+constexpr std::size_t kAllocations = 2 * 2 * sizeof(void*);
+static_assert(sizeof(EventStorage) <= kAELargestStorage && sizeof(RecordStorage) + kAllocations <= kAELargestStorage &&
+              sizeof(ListStorage) + kAllocations <= kAELargestStorage && sizeof(BytesStorage) + kAllocations <= kAELargestStorage);
+
 template<class S>
 S* as(AEDescStorage* storage, Kind kind) {
     return storage && storage->kind == kind ? static_cast<S*>(storage) : nullptr;

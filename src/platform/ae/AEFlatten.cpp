@@ -71,10 +71,10 @@ private:
 // Sticks at the first fault: every read after it fails too.
 class Reader {
 public:
-    explicit Reader(std::string_view bytes) : mRest(bytes) {}
+    explicit Reader(std::string_view bytes, const AEMayTake* mayTake = nullptr) : mRest(bytes), mMayTake(mayTake) {}
 
     std::optional<AEDesc> read(std::size_t depth) {
-        if (depth > kAEMaxDepth || ++mCount > kAEMaxCount)
+        if (depth > kAEMaxDepth)
             return {};
         std::uint32_t type = number<std::uint32_t>();
         auto form = static_cast<BodyForm>(number<std::uint8_t>());
@@ -97,8 +97,20 @@ public:
 
     bool hasFailed() const { return mFailed; }
     std::size_t left() const { return mRest.size(); }
+    std::size_t taken() const { return mTaken; }
+    bool mayNotTake() const { return mMayNotTake; }
 
 private:
+    /// Whether so much more may stand in memory.
+    bool take(std::size_t bytes) {
+        mTaken += bytes;
+        if (!mMayTake || mTaken <= mGranted)
+            return true;
+        mGranted = mTaken + kStep;
+        mMayNotTake = !(*mMayTake)(mGranted);
+        return !mMayNotTake;
+    }
+
     template<class T>
     T number() {
         if (mRest.size() < sizeof(T)) {
@@ -120,36 +132,51 @@ private:
 
     std::optional<AEDesc> scalar(DescType type) {
         auto size = count(1);
-        if (!size)
+        if (!size || (*size > kLargestInside && !take(kAELargestStorage + *size)))
             return {};
         AEDesc desc(type, mRest.substr(0, *size));
         mRest.remove_prefix(*size);
         return desc;
     }
 
+    /// An empty vector with place for as many as are announced.
+    template<class T>
+    std::optional<std::vector<T>> places(std::optional<std::uint32_t> size) {
+        mCount += size.value_or(0);
+        if (!size || mCount > kAEMaxCount || !take(kAELargestStorage + *size * sizeof(T)))
+            return {};
+        std::vector<T> places;
+        places.reserve(*size);
+        return places;
+    }
+
     std::optional<AEDesc> list(std::size_t depth, DescType type) {
-        auto size = count(kSmallestDesc);
-        std::vector<AEDesc> items;
-        for (std::uint32_t i = 0; size && i < *size; ++i) {
+        const auto size = count(kSmallestDesc);
+        auto items = places<AEDesc>(size);
+        if (!items)
+            return {};
+        for (std::uint32_t i = 0; i < *size; ++i) {
             auto item = read(depth + 1);
             if (!item)
                 return {};
-            items.push_back(std::move(*item));
+            items->push_back(std::move(*item));
         }
-        return size ? std::optional(AEDesc::list(std::move(items)).withType(type)) : std::nullopt;
+        return AEDesc::list(std::move(*items)).withType(type);
     }
 
     std::optional<std::vector<AEItem>> fields(std::size_t depth) {
-        auto size = count(kSmallestDesc + sizeof(AEKeyword));
-        std::vector<AEItem> items;
-        for (std::uint32_t i = 0; size && i < *size; ++i) {
+        const auto size = count(kSmallestDesc + sizeof(AEKeyword));
+        auto items = places<AEItem>(size);
+        if (!items)
+            return {};
+        for (std::uint32_t i = 0; i < *size; ++i) {
             auto key = number<AEKeyword>();
             auto value = read(depth + 1);
             if (!value)
                 return {};
-            items.push_back({key, std::move(*value)});
+            items->push_back({key, std::move(*value)});
         }
-        return size ? std::optional(std::move(items)) : std::nullopt;
+        return items;
     }
 
     std::optional<AEDesc> event(std::size_t depth) {
@@ -164,9 +191,15 @@ private:
         return AEDesc::appleEvent(eventClass, eventID, returnID, transactionID, std::move(*attributes), std::move(*parameters));
     }
 
-    static constexpr std::size_t kSmallestDesc = 9; // type, form, size 0
+    static constexpr std::size_t kSmallestDesc = 9;  // type, form, size 0
+    static constexpr std::size_t kLargestInside = 8; // bytes that a descriptor has no storage for
+    static constexpr std::size_t kStep = 16 << 10;
     std::string_view mRest;
-    std::size_t mCount = 0;
+    const AEMayTake* mMayTake;
+    std::size_t mTaken = 0;
+    std::size_t mGranted = 0;
+    bool mMayNotTake = false;
+    std::size_t mCount = 1; // those announced and not read, too
     bool mFailed = false;
 };
 
@@ -183,25 +216,46 @@ OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes) {
     return noErr;
 }
 
-OSStatus AEUnflattenFirstDesc(std::string_view bytes, AEDesc& desc, std::size_t& length) {
+namespace {
+
+OSStatus readFirst(std::string_view bytes, AEDesc& desc, std::size_t& length, std::size_t& taken, const AEMayTake* mayTake) {
     if (bytes.size() > kAEMaxSize || !bytes.starts_with(kMagic))
         return errAECorruptData;
-    Reader reader(bytes.substr(kMagic.size()));
+    Reader reader(bytes.substr(kMagic.size()), mayTake);
     std::optional<AEDesc> read = reader.read(1);
     if (!read || reader.hasFailed())
-        return errAECorruptData;
+        return reader.mayNotTake() ? memFullErr : errAECorruptData;
     desc = std::move(*read);
     length = bytes.size() - reader.left();
+    taken = reader.taken();
     return noErr;
 }
 
-OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc) {
+OSStatus readWhole(std::string_view bytes, AEDesc& desc, std::size_t& taken, const AEMayTake* mayTake) {
     AEDesc first;
     std::size_t length = 0;
-    if (AEUnflattenFirstDesc(bytes, first, length) != noErr || length != bytes.size())
+    if (const OSStatus status = readFirst(bytes, first, length, taken, mayTake); status != noErr)
+        return status;
+    if (length != bytes.size())
         return errAECorruptData;
     desc = std::move(first);
     return noErr;
+}
+
+} // namespace
+
+OSStatus AEUnflattenFirstDesc(std::string_view bytes, AEDesc& desc, std::size_t& length) {
+    std::size_t taken = 0;
+    return readFirst(bytes, desc, length, taken, nullptr);
+}
+
+OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc) {
+    std::size_t taken = 0;
+    return readWhole(bytes, desc, taken, nullptr);
+}
+
+OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc, const AEMayTake& mayTake, std::size_t& taken) {
+    return readWhole(bytes, desc, taken, &mayTake);
 }
 
 } // namespace quoddle

@@ -13,6 +13,8 @@
 
 #include "platform/ae/AEDesc.h"
 
+#include <functional>
+
 namespace quoddle {
 
 constexpr std::size_t kAEMaxDepth = 64;
@@ -23,6 +25,10 @@ constexpr std::size_t kAEMaxCount = std::size_t{1} << 22; ///< descriptors in on
 OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes);
 /// Any bytes may be given. -1702, with `desc` untouched, for everything that is not exactly one flattened descriptor within the bounds.
 OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc);
+/// The same for bytes from somebody whose memory is counted. Asks before it makes something, a few kilobytes in advance, whether the
+/// descriptor may take so many bytes in all; -108, with `desc` untouched, when it may not. `taken` is what it takes in the end.
+using AEMayTake = std::function<bool(std::size_t bytes)>;
+OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc, const AEMayTake& mayTake, std::size_t& taken);
 /// The one that the bytes begin with; `length` is how many of them it takes.
 OSStatus AEUnflattenFirstDesc(std::string_view bytes, AEDesc& desc, std::size_t& length);
 

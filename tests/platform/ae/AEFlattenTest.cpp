@@ -3,6 +3,7 @@
 #include "platform/ae/AEFlatten.h"
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <random>
 
 namespace quoddle {
@@ -71,6 +72,35 @@ TEST(AEFlatten, HostileCountsAllocateNothing) {
     AEDesc desc;
     for (const std::string& bytes : kHostile)
         EXPECT_EQ(AEUnflattenDesc(bytes, desc), errAECorruptData);
+}
+
+// Small descriptors take many times their bytes.
+TEST(AEFlatten, MemoryIsAskedForBeforeItIsTaken) {
+    constexpr std::size_t kMany = 100'000;
+    const AEDesc lists = AEDesc::list(std::vector<AEDesc>(kMany, AEDesc::list({AEDesc()})));
+    const AEDesc texts = AEDesc::list(std::vector<AEDesc>(kMany, AEDesc("tdta"_4cc, std::string(20, 'x'))));
+    const AEDesc records = AEDesc::list(std::vector<AEDesc>(kMany, AEDesc::record({{"a   "_4cc, AEDesc()}, {"b   "_4cc, AEDesc()}})));
+    const AEDesc events = AEDesc::list(std::vector<AEDesc>(kMany, AEDesc::appleEvent("a   "_4cc, "b   "_4cc)));
+    for (const AEDesc& desc : {lists, texts, records, events, AEDesc("tdta"_4cc, std::string(5'000'000, 'x'))}) {
+        std::string bytes;
+        ASSERT_EQ(AEFlattenDesc(desc, bytes), noErr);
+        AEDesc back = AEDesc::ofInt32(1);
+        std::size_t taken = 0, asked = 0;
+        const auto inUse = [] { return ::mallinfo2().uordblks + ::mallinfo2().hblkhd; };
+        const std::size_t before = inUse();
+        EXPECT_EQ(AEUnflattenDesc(
+                      bytes, back, [](std::size_t wanted) { return wanted < 4'000'000; }, taken),
+                  memFullErr);
+        EXPECT_EQ(back, AEDesc::ofInt32(1));
+        const auto mayTake = [&](std::size_t wanted) {
+            asked = wanted;
+            return inUse() <= before + wanted;
+        };
+        ASSERT_EQ(AEUnflattenDesc(bytes, back, mayTake, taken), noErr);
+        EXPECT_LE(inUse(), before + taken);
+        EXPECT_LE(taken, asked);
+        EXPECT_EQ(back, desc);
+    }
 }
 
 TEST(AEFlatten, DamagedBytesNeverCrash) {

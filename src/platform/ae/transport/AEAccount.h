@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// An account of the memory that the events and replies of each sender take in this process, with bounds. Private to the transport.
+// An account of the memory that the events and replies of each sender take in this process, with bounds: as bytes on their way, and as
+// descriptors until they are answered. Private to the transport.
 //
 // Decision: there is a bound for each sender and one for all together, and who is beyond loses the connection. Events of ordinary size get
 // through whatever others do.

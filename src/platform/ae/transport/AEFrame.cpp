@@ -3,6 +3,8 @@
 
 #include "platform/ae/AEFlatten.h"
 
+#include <utility>
+
 namespace quoddle {
 
 namespace {
@@ -57,8 +59,11 @@ Result<bool, OSStatus> AEFrameReader::next(AEFrame& frame) {
     frame.flags = static_cast<std::uint8_t>(mBuffer[kFlagsAt]);
     frame.id = get32(mBuffer, kIDAt);
     frame.status = static_cast<OSStatus>(get32(mBuffer, kStatusAt));
-    frame.payload = mBuffer.substr(AEFrame::kHeaderSize, size);
-    mBuffer.erase(0, AEFrame::kHeaderSize + size);
+    // The frame gets the buffer, so that a large one neither stands in memory twice nor leaves its room behind.
+    std::string rest = mBuffer.substr(AEFrame::kHeaderSize + size);
+    mBuffer.resize(AEFrame::kHeaderSize + size);
+    mBuffer.erase(0, AEFrame::kHeaderSize);
+    frame.payload = std::exchange(mBuffer, std::move(rest));
     return true;
 }
 

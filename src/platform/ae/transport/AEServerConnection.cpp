@@ -7,7 +7,9 @@
 #include "platform/ae/AEWaiting.h"
 
 #include <cerrno>
+#include <new>
 #include <sys/socket.h>
+#include <system_error>
 #include <thread>
 
 namespace quoddle {
@@ -18,6 +20,12 @@ constexpr std::size_t kChunk = 64 << 10;
 constexpr std::size_t kLargeEvent = 256 << 10;  // bytes; a few milliseconds of work
 constexpr std::size_t kLeastPerTick = 16 << 10; // bytes of a frame; a sender on this machine has thousands of times that
 constexpr int kMaximumSlowTicks = 10;
+
+/// An empty text may hold on to what it held before.
+void release(std::string& text) {
+    text.clear();
+    text.shrink_to_fit();
+}
 
 bool isWaiting(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
@@ -34,9 +42,17 @@ void AEServerConnection::read(const std::shared_ptr<void>& round) {
         return close();
     mLastRead = std::chrono::steady_clock::now();
     mReadSinceTick += static_cast<std::size_t>(count);
-    mReader.append({chunk, static_cast<std::size_t>(count)});
-    if (!takeFrames(round) || !mReaderCharge.set(mReader.size()))
+    if (!append({chunk, static_cast<std::size_t>(count)}) || !takeFrames(round) || !mReaderCharge.set(mReader.size()))
         close();
+}
+
+bool AEServerConnection::append(std::string_view bytes) {
+    try {
+        mReader.append(bytes);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 bool AEServerConnection::isStalledAtTick() {
@@ -67,33 +83,51 @@ bool AEServerConnection::deliver(Received received) {
         return false;
     ++mUnanswered;
     mHasReceived = true;
-    if (received.frame.payload.size() > kLargeEvent && AEHasMainThreadEvents()) {
-        takeApartBeside(std::move(received));
-        return true;
-    }
+    if (received.frame.payload.size() > kLargeEvent && AEHasMainThreadEvents())
+        return takeApartBeside(std::move(received));
     AEDesc event;
-    if (AEUnflattenDesc(received.frame.payload, event) != noErr)
+    return takeApart(received, event) && handOn(std::move(received), std::move(event));
+}
+
+/// What stands in memory is many times the size of a frame of small descriptors, so it is charged while it is made. False when it makes no
+/// sense, or is more than its sender may have or than there is.
+bool AEServerConnection::takeApart(Received& received, AEDesc& event) const {
+    AECharge& charge = *received.charge;
+    std::string& payload = received.frame.payload;
+    const auto mayTake = [&charge, &payload](std::size_t bytes) { return charge.set(payload.size() + bytes); };
+    std::size_t taken = 0;
+    try {
+        if (AEUnflattenDesc(payload, event, mayTake, taken) != noErr)
+            return false;
+    } catch (const std::bad_alloc&) {
         return false;
-    received.frame.payload.clear();
-    return handOn(std::move(received), std::move(event));
+    }
+    release(payload);
+    return charge.set(taken);
 }
 
 /// The main thread has a window to look after.
-void AEServerConnection::takeApartBeside(Received received) {
+bool AEServerConnection::takeApartBeside(Received received) {
+    const auto shared = std::make_shared<Received>(std::move(received));
     mIsTakingApart = true;
-    std::thread([self = shared_from_this(), received = std::move(received)]() mutable {
-        AEDesc event;
-        const OSStatus status = AEUnflattenDesc(received.frame.payload, event);
-        received.frame.payload.clear();
-        AEPostToMainThread([self, received, event, status] {
-            self->mIsTakingApart = false;
-            if (self->mClosed)
-                return;
-            if (status != noErr || !self->handOn(received, event) || !self->takeFrames(received.round))
-                self->close();
-            self->mChanged();
-        });
-    }).detach();
+    try {
+        std::thread([self = shared_from_this(), shared] {
+            AEDesc event;
+            const bool isWhole = self->takeApart(*shared, event);
+            AEPostToMainThread([self, shared, event, isWhole] {
+                self->mIsTakingApart = false;
+                if (self->mClosed)
+                    return;
+                const auto round = shared->round;
+                if (!isWhole || !self->handOn(std::move(*shared), event) || !self->takeFrames(round))
+                    self->close();
+                self->mChanged();
+            });
+        }).detach();
+    } catch (const std::system_error&) { // there is no room for another thread
+        return false;
+    }
+    return true;
 }
 
 bool AEServerConnection::handOn(Received received, AEDesc event) {
@@ -130,9 +164,14 @@ void AEServerConnection::answer(Received& received, const AEDesc& reply, OSStatu
         frame.kind = AEFrame::Kind::Reply;
         frame.id = received.frame.id;
         frame.status = status;
-        if (const OSStatus flattened = AEFlattenDesc(reply, frame.payload); flattened != noErr)
-            frame.status = flattened;
-        send(frame.bytes(), round);
+        try {
+            if (const OSStatus flattened = AEFlattenDesc(reply, frame.payload); flattened != noErr)
+                frame.status = flattened;
+            send(frame.bytes(), round);
+        } catch (const std::bad_alloc&) { // the sender learns so from the end of the connection
+            mClosed = true;
+            mChanged();
+        }
     }
     if (wasFull)
         mChanged();
@@ -165,8 +204,10 @@ void AEServerConnection::write() {
             mUnsent.erase(0, static_cast<std::size_t>(count));
             (void)mUnsentCharge.set(mUnsent.size());
             mLastWrite = std::chrono::steady_clock::now();
-            if (mUnsent.empty())
+            if (mUnsent.empty()) {
+                release(mUnsent);
                 mUnsentRounds.clear();
+            }
             return;
         }
         if (isWaiting(errno))
@@ -177,7 +218,7 @@ void AEServerConnection::write() {
 
 void AEServerConnection::dropReplies() {
     const std::lock_guard lock(mMutex);
-    mUnsent = {};
+    release(mUnsent);
     (void)mUnsentCharge.set(0);
     mUnsentRounds.clear();
 }

@@ -58,10 +58,12 @@ private:
     };
 
     // These answer false when the stream makes no sense.
+    bool append(std::string_view bytes);
     bool takeFrames(const std::shared_ptr<void>& round);
     bool deliver(Received received);
+    bool takeApart(Received& received, AEDesc& event) const;
     bool handOn(Received received, AEDesc event);
-    void takeApartBeside(Received received);
+    bool takeApartBeside(Received received);
     void answer(Received& received, const AEDesc& reply, OSStatus status);
     void send(std::string bytes, std::shared_ptr<void> round);
 

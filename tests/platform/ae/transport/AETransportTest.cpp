@@ -18,6 +18,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <ctime>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <poll.h>
@@ -90,6 +91,18 @@ protected:
         AEFrame frame;
         EXPECT_EQ(AEFlattenDesc(event, frame.payload), noErr);
         return frame.bytes();
+    }
+    /// A connection over which all of it has gone, or as much as the other end takes.
+    FileDescriptor sent(std::string_view bytes) const {
+        FileDescriptor socket = std::move(*connectTo(directory, AESocketName(getpid())));
+        ssize_t count = 0;
+        while (!bytes.empty() && ((count = ::send(socket.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL)) >= 0 || errno == EAGAIN))
+            bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        return socket;
+    }
+    static bool isClosed(const FileDescriptor& socket) {
+        pollfd state{socket.number(), POLLIN, 0};
+        return ::poll(&state, 1, 0) > 0;
     }
     static AEDesc eventWith(AEEventID eventID, std::int32_t value) {
         AEDesc event = AEDesc::appleEvent("test"_4cc, eventID, AEDesc::ofProcess(getpid()));
@@ -282,10 +295,6 @@ TEST_F(AETransportTest, AConnectionThatIsIdleMakesRoom) {
     if (limit.rlim_cur < 2 * kMany + 100)
         GTEST_SKIP() << "too few descriptors";
     std::vector<FileDescriptor> idle;
-    const auto isClosed = [](const FileDescriptor& socket) {
-        pollfd state{socket.number(), POLLIN, 0};
-        return ::poll(&state, 1, 0) > 0;
-    };
     while (idle.size() < kMany) {
         auto socket = connectTo(directory, AESocketName(getpid()));
         ASSERT_TRUE(socket);
@@ -298,24 +307,75 @@ TEST_F(AETransportTest, AConnectionThatIsIdleMakesRoom) {
     EXPECT_FALSE(isClosed(idle.back()));
 }
 
+/// Of few bytes and much memory: ten times as much.
+AEDesc eventOfSmallParts(AEEventID eventID, std::size_t count) {
+    AEDesc event = AEDesc::appleEvent("test"_4cc, eventID);
+    (void)event.put("----"_4cc, AEDesc::list(std::vector<AEDesc>(count, AEDesc::list({AEDesc()}))));
+    return event;
+}
+
+/// For a while no more memory can be had than so many bytes.
+class ShortOfMemory {
+public:
+    explicit ShortOfMemory(std::size_t bytes) {
+        getrlimit(RLIMIT_AS, &mBefore);
+        rlimit few = mBefore;
+        few.rlim_cur = std::stoul(*readToEnd(FileDescriptor(::open("/proc/self/statm", O_RDONLY)).number(), 1000)) *
+                           static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)) +
+                       bytes;
+        setrlimit(RLIMIT_AS, &few);
+    }
+    ~ShortOfMemory() { setrlimit(RLIMIT_AS, &mBefore); }
+
+private:
+    rlimit mBefore{};
+};
+
+TEST_F(AETransportTest, OutlivesEventsThatDoNotFitIntoMemory) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer takes more than there is";
+#endif
+    listen();
+    handleEcho();
+    AEDesc answered;
+    ASSERT_EQ(send(eventWith("echo"_4cc, 1), &answered), noErr); // what is made once is there
+    const std::string bytes = bytesOf(eventOfSmallParts("echo"_4cc, 1'000'000));
+    {
+        const ShortOfMemory little(std::size_t{80} << 20);
+        const FileDescriptor socket = sent(bytes);
+        EXPECT_TRUE(eventually([&] { return isClosed(socket); }));
+    }
+    EXPECT_EQ(handled, 1);
+    EXPECT_EQ(send(eventWith("echo"_4cc, 5), &answered), noErr);
+    EXPECT_EQ(valueOf(answered), 5);
+}
+
+TEST_F(AETransportTest, WhatEventsTakeInMemoryIsBounded) {
+    listen();
+    handleLate();
+    const std::string bytes = bytesOf(eventOfSmallParts("late"_4cc, 700'000));
+    std::vector<FileDescriptor> sockets;
+    const auto isHandled = [&](int number) {
+        sockets.push_back(sent(bytes));
+        EXPECT_TRUE(eventually([&] { return handled == number || isClosed(sockets.back()); }));
+        return handled == number;
+    };
+    EXPECT_TRUE(isHandled(1));
+    EXPECT_TRUE(isHandled(2));
+    EXPECT_FALSE(isHandled(3));
+    answerKept();
+    EXPECT_TRUE(isHandled(3)) << "what is answered counts no more";
+    answerKept();
+}
+
 TEST_F(AETransportTest, WhatIsHeldForASenderIsBounded) {
     listen();
     std::string part = AEFrame().bytes();
     part[16] = '\x07';
     part.resize(std::size_t{100} << 20, '\0');
-    std::vector<FileDescriptor> sockets;
-    for (int i = 0; i < 2; ++i) {
-        sockets.push_back(std::move(*connectTo(directory, AESocketName(getpid()))));
-        for (std::string_view rest = part; !rest.empty();) {
-            const ssize_t count = ::send(sockets.back().number(), rest.data(), rest.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-            ASSERT_TRUE(count > 0 || errno == EAGAIN);
-            rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-        }
-    }
-    const FileDescriptor third = std::move(*connectTo(directory, AESocketName(getpid())));
-    ssize_t sent = 0;
-    while ((sent = ::send(third.number(), part.data(), part.size(), MSG_NOSIGNAL | MSG_DONTWAIT)) > 0 || errno == EAGAIN) {
-    }
+    const FileDescriptor first = sent(part), second = sent(part);
+    EXPECT_FALSE(isClosed(first) || isClosed(second));
+    const FileDescriptor third = sent(part);
     EXPECT_EQ(errno, EPIPE) << "it would have been too much";
 }
 
