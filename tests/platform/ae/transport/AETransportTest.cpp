@@ -341,7 +341,7 @@ TEST_F(AETransportTest, OutlivesEventsThatDoNotFitIntoMemory) {
     ASSERT_EQ(send(eventWith("echo"_4cc, 1), &answered), noErr); // what is made once is there
     const std::string bytes = bytesOf(eventOfSmallParts("echo"_4cc, 1'000'000));
     {
-        const ShortOfMemory little(std::size_t{80} << 20);
+        const ShortOfMemory little(std::size_t{1} << 20);
         const FileDescriptor socket = sent(bytes);
         EXPECT_TRUE(eventually([&] { return isClosed(socket); }));
     }
