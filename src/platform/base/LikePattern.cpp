@@ -23,10 +23,22 @@ std::uint32_t consideringFor(std::uint8_t options) {
     return considering;
 }
 
-enum class Sign { letter, digit, other };
+enum class Sign : std::uint8_t { letter, digit, other };
 
 Sign signOf(UChar32 c) {
     return u_isdigit(c) ? Sign::digit : u_isalpha(c) || u_charType(c) == U_NON_SPACING_MARK ? Sign::letter : Sign::other;
+}
+
+constexpr bool isSmall(char c) {
+    return c >= 'a' && c <= 'z';
+}
+
+constexpr bool isCapital(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+constexpr Sign signOfASCII(char c) {
+    return isSmall(c) || isCapital(c) ? Sign::letter : c >= '0' && c <= '9' ? Sign::digit : Sign::other;
 }
 
 bool isBetweenWords(std::u16string_view text, std::size_t place) {
@@ -48,7 +60,8 @@ class LikePattern::Text {
 public:
     Text(std::u16string_view text, std::uint8_t options) : mWhole(text), mReduced(reduceText(text, consideringFor(options))) {}
 
-    std::u16string_view units() const { return mReduced.units; }
+    std::size_t size() const { return mReduced.units.size(); }
+    char16_t operator[](std::size_t at) const { return mReduced.units[at]; }
     /// A place between two units that came from one character is none between words.
     bool isBetweenWords(std::size_t at) const {
         const auto& places = mReduced.places;
@@ -58,6 +71,29 @@ public:
 private:
     const std::u16string_view mWhole;
     const ReducedText mReduced;
+};
+
+/// A text whose characters are compared one by one as they stand.
+class LikePattern::ASCIIText {
+public:
+    ASCIIText(std::string_view text, std::uint8_t options) : mText(text), mIgnoresCase(options & ignoresCase) {}
+
+    std::size_t size() const { return mText.size(); }
+    char16_t operator[](std::size_t at) const {
+        const char c = mText[at];
+        return static_cast<unsigned char>(mIgnoresCase && isCapital(c) ? c + ('a' - 'A') : c);
+    }
+    bool isBetweenWords(std::size_t at) const {
+        if (at == 0 || at >= mText.size())
+            return true;
+        const char before = mText[at - 1], after = mText[at];
+        const Sign left = signOfASCII(before);
+        return left == Sign::other || left != signOfASCII(after) || (isSmall(before) && isCapital(after));
+    }
+
+private:
+    const std::string_view mText;
+    const bool mIgnoresCase;
 };
 
 LikePattern::LikePattern(std::u16string_view pattern, std::uint8_t options) : mOptions(options), mPieces(1) {
@@ -84,20 +120,21 @@ LikePattern::LikePattern(std::u16string_view pattern, std::uint8_t options) : mO
     endLiteral();
 }
 
-bool LikePattern::isAt(const Piece& piece, const Text& text, std::size_t at, std::size_t& end) const {
-    const std::u16string_view units = text.units();
+template<class AnyText>
+bool LikePattern::isAt(const Piece& piece, const AnyText& text, std::size_t at, std::size_t& end) {
     for (const char16_t wanted : piece) {
-        if (at >= units.size() || (wanted != kAnyUnit && units[at] != wanted))
+        if (at >= text.size() || (wanted != kAnyUnit && text[at] != wanted))
             return false;
-        at += wanted == kAnyUnit && U16_IS_LEAD(units[at]) && at + 1 < units.size() ? 2 : 1;
+        at += wanted == kAnyUnit && U16_IS_LEAD(text[at]) && at + 1 < text.size() ? 2 : 1;
     }
     end = at;
     return true;
 }
 
 /// Behind the first place of the piece, or kNowhere.
-std::size_t LikePattern::find(const Piece& piece, const Text& text, std::size_t from, bool startsWord, bool endsWord) const {
-    for (std::size_t at = from; at <= text.units().size(); ++at) {
+template<class AnyText>
+std::size_t LikePattern::find(const Piece& piece, const AnyText& text, std::size_t from, bool startsWord, bool endsWord) {
+    for (std::size_t at = from; at <= text.size(); ++at) {
         std::size_t end;
         if (isAt(piece, text, at, end) && (!startsWord || text.isBetweenWords(at)) && (!endsWord || text.isBetweenWords(end)))
             return end;
@@ -105,8 +142,8 @@ std::size_t LikePattern::find(const Piece& piece, const Text& text, std::size_t 
     return kNowhere;
 }
 
-bool LikePattern::matches(std::u16string_view whole) const {
-    const Text text(whole, mOptions);
+template<class AnyText>
+bool LikePattern::matchesText(const AnyText& text) const {
     const bool byWords = mOptions & matchesWords;
     const Piece& first = mPieces.front();
     const bool isOnly = mPieces.size() == 1;
@@ -118,7 +155,7 @@ bool LikePattern::matches(std::u16string_view whole) const {
     } else if (!isAt(first, text, 0, at)) {
         return false;
     } else if (isOnly) {
-        return at == text.units().size();
+        return at == text.size();
     }
     for (std::size_t i = 1; i + 1 < mPieces.size(); ++i)
         if (at = find(mPieces[i], text, at, false, false); at == kNowhere)
@@ -126,10 +163,18 @@ bool LikePattern::matches(std::u16string_view whole) const {
     const Piece& last = mPieces.back();
     if (byWords)
         return last.empty() || find(last, text, at, false, true) != kNowhere;
-    for (std::size_t start = at; start <= text.units().size(); ++start) // a "?" may be one unit or two
-        if (std::size_t end; isAt(last, text, start, end) && end == text.units().size())
+    for (std::size_t start = at; start <= text.size(); ++start) // a "?" may be one unit or two
+        if (std::size_t end; isAt(last, text, start, end) && end == text.size())
             return true;
     return false;
+}
+
+bool LikePattern::matches(std::u16string_view text) const {
+    return matchesText(Text(text, mOptions));
+}
+
+bool LikePattern::matchesASCII(std::string_view text) const {
+    return matchesText(ASCIIText(text, mOptions));
 }
 
 } // namespace quoddle

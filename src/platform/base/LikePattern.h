@@ -2,8 +2,8 @@
 // A pattern with wildcards, as LIKE of predicates has it: "*" stands for any characters or none, "?" for one character, and a backslash
 // before one of the three for that sign itself.
 //
-// Decision: the pattern is cut at its "*" into pieces once; a text is then walked from the left, each piece taken at the first place it has,
-// which is never worse than a later one. So no text costs more than its length times that of the longest piece.
+// Decision: the pattern is cut at its "*" into pieces once; a text is then walked from the left, each piece taken at the first place it
+// has, which is never worse than a later one. So no text costs more than its length times that of the longest piece.
 #pragma once
 
 #include <cstdint>
@@ -28,14 +28,21 @@ public:
 
     /// Any thread.
     bool matches(std::u16string_view text) const;
+    /// The same, many times faster, for a text of ASCII characters alone.
+    bool matchesASCII(std::string_view text) const;
 
 private:
     using Piece = std::vector<char16_t>; // kAnyUnit for "?"
     static constexpr std::size_t kNowhere = SIZE_MAX;
     class Text;
+    class ASCIIText;
 
-    std::size_t find(const Piece& piece, const Text& text, std::size_t from, bool startsWord, bool endsWord) const;
-    bool isAt(const Piece& piece, const Text& text, std::size_t at, std::size_t& end) const;
+    template<class AnyText>
+    bool matchesText(const AnyText& text) const;
+    template<class AnyText>
+    static std::size_t find(const Piece& piece, const AnyText& text, std::size_t from, bool startsWord, bool endsWord);
+    template<class AnyText>
+    static bool isAt(const Piece& piece, const AnyText& text, std::size_t at, std::size_t& end);
 
     const std::uint8_t mOptions;
     std::vector<Piece> mPieces; // at least one; "*" stands between two of them

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// When and how many results are told at a time: at once, then at intervals, and never so many that the main thread is held for long.
+//
+// Decision: how long a result takes is what the last notification took for each of its results. Time is a parameter: seconds of any clock.
+#pragma once
+
+#include <algorithm>
+#include <optional>
+
+namespace quoddle {
+
+class ResultBatches {
+public:
+    explicit ResultBatches(double interval) : mInterval(interval) {}
+
+    /// Seconds until something may be told, 0 for now. `isUrgent`: what waits does not have to wait for the interval.
+    double delay(double now, bool isUrgent) const {
+        return isUrgent || mLeft > 0 || !mToldAt ? 0 : std::max(0.0, *mToldAt + mInterval - now);
+    }
+    /// How many of so many that wait are to be told now.
+    std::size_t beginSlice(std::size_t waiting) {
+        if (mLeft == 0)
+            mLeft = waiting;
+        return std::min({mLeft, mSize, waiting});
+    }
+    void endSlice(std::size_t count, double now, double seconds) {
+        mLeft -= std::min(mLeft, count);
+        mToldAt = now;
+        const double each = std::max(seconds / static_cast<double>(std::max<std::size_t>(count, 1)), 1e-7);
+        const std::size_t affordable = static_cast<std::size_t>(kMostSeconds / each);
+        mSize = std::clamp<std::size_t>(affordable, 1, std::min(mSize * kGrowth, kMost));
+    }
+
+private:
+    static constexpr double kMostSeconds = 0.006; // of 8 ms: the next results may take longer than the last
+    static constexpr std::size_t kGrowth = 4, kMost = 10'000;
+
+    double mInterval;
+    std::size_t mSize = 8, mLeft = 0; // of what is due
+    std::optional<double> mToldAt;
+};
+
+} // namespace quoddle

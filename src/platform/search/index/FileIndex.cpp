@@ -1,0 +1,219 @@
+// SPDX-License-Identifier: MIT
+#include "platform/search/index/FileIndex.h"
+
+#include "platform/foundation/NSLog.h"
+#include "platform/search/index/IndexSearch.h"
+
+#include <algorithm>
+#include <thread>
+
+#include <poll.h>
+#include <sys/eventfd.h>
+
+#include <QFile>
+
+namespace quoddle {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds kBetweenEventsWhileWalking{20};
+
+} // namespace
+
+class FileIndex::Worker {
+public:
+    explicit Worker(const Options& options)
+        : mOptions(options), mWakeUp(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mWatches(options.mostWatches), mThread([this] { run(); }) {}
+
+    ~Worker() {
+        mIsEnding = true;
+        wake();
+        mThread.join();
+    }
+
+    void search(const QStringList& folders, NSPredicateRef predicate, std::shared_ptr<FoundFiles> found) {
+        {
+            const std::lock_guard lock(mMutex);
+            mRequests.push_back({folders, std::move(predicate), std::move(found)});
+        }
+        wake();
+    }
+
+private:
+    struct Request {
+        QStringList folders;
+        NSPredicateRef predicate;
+        std::shared_ptr<FoundFiles> found;
+    };
+
+    void wake() { eventfd_write(mWakeUp.number(), 1); }
+    void run();
+    void takeRequests();
+    IndexedTree* treeFor(const QString& folder);
+    bool walk();
+    void readEvents();
+    void lookAgain();
+    void compact();
+    void wait();
+    bool isAllFollowed() const;
+
+    const Options mOptions;
+    std::mutex mMutex;
+    std::vector<Request> mRequests;
+    std::atomic<bool> mIsEnding = false;
+    FileDescriptor mWakeUp;
+
+    // The thread's own.
+    FolderWatches mWatches;
+    std::vector<std::unique_ptr<IndexedTree>> mTrees;
+    std::vector<std::unique_ptr<IndexSearch>> mSearches;
+    Clock::time_point mEventsReadAt, mLookedAgainAt = Clock::now();
+    bool mHasSaidRunOut = false;
+
+    std::thread mThread; // the last: it uses the others
+};
+
+void FileIndex::Worker::run() {
+    while (!mIsEnding) {
+        takeRequests();
+        std::erase_if(mSearches, [](const auto& search) { return search->isCancelled(); });
+        bool isBusy = walk();
+        readEvents();
+        lookAgain();
+        compact();
+        for (const auto& search : mSearches)
+            isBusy = search->matchSome() || isBusy;
+        isBusy = isBusy || std::any_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
+        for (const auto& search : mSearches)
+            search->handOver(!isBusy);
+        if (!isBusy)
+            wait();
+    }
+}
+
+void FileIndex::Worker::takeRequests() {
+    std::vector<Request> requests;
+    {
+        const std::lock_guard lock(mMutex);
+        requests.swap(mRequests);
+    }
+    for (Request& request : requests) {
+        if (request.found->isCancelled())
+            continue;
+        std::vector<const IndexedTree*> trees;
+        for (const QString& folder : request.folders) {
+            IndexedTree* tree = treeFor(folder);
+            tree->begin();
+            if (std::find(trees.begin(), trees.end(), tree) == trees.end())
+                trees.push_back(tree);
+        }
+        mSearches.push_back(std::make_unique<IndexSearch>(std::move(request.predicate), std::move(trees), std::move(request.found)));
+    }
+}
+
+IndexedTree* FileIndex::Worker::treeFor(const QString& folder) {
+    std::string path = QFile::encodeName(folder).toStdString();
+    while (path.ends_with('/'))
+        path.pop_back();
+    for (const auto& tree : mTrees)
+        if (tree->path() == path)
+            return tree.get();
+    const std::size_t number = mTrees.size();
+    const auto onRemove = [this, number](FileNames::Entry entry) {
+        for (const auto& search : mSearches)
+            search->willRemove(*mTrees[number], entry);
+    };
+    mTrees.push_back(std::make_unique<IndexedTree>(static_cast<std::uint32_t>(number), path, mWatches, onRemove));
+    return mTrees.back().get();
+}
+
+/// True when there was something to do.
+bool FileIndex::Worker::walk() {
+    const auto walking = std::find_if(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
+    if (walking == mTrees.end())
+        return false;
+    (*walking)->walkSome();
+    if (mWatches.hasRunOut() && !mHasSaidRunOut) {
+        mHasSaidRunOut = true;
+        NSLog(QStringLiteral(
+            "search: the system has no more watches for folders (fs.inotify.max_user_watches); changes in some are seen late"));
+    }
+    return true;
+}
+
+void FileIndex::Worker::readEvents() {
+    const bool isWalking = std::any_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
+    const bool isInFolder = std::any_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isInFolder(); });
+    const Clock::time_point now = Clock::now();
+    if (isInFolder || (isWalking && now - mEventsReadAt < kBetweenEventsWhileWalking))
+        return;
+    mEventsReadAt = now;
+    bool isLost = false;
+    mWatches.read([&](const FolderWatches::Watched& watched, const FolderWatches::Event& event) {
+        if (event.kind == FolderWatches::Event::Kind::lost)
+            isLost = true;
+        else
+            mTrees[watched.tree]->takeEvent(watched.folder, event);
+    });
+    if (isLost)
+        for (const auto& tree : mTrees)
+            tree->lookAgain(true);
+}
+
+void FileIndex::Worker::lookAgain() {
+    if (isAllFollowed() || Clock::now() - mLookedAgainAt < mOptions.lookAgainAfter)
+        return;
+    for (const auto& tree : mTrees)
+        if (!tree->isWalking())
+            tree->lookAgain(false);
+    mLookedAgainAt = Clock::now();
+}
+
+void FileIndex::Worker::compact() {
+    for (const auto& tree : mTrees) {
+        if (tree->isWalking() || !tree->names().isWorthCompacting())
+            continue;
+        for (const auto& search : mSearches)
+            search->matchAll();
+        tree->compact();
+        for (const auto& search : mSearches)
+            search->setAllMatched(*tree);
+    }
+}
+
+bool FileIndex::Worker::isAllFollowed() const {
+    return std::all_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isFollowed(); });
+}
+
+void FileIndex::Worker::wait() {
+    pollfd waited[] = {{mWakeUp.number(), POLLIN, 0}, {mWatches.descriptor(), POLLIN, 0}};
+    int timeout = -1;
+    if (!isAllFollowed()) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(mLookedAgainAt + mOptions.lookAgainAfter - Clock::now());
+        timeout = static_cast<int>(std::max<long long>(left.count() + 1, 0));
+    }
+    poll(waited, 2, timeout);
+    eventfd_t count;
+    eventfd_read(mWakeUp.number(), &count);
+}
+
+FileIndex::FileIndex(const Options& options) : mWorker(std::make_unique<Worker>(options)) {}
+
+FileIndex::~FileIndex() = default;
+
+std::shared_ptr<FileIndex> FileIndex::shared() {
+    static std::mutex mutex;
+    static std::weak_ptr<FileIndex> index;
+    const std::lock_guard lock(mutex);
+    std::shared_ptr<FileIndex> held = index.lock();
+    if (!held)
+        index = held = std::make_shared<FileIndex>();
+    return held;
+}
+
+void FileIndex::search(const QStringList& folders, NSPredicateRef predicate, std::shared_ptr<FoundFiles> found) {
+    mWorker->search(folders, std::move(predicate), std::move(found));
+}
+
+} // namespace quoddle

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "platform/search/index/FileNames.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace quoddle {
+
+namespace {
+
+bool isASCII(std::string_view name) {
+    return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<signed char>(c) > 0; });
+}
+
+std::size_t hashOf(FileNames::Folder folder, std::string_view name) {
+    return std::hash<std::string_view>()(name) ^ (folder * 0x9E3779B97F4A7C15u);
+}
+
+} // namespace
+
+std::optional<FileNames::Entry> FileNames::add(Folder folder, std::string_view name, bool isFolder) {
+    if (mBytes.size() + name.size() >= UINT32_MAX || mFolders.size() >= kRemoved || mEntries.size() >= UINT32_MAX - 1)
+        return {};
+    const auto entry = static_cast<Entry>(mEntries.size());
+    const std::uint32_t flags = folder | (isFolder ? kFolderFlag : 0) | (quoddle::isASCII(name) ? kASCIIFlag : 0);
+    mEntries.push_back({static_cast<std::uint32_t>(mBytes.size()), flags});
+    mBytes.insert(mBytes.end(), name.begin(), name.end());
+    mBytes.push_back('\0');
+    ++mFolders[folder].count;
+    if (!mTable.empty())
+        addToTable(entry);
+    return entry;
+}
+
+FileNames::Folder FileNames::addFolder(Entry entry) {
+    mFolders.push_back({entry});
+    return static_cast<Folder>(mFolders.size() - 1);
+}
+
+void FileNames::remove(Entry entry) {
+    --mFolders[folderOf(entry)].count;
+    mEntries[entry].flags |= kRemoved;
+    ++mRemovedCount;
+}
+
+/// Where the entry stands in the table, or the free place that ends the search for it.
+std::size_t FileNames::slotFor(Folder folder, std::string_view name) const {
+    std::size_t slot = hashOf(folder, name) & (mTable.size() - 1);
+    for (; mTable[slot] != 0; slot = (slot + 1) & (mTable.size() - 1)) {
+        const Entry entry = mTable[slot] - 1;
+        if (folderOf(entry) == folder && this->name(entry) == name)
+            break;
+    }
+    return slot;
+}
+
+void FileNames::buildTable() {
+    std::size_t size = 1024;
+    while (size * 2 < aliveCount() * 3)
+        size *= 2;
+    mTable.assign(size, 0);
+    mTableCount = 0;
+    for (Entry entry = 0; entry < entryCount(); ++entry)
+        if (isAlive(entry))
+            addToTable(entry);
+}
+
+void FileNames::addToTable(Entry entry) {
+    if ((mTableCount + 1) * 5 > mTable.size() * 4) {
+        buildTable(); // with this entry
+        return;
+    }
+    mTable[slotFor(folderOf(entry), name(entry))] = entry + 1;
+    ++mTableCount;
+}
+
+std::optional<FileNames::Entry> FileNames::find(Folder folder, std::string_view name) {
+    if (mTable.empty())
+        buildTable();
+    const std::uint32_t found = mTable[slotFor(folder, name)];
+    return found == 0 ? std::nullopt : std::optional<Entry>(found - 1);
+}
+
+std::optional<FileNames::Folder> FileNames::folderOfEntry(Entry entry) const {
+    const auto found = std::lower_bound(mFolders.begin() + 1, mFolders.end(), entry,
+                                        [](const FolderRecord& folder, Entry wanted) { return folder.entry < wanted; });
+    if (found == mFolders.end() || found->entry != entry)
+        return {};
+    return static_cast<Folder>(found - mFolders.begin());
+}
+
+std::vector<bool> FileNames::foldersBelow(Folder folder) const {
+    std::vector<bool> below(mFolders.size());
+    below[folder] = true;
+    for (Folder each = folder + 1; each < folderCount(); ++each) // what lies above has a smaller number
+        if (const Folder above = folderOf(mFolders[each].entry); above != kRemoved && below[above])
+            below[each] = true;
+    return below;
+}
+
+std::string FileNames::pathOf(Folder folder) const {
+    std::vector<std::string_view> parts;
+    for (; folder != kTop; folder = folderOf(mFolders[folder].entry)) {
+        if (folder == kRemoved)
+            return {};
+        parts.push_back(name(mFolders[folder].entry));
+    }
+    std::string path;
+    for (auto part = parts.rbegin(); part != parts.rend(); ++part)
+        (path.empty() ? path : path += '/') += *part;
+    return path;
+}
+
+std::vector<FileNames::Folder> FileNames::compact() {
+    FileNames kept;
+    std::vector<Folder> numbers(mFolders.size(), kRemoved);
+    numbers[kTop] = kTop;
+    kept.setWatchOf(kTop, watchOf(kTop));
+    Folder next = 1;
+    for (Entry entry = 0; entry < entryCount(); ++entry) {
+        while (next < folderCount() && mFolders[next].entry < entry)
+            ++next;
+        if (!isAlive(entry) || numbers[folderOf(entry)] == kRemoved)
+            continue;
+        const Entry added = *kept.add(numbers[folderOf(entry)], name(entry), isFolder(entry));
+        if (next < folderCount() && mFolders[next].entry == entry) {
+            numbers[next] = kept.addFolder(added);
+            kept.setWatchOf(numbers[next], mFolders[next].watch);
+        }
+    }
+    *this = std::move(kept);
+    return numbers;
+}
+
+} // namespace quoddle

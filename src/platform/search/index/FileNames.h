@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// The names of the files and folders below one folder, held so that a million of them are searched in milliseconds.
+//
+// Decision: all names stand one behind the other in one block of bytes, in the order in which they became known, and a file is the place of
+// its name and the number of its folder: eight bytes beside the name. What is removed leaves a gap until compact() closes all gaps. A table
+// that finds a name in its folder is built when it is first asked for, which no search needs.
+//
+// It knows nothing of the file system and of threads. Names are UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quoddle {
+
+class FileNames {
+public:
+    /// Numbers of entries (files and folders) and of folders. A later one is greater; they hold until compact().
+    using Entry = std::uint32_t;
+    using Folder = std::uint32_t;
+    static constexpr Folder kTop = 0;
+
+    FileNames() { mFolders.push_back({}); }
+
+    /// Nothing when there is no room for more: after four gigabytes of names, or a billion folders.
+    std::optional<Entry> add(Folder folder, std::string_view name, bool isFolder);
+    /// The number of a folder that has just been added as the last entry.
+    Folder addFolder(Entry entry);
+    /// The folder is removed without what it contains: see foldersBelow().
+    void remove(Entry entry);
+
+    /// One more than the last entry's, whether removed or not.
+    Entry entryCount() const { return static_cast<Entry>(mEntries.size()); }
+    Folder folderCount() const { return static_cast<Folder>(mFolders.size()); }
+    std::size_t aliveCount() const { return mEntries.size() - mRemovedCount; }
+    bool isAlive(Entry entry) const { return mEntries[entry].folder() != kRemoved; }
+    bool isFolder(Entry entry) const { return mEntries[entry].flags & kFolderFlag; }
+    bool isASCII(Entry entry) const { return mEntries[entry].flags & kASCIIFlag; }
+    std::string_view name(Entry entry) const { return {&mBytes[mEntries[entry].name]}; }
+    Folder folderOf(Entry entry) const { return mEntries[entry].folder(); }
+
+    std::optional<Entry> find(Folder folder, std::string_view name);
+    std::optional<Folder> folderOfEntry(Entry entry) const;
+    /// Whether nothing is known to be in the folder.
+    bool isEmpty(Folder folder) const { return mFolders[folder].count == 0; }
+    bool isFolderAlive(Folder folder) const { return folder == kTop || isAlive(mFolders[folder].entry); }
+    /// The folder and all that lie below it: true at the number of each.
+    std::vector<bool> foldersBelow(Folder folder) const;
+    /// From the topmost folder, with "/" between the names; empty for that folder itself.
+    std::string pathOf(Folder folder) const;
+
+    /// The watch of a folder; -1: none. Kept here and used by others.
+    int watchOf(Folder folder) const { return mFolders[folder].watch; }
+    void setWatchOf(Folder folder, int watch) { mFolders[folder].watch = watch; }
+
+    bool isWorthCompacting() const { return mRemovedCount > kFewRemoved && mRemovedCount > mEntries.size() / 2; }
+    /// The new number of each folder; kRemoved for one that is no more.
+    std::vector<Folder> compact();
+    static constexpr std::uint32_t kRemoved = 0x3FFFFFFF;
+
+private:
+    static constexpr std::uint32_t kFolderFlag = 0x40000000, kASCIIFlag = 0x80000000;
+    static constexpr std::size_t kFewRemoved = 50'000;
+
+    struct EntryRecord {
+        std::uint32_t name; // in mBytes, up to a zero
+        std::uint32_t flags;
+        Folder folder() const { return flags & kRemoved; }
+    };
+    struct FolderRecord {
+        Entry entry = 0; // in the folder above; rises with the number of the folder
+        int watch = -1;
+        std::uint32_t count = 0; // of the entries in it that are not removed
+    };
+    std::size_t slotFor(Folder folder, std::string_view name) const;
+    void buildTable();
+    void addToTable(Entry entry);
+
+    std::vector<char> mBytes;
+    std::vector<EntryRecord> mEntries;
+    std::vector<FolderRecord> mFolders;
+    std::size_t mRemovedCount = 0;
+    std::vector<std::uint32_t> mTable; // entry + 1 at a place that its hash leads to; 0: free. Its size is a power of two or 0
+    std::size_t mTableCount = 0;       // entries in the table, also removed ones
+};
+
+} // namespace quoddle

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "platform/search/index/IndexSearch.h"
+
+#include "platform/search/NSMetadataQuery.h"
+
+#include <algorithm>
+
+namespace quoddle {
+
+namespace {
+
+constexpr std::chrono::milliseconds kBetweenHandingOver{5};
+
+QString text(std::string_view bytes) {
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+} // namespace
+
+IndexSearch::IndexSearch(NSPredicateRef predicate, std::vector<const IndexedTree*> trees, std::shared_ptr<FoundFiles> found)
+    : mPredicate(std::move(predicate)), mMatcher(NameMatcher::compile(mPredicate)), mFound(std::move(found)) {
+    for (const IndexedTree* tree : trees)
+        mParts.push_back({tree});
+}
+
+QString IndexSearch::pathOf(Part& part, FileNames::Entry entry) {
+    const FileNames& names = part.tree->names();
+    if (names.folderOf(entry) != part.folder) {
+        part.folder = names.folderOf(entry);
+        part.folderPath = text(part.tree->pathOf(part.folder));
+    }
+    return part.folderPath + text(names.name(entry));
+}
+
+NameMatcher::Answer IndexSearch::answerFor(const FileNames& names, FileNames::Entry entry) const {
+    return mMatcher->match({names.name(entry), names.isASCII(entry), names.isFolder(entry)});
+}
+
+bool IndexSearch::match(std::size_t most) {
+    for (Part& part : mParts) {
+        const FileNames& names = part.tree->names();
+        for (; part.next < names.entryCount(); ++part.next) {
+            if (most-- == 0 || isCancelled())
+                return true;
+            if (!names.isAlive(part.next))
+                continue;
+            const NameMatcher::Answer answer = answerFor(names, part.next);
+            if (answer == NameMatcher::Answer::no)
+                continue;
+            NSMetadataItem item(pathOf(part, part.next));
+            if (answer == NameMatcher::Answer::yes ||
+                mPredicate->evaluateWithObject([&item](const QString& key) { return item.valueForAttribute(key); }))
+                mChanges.push_back({item.path(), false});
+            if (!mHasHandedOver && !mChanges.empty())
+                handOver(false);
+        }
+    }
+    return false;
+}
+
+void IndexSearch::willRemove(const IndexedTree& tree, FileNames::Entry entry) {
+    for (Part& part : mParts)
+        if (part.tree == &tree && entry < part.next && answerFor(tree.names(), entry) != NameMatcher::Answer::no)
+            mChanges.push_back({pathOf(part, entry), true});
+}
+
+void IndexSearch::setAllMatched(const IndexedTree& tree) {
+    for (Part& part : mParts)
+        if (part.tree == &tree) {
+            part.next = tree.names().entryCount();
+            part.folder = FileNames::kRemoved;
+        }
+}
+
+bool IndexSearch::isFollowed() const {
+    return std::all_of(mParts.begin(), mParts.end(), [](const Part& part) { return part.tree->isFollowed(); });
+}
+
+void IndexSearch::handOver(bool isIdle) {
+    const auto isDone = [](const Part& part) { return !part.tree->isWalking() && part.next == part.tree->names().entryCount(); };
+    const bool isWhole = mIsWhole || std::all_of(mParts.begin(), mParts.end(), isDone);
+    const bool isFollowed = this->isFollowed();
+    if (mChanges.empty() && isWhole == mIsWhole && isFollowed == mWasFollowed)
+        return;
+    const auto now = std::chrono::steady_clock::now();
+    if (mHasHandedOver && isWhole == mIsWhole && !isIdle && now - mHandedOverAt < kBetweenHandingOver)
+        return;
+    mHasHandedOver = mHasHandedOver || !mChanges.empty();
+    mHandedOverAt = now;
+    mIsWhole = isWhole;
+    mWasFollowed = isFollowed;
+    mFound->put(mChanges, isWhole, isFollowed);
+}
+
+} // namespace quoddle

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// One search in indexed trees: how far each tree has been matched, and what has been found but not yet handed over. The index's thread.
+#pragma once
+
+#include "platform/search/index/FoundFiles.h"
+#include "platform/search/index/IndexedTree.h"
+#include "platform/search/index/NameMatcher.h"
+
+#include <chrono>
+#include <memory>
+
+namespace quoddle {
+
+class IndexSearch {
+public:
+    /// The trees must outlive it.
+    IndexSearch(NSPredicateRef predicate, std::vector<const IndexedTree*> trees, std::shared_ptr<FoundFiles> found);
+
+    bool isCancelled() const { return mFound->isCancelled(); }
+    /// Matches some of the names that are new since it was last called, or all; true when there are more.
+    bool matchSome() { return match(kSome); }
+    void matchAll() { match(SIZE_MAX); }
+    /// An entry of the tree is about to be removed.
+    void willRemove(const IndexedTree& tree, FileNames::Entry entry);
+    /// All entries of the tree have new numbers; matchAll() came before.
+    void setAllMatched(const IndexedTree& tree);
+    /// Hands over what there is. `isIdle`: nothing more is coming at once.
+    void handOver(bool isIdle);
+
+private:
+    static constexpr std::size_t kSome = 32'768;
+
+    struct Part {
+        const IndexedTree* tree;
+        FileNames::Entry next = 0;
+        FileNames::Folder folder = FileNames::kRemoved; // of the last path that was made
+        QString folderPath;                             // of that folder, with "/" at its end
+    };
+    bool match(std::size_t most);
+    NameMatcher::Answer answerFor(const FileNames& names, FileNames::Entry entry) const;
+    static QString pathOf(Part& part, FileNames::Entry entry);
+    bool isFollowed() const;
+
+    const NSPredicateRef mPredicate;
+    const std::unique_ptr<NameMatcher> mMatcher;
+    std::vector<Part> mParts;
+    const std::shared_ptr<FoundFiles> mFound;
+
+    std::vector<FoundFiles::Change> mChanges;
+    bool mIsWhole = false, mHasHandedOver = false, mWasFollowed = true;
+    std::chrono::steady_clock::time_point mHandedOverAt;
+};
+
+} // namespace quoddle
