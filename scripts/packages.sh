@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs.
+# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs|bench-search.
 # What is there already costs one question to dpkg; nothing is asked of the network then.
 # It changes nothing without the rights to do so: it says what is to be typed instead.
 
@@ -10,6 +10,7 @@ display_packages=(xvfb xauth openbox x11-utils imagemagick)
 test_packages=(libgtest-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils xclip sway wl-clipboard)
 bench_packages=(lua5.4 luajit)
 bench_dialogs_packages=(zenity kdialog)
+bench_search_packages=(plocate)
 
 # The packages for $1 that are missing, one a line.
 missing_packages() {
@@ -19,6 +20,7 @@ missing_packages() {
 	test) wanted+=("${test_packages[@]}") ;;
 	bench) wanted+=("${bench_packages[@]}") ;;
 	bench-dialogs) wanted+=("${bench_dialogs_packages[@]}") ;;
+	bench-search) wanted+=("${bench_search_packages[@]}") ;;
 	esac
 	for package in "${wanted[@]}"; do
 		dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || echo "$package"

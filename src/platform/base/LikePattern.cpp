@@ -76,12 +76,12 @@ private:
 /// A text whose characters are compared one by one as they stand.
 class LikePattern::ASCIIText {
 public:
-    ASCIIText(std::string_view text, std::uint8_t options) : mText(text), mIgnoresCase(options & ignoresCase) {}
+    ASCIIText(std::string_view text, std::uint8_t options) : mText(text), mSmall(options & ignoresCase ? 'a' - 'A' : 0) {}
 
     std::size_t size() const { return mText.size(); }
     char16_t operator[](std::size_t at) const {
         const char c = mText[at];
-        return static_cast<unsigned char>(mIgnoresCase && isCapital(c) ? c + ('a' - 'A') : c);
+        return static_cast<unsigned char>(c + (isCapital(c) ? mSmall : 0));
     }
     bool isBetweenWords(std::size_t at) const {
         if (at == 0 || at >= mText.size())
@@ -93,7 +93,7 @@ public:
 
 private:
     const std::string_view mText;
-    const bool mIgnoresCase;
+    const int mSmall; // what is added to a capital
 };
 
 LikePattern::LikePattern(std::u16string_view pattern, std::uint8_t options) : mOptions(options), mPieces(1) {
@@ -134,7 +134,10 @@ bool LikePattern::isAt(const Piece& piece, const AnyText& text, std::size_t at, 
 /// Behind the first place of the piece, or kNowhere.
 template<class AnyText>
 std::size_t LikePattern::find(const Piece& piece, const AnyText& text, std::size_t from, bool startsWord, bool endsWord) {
+    const char16_t first = piece.empty() ? kAnyUnit : piece.front();
     for (std::size_t at = from; at <= text.size(); ++at) {
+        if (first != kAnyUnit && (at == text.size() || text[at] != first))
+            continue;
         std::size_t end;
         if (isAt(piece, text, at, end) && (!startsWord || text.isBetweenWords(at)) && (!endsWord || text.isBetweenWords(end)))
             return end;
@@ -171,6 +174,19 @@ bool LikePattern::matchesText(const AnyText& text) const {
 
 bool LikePattern::matches(std::u16string_view text) const {
     return matchesText(Text(text, mOptions));
+}
+
+std::u16string LikePattern::longestLiteral() const {
+    std::u16string longest, literal;
+    for (const Piece& piece : mPieces) {
+        literal.clear();
+        for (const char16_t unit : piece) {
+            literal = unit == kAnyUnit ? std::u16string() : literal + unit;
+            if (literal.size() > longest.size())
+                longest = literal;
+        }
+    }
+    return longest;
 }
 
 bool LikePattern::matchesASCII(std::string_view text) const {

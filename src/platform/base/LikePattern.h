@@ -30,6 +30,8 @@ public:
     bool matches(std::u16string_view text) const;
     /// The same, many times faster, for a text of ASCII characters alone.
     bool matchesASCII(std::string_view text) const;
+    /// The longest part between wildcards, without what the options ignore: every text that matches, reduced likewise, has it in it.
+    std::u16string longestLiteral() const;
 
 private:
     using Piece = std::vector<char16_t>; // kAnyUnit for "?"

@@ -26,8 +26,11 @@ struct Difference {
     QStringList added;
     QSet<QString> removed;
 
-    void append(FoundFiles::Change& change) {
-        if (!change.isRemoved) {
+    /// `mayGo`: changes that follow may take the file away again.
+    void append(FoundFiles::Change& change, bool mayGo) {
+        if (!mayGo) {
+            added << std::move(change.path);
+        } else if (!change.isRemoved) {
             places.insert(change.path, added.size());
             added << std::move(change.path);
         } else if (const auto place = places.constFind(change.path); place != places.constEnd()) {
@@ -124,10 +127,13 @@ void NSMetadataQuery::State::schedule() {
 
 Difference NSMetadataQuery::State::takeSlice(std::size_t count) {
     Difference difference;
-    for (std::size_t i = 0; i < count; ++i)
-        difference.append(waiting[i]);
-    waiting.erase(waiting.begin(), waiting.begin() + static_cast<std::ptrdiff_t>(count));
-    difference.added.removeAll(QString());
+    const auto end = waiting.begin() + static_cast<std::ptrdiff_t>(count);
+    const bool mayGo = std::any_of(waiting.begin(), end, [](const FoundFiles::Change& change) { return change.isRemoved; });
+    for (auto change = waiting.begin(); change != end; ++change)
+        difference.append(*change, mayGo);
+    waiting.erase(waiting.begin(), end);
+    if (mayGo)
+        difference.added.removeAll(QString());
     return difference;
 }
 

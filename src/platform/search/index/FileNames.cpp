@@ -19,13 +19,23 @@ std::size_t hashOf(FileNames::Folder folder, std::string_view name) {
 } // namespace
 
 std::optional<FileNames::Entry> FileNames::add(Folder folder, std::string_view name, bool isFolder) {
-    if (mBytes.size() + name.size() >= UINT32_MAX || mFolders.size() >= kRemoved || mEntries.size() >= UINT32_MAX - 1)
+    // Reducing makes no character more than three times as long.
+    if (mBytes.size() + 4 * name.size() + 2 >= UINT32_MAX || mFolders.size() >= kRemoved || mEntries.size() >= UINT32_MAX - 1)
         return {};
     const auto entry = static_cast<Entry>(mEntries.size());
-    const std::uint32_t flags = folder | (isFolder ? kFolderFlag : 0) | (quoddle::isASCII(name) ? kASCIIFlag : 0);
-    mEntries.push_back({static_cast<std::uint32_t>(mBytes.size()), flags});
-    mBytes.insert(mBytes.end(), name.begin(), name.end());
-    mBytes.push_back('\0');
+    const auto place = static_cast<std::uint32_t>(mBytes.size());
+    std::uint32_t flags = folder | (isFolder ? kFolderFlag : 0) | kASCIIFlag;
+    const auto append = [this](std::string_view text) {
+        mBytes.insert(mBytes.end(), text.begin(), text.end());
+        mBytes.push_back('\0');
+    };
+    append(name);
+    if (!quoddle::isASCII(name)) {
+        const NameReducer::Reduced& reduced = mReducer.reduce(name);
+        append(reduced.text);
+        flags = (flags & ~kASCIIFlag) | (reduced.isPlain ? kPlainFlag : 0);
+    }
+    mEntries.push_back({place, flags});
     ++mFolders[folder].count;
     if (!mTable.empty())
         addToTable(entry);

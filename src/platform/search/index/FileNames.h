@@ -3,10 +3,13 @@
 //
 // Decision: all names stand one behind the other in one block of bytes, in the order in which they became known, and a file is the place of
 // its name and the number of its folder: eight bytes beside the name. What is removed leaves a gap until compact() closes all gaps. A table
-// that finds a name in its folder is built when it is first asked for, which no search needs.
+// that finds a name in its folder is built when it is first asked for, which no search needs. Behind a name that is not ASCII stands the
+// same name reduced.
 //
 // It knows nothing of the file system and of threads. Names are UTF-8.
 #pragma once
+
+#include "platform/search/index/ReducedName.h"
 
 #include <cstdint>
 #include <optional>
@@ -25,7 +28,7 @@ public:
 
     FileNames() { mFolders.push_back({}); }
 
-    /// Nothing when there is no room for more: after four gigabytes of names, or a billion folders.
+    /// Nothing when there is no room for more: after four gigabytes of names, or half a billion folders.
     std::optional<Entry> add(Folder folder, std::string_view name, bool isFolder);
     /// The number of a folder that has just been added as the last entry.
     Folder addFolder(Entry entry);
@@ -40,6 +43,13 @@ public:
     bool isFolder(Entry entry) const { return mEntries[entry].flags & kFolderFlag; }
     bool isASCII(Entry entry) const { return mEntries[entry].flags & kASCIIFlag; }
     std::string_view name(Entry entry) const { return {&mBytes[mEntries[entry].name]}; }
+    /// What NameReducer makes of the name; the name itself when it is ASCII.
+    std::string_view reducedName(Entry entry) const {
+        const std::string_view bytes = name(entry);
+        return isASCII(entry) ? bytes : std::string_view(bytes.data() + bytes.size() + 1);
+    }
+    /// Whether the reduced name is a plain one.
+    bool isPlain(Entry entry) const { return mEntries[entry].flags & (kASCIIFlag | kPlainFlag); }
     Folder folderOf(Entry entry) const { return mEntries[entry].folder(); }
 
     std::optional<Entry> find(Folder folder, std::string_view name);
@@ -59,10 +69,10 @@ public:
     bool isWorthCompacting() const { return mRemovedCount > kFewRemoved && mRemovedCount > mEntries.size() / 2; }
     /// The new number of each folder; kRemoved for one that is no more.
     std::vector<Folder> compact();
-    static constexpr std::uint32_t kRemoved = 0x3FFFFFFF;
+    static constexpr std::uint32_t kRemoved = 0x1FFFFFFF;
 
 private:
-    static constexpr std::uint32_t kFolderFlag = 0x40000000, kASCIIFlag = 0x80000000;
+    static constexpr std::uint32_t kFolderFlag = 0x20000000, kPlainFlag = 0x40000000, kASCIIFlag = 0x80000000;
     static constexpr std::size_t kFewRemoved = 50'000;
 
     struct EntryRecord {
@@ -79,6 +89,7 @@ private:
     void buildTable();
     void addToTable(Entry entry);
 
+    NameReducer mReducer;
     std::vector<char> mBytes;
     std::vector<EntryRecord> mEntries;
     std::vector<FolderRecord> mFolders;

@@ -33,7 +33,8 @@ QString IndexSearch::pathOf(Part& part, FileNames::Entry entry) {
 }
 
 NameMatcher::Answer IndexSearch::answerFor(const FileNames& names, FileNames::Entry entry) const {
-    return mMatcher->match({names.name(entry), names.isASCII(entry), names.isFolder(entry)});
+    return mMatcher->match(
+        {names.name(entry), names.reducedName(entry), names.isASCII(entry), names.isPlain(entry), names.isFolder(entry)});
 }
 
 bool IndexSearch::match(std::size_t most) {

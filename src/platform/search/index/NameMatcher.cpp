@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/search/index/NameMatcher.h"
 
+#include "platform/base/Text.h"
 #include "platform/search/NSMetadataQuery.h"
 
 #include <vector>
@@ -76,11 +77,23 @@ class LikeName final : public OfName {
 public:
     LikeName(const NSComparisonPredicate& predicate, NSPredicateRef owner, const QString& pattern)
         : OfName(std::move(owner)),
-          mPattern({reinterpret_cast<const char16_t*>(pattern.utf16()), static_cast<std::size_t>(pattern.size())}, predicate.options()) {}
-    Answer match(const Name& name) const override { return name.isASCII ? answer(mPattern.matchesASCII(name.bytes)) : OfName::match(name); }
+          mPattern({reinterpret_cast<const char16_t*>(pattern.utf16()), static_cast<std::size_t>(pattern.size())}, predicate.options()),
+          mComparesReduced((predicate.options() & kReducing) == kReducing),
+          mLiteral(mComparesReduced ? utf8FromUTF16(mPattern.longestLiteral()) : std::string()) {}
+    Answer match(const Name& name) const override {
+        if (name.isASCII || (mComparesReduced && name.isPlain))
+            return answer(mPattern.matchesASCII(name.reduced));
+        if (mComparesReduced && name.reduced.find(mLiteral) == std::string_view::npos)
+            return Answer::no;
+        return OfName::match(name);
+    }
 
 private:
+    static constexpr std::uint8_t kReducing = LikePattern::ignoresCase | LikePattern::ignoresDiacritics;
+
     const LikePattern mPattern;
+    const bool mComparesReduced;
+    const std::string mLiteral; // of the reduced pattern
 };
 
 class NameEndsWith final : public NameMatcher {

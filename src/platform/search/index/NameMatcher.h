@@ -17,8 +17,10 @@ class NameMatcher {
 public:
     enum class Answer : std::uint8_t { no, yes, unknown };
     struct Name {
-        std::string_view bytes; // UTF-8
+        std::string_view bytes;   // UTF-8
+        std::string_view reduced; // what NameReducer makes of it; the same when it is ASCII
         bool isASCII;
+        bool isPlain; // the reduced name
         bool isFolder;
     };
 

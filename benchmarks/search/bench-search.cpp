@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+// Makes a home of many files, and searches in it as the search pane of a droplet does. Milliseconds, but for the memory.
+//
+//   bench-search make FOLDER FILES       a folder for each 91 files
+//   bench-search search FOLDER TERM…     the first term while the folders are walked: first.hit, first.whole, first.count, and the bytes of
+//   memory
+//                                        for each file: memory; the later ones from memory: TERM.hit, TERM.whole, TERM.count; then how long
+//                                        it takes until a file that is made, renamed, removed is told of: made, renamed, removed
+#include "platform/foundation/MainThread.h"
+#include "platform/foundation/NSNotificationCenter.h"
+#include "platform/search/NSMetadataQuery.h"
+
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <malloc.h>
+#include <random>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+
+using namespace quoddle;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kFilesOfAFolder = 91;
+constexpr const char* kWords[] = {"report", "Invoice", "holiday", "Photo",  "IMG_",    "meeting",    "notes",  "Budget",
+                                  "draft",  "final",   "scan",    "Letter", "backup",  "Screenshot", "résumé", "Übersicht",
+                                  "main",   "index",   "test",    "config", "project", "music",      "recipe", "Map"};
+constexpr const char* kSeparators[] = {" ", "-", "_", ""};
+constexpr const char* kExtensions[] = {".pdf", ".txt", ".jpg", ".png", ".odt", ".cpp", ".h", ".html", ".mp3", ".tar.gz", ""};
+
+class Names {
+public:
+    std::string file() {
+        std::string name = one(kWords) + one(kSeparators) + one(kWords) + one(kSeparators) + std::to_string(mEngine() % 100'000);
+        return name + one(kExtensions);
+    }
+    std::string folder() { return one(kWords) + " " + std::to_string(mNumber++); }
+    std::size_t below(std::size_t limit) { return mEngine() % limit; }
+
+private:
+    template<std::size_t N>
+    std::string one(const char* const (&list)[N]) {
+        return list[mEngine() % N];
+    }
+    std::mt19937 mEngine{7};
+    int mNumber = 0;
+};
+
+int make(const std::string& top, int files) {
+    Names names;
+    std::vector<std::string> folders{top};
+    mkdir(top.c_str(), 0700);
+    for (int made = 0; made < files;) {
+        const std::string folder = folders[names.below(folders.size())] + "/" + names.folder();
+        if (folder.size() > 300)
+            continue;
+        if (mkdir(folder.c_str(), 0700) != 0)
+            return 1;
+        folders.push_back(folder);
+        for (int i = 0; i < kFilesOfAFolder && made < files; ++i, ++made)
+            close(open((folder + "/" + names.file()).c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+    }
+    return 0;
+}
+
+/// Bytes that are resident and the process's own.
+double memory() {
+    malloc_trim(0);
+    std::ifstream statm("/proc/self/statm");
+    double total = 0, resident = 0, shared = 0;
+    statm >> total >> resident >> shared;
+    return (resident - shared) * static_cast<double>(sysconf(_SC_PAGESIZE));
+}
+
+class Bench {
+public:
+    explicit Bench(const QString& top) : mTop(top) {
+        mQuery.setSearchScopes({top});
+        mQuery.setNotificationBatchingInterval(0.25);
+        const auto heard = [this](const NSNotification&) { mHit = mHit < 0 ? elapsed() : mHit; };
+        NSNotificationCenter::defaultCenter().addObserver(this, heard, NSMetadataQueryGatheringProgressNotification, &mQuery);
+    }
+
+    void search(const QString& term, const std::string& name) {
+        // As the pane asks: two letters together, the others in their order.
+        QString pattern = term.left(2);
+        for (const QChar letter : term.mid(2))
+            pattern += QString(u'*') + letter;
+        start(*NSPredicate::predicateWithFormat(u"kMDItemFSName LIKE[cdw] %@"_s, {pattern + u'*'}));
+        std::printf("%s.hit %f\n%s.whole %f\n%s.count %lld\n", name.c_str(), mHit, name.c_str(), elapsed(), name.c_str(),
+                    static_cast<long long>(mQuery.resultCount()));
+    }
+
+    /// Bytes for each of the files in the index, which a search for everything has counted.
+    void printMemory(double before) {
+        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s));
+        const double index = memory() - before;
+        start(nullptr);
+        std::printf("files %lld\nmemory %f\n", static_cast<long long>(mQuery.resultCount()),
+                    index / static_cast<double>(mQuery.resultCount()));
+    }
+
+    void follow() {
+        start(*NSPredicate::predicateWithFormat(u"kMDItemFSName LIKE[cdw] 'xyzzy*'"_s));
+        const QByteArray one = QFile::encodeName(mTop + u"/xyzzy 1"_s), other = QFile::encodeName(mTop + u"/xyzzy 2"_s);
+        told(
+            "made", [&] { close(open(one.constData(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600)); },
+            [this] { return mQuery.resultCount() == 1; });
+        told(
+            "renamed", [&] { ::rename(one.constData(), other.constData()); },
+            [this] { return mQuery.resultCount() == 1 && mQuery.resultAtIndex(0).path().endsWith(u'2'); });
+        told(
+            "removed", [&] { unlink(other.constData()); }, [this] { return mQuery.resultCount() == 0; });
+    }
+
+private:
+    double elapsed() const { return static_cast<double>(mClock.nsecsElapsed()) / 1e6; }
+
+    void start(const NSPredicateRef& predicate) {
+        mQuery.setPredicate(predicate);
+        mHit = -1;
+        mClock.start();
+        mQuery.startQuery();
+        while (mQuery.isGathering())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+    void told(const char* name, const std::function<void()>& change, const std::function<bool()>& isTold) {
+        mClock.start();
+        change();
+        while (!isTold())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        std::printf("%s %f\n", name, elapsed());
+    }
+
+    const QString mTop;
+    NSMetadataQuery mQuery;
+    QElapsedTimer mClock;
+    double mHit = -1;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    MainThread::open();
+    const QStringList words = application.arguments();
+    if (words.size() == 4 && words[1] == u"make"_s)
+        return make(words[2].toStdString(), words[3].toInt());
+    if (words.size() < 4 || words[1] != u"search"_s) {
+        std::fputs("usage: bench-search make FOLDER FILES | search FOLDER TERM...\n", stderr);
+        return 2;
+    }
+    Bench bench(words[2]);
+    const double before = memory();
+    bench.search(words[3], "first");
+    bench.printMemory(before);
+    for (const QString& term : words.mid(4))
+        bench.search(term, term.toStdString());
+    bench.follow();
+    return 0;
+}

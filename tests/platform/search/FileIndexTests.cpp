@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// The index where the system has too few watches, and many changes at once.
+#include "platform/search/index/FileIndex.h"
+
+#include "platform/foundation/QtPrinters.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <set>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A search whose results are waited for on this thread.
+class Found {
+public:
+    Found(FileIndex& index, const QString& folder, const QString& format) {
+        index.search({folder}, *NSPredicate::predicateWithFormat(format), mFound);
+    }
+    ~Found() { mFound->cancel(); }
+
+    /// False after half a minute.
+    bool waitUntil(const std::function<bool()>& condition) {
+        std::unique_lock lock(mMutex);
+        return mChanged.wait_for(lock, std::chrono::seconds(30), [&] {
+            if (std::exchange(mIsFilled, false))
+                take();
+            return condition();
+        });
+    }
+    bool becomes(const std::set<QString>& wanted) {
+        return waitUntil([&] { return isWhole && names == wanted; });
+    }
+
+    std::set<QString> names;
+    bool isWhole = false, isFollowed = true;
+
+private:
+    void take() {
+        const FoundFiles::Contents contents = mFound->take();
+        isWhole = contents.isWhole;
+        isFollowed = contents.isFollowed;
+        for (const FoundFiles::Change& change : contents.changes) {
+            const QString name = change.path.mid(change.path.lastIndexOf(u'/') + 1);
+            if (change.isRemoved)
+                EXPECT_EQ(names.erase(name), 1u) << name.toStdString();
+            else
+                EXPECT_TRUE(names.insert(name).second) << name.toStdString();
+        }
+    }
+
+    std::mutex mMutex;
+    std::condition_variable mChanged;
+    bool mIsFilled = false;
+    const std::shared_ptr<FoundFiles> mFound = std::make_shared<FoundFiles>([this] {
+        const std::lock_guard lock(mMutex);
+        mIsFilled = true;
+        mChanged.notify_all();
+    });
+};
+
+class FileIndexTest : public ::testing::Test {
+protected:
+    void make(const QString& name) {
+        QDir().mkpath(QFileInfo(mFolder.filePath(name)).path());
+        EXPECT_TRUE(QFile(mFolder.filePath(name)).open(QIODevice::WriteOnly));
+    }
+    QTemporaryDir mFolder;
+};
+
+} // namespace
+
+TEST_F(FileIndexTest, LooksAgainWhereThereAreNoWatches) {
+    make(u"a/b/x1"_s);
+    make(u"c/x2"_s);
+    for (const std::size_t most : {std::size_t(0), std::size_t(2)}) {
+        FileIndex index({most, std::chrono::milliseconds(20)});
+        Found found(index, mFolder.path(), u"kMDItemFSName LIKE 'x*'"_s);
+        ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s}));
+        EXPECT_FALSE(found.isFollowed);
+        make(u"a/b/x3"_s);
+        make(u"new/deep/x4"_s);
+        ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s, u"x3"_s, u"x4"_s}));
+        EXPECT_TRUE(QDir(mFolder.filePath(u"new"_s)).removeRecursively());
+        EXPECT_TRUE(QFile::remove(mFolder.filePath(u"c/x2"_s)));
+        make(u"c/x2/x5"_s); // a folder in place of a file
+        ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s, u"x3"_s, u"x5"_s}));
+        EXPECT_TRUE(QDir(mFolder.filePath(u"c/x2"_s)).removeRecursively());
+        EXPECT_TRUE(QFile::remove(mFolder.filePath(u"a/b/x3"_s)));
+        make(u"c/x2"_s);
+        ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s}));
+    }
+    FileIndex index({SIZE_MAX, std::chrono::milliseconds(20)});
+    Found found(index, mFolder.path(), u"kMDItemFSName LIKE 'x*'"_s);
+    ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s}));
+    EXPECT_TRUE(found.isFollowed);
+}
+
+TEST_F(FileIndexTest, NothingIsLostWhenMoreHappensThanIsTold) {
+    make(u"x"_s);
+    FileIndex index;
+    Found found(index, mFolder.path(), u"kMDItemFSName LIKE 'x*'"_s);
+    ASSERT_TRUE(found.becomes({u"x"_s}));
+    std::set<QString> names{u"x"_s};
+    for (int folder = 0; folder < 20; ++folder)
+        for (int i = 0; i < 1000; ++i) {
+            const QString name = u"x %1 %2"_s.arg(folder).arg(i);
+            make(u"folder %1/"_s.arg(folder) + name);
+            if (i % 2)
+                QFile::remove(mFolder.filePath(u"folder %1/"_s.arg(folder) + name));
+            else
+                names.insert(name);
+        }
+    EXPECT_TRUE(found.becomes(names));
+    EXPECT_TRUE(QDir(mFolder.path()).removeRecursively());
+    EXPECT_TRUE(found.becomes({}));
+}
+
+} // namespace quoddle

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// The quick matcher says what the predicate says.
+#include "platform/search/index/NameMatcher.h"
+
+#include "platform/search/index/FileNames.h"
+#include "platform/search/NSMetadataQuery.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Answer = NameMatcher::Answer;
+
+Answer answerFor(const QString& format, const QString& name, bool isFolder = false) {
+    FileNames names;
+    const FileNames::Entry entry = *names.add(FileNames::kTop, name.toUtf8().toStdString(), isFolder);
+    return NameMatcher::compile(*NSPredicate::predicateWithFormat(format))
+        ->match({names.name(entry), names.reducedName(entry), names.isASCII(entry), names.isPlain(entry), isFolder});
+}
+
+} // namespace
+
+TEST(NameMatcher, KnowsWhatItCannotKnow) {
+    const struct {
+        const char *format, *name;
+        bool isFolder;
+        Answer answer;
+    } rows[] = {
+        {"kMDItemFSName LIKE[cdw] 're*p*o*' AND kMDItemContentType == 'public.png'", "Report", false, Answer::unknown},
+        {"kMDItemContentType == 'public.png' AND kMDItemFSName LIKE[cdw] 're*p*o*'", "Other", false, Answer::no},
+        {"kMDItemContentType == 'public.png' OR kMDItemFSName LIKE[cdw] 're*p*o*'", "Report", false, Answer::yes},
+        {"NOT kMDItemContentType == 'public.png'", "a", false, Answer::unknown},
+        {"NOT kMDItemFSName LIKE 'a*'", "b", false, Answer::yes},
+        {"kMDItemContentType != 'public.folder'", "a", false, Answer::yes},
+        {"kMDItemContentType == 'public.folder'", "a", false, Answer::no},
+        {"kMDItemContentType != 'public.folder'", "a.app", true, Answer::unknown},
+        {"kMDItemFSName ENDSWITH '.jpg'", "é.jpg", false, Answer::yes},
+        {"kMDItemFSName ENDSWITH '.jpg'", "a.JPG", false, Answer::no},
+        {"kMDItemFSName ENDSWITH[c] '.jpg'", "a.JPG", false, Answer::yes},
+        {"kMDItemFSName == 'a'", "a", false, Answer::yes},
+        {"kMDItemFSName != 'a'", "a", false, Answer::no},
+        {"TRUEPREDICATE", "a", false, Answer::yes},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(answerFor(QString::fromUtf8(row.format), QString::fromUtf8(row.name), row.isFolder), row.answer) << row.format;
+}
+
+TEST(NameMatcher, AgreesWithThePredicate) {
+    std::mt19937 engine(5);
+    const auto random = [&engine](const QStringList& pieces, std::size_t most) {
+        QString text;
+        for (std::size_t i = engine() % most + 1; i > 0; --i)
+            text += pieces[static_cast<qsizetype>(engine() % static_cast<std::size_t>(pieces.size()))];
+        return text;
+    };
+    // Accents on one character and as two, letters that fold to others, to several, to none; digits and signs of other scripts.
+    const QStringList letters{u"a"_s,      u"A"_s, u"b"_s,       u"B"_s,       u"1"_s,      u"."_s,      u"é"_s,
+                              u"É"_s,      u"e"_s, u"e\u0301"_s, u"E\u0301"_s, u"\u212A"_s, u"k"_s,      u"ß"_s,
+                              u"\u0130"_s, u"i"_s, u"\u0345"_s,  u"\u2260"_s,  u"="_s,      u"٣"_s,      u"日"_s,
+                              u"가"_s,     u"😀"_s, u"я"_s,       u"Я"_s,       u"ǅ"_s,      u"\u1FEF"_s, u"\u00AA"_s};
+    const QStringList ascii = letters.first(6), few = letters.mid(0, 10);
+    QStringList wild = letters + QStringList{u"*"_s, u"*"_s, u"?"_s}, wildASCII = ascii + QStringList{u"*"_s, u"?"_s, u"e"_s};
+    for (const char* options : {"", "[c]", "[d]", "[cd]", "[cdw]", "[w]"}) {
+        int matches = 0;
+        FileNames names;
+        for (int i = 0; i < 4'000; ++i) {
+            const NSPredicateRef predicate = *NSPredicate::predicateWithFormat(u"kMDItemFSName LIKE%1 %@"_s.arg(QLatin1StringView(options)),
+                                                                               {random(i % 2 ? wild : wildASCII, 5)});
+            const auto matcher = NameMatcher::compile(predicate);
+            for (int j = 0; j < 10; ++j) {
+                const QString name = random(j % 3 == 0 ? letters : j % 3 == 1 ? few : ascii, 7);
+                const FileNames::Entry entry = *names.add(FileNames::kTop, name.toUtf8().toStdString(), false);
+                const bool holds = predicate->evaluateWithObject(QVariantMap{{NSMetadataItemFSNameKey, name}});
+                matches += holds;
+                ASSERT_EQ(matcher->match({names.name(entry), names.reducedName(entry), names.isASCII(entry), names.isPlain(entry), false}),
+                          holds ? Answer::yes : Answer::no)
+                    << predicate->predicateFormat().toStdString() << " " << name.toStdString();
+            }
+        }
+        EXPECT_GT(matches, 100) << options;
+    }
+}
+
+} // namespace quoddle
