@@ -108,6 +108,7 @@ public:
         start(nullptr);
         std::printf("files %lld\nmemory %f\n", static_cast<long long>(mQuery.resultCount()),
                     index / static_cast<double>(mQuery.resultCount()));
+        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s)); // nothing of this is left for the next search to clear away
     }
 
     void follow() {
