@@ -40,6 +40,9 @@ public:
         return waitUntil([&] { return isWhole && names == wanted; });
     }
 
+    /// As long as it is held, the index gets no further than to what it finds next.
+    std::unique_lock<std::mutex> hold() { return std::unique_lock(mMutex); }
+
     std::set<QString> names;
     bool isWhole = false, isFollowed = true;
 
@@ -109,16 +112,22 @@ TEST_F(FileIndexTest, NothingIsLostWhenMoreHappensThanIsTold) {
     FileIndex index;
     Found found(index, mFolder.path(), u"kMDItemFSName LIKE 'x*'"_s);
     ASSERT_TRUE(found.becomes({u"x"_s}));
+    QFile limit(u"/proc/sys/fs/inotify/max_queued_events"_s);
+    const int most = limit.open(QIODevice::ReadOnly) ? limit.readAll().trimmed().toInt() : 0;
+    if (most == 0 || most > 200'000)
+        GTEST_SKIP() << "as many changes as the system queues would take too long";
     std::set<QString> names{u"x"_s};
-    for (int folder = 0; folder < 20; ++folder)
-        for (int i = 0; i < 1000; ++i) {
-            const QString name = u"x %1 %2"_s.arg(folder).arg(i);
-            make(u"folder %1/"_s.arg(folder) + name);
-            if (i % 2)
-                QFile::remove(mFolder.filePath(u"folder %1/"_s.arg(folder) + name));
+    {
+        const auto held = found.hold();
+        for (int i = 0; i < most + 3'000; ++i) {
+            const QString name = u"x %1"_s.arg(i);
+            make(u"folder %1/"_s.arg(i % 7) + name);
+            if (i % 3 == 0)
+                QFile::remove(mFolder.filePath(u"folder %1/"_s.arg(i % 7) + name));
             else
                 names.insert(name);
         }
+    }
     EXPECT_TRUE(found.becomes(names));
     EXPECT_TRUE(QDir(mFolder.path()).removeRecursively());
     EXPECT_TRUE(found.becomes({}));

@@ -157,7 +157,7 @@ TEST(SpreadTerm, IsFoundWholeOrSpread) {
         {u"abc.d", u"abc.d abc", {{0, 5}}}, // the last place with the extension behind it
         {u"straße", u"STRASSE", {{0, 7}}},
         {u"b(c|d)e", u"abde", {{1, 3}, {2, 1}}}, // an expression with a group of its own
-        {u"b(c", u"ab(c", {}},           // none
+        {u"b(c", u"ab(c", {}},                   // none
         {u"abc", u"x\nabc", {{2, 3}}},
         {u"", u"x", {{0, 0}}},
         {u"abc", u"", {}},
