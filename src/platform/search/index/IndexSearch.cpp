@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include <QStringBuilder>
+
 namespace quoddle {
 
 namespace {
@@ -29,7 +31,10 @@ QString IndexSearch::pathOf(Part& part, FileNames::Entry entry) {
         part.folder = names.folderOf(entry);
         part.folderPath = text(part.tree->pathOf(part.folder));
     }
-    return part.folderPath + text(names.name(entry));
+    const std::string_view name = names.name(entry);
+    if (names.isASCII(entry))
+        return part.folderPath % QLatin1StringView(name.data(), static_cast<qsizetype>(name.size()));
+    return part.folderPath % text(name);
 }
 
 NameMatcher::Answer IndexSearch::answerFor(const FileNames& names, FileNames::Entry entry) const {
