@@ -5,6 +5,7 @@
 //   quoddle-shell --activated APPLET.app      the same, started by the session bus for a request that then comes over it
 //   APPLET.app/Contents/Linux/NAME [FILE…]    the same, as a link in the applet itself
 #include "dialogs/AppDelegate+StandardAdditions.h"
+#include "droplet/DropletWindowController.h"
 #include "platform/additions/Interaction.h"
 #include "platform/additions/StandardAdditions.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
@@ -29,6 +30,7 @@
 #include "window/AboutPanel.h"
 #include "window/AppKitAlertPresenter.h"
 #include "window/AppletIconView.h"
+#include "window/AppletImages.h"
 #include "window/AppletWindowController.h"
 #include "window/TestAppletPanel.h"
 
@@ -104,15 +106,21 @@ std::shared_ptr<NSMenu> makeMainMenu() {
     return nullptr;
 }
 
-AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts, AELaunchReason reason) {
+template<class Controller>
+std::shared_ptr<WindowController> loaded() {
+    auto controller = std::make_shared<Controller>();
+    controller->load();
+    return controller;
+}
+
+AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts, ImageSource& images, AELaunchReason reason) {
     AppDelegateParts parts;
     parts.application = &application;
     parts.alerts = &alerts;
     parts.mainBundle = NSBundle::mainBundle();
-    parts.instantiateController = [](const QString&) {
-        auto controller = std::make_shared<AppletWindowController>();
-        controller->load();
-        return controller;
+    parts.images = &images;
+    parts.instantiateController = [](const QString& identifier) {
+        return identifier == "dropletWindowController"_L1 ? loaded<DropletWindowController>() : loaded<AppletWindowController>();
     };
     parts.installOSAXEventHandlers = &installOSAXEventHandlers;
     parts.chooseTestApplet = &chooseTestApplet;
@@ -189,9 +197,10 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const 
 
 int runApplet(NSApplication& application, DesktopApplication& desktop, const Invocation& invocation, AELaunchLock& lock) {
     AppKitAlertPresenter alerts;
+    AppletImages images;
     application.setMainMenu(makeMainMenu());
     application.setAction(u"orderFrontStandardAboutPanel:"_s, &showAboutPanel);
-    AppDelegate delegate(makeParts(application, alerts, invocation.reason));
+    AppDelegate delegate(makeParts(application, alerts, images, invocation.reason));
     application.setDelegate(&delegate);
     AEInstallTransport();
     if (invocation.reason != AELaunchReason::none)

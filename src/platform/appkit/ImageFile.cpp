@@ -50,17 +50,24 @@ QByteArray checkedIcon(const QByteArray& icon) {
     return checked;
 }
 
+/// Empty when the file is none or too large.
+QByteArray bytesOfRegularFile(const QString& path) {
+    const auto bytes = bytesOfFile(path, kMaximumSize);
+    return bytes ? *bytes : QByteArray();
+}
+
 } // namespace
 
-ImageFile::ImageFile(const QString& path) {
-    const auto bytes = bytesOfFile(path, kMaximumSize);
-    if (!bytes)
+ImageFile::ImageFile(const QString& path) : ImageFile(bytesOfRegularFile(path), QFileInfo(path).suffix()) {}
+
+ImageFile::ImageFile(const QByteArray& bytes, const QString& suffix) {
+    if (bytes.isEmpty() || bytes.size() > kMaximumSize)
         return;
-    mBytes = bytes->startsWith("icns") && bytes->size() > 8 ? checkedIcon(*bytes) : *bytes;
+    mBytes = bytes.startsWith("icns") && bytes.size() > 8 ? checkedIcon(bytes) : bytes;
     mBuffer.setBuffer(&mBytes);
     mBuffer.open(QIODevice::ReadOnly);
     mReader.setDevice(&mBuffer);
-    mReader.setFormat(QFileInfo(path).suffix().toLatin1().toLower()); // for kinds that cannot be told by content
+    mReader.setFormat(suffix.toLatin1().toLower()); // for kinds that cannot be told by content
     mReader.setDecideFormatFromContent(true);
     mReader.setAutoTransform(true);
     if (mReader.format().startsWith("svg") && !isSelfContained(mBytes))

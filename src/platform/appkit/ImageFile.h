@@ -13,6 +13,8 @@ class ImageFile {
 public:
     /// A file that is no regular one, larger than 64 MiB or a drawing that refers to other files has no pictures.
     explicit ImageFile(const QString& path);
+    /// The same for what a file with that suffix would hold.
+    explicit ImageFile(const QByteArray& bytes, const QString& suffix = {});
 
     /// At least 1.
     int count() const;

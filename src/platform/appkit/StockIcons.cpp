@@ -61,7 +61,42 @@ void paintCaution(QPainter& painter) {
     paintMark(painter, 20, 32);
 }
 
+void paintSheet(QPainter& painter, const QPointF& corner, double angle) {
+    constexpr double kWidth = 30, kHeight = 38, kFold = 9;
+    painter.save();
+    painter.translate(corner);
+    painter.rotate(angle);
+    QPainterPath sheet;
+    sheet.moveTo(0, 0);
+    sheet.lineTo(kWidth - kFold, 0);
+    sheet.lineTo(kWidth, kFold);
+    sheet.lineTo(kWidth, kHeight);
+    sheet.lineTo(0, kHeight);
+    sheet.closeSubpath();
+    QLinearGradient paper(0, 0, 0, kHeight);
+    paper.setColorAt(0, Qt::white);
+    paper.setColorAt(1, QColor(0xe6, 0xe9, 0xee));
+    painter.setPen(QPen(QColor(0x9a, 0xa3, 0xb0), 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(paper);
+    painter.drawPath(sheet);
+    painter.drawPolyline(QPolygonF{{kWidth - kFold, 0}, {kWidth - kFold, kFold}, {kWidth, kFold}});
+    painter.setPen(QPen(QColor(0xb8, 0xc0, 0xcb), 2, Qt::SolidLine, Qt::RoundCap));
+    for (double y = 15; y < kHeight - 5; y += 6)
+        painter.drawLine(QPointF(5, y), QPointF(kWidth - 5, y));
+    painter.restore();
+}
+
+void paintMultipleDocuments(QPainter& painter) {
+    paintSheet(painter, {8, 14}, -14);
+    paintSheet(painter, {25, 7}, 12);
+    paintSheet(painter, {17, 16}, 0);
+}
+
 } // namespace
+
+QIcon multipleDocumentsIcon() {
+    return makeDrawnIcon(paintMultipleDocuments);
+}
 
 QIcon iconForFileType(FourCharCode type) {
     if (type == "stop"_4cc)

@@ -12,6 +12,8 @@ namespace quoddle {
 
 /// "stop" and "caut"; a null icon for any other type.
 QIcon iconForFileType(FourCharCode type);
+/// Several sheets of paper, one behind the other.
+QIcon multipleDocumentsIcon();
 /// The picture or icon of a file, by its content; a null icon when there is none in it. Pictures that are too large for any use as an icon
 /// are not read.
 QIcon iconFromImageFile(const QString& path);

@@ -66,6 +66,11 @@ bool fileConformsToType(const QString& path, const QString& type) {
     return UTTypeConformsTo(typeIdentifierOfFile(path), type);
 }
 
+QString displayNameOfFile(const QString& path) {
+    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
+    return name.isEmpty() ? path : name;
+}
+
 bool isFilePackage(const QString& path) {
     return isFilePackage(path, QFileInfo(path).isDir());
 }

@@ -13,6 +13,8 @@ namespace quoddle {
 /// The nearest type; links are not followed. "public.item" for what is not there or is neither file nor folder.
 QString typeIdentifierOfFile(const QString& path);
 bool fileConformsToType(const QString& path, const QString& type);
+/// The name that file managers show for a path: its last component, or "/".
+QString displayNameOfFile(const QString& path);
 /// Whether a folder is shown as one thing: by its extension, or because it has Contents/Info.plist. Links are followed. False for files.
 bool isFilePackage(const QString& path);
 /// The same when it is known already whether it is a folder.

@@ -120,4 +120,8 @@ void NSLogTrace(const QString& format, const QVariantList& arguments) {
         ::syslog(LOG_USER | LOG_DEBUG, "%s", line.toUtf8().constData());
 }
 
+bool NSLogIsTracing() {
+    return traceCategory().isInfoEnabled();
+}
+
 } // namespace quoddle

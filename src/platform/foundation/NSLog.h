@@ -18,5 +18,7 @@ void NSLog(const QString& format, const QVariantList& arguments = {});
 /// What happens in the course of things: goes to the system's log, or, for whoever looks for a fault, where NSLog's lines go, with
 /// QUODDLE_DEBUG in the environment or the category "quoddle.trace" switched on. Any thread.
 void NSLogTrace(const QString& format, const QVariantList& arguments = {});
+/// Whether somebody looks for a fault: for traces that cost something to put together.
+bool NSLogIsTracing();
 
 } // namespace quoddle

@@ -1,0 +1,258 @@
+// SPDX-License-Identifier: MIT
+#include "droplet/DropFilesView.h"
+
+#include "droplet/NSColor+Additions.h"
+#include "droplet/NSImage+Additions.h"
+#include "platform/appkit/NSApplication.h"
+#include "platform/foundation/URLResources.h"
+#include "runtime/AppDelegate.h"
+
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kArtworkExtent = 72; // points
+constexpr int kIconExtent = 96;
+constexpr int kColorChangeTime = 500; // milliseconds
+constexpr qint64 kPatience = 60;      // milliseconds of judging before the window gets its turn for the first time
+constexpr qint64 kSlice = 8;          // and after that
+const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
+const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
+
+} // namespace
+
+std::optional<QStringList> filenamesFrom(const QMimeData& pasteboard) {
+    if (!pasteboard.hasUrls())
+        return std::nullopt;
+    QStringList filenames;
+    const QList<QUrl> urls = pasteboard.urls();
+    for (const QUrl& url : urls)
+        if (url.isLocalFile())
+            filenames << QDir::cleanPath(url.toLocalFile());
+    if (filenames.isEmpty() && !urls.isEmpty())
+        return std::nullopt;
+    return filenames;
+}
+
+DropFilesView::DropFilesView(QWidget* parent)
+    : QWidget(parent), mForthcomingView(new QLabel(this)), mIconView(new QLabel(this)), mPromptView(new QLabel(this)) {
+    _setupView();
+}
+
+void DropFilesView::_setupView() {
+    setAcceptDrops(true);
+    setAccessibleName(tr("Drop zone"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 20, 24, 24);
+    layout->setSpacing(12);
+    layout->addStretch(1);
+    for (QLabel* view : {mIconView, mPromptView, mForthcomingView}) {
+        view->setAcceptDrops(false); // the pane takes them
+        view->setAlignment(Qt::AlignCenter);
+        layout->addWidget(view);
+    }
+    layout->addStretch(1);
+    mIconView->setAccessibleName(tr("Picture"));
+    mIconView->hide();
+    mPromptView->setWordWrap(true);
+    mPromptView->setTextFormat(Qt::PlainText);
+    mForthcomingView->setAccessibleName(tr("Drop files here"));
+    setSelected(false);
+
+    mColorChange.setDuration(kColorChangeTime);
+    connect(&mColorChange, &QVariantAnimation::valueChanged, this, [this](const QVariant& color) { setBackgroundColor(color.value<QColor>()); });
+    mNextSlice.setSingleShot(true);
+    connect(&mNextSlice, &QTimer::timeout, this, &DropFilesView::judgeNextSlice);
+}
+
+void DropFilesView::setPromptString(const QString& prompt) {
+    mPromptView->setText(prompt);
+}
+
+void DropFilesView::setPromptIcon(const QImage& icon) {
+    mPromptIcon = icon;
+    mIconView->setVisible(!icon.isNull());
+    showIcon();
+}
+
+void DropFilesView::showIcon() {
+    if (mPromptIcon.isNull())
+        return mIconView->clear();
+    QPixmap icon = QPixmap::fromImage(
+        mPromptIcon.scaled(QSize(kIconExtent, kIconExtent) * devicePixelRatioF(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    icon.setDevicePixelRatio(devicePixelRatioF());
+    mIconView->setPixmap(icon);
+}
+
+void DropFilesView::setBackgroundColor(const QColor& color) {
+    if (color == mBackgroundColor)
+        return;
+    mBackgroundColor = color;
+    showPromptColor();
+    repaint();
+}
+
+void DropFilesView::showPromptColor() {
+    QPalette labels;
+    if (mBackgroundColor.isValid())
+        labels.setColor(QPalette::WindowText, contrastingLabelColor(mBackgroundColor));
+    mPromptView->setPalette(labels);
+}
+
+void DropFilesView::setSelected(bool selected) {
+    mIsSelected = selected;
+    QColor color = palette().color(selected ? QPalette::Highlight : QPalette::WindowText);
+    if (!selected)
+        color.setAlphaF(0.45f);
+    mForthcomingView->setPixmap(tintedImageWithColor(templateImageNamed(u"ForthcomingTemplate"_s, kArtworkExtent, devicePixelRatioF()), color));
+}
+
+// --- Judging
+
+NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
+    setSelected(true);
+    mJudgement = {};
+    mNextSlice.stop();
+    const auto filenames = filenamesFrom(pasteboard);
+    if (!filenames)
+        return NSDragOperation::none;
+    mJudgement.filenames = *filenames;
+    mJudgement.isUnderWay = true;
+    QElapsedTimer time;
+    time.start();
+    judge(time, kPatience);
+    return mJudgement.isUnderWay || mJudgement.isAccepted ? NSDragOperation::generic : NSDragOperation::none;
+}
+
+/// Kept on purpose: a file that fails the predicate takes over the verdict on the file before it. So it is refused when it comes first, and
+/// passes behind one that was accepted.
+bool DropFilesView::isAccepted(const QString& filename, bool previous) const {
+    if (mDropPredicate && !mDropPredicate->evaluateWithObject(resourceValuesOfFile(filename)))
+        return previous;
+    return AppDelegate::instance()->isFileAcceptable(filename);
+}
+
+void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
+    const QPointer<DropFilesView> alive(this);
+    while (mJudgement.next < mJudgement.filenames.size()) {
+        const bool accepted = isAccepted(mJudgement.filenames.at(mJudgement.next), mJudgement.isAccepted);
+        if (!alive || !mJudgement.isUnderWay) // a script's error has ended the applet, or the drag is over
+            return;
+        mJudgement.isAccepted = accepted;
+        ++mJudgement.next;
+        if (!accepted)
+            break;
+        if (since.elapsed() >= atMost && mJudgement.next < mJudgement.filenames.size())
+            return mNextSlice.start(0);
+    }
+    judged();
+}
+
+void DropFilesView::judgeNextSlice() {
+    QElapsedTimer time;
+    time.start();
+    judge(time, kSlice);
+}
+
+void DropFilesView::judged() {
+    mJudgement.isUnderWay = false;
+    showVerdict(mJudgement.isAccepted ? kAcceptedColor : kRefusedColor);
+    if (!mJudgement.isDropped)
+        return;
+    const QStringList filenames = std::exchange(mJudgement.filenames, {});
+    if (mJudgement.isAccepted)
+        open(filenames);
+    draggingEnded();
+}
+
+void DropFilesView::showVerdict(const QColor& color) {
+    mColorChange.stop();
+    setBackgroundColor(Qt::white);
+    mColorChange.setStartValue(QColor(Qt::white));
+    mColorChange.setEndValue(color);
+    if (style()->styleHint(QStyle::SH_Widget_Animation_Duration) == 0)
+        setBackgroundColor(color);
+    else
+        mColorChange.start();
+}
+
+// --- The end of a drag
+
+void DropFilesView::draggingExited() {
+    mJudgement = {};
+    draggingEnded();
+    if (const auto controller = AppDelegate::instance()->mainWindowController())
+        controller->showLastViewController(); // the drag may have led here from the search
+}
+
+bool DropFilesView::performDragOperation(const QMimeData& pasteboard) {
+    if (mJudgement.isUnderWay) {
+        mJudgement.isDropped = true;
+        return true;
+    }
+    open(filenamesFrom(pasteboard).value_or(QStringList()));
+    return true;
+}
+
+void DropFilesView::open(const QStringList& filenames) {
+    NSApplication::sharedApplication()->openFiles(filenames);
+}
+
+void DropFilesView::draggingEnded() {
+    if (mJudgement.isUnderWay) // dropped before the verdict, which ends it
+        return;
+    mColorChange.stop();
+    setSelected(false);
+    setBackgroundColor({});
+}
+
+// --- The toolkit's events
+
+void DropFilesView::dragEnterEvent(QDragEnterEvent* event) {
+    const NSDragOperation operation = draggingEntered(*event->mimeData());
+    event->setDropAction(operation == NSDragOperation::none ? Qt::IgnoreAction : Qt::CopyAction);
+    event->accept(); // also when refused: otherwise nobody says when the drag leaves
+}
+
+void DropFilesView::dragMoveEvent(QDragMoveEvent* event) {
+    const bool isTaken = mJudgement.isUnderWay || mJudgement.isAccepted;
+    event->setDropAction(isTaken ? Qt::CopyAction : Qt::IgnoreAction);
+    event->setAccepted(isTaken);
+}
+
+void DropFilesView::dragLeaveEvent(QDragLeaveEvent*) {
+    draggingExited();
+}
+
+void DropFilesView::dropEvent(QDropEvent* event) {
+    if (!mJudgement.isUnderWay && !mJudgement.isAccepted) {
+        event->setDropAction(Qt::IgnoreAction);
+        event->ignore();
+    } else {
+        event->setDropAction(Qt::CopyAction);
+        event->accept();
+        performDragOperation(*event->mimeData());
+    }
+    draggingEnded();
+}
+
+void DropFilesView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.fillRect(event->rect(), mBackgroundColor.isValid() ? mBackgroundColor : palette().color(QPalette::Window));
+}
+
+void DropFilesView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        setSelected(mIsSelected);
+}
+
+} // namespace quoddle

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+// DropFilesView: takes files that are dragged onto it, judges them while they hover and shows the verdict in colour.
+// One decision: files are judged in slices of time, so that ten thousand of them, or a slow script, do not stop the window. A drag is
+// taken for acceptable until it is judged; one that was dropped before is judged to its end and opened or refused then.
+// Main thread only.
+#pragma once
+
+#include "platform/foundation/predicate/NSPredicate.h"
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QPointer>
+#include <QTimer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+class QMimeData;
+
+namespace quoddle {
+
+/// The paths of the files that a drag or the clipboard carries, in order; nothing when it carries none but text or addresses of the web.
+std::optional<QStringList> filenamesFrom(const QMimeData& data);
+
+enum class NSDragOperation { none = 0, generic = 4 };
+
+class DropFilesView : public QWidget {
+    Q_OBJECT
+public:
+    explicit DropFilesView(QWidget* parent = nullptr);
+
+    /// A condition on the resource values of each file; null: every file.
+    NSPredicateRef dropPredicate() const { return mDropPredicate; }
+    void setDropPredicate(NSPredicateRef predicate) { mDropPredicate = std::move(predicate); }
+    QString promptString() const { return mPromptView->text(); }
+    void setPromptString(const QString& prompt);
+    /// Null: none.
+    void setPromptIcon(const QImage& icon);
+    /// Invalid: the window's background.
+    QColor backgroundColor() const { return mBackgroundColor; }
+    void setBackgroundColor(const QColor& color);
+
+    // The views in it: the artwork of the drop zone, the icon and the prompt.
+    QLabel* forthcomingView() const { return mForthcomingView; }
+    QLabel* iconView() const { return mIconView; }
+    QLabel* promptView() const { return mPromptView; }
+
+    NSDragOperation draggingEntered(const QMimeData& pasteboard);
+    void draggingExited();
+    bool performDragOperation(const QMimeData& pasteboard);
+    void draggingEnded();
+    /// Whether the files that hover, or were dropped, are still being judged.
+    bool isJudging() const { return mJudgement.isUnderWay; }
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    struct Judgement {
+        QStringList filenames;
+        qsizetype next = 0;
+        bool isAccepted = false;
+        bool isUnderWay = false;
+        bool isDropped = false;
+    };
+
+    void _setupView();
+    void judge(const QElapsedTimer& since, qint64 atMost);
+    void judgeNextSlice();
+    bool isAccepted(const QString& filename, bool previous) const;
+    void judged();
+    void open(const QStringList& filenames);
+    void showVerdict(const QColor& color);
+    void setSelected(bool selected);
+    void showIcon();
+    void showPromptColor();
+
+    NSPredicateRef mDropPredicate;
+    QLabel* mForthcomingView;
+    QLabel* mIconView;
+    QLabel* mPromptView;
+    QImage mPromptIcon;
+    QColor mBackgroundColor;
+    QVariantAnimation mColorChange;
+    Judgement mJudgement;
+    QTimer mNextSlice;
+    bool mIsSelected = false;
+};
+
+} // namespace quoddle

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include "droplet/DropletWindowController.h"
+
+#include "droplet/DropFilesViewController.h"
+#include "droplet/NSImage+Additions.h"
+#include "droplet/SpotlightViewController.h"
+#include "platform/appkit/ElidedLabel.h"
+#include "platform/appkit/NSSegmentedControl.h"
+#include "platform/appkit/ProgressBar.h"
+#include "platform/foundation/NSUserDefaults.h"
+#include "runtime/AppDelegate.h"
+#include "window/ProgressViewController.h"
+#include "window/StartupViewController.h"
+
+#include <QLabel>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kDropTab = 0;
+constexpr int kSearchTab = 1;
+constexpr int kProgressTab = 2;
+constexpr int kStartupTab = 3;
+constexpr QSize kFirstSize(480, 400);
+constexpr int kSegmentExtent = 20; // points
+const QString kModeKey = u"mode"_s;
+using Options = NSTabViewController::TransitionOptions;
+
+} // namespace
+
+DropletWindowController::DropletWindowController() : mMainViewController(std::make_unique<NSTabViewController>()) {
+    mMainViewController->addTabViewController(std::make_unique<DropFilesViewController>());
+    mMainViewController->addTabViewController(std::make_unique<SpotlightViewController>());
+    mMainViewController->addTabViewController(std::make_unique<ProgressViewController>());
+    mMainViewController->addTabViewController(std::make_unique<StartupViewController>());
+}
+
+DropletWindowController::~DropletWindowController() = default;
+
+std::unique_ptr<NSWindow> DropletWindowController::loadWindow() {
+    auto window = BaseWindowController::loadWindow();
+    window->setContentViewController(mMainViewController.get());
+    window->resize(kFirstSize);
+    return window;
+}
+
+void DropletWindowController::windowDidLoad() {
+    BaseWindowController::windowDidLoad();
+    AppDelegate* delegate = AppDelegate::instance();
+    delegate->setMainWindowController(shared_from_this());
+    // Anything but the two modes, which a file of settings may hold, is the first.
+    const unsigned stored = standardUserDefaults().value(kModeKey).toUInt();
+    mLastSelectedTabIndex = stored == kSearchTab ? kSearchTab : kDropTab;
+    selectTabWithoutTransition(static_cast<int>(mLastSelectedTabIndex));
+    window()->setWindowTitle(delegate->mainBundle()->name());
+    window()->addToolBar(new NSToolbar(u"toolbar"_s, *this, window()));
+    progressViewController().resetStarted();
+}
+
+// --- The toolbar
+
+QStringList DropletWindowController::toolbarDefaultItemIdentifiers(const NSToolbar&) const {
+    return {ToolbarTitleItemIdentifier, NSToolbarFlexibleSpaceItemIdentifier, ToolbarModeItemIdentifier};
+}
+
+QStringList DropletWindowController::toolbarAllowedItemIdentifiers(const NSToolbar&) const {
+    return {NSToolbarFlexibleSpaceItemIdentifier, ToolbarTitleItemIdentifier, ToolbarModeItemIdentifier};
+}
+
+NSToolbarItem DropletWindowController::toolbarItemForItemIdentifier(const NSToolbar&, const QString& identifier) {
+    if (identifier == ToolbarTitleItemIdentifier) {
+        auto* title = new ElidedLabel;
+        title->setText(window()->windowTitle());
+        title->setAlignment(Qt::AlignCenter);
+        return {identifier, title};
+    }
+    if (identifier == ToolbarModeItemIdentifier) {
+        auto* control = new NSSegmentedControl(2);
+        control->setAccessibleName(QObject::tr("Mode"));
+        return {identifier, control};
+    }
+    return {};
+}
+
+void DropletWindowController::toolbarWillAddItem(const NSToolbarItem& item) {
+    if (item.identifier != ToolbarModeItemIdentifier)
+        return;
+    mModeControl = static_cast<NSSegmentedControl*>(item.view);
+    updateSegmentImages();
+    mModeControl->setSelectedSegment(mMainViewController->selectedTabViewItemIndex());
+    QObject::connect(mModeControl, &NSSegmentedControl::action, mModeControl, [this](int segment) { _modeChanged(segment); });
+}
+
+void DropletWindowController::updateSegmentImages() {
+    const QPalette palette = mModeControl->palette();
+    const double ratio = window()->devicePixelRatioF();
+    const auto icon = [&](const QString& name) {
+        QIcon made(tintedImageWithColor(templateImageNamed(name, kSegmentExtent, ratio), palette.color(QPalette::ButtonText)));
+        made.addPixmap(tintedImageWithColor(templateImageNamed(name, kSegmentExtent, ratio), palette.color(QPalette::Disabled, QPalette::ButtonText)),
+                       QIcon::Disabled);
+        return made;
+    };
+    mModeControl->setSegment(kDropTab, icon(u"DropTemplate"_s), QObject::tr("Drop files"));
+    mModeControl->setSegment(kSearchTab, icon(u"SpotlightTemplate"_s), QObject::tr("Find files"));
+}
+
+void DropletWindowController::_modeChanged(int segment) {
+    mLastSelectedTabIndex = static_cast<unsigned>(segment);
+    selectMode(mLastSelectedTabIndex);
+    standardUserDefaults().setValue(kModeKey, mLastSelectedTabIndex);
+}
+
+// --- The panes
+
+ProgressViewController& DropletWindowController::progressViewController() const {
+    return static_cast<ProgressViewController&>(*mMainViewController->tabViewController(kProgressTab));
+}
+
+SpotlightViewController& DropletWindowController::searchViewController() const {
+    return static_cast<SpotlightViewController&>(*mMainViewController->tabViewController(kSearchTab));
+}
+
+StartupViewController& DropletWindowController::startupViewController() const {
+    return static_cast<StartupViewController&>(*mMainViewController->tabViewController(kStartupTab));
+}
+
+void DropletWindowController::selectTabWithoutTransition(int index) {
+    mMainViewController->setTransitionOptions(Options::none);
+    mMainViewController->setSelectedTabViewItemIndex(index);
+    mMainViewController->setTransitionOptions(Options::crossfade);
+}
+
+void DropletWindowController::selectMode(unsigned tab) {
+    mMainViewController->setSelectedTabViewItemIndex(static_cast<int>(tab));
+    mModeControl->setSelectedSegment(static_cast<int>(tab));
+    if (tab == kSearchTab)
+        searchViewController().takeFocus();
+}
+
+void DropletWindowController::showProgressViewController() {
+    if (window()->isVisible()) {
+        mMainViewController->setSelectedTabViewItemIndex(kProgressTab);
+    } else { // a window that appears does not animate its content
+        selectTabWithoutTransition(kProgressTab);
+        appear();
+    }
+    mModeControl->setEnabled(false);
+    progressViewController().progressView()->startAnimation();
+    progressViewController().setStopButtonEnabled(true);
+    progressViewController().setStopButtonHidden(false);
+}
+
+void DropletWindowController::showStartupViewController() {
+    startupViewController().setMainBundle(mainBundle());
+    mModeControl->setEnabled(false);
+    selectTabWithoutTransition(kStartupTab);
+    appear();
+}
+
+void DropletWindowController::showDropFilesViewController() {
+    mModeControl->setEnabled(true);
+    selectMode(kDropTab);
+}
+
+void DropletWindowController::showLastViewController() {
+    mModeControl->setEnabled(true);
+    selectMode(mLastSelectedTabIndex);
+    progressViewController().resetStopped();
+}
+
+bool DropletWindowController::stopButtonHidden() const {
+    return progressViewController().stopButtonHidden();
+}
+
+void DropletWindowController::setStopButtonHidden(bool hidden) {
+    progressViewController().setStopButtonHidden(hidden);
+}
+
+bool DropletWindowController::stopButtonEnabled() const {
+    return progressViewController().stopButtonEnabled();
+}
+
+void DropletWindowController::setStopButtonEnabled(bool enabled) {
+    progressViewController().setStopButtonEnabled(enabled);
+}
+
+} // namespace quoddle

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "droplet/SpotlightResultsCell.h"
+
+#include "droplet/NSColor+Additions.h"
+#include "droplet/SpotlightResultsController.h"
+#include "platform/foundation/FileTypes.h"
+#include "platform/foundation/NSLog.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QPainter>
+#include <QTextLayout>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// In points.
+constexpr double kIconIndent = 2;
+constexpr double kIconExtent = 32;
+constexpr double kTextIndent = 38;
+constexpr double kNameHeight = 20;
+constexpr double kNameSize = 13;
+constexpr double kFolderSize = 10;
+
+const QColor kMatchColor = QColor::fromRgbF(0.556f, 0.979f, 0.0f);
+
+QFont systemFont(double points) {
+    QFont font = QApplication::font();
+    font.setPixelSize(static_cast<int>(points)); // a point of the rows is a pixel of the toolkit
+    return font;
+}
+
+/// The folder that holds a file, with "~" for the home folder.
+QString abbreviatedFolder(const QString& path) {
+    const QString folder = path.left(std::max<qsizetype>(path.lastIndexOf(u'/'), 1));
+    const QString home = QDir::homePath();
+    if (folder == home)
+        return u"~"_s;
+    return folder.startsWith(home + u'/') ? u'~' + folder.mid(home.size()) : folder;
+}
+
+} // namespace
+
+SpotlightResultsCell::SpotlightResultsCell(QObject* parent) : QStyledItemDelegate(parent) {
+    connect(&mIcons, &FileIcons::iconChanged, this, &SpotlightResultsCell::iconChanged);
+}
+
+QString SpotlightResultsCell::accessibilityValue(const SpotlightMatch* match) {
+    return match ? stringWithFormat(u"Name: %@.\nPath: %@"_s, {displayNameOfFile(match->path()), abbreviatedFolder(match->path())}) : QString();
+}
+
+QSize SpotlightResultsCell::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+    return {0, static_cast<int>(SpotlightMatch::kRowHeight)};
+}
+
+void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const auto* controller = qobject_cast<const SpotlightResultsController*>(index.model());
+    const SpotlightMatchRef match = controller ? controller->arrangedObjects().value(index.row()) : nullptr;
+    if (!match)
+        return;
+    QStyleOptionViewItem row = option;
+    const QStyle* style = row.widget ? row.widget->style() : QApplication::style();
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &row, painter, row.widget);
+
+    const bool isHighlighted = row.state & QStyle::State_Selected;
+    const QPalette::ColorGroup group = row.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    const QColor highlight = row.palette.color(group, QPalette::Highlight);
+    const QRectF frame = row.rect;
+    const bool isMirrored = row.direction == Qt::RightToLeft;
+    QRectF icon(frame.left() + kIconIndent, frame.top(), kIconExtent, kIconExtent);
+    QRectF text = frame.adjusted(kTextIndent, 0, 0, 0);
+    if (isMirrored) {
+        icon.moveRight(frame.right() - kIconIndent);
+        text = frame.adjusted(0, 0, -kTextIndent, 0);
+    }
+    const QFileInfo info(match->path());
+    const bool isDirectory = info.isDir();
+    mIcons.iconFor(match->path(), isDirectory, isFilePackage(match->path(), isDirectory)).paint(painter, icon.toRect());
+
+    painter->save();
+    const QColor label = row.palette.color(group, isHighlighted ? QPalette::HighlightedText : QPalette::Text);
+    drawName(*painter, {text.left(), text.top(), text.width(), kNameHeight}, *match, label);
+    QColor note = label;
+    note.setAlphaF(0.6f);
+    painter->setPen(isHighlighted ? contrastingLabelNoteColor(highlight) : note);
+    painter->setFont(systemFont(kFolderSize));
+    const QRectF folderLine = text.adjusted(0, kNameHeight, 0, 0);
+    const QString folder = painter->fontMetrics().elidedText(abbreviatedFolder(match->path()), Qt::ElideMiddle, static_cast<int>(text.width()));
+    painter->drawText(folderLine, (isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine, folder);
+    painter->restore();
+}
+
+/// Kept on purpose: what matched is yellow-green with black letters in a selected row as well.
+void SpotlightResultsCell::drawName(QPainter& painter, const QRectF& line, SpotlightMatch& match, const QColor& color) const {
+    const QFont font = systemFont(kNameSize);
+    const QString whole = match.previewItemTitle();
+    const QString name = QFontMetricsF(font).elidedText(whole, Qt::ElideRight, line.width());
+    const qsizetype shown = name == whole ? name.size() : std::max<qsizetype>(name.size() - 1, 0); // without the sign for what is left out
+    QList<QTextLayout::FormatRange> formats;
+    const auto ranges = match.matchRanges().value_or(NameRanges());
+    for (const NameRange& range : ranges) {
+        const auto length = static_cast<std::uint64_t>(shown);
+        if (range.location >= length || range.length == 0)
+            continue;
+        QTextLayout::FormatRange format{static_cast<int>(range.location), static_cast<int>(std::min(range.length, length - range.location)), {}};
+        format.format.setBackground(kMatchColor);
+        format.format.setForeground(Qt::black);
+        formats << format;
+    }
+    QTextLayout layout(name, font);
+    QTextOption option(Qt::AlignLeading | Qt::AlignAbsolute);
+    option.setWrapMode(QTextOption::NoWrap);
+    layout.setTextOption(option);
+    layout.setFormats(formats);
+    layout.beginLayout();
+    QTextLine textLine = layout.createLine();
+    textLine.setLineWidth(line.width());
+    layout.endLayout();
+    const bool isMirrored = QApplication::layoutDirection() == Qt::RightToLeft;
+    const double x = isMirrored ? line.right() - textLine.naturalTextWidth() : line.left();
+    painter.setPen(color);
+    layout.draw(&painter, {x, line.top() + (line.height() - textLine.height()) / 2});
+}
+
+} // namespace quoddle

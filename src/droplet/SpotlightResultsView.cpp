@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "droplet/SpotlightResultsView.h"
+
+#include "droplet/DropFilesView.h"
+#include "droplet/DropletWindowController.h"
+#include "droplet/SpotlightViewController.h"
+#include "runtime/AppDelegate.h"
+
+#include <QDragEnterEvent>
+
+namespace quoddle {
+
+SpotlightResultsView::SpotlightResultsView(QWidget* parent) : QListView(parent) {
+    _setupView();
+}
+
+void SpotlightResultsView::_setupView() {
+    setUniformItemSizes(true);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAcceptDrops(true);
+    viewport()->setAcceptDrops(true);
+}
+
+void SpotlightResultsView::keyPressEvent(QKeyEvent* event) {
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && mController)
+        mController->doOK();
+    else
+        QListView::keyPressEvent(event);
+}
+
+void SpotlightResultsView::dragEnterEvent(QDragEnterEvent* event) {
+    if (!filenamesFrom(*event->mimeData()))
+        return event->ignore();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    if (auto* controller = dynamic_cast<DropletWindowController*>(AppDelegate::instance()->mainWindowController().get()))
+        controller->showDropFilesViewController();
+}
+
+/// The drop pane is under the pointer by now, or will be with its next move.
+void SpotlightResultsView::dragMoveEvent(QDragMoveEvent* event) {
+    event->setDropAction(Qt::IgnoreAction);
+    event->ignore();
+}
+
+} // namespace quoddle

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+// The list of results. Files that are dragged over it lead to the drop pane, which takes them.
+// Main thread only.
+#pragma once
+
+#include <QListView>
+
+namespace quoddle {
+
+class SpotlightViewController;
+
+class SpotlightResultsView : public QListView {
+    Q_OBJECT
+public:
+    explicit SpotlightResultsView(QWidget* parent = nullptr);
+
+    /// The pane that hears of keys; not owned, null at first.
+    void setController(SpotlightViewController* controller) { mController = controller; }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+
+private:
+    void _setupView();
+
+    SpotlightViewController* mController = nullptr;
+};
+
+} // namespace quoddle

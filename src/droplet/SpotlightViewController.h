@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+// The search pane: the droplet's second mode. Typing drives everything: each change of the text stops the search that runs, drops its hits
+// and begins a new one; what is found is ranked and listed as it comes; Return or a double click opens what is selected.
+// One decision: hits are judged in slices of time, because a script may be asked about each of them, and a slice that belongs to an older
+// text is never shown.
+// Main thread only.
+#pragma once
+
+#include "droplet/SpotlightMatch.h"
+#include "platform/appkit/NSViewController.h"
+#include "platform/search/NSMetadataQuery.h"
+
+#include <QHash>
+#include <QTimer>
+
+namespace Ui {
+class SpotlightViewController;
+}
+
+namespace quoddle {
+
+struct NSNotification;
+class SpotlightResultsController;
+class SpotlightResultsView;
+
+class SpotlightViewController : public NSViewController {
+    Q_OBJECT
+public:
+    explicit SpotlightViewController(QObject* parent = nullptr);
+    ~SpotlightViewController() override;
+
+    NSMetadataQuery& nameQuery() { return *mNameQuery; }
+    const QStringList& contentTerms() const { return mContentTerms; }
+    /// The usable hits, in the order in which they came.
+    const QList<SpotlightMatchRef>& paths() const { return mPaths; }
+    SpotlightResultsController& resultsController() { return *mResultsController; }
+    /// Not since the search began: the best hit is selected by itself.
+    bool selectionChangedByUser() const { return mSelectionChangedByUser; }
+    void setSelectionChangedByUser(bool changed) { mSelectionChangedByUser = changed; }
+    /// What is selected, in the order of the list.
+    QList<SpotlightMatchRef> selectedObjects() const;
+
+    /// Begins anew with what the search field says.
+    void _updateSearchPredicate();
+    void _revealSelectedResultsRow();
+    /// Opens what is selected.
+    void doOK();
+    void doQuit();
+    /// The search field takes the keyboard.
+    void takeFocus();
+
+    // Outlets; the view must have been loaded.
+    SpotlightResultsView* resultsView() const;
+
+protected:
+    QWidget* loadView() override;
+    void viewDidLoad() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void observeQuery();
+    void connectControls();
+    void _applicationsQueryGatheringStart();
+    void _applicationsQueryGatheringProgress();
+    void _applicationsQueryGatheringFinish();
+    void _applicationsQueryUpdated();
+    void stopSearch();
+    void removeAllPaths();
+    void removeGonePaths();
+    /// Judges results that have not been looked at, for as long as a slice lasts.
+    void mergeResults();
+    void showCount();
+    void selectBestHit();
+    void updateButtons();
+    bool handleSearchKey(int key);
+
+    std::unique_ptr<Ui::SpotlightViewController> mUi;
+    std::unique_ptr<NSMetadataQuery> mNameQuery;
+    std::unique_ptr<SpotlightResultsController> mResultsController;
+    QStringList mContentTerms;
+    QList<SpotlightMatchRef> mPaths;
+    QHash<QString, SpotlightMatchRef> mJudged; // by path, everything of this search that was looked at; null: not usable
+    qsizetype mExamined = 0;                   // results of the query that have been looked at, from the first one on
+    bool mHasStale = false;                    // results have gone since
+    bool mSelectionChangedByUser = false;
+    bool mSelectsByItself = false;             // the selection changes, and it is not the user
+    QTimer mNextSlice;
+};
+
+} // namespace quoddle

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "platform/appkit/NSSegmentedControl.h"
+
+#include <QHBoxLayout>
+#include <QToolButton>
+
+namespace quoddle {
+
+NSSegmentedControl::NSSegmentedControl(int segmentCount, QWidget* parent) : QWidget(parent) {
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    for (int segment = 0; segment < segmentCount; ++segment) {
+        auto* made = new QToolButton(this);
+        made->setCheckable(true);
+        made->setFocusPolicy(Qt::TabFocus);
+        layout->addWidget(made);
+        mButtons.addButton(made, segment);
+    }
+    setSelectedSegment(0);
+    connect(&mButtons, &QButtonGroup::idClicked, this, &NSSegmentedControl::action);
+}
+
+QToolButton* NSSegmentedControl::button(int segment) const {
+    return static_cast<QToolButton*>(mButtons.button(segment));
+}
+
+void NSSegmentedControl::setSegment(int segment, const QIcon& icon, const QString& label) {
+    button(segment)->setIcon(icon);
+    button(segment)->setToolTip(label);
+    button(segment)->setAccessibleName(label);
+}
+
+void NSSegmentedControl::setSelectedSegment(int segment) {
+    if (QToolButton* chosen = button(segment))
+        chosen->setChecked(true);
+}
+
+} // namespace quoddle

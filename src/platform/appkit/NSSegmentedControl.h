@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// A row of buttons of which one is pressed.
+// Main thread only.
+#pragma once
+
+#include <QButtonGroup>
+#include <QIcon>
+#include <QWidget>
+
+class QToolButton;
+
+namespace quoddle {
+
+class NSSegmentedControl : public QWidget {
+    Q_OBJECT
+public:
+    explicit NSSegmentedControl(int segmentCount, QWidget* parent = nullptr);
+
+    int segmentCount() const { return static_cast<int>(mButtons.buttons().size()); }
+    /// The label is what is read out, and shown when the pointer rests on the segment.
+    void setSegment(int segment, const QIcon& icon, const QString& label);
+    /// Initially 0.
+    int selectedSegment() const { return mButtons.checkedId(); }
+    /// No action follows.
+    void setSelectedSegment(int segment);
+
+Q_SIGNALS:
+    /// The user has chosen a segment.
+    void action(int segment);
+
+private:
+    QToolButton* button(int segment) const;
+
+    QButtonGroup mButtons;
+};
+
+} // namespace quoddle

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "window/AppletImages.h"
+
+#include "platform/appkit/ImageFile.h"
+#include "platform/appkit/StockIcons.h"
+#include "runtime/AppDelegate.h"
+
+#include <QFileInfo>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kExtent = 512; // pixels: more than any pane shows
+
+/// The largest of the pictures in a file.
+QImage largestPicture(ImageFile& file) {
+    QImage largest;
+    for (int i = 0; i < file.count() && file.select(i); ++i)
+        if (const QImage image = file.read({kExtent, kExtent}); image.width() > largest.width())
+            largest = image;
+    return largest;
+}
+
+/// With its extension or without.
+QString pathInBundle(const QString& name) {
+    const auto bundle = AppDelegate::instance()->mainBundle();
+    for (const QString& type : {u""_s, u"icns"_s, u"png"_s, u"tiff"_s, u"tif"_s, u"jpg"_s, u"jpeg"_s, u"gif"_s, u"svg"_s})
+        if (const QString path = bundle->pathForResource(name, type); !path.isEmpty() && QFileInfo(path).isFile())
+            return path;
+    return {};
+}
+
+} // namespace
+
+QImage AppletImages::imageNamed(const QString& name) {
+    if (name.isEmpty() || name.contains(u'/'))
+        return {};
+    if (const QString path = pathInBundle(name); !path.isEmpty())
+        return imageFile(path);
+    const QIcon icon = name == kMultipleDocumentsImage ? multipleDocumentsIcon() : QIcon::fromTheme(name);
+    return icon.pixmap(QSize(kExtent, kExtent), 1.0).toImage();
+}
+
+QImage AppletImages::imageFile(const QString& path) {
+    ImageFile file(path);
+    return largestPicture(file);
+}
+
+QImage AppletImages::imageWithData(const std::string& data) {
+    ImageFile file(QByteArray::fromStdString(data));
+    return largestPicture(file);
+}
+
+} // namespace quoddle

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+// The images that an applet's script may name: those of its bundle, the system's own, those of the desktop's icon theme.
+// Main thread only.
+#pragma once
+
+#include "runtime/AppDelegateParts.h"
+
+namespace quoddle {
+
+class AppletImages final : public ImageSource {
+public:
+    QImage imageNamed(const QString& name) override;
+    QImage imageFile(const QString& path) override;
+    QImage imageWithData(const std::string& data) override;
+};
+
+} // namespace quoddle
