@@ -112,7 +112,8 @@ void DropFilesView::setSelected(bool selected) {
     QColor color = palette().color(selected ? QPalette::Highlight : QPalette::WindowText);
     if (!selected)
         color.setAlphaF(0.45f);
-    mForthcomingView->setPixmap(tintedImageWithColor(templateImageNamed(u"ForthcomingTemplate"_s, kArtworkExtent, devicePixelRatioF()), color));
+    mForthcomingView->setPixmap(tintedImageWithColor(templateImageNamed(u"ForthcomingTemplate"_s, kArtworkExtent, devicePixelRatioF()),
+                                                     color, QPainter::CompositionMode_SourceIn));
 }
 
 // --- Judging

@@ -4,7 +4,6 @@
 #include "droplet/DropFilesViewController.h"
 #include "droplet/NSImage+Additions.h"
 #include "droplet/SpotlightViewController.h"
-#include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/NSSegmentedControl.h"
 #include "platform/appkit/ProgressBar.h"
 #include "platform/foundation/NSUserDefaults.h"
@@ -72,9 +71,10 @@ QStringList DropletWindowController::toolbarAllowedItemIdentifiers(const NSToolb
 
 NSToolbarItem DropletWindowController::toolbarItemForItemIdentifier(const NSToolbar&, const QString& identifier) {
     if (identifier == ToolbarTitleItemIdentifier) {
-        auto* title = new ElidedLabel;
-        title->setText(window()->windowTitle());
+        auto* title = new QLabel(window()->windowTitle());
+        title->setTextFormat(Qt::PlainText);
         title->setAlignment(Qt::AlignCenter);
+        title->setContentsMargins(8, 0, 8, 0);
         return {identifier, title};
     }
     if (identifier == ToolbarModeItemIdentifier) {

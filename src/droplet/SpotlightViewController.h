@@ -11,6 +11,7 @@
 #include "platform/search/NSMetadataQuery.h"
 
 #include <QHash>
+#include <QPointer>
 #include <QTimer>
 
 namespace Ui {

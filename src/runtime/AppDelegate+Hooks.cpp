@@ -22,6 +22,11 @@ QString localPath(const NSAppleEventDescriptorRef& fileReference) {
     return path ? QString::fromStdString(*path) : QString();
 }
 
+/// Nil when the script has no such property.
+QXOSAIDRef propertyOf(const QXOSAIDRef& script, const QString& name) {
+    return script && script->hasPropertyNamed(name) ? script->propertyForName(name) : nullptr;
+}
+
 } // namespace
 
 std::optional<bool> AppDelegate::askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters) {
@@ -61,7 +66,7 @@ QString AppDelegate::appletDropPrompt() {
 QString AppDelegate::prompt(const QString& propertyName, const QString& defaultKey) {
     try {
         const QXOSAIDRef script = mainScript();
-        if (const QXOSAIDRef value = script ? script->propertyForName(propertyName) : nullptr) {
+        if (const QXOSAIDRef value = propertyOf(script, propertyName)) {
             return stringValue(value->descriptor());
         }
     } catch (const QXOSAException& exception) {
@@ -81,7 +86,7 @@ QImage AppDelegate::appletDropImage() {
 QImage AppDelegate::imageProperty(const QString& propertyName, const QImage& defaultImage) {
     try {
         const QXOSAIDRef script = mainScript();
-        return _imageFromValue(script ? script->propertyForName(propertyName) : nullptr, defaultImage);
+        return _imageFromValue(propertyOf(script, propertyName), defaultImage);
     } catch (const QXOSAException& exception) {
         NSLog(u"%@: %@"_s, {propertyName, exception.reason()});
         return defaultImage;

@@ -18,7 +18,11 @@ NSSegmentedControl::NSSegmentedControl(int segmentCount, QWidget* parent) : QWid
         mButtons.addButton(made, segment);
     }
     setSelectedSegment(0);
-    connect(&mButtons, &QButtonGroup::idClicked, this, &NSSegmentedControl::action);
+    // Not the click: an assistive technology presses a button without one.
+    connect(&mButtons, &QButtonGroup::idToggled, this, [this](int segment, bool isPressed) {
+        if (isPressed && !mIsSetByProgram)
+            Q_EMIT action(segment);
+    });
 }
 
 QToolButton* NSSegmentedControl::button(int segment) const {
@@ -32,8 +36,10 @@ void NSSegmentedControl::setSegment(int segment, const QIcon& icon, const QStrin
 }
 
 void NSSegmentedControl::setSelectedSegment(int segment) {
+    mIsSetByProgram = true;
     if (QToolButton* chosen = button(segment))
         chosen->setChecked(true);
+    mIsSetByProgram = false;
 }
 
 } // namespace quoddle

@@ -32,6 +32,7 @@ private:
     QToolButton* button(int segment) const;
 
     QButtonGroup mButtons;
+    bool mIsSetByProgram = false;
 };
 
 } // namespace quoddle

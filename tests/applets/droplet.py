@@ -1,0 +1,52 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""End to end: a droplet on a display of its own, its search used by keyboard.
+
+    droplet.py BIN [PATTERN]
+"""
+import accessibility
+import harness
+from harness import until
+
+OPENING = """
+on open theFiles
+    repeat with f in theFiles
+        do shell script "echo " & quoted form of POSIX path of f & " >> FOLDER/opened"
+    end repeat
+end open
+"""
+
+
+class Droplet(accessibility.AccessibleCase):
+    def start_among_files(self, name):
+        documents = self.folder / "Documents"
+        documents.mkdir(exist_ok=True)
+        for file in ("Project Report.pdf", "report.txt", "Annual report 2026.odt", "notes.md"):
+            (documents / file).write_text("x")
+        applet = self.start(name, OPENING, options=["-s"])
+        applet.window()
+        return applet
+
+    def test_a_file_is_found_and_opened(self):
+        applet = self.start_among_files("Opener")
+        self.find("Drop files here to open them.", "label")
+        applet.picture("droplet-drop")
+        self.press(self.find("Find files"))
+        self.find("Search", "text")
+        applet.xdotool("type", "report")
+        self.find("3 found", "label")
+        applet.picture("droplet-found")
+        applet.key("Return")
+        until(lambda: applet.said("opened") == f"{self.folder}/Documents/report.txt\n", "the best hit to be opened")
+        # The mode is kept, and what was typed is still there.
+        self.find("3 found", "label")
+        (self.folder / "Documents/report.txt").unlink()
+        self.find("2 found", "label")
+        applet.kill()
+
+    def press(self, control):
+        control.do_action(0)
+
+
+if __name__ == "__main__":
+    harness.main(Droplet)

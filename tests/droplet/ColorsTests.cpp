@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "droplet/NSColor+Additions.h"
+#include "droplet/NSImage+Additions.h"
+
+#include <gtest/gtest.h>
+
+namespace quoddle {
+
+TEST(Colors, LabelsCanBeRead) {
+    EXPECT_EQ(contrastingLabelColor(QColor::fromRgbF(0.5f, 0.5f, 0.5f)), QColor(Qt::black));
+    EXPECT_EQ(contrastingLabelColor(QColor::fromRgbF(0.49f, 0.49f, 0.49f)), QColor(Qt::white));
+    EXPECT_EQ(contrastingLabelColor(QColor()), QColor(Qt::black));
+    EXPECT_EQ(contrastingLabelNoteColor(QColor()), QColor(Qt::black));
+    EXPECT_NEAR(contrastingLabelNoteColor(Qt::white).redF(), 1.0 / 3, 0.01);
+    EXPECT_NEAR(contrastingLabelNoteColor(Qt::black).valueF(), 0.955, 0.001);
+}
+
+TEST(Colors, DarkerAndLighter) {
+    const QColor nearGrey = darkenedColor(QColor::fromHsvF(0.5f, 0.03f, 0.02f, 0.5f));
+    EXPECT_EQ(nearGrey.hsvSaturationF(), 0);
+    EXPECT_EQ(nearGrey.valueF(), 0);
+    EXPECT_NEAR(nearGrey.alphaF(), 0.5, 0.001);
+    const QColor blue = QColor::fromHsvF(0.6f, 0.5f, 0.5f);
+    EXPECT_NEAR(darkenedColor(blue).hsvSaturationF(), 0.62, 0.001);
+    EXPECT_NEAR(darkenedColor(blue).valueF(), 0.455, 0.001);
+    EXPECT_NEAR(darkenedColor(blue).hsvHueF(), 0.6, 0.001);
+    EXPECT_NEAR(lightenedColor(blue).hsvSaturationF(), 0.38, 0.001);
+    EXPECT_NEAR(lightenedColor(blue).valueF(), 0.8, 0.001);
+}
+
+TEST(Images, OnlyOpaquePixelsTakeATint) {
+    QPixmap image(4, 2);
+    image.fill(Qt::transparent);
+    QPainter(&image).fillRect(0, 0, 2, 2, Qt::black);
+    const QImage tinted = tintedImageWithColor(image, Qt::red).toImage();
+    EXPECT_EQ(tinted.pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_EQ(tinted.pixelColor(3, 0).alpha(), 0);
+    EXPECT_TRUE(templateImageNamed(QStringLiteral("none"), 8, 1).isNull());
+    EXPECT_EQ(templateImageNamed(QStringLiteral("DropTemplate"), 8, 2).size(), QSize(16, 16));
+}
+
+} // namespace quoddle
