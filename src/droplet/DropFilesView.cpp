@@ -68,7 +68,8 @@ void DropFilesView::_setupView() {
     setSelected(false);
 
     mColorChange.setDuration(kColorChangeTime);
-    connect(&mColorChange, &QVariantAnimation::valueChanged, this, [this](const QVariant& color) { setBackgroundColor(color.value<QColor>()); });
+    connect(&mColorChange, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& color) { setBackgroundColor(color.value<QColor>()); });
     mNextSlice.setSingleShot(true);
     connect(&mNextSlice, &QTimer::timeout, this, &DropFilesView::judgeNextSlice);
 }

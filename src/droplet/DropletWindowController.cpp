@@ -99,8 +99,9 @@ void DropletWindowController::updateSegmentImages() {
     const double ratio = window()->devicePixelRatioF();
     const auto icon = [&](const QString& name) {
         QIcon made(tintedImageWithColor(templateImageNamed(name, kSegmentExtent, ratio), palette.color(QPalette::ButtonText)));
-        made.addPixmap(tintedImageWithColor(templateImageNamed(name, kSegmentExtent, ratio), palette.color(QPalette::Disabled, QPalette::ButtonText)),
-                       QIcon::Disabled);
+        made.addPixmap(
+            tintedImageWithColor(templateImageNamed(name, kSegmentExtent, ratio), palette.color(QPalette::Disabled, QPalette::ButtonText)),
+            QIcon::Disabled);
         return made;
     };
     mModeControl->setSegment(kDropTab, icon(u"DropTemplate"_s), QObject::tr("Drop files"));

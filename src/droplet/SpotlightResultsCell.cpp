@@ -50,7 +50,8 @@ SpotlightResultsCell::SpotlightResultsCell(QObject* parent) : QStyledItemDelegat
 }
 
 QString SpotlightResultsCell::accessibilityValue(const SpotlightMatch* match) {
-    return match ? stringWithFormat(u"Name: %@.\nPath: %@"_s, {displayNameOfFile(match->path()), abbreviatedFolder(match->path())}) : QString();
+    return match ? stringWithFormat(u"Name: %@.\nPath: %@"_s, {displayNameOfFile(match->path()), abbreviatedFolder(match->path())})
+                 : QString();
 }
 
 QSize SpotlightResultsCell::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
@@ -89,8 +90,10 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     painter->setPen(isHighlighted ? contrastingLabelNoteColor(highlight) : note);
     painter->setFont(systemFont(kFolderSize));
     const QRectF folderLine = text.adjusted(0, kNameHeight, 0, 0);
-    const QString folder = painter->fontMetrics().elidedText(abbreviatedFolder(match->path()), Qt::ElideMiddle, static_cast<int>(text.width()));
-    painter->drawText(folderLine, (isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine, folder);
+    const QString folder =
+        painter->fontMetrics().elidedText(abbreviatedFolder(match->path()), Qt::ElideMiddle, static_cast<int>(text.width()));
+    painter->drawText(folderLine, (isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine,
+                      folder);
     painter->restore();
 }
 
@@ -106,7 +109,8 @@ void SpotlightResultsCell::drawName(QPainter& painter, const QRectF& line, Spotl
         const auto length = static_cast<std::uint64_t>(shown);
         if (range.location >= length || range.length == 0)
             continue;
-        QTextLayout::FormatRange format{static_cast<int>(range.location), static_cast<int>(std::min(range.length, length - range.location)), {}};
+        QTextLayout::FormatRange format{
+            static_cast<int>(range.location), static_cast<int>(std::min(range.length, length - range.location)), {}};
         format.format.setBackground(kMatchColor);
         format.format.setForeground(Qt::black);
         formats << format;

@@ -15,7 +15,7 @@ QStringView lastPathComponent(const QString& path) {
     return QStringView(path).mid(path.lastIndexOf(u'/') + 1);
 }
 
-/// What has no relevance to speak of comes last.
+/// The order of the list. A hit whose relevance is no number comes last.
 bool comesBefore(const SpotlightMatchRef& a, const SpotlightMatchRef& b) {
     const double left = std::isnan(a->relevance()) ? -1 : a->relevance(), right = std::isnan(b->relevance()) ? -1 : b->relevance();
     if (left != right)
@@ -35,7 +35,8 @@ void SpotlightResultsController::addObjects(const QList<SpotlightMatchRef>& matc
     endInsertRows();
     QList<int> order(all);
     std::iota(order.begin(), order.end(), 0);
-    std::inplace_merge(order.begin(), order.begin() + known, order.end(), [this](int a, int b) { return comesBefore(mArranged.at(a), mArranged.at(b)); });
+    std::inplace_merge(order.begin(), order.begin() + known, order.end(),
+                       [this](int a, int b) { return comesBefore(mArranged.at(a), mArranged.at(b)); });
     if (!std::is_sorted(order.begin(), order.end()))
         reorder(order);
 }

@@ -53,7 +53,8 @@ void SpotlightViewController::viewDidLoad() {
     mUi->iconView->setVisible(!image.isNull());
     if (!image.isNull()) {
         const double ratio = mUi->iconView->devicePixelRatioF();
-        QPixmap icon = QPixmap::fromImage(image.scaled(QSize(kIconExtent, kIconExtent) * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        QPixmap icon =
+            QPixmap::fromImage(image.scaled(QSize(kIconExtent, kIconExtent) * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
         icon.setDevicePixelRatio(ratio);
         mUi->iconView->setPixmap(icon);
     }
@@ -168,7 +169,7 @@ void SpotlightViewController::_applicationsQueryGatheringFinish() {
     mergeResults();
 }
 
-/// What has come stands behind the results that were looked at only if none of those has gone.
+/// Results may have gone as well as come, so all of them are looked at again; those that were judged before keep their verdict.
 void SpotlightViewController::_applicationsQueryUpdated() {
     mExamined = 0;
     mHasStale = true;

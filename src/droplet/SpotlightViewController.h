@@ -38,7 +38,7 @@ public:
     /// Not since the search began: the best hit is selected by itself.
     bool selectionChangedByUser() const { return mSelectionChangedByUser; }
     void setSelectionChangedByUser(bool changed) { mSelectionChangedByUser = changed; }
-    /// What is selected, in the order of the list.
+    /// The selected hits, in the order of the list.
     QList<SpotlightMatchRef> selectedObjects() const;
 
     /// Begins anew with what the search field says.
@@ -84,7 +84,7 @@ private:
     qsizetype mExamined = 0;                   // results of the query that have been looked at, from the first one on
     bool mHasStale = false;                    // results have gone since
     bool mSelectionChangedByUser = false;
-    bool mSelectsByItself = false;             // the selection changes, and it is not the user
+    bool mSelectsByItself = false; // the selection changes, and it is not the user
     QTimer mNextSlice;
 };
 

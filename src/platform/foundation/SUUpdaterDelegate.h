@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What an updater asks and tells the application that it keeps up to date.
+// The questions and notices of an updater to the application that it keeps up to date.
 // Main thread.
 #pragma once
 

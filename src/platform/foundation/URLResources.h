@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a predicate can ask about a file, under the names of a URL's resource values.
+// The resource values of a file's URL, as predicates ask for them.
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"

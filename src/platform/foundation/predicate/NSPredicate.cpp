@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/predicate/NSPredicate.h"
 
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/UTType.h"
 #include "platform/foundation/predicate/PredicateWords.h"
 
@@ -14,21 +15,6 @@ namespace {
 
 std::u16string_view view(const QString& text) {
     return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
-}
-
-bool isNumber(const QVariant& value) {
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return true;
-    default:
-        return false;
-    }
 }
 
 bool isText(const QVariant& value) {

@@ -11,8 +11,8 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::size_t kHead = 2;           // characters at the beginning of a spread term that stay together
-constexpr std::int32_t kTimeLimit = 10;    // steps of the expression's engine, each about a millisecond
+constexpr std::size_t kHead = 2;        // characters at the beginning of a spread term that stay together
+constexpr std::int32_t kTimeLimit = 10; // steps of the expression's engine, each about a millisecond
 constexpr int kMostTimeouts = 5;
 constexpr std::size_t kLongestTerm = 1000; // of a longer one the expression would be larger than any name is worth
 
@@ -91,7 +91,8 @@ std::u16string SpreadTerm::expressionFor(std::u16string_view term) {
         extensionPart.append(u".*?(\\.").append(extension).append(u")");
     if (base.size() <= kHead)
         return std::u16string(u"(").append(base).append(u")").append(extensionPart);
-    std::u16string pattern = std::u16string(u".*(").append(base).append(u")").append(extensionPart).append(u"|(").append(base.substr(0, kHead));
+    std::u16string pattern =
+        std::u16string(u".*(").append(base).append(u")").append(extensionPart).append(u"|(").append(base.substr(0, kHead));
     for (const std::u16string_view character : charactersOf(base.substr(kHead)))
         pattern.append(u").*?(").append(character);
     return pattern.append(u")").append(extensionPart);
@@ -168,7 +169,8 @@ NameRanges SpreadTerm::rangesByExpression(std::u16string_view name) {
         mIsCompiled = true;
         const std::u16string pattern = mTerm.size() <= kLongestTerm ? expressionFor(mTerm) : std::u16string();
         if (!pattern.empty())
-            mExpression.reset(uregex_open(pattern.data(), static_cast<std::int32_t>(pattern.size()), UREGEX_CASE_INSENSITIVE, nullptr, &status));
+            mExpression.reset(
+                uregex_open(pattern.data(), static_cast<std::int32_t>(pattern.size()), UREGEX_CASE_INSENSITIVE, nullptr, &status));
         if (mExpression)
             uregex_setTimeLimit(mExpression.get(), kTimeLimit, &status);
     }
@@ -184,7 +186,8 @@ NameRanges SpreadTerm::rangesByExpression(std::u16string_view name) {
     const std::int32_t groups = uregex_groupCount(mExpression.get(), &status);
     for (std::int32_t group = 1; group <= groups; ++group)
         if (const std::int32_t start = uregex_start(mExpression.get(), group, &status); start >= 0)
-            append(ranges, static_cast<std::uint64_t>(start), static_cast<std::uint64_t>(uregex_end(mExpression.get(), group, &status) - start));
+            append(ranges, static_cast<std::uint64_t>(start),
+                   static_cast<std::uint64_t>(uregex_end(mExpression.get(), group, &status) - start));
     return ranges;
 }
 
