@@ -5,7 +5,8 @@
 #pragma once
 
 #include <algorithm>
-#include <optional>
+#include <cstddef>
+#include <limits>
 
 namespace quoddle {
 
@@ -15,7 +16,7 @@ public:
 
     /// Seconds until something may be told, 0 for now. `isUrgent`: what waits does not have to wait for the interval.
     double delay(double now, bool isUrgent) const {
-        return isUrgent || mLeft > 0 || !mToldAt ? 0 : std::max(0.0, *mToldAt + mInterval - now);
+        return isUrgent || mLeft > 0 ? 0 : std::max(0.0, mToldAt + mInterval - now);
     }
     /// How many of so many that wait are to be told now.
     std::size_t beginSlice(std::size_t waiting) {
@@ -37,7 +38,7 @@ private:
 
     double mInterval;
     std::size_t mSize = 8, mLeft = 0; // of what is due
-    std::optional<double> mToldAt;
+    double mToldAt = -std::numeric_limits<double>::infinity(); // nothing has been told yet
 };
 
 } // namespace quoddle
