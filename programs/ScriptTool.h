@@ -20,7 +20,7 @@ std::optional<ComponentInstance> openLanguage(const std::string& program, const 
 /// those inside a bundle. Nothing, with a message printed, when it cannot be read.
 std::optional<std::string> readInput(const std::string& program, const std::string& path);
 
-/// What a status of writing a script means, as a sentence.
+/// A sentence for the status with which a script could not be written.
 std::string messageForWriting(OSStatus status);
 
 /// Loads compiled input or compiles source, told by content. `id` is new.

@@ -43,7 +43,7 @@ struct SocketPair {
     FileDescriptor first, second;
 };
 
-/// What the guard tells of the shell, once.
+/// The one report of the guard about its shell.
 struct Report {
     int error = 0;  // an errno value when the shell could not be started
     int status = 0; // as waitpid() gives it

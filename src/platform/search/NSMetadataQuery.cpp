@@ -21,7 +21,7 @@ double now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-/// What several changes in order come to.
+/// The outcome of several changes in their order.
 struct Difference {
     QStringList added;
     QSet<QString> removed;

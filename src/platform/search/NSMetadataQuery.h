@@ -11,7 +11,7 @@
 
 namespace quoddle {
 
-// What a predicate may ask about a file, and NSMetadataItem::valueForAttribute() tells.
+// The attributes of a file that predicates may ask for and NSMetadataItem::valueForAttribute() answers.
 inline const QString NSMetadataItemPathKey = QStringLiteral("kMDItemPath");
 inline const QString NSMetadataItemFSNameKey = QStringLiteral("kMDItemFSName");           // the last component of the path
 inline const QString NSMetadataItemContentTypeKey = QStringLiteral("kMDItemContentType"); // a uniform type identifier

@@ -53,7 +53,7 @@ void FileNames::remove(Entry entry) {
     ++mRemovedCount;
 }
 
-/// Where the entry stands in the table, or the free place that ends the search for it.
+/// The place of the entry in the table, or the free place that ends the search for it.
 std::size_t FileNames::slotFor(Folder folder, std::string_view name) const {
     std::size_t slot = hashOf(folder, name) & (mTable.size() - 1);
     for (; mTable[slot] != 0; slot = (slot + 1) & (mTable.size() - 1)) {
