@@ -54,7 +54,7 @@ std::string write(const QString& path, const std::string& bytes) {
     return status == noErr ? "" : messageFor(path, status);
 }
 
-/// Also a link that leads nowhere.
+/// Whether something has the path: a file, a folder, or a link, also one that leads nowhere.
 bool stands(const QString& path) {
     return QFileInfo(path).isSymLink() || QFileInfo::exists(path);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "droplet/SearchTerms.h"
 
+#include "platform/base/TextArgument.h"
 #include "platform/search/ranking/NameRanges.h"
 
 #include <QTextBoundaryFinder>
@@ -34,7 +35,7 @@ struct Parts {
     QString base, extension;
 };
 Parts partsOf(const QString& term) {
-    const TermParts parts = splitTerm({reinterpret_cast<const char16_t*>(term.utf16()), static_cast<std::size_t>(term.size())});
+    const TermParts parts = splitTerm(TextArgument(term).view());
     return {QString::fromUtf16(parts.base.data(), static_cast<qsizetype>(parts.base.size())),
             QString::fromUtf16(parts.extension.data(), static_cast<qsizetype>(parts.extension.size()))};
 }

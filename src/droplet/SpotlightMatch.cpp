@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "droplet/SpotlightMatch.h"
 
+#include "platform/base/TextArgument.h"
 #include "platform/foundation/FileTypes.h"
 #include "platform/search/ranking/NameScore.h"
 #include "runtime/AppDelegate.h"
@@ -11,17 +12,13 @@ namespace quoddle {
 
 namespace {
 
-std::u16string_view view(const QString& text) {
-    return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
-}
-
 /// Thousands of hits come with the same term: it is made ready for the first of them.
 SpreadTerm& spreadTerm(const QString& term) {
     static QString sTerm;
     static std::unique_ptr<SpreadTerm> sSpreadTerm;
     if (!sSpreadTerm || term != sTerm) {
         sTerm = term;
-        sSpreadTerm = std::make_unique<SpreadTerm>(view(term));
+        sSpreadTerm = std::make_unique<SpreadTerm>(TextArgument(term).view());
     }
     return *sSpreadTerm;
 }
@@ -47,12 +44,12 @@ std::optional<NameRanges> SpotlightMatch::matchRanges() {
         return mCachedMatchRanges;
     const QString name = displayNameOfFile(mPath);
     if (mMatchTerms.size() == 1) {
-        mCachedMatchRanges = spreadTerm(mMatchTerms.first()).rangesIn(view(name));
+        mCachedMatchRanges = spreadTerm(mMatchTerms.first()).rangesIn(TextArgument(name).view());
     } else if (!mMatchTerms.isEmpty()) {
         std::vector<std::u16string> terms;
         for (const QString& term : mMatchTerms)
             terms.push_back(term.toStdU16String());
-        mCachedMatchRanges = contiguousRanges(terms, view(name));
+        mCachedMatchRanges = contiguousRanges(terms, TextArgument(name).view());
     }
     return mCachedMatchRanges;
 }

@@ -132,7 +132,7 @@ private:
     };
 };
 
-/// What the shared storage of one descriptor takes of the memory at most: its data, its items or fields come on top.
+/// The most memory that the shared storage of one descriptor takes; its data, its items or fields come on top.
 constexpr std::size_t kAELargestStorage = 128;
 
 /// A field of a record, or a parameter or attribute of an event.

@@ -9,10 +9,8 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStyle>
 #include <QVBoxLayout>
 
 namespace quoddle {
@@ -136,9 +134,7 @@ void NSPanel::reject() {
 void NSPanel::setVisible(bool visible) {
     if (visible && !isVisible()) {
         completeLayout(*this);
-        const QSize room = screen()->availableGeometry().size() - QSize(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
-        if (width() > room.width() || height() > room.height())
-            resize(size().boundedTo(room)); // its buttons must be within reach
+        fitToScreen(*this);
     }
     QDialog::setVisible(visible);
 }

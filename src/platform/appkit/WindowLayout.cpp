@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QLayout>
+#include <QScreen>
+#include <QStyle>
 #include <QWidget>
 
 namespace quoddle {
@@ -20,6 +22,14 @@ void completeLayout(QWidget& window) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     if (window.layout())
         window.layout()->activate();
+}
+
+void fitToScreen(QWidget& window) {
+    const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QSize room = window.screen()->availableGeometry().size() - QSize(0, titleBar);
+    const QSize fitting = window.size().boundedTo(room);
+    if (fitting != window.size())
+        window.resize(fitting);
 }
 
 } // namespace quoddle

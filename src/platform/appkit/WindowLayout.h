@@ -12,4 +12,7 @@ namespace quoddle {
 /// Gives what is in the window its fonts and style, and lays it out from the inside to the outside. For a window that is not visible.
 void completeLayout(QWidget& window);
 
+/// Makes a window that is about to appear no larger than its screen, title bar included, so that its buttons are within reach.
+void fitToScreen(QWidget& window);
+
 } // namespace quoddle

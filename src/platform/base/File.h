@@ -24,8 +24,8 @@ Result<std::string, OSStatus> readToEnd(int descriptor, std::size_t maximumSize)
 /// nowhere, -50 a folder or something else that is no file, -120 no such folder, -36 anything else.
 OSStatus writeFile(const std::string& path, std::string_view bytes);
 
-/// Where a file written to `path` ends up: the path itself, or what a link there stands for. -48 when that is nothing, -50 when it is a name
-/// for an open file.
+/// The place where a file written to `path` ends up: the path itself, or what a link there stands for. -48 when that is nothing, -50 when
+/// it is a name for an open file.
 Result<std::string, OSStatus> writtenPath(const std::string& path);
 
 /// A new file with the contents of another, and with its permissions, but for those to run as its owner. Links are not followed, neither at

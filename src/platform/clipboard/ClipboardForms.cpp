@@ -5,6 +5,7 @@
 #include "platform/ae/AEFlatten.h"
 #include "platform/appkit/rtf/RichText.h"
 #include "platform/base/FileURL.h"
+#include "platform/base/TextArgument.h"
 
 #include <algorithm>
 #include <optional>
@@ -203,7 +204,7 @@ public:
 private:
     void addText(const QByteArray& utf8) {
         const QString text = QString::fromUtf8(utf8);
-        forms.push_back(AEDesc::ofText({reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())}));
+        forms.push_back(AEDesc::ofText(TextArgument(text).view()));
     }
 
     const QStringList& mOffered;

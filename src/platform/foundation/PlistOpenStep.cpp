@@ -2,6 +2,7 @@
 // Property lists in the OpenStep text form and its sister, the strings table: the same without the outer braces.
 // Every scalar is a text or data; the form has no numbers.
 #include "platform/base/strings/OpenStepScanner.h"
+#include "platform/base/TextArgument.h"
 #include "platform/foundation/PlistReaders.h"
 
 namespace quoddle::Plist {
@@ -12,8 +13,7 @@ namespace {
 
 class OpenStepReader {
 public:
-    explicit OpenStepReader(const QString& text)
-        : mScanner({reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())}) {}
+    explicit OpenStepReader(const QString& text) : mScanner(TextArgument(text).view()) {}
 
     Value readDocument() {
         if (!mScanner.skipBlanks())

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/CommandDialog.h"
 
+#include "platform/base/TextArgument.h"
+
 #include <QGuiApplication>
 
 namespace quoddle {
 
 AEDesc descriptorOf(const QString& text) {
-    return AEDesc::ofText(std::u16string_view(reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())));
+    return AEDesc::ofText(TextArgument(text).view());
 }
 
 void setResult(AEDesc& reply, AEDesc result) {

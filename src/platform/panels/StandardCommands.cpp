@@ -2,6 +2,7 @@
 #include "platform/panels/StandardCommands.h"
 
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/WindowLayout.h"
 #include "platform/panels/Notification.h"
 
 #include <limits>
@@ -85,6 +86,10 @@ void StandardCommands::show(CommandDialog next) {
     if (dialog.windowTitle().isEmpty())
         dialog.setWindowTitle(standardTitle());
     dialog.setWindowModality(Qt::ApplicationModal);
+    completeLayout(dialog);
+    if (!dialog.testAttribute(Qt::WA_Resized)) // it has no size of its own choice
+        dialog.adjustSize();
+    fitToScreen(dialog);
     dialog.show();
     dialog.raise();
     dialog.activateWindow();

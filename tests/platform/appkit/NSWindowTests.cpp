@@ -5,6 +5,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSTabViewController.h"
 #include "platform/appkit/WindowFrame.h"
+#include "platform/appkit/WindowLayout.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/QtPrinters.h"
@@ -294,6 +295,18 @@ TEST(NSTabViewController, FadesOnlyWhenItIsToAndCan) {
         EXPECT_EQ(tabs.selectedTabViewItemIndex(), 0);
     }
     EXPECT_TRUE(tabs.view()->parent() == nullptr) << "a view outlives the window that showed it";
+}
+
+TEST(WindowLayout, AWindowIsNoLargerThanItsScreen) {
+    QWidget window;
+    const QSize screen = window.screen()->availableGeometry().size();
+    window.resize(screen * 2);
+    fitToScreen(window);
+    EXPECT_EQ(window.width(), screen.width());
+    EXPECT_LT(window.height(), screen.height()) << "the title bar needs room, too";
+    window.resize(200, 100);
+    fitToScreen(window);
+    EXPECT_EQ(window.size(), QSize(200, 100));
 }
 
 } // namespace quoddle

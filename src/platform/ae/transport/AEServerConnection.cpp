@@ -89,8 +89,8 @@ bool AEServerConnection::deliver(Received received) {
     return takeApart(received, event) && handOn(std::move(received), std::move(event));
 }
 
-/// What stands in memory is many times the size of a frame of small descriptors, so it is charged while it is made. False when it makes no
-/// sense, or is more than its sender may have or than there is.
+/// A frame of small descriptors becomes many times its size in memory, so the memory is charged while the descriptors are made. False when
+/// the frame makes no sense, or takes more than its sender may have or than there is.
 bool AEServerConnection::takeApart(Received& received, AEDesc& event) const {
     AECharge& charge = *received.charge;
     std::string& payload = received.frame.payload;

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/predicate/NSPredicate.h"
 
+#include "platform/base/TextArgument.h"
 #include "platform/foundation/NSBundle.h"
-#include "platform/foundation/UTType.h"
 #include "platform/foundation/predicate/PredicateWords.h"
+#include "platform/foundation/UTType.h"
 
 #include <algorithm>
 
@@ -12,10 +13,6 @@ namespace quoddle {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-std::u16string_view view(const QString& text) {
-    return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
-}
 
 bool isText(const QVariant& value) {
     return value.typeId() == QMetaType::QString;
@@ -34,7 +31,8 @@ QString escaped(const QString& text) {
 
 bool areEqual(const QVariant& a, const QVariant& b, std::uint8_t options) {
     if (isText(a) && isText(b))
-        return options ? LikePattern(view(escaped(b.toString())), options).matches(view(a.toString())) : a.toString() == b.toString();
+        return options ? LikePattern(TextArgument(escaped(b.toString())).view(), options).matches(TextArgument(a.toString()).view())
+                       : a.toString() == b.toString();
     if (isNumber(a) && isNumber(b))
         return a.toDouble() == b.toDouble();
     return a == b;
@@ -63,7 +61,7 @@ bool NSPredicate::evaluateWithObject(const QVariantMap& values) const {
 NSComparisonPredicate::NSComparisonPredicate(Expression left, Operator type, std::uint8_t options, Expression right)
     : mLeft(std::move(left)), mOperator(type), mOptions(options), mRight(std::move(right)),
       mPattern(type == Operator::like && !mRight.isKey && isText(mRight.content)
-                   ? std::optional<LikePattern>(std::in_place, view(mRight.content.toString()), options)
+                   ? std::optional<LikePattern>(std::in_place, TextArgument(mRight.content.toString()).view(), options)
                    : std::nullopt) {}
 
 bool NSComparisonPredicate::evaluateWithObject(const PredicateValues& valueForKey) const {
@@ -78,12 +76,13 @@ bool NSComparisonPredicate::evaluateWithObject(const PredicateValues& valueForKe
     if (mOperator == Operator::conformsToType)
         return UTTypeConformsTo(text, wanted);
     if (mPattern)
-        return mPattern->matches(view(text));
+        return mPattern->matches(TextArgument(text).view());
     if (mOperator == Operator::like)
-        return LikePattern(view(wanted), mOptions).matches(view(text));
+        return LikePattern(TextArgument(wanted).view(), mOptions).matches(TextArgument(text).view());
     if (wanted.isEmpty())
         return false;
-    return mOptions ? LikePattern(view(u'*' + escaped(wanted)), mOptions).matches(view(text)) : text.endsWith(wanted);
+    return mOptions ? LikePattern(TextArgument(u'*' + escaped(wanted)).view(), mOptions).matches(TextArgument(text).view())
+                    : text.endsWith(wanted);
 }
 
 QString NSComparisonPredicate::predicateFormat() const {

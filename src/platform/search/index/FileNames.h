@@ -6,7 +6,7 @@
 // that finds a name in its folder is built when it is first asked for, which no search needs. Behind a name that is not ASCII stands the
 // same name reduced.
 //
-// It knows nothing of the file system and of threads. Names are UTF-8.
+// The index knows nothing of the file system and of threads. Names are UTF-8.
 #pragma once
 
 #include "platform/search/index/ReducedName.h"
@@ -43,7 +43,7 @@ public:
     bool isFolder(Entry entry) const { return mEntries[entry].flags & kFolderFlag; }
     bool isASCII(Entry entry) const { return mEntries[entry].flags & kASCIIFlag; }
     std::string_view name(Entry entry) const { return {&mBytes[mEntries[entry].name]}; }
-    /// What NameReducer makes of the name; the name itself when it is ASCII.
+    /// The name as NameReducer reduces it; the name itself when it is ASCII.
     std::string_view reducedName(Entry entry) const {
         const std::string_view bytes = name(entry);
         return isASCII(entry) ? bytes : std::string_view(bytes.data() + bytes.size() + 1);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Reads the names in a folder piece by piece, so that a folder of a million files keeps nobody waiting. One thread at a time.
-// It follows no link below the folder that a search begins with, and leaves out "." and "..".
+// The reader follows no link below the folder that a search begins with, and leaves out "." and "..".
 #pragma once
 
 #include "platform/base/FileDescriptor.h"

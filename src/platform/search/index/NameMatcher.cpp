@@ -2,6 +2,7 @@
 #include "platform/search/index/NameMatcher.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/TextArgument.h"
 #include "platform/search/NSMetadataQuery.h"
 
 #include <vector>
@@ -76,8 +77,7 @@ private:
 class LikeName final : public OfName {
 public:
     LikeName(const NSComparisonPredicate& predicate, NSPredicateRef owner, const QString& pattern)
-        : OfName(std::move(owner)),
-          mPattern({reinterpret_cast<const char16_t*>(pattern.utf16()), static_cast<std::size_t>(pattern.size())}, predicate.options()),
+        : OfName(std::move(owner)), mPattern(TextArgument(pattern).view(), predicate.options()),
           mComparesReduced((predicate.options() & kReducing) == kReducing),
           mLiteral(mComparesReduced ? utf8FromUTF16(mPattern.longestLiteral()) : std::string()) {}
     Answer match(const Name& name) const override {
