@@ -32,6 +32,7 @@
 #include "window/AppletIconView.h"
 #include "window/AppletImages.h"
 #include "window/AppletWindowController.h"
+#include "window/HookStopPanel.h"
 #include "window/TestAppletPanel.h"
 
 #include <cstdio>
@@ -113,12 +114,14 @@ std::shared_ptr<WindowController> loaded() {
     return controller;
 }
 
-AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts, ImageSource& images, AELaunchReason reason) {
+AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts, ImageSource& images, HookStopper& hookStopper,
+                           AELaunchReason reason) {
     AppDelegateParts parts;
     parts.application = &application;
     parts.alerts = &alerts;
     parts.mainBundle = NSBundle::mainBundle();
     parts.images = &images;
+    parts.hookStopper = &hookStopper;
     parts.instantiateController = [](const QString& identifier) {
         return identifier == "dropletWindowController"_L1 ? loaded<DropletWindowController>() : loaded<AppletWindowController>();
     };
@@ -198,9 +201,10 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const 
 int runApplet(NSApplication& application, DesktopApplication& desktop, const Invocation& invocation, AELaunchLock& lock) {
     AppKitAlertPresenter alerts;
     AppletImages images;
+    HookStopPanel hookStopPanel;
     application.setMainMenu(makeMainMenu());
     application.setAction(u"orderFrontStandardAboutPanel:"_s, &showAboutPanel);
-    AppDelegate delegate(makeParts(application, alerts, images, invocation.reason));
+    AppDelegate delegate(makeParts(application, alerts, images, hookStopPanel, invocation.reason));
     application.setDelegate(&delegate);
     AEInstallTransport();
     if (invocation.reason != AELaunchReason::none)

@@ -76,10 +76,12 @@ OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& even
             break;
         }
         const Clock::time_point sliceEnd = std::min(Clock::now() + kSlice, limit);
-        if (isMain)
+        if (isMain) {
             serveEvents(sliceEnd);
-        else
+            tellOfWaiting(*component);
+        } else {
             locked = lock->lockWhenConditionBeforeDate(kHandled, sliceEnd);
+        }
         if (!result->isHandled() && isRunCancelled(*component)) {
             status = component->threadCanceledError();
             break;

@@ -99,6 +99,10 @@ void yieldToDelegate(const QXOSAComponent& component) {
     tellDelegate(component, [](QXOSAComponentDelegate& delegate) { delegate.scriptDidYield(); });
 }
 
+void tellOfWaiting(const QXOSAComponent& component) {
+    tellDelegate(component, [](QXOSAComponentDelegate& delegate) { delegate.scriptWaitsOnMainThread(); });
+}
+
 OSErr OSAActiveCallback(void* refCon) {
     QXOSAComponentRef component = QXOSAComponent::_componentForRefCon(refCon);
     if (!component)

@@ -21,7 +21,9 @@ OSErr OSAResumeCallback(const AEDesc& event, AEDesc* reply, void* component);
 
 /// By its own flag, its operation or the calling thread.
 bool isRunCancelled(const QXOSAComponent& component);
-/// Tells the delegate that the script has come to a place where others may work. The delegate's exceptions end here: the scripting component could not take them.
+/// Tells the delegate that the script has come to a place where others may work; and that a script on the main thread waits for a reply.
+/// The delegate's exceptions end here: the scripting component could not take them.
 void yieldToDelegate(const QXOSAComponent& component);
+void tellOfWaiting(const QXOSAComponent& component);
 
 } // namespace quoddle

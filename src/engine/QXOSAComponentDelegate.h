@@ -13,6 +13,8 @@ public:
     virtual ~QXOSAComponentDelegate() = default;
     /// Often, and once before every event that is sent.
     virtual void scriptDidYield() {}
+    /// A script that the main thread runs waits for a reply: called again and again until the wait is over.
+    virtual void scriptWaitsOnMainThread() {}
     /// Not for requests of terminology ("ascr"/"gdte", "gdut"). The timeout is the effective one.
     virtual void willSendAppleEvent(const AEDesc& event, AESendMode sendMode, std::int32_t sendPriority, std::int32_t timeoutInTicks) {
         (void)event, (void)sendMode, (void)sendPriority, (void)timeoutInTicks;

@@ -16,6 +16,8 @@ namespace {
 constexpr FourCharCode kImageTypes[] = {"GIF "_4cc, "JPEG"_4cc, "PDF "_4cc, "PNG "_4cc, "TIFF"_4cc,
                                         "gif "_4cc, "jpeg"_4cc, "pdf "_4cc, "png "_4cc, "tiff"_4cc};
 
+constexpr double kHookPatience = 1; // seconds until the user is offered to stop a hook
+
 /// Empty when the descriptor names no file.
 QString localPath(const NSAppleEventDescriptorRef& fileReference) {
     const auto path = fileReference ? fileReference->fileURLValue() : std::nullopt;
@@ -29,11 +31,49 @@ QXOSAIDRef propertyOf(const QXOSAIDRef& script, const QString& name) {
 
 } // namespace
 
+/// The time of a hook, from its call to its end. A hook may be asked while another one waits for an answer from elsewhere: the time is
+/// that of the outer one.
+class AppDelegate::HookCall {
+public:
+    explicit HookCall(AppDelegate& delegate) : mDelegate(delegate) {
+        if (mDelegate.mHookDepth++ > 0)
+            return;
+        mDelegate.mHookBegin = mDelegate.mParts.performs->now();
+        mDelegate.mHookWasStopped = false;
+    }
+    ~HookCall() {
+        if (--mDelegate.mHookDepth == 0 && mDelegate.mParts.hookStopper)
+            mDelegate.mParts.hookStopper->dismiss();
+    }
+    HookCall(const HookCall&) = delete;
+    HookCall& operator=(const HookCall&) = delete;
+
+private:
+    AppDelegate& mDelegate;
+};
+
+void AppDelegate::hookDidYield() {
+    if (mHookDepth == 0 || mOffersStop)
+        return;
+    if (!mParts.application->isRunning()) // the end was decided while the hook was running
+        return cancelScript();
+    if (!mParts.hookStopper || mParts.performs->now() - mHookBegin < kHookPatience)
+        return;
+    mOffersStop = true; // what the user does may lead to another hook
+    const bool isStopRequested = mParts.hookStopper->isStopRequested(mainBundle()->name());
+    mOffersStop = false;
+    if (!isStopRequested)
+        return;
+    mHookWasStopped = true;
+    cancelScript();
+}
+
 std::optional<bool> AppDelegate::askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters) {
     const QXOSAIDRef script = mainScript();
     try {
         if (!script || !script->hasHandlerNamed(handlerName))
             return {};
+        const HookCall call(*this);
         const QXOSAIDRef answer = script->executeSubroutine(handlerName, parameters);
         const QXOSAErrorInfoRef error = script->lastError() == errOSAScriptError ? script->component()->lastErrorInfo() : nullptr;
         if (error && error->error() != noErr && error->error() != userCanceledErr) {

@@ -115,6 +115,8 @@ void AppDelegate::_runQuitHandler() {
 
 void AppDelegate::stopRunningScript() {
     setUserStoppedScript(true);
+    if (stopJudgingFiles())
+        return;
     if (_isRespondingToScript())
         cancelScript();
     else if (!hasIdleHandler())

@@ -57,6 +57,8 @@ std::optional<QVariantMap> AppDelegate::readProgress() {
 }
 
 void AppDelegate::scriptDidYield() {
+    if (MainThread::isCurrent())
+        hookDidYield();
     std::unique_lock lock(mObjectLock, std::defer_lock);
     if (!MainThread::isCurrent())
         lock.lock();

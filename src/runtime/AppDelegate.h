@@ -15,6 +15,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 
 namespace quoddle {
 
@@ -76,6 +77,8 @@ public:
     // Hooks: handlers and properties by which a script shapes the applet. A script error in a handler is shown, which ends the applet.
     /// "appletfileisacceptable"; without it every file is, for a script with an open handler. After a script error: false.
     bool isFileAcceptable(const QString& path);
+    /// The user has ended the last hook because it took too long.
+    bool hookWasStopped() const { return mHookWasStopped; }
     /// "appletsearchname" and "appletdropname", else the localised "DefaultFindFilesPrompt" and "DefaultDropFilesPrompt".
     QString appletSearchPrompt();
     QString appletDropPrompt();
@@ -111,6 +114,7 @@ public:
     // Progress
     /// The thread that runs the script; waits for the main thread when there is something new.
     void scriptDidYield() override;
+    void scriptWaitsOnMainThread() override { hookDidYield(); }
     void _progressDidChange(const NSNotification& notification);
     /// Called before a dialog command shows something.
     void willDisplaySheet() { showProgressWhileResponding(); }
@@ -138,12 +142,23 @@ public:
 
 private:
     struct Execution;
+    struct OpenRequest;
+    class HookCall;
 
     bool hasHandler(bool (QXOSAID::*query)());
     static bool ask(const QXOSAIDRef& script, bool (QXOSAID::*query)());
     void prepareMainScript();
     /// Nothing when the script has no such handler or the script layer fails; false after a script error, which is then shown.
     std::optional<bool> askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters = {});
+    /// While a script yields or waits on the main thread: offers the user to stop a hook that takes long.
+    void hookDidYield();
+    /// Asks the script about the files of the requests in their order, for so long at least; what is left comes with a later turn.
+    void judgeFilesToOpen(double seconds);
+    void openAcceptedFiles(const OpenRequest& request);
+    void refuseFiles(const OpenRequest& request);
+    void afterOpening();
+    /// False when no files wait for the script's judgement.
+    bool stopJudgingFiles();
     QString prompt(const QString& propertyName, const QString& defaultKey);
     QImage imageProperty(const QString& propertyName, const QImage& defaultImage);
     /// For a property of the script: to set one to a descriptor without bytes, as an empty text is, would take it away.
@@ -214,6 +229,12 @@ private:
     bool mHasSignal = false;              // the quit that is being decided was asked for by a signal
     bool mSignalIsFinal = false;          // a signal has come while the quit handler was deciding
     bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script
+    std::deque<std::shared_ptr<OpenRequest>> mFilesToJudge; // the first is being judged
+    bool mIsJudgingFiles = false;                           // further up on the stack
+    int mHookDepth = 0;                                     // hooks on the stack
+    double mHookBegin = 0;                                  // of the outermost one, by the clock of the performs
+    bool mHookWasStopped = false;
+    bool mOffersStop = false;             // further up on the stack
     std::recursive_mutex mObjectLock;     // scriptDidYield's; the main thread only ever tries it
 };
 

@@ -49,6 +49,17 @@ public:
     virtual QImage imageWithData(const std::string& data) = 0;
 };
 
+/// Lets the user end a hook that keeps the main thread busy for long.
+class HookStopper {
+public:
+    virtual ~HookStopper() = default;
+    /// Called again and again while the hook runs. Shows that the application of that name waits for its script, and attends to what the
+    /// user does about that, and to nothing else. True when the hook is to be ended.
+    virtual bool isStopRequested(const QString& applicationName) = 0;
+    /// The hook has ended: nothing is shown any more.
+    virtual void dismiss() = 0;
+};
+
 class Updater {
 public:
     virtual ~Updater() = default;
@@ -85,6 +96,8 @@ struct AppDelegateParts {
     /// Lets the user choose the applet for the test mode: its path, empty when the choice was cancelled. Without it the choice is
     /// cancelled.
     std::function<QString()> chooseTestApplet;
+    /// Outlives the delegate. Without it a hook ends by itself or not at all.
+    HookStopper* hookStopper = nullptr;
     /// Outlives the delegate. Without it there is no menu item for updates.
     Updater* updater = nullptr;
 };

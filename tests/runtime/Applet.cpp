@@ -30,7 +30,8 @@ void FakeApplication::replyToApplicationShouldTerminate(bool shouldTerminate) {
         running = false;
 }
 
-void FakeApplication::replyToOpenOrPrint(NSApplicationDelegateReply reply) {
+void FakeApplication::replyToOpenOrPrint(NSApplicationDelegateReply reply, int request) {
+    answered << std::pair(request, static_cast<int>(reply));
     log << u"open reply: %1"_s.arg(static_cast<int>(reply));
 }
 
@@ -79,7 +80,7 @@ void ManualClock::advance(double seconds) {
         mWake.reset();
         onWake();
     }
-    mNow = until;
+    mNow = std::max(mNow, until); // what was called may have moved the time on
 }
 
 struct Applet::FakeUpdater final : Updater {
@@ -138,6 +139,7 @@ Applet::Applet(Options options) {
     parts.isLaunchedInsteadOfRun = options.insteadOfRun;
     parts.areOthersAnswered = options.areOthersAnswered;
     parts.images = options.images;
+    parts.hookStopper = options.hookStopper;
     parts.updater = mUpdater.get();
     delegate = std::make_unique<AppDelegate>(std::move(parts));
     application.delegate = delegate.get();

@@ -18,11 +18,14 @@ public:
     bool running = true;
     bool active = false;
     int refusals = 0;
+    int asked = 0;                       ///< the open request that is being made
+    QList<std::pair<int, int>> answered; ///< open requests and replies
     QStringList log; ///< "terminate: now", "terminate reply: 1", "open reply: 0"
 
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
-    void replyToOpenOrPrint(NSApplicationDelegateReply reply) override;
+    int openRequest() const override { return asked; }
+    void replyToOpenOrPrint(NSApplicationDelegateReply reply, int request) override;
     void terminationWasRefused() override { ++refusals; }
     bool isRunning() const override { return running; }
     bool isActive() const override { return active; }
@@ -82,6 +85,7 @@ public:
         const char* editor = "";      ///< the editor's settings file; none when empty
         const char* strings = "RuntimeErrorInformation = \"because: %@\";";
         ImageSource* images = nullptr;
+        HookStopper* hookStopper = nullptr;
         bool insteadOfRun = false;                        ///< launched for an event in place of the run
         std::function<bool(bool)> areOthersAnswered = {}; ///< nothing: yes
     };

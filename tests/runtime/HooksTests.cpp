@@ -107,6 +107,98 @@ TEST(Hooks, AnswerTheUpdater) {
     }
 }
 
+TEST(Hooks, ThatTakeLongCanBeStopped) {
+    class Stopper final : public HookStopper {
+    public:
+        int requests = 0, dismissals = 0, stopAt = 3;
+        QString name;
+        bool isStopRequested(const QString& applicationName) override {
+            name = applicationName;
+            return ++requests == stopAt;
+        }
+        void dismiss() override { ++dismissals; }
+    } stopper;
+    const struct {
+        double secondsOfTurn; // of which the hook takes ten
+        int stopAt;
+        bool isAcceptable, isStopped, isOffered;
+    } rows[] = {{0.05, 1, true, false, false}, {0.3, 3, false, true, true}, {0.3, 100, true, false, true}, {0.05, 1, true, false, false}};
+    Applet applet({.handlers = "open appletfileisacceptable", .hookStopper = &stopper});
+    applet.delegate->_setupApplication(false);
+    for (const auto& row : rows) {
+        stopper.requests = 0;
+        stopper.stopAt = row.stopAt;
+        ScriptedComponent::sHandlers["appletfileisacceptable"] = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+            for (int turn = 0; turn < 10; ++turn) {
+                applet.advance(row.secondsOfTurn);
+                if (const OSErr stop = run.yield())
+                    return ScriptedComponent::failing(stop, u"User canceled.");
+            }
+            return {AEDesc::ofBoolean(true)};
+        };
+        const int dismissals = stopper.dismissals;
+        EXPECT_EQ(applet.delegate->isFileAcceptable(u"/a"_s), row.isAcceptable);
+        EXPECT_EQ(applet.delegate->hookWasStopped(), row.isStopped);
+        EXPECT_EQ(stopper.requests > 0, row.isOffered);
+        EXPECT_EQ(stopper.dismissals, dismissals + 1);
+    }
+    EXPECT_FALSE(stopper.name.isEmpty());
+    EXPECT_TRUE(applet.alerts.shown.isEmpty()) << "stopping a hook is no error";
+}
+
+TEST(Hooks, JudgeManyFilesInSlices) {
+    Applet applet({.handlers = "open appletfileisacceptable", .info = "KVBStayOpen = YES;"});
+    QStringList files;
+    for (int i = 0; i < 100; ++i)
+        files << u"/f%1"_s.arg(i);
+    int judged = 0;
+    std::vector<std::size_t> opened;
+    std::string last;
+    ScriptedComponent::sHandlers["appletfileisacceptable"] = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        ++judged;
+        applet.advance(0.01);
+        return {AEDesc::ofBoolean(run.event.find("----"_4cc)->items()[0].asUTF8().value_or("").find("no") == std::string::npos)};
+    };
+    ScriptedComponent::sHandlers["open"] = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        const AEDesc* list = run.event.find("----"_4cc);
+        opened.push_back(list->count());
+        last = list->items().back().asUTF8().value_or("");
+        return {};
+    };
+    applet.launch();
+    applet.settle();
+    const auto open = [&](int request, const QStringList& names) {
+        applet.application.asked = request;
+        applet.delegate->applicationOpenFiles(names);
+        applet.application.asked = 0;
+    };
+    const QList<std::pair<int, int>> none;
+
+    open(1, files);
+    open(2, {u"/no"_s}); // behind the first ones
+    EXPECT_LT(judged, 10) << "the window has its turn";
+    EXPECT_EQ(applet.application.answered, none);
+    EXPECT_TRUE(Applet::eventually([&] {
+        applet.advance(0);
+        return applet.application.answered.size() == 2;
+    }));
+    EXPECT_EQ(judged, 101);
+    EXPECT_EQ(opened, std::vector<std::size_t>{100});
+    EXPECT_TRUE(last.ends_with("/f99")) << last;
+    EXPECT_TRUE(applet.application.answered.contains(std::pair(1, 0)));
+    EXPECT_TRUE(applet.application.answered.contains(std::pair(2, 2)));
+    EXPECT_TRUE(applet.windowLog.contains(u"progress"_s));
+
+    applet.application.answered.clear();
+    open(3, files);
+    open(4, files);
+    applet.delegate->stopRunningScript();
+    EXPECT_EQ(applet.application.answered, (QList<std::pair<int, int>>{{3, 1}, {4, 1}}));
+    EXPECT_EQ(applet.windowLog.last(), u"last"_s);
+    applet.advance(1);
+    EXPECT_EQ(opened.size(), 1);
+}
+
 TEST(Hooks, HearOfAnUpdate) {
     Applet applet({.handlers = "run appletupdaterwillinstallupdate appletupdaterwillrelaunchapplication"});
     applet.delegate->_setupApplication(false);

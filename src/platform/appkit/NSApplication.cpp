@@ -89,16 +89,15 @@ void NSApplication::openFiles(const QStringList& filenames, OpenCompletion compl
     mAskedOpenRequest = outer;
 }
 
-void NSApplication::replyToOpenOrPrint(NSApplicationDelegateReply reply) {
-    // Files that are refused at once must not answer for those that are still being opened.
-    auto request = std::find_if(mOpenRequests.begin(), mOpenRequests.end(),
-                                [this](const OpenRequest& open) { return open.number == mAskedOpenRequest; });
-    if (request == mOpenRequests.end())
-        request = mOpenRequests.begin();
-    if (request == mOpenRequests.end())
+void NSApplication::replyToOpenOrPrint(NSApplicationDelegateReply reply, int request) {
+    auto open =
+        std::find_if(mOpenRequests.begin(), mOpenRequests.end(), [request](const OpenRequest& each) { return each.number == request; });
+    if (open == mOpenRequests.end())
+        open = mOpenRequests.begin();
+    if (open == mOpenRequests.end())
         return;
-    const OpenCompletion completion = std::move(request->completion);
-    mOpenRequests.erase(request);
+    const OpenCompletion completion = std::move(open->completion);
+    mOpenRequests.erase(open);
     if (completion)
         completion(reply);
 }

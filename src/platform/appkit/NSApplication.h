@@ -42,10 +42,10 @@ public:
     bool isRunning() const override { return !mTerminating; }
 
     using OpenCompletion = std::function<void(NSApplicationDelegateReply)>;
-    /// Hands files to the delegate. The completion (may be empty) is called when they have been answered for: by a reply that comes while
-    /// the delegate is being asked, or by a later one; later replies answer the requests that are still open in their order.
+    /// Hands files to the delegate. The completion (may be empty) is called when the delegate has answered for them, at once or later.
     void openFiles(const QStringList& filenames, OpenCompletion completion = {});
-    void replyToOpenOrPrint(NSApplicationDelegateReply reply) override;
+    int openRequest() const override { return mAskedOpenRequest; }
+    void replyToOpenOrPrint(NSApplicationDelegateReply reply, int request) override;
 
     /// While an answer is outstanding, asking again asks the delegate again.
     void terminate() override;

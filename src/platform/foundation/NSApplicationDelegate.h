@@ -75,8 +75,10 @@ public:
     virtual void replyToApplicationShouldTerminate(bool shouldTerminate) = 0;
     /// The delegate has found out that the application goes on.
     virtual void terminationWasRefused() = 0;
-    /// Answers the oldest open request; does nothing when there is none.
-    virtual void replyToOpenOrPrint(NSApplicationDelegateReply reply) = 0;
+    /// The number of the open request that the delegate is being asked about, for a delegate that answers later; 0: it is not asked.
+    virtual int openRequest() const = 0;
+    /// Answers the open request of that number, or the oldest one when no open request has it; does nothing when there is none.
+    virtual void replyToOpenOrPrint(NSApplicationDelegateReply reply, int request) = 0;
     /// False once the end was decided: nothing is to be begun or shown any more.
     virtual bool isRunning() const = 0;
     /// Whether one of its windows has the user's attention.

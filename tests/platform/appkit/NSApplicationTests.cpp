@@ -32,6 +32,7 @@ using Reply = NSApplicationTerminateReply;
 class RecordingDelegate final : public NSApplicationDelegate {
 public:
     QStringList calls;
+    QList<int> requests; // the numbers of those to open files
     Reply terminateReply = Reply::now;
     bool quitsAfterLastWindow = true;
     std::function<void()> onLaunch;
@@ -45,7 +46,9 @@ public:
     void applicationOpenFiles(const QStringList& filenames) override {
         calls << u"open "_s + filenames.join(u' ');
         if (filenames.contains(u"/refused"_s))
-            NSApplication::sharedApplication()->replyToOpenOrPrint(NSApplicationDelegateReply::failure);
+            NSApplication::sharedApplication()->replyToOpenOrPrint(NSApplicationDelegateReply::failure,
+                                                                   NSApplication::sharedApplication()->openRequest());
+        requests << NSApplication::sharedApplication()->openRequest();
     }
     Reply applicationShouldTerminate() override {
         calls << u"should"_s;
@@ -171,10 +174,13 @@ TEST_F(NSApplicationTest, AnswersOpenRequestsInOrder) {
     };
     application().openFiles({u"/1"_s}, note(u"first "_s));
     application().openFiles({u"/2"_s}, note(u"second "_s));
-    application().replyToOpenOrPrint(NSApplicationDelegateReply::failure);
-    application().replyToOpenOrPrint(NSApplicationDelegateReply::success);
-    application().replyToOpenOrPrint(NSApplicationDelegateReply::success); // no request is open
-    EXPECT_EQ(answers, (QStringList{u"first 2"_s, u"second 0"_s}));
+    application().openFiles({u"/3"_s}, note(u"third "_s));
+    EXPECT_EQ(application().openRequest(), 0);
+    application().replyToOpenOrPrint(NSApplicationDelegateReply::cancel, delegate.requests.last());
+    application().replyToOpenOrPrint(NSApplicationDelegateReply::failure, 0);
+    application().replyToOpenOrPrint(NSApplicationDelegateReply::success, 0);
+    application().replyToOpenOrPrint(NSApplicationDelegateReply::success, 0); // no request is open
+    EXPECT_EQ(answers, (QStringList{u"third 1"_s, u"first 2"_s, u"second 0"_s}));
 }
 
 TEST_F(NSApplicationTest, FilesThatAreRefusedAtOnceDoNotAnswerForOthers) {
@@ -185,7 +191,7 @@ TEST_F(NSApplicationTest, FilesThatAreRefusedAtOnceDoNotAnswerForOthers) {
     application().openFiles({u"/1"_s}, note(u"first "_s));
     application().openFiles({u"/refused"_s}, note(u"second "_s));
     EXPECT_EQ(answers, (QStringList{u"second 2"_s}));
-    application().replyToOpenOrPrint(NSApplicationDelegateReply::success);
+    application().replyToOpenOrPrint(NSApplicationDelegateReply::success, 0);
     EXPECT_EQ(answers, (QStringList{u"second 2"_s, u"first 0"_s}));
 }
 
@@ -211,7 +217,7 @@ TEST_F(NSApplicationTest, AppleEventsReachTheDelegate) {
             AEDesc reply;
             std::thread sender([&] { status = AESendMessage(row.event, &reply, kAEWaitReply, 600); });
             EXPECT_TRUE(QTest::qWaitFor([&] { return status != 1 || !delegate.calls.isEmpty(); }));
-            application().replyToOpenOrPrint(NSApplicationDelegateReply::cancel);
+            application().replyToOpenOrPrint(NSApplicationDelegateReply::cancel, 0);
             EXPECT_TRUE(QTest::qWaitFor([&] { return status != 1; }));
             sender.join();
             EXPECT_EQ(delegate.calls, row.calls);
