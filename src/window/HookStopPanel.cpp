@@ -38,7 +38,7 @@ void HookStopPanel::show(const QString& applicationName) {
     mPanel->setWindowModality(Qt::ApplicationModal);
     mPanel->setWindowTitle(titleText(applicationName));
     auto* text = new QLabel(
-        QCoreApplication::translate("HookStopPanel", "“%1” is waiting for an answer of its script.").arg(titleText(applicationName)));
+        QCoreApplication::translate("HookStopPanel", "“%1” is waiting for an answer from its script.").arg(titleText(applicationName)));
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
     text->setMinimumWidth(kTextWidth);

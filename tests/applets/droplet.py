@@ -4,6 +4,8 @@
 
     droplet.py BIN [PATTERN]
 """
+import subprocess
+
 import accessibility
 import harness
 from harness import until
@@ -43,6 +45,30 @@ class Droplet(accessibility.AccessibleCase):
         (self.folder / "Documents/report.txt").unlink()
         self.find("2 found", "label")
         applet.kill()
+
+    def test_a_hook_that_loops_can_be_stopped(self):
+        loops = """
+            on appletfileisacceptable(f)
+                repeat
+                    WAIT
+                end repeat
+            end appletfileisacceptable"""
+        file = self.folder / "a.txt"
+        file.write_text("x")
+        for number, wait in enumerate(("", "delay 100", 'do shell script "sleep 100"')):
+            applet = self.start(f"Loops{number}", OPENING + loops.replace("WAIT", wait), options=["-s"])
+            applet.window()
+            opening = subprocess.Popen([str(harness.binaries() / "quoddle-shell"), str(self.folder / f"Loops{number}.app"), str(file)],
+                                       env=applet.environment(), stderr=subprocess.DEVNULL)
+            self.addCleanup(opening.wait)
+            self.find("Waiting for the script", "progress bar")
+            applet.picture(f"droplet-hook{number}")
+            applet.xdotool("key", "Escape")
+            self.assertNotEqual(opening.wait(harness.DEADLINE), 0) # refused
+            self.assertIsNone(applet.process.poll())
+            self.assertEqual(applet.said("opened"), "")
+            applet.process.terminate()
+            applet.ends()
 
     def press(self, control):
         control.do_action(0)
