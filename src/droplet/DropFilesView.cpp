@@ -23,7 +23,7 @@ constexpr int kArtworkExtent = 72; // points
 constexpr int kIconExtent = 96;
 constexpr int kColorChangeTime = 500; // milliseconds
 constexpr qint64 kPatience = 60;      // milliseconds of judging before the window gets its turn for the first time
-constexpr qint64 kSlice = 8;          // and after that
+constexpr int kSlice = 8;             // and after that
 const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
 const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
 
@@ -122,6 +122,7 @@ void DropFilesView::setSelected(bool selected) {
 NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
     setSelected(true);
     mJudgement = {};
+    mJudgement.number = ++mLastJudgement;
     mNextSlice.stop();
     const auto filenames = filenamesFrom(pasteboard);
     if (!filenames)
@@ -143,10 +144,17 @@ bool DropFilesView::isAccepted(const QString& filename, bool previous) const {
 }
 
 void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
+    if (mIsAsking) // the script waits for something while it judges a file of an earlier drag
+        return mNextSlice.start(kSlice);
     const QPointer<DropFilesView> alive(this);
     while (mJudgement.next < mJudgement.filenames.size()) {
+        const int number = mJudgement.number;
+        mIsAsking = true;
         const bool accepted = isAccepted(mJudgement.filenames.at(mJudgement.next), mJudgement.isAccepted);
-        if (!alive || !mJudgement.isUnderWay) // a script's error has ended the applet, or the drag is over
+        if (!alive) // a script's error has ended the applet
+            return;
+        mIsAsking = false;
+        if (!mJudgement.isUnderWay || mJudgement.number != number) // the drag is over
             return;
         mJudgement.isAccepted = accepted;
         ++mJudgement.next;

@@ -63,6 +63,7 @@ private:
     struct Judgement {
         QStringList filenames;
         qsizetype next = 0;
+        int number = 0; // of the drag
         bool isAccepted = false;
         bool isUnderWay = false;
         bool isDropped = false;
@@ -88,6 +89,8 @@ private:
     QVariantAnimation mColorChange;
     Judgement mJudgement;
     QTimer mNextSlice;
+    int mLastJudgement = 0;
+    bool mIsAsking = false; // the script, further up on the stack
     bool mIsSelected = false;
 };
 

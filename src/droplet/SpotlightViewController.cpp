@@ -68,6 +68,7 @@ void SpotlightViewController::viewDidLoad() {
     mUi->progressView->setSizePolicy(keepingRoom);
     mUi->progressView->setIndeterminate(true);
     mUi->progressView->hide();
+    mUi->delayView->hide();
     connectControls();
 
     mNameQuery = std::make_unique<NSMetadataQuery>();
@@ -93,14 +94,9 @@ void SpotlightViewController::connectControls() {
 }
 
 void SpotlightViewController::observeQuery() {
-    const auto observe = [this](const QString& name, void (SpotlightViewController::*handler)()) {
+    const auto observe = [this](const QString& name, void (SpotlightViewController::*handler)(const NSNotification&)) {
         NSNotificationCenter::defaultCenter().addObserver(
-            this,
-            [this, handler](const NSNotification& notification) {
-                if (notification.object == mNameQuery.get())
-                    (this->*handler)();
-            },
-            name);
+            this, [this, handler](const NSNotification& notification) { (this->*handler)(notification); }, name, mNameQuery.get());
     };
     observe(NSMetadataQueryDidUpdateNotification, &SpotlightViewController::_applicationsQueryUpdated);
     observe(NSMetadataQueryDidStartGatheringNotification, &SpotlightViewController::_applicationsQueryGatheringStart);
@@ -132,24 +128,30 @@ void SpotlightViewController::_updateSearchPredicate() {
 }
 
 void SpotlightViewController::stopSearch() {
-    mUi->progressView->stopAnimation();
-    mUi->progressView->hide();
+    ++mSearch;
+    stopQuery();
     mUi->resultsCountView->clear();
-    mNameQuery->stopQuery();
-    mNextSlice.stop();
+    mUi->delayView->hide();
     removeAllPaths();
 }
 
+void SpotlightViewController::stopQuery() {
+    mUi->progressView->stopAnimation();
+    mUi->progressView->hide();
+    mNameQuery->stopQuery();
+    mNextSlice.stop();
+    mUnjudged.clear();
+    mJudged = 0;
+}
+
 void SpotlightViewController::removeAllPaths() {
-    mJudged.clear();
-    mExamined = 0;
-    mHasStale = false;
+    mMatches.clear();
     mPaths.clear();
     mResultsController->removeAllObjects();
     updateButtons();
 }
 
-void SpotlightViewController::_applicationsQueryGatheringStart() {
+void SpotlightViewController::_applicationsQueryGatheringStart(const NSNotification&) {
     if (!mNameQuery->isStarted())
         return;
     mUi->progressView->show();
@@ -157,78 +159,100 @@ void SpotlightViewController::_applicationsQueryGatheringStart() {
     mUi->resultsCountView->clear();
 }
 
-void SpotlightViewController::_applicationsQueryGatheringProgress() {
-    mergeResults();
+void SpotlightViewController::_applicationsQueryGatheringProgress(const NSNotification& notification) {
+    _applicationsQueryUpdated(notification);
 }
 
-void SpotlightViewController::_applicationsQueryGatheringFinish() {
+void SpotlightViewController::_applicationsQueryGatheringFinish(const NSNotification&) {
     if (mNameQuery->isGathering())
         return;
     mUi->progressView->stopAnimation();
     mUi->progressView->hide();
+    mUi->delayView->setVisible(!mNameQuery->followsChangesAtOnce());
     mergeResults();
 }
 
-/// Results may have gone as well as come, so all of them are looked at again; those that were judged before keep their verdict.
-void SpotlightViewController::_applicationsQueryUpdated() {
-    mExamined = 0;
-    mHasStale = true;
+void SpotlightViewController::_applicationsQueryUpdated(const NSNotification& notification) {
+    removePaths(notification.userInfo.value(NSMetadataQueryUpdateRemovedItemsKey).toStringList());
+    mUnjudged += notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).toStringList();
     mergeResults();
 }
 
-void SpotlightViewController::removeGonePaths() {
-    QHash<QString, SpotlightMatchRef> gone = mJudged;
-    for (qsizetype i = 0; i < mNameQuery->resultCount(); ++i)
-        gone.remove(mNameQuery->resultAtIndex(i).path());
-    QSet<const SpotlightMatch*> stale;
-    for (auto entry = gone.constBegin(); entry != gone.constEnd(); ++entry) {
-        mJudged.remove(entry.key());
-        if (entry.value())
-            stale << entry.value().get();
-    }
-    if (stale.isEmpty())
+void SpotlightViewController::removePaths(const QStringList& paths) {
+    if (paths.isEmpty())
         return;
+    const QSet<QString> gone(paths.begin(), paths.end());
+    if (mIsMerging)
+        mGoneMeanwhile += gone;
+    mUnjudged.remove(0, std::exchange(mJudged, 0));
+    mUnjudged.removeIf([&gone](const QString& path) { return gone.contains(path); });
+    QSet<const SpotlightMatch*> stale;
+    for (const QString& path : gone)
+        if (const SpotlightMatchRef match = mMatches.take(path))
+            stale << match.get();
     mPaths.removeIf([&stale](const SpotlightMatchRef& match) { return stale.contains(match.get()); });
     mSelectsByItself = true;
     mResultsController->removeObjects(stale);
     mSelectsByItself = false;
 }
 
-void SpotlightViewController::mergeResults() {
-    if (std::exchange(mHasStale, false))
-        removeGonePaths();
+SpotlightMatchRef SpotlightViewController::makeMatch(const QString& path) const {
+    const NSMetadataItem item(path);
+    const double relevance = item.valueForAttribute(NSMetadataQueryResultContentRelevanceAttribute).toDouble();
+    if (NSLogIsTracing())
+        NSLogTrace(u"kMDItemFSName: %@, kMDItemContentType: %@, kMDItemContentTypeTree: %@ relevance: %f"_s,
+                   {item.valueForAttribute(NSMetadataItemFSNameKey), item.valueForAttribute(NSMetadataItemContentTypeKey),
+                    item.valueForAttribute(NSMetadataItemContentTypeTreeKey), relevance});
+    return std::make_shared<SpotlightMatch>(path, mContentTerms, relevance);
+}
+
+std::optional<QList<SpotlightMatchRef>> SpotlightViewController::judgeSlice() {
     const QPointer<SpotlightViewController> alive(this);
-    const QStringList terms = mContentTerms;
+    const int search = mSearch;
     QElapsedTimer time;
     time.start();
     QList<SpotlightMatchRef> usable;
-    for (; mExamined < mNameQuery->resultCount() && time.elapsed() < kSlice; ++mExamined) {
-        const NSMetadataItem item = mNameQuery->resultAtIndex(mExamined);
-        const QString path = item.path();
-        if (path.isEmpty() || mJudged.contains(path))
-            continue;
-        const double relevance = item.valueForAttribute(NSMetadataQueryResultContentRelevanceAttribute).toDouble();
-        if (NSLogIsTracing())
-            NSLogTrace(u"kMDItemFSName: %@, kMDItemContentType: %@, kMDItemContentTypeTree: %@ relevance: %f"_s,
-                       {item.valueForAttribute(NSMetadataItemFSNameKey), item.valueForAttribute(NSMetadataItemContentTypeKey),
-                        item.valueForAttribute(NSMetadataItemContentTypeTreeKey), relevance});
-        const auto match = std::make_shared<SpotlightMatch>(path, terms, relevance);
+    mGoneMeanwhile.clear();
+    while (mJudged < mUnjudged.size() && time.elapsed() < kSlice) {
+        const SpotlightMatchRef match = makeMatch(mUnjudged.at(mJudged++));
         const bool isUsable = match->usableMatch(); // asks the script, whose error ends the applet
-        if (!alive)
-            return;
-        mJudged.insert(path, isUsable ? match : nullptr);
+        if (!alive || search != mSearch)
+            return std::nullopt;
         if (isUsable)
             usable << match;
+        else if (AppDelegate::instance()->hookWasStopped())
+            stopQuery(); // the next files would ask the same script
     }
-    mPaths += usable;
-    mSelectsByItself = true;
-    mResultsController->addObjects(usable);
-    selectBestHit();
-    mSelectsByItself = false;
-    showCount();
-    if (mExamined < mNameQuery->resultCount())
+    usable.removeIf([this](const SpotlightMatchRef& match) { return mGoneMeanwhile.contains(match->path()); });
+    return usable;
+}
+
+void SpotlightViewController::mergeResults() {
+    if (mIsMerging) // the script waits for something while it judges a file
+        return;
+    mIsMerging = true;
+    const QPointer<SpotlightViewController> alive(this);
+    const auto usable = judgeSlice();
+    if (!alive)
+        return;
+    mIsMerging = false;
+    if (usable) {
+        for (const SpotlightMatchRef& match : *usable)
+            mMatches.insert(match->path(), match);
+        mPaths += *usable;
+        mSelectsByItself = true;
+        mResultsController->addObjects(*usable);
+        selectBestHit();
+        mSelectsByItself = false;
+        showCount();
+        QTimer::singleShot(0, this, &SpotlightViewController::_revealSelectedResultsRow);
+    }
+    if (mJudged < mUnjudged.size()) {
         mNextSlice.start(0);
-    QTimer::singleShot(0, this, &SpotlightViewController::_revealSelectedResultsRow);
+    } else {
+        mUnjudged.clear();
+        mJudged = 0;
+    }
 }
 
 void SpotlightViewController::showCount() {

@@ -61,15 +61,19 @@ protected:
 private:
     void observeQuery();
     void connectControls();
-    void _applicationsQueryGatheringStart();
-    void _applicationsQueryGatheringProgress();
-    void _applicationsQueryGatheringFinish();
-    void _applicationsQueryUpdated();
+    void _applicationsQueryGatheringStart(const NSNotification& notification);
+    void _applicationsQueryGatheringProgress(const NSNotification& notification);
+    void _applicationsQueryGatheringFinish(const NSNotification& notification);
+    void _applicationsQueryUpdated(const NSNotification& notification);
+    void stopQuery();
     void stopSearch();
     void removeAllPaths();
-    void removeGonePaths();
+    void removePaths(const QStringList& paths);
     /// Judges results that have not been looked at, for as long as a slice lasts.
     void mergeResults();
+    /// The usable ones among the next results. Nothing when the search, or the pane, did not survive the judging.
+    std::optional<QList<SpotlightMatchRef>> judgeSlice();
+    SpotlightMatchRef makeMatch(const QString& path) const;
     void showCount();
     void selectBestHit();
     void updateButtons();
@@ -80,9 +84,12 @@ private:
     std::unique_ptr<SpotlightResultsController> mResultsController;
     QStringList mContentTerms;
     QList<SpotlightMatchRef> mPaths;
-    QHash<QString, SpotlightMatchRef> mJudged; // by path, everything of this search that was looked at; null: not usable
-    qsizetype mExamined = 0;                   // results of the query that have been looked at, from the first one on
-    bool mHasStale = false;                    // results have gone since
+    QHash<QString, SpotlightMatchRef> mMatches; // those in mPaths by their path
+    QStringList mUnjudged;                      // results of the query
+    qsizetype mJudged = 0;                      // how many of them, from the first one on, have been judged all the same
+    int mSearch = 0;                            // the number of the search; a new text begins a new one
+    bool mIsMerging = false;                    // further up on the stack
+    QSet<QString> mGoneMeanwhile;               // paths that went while they, or others, were being judged
     bool mSelectionChangedByUser = false;
     bool mSelectsByItself = false; // the selection changes, and it is not the user
     QTimer mNextSlice;
