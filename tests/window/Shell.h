@@ -18,9 +18,11 @@
 
 namespace quoddle::test {
 
-class Shell {
+/// `Controller`: the class of the window's controller.
+template<class Controller>
+class ShellWith {
 public:
-    explicit Shell(const char* info = "KVBShowStartupScreen = NO;", const char* handlers = "run") {
+    explicit ShellWith(const char* info = "KVBShowStartupScreen = NO;", const char* handlers = "run") {
         ScriptedComponent::registerComponent();
         const QString contents = mFolder.path() + QStringLiteral("/Demo.app/Contents/");
         write(contents + QStringLiteral("Info.plist"),
@@ -31,14 +33,14 @@ public:
         parts.alerts = &mAlerts;
         parts.mainBundle = NSBundle::bundleWithPath(mFolder.path() + QStringLiteral("/Demo.app"));
         parts.instantiateController = [this](const QString&) {
-            controller = std::make_shared<AppletWindowController>();
+            controller = std::make_shared<Controller>();
             controller->load();
             return controller;
         };
         delegate = std::make_unique<AppDelegate>(std::move(parts));
         NSApplication::sharedApplication()->setDelegate(delegate.get());
     }
-    ~Shell() {
+    ~ShellWith() {
         AppDelegate::cancelScripts();
         AppDelegate::waitForScripts(std::chrono::seconds(10));
         NSApplication::sharedApplication()->setDelegate(nullptr);
@@ -50,7 +52,7 @@ public:
         write(mFolder.path() + QStringLiteral("/Demo.app/Contents/Resources/") + name, content);
     }
     /// Makes the window without starting anything.
-    AppletWindowController& setUp() {
+    Controller& setUp() {
         delegate->_setupApplication(false);
         return *controller;
     }
@@ -67,7 +69,7 @@ public:
     }
 
     std::unique_ptr<AppDelegate> delegate;
-    std::shared_ptr<AppletWindowController> controller;
+    std::shared_ptr<Controller> controller;
 
 private:
     static void write(const QString& path, const QByteArray& content) {
@@ -79,5 +81,7 @@ private:
     QTemporaryDir mFolder;
     AppKitAlertPresenter mAlerts;
 };
+
+using Shell = ShellWith<AppletWindowController>;
 
 } // namespace quoddle::test

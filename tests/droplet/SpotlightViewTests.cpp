@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+#include "droplet/SpotlightViewController.h"
+
+#include "droplet/DropletWindowController.h"
+#include "droplet/SpotlightResultsController.h"
+#include "droplet/SpotlightResultsView.h"
+#include "platform/foundation/QtPrinters.h"
+#include "window/Shell.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+using test::ScriptedComponent;
+using Shell = test::ShellWith<DropletWindowController>;
+
+namespace {
+
+/// The search pane of a droplet, above a folder of its own.
+class SpotlightViewTest : public testing::Test {
+protected:
+    explicit SpotlightViewTest(const char* handlers = "open appletfileisacceptable")
+        : shell("KVBStayOpen = YES; KVBShowStartupScreen = NO;", handlers), pane(shell.setUp().searchViewController()),
+          field(*pane.view()->findChild<QLineEdit*>(u"searchView"_s)), count(*pane.view()->findChild<QLabel*>(u"resultsCountView"_s)) {
+        ScriptedComponent::sHandlers["appletfileisacceptable"] = [this](ScriptedComponent::Run& run) { return judge(run); };
+        ScriptedComponent::sHandlers["open"] = [this](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+            QStringList names;
+            for (const AEDesc& file : run.event.find("----"_4cc)->items())
+                names << QString::fromStdString(file.asUTF8().value_or("")).section(u'/', -1);
+            MainThread::dispatchAsync([this, names] { opened << names; });
+            return {};
+        };
+        pane.nameQuery().setSearchScopes({folder.path()});
+    }
+
+    void make(const QStringList& names) {
+        for (const QString& name : names) {
+            QFile file(folder.filePath(name));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+    }
+    QStringList shown() const {
+        QStringList names;
+        for (const SpotlightMatchRef& match : pane.resultsController().arrangedObjects())
+            names << match->previewItemTitle();
+        return names;
+    }
+    bool shows(const QStringList& names) {
+        return QTest::qWaitFor([&] { return !pane.nameQuery().isGathering() && shown() == names; }, 10'000);
+    }
+
+    QTemporaryDir folder;
+    std::function<ScriptedComponent::Outcome(ScriptedComponent::Run&)> judge = [](ScriptedComponent::Run&) {
+        return ScriptedComponent::Outcome{AEDesc::ofBoolean(true)};
+    };
+    QStringList opened;
+    Shell shell;
+    SpotlightViewController& pane;
+    QLineEdit& field;
+    QLabel& count;
+};
+
+} // namespace
+
+TEST_F(SpotlightViewTest, FindsRanksAndFollows) {
+    make({u"report.txt"_s, u"Project Report.pdf"_s, u"b report.txt"_s, u"a report.txt"_s, u"other.txt"_s});
+    field.setText(u"r"_s);
+    EXPECT_FALSE(pane.nameQuery().isStarted()) << "one character is no search";
+    EXPECT_TRUE(count.text().isEmpty());
+
+    field.setText(u"  report "_s);
+    EXPECT_TRUE(shows({u"report.txt"_s, u"a report.txt"_s, u"b report.txt"_s, u"Project Report.pdf"_s})) << testing::PrintToString(shown());
+    EXPECT_EQ(count.text(), u"4 found"_s);
+    EXPECT_EQ(pane.contentTerms(), QStringList{u"report"_s});
+
+    // What stays is the same object; the selection of the best hit follows until the user chooses.
+    const SpotlightMatchRef kept = pane.resultsController().arrangedObjects().at(1);
+    EXPECT_EQ(pane.selectedObjects().size(), 1);
+    make({u"report"_s});
+    ASSERT_TRUE(QFile::remove(folder.filePath(u"b report.txt"_s)));
+    EXPECT_TRUE(shows({u"report"_s, u"report.txt"_s, u"a report.txt"_s, u"Project Report.pdf"_s})) << testing::PrintToString(shown());
+    EXPECT_EQ(pane.resultsController().arrangedObjects().at(2), kept);
+    EXPECT_EQ(pane.paths().size(), 4);
+    EXPECT_EQ(pane.selectedObjects().value(0), pane.resultsController().arrangedObjects().first());
+    pane.resultsView()->setCurrentIndex(pane.resultsController().index(2));
+    ASSERT_TRUE(QFile::remove(folder.filePath(u"report"_s)));
+    EXPECT_TRUE(shows({u"report.txt"_s, u"a report.txt"_s, u"Project Report.pdf"_s}));
+    EXPECT_EQ(pane.selectedObjects().value(0), kept);
+
+    field.setText(u"other"_s);
+    EXPECT_TRUE(pane.resultsController().arrangedObjects().isEmpty()) << "no hit of the text before";
+    EXPECT_TRUE(shows({u"other.txt"_s}));
+    field.clear();
+    EXPECT_TRUE(pane.paths().isEmpty());
+    EXPECT_FALSE(pane.nameQuery().isStarted());
+    EXPECT_TRUE(count.text().isEmpty());
+}
+
+TEST_F(SpotlightViewTest, OpensWhatIsSelected) {
+    make({u"report.txt"_s, u"a report.txt"_s, u"b report.txt"_s});
+    field.setText(u"report"_s);
+    ASSERT_TRUE(shows({u"report.txt"_s, u"a report.txt"_s, u"b report.txt"_s}));
+    QTest::keyClick(&field, Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return opened == QStringList{u"report.txt"_s}; }));
+    opened.clear();
+    auto* selection = pane.resultsView()->selectionModel();
+    selection->select(pane.resultsController().index(2), QItemSelectionModel::ClearAndSelect);
+    selection->select(pane.resultsController().index(1), QItemSelectionModel::Select);
+    QTest::keyClick(pane.resultsView(), Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return opened == QStringList({u"a report.txt"_s, u"b report.txt"_s});
+    })) << testing::PrintToString(opened);
+}
+
+TEST_F(SpotlightViewTest, TheScriptJudgesTheHits) {
+    make({u"report 1"_s, u"report 2"_s, u"report 3"_s});
+    judge = [](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        return {AEDesc::ofBoolean(!run.event.find("----"_4cc)->items()[0].asUTF8()->ends_with("2"))};
+    };
+    field.setText(u"report"_s);
+    EXPECT_TRUE(shows({u"report 1"_s, u"report 3"_s}));
+    EXPECT_EQ(count.text(), u"2 found"_s);
+}
+
+/// A hook that waits lets other events in: other results, and the removal of the file that it is asked about.
+TEST_F(SpotlightViewTest, WhatComesWhileTheScriptWaitsIsNeitherLostNorShownTwice) {
+    make({u"report 1"_s, u"report 2"_s, u"report 3"_s});
+    QStringList asked;
+    judge = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        const QString name = QString::fromStdString(*run.event.find("----"_4cc)->items()[0].asUTF8()).section(u'/', -1);
+        asked << name;
+        if (asked.size() == 1) {
+            make({u"report 4"_s});
+            QFile::remove(folder.filePath(name));
+            QTest::qWait(700); // longer than a batch
+        }
+        return {AEDesc::ofBoolean(true)};
+    };
+    field.setText(u"report"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return asked.size() >= 4; }, 10'000));
+    QTest::qWait(400);
+    QStringList expected{u"report 1"_s, u"report 2"_s, u"report 3"_s, u"report 4"_s};
+    expected.removeAll(asked.first());
+    EXPECT_TRUE(shows(expected)) << testing::PrintToString(shown());
+    EXPECT_EQ(pane.paths().size(), 3);
+}
+
+} // namespace quoddle
