@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs|bench-search.
+# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs|bench-search|bench-rank.
 # What is there already costs one question to dpkg; nothing is asked of the network then.
 # It changes nothing without the rights to do so: it says what is to be typed instead.
 
@@ -11,6 +11,7 @@ test_packages=(libgtest-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python
 bench_packages=(lua5.4 luajit)
 bench_dialogs_packages=(zenity kdialog)
 bench_search_packages=(plocate)
+bench_rank_packages=(fzy)
 
 # The packages for $1 that are missing, one a line.
 missing_packages() {
@@ -21,6 +22,7 @@ missing_packages() {
 	bench) wanted+=("${bench_packages[@]}") ;;
 	bench-dialogs) wanted+=("${bench_dialogs_packages[@]}") ;;
 	bench-search) wanted+=("${bench_search_packages[@]}") ;;
+	bench-rank) wanted+=("${bench_rank_packages[@]}") ;;
 	esac
 	for package in "${wanted[@]}"; do
 		dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || echo "$package"

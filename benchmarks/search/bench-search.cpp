@@ -6,6 +6,7 @@
 //   memory
 //                                        for each file: memory; the later ones from memory: TERM.hit, TERM.whole, TERM.count; then how long
 //                                        it takes until a file that is made, renamed, removed is told of: made, renamed, removed
+#include "Names.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSNotificationCenter.h"
 #include "platform/search/NSMetadataQuery.h"
@@ -16,7 +17,6 @@
 #include <fcntl.h>
 #include <fstream>
 #include <malloc.h>
-#include <random>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -32,30 +32,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kFilesOfAFolder = 91;
-constexpr const char* kWords[] = {"report", "Invoice", "holiday", "Photo",  "IMG_",    "meeting",    "notes",  "Budget",
-                                  "draft",  "final",   "scan",    "Letter", "backup",  "Screenshot", "résumé", "Übersicht",
-                                  "main",   "index",   "test",    "config", "project", "music",      "recipe", "Map"};
-constexpr const char* kSeparators[] = {" ", "-", "_", ""};
-constexpr const char* kExtensions[] = {".pdf", ".txt", ".jpg", ".png", ".odt", ".cpp", ".h", ".html", ".mp3", ".tar.gz", ""};
-
-class Names {
-public:
-    std::string file() {
-        std::string name = one(kWords) + one(kSeparators) + one(kWords) + one(kSeparators) + std::to_string(mEngine() % 100'000);
-        return name + one(kExtensions);
-    }
-    std::string folder() { return one(kWords) + " " + std::to_string(mNumber++); }
-    std::size_t below(std::size_t limit) { return mEngine() % limit; }
-
-private:
-    template<std::size_t N>
-    std::string one(const char* const (&list)[N]) {
-        return list[mEngine() % N];
-    }
-    std::mt19937 mEngine{7};
-    int mNumber = 0;
-};
-
 int make(const std::string& top, int files) {
     Names names;
     std::vector<std::string> folders{top};

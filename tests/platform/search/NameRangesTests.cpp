@@ -9,6 +9,9 @@
 #include <algorithm>
 #include <random>
 
+#include <unicode/uchar.h>
+#include <unicode/ustring.h>
+
 namespace quoddle {
 
 void PrintTo(const NameRange& range, std::ostream* out) {
@@ -171,12 +174,31 @@ TEST(SpreadTerm, IsFoundWholeOrSpread) {
 TEST(SpreadTerm, FindsTheSameWithoutItsExpression) {
     RandomText random;
     for (int i = 0; i < 5'000; ++i) {
-        SpreadTerm term(random(u"aAbc.-", 6));
+        const bool isASCII = i % 2 == 0;
+        SpreadTerm term(random(isASCII ? u"aAbc.-" : u"aAksf.", 6));
         for (int j = 0; j < 20; ++j) {
-            const std::u16string name = random(j % 5 == 0 ? u"aAbBc.\n\u0130é" : u"aAbBc.-", 16);
+            const std::u16string name = random(isASCII ? u"aAbBc.-\n" : u"aAkKsfﬁßKſé\u0130\u0085\u2028.日", 40);
             ASSERT_EQ(term.rangesIn(name), term.rangesByExpression(name)) << i << " " << utf8FromUTF16(name);
         }
     }
+}
+
+TEST(SpreadTerm, KnowsTheCharactersThatCountAsASCII) {
+    int known = 0;
+    for (char16_t unit = 0x80; unit < 0xFFFF; ++unit) {
+        char16_t folded[8];
+        UErrorCode status = U_ZERO_ERROR;
+        const auto length = static_cast<std::size_t>(u_strFoldCase(folded, 8, &unit, 1, U_FOLD_CASE_DEFAULT, &status));
+        if (std::none_of(folded, folded + length, [](char16_t each) { return each < 0x80; }))
+            continue;
+        ++known;
+        SpreadTerm term(std::u16string_view(folded, length));
+        for (const std::u16string& name : {std::u16string(1, unit), u"0123456789" + std::u16string(2, unit)})
+            EXPECT_EQ(term.rangesIn(name), term.rangesByExpression(name)) << std::hex << int(unit);
+        SpreadTerm letter(std::u16string_view(folded, 1));
+        EXPECT_EQ(letter.rangesIn({&unit, 1}), letter.rangesByExpression({&unit, 1})) << std::hex << int(unit);
+    }
+    EXPECT_GT(known, 10);
 }
 
 TEST(SpreadTerm, GivesUpOnWhatTakesForEver) {

@@ -4,6 +4,8 @@
 // All places and lengths count UTF-16 units.
 #pragma once
 
+#include "platform/search/ranking/EightUnits.h"
+
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -60,7 +62,9 @@ public:
     static std::u16string expressionFor(std::u16string_view term);
 
 private:
-    bool isPlain(std::u16string_view name) const;
+    /// True: the term is not in the name. False: it may be.
+    bool lacksHead(std::u16string_view name) const;
+    static bool isPlain(std::u16string_view name);
     NameRanges rangesInPlainName(std::u16string_view name) const;
 
     struct Close {
@@ -68,7 +72,12 @@ private:
     };
     std::unique_ptr<URegularExpression, Close> mExpression; // made when first needed
     const std::u16string mTerm;
-    std::u16string mBase, mSuffix; // in small letters; the suffix with its dot
+    std::u16string mBase, mSuffix;          // in small letters; the suffix with its dot
+    static constexpr std::size_t kHead = 2; // characters at the beginning of the term that stay together
+    /// A character of the head eight times, and the bit in which its capital differs, if it is a letter.
+    struct {
+        EightUnits small{}, caseBit{};
+    } mHead[kHead];
     bool mIsPlain = false;
     bool mIsCompiled = false;
     int mTimeouts = 0;

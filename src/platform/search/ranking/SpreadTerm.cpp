@@ -2,6 +2,7 @@
 #include "platform/search/ranking/NameRanges.h"
 
 #include "platform/base/Text.h"
+#include "platform/search/ranking/EightUnits.h"
 
 #include <algorithm>
 #include <unicode/ubrk.h>
@@ -11,19 +12,40 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::size_t kHead = 2;        // characters at the beginning of a spread term that stay together
 constexpr std::int32_t kTimeLimit = 10; // steps of the expression's engine, each about a millisecond
 constexpr int kMostTimeouts = 5;
+constexpr std::size_t kUsualName = 256;    // UTF-16 units
 constexpr std::size_t kLongestTerm = 1000; // of a longer one the expression would be larger than any name is worth
+
+/// The characters that are not ASCII but count as some, or several, when upper and lower case are the same: sharp s as "ss", the Kelvin
+/// sign as "k", ligatures. Source: CaseFolding.txt of the Unicode character database, kinds C and F.
+constexpr std::u16string_view kFoldedToASCII =
+    u"\u00DF\u0130\u0149\u017F\u01F0\u1E96\u1E97\u1E98\u1E99\u1E9A\u1E9E\u212A\uFB00\uFB01\uFB02\uFB03\uFB04\uFB05\uFB06";
 
 bool isPlainSign(char16_t unit) {
     return unit >= u' ' && unit < 0x7F && std::u16string_view(u"\\^$.|?*+()[]{}").find(unit) == std::u16string_view::npos;
 }
 
-std::u16string inSmallLetters(std::u16string_view text) {
-    std::u16string small(text);
-    std::transform(small.begin(), small.end(), small.begin(), &foldedASCII);
-    return small;
+/// Whether none of eight or more units stands for ASCII characters though it is none itself; some that do not are refused along with them.
+bool isNoneFoldedToASCII(std::u16string_view name) {
+    EightUnits folded{};
+    forEachEight(name, [&](std::size_t at) {
+        const EightUnits units = eightUnitsAt(name.data() + at);
+        folded |= EightUnits(units == 0xDF) | EightUnits((units >= 0x130) & (units <= 0x1F0)) | EightUnits(units >= 0x1E96);
+    });
+    return !isAnySet(folded);
+}
+
+/// Eight or more units in small letters. True when all are plain ASCII.
+bool putInSmallLetters(std::u16string_view name, char16_t* small) {
+    EightUnits foreign{};
+    forEachEight(name, [&](std::size_t at) {
+        EightUnits units = eightUnitsAt(name.data() + at);
+        foreign |= EightUnits(units < u' ') | EightUnits(units > u'~');
+        units |= EightUnits((units >= u'A') & (units <= u'Z')) & 0x20;
+        std::memcpy(small + at, &units, sizeof units);
+    });
+    return !isAnySet(foreign);
 }
 
 /// Composed character sequences.
@@ -46,23 +68,10 @@ void append(NameRanges& ranges, std::uint64_t location, std::uint64_t length) {
         ranges.push_back({location, length});
 }
 
-std::size_t findSmall(std::u16string_view name, std::u16string_view small, std::size_t from) {
-    for (std::size_t at = from; at + small.size() <= name.size(); ++at) {
-        std::size_t i = 0;
-        while (i < small.size() && foldedASCII(name[at + i]) == small[i])
-            ++i;
-        if (i == small.size())
-            return at;
-    }
-    return std::u16string_view::npos;
-}
-
-/// The last place that ends at or before `end`.
-std::size_t findLastSmall(std::u16string_view name, std::u16string_view small, std::size_t end) {
-    for (std::size_t at = end >= small.size() ? end - small.size() + 1 : 0; at-- > 0;)
-        if (findSmall(name.substr(at, small.size()), small, 0) == 0)
-            return at;
-    return std::u16string_view::npos;
+std::u16string inSmallLetters(std::u16string_view text) {
+    std::u16string small(text);
+    std::transform(small.begin(), small.end(), small.begin(), &foldedASCII);
+    return small;
 }
 
 } // namespace
@@ -103,6 +112,11 @@ SpreadTerm::SpreadTerm(std::u16string_view term) : mTerm(term) {
     mBase = inSmallLetters(base);
     if (!extension.empty())
         mSuffix = u'.' + inSmallLetters(extension);
+    for (std::size_t i = 0; i < kHead && i < mBase.size(); ++i) {
+        mHead[i].small = EightUnits{} + mBase[i];
+        const std::uint16_t caseBit = mBase[i] >= u'a' && mBase[i] <= u'z' ? 0x20 : 0;
+        mHead[i].caseBit = EightUnits{} + caseBit;
+    }
     mIsPlain = std::all_of(base.begin(), base.end(), isPlainSign) && std::all_of(extension.begin(), extension.end(), isPlainSign);
 }
 
@@ -113,54 +127,88 @@ void SpreadTerm::Close::operator()(URegularExpression* expression) const {
 }
 
 NameRanges SpreadTerm::rangesIn(std::u16string_view name) {
-    return mIsPlain && isPlain(name) ? rangesInPlainName(name) : rangesByExpression(name);
+    if (!mIsPlain)
+        return rangesByExpression(name);
+    if (lacksHead(name))
+        return {};
+    char16_t small[kUsualName];
+    if (name.size() < kEight || name.size() > kUsualName)
+        return isPlain(name) ? rangesInPlainName(inSmallLetters(name)) : rangesByExpression(name);
+    if (!putInSmallLetters(name, small) && !isPlain(name))
+        return rangesByExpression(name);
+    return rangesInPlainName({small, name.size()});
 }
 
-/// Among plain characters upper and lower case are all that the expression takes for the same, and "." stands for each.
-bool SpreadTerm::isPlain(std::u16string_view name) const {
-    return std::all_of(name.begin(), name.end(), [](char16_t unit) { return unit >= u' ' && unit < 0x7F; });
+/// Most names of a large list end here, so that a few instructions look at eight characters.
+bool SpreadTerm::lacksHead(std::u16string_view name) const {
+    if (mBase.size() < kHead || name.size() <= kEight)
+        return false;
+    EightUnits all{}, found{};
+    forEachEight(name.substr(1), [&](std::size_t at) {
+        const EightUnits here = eightUnitsAt(name.data() + at), next = eightUnitsAt(name.data() + at + 1);
+        all |= here | next;
+        found |= EightUnits((here | mHead[0].caseBit) == mHead[0].small) & EightUnits((next | mHead[1].caseBit) == mHead[1].small);
+    });
+    return !isAnySet(found) && (!isAnySet(all & 0xFF80) || isNoneFoldedToASCII(name));
 }
 
+/// In a plain name the expression takes for the same only upper and lower case of ASCII letters, and "." stands for each character.
+bool SpreadTerm::isPlain(std::u16string_view name) {
+    constexpr std::u16string_view kLineEnds = u"\u0085\u2028\u2029";
+    return std::all_of(name.begin(), name.end(), [=](char16_t unit) {
+        return unit < 0x7F ? unit >= u' '
+                           : unit != 0x7F && kLineEnds.find(unit) == kLineEnds.npos && kFoldedToASCII.find(unit) == kFoldedToASCII.npos;
+    });
+}
+
+/// `name`: in small letters.
 NameRanges SpreadTerm::rangesInPlainName(std::u16string_view name) const {
     constexpr auto kNone = std::u16string_view::npos;
     NameRanges ranges;
     const auto appendSuffix = [&](std::size_t from) {
         if (mSuffix.empty())
             return true;
-        const std::size_t at = findSmall(name, mSuffix, from);
+        const std::size_t at = name.find(mSuffix, from);
         if (at == kNone)
             return false;
         append(ranges, at, mSuffix.size());
         return true;
     };
     if (mBase.size() <= kHead) {
-        const std::size_t at = findSmall(name, mBase, 0);
+        const std::size_t at = name.find(mBase);
         if (at == kNone)
             return {};
         append(ranges, at, mBase.size());
         return appendSuffix(at + mBase.size()) ? ranges : NameRanges();
     }
-    const std::size_t lastSuffix = mSuffix.empty() ? name.size() : findLastSmall(name, mSuffix, name.size());
+    const std::size_t lastSuffix = mSuffix.empty() ? name.size() : name.rfind(mSuffix);
     if (lastSuffix == kNone)
         return {};
-    std::size_t at = findSmall(name, std::u16string_view(mBase).substr(0, kHead), 0);
+    std::size_t at = name.find(std::u16string_view(mBase).substr(0, kHead));
     if (at == kNone)
         return {};
-    if (const std::size_t whole = findLastSmall(name, mBase, lastSuffix); whole != kNone) {
-        append(ranges, whole, mBase.size());
-        appendSuffix(whole + mBase.size());
+    // Most names lack one of the pieces, and then they do not have the whole either.
+    std::size_t end = at + kHead;
+    for (const char16_t wanted : std::u16string_view(mBase).substr(kHead)) {
+        end = name.find(wanted, end);
+        if (end++ == kNone)
+            return {};
+    }
+    if (!mSuffix.empty() && name.find(mSuffix, end) == kNone)
+        return {};
+    if (const std::size_t whole = name.substr(at, lastSuffix - std::min(at, lastSuffix)).rfind(mBase); whole != kNone) {
+        append(ranges, at + whole, mBase.size());
+        appendSuffix(at + whole + mBase.size());
         return ranges;
     }
     append(ranges, at, kHead);
     at += kHead;
     for (const char16_t wanted : std::u16string_view(mBase).substr(kHead)) {
-        while (at < name.size() && foldedASCII(name[at]) != wanted)
-            ++at;
-        if (at == name.size())
-            return {};
+        at = name.find(wanted, at);
         append(ranges, at++, 1);
     }
-    return appendSuffix(at) ? ranges : NameRanges();
+    appendSuffix(at);
+    return ranges;
 }
 
 NameRanges SpreadTerm::rangesByExpression(std::u16string_view name) {
