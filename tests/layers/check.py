@@ -19,6 +19,7 @@ MAY = {
     "platform/foundation": ["platform/base"],
     "platform/search": ["platform/base", "platform/foundation"],
     "platform/appkit": ["platform/base", "platform/ae", "platform/foundation"],
+    "platform/preview": ["platform/base", "platform/foundation", "platform/appkit"],
     "platform/panels": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
     "platform/clipboard": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
     "engine": ["platform/base", "platform/ae", "platform/osa", "platform/foundation"],
@@ -27,7 +28,7 @@ MAY = {
                 "engine", "runtime"],
     "window": ["platform/base", "platform/ae", "platform/osa", "platform/foundation", "platform/appkit", "engine", "runtime"],
 }
-MAY["droplet"] = MAY["window"] + ["platform/search", "dialogs", "window"]
+MAY["droplet"] = MAY["window"] + ["platform/search", "platform/preview", "dialogs", "window"]
 PLAIN = ["platform/base", "platform/ae", "platform/osa", "platform/applescript", "platform/additions"]
 WIDGETLESS = PLAIN + ["platform/foundation", "platform/search", "engine", "runtime"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')

@@ -76,6 +76,17 @@ Result<std::string, OSStatus> readAll(int descriptor, std::size_t expectedSize, 
     return bytes;
 }
 
+Result<FileDescriptor, OSStatus> openRegularFile(const std::string& path, struct stat& info) {
+    if (!isName(path))
+        return Failure{kBadName};
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
+    if (!file.isOpen() || ::fstat(file.number(), &info) != 0)
+        return Failure{statusFromErrno(errno)};
+    if (!S_ISREG(info.st_mode))
+        return Failure{paramErr};
+    return file;
+}
+
 /// The place where a file is to be written, and the file that is there already. Links are resolved by the kernel, which refuses those that
 /// its protection of shared folders does not trust.
 struct Place {
@@ -204,19 +215,26 @@ OSStatus statusFromErrno(int error) {
 }
 
 Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maximumSize) {
-    if (!isName(path))
-        return Failure{kBadName};
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
-    if (!file.isOpen())
-        return Failure{statusFromErrno(errno)};
     struct stat info {};
-    if (::fstat(file.number(), &info) != 0)
-        return Failure{statusFromErrno(errno)};
-    if (!S_ISREG(info.st_mode))
-        return Failure{paramErr};
+    const auto file = openRegularFile(path, info);
+    if (!file)
+        return Failure{file.error()};
     if (static_cast<std::size_t>(info.st_size) > maximumSize)
         return Failure{memFullErr};
-    return readAll(file.number(), static_cast<std::size_t>(info.st_size), maximumSize);
+    return readAll(file->number(), static_cast<std::size_t>(info.st_size), maximumSize);
+}
+
+Result<std::string, OSStatus> readFileStart(const std::string& path, std::size_t maximumSize) {
+    struct stat info {};
+    const auto file = openRegularFile(path, info);
+    if (!file)
+        return Failure{file.error()};
+    std::string bytes(std::min(maximumSize, static_cast<std::size_t>(info.st_size)), '\0');
+    const ssize_t count = TEMP_FAILURE_RETRY(::read(file->number(), bytes.data(), bytes.size()));
+    if (count < 0)
+        return Failure{statusFromErrno(errno)};
+    bytes.resize(static_cast<std::size_t>(count));
+    return bytes;
 }
 
 Result<std::string, OSStatus> readToEnd(int descriptor, std::size_t maximumSize) {

@@ -14,6 +14,9 @@ namespace quoddle {
 /// the reading failed.
 Result<std::string, OSStatus> readFile(const std::string& path, std::size_t maximumSize);
 
+/// The first `maximumSize` bytes of a file, or all where there are fewer. Errors as above; no file is too large.
+Result<std::string, OSStatus> readFileStart(const std::string& path, std::size_t maximumSize);
+
 /// Reads an open descriptor, such as that of a pipe, and waits for its end. -108: more than `maximumSize` bytes; -36: the reading failed.
 Result<std::string, OSStatus> readToEnd(int descriptor, std::size_t maximumSize);
 

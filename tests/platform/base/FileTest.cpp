@@ -64,6 +64,7 @@ TEST_F(FileTest, AFullDiskCostsTheNewFileOnly) {
     EXPECT_EQ(filesInFolder(), 1u);
     EXPECT_EQ(writeFile(path, "after"), noErr);
     EXPECT_EQ(*readFile(path, 1000), "after");
+    EXPECT_EQ(*readFileStart(path, 3), "aft");
 }
 
 TEST_F(FileTest, KeepsThePermissionsAndSaysWhatFailed) {
@@ -76,6 +77,10 @@ TEST_F(FileTest, KeepsThePermissionsAndSaysWhatFailed) {
     EXPECT_EQ(status.st_mode & 0777, 0640u);
     EXPECT_EQ(readFile(folder + "/none", 10).error(), fnfErr);
     EXPECT_EQ(readFile(path, 0).error(), memFullErr);
+    EXPECT_EQ(readFileStart(folder + "/none", 10).error(), fnfErr);
+    EXPECT_EQ(readFileStart(folder, 10).error(), paramErr);
+    EXPECT_EQ(*readFileStart(path, 0), "");
+    EXPECT_EQ(*readFileStart(path, 10), "y");
     EXPECT_NE(writeFile(folder + "/none/a", "x"), noErr);
     const std::string cut = path + std::string("\0b", 2);
     EXPECT_EQ(readFile(cut, 10).error(), -37);

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+// quoddle-preview: decodes a picture, or the pages of a document, and writes their pixels to standard output as PictureStream reads them.
+//
+//   quoddle-preview picture|pages WIDTH HEIGHT PAGES FILE      for programs only; nothing is larger than WIDTH × HEIGHT pixels
+//
+// One decision: the file may come from anybody and what decodes it may fail, so this process has little to lose: little time and memory, no
+// file it could write, and it ends with whoever has started it.
+#include "platform/appkit/ImageFile.h"
+#include "platform/base/ProgramMain.h"
+#include "platform/foundation/FileBytes.h"
+#include "platform/preview/PictureStream.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+
+#include <QGuiApplication>
+#include <QPainter>
+#ifdef QUODDLE_HAS_QTPDF
+#include <QPdfDocument>
+#endif
+
+using namespace quoddle;
+
+namespace {
+
+using End = PictureStream::End;
+
+constexpr int kMostPictures = 64;                  // of one file are looked at for the largest
+constexpr qint64 kMostPageBytes = qint64{128} << 20; // of a document
+constexpr qint64 kMostMegabytes = 256;              // of one decoded picture
+constexpr rlim_t kProcessorTime = 10;               // seconds
+#ifndef __SANITIZE_ADDRESS__
+constexpr rlim_t kMemory = rlim_t{2} << 30; // bytes of address space
+#endif
+
+void limitProcess() {
+    const auto limit = [](int resource, rlim_t most) {
+        const rlimit both{most, most};
+        ::setrlimit(static_cast<__rlimit_resource>(resource), &both);
+    };
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    limit(RLIMIT_CORE, 0);
+    limit(RLIMIT_FSIZE, 0);
+    std::signal(SIGXFSZ, SIG_IGN); // a message to a standard error that is a file is lost, no more
+    limit(RLIMIT_CPU, kProcessorTime);
+#ifndef __SANITIZE_ADDRESS__
+    limit(RLIMIT_AS, kMemory);
+#endif
+}
+
+bool write(const QByteArray& bytes) {
+    return std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout) == static_cast<std::size_t>(bytes.size());
+}
+
+bool write(const QImage& image) {
+    const QImage picture = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    bool isWritten = write(PictureStream::head(picture));
+    for (int y = 0; y < picture.height() && isWritten; ++y)
+        isWritten = std::fwrite(picture.constScanLine(y), 4, static_cast<std::size_t>(picture.width()), stdout) ==
+                    static_cast<std::size_t>(picture.width());
+    return isWritten && std::fflush(stdout) == 0;
+}
+
+/// The largest one of those that the file has; an icon has several sizes.
+End writePicture(const QString& path, QSize largest) {
+    QImageReader::setAllocationLimit(kMostMegabytes);
+    ImageFile file(path);
+    const int count = std::min(file.count(), kMostPictures); // it cannot go back among them
+    int best = 0;
+    qint64 mostPixels = -1;
+    for (int i = 0; i < count && file.select(i); ++i) {
+        const QSize size = file.size();
+        const qint64 pixels = qint64{size.width()} * size.height();
+        if (pixels > mostPixels) {
+            mostPixels = pixels;
+            best = i;
+        }
+    }
+    ImageFile chosen(path);
+    const QImage picture = chosen.select(best) ? chosen.read(largest) : QImage();
+    if (picture.isNull())
+        return mostPixels > (kMostMegabytes << 20) / 4 ? End::tooLarge : End::unreadable;
+    write(picture);
+    return End::whole;
+}
+
+End writePages([[maybe_unused]] const QString& path, [[maybe_unused]] QSize largest, [[maybe_unused]] int mostPages) {
+#ifdef QUODDLE_HAS_QTPDF
+    auto bytes = bytesOfFile(path, kMostPageBytes);
+    if (!bytes)
+        return bytes.error() == memFullErr ? End::tooLarge : End::unreadable;
+    QBuffer buffer(&*bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QPdfDocument document;
+    document.load(&buffer);
+    if (document.status() != QPdfDocument::Status::Ready || document.pageCount() < 1)
+        return End::unreadable;
+    const int count = std::min(document.pageCount(), mostPages);
+    for (int i = 0; i < count; ++i) {
+        const QSize size = document.pagePointSize(i).scaled(largest, Qt::KeepAspectRatio).toSize().expandedTo({1, 1}).boundedTo(largest);
+        QImage page(size, QImage::Format_ARGB32_Premultiplied);
+        page.fill(Qt::white);
+        const QImage drawn = document.render(i, size);
+        if (drawn.isNull() || page.isNull())
+            return i == 0 ? End::unreadable : End::cut;
+        QPainter(&page).drawImage(0, 0, drawn);
+        if (!write(page))
+            return End::cut;
+    }
+    return count < document.pageCount() ? End::cut : End::whole;
+#else
+    return End::unreadable;
+#endif
+}
+
+int perform(int argc, char** argv) {
+    const QByteArrayView source = argc == 6 ? argv[1] : "";
+    const bool isPages = source == "pages";
+    if (!isPages && source != "picture") {
+        std::fputs("quoddle-preview: decodes pictures for other programs, which start it\n", stderr);
+        return EXIT_FAILURE;
+    }
+    limitProcess();
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication application(argc, argv);
+    const QString path = QFile::decodeName(argv[5]);
+    const QSize largest(std::atoi(argv[2]), std::atoi(argv[3]));
+    write(PictureStream::head(isPages ? writePages(path, largest, std::atoi(argv[4])) : writePicture(path, largest)));
+    return EXIT_SUCCESS;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("quoddle-preview", argc, argv, &perform);
+}
