@@ -28,10 +28,10 @@ namespace {
 
 using End = PictureStream::End;
 
-constexpr int kMostPictures = 64;                  // of one file are looked at for the largest
+constexpr int kMostPictures = 64;                    // of one file are looked at for the largest
 constexpr qint64 kMostPageBytes = qint64{128} << 20; // of a document
-constexpr qint64 kMostMegabytes = 256;              // of one decoded picture
-constexpr rlim_t kProcessorTime = 10;               // seconds
+constexpr qint64 kMostMegabytes = 256;               // of one decoded picture
+constexpr rlim_t kProcessorTime = 10;                // seconds
 #ifndef __SANITIZE_ADDRESS__
 constexpr rlim_t kMemory = rlim_t{2} << 30; // bytes of address space
 #endif

@@ -93,8 +93,8 @@ void ElidedLabel::drawLine(QPainter& painter, const QString& line) const {
     painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     if (!mTabularFigures || line.isRightToLeft()) {
         // A painter aligns by its own direction, which is not always the label's.
-        const auto alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | Qt::AlignLeading);
-        painter.drawText(area, static_cast<int>(alignment | Qt::AlignAbsolute) | Qt::TextSingleLine, line);
+        const auto visual = QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | (alignment() & Qt::AlignHorizontal_Mask));
+        painter.drawText(area, static_cast<int>(visual | Qt::AlignAbsolute) | Qt::TextSingleLine, line);
         return;
     }
     const int figure = figureWidth(fontMetrics());

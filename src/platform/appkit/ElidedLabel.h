@@ -21,7 +21,8 @@ public:
     /// In the quieter colour of additional information.
     bool isSecondary() const { return mSecondary; }
     void setSecondary(bool secondary);
-    /// Digits all as wide as the widest, so that counting does not make the line tremble.
+    /// Digits all as wide as the widest, so that counting does not make the line tremble. Such a line begins at the label's edge, whatever
+    /// its alignment.
     bool hasTabularFigures() const { return mTabularFigures; }
     void setTabularFigures(bool tabularFigures);
     /// Where the ellipsis goes; at the end unless set.

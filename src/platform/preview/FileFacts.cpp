@@ -30,8 +30,8 @@ QString kindOf(const QFileInfo& info, const FileFacts& facts) {
         return facts.isPackage ? u"Package"_s : u"Folder"_s;
     if (!info.isFile())
         return u"Special file"_s;
-    const QString known = QMimeDatabase().mimeTypeForFile(info).comment();
-    return known.isEmpty() ? u"Document"_s : capitalized(known);
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(info);
+    return type.isDefault() || type.comment().isEmpty() ? u"Document"_s : capitalized(type.comment());
 }
 
 void countItems(FileFacts& facts, const std::atomic<bool>& isCancelled) {

@@ -10,8 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kTimeLimit = 10'000;              // milliseconds
-constexpr qint64 kMostPixels = qint64{40} << 20; // of all pictures of a file together
+constexpr int kTimeLimit = 10'000;               // milliseconds
+constexpr qint64 kMostPixels = qint64{32} << 20; // of all pictures of a file together
 
 } // namespace
 
@@ -37,8 +37,8 @@ PictureProcess::PictureProcess(const QString& path, Source source, QSize largest
         },
         Qt::QueuedConnection); // it may be told before start() returns, when nobody listens yet
     mProcess->start(QCoreApplication::applicationDirPath() + u"/quoddle-preview"_s,
-                    {source == Source::Pages ? u"pages"_s : u"picture"_s, QString::number(largest.width()), QString::number(largest.height()),
-                     QString::number(kMostPages), path});
+                    {source == Source::Pages ? u"pages"_s : u"picture"_s, QString::number(largest.width()),
+                     QString::number(largest.height()), QString::number(kMostPages), path});
 }
 
 PictureProcess::~PictureProcess() {

@@ -18,10 +18,16 @@ void PictureStream::feed(const QByteArray& bytes) {
         mBytes += bytes;
 }
 
-bool PictureStream::isSensible(const Head& head) const {
+PictureStream::End PictureStream::endBy(const Head& head) const {
+    if (head.magic != kPicture) {
+        constexpr std::array ends{End::whole, End::cut, End::tooLarge};
+        const auto end = std::find(ends.begin(), ends.end(), static_cast<End>(head.magic));
+        return end == ends.end() ? End::unreadable : *end;
+    }
     const auto isWithin = [](quint32 extent, int most) { return extent > 0 && extent <= static_cast<quint32>(std::max(most, 0)); };
-    return isWithin(head.width, mLargest.width()) && isWithin(head.height, mLargest.height()) &&
-           qint64{head.width} * head.height <= mPixelsLeft;
+    if (!isWithin(head.width, mLargest.width()) || !isWithin(head.height, mLargest.height()))
+        return End::unreadable;
+    return qint64{head.width} * head.height <= mPixelsLeft ? End::none : End::cut;
 }
 
 std::optional<QImage> PictureStream::take() {
@@ -29,13 +35,7 @@ std::optional<QImage> PictureStream::take() {
     if (mEnd != End::none || mBytes.size() < static_cast<qsizetype>(sizeof head))
         return {};
     std::memcpy(&head, mBytes.constData(), sizeof head);
-    if (head.magic != kPicture) {
-        constexpr std::array ends{End::whole, End::cut, End::tooLarge};
-        const auto end = std::find(ends.begin(), ends.end(), static_cast<End>(head.magic));
-        mEnd = end == ends.end() ? End::unreadable : *end;
-    } else if (!isSensible(head)) {
-        mEnd = End::unreadable;
-    }
+    mEnd = endBy(head);
     if (mEnd != End::none) {
         mBytes.clear();
         return {};

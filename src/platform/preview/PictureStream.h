@@ -22,13 +22,13 @@ public:
         unreadable = 0x656e6466 // it is damaged, protected or of no known kind
     };
 
-    /// No picture is larger than `largest`, and all together have at most that many pixels.
+    /// No picture is larger than `largest`; those that would make more pixels than that of all together are cut off.
     PictureStream(QSize largest, qint64 mostPixels) : mLargest(largest), mPixelsLeft(mostPixels) {}
 
     /// Takes bytes as they come; what they make complete is left to be taken.
     void feed(const QByteArray& bytes);
     std::optional<QImage> take();
-    /// None before the end. What breaks the rules ends the stream: `unreadable`.
+    /// None before the end. A picture that is too large, or no sense at all, ends the stream: `unreadable`.
     End end() const { return mEnd; }
 
     static QByteArray head(const QImage& picture);
@@ -38,7 +38,8 @@ private:
     struct Head {
         quint32 magic, width, height;
     };
-    bool isSensible(const Head& head) const;
+    /// None when a picture follows.
+    End endBy(const Head& head) const;
 
     const QSize mLargest;
     qint64 mPixelsLeft;

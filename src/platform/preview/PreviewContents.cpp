@@ -64,7 +64,8 @@ void readText(PreviewContents& contents) {
     contents.isCut = contents.facts.size > static_cast<qint64>(bytes->size());
     const std::u16string text = utf16FromSourceBytes(contents.isCut ? withoutCutCharacter(*bytes) : std::string_view(*bytes));
     contents.text = withShortLines(QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size())));
-    const std::array sourceTypes{u"public.source-code"_s, u"public.script"_s, u"public.xml"_s, u"public.json"_s, u"public.yaml"_s, u"public.html"_s};
+    const std::array sourceTypes{u"public.source-code"_s, u"public.script"_s, u"public.xml"_s,
+                                 u"public.json"_s,        u"public.yaml"_s,   u"public.html"_s};
     contents.isSource = std::any_of(sourceTypes.begin(), sourceTypes.end(),
                                     [&](const QString& type) { return UTTypeConformsTo(contents.facts.type, type); });
     contents.kind = PreviewKind::Text;

@@ -18,11 +18,11 @@ enum class PreviewKind { Card, Picture, Pages, Text, RichText };
 struct PreviewContents {
     PreviewKind kind = PreviewKind::Card;
     FileFacts facts;
-    QString text;                           // for Text
-    bool isSource = false;                  // its columns matter
-    bool isCut = false;                     // there is more of it
+    QString text;                            // for Text
+    bool isSource = false;                   // its columns matter
+    bool isCut = false;                      // there is more of it
     std::shared_ptr<QTextDocument> richText; // for RichText; belongs to the thread that has asked for it to be pushed there
-    QString notice;                         // for Card: why there is no more than that; empty when nothing went wrong
+    QString notice;                          // for Card: why there is no more than that; empty when nothing went wrong
 };
 
 /// What the type of a file lets expect.

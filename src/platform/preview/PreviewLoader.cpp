@@ -46,8 +46,9 @@ void PreviewLoader::load(const QString& path, QSize picture, QSize page) {
 void PreviewLoader::take(const PreviewContents& contents) {
     if (contents.kind == PreviewKind::Picture || contents.kind == PreviewKind::Pages) {
         const bool isPages = contents.kind == PreviewKind::Pages;
-        mPictures = std::make_unique<PictureProcess>(contents.facts.path, isPages ? PictureProcess::Source::Pages : PictureProcess::Source::Picture,
-                                                     isPages ? mWish->page : mWish->picture);
+        mPictures =
+            std::make_unique<PictureProcess>(contents.facts.path, isPages ? PictureProcess::Source::Pages : PictureProcess::Source::Picture,
+                                             isPages ? mWish->page : mWish->picture);
         connect(mPictures.get(), &PictureProcess::pictureCame, this, &PreviewLoader::pictureCame);
         connect(mPictures.get(), &PictureProcess::ended, this, &PreviewLoader::picturesEnded);
     }

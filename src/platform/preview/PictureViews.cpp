@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "platform/preview/PictureViews.h"
+
+#include <QPainter>
+#include <QVBoxLayout>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A page is as wide as its view, and as high as that makes it.
+class PageView final : public QWidget {
+    Q_OBJECT
+public:
+    PageView(const QImage& page, QWidget* parent) : QWidget(parent), mPage(page) {
+        QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+        policy.setHeightForWidth(true);
+        setSizePolicy(policy);
+    }
+    int heightForWidth(int width) const override { return std::max(1, width * mPage.height() / mPage.width()); }
+    QSize sizeHint() const override { return {200, heightForWidth(200)}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(rect(), mPage);
+    }
+
+private:
+    const QImage mPage;
+};
+
+} // namespace
+
+PictureView::PictureView(QWidget* parent) : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+}
+
+void PictureView::setPicture(const QImage& picture) {
+    mPicture = picture;
+    setAccessibleName(u"Picture"_s);
+    update();
+}
+
+void PictureView::paintEvent(QPaintEvent*) {
+    if (mPicture.isNull())
+        return;
+    const QSizeF natural = QSizeF(mPicture.size()) / devicePixelRatioF();
+    QSizeF size = natural.scaled(QSizeF(this->size()), Qt::KeepAspectRatio);
+    if (size.width() > natural.width())
+        size = natural;
+    QRectF place({}, size);
+    place.moveCenter(QRectF(rect()).center());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(place, mPicture);
+}
+
+PagesView::PagesView(QWidget* parent) : QScrollArea(parent) {
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // one that comes and goes would change the width of the pages, and so their height
+    setAccessibleName(u"Pages"_s);
+    auto* content = new QWidget;
+    mPages = new QVBoxLayout(content);
+    mPages->setSpacing(10);
+    mPages->addStretch(1);
+    setWidget(content);
+}
+
+void PagesView::addPage(const QImage& page) {
+    auto* view = new PageView(page, widget());
+    const int last = mPages->count() - 1; // the room below the pages
+    view->setAccessibleName(u"Page %1"_s.arg(last + 1));
+    mPages->insertWidget(last, view);
+}
+
+void PagesView::removeAllPages() {
+    while (mPages->count() > 1)
+        delete mPages->itemAt(0)->widget();
+}
+
+} // namespace quoddle
+
+#include "PictureViews.moc"

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "platform/preview/PreviewView.h"
+
+#include "platform/appkit/Appearance.h"
+#include "platform/appkit/rtf/RichText.h"
+#include "platform/preview/CardView.h"
+#include "platform/preview/PictureViews.h"
+
+#include <QEvent>
+#include <QFontDatabase>
+#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTextEdit>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kTextMargin = 12; // points
+
+const QList<std::pair<int, QAbstractSlider::SliderAction>>& scrollKeys() {
+    static const QList<std::pair<int, QAbstractSlider::SliderAction>> keys{
+        {Qt::Key_Up, QAbstractSlider::SliderSingleStepSub},   {Qt::Key_Down, QAbstractSlider::SliderSingleStepAdd},
+        {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub}, {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+        {Qt::Key_Home, QAbstractSlider::SliderToMinimum},     {Qt::Key_End, QAbstractSlider::SliderToMaximum}};
+    return keys;
+}
+
+} // namespace
+
+PreviewView::PreviewView(QWidget* parent)
+    : QStackedWidget(parent), mCard(new CardView), mText(new QPlainTextEdit), mRichText(new QTextEdit), mPicture(new PictureView),
+      mPages(new PagesView) {
+    for (QWidget* view : std::initializer_list<QWidget*>{mCard, mText, mRichText, mPicture, mPages})
+        addWidget(view);
+    mText->setReadOnly(true);
+    mText->setFrameShape(QFrame::NoFrame);
+    mText->setAccessibleName(u"Text"_s);
+    mRichText->setReadOnly(true);
+    mRichText->setFrameShape(QFrame::NoFrame);
+    mRichText->setAccessibleName(u"Text"_s);
+}
+
+void PreviewView::showMessage(const QString& message) {
+    showCard({}, message);
+    mText->clear();
+    mRichText->setDocument(new QTextDocument(mRichText));
+    mDocument.reset();
+    mPicture->setPicture({});
+    mPages->removeAllPages();
+}
+
+void PreviewView::showCard(const FileFacts& facts, const QString& notice) {
+    mCard->setFacts(facts, notice);
+    setCurrentWidget(mCard);
+}
+
+void PreviewView::showContents(const PreviewContents& contents) {
+    switch (contents.kind) {
+    case PreviewKind::Card:
+        showCard(contents.facts, contents.notice);
+        break;
+    case PreviewKind::Text:
+        mText->setFont(contents.isSource ? QFontDatabase::systemFont(QFontDatabase::FixedFont) : font());
+        mText->setPlainText(contents.text);
+        mText->document()->setDocumentMargin(kTextMargin);
+        setCurrentWidget(mText);
+        break;
+    case PreviewKind::RichText:
+        mRichText->setDocument(contents.richText.get());
+        mDocument = contents.richText; // and only now without the one before
+        mDocument->setDocumentMargin(kTextMargin);
+        adaptColors();
+        setCurrentWidget(mRichText);
+        break;
+    case PreviewKind::Picture:
+    case PreviewKind::Pages:
+        mPages->removeAllPages();
+        break;
+    }
+}
+
+void PreviewView::addPicture(const QImage& picture, bool isPage) {
+    if (isPage)
+        mPages->addPage(picture);
+    else
+        mPicture->setPicture(picture);
+    QWidget* view = isPage ? static_cast<QWidget*>(mPages) : mPicture;
+    if (view == currentWidget())
+        return;
+    mPages->verticalScrollBar()->setValue(0);
+    setCurrentWidget(view);
+}
+
+bool PreviewView::scroll(int key) {
+    const auto* area = qobject_cast<QAbstractScrollArea*>(currentWidget());
+    const auto action = std::find_if(scrollKeys().begin(), scrollKeys().end(), [key](const auto& row) { return row.first == key; });
+    if (!area || action == scrollKeys().end() || area->verticalScrollBar()->maximum() == 0)
+        return false;
+    area->verticalScrollBar()->triggerAction(action->second);
+    return true;
+}
+
+void PreviewView::adaptColors() {
+    if (mDocument)
+        adaptRichText(*mDocument, Appearance::isDark(palette()), palette().color(QPalette::Text));
+}
+
+void PreviewView::changeEvent(QEvent* event) {
+    QStackedWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        adaptColors();
+}
+
+} // namespace quoddle

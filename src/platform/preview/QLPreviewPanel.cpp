@@ -1,0 +1,423 @@
+// SPDX-License-Identifier: MIT
+#include "platform/preview/QLPreviewPanel.h"
+
+#include "platform/appkit/Appearance.h"
+#include "platform/appkit/ElidedLabel.h"
+#include "platform/appkit/KeyRepetition.h"
+#include "platform/appkit/WindowLayout.h"
+#include "platform/foundation/FileTypes.h"
+#include "platform/preview/PreviewView.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QHash>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <QToolButton>
+#include <QWindow>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QSize kSize(680, 540); // points, at first
+constexpr QSize kSmallest(320, 240);
+constexpr int kEdge = 6;          // points at the border that change the size
+constexpr int kPatience = 150;    // milliseconds for which the last file is still shown
+constexpr QSize kPage(760, 1075); // points; wide enough for a panel that has been made larger
+
+QLPreviewPanel* sharedPanel = nullptr;
+
+QHash<const QObject*, QLPreviewPanelController*>& controllers() {
+    static QHash<const QObject*, QLPreviewPanelController*> all;
+    return all;
+}
+
+QToolButton* makeToolButton(const QString& name, QStyle::StandardPixmap icon, QWidget* parent) {
+    auto* button = new QToolButton(parent);
+    button->setAccessibleName(name);
+    button->setToolTip(name);
+    button->setIcon(parent->style()->standardIcon(icon, nullptr, parent));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+} // namespace
+
+QLPreviewPanelController::~QLPreviewPanelController() {
+    QLPreviewPanel::forget(this);
+}
+
+// --- The one panel
+
+QLPreviewPanel& QLPreviewPanel::sharedPreviewPanel() {
+    if (!sharedPanel) {
+        sharedPanel = new QLPreviewPanel;
+        qAddPostRoutine([] { delete sharedPanel; });
+    }
+    return *sharedPanel;
+}
+
+bool QLPreviewPanel::sharedPreviewPanelExists() {
+    return sharedPanel != nullptr;
+}
+
+QLPreviewPanel::QLPreviewPanel() : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint) {
+    setAccessibleName(u"Preview"_s);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setMinimumSize(kSmallest);
+    buildControls();
+    connectLoader();
+    watchKeyRepetition();
+    focusWindowChanged();
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &QLPreviewPanel::focusWindowChanged);
+}
+
+QLPreviewPanel::~QLPreviewPanel() {
+    sharedPanel = nullptr;
+}
+
+void QLPreviewPanel::buildControls() {
+    auto* closeButton = makeToolButton(u"Close"_s, QStyle::SP_TitleBarCloseButton, this);
+    const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
+    mPrevious = makeToolButton(u"Previous"_s, isRightToLeft ? QStyle::SP_ArrowRight : QStyle::SP_ArrowLeft, this);
+    mNext = makeToolButton(u"Next"_s, isRightToLeft ? QStyle::SP_ArrowLeft : QStyle::SP_ArrowRight, this);
+    mTitle = new ElidedLabel(this);
+    mTitle->setAlignment(Qt::AlignCenter);
+    mTitle->setElideMode(Qt::ElideMiddle);
+    mTitle->setAttribute(Qt::WA_TransparentForMouseEvents); // the panel is moved by it
+    mOpen = new QPushButton(u"Open"_s, this);
+    mOpen->setAutoDefault(false);
+    mOpen->setFocusPolicy(Qt::TabFocus);
+    mView = new PreviewView(this);
+    mNotice = new QLabel(this);
+    mNotice->setTextFormat(Qt::PlainText);
+    mNotice->setAlignment(Qt::AlignCenter);
+    mNotice->hide();
+
+    auto* head = new QHBoxLayout;
+    for (QWidget* control : std::initializer_list<QWidget*>{closeButton, mPrevious, mNext})
+        head->addWidget(control);
+    head->addWidget(mTitle, 1);
+    head->addWidget(mOpen);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(kEdge, kEdge, kEdge, kEdge);
+    column->addLayout(head);
+    column->addWidget(mView, 1);
+    column->addWidget(mNotice);
+
+    connect(closeButton, &QToolButton::clicked, this, &QLPreviewPanel::orderOut);
+    connect(mPrevious, &QToolButton::clicked, this, [this] { setCurrentPreviewItemIndex(mIndex - 1); });
+    connect(mNext, &QToolButton::clicked, this, [this] { setCurrentPreviewItemIndex(mIndex + 1); });
+    connect(mOpen, &QPushButton::clicked, this, &QLPreviewPanel::openItem);
+    for (QWidget* view : mView->findChildren<QWidget*>())
+        view->installEventFilter(this);
+}
+
+void QLPreviewPanel::connectLoader() {
+    connect(&mLoader, &PreviewLoader::contentsCame, this, &QLPreviewPanel::showContents);
+    connect(&mLoader, &PreviewLoader::pictureCame, this, [this](const QImage& picture) {
+        mPatience.stop();
+        mHasPictures = true;
+        mView->addPicture(picture, mContents.kind == PreviewKind::Pages);
+    });
+    connect(&mLoader, &PreviewLoader::picturesEnded, this, &QLPreviewPanel::picturesEnded);
+    mPatience.setSingleShot(true);
+    mPatience.setInterval(kPatience);
+    mPatience.callOnTimeout(this, [this] {
+        FileFacts facts = mContents.facts;
+        facts.path = mPath;
+        facts.name = displayNameOfFile(mPath);
+        mView->showCard(facts);
+    });
+}
+
+// --- Control
+
+void QLPreviewPanel::registerController(QWidget& responder, QLPreviewPanelController& controller) {
+    controllers().insert(&responder, &controller);
+    QObject::connect(&responder, &QObject::destroyed, [](QObject* gone) { controllers().remove(gone); });
+}
+
+void QLPreviewPanel::forget(QLPreviewPanelController* controller) {
+    controllers().removeIf([controller](const auto& row) { return row.value() == controller; });
+    if (!sharedPanel || sharedPanel->mController != controller)
+        return;
+    sharedPanel->mController = nullptr;
+    sharedPanel->mDelegate = nullptr;
+    sharedPanel->setDataSource(nullptr);
+}
+
+void QLPreviewPanel::focusWindowChanged() {
+    QWidget* active = QApplication::activeWindow();
+    if (!active || active == this)
+        return;
+    mLastWindow = active;
+    if (mIsOrderedIn)
+        updateController();
+}
+
+void QLPreviewPanel::updateController() {
+    QLPreviewPanelController* found = nullptr;
+    if (mLastWindow)
+        for (QWidget* at = mLastWindow->focusWidget() ? mLastWindow->focusWidget() : mLastWindow.data(); at && !found;
+             at = at->parentWidget())
+            if (auto* controller = controllers().value(at); controller && controller->acceptsPreviewPanelControl(*this))
+                found = controller;
+    takeControl(found);
+}
+
+void QLPreviewPanel::takeControl(QLPreviewPanelController* controller) {
+    if (mController == controller)
+        return;
+    if (mController)
+        mController->endPreviewPanelControl(*this);
+    mController = controller;
+    mDelegate = nullptr;
+    mDataSource = nullptr;
+    if (mController)
+        mController->beginPreviewPanelControl(*this);
+    reloadData();
+}
+
+// --- Items
+
+void QLPreviewPanel::setDataSource(QLPreviewPanelDataSource* dataSource) {
+    mDataSource = dataSource;
+    reloadData();
+}
+
+void QLPreviewPanel::reloadData() {
+    mItems = mDataSource && mController ? std::max(mDataSource->numberOfPreviewItemsInPreviewPanel(*this), 0) : 0;
+    setCurrentPreviewItemIndex(mIndex);
+}
+
+void QLPreviewPanel::setCurrentPreviewItemIndex(int index) {
+    mIndex = std::clamp(index, 0, std::max(mItems - 1, 0));
+    mItem = mItems > 0 ? mDataSource->previewPanelPreviewItemAtIndex(*this, mIndex) : nullptr;
+    const QUrl url = mItem ? mItem->previewItemURL() : QUrl();
+    showFile(url.isLocalFile() && mIsOrderedIn ? url.toLocalFile() : QString());
+    updateControls();
+}
+
+void QLPreviewPanel::refreshCurrentPreviewItem() {
+    mPath.clear();
+    setCurrentPreviewItemIndex(mIndex);
+}
+
+void QLPreviewPanel::updateControls() {
+    const QString given = mItem ? mItem->previewItemTitle() : QString();
+    const QString title = mPath.isEmpty() ? u"Preview"_s : given.isEmpty() ? displayNameOfFile(mPath) : given;
+    setWindowTitle(title);
+    mTitle->setText(mItems > 1 ? u"%1 (%2 of %3)"_s.arg(title).arg(mIndex + 1).arg(mItems) : title);
+    mOpen->setEnabled(!mPath.isEmpty());
+    for (auto [button, isPossible] : {std::pair(mPrevious, mIndex > 0), std::pair(mNext, mIndex < mItems - 1)}) {
+        button->setVisible(mItems > 1);
+        button->setEnabled(isPossible);
+    }
+}
+
+void QLPreviewPanel::showFile(const QString& path) {
+    if (!path.isEmpty() && path == mPath)
+        return;
+    mPath = path;
+    mContents = {};
+    mHasPictures = false;
+    mNotice->hide();
+    if (mPath.isEmpty()) {
+        mLoader.cancel();
+        mPatience.stop();
+        mView->showMessage(mIsOrderedIn ? u"Nothing is selected."_s : QString());
+        return;
+    }
+    mPatience.start();
+    const double ratio = devicePixelRatioF();
+    mLoader.load(mPath, screen()->size() * ratio, kPage * ratio);
+}
+
+void QLPreviewPanel::showContents(const PreviewContents& contents) {
+    mContents = contents;
+    mView->showContents(contents);
+    if (contents.kind == PreviewKind::Picture || contents.kind == PreviewKind::Pages)
+        return;
+    mPatience.stop();
+    mNotice->setText(u"Only the beginning of the text is shown."_s);
+    mNotice->setVisible(contents.isCut);
+    Q_EMIT previewFinished();
+}
+
+void QLPreviewPanel::picturesEnded(PictureStream::End end) {
+    mPatience.stop();
+    const bool isPages = mContents.kind == PreviewKind::Pages;
+    if (!mHasPictures) {
+        const QString reason = end == PictureStream::End::tooLarge ? u"It is too large to be shown here."_s
+                               : isPages                           ? u"Its pages cannot be shown."_s
+                                                                   : u"The picture cannot be shown."_s;
+        mView->showCard(mContents.facts, reason);
+    } else if (end != PictureStream::End::whole) {
+        mNotice->setText(isPages ? u"Only the first pages are shown."_s : QString());
+        mNotice->setVisible(isPages);
+    }
+    Q_EMIT previewFinished();
+}
+
+void QLPreviewPanel::openItem() {
+    if (mPath.isEmpty())
+        return;
+    const QUrl url = QUrl::fromLocalFile(mPath);
+    orderOut();
+    QDesktopServices::openUrl(url);
+}
+
+// --- The window
+
+QRect QLPreviewPanel::sourceFrame() {
+    return mDelegate && mItem ? mDelegate->previewPanelSourceFrameOnScreenForPreviewItem(*this, *mItem) : QRect();
+}
+
+void QLPreviewPanel::place() {
+    const QScreen* on = mLastWindow ? mLastWindow->screen() : screen();
+    const bool wasPlaced = std::exchange(mWasPlaced, true);
+    if (wasPlaced && on == screen())
+        return; // it stays where the user has put it
+    const QRect room = on->availableGeometry();
+    QRect frame({}, (wasPlaced ? size() : kSize).boundedTo(room.size() * 9 / 10));
+    frame.moveCenter(room.center());
+    setGeometry(frame);
+}
+
+void QLPreviewPanel::makeKeyAndOrderFront() {
+    focusWindowChanged();
+    if (mIsOrderedIn) {
+        updateController();
+        if (!mZoom.isRunning())
+            present();
+        return;
+    }
+    mIsOrderedIn = true;
+    updateController();
+    place();
+    completeLayout(*this);
+    const QRect source = sourceFrame();
+    mZoom.cancel();
+    if (source.isEmpty() || !PanelZoom::isPossible())
+        present();
+    else
+        mZoom.run(grab(), source, geometry(), [this] { present(); });
+}
+
+void QLPreviewPanel::present() {
+    winId();
+    if (mLastWindow && mLastWindow->windowHandle())
+        windowHandle()->setTransientParent(mLastWindow->windowHandle()); // stays before its window
+    show();
+    raise();
+    activateWindow();
+    setFocus();
+}
+
+void QLPreviewPanel::orderOut() {
+    if (!std::exchange(mIsOrderedIn, false))
+        return;
+    mZoom.cancel();
+    const QRect source = sourceFrame();
+    if (QWidget::isVisible() && !source.isEmpty() && PanelZoom::isPossible())
+        mZoom.run(grab(), geometry(), source, {});
+    const bool hadKeyboard = isActiveWindow();
+    hide();
+    takeControl(nullptr);
+    setCurrentPreviewItemIndex(0); // nothing of the file is kept
+    if (hadKeyboard && mLastWindow)
+        mLastWindow->activateWindow();
+}
+
+void QLPreviewPanel::closeEvent(QCloseEvent* event) {
+    orderOut();
+    QWidget::closeEvent(event);
+}
+
+void QLPreviewPanel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setPen(Appearance::secondaryLabelColor(palette()));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+// --- Keys and pointer
+
+bool QLPreviewPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() != Qt::Key_Space || key->modifiers() != Qt::NoModifier) // texts page with it
+        return QWidget::eventFilter(watched, event);
+    keyPressEvent(key);
+    return true;
+}
+
+void QLPreviewPanel::keyPressEvent(QKeyEvent* event) {
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    const bool closes = isPlain && (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Space);
+    if (closes && isKeyRepetition(*event)) // the key that has opened the panel is still held down
+        return;
+    if (isPlain && event->key() == Qt::Key_Escape)
+        return orderOut();
+    if (isPlain && mItems > 1 && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
+        const bool isForward = (event->key() == Qt::Key_Right) == (layoutDirection() == Qt::LeftToRight);
+        return setCurrentPreviewItemIndex(mIndex + (isForward ? 1 : -1));
+    }
+    if (mDelegate && mDelegate->previewPanelHandleEvent(*this, *event))
+        return;
+    if (closes)
+        return orderOut();
+    if (!isPlain || !mView->scroll(event->key()))
+        QWidget::keyPressEvent(event);
+}
+
+void QLPreviewPanel::keyReleaseEvent(QKeyEvent* event) {
+    if (!mDelegate || !mDelegate->previewPanelHandleEvent(*this, *event))
+        QWidget::keyReleaseEvent(event);
+}
+
+Qt::Edges QLPreviewPanel::edgesAt(const QPoint& place) const {
+    Qt::Edges edges;
+    edges.setFlag(Qt::LeftEdge, place.x() < kEdge);
+    edges.setFlag(Qt::RightEdge, place.x() >= width() - kEdge);
+    edges.setFlag(Qt::TopEdge, place.y() < kEdge);
+    edges.setFlag(Qt::BottomEdge, place.y() >= height() - kEdge);
+    return edges;
+}
+
+void QLPreviewPanel::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    if (const Qt::Edges edges = edgesAt(event->position().toPoint()))
+        windowHandle()->startSystemResize(edges);
+    else
+        windowHandle()->startSystemMove();
+}
+
+void QLPreviewPanel::mouseMoveEvent(QMouseEvent* event) {
+    const Qt::Edges edges = edgesAt(event->position().toPoint());
+    const bool isHorizontal = edges & (Qt::LeftEdge | Qt::RightEdge);
+    const bool isVertical = edges & (Qt::TopEdge | Qt::BottomEdge);
+    const bool isFalling = edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge);
+    if (isHorizontal && isVertical)
+        setCursor(isFalling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor);
+    else if (isHorizontal || isVertical)
+        setCursor(isHorizontal ? Qt::SizeHorCursor : Qt::SizeVerCursor);
+    else
+        unsetCursor();
+}
+
+} // namespace quoddle
