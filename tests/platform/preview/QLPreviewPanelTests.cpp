@@ -1,0 +1,285 @@
+// SPDX-License-Identifier: MIT
+// Who controls the panel, what it shows of that, and what keys do in it.
+#include "platform/preview/PreviewFiles.h"
+#include "platform/preview/QLPreviewPanel.h"
+
+#include <QAccessible>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QStackedWidget>
+#include <QTest>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kPatience = 30'000; // milliseconds
+
+class Item final : public QLPreviewItem {
+public:
+    explicit Item(const QString& path) : mPath(path) {}
+    QUrl previewItemURL() const override { return QUrl::fromLocalFile(mPath); }
+    QString previewItemTitle() const override { return mPath.endsWith(u"titled.txt"_s) ? u"Its title"_s : QString(); }
+
+private:
+    const QString mPath;
+};
+
+/// A field in a window, and files that belong to it.
+class Pane final : public QLPreviewPanelController, public QLPreviewPanelDataSource, public QLPreviewPanelDelegate {
+public:
+    explicit Pane(QWidget& window) : field(new QLineEdit(&window)) { QLPreviewPanel::registerController(*field, *this); }
+
+    bool acceptsPreviewPanelControl(QLPreviewPanel&) override { return accepts; }
+    void beginPreviewPanelControl(QLPreviewPanel& panel) override {
+        log << u"begin"_s;
+        panel.setDataSource(this);
+        panel.setDelegate(this);
+    }
+    void endPreviewPanelControl(QLPreviewPanel&) override { log << u"end"_s; }
+    int numberOfPreviewItemsInPreviewPanel(QLPreviewPanel&) override { return static_cast<int>(files.size()); }
+    std::shared_ptr<const QLPreviewItem> previewPanelPreviewItemAtIndex(QLPreviewPanel&, int index) override {
+        return std::make_shared<Item>(files.at(index));
+    }
+    bool previewPanelHandleEvent(QLPreviewPanel&, QEvent& event) override {
+        if (event.type() == QEvent::KeyPress)
+            keys << static_cast<QKeyEvent&>(event).key();
+        return handlesKeys;
+    }
+
+    QLineEdit* field;
+    QStringList files;
+    QStringList log;
+    QList<int> keys;
+    bool accepts = true;
+    bool handlesKeys = false;
+};
+
+/// In the place of the desktop.
+class Opener final : public QObject {
+    Q_OBJECT
+public:
+    Q_INVOKABLE void open(const QUrl& url) { opened = url; }
+    QUrl opened;
+};
+
+class QLPreviewPanelTest : public PreviewFiles {
+protected:
+    void SetUp() override {
+        window.setLayout(new QVBoxLayout);
+        pane = std::make_unique<Pane>(window);
+        other = std::make_unique<Pane>(window);
+        for (Pane* each : {pane.get(), other.get()})
+            window.layout()->addWidget(each->field);
+        pane->files = {write(u"one.txt"_s, "first text"), write(u"titled.txt"_s, "second text")};
+        window.show();
+        activate(window);
+        pane->field->setFocus();
+    }
+    void TearDown() override { panel().orderOut(); }
+
+    static void activate(QWidget& widget) {
+        widget.activateWindow();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return widget.isActiveWindow(); }, kPatience));
+    }
+    static QLPreviewPanel& panel() { return QLPreviewPanel::sharedPreviewPanel(); }
+    static void open() {
+        panel().makeKeyAndOrderFront();
+        ASSERT_TRUE(QTest::qWaitFor([] { return panel().isActiveWindow(); }, kPatience));
+    }
+    /// What is to be read in the panel.
+    static QString shown() {
+        const QWidget* view = panel().findChild<QStackedWidget*>()->currentWidget();
+        const auto* text = qobject_cast<const QPlainTextEdit*>(view);
+        if (text)
+            return text->toPlainText();
+        QStringList lines;
+        for (const auto* label : view->findChildren<QLabel*>())
+            if (label->isVisibleTo(view))
+                lines << label->text();
+        return lines.join(u'|');
+    }
+    static bool comesToShow(const QString& text) {
+        return QTest::qWaitFor([&] { return shown().contains(text); }, kPatience);
+    }
+
+    QWidget window;
+    std::unique_ptr<Pane> pane, other;
+};
+
+} // namespace
+
+TEST_F(QLPreviewPanelTest, BelongsToWhoeverHasTheKeyboard) {
+    open();
+    EXPECT_TRUE(panel().isVisible() && QLPreviewPanel::sharedPreviewPanelExists());
+    EXPECT_EQ(panel().currentController(), pane.get());
+    EXPECT_EQ(pane->log, QStringList{u"begin"_s}) << "the panel's own focus changes nothing";
+    EXPECT_TRUE(comesToShow(u"first text"_s));
+
+    other->field->setFocus();
+    activate(window);
+    EXPECT_EQ(panel().currentController(), other.get());
+    EXPECT_EQ(pane->log, QStringList({u"begin"_s, u"end"_s}));
+    EXPECT_TRUE(comesToShow(u"Nothing is selected."_s));
+    EXPECT_EQ(panel().currentPreviewItemIndex(), -1);
+
+    panel().orderOut();
+    EXPECT_EQ(other->log, QStringList({u"begin"_s, u"end"_s}));
+    EXPECT_FALSE(panel().isVisible());
+    EXPECT_EQ(panel().dataSource(), nullptr);
+    EXPECT_EQ(panel().delegate(), nullptr);
+    EXPECT_FALSE(shown().contains(u"first"_s));
+
+    pane->field->setFocus();
+    pane->accepts = false;
+    open();
+    EXPECT_EQ(panel().currentController(), nullptr);
+    pane->accepts = true;
+    panel().updateController();
+    EXPECT_EQ(panel().currentController(), pane.get());
+}
+
+TEST_F(QLPreviewPanelTest, ControllersMayGo) {
+    open();
+    ASSERT_TRUE(comesToShow(u"first text"_s));
+    pane.reset();
+    EXPECT_EQ(panel().currentController(), nullptr);
+    EXPECT_TRUE(comesToShow(u"Nothing is selected."_s));
+    panel().updateController();
+    EXPECT_EQ(panel().currentController(), nullptr);
+
+    delete other->field; // and so may responders
+    activate(window);
+    panel().updateController();
+    EXPECT_EQ(panel().currentController(), nullptr);
+}
+
+TEST_F(QLPreviewPanelTest, ShowsTheSelection) {
+    open();
+    ASSERT_TRUE(comesToShow(u"first text"_s));
+    EXPECT_EQ(panel().windowTitle(), u"one.txt"_s);
+    panel().setCurrentPreviewItemIndex(7);
+    EXPECT_EQ(panel().currentPreviewItemIndex(), 1);
+    EXPECT_EQ(panel().windowTitle(), u"Its title"_s);
+    EXPECT_TRUE(comesToShow(u"second text"_s));
+
+    // A file that is shown is read again only when somebody wants that.
+    pane->files = {pane->files.last()};
+    write(u"titled.txt"_s, "other text");
+    QSignalSpy finished(&panel(), &QLPreviewPanel::previewFinished);
+    panel().reloadData();
+    EXPECT_EQ(panel().currentPreviewItemIndex(), 0);
+    EXPECT_EQ(shown(), u"second text"_s);
+    panel().refreshCurrentPreviewItem();
+    EXPECT_TRUE(comesToShow(u"other text"_s));
+    EXPECT_EQ(finished.count(), 1);
+
+    // Files that come and go quickly: the last one is shown, and nothing of the others.
+    for (int i = 0; i < 50; ++i) {
+        pane->files = {i % 2 ? write(u"a.txt"_s, "a") : picture(u"b.png"_s, {5, 5})};
+        panel().reloadData();
+    }
+    pane->files = {write(u"last.txt"_s, "the last")};
+    finished.clear();
+    panel().reloadData();
+    EXPECT_TRUE(comesToShow(u"the last"_s));
+    EXPECT_EQ(finished.count(), 1);
+
+    pane->files = {write(u"broken.png"_s, "x")};
+    panel().reloadData();
+    EXPECT_TRUE(comesToShow(u"The picture cannot be shown."_s));
+    EXPECT_TRUE(shown().contains(u"broken.png"_s) && shown().contains(u"1 byte"_s)) << shown().toStdString();
+}
+
+TEST_F(QLPreviewPanelTest, KeysGoWhereTheyBelong) {
+    struct Row {
+        int key;
+        bool isHandled; // by the delegate
+        bool isToldDelegate;
+        bool closes;
+        int index;
+    };
+    for (const Row& row : std::initializer_list<Row>{{Qt::Key_Escape, true, false, true, 0},
+                                                     {Qt::Key_Space, false, true, true, 0},
+                                                     {Qt::Key_Right, true, false, false, 1},
+                                                     {Qt::Key_Left, true, false, false, 0},
+                                                     {Qt::Key_Down, true, true, false, 0},
+                                                     {Qt::Key_Down, false, true, false, 0},
+                                                     {Qt::Key_Space, true, true, false, 0},
+                                                     {Qt::Key_A, true, true, false, 0}}) {
+        open();
+        pane->handlesKeys = row.isHandled;
+        pane->keys.clear();
+        QTest::keyClick(panel().windowHandle(), static_cast<Qt::Key>(row.key));
+        EXPECT_EQ(pane->keys, row.isToldDelegate ? QList{row.key} : QList<int>{}) << row.key;
+        EXPECT_EQ(panel().isVisible(), !row.closes) << row.key;
+        EXPECT_EQ(row.closes ? 0 : panel().currentPreviewItemIndex(), row.index) << row.key;
+        panel().orderOut();
+        activate(window);
+    }
+    // With one item the arrows are the list's.
+    pane->files.removeLast();
+    pane->handlesKeys = true;
+    open();
+    QTest::keyClick(panel().windowHandle(), Qt::Key_Right);
+    EXPECT_EQ(pane->keys.last(), Qt::Key_Right);
+}
+
+TEST_F(QLPreviewPanelTest, AKeyThatIsHeldDownClosesNothing) {
+    open();
+    QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s, true);
+    QCoreApplication::sendEvent(&panel(), &repeated);
+    EXPECT_TRUE(panel().isVisible());
+    EXPECT_TRUE(pane->keys.isEmpty());
+}
+
+TEST_F(QLPreviewPanelTest, TextsScrollAndSpaceClosesThem) {
+    pane->files = {write(u"long.txt"_s, QByteArray("line\n").repeated(500))};
+    open();
+    ASSERT_TRUE(comesToShow(u"line"_s));
+    auto* text = panel().findChild<QPlainTextEdit*>();
+    QTest::keyClick(panel().windowHandle(), Qt::Key_End);
+    EXPECT_GT(text->verticalScrollBar()->value(), 400);
+    text->setFocus();
+    QTest::keyClick(panel().windowHandle(), Qt::Key_Space);
+    EXPECT_FALSE(panel().isVisible());
+}
+
+TEST_F(QLPreviewPanelTest, EveryControlHasANameAndDoesWhatItSays) {
+    open();
+    QHash<QString, QAbstractButton*> buttons;
+    for (auto* button : panel().findChildren<QAbstractButton*>())
+        if (button->isVisible())
+            buttons.insert(QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name), button);
+    ASSERT_EQ(QSet(buttons.keyBegin(), buttons.keyEnd()), QSet<QString>({u"Close"_s, u"Previous"_s, u"Next"_s, u"Open"_s}));
+    EXPECT_FALSE(buttons[u"Previous"_s]->isEnabled());
+    buttons[u"Next"_s]->click();
+    EXPECT_EQ(panel().currentPreviewItemIndex(), 1);
+    EXPECT_FALSE(buttons[u"Next"_s]->isEnabled());
+    buttons[u"Previous"_s]->click();
+    EXPECT_EQ(panel().currentPreviewItemIndex(), 0);
+    buttons[u"Close"_s]->click();
+    EXPECT_FALSE(panel().isVisible());
+
+    Opener opener;
+    QDesktopServices::setUrlHandler(u"file"_s, &opener, "open");
+    activate(window);
+    open();
+    buttons[u"Open"_s]->click();
+    QDesktopServices::unsetUrlHandler(u"file"_s);
+    EXPECT_EQ(opener.opened, QUrl::fromLocalFile(pane->files.first()));
+    EXPECT_FALSE(panel().isVisible());
+}
+
+} // namespace quoddle
+
+#include "QLPreviewPanelTests.moc"
