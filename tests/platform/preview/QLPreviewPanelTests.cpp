@@ -4,10 +4,12 @@
 #include "platform/preview/QLPreviewPanel.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -56,12 +58,28 @@ public:
         return handlesKeys;
     }
 
+    QRect previewPanelSourceFrameOnScreenForPreviewItem(QLPreviewPanel&, const QLPreviewItem&) override { return row; }
+
     QLineEdit* field;
+    QRect row;
     QStringList files;
     QStringList log;
     QList<int> keys;
     bool accepts = true;
     bool handlesKeys = false;
+};
+
+/// A user's wish for animations.
+class Animations final : public QProxyStyle {
+public:
+    explicit Animations(int duration) : mDuration(duration) { QApplication::setStyle(this); }
+    static void reset() { QApplication::setStyle(u"fusion"_s); }
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const override {
+        return hint == SH_Widget_Animation_Duration ? mDuration : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    const int mDuration;
 };
 
 /// In the place of the desktop.
@@ -252,6 +270,45 @@ TEST_F(QLPreviewPanelTest, TextsScrollAndSpaceClosesThem) {
     text->setFocus();
     QTest::keyClick(panel().windowHandle(), Qt::Key_Space);
     EXPECT_FALSE(panel().isVisible());
+}
+
+TEST_F(QLPreviewPanelTest, GrowsOutOfItsRowWhereThereAreAnimations) {
+    const auto isOnScreen = [] { return static_cast<QWidget&>(panel()).isVisible(); };
+    const auto ghost = []() -> QWidget* {
+        const QWidgetList all = QApplication::topLevelWidgets();
+        const auto found =
+            std::find_if(all.begin(), all.end(), [](QWidget* each) { return qobject_cast<QLabel*>(each) && each->isVisible(); });
+        return found == all.end() ? nullptr : *found;
+    };
+    struct Row {
+        int duration;
+        QRect row;
+        bool grows;
+    };
+    const QRect somewhere(10, 20, 200, 35);
+    for (const Row& row : {Row{200, somewhere, true}, Row{0, somewhere, false}, Row{200, QRect(), false}}) {
+        new Animations(row.duration);
+        pane->row = row.row;
+        panel().makeKeyAndOrderFront();
+        EXPECT_TRUE(panel().isVisible());
+        EXPECT_EQ(isOnScreen(), !row.grows);
+        EXPECT_EQ(ghost() != nullptr, row.grows);
+        EXPECT_TRUE(!ghost() || ghost()->geometry() == row.row);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isOnScreen() && !ghost(); }, kPatience));
+        panel().orderOut();
+        EXPECT_FALSE(isOnScreen() || panel().isVisible());
+        EXPECT_EQ(ghost() != nullptr, row.grows);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !ghost(); }, kPatience));
+        activate(window);
+    }
+    // Closed on the way, it never comes.
+    new Animations(200);
+    pane->row = somewhere;
+    panel().makeKeyAndOrderFront();
+    panel().orderOut();
+    EXPECT_FALSE(ghost());
+    EXPECT_FALSE(QTest::qWaitFor(isOnScreen, 300));
+    Animations::reset();
 }
 
 TEST_F(QLPreviewPanelTest, EveryControlHasANameAndDoesWhatItSays) {
