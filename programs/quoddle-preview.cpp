@@ -3,9 +3,10 @@
 //
 //   quoddle-preview picture|pages WIDTH HEIGHT PAGES FILE      for programs only; nothing is larger than WIDTH × HEIGHT pixels
 //
-// One decision: the file may come from anybody and what decodes it may fail, so this process has little to lose: little time and memory, no
-// file it could write, and it ends with whoever has started it.
+// One decision: the file may come from anybody and what decodes it may fail or obey it, so this process can do little: it has some seconds
+// and some memory, cannot write files, start programs or make connections, and ends with the process that has started it.
 #include "platform/appkit/ImageFile.h"
+#include "platform/base/Confinement.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/foundation/FileBytes.h"
 #include "platform/preview/PictureStream.h"
@@ -32,8 +33,8 @@ constexpr int kMostPictures = 64;                    // of one file are looked a
 constexpr qint64 kMostPageBytes = qint64{128} << 20; // of a document
 constexpr qint64 kMostMegabytes = 256;               // of one decoded picture
 constexpr rlim_t kProcessorTime = 10;                // seconds
-#ifndef __SANITIZE_ADDRESS__
-constexpr rlim_t kMemory = rlim_t{2} << 30; // bytes of address space
+#ifndef __SANITIZE_ADDRESS__                         // which takes terabytes of addresses, and looks for leaks by another process
+constexpr rlim_t kMemory = rlim_t{2} << 30;          // bytes of address space
 #endif
 
 void limitProcess() {
@@ -42,13 +43,13 @@ void limitProcess() {
         ::setrlimit(static_cast<__rlimit_resource>(resource), &both);
     };
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_FSIZE, 0);
     std::signal(SIGXFSZ, SIG_IGN); // a message to a standard error that is a file is lost, no more
     limit(RLIMIT_CPU, kProcessorTime);
 #ifndef __SANITIZE_ADDRESS__
     limit(RLIMIT_AS, kMemory);
+    confineProcess(); // where the system has that
 #endif
 }
 

@@ -13,6 +13,8 @@
 #include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/Plist.h"
 #include "platform/osa/OSA.h"
+#include "platform/preview/PictureStream.h"
+#include "platform/preview/PreviewContents.h"
 
 #include <filesystem>
 
@@ -21,6 +23,7 @@
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTextDocument>
+#include <QThread>
 
 namespace quoddle::fuzz {
 
@@ -213,6 +216,33 @@ void readPicture(const std::string& bytes) {
         (void)file.read({64, 64});
 }
 
+Inputs pictureStreams() {
+    const QImage picture(4, 3, QImage::Format_ARGB32_Premultiplied);
+    const QByteArray pixels(static_cast<qsizetype>(picture.sizeInBytes()), 'p');
+    const QByteArray one = PictureStream::head(picture) + pixels;
+    return {(one + one + PictureStream::head(PictureStream::End::whole)).toStdString()};
+}
+
+void readPictureStream(const std::string& bytes) {
+    PictureStream stream({100, 100}, 1000);
+    for (qsizetype at = 0; at < static_cast<qsizetype>(bytes.size()); at += 7) {
+        stream.feed(QByteArray::fromStdString(bytes.substr(static_cast<std::size_t>(at), 7)));
+        while (const auto picture = stream.take())
+            (void)picture->pixel(picture->width() - 1, picture->height() - 1);
+    }
+}
+
+Inputs texts() {
+    return {"plain\ntext \xc3\xa9\r\n" + std::string(9000, 'x'), std::string("\xff\xfe"
+                                                                             "a\0\x3d\xd8",
+                                                                             6)};
+}
+
+void readText(const std::string& bytes) {
+    const std::atomic<bool> isCancelled = false;
+    (void)previewContentsOfFile(fileWith(bytes, QStringLiteral("preview.txt")), isCancelled, QThread::currentThread());
+}
+
 Inputs desktopEntries() {
     return {"[Desktop Entry]\nType=Application\nName=A\\sB\\\\\n# c\nExec=\"/a b\" "
             "%F\nMimeType=a/b;c/d;\nX-Quoddle-Bundle=/a.app\n[Other]\nName=x\n"};
@@ -271,6 +301,8 @@ const std::vector<Target>& targets() {
           "{\\NeXTGraphic ", "\\li-99999 "},
          readRTF},
         {"picture", pictures, {"icns", "\x89PNG\r\n\x1a\n", "IHDR", "<use href='#g'/>", "<svg>", "II*", "RIFF"}, readPicture},
+        {"stream", pictureStreams, {"tcip", "ddne"}, readPictureStream},
+        {"text", texts, {"\xef\xbb\xbf", "\xff\xfe", "\r\n", "\xf0\x9f"}, readText},
         {"entry", desktopEntries, {"[Desktop Entry]\n", "=", "\\"}, readDesktopEntry},
     };
     return sTargets;

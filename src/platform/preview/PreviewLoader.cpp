@@ -35,8 +35,8 @@ void PreviewLoader::load(const QString& path, QSize picture, QSize page) {
     mWorker.addOperation([wish = mWish, path, mainThread = thread()] {
         if (wish->isCancelled)
             return;
-        const auto contents = std::make_shared<PreviewContents>(previewContentsOfFile(path, wish->isCancelled, mainThread));
-        MainThread::dispatchAsync([wish, contents] {
+        auto contents = std::make_shared<PreviewContents>(previewContentsOfFile(path, wish->isCancelled, mainThread));
+        MainThread::dispatchAsync([wish, contents = std::move(contents)] { // a document must go on the thread that it was pushed to
             if (!wish->isCancelled)
                 wish->loader->take(*contents);
         });

@@ -80,8 +80,9 @@ QLPreviewPanel::QLPreviewPanel() : QWidget(nullptr, Qt::Tool | Qt::FramelessWind
     buildControls();
     connectLoader();
     watchKeyRepetition();
-    focusWindowChanged();
-    connect(qApp, &QGuiApplication::focusWindowChanged, this, &QLPreviewPanel::focusWindowChanged);
+    focusChanged();
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &QLPreviewPanel::focusChanged);
+    connect(qApp, &QApplication::focusChanged, this, &QLPreviewPanel::focusChanged); // inside a window
 }
 
 QLPreviewPanel::~QLPreviewPanel() {
@@ -159,7 +160,7 @@ void QLPreviewPanel::forget(QLPreviewPanelController* controller) {
     sharedPanel->setDataSource(nullptr);
 }
 
-void QLPreviewPanel::focusWindowChanged() {
+void QLPreviewPanel::focusChanged() {
     QWidget* active = QApplication::activeWindow();
     if (!active || active == this)
         return;
@@ -298,7 +299,7 @@ void QLPreviewPanel::place() {
 }
 
 void QLPreviewPanel::makeKeyAndOrderFront() {
-    focusWindowChanged();
+    focusChanged();
     if (mIsOrderedIn) {
         updateController();
         if (!mZoom.isRunning())

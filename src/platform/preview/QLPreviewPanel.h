@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // QLPreviewPanel: the one window of a process in which files can be looked at without being opened.
 // One decision: the panel belongs to whoever has the keyboard. It asks the widgets from the one with the focus up to the window for a
-// controller that accepts it, each time it is brought to the front and each time another window of the process becomes active; that
-// controller says what is shown.
+// controller that accepts it, each time it is brought to the front and each time the focus moves outside it; that controller says what is
+// shown.
 // Keys: Escape closes it, the left and right arrows page where there are several items, the delegate has the others; what it does not want
 // closes (space) or scrolls.
 // Main thread only.
@@ -86,7 +86,7 @@ private:
 
     void takeControl(QLPreviewPanelController* controller);
     static void forget(QLPreviewPanelController* controller);
-    void focusWindowChanged();
+    void focusChanged();
 
     void updateControls();
     /// An empty path shows that there is none.

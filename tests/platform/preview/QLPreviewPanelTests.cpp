@@ -150,8 +150,13 @@ TEST_F(QLPreviewPanelTest, BelongsToWhoeverHasTheKeyboard) {
     EXPECT_TRUE(comesToShow(u"Nothing is selected."_s));
     EXPECT_EQ(panel().currentPreviewItemIndex(), -1);
 
+    pane->field->setFocus(); // inside the window
+    EXPECT_EQ(panel().currentController(), pane.get());
+    other->field->setFocus();
+    EXPECT_EQ(panel().currentController(), other.get());
+
     panel().orderOut();
-    EXPECT_EQ(other->log, QStringList({u"begin"_s, u"end"_s}));
+    EXPECT_EQ(other->log, QStringList({u"begin"_s, u"end"_s, u"begin"_s, u"end"_s}));
     EXPECT_FALSE(panel().isVisible());
     EXPECT_EQ(panel().dataSource(), nullptr);
     EXPECT_EQ(panel().delegate(), nullptr);
@@ -196,6 +201,7 @@ TEST_F(QLPreviewPanelTest, ShowsTheSelection) {
     QSignalSpy finished(&panel(), &QLPreviewPanel::previewFinished);
     panel().reloadData();
     EXPECT_EQ(panel().currentPreviewItemIndex(), 0);
+    EXPECT_FALSE(finished.wait(200));
     EXPECT_EQ(shown(), u"second text"_s);
     panel().refreshCurrentPreviewItem();
     EXPECT_TRUE(comesToShow(u"other text"_s));
