@@ -9,7 +9,10 @@
 #include <array>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QMimeDatabase>
+#include <QTextBlock>
+#include <QTextCursor>
 
 namespace quoddle {
 
@@ -17,9 +20,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::size_t kMostText = std::size_t(1) << 20; // bytes
-constexpr qsizetype kLongestLine = 4000;                // UTF-16 units; laying out an endless one would hold up the window
-constexpr qint64 kMostRichText = qint64{8} << 20;       // bytes
+constexpr std::size_t kMostText = std::size_t(1) << 20;       // bytes
+constexpr qsizetype kLongestLine = 4000;                      // UTF-16 units; laying out an endless one would hold up the window
+constexpr std::size_t kMostRichText = std::size_t(512) << 10; // bytes; formats take their time, here and in the window
+constexpr int kMostParagraphs = 2000;                         // with formats
 
 /// One character of UTF-8 may have been cut at the end.
 std::string_view withoutCutCharacter(std::string_view bytes) {
@@ -71,17 +75,30 @@ void readText(PreviewContents& contents) {
     contents.kind = PreviewKind::Text;
 }
 
+/// The beginning of a text with formats is one too. Attached pictures are left out: this process decodes none.
+bool readBeginning(PreviewContents& contents, QTextDocument& document) {
+    const QString file = contents.facts.isDirectory ? contents.facts.path + u"/TXT.rtf"_s : contents.facts.path;
+    contents.isCut = QFileInfo(file).size() > static_cast<qint64>(kMostRichText);
+    const auto bytes = readFileStart(QFile::encodeName(file).toStdString(), kMostRichText);
+    return bytes && readRichTextData(QByteArray::fromStdString(*bytes), document);
+}
+
 void readFormats(PreviewContents& contents, QThread* thread) {
     auto document = std::make_shared<QTextDocument>();
-    if (contents.facts.size > kMostRichText) {
-        contents.notice = u"The text is too long to be shown here."_s;
-    } else if (readRichText(contents.facts.path, *document)) {
-        document->moveToThread(thread);
-        contents.richText = std::move(document);
-        contents.kind = PreviewKind::RichText;
-    } else {
+    document->setUndoRedoEnabled(false);
+    if (!readBeginning(contents, *document)) {
         contents.notice = u"The file could not be read."_s;
+        return;
     }
+    if (document->blockCount() > kMostParagraphs) {
+        QTextCursor rest(document->findBlockByNumber(kMostParagraphs));
+        rest.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        rest.removeSelectedText();
+        contents.isCut = true;
+    }
+    document->moveToThread(thread);
+    contents.richText = std::move(document);
+    contents.kind = PreviewKind::RichText;
 }
 
 } // namespace
