@@ -253,9 +253,10 @@ TEST_F(QLPreviewPanelTest, KeysGoWhereTheyBelong) {
     // With one item the arrows are the list's.
     pane->files.removeLast();
     pane->handlesKeys = true;
+    pane->keys.clear();
     open();
     QTest::keyClick(panel().windowHandle(), Qt::Key_Right);
-    EXPECT_EQ(pane->keys.last(), Qt::Key_Right);
+    EXPECT_EQ(pane->keys, QList<int>{Qt::Key_Right});
 }
 
 TEST_F(QLPreviewPanelTest, AKeyThatIsHeldDownClosesNothing) {
@@ -330,7 +331,17 @@ TEST_F(QLPreviewPanelTest, EveryControlHasANameAndDoesWhatItSays) {
     EXPECT_FALSE(buttons[u"Next"_s]->isEnabled());
     buttons[u"Previous"_s]->click();
     EXPECT_EQ(panel().currentPreviewItemIndex(), 0);
-    buttons[u"Close"_s]->click();
+    // All of them, and the text, are reached by Tab, which leads on from everywhere.
+    ASSERT_TRUE(comesToShow(u"first text"_s));
+    QSet<QWidget*> reached;
+    for (int i = 0; i < 6; ++i) {
+        QTest::keyClick(panel().windowHandle(), Qt::Key_Tab);
+        reached.insert(QApplication::focusWidget());
+    }
+    for (const QString& name : {u"Close"_s, u"Next"_s, u"Open"_s})
+        EXPECT_TRUE(reached.contains(buttons[name])) << name.toStdString();
+    EXPECT_TRUE(reached.contains(panel().findChild<QPlainTextEdit*>()));
+    QTest::keyClick(buttons[u"Close"_s], Qt::Key_Space);
     EXPECT_FALSE(panel().isVisible());
 
     Opener opener;
