@@ -21,13 +21,14 @@ struct PreviewContents {
     QString text;                            // for Text
     bool isSource = false;                   // its columns matter
     bool isCut = false;                      // there is more of it
-    std::shared_ptr<QTextDocument> richText; // for RichText; belongs to the thread that has asked for it to be pushed there
+    std::shared_ptr<QTextDocument> richText; // for RichText; on the thread that was asked for
     QString notice;                          // for Card: why there is no more than that; empty when nothing went wrong
 };
 
 /// What the type of a file lets expect.
 PreviewKind previewKindOf(const FileFacts& facts);
-/// Reads as much of the file as a preview shows. A document with formats is pushed to `thread`.
+/// Reads as much of the file as a preview shows. A document with formats comes on `thread`, where it must be used and
+/// released.
 PreviewContents previewContentsOfFile(const QString& path, const std::atomic<bool>& isCancelled, QThread* thread);
 
 } // namespace quoddle

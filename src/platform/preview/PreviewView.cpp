@@ -43,13 +43,21 @@ PreviewView::PreviewView(QWidget* parent)
     mRichText->setAccessibleName(u"Text"_s);
 }
 
+PreviewView::~PreviewView() {
+    giveUpDocument();
+}
+
 void PreviewView::showMessage(const QString& message) {
     showCard({}, message);
     mText->clear();
-    mRichText->setDocument(new QTextDocument(mRichText));
-    mDocument.reset();
+    giveUpDocument();
     mPicture->setPicture({});
     mPages->removeAllPages();
+}
+
+void PreviewView::giveUpDocument() {
+    mRichText->setDocument(nullptr); // an empty one of its own
+    mDocument.reset();
 }
 
 void PreviewView::showCard(const FileFacts& facts, const QString& notice) {

@@ -7,8 +7,6 @@
 
 #include <QStackedWidget>
 
-class QAbstractScrollArea;
-class QLabel;
 class QPlainTextEdit;
 class QTextEdit;
 
@@ -22,6 +20,7 @@ class PreviewView : public QStackedWidget {
     Q_OBJECT
 public:
     explicit PreviewView(QWidget* parent = nullptr);
+    ~PreviewView() override;
 
     /// Nothing of a file; what was shown before is given up.
     void showMessage(const QString& message);
@@ -37,6 +36,8 @@ protected:
 
 private:
     void adaptColors();
+    /// The view must not be left with a document that goes.
+    void giveUpDocument();
 
     std::shared_ptr<QTextDocument> mDocument;
     CardView* mCard;

@@ -32,6 +32,32 @@ TEST(ElidedLabel, KeepsItsSizeAndTellsTheWholeElsewhere) {
     EXPECT_EQ(label.sizeHint(), size);
 }
 
+TEST(ElidedLabel, StandsWhereItsAlignmentSays) {
+    struct Row {
+        Qt::Alignment alignment;
+        Qt::LayoutDirection direction;
+        double middle; // of what is written, as a part of the width
+    };
+    for (const Row& row :
+         {Row{Qt::AlignLeft, Qt::LeftToRight, 0.05}, Row{Qt::AlignCenter, Qt::LeftToRight, 0.5}, Row{Qt::AlignRight, Qt::LeftToRight, 0.95},
+          Row{Qt::AlignLeft, Qt::RightToLeft, 0.95}, Row{Qt::AlignCenter, Qt::RightToLeft, 0.5}}) {
+        ElidedLabel label;
+        label.setLayoutDirection(row.direction);
+        label.setAlignment(row.alignment);
+        label.setText(u"HHH"_s);
+        label.resize(400, 30);
+        const QImage image = label.grab().toImage();
+        int first = image.width(), last = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (image.pixelColor(x, y) != image.pixelColor(200, 0)) {
+                    first = std::min(first, x);
+                    last = std::max(last, x);
+                }
+        EXPECT_NEAR((first + last) / 2.0 / image.width(), row.middle, 0.06);
+    }
+}
+
 TEST(ElidedLabel, FiguresDoNotTremble) {
     // In a font whose 1 is narrower than its other figures two counts of equal length must take equal room: paint and compare the ink after
     // the figures.

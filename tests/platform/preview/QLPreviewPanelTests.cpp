@@ -15,6 +15,7 @@
 #include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTest>
+#include <QTextEdit>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -120,6 +121,8 @@ protected:
         const auto* text = qobject_cast<const QPlainTextEdit*>(view);
         if (text)
             return text->toPlainText();
+        if (const auto* richText = qobject_cast<const QTextEdit*>(view))
+            return richText->toPlainText();
         QStringList lines;
         for (const auto* label : view->findChildren<QLabel*>())
             if (label->isVisibleTo(view))
@@ -217,6 +220,16 @@ TEST_F(QLPreviewPanelTest, ShowsTheSelection) {
     panel().reloadData();
     EXPECT_TRUE(comesToShow(u"the last"_s));
     EXPECT_EQ(finished.count(), 1);
+
+    // Formats, and others in their place, and none.
+    for (const char* word : {"rich", "richer"}) {
+        pane->files = {write(QString::fromLatin1(word) + u".rtf"_s, QByteArray("{\\rtf1 ") + word + "}")};
+        panel().reloadData();
+        EXPECT_TRUE(comesToShow(QString::fromLatin1(word)));
+    }
+    pane->files.clear();
+    panel().reloadData();
+    EXPECT_EQ(panel().findChild<QTextEdit*>()->toPlainText(), QString());
 
     pane->files = {write(u"broken.png"_s, "x")};
     panel().reloadData();
