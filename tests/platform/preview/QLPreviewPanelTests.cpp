@@ -55,7 +55,7 @@ public:
     }
     bool previewPanelHandleEvent(QLPreviewPanel&, QEvent& event) override {
         if (event.type() == QEvent::KeyPress)
-            keys << static_cast<QKeyEvent&>(event).key();
+            keys.push_back(static_cast<QKeyEvent&>(event).key());
         return handlesKeys;
     }
 
@@ -65,7 +65,7 @@ public:
     QRect row;
     QStringList files;
     QStringList log;
-    QList<int> keys;
+    std::vector<int> keys;
     bool accepts = true;
     bool handlesKeys = false;
 };
@@ -257,7 +257,7 @@ TEST_F(QLPreviewPanelTest, KeysGoWhereTheyBelong) {
         pane->handlesKeys = row.isHandled;
         pane->keys.clear();
         QTest::keyClick(panel().windowHandle(), static_cast<Qt::Key>(row.key));
-        EXPECT_EQ(pane->keys, row.isToldDelegate ? QList{row.key} : QList<int>{}) << row.key;
+        EXPECT_EQ(pane->keys, row.isToldDelegate ? std::vector{row.key} : std::vector<int>{}) << row.key;
         EXPECT_EQ(panel().isVisible(), !row.closes) << row.key;
         EXPECT_EQ(row.closes ? 0 : panel().currentPreviewItemIndex(), row.index) << row.key;
         panel().orderOut();
@@ -269,7 +269,7 @@ TEST_F(QLPreviewPanelTest, KeysGoWhereTheyBelong) {
     pane->keys.clear();
     open();
     QTest::keyClick(panel().windowHandle(), Qt::Key_Right);
-    EXPECT_EQ(pane->keys, QList<int>{Qt::Key_Right});
+    EXPECT_EQ(pane->keys, std::vector<int>{Qt::Key_Right});
 }
 
 TEST_F(QLPreviewPanelTest, AKeyThatIsHeldDownClosesNothing) {
@@ -277,7 +277,7 @@ TEST_F(QLPreviewPanelTest, AKeyThatIsHeldDownClosesNothing) {
     QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier, u" "_s, true);
     QCoreApplication::sendEvent(&panel(), &repeated);
     EXPECT_TRUE(panel().isVisible());
-    EXPECT_TRUE(pane->keys.isEmpty());
+    EXPECT_TRUE(pane->keys.empty());
 }
 
 TEST_F(QLPreviewPanelTest, TextsScrollAndSpaceClosesThem) {
