@@ -4,18 +4,18 @@
 // Main thread only.
 #pragma once
 
+#include "platform/preview/QLPreviewItem.h"
 #include "platform/search/ranking/NameRanges.h"
 
 #include <QString>
 #include <QStringList>
-#include <QUrl>
 
 namespace quoddle {
 
 class SpotlightMatch;
 using SpotlightMatchRef = std::shared_ptr<SpotlightMatch>;
 
-class SpotlightMatch {
+class SpotlightMatch final : public QLPreviewItem {
 public:
     static constexpr double kRowHeight = 35; // points
 
@@ -28,8 +28,8 @@ public:
     bool operator==(const SpotlightMatch& other) const { return mPath == other.mPath; }
     friend size_t qHash(const SpotlightMatch& match, size_t seed = 0) { return qHash(match.mPath, seed); }
 
-    QUrl previewItemURL() const { return QUrl::fromLocalFile(mPath); }
-    QString previewItemTitle() const;
+    QUrl previewItemURL() const override { return QUrl::fromLocalFile(mPath); }
+    QString previewItemTitle() const override;
     double rowHeight() const { return kRowHeight; }
 
     /// Places in the name that file managers show. Nothing when several terms are not in it at all.

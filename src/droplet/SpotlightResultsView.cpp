@@ -4,6 +4,7 @@
 #include "droplet/DropFilesView.h"
 #include "droplet/DropletWindowController.h"
 #include "droplet/SpotlightViewController.h"
+#include "platform/appkit/KeyRepetition.h"
 #include "runtime/AppDelegate.h"
 
 #include <QDragEnterEvent>
@@ -24,7 +25,10 @@ void SpotlightResultsView::_setupView() {
 }
 
 void SpotlightResultsView::keyPressEvent(QKeyEvent* event) {
-    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && mController)
+    if (event->key() == Qt::Key_Space && mController) {
+        if (!isKeyRepetition(*event)) // a key held down would open and close the panel again and again
+            mController->doQuickLook();
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && mController)
         mController->doOK();
     else
         QListView::keyPressEvent(event);

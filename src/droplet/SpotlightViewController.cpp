@@ -7,6 +7,7 @@
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/preview/QLPreviewPanel.h"
 #include "runtime/AppDelegate.h"
 #include "ui_SpotlightViewController.h"
 
@@ -90,7 +91,11 @@ void SpotlightViewController::connectControls() {
         if (!mSelectsByItself)
             mSelectionChangedByUser = true;
         updateButtons();
+        if (mPreviewPanel)
+            mPreviewPanel->reloadData();
     });
+    connect(mUi->quickLookButton, &QPushButton::clicked, this, &SpotlightViewController::doQuickLook);
+    QLPreviewPanel::registerController(*view(), *this);
 }
 
 void SpotlightViewController::observeQuery() {
@@ -268,7 +273,9 @@ void SpotlightViewController::selectBestHit() {
 }
 
 void SpotlightViewController::updateButtons() {
-    mUi->openButton->setEnabled(mUi->resultsView->selectionModel()->hasSelection());
+    const bool hasSelection = mUi->resultsView->selectionModel()->hasSelection();
+    mUi->openButton->setEnabled(hasSelection);
+    mUi->quickLookButton->setEnabled(hasSelection);
 }
 
 void SpotlightViewController::_revealSelectedResultsRow() {
@@ -321,6 +328,61 @@ bool SpotlightViewController::eventFilter(QObject* watched, QEvent* event) {
         handleSearchKey(static_cast<QKeyEvent*>(event)->key()))
         return true;
     return NSViewController::eventFilter(watched, event);
+}
+
+// --- Quick Look
+
+/// Another pane takes the place of this one.
+void SpotlightViewController::viewDidDisappear() {
+    if (mPreviewPanel)
+        mPreviewPanel->orderOut();
+}
+
+void SpotlightViewController::doQuickLook() {
+    if (QLPreviewPanel::sharedPreviewPanelExists() && QLPreviewPanel::sharedPreviewPanel().isVisible())
+        QLPreviewPanel::sharedPreviewPanel().orderOut();
+    else
+        QLPreviewPanel::sharedPreviewPanel().makeKeyAndOrderFront();
+}
+
+bool SpotlightViewController::acceptsPreviewPanelControl(QLPreviewPanel&) {
+    return true;
+}
+
+void SpotlightViewController::beginPreviewPanelControl(QLPreviewPanel& panel) {
+    mPreviewPanel = &panel;
+    panel.setDelegate(this);
+    panel.setDataSource(this);
+}
+
+void SpotlightViewController::endPreviewPanelControl(QLPreviewPanel&) {
+    mPreviewPanel = nullptr;
+}
+
+int SpotlightViewController::numberOfPreviewItemsInPreviewPanel(QLPreviewPanel&) {
+    return static_cast<int>(selectedObjects().size());
+}
+
+std::shared_ptr<const QLPreviewItem> SpotlightViewController::previewPanelPreviewItemAtIndex(QLPreviewPanel&, int index) {
+    return selectedObjects().value(index);
+}
+
+bool SpotlightViewController::previewPanelHandleEvent(QLPreviewPanel&, QEvent& event) {
+    if (event.type() != QEvent::KeyPress)
+        return false;
+    QCoreApplication::sendEvent(mUi->resultsView, &event);
+    return true;
+}
+
+QRect SpotlightViewController::previewPanelSourceFrameOnScreenForPreviewItem(QLPreviewPanel&, const QLPreviewItem& item) {
+    const QList<SpotlightMatchRef>& arranged = mResultsController->arrangedObjects();
+    const auto match =
+        std::find_if(arranged.begin(), arranged.end(), [&item](const SpotlightMatchRef& each) { return each.get() == &item; });
+    if (match == arranged.end())
+        return {};
+    const QRect row = mUi->resultsView->visualRect(mResultsController->index(static_cast<int>(match - arranged.begin())));
+    const QWidget* viewport = mUi->resultsView->viewport();
+    return row.intersects(viewport->rect()) ? QRect(viewport->mapToGlobal(row.topLeft()), row.size()) : QRect();
 }
 
 } // namespace quoddle

@@ -24,7 +24,10 @@ struct NSNotification;
 class SpotlightResultsController;
 class SpotlightResultsView;
 
-class SpotlightViewController : public NSViewController {
+class SpotlightViewController : public NSViewController,
+                                private QLPreviewPanelController,
+                                private QLPreviewPanelDataSource,
+                                private QLPreviewPanelDelegate {
     Q_OBJECT
 public:
     explicit SpotlightViewController(QObject* parent = nullptr);
@@ -47,6 +50,8 @@ public:
     /// Opens what is selected.
     void doOK();
     void doQuit();
+    /// Shows the selected hits in the preview panel, or takes the panel away.
+    void doQuickLook();
     /// The search field takes the keyboard.
     void takeFocus();
 
@@ -56,6 +61,7 @@ public:
 protected:
     QWidget* loadView() override;
     void viewDidLoad() override;
+    void viewDidDisappear() override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -78,6 +84,13 @@ private:
     void selectBestHit();
     void updateButtons();
     bool handleSearchKey(int key);
+    bool acceptsPreviewPanelControl(QLPreviewPanel& panel) override;
+    void beginPreviewPanelControl(QLPreviewPanel& panel) override;
+    void endPreviewPanelControl(QLPreviewPanel& panel) override;
+    int numberOfPreviewItemsInPreviewPanel(QLPreviewPanel& panel) override;
+    std::shared_ptr<const QLPreviewItem> previewPanelPreviewItemAtIndex(QLPreviewPanel& panel, int index) override;
+    bool previewPanelHandleEvent(QLPreviewPanel& panel, QEvent& event) override;
+    QRect previewPanelSourceFrameOnScreenForPreviewItem(QLPreviewPanel& panel, const QLPreviewItem& item) override;
 
     std::unique_ptr<Ui::SpotlightViewController> mUi;
     std::unique_ptr<NSMetadataQuery> mNameQuery;
@@ -93,6 +106,7 @@ private:
     bool mSelectionChangedByUser = false;
     bool mSelectsByItself = false; // the selection changes, and it is not the user
     QTimer mNextSlice;
+    QLPreviewPanel* mPreviewPanel = nullptr; // while this pane controls it
 };
 
 } // namespace quoddle
