@@ -3,6 +3,7 @@
 import ctypes
 import os
 import pathlib
+import plistlib
 import re
 import shutil
 import signal
@@ -114,7 +115,8 @@ class SessionBus:
 
 
 class Applet:
-    def __init__(self, case, name, source, options=(), files=()):
+    def __init__(self, case, name, source, options=(), files=(), info=None):
+        """`info`: what its Info.plist is to say besides."""
         self.case = case
         self.name = name
         self.folder = case.folder
@@ -123,9 +125,16 @@ class Applet:
         script.write_text(source.replace("FOLDER", str(self.folder)), encoding="utf-8")
         made = subprocess.run([str(binaries() / "osacompile"), *options, "-o", str(bundle), str(script)], capture_output=True, text=True)
         case.assertEqual(made.returncode, 0, made.stderr)
-        environment = self.environment()
-        self.process = subprocess.Popen([str(bundle / "Contents/Linux" / name), *files], env=environment, stderr=open(self.folder / (name + ".log"), "w"))
+        if info:
+            plist = bundle / "Contents/Info.plist"
+            plist.write_bytes(plistlib.dumps(plistlib.loads(plist.read_bytes()) | info))
+        self.launch(*files)
         case.addCleanup(self.kill)
+
+    def launch(self, *files):
+        """Anew, when it has ended."""
+        program = self.folder / (self.name + ".app") / "Contents/Linux" / self.name
+        self.process = subprocess.Popen([str(program), *files], env=self.environment(), stderr=open(self.folder / (self.name + ".log"), "w"))
 
     def environment(self):
         """A home and a place to meet other applets of its own, shared by what one test starts."""
