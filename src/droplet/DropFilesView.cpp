@@ -3,7 +3,9 @@
 
 #include "droplet/NSColor+Additions.h"
 #include "droplet/NSImage+Additions.h"
+#include "droplet/PromptView.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/base/FileURL.h"
 #include "platform/foundation/URLResources.h"
 #include "runtime/AppDelegate.h"
 
@@ -27,6 +29,17 @@ constexpr int kSlice = 8;             // and after that
 const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
 const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
 
+/// Below the artwork, within its frame: the colour of a selection can hardly be told from that of a verdict.
+void paintPlate(QPixmap& artwork, const QColor& color) {
+    QPainter painter(&artwork);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    const double extent = kArtworkExtent, frame = extent / 16;
+    painter.drawRoundedRect(QRectF(frame, frame, extent - 2 * frame, extent - 2 * frame), 2.5 * frame, 2.5 * frame);
+}
+
 } // namespace
 
 std::optional<QStringList> filenamesFrom(const QMimeData& pasteboard) {
@@ -35,15 +48,15 @@ std::optional<QStringList> filenamesFrom(const QMimeData& pasteboard) {
     QStringList filenames;
     const QList<QUrl> urls = pasteboard.urls();
     for (const QUrl& url : urls)
-        if (url.isLocalFile())
-            filenames << QDir::cleanPath(url.toLocalFile());
+        if (const auto path = pathFromFileURL(url.toEncoded().toStdString()))
+            filenames << QDir::cleanPath(QString::fromStdString(*path));
     if (filenames.isEmpty() && !urls.isEmpty())
         return std::nullopt;
     return filenames;
 }
 
 DropFilesView::DropFilesView(QWidget* parent)
-    : QWidget(parent), mForthcomingView(new QLabel(this)), mIconView(new QLabel(this)), mPromptView(new QLabel(this)) {
+    : QWidget(parent), mForthcomingView(new QLabel(this)), mIconView(new QLabel(this)), mPromptView(new PromptView(this)) {
     _setupView();
 }
 
@@ -54,16 +67,16 @@ void DropFilesView::_setupView() {
     layout->setContentsMargins(24, 20, 24, 24);
     layout->setSpacing(12);
     layout->addStretch(1);
-    for (QLabel* view : {mIconView, mPromptView, mForthcomingView}) {
+    for (QWidget* view : {static_cast<QWidget*>(mIconView), static_cast<QWidget*>(mPromptView), static_cast<QWidget*>(mForthcomingView)}) {
         view->setAcceptDrops(false); // the pane takes them
-        view->setAlignment(Qt::AlignCenter);
         layout->addWidget(view);
     }
+    mIconView->setAlignment(Qt::AlignCenter);
+    mForthcomingView->setAlignment(Qt::AlignCenter);
+    mPromptView->setTextAlignment(Qt::AlignCenter);
     layout->addStretch(1);
     mIconView->setAccessibleName(tr("Picture"));
     mIconView->hide();
-    mPromptView->setWordWrap(true);
-    mPromptView->setTextFormat(Qt::PlainText);
     mForthcomingView->setAccessibleName(tr("Drop files here"));
     setSelected(false);
 
@@ -72,6 +85,10 @@ void DropFilesView::_setupView() {
             [this](const QVariant& color) { setBackgroundColor(color.value<QColor>()); });
     mNextSlice.setSingleShot(true);
     connect(&mNextSlice, &QTimer::timeout, this, &DropFilesView::judgeNextSlice);
+}
+
+QString DropFilesView::promptString() const {
+    return mPromptView->text();
 }
 
 void DropFilesView::setPromptString(const QString& prompt) {
@@ -97,15 +114,8 @@ void DropFilesView::setBackgroundColor(const QColor& color) {
     if (color == mBackgroundColor)
         return;
     mBackgroundColor = color;
-    showPromptColor();
+    mPromptView->setTextColor(color.isValid() ? contrastingLabelColor(color) : QColor());
     repaint();
-}
-
-void DropFilesView::showPromptColor() {
-    QPalette labels;
-    if (mBackgroundColor.isValid())
-        labels.setColor(QPalette::WindowText, contrastingLabelColor(mBackgroundColor));
-    mPromptView->setPalette(labels);
 }
 
 void DropFilesView::setSelected(bool selected) {
@@ -113,8 +123,11 @@ void DropFilesView::setSelected(bool selected) {
     QColor color = palette().color(selected ? QPalette::Highlight : QPalette::WindowText);
     if (!selected)
         color.setAlphaF(0.45f);
-    mForthcomingView->setPixmap(tintedImageWithColor(templateImageNamed(u"ForthcomingTemplate"_s, kArtworkExtent, devicePixelRatioF()),
-                                                     color, QPainter::CompositionMode_SourceIn));
+    QPixmap artwork = tintedImageWithColor(templateImageNamed(u"ForthcomingTemplate"_s, kArtworkExtent, devicePixelRatioF()), color,
+                                           QPainter::CompositionMode_SourceIn);
+    if (selected)
+        paintPlate(artwork, palette().color(QPalette::Base));
+    mForthcomingView->setPixmap(artwork);
 }
 
 // --- Judging

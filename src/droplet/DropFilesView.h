@@ -23,6 +23,8 @@ std::optional<QStringList> filenamesFrom(const QMimeData& data);
 
 enum class NSDragOperation { none = 0, generic = 4 };
 
+class PromptView;
+
 class DropFilesView : public QWidget {
     Q_OBJECT
 public:
@@ -31,7 +33,7 @@ public:
     /// A condition on the resource values of each file; null: every file.
     NSPredicateRef dropPredicate() const { return mDropPredicate; }
     void setDropPredicate(NSPredicateRef predicate) { mDropPredicate = std::move(predicate); }
-    QString promptString() const { return mPromptView->text(); }
+    QString promptString() const;
     void setPromptString(const QString& prompt);
     /// Null: none.
     void setPromptIcon(const QImage& icon);
@@ -42,7 +44,7 @@ public:
     // The views in it: the artwork of the drop zone, the icon and the prompt.
     QLabel* forthcomingView() const { return mForthcomingView; }
     QLabel* iconView() const { return mIconView; }
-    QLabel* promptView() const { return mPromptView; }
+    PromptView* promptView() const { return mPromptView; }
 
     NSDragOperation draggingEntered(const QMimeData& pasteboard);
     void draggingExited();
@@ -78,12 +80,11 @@ private:
     void showVerdict(const QColor& color);
     void setSelected(bool selected);
     void showIcon();
-    void showPromptColor();
 
     NSPredicateRef mDropPredicate;
     QLabel* mForthcomingView;
     QLabel* mIconView;
-    QLabel* mPromptView;
+    PromptView* mPromptView;
     QImage mPromptIcon;
     QColor mBackgroundColor;
     QVariantAnimation mColorChange;

@@ -4,14 +4,14 @@
 #include "droplet/DropFilesViewController.h"
 #include "droplet/NSImage+Additions.h"
 #include "droplet/SpotlightViewController.h"
+#include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/NSSegmentedControl.h"
 #include "platform/appkit/ProgressBar.h"
+#include "platform/appkit/WindowLayout.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "runtime/AppDelegate.h"
 #include "window/ProgressViewController.h"
 #include "window/StartupViewController.h"
-
-#include <QLabel>
 
 namespace quoddle {
 
@@ -24,9 +24,19 @@ constexpr int kSearchTab = 1;
 constexpr int kProgressTab = 2;
 constexpr int kStartupTab = 3;
 constexpr QSize kFirstSize(480, 400);
-constexpr int kSegmentExtent = 20; // points
 const QString kModeKey = u"mode"_s;
 using Options = NSTabViewController::TransitionOptions;
+
+/// As wide as its text, and narrower where there is no room for it: the mode control beside it is to be seen whatever an applet is called.
+class TitleLabel final : public ElidedLabel {
+public:
+    TitleLabel() { setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed); }
+
+    QSize sizeHint() const override {
+        const QMargins margins = contentsMargins();
+        return {fontMetrics().horizontalAdvance(text().simplified()) + margins.left() + margins.right(), ElidedLabel::sizeHint().height()};
+    }
+};
 
 } // namespace
 
@@ -43,6 +53,7 @@ std::unique_ptr<NSWindow> DropletWindowController::loadWindow() {
     auto window = BaseWindowController::loadWindow();
     window->setContentViewController(mMainViewController.get());
     window->resize(kFirstSize);
+    fitToScreen(*window);
     return window;
 }
 
@@ -71,10 +82,9 @@ QStringList DropletWindowController::toolbarAllowedItemIdentifiers(const NSToolb
 
 NSToolbarItem DropletWindowController::toolbarItemForItemIdentifier(const NSToolbar&, const QString& identifier) {
     if (identifier == ToolbarTitleItemIdentifier) {
-        auto* title = new QLabel(window()->windowTitle());
-        title->setTextFormat(Qt::PlainText);
-        title->setAlignment(Qt::AlignCenter);
+        auto* title = new TitleLabel;
         title->setContentsMargins(8, 0, 8, 0);
+        title->setText(window()->windowTitle());
         return {identifier, title};
     }
     if (identifier == ToolbarModeItemIdentifier) {
@@ -89,23 +99,10 @@ void DropletWindowController::toolbarWillAddItem(const NSToolbarItem& item) {
     if (item.identifier != ToolbarModeItemIdentifier)
         return;
     mModeControl = static_cast<NSSegmentedControl*>(item.view);
-    updateSegmentImages();
+    mModeControl->setSegment(kDropTab, templateIconNamed(u"DropTemplate"_s), QObject::tr("Drop files"));
+    mModeControl->setSegment(kSearchTab, templateIconNamed(u"SpotlightTemplate"_s), QObject::tr("Find files"));
     mModeControl->setSelectedSegment(mMainViewController->selectedTabViewItemIndex());
     QObject::connect(mModeControl, &NSSegmentedControl::action, mModeControl, [this](int segment) { _modeChanged(segment); });
-}
-
-void DropletWindowController::updateSegmentImages() {
-    const QPalette palette = mModeControl->palette();
-    const double ratio = window()->devicePixelRatioF();
-    const auto icon = [&](const QString& name) {
-        QIcon made(tintedImageWithColor(templateImageNamed(name, kSegmentExtent, ratio), palette.color(QPalette::ButtonText)));
-        made.addPixmap(
-            tintedImageWithColor(templateImageNamed(name, kSegmentExtent, ratio), palette.color(QPalette::Disabled, QPalette::ButtonText)),
-            QIcon::Disabled);
-        return made;
-    };
-    mModeControl->setSegment(kDropTab, icon(u"DropTemplate"_s), QObject::tr("Drop files"));
-    mModeControl->setSegment(kSearchTab, icon(u"SpotlightTemplate"_s), QObject::tr("Find files"));
 }
 
 void DropletWindowController::_modeChanged(int segment) {

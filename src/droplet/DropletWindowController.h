@@ -60,7 +60,6 @@ private:
     StartupViewController& startupViewController() const;
     void selectTabWithoutTransition(int index);
     void selectMode(unsigned tab);
-    void updateSegmentImages();
 
     std::unique_ptr<NSTabViewController> mMainViewController;
     NSSegmentedControl* mModeControl = nullptr; // in the toolbar, which lives as long as the window

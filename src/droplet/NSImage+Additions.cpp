@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "droplet/NSImage+Additions.h"
 
+#include <QApplication>
+#include <QIconEngine>
 #include <QPainterPath>
+#include <QPalette>
+
+#include <algorithm>
 
 namespace quoddle {
 
@@ -54,7 +59,39 @@ constexpr std::pair<QLatin1StringView, Paint> kTemplates[] = {
     {QLatin1StringView("SpotlightTemplate"), &paintSpotlight},
 };
 
+class TemplateIcon final : public QIconEngine {
+public:
+    explicit TemplateIcon(QString name) : mName(std::move(name)) {}
+
+    void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override {
+        const QPalette palette = QApplication::palette();
+        const QColor color = mode == QIcon::Disabled ? palette.color(QPalette::Disabled, QPalette::ButtonText)
+                             : state == QIcon::On    ? palette.color(QPalette::Highlight)
+                                                     : palette.color(QPalette::ButtonText);
+        const int extent = std::min(area.width(), area.height());
+        const QPixmap image = templateImageNamed(mName, extent, painter->device()->devicePixelRatioF());
+        painter->drawPixmap(area.center() - QPoint((extent - 1) / 2, (extent - 1) / 2), tintedImageWithColor(image, color));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap drawn(size);
+        drawn.fill(Qt::transparent);
+        QPainter painter(&drawn);
+        paint(&painter, drawn.rect(), mode, state);
+        return drawn;
+    }
+
+    QIconEngine* clone() const override { return new TemplateIcon(mName); }
+
+private:
+    const QString mName;
+};
+
 } // namespace
+
+QIcon templateIconNamed(const QString& name) {
+    return QIcon(new TemplateIcon(name));
+}
 
 QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color, QPainter::CompositionMode operation) {
     QPixmap tinted(image.size());

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QColor>
+#include <QIcon>
 #include <QPainter>
 #include <QPixmap>
 
@@ -15,5 +16,8 @@ QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color,
 
 /// "ForthcomingTemplate", "DropTemplate" or "SpotlightTemplate": black on nothing, to be tinted. Null for another name.
 QPixmap templateImageNamed(const QString& name, int points, double devicePixelRatio);
+/// One of them for a button, always in the colours that the application has just then: that of the text on buttons, and of a selection
+/// where the button is down.
+QIcon templateIconNamed(const QString& name);
 
 } // namespace quoddle

@@ -92,6 +92,7 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     const QRectF folderLine = text.adjusted(0, kNameHeight, 0, 0);
     const QString folder =
         painter->fontMetrics().elidedText(abbreviatedFolder(match->path()), Qt::ElideMiddle, static_cast<int>(text.width()));
+    painter->setLayoutDirection(Qt::LeftToRight); // a path reads so in any interface
     painter->drawText(folderLine, (isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine,
                       folder);
     painter->restore();
@@ -118,6 +119,7 @@ void SpotlightResultsCell::drawName(QPainter& painter, const QRectF& line, Spotl
     QTextLayout layout(name, font);
     QTextOption option(Qt::AlignLeading | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::NoWrap);
+    option.setTextDirection(Qt::LayoutDirectionAuto); // the name's own
     layout.setTextOption(option);
     layout.setFormats(formats);
     layout.beginLayout();

@@ -6,7 +6,7 @@
 
 Pictures are left in the folder that QUODDLE_ARTEFACTS names, if any.
 """
-import pathlib
+import os
 import subprocess
 
 import accessibility
@@ -28,6 +28,8 @@ on open theFiles
 end open
 """
 
+WAIT = 'do shell script "until [ -e FOLDER/go ]; do sleep 0.02; done"'
+
 PLAIN_NAMES = ["report.txt", "two words.txt", "Grüße & Küsse.txt", "50% #1.txt", "日本語.txt", "two\nlines.txt", "plus+and?.txt", "quote'\".txt"]
 
 
@@ -41,16 +43,22 @@ class DragSource:
             path = case.folder / "listed"
             path.write_bytes(b"\0".join(str(name).encode() for name in listed))
             arguments = ["--list", path]
-        self.process = subprocess.Popen([binaries() / "dragsource", form, *arguments, *names], env=case.display.environment, stdout=subprocess.PIPE, text=True)
+        environment = next(iter(case.applets.values())).environment()
+        self.process = subprocess.Popen([binaries() / "dragsource", form, *arguments, *names], env=environment, stdout=subprocess.PIPE, text=True)
         case.addCleanup(self.end)
         self.says("ready")
 
     def end(self):
         self.process.kill()
-        self.process.communicate()
+        self.process.wait()
+        self.process.stdout.close()
 
     def says(self, word):
-        self.case.assertEqual(self.process.stdout.readline().strip(), word)
+        """Now or later: what the target would do with a drag that moves about is told each time."""
+        said = "would"
+        while said.startswith("would") and said != word:
+            said = self.process.stdout.readline().strip()
+        self.case.assertEqual(said, word)
 
     def xdotool(self, *words):
         subprocess.run(["xdotool", *map(str, words)], env=self.case.display.environment, check=True)
@@ -69,10 +77,11 @@ class DragSource:
         self.xdotool("mouseup", 1)
         self.says(action)
 
-    def drop(self, place, action):
+    def drop(self, place):
         self.begin()
         self.move(place)
-        self.let_go(action)
+        self.says("would copy")
+        self.let_go("copy")
 
 
 class Drops(accessibility.AccessibleCase):
@@ -131,6 +140,191 @@ class Drops(accessibility.AccessibleCase):
         until(lambda: self.opened(applet) == [files], f"{files} to be opened, not {self.opened(applet)}")
         self.find("Drop zone")
         self.becomes(plain, place)
+
+    def test_refused_files_stay_where_they_are(self):
+        refusing = OPENING + 'on appletfileisacceptable(f)\nreturn POSIX path of f does not end with ".no"\nend appletfileisacceptable\n'
+        only_texts = {"CFBundleDocumentTypes": [{"CFBundleTypeExtensions": ["txt"]}]}
+        good, bad = self.files("good.txt", "bad.no")
+        for name, source, info in (("Hooked", refusing, None), ("Typed", OPENING, only_texts)):
+            applet = self.start_droplet(name, source, info=info)
+            place = self.drop_zone()
+            plain = self.pixels(*place)[0]
+            dragged = DragSource(self, "files", bad, good)
+            dragged.begin()
+            dragged.move(place)
+            self.becomes(RED, place)
+            applet.picture("dropping-refused")
+            dragged.let_go("none")
+            self.becomes(plain, place)
+            dragged.end()
+            DragSource(self, "files", good).drop(place)
+            until(lambda: self.opened(applet) == [[good]], "the file that is taken, and nothing else")
+            (self.folder / "opened").unlink()
+            applet.kill()
+
+    def test_files_that_are_taken_away_again(self):
+        applet = self.start_droplet("Left")
+        file, = self.files("report.txt")
+        place = self.drop_zone()
+        plain, artwork = self.pixels(*place)[0], self.artwork()
+        source = DragSource(self, "files", file)
+        source.begin()
+        for _ in range(3):
+            source.move(place)
+            self.becomes(GREEN, place)
+            source.move(self.outside())
+            self.becomes(plain, place)
+            until(lambda: self.artwork() == artwork, "the artwork as it was")
+        source.let_go("none")
+        source.drop(place)
+        until(lambda: self.opened(applet) == [[file]], "the file that was dropped")
+
+    def outside(self):
+        return 1000, 620
+
+    def test_what_is_no_file(self):
+        applet = self.start_droplet("Picky")
+        file, = self.files("report.txt")
+        place = self.drop_zone()
+        plain, artwork = self.pixels(*place)[0], self.artwork()
+        for form, dragged in (("text", [file]), ("addresses", ["https://example.org/report.txt", "mailto:someone@example.org"])):
+            source = DragSource(self, form, *dragged)
+            source.begin()
+            source.move(place)
+            until(lambda: self.artwork() != artwork, "the artwork that answers to the drag")
+            applet.picture("dropping-" + form)
+            self.assertEqual(self.pixels(*place), [plain])
+            source.let_go("none")
+            until(lambda: self.artwork() == artwork, "the artwork as it was")
+            source.end()
+        # What other programs write in their lists of addresses.
+        written = ["# a remark", "https://example.org/", "file://" + file, "file://localhost" + file, "file://" + os.uname().nodename + file]
+        DragSource(self, "addresses", *written).drop(place)
+        until(lambda: self.opened(applet), "the files in the list")
+        self.assertEqual(self.opened(applet), [[file] * 3])
+
+    def test_ten_thousand_files_are_one_event(self):
+        applet = self.start_droplet("Many")
+        files = self.files(*(f"file {number}.txt" for number in range(10000)))
+        place = self.drop_zone()
+        source = DragSource(self, "files", listed=files)
+        source.drop(place)
+        until(lambda: self.opened(applet), "the files to be opened", 60)
+        self.assertEqual(self.opened(applet), [files])
+
+    def test_nothing_is_dropped_on_a_script_that_runs(self):
+        applet = self.start_droplet("Busy", OPENING.replace("on open theFiles", "on open theFiles\n" + WAIT))
+        first, second = self.files("first.txt", "second.txt")
+        place = self.drop_zone()
+        DragSource(self, "files", first).drop(place)
+        self.find("Stop", "push button")
+        source = DragSource(self, "files", second)
+        source.begin()
+        source.move(place)
+        source.let_go("none")
+        (self.folder / "go").touch()
+        self.find("Drop zone")
+        source.drop(place)
+        until(lambda: self.opened(applet) == [[first], [second]], "both files")
+
+    # Modes
+
+    def test_a_drag_over_the_results_leads_to_the_drop_zone_and_back(self):
+        file, = self.files("report.txt")
+        applet = self.start_droplet("Finder")
+        self.click_on("Find files")
+        self.find("Search")
+        applet.xdotool("type", "report")
+        self.find("1 found", "label")
+        area = self.area("Results")
+        over = area.x + area.width // 2, area.y + area.height // 2
+        source = DragSource(self, "files", file)
+        source.begin()
+        source.move(over)
+        self.find("Drop zone")
+        source.move(over)
+        place = self.drop_zone()
+        self.becomes(GREEN, place)
+        source.move(self.outside())
+        self.find("1 found", "label")
+        source.let_go("none")
+        source.begin()
+        source.move(over)
+        self.find("Drop zone")
+        source.move(over)
+        self.becomes(GREEN, place)
+        source.let_go("copy")
+        until(lambda: self.opened(applet) == [[file]], "the file")
+        self.find("1 found", "label")
+        text = DragSource(self, "text", file)
+        text.begin()
+        text.move(over)
+        text.let_go("none")
+        self.find("1 found", "label")
+
+    def click_on(self, name):
+        self.applet = next(iter(self.applets.values()))
+        self.click(self.find(name))
+
+    def settings(self):
+        path, = (self.folder / "config/quoddle").glob("*.ini")
+        return path
+
+    def test_the_mode_is_kept(self):
+        applet = self.start_droplet("Moded")
+
+        def relaunched(control):
+            applet.key("ctrl+q")
+            applet.ends()
+            applet.launch()
+            applet.window()
+            return self.find(control)
+
+        self.click_on("Find files")
+        self.find("Search")
+        applet.xdotool("type", "re")  # the field has the keyboard
+        self.holds("Search", "re")
+        relaunched("Search")
+        self.click_on("Drop files")
+        relaunched("Drop zone")
+        until(lambda: "Drop files" in self.focused(), "the control to have the keyboard")
+        applet.key("Right")
+        self.find("Search")
+        applet.key("Tab")
+        until(lambda: "Search" in self.focused(), "the field to have the keyboard")
+        relaunched("Search")
+        self.assertIn("mode=1", self.settings().read_text())
+        for strange in ("7", "-1", "4294967296", "x", ""):
+            self.settings().write_text(f"[General]\nmode={strange}\n")
+            relaunched("Drop zone")
+
+    def holds(self, name, text):
+        def said():
+            control = self.shown(name, "text")
+            return control and self.atspi.Text.get_text(control, 0, -1) == text
+
+        until(said, f"“{name}” to hold {text!r}")
+
+    def focused(self):
+        """The names of the controls that have the keyboard."""
+        return [name for control, name, _ in self.showing() if control.get_state_set().contains(self.atspi.StateType.FOCUSED)]
+
+    # A script that fails
+
+    def test_a_failing_hook_ends_the_applet_with_one_alert(self):
+        applet = self.start_droplet("Failing", OPENING + 'on appletfileisacceptable(f)\nerror "Not today." number 7\nend appletfileisacceptable\n')
+        source = DragSource(self, "files", *self.files("report.txt", "notes.txt"))
+        place = self.drop_zone()
+        source.begin()
+        source.move(place)
+        quit_button = self.find("Quit", "push button")
+        applet.picture("hook-error")
+        source.move(self.outside())
+        source.let_go("none")
+        self.assertEqual([name for _, name, role in self.showing() if role == "push button"], ["Quit"])
+        applet.xdotool("key", "Return")
+        applet.ends()
+        self.assertEqual(applet.said("opened"), "")
 
 
 if __name__ == "__main__":

@@ -62,6 +62,8 @@ protected:
         auto* dragged = new QMimeData;
         mForm(*dragged, mNames);
         drag->setMimeData(dragged);
+        connect(drag, &QDrag::actionChanged, this,
+                [](Qt::DropAction action) { say(action == Qt::CopyAction ? "would copy" : "would not"); });
         QTimer::singleShot(0, this, [] { say("begun"); });
         say(drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction) == Qt::CopyAction ? "copy" : "none");
     }

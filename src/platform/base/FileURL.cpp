@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/base/FileURL.h"
 
+#include <limits.h>
+#include <strings.h>
+#include <unistd.h>
+
 namespace quoddle {
 
 namespace {
@@ -34,6 +38,14 @@ std::optional<std::string> unescaped(std::string_view text) {
     return result;
 }
 
+/// A host, whose letters may be of either case: none, "localhost", or the machine by its name, as some programs have it that drag files.
+bool isThisMachine(const std::string& host) {
+    if (host.empty() || strcasecmp(host.c_str(), "localhost") == 0)
+        return true;
+    char name[HOST_NAME_MAX + 1] = {};
+    return gethostname(name, sizeof name - 1) == 0 && strcasecmp(host.c_str(), name) == 0;
+}
+
 } // namespace
 
 std::string fileURLFromPath(std::string_view path) {
@@ -56,8 +68,10 @@ std::optional<std::string> pathFromFileURL(std::string_view url) {
     url.remove_prefix(5);
     if (url.starts_with("//")) {
         url.remove_prefix(2);
-        if (url.starts_with("localhost/"))
-            url.remove_prefix(9);
+        const std::size_t host = url.find('/');
+        if (host == std::string_view::npos || !isThisMachine(std::string(url.substr(0, host))))
+            return {};
+        url.remove_prefix(host);
     }
     if (!url.starts_with("/"))
         return {};
