@@ -26,6 +26,7 @@ constexpr int kIconExtent = 96;
 constexpr int kColorChangeTime = 500; // milliseconds
 constexpr qint64 kPatience = 60;      // milliseconds of judging before the window gets its turn for the first time
 constexpr int kSlice = 8;             // and after that
+constexpr int kSilence = 500;         // milliseconds without a word of a drag, after which it has gone
 const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
 const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
 
@@ -85,6 +86,8 @@ void DropFilesView::_setupView() {
             [this](const QVariant& color) { setBackgroundColor(color.value<QColor>()); });
     mNextSlice.setSingleShot(true);
     connect(&mNextSlice, &QTimer::timeout, this, &DropFilesView::judgeNextSlice);
+    mSilence.setSingleShot(true);
+    connect(&mSilence, &QTimer::timeout, this, &DropFilesView::draggingExited);
 }
 
 QString DropFilesView::promptString() const {
@@ -133,6 +136,8 @@ void DropFilesView::setSelected(bool selected) {
 // --- Judging
 
 NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
+    if (isFinishingDrop())
+        return NSDragOperation::none;
     setSelected(true);
     mJudgement = {};
     mJudgement.number = ++mLastJudgement;
@@ -210,6 +215,8 @@ void DropFilesView::showVerdict(const QColor& color) {
 // --- The end of a drag
 
 void DropFilesView::draggingExited() {
+    if (isFinishingDrop())
+        return;
     mJudgement = {};
     draggingEnded();
     if (const auto controller = AppDelegate::instance()->mainWindowController())
@@ -240,30 +247,49 @@ void DropFilesView::draggingEnded() {
 // --- The toolkit's events
 
 void DropFilesView::dragEnterEvent(QDragEnterEvent* event) {
+    mSilence.stop();
     const NSDragOperation operation = draggingEntered(*event->mimeData());
     event->setDropAction(operation == NSDragOperation::none ? Qt::IgnoreAction : Qt::CopyAction);
     event->accept(); // also when refused: otherwise nobody says when the drag leaves
 }
 
 void DropFilesView::dragMoveEvent(QDragMoveEvent* event) {
-    const bool isTaken = mJudgement.isUnderWay || mJudgement.isAccepted;
-    event->setDropAction(isTaken ? Qt::CopyAction : Qt::IgnoreAction);
-    event->setAccepted(isTaken);
+    mSilence.stop();
+    if (!mIsSelected) // the toolkit takes it for the one that has gone without leaving
+        draggingEntered(*event->mimeData());
+    event->setDropAction(isTaking() ? Qt::CopyAction : Qt::IgnoreAction);
+    event->setAccepted(isTaking());
 }
 
 void DropFilesView::dragLeaveEvent(QDragLeaveEvent*) {
-    draggingExited();
+    mSilence.stop();
+    if (isVisible())
+        draggingExited();
 }
 
 void DropFilesView::dropEvent(QDropEvent* event) {
-    if (!mJudgement.isUnderWay && !mJudgement.isAccepted) {
-        event->setDropAction(Qt::IgnoreAction);
-        event->ignore();
-    } else {
-        event->setDropAction(Qt::CopyAction);
-        event->accept();
+    mSilence.stop();
+    event->setDropAction(isTaking() ? Qt::CopyAction : Qt::IgnoreAction);
+    event->setAccepted(isTaking());
+    if (isTaking())
         performDragOperation(*event->mimeData());
-    }
+    draggingEnded();
+}
+
+/// While something is dragged the pointer is not seen. When it is seen and nothing more is heard of the drag, what was dragged has gone with
+/// the program that it came from; nobody says that it has left.
+void DropFilesView::enterEvent(QEnterEvent* event) {
+    QWidget::enterEvent(event);
+    if (mIsSelected && !isFinishingDrop())
+        mSilence.start(kSilence);
+}
+
+/// A run has begun and shows its progress here: what hovers is not over this pane any more, and its leaving shall not bring the pane back.
+void DropFilesView::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (isFinishingDrop())
+        return;
+    mJudgement = {};
     draggingEnded();
 }
 

@@ -58,6 +58,8 @@ protected:
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 
@@ -72,6 +74,10 @@ private:
     };
 
     void _setupView();
+    /// Files were dropped before they were judged: until that is done nothing else is taken.
+    bool isFinishingDrop() const { return mJudgement.isUnderWay && mJudgement.isDropped; }
+    /// Whether what hovers would be taken; so it is as long as it is being judged.
+    bool isTaking() const { return !isFinishingDrop() && (mJudgement.isUnderWay || mJudgement.isAccepted); }
     void judge(const QElapsedTimer& since, qint64 atMost);
     void judgeNextSlice();
     bool isAccepted(const QString& filename, bool previous) const;
@@ -90,6 +96,7 @@ private:
     QVariantAnimation mColorChange;
     Judgement mJudgement;
     QTimer mNextSlice;
+    QTimer mSilence; // runs while the pointer is seen although something is dragged
     int mLastJudgement = 0;
     bool mIsAsking = false; // the script, further up on the stack
     bool mIsSelected = false;

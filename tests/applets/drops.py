@@ -7,6 +7,7 @@
 Pictures are left in the folder that QUODDLE_ARTEFACTS names, if any.
 """
 import os
+import select
 import subprocess
 
 import accessibility
@@ -44,7 +45,7 @@ class DragSource:
             path.write_bytes(b"\0".join(str(name).encode() for name in listed))
             arguments = ["--list", path]
         environment = next(iter(case.applets.values())).environment()
-        self.process = subprocess.Popen([binaries() / "dragsource", form, *arguments, *names], env=environment, stdout=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([binaries() / "dragsource", form, *arguments, *names], env=environment, stdout=subprocess.PIPE, bufsize=0)
         case.addCleanup(self.end)
         self.says("ready")
 
@@ -54,10 +55,12 @@ class DragSource:
         self.process.stdout.close()
 
     def says(self, word):
-        """Now or later: what the target would do with a drag that moves about is told each time."""
+        """Now or later: each movement over a window has its answer."""
         said = "would"
         while said.startswith("would") and said != word:
-            said = self.process.stdout.readline().strip()
+            ready, _, _ = select.select([self.process.stdout], [], [], harness.DEADLINE)
+            self.case.assertTrue(ready, f"the source of the drag does not say “{word}”")
+            said = self.process.stdout.readline().decode().strip()
         self.case.assertEqual(said, word)
 
     def xdotool(self, *words):
@@ -82,6 +85,12 @@ class DragSource:
         self.move(place)
         self.says("would copy")
         self.let_go("copy")
+
+    def drop_in_vain(self, place):
+        self.begin()
+        self.move(place)
+        self.says("would not")
+        self.let_go("none")
 
 
 class Drops(accessibility.AccessibleCase):
@@ -219,13 +228,76 @@ class Drops(accessibility.AccessibleCase):
         DragSource(self, "files", first).drop(place)
         self.find("Stop", "push button")
         source = DragSource(self, "files", second)
-        source.begin()
-        source.move(place)
-        source.let_go("none")
+        source.drop_in_vain(place)
         (self.folder / "go").touch()
         self.find("Drop zone")
         source.drop(place)
         until(lambda: self.opened(applet) == [[first], [second]], "both files")
+
+    def test_a_run_that_begins_while_files_hover_keeps_its_pane(self):
+        applet = self.start_droplet("Idle", OPENING + """
+on idle
+    do shell script "until [ -e FOLDER/start ]; do sleep 0.02; done"
+    set progress total steps to 4
+    set progress completed steps to 1
+    """ + WAIT + """
+    return 1000
+end idle
+""")
+        file, = self.files("report.txt")
+        x, y = place = self.drop_zone()
+        plain = self.pixels(*place)[0]
+        source = DragSource(self, "files", file)
+        source.begin()
+        source.move(place)
+        self.becomes(GREEN, place)
+        (self.folder / "start").touch()
+        self.find("25% completed", "label")
+        source.move((x + 30, y))
+        source.says("would not")
+        source.move(self.outside())
+        source.let_go("none")
+        self.find("25% completed", "label")
+        self.find("Stop", "push button")
+        (self.folder / "go").touch()
+        self.find("Drop zone")
+        self.becomes(plain, place)
+        source.drop(place)
+        until(lambda: self.opened(applet) == [[file]], "the file that was dropped")
+
+    def test_a_second_drag_does_not_disturb_a_drop_that_is_being_judged(self):
+        slow = """
+on appletfileisacceptable(f)
+    do shell script "[ -e FOLDER/go ] || sleep 0.05"
+    return true
+end appletfileisacceptable
+"""
+        applet = self.start_droplet("Slow", OPENING + slow)
+        files = self.files(*(f"file {number}.txt" for number in range(300)))
+        place = self.drop_zone()
+        DragSource(self, "files", *files).drop(place)
+        second = DragSource(self, "files", files[0])
+        second.drop_in_vain(place)
+        (self.folder / "go").touch()
+        until(lambda: self.opened(applet), "the files that were dropped first", 60)
+        self.assertEqual(self.opened(applet), [files])
+
+    def test_a_drag_whose_program_has_died_leaves_no_verdict_behind(self):
+        refusing = 'on appletfileisacceptable(f)\nreturn POSIX path of f does not end with ".no"\nend appletfileisacceptable\n'
+        applet = self.start_droplet("Forsaken", OPENING + refusing)
+        good, bad = self.files("good.txt", "bad.no")
+        place = self.drop_zone()
+        plain = self.pixels(*place)[0]
+        for dragged, color in ((good, GREEN), (bad, RED)):
+            source = DragSource(self, "files", dragged)
+            source.begin()
+            source.move(place)
+            self.becomes(color, place)
+            source.end()
+            source.xdotool("mouseup", 1)
+            self.becomes(plain, place)
+        DragSource(self, "files", good).drop(place)
+        until(lambda: self.opened(applet) == [[good]], "the file that was dropped")
 
     # Modes
 

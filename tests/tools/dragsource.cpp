@@ -3,8 +3,9 @@
 // drops move the pointer from it over an applet.
 //     dragsource files|addresses|text [--list FILE] [NAME…]
 // Files are dragged as their addresses, addresses as they are written, texts as lines of plain text. The list has more names, parted by
-// null bytes. What becomes of it stands on standard output: "ready", and for each drag "begun" and then the action that its target took:
-// "copy" or "none".
+// null bytes. What becomes of it stands on standard output: "ready", and for each drag "begun", "would copy" or "would not" for each answer
+// of the window below the pointer, and in the end the action that it took: "copy" or "none".
+#include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QDrag>
 #include <QFile>
@@ -15,6 +16,9 @@
 #include <QWidget>
 
 #include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <xcb/xcb.h>
 
 namespace {
 
@@ -49,6 +53,31 @@ void say(const char* word) {
     std::fflush(stdout);
 }
 
+/// Hears every answer of a target; the toolkit tells of changes only.
+class Answers final : public QAbstractNativeEventFilter {
+public:
+    explicit Answers(xcb_connection_t* connection) {
+        constexpr std::string_view kName = "XdndStatus";
+        const auto cookie = xcb_intern_atom(connection, 0, kName.size(), kName.data());
+        if (auto* reply = xcb_intern_atom_reply(connection, cookie, nullptr)) {
+            mStatus = reply->atom;
+            std::free(reply);
+        }
+    }
+
+    bool nativeEventFilter(const QByteArray&, void* message, qintptr*) override {
+        const auto* event = static_cast<const xcb_client_message_event_t*>(message);
+        if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE || event->type != mStatus)
+            return false;
+        const char* answer = event->data.data32[1] & 1 ? "would copy" : "would not";
+        QTimer::singleShot(0, [answer] { say(answer); }); // when the toolkit has heard it, too
+        return false;
+    }
+
+private:
+    xcb_atom_t mStatus = XCB_ATOM_NONE;
+};
+
 class DragSource : public QWidget {
 public:
     DragSource(Form form, QStringList names) : mForm(form), mNames(std::move(names)) {
@@ -62,8 +91,6 @@ protected:
         auto* dragged = new QMimeData;
         mForm(*dragged, mNames);
         drag->setMimeData(dragged);
-        connect(drag, &QDrag::actionChanged, this,
-                [](Qt::DropAction action) { say(action == Qt::CopyAction ? "would copy" : "would not"); });
         QTimer::singleShot(0, this, [] { say("begun"); });
         say(drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction) == Qt::CopyAction ? "copy" : "none");
     }
@@ -87,6 +114,11 @@ int main(int argc, char** argv) {
             return 2;
         names = QString::fromUtf8(list.readAll()).split(u'\0', Qt::SkipEmptyParts) + names.mid(2);
     }
+    const auto* x11 = application.nativeInterface<QNativeInterface::QX11Application>();
+    if (!x11)
+        return 2;
+    Answers answers(x11->connection());
+    application.installNativeEventFilter(&answers);
     DragSource source(form, names);
     source.show();
     source.raise();
