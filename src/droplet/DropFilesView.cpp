@@ -276,8 +276,8 @@ void DropFilesView::dropEvent(QDropEvent* event) {
     draggingEnded();
 }
 
-/// While something is dragged the pointer is not seen. When it is seen and nothing more is heard of the drag, what was dragged has gone with
-/// the program that it came from; nobody says that it has left.
+/// While something is dragged the pointer is not seen. When it is seen and nothing more is heard of the drag, what was dragged has gone
+/// with the program that it came from; nobody says that it has left.
 void DropFilesView::enterEvent(QEnterEvent* event) {
     QWidget::enterEvent(event);
     if (mIsSelected && !isFinishingDrop())

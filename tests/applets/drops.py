@@ -381,6 +381,49 @@ end appletfileisacceptable
         """The names of the controls that have the keyboard."""
         return [name for control, name, _ in self.showing() if control.get_state_set().contains(self.atspi.StateType.FOCUSED)]
 
+    # What a script may ask for
+
+    def test_the_panes_keep_their_size_whatever_the_prompts_say(self):
+        prompts = {"Words": "word " * 20000, "Word": "w" * 100000, "Lines": "line\\n" * 20000}
+        for name, prompt in prompts.items():
+            title = "An applet with a name of many words " * 10
+            applet = self.start(name, f'property appletdropname : "{prompt}"\nproperty appletsearchname : "{prompt}"\n' + OPENING, options=["-s"],
+                                info={"CFBundleName": title})
+            self.find("Drop zone")
+            for control in ("Drop files here", "Find files"):
+                self.assert_on_screen(control)
+            for control in ("Prompt", "Drop files"):
+                self.tab_to(applet, control)
+            applet.picture("prompt-drop")
+            self.find("Find files").do_action(0)
+            for control in ("Search", "Results", "Quit", "Open"):
+                self.assert_on_screen(control)
+            applet.picture("prompt-search")
+            applet.kill()
+
+    def tab_to(self, applet, name):
+        for _ in range(5):
+            before = self.focused()
+            if name in before:
+                return
+            applet.xdotool("key", "Tab")
+            until(lambda: self.focused() != before, "the keyboard to go on")
+        self.fail(f"“{name}” cannot be reached")
+
+    def assert_on_screen(self, name):
+        area = self.area(name)
+        self.assertTrue(area.x >= 0 and area.y >= 0 and area.x + area.width <= 1024 and area.y + area.height <= 640, f"{name}: {area.x, area.y, area.width, area.height}")
+        self.assertGreater(min(area.width, area.height), 15, name)
+
+    def test_the_window_fits_a_small_screen(self):
+        self.addCleanup(self.display.environment.pop, "QT_SCALE_FACTOR")
+        self.display.environment["QT_SCALE_FACTOR"] = "2"
+        applet = self.start_droplet("Doubled")
+        self.find("Find files").do_action(0)
+        area = self.area("Open")
+        self.assertLessEqual(2 * (area.y + area.height), 640)
+        applet.picture("doubled")
+
     # A script that fails
 
     def test_a_failing_hook_ends_the_applet_with_one_alert(self):
