@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
+#include <QPalette>
+
 namespace quoddle {
 
 TEST(Colors, LabelsCanBeRead) {
@@ -26,6 +29,24 @@ TEST(Colors, DarkerAndLighter) {
     EXPECT_NEAR(darkenedColor(blue).hsvHueF(), 0.6, 0.001);
     EXPECT_NEAR(lightenedColor(blue).hsvSaturationF(), 0.38, 0.001);
     EXPECT_NEAR(lightenedColor(blue).valueF(), 0.8, 0.001);
+}
+
+TEST(Images, IconsFollowThePalette) {
+    const QPalette before = QApplication::palette();
+    const QIcon icon = templateIconNamed(QStringLiteral("DropTemplate"));
+    for (const auto& [text, selection] : {std::pair(Qt::black, Qt::blue), std::pair(Qt::white, Qt::yellow)}) {
+        QPalette palette;
+        palette.setColor(QPalette::ButtonText, text);
+        palette.setColor(QPalette::Highlight, selection);
+        QApplication::setPalette(palette);
+        for (const auto& [state, color] : {std::pair(QIcon::Off, text), std::pair(QIcon::On, selection)}) {
+            const QImage drawn = icon.pixmap(QSize(32, 32), 2, QIcon::Normal, state).toImage();
+            ASSERT_EQ(drawn.size(), QSize(64, 64));
+            EXPECT_EQ(drawn.pixelColor(32, 20), QColor(color)); // the arrow's shaft
+            EXPECT_EQ(drawn.pixelColor(0, 0).alpha(), 0);
+        }
+    }
+    QApplication::setPalette(before);
 }
 
 TEST(Images, OnlyOpaquePixelsTakeATint) {
