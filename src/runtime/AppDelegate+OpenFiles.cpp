@@ -129,7 +129,7 @@ void AppDelegate::refuseFiles(const OpenRequest& request) {
     mParts.application->replyToOpenOrPrint(reply, request.number);
     if (request.isStopped)
         afterOpening();
-    else if (request.isShown && !_isRespondingToScript())
+    else if (!_isRespondingToScript()) // a launch for these files has brought the progress pane up
         windowController().showLastViewController();
 }
 
