@@ -18,10 +18,12 @@ MAY = {
     "platform/additions": ["platform/base", "platform/ae"],
     "platform/foundation": ["platform/base"],
     "platform/search": ["platform/base", "platform/foundation"],
+    "platform/delivery": ["platform/base"],
     "platform/appkit": ["platform/base", "platform/ae", "platform/foundation"],
     "platform/preview": ["platform/base", "platform/foundation", "platform/appkit"],
     "platform/panels": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
     "platform/clipboard": ["platform/base", "platform/ae", "platform/additions", "platform/foundation", "platform/appkit"],
+    "platform/updater": ["platform/base", "platform/ae", "platform/foundation", "platform/appkit"],
     "engine": ["platform/base", "platform/ae", "platform/osa", "platform/foundation"],
     "runtime": ["platform/base", "platform/ae", "platform/osa", "platform/foundation", "engine"],
     "dialogs": ["platform/base", "platform/ae", "platform/additions", "platform/osa", "platform/foundation", "platform/appkit", "platform/panels",
@@ -30,7 +32,7 @@ MAY = {
 }
 MAY["droplet"] = MAY["window"] + ["platform/search", "platform/preview", "dialogs", "window"]
 PLAIN = ["platform/base", "platform/ae", "platform/osa", "platform/applescript", "platform/additions"]
-WIDGETLESS = PLAIN + ["platform/foundation", "platform/search", "engine", "runtime"]
+WIDGETLESS = PLAIN + ["platform/foundation", "platform/search", "platform/delivery", "engine", "runtime"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 

@@ -11,7 +11,7 @@ import sys
 import unittest
 
 BIN = None
-PROGRAMS = ("osascript", "osacompile", "osadecompile", "osalang", "quoddle", "quoddle-clipboard", "quoddle-dialogs", "quoddle-preview", "quoddle-shell")
+PROGRAMS = ("osascript", "osacompile", "osadecompile", "osalang", "quoddle", "quoddle-clipboard", "quoddle-dialogs", "quoddle-preview", "quoddle-shell", "quoddle-fetch")
 
 
 def told(*words):

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+// quoddle-fetch: brings what an applet is renewed with: texts, and bundles that are downloaded, checked and unpacked.
+//
+//   quoddle-fetch text URL MAXIMUM                        the text on standard output
+//   quoddle-fetch bundle URL LENGTH SIGNATURE KEY FOLDER  a line with the number of bytes now and then, at the end the path of the bundle
+//
+// For programs only. An error is a line for people on standard error, with exit status 1.
+//
+// One decision: what reads the network and foreign archives is a process of its own. It can be ended at any time, it takes nobody with it,
+// and an applet that does not look for updates loads none of the libraries.
+#include "platform/base/ProgramMain.h"
+#include "platform/delivery/BundleArchive.h"
+#include "platform/delivery/Download.h"
+#include "platform/delivery/Signature.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+
+#include <QCoreApplication>
+#include <QFile>
+
+using namespace quoddle;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr auto kTextTime = std::chrono::seconds(60);
+constexpr qint64 kReportStep = 1 << 18; // bytes between two lines about the progress
+
+QString translated(const char* text) {
+    return QCoreApplication::translate("quoddle-fetch", text);
+}
+
+int report(const QString& error) {
+    std::fprintf(stderr, "%s\n", error.simplified().toUtf8().constData());
+    return EXIT_FAILURE;
+}
+
+void tell(const QByteArray& line) {
+    std::fprintf(stdout, "%s\n", line.constData());
+    std::fflush(stdout);
+}
+
+int fetchText(const QStringList& words) {
+    QFile output;
+    if (!output.open(stdout, QIODevice::WriteOnly))
+        return report(output.errorString());
+    const auto outcome =
+        download({.url = QUrl(words[0], QUrl::StrictMode), .maximumSize = words[1].toLongLong(), .wholeTime = kTextTime}, output);
+    return outcome ? EXIT_SUCCESS : report(outcome.error());
+}
+
+QString faultOf(SignatureVerdict verdict) {
+    switch (verdict) {
+    case SignatureVerdict::good:
+        return {};
+    case SignatureVerdict::malformedKey:
+        return translated("The applet's own key is damaged.");
+    case SignatureVerdict::unreadableFile:
+        return translated("What was downloaded cannot be read.");
+    case SignatureVerdict::wrong:
+    case SignatureVerdict::malformedSignature:
+        break;
+    }
+    return translated("The signature is wrong: what was downloaded does not come from the applet's maker.");
+}
+
+int fetchBundle(const QStringList& words) {
+    const qint64 length = words[1].toLongLong();
+    const QString folder = words[4], archive = folder + "/archive"_L1, unpacked = folder + "/unpacked"_L1;
+    QFile file(archive);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return report(file.errorString());
+    qint64 told = 0;
+    const auto progress = [&told](qint64 received) {
+        if (received - told >= kReportStep)
+            tell(QByteArray::number(told = received));
+    };
+    const auto received = download({.url = QUrl(words[0], QUrl::StrictMode), .maximumSize = length, .progress = progress}, file);
+    if (!received)
+        return report(received.error());
+    if (*received != length)
+        return report(translated("The download is shorter than was announced."));
+    file.close();
+    if (const QString fault = faultOf(verifySignature(archive, words[2].toLatin1(), words[3].toLatin1())); !fault.isEmpty())
+        return report(fault);
+    if (::mkdir(QFile::encodeName(unpacked).constData(), 0700) != 0)
+        return report(translated("There is no folder to unpack the archive in."));
+    const auto bundle = unpackBundle(archive, unpacked);
+    if (!bundle)
+        return report(bundle.error());
+    tell(QFile::encodeName(*bundle));
+    return EXIT_SUCCESS;
+}
+
+int perform(int argc, char** argv) {
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    QCoreApplication application(argc, argv);
+    const QStringList words = QCoreApplication::arguments().mid(1);
+    if (words.size() == 3 && words[0] == "text"_L1)
+        return fetchText(words.mid(1));
+    if (words.size() == 6 && words[0] == "bundle"_L1)
+        return fetchBundle(words.mid(1));
+    std::fputs("quoddle-fetch: fetches updates for applets; it is started by them\n", stderr);
+    return kUsageError;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return programMain("quoddle-fetch", argc, argv, &perform);
+}

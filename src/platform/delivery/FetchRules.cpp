@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "platform/delivery/FetchRules.h"
+
+#include <QHostAddress>
+#include <QUrl>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+bool mayBeFetched(const QUrl& url) {
+    if (!url.isValid() || url.host().isEmpty() || !url.userInfo().isEmpty())
+        return false;
+    if (url.scheme() == "https"_L1)
+        return true;
+    // A name could mean anything by the time it is looked up.
+    return url.scheme() == "http"_L1 && qEnvironmentVariableIsSet("QUODDLE_HTTP_ON_LOOPBACK") && QHostAddress(url.host()).isLoopback();
+}
+
+} // namespace quoddle
