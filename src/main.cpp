@@ -26,6 +26,7 @@
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Plist.h"
 #include "platform/panels/PresentOnMainThread.h"
+#include "platform/updater/SUUpdater.h"
 #include "runtime/AppDelegate.h"
 #include "window/AboutPanel.h"
 #include "window/AppKitAlertPresenter.h"
@@ -114,6 +115,25 @@ std::shared_ptr<WindowController> loaded() {
     return controller;
 }
 
+/// There once the runtime wants it, which is when the bundle names a feed.
+class AppletUpdater final : public Updater {
+public:
+    void setDelegate(SUUpdaterDelegate* delegate) override {
+        if (!mUpdater)
+            mUpdater = std::make_unique<SUUpdater>(NSBundle::mainBundle());
+        mUpdater->setDelegate(delegate);
+    }
+    void checkForUpdates() override {
+        if (mUpdater)
+            mUpdater->checkForUpdates();
+    }
+    /// As SUUpdater::finish().
+    bool finish() { return mUpdater && mUpdater->finish(); }
+
+private:
+    std::unique_ptr<SUUpdater> mUpdater;
+};
+
 AppDelegateParts makeParts(NSApplication& application, AlertPresenter& alerts, ImageSource& images, HookStopper& hookStopper,
                            AELaunchReason reason) {
     AppDelegateParts parts;
@@ -198,13 +218,25 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext& context, const 
     std::_Exit(EXIT_FAILURE);
 }
 
+/// In place of this process; returns when that fails.
+void launchAfresh(const std::string& bundlePath, const std::vector<std::string>& files) {
+    std::vector<const char*> words = {"quoddle-shell", bundlePath.c_str()};
+    for (const std::string& file : files)
+        words.push_back(file.c_str());
+    words.push_back(nullptr);
+    ::execv("/proc/self/exe", const_cast<char**>(words.data()));
+}
+
 int runApplet(NSApplication& application, DesktopApplication& desktop, const Invocation& invocation, AELaunchLock& lock) {
     AppKitAlertPresenter alerts;
     AppletImages images;
     HookStopPanel hookStopPanel;
+    AppletUpdater updater;
     application.setMainMenu(makeMainMenu());
     application.setAction(u"orderFrontStandardAboutPanel:"_s, &showAboutPanel);
-    AppDelegate delegate(makeParts(application, alerts, images, hookStopPanel, invocation.reason));
+    AppDelegateParts parts = makeParts(application, alerts, images, hookStopPanel, invocation.reason);
+    parts.updater = &updater;
+    AppDelegate delegate(std::move(parts));
     application.setDelegate(&delegate);
     AEInstallTransport();
     if (invocation.reason != AELaunchReason::none)
@@ -230,12 +262,16 @@ int runApplet(NSApplication& application, DesktopApplication& desktop, const Inv
     leaveClipboardBehind();
     standardUserDefaults().sync();
     // A quit handler may still have something to put away; a script that does not end goes with the process.
-    if (!AppDelegate::waitForScripts(kScriptGrace)) {
+    bool haveEnded = AppDelegate::waitForScripts(kScriptGrace);
+    if (!haveEnded) {
         AppDelegate::cancelScripts();
-        if (!AppDelegate::waitForScripts(kScriptGrace)) {
-            std::fflush(nullptr);
-            std::_Exit(status);
-        }
+        haveEnded = AppDelegate::waitForScripts(kScriptGrace);
+    }
+    if (updater.finish())
+        launchAfresh(NSBundle::mainBundle()->bundlePath().toStdString(), {});
+    if (!haveEnded) {
+        std::fflush(nullptr);
+        std::_Exit(status);
     }
     return status;
 }
@@ -251,15 +287,6 @@ bool takeFirstRequest(DesktopApplication& desktop, Invocation& invocation) {
     if (request)
         invocation.files = request->files;
     return true;
-}
-
-/// In place of this process; returns when that fails.
-void launchAfresh(const std::string& bundlePath, const std::vector<std::string>& files) {
-    std::vector<const char*> words = {"quoddle-shell", bundlePath.c_str()};
-    for (const std::string& file : files)
-        words.push_back(file.c_str());
-    words.push_back(nullptr);
-    ::execv("/proc/self/exe", const_cast<char**>(words.data()));
 }
 
 /// What is said, and the exit status, when `word`, the first of the command line, is no applet; null when there is no word.

@@ -117,6 +117,7 @@ class SessionBus:
 class Applet:
     def __init__(self, case, name, source, options=(), files=(), info=None):
         """`info`: what its Info.plist is to say besides."""
+    def __init__(self, case, name, source, options=(), files=(), prepare=None):
         self.case = case
         self.name = name
         self.folder = case.folder
@@ -129,6 +130,10 @@ class Applet:
             plist = bundle / "Contents/Info.plist"
             plist.write_bytes(plistlib.dumps(plistlib.loads(plist.read_bytes()) | info))
         self.launch(*files)
+        if prepare:
+            prepare(bundle)
+        environment = self.environment()
+        self.process = subprocess.Popen([str(bundle / "Contents/Linux" / name), *files], env=environment, stderr=open(self.folder / (name + ".log"), "w"))
         case.addCleanup(self.kill)
 
     def launch(self, *files):

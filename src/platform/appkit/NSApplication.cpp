@@ -10,8 +10,8 @@
 #include <QEventLoop>
 #include <QFileOpenEvent>
 #include <QLocale>
-#include <QThread>
 #include <QSocketNotifier>
+#include <QThread>
 #include <QTimer>
 
 namespace quoddle {
@@ -41,7 +41,7 @@ AEMainThread mainThreadForAppleEvents() {
 } // namespace
 
 NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) {
-    setQuitOnLastWindowClosed(false); // the delegate decides
+    setQuitOnLastWindowClosed(false);                 // the delegate decides
     if (QLocale().textDirection() == Qt::RightToLeft) // the toolkit itself only turns with a translation of its own
         setLayoutDirection(Qt::RightToLeft);
     MainThread::open();
@@ -119,8 +119,13 @@ void NSApplication::replyToApplicationShouldTerminate(bool shouldTerminate) {
     else if (!mTerminating) // the delegate may go on deciding, once this returns
         QTimer::singleShot(0, this, [this] {
             if (!mTerminating && !mReplyPending && !(mDelegate && mDelegate->isDecidingTermination()))
-                answerQuitEvents(userCanceledErr);
+                terminationWasRefused();
         });
+}
+
+void NSApplication::terminationWasRefused() {
+    answerQuitEvents(userCanceledErr);
+    NSNotificationCenter::defaultCenter().postNotification(NSApplicationDidRefuseTerminationNotification, this);
 }
 
 void NSApplication::terminateNow() {

@@ -50,7 +50,7 @@ public:
     /// While an answer is outstanding, asking again asks the delegate again.
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;
-    void terminationWasRefused() override { answerQuitEvents(userCanceledErr); }
+    void terminationWasRefused() override;
     /// Called by a window that the user has closed: asks the delegate when it was the last one, unless the closing has led to a question
     /// already.
     void windowDidClose(const NSWindow& window, bool askedToTerminate);

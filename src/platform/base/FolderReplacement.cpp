@@ -141,7 +141,7 @@ OSStatus exchange(const Workshop& workshop, const std::string& made, const std::
 } // namespace
 
 OSStatus replaceFolder(const std::string& path, const std::function<bool(const std::string&)>& mayReplace,
-                       const std::function<OSStatus(const std::string&)>& fill) {
+                       const std::function<OSStatus(const std::string&)>& fill, OldContent oldContent) {
     const auto place = writtenPath(path);
     if (!place)
         return place.error();
@@ -160,7 +160,7 @@ OSStatus replaceFolder(const std::string& path, const std::function<bool(const s
             status = fill(made);
         struct stat info {};
         if (status == noErr && old->isOpen()) {
-            status = copyWhatIsMissing(*place, made);
+            status = oldContent == OldContent::kept ? copyWhatIsMissing(*place, made) : noErr;
             if (status == noErr && (::fstat(old->number(), &info) != 0 || ::chmod(made.c_str(), info.st_mode & 0777) != 0))
                 status = statusFromErrno(errno);
         }

@@ -12,12 +12,16 @@
 
 namespace quoddle {
 
-/// Puts at `path` a folder that `fill` has filled; it gets the path of the new one, which is empty. Of a folder that stands there already,
-/// what the new one does not have goes on living in it: files with their permissions, links as links. Anything in it that cannot be copied
-/// is an error, and so is what is neither file, folder nor link (-50); on an error the old folder stays as it was. A link at `path` is
-/// followed. `mayReplace` says whether a folder that is there may be replaced (-48 when not). -47 when others are busy with it for too
-/// long.
+/// What becomes of that in an old folder which the new one does not have.
+enum class OldContent {
+    kept, ///< files with their permissions, links as links; what cannot be copied is an error, and so is anything else (-50)
+    dropped
+};
+
+/// Puts at `path` a folder that `fill` has filled; it gets the path of the new one, which is empty. On an error the old folder stays as it
+/// was. A link at `path` is followed. `mayReplace` says whether a folder that is there may be replaced (-48 when not). -47 when others are
+/// busy with it for too long.
 OSStatus replaceFolder(const std::string& path, const std::function<bool(const std::string& old)>& mayReplace,
-                       const std::function<OSStatus(const std::string& folder)>& fill);
+                       const std::function<OSStatus(const std::string& folder)>& fill, OldContent oldContent = OldContent::kept);
 
 } // namespace quoddle

@@ -19,6 +19,8 @@ inline const QString NSWindowWillCloseNotification = QStringLiteral("NSWindowWil
 inline const QString NSApplicationDidFinishLaunchingNotification = QStringLiteral("NSApplicationDidFinishLaunchingNotification");
 /// Posted with the application as object, after the delegate's applicationWillTerminate().
 inline const QString NSApplicationWillTerminateNotification = QStringLiteral("NSApplicationWillTerminateNotification");
+/// Posted with the application as object, when it has been asked to end and has found out after a while that it goes on.
+inline const QString NSApplicationDidRefuseTerminationNotification = QStringLiteral("NSApplicationDidRefuseTerminationNotification");
 
 /// Posted by the delegate: the session ends, and nobody will answer a question any more. Whoever asks one gives up.
 inline const QString SessionWillEndNotification = QStringLiteral("SessionWillEndNotification");
