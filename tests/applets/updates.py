@@ -133,7 +133,7 @@ class Updates(accessibility.AccessibleCase):
     def start_updatable(self, name="Renewed", source=SOURCE, settings="", **info):
         """Version 1 of an applet, with what a later one no longer has."""
         info = dict(dict(CFBundleIdentifier=IDENTIFIER, CFBundleVersion="1", SUFeedURL=self.server.url("/feed.xml"), SUPublicEDKey=self.keys.public), **info)
-        config = self.folder / "config/quoddle" / (IDENTIFIER + ".conf")
+        config = self.folder / "config/quoddle" / (IDENTIFIER + ".ini")
         config.parent.mkdir(parents=True, exist_ok=True)
         config.write_text(settings)
 
@@ -155,14 +155,14 @@ class Updates(accessibility.AccessibleCase):
             launcher.write_text("#!/bin/sh\nexit 1\n")
         return bundle
 
-    def publish(self, archive, version="2", signature=None, length=None, notes="<p>Faster, and <b>bold</b>.</p>", feed_more=""):
+    def publish(self, archive, version="2", signature=None, length=None, notes="<p>Faster, and <b>bold</b>.</p>"):
         self.server.files["/archive"] = archive
         signature = self.keys.signature(archive) if signature is None else signature
         self.server.files["/feed.xml"] = f"""<?xml version="1.0" encoding="utf-8"?>
             <rss version="2.0" xmlns:s="urn:versions"><channel><link>https://applets.example/</link>
-            <item><enclosure url="/archive" s:version="1.5" length="1"/></item>
+            <item><enclosure url="/archive" s:version="0.9" length="1"/></item>
             <item><description><![CDATA[{notes}]]></description>
-              <enclosure url="/archive" s:version="{version}" length="{length or len(archive)}" s:edSignature="{signature}"/></item>{feed_more}
+              <enclosure url="/archive" s:version="{version}" length="{length or len(archive)}" s:edSignature="{signature}"/></item>
             </channel></rss>""".encode()
 
     # What users do
@@ -259,10 +259,10 @@ end quit
         until(lambda: applet.said("ran"), "it to run")
         self.choose_from_menu(applet)
         self.find("Install Update", "push button").do_action(0)
-        self.find("The update is installed as soon as it is quit.")
+        self.find("It is installed as soon as the applet is quit.")
         applet.picture("updates-busy")
         self.assertEqual(version_of(bundle), "1")
-        self.alert("Renewed is still busy.", applet)
+        self.alert("The update of Renewed is ready.", applet)
         (self.folder / "enough").write_text("x")
         applet.process.terminate()
         applet.ends()
@@ -329,22 +329,23 @@ end quit
     def test_updates_are_looked_for_when_the_user_has_agreed(self):
         self.publish(zipped(self.newer()))
         first = self.start_updatable()
-        until(lambda: "SUHasLaunchedBefore=true" in first.said("config/quoddle/" + IDENTIFIER + ".conf") or "prompt" in first.said("noted"), "the first launch to be noted")
+        until(lambda: "SUHasLaunchedBefore=true" in first.said("config/quoddle/" + IDENTIFIER + ".ini"), "the first launch to be noted")
         first.rests()
         self.assertIsNone(self.shown("Check Automatically"))
         first.process.terminate()
         first.ends()
-        settings = first.said("config/quoddle/" + IDENTIFIER + ".conf")
+        settings = first.said("config/quoddle/" + IDENTIFIER + ".ini")
         second = self.start_updatable(settings=settings)
         self.find("Should Renewed look for updates by itself?")
         second.picture("updates-permission")
         self.assertEqual(self.server.asked, [])
         self.find("Check Automatically", "push button").do_action(0)
         self.find("Skip This Version", "push button").do_action(0)
-        self.assertEqual(second.said("noted").split(), ["prompt", "prompt", "may"])
+        until(lambda: not self.shown("Skip This Version"), "the panel to go")
+        self.assertEqual(second.said("noted").split(), ["prompt", "may"])
         second.process.terminate()
         second.ends()
-        settings = "".join(line for line in second.said("config/quoddle/" + IDENTIFIER + ".conf").splitlines(True) if "SULastCheckTime" not in line)
+        settings = "".join(line for line in second.said("config/quoddle/" + IDENTIFIER + ".ini").splitlines(True) if "SULastCheckTime" not in line)
         self.assertIn("SUSkippedVersion=2", settings)
         self.server.asked.clear()
         third = self.start_updatable(settings=settings)

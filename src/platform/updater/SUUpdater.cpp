@@ -65,8 +65,9 @@ void SUUpdater::considerChecking() {
     if (decision == true)
         return scheduleNextCheck();
     // Whoever starts an applet for the first time has other things in mind.
-    const bool mayAsk = !decision && mDelegate && mDelegate->updaterShouldPromptForPermissionToCheckForUpdates();
-    if (mSettings.noteLaunch() && mayAsk && NSApplication::sharedApplication()->isRunning())
+    if (!mSettings.noteLaunch() || decision || !mDelegate)
+        return;
+    if (mDelegate->updaterShouldPromptForPermissionToCheckForUpdates() && NSApplication::sharedApplication()->isRunning())
         askForPermission();
 }
 
@@ -247,7 +248,7 @@ void SUUpdater::installByEnding() {
 
 void SUUpdater::waitForEnd() {
     mRelaunches = false;
-    tell(tr("%1 is still busy.").arg(mBundle->name()), tr("The update is installed as soon as it is quit."));
+    tell(tr("The update of %1 is ready.").arg(mBundle->name()), tr("It is installed as soon as the applet is quit."));
 }
 
 bool SUUpdater::finish() {

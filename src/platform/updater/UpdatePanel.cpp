@@ -3,6 +3,8 @@
 
 #include "ui_UpdatePanel.h"
 
+#include <utility>
+
 #include <QIcon>
 
 namespace quoddle {
@@ -23,7 +25,7 @@ UpdatePanel::UpdatePanel(const UpdateDescription& update, const QIcon& icon) : m
     mUi->messageView->setFont(bold);
     const bool isInstallable = update.obstacle.isEmpty();
     mUi->messageView->setText(tr("A new version of %1 is available.").arg(titleText(update.appletName)));
-    const QString versions = tr("You have version %1; version %2 is there.").arg(update.installedVersion, update.version);
+    const QString versions = tr("Version %1 has come out; you have version %2.").arg(update.version, update.installedVersion);
     mUi->informativeView->setText(isInstallable ? versions + u' ' + tr("Install it now?") : versions);
     mUi->obstacleView->setText(tr("It cannot be installed from here: %1").arg(update.obstacle));
     mUi->obstacleView->setVisible(!isInstallable);
@@ -34,18 +36,14 @@ UpdatePanel::UpdatePanel(const UpdateDescription& update, const QIcon& icon) : m
     setAccessibleName(mUi->messageView->text());
     setAccessibleDescription(mUi->informativeView->text());
 
-    const struct {
-        QPushButton* button;
-        Choice choice;
-        QString key;
-    } buttons[] = {{mUi->skipButton, skip, {}},
-                   {mUi->laterButton, later, kEscapeKeyEquivalent},
-                   {mUi->pageButton, openPage, kReturnKeyEquivalent},
-                   {mUi->installButton, install, kReturnKeyEquivalent}};
-    for (const auto& [button, choice, key] : buttons) {
-        setKeyEquivalent(*button, key);
+    const std::pair<QPushButton*, Choice> choices[] = {
+        {mUi->skipButton, skip}, {mUi->laterButton, later}, {mUi->pageButton, openPage}, {mUi->installButton, install}};
+    for (const auto& [button, choice] : choices) {
+        button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, [this, result = choice] { done(result); });
     }
+    setKeyEquivalent(*mUi->laterButton, kEscapeKeyEquivalent);
+    setKeyEquivalent(isInstallable ? *mUi->installButton : *mUi->pageButton, kReturnKeyEquivalent);
     setCloseButton(mUi->laterButton);
     mUi->notesView->setFocus(); // the keys that move through the notes go there, Return and Escape to the buttons
 }
