@@ -29,7 +29,7 @@ namespace {
 
 constexpr int kUsageError = 2;
 constexpr auto kTextTime = std::chrono::seconds(60);
-constexpr qint64 kReportStep = 1 << 18; // bytes between two lines about the progress
+constexpr qint64 kReports = 100; // lines about the progress
 
 QString translated(const char* text) {
     return QCoreApplication::translate("quoddle-fetch", text);
@@ -76,8 +76,8 @@ int fetchBundle(const QStringList& words) {
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         return report(file.errorString());
     qint64 told = 0;
-    const auto progress = [&told](qint64 received) {
-        if (received - told >= kReportStep)
+    const auto progress = [&told, length](qint64 received) {
+        if (received - told >= length / kReports)
             tell(QByteArray::number(told = received));
     };
     const auto received = download({.url = QUrl(words[0], QUrl::StrictMode), .maximumSize = length, .progress = progress}, file);
@@ -105,8 +105,9 @@ int perform(int argc, char** argv) {
         return fetchText(words.mid(1));
     if (words.size() == 6 && words[0] == "bundle"_L1)
         return fetchBundle(words.mid(1));
-    std::fputs("quoddle-fetch: fetches updates for applets; it is started by them\n", stderr);
-    return kUsageError;
+    const bool isAsked = words == QStringList{u"--help"_s};
+    std::fputs("quoddle-fetch: fetches updates for applets; other programs start it when they need it\n", isAsked ? stdout : stderr);
+    return isAsked ? EXIT_SUCCESS : kUsageError;
 }
 
 } // namespace

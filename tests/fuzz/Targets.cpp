@@ -9,12 +9,15 @@
 #include "platform/appkit/rtf/RichText.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
+#include "platform/delivery/BundleArchive.h"
 #include "platform/foundation/BinaryPlistBuilder.h"
 #include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/Plist.h"
 #include "platform/osa/OSA.h"
 #include "platform/preview/PictureStream.h"
 #include "platform/preview/PreviewContents.h"
+#include "platform/updater/Appcast.h"
+#include "platform/updater/NotesText.h"
 
 #include <filesystem>
 
@@ -252,6 +255,65 @@ void readDesktopEntry(const std::string& bytes) {
     (void)desktopEntryValues(fileWith(bytes, QStringLiteral("e.desktop")));
 }
 
+// --- Updates
+
+Inputs feeds() {
+    return {"<?xml version='1.0'?><rss xmlns:s='urn:s'><channel><link>https://a.example/</link><item><s:version>2.0b1</s:version>"
+            "<description><![CDATA[<p>New &amp; <b>bold</b></p>]]></description><enclosure url='a.zip' length='12' s:edSignature='c2ln' "
+            "s:os='linux'/></item></channel></rss>"};
+}
+
+void readFeed(const std::string& bytes) {
+    const auto feed = readAppcast(QByteArray::fromStdString(bytes), QUrl(QStringLiteral("https://a.example/feed.xml")));
+    if (feed)
+        if (const auto item = newestItem(*feed, QStringLiteral("1"), QStringLiteral("1")))
+            (void)plainNotes(item->description);
+    (void)plainNotes(QString::fromStdString(bytes));
+}
+
+/// One file in a bundle, as a zip archive has it without compression, and as a tar archive.
+Inputs archives() {
+    const std::string name = "A.app/Contents/Info.plist", content = "content", link = "A.app/l";
+    const auto number = [](std::size_t value, int bytes) {
+        std::string text;
+        for (int i = 0; i < bytes; ++i)
+            text += static_cast<char>(value >> (8 * i));
+        return text;
+    };
+    const std::string fields = number(20, 2) + number(0, 8) + number(0xFEC530A9, 4) + number(content.size(), 4) +
+                               number(content.size(), 4) + number(name.size(), 2) + number(0, 2);
+    const std::string local = "PK\3\4" + fields + name + content;
+    const std::string central = "PK\1\2" + number(20, 2) + fields + number(0, 14) + name;
+    const std::string end =
+        "PK\5\6" + number(0, 4) + number(1, 2) + number(1, 2) + number(central.size(), 4) + number(local.size(), 4) + number(0, 2);
+    const auto entry = [](std::string header, const std::string& mode, const std::string& size, const std::string& rest) {
+        header.resize(100);
+        header += mode;
+        header.resize(124);
+        header += size;
+        header.resize(148);
+        header += "        " + rest;
+        header.resize(512);
+        unsigned sum = 0;
+        for (const char c : header)
+            sum += static_cast<unsigned char>(c);
+        std::string octal(6, '0');
+        for (std::size_t i = 6; i-- > 0; sum /= 8)
+            octal[i] = static_cast<char>('0' + sum % 8);
+        return header.replace(148, 7, octal + '\0');
+    };
+    std::string block = content;
+    block.resize(512);
+    const std::string tar =
+        entry(name, "0000644", "00000000007", "0") + block + entry(link, "0000777", "00000000000", "2Contents") + std::string(1024, '\0');
+    return {local + central + end, tar};
+}
+
+void unpack(const std::string& bytes) {
+    const QTemporaryDir folder;
+    (void)unpackBundle(fileWith(bytes, QStringLiteral("archive")), folder.path(), {.bytes = 1 << 20, .entries = 100});
+}
+
 } // namespace
 
 const std::vector<Target>& targets() {
@@ -303,6 +365,16 @@ const std::vector<Target>& targets() {
         {"picture", pictures, {"icns", "\x89PNG\r\n\x1a\n", "IHDR", "<use href='#g'/>", "<svg>", "II*", "RIFF"}, readPicture},
         {"stream", pictureStreams, {"tcip", "ddne"}, readPictureStream},
         {"text", texts, {"\xef\xbb\xbf", "\xff\xfe", "\r\n", "\xf0\x9f"}, readText},
+        {"feed",
+         feeds,
+         {"<item>", "</item>", "<!DOCTYPE rss [<!ENTITY a 'b'>]>", "<![CDATA[", "&a;", "<!--", "<script>", "&#x2603;", "<enclosure ", "'"},
+         readFeed},
+        {"archive",
+         archives,
+         {"PK\1\2", "PK\3\4", "../", "/", "A.app/", "ustar", "\x1f\x8b\x08", "BZh9",
+          "\xfd"
+          "7zXZ"},
+         unpack},
         {"entry", desktopEntries, {"[Desktop Entry]\n", "=", "\\"}, readDesktopEntry},
     };
     return sTargets;

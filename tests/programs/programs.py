@@ -243,7 +243,7 @@ class Programs(unittest.TestCase):
         script = self.folder / "s.scpt"
         call("osacompile", "-o", script, "-e", "return 1")
         commands = [["osascript", "-e", "1"], ["osascript", "--help"], ["osadecompile", script], ["osalang"], ["osacompile", "--help"],
-                    ["quoddle", "--help"], ["quoddle-dialogs", "--help"], ["quoddle-shell", "--help"]]
+                    ["quoddle", "--help"], ["quoddle-dialogs", "--help"], ["quoddle-fetch", "--help"], ["quoddle-shell", "--help"]]
         for command in commands:
             for where in ("/dev/full", "/dev/null"):
                 with self.subTest(command, where=where), open(where, "w") as output:

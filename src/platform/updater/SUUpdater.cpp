@@ -208,6 +208,7 @@ void SUUpdater::fetch() {
     if (!mStaging->isValid())
         return fail(failure, mStaging->errorString());
     showProgress(tr("Downloading version %1…").arg(mItem.displayVersion));
+    mProgress->setProgress(0, mItem.archiveLength);
     const auto progress = [this](qint64 received) { mProgress->setProgress(received, mItem.archiveLength); };
     mFetcher.fetchBundle(mItem, mSettings.publicKey(), mStaging->path(), progress, [this, failure](Result<QString, QString> fetched) {
         const auto unpacked = fetched ? NSBundle::bundleWithPath(*fetched) : nullptr;

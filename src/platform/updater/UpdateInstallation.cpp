@@ -31,14 +31,6 @@ QString translated(const char* text) {
     return QCoreApplication::translate("UpdateInstallation", text);
 }
 
-/// Where package managers put things, which then no longer know what stands there.
-bool belongsToPackage(const QString& path) {
-    static const QStringList sFolders = {u"/usr/"_s,  u"/bin/"_s,       u"/lib/"_s,       u"/app/"_s,
-                                         u"/snap/"_s, u"/nix/store/"_s, u"/gnu/store/"_s, u"/var/lib/flatpak/"_s};
-    return !path.startsWith("/usr/local/"_L1) &&
-           std::any_of(sFolders.begin(), sFolders.end(), [&path](const QString& folder) { return path.startsWith(folder); });
-}
-
 QString realPath(const NSBundle& bundle) {
     const QString path = QFileInfo(bundle.bundlePath()).canonicalFilePath();
     return path.isEmpty() ? bundle.bundlePath() : path;
@@ -69,6 +61,13 @@ OSStatus carryOverPrograms(const fs::path& from, const fs::path& to) {
 }
 
 } // namespace
+
+bool belongsToPackage(const QString& path) {
+    static const QStringList sFolders = {u"/usr/"_s,  u"/bin/"_s,       u"/lib/"_s,       u"/app/"_s,
+                                         u"/snap/"_s, u"/nix/store/"_s, u"/gnu/store/"_s, u"/var/lib/flatpak/"_s};
+    return !path.startsWith("/usr/local/"_L1) &&
+           std::any_of(sFolders.begin(), sFolders.end(), [&path](const QString& folder) { return path.startsWith(folder); });
+}
 
 QString obstacleToInstalling(const NSBundle& installed, const AppcastItem& item) {
     const QString path = realPath(installed);

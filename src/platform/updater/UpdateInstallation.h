@@ -14,6 +14,9 @@ namespace quoddle {
 
 class NSBundle;
 
+/// Whether a package manager puts things there, which would then no longer know what stands in that place.
+bool belongsToPackage(const QString& path);
+
 /// Why the update can only be announced, as a sentence for people; empty when it can be installed.
 QString obstacleToInstalling(const NSBundle& installed, const AppcastItem& item);
 
