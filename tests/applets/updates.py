@@ -9,6 +9,7 @@ import http.server
 import io
 import pathlib
 import plistlib
+import ssl
 import subprocess
 import tarfile
 import threading
@@ -49,13 +50,21 @@ class Server(http.server.ThreadingHTTPServer):
     """Has `files`; what is a function there writes its own answer."""
     daemon_threads = True
 
-    def __init__(self):
+    def __init__(self, certificate=None):
         super().__init__(("127.0.0.1", 0), Handler)
+        self.scheme = "https" if certificate else "http"
+        if certificate:
+            context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            context.load_cert_chain(certificate)
+            self.socket = context.wrap_socket(self.socket, server_side=True)
         self.files, self.asked = {}, []
         threading.Thread(target=self.serve_forever, daemon=True).start()
 
+    def handle_error(self, *_):
+        pass  # a connection that was broken off
+
     def url(self, path):
-        return f"http://127.0.0.1:{self.server_port}{path}"
+        return f"{self.scheme}://127.0.0.1:{self.server_port}{path}"
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -245,6 +254,16 @@ class Updates(accessibility.AccessibleCase):
         self.assertNotIn("install", applet.said("noted"))
         applet.kill()
 
+    def test_a_handler_that_runs_is_stopped_like_for_a_quit(self):
+        self.publish(zipped(self.newer()))
+        applet = self.start_updatable(source=SOURCE.replace("end run", "delay 1000\nend run"))
+        until(lambda: applet.said("ran"), "it to run")
+        self.choose_from_menu(applet)
+        self.find("Install Update", "push button").do_action(0)
+        until(lambda: applet.said("ran") == "one\ntwo\n", "the new one to run")
+        self.assertEqual(version_of(self.folder / "Renewed.app"), "2")
+        applet.kill()
+
     def test_an_applet_that_goes_on_is_renewed_when_it_is_quit(self):
         self.publish(zipped(self.newer()))
         applet = self.start_updatable(source=SOURCE + """
@@ -269,6 +288,38 @@ end quit
         self.assertEqual(version_of(bundle), "2")
         self.assertEqual(applet.said("ran"), "one\n")
         self.assertEqual(self.left_behind(), [])
+
+    # The script's say
+
+    def test_the_script_may_refuse(self):
+        self.publish(zipped(self.newer()))
+        silent = SOURCE.replace('return note("may")', "return false")
+        applet = self.start_updatable(source=silent)
+        self.choose_from_menu(applet)
+        self.alert("Renewed does not look for updates now.", applet)
+        self.assertEqual(self.server.asked, [])
+        applet.kill()
+
+    def test_a_script_that_fails_in_a_hook_ends_the_applet(self):
+        bundle = self.folder / "Renewed.app"
+        error = "The applet has stopped because of an error."
+        for hook, fails, installed in [('return note("may")', 'error "no idea"', "1"), ('note("install")', 'error "no idea"', "2")]:
+            with self.subTest(hook):
+                self.publish(zipped(self.newer()))
+                (self.folder / "ran").unlink(missing_ok=True)
+                applet = self.start_updatable(source=SOURCE.replace(hook, fails))
+                until(lambda: applet.said("ran"), "it to run")
+                self.choose_from_menu(applet)
+                if installed == "2":
+                    self.find("Install Update", "push button").do_action(0)
+                self.find(error)
+                self.find("no idea", "label")
+                self.find("Quit", "push button").do_action(0)
+                applet.ends()
+                self.assertEqual(version_of(bundle), installed)
+                self.assertEqual(applet.said("ran"), "one\n")
+                self.assertEqual(self.left_behind(), [])
+                until(lambda: not self.shown("Renewed", "frame"), "its window to go")
 
     # Announcing
 
@@ -323,6 +374,25 @@ end quit
         applet.rests()
         self.assertIsNone(applet.process.poll())
         applet.kill()
+
+    def test_a_server_that_nobody_vouches_for(self):
+        certificate = self.folder / "certificate.pem"
+        subprocess.run(["openssl", "req", "-x509", "-newkey", "ed25519", "-nodes", "-keyout", certificate, "-out", self.folder / "public.pem", "-days", "1",
+                        "-subj", "/CN=127.0.0.1", "-addext", "subjectAltName=IP:127.0.0.1"], check=True, capture_output=True)
+        with certificate.open("a") as file:
+            file.write((self.folder / "public.pem").read_text())
+        secure = Server(certificate)
+        self.addCleanup(secure.server_close)
+        self.addCleanup(secure.shutdown)
+        secure.files["/feed.xml"] = b"secret"
+        fetched = subprocess.run([str(binaries() / "quoddle-fetch"), "text", secure.url("/feed.xml"), "1000"], capture_output=True, text=True, env=self.display.environment)
+        self.assertEqual((fetched.returncode, fetched.stdout, secure.asked), (1, "", []))
+        self.assertIn("SSL", fetched.stderr)
+        self.server.files["/feed.xml"] = b"text"
+        for environment, outcome in [(self.display.environment, (0, "text")), (dict(self.display.environment, QUODDLE_HTTP_ON_LOOPBACK=None), (1, ""))]:
+            environment = {key: value for key, value in environment.items() if value is not None}
+            fetched = subprocess.run([str(binaries() / "quoddle-fetch"), "text", self.server.url("/feed.xml"), "1000"], capture_output=True, text=True, env=environment)
+            self.assertEqual((fetched.returncode, fetched.stdout), outcome)
 
     # By itself
 

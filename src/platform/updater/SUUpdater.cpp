@@ -124,7 +124,7 @@ void SUUpdater::check() {
     mSettings.noteCheck();
     if (mDelegate && !mDelegate->updaterMayCheckForUpdates()) {
         NSLogTrace(u"updates: the applet does not allow looking for them now"_s);
-        mStage = Stage::idle;
+        becomeIdle();
         if (mIsAsked && NSApplication::sharedApplication()->isRunning())
             tell(tr("%1 does not look for updates now.").arg(mBundle->name()), tr("Try again later."));
         return;
