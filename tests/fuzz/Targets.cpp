@@ -276,8 +276,8 @@ Inputs archives() {
     const std::string name = "A.app/Contents/Info.plist", content = "content", link = "A.app/l";
     const auto number = [](std::size_t value, int bytes) {
         std::string text;
-        for (int i = 0; i < bytes; ++i)
-            text += static_cast<char>(value >> (8 * i));
+        for (int i = 0; i < bytes; ++i, value /= 256)
+            text += static_cast<char>(value % 256);
         return text;
     };
     const std::string fields = number(20, 2) + number(0, 8) + number(0xFEC530A9, 4) + number(content.size(), 4) +

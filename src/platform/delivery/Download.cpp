@@ -8,6 +8,7 @@
 #include <QIODevice>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QPointer>
 #include <QTimer>
 
 namespace quoddle {
@@ -24,6 +25,14 @@ QString translated(const char* text) {
     return QCoreApplication::translate("Download", text);
 }
 
+/// One for all downloads: its thread has time to take leave of one request during the next.
+QNetworkAccessManager& manager() {
+    static QPointer<QNetworkAccessManager> sManager;
+    if (!sManager)
+        sManager = new QNetworkAccessManager(QCoreApplication::instance());
+    return *sManager;
+}
+
 class Transfer {
 public:
     Transfer(const DownloadRequest& request, QIODevice& target) : mRequest(request), mTarget(target) {}
@@ -31,7 +40,7 @@ public:
     Result<qint64, QString> run() {
         if (!mayBeFetched(mRequest.url))
             return Failure{refusal(mRequest.url)};
-        mReply.reset(mManager.get(networkRequest()));
+        mReply.reset(manager().get(networkRequest()));
         mReply->setReadBufferSize(kBufferSize);
         QObject::connect(mReply.get(), &QNetworkReply::redirected, &mLoop, [this](const QUrl& url) { follow(url); });
         QObject::connect(mReply.get(), &QNetworkReply::readyRead, &mLoop, [this] { take(); });
@@ -111,7 +120,6 @@ private:
 
     const DownloadRequest& mRequest;
     QIODevice& mTarget;
-    QNetworkAccessManager mManager;
     QEventLoop mLoop;
     QTimer mSilence;
     std::unique_ptr<QNetworkReply> mReply;

@@ -23,7 +23,7 @@ struct DownloadRequest {
 };
 
 /// Waits until all of it has been written to `target`: the number of bytes, or a text for people. Redirections are followed to where
-/// something may be fetched from (FetchRules.h). A thread with Qt's event dispatcher; no events of others should be waiting there.
+/// something may be fetched from (FetchRules.h). Main thread; other events are handled meanwhile.
 Result<qint64, QString> download(const DownloadRequest& request, QIODevice& target);
 
 } // namespace quoddle

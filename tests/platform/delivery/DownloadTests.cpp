@@ -92,9 +92,10 @@ TEST_F(Download, HasAnEndWhateverTheServerDoes) {
     server.closes = false;
     EXPECT_EQ(fetched(server.url(u"/short"_s), 100, 50ms), u"error: The server did not answer in time."_s);
     EXPECT_EQ(fetched(server.url(u"/endless"_s), qint64(1) << 40, 10s, 100ms), u"error: The download took too long."_s);
-    const QUrl closed = server.url(u"/a"_s);
-    server.close();
-    EXPECT_TRUE(fetched(closed).startsWith("error: "_L1));
+    Server closed;
+    const QUrl nobody = closed.url(u"/a"_s);
+    closed.close();
+    EXPECT_TRUE(fetched(nobody).startsWith("error: "_L1));
 }
 
 TEST_F(Download, FetchesOverHTTPSAndFromThisMachine) {
