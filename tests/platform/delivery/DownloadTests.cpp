@@ -82,11 +82,13 @@ TEST_F(Download, HasAnEndWhateverTheServerDoes) {
                       {"/elsewhere", "HTTP/1.1 302 Found\r\nLocation: http://192.0.2.1/a\r\nContent-Length: 0\r\n\r\n"},
                       {"/nothing", "HTTP/1.1 204 No Content\r\n\r\n"},
                       {"/noise", "hello\r\n\r\n"}};
+    const QUrl byName(u"http://localhost:%1/a"_s.arg(server.serverPort()));
+    server.answers.insert("/by-name", "HTTP/1.1 302 Found\r\nLocation: " + byName.toEncoded() + "\r\nContent-Length: 0\r\n\r\n");
     server.endless = "/endless";
     EXPECT_EQ(fetched(server.url(u"/a"_s), 4), u"error: The server sends more than was announced."_s);
     EXPECT_EQ(fetched(server.url(u"/endless"_s), 1 << 20), u"error: The server sends more than was announced."_s);
     EXPECT_LE(bytes.size(), 1 << 20);
-    for (const auto* path : {"/short", "/circle", "/file", "/elsewhere", "/nothing", "/noise", "/missing"})
+    for (const auto* path : {"/short", "/circle", "/file", "/elsewhere", "/by-name", "/nothing", "/noise", "/missing"})
         EXPECT_TRUE(fetched(server.url(QString::fromUtf8(path))).startsWith("error: "_L1)) << path;
     EXPECT_EQ(bytes, "");
     server.closes = false;
