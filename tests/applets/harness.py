@@ -115,9 +115,8 @@ class SessionBus:
 
 
 class Applet:
-    def __init__(self, case, name, source, options=(), files=(), info=None):
-        """`info`: what its Info.plist is to say besides."""
-    def __init__(self, case, name, source, options=(), files=(), prepare=None):
+    def __init__(self, case, name, source, options=(), files=(), info=None, prepare=None):
+        """`info`: what its Info.plist is to say besides. `prepare`: called with the bundle before it is launched."""
         self.case = case
         self.name = name
         self.folder = case.folder
@@ -129,11 +128,9 @@ class Applet:
         if info:
             plist = bundle / "Contents/Info.plist"
             plist.write_bytes(plistlib.dumps(plistlib.loads(plist.read_bytes()) | info))
-        self.launch(*files)
         if prepare:
             prepare(bundle)
-        environment = self.environment()
-        self.process = subprocess.Popen([str(bundle / "Contents/Linux" / name), *files], env=environment, stderr=open(self.folder / (name + ".log"), "w"))
+        self.launch(*files)
         case.addCleanup(self.kill)
 
     def launch(self, *files):
