@@ -196,8 +196,14 @@ void SpotlightViewController::removePaths(const QStringList& paths) {
         if (const SpotlightMatchRef match = mMatches.take(path))
             stale << match.get();
     mPaths.removeIf([&stale](const SpotlightMatchRef& match) { return stale.contains(match.get()); });
+    const int row = mUi->resultsView->currentIndex().row();
+    const bool hadSelection = mUi->resultsView->selectionModel()->hasSelection();
     mSelectsByItself = true;
     mResultsController->removeObjects(stale);
+    const int last = mResultsController->rowCount() - 1;
+    if (hadSelection && last >= 0 && !mUi->resultsView->selectionModel()->hasSelection())
+        mUi->resultsView->setCurrentIndex(
+            mResultsController->index(std::clamp(row, 0, last))); // what follows the selected file that has gone
     mSelectsByItself = false;
 }
 

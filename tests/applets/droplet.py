@@ -46,6 +46,35 @@ class Droplet(accessibility.AccessibleCase):
         self.find("2 found", "label")
         applet.kill()
 
+    def test_a_hit_is_looked_at_before_it_is_opened(self):
+        applet = self.start_among_files("Looker")
+        self.press(self.find("Find files"))
+        self.find("Search", "text")
+        applet.xdotool("type", "report")
+        self.find("3 found", "label")
+        applet.xdotool("key", "Down")  # into the list
+        applet.xdotool("key", "space")
+        self.comes_to("report.txt")
+        self.find("Text", "text")
+        applet.picture("droplet-preview")
+        applet.xdotool("key", "Down")
+        self.comes_to("Project Report.pdf")
+        applet.xdotool("key", "space")
+        self.comes_to("Looker")
+        self.press(self.find("Quick Look", "push button"))
+        self.comes_to("Project Report.pdf")
+        (self.folder / "Documents/Project Report.pdf").unlink()
+        self.find("2 found", "label")
+        applet.xdotool("key", "Return")
+        until(lambda: applet.said("opened"), "the selected hit to be opened")
+        self.comes_to("Looker")
+        self.assertIsNone(self.shown("Close"))
+        applet.kill()
+
+    def comes_to(self, name):
+        applet = next(iter(self.applets.values()))
+        until(lambda: " ".join(applet.xdotool("getwindowfocus", "getwindowname")) == name, f"the keyboard to be in “{name}”")
+
     def test_a_hook_that_loops_can_be_stopped(self):
         loops = """
             on appletfileisacceptable(f)
