@@ -43,6 +43,16 @@ QString abbreviatedFolder(const QString& path) {
     return folder.startsWith(home + u'/') ? u'~' + folder.mid(home.size()) : folder;
 }
 
+/// Black notes beside white names would be hard to read: where the palette has white names on a selection that is light enough for black
+/// ones, the selection is a little darker.
+QColor selectionColor(const QPalette& palette, QPalette::ColorGroup group) {
+    QColor color = palette.color(group, QPalette::Highlight);
+    if (contrastingLabelColor(palette.color(group, QPalette::HighlightedText)) == Qt::black)
+        while (contrastingLabelColor(color) == Qt::black)
+            color = color.darker(104);
+    return color;
+}
+
 } // namespace
 
 SpotlightResultsCell::SpotlightResultsCell(QObject* parent) : QStyledItemDelegate(parent) {
@@ -64,12 +74,13 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     if (!match)
         return;
     QStyleOptionViewItem row = option;
+    const bool isHighlighted = row.state & QStyle::State_Selected;
+    const QPalette::ColorGroup group = row.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    const QColor highlight = selectionColor(row.palette, group);
+    row.palette.setColor(group, QPalette::Highlight, highlight);
     const QStyle* style = row.widget ? row.widget->style() : QApplication::style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &row, painter, row.widget);
 
-    const bool isHighlighted = row.state & QStyle::State_Selected;
-    const QPalette::ColorGroup group = row.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
-    const QColor highlight = row.palette.color(group, QPalette::Highlight);
     const QRectF frame = row.rect;
     const bool isMirrored = row.direction == Qt::RightToLeft;
     QRectF icon(frame.left() + kIconIndent, frame.top(), kIconExtent, kIconExtent);
