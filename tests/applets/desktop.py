@@ -152,7 +152,7 @@ class Desktop(harness.AppletCase):
         entry = self.install(bundle)
         self.launch(bundle)
         until(lambda: self.owned(entry), "the name to be taken")
-        many = "[" + ", ".join(["'file:///a'"] * 4097) + "]"
+        many = "[" + ",".join(["'file:///a'"] * 10_001) + "]"
         long = "['file:///" + "a" * 16400 + "']"
         for method, arguments, expected in [
             ("Open", ["@as []", "{}"], "InvalidArgs"),

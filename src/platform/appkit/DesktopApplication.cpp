@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kMaximumFiles = 4096;
+constexpr qsizetype kMaximumFiles = 10'000;
 constexpr qsizetype kMaximumURLLength = 16 << 10;
 constexpr std::size_t kMaximumWaiting = 64;
 constexpr int kPatience = 3000;

@@ -49,7 +49,7 @@ public:
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
-    /// File URLs only, at least one and not more than 4096, each at most 16 KiB long; anything else is refused as a whole.
+    /// File URLs only, at least one and not more than 10,000, each at most 16 KiB long; anything else is refused as a whole.
     Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& platformData);
     /// "quit" is the only action.
     Q_SCRIPTABLE void ActivateAction(const QString& action, const QVariantList& parameter, const QVariantMap& platformData);
