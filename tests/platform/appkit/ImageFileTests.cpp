@@ -2,14 +2,13 @@
 // Pictures that are none, that are too large, that want more than to be shown.
 #include "platform/appkit/ImageFile.h"
 #include "platform/appkit/StockIcons.h"
+#include "platform/foundation/TemporaryFiles.h"
 
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <QBuffer>
 #include <QDir>
 #include <QImage>
-#include <QTemporaryDir>
 
 namespace quoddle {
 
@@ -29,21 +28,14 @@ qint64 peak() {
     return text.mid(at, text.indexOf("kB", at) - at).trimmed().toLongLong();
 }
 
-class ImageFileTest : public testing::Test {
+class ImageFileTest : public test::TemporaryFiles {
 protected:
-    QString write(const QString& name, const QByteArray& bytes) {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    }
     QString picture(const QString& name, int width, int height) {
         QImage image(width, height, QImage::Format_Mono);
         image.fill(1);
         EXPECT_TRUE(image.save(folder.filePath(name)));
         return folder.filePath(name);
     }
-    QTemporaryDir folder;
 };
 
 } // namespace

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Rich text as word processors write it, pictures beside it, damage in it.
 #include "platform/appkit/rtf/RichText.h"
+#include "platform/foundation/TemporaryFiles.h"
 
-#include <gtest/gtest.h>
 #include <random>
 #include <sys/stat.h>
 
 #include <QDir>
-#include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
@@ -21,18 +19,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class RichTextTest : public testing::Test {
+class RichTextTest : public test::TemporaryFiles {
 protected:
-    QString write(const QString& name, const QByteArray& bytes) {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    }
     bool read(const QByteArray& body) { return readRichText(write(u"t.rtf"_s, "{\\rtf1\\ansi\\ansicpg1252" + body + "}"), document); }
     QTextCharFormat formatOf(const QString& text) { return document.find(text).charFormat(); }
 
-    QTemporaryDir folder;
     QTextDocument document;
 };
 

@@ -2,22 +2,14 @@
 // Files for tests of previews, in a folder that goes with the test.
 #pragma once
 
-#include <gtest/gtest.h>
+#include "platform/foundation/TemporaryFiles.h"
 
-#include <QFile>
 #include <QImage>
-#include <QTemporaryDir>
 
 namespace quoddle {
 
-class PreviewFiles : public testing::Test {
+class PreviewFiles : public test::TemporaryFiles {
 protected:
-    QString write(const QString& name, const QByteArray& bytes) {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        return file.fileName();
-    }
     QString picture(const QString& name, QSize size) {
         QImage image(size, QImage::Format_RGB32);
         image.fill(Qt::red);
@@ -36,7 +28,6 @@ protected:
             bytes += QByteArray::number(4 + i) + " 0 obj<</Type/Page/Parent 2 0 R/MediaBox[0 0 200 400]/Contents 3 0 R>>endobj\n";
         return write(name, bytes + "trailer<</Root 1 0 R>>\n%%EOF\n");
     }
-    QTemporaryDir folder;
 };
 
 } // namespace quoddle
