@@ -295,22 +295,34 @@ struct Calls {
 };
 
 TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
-    for (const char16_t* source : {u"repeat\nend repeat", u"delay 60", u"on f()\nf2()\nend f\non f2()\nend f2\nrepeat\nf()\nend repeat"}) {
-        constexpr int kQuestions = 15;
-        const OSAID script = compiled(source);
-        auto quickest = Clock::duration::max(); // of a few: a busy machine takes its time
-        for (int tries = 0; tries < 5 && quickest > milliseconds(20) * kQuestions; ++tries) {
+    constexpr int kQuestions = 15;
+    constexpr double kSeconds = 0.02 * kQuestions; // every 10 ms
+    const struct {
+        const char16_t* source;
+        clockid_t clock; // a thread that wants to run may have to wait for the processor, one that sleeps does not
+    } rows[] = {{u"repeat\nend repeat", CLOCK_THREAD_CPUTIME_ID},
+                {u"delay 60", CLOCK_MONOTONIC},
+                {u"on f()\nf2()\nend f\non f2()\nend f2\nrepeat\nf()\nend repeat", CLOCK_THREAD_CPUTIME_ID}};
+    for (const auto& row : rows) {
+        const auto now = [&row] {
+            timespec time{};
+            clock_gettime(row.clock, &time);
+            return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+        };
+        const OSAID script = compiled(row.source);
+        double quickest = 60; // of a few: a busy machine takes its time
+        for (int tries = 0; tries < 5 && quickest > kSeconds; ++tries) {
             Calls calls;
             calls.cancelAt = kQuestions;
             OSASetActiveProc(instance, Calls::proc, &calls);
-            const auto start = Clock::now();
+            const double start = now();
             EXPECT_EQ(run(script), "status -1753");
-            quickest = std::min(quickest, Clock::now() - start);
+            quickest = std::min(quickest, now() - start);
             EXPECT_EQ(errorPart("errn"_4cc), "-128");
             EXPECT_EQ(calls.count, kQuestions) << "goes on after it was told to end";
             OSASetActiveProc(instance, nullptr, nullptr);
         }
-        EXPECT_LE(quickest, milliseconds(20) * kQuestions); // every 10 ms
+        EXPECT_LE(quickest, kSeconds);
     }
 }
 
