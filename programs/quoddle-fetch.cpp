@@ -99,6 +99,7 @@ int fetchBundle(const QStringList& words) {
 
 int perform(int argc, char** argv) {
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}); // the last line of standard error is our report
     QCoreApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments().mid(1);
     if (words.size() == 3 && words[0] == "text"_L1)

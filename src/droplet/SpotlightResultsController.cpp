@@ -2,6 +2,7 @@
 #include "droplet/SpotlightResultsController.h"
 
 #include "droplet/SpotlightResultsCell.h"
+#include "platform/appkit/NSPanel.h"
 
 #include <algorithm>
 #include <cmath>
@@ -99,7 +100,7 @@ QVariant SpotlightResultsController::data(const QModelIndex& index, int role) co
     case Qt::AccessibleDescriptionRole:
         return SpotlightResultsCell::accessibilityValue(match.get());
     case Qt::ToolTipRole:
-        return match->path();
+        return toolTipText(match->path());
     default:
         return {};
     }

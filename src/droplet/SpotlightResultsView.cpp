@@ -28,10 +28,17 @@ void SpotlightResultsView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Space && mController) {
         if (!isKeyRepetition(*event)) // a key held down would open and close the panel again and again
             mController->doQuickLook();
-    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && mController)
-        mController->doOK();
-    else
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && mController) {
+        if (selectionModel()->hasSelection())
+            mController->doOK();
+    } else {
         QListView::keyPressEvent(event);
+    }
+}
+
+void SpotlightResultsView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) // the others open nothing
+        QListView::mouseDoubleClickEvent(event);
 }
 
 void SpotlightResultsView::dragEnterEvent(QDragEnterEvent* event) {

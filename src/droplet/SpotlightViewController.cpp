@@ -69,7 +69,7 @@ void SpotlightViewController::viewDidLoad() {
     mUi->progressView->setSizePolicy(keepingRoom);
     mUi->progressView->setIndeterminate(true);
     mUi->progressView->hide();
-    mUi->delayView->hide();
+    mUi->noteView->hide();
     connectControls();
 
     mNameQuery = std::make_unique<NSMetadataQuery>();
@@ -84,6 +84,8 @@ void SpotlightViewController::viewDidLoad() {
 void SpotlightViewController::connectControls() {
     connect(mUi->searchView, &QLineEdit::textChanged, this, &SpotlightViewController::_updateSearchPredicate);
     mUi->searchView->installEventFilter(this);
+    mUi->searchView->setAcceptDrops(false); // it would take the address of a file for a text
+    mUi->resultsView->installEventFilter(this);
     connect(mUi->resultsView, &QListView::doubleClicked, this, &SpotlightViewController::doOK);
     connect(mUi->openButton, &QPushButton::clicked, this, &SpotlightViewController::doOK);
     connect(mUi->quitButton, &QPushButton::clicked, this, &SpotlightViewController::doQuit);
@@ -136,7 +138,7 @@ void SpotlightViewController::stopSearch() {
     ++mSearch;
     stopQuery();
     mUi->resultsCountView->clear();
-    mUi->delayView->hide();
+    mUi->noteView->hide();
     removeAllPaths();
 }
 
@@ -154,6 +156,8 @@ void SpotlightViewController::removeAllPaths() {
     mPaths.clear();
     mResultsController->removeAllObjects();
     updateButtons();
+    if (mPreviewPanel)
+        mPreviewPanel->reloadData();
 }
 
 void SpotlightViewController::_applicationsQueryGatheringStart(const NSNotification&) {
@@ -173,7 +177,8 @@ void SpotlightViewController::_applicationsQueryGatheringFinish(const NSNotifica
         return;
     mUi->progressView->stopAnimation();
     mUi->progressView->hide();
-    mUi->delayView->setVisible(!mNameQuery->followsChangesAtOnce());
+    if (!mNameQuery->followsChangesAtOnce())
+        note(tr("The system cannot watch so many folders: new files in some of them appear after half a minute."));
     mergeResults();
 }
 
@@ -229,17 +234,21 @@ std::optional<QList<SpotlightMatchRef>> SpotlightViewController::judgeSlice() {
         const bool isUsable = match->usableMatch(); // asks the script, whose error ends the applet
         if (!alive || search != mSearch)
             return std::nullopt;
-        if (isUsable)
+        if (isUsable) {
             usable << match;
-        else if (AppDelegate::instance()->hookWasStopped())
+        } else if (AppDelegate::instance()->isEndingWithError()) {
+            stopQuery();
+        } else if (AppDelegate::instance()->hookWasStopped()) {
             stopQuery(); // the next files would ask the same script
+            note(tr("The search was stopped. Type to search again."));
+        }
     }
     usable.removeIf([this](const SpotlightMatchRef& match) { return mGoneMeanwhile.contains(match->path()); });
     return usable;
 }
 
 void SpotlightViewController::mergeResults() {
-    if (mIsMerging) // the script waits for something while it judges a file
+    if (mIsMerging || mIsSuspended) // the script waits for something while it judges a file
         return;
     mIsMerging = true;
     const QPointer<SpotlightViewController> alive(this);
@@ -264,6 +273,11 @@ void SpotlightViewController::mergeResults() {
         mUnjudged.clear();
         mJudged = 0;
     }
+}
+
+void SpotlightViewController::note(const QString& text) {
+    mUi->noteView->setText(text);
+    mUi->noteView->show();
 }
 
 void SpotlightViewController::showCount() {
@@ -319,6 +333,9 @@ bool SpotlightViewController::handleSearchKey(int key) {
     case Qt::Key_PageDown:
         mUi->resultsView->setFocus();
         return true;
+    case Qt::Key_Escape:
+        mUi->searchView->clear();
+        return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (mUi->openButton->isEnabled())
@@ -330,6 +347,8 @@ bool SpotlightViewController::handleSearchKey(int key) {
 }
 
 bool SpotlightViewController::eventFilter(QObject* watched, QEvent* event) {
+    if (isViewLoaded() && watched == mUi->resultsView && event->type() == QEvent::FocusIn)
+        setSelectionChangedByUser(true); // who has gone into the list means the hit that is selected there
     if (isViewLoaded() && watched == mUi->searchView && event->type() == QEvent::KeyPress &&
         handleSearchKey(static_cast<QKeyEvent*>(event)->key()))
         return true;
@@ -338,13 +357,20 @@ bool SpotlightViewController::eventFilter(QObject* watched, QEvent* event) {
 
 // --- Quick Look
 
-/// Another pane takes the place of this one.
+/// Another pane takes the place of this one. While a handler runs, its progress in the window, the script is not asked about files.
 void SpotlightViewController::viewDidDisappear() {
+    mIsSuspended = true;
     if (mPreviewPanel)
         mPreviewPanel->orderOut();
 }
 
+void SpotlightViewController::viewDidAppear() {
+    mIsSuspended = false;
+    mNextSlice.start(0);
+}
+
 void SpotlightViewController::doQuickLook() {
+    setSelectionChangedByUser(true); // what is looked at stays selected
     if (QLPreviewPanel::sharedPreviewPanelExists() && QLPreviewPanel::sharedPreviewPanel().isVisible())
         QLPreviewPanel::sharedPreviewPanel().orderOut();
     else
@@ -374,7 +400,8 @@ std::shared_ptr<const QLPreviewItem> SpotlightViewController::previewPanelPrevie
 }
 
 bool SpotlightViewController::previewPanelHandleEvent(QLPreviewPanel&, QEvent& event) {
-    if (event.type() != QEvent::KeyPress)
+    const auto* key = event.type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(&event) : nullptr;
+    if (!key || key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) // those are the menu's
         return false;
     QCoreApplication::sendEvent(mUi->resultsView, &event);
     return true;

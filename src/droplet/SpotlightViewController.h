@@ -61,6 +61,7 @@ public:
 protected:
     QWidget* loadView() override;
     void viewDidLoad() override;
+    void viewDidAppear() override;
     void viewDidDisappear() override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -81,6 +82,8 @@ private:
     std::optional<QList<SpotlightMatchRef>> judgeSlice();
     SpotlightMatchRef makeMatch(const QString& path) const;
     void showCount();
+    /// Below the results, until the next search.
+    void note(const QString& text);
     void selectBestHit();
     void updateButtons();
     bool handleSearchKey(int key);
@@ -101,6 +104,7 @@ private:
     QStringList mUnjudged;                      // results of the query
     qsizetype mJudged = 0;                      // how many of them, from the first one on, have been judged all the same
     int mSearch = 0;                            // the number of the search; a new text begins a new one
+    bool mIsSuspended = false;                  // the pane was shown and is not any more
     bool mIsMerging = false;                    // further up on the stack
     QSet<QString> mGoneMeanwhile;               // paths that went while they, or others, were being judged
     bool mSelectionChangedByUser = false;

@@ -15,14 +15,28 @@ namespace quoddle {
 
 namespace {
 
+/// What the delegate says of the script that this thread runs; nothing when the component's flag counts.
+std::optional<bool> delegatesWord(const QXOSAComponent& component) {
+    const bool isMain = QCoreApplication::instance() && MainThread::isCurrent();
+    return isMain && component.delegate() ? component.delegate()->isMainThreadScriptCancelled() : std::nullopt;
+}
+
+} // namespace
+
+void takeBackCancellation(QXOSAComponent& component) {
+    if (!delegatesWord(component))
+        component.setCancelled(false);
+}
+
+namespace {
+
 // The low 16 bits, as every status that a procedure answers.
 OSErr shortened(OSStatus status) {
     return static_cast<OSErr>(status);
 }
 
-/// Whoever acts on a cancellation takes it back first.
 OSErr acceptCancellation(QXOSAComponent& component) {
-    component.setCancelled(false);
+    takeBackCancellation(component);
     return shortened(component.threadCanceledError());
 }
 
@@ -82,7 +96,7 @@ OSStatus statusAfterSending(QXOSAComponent& component, OSStatus status) {
     if (status == noErr && deadlineHasPassed(component))
         status = component.timeoutError();
     if (status == noErr && isRunCancelled(component)) {
-        component.setCancelled(false);
+        takeBackCancellation(component);
         status = component.threadCanceledError();
     }
     return status;
@@ -91,6 +105,8 @@ OSStatus statusAfterSending(QXOSAComponent& component, OSStatus status) {
 } // namespace
 
 bool isRunCancelled(const QXOSAComponent& component) {
+    if (const auto said = delegatesWord(component))
+        return *said;
     std::shared_ptr<NSOperation> operation = component.operation();
     return component.isCancelled() || (operation && operation->isCancelled()) || QThread::currentThread()->isInterruptionRequested();
 }

@@ -5,6 +5,8 @@
 #include "platform/ae/AEDesc.h"
 #include "platform/ae/AESendMessage.h"
 
+#include <optional>
+
 namespace quoddle {
 
 /// All are called on the thread that runs the script.
@@ -15,6 +17,9 @@ public:
     virtual void scriptDidYield() {}
     /// A script that the main thread runs waits for a reply: called again and again until the wait is over.
     virtual void scriptWaitsOnMainThread() {}
+    /// Whether the script that the main thread runs is to end. Nothing: the component's own flag says so, which scripts on all threads
+    /// share.
+    virtual std::optional<bool> isMainThreadScriptCancelled() { return {}; }
     /// Not for requests of terminology ("ascr"/"gdte", "gdut"). The timeout is the effective one.
     virtual void willSendAppleEvent(const AEDesc& event, AESendMode sendMode, std::int32_t sendPriority, std::int32_t timeoutInTicks) {
         (void)event, (void)sendMode, (void)sendPriority, (void)timeoutInTicks;

@@ -3,6 +3,7 @@
 #include "engine/QXOSAID.h"
 
 #include "engine/FileReference.h"
+#include "engine/OSACallbacks.h"
 #include "platform/ae/AECoercion.h"
 #include "platform/foundation/NSLog.h"
 
@@ -170,7 +171,7 @@ bool QXOSAID::compile(const QString& source, OSAModeFlags modeFlags) {
 
 void QXOSAID::prepareToExecute() {
     if (mComponent)
-        mComponent->setCancelled(false);
+        takeBackCancellation(*mComponent);
 }
 
 QXOSAIDRef QXOSAID::execute(OSAModeFlags modeFlags) {

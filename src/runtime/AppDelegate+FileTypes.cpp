@@ -13,13 +13,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kMostEntries = 1000; // of one kind; a bundle that declares more is not read to its end
+constexpr qsizetype kMostEntries = 1000; // of one kind
 
+/// Behind so many entries only the wildcard counts, which makes all others needless.
 void addNew(QStringList& list, const QVariant& entries) {
     const QVariantList values = entries.toList();
-    for (const QVariant& entry : values)
-        if (const QString text = entry.toString(); entry.typeId() == QMetaType::QString && list.size() < kMostEntries && !list.contains(text))
-            list << text;
+    QSet<QString> known(list.begin(), list.end());
+    for (const QVariant& entry : values) {
+        const QString text = entry.toString();
+        if (entry.typeId() != QMetaType::QString || known.contains(text) || (list.size() >= kMostEntries && text != u'*'))
+            continue;
+        known << text;
+        list << text;
+    }
 }
 
 struct DeclaredTypes {
@@ -30,7 +36,7 @@ struct DeclaredTypes {
 DeclaredTypes declaredByDocumentTypes(const QVariantMap& info) {
     DeclaredTypes types;
     const QVariantList documentTypes = info.value(u"CFBundleDocumentTypes"_s).toList();
-    for (const QVariant& documentType : documentTypes.first(std::min(documentTypes.size(), kMostEntries))) {
+    for (const QVariant& documentType : documentTypes.first(std::min(documentTypes.size(), 10 * kMostEntries))) {
         const QVariantMap entry = documentType.toMap();
         addNew(types.extensions, entry.value(u"CFBundleTypeExtensions"_s));
         if (entry.value(u"CFBundleTypeOSTypes"_s).toList().contains(u"****"_s))

@@ -53,19 +53,26 @@ private:
 };
 
 void AppDelegate::hookDidYield() {
-    if (mHookDepth == 0 || mOffersStop)
+    if (mHookDepth == 0 || mOffersStop || mHookWasStopped)
         return;
-    if (!mParts.application->isRunning()) // the end was decided while the hook was running
-        return cancelScript();
+    if (isDisplayingPanel()) { // the hook asks the user: the time begins with the answer
+        mHookBegin = mParts.performs->now();
+        if (mParts.hookStopper)
+            mParts.hookStopper->dismiss();
+        return;
+    }
     if (!mParts.hookStopper || mParts.performs->now() - mHookBegin < kHookPatience)
         return;
     mOffersStop = true; // what the user does may lead to another hook
-    const bool isStopRequested = mParts.hookStopper->isStopRequested(mainBundle()->name());
+    mHookWasStopped = mParts.hookStopper->isStopRequested(mainBundle()->name());
     mOffersStop = false;
-    if (!isStopRequested)
-        return;
-    mHookWasStopped = true;
-    cancelScript();
+}
+
+/// A hook ends by its own Stop or with the application, never by the Stop that is meant for the handler on the script queue.
+std::optional<bool> AppDelegate::isMainThreadScriptCancelled() {
+    if (mHookDepth == 0)
+        return {};
+    return mHookWasStopped || !mParts.application->isRunning();
 }
 
 std::optional<bool> AppDelegate::askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters) {

@@ -77,6 +77,8 @@ public:
     // Hooks: handlers and properties by which a script shapes the applet. A script error in a handler is shown, which ends the applet.
     /// "appletfileisacceptable"; without it every file is, for a script with an open handler. After a script error: false.
     bool isFileAcceptable(const QString& path);
+    /// An error of the script is being shown, and the applet ends when the user has seen it.
+    bool isEndingWithError() const { return mShowingRuntimeError; }
     /// The user has ended the last hook because it took too long.
     bool hookWasStopped() const { return mHookWasStopped; }
     /// "appletsearchname" and "appletdropname", else the localised "DefaultFindFilesPrompt" and "DefaultDropFilesPrompt".
@@ -89,6 +91,7 @@ public:
     QImage _imageFromValue(const QXOSAIDRef& value, const QImage& defaultImage);
     bool updaterMayCheckForUpdates() override;
     bool updaterShouldPromptForPermissionToCheckForUpdates() override;
+    bool updaterIsOutOfTurn() override { return isEndingWithError(); }
     void updaterWillInstallUpdate() override;
     void updaterWillRelaunchApplication() override;
 
@@ -115,6 +118,7 @@ public:
     /// The thread that runs the script; waits for the main thread when there is something new.
     void scriptDidYield() override;
     void scriptWaitsOnMainThread() override { hookDidYield(); }
+    std::optional<bool> isMainThreadScriptCancelled() override;
     void _progressDidChange(const NSNotification& notification);
     /// Called before a dialog command shows something.
     void willDisplaySheet() { showProgressWhileResponding(); }
@@ -233,7 +237,7 @@ private:
     bool mIsJudgingFiles = false;                           // further up on the stack
     int mHookDepth = 0;                                     // hooks on the stack
     double mHookBegin = 0;                                  // of the outermost one, by the clock of the performs
-    bool mHookWasStopped = false;
+    bool mHookWasStopped = false;                           // by the user, the last one
     bool mOffersStop = false;             // further up on the stack
     std::recursive_mutex mObjectLock;     // scriptDidYield's; the main thread only ever tries it
 };

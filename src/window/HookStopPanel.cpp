@@ -49,6 +49,7 @@ void HookStopPanel::show(const QString& applicationName) {
     auto* stop = new QPushButton;
     setButtonTitle(*stop, QCoreApplication::translate("HookStopPanel", "Stop"));
     setKeyEquivalent(*stop, kEscapeKeyEquivalent);
+    stop->setFocusPolicy(Qt::NoFocus); // the panel comes by itself, and blanks and Returns may be meant for what was in front
     QObject::connect(stop, &QPushButton::clicked, mPanel.get(), [this] { mIsStopRequested = true; });
     auto* layout = new QVBoxLayout(mPanel.get());
     layout->setContentsMargins(20, 20, 20, 20);

@@ -146,6 +146,48 @@ TEST(Hooks, ThatTakeLongCanBeStopped) {
     EXPECT_TRUE(applet.alerts.shown.isEmpty()) << "stopping a hook is no error";
 }
 
+/// Both scripts share the component. The hook runs on the main thread, the handler on the script queue.
+TEST(Hooks, AreStoppedWithoutTheHandlerThatRuns) {
+    class Stopper final : public HookStopper {
+    public:
+        bool isStopRequested(const QString&) override { return true; }
+        void dismiss() override {}
+    } stopper;
+    Applet applet({.handlers = "open appletfileisacceptable", .info = "KVBStayOpen = YES;", .hookStopper = &stopper});
+    std::atomic<bool> isRunning = false, mayEnd = false;
+    std::atomic<OSErr> handlerWasTold = noErr;
+    ScriptedComponent::sHandlers["open"] = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        isRunning = true;
+        while (!mayEnd && handlerWasTold == noErr)
+            handlerWasTold = run.yield();
+        return {};
+    };
+    bool loops = false;
+    ScriptedComponent::sHandlers["appletfileisacceptable"] = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        for (int turn = 0; loops && turn < 1000; ++turn) {
+            applet.advance(0.1);
+            if (const OSErr stop = run.yield())
+                return ScriptedComponent::failing(stop, u"User canceled.");
+        }
+        return {AEDesc::ofBoolean(true)};
+    };
+    applet.launch();
+    applet.delegate->applicationOpenFiles({u"/a"_s});
+    ASSERT_TRUE(Applet::eventually([&] { return isRunning.load(); }));
+    loops = true;
+    EXPECT_FALSE(applet.delegate->isFileAcceptable(u"/b"_s));
+    EXPECT_TRUE(applet.delegate->hookWasStopped());
+    EXPECT_EQ(handlerWasTold, noErr) << "the hook's Stop is not the handler's";
+
+    // And the handler's Stop is not the hook's, nor does a new hook take it back.
+    loops = false;
+    applet.delegate->mainScript()->component()->setCancelled(true);
+    EXPECT_TRUE(applet.delegate->isFileAcceptable(u"/b"_s));
+    EXPECT_TRUE(Applet::eventually([&] { return handlerWasTold != noErr; }));
+    mayEnd = true;
+    applet.settle();
+}
+
 TEST(Hooks, JudgeManyFilesInSlices) {
     Applet applet({.handlers = "open appletfileisacceptable", .info = "KVBStayOpen = YES;"});
     QStringList files;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/ElidedLabel.h"
 
+#include "platform/appkit/NSPanel.h"
+
 #include "platform/appkit/Appearance.h"
 
 #include <QEvent>
@@ -134,7 +136,7 @@ void ElidedLabel::changeEvent(QEvent* event) {
 
 void ElidedLabel::updateToolTip() {
     // Tool tips guess at rich text; what a script says is never that.
-    setToolTip(isElided() ? QStringLiteral("<qt>%1</qt>").arg(text().toHtmlEscaped()) : QString());
+    setToolTip(isElided() ? toolTipText(text()) : QString());
 }
 
 } // namespace quoddle

@@ -85,7 +85,7 @@ void fitButtonTitles(std::vector<QPushButton*> buttons, int width) {
             const QString title = titleText(buttonTitle(*button));
             showTitle(*button, button->fontMetrics().elidedText(title, Qt::ElideRight, share - widthAroundTitle(*button)));
             button->setMinimumWidth(std::min(share, button->sizeHint().width()));
-            button->setToolTip(title);
+            button->setToolTip(toolTipText(title));
         }
         width -= button->sizeHint().width();
     }
@@ -93,6 +93,10 @@ void fitButtonTitles(std::vector<QPushButton*> buttons, int width) {
 
 QString readableText(const QString& text) {
     return text.size() > kLongestText ? text.left(kLongestText) + u'\u2026' : text;
+}
+
+QString toolTipText(const QString& text) {
+    return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
 }
 
 QString titleText(const QString& text) {

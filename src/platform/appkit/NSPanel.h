@@ -34,6 +34,8 @@ void fitButtonTitles(std::vector<QPushButton*> buttons, int width);
 
 /// As much of a text as anybody reads in a dialog: the end of an endless one is left out.
 QString readableText(const QString& text);
+/// A tool tip that shows the text as it is, though the toolkit would take some texts for marked-up ones.
+QString toolTipText(const QString& text);
 /// The text on one line that a title bar can show.
 QString titleText(const QString& text);
 

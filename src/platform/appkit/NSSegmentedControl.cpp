@@ -13,16 +13,17 @@ NSSegmentedControl::NSSegmentedControl(int segmentCount, QWidget* parent) : QWid
     for (int segment = 0; segment < segmentCount; ++segment) {
         auto* made = new QToolButton(this);
         made->setCheckable(true);
-        made->setFocusPolicy(Qt::TabFocus);
+        made->setFocusPolicy(Qt::NoFocus);
         layout->addWidget(made);
         mButtons.addButton(made, segment);
     }
-    setSelectedSegment(0);
     // Not the click: an assistive technology presses a button without one.
     connect(&mButtons, &QButtonGroup::idToggled, this, [this](int segment, bool isPressed) {
+        button(segment)->setFocusPolicy(isPressed ? Qt::TabFocus : Qt::NoFocus); // the keyboard finds the chosen one
         if (isPressed && !mIsSetByProgram)
             Q_EMIT action(segment);
     });
+    setSelectedSegment(0);
 }
 
 QToolButton* NSSegmentedControl::button(int segment) const {

@@ -12,6 +12,8 @@ public:
     virtual bool updaterMayCheckForUpdates() { return true; }
     /// Whether the user is asked before updates are looked for without being asked for.
     virtual bool updaterShouldPromptForPermissionToCheckForUpdates() { return true; }
+    /// The application shows an error that ends it, such as one of its own answers: the updater says nothing more.
+    virtual bool updaterIsOutOfTurn() { return false; }
     virtual void updaterWillInstallUpdate() {}
     virtual void updaterWillRelaunchApplication() {}
 };

@@ -3,6 +3,7 @@
 
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/appkit/BundleIcon.h"
+#include "platform/appkit/NSPanel.h"
 #include "platform/appkit/StockIcons.h"
 #include "platform/foundation/DesktopEntry.h"
 
@@ -140,7 +141,7 @@ QVariant ApplicationListModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return mApplications[row].name;
     case Qt::ToolTipRole:
-        return mApplications[row].path;
+        return toolTipText(mApplications[row].path);
     case Qt::DecorationRole:
         return mShowsIcons ? QVariant(iconAt(row)) : QVariant(kRoom);
     default:

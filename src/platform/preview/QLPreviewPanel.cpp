@@ -4,6 +4,7 @@
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/KeyRepetition.h"
+#include "platform/appkit/NSApplication.h"
 #include "platform/appkit/WindowLayout.h"
 #include "platform/foundation/FileTypes.h"
 #include "platform/preview/PreviewView.h"
@@ -31,6 +32,7 @@ namespace {
 constexpr QSize kSize(680, 540); // points, at first
 constexpr QSize kSmallest(320, 240);
 constexpr int kEdge = 6;          // points at the border that change the size
+constexpr int kMostSearched = 1000; // items among which the one that is shown is looked for
 constexpr int kPatience = 150;    // milliseconds for which the last file is still shown
 constexpr QSize kPage(760, 1075); // points; wide enough for a panel that has been made larger
 
@@ -201,7 +203,13 @@ void QLPreviewPanel::setDataSource(QLPreviewPanelDataSource* dataSource) {
 
 void QLPreviewPanel::reloadData() {
     mItems = mDataSource && mController ? std::max(mDataSource->numberOfPreviewItemsInPreviewPanel(*this), 0) : 0;
-    setCurrentPreviewItemIndex(mIndex);
+    // The item that is shown stays, wherever it has moved among the others.
+    int index = mIndex;
+    for (int i = 0; mItem && i < std::min(mItems, kMostSearched); ++i)
+        if (const auto item = mDataSource->previewPanelPreviewItemAtIndex(*this, i);
+            item && item->previewItemURL() == mItem->previewItemURL())
+            index = i;
+    setCurrentPreviewItemIndex(index);
 }
 
 void QLPreviewPanel::setCurrentPreviewItemIndex(int index) {
@@ -379,6 +387,10 @@ void QLPreviewPanel::keyPressEvent(QKeyEvent* event) {
     }
     if (mDelegate && mDelegate->previewPanelHandleEvent(*this, *event))
         return;
+    if (event->matches(QKeySequence::Close))
+        return orderOut();
+    if (event->matches(QKeySequence::Quit))
+        return NSApplication::sharedApplication()->terminate();
     if (closes)
         return orderOut();
     if (!isPlain || !mView->scroll(event->key()))

@@ -125,7 +125,7 @@ void SUUpdater::check() {
     if (mDelegate && !mDelegate->updaterMayCheckForUpdates()) {
         NSLogTrace(u"updates: the applet does not allow looking for them now"_s);
         becomeIdle();
-        if (mIsAsked && NSApplication::sharedApplication()->isRunning())
+        if (mIsAsked && NSApplication::sharedApplication()->isRunning() && !mDelegate->updaterIsOutOfTurn())
             tell(tr("%1 does not look for updates now.").arg(mBundle->name()), tr("Try again later."));
         return;
     }

@@ -2,6 +2,7 @@
 #include "platform/appkit/filepanel/Places.h"
 
 #include "platform/appkit/filepanel/RowDelegate.h"
+#include "platform/appkit/NSPanel.h"
 
 #include <QApplication>
 #include <QDir>
@@ -121,7 +122,7 @@ PlacesList::PlacesList(QWidget* parent) : QListWidget(parent) {
     for (const Place& place : places) {
         auto* item = new QListWidgetItem(iconOf(place.kind), place.title, this);
         item->setData(Qt::UserRole, place.path);
-        item->setToolTip(place.path.toHtmlEscaped());
+        item->setToolTip(toolTipText(place.path));
     }
     setItemDelegate(new RowDelegate(this));
     setTextElideMode(Qt::ElideMiddle);

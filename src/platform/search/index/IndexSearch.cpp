@@ -13,6 +13,20 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenHandingOver{5};
 
+/// The attributes of a file for one evaluation: a predicate may ask for the type, which is costly, once for each type that it knows.
+class Attributes {
+public:
+    explicit Attributes(const NSMetadataItem& item) : mItem(item) {}
+    QVariant operator()(const QString& key) {
+        const auto known = mKnown.constFind(key);
+        return known != mKnown.constEnd() ? *known : *mKnown.insert(key, mItem.valueForAttribute(key));
+    }
+
+private:
+    const NSMetadataItem& mItem;
+    QVariantHash mKnown;
+};
+
 QString text(std::string_view bytes) {
     return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
 }
@@ -54,8 +68,7 @@ bool IndexSearch::match(std::size_t most) {
             if (answer == NameMatcher::Answer::no)
                 continue;
             NSMetadataItem item(pathOf(part, part.next));
-            if (answer == NameMatcher::Answer::yes ||
-                mPredicate->evaluateWithObject([&item](const QString& key) { return item.valueForAttribute(key); }))
+            if (answer == NameMatcher::Answer::yes || mPredicate->evaluateWithObject(Attributes(item)))
                 mChanges.push_back({item.path(), false});
             if (!mHasHandedOver && !mChanges.empty())
                 handOver(false);
