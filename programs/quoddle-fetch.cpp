@@ -114,5 +114,7 @@ int perform(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    return programMain("quoddle-fetch", argc, argv, &perform);
+    const int status = programMain("quoddle-fetch", argc, argv, &perform);
+    std::fflush(nullptr);
+    std::_Exit(status); // the toolkit's network thread may still be at work, and has nothing left to do for us
 }
