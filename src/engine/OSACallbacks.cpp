@@ -15,7 +15,7 @@ namespace quoddle {
 
 namespace {
 
-/// What the delegate says of the script that this thread runs; nothing when the component's flag counts.
+/// The delegate's word on the script that this thread runs; nothing when the component's flag counts.
 std::optional<bool> delegatesWord(const QXOSAComponent& component) {
     const bool isMain = QCoreApplication::instance() && MainThread::isCurrent();
     return isMain && component.delegate() ? component.delegate()->isMainThreadScriptCancelled() : std::nullopt;

@@ -19,7 +19,7 @@ OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, A
 /// An event that the script continues: dispatched to the application's handlers on the main thread.
 OSErr OSAResumeCallback(const AEDesc& event, AEDesc* reply, void* component);
 
-/// Whoever acts on a cancellation takes it back first; so does a new run. One that is meant for a script of another thread stays.
+/// Takes back the component's cancellation, when somebody acts on it or a new run begins. One for a script of another thread stays.
 void takeBackCancellation(QXOSAComponent& component);
 /// By its own flag, its operation or the calling thread.
 bool isRunCancelled(const QXOSAComponent& component);

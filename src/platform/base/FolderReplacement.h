@@ -12,7 +12,7 @@
 
 namespace quoddle {
 
-/// What becomes of that in an old folder which the new one does not have.
+/// The fate of those contents of the old folder that the new one does not have.
 enum class OldContent {
     kept, ///< files with their permissions, links as links; what cannot be copied is an error, and so is anything else (-50)
     dropped

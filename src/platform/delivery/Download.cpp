@@ -65,7 +65,7 @@ private:
         request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
         request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
         request.setMaximumRedirectsAllowed(kMostRedirections);
-        // What is announced and signed are these very bytes; and nothing that comes is larger than it looks.
+        // Exactly these bytes are announced and signed, and nothing that comes is larger than it looks.
         request.setRawHeader("Accept-Encoding", "identity");
         request.setHeader(QNetworkRequest::UserAgentHeader, u"Quoddle"_s);
         return request;
@@ -94,7 +94,7 @@ private:
         if (!mError.isEmpty())
             return;
         const QByteArray bytes = mReply->readAll();
-        // What comes with an error is a page that tells of it.
+        // The contents that come with an error are a page about the error.
         if (bytes.isEmpty() || statusCode() != kOK)
             return;
         mReceived += bytes.size();

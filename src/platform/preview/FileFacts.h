@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the information card says of a file. Any thread; it may read the first bytes of the file.
+// The facts of a file for its information card. Any thread; it may read the first bytes of the file.
 #pragma once
 
 #include <atomic>

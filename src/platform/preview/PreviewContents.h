@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a preview shows of a file that can be read in this process: its text, with or without formats. Pictures and pages are not read
+// The part of a file that a preview can read in this process: its text, with or without formats. Pictures and pages are not read
 // here, only told from the rest: they come from PictureProcess.
 // One decision: what cannot be shown is no error; it has its facts, and a reason where there is one to give.
 // Any thread.
@@ -25,7 +25,7 @@ struct PreviewContents {
     QString notice;                          // for Card: why there is no more than that; empty when nothing went wrong
 };
 
-/// What the type of a file lets expect.
+/// The kind of preview that the type of a file promises.
 PreviewKind previewKindOf(const FileFacts& facts);
 /// Reads as much of the file as a preview shows. A document with formats comes on `thread`, where it must be used and
 /// released.

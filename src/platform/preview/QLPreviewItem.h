@@ -49,7 +49,7 @@ public:
     virtual bool acceptsPreviewPanelControl(QLPreviewPanel& panel) = 0;
     /// From here on the panel is this controller's: it puts in a data source and a delegate.
     virtual void beginPreviewPanelControl(QLPreviewPanel& panel) = 0;
-    /// It is not any more; the panel forgets data source and delegate after this.
+    /// The panel is this controller's no more; the panel forgets data source and delegate after this.
     virtual void endPreviewPanelControl(QLPreviewPanel& panel) = 0;
 };
 
