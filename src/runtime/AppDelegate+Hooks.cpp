@@ -55,7 +55,7 @@ private:
 void AppDelegate::hookDidYield() {
     if (mHookDepth == 0 || mOffersStop || mHookWasStopped)
         return;
-    if (isDisplayingPanel()) { // the hook asks the user: the time begins with the answer
+    if (isDisplayingPanel() && !_isRespondingToScript()) { // the hook asks the user: the time begins with the answer
         mHookBegin = mParts.performs->now();
         if (mParts.hookStopper)
             mParts.hookStopper->dismiss();

@@ -5,6 +5,7 @@
     droplet.py BIN [PATTERN]
 """
 import subprocess
+import time
 
 import accessibility
 import harness
@@ -87,17 +88,42 @@ class Droplet(accessibility.AccessibleCase):
         for number, wait in enumerate(("", "delay 100", 'do shell script "sleep 100"')):
             applet = self.start(f"Loops{number}", OPENING + loops.replace("WAIT", wait), options=["-s"])
             applet.window()
-            opening = subprocess.Popen([str(harness.binaries() / "quoddle-shell"), str(self.folder / f"Loops{number}.app"), str(file)],
-                                       env=applet.environment(), stderr=subprocess.DEVNULL)
-            self.addCleanup(opening.wait)
+            opening = self.open(applet, file)
             self.find("Waiting for the script", "progress bar")
             applet.picture(f"droplet-hook{number}")
             applet.xdotool("key", "Escape")
             self.assertNotEqual(opening.wait(harness.DEADLINE), 0) # refused
             self.assertIsNone(applet.process.poll())
             self.assertEqual(applet.said("opened"), "")
+            # And with the applet, while it loops.
+            self.open(applet, file)
+            self.find("Waiting for the script", "progress bar")
             applet.process.terminate()
             applet.ends()
+
+    def test_a_hook_may_ask_the_user(self):
+        file = self.folder / "a.txt"
+        file.write_text("x")
+        applet = self.start("Asks", OPENING + """
+            on appletfileisacceptable(f)
+                return button returned of (display dialog "Take it?" buttons {"No", "Yes"} default button "Yes") is "Yes"
+            end appletfileisacceptable""", options=["-s"])
+        applet.window()
+        opening = self.open(applet, file)
+        self.find("Yes", "push button")
+        time.sleep(1.5)  # longer than a hook may take in silence
+        self.assertIsNone(self.shown("Waiting for the script"))
+        applet.xdotool("key", "Return")
+        self.assertEqual(opening.wait(harness.DEADLINE), 0)
+        self.assertEqual(applet.said("opened"), f"{file}\n")
+        applet.kill()
+
+    def open(self, applet, file):
+        """By a second launch, whose process it answers."""
+        opening = subprocess.Popen([str(harness.binaries() / "quoddle-shell"), str(self.folder / (applet.name + ".app")), str(file)],
+                                   env=applet.environment(), stderr=subprocess.DEVNULL)
+        self.addCleanup(opening.wait)
+        return opening
 
     def press(self, control):
         control.do_action(0)

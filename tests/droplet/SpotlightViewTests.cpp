@@ -76,7 +76,7 @@ TEST_F(SpotlightViewTest, FindsRanksAndFollows) {
     EXPECT_EQ(count.text(), u"4 found"_s);
     EXPECT_EQ(pane.contentTerms(), QStringList{u"report"_s});
 
-    // What stays is the same object; the selection of the best hit follows until the user chooses.
+    // A hit that stays is the same object; the selection of the best hit follows until the user chooses.
     const SpotlightMatchRef kept = pane.resultsController().arrangedObjects().at(1);
     EXPECT_EQ(pane.selectedObjects().size(), 1);
     make({u"report"_s});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the preview panel is told by others: the files to show (items, from a data source), what becomes of keys (delegate), and who says
-// so (controller).
+// Those who tell the preview panel what to do: items are the files to show, a data source has them, a delegate takes keys, and a controller
+// puts both in.
 // Main thread only.
 #pragma once
 
@@ -37,7 +37,7 @@ public:
     virtual ~QLPreviewPanelDelegate() = default;
     /// A key that was pressed or released in the panel and is none of the panel's own. True: it has done what it does.
     virtual bool previewPanelHandleEvent(QLPreviewPanel&, QEvent&) { return false; }
-    /// Where the item is to be seen on the screen, in the toolkit's pixels; empty where it is not. The panel zooms from and to there.
+    /// The item's place on the screen, in the toolkit's pixels; empty when it is not to be seen. The panel zooms from and to there.
     virtual QRect previewPanelSourceFrameOnScreenForPreviewItem(QLPreviewPanel&, const QLPreviewItem&) { return {}; }
 };
 

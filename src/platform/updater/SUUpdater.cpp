@@ -64,7 +64,7 @@ void SUUpdater::considerChecking() {
         checkForUpdatesInBackground();
     if (decision == true)
         return scheduleNextCheck();
-    // Whoever starts an applet for the first time has other things in mind.
+    // Not at the first launch: the user wants to see the applet then.
     if (!mSettings.noteLaunch() || decision || !mDelegate)
         return;
     if (mDelegate->updaterShouldPromptForPermissionToCheckForUpdates() && NSApplication::sharedApplication()->isRunning())

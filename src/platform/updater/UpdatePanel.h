@@ -25,7 +25,7 @@ struct UpdateDescription {
 class UpdatePanel : public NSPanel {
     Q_OBJECT
 public:
-    /// What the panel is finished with.
+    /// The user's choice, as the result of the dialog.
     enum Choice { later = 0, install, openPage, skip };
 
     UpdatePanel(const UpdateDescription& update, const QIcon& icon);

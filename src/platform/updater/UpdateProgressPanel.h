@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the updater is busy with, how far it has come, and a button to end it.
+// A panel with the updater's present work, how far it has come, and a button to end it.
 // Main thread only.
 #pragma once
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is known about the updates of one applet: what its maker says in the Info.plist, and what the user has decided.
+// The settings for the updates of one applet: those of its maker in the Info.plist, and the user's decisions.
 // One decision: where both have a word about the same thing, the user's holds.
 // Main thread only.
 #pragma once

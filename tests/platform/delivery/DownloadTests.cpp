@@ -49,7 +49,7 @@ protected:
     void SetUp() override { qputenv("QUODDLE_HTTP_ON_LOOPBACK", "1"); }
     void TearDown() override { qunsetenv("QUODDLE_HTTP_ON_LOOPBACK"); }
 
-    /// What was fetched, or "error: …".
+    /// The text that was fetched, or "error: …".
     QString fetched(const QUrl& url, qint64 maximum = 100, std::chrono::milliseconds silence = 10s, std::chrono::milliseconds whole = 0ms) {
         QBuffer buffer(&bytes);
         bytes.clear();

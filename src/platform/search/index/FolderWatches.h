@@ -15,7 +15,7 @@ namespace quoddle {
 
 class FolderWatches {
 public:
-    /// What the watched folder is to who watches it.
+    /// A watched folder, by the numbers that its tree and the folder have in the index.
     struct Watched {
         std::uint32_t tree, folder;
         bool operator==(const Watched&) const = default;

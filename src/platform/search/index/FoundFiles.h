@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a search has found and nobody has taken yet: the way from the index's thread to who asked. Thread-safe.
+// Files that a search has found and nobody has taken yet: the way from the index's thread to the query. Thread-safe.
 #pragma once
 
 #include <atomic>

@@ -41,7 +41,8 @@ public:
     void takeEvent(FileNames::Folder folder, const FolderWatches::Event& event);
     /// Whether every folder is watched.
     bool isFollowed() const { return mUnwatched.empty(); }
-    /// What nobody has told: of all folders, or of those without a watch, passing over those whose time of change is the same.
+    /// Finds changes of which no watch has told: in all folders, or in those without a watch. Folders whose time of change is the same are
+    /// passed over.
     void lookAgain(bool atAllFolders);
 
     /// Not while it walks. The numbers of all entries change when it answers true.

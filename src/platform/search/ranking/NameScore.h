@@ -6,7 +6,7 @@
 
 namespace quoddle {
 
-/// What is counted of a search's terms.
+/// The numbers of a search's terms that the score depends on.
 struct TermCounts {
     std::size_t count = 0;
     std::size_t longest = 0; // UTF-16 units
