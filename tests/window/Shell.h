@@ -41,6 +41,7 @@ public:
         NSApplication::sharedApplication()->setDelegate(delegate.get());
     }
     ~ShellWith() {
+        MainThread::close(); // the last steps of executions that nobody awaited find no delegate
         AppDelegate::cancelScripts();
         AppDelegate::waitForScripts(std::chrono::seconds(10));
         NSApplication::sharedApplication()->setDelegate(nullptr);
