@@ -14,6 +14,7 @@
 #include <QMimeData>
 #include <QStyle>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace quoddle {
 
@@ -139,7 +140,7 @@ NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
     if (isFinishingDrop())
         return NSDragOperation::none;
     setSelected(true);
-    mJudgement = {};
+    forgetJudgement();
     mJudgement.number = ++mLastJudgement;
     mNextSlice.stop();
     const auto filenames = filenamesFrom(pasteboard);
@@ -161,6 +162,12 @@ bool DropFilesView::isAccepted(const QString& filename, bool previous) const {
     return AppDelegate::instance()->isFileAcceptable(filename);
 }
 
+void DropFilesView::forgetJudgement() {
+    mJudgement = {};
+    if (mIsAsking)
+        AppDelegate::instance()->stopHook(mHookDepth);
+}
+
 void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
     if (mIsAsking) // the script waits for something while it judges a file of an earlier drag
         return mNextSlice.start(kSlice);
@@ -168,6 +175,7 @@ void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
     while (mJudgement.next < mJudgement.filenames.size()) {
         const int number = mJudgement.number;
         mIsAsking = true;
+        mHookDepth = AppDelegate::instance()->hookDepth();
         const bool accepted = isAccepted(mJudgement.filenames.at(mJudgement.next), mJudgement.isAccepted);
         if (!alive) // a script's error has ended the applet
             return;
@@ -217,7 +225,7 @@ void DropFilesView::showVerdict(const QColor& color) {
 void DropFilesView::draggingExited() {
     if (isFinishingDrop())
         return;
-    mJudgement = {};
+    forgetJudgement();
     draggingEnded();
     if (const auto controller = AppDelegate::instance()->mainWindowController())
         controller->showLastViewController(); // the drag may have led here from the search
@@ -248,9 +256,25 @@ void DropFilesView::draggingEnded() {
 
 void DropFilesView::dragEnterEvent(QDragEnterEvent* event) {
     mSilence.stop();
+    const QPointer<QWindow> frame = window()->windowHandle();
+    frame->installEventFilter(this);
+    mLeftWhileEntering = false;
     const NSDragOperation operation = draggingEntered(*event->mimeData());
-    event->setDropAction(operation == NSDragOperation::none ? Qt::IgnoreAction : Qt::CopyAction);
+    if (frame)
+        frame->removeEventFilter(this);
+    // A drag that has left meanwhile would be offered once more when it is refused.
+    const bool isRefused = operation == NSDragOperation::none && !mLeftWhileEntering;
+    event->setDropAction(isRefused ? Qt::IgnoreAction : Qt::CopyAction);
     event->accept(); // also when refused: otherwise nobody says when the drag leaves
+}
+
+/// A drag leaves while its first files are being judged: the toolkit takes the view for the target only when it has answered.
+bool DropFilesView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::DragLeave)
+        return QWidget::eventFilter(watched, event);
+    mLeftWhileEntering = true;
+    draggingExited();
+    return true;
 }
 
 void DropFilesView::dragMoveEvent(QDragMoveEvent* event) {
@@ -289,7 +313,7 @@ void DropFilesView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     if (isFinishingDrop())
         return;
-    mJudgement = {};
+    forgetJudgement();
     draggingEnded();
 }
 

@@ -62,6 +62,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Judgement {
@@ -80,6 +81,8 @@ private:
     bool isTaking() const { return !isFinishingDrop() && (mJudgement.isUnderWay || mJudgement.isAccepted); }
     void judge(const QElapsedTimer& since, qint64 atMost);
     void judgeNextSlice();
+    /// What hovered has gone: the script's answer, should it be under way, is of no use any more.
+    void forgetJudgement();
     bool isAccepted(const QString& filename, bool previous) const;
     void judged();
     void open(const QStringList& filenames);
@@ -99,6 +102,8 @@ private:
     QTimer mSilence; // runs while the pointer is seen although something is dragged
     int mLastJudgement = 0;
     bool mIsAsking = false; // the script, further up on the stack
+    int mHookDepth = 0;     // of the hook that is asked
+    bool mLeftWhileEntering = false;
     bool mIsSelected = false;
 };
 

@@ -136,6 +136,8 @@ void SpotlightViewController::_updateSearchPredicate() {
 
 void SpotlightViewController::stopSearch() {
     ++mSearch;
+    if (mIsMerging) // the script judges a file of the search that ends
+        AppDelegate::instance()->stopHook(mHookDepth);
     stopQuery();
     mUi->resultsCountView->clear();
     mUi->noteView->hide();
@@ -225,6 +227,7 @@ SpotlightMatchRef SpotlightViewController::makeMatch(const QString& path) const 
 std::optional<QList<SpotlightMatchRef>> SpotlightViewController::judgeSlice() {
     const QPointer<SpotlightViewController> alive(this);
     const int search = mSearch;
+    mHookDepth = AppDelegate::instance()->hookDepth();
     QElapsedTimer time;
     time.start();
     QList<SpotlightMatchRef> usable;

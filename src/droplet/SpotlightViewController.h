@@ -106,6 +106,7 @@ private:
     int mSearch = 0;                            // the number of the search; a new text begins a new one
     bool mIsSuspended = false;                  // the pane was shown and is not any more
     bool mIsMerging = false;                    // further up on the stack
+    int mHookDepth = 0;                         // of the hook that judges a file
     QSet<QString> mGoneMeanwhile;               // paths that went while they, or others, were being judged
     bool mSelectionChangedByUser = false;
     bool mSelectsByItself = false; // the selection changes, and it is not the user

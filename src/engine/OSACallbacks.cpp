@@ -15,10 +15,20 @@ namespace quoddle {
 
 namespace {
 
+bool isOnMainThread() {
+    return QCoreApplication::instance() && MainThread::isCurrent();
+}
+
 /// The delegate's word on the script that this thread runs; nothing when the component's flag counts.
 std::optional<bool> delegatesWord(const QXOSAComponent& component) {
-    const bool isMain = QCoreApplication::instance() && MainThread::isCurrent();
-    return isMain && component.delegate() ? component.delegate()->isMainThreadScriptCancelled() : std::nullopt;
+    return isOnMainThread() && component.delegate() ? component.delegate()->isMainThreadScriptCancelled() : std::nullopt;
+}
+
+/// One turn of the loop without waiting; what the user did is left for the normal loop.
+void serveMainThreadEvents(const QXOSAComponent& component) {
+    if (!isOnMainThread() || !component.yieldCPU() || (component.delegate() && component.delegate()->servesMainThreadEvents()))
+        return;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 } // namespace
@@ -127,9 +137,7 @@ OSErr OSAActiveCallback(void* refCon) {
         return acceptCancellation(*component);
     if (deadlineHasPassed(*component))
         return shortened(component->timeoutError());
-    // One turn of the loop without waiting; what the user did is left for the normal loop.
-    if (component->yieldCPU() && QCoreApplication::instance() && MainThread::isCurrent())
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    serveMainThreadEvents(*component);
     yieldToDelegate(*component);
     return noErr;
 }

@@ -15,6 +15,9 @@ public:
     virtual ~QXOSAComponentDelegate() = default;
     /// Often, and once before every event that is sent.
     virtual void scriptDidYield() {}
+    /// Whether the delegate itself gives the events of the main thread their turn when a script there yields. Otherwise the component does,
+    /// and leaves those of the user for the normal loop.
+    virtual bool servesMainThreadEvents() { return false; }
     /// A script that the main thread runs waits for a reply: called again and again until the wait is over.
     virtual void scriptWaitsOnMainThread() {}
     /// Whether the script that the main thread runs is to end. Nothing: the component's own flag says so, which scripts on all threads

@@ -7,6 +7,8 @@
 #include "engine/QXOSAException.h"
 #include "platform/foundation/NSLog.h"
 
+#include <QCoreApplication>
+
 namespace quoddle {
 
 using namespace Qt::StringLiterals;
@@ -16,7 +18,9 @@ namespace {
 constexpr FourCharCode kImageTypes[] = {"GIF "_4cc, "JPEG"_4cc, "PDF "_4cc, "PNG "_4cc, "TIFF"_4cc,
                                         "gif "_4cc, "jpeg"_4cc, "pdf "_4cc, "png "_4cc, "tiff"_4cc};
 
-constexpr double kHookPatience = 1; // seconds until the user is offered to stop a hook
+// Seconds.
+constexpr double kHookPatience = 1;     // until the user is offered to stop a hook
+constexpr double kEventInterval = 0.01; // between two turns of the main thread's events while a hook runs
 
 /// Empty when the descriptor names no file.
 QString localPath(const NSAppleEventDescriptorRef& fileReference) {
@@ -31,48 +35,73 @@ QXOSAIDRef propertyOf(const QXOSAIDRef& script, const QString& name) {
 
 } // namespace
 
-/// The time of a hook, from its call to its end. A hook may be asked while another one waits for an answer from elsewhere: the time is
-/// that of the outer one.
+/// A hook on the stack, from its call to its end. What the user does while it waits may lead to another one.
 class AppDelegate::HookCall {
 public:
-    explicit HookCall(AppDelegate& delegate) : mDelegate(delegate) {
-        if (mDelegate.mHookDepth++ > 0)
-            return;
-        mDelegate.mHookBegin = mDelegate.mParts.performs->now();
-        mDelegate.mHookWasStopped = false;
+    explicit HookCall(AppDelegate& owner) : outer(owner.mHook), depth(outer ? outer->depth + 1 : 0), mOwner(owner) {
+        lastTurn = owner.mParts.performs->now();
+        if (!outer)
+            owner.mHookBegin = lastTurn;
+        owner.mHook = this;
     }
     ~HookCall() {
-        if (--mDelegate.mHookDepth == 0 && mDelegate.mParts.hookStopper)
-            mDelegate.mParts.hookStopper->dismiss();
+        mOwner.mHook = outer;
+        mOwner.mHookWasStopped = isStopped;
+        if (!outer && mOwner.mParts.hookStopper)
+            mOwner.mParts.hookStopper->dismiss();
     }
     HookCall(const HookCall&) = delete;
     HookCall& operator=(const HookCall&) = delete;
 
+    HookCall* const outer;
+    const int depth;
+    double lastTurn; // of the main thread's events, by the clock of the performs
+    bool isStopped = false;
+
 private:
-    AppDelegate& mDelegate;
+    AppDelegate& mOwner;
 };
 
+int AppDelegate::hookDepth() const {
+    return mHook ? mHook->depth + 1 : 0;
+}
+
+void AppDelegate::stopHook(int depth) {
+    for (HookCall* call = mHook; call; call = call->outer)
+        if (call->depth == depth)
+            call->isStopped = true;
+}
+
 void AppDelegate::hookDidYield() {
-    if (mHookDepth == 0 || mOffersStop || mHookWasStopped)
+    if (!mHook || mHook->isStopped)
+        return;
+    const double now = mParts.performs->now();
+    if (now - mHook->lastTurn < kEventInterval)
+        return;
+    mHook->lastTurn = now;
+    offerToStopHook();
+    QCoreApplication::processEvents();
+}
+
+void AppDelegate::offerToStopHook() {
+    if (!mParts.hookStopper)
         return;
     if (isDisplayingPanel() && !_isRespondingToScript()) { // the hook asks the user: the time begins with the answer
         mHookBegin = mParts.performs->now();
-        if (mParts.hookStopper)
-            mParts.hookStopper->dismiss();
-        return;
+        mParts.hookStopper->dismiss();
+    } else if (mParts.performs->now() - mHookBegin >= kHookPatience) {
+        mParts.hookStopper->show(mainBundle()->name(), [this] {
+            for (HookCall* call = mHook; call; call = call->outer)
+                call->isStopped = true;
+        });
     }
-    if (!mParts.hookStopper || mParts.performs->now() - mHookBegin < kHookPatience)
-        return;
-    mOffersStop = true; // what the user does may lead to another hook
-    mHookWasStopped = mParts.hookStopper->isStopRequested(mainBundle()->name());
-    mOffersStop = false;
 }
 
 /// A hook ends by its own Stop or with the application, never by the Stop that is meant for the handler on the script queue.
 std::optional<bool> AppDelegate::isMainThreadScriptCancelled() {
-    if (mHookDepth == 0)
+    if (!mHook)
         return {};
-    return mHookWasStopped || !mParts.application->isRunning();
+    return mHook->isStopped || !mParts.application->isRunning();
 }
 
 std::optional<bool> AppDelegate::askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters) {

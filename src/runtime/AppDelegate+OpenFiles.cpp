@@ -84,8 +84,9 @@ void AppDelegate::judgeFilesToOpen(double seconds) {
     if (mIsJudgingFiles || !mParts.application->isRunning()) // a hook waits for something, and this comes in between
         return;
     const QScopedValueRollback judging(mIsJudgingFiles, true);
+    mJudgingDepth = hookDepth();
     const double begin = mParts.performs->now();
-    while (!mFilesToJudge.empty()) {
+    while (!mFilesToJudge.empty() && mParts.application->isRunning()) {
         OpenRequest& request = *mFilesToJudge.front();
         const double now = mParts.performs->now();
         if (now - begin >= seconds) {
@@ -119,6 +120,8 @@ bool AppDelegate::stopJudgingFiles() {
         return false;
     for (const auto& request : mFilesToJudge)
         request->isRefused = request->isStopped = true;
+    if (mIsJudgingFiles)
+        stopHook(mJudgingDepth);
     judgeFilesToOpen(kSlice);
     return true;
 }

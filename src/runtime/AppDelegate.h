@@ -79,8 +79,12 @@ public:
     bool isFileAcceptable(const QString& path);
     /// An error of the script is being shown, and the applet ends when the user has seen it.
     bool isEndingWithError() const { return mShowingRuntimeError; }
-    /// The user has ended the last hook because it took too long.
+    /// The hook that has ended last was stopped.
     bool hookWasStopped() const { return mHookWasStopped; }
+    /// How many hooks are under way: while one of them waits, what the user does may lead to the next.
+    int hookDepth() const;
+    /// Stops the hook that began when so many others were under way. Without it nothing happens.
+    void stopHook(int depth);
     /// "appletsearchname" and "appletdropname", else the localised "DefaultFindFilesPrompt" and "DefaultDropFilesPrompt".
     QString appletSearchPrompt();
     QString appletDropPrompt();
@@ -119,6 +123,8 @@ public:
     void scriptDidYield() override;
     void scriptWaitsOnMainThread() override { hookDidYield(); }
     std::optional<bool> isMainThreadScriptCancelled() override;
+    /// While a hook is under way the user can go on: type another search, stop, quit.
+    bool servesMainThreadEvents() override { return mHook != nullptr; }
     void _progressDidChange(const NSNotification& notification);
     /// Called before a dialog command shows something.
     void willDisplaySheet() { showProgressWhileResponding(); }
@@ -154,8 +160,9 @@ private:
     void prepareMainScript();
     /// Nothing when the script has no such handler or the script layer fails; false after a script error, which is then shown.
     std::optional<bool> askHook(const QString& handlerName, const std::vector<NSAppleEventDescriptorRef>& parameters = {});
-    /// While a script yields or waits on the main thread: offers the user to stop a hook that takes long.
+    /// While a script yields or waits on the main thread: serves the user, and offers to stop a hook that takes long.
     void hookDidYield();
+    void offerToStopHook();
     /// Asks the script about the files of the requests in their order, for so long at least; what is left comes with a later turn.
     void judgeFilesToOpen(double seconds);
     void openAcceptedFiles(const OpenRequest& request);
@@ -235,11 +242,11 @@ private:
     bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script
     std::deque<std::shared_ptr<OpenRequest>> mFilesToJudge; // the first is being judged
     bool mIsJudgingFiles = false;                           // further up on the stack
-    int mHookDepth = 0;                                     // hooks on the stack
+    int mJudgingDepth = 0;                                  // of the hooks that judge them
+    HookCall* mHook = nullptr;                              // the innermost of the hooks on the stack
     double mHookBegin = 0;                                  // of the outermost one, by the clock of the performs
-    bool mHookWasStopped = false;                           // by the user, the last one
-    bool mOffersStop = false;             // further up on the stack
-    std::recursive_mutex mObjectLock;     // scriptDidYield's; the main thread only ever tries it
+    bool mHookWasStopped = false;                           // the last one that has ended
+    std::recursive_mutex mObjectLock;                       // scriptDidYield's; the main thread only ever tries it
 };
 
 } // namespace quoddle

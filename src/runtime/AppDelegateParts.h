@@ -53,10 +53,10 @@ public:
 class HookStopper {
 public:
     virtual ~HookStopper() = default;
-    /// Called again and again while the hook runs. Shows that the application of that name waits for its script, and attends to what the
-    /// user does about that, and to nothing else. True when the hook is to be ended.
-    virtual bool isStopRequested(const QString& applicationName) = 0;
-    /// The hook has ended: nothing is shown any more.
+    /// Shows that the application of that name waits for its script, unless it is shown already, without taking the keyboard. `stop` is
+    /// called when the user wants the hook to end.
+    virtual void show(const QString& applicationName, std::function<void()> stop) = 0;
+    /// Nothing is shown any more, and `stop` is not called any more.
     virtual void dismiss() = 0;
 };
 

@@ -4,9 +4,11 @@
 #include "platform/appkit/NSPanel.h"
 #include "platform/appkit/ProgressBar.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace quoddle {
 
@@ -14,58 +16,69 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 kEventInterval = 20; // milliseconds
-constexpr int kTextWidth = 320;       // points
+constexpr int kTextWidth = 320; // points
+
+bool isEscape(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress && event.type() != QEvent::ShortcutOverride)
+        return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
+}
 
 } // namespace
 
 HookStopPanel::HookStopPanel() = default;
 HookStopPanel::~HookStopPanel() = default;
 
-bool HookStopPanel::isStopRequested(const QString& applicationName) {
-    if (!mPanel)
-        show(applicationName);
-    if (mSinceEvents.isValid() && mSinceEvents.elapsed() < kEventInterval)
-        return false;
-    QCoreApplication::processEvents();
-    mSinceEvents.start();
-    return std::exchange(mIsStopRequested, false);
-}
-
-void HookStopPanel::show(const QString& applicationName) {
-    mIsStopRequested = false;
+void HookStopPanel::show(const QString& applicationName, std::function<void()> stop) {
+    if (mPanel)
+        return;
+    mStop = std::move(stop);
     mPanel = std::make_unique<NSPanel>();
-    mPanel->setWindowModality(Qt::ApplicationModal);
     mPanel->setWindowTitle(titleText(applicationName));
-    auto* text = new QLabel(
-        QCoreApplication::translate("HookStopPanel", "“%1” is waiting for an answer from its script.").arg(titleText(applicationName)));
+    mPanel->setAttribute(Qt::WA_ShowWithoutActivating);
+    auto* text = new QLabel(tr("“%1” is waiting for an answer from its script.").arg(titleText(applicationName)));
     text->setTextFormat(Qt::PlainText);
     text->setWordWrap(true);
     text->setMinimumWidth(kTextWidth);
     auto* bar = new ProgressBar;
-    bar->setAccessibleName(QCoreApplication::translate("HookStopPanel", "Waiting for the script"));
+    bar->setAccessibleName(tr("Waiting for the script"));
     bar->setIndeterminate(true);
     bar->startAnimation();
-    auto* stop = new QPushButton;
-    setButtonTitle(*stop, QCoreApplication::translate("HookStopPanel", "Stop"));
-    setKeyEquivalent(*stop, kEscapeKeyEquivalent);
-    stop->setFocusPolicy(Qt::NoFocus); // the panel comes by itself, and blanks and Returns may be meant for what was in front
-    QObject::connect(stop, &QPushButton::clicked, mPanel.get(), [this] { mIsStopRequested = true; });
+    auto* button = new QPushButton;
+    setButtonTitle(*button, tr("Stop"));
+    button->setFocusPolicy(Qt::NoFocus); // blanks and Returns may be meant for what was in front
+    connect(button, &QPushButton::clicked, mPanel.get(), [this] { mStop(); });
     auto* layout = new QVBoxLayout(mPanel.get());
     layout->setContentsMargins(20, 20, 20, 20);
     layout->setSpacing(14);
     layout->addWidget(text);
     layout->addWidget(bar);
-    layout->addWidget(stop, 0, Qt::AlignTrailing);
-    mPanel->setCloseButton(stop);
+    layout->addWidget(button, 0, Qt::AlignTrailing);
+    mPanel->setCloseButton(button);
+    if (const QWidget* front = QApplication::activeWindow()) {
+        mPanel->winId();
+        mPanel->windowHandle()->setTransientParent(front->windowHandle()); // stays before its window
+    }
     mPanel->show();
-    mPanel->raise();
-    mPanel->activateWindow();
+    qApp->installEventFilter(this);
 }
 
 void HookStopPanel::dismiss() {
+    if (!mPanel)
+        return;
+    qApp->removeEventFilter(this);
     mPanel.reset();
-    mSinceEvents.invalidate();
+    mStop = nullptr;
+}
+
+bool HookStopPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (!isEscape(*event) || !watched->isWidgetType() || QApplication::activeModalWidget() || QApplication::activePopupWidget())
+        return QObject::eventFilter(watched, event);
+    event->accept(); // as an override: no shortcut, the key shall come
+    if (event->type() == QEvent::KeyPress)
+        mStop();
+    return true;
 }
 
 } // namespace quoddle

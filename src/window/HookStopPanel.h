@@ -1,30 +1,32 @@
 // SPDX-License-Identifier: MIT
-// The panel that appears while a hook of the script keeps the window from working: it says so, and has a button to stop the hook.
-// One decision: the panel is modal, so that the events handled for its sake cannot reach the window whose hook is being asked.
+// The panel that appears while a hook of the script keeps the window from going on: it says so, and has a button to stop the hook.
+// One decision: the panel comes by itself, so the keyboard stays where it is, in the search field for one, and what is typed there goes on.
+// Escape presses Stop wherever the keyboard is, unless another dialog is waiting for an answer.
 // Main thread only.
 #pragma once
 
 #include "runtime/AppDelegateParts.h"
 
-#include <QElapsedTimer>
+#include <QObject>
 
 namespace quoddle {
 
 class NSPanel;
 
-class HookStopPanel final : public HookStopper {
+class HookStopPanel final : public QObject, public HookStopper {
+    Q_OBJECT
 public:
     HookStopPanel();
     ~HookStopPanel() override;
-    bool isStopRequested(const QString& applicationName) override;
+    void show(const QString& applicationName, std::function<void()> stop) override;
     void dismiss() override;
 
-private:
-    void show(const QString& applicationName);
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
+private:
     std::unique_ptr<NSPanel> mPanel; // null: nothing is shown
-    QElapsedTimer mSinceEvents;
-    bool mIsStopRequested = false;
+    std::function<void()> mStop;
 };
 
 } // namespace quoddle

@@ -101,6 +101,43 @@ class Droplet(accessibility.AccessibleCase):
             applet.process.terminate()
             applet.ends()
 
+    def test_the_user_goes_on_while_a_hook_takes_its_time(self):
+        documents = self.folder / "Documents"
+        documents.mkdir()
+        for file in ("slow.txt", "other.txt", *(f"some{number}.txt" for number in range(40))):
+            (documents / file).write_text("x")
+        applet = self.applet = self.start("Slow", OPENING + """
+            on appletfileisacceptable(f)
+                if POSIX path of f ends with "/slow.txt" then delay 100
+                if POSIX path of f contains "/some" then delay 0.2
+                return true
+            end appletfileisacceptable""", options=["-s"])
+        applet.window()
+        self.press(self.find("Find files"))
+        self.find("Search", "text")
+        applet.xdotool("type", "slow")
+        self.find("Waiting for the script", "progress bar")
+        self.comes_to("Slow")  # the panel has not taken it
+        applet.picture("droplet-hook-search")
+        applet.xdotool("key", "ctrl+a")
+        applet.xdotool("type", "other")
+        self.find("1 found", "label")
+        self.assertIsNone(self.shown("Waiting for the script"))
+        applet.xdotool("key", "Return")
+        until(lambda: applet.said("opened") == f"{documents}/other.txt\n", "the file to be opened")
+
+        opening = self.open(applet, *(documents / f"some{number}.txt" for number in range(40)))
+        self.click(self.find("Stop"))
+        self.assertNotEqual(opening.wait(harness.DEADLINE), 0)
+        self.assertEqual(applet.said("opened"), f"{documents}/other.txt\n")
+
+        self.find("Search", "text")
+        applet.xdotool("key", "ctrl+a")
+        applet.xdotool("type", "slow")
+        self.find("Waiting for the script", "progress bar")
+        applet.xdotool("key", "ctrl+q")
+        applet.ends()
+
     def test_a_hook_may_ask_the_user(self):
         file = self.folder / "a.txt"
         file.write_text("x")
@@ -118,9 +155,9 @@ class Droplet(accessibility.AccessibleCase):
         self.assertEqual(applet.said("opened"), f"{file}\n")
         applet.kill()
 
-    def open(self, applet, file):
+    def open(self, applet, *files):
         """By a second launch, whose process it answers."""
-        opening = subprocess.Popen([str(harness.binaries() / "quoddle-shell"), str(self.folder / (applet.name + ".app")), str(file)],
+        opening = subprocess.Popen([str(harness.binaries() / "quoddle-shell"), str(self.folder / (applet.name + ".app")), *map(str, files)],
                                    env=applet.environment(), stderr=subprocess.DEVNULL)
         self.addCleanup(opening.wait)
         return opening

@@ -299,6 +299,25 @@ end appletfileisacceptable
         DragSource(self, "files", good).drop(place)
         until(lambda: self.opened(applet) == [[good]], "the file that was dropped")
 
+    def test_a_drag_that_leaves_while_its_first_file_is_judged(self):
+        waiting = """
+            on appletfileisacceptable(f)
+                if POSIX path of f ends with ".slow" then delay 100
+                return true
+            end appletfileisacceptable"""
+        applet = self.start_droplet("Waiting", OPENING + waiting)
+        good, slow = self.files("good.txt", "bad.slow")
+        place = self.drop_zone()
+        source = DragSource(self, "files", slow)
+        source.begin()
+        source.move(place)
+        self.find("Waiting for the script", "progress bar")
+        source.move(self.outside())
+        until(lambda: not self.shown("Waiting for the script"), "the hook to end")
+        source.let_go("none")
+        DragSource(self, "files", good).drop(place)
+        until(lambda: self.opened(applet) == [[good]], "the file that was dropped")
+
     # Modes
 
     def test_a_drag_over_the_results_leads_to_the_drop_zone_and_back(self):

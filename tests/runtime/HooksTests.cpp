@@ -112,9 +112,10 @@ TEST(Hooks, ThatTakeLongCanBeStopped) {
     public:
         int requests = 0, dismissals = 0, stopAt = 3;
         QString name;
-        bool isStopRequested(const QString& applicationName) override {
+        void show(const QString& applicationName, std::function<void()> stop) override {
             name = applicationName;
-            return ++requests == stopAt;
+            if (++requests == stopAt)
+                stop();
         }
         void dismiss() override { ++dismissals; }
     } stopper;
@@ -150,7 +151,7 @@ TEST(Hooks, ThatTakeLongCanBeStopped) {
 TEST(Hooks, AreStoppedWithoutTheHandlerThatRuns) {
     class Stopper final : public HookStopper {
     public:
-        bool isStopRequested(const QString&) override { return true; }
+        void show(const QString&, std::function<void()> stop) override { stop(); }
         void dismiss() override {}
     } stopper;
     Applet applet({.handlers = "open appletfileisacceptable", .info = "KVBStayOpen = YES;", .hookStopper = &stopper});

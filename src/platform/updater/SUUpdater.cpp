@@ -122,7 +122,10 @@ void SUUpdater::checkForUpdates() {
 void SUUpdater::check() {
     mStage = Stage::checking;
     mSettings.noteCheck();
-    if (mDelegate && !mDelegate->updaterMayCheckForUpdates()) {
+    const bool isAllowed = !mDelegate || mDelegate->updaterMayCheckForUpdates();
+    if (mStage != Stage::checking) // the user has given up meanwhile
+        return;
+    if (!isAllowed) {
         NSLogTrace(u"updates: the applet does not allow looking for them now"_s);
         becomeIdle();
         if (mIsAsked && NSApplication::sharedApplication()->isRunning() && !mDelegate->updaterIsOutOfTurn())
