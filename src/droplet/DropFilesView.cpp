@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "droplet/DropFilesView.h"
 
+#include "droplet/JudgingView.h"
 #include "droplet/NSColor+Additions.h"
 #include "droplet/NSImage+Additions.h"
 #include "droplet/PromptView.h"
@@ -27,6 +28,7 @@ constexpr int kIconExtent = 96;
 constexpr int kColorChangeTime = 500; // milliseconds
 constexpr qint64 kPatience = 60;      // milliseconds of judging before the window gets its turn for the first time
 constexpr int kSlice = 8;             // and after that
+constexpr int kSilentWait = 500;      // milliseconds after a drop until it is shown how far the judging is
 constexpr int kSilence = 500;         // milliseconds without a word of a drag, after which it has gone
 const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
 const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
@@ -58,7 +60,8 @@ std::optional<QStringList> filenamesFrom(const QMimeData& pasteboard) {
 }
 
 DropFilesView::DropFilesView(QWidget* parent)
-    : QWidget(parent), mForthcomingView(new QLabel(this)), mIconView(new QLabel(this)), mPromptView(new PromptView(this)) {
+    : QWidget(parent), mForthcomingView(new QLabel(this)), mIconView(new QLabel(this)), mPromptView(new PromptView(this)),
+      mJudgingView(new JudgingView(this)) {
     _setupView();
 }
 
@@ -77,6 +80,7 @@ void DropFilesView::_setupView() {
     mForthcomingView->setAlignment(Qt::AlignCenter);
     mPromptView->setTextAlignment(Qt::AlignCenter);
     layout->addStretch(1);
+    layout->addWidget(mJudgingView);
     mIconView->setAccessibleName(tr("Picture"));
     mIconView->hide();
     mForthcomingView->setAccessibleName(tr("Drop files here"));
@@ -88,6 +92,7 @@ void DropFilesView::_setupView() {
     mNextSlice.setSingleShot(true);
     connect(&mNextSlice, &QTimer::timeout, this, &DropFilesView::judgeNextSlice);
     mSilence.setSingleShot(true);
+    connect(mJudgingView, &JudgingView::stopRequested, this, &DropFilesView::stopJudging);
     connect(&mSilence, &QTimer::timeout, this, &DropFilesView::draggingExited);
 }
 
@@ -184,6 +189,8 @@ void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
             return;
         mJudgement.isAccepted = accepted;
         ++mJudgement.next;
+        if (mJudgement.isDropped && mJudgement.sinceDrop.elapsed() >= kSilentWait)
+            mJudgingView->showProgress(mJudgement.next, mJudgement.filenames.size());
         if (!accepted)
             break;
         if (since.elapsed() >= atMost && mJudgement.next < mJudgement.filenames.size())
@@ -206,6 +213,12 @@ void DropFilesView::judged() {
     const QStringList filenames = std::exchange(mJudgement.filenames, {});
     if (mJudgement.isAccepted)
         open(filenames);
+    draggingEnded();
+}
+
+/// The files stay where they are.
+void DropFilesView::stopJudging() {
+    forgetJudgement();
     draggingEnded();
 }
 
@@ -234,6 +247,7 @@ void DropFilesView::draggingExited() {
 bool DropFilesView::performDragOperation(const QMimeData& pasteboard) {
     if (mJudgement.isUnderWay) {
         mJudgement.isDropped = true;
+        mJudgement.sinceDrop.start();
         return true;
     }
     open(filenamesFrom(pasteboard).value_or(QStringList()));
@@ -248,6 +262,7 @@ void DropFilesView::draggingEnded() {
     if (mJudgement.isUnderWay) // dropped before the verdict, which ends it
         return;
     mColorChange.stop();
+    mJudgingView->hide();
     setSelected(false);
     setBackgroundColor({});
 }

@@ -23,6 +23,7 @@ std::optional<QStringList> filenamesFrom(const QMimeData& data);
 
 enum class NSDragOperation { none = 0, generic = 4 };
 
+class JudgingView;
 class PromptView;
 
 class DropFilesView : public QWidget {
@@ -72,6 +73,7 @@ private:
         bool isAccepted = false;
         bool isUnderWay = false;
         bool isDropped = false;
+        QElapsedTimer sinceDrop;
     };
 
     void _setupView();
@@ -85,6 +87,7 @@ private:
     void forgetJudgement();
     bool isAccepted(const QString& filename, bool previous) const;
     void judged();
+    void stopJudging();
     void open(const QStringList& filenames);
     void showVerdict(const QColor& color);
     void setSelected(bool selected);
@@ -94,6 +97,7 @@ private:
     QLabel* mForthcomingView;
     QLabel* mIconView;
     PromptView* mPromptView;
+    JudgingView* mJudgingView;
     QImage mPromptIcon;
     QColor mBackgroundColor;
     QVariantAnimation mColorChange;

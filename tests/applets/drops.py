@@ -278,9 +278,19 @@ end appletfileisacceptable
         DragSource(self, "files", *files).drop(place)
         second = DragSource(self, "files", files[0])
         second.drop_in_vain(place)
+        self.find("Checking the files", "progress bar")
+        applet.picture("drop-judged")
         (self.folder / "go").touch()
         until(lambda: self.opened(applet), "the files that were dropped first", 60)
         self.assertEqual(self.opened(applet), [files])
+        (self.folder / "go").unlink()
+        DragSource(self, "files", *files).drop(place)
+        self.find("Checking the files", "progress bar")
+        applet.xdotool("key", "Escape")
+        until(lambda: not self.shown("Checking the files"), "the judging to stop")
+        (self.folder / "go").touch()
+        DragSource(self, "files", files[1]).drop(place)
+        until(lambda: self.opened(applet) == [files, [files[1]]], "the files that were dropped next")
 
     def test_a_drag_whose_program_has_died_leaves_no_verdict_behind(self):
         refusing = 'on appletfileisacceptable(f)\nreturn POSIX path of f does not end with ".no"\nend appletfileisacceptable\n'
