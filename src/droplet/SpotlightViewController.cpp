@@ -196,6 +196,7 @@ void SpotlightViewController::removePaths(const QStringList& paths) {
     const QSet<QString> gone(paths.begin(), paths.end());
     if (mIsMerging)
         mGoneMeanwhile += gone;
+    mUsable.removeIf([&gone](const SpotlightMatchRef& match) { return gone.contains(match->path()); });
     mUnjudged.remove(0, std::exchange(mJudged, 0));
     mUnjudged.removeIf([&gone](const QString& path) { return gone.contains(path); });
     QSet<const SpotlightMatch*> stale;
@@ -224,21 +225,22 @@ SpotlightMatchRef SpotlightViewController::makeMatch(const QString& path) const 
     return std::make_shared<SpotlightMatch>(path, mContentTerms, relevance);
 }
 
-std::optional<QList<SpotlightMatchRef>> SpotlightViewController::judgeSlice() {
+bool SpotlightViewController::judgeSlice() {
     const QPointer<SpotlightViewController> alive(this);
     const int search = mSearch;
     mHookDepth = AppDelegate::instance()->hookDepth();
     QElapsedTimer time;
     time.start();
-    QList<SpotlightMatchRef> usable;
-    mGoneMeanwhile.clear();
+    mUsable.clear();
     while (mJudged < mUnjudged.size() && time.elapsed() < kSlice) {
+        mGoneMeanwhile.clear();
         const SpotlightMatchRef match = makeMatch(mUnjudged.at(mJudged++));
         const bool isUsable = match->usableMatch(); // asks the script, whose error ends the applet
         if (!alive || search != mSearch)
-            return std::nullopt;
+            return false;
         if (isUsable) {
-            usable << match;
+            if (!mGoneMeanwhile.contains(match->path()))
+                mUsable << match;
         } else if (AppDelegate::instance()->isEndingWithError()) {
             stopQuery();
         } else if (AppDelegate::instance()->hookWasStopped()) {
@@ -246,8 +248,7 @@ std::optional<QList<SpotlightMatchRef>> SpotlightViewController::judgeSlice() {
             note(tr("The search was stopped. Type to search again."));
         }
     }
-    usable.removeIf([this](const SpotlightMatchRef& match) { return mGoneMeanwhile.contains(match->path()); });
-    return usable;
+    return true;
 }
 
 void SpotlightViewController::mergeResults() {
@@ -255,16 +256,16 @@ void SpotlightViewController::mergeResults() {
         return;
     mIsMerging = true;
     const QPointer<SpotlightViewController> alive(this);
-    const auto usable = judgeSlice();
+    const bool isCurrent = judgeSlice();
     if (!alive)
         return;
     mIsMerging = false;
-    if (usable) {
-        for (const SpotlightMatchRef& match : *usable)
+    if (isCurrent) {
+        for (const SpotlightMatchRef& match : mUsable)
             mMatches.insert(match->path(), match);
-        mPaths += *usable;
+        mPaths += mUsable;
         mSelectsByItself = true;
-        mResultsController->addObjects(*usable);
+        mResultsController->addObjects(mUsable);
         selectBestHit();
         mSelectsByItself = false;
         showCount();

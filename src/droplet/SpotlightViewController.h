@@ -78,8 +78,8 @@ private:
     void removePaths(const QStringList& paths);
     /// Judges results that have not been looked at, for as long as a slice lasts.
     void mergeResults();
-    /// The usable ones among the next results. Nothing when the search, or the pane, did not survive the judging.
-    std::optional<QList<SpotlightMatchRef>> judgeSlice();
+    /// Collects the usable ones among the next results. False when the search, or the pane, did not survive the judging.
+    bool judgeSlice();
     SpotlightMatchRef makeMatch(const QString& path) const;
     void showCount();
     /// Below the results, until the next search.
@@ -107,7 +107,8 @@ private:
     bool mIsSuspended = false;                  // the pane was shown and is not any more
     bool mIsMerging = false;                    // further up on the stack
     int mHookDepth = 0;                         // of the hook that judges a file
-    QSet<QString> mGoneMeanwhile;               // paths that went while they, or others, were being judged
+    QList<SpotlightMatchRef> mUsable;           // of the slice that is being judged
+    QSet<QString> mGoneMeanwhile;               // paths that went while a file was being judged
     bool mSelectionChangedByUser = false;
     bool mSelectsByItself = false; // the selection changes, and it is not the user
     QTimer mNextSlice;

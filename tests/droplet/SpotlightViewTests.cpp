@@ -147,6 +147,24 @@ TEST_F(SpotlightViewTest, WhatComesWhileTheScriptWaitsIsNeitherLostNorShownTwice
     EXPECT_TRUE(shows(expected)) << testing::PrintToString(shown());
     EXPECT_EQ(pane.paths().size(), 3);
 
+    // Files that go and come back meanwhile: the one that the script is asked about, and the one before.
+    field.clear();
+    asked.clear();
+    judge = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        asked << QString::fromStdString(*run.event.find("----"_4cc)->items()[0].asUTF8()).section(u'/', -1);
+        if (asked.size() == 2) {
+            const QStringList paths{folder.filePath(asked[0]), folder.filePath(asked[1])};
+            for (const QString& key : {NSMetadataQueryUpdateRemovedItemsKey, NSMetadataQueryUpdateAddedItemsKey})
+                NSNotificationCenter::defaultCenter().postNotification(NSMetadataQueryDidUpdateNotification, &pane.nameQuery(),
+                                                                       {{key, paths}});
+        }
+        return {AEDesc::ofBoolean(true)};
+    };
+    field.setText(u"report"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return asked.size() == 5; }, 10'000));
+    EXPECT_TRUE(shows(expected)) << testing::PrintToString(shown());
+    EXPECT_EQ(pane.paths().size(), 3);
+
     make({u"other 1"_s, u"other 2"_s});
     asked.clear();
     judge = [&](ScriptedComponent::Run&) -> ScriptedComponent::Outcome {
