@@ -13,7 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kExtent = 512; // pixels: more than any pane shows
+// Pixels.
+constexpr int kExtent = 512;      // more than any pane shows
+constexpr int kDrawnExtent = 192; // what the drop zone shows at twice the scale; drawing more delays the first window
 
 /// The largest of the pictures in a file.
 QImage largestPicture(ImageFile& file) {
@@ -40,8 +42,9 @@ QImage AppletImages::imageNamed(const QString& name) {
         return {};
     if (const QString path = pathInBundle(name); !path.isEmpty())
         return imageFile(path);
-    const QIcon icon = name == kMultipleDocumentsImage ? multipleDocumentsIcon() : QIcon::fromTheme(name);
-    return icon.pixmap(QSize(kExtent, kExtent), 1.0).toImage();
+    if (name == kMultipleDocumentsImage)
+        return multipleDocumentsIcon().pixmap(QSize(kDrawnExtent, kDrawnExtent), 1.0).toImage();
+    return QIcon::fromTheme(name).pixmap(QSize(kExtent, kExtent), 1.0).toImage();
 }
 
 QImage AppletImages::imageFile(const QString& path) {

@@ -2,6 +2,7 @@
 #include "platform/appkit/NSApplication.h"
 
 #include "platform/ae/AEMainThread.h"
+#include "platform/appkit/DrawnIconStyle.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSNotificationCenter.h"
@@ -41,6 +42,7 @@ AEMainThread mainThreadForAppleEvents() {
 } // namespace
 
 NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) {
+    setStyle(new DrawnIconStyle);
     setQuitOnLastWindowClosed(false);                 // the delegate decides
     if (QLocale().textDirection() == Qt::RightToLeft) // the toolkit itself only turns with a translation of its own
         setLayoutDirection(Qt::RightToLeft);
