@@ -31,7 +31,6 @@ using End = PictureStream::End;
 
 constexpr int kMostPictures = 64;                    // of one file are looked at for the largest
 constexpr qint64 kMostPageBytes = qint64{128} << 20; // of a document
-constexpr qint64 kMostMegabytes = 256;               // of one decoded picture
 constexpr rlim_t kProcessorTime = 10;                // seconds
 #ifndef __SANITIZE_ADDRESS__                         // which takes terabytes of addresses, and looks for leaks by another process
 constexpr rlim_t kMemory = rlim_t{2} << 30;          // bytes of address space
@@ -68,7 +67,6 @@ bool write(const QImage& image) {
 
 /// The largest one of those that the file has; an icon has several sizes.
 End writePicture(const QString& path, QSize largest) {
-    QImageReader::setAllocationLimit(kMostMegabytes);
     ImageFile file(path);
     const int count = std::min(file.count(), kMostPictures); // it cannot go back among them
     int best = 0;
@@ -84,7 +82,7 @@ End writePicture(const QString& path, QSize largest) {
     ImageFile chosen(path);
     const QImage picture = chosen.select(best) ? chosen.read(largest) : QImage();
     if (picture.isNull())
-        return mostPixels > (kMostMegabytes << 20) / 4 ? End::tooLarge : End::unreadable;
+        return mostPixels > (qint64{ImageFile::kMostMegabytes} << 20) / 4 ? End::tooLarge : End::unreadable;
     write(picture);
     return End::whole;
 }

@@ -142,9 +142,8 @@ QString AppDelegate::appletDropPrompt() {
 QString AppDelegate::prompt(const QString& propertyName, const QString& defaultKey) {
     try {
         const QXOSAIDRef script = mainScript();
-        if (const QXOSAIDRef value = propertyOf(script, propertyName)) {
+        if (const QXOSAIDRef value = propertyOf(script, propertyName); value && !value->isMissingValue())
             return stringValue(value->descriptor());
-        }
     } catch (const QXOSAException& exception) {
         NSLog(u"%@: %@"_s, {propertyName, exception.reason()});
     }

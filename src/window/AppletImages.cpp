@@ -3,6 +3,7 @@
 
 #include "platform/appkit/ImageFile.h"
 #include "platform/appkit/StockIcons.h"
+#include "platform/foundation/NSLog.h"
 #include "runtime/AppDelegate.h"
 
 #include <QFileInfo>
@@ -16,13 +17,17 @@ namespace {
 // Pixels.
 constexpr int kExtent = 512;      // more than any pane shows
 constexpr int kDrawnExtent = 192; // what the drop zone shows at twice the scale; drawing more delays the first window
+constexpr int kMostPictures = 64; // of one file are looked at
 
-/// The largest of the pictures in a file.
-QImage largestPicture(ImageFile& file) {
+/// The largest of the pictures in a file. A file without any is told of by `name`.
+QImage largestPicture(ImageFile& file, const QString& name) {
+    const int count = std::min(file.count(), kMostPictures);
     QImage largest;
-    for (int i = 0; i < file.count() && file.select(i); ++i)
+    for (int i = 0; i < count && file.select(i); ++i)
         if (const QImage image = file.read({kExtent, kExtent}); image.width() > largest.width())
             largest = image;
+    if (largest.isNull())
+        NSLog(u"%@ is not shown: %@"_s, {name, file.problem()});
     return largest;
 }
 
@@ -49,12 +54,12 @@ QImage AppletImages::imageNamed(const QString& name) {
 
 QImage AppletImages::imageFile(const QString& path) {
     ImageFile file(path);
-    return largestPicture(file);
+    return largestPicture(file, path);
 }
 
 QImage AppletImages::imageWithData(const std::string& data) {
     ImageFile file(QByteArray::fromStdString(data));
-    return largestPicture(file);
+    return largestPicture(file, u"A picture in the script"_s);
 }
 
 } // namespace quoddle

@@ -7,6 +7,8 @@
 #include <cmath>
 
 #include <QEvent>
+#include <QLocale>
+#include <QPointer>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShowEvent>
@@ -17,6 +19,7 @@ namespace {
 constexpr int kWidth = 440;
 constexpr int kMinimumHeight = 60;
 constexpr int kMaximumHeight = 320;
+constexpr int kMargin = 8;
 } // namespace
 
 DescriptionView::DescriptionView(QWidget* parent) : QTextBrowser(parent) {
@@ -24,16 +27,24 @@ DescriptionView::DescriptionView(QWidget* parent) : QTextBrowser(parent) {
     setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
     setTabChangesFocus(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    document()->setDocumentMargin(8);
     hide();
 }
 
 void DescriptionView::setDescription(const QString& path) {
-    QTextDocument description;
-    if (!readRichText(path, description) || description.isEmpty())
+    auto description = std::make_unique<QTextDocument>();
+    description->setDefaultFont(document()->defaultFont());
+    description->setDocumentMargin(kMargin);
+    description->setUndoRedoEnabled(false);
+    const OSStatus status = readRichText(path, *description);
+    if (status == memFullErr)
+        description->setPlainText(tr("The description is not shown: it is larger than %1.")
+                                      .arg(locale().formattedDataSize(kLargestRichText, 0)));
+    if (description->isEmpty())
         return;
-    readRichText(path, *document());
-    moveCursor(QTextCursor::Start);
+    const QPointer<QTextDocument> before = document(); // the first one, of the view's own making, goes by itself
+    description->setParent(this);
+    setDocument(description.release());
+    delete before;
     adaptToAppearance();
     show();
     updateGeometry();

@@ -12,7 +12,8 @@ class DescriptionView : public QTextBrowser {
 public:
     explicit DescriptionView(QWidget* parent = nullptr);
 
-    /// Replaces the text by that of a rich text file or folder; leaves it as it is when that cannot be read or is empty.
+    /// Replaces the text by that of a rich text file or folder, or says that there is more of it than can be shown; leaves it as it is when
+    /// that cannot be read or is empty.
     void setDescription(const QString& path);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

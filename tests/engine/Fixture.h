@@ -6,6 +6,7 @@
 #include "engine/NSAppleEventDescriptor-QXAdditions.h"
 #include "engine/QXOSAException.h"
 #include "engine/QXOSAID.h"
+#include "platform/foundation/LogCatcher.h"
 #include "platform/osa/FakeComponent.h"
 
 #include <gtest/gtest.h>
@@ -27,23 +28,6 @@ inline NSAppleEventDescriptorRef fileSpecifier(DescType wantType, FourCharCode f
     record->setDescriptor(Descriptor::nullDescriptor(), "from"_4cc);
     return record->coerceToDescriptorType("obj "_4cc);
 }
-
-/// Collects what is logged while it lives.
-class LogCatcher {
-public:
-    LogCatcher() {
-        sLines.clear();
-        mPrevious = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& line) { sLines.append(line); });
-    }
-    ~LogCatcher() { qInstallMessageHandler(mPrevious); }
-    int count(const QString& beginning) const {
-        return static_cast<int>(std::count_if(sLines.begin(), sLines.end(), [&](const QString& line) { return line.contains(beginning); }));
-    }
-
-private:
-    static inline QStringList sLines;
-    QtMessageHandler mPrevious;
-};
 
 class BridgeTest : public testing::Test {
 protected:

@@ -183,7 +183,7 @@ Inputs richTexts() {
 
 void readRTF(const std::string& bytes) {
     QTextDocument document;
-    if (readRichText(fileWith(bytes, QStringLiteral("d.rtf")), document))
+    if (readRichText(fileWith(bytes, QStringLiteral("d.rtf")), document) == noErr)
         (void)document.toPlainText();
 }
 

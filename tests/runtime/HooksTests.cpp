@@ -260,6 +260,8 @@ TEST(Hooks, NameThePromptsOfThePanes) {
     setProperty(applet, "appletsearchname", NSAppleEventDescriptor::descriptorWithInt32(7));
     EXPECT_EQ(applet.delegate->appletDropPrompt(), u"Put them here"_s);
     EXPECT_EQ(applet.delegate->appletSearchPrompt(), u"7"_s);
+    setProperty(applet, "appletdropname", descriptorWithMissingValue());
+    EXPECT_EQ(applet.delegate->appletDropPrompt(), u"drop"_s);
 }
 
 TEST(Hooks, MakeImagesOfValues) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Shell.h"
 
+#include "platform/appkit/rtf/RichText.h"
 #include "platform/foundation/QtPrinters.h"
 #include "window/ProgressViewController.h"
 #include "window/StartupViewController.h"
@@ -181,6 +182,19 @@ TEST(StartupPane, ADescriptionOpensAtItsTopHoweverTallItsFirstLineIs) {
         EXPECT_GT(view->verticalScrollBar()->maximum(), 0) << content;
         EXPECT_EQ(view->verticalScrollBar()->value(), 0) << content;
     }
+}
+
+TEST(StartupPane, ADescriptionThatIsTooLargeIsNotLeftOutInSilence) {
+    Shell shell("");
+    shell.addResource(u"Description.rtf"_s, "{\\rtf1 short}");
+    shell.setUp();
+    auto* view = shell.controller->window()->findChild<QTextBrowser*>(u"descriptionView"_s);
+    ASSERT_EQ(view->toPlainText(), u"short"_s);
+    shell.addResource(u"Description.rtf"_s, "{\\rtf1 " + QByteArray(kLargestRichText, 'x') + "}");
+    shell.controller->showProgressViewController();
+    shell.controller->showStartupViewController(); // which reads it again
+    EXPECT_TRUE(view->isVisible());
+    EXPECT_EQ(view->toPlainText(), u"The description is not shown: it is larger than 32 MiB."_s);
 }
 
 TEST(StartupPane, WithoutADescriptionThereIsNoEmptyField) {

@@ -9,10 +9,13 @@
 
 namespace quoddle {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qint64 kMaximumSize = qint64{64} << 20;
 constexpr int kMaximumExtent = 16384;
+const QString kTooManyBytes = u"it is larger than 64 MiB"_s;
 
 bool refersToItself(const QXmlStreamAttribute& attribute) {
     const QStringView value = attribute.value().trimmed();
@@ -50,19 +53,41 @@ QByteArray checkedIcon(const QByteArray& icon) {
     return checked;
 }
 
-/// Empty when the file is none or too large.
-QByteArray bytesOfRegularFile(const QString& path) {
+/// Where it cannot be made smaller on the way. The toolkit counts no pixel for less than 32 bits.
+qint64 bytesWhileDecoding(QSize size, QImage::Format format) {
+    constexpr int kFewestBits = 32;
+    const int bits = format == QImage::Format_Invalid ? kFewestBits : QImage::toPixelFormat(format).bitsPerPixel();
+    return qint64{size.width()} * size.height() * std::max(bits, kFewestBits) / 8;
+}
+
+/// Empty when the file is none or too large: `problem` says so.
+QByteArray bytesOfRegularFile(const QString& path, QString& problem) {
     const auto bytes = bytesOfFile(path, kMaximumSize);
-    return bytes ? *bytes : QByteArray();
+    if (bytes)
+        return *bytes;
+    problem = bytes.error() == memFullErr ? kTooManyBytes : u"it cannot be read (error %1)"_s.arg(bytes.error());
+    return {};
 }
 
 } // namespace
 
-ImageFile::ImageFile(const QString& path) : ImageFile(bytesOfRegularFile(path), QFileInfo(path).suffix()) {}
+ImageFile::ImageFile(const QString& path) {
+    open(bytesOfRegularFile(path, mProblem), QFileInfo(path).suffix());
+}
 
 ImageFile::ImageFile(const QByteArray& bytes, const QString& suffix) {
-    if (bytes.isEmpty() || bytes.size() > kMaximumSize)
+    open(bytes, suffix);
+}
+
+void ImageFile::open(const QByteArray& bytes, const QString& suffix) {
+    if (bytes.size() > kMaximumSize)
+        mProblem = kTooManyBytes;
+    else if (bytes.isEmpty() && mProblem.isEmpty())
+        mProblem = u"it is empty"_s;
+    if (!mProblem.isEmpty())
         return;
+    static const bool isBounded = (QImageReader::setAllocationLimit(kMostMegabytes), true);
+    std::ignore = isBounded;
     mBytes = bytes.startsWith("icns") && bytes.size() > 8 ? checkedIcon(bytes) : bytes;
     mBuffer.setBuffer(&mBytes);
     mBuffer.open(QIODevice::ReadOnly);
@@ -70,8 +95,10 @@ ImageFile::ImageFile(const QByteArray& bytes, const QString& suffix) {
     mReader.setFormat(suffix.toLatin1().toLower()); // for kinds that cannot be told by content
     mReader.setDecideFormatFromContent(true);
     mReader.setAutoTransform(true);
-    if (mReader.format().startsWith("svg") && !isSelfContained(mBytes))
+    if (mReader.format().startsWith("svg") && !isSelfContained(mBytes)) {
         mReader.setDevice(nullptr);
+        mProblem = u"it is a drawing that is damaged or refers to other files"_s;
+    }
 }
 
 int ImageFile::count() const {
@@ -91,11 +118,18 @@ QImage ImageFile::read(QSize largest) {
     if (!mReader.device())
         return {};
     const QSize size = mReader.size();
-    if (size.width() > kMaximumExtent || size.height() > kMaximumExtent)
+    const QString measures = u"%1 × %2 pixels"_s.arg(size.width()).arg(size.height());
+    if (size.width() > kMaximumExtent || size.height() > kMaximumExtent) {
+        mProblem = u"it has %1, which is more than %2 to a side"_s.arg(measures).arg(kMaximumExtent);
         return {};
+    }
+    const bool isLarge = bytesWhileDecoding(size, mReader.imageFormat()) > qint64{kMostMegabytes} << 20;
     if (size.width() > largest.width() || size.height() > largest.height())
         mReader.setScaledSize(size.scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1}));
     const QImage image = mReader.read();
+    if (image.isNull())
+        mProblem = isLarge ? u"it has %1, which take more than %2 MiB"_s.arg(measures).arg(kMostMegabytes)
+                           : u"it cannot be decoded (%1)"_s.arg(mReader.errorString());
     const bool isLarger = image.width() > largest.width() || image.height() > largest.height();
     return isLarger ? image.scaled(largest, Qt::KeepAspectRatio, Qt::SmoothTransformation) : image;
 }

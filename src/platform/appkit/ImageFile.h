@@ -2,6 +2,7 @@
 // A file with pictures, which may come from anybody: read whole and bounded, decoded no larger than it is shown.
 //
 // Decision: a drawing (SVG) may refer to itself alone. What it names besides would be opened, wherever it leads.
+// The bound of the decoders' memory is one for the whole process, put in place by the first file.
 #pragma once
 
 #include <QBuffer>
@@ -23,10 +24,18 @@ public:
     /// Of the selected picture, upright; empty when that is not known.
     QSize size() const;
     /// The selected picture, made smaller where it is larger than `largest`. Null when there is none, or one of more than 16384 pixels to a
-    /// side.
+    /// side, or one that takes more than the most megabytes while it is decoded.
     QImage read(QSize largest);
+    /// Why there is no picture, in words for a log; empty while there is no reason.
+    const QString& problem() const { return mProblem; }
+
+    /// Enough for 24 million pixels of 16 bits a colour.
+    static constexpr int kMostMegabytes = 256;
 
 private:
+    void open(const QByteArray& bytes, const QString& suffix);
+
+    QString mProblem;
     QByteArray mBytes;
     QBuffer mBuffer;
     QImageReader mReader;

@@ -3,11 +3,14 @@
 
 #include "platform/appkit/DrawnIcon.h"
 #include "platform/appkit/ImageFile.h"
+#include "platform/foundation/NSLog.h"
 
 #include <QPainter>
 #include <QPainterPath>
 
 namespace quoddle {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -115,6 +118,8 @@ QIcon iconFromImageFile(const QString& path) {
         if (!image.isNull())
             icon.addPixmap(QPixmap::fromImage(image));
     }
+    if (icon.isNull())
+        NSLog(u"%@ is not shown: %@"_s, {path, file.problem()});
     return icon;
 }
 

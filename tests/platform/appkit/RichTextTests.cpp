@@ -21,7 +21,7 @@ namespace {
 
 class RichTextTest : public test::TemporaryFiles {
 protected:
-    bool read(const QByteArray& body) { return readRichText(write(u"t.rtf"_s, "{\\rtf1\\ansi\\ansicpg1252" + body + "}"), document); }
+    bool read(const QByteArray& body) { return readRichText(write(u"t.rtf"_s, "{\\rtf1\\ansi\\ansicpg1252" + body + "}"), document) == noErr; }
     QTextCharFormat formatOf(const QString& text) { return document.find(text).charFormat(); }
 
     QTextDocument document;
@@ -89,7 +89,7 @@ TEST_F(RichTextTest, ReadsPicturesOfItsOwnFolderOnly) {
     ASSERT_TRUE(image.save(folder.filePath(u"outside.png"_s)));
     write(u"d.rtfd/TXT.rtf"_s, "{\\rtf1\\mac a{{\\NeXTGraphic dot.png \\width320 \\height160}\\'ac}b{{\\NeXTGraphic ../outside.png}\\'ac}"
                                "{{\\NeXTGraphic none.png}\\'ac}c}");
-    ASSERT_TRUE(readRichText(path, document));
+    ASSERT_EQ(readRichText(path, document), noErr);
     EXPECT_EQ(document.toPlainText(), u"a\uFFFCbc"_s) << document.toPlainText().toStdString();
     QTextCursor picture(&document);
     picture.setPosition(2);
@@ -110,7 +110,7 @@ TEST_F(RichTextTest, AllPicturesTogetherHaveABound) {
             text += "{{\\NeXTGraphic " + name.toUtf8() + "}\\'ac}";
     }
     write(u"d.rtfd/TXT.rtf"_s, text + "end}");
-    ASSERT_TRUE(readRichText(path, document));
+    ASSERT_EQ(readRichText(path, document), noErr);
     qint64 pixels = 0;
     for (int i = 0; i < 25; ++i) {
         const auto kept = document.resource(QTextDocument::ImageResource, QUrl(u"attachment:%1.png"_s.arg(i))).value<QImage>();
@@ -127,13 +127,14 @@ TEST_F(RichTextTest, AllPicturesTogetherHaveABound) {
 
 TEST_F(RichTextTest, RefusesWhatIsNoRichText) {
     document.setPlainText(u"before"_s);
-    EXPECT_FALSE(readRichText(write(u"x.rtf"_s, "plain text"), document));
-    EXPECT_FALSE(readRichText(folder.filePath(u"missing.rtf"_s), document));
-    EXPECT_FALSE(readRichText(folder.path(), document));
+    EXPECT_EQ(readRichText(write(u"x.rtf"_s, "plain text"), document), paramErr);
+    EXPECT_EQ(readRichText(folder.filePath(u"missing.rtf"_s), document), fnfErr);
+    EXPECT_NE(readRichText(folder.path(), document), noErr);
+    EXPECT_EQ(readRichText(write(u"large.rtf"_s, "{\\rtf1 " + QByteArray(kLargestRichText, 'x')), document), memFullErr);
     for (const QString& name : {u"pipe.rtf"_s, u"p.rtfd/TXT.rtf"_s}) { // would be waited for
         ASSERT_TRUE(QDir(folder.path()).mkpath(u"p.rtfd"_s));
         ASSERT_EQ(::mkfifo(folder.filePath(name).toLocal8Bit().constData(), 0600), 0);
-        EXPECT_FALSE(readRichText(folder.filePath(name.section(u'/', 0, 0)), document));
+        EXPECT_NE(readRichText(folder.filePath(name.section(u'/', 0, 0)), document), noErr);
     }
     EXPECT_EQ(document.toPlainText(), u"before"_s);
 }

@@ -12,22 +12,20 @@ namespace quoddle {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-constexpr qint64 kMaximumSize = qint64{32} << 20;
-}
-
-bool readRichText(const QString& path, QTextDocument& document) {
+OSStatus readRichText(const QString& path, QTextDocument& document) {
     const bool isFolder = QFileInfo(path).isDir();
-    const auto bytes = bytesOfFile(isFolder ? path + u"/TXT.rtf"_s : path, kMaximumSize);
-    if (!bytes || !bytes->startsWith("{\\rtf"))
-        return false;
+    const auto bytes = bytesOfFile(isFolder ? path + u"/TXT.rtf"_s : path, kLargestRichText);
+    if (!bytes)
+        return bytes.error();
+    if (!bytes->startsWith("{\\rtf"))
+        return paramErr;
     document.clear();
     RTFReader(*bytes, isFolder ? path : QString(), document).read();
-    return true;
+    return noErr;
 }
 
 bool readRichTextData(const QByteArray& bytes, QTextDocument& document) {
-    if (bytes.size() > kMaximumSize || !bytes.startsWith("{\\rtf"))
+    if (bytes.size() > kLargestRichText || !bytes.startsWith("{\\rtf"))
         return false;
     document.clear();
     RTFReader(bytes, {}, document).read();

@@ -3,6 +3,8 @@
 // links and attached pictures are taken over; tables and lists degrade to text.
 #pragma once
 
+#include "platform/base/OSStatus.h"
+
 #include <QColor>
 #include <QString>
 
@@ -10,10 +12,13 @@ class QTextDocument;
 
 namespace quoddle {
 
-/// Replaces what is in the document. False, with the document untouched, when the file cannot be read, is larger than 32 MiB or is no rich
-/// text. Any damage inside costs formatting, not text. Main thread.
-bool readRichText(const QString& path, QTextDocument& document);
-/// The same for the text of a ".rtf" file that is in memory.
+/// The most bytes of a ".rtf" file, or of the text of a ".rtfd" folder, that are read.
+inline constexpr qint64 kLargestRichText = qint64{32} << 20;
+
+/// Replaces what is in the document. Otherwise the document is untouched: memFullErr when there is more than the most bytes, another error
+/// when the file cannot be read or is no rich text. Any damage inside costs formatting, not text. Main thread.
+OSStatus readRichText(const QString& path, QTextDocument& document);
+/// For the text of a ".rtf" file that is in memory: false when there is too much of it or it is no rich text.
 bool readRichTextData(const QByteArray& bytes, QTextDocument& document);
 
 /// Text without a colour and black text take the label colour in a dark appearance and stand as they were written in a light one; other

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+// The lines that a test makes its code log. One thread at a time logs.
+#pragma once
+
+#include <algorithm>
+
+#include <QStringList>
+
+namespace quoddle {
+
+/// Collects what is logged while it lives.
+class LogCatcher {
+public:
+    LogCatcher() {
+        sLines.clear();
+        mPrevious = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& line) { sLines.append(line); });
+    }
+    ~LogCatcher() { qInstallMessageHandler(mPrevious); }
+    const QStringList& lines() const { return sLines; }
+    int count(const QString& beginning) const {
+        return static_cast<int>(std::count_if(sLines.begin(), sLines.end(), [&](const QString& line) { return line.contains(beginning); }));
+    }
+
+private:
+    static inline QStringList sLines;
+    QtMessageHandler mPrevious;
+};
+
+} // namespace quoddle
