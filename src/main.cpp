@@ -90,11 +90,11 @@ QByteArray resource(const QString& name) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void takeIdentityOf(const NSBundle& bundle) {
-    NSBundle::setMainBundle(NSBundle::bundleWithPath(bundle.bundlePath()));
-    setUserDefaultsDomain(bundle.bundleIdentifier().isEmpty() ? bundle.name() : bundle.bundleIdentifier());
-    QCoreApplication::setApplicationName(bundle.name()); // as the display name too, which would be added to the title of every dialog
-    QGuiApplication::setDesktopFileName(desktopNameForBundle(bundle));
+void takeIdentityOf(const std::shared_ptr<NSBundle>& bundle) {
+    NSBundle::setMainBundle(bundle);
+    setUserDefaultsDomain(bundle->bundleIdentifier().isEmpty() ? bundle->name() : bundle->bundleIdentifier());
+    QCoreApplication::setApplicationName(bundle->name()); // as the display name too, which would be added to the title of every dialog
+    QGuiApplication::setDesktopFileName(desktopNameForBundle(*bundle));
     if (auto strings = Plist::readStrings(resource(u"en.lproj/Localizable.strings"_s)))
         NSBundle::setFallbackStrings({}, *strings);
 }
@@ -353,7 +353,7 @@ int launch(int argc, char** argv) {
     }
     if (!hasDisplay())
         return reportNoDisplay();
-    takeIdentityOf(*invocation.bundle);
+    takeIdentityOf(invocation.bundle);
     registerAppleScriptComponent();
     installStandardAdditions();
     setInteractionPresenter(&presentOnMainThread);
