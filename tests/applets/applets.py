@@ -146,6 +146,12 @@ end quit
             done = subprocess.run([str(binaries() / "quoddle-shell"), str(self.folder / "Damaged.app")], env=self.display.environment, timeout=60, capture_output=True)
             self.assertEqual(done.returncode, 0, bad)
 
+    def test_damaged_information_is_read_and_told_of_once(self):
+        applet = self.start("Uninformed", "return 1", prepare=lambda bundle: (bundle / "Contents/Info.plist").write_text("{ no list"))
+        applet.window()
+        applet.rests()
+        self.assertEqual(applet.said("Uninformed.log").count("Info.plist is left out"), 1)
+
 
 if __name__ == "__main__":
     harness.main(Applets)

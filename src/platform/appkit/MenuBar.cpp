@@ -6,10 +6,13 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QScreen>
 
 namespace quoddle {
 
 namespace {
+
+constexpr int kWidestInBar = 160; // points; the menus behind a long name are to be seen too
 
 // Names of applets may hold an ampersand, which would mark a shortcut.
 QString plainTitle(const QString& title) {
@@ -41,7 +44,8 @@ void MenuBar::rebuild() {
     for (const auto& item : mMenu->itemArray()) {
         if (!item->submenu())
             continue; // a bar holds menus only
-        QMenu* menu = addMenu(plainTitle(item->title()));
+        QMenu* menu = addMenu(QString());
+        setTitle(*menu->menuAction(), item->title(), kWidestInBar);
         fill(*menu, *item->submenu());
     }
 }
@@ -52,7 +56,9 @@ void MenuBar::fill(QMenu& menu, const NSMenu& items) {
         if (item->isSeparatorItem()) {
             menu.addSeparator();
         } else if (item->submenu()) {
-            fill(*menu.addMenu(plainTitle(item->title())), *item->submenu());
+            QMenu* submenu = menu.addMenu(QString());
+            setTitle(*submenu->menuAction(), item->title(), widestInMenu());
+            fill(*submenu, *item->submenu());
         } else {
             QAction* action = actionFor(*item);
             action->setParent(&menu);
@@ -74,8 +80,17 @@ void MenuBar::fill(QMenu& menu, const NSMenu& items) {
     });
 }
 
+int MenuBar::widestInMenu() const {
+    return mWindow.screen()->availableGeometry().width() * 2 / 3;
+}
+
+void MenuBar::setTitle(QAction& action, const QString& title, int widest) const {
+    action.setText(plainTitle(fontMetrics().elidedText(title, Qt::ElideMiddle, widest)));
+}
+
 QAction* MenuBar::actionFor(const NSMenuItem& item) {
-    auto* action = new QAction(plainTitle(item.title()));
+    auto* action = new QAction;
+    setTitle(*action, item.title(), widestInMenu());
     action->setObjectName(item.identifier().isEmpty() ? item.action() : item.identifier());
     action->setShortcut(QKeySequence(item.keyEquivalent(), QKeySequence::PortableText));
     connect(action, &QAction::triggered, this, [&item] {

@@ -27,6 +27,10 @@ protected:
 private:
     void rebuild();
     void fill(QMenu& menu, const NSMenu& items);
+    /// Without its middle where it is wider than so many points.
+    void setTitle(QAction& action, const QString& title, int widest) const;
+    /// Titles in menus are told in full as long as the screen is wide enough.
+    int widestInMenu() const;
     QAction* actionFor(const NSMenuItem& item);
 
     std::shared_ptr<NSMenu> mMenu;

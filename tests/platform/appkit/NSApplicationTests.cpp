@@ -329,6 +329,18 @@ TEST_F(NSApplicationTest, MenusActAndAreJudged) {
         titles << (action->isSeparator() ? u"-"_s : action->text() + (action->isEnabled() ? u""_s : u" (off)"_s));
     EXPECT_EQ(titles, (QStringList{u"Salute"_s, u"Never (off)"_s, u"-"_s, u"Paste"_s, u"A && B"_s})) << titles.join(u'|').toStdString();
 
+    // A long name leaves the other menus their room, and is told in the menu itself.
+    const QString longName = u"A & "_s + QString(40, u'B');
+    menu->itemArray()[0]->setTitle(longName);
+    menu->itemArray()[0]->submenu()->itemArray()[0]->setTitle(u"About "_s + longName);
+    menu->itemArray()[0]->submenu()->itemArray()[1]->setTitle(QString(5000, u'C'));
+    QCoreApplication::processEvents();
+    const QAction* first = bar->actions().at(0);
+    EXPECT_TRUE(first->text().startsWith(u"A && "_s) && first->text().contains(u'…'));
+    EXPECT_LT(bar->actionGeometry(bar->actions().at(0)).width(), 200);
+    EXPECT_EQ(first->menu()->actions().at(0)->text(), u"About A && "_s + QString(40, u'B'));
+    EXPECT_LT(first->menu()->sizeHint().width(), window.screen()->availableGeometry().width());
+
     for (const char* bad : {"word", "({submenu=();})", "(())", "({title=x; submenu=word;})"})
         EXPECT_FALSE(NSMenu::menuFromPropertyList(*Plist::read(bad))) << bad;
 }
