@@ -1,12 +1,49 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/NSSegmentedControl.h"
 
+#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QToolButton>
 
 namespace quoddle {
 
+namespace {
+
+/// To the toolkit a tool button that stays down is a check box, which a second press would clear.
+class SegmentInterface final : public QAccessibleWidget {
+public:
+    explicit SegmentInterface(QToolButton& segment) : QAccessibleWidget(&segment, QAccessible::RadioButton), mSegment(segment) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.checkable = true;
+        state.checked = mSegment.isChecked();
+        return state;
+    }
+    QStringList actionNames() const override { return QStringList{pressAction()} + QAccessibleWidget::actionNames(); }
+    void doAction(const QString& name) override {
+        if (name == pressAction())
+            mSegment.click();
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    QToolButton& mSegment;
+};
+
+QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+    if (auto* control = qobject_cast<NSSegmentedControl*>(object))
+        return new QAccessibleWidget(control, QAccessible::Grouping);
+    auto* segment = qobject_cast<QToolButton*>(object);
+    return segment && qobject_cast<NSSegmentedControl*>(segment->parent()) ? new SegmentInterface(*segment) : nullptr;
+}
+
+} // namespace
+
 NSSegmentedControl::NSSegmentedControl(int segmentCount, QWidget* parent) : QWidget(parent) {
+    static const bool isInstalled = (QAccessible::installFactory(&makeInterface), true);
+    std::ignore = isInstalled;
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

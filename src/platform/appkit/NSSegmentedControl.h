@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A row of buttons of which one is pressed.
+// A row of buttons of which one is pressed; to screen readers a group of radio buttons.
 // Main thread only.
 #pragma once
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/ElidedLabel.h"
+#include "platform/appkit/NSSegmentedControl.h"
 #include "platform/appkit/ProgressBar.h"
 
 #include <gtest/gtest.h>
@@ -75,6 +76,29 @@ TEST(ElidedLabel, FiguresDoNotTremble) {
         return last;
     };
     EXPECT_EQ(inkOfLastLetter(u"111 of 111 x"_s), inkOfLastLetter(u"888 of 888 x"_s));
+}
+
+TEST(NSSegmentedControl, IsAGroupOfRadioButtonsToAScreenReader) {
+    NSSegmentedControl control(2);
+    control.setSegment(0, {}, u"One"_s);
+    control.setSegment(1, {}, u"Two"_s);
+    control.setAccessibleName(u"Number"_s);
+    QList<int> chosen;
+    QObject::connect(&control, &NSSegmentedControl::action, [&chosen](int segment) { chosen << segment; });
+    QAccessibleInterface* group = QAccessible::queryAccessibleInterface(&control);
+    EXPECT_EQ(group->role(), QAccessible::Grouping);
+    EXPECT_EQ(group->text(QAccessible::Name), u"Number"_s);
+    ASSERT_EQ(group->childCount(), 2);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(group->child(i)->role(), QAccessible::RadioButton);
+        EXPECT_EQ(group->child(i)->text(QAccessible::Name), i == 0 ? u"One"_s : u"Two"_s);
+        EXPECT_EQ(group->child(i)->state().checked, i == 0);
+    }
+    QAccessibleActionInterface* actions = group->child(1)->actionInterface();
+    ASSERT_TRUE(actions && !actions->actionNames().isEmpty());
+    actions->doAction(actions->actionNames().first());
+    EXPECT_EQ(chosen, QList<int>{1});
+    EXPECT_TRUE(group->child(1)->state().checked && !group->child(0)->state().checked);
 }
 
 TEST(ProgressBar, CountsOrWanders) {
