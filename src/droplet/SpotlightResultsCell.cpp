@@ -6,6 +6,8 @@
 #include "platform/foundation/FileTypes.h"
 #include "platform/foundation/NSLog.h"
 
+#include <cmath>
+
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -43,14 +45,19 @@ QString abbreviatedFolder(const QString& path) {
     return folder.startsWith(home + u'/') ? u'~' + folder.mid(home.size()) : folder;
 }
 
-/// Black notes beside white names would be hard to read: where the palette has white names on a selection that is light enough for black
-/// ones, the selection is a little darker.
-QColor selectionColor(const QPalette& palette, QPalette::ColorGroup group) {
-    QColor color = palette.color(group, QPalette::Highlight);
-    if (contrastingLabelColor(palette.color(group, QPalette::HighlightedText)) == Qt::black)
-        while (contrastingLabelColor(color) == Qt::black)
-            color = color.darker(104);
-    return color;
+/// Names keep their colour in a selected row: a selection on which they would be hard to read is darker or lighter than the palette has it,
+/// as little as will do.
+QColor selectionColor(const QColor& highlight, const QColor& label) {
+    const QColor contrast = contrastingLabelColor(label);
+    const auto mixed = [&](double share) {
+        return QColor::fromRgbF(static_cast<float>(std::lerp(highlight.redF(), contrast.redF(), share)),
+                                static_cast<float>(std::lerp(highlight.greenF(), contrast.greenF(), share)),
+                                static_cast<float>(std::lerp(highlight.blueF(), contrast.blueF(), share)));
+    };
+    double share = 0;
+    while (share < 1 && contrastingLabelColor(mixed(share)) == contrast)
+        share += 0.02;
+    return mixed(share);
 }
 
 } // namespace
@@ -76,7 +83,8 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     QStyleOptionViewItem row = option;
     const bool isHighlighted = row.state & QStyle::State_Selected;
     const QPalette::ColorGroup group = row.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
-    const QColor highlight = selectionColor(row.palette, group);
+    const QColor label = row.palette.color(group, QPalette::Text);
+    const QColor highlight = selectionColor(row.palette.color(group, QPalette::Highlight), label);
     row.palette.setColor(group, QPalette::Highlight, highlight);
     const QStyle* style = row.widget ? row.widget->style() : QApplication::style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &row, painter, row.widget);
@@ -94,7 +102,6 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     mIcons.iconFor(match->path(), isDirectory, isFilePackage(match->path(), isDirectory)).paint(painter, icon.toRect());
 
     painter->save();
-    const QColor label = row.palette.color(group, isHighlighted ? QPalette::HighlightedText : QPalette::Text);
     drawName(*painter, {text.left(), text.top(), text.width(), kNameHeight}, *match, label);
     QColor note = label;
     note.setAlphaF(0.6f);
@@ -109,7 +116,7 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     painter->restore();
 }
 
-/// Kept on purpose: what matched is yellow-green with black letters in a selected row as well.
+/// Kept on purpose: what matched is yellow-green with black letters in a selected row as well, and the other letters have their colour.
 void SpotlightResultsCell::drawName(QPainter& painter, const QRectF& line, SpotlightMatch& match, const QColor& color) const {
     const QFont font = systemFont(kNameSize);
     const QString whole = match.previewItemTitle();

@@ -27,6 +27,19 @@ constexpr qsizetype kShortestText = 2;     // UTF-16 units
 constexpr qint64 kSlice = 8;               // milliseconds of judging before the window gets its turn
 constexpr int kIconExtent = 48;            // points
 
+/// A line for each result that has come, where somebody looks for a fault.
+void trace(const NSNotification& notification, const QString& format) {
+    if (!NSLogIsTracing())
+        return;
+    const QStringList paths = notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).toStringList();
+    for (const QString& path : paths) {
+        const NSMetadataItem item(path);
+        NSLogTrace(format, {item.valueForAttribute(NSMetadataItemFSNameKey), item.valueForAttribute(NSMetadataItemContentTypeKey),
+                            item.valueForAttribute(NSMetadataItemContentTypeTreeKey),
+                            item.valueForAttribute(NSMetadataQueryResultContentRelevanceAttribute).toDouble()});
+    }
+}
+
 } // namespace
 
 SpotlightViewController::SpotlightViewController(QObject* parent)
@@ -171,7 +184,8 @@ void SpotlightViewController::_applicationsQueryGatheringStart(const NSNotificat
 }
 
 void SpotlightViewController::_applicationsQueryGatheringProgress(const NSNotification& notification) {
-    _applicationsQueryUpdated(notification);
+    trace(notification, u"kMDItemFSName: %@, kMDItemContentType: %@, kMDItemContentTypeTree: %@ relevance: %f"_s);
+    takeResults(notification);
 }
 
 void SpotlightViewController::_applicationsQueryGatheringFinish(const NSNotification&) {
@@ -185,6 +199,11 @@ void SpotlightViewController::_applicationsQueryGatheringFinish(const NSNotifica
 }
 
 void SpotlightViewController::_applicationsQueryUpdated(const NSNotification& notification) {
+    trace(notification, u"kMDItemFSName: %@, kMDItemContentType: %@, kMDItemContentTypeTree: %@, relevance: %f"_s);
+    takeResults(notification);
+}
+
+void SpotlightViewController::takeResults(const NSNotification& notification) {
     removePaths(notification.userInfo.value(NSMetadataQueryUpdateRemovedItemsKey).toStringList());
     mUnjudged += notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).toStringList();
     mergeResults();
@@ -218,10 +237,6 @@ void SpotlightViewController::removePaths(const QStringList& paths) {
 SpotlightMatchRef SpotlightViewController::makeMatch(const QString& path) const {
     const NSMetadataItem item(path);
     const double relevance = item.valueForAttribute(NSMetadataQueryResultContentRelevanceAttribute).toDouble();
-    if (NSLogIsTracing())
-        NSLogTrace(u"kMDItemFSName: %@, kMDItemContentType: %@, kMDItemContentTypeTree: %@ relevance: %f"_s,
-                   {item.valueForAttribute(NSMetadataItemFSNameKey), item.valueForAttribute(NSMetadataItemContentTypeKey),
-                    item.valueForAttribute(NSMetadataItemContentTypeTreeKey), relevance});
     return std::make_shared<SpotlightMatch>(path, mContentTerms, relevance);
 }
 

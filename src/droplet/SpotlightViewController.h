@@ -75,6 +75,7 @@ private:
     void stopQuery();
     void stopSearch();
     void removeAllPaths();
+    void takeResults(const NSNotification& notification);
     void removePaths(const QStringList& paths);
     /// Judges results that have not been looked at, for as long as a slice lasts.
     void mergeResults();

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "droplet/NSColor+Additions.h"
 #include "droplet/SpotlightResultsCell.h"
 #include "droplet/SpotlightResultsController.h"
 #include "platform/foundation/QtPrinters.h"
@@ -75,6 +76,43 @@ TEST(SpotlightResults, WhatMatchedIsMarkedInASelectedRowToo) {
                 marked += image.pixel(x, y) == QColor::fromRgbF(0.556f, 0.979f, 0.0f).rgb();
         EXPECT_GT(marked, 20) << int(state);
         EXPECT_LT(marked, 300) << "one letter of five: " << int(state);
+    }
+}
+
+TEST(SpotlightResults, ANameKeepsItsColorInASelectedRowWhereItCanBeRead) {
+    const struct {
+        const char* name;
+        QColor text, highlightedText, highlight;
+    } rows[] = {
+        {"light", {20, 0, 0}, Qt::green, {48, 140, 198}},      {"light with a dark selection", Qt::black, Qt::green, {0, 0, 128}},
+        {"light with a black selection", Qt::black, Qt::green, Qt::black}, {"dark", {250, 250, 255}, Qt::green, {48, 140, 198}},
+        {"dark with a white selection", Qt::white, Qt::green, Qt::white},
+    };
+    SpotlightResultsController controller;
+    controller.addObjects({match(u"/tmp/HHHHHHHHHaHHHHHHHHH"_s, 1)});
+    const SpotlightResultsCell cell;
+    for (const auto& row : rows) {
+        QImage image(300, 35, QImage::Format_RGB32);
+        QPainter painter(&image);
+        QStyleOptionViewItem option;
+        option.rect = image.rect();
+        option.state = QStyle::State_Enabled | QStyle::State_Active | QStyle::State_Selected;
+        option.showDecorationSelected = true;
+        for (const auto& [role, color] : {std::pair(QPalette::Text, row.text), std::pair(QPalette::HighlightedText, row.highlightedText),
+                                          std::pair(QPalette::Highlight, row.highlight)})
+            option.palette.setColor(role, color);
+        cell.paint(&painter, option, controller.index(0));
+        int inColor = 0, inOther = 0;
+        for (int y = 0; y < 20; ++y)
+            for (int x = 38; x < image.width(); ++x) {
+                inColor += image.pixel(x, y) == row.text.rgb();
+                inOther += image.pixel(x, y) == row.highlightedText.rgb();
+            }
+        EXPECT_GT(inColor, 50) << row.name;
+        EXPECT_EQ(inOther, 0) << row.name;
+        const QColor around = image.pixelColor(290, 3);
+        EXPECT_EQ(contrastingLabelColor(around), QColor(contrastingLabelColor(row.text) == Qt::black ? Qt::white : Qt::black)) << row.name;
+        EXPECT_EQ(around == row.highlight, std::string_view(row.name) == "light") << "no other colour than is needed: " << row.name;
     }
 }
 

@@ -4,11 +4,13 @@
 #include "droplet/DropletWindowController.h"
 #include "droplet/SpotlightResultsController.h"
 #include "droplet/SpotlightResultsView.h"
+#include "platform/foundation/LogCatcher.h"
 #include "platform/foundation/QtPrinters.h"
 #include "window/Shell.h"
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QLoggingCategory>
 #include <QTest>
 
 namespace quoddle {
@@ -97,6 +99,24 @@ TEST_F(SpotlightViewTest, FindsRanksAndFollows) {
     EXPECT_TRUE(pane.paths().isEmpty());
     EXPECT_FALSE(pane.nameQuery().isStarted());
     EXPECT_TRUE(count.text().isEmpty());
+}
+
+TEST_F(SpotlightViewTest, TracesWhatComesAndHowItComes) {
+    QLoggingCategory::setFilterRules(u"quoddle.trace=true"_s);
+    const LogCatcher log;
+    make({u"report.txt"_s});
+    field.setText(u"report"_s);
+    EXPECT_TRUE(shows({u"report.txt"_s}));
+    const QString line = u"kMDItemFSName: %1, kMDItemContentType: public.plain-text, kMDItemContentTypeTree: ("_s;
+    EXPECT_EQ(log.count(line.arg(u"report.txt"_s)), 1);
+    EXPECT_EQ(log.count(u") relevance: 0.000000"_s), 1);
+    EXPECT_EQ(log.count(u"), relevance"_s), 0);
+    make({u"report 2.txt"_s}); // an update of what is found already
+    EXPECT_TRUE(shows({u"report.txt"_s, u"report 2.txt"_s}));
+    EXPECT_EQ(log.count(line.arg(u"report 2.txt"_s)), 1);
+    EXPECT_EQ(log.count(u"), relevance: 0.000000"_s), 1);
+    EXPECT_EQ(log.count(u" relevance: "_s), 2);
+    QLoggingCategory::setFilterRules({});
 }
 
 TEST_F(SpotlightViewTest, OpensWhatIsSelected) {
