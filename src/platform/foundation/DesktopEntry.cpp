@@ -5,6 +5,7 @@
 
 #include <QCryptographicHash>
 #include <QFileInfo>
+#include <QLocale>
 #include <QStandardPaths>
 
 namespace quoddle {
@@ -90,17 +91,20 @@ QString desktopEntryPath(const QString& name) {
     return desktopEntriesFolder() + u'/' + name + u".desktop"_s;
 }
 
-std::optional<QHash<QString, QString>> desktopEntryValues(const QString& path) {
-    const auto bytes = readFile(path.toStdString(), kMaximumEntrySize);
+namespace {
+
+std::optional<DesktopEntryValues> valuesOfGroup(const QString& path, const QString& group, std::size_t maximumSize) {
+    const auto bytes = readFile(path.toStdString(), maximumSize);
     if (!bytes)
         return std::nullopt;
     const QString text = QString::fromStdString(*bytes);
-    QHash<QString, QString> values;
+    const QString head = u'[' + group + u']';
+    DesktopEntryValues values;
     bool isInGroup = false;
     for (QStringView line : QStringView(text).split(u'\n')) {
         line = line.trimmed();
         if (line.startsWith(u'[')) {
-            isInGroup = line == "[Desktop Entry]"_L1;
+            isInGroup = line == head;
             continue;
         }
         const qsizetype equals = line.indexOf(u'=');
@@ -111,6 +115,24 @@ std::optional<QHash<QString, QString>> desktopEntryValues(const QString& path) {
             values.insert(key, unescaped(line.mid(equals + 1).trimmed()));
     }
     return values;
+}
+
+} // namespace
+
+std::optional<DesktopEntryValues> desktopEntryValues(const QString& path) {
+    return valuesOfGroup(path, u"Desktop Entry"_s, kMaximumEntrySize);
+}
+
+DesktopEntryValues desktopFileGroup(const QString& path, const QString& group, std::size_t maximumSize) {
+    return valuesOfGroup(path, group, maximumSize).value_or(DesktopEntryValues());
+}
+
+QString localizedDesktopEntryValue(const DesktopEntryValues& entry, const QString& key) {
+    const QString locale = QLocale().name();
+    for (const QString& tag : {locale, locale.section(u'_', 0, 0)})
+        if (const QString value = entry.value(key + u'[' + tag + u']'); !value.isEmpty())
+            return value;
+    return entry.value(key);
 }
 
 std::optional<QString> desktopEntryValue(const QString& path, const QString& key) {

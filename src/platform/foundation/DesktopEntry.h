@@ -23,9 +23,14 @@ QString desktopObjectPath(const QString& name);
 QString desktopEntriesFolder();
 QString desktopEntryPath(const QString& name);
 
+using DesktopEntryValues = QHash<QString, QString>;
 /// The group [Desktop Entry], escapes resolved; the first of two equal keys counts. Nothing when the file cannot be read or is larger than
 /// 64 KiB.
-std::optional<QHash<QString, QString>> desktopEntryValues(const QString& path);
+std::optional<DesktopEntryValues> desktopEntryValues(const QString& path);
+/// The value of a key in the user's language, or else the one without a language; empty when there is neither.
+QString localizedDesktopEntryValue(const DesktopEntryValues& entry, const QString& key);
+/// Any group of a file in the same form, of at most `maximumSize` bytes; empty when the file cannot be read or lacks the group.
+DesktopEntryValues desktopFileGroup(const QString& path, const QString& group, std::size_t maximumSize);
 /// One value of it; nothing as well when it lacks the key.
 std::optional<QString> desktopEntryValue(const QString& path, const QString& key);
 /// Whether the entry of the bundle's name stands for the bundle at this place, not for a copy elsewhere.

@@ -13,7 +13,6 @@
 #include <QCollator>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QLocale>
 #include <QSet>
 #include <QStandardPaths>
 #include <QStyle>
@@ -27,23 +26,12 @@ namespace {
 constexpr int kMaximumEntries = 10'000;
 constexpr int kIconSize = 24;
 
-using Entry = QHash<QString, QString>;
-
-/// "Name[pt_BR]", "Name[pt]", "Name".
-QString localizedName(const Entry& entry) {
-    const QString locale = QLocale().name();
-    for (const QString& tag : {locale, locale.section(u'_', 0, 0)})
-        if (const QString name = entry.value(u"Name["_s + tag + u']'); !name.isEmpty())
-            return name;
-    return entry.value(u"Name"_s);
-}
-
 bool names(const QString& list, const QStringList& desktops) {
     const QStringList given = list.split(u';', Qt::SkipEmptyParts);
     return std::any_of(given.begin(), given.end(), [&](const QString& name) { return desktops.contains(name); });
 }
 
-bool isInMenu(const Entry& entry) {
+bool isInMenu(const DesktopEntryValues& entry) {
     static const QStringList kDesktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts);
     if (entry.value(u"Type"_s) != "Application"_L1 || entry.value(u"NoDisplay"_s) == "true"_L1)
         return false;
@@ -64,13 +52,14 @@ std::vector<ListedApplication> applicationsOfMenu() {
                 continue;
             known.insert(name);
             const auto entry = desktopEntryValues(path);
-            if (!entry || entry->value(u"Hidden"_s) == "true"_L1 || !isInMenu(*entry) || localizedName(*entry).isEmpty())
+            const QString shown = entry ? localizedDesktopEntryValue(*entry, u"Name"_s) : QString();
+            if (shown.isEmpty() || entry->value(u"Hidden"_s) == "true"_L1 || !isInMenu(*entry))
                 continue;
             const QString bundle = entry->value(kDesktopEntryBundleKey);
             if (bundle.isEmpty())
-                found.push_back({localizedName(*entry), path, entry->value(u"Icon"_s)});
+                found.push_back({shown, path, entry->value(u"Icon"_s)});
             else if (QFileInfo(bundle).isDir())
-                found.push_back({localizedName(*entry), bundle, entry->value(u"Icon"_s)});
+                found.push_back({shown, bundle, entry->value(u"Icon"_s)});
         }
     }
     return found;

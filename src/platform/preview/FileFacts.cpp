@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/preview/FileFacts.h"
 
+#include "platform/foundation/DefaultApplication.h"
 #include "platform/foundation/FileTypes.h"
 #include "platform/foundation/UTType.h"
 
@@ -74,6 +75,7 @@ FileFacts factsOfFile(const QString& path, const std::atomic<bool>& isCancelled)
         facts.size = info.size();
     if (facts.isDirectory && !facts.isPackage)
         countItems(facts, isCancelled);
+    facts.opener = defaultApplicationOfFile(path);
     return facts;
 }
 

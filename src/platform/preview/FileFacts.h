@@ -22,6 +22,7 @@ struct FileFacts {
     bool hasMoreItems = false;
     QDateTime created; // invalid where the file system does not know
     QDateTime modified;
+    QString opener; // the program that the desktop opens it with, as menus name it; empty when there is none
 
     bool exists() const { return !kind.isEmpty(); }
     /// Kind, size or number of items, dates: what is known of them, each a line in the user's own format.

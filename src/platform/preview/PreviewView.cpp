@@ -66,6 +66,8 @@ void PreviewView::showCard(const FileFacts& facts, const QString& notice) {
 }
 
 void PreviewView::showContents(const PreviewContents& contents) {
+    const int place = contents.facts.path == mPath ? placeInText() : 0; // whoever reads a text that grows goes on reading
+    mPath = contents.facts.path;
     switch (contents.kind) {
     case PreviewKind::Card:
         showCard(contents.facts, contents.notice);
@@ -75,6 +77,7 @@ void PreviewView::showContents(const PreviewContents& contents) {
         mText->setPlainText(contents.text);
         mText->document()->setDocumentMargin(kTextMargin);
         setCurrentWidget(mText);
+        mText->verticalScrollBar()->setValue(place);
         break;
     case PreviewKind::RichText:
         mRichText->setDocument(contents.richText.get());
@@ -82,6 +85,7 @@ void PreviewView::showContents(const PreviewContents& contents) {
         mDocument->setDocumentMargin(kTextMargin);
         adaptColors();
         setCurrentWidget(mRichText);
+        mRichText->verticalScrollBar()->setValue(place);
         break;
     case PreviewKind::Picture:
     case PreviewKind::Pages:
@@ -100,6 +104,11 @@ void PreviewView::addPicture(const QImage& picture, bool isPage) {
         return;
     mPages->verticalScrollBar()->setValue(0);
     setCurrentWidget(view);
+}
+
+int PreviewView::placeInText() const {
+    const auto* area = qobject_cast<const QAbstractScrollArea*>(currentWidget());
+    return area ? area->verticalScrollBar()->value() : 0;
 }
 
 bool PreviewView::scroll(int key) {

@@ -38,7 +38,9 @@ private:
     void adaptColors();
     /// The view must not be left with a document that goes.
     void giveUpDocument();
+    int placeInText() const;
 
+    QString mPath; // of the contents that came last
     std::shared_ptr<QTextDocument> mDocument;
     CardView* mCard;
     QPlainTextEdit* mText;

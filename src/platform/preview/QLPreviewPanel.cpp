@@ -143,6 +143,13 @@ void QLPreviewPanel::connectLoader() {
         facts.path = mPath;
         facts.name = displayNameOfFile(mPath);
         mView->showCard(facts);
+        updateOpenButton();
+    });
+    connect(&mWatch, &FileWatch::changed, this, [this] {
+        if (mIsReading)
+            mIsOutdated = true;
+        else
+            refreshCurrentPreviewItem();
     });
 }
 
@@ -150,7 +157,11 @@ void QLPreviewPanel::connectLoader() {
 
 void QLPreviewPanel::registerController(QWidget& responder, QLPreviewPanelController& controller) {
     controllers().insert(&responder, &controller);
-    QObject::connect(&responder, &QObject::destroyed, [](QObject* gone) { controllers().remove(gone); });
+    QObject::connect(&responder, &QObject::destroyed, [](QObject* gone) {
+        controllers().remove(gone);
+        if (sharedPanel && sharedPanel->mIsOrderedIn) // later: the controller may be on its way out, too
+            QMetaObject::invokeMethod(sharedPanel, &QLPreviewPanel::updateController, Qt::QueuedConnection);
+    });
 }
 
 void QLPreviewPanel::forget(QLPreviewPanelController* controller) {
@@ -178,7 +189,9 @@ void QLPreviewPanel::updateController() {
              at = at->parentWidget())
             if (auto* controller = controllers().value(at); controller && controller->acceptsPreviewPanelControl(*this))
                 found = controller;
-    takeControl(found);
+    const bool staysWithController = !found && mController && controllers().values().contains(mController);
+    if (!staysWithController)
+        takeControl(found);
 }
 
 void QLPreviewPanel::takeControl(QLPreviewPanelController* controller) {
@@ -221,8 +234,8 @@ void QLPreviewPanel::setCurrentPreviewItemIndex(int index) {
 }
 
 void QLPreviewPanel::refreshCurrentPreviewItem() {
-    mPath.clear();
-    setCurrentPreviewItemIndex(mIndex);
+    if (!mPath.isEmpty())
+        read();
 }
 
 void QLPreviewPanel::updateControls() {
@@ -230,11 +243,20 @@ void QLPreviewPanel::updateControls() {
     const QString title = mPath.isEmpty() ? u"Preview"_s : given.isEmpty() ? displayNameOfFile(mPath) : given;
     setWindowTitle(title);
     mTitle->setText(mItems > 1 ? u"%1 (%2 of %3)"_s.arg(title).arg(mIndex + 1).arg(mItems) : title);
-    mOpen->setEnabled(!mPath.isEmpty());
     for (auto [button, isPossible] : {std::pair(mPrevious, mIndex > 0), std::pair(mNext, mIndex < mItems - 1)}) {
         button->setVisible(mItems > 1);
         button->setEnabled(isPossible);
     }
+}
+
+void QLPreviewPanel::updateOpenButton() {
+    constexpr int kWidestName = 140; // points
+    const QString& program = mContents.facts.opener;
+    const QString label = u"Open with “%1”"_s;
+    const QString shown = fontMetrics().elidedText(program, Qt::ElideMiddle, kWidestName);
+    mOpen->setText(program.isEmpty() ? u"Open"_s : label.arg(QString(shown).replace(u'&', u"&&"_s)));
+    mOpen->setAccessibleName(program.isEmpty() ? u"Open"_s : label.arg(program));
+    mOpen->setToolTip(shown == program ? QString() : label.arg(program));
 }
 
 void QLPreviewPanel::showFile(const QString& path) {
@@ -242,32 +264,51 @@ void QLPreviewPanel::showFile(const QString& path) {
         return;
     mPath = path;
     mContents = {};
-    mHasPictures = false;
+    mWatch.watch(mPath);
     mNotice->hide();
+    mOpen->setEnabled(!mPath.isEmpty());
     if (mPath.isEmpty()) {
         mLoader.cancel();
+        mIsReading = false;
         mPatience.stop();
         mView->showMessage(mIsOrderedIn ? u"Nothing is selected."_s : QString());
+        updateOpenButton();
         return;
     }
     mPatience.start();
+    read();
+}
+
+void QLPreviewPanel::read() {
+    mIsReading = true;
+    mIsOutdated = false;
     const double ratio = devicePixelRatioF();
     mLoader.load(mPath, screen()->size() * ratio, kPage * ratio);
 }
 
+void QLPreviewPanel::finish() {
+    mPatience.stop();
+    mIsReading = false;
+    Q_EMIT previewFinished();
+    if (mIsOutdated && !mIsReading)
+        refreshCurrentPreviewItem();
+}
+
 void QLPreviewPanel::showContents(const PreviewContents& contents) {
     mContents = contents;
+    mHasPictures = false;
     mView->showContents(contents);
+    mNotice->hide();
+    mOpen->setEnabled(contents.facts.exists());
+    updateOpenButton();
     if (contents.kind == PreviewKind::Picture || contents.kind == PreviewKind::Pages)
         return;
-    mPatience.stop();
     mNotice->setText(u"Only the beginning of the text is shown."_s);
     mNotice->setVisible(contents.isCut);
-    Q_EMIT previewFinished();
+    finish();
 }
 
 void QLPreviewPanel::picturesEnded(PictureStream::End end) {
-    mPatience.stop();
     const bool isPages = mContents.kind == PreviewKind::Pages;
     if (!mHasPictures) {
         const QString reason = end == PictureStream::End::tooLarge ? u"It is too large to be shown here."_s
@@ -278,7 +319,7 @@ void QLPreviewPanel::picturesEnded(PictureStream::End end) {
         mNotice->setText(isPages ? u"Only the first pages are shown."_s : QString());
         mNotice->setVisible(isPages);
     }
-    Q_EMIT previewFinished();
+    finish();
 }
 
 void QLPreviewPanel::openItem() {

@@ -2,12 +2,14 @@
 // QLPreviewPanel: the one window of a process in which files can be looked at without being opened.
 // One decision: the panel belongs to whoever has the keyboard. It asks the widgets from the one with the focus up to the window for a
 // controller that accepts it, each time it is brought to the front and each time the focus moves outside it; that controller says what is
-// shown.
+// shown. Where nobody accepts it, the controller of before keeps it.
+// A file that changes on the disk is read again.
 // Keys: Escape closes it, the left and right arrows page where there are several items, the delegate has the others; what it does not want
 // closes (space) or scrolls.
 // Main thread only.
 #pragma once
 
+#include "platform/preview/FileWatch.h"
 #include "platform/preview/PanelZoom.h"
 #include "platform/preview/PreviewLoader.h"
 #include "platform/preview/QLPreviewItem.h"
@@ -39,7 +41,7 @@ public:
 
     /// Null when nobody controls the panel.
     QLPreviewPanelController* currentController() const { return mController; }
-    /// Asks the responders anew.
+    /// Asks the responders anew. When none of them accepts, the current controller stays as long as it has a responder.
     void updateController();
 
     /// Not owned; null: nothing to show.
@@ -57,7 +59,7 @@ public:
 
     /// Asks the data source how many items there are and shows the current one; a file that is shown already is not read again.
     void reloadData();
-    /// Reads the file of the current item again.
+    /// Reads the file of the current item again. What is shown of it stays until then.
     void refreshCurrentPreviewItem();
     /// -1 when there is no item.
     int currentPreviewItemIndex() const { return mItems > 0 ? mIndex : -1; }
@@ -91,6 +93,10 @@ private:
     void updateControls();
     /// An empty path shows that there is none.
     void showFile(const QString& path);
+    void read();
+    void finish();
+    /// With the program that it leads to, as far as that is known.
+    void updateOpenButton();
     void showContents(const PreviewContents& contents);
     void picturesEnded(PictureStream::End end);
     void openItem();
@@ -110,8 +116,11 @@ private:
     bool mIsOrderedIn = false;
     bool mWasPlaced = false;
     bool mHasPictures = false; // of the current item
+    bool mIsReading = false;
+    bool mIsOutdated = false; // the file has changed while it is being read
     PreviewContents mContents; // of the current item, when they have come
     PreviewLoader mLoader;
+    FileWatch mWatch;
     PanelZoom mZoom;
     QTimer mPatience; // runs while what was shown before may stay
     ElidedLabel* mTitle;

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/DefaultApplication.h"
+
+#include "platform/foundation/DesktopEntry.h"
+
+#include <QFileInfo>
+#include <QMimeDatabase>
+#include <QStandardPaths>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::size_t kLargestList = std::size_t(4) << 20; // bytes
+
+QStringList applicationFolders() {
+    return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
+}
+
+/// The lists that may say something, the strongest first: the user's before the system's, that of the desktop in use before the one for
+/// all.
+QStringList associationLists() {
+    QStringList prefixes;
+    for (const QString& desktop : qEnvironmentVariable("XDG_CURRENT_DESKTOP").toLower().split(u':', Qt::SkipEmptyParts))
+        if (!desktop.contains(u'/'))
+            prefixes << desktop + u'-';
+    prefixes << QString();
+    QStringList lists;
+    for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation) + applicationFolders())
+        for (const QString& prefix : std::as_const(prefixes))
+            lists << folder + u'/' + prefix + u"mimeapps.list"_s;
+    return lists;
+}
+
+/// The path of an installed entry, whose dashes may stand for folders; empty when there is none.
+QString entryPath(const QString& identifier) {
+    if (identifier.contains(u'/') || !identifier.endsWith(".desktop"_L1))
+        return {};
+    for (const QString& folder : applicationFolders()) {
+        QString below = identifier;
+        for (;;) {
+            const QString path = folder + u'/' + below;
+            if (QFileInfo(path).isFile())
+                return path;
+            const qsizetype dash = below.indexOf(u'-');
+            if (dash < 0)
+                break;
+            below[dash] = u'/';
+        }
+    }
+    return {};
+}
+
+/// Empty for what is not installed or cannot be started.
+QString nameOfApplication(const QString& identifier) {
+    const QString path = entryPath(identifier);
+    const auto entry = path.isEmpty() ? std::nullopt : desktopEntryValues(path);
+    if (!entry || entry->value(u"Type"_s) != "Application"_L1 || entry->value(u"Hidden"_s) == "true"_L1)
+        return {};
+    const QString program = entry->value(u"TryExec"_s);
+    const bool isThere = program.isEmpty() || !QStandardPaths::findExecutable(program).isEmpty();
+    return isThere ? localizedDesktopEntryValue(*entry, u"Name"_s) : QString();
+}
+
+QStringList identifiers(const DesktopEntryValues& group, const QString& type) {
+    return group.value(type).split(u';', Qt::SkipEmptyParts);
+}
+
+QString firstName(const QStringList& applications, const QStringList& except = {}) {
+    for (const QString& identifier : applications)
+        if (!except.contains(identifier))
+            if (const QString name = nameOfApplication(identifier); !name.isEmpty())
+                return name;
+    return {};
+}
+
+struct Associations {
+    DesktopEntryValues defaults, added, removed;
+};
+
+class Desktop {
+public:
+    Desktop() {
+        for (const QString& list : associationLists())
+            if (QFileInfo(list).isFile())
+                mLists.push_back({desktopFileGroup(list, u"Default Applications"_s, kLargestList),
+                                  desktopFileGroup(list, u"Added Associations"_s, kLargestList),
+                                  desktopFileGroup(list, u"Removed Associations"_s, kLargestList)});
+        for (const QString& folder : applicationFolders())
+            mCaches.push_back(desktopFileGroup(folder + u"/mimeinfo.cache"_s, u"MIME Cache"_s, kLargestList));
+    }
+
+    QString defaultFor(const QString& type) const {
+        for (const Associations& list : mLists)
+            if (const QString name = firstName(identifiers(list.defaults, type)); !name.isEmpty())
+                return name;
+        QStringList removed;
+        for (const Associations& list : mLists) {
+            if (const QString name = firstName(identifiers(list.added, type), removed); !name.isEmpty())
+                return name;
+            removed += identifiers(list.removed, type);
+        }
+        for (const DesktopEntryValues& cache : mCaches)
+            if (const QString name = firstName(identifiers(cache, type), removed); !name.isEmpty())
+                return name;
+        return {};
+    }
+
+private:
+    QList<Associations> mLists;
+    QList<DesktopEntryValues> mCaches;
+};
+
+} // namespace
+
+QString defaultApplicationOfFile(const QString& path) {
+    const QMimeType type = QMimeDatabase().mimeTypeForFile(path);
+    const Desktop desktop;
+    for (const QString& name : QStringList{type.name()} + type.allAncestors())
+        if (const QString application = desktop.defaultFor(name); !application.isEmpty())
+            return application;
+    return {};
+}
+
+} // namespace quoddle
