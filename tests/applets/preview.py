@@ -54,7 +54,8 @@ class List:
 
     def __init__(self, case, *options):
         self.case, self.name = case, "Files"
-        environment = dict(case.display.environment, HOME=str(case.folder), XDG_CONFIG_HOME=str(case.folder / "config"))
+        environment = dict(case.display.environment, HOME=str(case.folder), XDG_CONFIG_HOME=str(case.folder / "config"),
+                           XDG_DATA_HOME=str(case.folder / "data"))
         self.process = subprocess.Popen([harness.binaries() / "previewlist", *options, *[case.folder / name for name in ORDER]], env=environment)
         case.addCleanup(self.kill)
         until(lambda: self.active() == "Files", "the list to have the keyboard")
@@ -75,6 +76,10 @@ class Preview(accessibility.AccessibleCase):
         for name, contents in FILES.items():
             (self.folder / name).write_bytes(contents)
         (self.folder / "Folder" / "inside").mkdir(parents=True)
+        for file, content in {"data/applications/viewer.desktop": "[Desktop Entry]\nType=Application\nName=Image Viewer\nExec=true\n",
+                              "config/mimeapps.list": "[Default Applications]\nimage/png=viewer.desktop\n"}.items():
+            (self.folder / file).parent.mkdir(parents=True, exist_ok=True)
+            (self.folder / file).write_text(content)
 
     def open(self, *options):
         self.applet = List(self, *options)
@@ -91,7 +96,7 @@ class Preview(accessibility.AccessibleCase):
     def test_every_kind_by_keyboard(self):
         self.open()
         self.find("Picture")
-        for name in ("Close", "Open"):
+        for name in ("Close", "Open with “Image Viewer”"):
             self.find(name, "push button")
         self.assertIsNone(self.shown("Next"))
         self.picture("picture")
@@ -120,6 +125,17 @@ class Preview(accessibility.AccessibleCase):
         self.applet.becomes_active("picture.png")
         self.applet.xdotool("key", "Escape")
         self.applet.becomes_active("Files")
+
+    def test_a_file_changes_while_it_is_looked_at(self):
+        self.open()
+        self.find("Picture")
+        (self.folder / "new").write_bytes(b"no picture")
+        (self.folder / "new").rename(self.folder / ORDER[0])
+        self.find("The picture cannot be shown.", "label")
+        (self.folder / ORDER[0]).unlink()
+        self.find("The file is not there any more.", "label")
+        self.picture("gone")
+        self.assertEqual(self.applet.active(), ORDER[0])
 
     def test_moved_and_made_larger_with_the_pointer(self):
         self.open()

@@ -2,6 +2,7 @@
 #include "platform/preview/QLPreviewPanel.h"
 
 #include "platform/appkit/Appearance.h"
+#include "platform/appkit/DrawnIcon.h"
 #include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/KeyRepetition.h"
 #include "platform/appkit/NSApplication.h"
@@ -43,11 +44,18 @@ QHash<const QObject*, QLPreviewPanelController*>& controllers() {
     return all;
 }
 
-QToolButton* makeToolButton(const QString& name, QStyle::StandardPixmap icon, QWidget* parent) {
+/// The toolkit's own sign is black, whatever is around it.
+void paintCross(QPainter& painter) {
+    painter.setPen(QPen(QApplication::palette().color(QPalette::ButtonText), 6, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(16, 16, 48, 48);
+    painter.drawLine(48, 16, 16, 48);
+}
+
+QToolButton* makeToolButton(const QString& name, const QIcon& icon, QWidget* parent) {
     auto* button = new QToolButton(parent);
     button->setAccessibleName(name);
     button->setToolTip(name);
-    button->setIcon(parent->style()->standardIcon(icon, nullptr, parent));
+    button->setIcon(icon);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     return button;
@@ -92,10 +100,12 @@ QLPreviewPanel::~QLPreviewPanel() {
 }
 
 void QLPreviewPanel::buildControls() {
-    auto* closeButton = makeToolButton(u"Close"_s, QStyle::SP_TitleBarCloseButton, this);
+    auto* closeButton = makeToolButton(u"Close"_s, makeDrawnIcon(paintCross), this);
     const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
-    mPrevious = makeToolButton(u"Previous"_s, isRightToLeft ? QStyle::SP_ArrowRight : QStyle::SP_ArrowLeft, this);
-    mNext = makeToolButton(u"Next"_s, isRightToLeft ? QStyle::SP_ArrowLeft : QStyle::SP_ArrowRight, this);
+    const QIcon left = style()->standardIcon(QStyle::SP_ArrowLeft, nullptr, this);
+    const QIcon right = style()->standardIcon(QStyle::SP_ArrowRight, nullptr, this);
+    mPrevious = makeToolButton(u"Previous"_s, isRightToLeft ? right : left, this);
+    mNext = makeToolButton(u"Next"_s, isRightToLeft ? left : right, this);
     mTitle = new ElidedLabel(this);
     mTitle->setAlignment(Qt::AlignCenter);
     mTitle->setElideMode(Qt::ElideMiddle);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Who controls the panel, what it shows of that, and what keys do in it.
+#include "platform/appkit/Appearance.h"
 #include "platform/foundation/OwnDesktop.h"
 #include "platform/preview/PreviewFiles.h"
 #include "platform/preview/QLPreviewPanel.h"
@@ -248,6 +249,24 @@ TEST_F(QLPreviewPanelTest, SaysWhichProgramOpensTheFile) {
     EXPECT_EQ(button->toolTip(), name());
     panel().setCurrentPreviewItemIndex(2);
     EXPECT_TRUE(QTest::qWaitFor([&] { return name() == u"Open"_s; }, kPatience));
+}
+
+TEST_F(QLPreviewPanelTest, ItsCloseSignStandsOutInLightAndDark) {
+    open();
+    for (const bool isDark : {true, false}) {
+        Appearance::setWantsDark(isDark);
+        QCoreApplication::processEvents();
+        const auto buttons = panel().findChildren<QToolButton*>();
+        const auto close = std::find_if(buttons.begin(), buttons.end(), [](auto* each) { return each->accessibleName() == u"Close"_s; });
+        ASSERT_NE(close, buttons.end());
+        const QImage picture = (*close)->grab().toImage();
+        int clear = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                clear += std::abs(qGray(picture.pixel(x, y)) - qGray(picture.pixel(1, 1))) > 120;
+        EXPECT_GT(clear, 12) << (isDark ? "dark" : "light");
+        EXPECT_EQ(qGray(picture.pixel(1, 1)) < 128, isDark);
+    }
 }
 
 TEST_F(QLPreviewPanelTest, ControllersMayGo) {
