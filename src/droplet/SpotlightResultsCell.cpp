@@ -28,6 +28,8 @@ constexpr double kNameHeight = 20;
 constexpr double kNameSize = 13;
 constexpr double kFolderSize = 10;
 
+constexpr double kReadable = 4; // contrast ratio of the notes to the selection
+
 const QColor kMatchColor = QColor::fromRgbF(0.556f, 0.979f, 0.0f);
 
 QFont systemFont(double points) {
@@ -45,8 +47,18 @@ QString abbreviatedFolder(const QString& path) {
     return folder.startsWith(home + u'/') ? u'~' + folder.mid(home.size()) : folder;
 }
 
-/// Names keep their colour in a selected row: a selection on which they would be hard to read is darker or lighter than the palette has it,
-/// as little as will do.
+/// From 1 for the same to 21 for black and white, as guidelines for readable texts have it.
+double contrastRatio(const QColor& a, const QColor& b) {
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    };
+    const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
+    return (light + 0.05) / (dark + 0.05);
+}
+
+/// Names keep their colour in a selected row: a selection on which they, or the notes, would be hard to read is darker or lighter than the
+/// palette has it, as little as will do.
 QColor selectionColor(const QColor& highlight, const QColor& label) {
     const QColor contrast = contrastingLabelColor(label);
     const auto mixed = [&](double share) {
@@ -54,9 +66,12 @@ QColor selectionColor(const QColor& highlight, const QColor& label) {
                                 static_cast<float>(std::lerp(highlight.greenF(), contrast.greenF(), share)),
                                 static_cast<float>(std::lerp(highlight.blueF(), contrast.blueF(), share)));
     };
+    const auto isReadable = [&](const QColor& color) {
+        return contrastingLabelColor(color) != contrast && contrastRatio(color, contrastingLabelNoteColor(color)) >= kReadable;
+    };
     double share = 0;
-    while (share < 1 && contrastingLabelColor(mixed(share)) == contrast)
-        share += 0.02;
+    while (share < 1 && !isReadable(mixed(share)))
+        share = std::min(share + 0.02, 1.0);
     return mixed(share);
 }
 
@@ -84,7 +99,9 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     const bool isHighlighted = row.state & QStyle::State_Selected;
     const QPalette::ColorGroup group = row.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
     const QColor label = row.palette.color(group, QPalette::Text);
-    const QColor highlight = selectionColor(row.palette.color(group, QPalette::Highlight), label);
+    QColor highlight = row.palette.color(group, QPalette::Highlight);
+    if (isHighlighted)
+        highlight = selectionColor(highlight, label);
     row.palette.setColor(group, QPalette::Highlight, highlight);
     const QStyle* style = row.widget ? row.widget->style() : QApplication::style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &row, painter, row.widget);

@@ -37,8 +37,8 @@ void DescriptionView::setDescription(const QString& path) {
     description->setUndoRedoEnabled(false);
     const OSStatus status = readRichText(path, *description);
     if (status == memFullErr)
-        description->setPlainText(tr("The description is not shown: it is larger than %1.")
-                                      .arg(locale().formattedDataSize(kLargestRichText, 0)));
+        description->setPlainText(
+            tr("The description is not shown: it is larger than %1.").arg(locale().formattedDataSize(kLargestRichText, 0)));
     if (description->isEmpty())
         return;
     const QPointer<QTextDocument> before = document(); // the first one, of the view's own making, goes by itself

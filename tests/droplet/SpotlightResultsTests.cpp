@@ -84,8 +84,11 @@ TEST(SpotlightResults, ANameKeepsItsColorInASelectedRowWhereItCanBeRead) {
         const char* name;
         QColor text, highlightedText, highlight;
     } rows[] = {
-        {"light", {20, 0, 0}, Qt::green, {48, 140, 198}},      {"light with a dark selection", Qt::black, Qt::green, {0, 0, 128}},
-        {"light with a black selection", Qt::black, Qt::green, Qt::black}, {"dark", {250, 250, 255}, Qt::green, {48, 140, 198}},
+        {"light", {20, 0, 0}, Qt::green, {170, 210, 235}},
+        {"light with a middling selection", {20, 0, 0}, Qt::green, {48, 140, 198}},
+        {"light with a dark selection", Qt::black, Qt::green, {0, 0, 128}},
+        {"light with a black selection", Qt::black, Qt::green, Qt::black},
+        {"dark", {250, 250, 255}, Qt::green, {48, 140, 198}},
         {"dark with a white selection", Qt::white, Qt::green, Qt::white},
     };
     SpotlightResultsController controller;

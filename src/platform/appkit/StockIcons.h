@@ -14,8 +14,8 @@ namespace quoddle {
 QIcon iconForFileType(FourCharCode type);
 /// Several sheets of paper, one behind the other.
 QIcon multipleDocumentsIcon();
-/// The picture or icon of a file, by its content; a null icon, and a line in the log, when there is none in it. Pictures that are too large for
-/// any use as an icon are not read.
+/// The picture or icon of a file, by its content; a null icon, and a line in the log, when there is none in it. Pictures that are too large
+/// for any use as an icon are not read.
 QIcon iconFromImageFile(const QString& path);
 /// At most so many points wide and high, in its own proportions.
 QPixmap pixmapForIcon(const QIcon& icon, int points, double devicePixelRatio);

@@ -32,10 +32,10 @@ namespace {
 
 constexpr QSize kSize(680, 540); // points, at first
 constexpr QSize kSmallest(320, 240);
-constexpr int kEdge = 6;          // points at the border that change the size
+constexpr int kEdge = 6;            // points at the border that change the size
 constexpr int kMostSearched = 1000; // items among which the one that is shown is looked for
-constexpr int kPatience = 150;    // milliseconds for which the last file is still shown
-constexpr QSize kPage(760, 1075); // points; wide enough for a panel that has been made larger
+constexpr int kPatience = 150;      // milliseconds for which the last file is still shown
+constexpr QSize kPage(760, 1075);   // points; wide enough for a panel that has been made larger
 
 QLPreviewPanel* sharedPanel = nullptr;
 

@@ -117,7 +117,7 @@ private:
     bool mWasPlaced = false;
     bool mHasPictures = false; // of the current item
     bool mIsReading = false;
-    bool mIsOutdated = false; // the file has changed while it is being read
+    bool mIsOutdated = false;  // the file has changed while it is being read
     PreviewContents mContents; // of the current item, when they have come
     PreviewLoader mLoader;
     FileWatch mWatch;

@@ -21,7 +21,9 @@ namespace {
 
 class RichTextTest : public test::TemporaryFiles {
 protected:
-    bool read(const QByteArray& body) { return readRichText(write(u"t.rtf"_s, "{\\rtf1\\ansi\\ansicpg1252" + body + "}"), document) == noErr; }
+    bool read(const QByteArray& body) {
+        return readRichText(write(u"t.rtf"_s, "{\\rtf1\\ansi\\ansicpg1252" + body + "}"), document) == noErr;
+    }
     QTextCharFormat formatOf(const QString& text) { return document.find(text).charFormat(); }
 
     QTextDocument document;

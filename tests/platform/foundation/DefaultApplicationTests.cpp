@@ -40,7 +40,8 @@ TEST_F(DefaultApplicationTest, TheStrongestListDecides) {
         {u"config/mimeapps.list"_s, "[Removed Associations]\nimage/png=mine.desktop;\n", u"Image Viewer"_s},
         {u"config/mimeapps.list"_s, "[Added Associations]\nimage/png=kde-editor.desktop;viewer.desktop;\n", u"Editor"_s},
         {u"etc/mimeapps.list"_s, "[Default Applications]\nimage/png=../viewer.desktop;/viewer.desktop;viewer.desktop\n", u"Image Viewer"_s},
-        {u"config/mimeapps.list"_s, "[Other]\nimage/png=viewer.desktop\n[Default Applications]\nimage/png=mine.desktop\n", u"Mine & Only"_s},
+        {u"config/mimeapps.list"_s, "[Other]\nimage/png=viewer.desktop\n[Default Applications]\nimage/png=mine.desktop\n",
+         u"Mine & Only"_s},
         {u"config/quux-mimeapps.list"_s, "[Default Applications]\nimage/png=kde-editor.desktop\n", u"Editor"_s},
     };
     qputenv("XDG_CURRENT_DESKTOP", "Quux:../bad");

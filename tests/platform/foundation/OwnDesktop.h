@@ -38,7 +38,8 @@ public:
     }
     /// A program called NAME, in FOLDER/applications.
     void install(const QString& folder, const QString& identifier, const QByteArray& name, const QByteArray& more = {}) const {
-        write(folder + QStringLiteral("/applications/") + identifier, "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n" + more);
+        write(folder + QStringLiteral("/applications/") + identifier,
+              "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n" + more);
     }
 
 private:
