@@ -210,7 +210,7 @@ TEST(Applet, RunsFromItsButtonShowsProgressAndEndsByItsQuitButton) {
         return run.workUntilStopped();
     };
     QStringList seen;
-    when([] { return visibleButton(u"Run"_s) != nullptr; },
+    when([] { return visibleButton(u"Run"_s) && visibleButton(u"Run"_s)->isActiveWindow(); }, // which comes a moment later
          [&] {
              seen << u"startup"_s;
              QTest::keyClick(shell.controller->window(), Qt::Key_Return);
