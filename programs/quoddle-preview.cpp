@@ -17,6 +17,7 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPainter>
 #ifdef QUODDLE_HAS_QTPDF
@@ -67,20 +68,24 @@ bool write(const QImage& image) {
 
 /// The largest one of those that the file has; an icon has several sizes.
 End writePicture(const QString& path, QSize largest) {
-    ImageFile file(path);
-    const int count = std::min(file.count(), kMostPictures); // it cannot go back among them
+    constexpr qint64 kMostBytes = ImageFile::kMostBytesOfPhotograph;
+    if (QFileInfo(path).size() > kMostBytes)
+        return End::tooLarge;
+    std::optional<ImageFile> file(std::in_place, path, kMostBytes);
+    const int count = std::min(file->count(), kMostPictures);
     int best = 0;
     qint64 mostPixels = -1;
-    for (int i = 0; i < count && file.select(i); ++i) {
-        const QSize size = file.size();
+    for (int i = 0; i < count && file->select(i); ++i) {
+        const QSize size = file->size();
         const qint64 pixels = qint64{size.width()} * size.height();
         if (pixels > mostPixels) {
             mostPixels = pixels;
             best = i;
         }
     }
-    ImageFile chosen(path);
-    const QImage picture = chosen.select(best) ? chosen.read(largest) : QImage();
+    if (count > 1)
+        file.emplace(path, kMostBytes); // it cannot go back among its pictures
+    const QImage picture = file->select(best) ? file->read(largest) : QImage();
     if (picture.isNull())
         return mostPixels > (qint64{ImageFile::kMostMegabytes} << 20) / 4 ? End::tooLarge : End::unreadable;
     write(picture);

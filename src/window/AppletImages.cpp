@@ -53,7 +53,7 @@ QImage AppletImages::imageNamed(const QString& name) {
 }
 
 QImage AppletImages::imageFile(const QString& path) {
-    ImageFile file(path);
+    ImageFile file(path, ImageFile::kMostBytesOfPhotograph);
     return largestPicture(file, path);
 }
 

@@ -16,12 +16,13 @@ using test::Shell;
 
 namespace {
 
+/// As large a file as such a picture can make.
 QByteArray png(QSize size, QImage::Format format) {
     QImage image(size, format);
     image.fill(Qt::red);
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "png", 60));
+    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly) && image.save(&buffer, "png", 100));
     return bytes;
 }
 
@@ -45,7 +46,7 @@ TEST(AppletImages, AreShownWhereTheirSizeMakesSense) {
         {u"large.ppm"_s, bomb("16000", "16000"), u"it has 16000 × 16000 pixels, which take more than 256 MiB"_s},
         {u"text.png"_s, "text", u"it cannot be decoded (Unsupported image format)"_s},
         {u"empty.png"_s, "", u"it is empty"_s},
-        {u"endless.png"_s, QByteArray((64 << 20) + 1, 'x'), u"it is larger than 64 MiB"_s},
+        {u"endless.png"_s, QByteArray((192 << 20) + 1, 'x'), u"it is larger than 192 MiB"_s},
         {u"drawing.svg"_s, "<svg xmlns='http://www.w3.org/2000/svg'><image href='/etc/hosts'/></svg>",
          u"it is a drawing that is damaged or refers to other files"_s},
     };

@@ -13,9 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 kMaximumSize = qint64{64} << 20;
-constexpr int kMaximumExtent = 16384;
-const QString kTooManyBytes = u"it is larger than 64 MiB"_s;
+constexpr int kMaximumExtent = 16384; // pixels
 
 bool refersToItself(const QXmlStreamAttribute& attribute) {
     const QStringView value = attribute.value().trimmed();
@@ -60,28 +58,32 @@ qint64 bytesWhileDecoding(QSize size, QImage::Format format) {
     return qint64{size.width()} * size.height() * std::max(bits, kFewestBits) / 8;
 }
 
+QString tooManyBytes(qint64 most) {
+    return u"it is larger than %1 MiB"_s.arg(most >> 20);
+}
+
 /// Empty when the file is none or too large: `problem` says so.
-QByteArray bytesOfRegularFile(const QString& path, QString& problem) {
-    const auto bytes = bytesOfFile(path, kMaximumSize);
+QByteArray bytesOfRegularFile(const QString& path, qint64 mostBytes, QString& problem) {
+    const auto bytes = bytesOfFile(path, mostBytes);
     if (bytes)
         return *bytes;
-    problem = bytes.error() == memFullErr ? kTooManyBytes : u"it cannot be read (error %1)"_s.arg(bytes.error());
+    problem = bytes.error() == memFullErr ? tooManyBytes(mostBytes) : u"it cannot be read (error %1)"_s.arg(bytes.error());
     return {};
 }
 
 } // namespace
 
-ImageFile::ImageFile(const QString& path) {
-    open(bytesOfRegularFile(path, mProblem), QFileInfo(path).suffix());
+ImageFile::ImageFile(const QString& path, qint64 mostBytes) {
+    open(bytesOfRegularFile(path, mostBytes, mProblem), QFileInfo(path).suffix(), mostBytes);
 }
 
 ImageFile::ImageFile(const QByteArray& bytes, const QString& suffix) {
-    open(bytes, suffix);
+    open(bytes, suffix, kMostBytes);
 }
 
-void ImageFile::open(const QByteArray& bytes, const QString& suffix) {
-    if (bytes.size() > kMaximumSize)
-        mProblem = kTooManyBytes;
+void ImageFile::open(const QByteArray& bytes, const QString& suffix, qint64 mostBytes) {
+    if (bytes.size() > mostBytes)
+        mProblem = tooManyBytes(mostBytes);
     else if (bytes.isEmpty() && mProblem.isEmpty())
         mProblem = u"it is empty"_s;
     if (!mProblem.isEmpty())

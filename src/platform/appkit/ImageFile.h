@@ -12,9 +12,13 @@ namespace quoddle {
 
 class ImageFile {
 public:
-    /// A file that is no regular one, larger than 64 MiB or a drawing that refers to other files has no pictures.
-    explicit ImageFile(const QString& path);
-    /// The same for what a file with that suffix would hold.
+    /// What an icon or a small picture may take, and what a photograph may: 24 million pixels of 16 bits a colour hardly become less.
+    static constexpr qint64 kMostBytes = qint64{64} << 20;
+    static constexpr qint64 kMostBytesOfPhotograph = qint64{192} << 20;
+
+    /// A file that is no regular one, larger than `mostBytes` or a drawing that refers to other files has no pictures.
+    explicit ImageFile(const QString& path, qint64 mostBytes = kMostBytes);
+    /// The same for what a file with that suffix would hold, of at most `kMostBytes`.
     explicit ImageFile(const QByteArray& bytes, const QString& suffix = {});
 
     /// At least 1.
@@ -33,7 +37,7 @@ public:
     static constexpr int kMostMegabytes = 256;
 
 private:
-    void open(const QByteArray& bytes, const QString& suffix);
+    void open(const QByteArray& bytes, const QString& suffix, qint64 mostBytes);
 
     QString mProblem;
     QByteArray mBytes;

@@ -68,12 +68,15 @@ TEST_F(PictureProcessTest, WhatCannotBeShownIsSaidSo) {
     QFile whole(picture(u"whole.png"_s, {200, 200}));
     ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
     const QByteArray cut = whole.readAll().left(60);
+    QFile large(folder.filePath(u"large.png"_s));
+    ASSERT_TRUE(large.open(QIODevice::WriteOnly) && large.resize(qint64{200} << 20));
     struct Row {
         QString path;
         End end;
     };
     for (const Row& row : std::initializer_list<Row>{{write(u"bomb.gif"_s, bomb), End::tooLarge},
                                                      {write(u"cut.png"_s, cut), End::unreadable},
+                                                     {large.fileName(), End::tooLarge},
                                                      {write(u"empty.png"_s, ""), End::unreadable},
                                                      {folder.path(), End::unreadable},
                                                      {folder.filePath(u"missing.png"_s), End::unreadable}}) {
