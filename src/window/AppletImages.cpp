@@ -14,10 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int kMostPictures = 64; // of one file are looked at
+
 // Pixels.
 constexpr int kExtent = 512;      // more than any pane shows
 constexpr int kDrawnExtent = 192; // what the drop zone shows at twice the scale; drawing more delays the first window
-constexpr int kMostPictures = 64; // of one file are looked at
 
 /// The largest of the pictures in a file. A file without any is told of by `name`.
 QImage largestPicture(ImageFile& file, const QString& name) {
