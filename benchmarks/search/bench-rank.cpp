@@ -1,42 +1,24 @@
 // SPDX-License-Identifier: MIT
-// Ranks names as the search pane of a droplet ranks its hits, on one thread: where the term is in the name, whether that is good enough,
-// how good it is, and the order of the hits.
+// Ranks the names of an index as a search in it and the search pane of a droplet rank them, on one thread: which names have the term well
+// enough, how good each is, and the order of these.
 //
 //   bench-rank make FILE COUNT     names, one a line
-//   bench-rank rank FILE TERM…     TERM.time in milliseconds, reading the file not counted; TERM.count: how many were kept
+//   bench-rank rank FILE TERM…     TERM.time in milliseconds, making the index not counted; TERM.found: those of it that passed before the
+//                                  hits were put into their order; TERM.count: how many were kept
 #include "Names.h"
 #include "platform/base/Text.h"
-#include "platform/search/ranking/NameScore.h"
+#include "platform/search/index/NameRanking.h"
+#include "platform/search/ranking/RankOrder.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <sstream>
 #include <vector>
 
 using namespace quoddle;
 
 namespace {
-
-/// The first eight characters of a name in an order that the name's own order does not contradict.
-std::uint64_t beginningOf(std::u16string_view name) {
-    std::uint64_t beginning = 0;
-    bool isExact = true;
-    for (std::size_t i = 0; i < 8; ++i) {
-        const std::uint64_t unit = isExact && i < name.size() ? std::min<char16_t>(name[i], 0xFF) : 0;
-        isExact = isExact && unit < 0xFF;
-        beginning = beginning << 8 | unit;
-    }
-    return beginning;
-}
-
-struct Hit {
-    double relevance;
-    std::uint64_t beginning;
-    std::size_t name;
-};
 
 int make(const char* path, int count) {
     Names names;
@@ -46,37 +28,38 @@ int make(const char* path, int count) {
     return file.good() ? 0 : 1;
 }
 
-std::vector<Hit> rank(const std::vector<std::u16string_view>& names, std::u16string_view term) {
-    SpreadTerm spread(term);
-    const TermCounts counts{1, term.size()};
-    std::vector<Hit> hits;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const NameRanges ranges = spread.rangesIn(names[i]);
-        if (isUsableMatch(ranges, counts))
-            hits.push_back({matchRelevance(ranges, counts, names[i].size()), beginningOf(names[i]), i});
-    }
-    std::sort(hits.begin(), hits.end(), [&names](const Hit& a, const Hit& b) {
-        if (a.relevance != b.relevance)
-            return a.relevance > b.relevance;
-        return a.beginning != b.beginning ? a.beginning < b.beginning : names[a.name] < names[b.name];
+using Clock = std::chrono::steady_clock;
+
+double milliseconds(Clock::duration time) {
+    return std::chrono::duration<double, std::milli>(time).count();
+}
+
+bool rank(const FileNames& names, const std::string& term) {
+    const auto begin = Clock::now();
+    const std::unique_ptr<NameRanking> ranking = NameRanking::make(utf16FromUTF8(term));
+    if (!ranking)
+        return false;
+    std::vector<Ranked<char>> hits;
+    ranking->forEachUsable(names, 0, names.entryCount(), [&](FileNames::Entry entry, double relevance) {
+        hits.push_back({rankNumber(relevance), names.name(entry), entry});
+        return true;
     });
-    return hits;
+    const auto found = Clock::now();
+    RankSort{std::span(hits)};
+    std::printf("%s.time %f\n%s.found %f\n%s.count %zu\n", term.c_str(), milliseconds(Clock::now() - begin), term.c_str(),
+                milliseconds(found - begin), term.c_str(), hits.size());
+    return true;
 }
 
 int rankAll(const char* path, int terms, char** term) {
-    std::ostringstream bytes;
-    bytes << std::ifstream(path).rdbuf();
-    const std::u16string text = utf16FromUTF8(bytes.str());
-    std::vector<std::u16string_view> names;
-    for (std::size_t begin = 0, end; (end = text.find(u'\n', begin)) != text.npos; begin = end + 1)
-        names.push_back(std::u16string_view(text).substr(begin, end - begin));
-    for (int i = 0; i < terms; ++i) {
-        const auto begin = std::chrono::steady_clock::now();
-        const std::size_t kept = rank(names, utf16FromUTF8(term[i])).size();
-        const std::chrono::duration<double, std::milli> time = std::chrono::steady_clock::now() - begin;
-        std::printf("%s.time %f\n%s.count %zu\n", term[i], time.count(), term[i], kept);
-    }
-    return names.empty() ? 1 : 0;
+    FileNames names;
+    std::ifstream file(path);
+    for (std::string name; std::getline(file, name);)
+        names.add(FileNames::kTop, name, false);
+    for (int i = 0; i < terms; ++i)
+        if (!rank(names, term[i]))
+            return 1;
+    return names.entryCount() == 0;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "platform/base/TextArgument.h"
 #include "platform/foundation/FileTypes.h"
 #include "platform/search/ranking/NameScore.h"
+#include "platform/search/ranking/SpreadTerm.h"
 #include "runtime/AppDelegate.h"
 
 #include <algorithm>

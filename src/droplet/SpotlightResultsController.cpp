@@ -3,25 +3,19 @@
 
 #include "droplet/SpotlightResultsCell.h"
 #include "platform/appkit/NSPanel.h"
+#include "platform/base/TextArgument.h"
+#include "platform/search/ranking/RankOrder.h"
 
 #include <algorithm>
-#include <cmath>
 #include <numeric>
 
 namespace quoddle {
 
 namespace {
 
-QStringView lastPathComponent(const QString& path) {
-    return QStringView(path).mid(path.lastIndexOf(u'/') + 1);
-}
-
-/// The order of the list. A hit whose relevance is no number comes last.
-bool comesBefore(const SpotlightMatchRef& a, const SpotlightMatchRef& b) {
-    const double left = std::isnan(a->relevance()) ? -1 : a->relevance(), right = std::isnan(b->relevance()) ? -1 : b->relevance();
-    if (left != right)
-        return left > right;
-    return lastPathComponent(a->path()).compare(lastPathComponent(b->path())) < 0;
+Ranked<char16_t> rankOf(const SpotlightMatchRef& match, int row) {
+    const QStringView path = match->path();
+    return {rankNumber(match->relevance()), TextArgument(path.mid(path.lastIndexOf(u'/') + 1)).view(), static_cast<std::uint32_t>(row)};
 }
 
 } // namespace
@@ -31,13 +25,17 @@ void SpotlightResultsController::addObjects(const QList<SpotlightMatchRef>& matc
         return;
     const int known = rowCount(), all = known + static_cast<int>(matches.size());
     beginInsertRows({}, known, all - 1);
-    mArranged += matches;
-    std::stable_sort(mArranged.begin() + known, mArranged.end(), &comesBefore);
+    std::vector<Ranked<char16_t>> ranks;
+    for (int i = 0; i < matches.size(); ++i)
+        ranks.push_back(rankOf(matches.at(i), i));
+    RankSort{std::span(ranks)};
+    for (const Ranked<char16_t>& rank : ranks)
+        mArranged << matches.at(static_cast<int>(rank.number));
     endInsertRows();
     QList<int> order(all);
     std::iota(order.begin(), order.end(), 0);
     std::inplace_merge(order.begin(), order.begin() + known, order.end(),
-                       [this](int a, int b) { return comesBefore(mArranged.at(a), mArranged.at(b)); });
+                       [this](int a, int b) { return comesBefore(rankOf(mArranged.at(a), a), rankOf(mArranged.at(b), b)); });
     if (!std::is_sorted(order.begin(), order.end()))
         reorder(order);
 }

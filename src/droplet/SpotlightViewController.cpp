@@ -31,13 +31,11 @@ constexpr int kIconExtent = 48;            // points
 void trace(const NSNotification& notification, const QString& format) {
     if (!NSLogIsTracing())
         return;
-    const QStringList paths = notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).toStringList();
-    for (const QString& path : paths) {
-        const NSMetadataItem item(path);
+    const auto items = notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).value<QList<NSMetadataItem>>();
+    for (const NSMetadataItem& item : items)
         NSLogTrace(format, {item.valueForAttribute(NSMetadataItemFSNameKey), item.valueForAttribute(NSMetadataItemContentTypeKey),
                             item.valueForAttribute(NSMetadataItemContentTypeTreeKey),
                             item.valueForAttribute(NSMetadataQueryResultContentRelevanceAttribute).toDouble()});
-    }
 }
 
 } // namespace
@@ -142,6 +140,7 @@ void SpotlightViewController::_updateSearchPredicate() {
         if (const NSPredicateRef accepted = AppDelegate::instance()->spotlightPredicate())
             predicate = NSCompoundPredicate::andPredicateWithSubpredicates({predicate, accepted});
         mNameQuery->setPredicate(predicate);
+        mNameQuery->setRankedTerm(terms.size() == 1 ? terms.first() : QString());
         mNameQuery->startQuery();
     }
     setSelectionChangedByUser(false);
@@ -205,7 +204,7 @@ void SpotlightViewController::_applicationsQueryUpdated(const NSNotification& no
 
 void SpotlightViewController::takeResults(const NSNotification& notification) {
     removePaths(notification.userInfo.value(NSMetadataQueryUpdateRemovedItemsKey).toStringList());
-    mUnjudged += notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).toStringList();
+    mUnjudged += notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).value<QList<NSMetadataItem>>();
     mergeResults();
 }
 
@@ -217,7 +216,7 @@ void SpotlightViewController::removePaths(const QStringList& paths) {
         mGoneMeanwhile += gone;
     mUsable.removeIf([&gone](const SpotlightMatchRef& match) { return gone.contains(match->path()); });
     mUnjudged.remove(0, std::exchange(mJudged, 0));
-    mUnjudged.removeIf([&gone](const QString& path) { return gone.contains(path); });
+    mUnjudged.removeIf([&gone](const NSMetadataItem& item) { return gone.contains(item.path()); });
     QSet<const SpotlightMatch*> stale;
     for (const QString& path : gone)
         if (const SpotlightMatchRef match = mMatches.take(path))
@@ -234,10 +233,9 @@ void SpotlightViewController::removePaths(const QStringList& paths) {
     mSelectsByItself = false;
 }
 
-SpotlightMatchRef SpotlightViewController::makeMatch(const QString& path) const {
-    const NSMetadataItem item(path);
+SpotlightMatchRef SpotlightViewController::makeMatch(const NSMetadataItem& item) const {
     const double relevance = item.valueForAttribute(NSMetadataQueryResultContentRelevanceAttribute).toDouble();
-    return std::make_shared<SpotlightMatch>(path, mContentTerms, relevance);
+    return std::make_shared<SpotlightMatch>(item.path(), mContentTerms, relevance);
 }
 
 bool SpotlightViewController::judgeSlice() {

@@ -81,7 +81,7 @@ private:
     void mergeResults();
     /// Collects the usable ones among the next results. False when the search, or the pane, did not survive the judging.
     bool judgeSlice();
-    SpotlightMatchRef makeMatch(const QString& path) const;
+    SpotlightMatchRef makeMatch(const NSMetadataItem& item) const;
     void showCount();
     /// Below the results, until the next search.
     void note(const QString& text);
@@ -102,7 +102,7 @@ private:
     QStringList mContentTerms;
     QList<SpotlightMatchRef> mPaths;
     QHash<QString, SpotlightMatchRef> mMatches; // those in mPaths by their path
-    QStringList mUnjudged;                      // results of the query
+    QList<NSMetadataItem> mUnjudged;            // results of the query
     qsizetype mJudged = 0;                      // how many of them, from the first one on, have been judged all the same
     int mSearch = 0;                            // the number of the search; a new text begins a new one
     bool mIsSuspended = false;                  // the pane was shown and is not any more

@@ -174,9 +174,10 @@ TEST_F(SpotlightViewTest, WhatComesWhileTheScriptWaitsIsNeitherLostNorShownTwice
         asked << QString::fromStdString(*run.event.find("----"_4cc)->items()[0].asUTF8()).section(u'/', -1);
         if (asked.size() == 2) {
             const QStringList paths{folder.filePath(asked[0]), folder.filePath(asked[1])};
-            for (const QString& key : {NSMetadataQueryUpdateRemovedItemsKey, NSMetadataQueryUpdateAddedItemsKey})
-                NSNotificationCenter::defaultCenter().postNotification(NSMetadataQueryDidUpdateNotification, &pane.nameQuery(),
-                                                                       {{key, paths}});
+            const QList<NSMetadataItem> items{NSMetadataItem(paths[0]), NSMetadataItem(paths[1])};
+            for (const QVariantMap& change : {QVariantMap{{NSMetadataQueryUpdateRemovedItemsKey, paths}},
+                                              QVariantMap{{NSMetadataQueryUpdateAddedItemsKey, QVariant::fromValue(items)}}})
+                NSNotificationCenter::defaultCenter().postNotification(NSMetadataQueryDidUpdateNotification, &pane.nameQuery(), change);
         }
         return {AEDesc::ofBoolean(true)};
     };

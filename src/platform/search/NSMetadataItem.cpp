@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "platform/search/NSMetadataItem.h"
+
 #include "platform/foundation/FileTypes.h"
 #include "platform/foundation/UTType.h"
-#include "platform/search/NSMetadataQuery.h"
 
 namespace quoddle {
 
@@ -14,6 +15,8 @@ QVariant NSMetadataItem::valueForAttribute(const QString& key) const {
         return typeIdentifierOfFile(mPath);
     if (key == NSMetadataItemContentTypeTreeKey)
         return UTTypeCopyConformances(typeIdentifierOfFile(mPath));
+    if (key == NSMetadataQueryResultContentRelevanceAttribute && mRelevance != 0)
+        return mRelevance;
     return {};
 }
 

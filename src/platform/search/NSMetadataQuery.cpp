@@ -23,21 +23,21 @@ double now() {
 
 /// The outcome of several changes in their order.
 struct Difference {
-    QStringList added;
+    QList<NSMetadataItem> added;
     QSet<QString> removed;
 
     /// `mayGo`: changes that follow may take the file away again.
     void append(FoundFiles::Change& change, bool mayGo) {
         if (!mayGo) {
-            added << std::move(change.path);
+            added << std::move(change.item);
         } else if (!change.isRemoved) {
-            places.insert(change.path, added.size());
-            added << std::move(change.path);
-        } else if (const auto place = places.constFind(change.path); place != places.constEnd()) {
-            added[*place].clear(); // no result has an empty path
+            places.insert(change.item.path(), added.size());
+            added << std::move(change.item);
+        } else if (const auto place = places.constFind(change.item.path()); place != places.constEnd()) {
+            added[*place] = NSMetadataItem(QString()); // no result has an empty path
             places.erase(place);
         } else {
-            removed.insert(std::move(change.path));
+            removed.insert(change.item.path());
         }
     }
 
@@ -51,6 +51,7 @@ struct NSMetadataQuery::State : std::enable_shared_from_this<State> {
     NSMetadataQuery* query = nullptr;
     NSPredicateRef predicate;
     QStringList scopes{NSMetadataQueryLocalComputerScope};
+    QString rankedTerm;
     double interval = 1;
 
     std::vector<NSMetadataItem> results;
@@ -94,7 +95,7 @@ void NSMetadataQuery::State::start() {
     });
     if (!index)
         index = FileIndex::shared();
-    index->search(foldersOfSearchScopes(scopes), predicate, found);
+    index->search(foldersOfSearchScopes(scopes), predicate, rankedTerm, found);
     post(NSMetadataQueryDidStartGatheringNotification);
 }
 
@@ -133,7 +134,7 @@ Difference NSMetadataQuery::State::takeSlice(std::size_t count) {
         difference.append(*change, mayGo);
     waiting.erase(waiting.begin(), end);
     if (mayGo)
-        difference.added.removeAll(QString());
+        difference.added.removeIf([](const NSMetadataItem& item) { return item.path().isEmpty(); });
     return difference;
 }
 
@@ -150,11 +151,11 @@ void NSMetadataQuery::State::tell() {
                     removed << item.path();
                 return isRemoved;
             });
-        for (const QString& path : difference.added)
-            results.emplace_back(path);
+        results.insert(results.end(), difference.added.cbegin(), difference.added.cend());
         if (!difference.added.isEmpty() || !removed.isEmpty())
             if (!post(isGathering ? NSMetadataQueryGatheringProgressNotification : NSMetadataQueryDidUpdateNotification,
-                      {{NSMetadataQueryUpdateAddedItemsKey, difference.added}, {NSMetadataQueryUpdateRemovedItemsKey, removed}}))
+                      {{NSMetadataQueryUpdateAddedItemsKey, QVariant::fromValue(difference.added)},
+                       {NSMetadataQueryUpdateRemovedItemsKey, removed}}))
                 return;
         const double end = now();
         batches.endSlice(count, end, end - begin);
@@ -185,6 +186,15 @@ NSPredicateRef NSMetadataQuery::predicate() const {
 void NSMetadataQuery::setPredicate(NSPredicateRef predicate) {
     stopQuery();
     mState->predicate = std::move(predicate);
+}
+
+QString NSMetadataQuery::rankedTerm() const {
+    return mState->rankedTerm;
+}
+
+void NSMetadataQuery::setRankedTerm(const QString& term) {
+    stopQuery();
+    mState->rankedTerm = term;
 }
 
 QStringList NSMetadataQuery::searchScopes() const {

@@ -4,19 +4,13 @@
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"
+#include "platform/search/NSMetadataItem.h"
 
 #include <memory>
 
 #include <QStringList>
 
 namespace quoddle {
-
-// The attributes of a file that predicates may ask for and NSMetadataItem::valueForAttribute() answers.
-inline const QString NSMetadataItemPathKey = QStringLiteral("kMDItemPath");
-inline const QString NSMetadataItemFSNameKey = QStringLiteral("kMDItemFSName");           // the last component of the path
-inline const QString NSMetadataItemContentTypeKey = QStringLiteral("kMDItemContentType"); // a uniform type identifier
-inline const QString NSMetadataItemContentTypeTreeKey = QStringLiteral("kMDItemContentTypeTree");
-inline const QString NSMetadataQueryResultContentRelevanceAttribute = QStringLiteral("kMDQueryResultContentRelevance");
 
 inline const QString NSMetadataQueryDidStartGatheringNotification = QStringLiteral("NSMetadataQueryDidStartGatheringNotification");
 /// New results have been added behind the others; userInfo tells which.
@@ -26,26 +20,14 @@ inline const QString NSMetadataQueryDidFinishGatheringNotification = QStringLite
 /// After gathering: results have come or gone; userInfo tells which.
 inline const QString NSMetadataQueryDidUpdateNotification = QStringLiteral("NSMetadataQueryDidUpdateNotification");
 
-/// In the userInfo of progress and updates: the paths (QStringList) of what this notification tells of. Whoever follows the results by them
-/// has work for what is new alone. A file may be in both when it was removed and made again.
+/// In the userInfo of progress and updates: what has come (QList<NSMetadataItem>) and the paths of what has gone (QStringList). Whoever
+/// follows the results by them has work for what is new alone. A file may be in both when it was removed and made again.
 inline const QString NSMetadataQueryUpdateAddedItemsKey = QStringLiteral("kMDQueryUpdateAddedItems");
 inline const QString NSMetadataQueryUpdateRemovedItemsKey = QStringLiteral("kMDQueryUpdateRemovedItems");
 
 /// The home folder of the user and the volumes that are mounted for the user, without hidden folders; or the folders that the user default
 /// of this name lists. A volume that is mounted later is found by the next start.
 inline const QString NSMetadataQueryLocalComputerScope = QStringLiteral("NSMetadataQueryLocalComputerScope");
-
-/// One file that was found. A small value; any thread, one at a time.
-class NSMetadataItem {
-public:
-    explicit NSMetadataItem(QString path) : mPath(std::move(path)) {}
-    const QString& path() const { return mPath; }
-    /// An empty QVariant for what is not known. A type is found out when it is first asked for.
-    QVariant valueForAttribute(const QString& key) const;
-
-private:
-    QString mPath; // absolute
-};
 
 class NSMetadataQuery {
 public:
@@ -57,6 +39,12 @@ public:
     /// Null: everything. One that is set while the query runs stops it.
     NSPredicateRef predicate() const;
     void setPredicate(NSPredicateRef predicate);
+    /// A term that results are ranked by, so that those who show them do not have to. A file whose name does not have the term (SpreadTerm)
+    /// well enough (isUsableMatch()) is no result then; of the others NSMetadataQueryResultContentRelevanceAttribute is their
+    /// matchRelevance(), or 0 where only the term's expression can tell: that is left to those who show the result, usable or not. Empty,
+    /// as it is initially: no ranking. One that is set while the query runs stops it.
+    QString rankedTerm() const;
+    void setRankedTerm(const QString& term);
     /// Absolute paths of folders, or NSMetadataQueryLocalComputerScope. Initially the latter. The names in them stay in memory as long as
     /// there is a query that has been started, so that later searches are quick. Set while the query runs, they stop it.
     QStringList searchScopes() const;

@@ -23,7 +23,7 @@ namespace {
 class Found {
 public:
     Found(FileIndex& index, const QString& folder, const QString& format) {
-        index.search({folder}, *NSPredicate::predicateWithFormat(format), mFound);
+        index.search({folder}, *NSPredicate::predicateWithFormat(format), {}, mFound);
     }
     ~Found() { mFound->cancel(); }
 
@@ -52,7 +52,7 @@ private:
         isWhole = contents.isWhole;
         isFollowed = contents.isFollowed;
         for (const FoundFiles::Change& change : contents.changes) {
-            const QString name = change.path.mid(change.path.lastIndexOf(u'/') + 1);
+            const QString name = change.item.path().mid(change.item.path().lastIndexOf(u'/') + 1);
             if (change.isRemoved)
                 EXPECT_EQ(names.erase(name), 1u) << name.toStdString();
             else

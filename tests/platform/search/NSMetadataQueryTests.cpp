@@ -106,6 +106,32 @@ TEST_F(NSMetadataQueryTest, GathersWhatThePredicateAsksFor) {
     EXPECT_FALSE(mQuery.startQuery()); // it runs
 }
 
+TEST_F(NSMetadataQueryTest, RanksByATerm) {
+    const auto relevances = [this] {
+        QMap<QString, double> known;
+        for (qsizetype i = 0; i < mQuery.resultCount(); ++i) {
+            const NSMetadataItem& item = mQuery.resultAtIndex(i);
+            known[item.path().section(u'/', -1)] = item.valueForAttribute(NSMetadataQueryResultContentRelevanceAttribute).toDouble();
+        }
+        return known;
+    };
+    for (const char* name : {"Report", "é-report", "re-port", "re p o r t", "straße report", "notes"})
+        make(QString::fromUtf8(name));
+    mQuery.setRankedTerm(u"report"_s);
+    gather(named(u"*"_s));
+    // The whole term, a part of the name, in two pieces, and one for whoever knows the expression.
+    const QMap<QString, double> wanted{
+        {u"Report"_s, 1}, {u"é-report"_s, 6.0 / 8}, {u"re-port"_s, 6.0 / 7 * (1.0 / 2 * (4.0 / 6))}, {u"straße report"_s, 0}};
+    EXPECT_EQ(relevances(), wanted);
+    make(u"repo"_s);
+    make(u"report2"_s);
+    EXPECT_TRUE(waitFor([this] { return mQuery.resultCount() == 5; }));
+    EXPECT_EQ(relevances().value(u"report2"_s), 6.0 / 7);
+    mQuery.setRankedTerm({});
+    EXPECT_FALSE(mQuery.isStarted());
+    EXPECT_EQ(gather(named(u"*"_s)).size(), 8);
+}
+
 TEST_F(NSMetadataQueryTest, TellsHowItGoes) {
     make(u"a.txt"_s);
     gather(named(u"a*"_s));
@@ -128,7 +154,9 @@ TEST_F(NSMetadataQueryTest, TellsWhatHasComeAndGone) {
     NSNotificationCenter::defaultCenter().addObserver(
         this,
         [&](const NSNotification& notification) {
-            added += notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).toStringList();
+            const auto items = notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).value<QList<NSMetadataItem>>();
+            for (const NSMetadataItem& item : items)
+                added << item.path();
             removed += notification.userInfo.value(NSMetadataQueryUpdateRemovedItemsKey).toStringList();
         },
         {}, &mQuery);

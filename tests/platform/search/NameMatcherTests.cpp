@@ -17,16 +17,21 @@ namespace {
 
 using Answer = NameMatcher::Answer;
 
-Answer answerFor(const QString& format, const QString& name, bool isFolder = false) {
-    FileNames names;
-    const FileNames::Entry entry = *names.add(FileNames::kTop, name.toUtf8().toStdString(), isFolder);
-    return NameMatcher::compile(*NSPredicate::predicateWithFormat(format))
-        ->match({names.name(entry), names.reducedName(entry), names.isASCII(entry), names.isPlain(entry), isFolder});
-}
+class NameMatcherTest : public ::testing::Test {
+protected:
+    Answer answerFor(const NameMatcher& matcher, const QString& name, bool isFolder = false) {
+        const FileNames::Entry entry = *mNames.add(FileNames::kTop, name.toUtf8().toStdString(), isFolder);
+        return matcher.match({mNames.name(entry), mNames.reducedName(entry), mNames.letters()[entry], mNames.isASCII(entry),
+                              mNames.isPlain(entry), isFolder});
+    }
+
+private:
+    FileNames mNames;
+};
 
 } // namespace
 
-TEST(NameMatcher, KnowsWhatItCannotKnow) {
+TEST_F(NameMatcherTest, KnowsWhatItCannotKnow) {
     const struct {
         const char *format, *name;
         bool isFolder;
@@ -48,10 +53,13 @@ TEST(NameMatcher, KnowsWhatItCannotKnow) {
         {"TRUEPREDICATE", "a", false, Answer::yes},
     };
     for (const auto& row : rows)
-        EXPECT_EQ(answerFor(QString::fromUtf8(row.format), QString::fromUtf8(row.name), row.isFolder), row.answer) << row.format;
+        EXPECT_EQ(answerFor(*NameMatcher::compile(*NSPredicate::predicateWithFormat(QString::fromUtf8(row.format))),
+                            QString::fromUtf8(row.name), row.isFolder),
+                  row.answer)
+            << row.format;
 }
 
-TEST(NameMatcher, AgreesWithThePredicate) {
+TEST_F(NameMatcherTest, AgreesWithThePredicate) {
     std::mt19937 engine(5);
     const auto random = [&engine](const QStringList& pieces, std::size_t most) {
         QString text;
@@ -68,18 +76,15 @@ TEST(NameMatcher, AgreesWithThePredicate) {
     QStringList wild = letters + QStringList{u"*"_s, u"*"_s, u"?"_s}, wildASCII = ascii + QStringList{u"*"_s, u"?"_s, u"e"_s};
     for (const char* options : {"", "[c]", "[d]", "[cd]", "[cdw]", "[w]"}) {
         int matches = 0;
-        FileNames names;
         for (int i = 0; i < 4'000; ++i) {
             const NSPredicateRef predicate = *NSPredicate::predicateWithFormat(u"kMDItemFSName LIKE%1 %@"_s.arg(QLatin1StringView(options)),
                                                                                {random(i % 2 ? wild : wildASCII, 5)});
             const auto matcher = NameMatcher::compile(predicate);
             for (int j = 0; j < 10; ++j) {
                 const QString name = random(j % 3 == 0 ? letters : j % 3 == 1 ? few : ascii, 7);
-                const FileNames::Entry entry = *names.add(FileNames::kTop, name.toUtf8().toStdString(), false);
                 const bool holds = predicate->evaluateWithObject(QVariantMap{{NSMetadataItemFSNameKey, name}});
                 matches += holds;
-                ASSERT_EQ(matcher->match({names.name(entry), names.reducedName(entry), names.isASCII(entry), names.isPlain(entry), false}),
-                          holds ? Answer::yes : Answer::no)
+                ASSERT_EQ(answerFor(*matcher, name), holds ? Answer::yes : Answer::no)
                     << predicate->predicateFormat().toStdString() << " " << name.toStdString();
             }
         }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The ranges of names, in a table of cases and against a slow model that follows their description step by step.
-#include "platform/search/ranking/NameRanges.h"
+#include "platform/search/ranking/SpreadTerm.h"
 
 #include "platform/base/Text.h"
+#include "RandomText.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
@@ -78,20 +78,6 @@ std::optional<NameRanges> modelContiguous(const Terms& terms, const std::u16stri
             return best;
     }
 }
-
-class RandomText {
-public:
-    std::u16string operator()(std::u16string_view alphabet, std::size_t most) {
-        std::u16string text(std::uniform_int_distribution<std::size_t>(0, most)(mEngine), u' ');
-        for (char16_t& unit : text)
-            unit = alphabet[std::uniform_int_distribution<std::size_t>(0, alphabet.size() - 1)(mEngine)];
-        return text;
-    }
-    std::size_t below(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(mEngine); }
-
-private:
-    std::mt19937 mEngine{20};
-};
 
 } // namespace
 

@@ -32,10 +32,10 @@ public:
         mThread.join();
     }
 
-    void search(const QStringList& folders, NSPredicateRef predicate, std::shared_ptr<FoundFiles> found) {
+    void search(const QStringList& folders, NSPredicateRef predicate, const QString& rankedTerm, std::shared_ptr<FoundFiles> found) {
         {
             const std::lock_guard lock(mMutex);
-            mRequests.push_back({folders, std::move(predicate), std::move(found)});
+            mRequests.push_back({folders, std::move(predicate), rankedTerm, std::move(found)});
         }
         wake();
     }
@@ -44,6 +44,7 @@ private:
     struct Request {
         QStringList folders;
         NSPredicateRef predicate;
+        QString rankedTerm;
         std::shared_ptr<FoundFiles> found;
     };
 
@@ -108,7 +109,8 @@ void FileIndex::Worker::takeRequests() {
             if (std::find(trees.begin(), trees.end(), tree) == trees.end())
                 trees.push_back(tree);
         }
-        mSearches.push_back(std::make_unique<IndexSearch>(std::move(request.predicate), std::move(trees), std::move(request.found)));
+        mSearches.push_back(
+            std::make_unique<IndexSearch>(std::move(request.predicate), request.rankedTerm, std::move(trees), std::move(request.found)));
     }
 }
 
@@ -212,8 +214,8 @@ std::shared_ptr<FileIndex> FileIndex::shared() {
     return held;
 }
 
-void FileIndex::search(const QStringList& folders, NSPredicateRef predicate, std::shared_ptr<FoundFiles> found) {
-    mWorker->search(folders, std::move(predicate), std::move(found));
+void FileIndex::search(const QStringList& folders, NSPredicateRef predicate, const QString& rankedTerm, std::shared_ptr<FoundFiles> found) {
+    mWorker->search(folders, std::move(predicate), rankedTerm, std::move(found));
 }
 
 } // namespace quoddle

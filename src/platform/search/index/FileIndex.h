@@ -33,8 +33,8 @@ public:
     static std::shared_ptr<FileIndex> shared();
 
     /// Searches below the folders (absolute paths) and puts what it finds into `found` from its own thread, then what changes, until
-    /// `found` is cancelled. A folder that is not there is empty. Null: every file.
-    void search(const QStringList& folders, NSPredicateRef predicate, std::shared_ptr<FoundFiles> found);
+    /// `found` is cancelled. A folder that is not there is empty. Null: every file. `rankedTerm`: see NSMetadataQuery::setRankedTerm().
+    void search(const QStringList& folders, NSPredicateRef predicate, const QString& rankedTerm, std::shared_ptr<FoundFiles> found);
 
 private:
     class Worker;

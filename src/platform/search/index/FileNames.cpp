@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/search/index/FileNames.h"
 
+#include "platform/search/ranking/PlainName.h"
+
 #include <algorithm>
 #include <functional>
 
@@ -8,8 +10,12 @@ namespace quoddle {
 
 namespace {
 
+bool isPrintableASCII(std::string_view name) {
+    return std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c < 0x7F; });
+}
+
 bool isASCII(std::string_view name) {
-    return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<signed char>(c) > 0; });
+    return std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 std::size_t hashOf(FileNames::Folder folder, std::string_view name) {
@@ -30,12 +36,16 @@ std::optional<FileNames::Entry> FileNames::add(Folder folder, std::string_view n
         mBytes.push_back('\0');
     };
     append(name);
-    if (!quoddle::isASCII(name)) {
+    const bool isUsual = isPrintableASCII(name);
+    LetterSet letters = isUsual || isPlainName(name) ? lettersOf(name) : kNotPlain;
+    if (!isUsual && !quoddle::isASCII(name)) {
         const NameReducer::Reduced& reduced = mReducer.reduce(name);
         append(reduced.text);
+        letters |= lettersOf(reduced.text);
         flags = (flags & ~kASCIIFlag) | (reduced.isPlain ? kPlainFlag : 0);
     }
     mEntries.push_back({place, flags});
+    mLetters.push_back(letters);
     ++mFolders[folder].count;
     if (!mTable.empty())
         addToTable(entry);

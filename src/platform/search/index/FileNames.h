@@ -2,14 +2,15 @@
 // The names of the files and folders below one folder, held so that a million of them are searched in milliseconds.
 //
 // Decision: all names stand one behind the other in one block of bytes, in the order in which they became known, and a file is the place of
-// its name and the number of its folder: eight bytes beside the name. What is removed leaves a gap until compact() closes all gaps. A table
-// that finds a name in its folder is built when it is first asked for, which no search needs. Behind a name that is not ASCII stands the
-// same name reduced.
+// its name, the number of its folder and the set of its letters: twelve bytes beside the name. What is removed leaves a gap until compact()
+// closes all gaps. A table that finds a name in its folder is built when it is first asked for, which no search needs. Behind a name that
+// is not ASCII stands the same name reduced.
 //
 // The index knows nothing of the file system and of threads. Names are UTF-8.
 #pragma once
 
 #include "platform/search/index/ReducedName.h"
+#include "platform/search/ranking/LetterSet.h"
 
 #include <cstdint>
 #include <optional>
@@ -42,7 +43,16 @@ public:
     bool isAlive(Entry entry) const { return mEntries[entry].folder() != kRemoved; }
     bool isFolder(Entry entry) const { return mEntries[entry].flags & kFolderFlag; }
     bool isASCII(Entry entry) const { return mEntries[entry].flags & kASCIIFlag; }
-    std::string_view name(Entry entry) const { return {&mBytes[mEntries[entry].name]}; }
+    std::string_view name(Entry entry) const {
+        const char* const bytes = &mBytes[mEntries[entry].name];
+        if (!isASCII(entry))
+            return bytes;
+        const std::size_t next = entry + 1 < entryCount() ? mEntries[entry + 1].name : mBytes.size();
+        return {bytes, next - 1 - mEntries[entry].name};
+    }
+    void prefetchName(Entry entry) const { __builtin_prefetch(&mBytes[mEntries[entry].name]); }
+    /// For each entry the letters of its name and of its reduced name; kNotPlain if the name is not plain.
+    const LetterSet* letters() const { return mLetters.data(); }
     /// The name as NameReducer reduces it; the name itself when it is ASCII.
     std::string_view reducedName(Entry entry) const {
         const std::string_view bytes = name(entry);
@@ -92,6 +102,7 @@ private:
     NameReducer mReducer;
     std::vector<char> mBytes;
     std::vector<EntryRecord> mEntries;
+    std::vector<LetterSet> mLetters; // of each
     std::vector<FolderRecord> mFolders;
     std::size_t mRemovedCount = 0;
     std::vector<std::uint32_t> mTable; // entry + 1 at a place that its hash leads to; 0: free. Its size is a power of two or 0

@@ -2,19 +2,19 @@
 // Files that a search has found and nobody has taken yet: the way from the index's thread to the query. Thread-safe.
 #pragma once
 
+#include "platform/search/NSMetadataItem.h"
+
 #include <atomic>
 #include <functional>
 #include <mutex>
 #include <vector>
-
-#include <QString>
 
 namespace quoddle {
 
 class FoundFiles {
 public:
     struct Change {
-        QString path;
+        NSMetadataItem item;
         bool isRemoved; // else it has come
     };
     struct Contents {

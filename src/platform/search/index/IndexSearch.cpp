@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/search/index/IndexSearch.h"
 
-#include "platform/search/NSMetadataQuery.h"
+#include "platform/base/TextArgument.h"
 
 #include <algorithm>
 
@@ -33,8 +33,10 @@ QString text(std::string_view bytes) {
 
 } // namespace
 
-IndexSearch::IndexSearch(NSPredicateRef predicate, std::vector<const IndexedTree*> trees, std::shared_ptr<FoundFiles> found)
-    : mPredicate(std::move(predicate)), mMatcher(NameMatcher::compile(mPredicate)), mFound(std::move(found)) {
+IndexSearch::IndexSearch(NSPredicateRef predicate, const QString& rankedTerm, std::vector<const IndexedTree*> trees,
+                         std::shared_ptr<FoundFiles> found)
+    : mPredicate(std::move(predicate)), mMatcher(NameMatcher::compile(mPredicate)),
+      mRanking(rankedTerm.isEmpty() ? nullptr : NameRanking::make(TextArgument(rankedTerm).view())), mFound(std::move(found)) {
     for (const IndexedTree* tree : trees)
         mParts.push_back({tree});
 }
@@ -52,27 +54,44 @@ QString IndexSearch::pathOf(Part& part, FileNames::Entry entry) {
 }
 
 NameMatcher::Answer IndexSearch::answerFor(const FileNames& names, FileNames::Entry entry) const {
-    return mMatcher->match(
-        {names.name(entry), names.reducedName(entry), names.isASCII(entry), names.isPlain(entry), names.isFolder(entry)});
+    return mMatcher->match({names.name(entry), names.reducedName(entry), names.letters()[entry], names.isASCII(entry), names.isPlain(entry),
+                            names.isFolder(entry)});
+}
+
+/// Of an entry that is there and, where names are ranked, has the term.
+void IndexSearch::matchEntry(Part& part, FileNames::Entry entry, double relevance) {
+    const NameMatcher::Answer answer = answerFor(part.tree->names(), entry);
+    if (answer == NameMatcher::Answer::no)
+        return;
+    NSMetadataItem item(pathOf(part, entry), relevance);
+    if (answer == NameMatcher::Answer::yes || mPredicate->evaluateWithObject(Attributes(item)))
+        mChanges.push_back({std::move(item), false});
+    if (!mHasHandedOver && !mChanges.empty())
+        handOver(false);
 }
 
 bool IndexSearch::match(std::size_t most) {
     for (Part& part : mParts) {
         const FileNames& names = part.tree->names();
-        for (; part.next < names.entryCount(); ++part.next) {
-            if (most-- == 0 || isCancelled())
-                return true;
-            if (!names.isAlive(part.next))
-                continue;
-            const NameMatcher::Answer answer = answerFor(names, part.next);
-            if (answer == NameMatcher::Answer::no)
-                continue;
-            NSMetadataItem item(pathOf(part, part.next));
-            if (answer == NameMatcher::Answer::yes || mPredicate->evaluateWithObject(Attributes(item)))
-                mChanges.push_back({item.path(), false});
-            if (!mHasHandedOver && !mChanges.empty())
-                handOver(false);
-        }
+        const auto count = static_cast<FileNames::Entry>(std::min<std::size_t>(names.entryCount() - part.next, most));
+        const FileNames::Entry end = part.next + count;
+        most -= count;
+        const auto take = [&](FileNames::Entry entry, double relevance) {
+            part.next = entry; // as far as all that was matched before
+            matchEntry(part, entry, relevance);
+            return !isCancelled();
+        };
+        if (mRanking)
+            mRanking->forEachUsable(names, part.next, end, take);
+        else
+            for (FileNames::Entry entry = part.next; entry < end; ++entry)
+                if (names.isAlive(entry) && !take(entry, 0))
+                    break;
+        if (isCancelled())
+            return true;
+        part.next = end;
+        if (end < names.entryCount())
+            return true;
     }
     return false;
 }
@@ -80,7 +99,7 @@ bool IndexSearch::match(std::size_t most) {
 void IndexSearch::willRemove(const IndexedTree& tree, FileNames::Entry entry) {
     for (Part& part : mParts)
         if (part.tree == &tree && entry < part.next && answerFor(tree.names(), entry) != NameMatcher::Answer::no)
-            mChanges.push_back({pathOf(part, entry), true});
+            mChanges.push_back({NSMetadataItem(pathOf(part, entry)), true});
 }
 
 void IndexSearch::setAllMatched(const IndexedTree& tree) {

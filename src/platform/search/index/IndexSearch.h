@@ -5,6 +5,7 @@
 #include "platform/search/index/FoundFiles.h"
 #include "platform/search/index/IndexedTree.h"
 #include "platform/search/index/NameMatcher.h"
+#include "platform/search/index/NameRanking.h"
 
 #include <chrono>
 #include <memory>
@@ -13,8 +14,9 @@ namespace quoddle {
 
 class IndexSearch {
 public:
-    /// The trees must outlive it.
-    IndexSearch(NSPredicateRef predicate, std::vector<const IndexedTree*> trees, std::shared_ptr<FoundFiles> found);
+    /// The trees must outlive it. `rankedTerm`: see NSMetadataQuery::setRankedTerm().
+    IndexSearch(NSPredicateRef predicate, const QString& rankedTerm, std::vector<const IndexedTree*> trees,
+                std::shared_ptr<FoundFiles> found);
 
     bool isCancelled() const { return mFound->isCancelled(); }
     /// Matches some of the names that are new since it was last called, or all; true when there are more.
@@ -37,12 +39,14 @@ private:
         QString folderPath;                             // of that folder, with "/" at its end
     };
     bool match(std::size_t most);
+    void matchEntry(Part& part, FileNames::Entry entry, double relevance);
     NameMatcher::Answer answerFor(const FileNames& names, FileNames::Entry entry) const;
     static QString pathOf(Part& part, FileNames::Entry entry);
     bool isFollowed() const;
 
     const NSPredicateRef mPredicate;
     const std::unique_ptr<NameMatcher> mMatcher;
+    const std::unique_ptr<NameRanking> mRanking; // null: every name is matched
     std::vector<Part> mParts;
     const std::shared_ptr<FoundFiles> mFound;
 

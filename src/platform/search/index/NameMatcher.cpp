@@ -77,10 +77,12 @@ private:
 class LikeName final : public OfName {
 public:
     LikeName(const NSComparisonPredicate& predicate, NSPredicateRef owner, const QString& pattern)
-        : OfName(std::move(owner)), mPattern(TextArgument(pattern).view(), predicate.options()),
+        : OfName(std::move(owner)), mPattern(TextArgument(pattern).view(), predicate.options()), mLetters(lettersOf(pattern.toStdString())),
           mComparesReduced((predicate.options() & kReducing) == kReducing),
           mLiteral(mComparesReduced ? utf8FromUTF16(mPattern.longestLiteral()) : std::string()) {}
     Answer match(const Name& name) const override {
+        if (!hasLetters(name.letters, mLetters))
+            return Answer::no;
         if (name.isASCII || (mComparesReduced && name.isPlain))
             return answer(mPattern.matchesASCII(name.reduced));
         if (mComparesReduced && name.reduced.find(mLiteral) == std::string_view::npos)
@@ -92,6 +94,7 @@ private:
     static constexpr std::uint8_t kReducing = LikePattern::ignoresCase | LikePattern::ignoresDiacritics;
 
     const LikePattern mPattern;
+    const LetterSet mLetters;
     const bool mComparesReduced;
     const std::string mLiteral; // of the reduced pattern
 };

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"
+#include "platform/search/ranking/LetterSet.h"
 
 #include <cstdint>
 #include <memory>
@@ -19,6 +20,7 @@ public:
     struct Name {
         std::string_view bytes;   // UTF-8
         std::string_view reduced; // what NameReducer makes of it; the same when it is ASCII
+        LetterSet letters;        // see FileNames::letters()
         bool isASCII;
         bool isPlain; // the reduced name
         bool isFolder;

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// The order of hits: the more relevant first, equally relevant ones by their names, unit by unit.
+//
+// Decision: a hit is sorted by numbers into which first the relevance and then the next units of its name are packed; the names are looked
+// at only as far as hits are the same.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace quoddle {
+
+/// A number that is less for a higher relevance. One that is no number comes last.
+inline std::uint64_t rankNumber(double relevance) {
+    constexpr std::uint64_t kSign = std::uint64_t(1) << 63;
+    if (std::isnan(relevance))
+        return std::numeric_limits<std::uint64_t>::max();
+    const auto bits = std::bit_cast<std::uint64_t>(relevance + 0.0); // zero has one sign
+    return bits & kSign ? bits : ~(bits | kSign);
+}
+
+/// One of the hits that are put into their order.
+template<class Unit>
+struct Ranked {
+    std::uint64_t rank; // see rankNumber(); sorting leaves something else in it
+    std::basic_string_view<Unit> name;
+    std::uint32_t number; // of the hit, wherever it stands
+};
+
+/// Whether a hit stands before another one in the order that RankSort makes.
+template<class Unit>
+bool comesBefore(const Ranked<Unit>& a, const Ranked<Unit>& b) {
+    if (a.rank != b.rank)
+        return a.rank < b.rank;
+    const auto order = a.name <=> b.name;
+    return order != 0 ? order < 0 : a.number < b.number;
+}
+
+/// Puts hits into their order. Those of the same relevance and name come in the order of their numbers, which is theirs before.
+template<class Unit>
+class RankSort {
+public:
+    using Hits = std::span<Ranked<Unit>>;
+
+    explicit RankSort(Hits hits) : mSpare(hits.size()) {
+        sortByNumber(hits);
+        forEachRun(hits, [this](Hits run) { sortByName(run, 0); });
+    }
+
+private:
+    static constexpr std::size_t kFew = 24; // are sorted by comparing them
+    static constexpr int kDigitBits = 8;
+    static constexpr std::size_t kUnits = sizeof(std::uint64_t) / sizeof(Unit);
+
+    /// Of hits whose numbers are in order, each two or more that have the same number.
+    template<class Call>
+    static void forEachRun(Hits hits, Call call) {
+        for (std::size_t begin = 0, end; begin < hits.size(); begin = end) {
+            for (end = begin + 1; end < hits.size() && hits[end].rank == hits[begin].rank;)
+                ++end;
+            if (end - begin > 1)
+                call(hits.subspan(begin, end - begin));
+        }
+    }
+
+    /// `place`: so many units are the same in all names.
+    void sortByName(Hits hits, std::size_t place) {
+        if (hits.size() <= kFew) {
+            std::sort(hits.begin(), hits.end(), &comesBefore<Unit>); // their ranks are the same
+            return;
+        }
+        bool isMore = false;
+        for (std::size_t i = 0; i < hits.size(); ++i) {
+            __builtin_prefetch(hits[std::min(i + kFew, hits.size() - 1)].name.data() + place);
+            hits[i].rank = packedUnits(hits[i].name, place);
+            isMore = isMore || hits[i].name.size() > place;
+        }
+        if (!isMore)
+            return;
+        sortByNumber(hits);
+        forEachRun(hits, [this, place](Hits run) { sortByName(run, place + kUnits); });
+    }
+
+    /// Units of the name from a place on, zeros behind its end: the order of the numbers is that of the units.
+    static std::uint64_t packedUnits(std::basic_string_view<Unit> name, std::size_t place) {
+        std::uint64_t packed = 0;
+        for (std::size_t i = place; i < place + kUnits; ++i)
+            packed = packed << sizeof(Unit) * 8 | (i < name.size() ? static_cast<std::make_unsigned_t<Unit>>(name[i]) : 0u);
+        return packed;
+    }
+
+    /// Digit by digit, from the highest one that is not the same in all.
+    void sortByNumber(Hits hits) {
+        if (hits.size() <= kFew) {
+            std::sort(hits.begin(), hits.end(),
+                      [](const auto& a, const auto& b) { return a.rank != b.rank ? a.rank < b.rank : a.number < b.number; });
+            return;
+        }
+        std::uint64_t differing = 0;
+        for (const auto& hit : hits)
+            differing |= hit.rank ^ hits.front().rank;
+        if (differing == 0)
+            return;
+        const int shift = std::max(static_cast<int>(std::bit_width(differing)) - kDigitBits, 0);
+        const auto digitOf = [shift](const auto& hit) { return hit.rank >> shift & ((1 << kDigitBits) - 1); };
+        std::array<std::uint32_t, (1 << kDigitBits) + 1> ends{}; // of the hits with each digit; those before them first
+        for (const auto& hit : hits)
+            ++ends[digitOf(hit) + 1];
+        for (std::size_t digit = 1; digit < ends.size(); ++digit)
+            ends[digit] += ends[digit - 1];
+        for (const auto& hit : hits)
+            mSpare[ends[digitOf(hit)]++] = hit;
+        std::copy_n(mSpare.begin(), hits.size(), hits.begin());
+        for (std::size_t digit = 0, begin = 0; digit + 1 < ends.size(); begin = ends[digit++])
+            if (ends[digit] - begin > 1 && shift > 0)
+                sortByNumber(hits.subspan(begin, ends[digit] - begin));
+    }
+
+    std::vector<Ranked<Unit>> mSpare;
+};
+
+} // namespace quoddle
