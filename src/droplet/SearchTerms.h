@@ -9,7 +9,7 @@
 namespace quoddle {
 
 /// White space parts terms, a phrase in quotes is one. `allowDiscontiguous` is set: false when something was quoted, and then no term is
-/// looked for spread over a name.
+/// looked for spread over a name. No more than a hundred terms are taken: those behind them are not looked for.
 QStringList splitIntoContentTerms(const QString& text, bool& allowDiscontiguous);
 
 /// A LIKE pattern for a term whose characters may lie apart, the first two aside: "re*p*o*r*t*" for "report".

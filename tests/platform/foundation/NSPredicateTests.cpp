@@ -20,7 +20,14 @@ NSPredicateRef predicate(const QString& format, const QVariantList& arguments = 
 }
 
 const QVariantMap kFile = {
-    {u"path"_s, u"/home/ann/Report.PDF"_s}, {u"type"_s, u"com.adobe.pdf"_s}, {u"isDir"_s, false}, {u"size"_s, 1200}, {u"AND1"_s, u"x"_s},
+    {u"path"_s, u"/home/ann/Report.PDF"_s},
+    {u"type"_s, u"com.adobe.pdf"_s},
+    {u"isDir"_s, false},
+    {u"size"_s, 1200},
+    {u"AND1"_s, u"x"_s},
+    {u"one"_s, u"1"_s},
+    {u"empty"_s, QString()},
+    {u"real"_s, 1.5},
 };
 
 } // namespace
@@ -38,12 +45,29 @@ TEST(NSPredicate, ReadsPrintsAndEvaluates) {
         {"path ENDSWITH[c] '*df'", "path ENDSWITH[c] \"*df\"", false},
         {"path LIKE[cdw] '*rép*'", "path LIKE[cdw] \"*rép*\"", true},
         {"path LIKE path", "path LIKE path", true},
+        {"path LIKE 'Report'", "path LIKE \"Report\"", false},
+        {"path LIKE[w] 'Report'", "path LIKE[w] \"Report\"", true},
+        {"path LIKE[w] 'Repo'", "path LIKE[w] \"Repo\"", false},
+        {"path LIKE[cw] 'repo*'", "path LIKE[cw] \"repo*\"", true},
+        {"path ENDSWITH[cw] 'report'", "path ENDSWITH[c] \"report\"", false},
+        {"path ==[w] 'Report'", "path == \"Report\"", false},
         {"type UTI-CONFORMS-TO 'public.data'", "type UTI-CONFORMS-TO \"public.data\"", true},
         {"type UTI-CONFORMS-TO 'public.image'", "type UTI-CONFORMS-TO \"public.image\"", false},
         {"(isDir == NO) OR (isDir == YES)", "isDir == NO OR isDir == YES", true},
         {"isDir = 0", "isDir == 0", true},
         {"size == 1200.0", "size == 1200", true},
         {"size != 12", "size != 12", true},
+        {"size == '1200'", "size == \"1200\"", false}, // a number is no text
+        {"size !=[c] '1200'", "size !=[c] \"1200\"", true},
+        {"one == 1", "one == 1", false},
+        {"one == YES", "one == YES", false},
+        {"isDir == '0'", "isDir == \"0\"", false},
+        {"isDir == 'false'", "isDir == \"false\"", false},
+        {"real == '1.5'", "real == \"1.5\"", false},
+        {"empty == nil", "empty == nil", false},
+        {"empty == ''", "empty == \"\"", true},
+        {"none == ''", "none == \"\"", false},
+        {"none == 0", "none == 0", false},
         {"none == nil", "none == nil", true},
         {"none ENDSWITH 'x'", "none ENDSWITH \"x\"", false},
         {"size LIKE '*'", "size LIKE \"*\"", false}, // no text
@@ -66,6 +90,16 @@ TEST(NSPredicate, ReadsPrintsAndEvaluates) {
         const NSPredicateRef again = predicate(read->predicateFormat());
         EXPECT_EQ(again->predicateFormat(), read->predicateFormat());
         EXPECT_EQ(again->evaluateWithObject(kFile), row.holds) << row.format;
+    }
+}
+
+TEST(NSPredicate, TakesAnyNumberOfConditions) {
+    QStringList parts(5'000, u"size == 1"_s);
+    parts.last() = u"size == 1200"_s;
+    for (const auto& [sign, holds] : {std::pair(u" OR "_s, true), std::pair(u" AND "_s, false)}) {
+        const QString format = parts.join(sign);
+        EXPECT_EQ(predicate(format)->evaluateWithObject(kFile), holds);
+        EXPECT_EQ(predicate(format)->predicateFormat(), format);
     }
 }
 

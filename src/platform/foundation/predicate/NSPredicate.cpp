@@ -30,7 +30,9 @@ QString escaped(const QString& text) {
 }
 
 bool areEqual(const QVariant& a, const QVariant& b, std::uint8_t options) {
-    if (isText(a) && isText(b))
+    if (isText(a) != isText(b))
+        return false;
+    if (isText(a))
         return options ? LikePattern(TextArgument(escaped(b.toString())).view(), options).matches(TextArgument(a.toString()).view())
                        : a.toString() == b.toString();
     if (isNumber(a) && isNumber(b))
@@ -59,7 +61,8 @@ bool NSPredicate::evaluateWithObject(const QVariantMap& values) const {
 }
 
 NSComparisonPredicate::NSComparisonPredicate(Expression left, Operator type, std::uint8_t options, Expression right)
-    : mLeft(std::move(left)), mOperator(type), mOptions(options), mRight(std::move(right)),
+    : mLeft(std::move(left)), mOperator(type),
+      mOptions(type == Operator::like ? options : options & ~std::uint8_t(LikePattern::matchesWords)), mRight(std::move(right)),
       mPattern(type == Operator::like && !mRight.isKey && isText(mRight.content)
                    ? std::optional<LikePattern>(std::in_place, TextArgument(mRight.content.toString()).view(), options)
                    : std::nullopt) {}

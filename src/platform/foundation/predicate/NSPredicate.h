@@ -2,9 +2,14 @@
 // Predicates: conditions on an object's values, written as text ("%K ENDSWITH %@", "a == 1 AND NOT (b LIKE[cd] 'x*')"), put together and
 // asked of one object after the other.
 //
-// Decision: a small language, whole in what it has: = == != ENDSWITH LIKE UTI-CONFORMS-TO with the options [cdw], AND OR NOT and their signs
+// Decision: a small language, whole in what it has: = == != ENDSWITH LIKE UTI-CONFORMS-TO with the options [cdw], AND OR NOT and their
+// signs
 // && || !, parentheses, numbers, quoted texts, YES NO TRUE FALSE NIL, names of values, TRUEPREDICATE FALSEPREDICATE. Anything else is an
 // error of the format, never a guess.
+//
+// The options: c takes upper and lower case, d letters with and without accents for the same. w is for LIKE alone, other operators pass
+// over it: without it a pattern covers the whole text, with it any part of the text that begins and ends where words do, which is at the
+// ends of the text, beside a sign that is neither letter nor digit, between a letter and a digit, and between a small letter and a capital.
 //
 // Predicates do not change; any thread.
 #pragma once
@@ -33,7 +38,7 @@ public:
     virtual ~NSPredicate() = default;
 
     /// %K in the format is replaced by the name of a value, %@ by a constant, in the order of the arguments. A text when the format cannot
-    /// be read, the arguments are too few or too many, or the nesting is deeper than 100.
+    /// be read, the arguments are too few or too many, or the nesting is deeper than 100. Any number of conditions may stand side by side.
     static Result<NSPredicateRef, QString> predicateWithFormat(const QString& format, const QVariantList& arguments = {});
 
     virtual bool evaluateWithObject(const PredicateValues& valueForKey) const = 0;
@@ -54,7 +59,7 @@ public:
         QVariant value(const PredicateValues& valueForKey) const { return isKey ? valueForKey(content.toString()) : content; }
     };
 
-    /// `options`: a sum of LikePattern::Option values.
+    /// `options`: a sum of LikePattern::Option values; matchesWords is dropped where the operator is not LIKE.
     NSComparisonPredicate(Expression left, Operator type, std::uint8_t options, Expression right);
 
     const Expression& leftExpression() const { return mLeft; }
@@ -63,7 +68,9 @@ public:
     std::uint8_t options() const { return mOptions; }
 
     using NSPredicate::evaluateWithObject;
-    /// Texts are compared by ENDSWITH and LIKE only; a value of another kind, or none, satisfies neither. No text ends with the empty text.
+    /// A text equals texts only, never the number or truth value that is written like it; truth values are numbers, YES is 1. A value that
+    /// is not there equals nil only. Texts alone are compared by ENDSWITH and LIKE; anything else satisfies neither. No text ends with the
+    /// empty text.
     bool evaluateWithObject(const PredicateValues& valueForKey) const override;
     QString predicateFormat() const override;
 
