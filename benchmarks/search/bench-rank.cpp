@@ -41,7 +41,7 @@ bool rank(const FileNames& names, const std::string& term) {
         return false;
     std::vector<Ranked<char>> hits;
     ranking->forEachUsable(names, 0, names.entryCount(), [&](FileNames::Entry entry, double relevance) {
-        hits.push_back({rankNumber(relevance), names.name(entry), entry});
+        hits.emplace_back(relevance, names.name(entry), entry);
         return true;
     });
     const auto found = Clock::now();

@@ -15,7 +15,7 @@ namespace {
 
 Ranked<char16_t> rankOf(const SpotlightMatchRef& match, int row) {
     const QStringView path = match->path();
-    return {rankNumber(match->relevance()), TextArgument(path.mid(path.lastIndexOf(u'/') + 1)).view(), static_cast<std::uint32_t>(row)};
+    return {match->relevance(), TextArgument(path.mid(path.lastIndexOf(u'/') + 1)).view(), static_cast<std::uint32_t>(row)};
 }
 
 } // namespace

@@ -136,7 +136,7 @@ TEST(RankSort, MakesTheOrderOfComparing) {
             std::vector<Ranked<char16_t>> sorted;
             for (std::uint32_t i = 0; i < count; ++i) {
                 names[i] = random(alphabet, i % 7 == 0 ? 3 : 20);
-                sorted.push_back({rankNumber(relevances[random.below(std::size(relevances))]), names[i], i});
+                sorted.emplace_back(relevances[random.below(std::size(relevances))], names[i], i);
             }
             std::vector<Ranked<char16_t>> compared = sorted;
             RankSort{std::span(sorted)};

@@ -28,10 +28,22 @@ inline std::uint64_t rankNumber(double relevance) {
 
 /// One of the hits that are put into their order.
 template<class Unit>
-struct Ranked {
-    std::uint64_t rank; // see rankNumber(); sorting leaves something else in it
-    std::basic_string_view<Unit> name;
-    std::uint32_t number; // of the hit, wherever it stands
+class Ranked {
+public:
+    using Name = std::basic_string_view<Unit>;
+
+    Ranked() = default;
+    /// `name` must outlive it. `hit`: its number, wherever it stands.
+    Ranked(double relevance, Name name, std::uint32_t hit)
+        : rank(rankNumber(relevance)), number(hit), mLength(static_cast<std::uint32_t>(name.size())), mName(name.data()) {}
+    Name name() const { return {mName, mLength}; }
+
+    std::uint64_t rank = 0; // sorting leaves something else in it
+    std::uint32_t number = 0;
+
+private:
+    std::uint32_t mLength = 0;
+    const Unit* mName = nullptr;
 };
 
 /// Whether a hit stands before another one in the order that RankSort makes.
@@ -39,7 +51,7 @@ template<class Unit>
 bool comesBefore(const Ranked<Unit>& a, const Ranked<Unit>& b) {
     if (a.rank != b.rank)
         return a.rank < b.rank;
-    const auto order = a.name <=> b.name;
+    const auto order = a.name() <=> b.name();
     return order != 0 ? order < 0 : a.number < b.number;
 }
 
@@ -78,9 +90,9 @@ private:
         }
         bool isMore = false;
         for (std::size_t i = 0; i < hits.size(); ++i) {
-            __builtin_prefetch(hits[std::min(i + kFew, hits.size() - 1)].name.data() + place);
-            hits[i].rank = packedUnits(hits[i].name, place);
-            isMore = isMore || hits[i].name.size() > place;
+            __builtin_prefetch(hits[std::min(i + kFew, hits.size() - 1)].name().data() + place);
+            hits[i].rank = packedUnits(hits[i].name(), place);
+            isMore = isMore || hits[i].name().size() > place;
         }
         if (!isMore)
             return;
