@@ -82,7 +82,7 @@ bool NSMetadataQuery::State::post(const QString& name, const QVariantMap& userIn
 
 void NSMetadataQuery::State::start() {
     const auto keepAlive = shared_from_this();
-    results.clear();
+    results = {};
     isGathering = true;
     isFollowed = true;
     isWhole = false;
