@@ -109,12 +109,12 @@ TEST_F(SpotlightViewTest, TracesWhatComesAndHowItComes) {
     EXPECT_TRUE(shows({u"report.txt"_s}));
     const QString line = u"kMDItemFSName: %1, kMDItemContentType: public.plain-text, kMDItemContentTypeTree: ("_s;
     EXPECT_EQ(log.count(line.arg(u"report.txt"_s)), 1);
-    EXPECT_EQ(log.count(u") relevance: 0.000000"_s), 1);
+    EXPECT_EQ(log.count(u") relevance: "_s), 1);
     EXPECT_EQ(log.count(u"), relevance"_s), 0);
     make({u"report 2.txt"_s}); // an update of what is found already
     EXPECT_TRUE(shows({u"report.txt"_s, u"report 2.txt"_s}));
     EXPECT_EQ(log.count(line.arg(u"report 2.txt"_s)), 1);
-    EXPECT_EQ(log.count(u"), relevance: 0.000000"_s), 1);
+    EXPECT_EQ(log.count(u"), relevance: "_s), 1);
     EXPECT_EQ(log.count(u" relevance: "_s), 2);
     QLoggingCategory::setFilterRules({});
 }

@@ -51,10 +51,12 @@ QByteArray checkedIcon(const QByteArray& icon) {
     return checked;
 }
 
-/// Where it cannot be made smaller on the way. The toolkit counts no pixel for less than 32 bits.
+/// Where it cannot be made smaller on the way. The toolkit counts no pixel for less than 32 bits. For some damaged files the format is a
+/// number without meaning.
 qint64 bytesWhileDecoding(QSize size, QImage::Format format) {
     constexpr int kFewestBits = 32;
-    const int bits = format == QImage::Format_Invalid ? kFewestBits : QImage::toPixelFormat(format).bitsPerPixel();
+    const bool isKnown = format > QImage::Format_Invalid && format < QImage::NImageFormats;
+    const int bits = isKnown ? QImage::toPixelFormat(format).bitsPerPixel() : kFewestBits;
     return qint64{size.width()} * size.height() * std::max(bits, kFewestBits) / 8;
 }
 
