@@ -169,6 +169,7 @@ bool DropFilesView::isAccepted(const QString& filename, bool previous) const {
 
 void DropFilesView::forgetJudgement() {
     mJudgement = {};
+    mNextSlice.stop();
     if (mIsAsking)
         AppDelegate::instance()->stopHook(mHookDepth);
 }
@@ -176,6 +177,8 @@ void DropFilesView::forgetJudgement() {
 void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
     if (mIsAsking) // the script waits for something while it judges a file of an earlier drag
         return mNextSlice.start(kSlice);
+    if (!mJudgement.isUnderWay)
+        return;
     const QPointer<DropFilesView> alive(this);
     while (mJudgement.next < mJudgement.filenames.size()) {
         const int number = mJudgement.number;
@@ -326,6 +329,7 @@ void DropFilesView::enterEvent(QEnterEvent* event) {
 /// A run has begun and shows its progress here: what hovers is not over this pane any more, and its leaving shall not bring the pane back.
 void DropFilesView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
+    mSilence.stop();
     if (isFinishingDrop())
         return;
     forgetJudgement();

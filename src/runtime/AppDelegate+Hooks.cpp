@@ -126,6 +126,7 @@ std::optional<bool> AppDelegate::askHook(const QString& handlerName, const std::
 // --- Files
 
 bool AppDelegate::isFileAcceptable(const QString& path) {
+    mHookWasStopped = false; // this one will say, if there is one
     return hasOpenHandler() && askHook(u"appletfileisacceptable"_s, {NSAppleEventDescriptor::descriptorWithFileURL(path)}).value_or(true);
 }
 

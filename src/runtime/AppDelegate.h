@@ -79,7 +79,7 @@ public:
     bool isFileAcceptable(const QString& path);
     /// An error of the script is being shown, and the applet ends when the user has seen it.
     bool isEndingWithError() const { return mShowingRuntimeError; }
-    /// The hook that has ended last was stopped.
+    /// The hook that has ended last was stopped; not so after isFileAcceptable() for a script without that hook.
     bool hookWasStopped() const { return mHookWasStopped; }
     /// How many hooks are under way: while one of them waits, what the user does may lead to the next.
     int hookDepth() const;

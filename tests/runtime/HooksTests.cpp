@@ -145,6 +145,20 @@ TEST(Hooks, ThatTakeLongCanBeStopped) {
     }
     EXPECT_FALSE(stopper.name.isEmpty());
     EXPECT_TRUE(applet.alerts.shown.isEmpty()) << "stopping a hook is no error";
+
+    // The Stop of one hook says nothing of files that no hook was asked about.
+    Applet other({.handlers = "open appletmaycheckforupdates", .hookStopper = &stopper});
+    stopper.requests = 0;
+    stopper.stopAt = 1;
+    ScriptedComponent::sHandlers["appletmaycheckforupdates"] = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+        other.advance(2);
+        return ScriptedComponent::failing(run.yield() ? OSErr(userCanceledErr) : OSErr(noErr), u"User canceled.");
+    };
+    other.delegate->_setupApplication(false);
+    EXPECT_FALSE(other.delegate->updaterMayCheckForUpdates());
+    EXPECT_TRUE(other.delegate->hookWasStopped());
+    EXPECT_TRUE(other.delegate->isFileAcceptable(u"/a"_s));
+    EXPECT_FALSE(other.delegate->hookWasStopped());
 }
 
 /// Both scripts share the component. The hook runs on the main thread, the handler on the script queue.

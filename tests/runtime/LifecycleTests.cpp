@@ -207,6 +207,7 @@ TEST(Terminate, FirstRuleThatApplies) {
         EXPECT_TRUE(applet.delegate->applicationTriedToQuit());
         EXPECT_TRUE(applet.delegate->runningQuitHandler());
         EXPECT_EQ(applet.delegate->applicationShouldTerminate(), Reply::now) << "the quit handler is running";
+        ASSERT_TRUE(hasBegun("quit"));
         AppDelegate::cancelScripts();
     }
 }
