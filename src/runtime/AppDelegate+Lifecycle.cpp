@@ -115,10 +115,11 @@ void AppDelegate::_runQuitHandler() {
 
 void AppDelegate::stopRunningScript() {
     setUserStoppedScript(true);
-    if (stopJudgingFiles())
-        return;
+    const bool wasJudging = stopJudgingFiles();
     if (_isRespondingToScript())
         cancelScript();
+    else if (wasJudging)
+        return;
     else if (!hasIdleHandler())
         terminate();
     else

@@ -130,14 +130,18 @@ bool AppDelegate::stopJudgingFiles() {
 void AppDelegate::refuseFiles(const OpenRequest& request) {
     const auto reply = request.isStopped ? NSApplicationDelegateReply::cancel : NSApplicationDelegateReply::failure;
     mParts.application->replyToOpenOrPrint(reply, request.number);
+    if (_isRespondingToScript())
+        return; // the end of the run puts its pane away
     if (request.isStopped)
         afterOpening();
-    else if (!_isRespondingToScript()) // a launch for these files has brought the progress pane up
+    else // a launch for these files has brought the progress pane up
         windowController().showLastViewController();
 }
 
 void AppDelegate::afterOpening() {
-    if (!isStayOpenScript())
+    if (!mFilesToJudge.empty())
+        showProgressPane();
+    else if (!isStayOpenScript())
         terminate();
     else if (hasOpenHandler())
         windowController().showLastViewController();

@@ -203,6 +203,8 @@ void AppDelegate::finishOwnEvent(const Execution& execution) {
     const OSStatus number = execution.number();
     if (applicationTriedToQuit()) {
         finishAfterTryToQuit(execution);
+    } else if (!mFilesToJudge.empty()) {
+        windowController().setStopButtonEnabled(true); // more files are to come
     } else if (isStayOpenScript()) {
         finishStayOpen(!execution.hasEvent);
     } else if (number == userCanceledErr && !runningQuitHandler()) {

@@ -256,6 +256,42 @@ TEST(Hooks, JudgeManyFilesInSlices) {
     EXPECT_EQ(opened.size(), 1);
 }
 
+TEST(Hooks, FilesThatAreBeingJudgedKeepTheAppletAndAreStoppedWithTheRun) {
+    for (const bool isStopped : {false, true}) {
+        SCOPED_TRACE(isStopped);
+        Applet applet({.handlers = "open appletfileisacceptable"}); // does not stay open
+        ScriptedComponent::sHandlers["appletfileisacceptable"] = [&](ScriptedComponent::Run&) -> ScriptedComponent::Outcome {
+            applet.advance(0.05);
+            return {AEDesc::ofBoolean(true)};
+        };
+        std::vector<std::size_t> opened;
+        std::atomic<bool> isRunning = false, mayEnd = false;
+        std::atomic<OSErr> wasTold = noErr;
+        ScriptedComponent::sHandlers["open"] = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
+            opened.push_back(run.event.find("----"_4cc)->count());
+            isRunning = true;
+            while (!mayEnd && wasTold == noErr)
+                wasTold = run.yield();
+            return wasTold == noErr ? ScriptedComponent::Outcome() : ScriptedComponent::failing(wasTold, u"User canceled.");
+        };
+        applet.launch({u"/first"_s});
+        ASSERT_TRUE(Applet::eventually([&] { return isRunning.load(); }));
+        applet.delegate->applicationOpenFiles({u"/1"_s, u"/2"_s, u"/3"_s, u"/4"_s, u"/5"_s});
+        if (isStopped)
+            applet.delegate->stopRunningScript();
+        else
+            mayEnd = true;
+        applet.settle();
+        EXPECT_EQ(applet.ended(), isStopped) << "the end of the first run";
+        EXPECT_EQ(wasTold != noErr, isStopped);
+        EXPECT_TRUE(Applet::eventually([&] {
+            applet.advance(0);
+            return applet.ended();
+        }));
+        EXPECT_EQ(opened, isStopped ? std::vector<std::size_t>{1} : (std::vector<std::size_t>{1, 5}));
+    }
+}
+
 TEST(Hooks, HearOfAnUpdate) {
     Applet applet({.handlers = "run appletupdaterwillinstallupdate appletupdaterwillrelaunchapplication"});
     applet.delegate->_setupApplication(false);
