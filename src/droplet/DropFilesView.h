@@ -83,7 +83,7 @@ private:
     bool isTaking() const { return !isFinishingDrop() && (mJudgement.isUnderWay || mJudgement.isAccepted); }
     void judge(const QElapsedTimer& since, qint64 atMost);
     void judgeNextSlice();
-    /// What hovered has gone: the script's answer, should it be under way, is of no use any more.
+    /// For a drag that has left, and for files whose judging is stopped: the script's answer is not waited for.
     void forgetJudgement();
     bool isAccepted(const QString& filename, bool previous) const;
     void judged();

@@ -194,7 +194,7 @@ TEST(Hooks, AreStoppedWithoutTheHandlerThatRuns) {
     EXPECT_TRUE(applet.delegate->hookWasStopped());
     EXPECT_EQ(handlerWasTold, noErr) << "the hook's Stop is not the handler's";
 
-    // And the handler's Stop is not the hook's, nor does a new hook take it back.
+    // A Stop of the handler leaves the hook alone, and a new hook does not take the handler's Stop back.
     loops = false;
     applet.delegate->mainScript()->component()->setCancelled(true);
     EXPECT_TRUE(applet.delegate->isFileAcceptable(u"/b"_s));

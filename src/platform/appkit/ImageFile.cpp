@@ -51,8 +51,8 @@ QByteArray checkedIcon(const QByteArray& icon) {
     return checked;
 }
 
-/// Where it cannot be made smaller on the way. The toolkit counts no pixel for less than 32 bits. For some damaged files the format is a
-/// number without meaning.
+/// The memory that decoding a picture takes when it is not made smaller on the way. The toolkit counts at least 32 bits a pixel. The
+/// format of some damaged files is a number without meaning.
 qint64 bytesWhileDecoding(QSize size, QImage::Format format) {
     constexpr int kFewestBits = 32;
     const bool isKnown = format > QImage::Format_Invalid && format < QImage::NImageFormats;

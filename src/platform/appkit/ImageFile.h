@@ -12,7 +12,7 @@ namespace quoddle {
 
 class ImageFile {
 public:
-    /// What an icon or a small picture may take, and what a photograph may: 24 million pixels of 16 bits a colour hardly become less.
+    /// The largest file of an icon or a small picture, and of a photograph: 24 million pixels of 16 bits a colour hardly become less.
     static constexpr qint64 kMostBytes = qint64{64} << 20;
     static constexpr qint64 kMostBytesOfPhotograph = qint64{192} << 20;
 

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kPause = 300; // milliseconds from the first sign of a change to the look
 
-/// What is read of a path: itself, and the text of a rich text folder.
+/// The files that a preview of the path is made from: the path itself, and the text of a rich text folder.
 std::array<QString, 2> partsOf(const QString& path) {
     return {path, path + u"/TXT.rtf"_s};
 }

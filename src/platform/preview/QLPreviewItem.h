@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Those who tell the preview panel what to do: items are the files to show, a data source has them, a delegate takes keys, and a controller
-// puts both in.
+// The preview panel's partners: items are the files to show, a data source has them, a delegate takes keys, and a controller puts both in.
 // Main thread only.
 #pragma once
 

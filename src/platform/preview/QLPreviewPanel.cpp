@@ -230,8 +230,10 @@ void QLPreviewPanel::reloadData() {
     int index = mIndex;
     for (int i = 0; mItem && i < std::min(mItems, kMostSearched); ++i)
         if (const auto item = mDataSource->previewPanelPreviewItemAtIndex(*this, i);
-            item && item->previewItemURL() == mItem->previewItemURL())
+            item && item->previewItemURL() == mItem->previewItemURL()) {
             index = i;
+            break;
+        }
     setCurrentPreviewItemIndex(index);
 }
 

@@ -17,7 +17,7 @@ public:
 
     /// Every plain name that has the term has these.
     LetterSet letters() const { return mLetters; }
-    /// Where the term is in a name, as PlainName makes it. False when it is not; what was in `ranges` is gone either way.
+    /// Puts the places of the term in a name, as PlainName makes it, into `ranges`, whose old content is gone. False when there are none.
     bool findRanges(std::string_view name, NameRanges& ranges) const;
 
 private:
