@@ -14,6 +14,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import zlib
 
@@ -36,10 +37,18 @@ class Quoddle(unittest.TestCase):
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp()).resolve()
         self.addCleanup(shutil.rmtree, self.folder)
+        self.addCleanup(self.wait_for_applets)
         self.data = self.folder / "data"
         (self.folder / "run").mkdir(mode=0o700)
         self.environment = {k: v for k, v in os.environ.items() if k != "DBUS_SESSION_BUS_ADDRESS"} | {
             "HOME": str(self.folder), "XDG_DATA_HOME": str(self.data), "XDG_RUNTIME_DIR": str(self.folder / "run"), "QUODDLE_SHELL": str(BIN / "quoddle-shell"), "LC_ALL": "C.UTF-8"}
+
+    def wait_for_applets(self):
+        """Waits until the applets that a test has told something have ended, each of which takes its socket away."""
+        deadline = time.monotonic() + 30
+        while any((self.folder / "run").rglob("*.sock")):
+            self.assertLess(time.monotonic(), deadline, "an applet goes on after the test")
+            time.sleep(0.02)
 
     def call(self, *words, program="quoddle", **more):
         done = subprocess.run([str(BIN / program), *map(str, words)], env=self.environment | more, capture_output=True, text=True, timeout=60, cwd=self.folder)
