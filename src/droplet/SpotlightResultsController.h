@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The array controller of the results: puts the hits of the search into their order and offers them to the list as rows. The most relevant
 // comes first, equally relevant ones by name.
-// One decision: hits that come later are merged in, so a batch costs as much as there are rows, whatever the number of batches; a selected
-// hit stays selected wherever it moves.
+// One decision: few of the hits that are there are looked at again when others come or go. What comes or goes in a few places changes these
+// rows alone; what does so in many is one change of the whole order, which costs a copy of the rows. A selected hit stays selected
+// wherever it moves.
 // Main thread only.
 #pragma once
 
@@ -10,6 +11,8 @@
 
 #include <QAbstractListModel>
 #include <QSet>
+
+#include <vector>
 
 namespace quoddle {
 
@@ -28,8 +31,13 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
+    /// The first row, not above `from`, that comes after a hit.
+    int placeOf(const SpotlightMatchRef& match, int from) const;
+    /// `places[i]`: the row that the hit i comes before. Ascending, as the hits are in order.
+    void insertRuns(const QList<SpotlightMatchRef>& ordered, const std::vector<int>& places);
+    void merge(const QList<SpotlightMatchRef>& ordered, const std::vector<int>& places);
     /// Puts the rows into a new order; `order[i]` is the row that comes to stand at i.
-    void reorder(const QList<int>& order);
+    void reorder(const std::vector<int>& order);
 
     QList<SpotlightMatchRef> mArranged;
 };

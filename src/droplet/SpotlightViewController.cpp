@@ -13,7 +13,7 @@
 
 #include <algorithm>
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QKeyEvent>
 
 namespace quoddle {
@@ -24,7 +24,12 @@ namespace {
 
 constexpr double kBatchingInterval = 0.25; // seconds
 constexpr qsizetype kShortestText = 2;     // UTF-16 units
-constexpr qint64 kSlice = 8;               // milliseconds of judging before the window gets its turn
+// Milliseconds.
+constexpr double kSlice = 8;           // of judging and showing before the window gets its turn
+constexpr double kShortestJudging = 2; // of it
+constexpr double kCostOfWaiting = 10;  // so many times what showing hits takes lies between two times
+constexpr int kJudgingPatience = 100;  // until hits are shown although the script still judges the next one
+
 constexpr int kIconExtent = 48;            // points
 
 /// A line for each result that has come, where somebody looks for a fault.
@@ -89,6 +94,9 @@ void SpotlightViewController::viewDidLoad() {
     observeQuery();
     mNextSlice.setSingleShot(true);
     connect(&mNextSlice, &QTimer::timeout, this, &SpotlightViewController::mergeResults);
+    mShown.start();
+    mJudgesLong.setSingleShot(true);
+    connect(&mJudgesLong, &QTimer::timeout, this, &SpotlightViewController::showUsable);
     updateButtons();
 }
 
@@ -103,10 +111,15 @@ void SpotlightViewController::connectControls() {
     connect(mUi->resultsView->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (!mSelectsByItself)
             mSelectionChangedByUser = true;
+        mSelected.reset();
         updateButtons();
         if (mPreviewPanel)
             mPreviewPanel->reloadData();
     });
+    const auto forgetSelected = [this] { mSelected.reset(); }; // the rows of what is selected may have changed
+    connect(mResultsController.get(), &QAbstractItemModel::layoutChanged, this, forgetSelected);
+    connect(mResultsController.get(), &QAbstractItemModel::rowsRemoved, this, forgetSelected);
+    connect(mResultsController.get(), &QAbstractItemModel::modelReset, this, forgetSelected);
     connect(mUi->quickLookButton, &QPushButton::clicked, this, &SpotlightViewController::doQuickLook);
     QLPreviewPanel::registerController(*view(), *this);
 }
@@ -161,11 +174,14 @@ void SpotlightViewController::stopQuery() {
     mUi->progressView->hide();
     mNameQuery->stopQuery();
     mNextSlice.stop();
+    mJudgesLong.stop();
     mUnjudged.clear();
     mJudged = 0;
 }
 
 void SpotlightViewController::removeAllPaths() {
+    mUsable.clear();
+    mCostOfShowing = 0;
     mMatches.clear();
     mPaths.clear();
     mResultsController->removeAllObjects();
@@ -194,7 +210,7 @@ void SpotlightViewController::_applicationsQueryGatheringFinish(const NSNotifica
     mUi->progressView->hide();
     if (!mNameQuery->followsChangesAtOnce())
         note(tr("The system cannot watch so many folders: new files in some of them appear after half a minute."));
-    mergeResults();
+    mNextSlice.start(0);
 }
 
 void SpotlightViewController::_applicationsQueryUpdated(const NSNotification& notification) {
@@ -205,7 +221,7 @@ void SpotlightViewController::_applicationsQueryUpdated(const NSNotification& no
 void SpotlightViewController::takeResults(const NSNotification& notification) {
     removePaths(notification.userInfo.value(NSMetadataQueryUpdateRemovedItemsKey).toStringList());
     mUnjudged += notification.userInfo.value(NSMetadataQueryUpdateAddedItemsKey).value<QList<NSMetadataItem>>();
-    mergeResults();
+    mNextSlice.start(0);
 }
 
 void SpotlightViewController::removePaths(const QStringList& paths) {
@@ -242,10 +258,8 @@ bool SpotlightViewController::judgeSlice() {
     const QPointer<SpotlightViewController> alive(this);
     const int search = mSearch;
     mHookDepth = AppDelegate::instance()->hookDepth();
-    QElapsedTimer time;
-    time.start();
-    mUsable.clear();
-    while (mJudged < mUnjudged.size() && time.elapsed() < kSlice) {
+    const QDeadlineTimer end(std::chrono::microseconds(qRound64(std::max(kSlice - mCostOfShowing, kShortestJudging) * 1000)));
+    while (mJudged < mUnjudged.size() && !end.hasExpired()) {
         mGoneMeanwhile.clear();
         const SpotlightMatchRef match = makeMatch(mUnjudged.at(mJudged++));
         const bool isUsable = match->usableMatch(); // asks the script, whose error ends the applet
@@ -268,28 +282,36 @@ void SpotlightViewController::mergeResults() {
     if (mIsMerging || mIsSuspended) // the script waits for something while it judges a file
         return;
     mIsMerging = true;
+    mJudgesLong.start(kJudgingPatience);
     const QPointer<SpotlightViewController> alive(this);
     const bool isCurrent = judgeSlice();
     if (!alive)
         return;
+    mJudgesLong.stop();
     mIsMerging = false;
-    if (isCurrent) {
-        for (const SpotlightMatchRef& match : mUsable)
-            mMatches.insert(match->path(), match);
-        mPaths += mUsable;
-        mSelectsByItself = true;
-        mResultsController->addObjects(mUsable);
-        selectBestHit();
-        mSelectsByItself = false;
-        showCount();
-        QTimer::singleShot(0, this, &SpotlightViewController::_revealSelectedResultsRow);
-    }
-    if (mJudged < mUnjudged.size()) {
-        mNextSlice.start(0);
-    } else {
+    const bool isMore = mJudged < mUnjudged.size();
+    if (!isMore) {
         mUnjudged.clear();
         mJudged = 0;
     }
+    if (isCurrent && (!isMore || mShown.hasExpired(qRound64(mCostOfShowing * kCostOfWaiting))))
+        showUsable();
+    if (isMore)
+        mNextSlice.start(0);
+}
+
+void SpotlightViewController::showUsable() {
+    mShown.start();
+    for (const SpotlightMatchRef& match : mUsable)
+        mMatches.insert(match->path(), match);
+    mPaths += mUsable;
+    mSelectsByItself = true;
+    mResultsController->addObjects(std::exchange(mUsable, {}));
+    selectBestHit();
+    mSelectsByItself = false;
+    showCount();
+    QTimer::singleShot(0, this, &SpotlightViewController::_revealSelectedResultsRow);
+    mCostOfShowing = static_cast<double>(mShown.nsecsElapsed()) / 1e6;
 }
 
 void SpotlightViewController::note(const QString& text) {
@@ -320,16 +342,18 @@ void SpotlightViewController::_revealSelectedResultsRow() {
         mUi->resultsView->scrollTo(current);
 }
 
-QList<SpotlightMatchRef> SpotlightViewController::selectedObjects() const {
+const QList<SpotlightMatchRef>& SpotlightViewController::selectedObjects() const {
+    if (mSelected)
+        return *mSelected;
     QList<int> rows;
     const QModelIndexList indexes = mUi->resultsView->selectionModel()->selectedRows();
     for (const QModelIndex& index : indexes)
         rows << index.row();
     std::sort(rows.begin(), rows.end());
-    QList<SpotlightMatchRef> matches;
+    mSelected.emplace();
     for (const int row : rows)
-        matches << mResultsController->arrangedObjects().at(row);
-    return matches;
+        *mSelected << mResultsController->arrangedObjects().at(row);
+    return *mSelected;
 }
 
 void SpotlightViewController::doOK() {

@@ -10,6 +10,7 @@
 #include "platform/appkit/NSViewController.h"
 #include "platform/search/NSMetadataQuery.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
 #include <QTimer>
@@ -41,8 +42,8 @@ public:
     /// Not since the search began: the best hit is selected by itself.
     bool selectionChangedByUser() const { return mSelectionChangedByUser; }
     void setSelectionChangedByUser(bool changed) { mSelectionChangedByUser = changed; }
-    /// The selected hits, in the order of the list.
-    QList<SpotlightMatchRef> selectedObjects() const;
+    /// The selected hits, in the order of the list. Valid until the selection or the list changes.
+    const QList<SpotlightMatchRef>& selectedObjects() const;
 
     /// Begins anew with what the search field says.
     void _updateSearchPredicate();
@@ -81,6 +82,8 @@ private:
     void mergeResults();
     /// Collects the usable ones among the next results. False when the search, or the pane, did not survive the judging.
     bool judgeSlice();
+    /// Puts the hits that have been found usable into the list.
+    void showUsable();
     SpotlightMatchRef makeMatch(const NSMetadataItem& item) const;
     void showCount();
     /// Below the results, until the next search.
@@ -108,11 +111,14 @@ private:
     bool mIsSuspended = false;                  // the pane was shown and is not any more
     bool mIsMerging = false;                    // further up on the stack
     int mHookDepth = 0;                         // of the hook that judges a file
-    QList<SpotlightMatchRef> mUsable;           // of the slice that is being judged
+    QList<SpotlightMatchRef> mUsable;           // hits that are not shown yet
     QSet<QString> mGoneMeanwhile;               // paths that went while a file was being judged
+    mutable std::optional<QList<SpotlightMatchRef>> mSelected; // kept: the preview panel asks for its items one by one
     bool mSelectionChangedByUser = false;
     bool mSelectsByItself = false; // the selection changes, and it is not the user
-    QTimer mNextSlice;
+    QTimer mNextSlice, mJudgesLong;
+    QElapsedTimer mShown;                    // since hits were shown last
+    double mCostOfShowing = 0;               // milliseconds, the last time
     QLPreviewPanel* mPreviewPanel = nullptr; // while this pane controls it
 };
 

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 
 #include <QAbstractItemModelTester>
 #include <QDir>
@@ -49,6 +50,59 @@ TEST(SpotlightResults, TheMostRelevantComesFirst) {
     EXPECT_EQ(b.row(), 1);
     controller.removeAllObjects();
     EXPECT_FALSE(b.isValid());
+}
+
+/// Hits come and go in few places and in many, against a list that is sorted anew each time.
+TEST(SpotlightResults, StayInOrderWhateverComesAndGoes) {
+    std::mt19937 random(1);
+    SpotlightResultsController controller;
+    const QAbstractItemModelTester tester(&controller, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    QList<SpotlightMatchRef> model;
+    std::vector<std::pair<SpotlightMatchRef, QPersistentModelIndex>> followed;
+    int number = 0;
+    for (int round = 0; round < 60; ++round) {
+        QList<SpotlightMatchRef> added;
+        for (unsigned i = random() % (round % 3 ? 5 : 60); i > 0; --i)
+            added << match(u"/%1/%2"_s.arg(++number).arg(random() % 40), random() % 3 + 1.0);
+        controller.addObjects(added);
+        model += added;
+        QSet<const SpotlightMatch*> removed;
+        for (const SpotlightMatchRef& each : std::as_const(model))
+            if (random() % (round % 4 ? 30 : 2) == 0)
+                removed << each.get();
+        controller.removeObjects(removed);
+        model.removeIf([&removed](const SpotlightMatchRef& each) { return removed.contains(each.get()); });
+        std::stable_sort(model.begin(), model.end(), [](const SpotlightMatchRef& a, const SpotlightMatchRef& b) {
+            return std::pair(-a->relevance(), a->path().section(u'/', -1)) < std::pair(-b->relevance(), b->path().section(u'/', -1));
+        });
+        ASSERT_EQ(controller.arrangedObjects(), model) << round;
+        for (const auto& [hit, index] : followed)
+            ASSERT_EQ(index.row(), model.indexOf(hit)) << round;
+        if (!model.isEmpty()) {
+            const int row = static_cast<int>(random() % static_cast<unsigned>(model.size()));
+            followed.emplace_back(model.at(row), controller.index(row));
+        }
+    }
+    EXPECT_GT(number, 500);
+}
+
+TEST(SpotlightResults, ManyThatComeOrGoAreFewChanges) {
+    SpotlightResultsController controller;
+    int changes = 0;
+    for (const auto signal : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        QObject::connect(&controller, signal, [&changes] { ++changes; });
+    QObject::connect(&controller, &QAbstractItemModel::layoutChanged, [&changes] { ++changes; });
+    QList<SpotlightMatchRef> even, odd;
+    for (int i = 0; i < 1000; ++i)
+        (i % 2 ? odd : even) << match(u"/%1"_s.arg(i, 4), 1);
+    controller.addObjects(even);
+    controller.addObjects(odd);
+    QSet<const SpotlightMatch*> gone;
+    for (const SpotlightMatchRef& each : odd)
+        gone << each.get();
+    controller.removeObjects(gone);
+    EXPECT_EQ(controller.arrangedObjects(), even);
+    EXPECT_LE(changes, 5);
 }
 
 TEST(SpotlightResults, ARowIsReadOut) {

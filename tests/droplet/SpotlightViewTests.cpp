@@ -198,4 +198,24 @@ TEST_F(SpotlightViewTest, WhatComesWhileTheScriptWaitsIsNeitherLostNorShownTwice
     EXPECT_EQ(pane.paths().size(), 2);
 }
 
+TEST_F(SpotlightViewTest, HitsAreShownWhileTheScriptWaitsForTheNextOne) {
+    make({u"report 1"_s, u"report 2"_s, u"report 3"_s});
+    int asked = 0;
+    QStringList shownMeanwhile;
+    judge = [&](ScriptedComponent::Run&) -> ScriptedComponent::Outcome {
+        if (++asked == 3) {
+            EXPECT_TRUE(QTest::qWaitFor([&] { return shown().size() == 2; }, 10'000));
+            shownMeanwhile = shown();
+            QFile::remove(folder.filePath(shownMeanwhile.value(0)));
+            EXPECT_TRUE(QTest::qWaitFor([&] { return shown().size() == 1; }, 10'000));
+        }
+        return {AEDesc::ofBoolean(true)};
+    };
+    field.setText(u"report"_s);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return asked == 3 && pane.paths().size() == 2; }, 20'000));
+    EXPECT_EQ(shownMeanwhile.size(), 2) << testing::PrintToString(shownMeanwhile);
+    EXPECT_EQ(shown().size(), 2);
+    EXPECT_FALSE(shown().contains(shownMeanwhile.value(0)));
+}
+
 } // namespace quoddle

@@ -140,7 +140,7 @@ Difference NSMetadataQuery::State::takeSlice(std::size_t count) {
 
 void NSMetadataQuery::State::tell() {
     const auto keepAlive = shared_from_this();
-    if (const std::size_t count = batches.beginSlice(waiting.size()); count > 0) {
+    if (const std::size_t count = batches.beginSlice(waiting.size(), results.size()); count > 0) {
         const double begin = now();
         Difference difference = takeSlice(count);
         QStringList removed;
