@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "droplet/DropFilesView.h"
 
+#include "droplet/DropletWindowController.h"
 #include "droplet/JudgingView.h"
 #include "droplet/NSColor+Additions.h"
 #include "droplet/NSImage+Additions.h"
@@ -29,6 +30,7 @@ constexpr int kColorChangeTime = 500; // milliseconds
 constexpr qint64 kPatience = 60;      // milliseconds of judging before the window gets its turn for the first time
 constexpr int kSlice = 8;             // and after that
 constexpr int kSilentWait = 500;      // milliseconds after a drop until it is shown how far the judging is
+constexpr int kVerdictTime = 1000;    // for which a refusal is seen that comes after the drop
 constexpr int kSilence = 500;         // milliseconds without a word of a drag, after which it has gone
 const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
 const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
@@ -92,6 +94,8 @@ void DropFilesView::_setupView() {
     mNextSlice.setSingleShot(true);
     connect(&mNextSlice, &QTimer::timeout, this, &DropFilesView::judgeNextSlice);
     mSilence.setSingleShot(true);
+    mVerdictIsSeen.setSingleShot(true);
+    connect(&mVerdictIsSeen, &QTimer::timeout, this, &DropFilesView::dropEndedWithoutOpening);
     connect(mJudgingView, &JudgingView::stopRequested, this, &DropFilesView::stopJudging);
     connect(&mSilence, &QTimer::timeout, this, &DropFilesView::draggingExited);
 }
@@ -145,6 +149,7 @@ NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
     if (isFinishingDrop())
         return NSDragOperation::none;
     setSelected(true);
+    mVerdictIsSeen.stop();
     forgetJudgement();
     mJudgement.number = ++mLastJudgement;
     mNextSlice.stop();
@@ -213,16 +218,38 @@ void DropFilesView::judged() {
     showVerdict(mJudgement.isAccepted ? kAcceptedColor : kRefusedColor);
     if (!mJudgement.isDropped)
         return;
-    const QStringList filenames = std::exchange(mJudgement.filenames, {});
-    if (mJudgement.isAccepted)
-        open(filenames);
-    draggingEnded();
+    finishingDropDidChange();
+    if (mJudgement.isAccepted) {
+        open(std::exchange(mJudgement.filenames, {}));
+        draggingEnded();
+    } else {
+        mJudgingView->hide();
+        setSelected(false);
+        mVerdictIsSeen.start(kVerdictTime);
+    }
 }
 
 /// The files stay where they are.
 void DropFilesView::stopJudging() {
     forgetJudgement();
+    finishingDropDidChange();
+    dropEndedWithoutOpening();
+}
+
+void DropFilesView::dropEndedWithoutOpening() {
     draggingEnded();
+    showLastPane();
+}
+
+void DropFilesView::finishingDropDidChange() {
+    if (DropletWindowController* controller = DropletWindowController::current())
+        controller->setFinishingDrop(isFinishingDrop());
+}
+
+/// A drag may have led here from the search. Another pane than this one stays.
+void DropFilesView::showLastPane() {
+    if (const auto controller = AppDelegate::instance()->mainWindowController(); controller && isVisible())
+        controller->showLastViewController();
 }
 
 void DropFilesView::showVerdict(const QColor& color) {
@@ -243,14 +270,14 @@ void DropFilesView::draggingExited() {
         return;
     forgetJudgement();
     draggingEnded();
-    if (const auto controller = AppDelegate::instance()->mainWindowController())
-        controller->showLastViewController(); // the drag may have led here from the search
+    showLastPane();
 }
 
 bool DropFilesView::performDragOperation(const QMimeData& pasteboard) {
     if (mJudgement.isUnderWay) {
         mJudgement.isDropped = true;
         mJudgement.sinceDrop.start();
+        finishingDropDidChange();
         return true;
     }
     open(filenamesFrom(pasteboard).value_or(QStringList()));
@@ -264,6 +291,7 @@ void DropFilesView::open(const QStringList& filenames) {
 void DropFilesView::draggingEnded() {
     if (mJudgement.isUnderWay) // dropped before the verdict, which ends it
         return;
+    mVerdictIsSeen.stop();
     mColorChange.stop();
     mJudgingView->hide();
     setSelected(false);

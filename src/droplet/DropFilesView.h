@@ -88,6 +88,9 @@ private:
     bool isAccepted(const QString& filename, bool previous) const;
     void judged();
     void stopJudging();
+    void dropEndedWithoutOpening();
+    void finishingDropDidChange();
+    void showLastPane();
     void open(const QStringList& filenames);
     void showVerdict(const QColor& color);
     void setSelected(bool selected);
@@ -103,6 +106,7 @@ private:
     QVariantAnimation mColorChange;
     Judgement mJudgement;
     QTimer mNextSlice;
+    QTimer mVerdictIsSeen;
     QTimer mSilence; // runs while the pointer is seen although something is dragged
     int mLastJudgement = 0;
     bool mIsAsking = false; // the script, further up on the stack

@@ -49,6 +49,11 @@ DropletWindowController::DropletWindowController() : mMainViewController(std::ma
 
 DropletWindowController::~DropletWindowController() = default;
 
+DropletWindowController* DropletWindowController::current() {
+    const AppDelegate* delegate = AppDelegate::instance();
+    return delegate ? dynamic_cast<DropletWindowController*>(delegate->mainWindowController().get()) : nullptr;
+}
+
 std::unique_ptr<NSWindow> DropletWindowController::loadWindow() {
     auto window = BaseWindowController::loadWindow();
     window->setContentViewController(mMainViewController.get());
@@ -134,8 +139,13 @@ void DropletWindowController::selectTabWithoutTransition(int index) {
 void DropletWindowController::selectMode(unsigned tab) {
     mMainViewController->setSelectedTabViewItemIndex(static_cast<int>(tab));
     mModeControl->setSelectedSegment(static_cast<int>(tab));
+    updateModeControl();
     if (tab == kSearchTab)
         searchViewController().takeFocus();
+}
+
+void DropletWindowController::updateModeControl() {
+    mModeControl->setEnabled(!mIsFinishingDrop && mMainViewController->selectedTabViewItemIndex() <= kSearchTab);
 }
 
 void DropletWindowController::showProgressViewController() {
@@ -145,7 +155,7 @@ void DropletWindowController::showProgressViewController() {
         selectTabWithoutTransition(kProgressTab);
         appear();
     }
-    mModeControl->setEnabled(false);
+    updateModeControl();
     progressViewController().progressView()->startAnimation();
     progressViewController().setStopButtonEnabled(true);
     progressViewController().setStopButtonHidden(false);
@@ -153,20 +163,23 @@ void DropletWindowController::showProgressViewController() {
 
 void DropletWindowController::showStartupViewController() {
     startupViewController().setMainBundle(mainBundle());
-    mModeControl->setEnabled(false);
     selectTabWithoutTransition(kStartupTab);
+    updateModeControl();
     appear();
 }
 
 void DropletWindowController::showDropFilesViewController() {
-    mModeControl->setEnabled(true);
     selectMode(kDropTab);
 }
 
 void DropletWindowController::showLastViewController() {
-    mModeControl->setEnabled(true);
-    selectMode(mLastSelectedTabIndex);
+    selectMode(mIsFinishingDrop ? kDropTab : mLastSelectedTabIndex);
     progressViewController().resetStopped();
+}
+
+void DropletWindowController::setFinishingDrop(bool finishing) {
+    mIsFinishingDrop = finishing;
+    updateModeControl();
 }
 
 bool DropletWindowController::stopButtonHidden() const {

@@ -24,6 +24,9 @@ public:
     DropletWindowController();
     ~DropletWindowController() override;
 
+    /// The window of the running applet; null when it has another one, or none yet.
+    static DropletWindowController* current();
+
     /// The panes: tab 0 drop, 1 search, 2 progress, 3 startup.
     NSTabViewController& mainViewController() const { return *mMainViewController; }
     ProgressViewController& progressViewController() const;
@@ -39,6 +42,8 @@ public:
     void showLastViewController() override;
     /// For one drop: the mode stays what it is.
     void showDropFilesViewController();
+    /// Files that were dropped are still being judged: the drop zone, which shows how far that is, stays the waiting pane.
+    void setFinishingDrop(bool finishing);
     bool stopButtonHidden() const override;
     void setStopButtonHidden(bool hidden) override;
     bool stopButtonEnabled() const override;
@@ -60,10 +65,13 @@ private:
     StartupViewController& startupViewController() const;
     void selectTabWithoutTransition(int index);
     void selectMode(unsigned tab);
+    /// The mode can be changed where a waiting pane is shown.
+    void updateModeControl();
 
     std::unique_ptr<NSTabViewController> mMainViewController;
     NSSegmentedControl* mModeControl = nullptr; // in the toolbar, which lives as long as the window
     unsigned mLastSelectedTabIndex = 0;
+    bool mIsFinishingDrop = false;
 };
 
 } // namespace quoddle

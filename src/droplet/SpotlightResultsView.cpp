@@ -5,7 +5,6 @@
 #include "droplet/DropletWindowController.h"
 #include "droplet/SpotlightViewController.h"
 #include "platform/appkit/KeyRepetition.h"
-#include "runtime/AppDelegate.h"
 
 #include <QDragEnterEvent>
 
@@ -46,7 +45,7 @@ void SpotlightResultsView::dragEnterEvent(QDragEnterEvent* event) {
         return event->ignore();
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    if (auto* controller = dynamic_cast<DropletWindowController*>(AppDelegate::instance()->mainWindowController().get()))
+    if (DropletWindowController* controller = DropletWindowController::current())
         controller->showDropFilesViewController();
 }
 

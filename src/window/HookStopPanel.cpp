@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "window/HookStopPanel.h"
 
+#include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSPanel.h"
 #include "platform/appkit/ProgressBar.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -56,6 +58,8 @@ void HookStopPanel::show(const QString& applicationName, std::function<void()> s
     layout->addWidget(bar);
     layout->addWidget(button, 0, Qt::AlignTrailing);
     mPanel->setCloseButton(button);
+    QObject::connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), mPanel.get()), &QShortcut::activated, mPanel.get(),
+                     [] { NSApplication::sharedApplication()->terminate(); }); // the panel has no menu
     if (const QWidget* front = QApplication::activeWindow()) {
         mPanel->winId();
         mPanel->windowHandle()->setTransientParent(front->windowHandle()); // stays before its window

@@ -85,8 +85,9 @@ class Droplet(accessibility.AccessibleCase):
             end appletfileisacceptable"""
         file = self.folder / "a.txt"
         file.write_text("x")
-        for number, wait in enumerate(("", "delay 100", 'do shell script "sleep 100"')):
-            applet = self.start(f"Loops{number}", OPENING + loops.replace("WAIT", wait), options=["-s"])
+        waits = ["", "delay 100", 'do shell script "sleep 100"']
+        for number, wait in enumerate(waits + [f"try\n{wait}\nend try" for wait in waits[1:]]):
+            applet = self.applet = self.start(f"Loops{number}", OPENING + loops.replace("WAIT", wait), options=["-s"])
             applet.window()
             opening = self.open(applet, file)
             self.find("Waiting for the script", "progress bar")
@@ -97,8 +98,12 @@ class Droplet(accessibility.AccessibleCase):
             self.assertEqual(applet.said("opened"), "")
             # And with the applet, while it loops.
             self.open(applet, file)
-            self.find("Waiting for the script", "progress bar")
-            applet.process.terminate()
+            bar = self.find("Waiting for the script", "progress bar")
+            if number == 0:
+                self.click(bar)  # the panel takes the keyboard
+                applet.xdotool("key", "ctrl+q")
+            else:
+                applet.process.terminate()
             applet.ends()
 
     def test_the_user_goes_on_while_a_hook_takes_its_time(self):

@@ -363,6 +363,44 @@ end appletfileisacceptable
         text.let_go("none")
         self.find("1 found", "label")
 
+    def test_what_is_refused_after_the_drop_is_seen_and_the_search_comes_back(self):
+        refusing = """
+on appletfileisacceptable(f)
+    if POSIX path of f ends with "slow.no" then delay 100
+    do shell script "sleep 0.05"
+    return POSIX path of f does not end with ".no"
+end appletfileisacceptable
+"""
+        *files, slow, bad = self.files(*(f"file {number}.txt" for number in range(20)), "slow.no", "bad.no")
+        applet = self.start_droplet("Late", OPENING + refusing)
+        self.click_on("Find files")
+        self.find("Search")
+        area = self.area("Results")
+        over = area.x + area.width // 2, area.y + area.height // 2
+        for last in (bad, slow):
+            source = DragSource(self, "files", *files, last)
+            source.begin()
+            source.move(over)
+            self.find("Drop zone")
+            source.move(over)
+            place = self.drop_zone()
+            source.move(place)
+            source.says("would copy")
+            source.let_go("copy")
+            self.find("Checking the files", "progress bar")
+            self.assertFalse(self.is_sensitive("Find files"))
+            if last == bad:
+                self.becomes(RED, place)
+                applet.picture("drop-refused-late")
+            else:
+                applet.xdotool("key", "Escape")
+            self.find("Search")
+            self.assertTrue(self.is_sensitive("Find files"))
+        self.assertEqual(self.opened(applet), [])
+
+    def is_sensitive(self, name):
+        return self.find(name).get_state_set().contains(self.atspi.StateType.SENSITIVE)
+
     def click_on(self, name):
         self.applet = next(iter(self.applets.values()))
         self.click(self.find(name))

@@ -440,9 +440,9 @@ void QLPreviewPanel::keyPressEvent(QKeyEvent* event) {
     }
     if (mDelegate && mDelegate->previewPanelHandleEvent(*this, *event))
         return;
-    if (event->matches(QKeySequence::Close))
+    if (event->keyCombination() == (Qt::CTRL | Qt::Key_W)) // as in the menus, whatever desktop this is
         return orderOut();
-    if (event->matches(QKeySequence::Quit))
+    if (event->keyCombination() == (Qt::CTRL | Qt::Key_Q))
         return NSApplication::sharedApplication()->terminate();
     if (closes)
         return orderOut();

@@ -365,7 +365,7 @@ bool Interpreter::unwind() {
             error.offset = code.offsetOf(at);
         }
         for (const Code::TryRegion& region : code.tries)
-            if (at >= region.begin && at < region.end) {
+            if (at >= region.begin && at < region.end && !error.isFinal) {
                 frame.next = code.instructions.data() + region.handler;
                 return true;
             }

@@ -18,6 +18,7 @@ namespace quoddle {
 
 namespace {
 
+constexpr int kHeededRefusals = 50; // of the host, a fifth of a second: a script that catches the first ones may clean up
 constexpr std::size_t kStackValues = std::size_t(8) << 20; // reserved; memory is taken as it is touched
 
 Value loadLiteral(void* context, const Object* literal, const std::shared_ptr<ObjectStore>& store) {
@@ -119,9 +120,11 @@ bool Machine::yield() {
     mInterrupted.store(false, std::memory_order_relaxed);
     settle();
     const OSStatus status = mHost.active ? mHost.active(*this) : noErr;
+    mContext->refusals = status == noErr ? 0 : mContext->refusals + 1;
     if (status == noErr)
         return true;
     raise(status, language::messageFor(status));
+    mContext->error.isFinal = mContext->refusals > kHeededRefusals;
     return false;
 }
 
@@ -182,6 +185,7 @@ class Machine::Run {
 public:
     explicit Run(Machine& machine) : mMachine(machine), mContext(*machine.mContext), mTop(mContext.stackTop) {
         if (mContext.nestedRuns++ == 0) {
+            mContext.refusals = 0;
             Ticker::shared().add(&mMachine);
             mMachine.mHeap.keepReserve();
         }

@@ -34,6 +34,7 @@ struct ScriptError {
     Value application;
     const Object* handler = nullptr; // the handler block in whose code it arose, if any
     std::uint32_t offset = 0;        // of the stored instruction in it
+    bool isFinal = false;            // no "try" of the script catches it
 };
 
 /// The default time-out of a command to another application, seconds.
@@ -68,6 +69,7 @@ struct ExecutionContext {
     Value* stackTop = nullptr; // behind the registers of the innermost frame
     ScriptError error;
     std::size_t nestedRuns = 0;
+    int refusals = 0; // of the host, one after the other, to let the script go on
 
     ExecutionContext();
     ~ExecutionContext();
@@ -80,7 +82,7 @@ public:
     /// The surroundings of a machine, which neither sends nor waits by itself.
     struct Host {
         /// Called at least every ten milliseconds while a script runs, the interpreter lock given up. Anything but noErr ends the script
-        /// with that error.
+        /// with that error. The script may catch the error, but not when the host answers with errors again and again.
         std::function<OSStatus(Machine&)> active;
         /// A command that no handler and no part of the language took: value, or failure with an error raised.
         std::function<Value(Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, bool continues)> send;

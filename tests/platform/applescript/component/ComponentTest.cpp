@@ -326,6 +326,29 @@ TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
     }
 }
 
+TEST_F(ComponentTest, ARunEndsAlthoughItsScriptCatchesEveryCancel) {
+    OSASetActiveProc(
+        instance, [](void*) -> OSErr { return userCanceledErr; }, nullptr);
+    for (const char16_t* source : {
+             u"repeat\ntry\nrepeat\nend repeat\nend try\nend repeat",
+             u"repeat\ntry\ndelay 60\non error number -128\nend try\nend repeat",
+             u"on f()\ntry\nrepeat\nend repeat\non error\nf()\nend try\nend f\nf()\nf()",
+             u"repeat\ntry\nrun script \"repeat\ntry\nrepeat\nend repeat\nend try\nend repeat\"\nend try\nend repeat",
+         }) {
+        EXPECT_EQ(run(compiled(source)), "status -1753");
+        EXPECT_EQ(errorPart("errn"_4cc), "-128");
+    }
+    // A cancel that is taken back is the script's to catch, however many there are.
+    int count = 0;
+    OSASetActiveProc(
+        instance, [](void* refCon) -> OSErr { return static_cast<OSErr>(++*static_cast<int*>(refCon) % 2 ? noErr : userCanceledErr); },
+        &count);
+    EXPECT_EQ(
+        run(compiled(u"set n to 0\nrepeat until n = 200\ntry\ndelay 60\non error number -128\nset n to n + 1\nend try\nend repeat\nn")),
+        "200");
+    OSASetActiveProc(instance, nullptr, nullptr);
+}
+
 TEST_F(ComponentTest, ManySmallRunsLeaveNothingBehind) {
     const OSAID script = compiled(u"on same(x)\nreturn x\nend same");
     const AEDesc event = callOf("same", {AEDesc::ofText(std::u16string(2000, u'x'))});
