@@ -2,10 +2,10 @@
 // Makes a home of many files, and searches in it as the search pane of a droplet does. Milliseconds, but for the memory.
 //
 //   bench-search make FOLDER FILES       a folder for each 91 files
-//   bench-search search FOLDER TERM…     the first term while the folders are walked: first.hit, first.whole, first.count, and the bytes of
-//   memory
-//                                        for each file: memory; the later ones from memory: TERM.hit, TERM.whole, TERM.count; then how long
-//                                        it takes until a file that is made, renamed, removed is told of: made, renamed, removed
+//   bench-search search FOLDER TERM…     the first term while the folders are walked: first.hit, first.whole, first.count, and the bytes
+//                                        for each file: memory; how long it takes until a file that is made, renamed, removed is told of:
+//                                        made, renamed, removed, and the bytes then: memory.changed; at last the later terms from memory:
+//                                        TERM.hit, TERM.whole, TERM.count
 #include "Names.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSNotificationCenter.h"
@@ -83,15 +83,18 @@ public:
                     static_cast<long long>(mQuery.resultCount()));
     }
 
-    /// Bytes for each of the files in the index, which a search for everything has counted.
-    void printMemory(double before) {
+    /// Resident, when nothing but the index is there.
+    double memoryOfIndex() {
         mQuery.setRankedTerm({});
-        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s));
-        const double index = memory() - before;
+        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s)); // nothing is left of the search before
+        return memory();
+    }
+
+    double fileCount() {
         start(nullptr);
-        std::printf("files %lld\nmemory %f\n", static_cast<long long>(mQuery.resultCount()),
-                    index / static_cast<double>(mQuery.resultCount()));
-        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s)); // nothing of this is left for the next search to clear away
+        const auto count = static_cast<double>(mQuery.resultCount());
+        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s));
+        return count;
     }
 
     void follow() {
@@ -149,9 +152,11 @@ int main(int argc, char** argv) {
     Bench bench(words[2]);
     const double before = memory();
     bench.search(words[3], "first");
-    bench.printMemory(before);
+    const double gathered = bench.memoryOfIndex() - before;
+    bench.follow();
+    const double changed = bench.memoryOfIndex() - before, files = bench.fileCount();
+    std::printf("files %f\nmemory %f\nmemory.changed %f\n", files, gathered / files, changed / files);
     for (const QString& term : words.mid(4))
         bench.search(term, QString(term).replace(u' ', u'+').toStdString());
-    bench.follow();
     return 0;
 }

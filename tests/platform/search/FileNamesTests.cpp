@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <random>
+
 namespace quoddle {
 
 TEST(FileNames, AreFoundUntilTheyAreRemoved) {
@@ -23,6 +26,38 @@ TEST(FileNames, AreFoundUntilTheyAreRemoved) {
     EXPECT_EQ(names.folderOfEntry(inner), deep);
     EXPECT_FALSE(names.folderOfEntry(found - 1));
     EXPECT_EQ(names.foldersBelow(folder), std::vector<bool>({false, true, true}));
+}
+
+/// Names that come and go in random folders, in runs and one by one, against a map.
+TEST(FileNames, AreFoundInWhicheverOrderTheyCame) {
+    std::mt19937 random(1);
+    FileNames names;
+    for (int i = 0; i < 20; ++i)
+        names.addFolder(*names.add(FileNames::kTop, "folder " + std::to_string(i), true));
+    std::map<std::pair<FileNames::Folder, std::string>, FileNames::Entry> model;
+    const auto someName = [&] { return std::pair<FileNames::Folder, std::string>(random() % 20 + 1, std::to_string(random() % 300)); };
+    for (int round = 0; round < 20'000; ++round) {
+        auto each = someName();
+        for (unsigned more = random() % 50 == 0 ? random() % 100 : 1; more > 0; --more, each.second = std::to_string(random() % 300))
+            if (!model.contains(each))
+                model[each] = *names.add(each.first, each.second, false);
+        for (int i = 0; i < 2; ++i) {
+            const auto asked = someName();
+            const auto known = model.find(asked);
+            const auto found = names.find(asked.first, asked.second);
+            ASSERT_EQ(found.has_value(), known != model.end()) << round;
+            if (!found)
+                continue;
+            ASSERT_EQ(*found, known->second) << round;
+            names.remove(*found);
+            model.erase(known);
+        }
+        if (round % 1000 == 0)
+            names.forgetFound();
+    }
+    for (const auto& [name, entry] : model)
+        ASSERT_EQ(names.find(name.first, name.second), entry);
+    EXPECT_GT(model.size(), 500u);
 }
 
 TEST(FileNames, WhatIsRemovedTakesNoRoomForEver) {

@@ -22,13 +22,24 @@ std::size_t hashOf(FileNames::Folder folder, std::string_view name) {
     return std::hash<std::string_view>()(name) ^ (folder * 0x9E3779B97F4A7C15u);
 }
 
+constexpr std::size_t kSmallestTable = 4096;
+
 } // namespace
+
+FileNames::FileNames() : mTable(kSmallestTable) {
+    mFolders.push_back({});
+}
 
 std::optional<FileNames::Entry> FileNames::add(Folder folder, std::string_view name, bool isFolder) {
     // Reducing makes no character more than three times as long.
-    if (mBytes.size() + 4 * name.size() + 2 >= UINT32_MAX || mFolders.size() >= kRemoved || mEntries.size() >= UINT32_MAX - 1)
+    if (mBytes.size() + 4 * name.size() + 2 >= UINT32_MAX || mFolders.size() >= kRemoved || mEntries.size() >= kMostEntries)
         return {};
     const auto entry = static_cast<Entry>(mEntries.size());
+    FolderRecord& above = mFolders[folder];
+    const bool beginsRun = above.runBegin == above.runEnd && !above.isRunInTable;
+    const bool isInRun = beginsRun || (above.runEnd == entry && !above.isRunInTable);
+    if (!isInRun)
+        makeRoomInTable(1);
     const auto place = static_cast<std::uint32_t>(mBytes.size());
     std::uint32_t flags = folder | (isFolder ? kFolderFlag : 0) | kASCIIFlag;
     const auto append = [this](std::string_view text) {
@@ -46,8 +57,12 @@ std::optional<FileNames::Entry> FileNames::add(Folder folder, std::string_view n
     }
     mEntries.push_back({place, flags});
     mLetters.push_back(letters);
-    ++mFolders[folder].count;
-    if (!mTable.empty())
+    ++above.count;
+    if (beginsRun)
+        above.runBegin = entry;
+    if (isInRun)
+        above.runEnd = entry + 1;
+    else
         addToTable(entry);
     return entry;
 }
@@ -74,31 +89,49 @@ std::size_t FileNames::slotFor(Folder folder, std::string_view name) const {
     return slot;
 }
 
-void FileNames::buildTable() {
-    std::size_t size = 1024;
-    while (size * 2 < aliveCount() * 3)
+bool FileNames::isInTable(Entry entry) const {
+    const FolderRecord& folder = mFolders[folderOf(entry)];
+    return folder.isRunInTable || entry < folder.runBegin || entry >= folder.runEnd;
+}
+
+void FileNames::makeRoomInTable(std::size_t count) {
+    if ((mTableCount + count) * 5 <= mTable.size() * 4)
+        return;
+    for (Entry entry = 0; entry < entryCount(); ++entry)
+        count += isAlive(entry) && isInTable(entry);
+    std::size_t size = kSmallestTable;
+    while (size * 2 < count * 3)
         size *= 2;
-    mTable.assign(size, 0);
+    mTable = std::vector<std::uint32_t>(size);
     mTableCount = 0;
     for (Entry entry = 0; entry < entryCount(); ++entry)
-        if (isAlive(entry))
+        if (isAlive(entry) && isInTable(entry))
             addToTable(entry);
 }
 
 void FileNames::addToTable(Entry entry) {
-    if ((mTableCount + 1) * 5 > mTable.size() * 4) {
-        buildTable(); // with this entry
-        return;
-    }
     mTable[slotFor(folderOf(entry), name(entry))] = entry + 1;
     ++mTableCount;
 }
 
 std::optional<FileNames::Entry> FileNames::find(Folder folder, std::string_view name) {
-    if (mTable.empty())
-        buildTable();
+    FolderRecord& record = mFolders[folder];
+    if (!record.isRunInTable) {
+        makeRoomInTable(record.runEnd - record.runBegin);
+        for (Entry entry = record.runBegin; entry < record.runEnd; ++entry)
+            if (isAlive(entry))
+                addToTable(entry);
+        record.isRunInTable = true;
+    }
     const std::uint32_t found = mTable[slotFor(folder, name)];
     return found == 0 ? std::nullopt : std::optional<Entry>(found - 1);
+}
+
+void FileNames::forgetFound() {
+    for (FolderRecord& folder : mFolders)
+        folder.isRunInTable = false;
+    mTableCount = mTable.size(); // most of what is in it counts no more
+    makeRoomInTable(0);
 }
 
 std::optional<FileNames::Folder> FileNames::folderOfEntry(Entry entry) const {

@@ -3,8 +3,10 @@
 //
 // Decision: all names stand one behind the other in one block of bytes, in the order in which they became known, and a file is the place of
 // its name, the number of its folder and the set of its letters: twelve bytes beside the name. What is removed leaves a gap until compact()
-// closes all gaps. A table that finds a name in its folder is built when it is first asked for, which no search needs. Behind a name that
-// is not ASCII stands the same name reduced.
+// closes all gaps. Behind a name that is not ASCII stands the same name reduced.
+// Decision: a name is found in its folder by a table, which no search needs. What is added to a folder one after the other, as when it is
+// read, is a run of entries that follow each other; it comes into the table when a name is first looked for in that folder. So a change
+// costs what there is in one folder, and memory is used for the folders that change.
 //
 // The index knows nothing of the file system and of threads. Names are UTF-8.
 #pragma once
@@ -27,9 +29,9 @@ public:
     using Folder = std::uint32_t;
     static constexpr Folder kTop = 0;
 
-    FileNames() { mFolders.push_back({}); }
+    FileNames();
 
-    /// Nothing when there is no room for more: after four gigabytes of names, or half a billion folders.
+    /// Nothing when there is no room for more: after four gigabytes of names, two billion entries, or half a billion folders.
     std::optional<Entry> add(Folder folder, std::string_view name, bool isFolder);
     /// The number of a folder that has just been added as the last entry.
     Folder addFolder(Entry entry);
@@ -63,6 +65,8 @@ public:
     Folder folderOf(Entry entry) const { return mEntries[entry].folder(); }
 
     std::optional<Entry> find(Folder folder, std::string_view name);
+    /// Gives back the memory that find() has taken for the folders it has been asked about.
+    void forgetFound();
     std::optional<Folder> folderOfEntry(Entry entry) const;
     /// Whether nothing is known to be in the folder.
     bool isEmpty(Folder folder) const { return mFolders[folder].count == 0; }
@@ -83,7 +87,7 @@ public:
 
 private:
     static constexpr std::uint32_t kFolderFlag = 0x20000000, kPlainFlag = 0x40000000, kASCIIFlag = 0x80000000;
-    static constexpr std::size_t kFewRemoved = 50'000;
+    static constexpr std::size_t kFewRemoved = 50'000, kMostEntries = 0x7FFFFFFE;
 
     struct EntryRecord {
         std::uint32_t name; // in mBytes, up to a zero
@@ -94,9 +98,14 @@ private:
         Entry entry = 0; // in the folder above; rises with the number of the folder
         int watch = -1;
         std::uint32_t count = 0; // of the entries in it that are not removed
+        Entry runBegin = 0;      // of entries that are all in it
+        std::uint32_t runEnd : 31 = 0;
+        bool isRunInTable : 1 = false;
     };
     std::size_t slotFor(Folder folder, std::string_view name) const;
-    void buildTable();
+    bool isInTable(Entry entry) const;
+    /// For so many entries more than there are in it.
+    void makeRoomInTable(std::size_t count);
     void addToTable(Entry entry);
 
     NameReducer mReducer;
@@ -105,7 +114,7 @@ private:
     std::vector<LetterSet> mLetters; // of each
     std::vector<FolderRecord> mFolders;
     std::size_t mRemovedCount = 0;
-    std::vector<std::uint32_t> mTable; // entry + 1 at a place that its hash leads to; 0: free. Its size is a power of two or 0
+    std::vector<std::uint32_t> mTable; // entry + 1 at a place that its hash leads to; 0: free. Its size is a power of two
     std::size_t mTableCount = 0;       // entries in the table, also removed ones
 };
 

@@ -41,8 +41,10 @@ void IndexedTree::walkSome() {
     if (!mReader.isOpen()) {
         const FileNames::Folder folder = mToRead.front();
         mToRead.pop_front();
-        if (mNames.isFolderAlive(folder) && openFolder(folder))
+        if (mNames.isFolderAlive(folder) && openFolder(folder)) {
             mFolderRead = folder;
+            mKnowsSomeOfFolderRead = !mNames.isEmpty(folder);
+        }
     }
     for (int i = 0; i < kPiecesAtATime && mReader.isOpen(); ++i)
         mReader.readSome([this](std::string_view name, bool isFolder) { addListed(mFolderRead, name, isFolder); });
@@ -75,7 +77,7 @@ bool IndexedTree::openFolder(FileNames::Folder folder) {
 }
 
 void IndexedTree::addListed(FileNames::Folder folder, std::string_view name, bool isFolder) {
-    if (!mMayBeKnown || !mNames.find(folder, name))
+    if (!mKnowsSomeOfFolderRead || !mNames.find(folder, name))
         add(folder, name, isFolder);
 }
 
@@ -110,7 +112,6 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
     }
     if (event.name.empty())
         return;
-    mMayBeKnown = true;
     const std::optional<FileNames::Entry> known = mNames.find(folder, event.name);
     const bool isReplaced = known && event.kind != Kind::removed &&
                             (mNames.isFolder(*known) != event.isFolder || (event.isFolder && event.kind == Kind::movedIn));
@@ -193,6 +194,8 @@ void IndexedTree::lookAgain(bool atAllFolders) {
     for (const Listed& each : changedKind)
         if (mNames.isFolderAlive(each.folder))
             add(each.folder, each.name, each.isFolder);
+    if (atAllFolders)
+        mNames.forgetFound();
 }
 
 bool IndexedTree::compact() {

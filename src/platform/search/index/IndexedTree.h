@@ -68,7 +68,7 @@ private:
     FolderReader mReader;
     FileNames::Folder mFolderRead = FileNames::kTop; // while the reader is open
     std::deque<FileNames::Folder> mToRead;
-    bool mMayBeKnown = false;                             // an event has come during the walk: what is read may have been told already
+    bool mKnowsSomeOfFolderRead = false;                  // events have told of it before it was read
     std::map<FileNames::Folder, std::int64_t> mUnwatched; // with the time of change when it was read
 
     std::size_t mUnreadableCount = 0, mUnnamableCount = 0;
