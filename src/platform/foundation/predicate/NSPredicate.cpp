@@ -7,6 +7,9 @@
 #include "platform/foundation/UTType.h"
 
 #include <algorithm>
+#include <cmath>
+
+#include <QLocale>
 
 namespace quoddle {
 
@@ -29,6 +32,33 @@ QString escaped(const QString& text) {
     return pattern;
 }
 
+bool isReal(const QVariant& number) {
+    return number.typeId() == QMetaType::Double || number.typeId() == QMetaType::Float;
+}
+
+/// A whole number of any type: the bits of two signs may be the same.
+struct Whole {
+    bool isNegative;
+    quint64 bits;
+    bool operator==(const Whole&) const = default;
+};
+
+/// Nothing for a real number that is not whole, or is larger than all types of whole numbers.
+std::optional<Whole> wholeOf(const QVariant& number) {
+    if (!isReal(number))
+        return Whole{number.typeId() != QMetaType::ULongLong && number.toLongLong() < 0, number.toULongLong()};
+    const double real = number.toDouble();
+    if (real != std::trunc(real) || real < -0x1p63 || real >= 0x1p64)
+        return {};
+    return Whole{real < 0, real < 0 ? static_cast<quint64>(static_cast<qint64>(real)) : static_cast<quint64>(real)};
+}
+
+/// Exactly: a real number has not room for every whole one.
+bool areEqualNumbers(const QVariant& a, const QVariant& b) {
+    const auto wholeA = wholeOf(a), wholeB = wholeOf(b);
+    return wholeA || wholeB ? wholeA == wholeB : a.toDouble() == b.toDouble();
+}
+
 bool areEqual(const QVariant& a, const QVariant& b, std::uint8_t options) {
     if (isText(a) != isText(b))
         return false;
@@ -36,13 +66,15 @@ bool areEqual(const QVariant& a, const QVariant& b, std::uint8_t options) {
         return options ? LikePattern(TextArgument(escaped(b.toString())).view(), options).matches(TextArgument(a.toString()).view())
                        : a.toString() == b.toString();
     if (isNumber(a) && isNumber(b))
-        return a.toDouble() == b.toDouble();
+        return areEqualNumbers(a, b);
     return a == b;
 }
 
-QString quoted(QString text) {
-    text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
-    return u'"' + text + u'"';
+/// With a point where digits alone would be read as another number, a whole one.
+QString realFormat(double real) {
+    const QString digits = QString::number(real, 'g', QLocale::FloatingPointShortest);
+    const bool looksWhole = !digits.contains(u'.') && !digits.contains(u'e');
+    return looksWhole && std::abs(real) > 0x1p53 ? digits + u".0"_s : digits;
 }
 
 QString expressionFormat(const NSComparisonPredicate::Expression& expression) {
@@ -50,8 +82,12 @@ QString expressionFormat(const NSComparisonPredicate::Expression& expression) {
     if (expression.isKey)
         return predicateKeyFormat(content.toString());
     if (isText(content))
-        return quoted(content.toString());
-    return content.typeId() == QMetaType::Bool ? content.toBool() ? u"YES"_s : u"NO"_s : isNumber(content) ? content.toString() : u"nil"_s;
+        return predicateTextFormat(content.toString());
+    if (content.typeId() == QMetaType::Bool)
+        return content.toBool() ? u"YES"_s : u"NO"_s;
+    if (!isNumber(content))
+        return u"nil"_s;
+    return isReal(content) ? realFormat(content.toDouble()) : content.toString();
 }
 
 } // namespace

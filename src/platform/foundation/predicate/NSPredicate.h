@@ -3,9 +3,9 @@
 // asked of one object after the other.
 //
 // Decision: a small language, whole in what it has: = == != ENDSWITH LIKE UTI-CONFORMS-TO with the options [cdw], AND OR NOT and their
-// signs
-// && || !, parentheses, numbers, quoted texts, YES NO TRUE FALSE NIL, names of values, TRUEPREDICATE FALSEPREDICATE. Anything else is an
-// error of the format, never a guess.
+// signs && || !, parentheses, numbers, quoted texts, YES NO TRUE FALSE NIL, names of values, TRUEPREDICATE FALSEPREDICATE. A name that is a
+// word of the language is written #like, one with other signs than letters and digits #"like this". Anything else is an error of the
+// format, never a guess.
 //
 // The options: c takes upper and lower case, d letters with and without accents for the same. w is for LIKE alone, other operators pass
 // over it: without it a pattern covers the whole text, with it any part of the text that begins and ends where words do, which is at the
@@ -37,13 +37,14 @@ class NSPredicate {
 public:
     virtual ~NSPredicate() = default;
 
-    /// %K in the format is replaced by the name of a value, %@ by a constant, in the order of the arguments. A text when the format cannot
-    /// be read, the arguments are too few or too many, or the nesting is deeper than 100. Any number of conditions may stand side by side.
+    /// %K in the format is replaced by the name of a value, %@ by a constant (text, finite number, truth value or an empty QVariant), in
+    /// the order of the arguments. A text when the format cannot be read, the arguments are too few, too many or of another kind, or more
+    /// than 100 compounds stand one inside the other. Any number of conditions may stand side by side.
     static Result<NSPredicateRef, QString> predicateWithFormat(const QString& format, const QVariantList& arguments = {});
 
     virtual bool evaluateWithObject(const PredicateValues& valueForKey) const = 0;
     bool evaluateWithObject(const QVariantMap& values) const;
-    /// The predicate as text, from which predicateWithFormat() makes an equal one.
+    /// The predicate as text, from which predicateWithFormat() makes an equal one, as long as it is not nested more deeply than that takes.
     virtual QString predicateFormat() const = 0;
 };
 
@@ -54,7 +55,7 @@ public:
     /// One side of a comparison: the name of a value, or a constant.
     struct Expression {
         bool isKey = false;
-        QVariant content; // of a key: its name
+        QVariant content; // of a key: its name; of a constant: what predicateWithFormat() takes for %@
 
         QVariant value(const PredicateValues& valueForKey) const { return isKey ? valueForKey(content.toString()) : content; }
     };
@@ -68,9 +69,9 @@ public:
     std::uint8_t options() const { return mOptions; }
 
     using NSPredicate::evaluateWithObject;
-    /// A text equals texts only, never the number or truth value that is written like it; truth values are numbers, YES is 1. A value that
-    /// is not there equals nil only. Texts alone are compared by ENDSWITH and LIKE; anything else satisfies neither. No text ends with the
-    /// empty text.
+    /// A text equals texts only, never the number or truth value that is written like it; truth values are numbers, YES is 1. Numbers
+    /// are compared exactly, whatever their types. A value that is not there equals nil only. Texts alone are compared by ENDSWITH and
+    /// LIKE; anything else satisfies neither. No text ends with the empty text.
     bool evaluateWithObject(const PredicateValues& valueForKey) const override;
     QString predicateFormat() const override;
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Reads the text of a predicate: NSPredicate::predicateWithFormat().
+#include "platform/foundation/NSBundle.h"
 #include "platform/foundation/predicate/PredicateWords.h"
+
+#include <cmath>
 
 namespace quoddle {
 
@@ -10,7 +13,8 @@ using Expression = NSComparisonPredicate::Expression;
 
 namespace {
 
-constexpr int kMaximumDepth = 100;
+constexpr int kMaximumDepth = 100;                     // of the predicate
+constexpr int kMaximumNesting = 2 * kMaximumDepth + 1; // of the text: as printed, a negation takes its word and a pair of parentheses
 
 struct Constant {
     QLatin1StringView word;
@@ -30,11 +34,28 @@ bool isReserved(const QString& name) {
            std::any_of(constants().begin(), constants().end(), [&](const Constant& constant) { return isSame(constant.word); });
 }
 
+bool isQuote(QChar c) {
+    return c == u'"' || c == u'\'';
+}
 bool isNameStart(QChar c) {
     return c.isLetter() || c == u'_' || c == u'$';
 }
 bool isNamePart(QChar c) {
     return isNameStart(c) || c.isDigit() || c == u'.';
+}
+
+bool isConstant(const QVariant& value) {
+    return !value.isValid() || value.typeId() == QMetaType::QString || (isNumber(value) && std::isfinite(value.toDouble()));
+}
+
+/// How many compounds stand one inside the other.
+int depthOf(const NSPredicate& predicate) {
+    const auto* compound = dynamic_cast<const NSCompoundPredicate*>(&predicate);
+    int depth = 0;
+    if (compound)
+        for (const NSPredicateRef& part : compound->subpredicates())
+            depth = std::max(depth, depthOf(*part) + 1);
+    return depth;
 }
 
 class Parser {
@@ -48,6 +69,8 @@ public:
             fail(u"unexpected text"_s);
         if (predicate && mNextArgument < mArguments.size())
             fail(u"more arguments than places for them"_s);
+        if (predicate && depthOf(*predicate) > kMaximumDepth)
+            fail(u"nested too deeply"_s);
         if (!mError.isEmpty())
             return Failure{mError};
         return predicate;
@@ -65,7 +88,7 @@ private:
     std::optional<std::uint8_t> options();
     std::optional<Expression> expression();
     std::optional<Expression> argument(bool isKey);
-    std::optional<Expression> quotedText();
+    std::optional<QString> quotedText();
     std::optional<Expression> number();
 
     void skipBlanks() {
@@ -85,7 +108,7 @@ private:
     const QVariantList& mArguments;
     qsizetype mAt = 0;
     qsizetype mNextArgument = 0;
-    int mDepth = 0;
+    int mNesting = 0;
     QString mError;
 };
 
@@ -121,7 +144,7 @@ NSPredicateRef Parser::listOf(NSPredicateRef (Parser::*part)(), QLatin1StringVie
 }
 
 NSPredicateRef Parser::negation() {
-    if (++mDepth > kMaximumDepth)
+    if (++mNesting > kMaximumNesting)
         return fail(u"nested too deeply"_s);
     NSPredicateRef predicate;
     if (takeWord("NOT"_L1) || (!QStringView(mText).mid(mAt).startsWith("!="_L1) && take("!"_L1))) {
@@ -139,7 +162,7 @@ NSPredicateRef Parser::negation() {
     } else {
         predicate = comparison();
     }
-    --mDepth;
+    --mNesting;
     return predicate;
 }
 
@@ -171,9 +194,8 @@ std::optional<std::uint8_t> Parser::options() {
     if (!take("["_L1))
         return bits;
     while (!take("]"_L1)) {
-        const auto* option = std::find_if(std::begin(kPredicateOptions), std::end(kPredicateOptions), [this](const PredicateOption& known) {
-            return next().toLower() == QLatin1Char(known.letter);
-        });
+        const auto* option = std::find_if(std::begin(kPredicateOptions), std::end(kPredicateOptions),
+                                          [this](const PredicateOption& known) { return next().toLower() == QLatin1Char(known.letter); });
         if (option == std::end(kPredicateOptions)) {
             fail(u"an option that is not known"_s);
             return {};
@@ -190,14 +212,20 @@ std::optional<Expression> Parser::expression() {
         return argument(true);
     if (take("%@"_L1))
         return argument(false);
-    if (next() == u'"' || next() == u'\'')
-        return quotedText();
+    if (isQuote(next())) {
+        const auto text = quotedText();
+        return text ? std::optional(Expression{false, *text}) : std::nullopt;
+    }
     if (next().isDigit() || next() == u'-')
         return number();
     for (const Constant& constant : constants())
         if (takeWord(constant.word))
             return Expression{false, constant.value};
     const bool isMarked = take("#"_L1);
+    if (isMarked && isQuote(next())) {
+        const auto name = quotedText();
+        return name ? std::optional(Expression{true, *name}) : std::nullopt;
+    }
     const qsizetype start = mAt;
     while (isNamePart(next()) && (mAt > start || isNameStart(next())))
         ++mAt;
@@ -220,16 +248,20 @@ std::optional<Expression> Parser::argument(bool isKey) {
         fail(u"the argument for %K is no name"_s);
         return {};
     }
+    if (!isConstant(content)) {
+        fail(u"the argument for %@ is neither text nor number"_s);
+        return {};
+    }
     return Expression{isKey, content};
 }
 
-std::optional<Expression> Parser::quotedText() {
+std::optional<QString> Parser::quotedText() {
     const QChar quote = mText.at(mAt++);
     QString text;
     while (mAt < mText.size()) {
         const QChar c = mText.at(mAt++);
         if (c == quote)
-            return Expression{false, text};
+            return text;
         text += c == u'\\' && mAt < mText.size() ? mText.at(mAt++) : c;
     }
     fail(u"a text has no end"_s);
@@ -238,8 +270,17 @@ std::optional<Expression> Parser::quotedText() {
 
 std::optional<Expression> Parser::number() {
     const qsizetype start = mAt++;
-    while (next().isDigit() || next() == u'.')
+    const auto passDigits = [this] {
+        while (next().isDigit() || next() == u'.')
+            ++mAt;
+    };
+    passDigits();
+    if (next().toLower() == u'e') {
         ++mAt;
+        if (next() == u'+' || next() == u'-')
+            ++mAt;
+        passDigits();
+    }
     const QString digits = mText.mid(start, mAt - start);
     bool isWhole = false, isReal = false;
     const qlonglong whole = digits.toLongLong(&isWhole);
@@ -253,7 +294,14 @@ std::optional<Expression> Parser::number() {
 
 } // namespace
 
+QString predicateTextFormat(QString text) {
+    text.replace(u'\\', u"\\\\"_s).replace(u'"', u"\\\""_s);
+    return u'"' + text + u'"';
+}
+
 QString predicateKeyFormat(const QString& key) {
+    if (key.isEmpty() || !isNameStart(key.front()) || !std::all_of(key.begin(), key.end(), isNamePart))
+        return u'#' + predicateTextFormat(key);
     return isReserved(key) ? u'#' + key : key;
 }
 

@@ -37,7 +37,10 @@ inline QString predicateOperatorName(NSComparisonPredicate::Operator type) {
     return {};
 }
 
-/// The name of a value as it is written: with "#" before it when it would be taken for a word of the language.
+/// A text as it is written, in quotation marks.
+QString predicateTextFormat(QString text);
+/// The name of a value as it is written: with "#" before it when it would be taken for a word of the language, in quotation marks after the
+/// "#" when it is no name of letters and digits.
 QString predicateKeyFormat(const QString& key);
 
 } // namespace quoddle
