@@ -2,16 +2,19 @@
 #include "window/DescriptionView.h"
 
 #include "platform/appkit/Appearance.h"
+#include "platform/appkit/rtf/QuickLayout.h"
 #include "platform/appkit/rtf/RichText.h"
 
 #include <cmath>
 
+#include <QAbstractTextDocumentLayout>
 #include <QEvent>
 #include <QLocale>
 #include <QPointer>
 #include <QScreen>
 #include <QScrollBar>
 #include <QShowEvent>
+#include <QTextBlock>
 
 namespace quoddle {
 
@@ -20,6 +23,18 @@ constexpr int kWidth = 440;
 constexpr int kMinimumHeight = 60;
 constexpr int kMaximumHeight = 320;
 constexpr int kMargin = 8;
+
+/// Of the document or, when that is more, anything from `most`: no more of the document is laid out than it takes to know.
+int heightUpTo(const QTextDocument& document, int most) {
+    double height = 0;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        height = document.documentLayout()->blockBoundingRect(block).bottom();
+        if (height >= most)
+            return static_cast<int>(height);
+    }
+    return static_cast<int>(std::ceil(document.size().height()));
+}
+
 } // namespace
 
 DescriptionView::DescriptionView(QWidget* parent) : QTextBrowser(parent) {
@@ -38,27 +53,31 @@ void DescriptionView::setDescription(const QString& path) {
     const OSStatus status = readRichText(path, *description);
     if (status == memFullErr)
         description->setPlainText(
-            tr("The description is not shown: it is larger than %1.").arg(locale().formattedDataSize(kLargestRichText, 0)));
+            tr("The description is not shown: it is larger than %1.").arg(locale().formattedDataSize(kLargestRichTextFile, 0)));
+    else if (quicklyLaidOutParagraphs(*description) < description->blockCount())
+        description->setPlainText(tr("The description is not shown: it is too long or has too many formats."));
     if (description->isEmpty())
         return;
+    adapt(*description); // before it is laid out
+    description->setTextWidth(kWidth - 2 * frameWidth());
+    mTextHeight = heightUpTo(*description, kMaximumHeight);
     const QPointer<QTextDocument> before = document(); // the first one, of the view's own making, goes by itself
     description->setParent(this);
     setDocument(description.release());
     delete before;
-    adaptToAppearance();
     show();
     updateGeometry();
 }
 
-void DescriptionView::adaptToAppearance() {
-    adaptRichText(*document(), Appearance::isDark(palette()), palette().color(QPalette::Text));
+void DescriptionView::adapt(QTextDocument& description) const {
+    adaptRichText(description, Appearance::isDark(palette()), palette().color(QPalette::Text));
 }
 
 // The view hears of its own palette: that of the pane around it changes earlier.
 void DescriptionView::changeEvent(QEvent* event) {
     QTextBrowser::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
-        adaptToAppearance();
+        adapt(*document());
 }
 
 // The toolkit shows the whole height of the line with the cursor, from below when the line is taller than the view.
@@ -69,11 +88,9 @@ void DescriptionView::showEvent(QShowEvent* event) {
 }
 
 QSize DescriptionView::sizeHint() const {
-    const std::unique_ptr<QTextDocument> measured(document()->clone());
-    measured->setTextWidth(kWidth - 2 * frameWidth());
-    const int height = static_cast<int>(std::ceil(measured->size().height())) + 2 * frameWidth();
     const int share = screen()->availableGeometry().height() * 2 / 5; // title, menus and buttons need the rest of a small screen
-    return {kWidth, std::clamp(height, kMinimumHeight, std::max(kMinimumHeight, std::min(kMaximumHeight, share)))};
+    const int most = std::max(kMinimumHeight, std::min(kMaximumHeight, share));
+    return {kWidth, std::clamp(mTextHeight + 2 * frameWidth(), kMinimumHeight, most)};
 }
 
 QSize DescriptionView::minimumSizeHint() const {

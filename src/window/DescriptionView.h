@@ -26,7 +26,9 @@ protected:
 
 private:
     /// Fits the colours to the palette.
-    void adaptToAppearance();
+    void adapt(QTextDocument& description) const;
+
+    int mTextHeight = 0; // at the width of the size hint, as far as that goes
 };
 
 } // namespace quoddle

@@ -190,11 +190,15 @@ TEST(StartupPane, ADescriptionThatIsTooLargeIsNotLeftOutInSilence) {
     shell.setUp();
     auto* view = shell.controller->window()->findChild<QTextBrowser*>(u"descriptionView"_s);
     ASSERT_EQ(view->toPlainText(), u"short"_s);
-    shell.addResource(u"Description.rtf"_s, "{\\rtf1 " + QByteArray(kLargestRichText, 'x') + "}");
-    shell.controller->showProgressViewController();
-    shell.controller->showStartupViewController(); // which reads it again
-    EXPECT_TRUE(view->isVisible());
-    EXPECT_EQ(view->toPlainText(), u"The description is not shown: it is larger than 32 MiB."_s);
+    for (const auto& [large, message] :
+         {std::pair(QByteArray(kLargestRichTextFile, ' '), u"The description is not shown: it is larger than 256 KiB."_s),
+          std::pair(QByteArray(10'000, 'x'), u"The description is not shown: it is too long or has too many formats."_s)}) {
+        shell.addResource(u"Description.rtf"_s, "{\\rtf1 " + large + "}");
+        shell.controller->showProgressViewController();
+        shell.controller->showStartupViewController(); // which reads it again
+        EXPECT_TRUE(view->isVisible());
+        EXPECT_EQ(view->toPlainText(), message);
+    }
 }
 
 TEST(StartupPane, WithoutADescriptionThereIsNoEmptyField) {

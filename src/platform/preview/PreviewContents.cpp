@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/preview/PreviewContents.h"
 
+#include "platform/appkit/rtf/QuickLayout.h"
 #include "platform/appkit/rtf/RichText.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
@@ -23,7 +24,6 @@ namespace {
 constexpr std::size_t kMostText = std::size_t(1) << 20;       // bytes
 constexpr qsizetype kLongestLine = 4000;                      // UTF-16 units; laying out an endless one would hold up the window
 constexpr std::size_t kMostRichText = std::size_t(512) << 10; // bytes; formats take their time, here and in the window
-constexpr int kMostParagraphs = 2000;                         // with formats
 
 /// One character of UTF-8 may have been cut at the end.
 std::string_view withoutCutCharacter(std::string_view bytes) {
@@ -90,8 +90,13 @@ void readFormats(PreviewContents& contents, QThread* thread) {
         contents.notice = u"The file could not be read."_s;
         return;
     }
-    if (document->blockCount() > kMostParagraphs) {
-        QTextCursor rest(document->findBlockByNumber(kMostParagraphs));
+    const int most = quicklyLaidOutParagraphs(*document);
+    if (most == 0) {
+        contents.notice = u"The text has too many formats to be shown."_s;
+        return;
+    }
+    if (document->blockCount() > most) {
+        QTextCursor rest(document->findBlockByNumber(most));
         rest.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
         rest.removeSelectedText();
         contents.isCut = true;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Rich text as word processors write it, pictures beside it, damage in it.
+#include "platform/appkit/rtf/QuickLayout.h"
 #include "platform/appkit/rtf/RichText.h"
 #include "platform/foundation/TemporaryFiles.h"
 
@@ -100,31 +101,89 @@ TEST_F(RichTextTest, ReadsPicturesOfItsOwnFolderOnly) {
 }
 
 TEST_F(RichTextTest, AllPicturesTogetherHaveABound) {
-    const QString path = folder.filePath(u"d.rtfd"_s);
-    ASSERT_TRUE(QDir().mkpath(path));
-    QByteArray text = "{\\rtf1\\mac ";
-    QImage image(3000, 3000, QImage::Format_Mono); // as a file a few hundred bytes
+    constexpr int kSide = 1800, kPictures = 10; // five have more pixels than are decoded
+    QImage image(kSide, kSide, QImage::Format_Mono);
     image.fill(1);
-    for (int i = 0; i < 25; ++i) {
-        const QString name = QString::number(i) + u".png"_s;
-        ASSERT_TRUE(image.save(path + u'/' + name));
-        for (int again = 0; again < 2; ++again)
-            text += "{{\\NeXTGraphic " + name.toUtf8() + "}\\'ac}";
+    const auto kept = [this](int i) {
+        return document.resource(QTextDocument::ImageResource, QUrl(u"attachment:%1.png"_s.arg(i))).value<QImage>();
+    };
+    for (const bool areDamaged : {false, true}) {
+        const QString path = folder.filePath(areDamaged ? u"damaged.rtfd"_s : u"good.rtfd"_s);
+        ASSERT_TRUE(QDir().mkpath(path));
+        QByteArray text = "{\\rtf1\\mac ";
+        for (int i = 0; i < kPictures; ++i) {
+            const QString name = QString::number(i) + u".png"_s, file = path + u'/' + name;
+            ASSERT_TRUE(image.save(file)); // a few hundred bytes
+            if (areDamaged && i < kPictures - 1) {
+                ASSERT_TRUE(QFile::resize(file, QFileInfo(file).size() / 2));
+            }
+            for (int again = 0; again < 2; ++again)
+                text += "{{\\NeXTGraphic " + name.toUtf8() + "}\\'ac}";
+        }
+        write(QFileInfo(path).fileName() + u"/TXT.rtf"_s, text + "end}");
+        ASSERT_EQ(readRichText(path, document), noErr);
+        EXPECT_TRUE(document.toPlainText().endsWith(u"end"_s));
+        EXPECT_TRUE(kept(kPictures - 1).isNull()) << "there was no room left";
+        if (areDamaged)
+            continue;
+        EXPECT_TRUE(!kept(3).isNull() && kept(3).width() < kSide);
+        QTextCursor picture(&document);
+        picture.setPosition(2);
+        EXPECT_EQ(picture.charFormat().toImageFormat().name(), u"attachment:0.png"_s) << "a second time";
+        EXPECT_EQ(picture.charFormat().toImageFormat().width(), kSide);
     }
-    write(u"d.rtfd/TXT.rtf"_s, text + "end}");
-    ASSERT_EQ(readRichText(path, document), noErr);
-    qint64 pixels = 0;
-    for (int i = 0; i < 25; ++i) {
-        const auto kept = document.resource(QTextDocument::ImageResource, QUrl(u"attachment:%1.png"_s.arg(i))).value<QImage>();
-        pixels += qint64{kept.width()} * kept.height();
+}
+
+TEST_F(RichTextTest, WhatTakesLongToLayOutIsKnownBefore) {
+    const QByteArray line = "The quick brown fox jumps over the lazy dog, and then it does so again. ";
+    const QByteArray chapter = "{\\b\\fs48 Heading}\\par " + line.repeated(8) + "{\\i now and then}" + line + "\\par ";
+    QByteArray fonts = "{\\fonttbl", manyFonts;
+    for (int i = 0; i < 40; ++i) {
+        fonts += "{\\f" + QByteArray::number(i) + " F" + QByteArray::number(i) + ";}";
+        manyFonts += "\\f" + QByteArray::number(i) + " x ";
     }
-    EXPECT_GT(pixels, 4'000'000);
-    EXPECT_LT(pixels, 20'000'000);
-    QTextCursor picture(&document);
-    picture.setPosition(2);
-    EXPECT_EQ(picture.charFormat().toImageFormat().name(), u"attachment:0.png"_s) << "a second time";
-    EXPECT_EQ(picture.charFormat().toImageFormat().width(), 3000.0);
-    EXPECT_TRUE(document.toPlainText().endsWith(u"end"_s));
+    fonts += "}";
+    const struct {
+        const char* what;
+        QByteArray body;
+        bool isQuick;
+    } rows[] = {
+        {"nothing", "", true},
+        {"a book", chapter.repeated(150), true},
+        {"a long paragraph", line.repeated(1000), true},
+        {"a page without a blank", QByteArray("\\u20013?").repeated(3000), true},
+        {"a page of bold and plain", QByteArray("{\\b a} b ").repeated(400), true},
+        {"more than a book", chapter.repeated(300), false},
+        {"a word without end", QByteArray(600, 'x'), false},
+        {"marks without end", "a" + QByteArray("\\u769?").repeated(600), false},
+        {"marks everywhere", QByteArray("a\\u769? ").repeated(20'000), false},
+        {"an endless paragraph of formats", QByteArray("{\\b a} b ").repeated(600), false},
+        {"formats in paragraphs", QByteArray("{\\b a}b\\par ").repeated(4000), false},
+        {"empty paragraphs", QByteArray("\\par ").repeated(10'000), false},
+        {"lines", QByteArray("a\\line ").repeated(20'000), false},
+        {"large letters", "\\fs400 " + line.repeated(200), false},
+        {"fonts", fonts + manyFonts, false},
+    };
+    for (const auto& row : rows) {
+        ASSERT_TRUE(read(row.body)) << row.what;
+        EXPECT_EQ(quicklyLaidOutParagraphs(document) == document.blockCount(), row.isQuick) << row.what;
+    }
+    ASSERT_TRUE(read("a\\par " + QByteArray(600, 'x') + "\\par b"));
+    EXPECT_EQ(quicklyLaidOutParagraphs(document), 1) << "the beginning";
+}
+
+TEST_F(RichTextTest, TheTableOfFontsHasABound) {
+    QByteArray table = "{\\fonttbl";
+    for (int i = 0; i < 1000; ++i)
+        table += "{\\f" + QByteArray::number(i) + " F" + QByteArray::number(i) + ";}";
+    // Opened again, and a name without end.
+    table += "{\\f3 more;}}{\\fonttbl{\\f4 more;}{\\f0 }}{\\fonttbl\\f7 x}";
+    ASSERT_TRUE(read(table + "\\f3 three\\f4 four\\plain\\f999 last"));
+    EXPECT_EQ(formatOf(u"three"_s).fontFamilies().toStringList(), QStringList{u"F3"_s});
+    EXPECT_EQ(formatOf(u"four"_s).fontFamilies().toStringList(), QStringList{u"F4"_s});
+    EXPECT_FALSE(formatOf(u"last"_s).hasProperty(QTextFormat::FontFamilies));
+    ASSERT_TRUE(read("{\\fonttbl\\f0 " + QByteArray(10'000, 'F') + ";}\\f0 endless"));
+    EXPECT_LE(formatOf(u"endless"_s).fontFamilies().toStringList().first().size(), 100);
 }
 
 TEST_F(RichTextTest, RefusesWhatIsNoRichText) {
@@ -132,7 +191,7 @@ TEST_F(RichTextTest, RefusesWhatIsNoRichText) {
     EXPECT_EQ(readRichText(write(u"x.rtf"_s, "plain text"), document), paramErr);
     EXPECT_EQ(readRichText(folder.filePath(u"missing.rtf"_s), document), fnfErr);
     EXPECT_NE(readRichText(folder.path(), document), noErr);
-    EXPECT_EQ(readRichText(write(u"large.rtf"_s, "{\\rtf1 " + QByteArray(kLargestRichText, 'x')), document), memFullErr);
+    EXPECT_EQ(readRichText(write(u"large.rtf"_s, "{\\rtf1 " + QByteArray(kLargestRichTextFile, 'x')), document), memFullErr);
     for (const QString& name : {u"pipe.rtf"_s, u"p.rtfd/TXT.rtf"_s}) { // would be waited for
         ASSERT_TRUE(QDir(folder.path()).mkpath(u"p.rtfd"_s));
         ASSERT_EQ(::mkfifo(folder.filePath(name).toLocal8Bit().constData(), 0600), 0);

@@ -16,7 +16,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::size_t kMaximumDepth = 200;
-constexpr int kMaximumFonts = 10'000;
+constexpr int kMaximumFonts = 256; // in the table; the toolkit looks through all that are used for each change of format
+constexpr int kMaximumFamily = 100;
 constexpr int kMaximumColors = 10'000;
 constexpr int kTwipsPerPoint = 20;
 // A point of the files is a pixel of a screen with 72 of them to the inch; ours count 96.
@@ -111,11 +112,11 @@ void RTFReader::insert(const QString& text) {
         break;
     }
     case Destination::Fonts: {
-        if (mFonts.size() >= kMaximumFonts)
-            break;
-        Font& font = mFonts[mFontInTable];
-        const qsizetype end = text.indexOf(u';');
-        font.family += end < 0 ? text : text.left(end);
+        if (Font* font = fontInTable(); font && !font->isNamed) {
+            const qsizetype end = text.indexOf(u';');
+            font->family = (font->family + (end < 0 ? text : text.left(end))).left(kMaximumFamily);
+            font->isNamed = end >= 0;
+        }
         break;
     }
     case Destination::Colors: // each entry ends with a semicolon, the empty one is the automatic colour
@@ -273,9 +274,13 @@ void RTFReader::fontNumber(const RTFToken& token) {
     state().codePage = font.codePage;
 }
 
+RTFReader::Font* RTFReader::fontInTable() {
+    return mFonts.size() < kMaximumFonts || mFonts.contains(mFontInTable) ? &mFonts[mFontInTable] : nullptr;
+}
+
 void RTFReader::fontCharset(const RTFToken& token) {
-    if (state().destination == Destination::Fonts && mFonts.size() < kMaximumFonts)
-        mFonts[mFontInTable].codePage = codePageOfCharset(token.parameter);
+    if (Font* font = state().destination == Destination::Fonts ? fontInTable() : nullptr)
+        font->codePage = codePageOfCharset(token.parameter);
 }
 
 void RTFReader::fontSize(const RTFToken& token) {
@@ -375,19 +380,19 @@ void RTFReader::insertPicture() {
     mCursor.insertImage(format);
 }
 
-/// Its own size, in which it is shown, though it may be kept smaller. Empty when it cannot be read or when there is no room left for it.
+/// Its own size, in which it is shown, though it may be kept smaller. Empty when it cannot be read, does not say how large it is or when
+/// there is no room left for it. The room is taken by what is decoded, whatever comes of it.
 QSize RTFReader::readPicture(const QString& name, const QUrl& url) {
     ImageFile file(QDir(mFolder).filePath(name));
     const QSize size = file.size();
-    const QSize kept = size.boundedTo(size.scaled(kKeptPictureSide, kKeptPictureSide, Qt::KeepAspectRatio));
-    if (size.width() > kMaximumPictureSide || size.height() > kMaximumPictureSide || pixelsIn(kept) > mPixelsLeft)
+    if (size.isEmpty() || size.width() > kMaximumPictureSide || size.height() > kMaximumPictureSide || pixelsIn(size) > mPixelsLeft)
         return {};
+    mPixelsLeft -= pixelsIn(size);
     const QImage image = file.read({kKeptPictureSide, kKeptPictureSide});
-    if (image.isNull() || pixelsIn(image.size()) > mPixelsLeft)
+    if (image.isNull())
         return {};
-    mPixelsLeft -= pixelsIn(image.size());
     mDocument.addResource(QTextDocument::ImageResource, url, image);
-    return size.isEmpty() ? image.size() : size;
+    return size;
 }
 
 const QHash<QByteArray, RTFReader::Method>& RTFReader::methods() {

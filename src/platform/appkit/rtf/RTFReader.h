@@ -33,6 +33,7 @@ private:
     };
     struct Font {
         QString family;
+        bool isNamed = false; // to the end
         int codePage = 0;
     };
     using Method = void (RTFReader::*)(const RTFToken&);
@@ -64,12 +65,15 @@ private:
     void picture(const RTFToken& token);
     void pictureSize(const RTFToken& token);
 
+    /// The one that the table speaks of; null when the table is too long.
+    Font* fontInTable();
+
     void applyLink();
     void insertPicture();
     QSize readPicture(const QString& name, const QUrl& url);
     State& state() { return mStates.back(); }
 
-    static constexpr qint64 kMaximumPixels = qint64{16} << 20; // of all pictures together
+    static constexpr qint64 kMaximumPixels = qint64{16} << 20; // of all pictures together, as they are in their files
     RTFTokenizer mTokens;
     const QString mFolder;
     QTextDocument& mDocument;

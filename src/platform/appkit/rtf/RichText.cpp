@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 OSStatus readRichText(const QString& path, QTextDocument& document) {
     const bool isFolder = QFileInfo(path).isDir();
-    const auto bytes = bytesOfFile(isFolder ? path + u"/TXT.rtf"_s : path, kLargestRichText);
+    const auto bytes = bytesOfFile(isFolder ? path + u"/TXT.rtf"_s : path, kLargestRichTextFile);
     if (!bytes)
         return bytes.error();
     if (!bytes->startsWith("{\\rtf"))
@@ -50,6 +50,8 @@ void adaptRichText(QTextDocument& document, bool isDark, const QColor& labelColo
                 format.setForeground(Qt::black);
             else
                 format.clearForeground();
+            if (format == fragment.charFormat())
+                continue; // a change is costly, even one to the same
             cursor.setPosition(fragment.position());
             cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
             cursor.setCharFormat(format);

@@ -12,7 +12,10 @@ class QTextDocument;
 
 namespace quoddle {
 
-/// The most bytes of a ".rtf" file, or of the text of a ".rtfd" folder, that are read.
+/// The most bytes of a ".rtf" file, or of the text of a ".rtfd" folder, that are read: what is in files is shown, and formats take their
+/// time.
+inline constexpr qint64 kLargestRichTextFile = qint64{256} << 10;
+/// The most bytes of a text in memory.
 inline constexpr qint64 kLargestRichText = qint64{32} << 20;
 
 /// Replaces what is in the document. Otherwise the document is untouched: memFullErr when there is more than the most bytes, another error
