@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "window/AppletImages.h"
 
+#include "platform/appkit/BestPictures.h"
 #include "platform/appkit/ImageFile.h"
 #include "platform/appkit/StockIcons.h"
-#include "platform/foundation/NSLog.h"
 #include "runtime/AppDelegate.h"
 
 #include <QFileInfo>
@@ -14,22 +14,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMostPictures = 64; // of one file are looked at
-
 // Pixels.
 constexpr int kExtent = 512;      // more than any pane shows
 constexpr int kDrawnExtent = 192; // what the drop zone shows at twice the scale; drawing more delays the first window
 
-/// The largest of the pictures in a file. A file without any is told of by `name`.
-QImage largestPicture(ImageFile& file, const QString& name) {
-    const int count = std::min(file.count(), kMostPictures);
-    QImage largest;
-    for (int i = 0; i < count && file.select(i); ++i)
-        if (const QImage image = file.read({kExtent, kExtent}); image.width() > largest.width())
-            largest = image;
-    if (largest.isNull())
-        NSLog(u"%@ is not shown: %@"_s, {name, file.problem()});
-    return largest;
+/// A file without any is told of by `name`.
+QImage bestPicture(ImageFile& file, const QString& name) {
+    return bestPictures(file, name, kExtent, 1).value(0);
 }
 
 /// With its extension or without.
@@ -55,12 +46,12 @@ QImage AppletImages::imageNamed(const QString& name) {
 
 QImage AppletImages::imageFile(const QString& path) {
     ImageFile file(path, ImageFile::kMostBytesOfPhotograph);
-    return largestPicture(file, path);
+    return bestPicture(file, path);
 }
 
 QImage AppletImages::imageWithData(const std::string& data) {
     ImageFile file(QByteArray::fromStdString(data));
-    return largestPicture(file, u"A picture in the script"_s);
+    return bestPicture(file, u"A picture in the script"_s);
 }
 
 } // namespace quoddle

@@ -35,7 +35,16 @@ bool isSelfContained(const QByteArray& drawing) {
     return !reader.hasError();
 }
 
-/// The entries of an icon file that are there as long as they say. Without its table of contents, whose lengths would be believed.
+/// Whether the bytes say that they are a PNG picture of more pixels to a side than the entries of icon files have.
+bool isLargePNG(QByteArrayView bytes) {
+    constexpr quint32 kLargestSide = 1024;
+    constexpr qsizetype kWidth = 16, kHeight = 20; // where they stand
+    return bytes.startsWith("\x89PNG") && bytes.size() >= kHeight + 4 &&
+           std::max(qFromBigEndian<quint32>(bytes.data() + kWidth), qFromBigEndian<quint32>(bytes.data() + kHeight)) > kLargestSide;
+}
+
+/// The entries of an icon file that are there as long as they say and no larger than such entries are: their sizes are not told before they
+/// are decoded. Without its table of contents, whose lengths would be believed.
 QByteArray checkedIcon(const QByteArray& icon) {
     constexpr qsizetype kHeader = 8;
     QByteArray checked = icon.left(kHeader);
@@ -43,8 +52,9 @@ QByteArray checkedIcon(const QByteArray& icon) {
         const qsizetype size = qFromBigEndian<quint32>(icon.constData() + at + 4);
         if (size < kHeader || size > icon.size() - at)
             break;
-        if (!QByteArrayView(icon).sliced(at).startsWith("TOC "))
-            checked += QByteArrayView(icon).sliced(at, size);
+        const QByteArrayView entry = QByteArrayView(icon).sliced(at, size);
+        if (!entry.startsWith("TOC ") && !isLargePNG(entry.sliced(kHeader)))
+            checked += entry;
         at += size;
     }
     qToBigEndian(static_cast<quint32>(checked.size()), checked.data() + 4);
@@ -110,7 +120,10 @@ int ImageFile::count() const {
 }
 
 bool ImageFile::select(int index) {
-    return mReader.device() && (index == 0 || mReader.jumpToImage(index));
+    if (!mReader.device() || (index != mSelected && !mReader.jumpToImage(index)))
+        return false;
+    mSelected = index;
+    return true;
 }
 
 QSize ImageFile::size() const {
@@ -128,12 +141,16 @@ QImage ImageFile::read(QSize largest) {
         return {};
     }
     const bool isLarge = bytesWhileDecoding(size, mReader.imageFormat()) > qint64{kMostMegabytes} << 20;
-    if (size.width() > largest.width() || size.height() > largest.height())
-        mReader.setScaledSize(size.scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    const bool isReduced = size.width() > largest.width() || size.height() > largest.height();
+    mReader.setScaledSize(isReduced ? size.scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1}) : QSize());
     const QImage image = mReader.read();
-    if (image.isNull())
+    if (image.isNull()) {
         mProblem = isLarge ? u"it has %1, which take more than %2 MiB"_s.arg(measures).arg(kMostMegabytes)
                            : u"it cannot be decoded (%1)"_s.arg(mReader.errorString());
+        mBuffer.seek(0); // a decoder that has failed may be of no use for the other pictures
+        mReader.setDevice(&mBuffer);
+        mSelected = 0;
+    }
     const bool isLarger = image.width() > largest.width() || image.height() > largest.height();
     return isLarger ? image.scaled(largest, Qt::KeepAspectRatio, Qt::SmoothTransformation) : image;
 }

@@ -43,6 +43,7 @@ private:
     QByteArray mBytes;
     QBuffer mBuffer;
     QImageReader mReader;
+    int mSelected = 0;
 };
 
 } // namespace quoddle

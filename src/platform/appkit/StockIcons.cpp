@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/StockIcons.h"
 
+#include "platform/appkit/BestPictures.h"
 #include "platform/appkit/DrawnIcon.h"
 #include "platform/appkit/ImageFile.h"
-#include "platform/foundation/NSLog.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kMaxIconExtent = 1024; // the largest picture an icon file has
-constexpr int kMaxPictures = 32;
+constexpr int kMaxPictures = 32;     // an icon file holds several sizes
 
 /// Drawn on a field of 64 by 64, the exclamation mark in white.
 void paintMark(QPainter& painter, double top, double height) {
@@ -112,14 +112,8 @@ QIcon iconForFileType(FourCharCode type) {
 QIcon iconFromImageFile(const QString& path) {
     ImageFile file(path);
     QIcon icon;
-    const int count = std::min(file.count(), kMaxPictures); // an icon file holds several sizes
-    for (int i = 0; i < count && file.select(i); ++i) {
-        const QImage image = file.read({kMaxIconExtent, kMaxIconExtent});
-        if (!image.isNull())
-            icon.addPixmap(QPixmap::fromImage(image));
-    }
-    if (icon.isNull())
-        NSLog(u"%@ is not shown: %@"_s, {path, file.problem()});
+    for (const QImage& picture : bestPictures(file, path, kMaxIconExtent, kMaxPictures))
+        icon.addPixmap(QPixmap::fromImage(picture));
     return icon;
 }
 

@@ -85,6 +85,13 @@ TEST_F(ImageFileTest, IconsHoldWhatTheySay) {
     EXPECT_LT(peak() - before, 200 << 10);
     EXPECT_TRUE(ImageFile(icon({}, honest + 1)).read(kAnySize).isNull());
     EXPECT_TRUE(ImageFile(icon({}, 7)).read(kAnySize).isNull());
+    for (const int side : {1024, 1025}) {
+        QByteArray large;
+        QBuffer out(&large);
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly) && QImage(side, 1024, QImage::Format_RGB32).save(&out, "png"));
+        ImageFile file(icon(entry("ic10", large, static_cast<quint32>(large.size()) + 8), honest));
+        EXPECT_EQ(file.count(), side == 1024 ? 2 : 1) << "icons have no larger ones";
+    }
 }
 
 TEST_F(ImageFileTest, DrawingsReferToThemselvesAlone) {
