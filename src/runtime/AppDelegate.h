@@ -98,6 +98,8 @@ public:
     bool updaterIsOutOfTurn() override { return isEndingWithError(); }
     void updaterWillInstallUpdate() override;
     void updaterWillRelaunchApplication() override;
+    int updaterCallDepth() override { return hookDepth(); }
+    void updaterStopsCall(int depth) override { stopHook(depth); }
 
     // Lifecycle
     void runMainScript();

@@ -180,6 +180,12 @@ class Updates(accessibility.AccessibleCase):
         self.find(applet.name, "menu item").do_action(0)
         self.find(title, "menu item").do_action(0)
 
+    def choose_by_mouse(self, applet):
+        """What presses menu items by name waits for a script that is asked."""
+        self.applet = applet
+        self.click(self.find(applet.name, "menu item"))
+        self.click(self.find("Check for Updates…", "menu item"))
+
     def press(self, key):
         harness.Applet.xdotool(self.applets["Renewed"], "key", key)
 
@@ -320,6 +326,66 @@ end quit
                 self.assertEqual(applet.said("ran"), "one\n")
                 self.assertEqual(self.left_behind(), [])
                 until(lambda: not self.shown("Renewed", "frame"), "its window to go")
+
+    def waiting_for_leave(self, hook):
+        """The source with a hook that notes its end, too, which comes when there is a file `leave`."""
+        return SOURCE.replace(f'return note("{hook}")', f'note("{hook}")').replace(f'note("{hook}")', f"""note("{hook}")
+	repeat
+		try
+			do shell script "test -e FOLDER/leave"
+			exit repeat
+		end try
+		delay 0.1
+	end repeat
+	return note("{hook} ends")""")
+
+    def test_who_gives_up_ends_the_question_of_the_script(self):
+        self.publish(zipped(self.newer()))
+        applet = self.start_updatable(source=self.waiting_for_leave("may"))
+        self.choose_by_mouse(applet)
+        until(lambda: applet.said("noted") == "may\n", "the script to be asked")
+        self.find("Waiting for the script", "progress bar")  # as it comes it closes menus
+        self.choose_by_mouse(applet)
+        self.find("Looking for updates…", "progress bar")
+        self.find("Cancel", "push button").do_action(0)
+        applet.rests()
+        self.assertIsNone(self.shown("Looking for updates…"))
+        self.assertEqual(self.server.asked, [])
+        # A new check is one of its own.
+        self.choose_by_mouse(applet)
+        until(lambda: applet.said("noted") == "may\nmay\n", "the script to be asked again")
+        (self.folder / "leave").write_text("x")
+        self.find("Install Update", "push button")
+        applet.rests()
+        self.assertEqual(applet.said("noted"), "may\nmay\nmay ends\n")
+        self.assertEqual(self.server.asked, ["/feed.xml"])
+        applet.kill()
+
+    def test_a_notice_is_heard_to_the_end_or_given_up(self):
+        self.publish(zipped(self.newer()))
+        applet = self.start_updatable(source=self.waiting_for_leave("install"))
+        bundle = self.folder / "Renewed.app"
+        for given_up in (True, False):
+            until(lambda: applet.said("ran"), "it to run")
+            (self.folder / "noted").unlink(missing_ok=True)
+            self.choose_by_mouse(applet)
+            self.find("Install Update", "push button").do_action(0)
+            until(lambda: applet.said("noted") == "may\ninstall\n", "the script to be told")
+            self.find("Waiting for the script", "progress bar")
+            self.choose_by_mouse(applet)
+            self.find("Preparing version 2…", "progress bar")
+            if given_up:
+                applet.picture("updates-preparing")
+                self.find("Cancel", "push button").do_action(0)
+                applet.rests()
+                self.assertIsNone(self.shown("Preparing version 2…"))
+                self.assertEqual(applet.said("noted"), "may\ninstall\n")
+                self.assertEqual(self.left_behind(), [])
+        (self.folder / "leave").write_text("x")
+        until(lambda: applet.said("ran") == "one\ntwo\n", "the new one to run")
+        self.assertEqual(applet.said("noted"), "may\ninstall\ninstall ends\nrelaunch\n")
+        self.assertEqual(version_of(bundle), "2")
+        applet.kill()
 
     # Announcing
 

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The questions and notices of an updater to the application that it keeps up to date.
+//
+// The application may take its time for an answer, as long as its script takes, and lets the user go on meanwhile: an updater is prepared
+// to be asked for something else before it has the answer.
 // Main thread.
 #pragma once
 
@@ -16,6 +19,11 @@ public:
     virtual bool updaterIsOutOfTurn() { return false; }
     virtual void updaterWillInstallUpdate() {}
     virtual void updaterWillRelaunchApplication() {}
+
+    /// How many questions and notices, of whomever, the script is busy with.
+    virtual int updaterCallDepth() { return 0; }
+    /// Nobody waits any more for the answer to the one that came when the script was busy with so many others: it is to end.
+    virtual void updaterStopsCall(int depth) { static_cast<void>(depth); }
 };
 
 } // namespace quoddle

@@ -115,15 +115,25 @@ void SUUpdater::checkForUpdates() {
         show(*mProgress);
     else if (mStage == Stage::checking)
         showProgress(tr("Looking for updates…"));
+    else if (mStage == Stage::announcing)
+        showProgress(tr("Preparing version %1…").arg(mItem.displayVersion));
     else
         check();
+}
+
+bool SUUpdater::call(const std::function<void()>& delegate) {
+    const int round = mRound;
+    const auto outer = std::exchange(mCall, mDelegate->updaterCallDepth());
+    delegate();
+    mCall = outer;
+    return mRound == round;
 }
 
 void SUUpdater::check() {
     mStage = Stage::checking;
     mSettings.noteCheck();
-    const bool isAllowed = !mDelegate || mDelegate->updaterMayCheckForUpdates();
-    if (mStage != Stage::checking) // the user has given up meanwhile
+    bool isAllowed = true;
+    if (mDelegate && !call([&] { isAllowed = mDelegate->updaterMayCheckForUpdates(); }))
         return;
     if (!isAllowed) {
         NSLogTrace(u"updates: the applet does not allow looking for them now"_s);
@@ -136,7 +146,7 @@ void SUUpdater::check() {
     if (feed.isEmpty() || mSettings.installedVersion().isEmpty())
         return fail(tr("%1 cannot look for updates.").arg(mBundle->name()),
                     feed.isEmpty() ? tr("The address in its SUFeedURL is none.") : tr("It does not say which version it is."));
-    if (mIsAsked)
+    if (mIsAsked && !mProgress)
         showProgress(tr("Looking for updates…"));
     mFetcher.fetchText(feed, kMaximumFeedSize, [this](Result<QByteArray, QString> fetched) {
         if (fetched)
@@ -230,17 +240,22 @@ void SUUpdater::fetch() {
 void SUUpdater::prepare(const QString& unpacked) {
     dismiss(mProgress);
     mUnpacked = unpacked;
+    if (announce(&SUUpdaterDelegate::updaterWillInstallUpdate))
+        installByEnding();
+}
+
+bool SUUpdater::announce(void (SUUpdaterDelegate::*notice)()) {
+    mStage = Stage::announcing;
+    if (mDelegate && !call([&] { (mDelegate->*notice)(); }))
+        return false;
+    dismiss(mProgress);
     mStage = Stage::ready;
-    if (mDelegate)
-        mDelegate->updaterWillInstallUpdate();
-    installByEnding();
+    return true;
 }
 
 void SUUpdater::installByEnding() {
     auto* application = NSApplication::sharedApplication();
-    if (mDelegate)
-        mDelegate->updaterWillRelaunchApplication();
-    if (!application->isRunning())
+    if (!application->isRunning() || !announce(&SUUpdaterDelegate::updaterWillRelaunchApplication) || !application->isRunning())
         return;
     if (QApplication::activeModalWidget()) // a question of the script, or an error that the notice has led to
         return waitForEnd();
@@ -275,6 +290,9 @@ bool SUUpdater::finish() {
 // --- What is seen
 
 void SUUpdater::becomeIdle() {
+    ++mRound;
+    if (mCall)
+        mDelegate->updaterStopsCall(*mCall);
     mFetcher.cancel();
     mStaging.reset();
     mStage = Stage::idle;

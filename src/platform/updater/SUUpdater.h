@@ -11,7 +11,9 @@
 #include "platform/updater/UpdateFetcher.h"
 #include "platform/updater/UpdateSettings.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include <QObject>
 #include <QTimer>
@@ -49,12 +51,15 @@ private:
         checking,
         offering,
         fetching,
-        ready ///< unpacked, and installed when the applet ends
+        announcing, ///< unpacked, and the applet is being told so
+        ready       ///< unpacked, and installed when the applet ends
     };
 
     void considerChecking();
     void askForPermission();
     void scheduleNextCheck();
+    /// Calls the delegate. False when what that was about was given up meanwhile.
+    bool call(const std::function<void()>& delegate);
     void check();
     void readFeed(const QByteArray& feed);
     void fetchNotes(const AppcastItem& item);
@@ -62,6 +67,8 @@ private:
     void choose(int choice);
     void fetch();
     void prepare(const QString& unpacked);
+    /// Gives the applet a notice. False when the update was given up meanwhile.
+    bool announce(void (SUUpdaterDelegate::*notice)());
     void installByEnding();
     void waitForEnd();
     void becomeIdle();
@@ -77,7 +84,9 @@ private:
     UpdateFetcher mFetcher;
     QTimer mTimer; // to the next look by itself
     Stage mStage = Stage::idle;
-    bool mIsAsked = false; // by the user
+    int mRound = 0;           // counts what was begun and ended: what comes back from an older one is not heard
+    std::optional<int> mCall; // of the delegate, that is under way
+    bool mIsAsked = false;    // by the user
     bool mRelaunches = false;
     AppcastItem mItem;
     QUrl mPage;
