@@ -61,7 +61,7 @@ QString nameOfApplication(const QString& identifier) {
         return {};
     const QString program = entry->value(u"TryExec"_s);
     const bool isThere = program.isEmpty() || !QStandardPaths::findExecutable(program).isEmpty();
-    return isThere ? localizedDesktopEntryValue(*entry, u"Name"_s) : QString();
+    return isThere ? desktopEntryName(*entry) : QString();
 }
 
 QStringList identifiers(const DesktopEntryValues& group, const QString& type) {

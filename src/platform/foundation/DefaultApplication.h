@@ -8,7 +8,7 @@
 
 namespace quoddle {
 
-/// Its name as menus have it; empty when there is none. Links are followed.
+/// Its name as desktopEntryName() tells it; empty when there is none. Links are followed.
 QString defaultApplicationOfFile(const QString& path);
 
 } // namespace quoddle

@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::size_t kMaximumEntrySize = 64 << 10;
 // With the prefix and the longest ending, a file name stays below 255 bytes, the limit of bus names too.
+constexpr qsizetype kLongestName = 200;
 constexpr qsizetype kMaximumIdentifierLength = 200;
 
 bool isPlain(QChar c) {
@@ -127,12 +128,12 @@ DesktopEntryValues desktopFileGroup(const QString& path, const QString& group, s
     return valuesOfGroup(path, group, maximumSize).value_or(DesktopEntryValues());
 }
 
-QString localizedDesktopEntryValue(const DesktopEntryValues& entry, const QString& key) {
+QString desktopEntryName(const DesktopEntryValues& entry) {
     const QString locale = QLocale().name();
-    for (const QString& tag : {locale, locale.section(u'_', 0, 0)})
-        if (const QString value = entry.value(key + u'[' + tag + u']'); !value.isEmpty())
-            return value;
-    return entry.value(key);
+    for (const QString& key : {u"Name["_s + locale + u']', u"Name["_s + locale.section(u'_', 0, 0) + u']', u"Name"_s})
+        if (const QString name = entry.value(key).simplified(); !name.isEmpty())
+            return name.size() > kLongestName ? name.left(kLongestName - 1) + u'…' : name;
+    return {};
 }
 
 std::optional<QString> desktopEntryValue(const QString& path, const QString& key) {

@@ -27,8 +27,8 @@ using DesktopEntryValues = QHash<QString, QString>;
 /// The group [Desktop Entry], escapes resolved; the first of two equal keys counts. Nothing when the file cannot be read or is larger than
 /// 64 KiB.
 std::optional<DesktopEntryValues> desktopEntryValues(const QString& path);
-/// The value of a key in the user's language, or else the one without a language; empty when there is neither.
-QString localizedDesktopEntryValue(const DesktopEntryValues& entry, const QString& key);
+/// The name in the user's language, or else the one without a language; empty when there is neither. One line of at most 200 characters.
+QString desktopEntryName(const DesktopEntryValues& entry);
 /// Any group of a file in the same form, of at most `maximumSize` bytes; empty when the file cannot be read or lacks the group.
 DesktopEntryValues desktopFileGroup(const QString& path, const QString& group, std::size_t maximumSize);
 /// One value of it; nothing as well when it lacks the key.

@@ -52,7 +52,7 @@ std::vector<ListedApplication> applicationsOfMenu() {
                 continue;
             known.insert(name);
             const auto entry = desktopEntryValues(path);
-            const QString shown = entry ? localizedDesktopEntryValue(*entry, u"Name"_s) : QString();
+            const QString shown = entry ? desktopEntryName(*entry) : QString();
             if (shown.isEmpty() || entry->value(u"Hidden"_s) == "true"_L1 || !isInMenu(*entry))
                 continue;
             const QString bundle = entry->value(kDesktopEntryBundleKey);

@@ -6,6 +6,7 @@
 #include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/KeyRepetition.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/NSPanel.h"
 #include "platform/appkit/WindowLayout.h"
 #include "platform/foundation/FileTypes.h"
 #include "platform/preview/PreviewView.h"
@@ -268,7 +269,7 @@ void QLPreviewPanel::updateOpenButton() {
     const QString shown = fontMetrics().elidedText(program, Qt::ElideMiddle, kWidestName);
     mOpen->setText(program.isEmpty() ? u"Open"_s : label.arg(QString(shown).replace(u'&', u"&&"_s)));
     mOpen->setAccessibleName(program.isEmpty() ? u"Open"_s : label.arg(program));
-    mOpen->setToolTip(shown == program ? QString() : label.arg(program));
+    mOpen->setToolTip(shown == program ? QString() : toolTipText(label.arg(program)));
 }
 
 void QLPreviewPanel::showFile(const QString& path) {

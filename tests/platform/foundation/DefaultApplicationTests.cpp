@@ -51,6 +51,16 @@ TEST_F(DefaultApplicationTest, TheStrongestListDecides) {
     }
 }
 
+TEST_F(DefaultApplicationTest, NamesAreShortLines) {
+    desktop.write(u"etc/mimeapps.list"_s, "[Default Applications]\ntext/plain=blank.desktop;odd.desktop\n");
+    desktop.install(u"share"_s, u"blank.desktop"_s, "\\s\\n");
+    for (const auto& [given, name] :
+         {std::pair(QByteArray("\\sTwo\\nlines\\t"), u"Two lines"_s), std::pair(QByteArray(50'000, 'x'), QString(199, u'x') + u'…')}) {
+        desktop.install(u"share"_s, u"odd.desktop"_s, given);
+        EXPECT_EQ(defaultApplicationOfFile(write(u"a.txt"_s, "x")), name);
+    }
+}
+
 TEST_F(DefaultApplicationTest, WhatCannotBeStartedIsPassedOver) {
     desktop.install(u"share"_s, u"hidden.desktop"_s, "Hidden", "Hidden=true\n");
     desktop.install(u"share"_s, u"half.desktop"_s, "Half", "TryExec=no-such-program\n");

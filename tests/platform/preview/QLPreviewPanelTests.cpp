@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Who controls the panel, what it shows of that, and what keys do in it.
 #include "platform/appkit/Appearance.h"
+#include "platform/appkit/NSPanel.h"
 #include "platform/foundation/OwnDesktop.h"
 #include "platform/preview/PreviewFiles.h"
 #include "platform/preview/QLPreviewPanel.h"
@@ -233,7 +234,7 @@ TEST_F(QLPreviewPanelTest, FollowsItsFileOnTheDisk) {
 }
 
 TEST_F(QLPreviewPanelTest, SaysWhichProgramOpensTheFile) {
-    const QString longName = u"The Picture Viewer & Editor of Everybody"_s;
+    const QString longName = u"The <b>Picture</b> Viewer & Editor of Everybody"_s;
     desktop.install(u"data"_s, u"viewer.desktop"_s, longName.toUtf8());
     desktop.install(u"data"_s, u"editor.desktop"_s, "Editor");
     desktop.write(u"config/mimeapps.list"_s, "[Default Applications]\ntext/plain=editor.desktop\nimage/png=viewer.desktop\n");
@@ -246,7 +247,7 @@ TEST_F(QLPreviewPanelTest, SaysWhichProgramOpensTheFile) {
     panel().setCurrentPreviewItemIndex(1);
     EXPECT_TRUE(QTest::qWaitFor([&] { return name() == u"Open with “%1”"_s.arg(longName); }, kPatience));
     EXPECT_TRUE(button->text().contains(u'…'));
-    EXPECT_EQ(button->toolTip(), name());
+    EXPECT_EQ(button->toolTip(), toolTipText(name())) << "which is no markup";
     panel().setCurrentPreviewItemIndex(2);
     EXPECT_TRUE(QTest::qWaitFor([&] { return name() == u"Open"_s; }, kPatience));
 }
