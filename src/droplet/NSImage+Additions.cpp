@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "droplet/NSImage+Additions.h"
 
-#include <QApplication>
-#include <QIconEngine>
-#include <QPainterPath>
-#include <QPalette>
+#include "platform/appkit/DrawnIcon.h"
 
 #include <algorithm>
+
+#include <QPainterPath>
 
 namespace quoddle {
 
 namespace {
 
-// All three are drawn on a field of 64 by 64.
-constexpr double kField = 64;
+// They come as to paintTemplate().
 
 void paintArrowDown(QPainter& painter, double top, double bottom) {
     painter.drawLine(QPointF(32, top), QPointF(32, bottom));
@@ -52,45 +50,23 @@ void paintForthcoming(QPainter& painter) {
     painter.drawRoundedRect(QRectF(4, 4, 56, 56), 10, 10);
 }
 
-using Paint = void (*)(QPainter& painter);
-constexpr std::pair<QLatin1StringView, Paint> kTemplates[] = {
+constexpr std::pair<QLatin1StringView, PaintOn64> kTemplates[] = {
     {QLatin1StringView("ForthcomingTemplate"), &paintForthcoming},
     {QLatin1StringView("DropTemplate"), &paintDrop},
     {QLatin1StringView("SpotlightTemplate"), &paintSpotlight},
 };
 
-class TemplateIcon final : public QIconEngine {
-public:
-    explicit TemplateIcon(QString name) : mName(std::move(name)) {}
-
-    void paint(QPainter* painter, const QRect& area, QIcon::Mode mode, QIcon::State state) override {
-        const QPalette palette = QApplication::palette();
-        const QColor color = mode == QIcon::Disabled ? palette.color(QPalette::Disabled, QPalette::ButtonText)
-                             : state == QIcon::On    ? palette.color(QPalette::Highlight)
-                                                     : palette.color(QPalette::ButtonText);
-        const int extent = std::min(area.width(), area.height());
-        const QPixmap image = templateImageNamed(mName, extent, painter->device()->devicePixelRatioF());
-        painter->drawPixmap(area.center() - QPoint((extent - 1) / 2, (extent - 1) / 2), tintedImageWithColor(image, color));
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap drawn(size);
-        drawn.fill(Qt::transparent);
-        QPainter painter(&drawn);
-        paint(&painter, drawn.rect(), mode, state);
-        return drawn;
-    }
-
-    QIconEngine* clone() const override { return new TemplateIcon(mName); }
-
-private:
-    const QString mName;
-};
+/// Null for a name that is not known.
+PaintOn64 templateNamed(const QString& name) {
+    const auto* known = std::find_if(std::begin(kTemplates), std::end(kTemplates), [&](const auto& each) { return each.first == name; });
+    return known == std::end(kTemplates) ? nullptr : known->second;
+}
 
 } // namespace
 
 QIcon templateIconNamed(const QString& name) {
-    return QIcon(new TemplateIcon(name));
+    const PaintOn64 paint = templateNamed(name);
+    return paint ? makeTemplateIcon(paint) : QIcon();
 }
 
 QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color, QPainter::CompositionMode operation) {
@@ -105,20 +81,15 @@ QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color, QPainter
 }
 
 QPixmap templateImageNamed(const QString& name, int points, double devicePixelRatio) {
-    for (const auto& [known, paint] : kTemplates) {
-        if (name != known)
-            continue;
-        QPixmap image(QSize(points, points) * devicePixelRatio);
-        image.setDevicePixelRatio(devicePixelRatio);
-        image.fill(Qt::transparent);
-        QPainter painter(&image);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.scale(points / kField, points / kField);
-        painter.setPen(QPen(Qt::black, 5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        paint(painter);
-        return image;
-    }
-    return {};
+    const PaintOn64 paint = templateNamed(name);
+    if (!paint)
+        return {};
+    QPixmap image(QSize(points, points) * devicePixelRatio);
+    image.setDevicePixelRatio(devicePixelRatio);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    paintTemplate(painter, points, paint, Qt::black);
+    return image;
 }
 
 } // namespace quoddle

@@ -16,8 +16,7 @@ QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color,
 
 /// "ForthcomingTemplate", "DropTemplate" or "SpotlightTemplate": black on nothing, to be tinted. Null for another name.
 QPixmap templateImageNamed(const QString& name, int points, double devicePixelRatio);
-/// One of them for a button, always in the colours that the application has just then: that of the text on buttons, and of a selection
-/// where the button is down.
+/// One of them for a button, as makeTemplateIcon() paints it. Null for another name.
 QIcon templateIconNamed(const QString& name);
 
 } // namespace quoddle

@@ -37,16 +37,20 @@ TEST(Images, IconsFollowThePalette) {
     for (const auto& [text, selection] : {std::pair(Qt::black, Qt::blue), std::pair(Qt::white, Qt::yellow)}) {
         QPalette palette;
         palette.setColor(QPalette::ButtonText, text);
+        palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::gray);
         palette.setColor(QPalette::Highlight, selection);
         QApplication::setPalette(palette);
-        for (const auto& [state, color] : {std::pair(QIcon::Off, text), std::pair(QIcon::On, selection)}) {
-            const QImage drawn = icon.pixmap(QSize(32, 32), 2, QIcon::Normal, state).toImage();
+        for (const auto& [mode, state, color] :
+             {std::tuple(QIcon::Normal, QIcon::Off, text), std::tuple(QIcon::Normal, QIcon::On, selection),
+              std::tuple(QIcon::Disabled, QIcon::On, Qt::gray)}) {
+            const QImage drawn = icon.pixmap(QSize(32, 32), 2, mode, state).toImage();
             ASSERT_EQ(drawn.size(), QSize(64, 64));
             EXPECT_EQ(drawn.pixelColor(32, 20), QColor(color)); // the arrow's shaft
             EXPECT_EQ(drawn.pixelColor(0, 0).alpha(), 0);
         }
     }
     QApplication::setPalette(before);
+    EXPECT_TRUE(templateIconNamed(QStringLiteral("none")).isNull());
 }
 
 TEST(Images, OnlyOpaquePixelsTakeATint) {
