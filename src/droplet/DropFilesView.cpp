@@ -11,12 +11,12 @@
 #include "platform/foundation/URLResources.h"
 #include "runtime/AppDelegate.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QMimeData>
 #include <QStyle>
 #include <QVBoxLayout>
-#include <QWindow>
 
 namespace quoddle {
 
@@ -27,8 +27,7 @@ namespace {
 constexpr int kArtworkExtent = 72; // points
 constexpr int kIconExtent = 96;
 constexpr int kColorChangeTime = 500; // milliseconds
-constexpr qint64 kPatience = 60;      // milliseconds of judging before the window gets its turn for the first time
-constexpr int kSlice = 8;             // and after that
+constexpr int kSlice = 8;             // milliseconds of judging before the window gets its turn
 constexpr int kSilentWait = 500;      // milliseconds after a drop until it is shown how far the judging is
 constexpr int kVerdictTime = 1000;    // for which a refusal is seen that comes after the drop
 constexpr int kSilence = 500;         // milliseconds without a word of a drag, after which it has gone
@@ -158,10 +157,11 @@ NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
         return NSDragOperation::none;
     mJudgement.filenames = *filenames;
     mJudgement.isUnderWay = true;
-    QElapsedTimer time;
-    time.start();
-    judge(time, kPatience);
-    return mJudgement.isUnderWay || mJudgement.isAccepted ? NSDragOperation::generic : NSDragOperation::none;
+    if (AppDelegate::instance()->asksAboutFiles())
+        mNextSlice.start(0); // the script may take its time, and a drag whose source has no answer yet cannot be dropped
+    else
+        judgeNextSlice();
+    return isTaking() ? NSDragOperation::generic : NSDragOperation::none;
 }
 
 /// Kept on purpose: a file that fails the predicate takes over the verdict on the file before it. So it is refused when it comes first, and
@@ -179,12 +179,13 @@ void DropFilesView::forgetJudgement() {
         AppDelegate::instance()->stopHook(mHookDepth);
 }
 
-void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
+void DropFilesView::judgeNextSlice() {
     if (mIsAsking) // the script waits for something while it judges a file of an earlier drag
         return mNextSlice.start(kSlice);
     if (!mJudgement.isUnderWay)
         return;
     const QPointer<DropFilesView> alive(this);
+    const QDeadlineTimer end(kSlice);
     while (mJudgement.next < mJudgement.filenames.size()) {
         const int number = mJudgement.number;
         mIsAsking = true;
@@ -201,16 +202,10 @@ void DropFilesView::judge(const QElapsedTimer& since, qint64 atMost) {
             mJudgingView->showProgress(mJudgement.next, mJudgement.filenames.size());
         if (!accepted)
             break;
-        if (since.elapsed() >= atMost && mJudgement.next < mJudgement.filenames.size())
+        if (end.hasExpired() && mJudgement.next < mJudgement.filenames.size())
             return mNextSlice.start(0);
     }
     judged();
-}
-
-void DropFilesView::judgeNextSlice() {
-    QElapsedTimer time;
-    time.start();
-    judge(time, kSlice);
 }
 
 void DropFilesView::judged() {
@@ -302,25 +297,9 @@ void DropFilesView::draggingEnded() {
 
 void DropFilesView::dragEnterEvent(QDragEnterEvent* event) {
     mSilence.stop();
-    const QPointer<QWindow> frame = window()->windowHandle();
-    frame->installEventFilter(this);
-    mLeftWhileEntering = false;
     const NSDragOperation operation = draggingEntered(*event->mimeData());
-    if (frame)
-        frame->removeEventFilter(this);
-    // A drag that has left meanwhile would be offered once more when it is refused.
-    const bool isRefused = operation == NSDragOperation::none && !mLeftWhileEntering;
-    event->setDropAction(isRefused ? Qt::IgnoreAction : Qt::CopyAction);
+    event->setDropAction(operation == NSDragOperation::none ? Qt::IgnoreAction : Qt::CopyAction);
     event->accept(); // also when refused: otherwise nobody says when the drag leaves
-}
-
-/// A drag leaves while its first files are being judged: the toolkit takes the view for the target only when it has answered.
-bool DropFilesView::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::DragLeave)
-        return QWidget::eventFilter(watched, event);
-    mLeftWhileEntering = true;
-    draggingExited();
-    return true;
 }
 
 void DropFilesView::dragMoveEvent(QDragMoveEvent* event) {

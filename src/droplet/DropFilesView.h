@@ -47,12 +47,15 @@ public:
     QLabel* iconView() const { return mIconView; }
     PromptView* promptView() const { return mPromptView; }
 
+    /// Generic as long as the files are not judged; if the script is asked about them, that begins with the next turn of the event loop.
     NSDragOperation draggingEntered(const QMimeData& pasteboard);
     void draggingExited();
     bool performDragOperation(const QMimeData& pasteboard);
     void draggingEnded();
     /// Whether the files that hover, or were dropped, are still being judged.
     bool isJudging() const { return mJudgement.isUnderWay; }
+    /// Whether what hovers would be taken; so it is as long as it is being judged.
+    bool isTaking() const { return !isFinishingDrop() && (mJudgement.isUnderWay || mJudgement.isAccepted); }
 
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -63,7 +66,6 @@ protected:
     void hideEvent(QHideEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Judgement {
@@ -79,9 +81,6 @@ private:
     void _setupView();
     /// Files were dropped before they were judged: until that is done nothing else is taken.
     bool isFinishingDrop() const { return mJudgement.isUnderWay && mJudgement.isDropped; }
-    /// Whether what hovers would be taken; so it is as long as it is being judged.
-    bool isTaking() const { return !isFinishingDrop() && (mJudgement.isUnderWay || mJudgement.isAccepted); }
-    void judge(const QElapsedTimer& since, qint64 atMost);
     void judgeNextSlice();
     /// For a drag that has left, and for files whose judging is stopped: the script's answer is not waited for.
     void forgetJudgement();
@@ -111,7 +110,6 @@ private:
     int mLastJudgement = 0;
     bool mIsAsking = false; // the script, further up on the stack
     int mHookDepth = 0;     // of the hook that is asked
-    bool mLeftWhileEntering = false;
     bool mIsSelected = false;
 };
 

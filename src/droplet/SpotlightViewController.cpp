@@ -238,15 +238,19 @@ void SpotlightViewController::removePaths(const QStringList& paths) {
         if (const SpotlightMatchRef match = mMatches.take(path))
             stale << match.get();
     mPaths.removeIf([&stale](const SpotlightMatchRef& match) { return stale.contains(match.get()); });
+    const QList<SpotlightMatchRef>& rows = mResultsController->arrangedObjects();
     const int row = mUi->resultsView->currentIndex().row();
+    const auto goneAbove = std::count_if(rows.begin(), rows.begin() + std::max(row, 0),
+                                         [&stale](const SpotlightMatchRef& match) { return stale.contains(match.get()); });
     const bool hadSelection = mUi->resultsView->selectionModel()->hasSelection();
     mSelectsByItself = true;
     mResultsController->removeObjects(stale);
     const int last = mResultsController->rowCount() - 1;
     if (hadSelection && last >= 0 && !mUi->resultsView->selectionModel()->hasSelection())
         mUi->resultsView->setCurrentIndex(
-            mResultsController->index(std::clamp(row, 0, last))); // what follows the selected file that has gone
+            mResultsController->index(std::clamp(row - static_cast<int>(goneAbove), 0, last))); // what follows the file that has gone
     mSelectsByItself = false;
+    showCount();
 }
 
 SpotlightMatchRef SpotlightViewController::makeMatch(const NSMetadataItem& item) const {

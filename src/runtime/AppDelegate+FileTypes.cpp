@@ -15,18 +15,25 @@ namespace {
 
 constexpr qsizetype kMostEntries = 1000; // of one kind
 
-/// Behind so many entries only the wildcard counts, which makes all others needless.
-void addNew(QStringList& list, const QVariant& entries) {
-    const QVariantList values = entries.toList();
-    QSet<QString> known(list.begin(), list.end());
-    for (const QVariant& entry : values) {
-        const QString text = entry.toString();
-        if (entry.typeId() != QMetaType::QString || known.contains(text) || (list.size() >= kMostEntries && text != u'*'))
-            continue;
-        known << text;
-        list << text;
+class Entries {
+public:
+    /// Behind so many entries only the wildcard counts, which makes all others needless.
+    void addNew(const QVariant& entries) {
+        const QVariantList values = entries.toList();
+        for (const QVariant& entry : values) {
+            const QString text = entry.toString();
+            if (entry.typeId() != QMetaType::QString || mKnown.contains(text) || (mList.size() >= kMostEntries && text != u'*'))
+                continue;
+            mKnown << text;
+            mList << text;
+        }
     }
-}
+    const QStringList& list() const { return mList; }
+
+private:
+    QStringList mList;
+    QSet<QString> mKnown;
+};
 
 struct DeclaredTypes {
     QStringList extensions;
@@ -34,16 +41,16 @@ struct DeclaredTypes {
 };
 
 DeclaredTypes declaredByDocumentTypes(const QVariantMap& info) {
-    DeclaredTypes types;
+    Entries extensions, identifiers;
     const QVariantList documentTypes = info.value(u"CFBundleDocumentTypes"_s).toList();
     for (const QVariant& documentType : documentTypes.first(std::min(documentTypes.size(), 10 * kMostEntries))) {
         const QVariantMap entry = documentType.toMap();
-        addNew(types.extensions, entry.value(u"CFBundleTypeExtensions"_s));
+        extensions.addNew(entry.value(u"CFBundleTypeExtensions"_s));
         if (entry.value(u"CFBundleTypeOSTypes"_s).toList().contains(u"****"_s))
-            addNew(types.extensions, QVariantList{u"*"_s});
-        addNew(types.identifiers, entry.value(u"LSItemContentTypes"_s));
+            extensions.addNew(QVariantList{u"*"_s});
+        identifiers.addNew(entry.value(u"LSItemContentTypes"_s));
     }
-    return types;
+    return {extensions.list(), identifiers.list()};
 }
 
 /// The entries of a text of the editor's settings. Only blanks part them; two in a row stand for an entry without characters.
@@ -53,10 +60,10 @@ QStringList entriesIn(const QVariant& setting) {
         text.remove(0, 1);
     while (text.endsWith(u' '))
         text.chop(1);
-    QStringList entries;
+    Entries entries;
     if (!text.isEmpty())
-        addNew(entries, text.split(u' '));
-    return entries;
+        entries.addNew(text.split(u' '));
+    return entries.list();
 }
 
 DeclaredTypes declaredByEditor(const NSBundle& bundle) {

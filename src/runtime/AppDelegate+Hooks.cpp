@@ -18,6 +18,8 @@ namespace {
 constexpr FourCharCode kImageTypes[] = {"GIF "_4cc, "JPEG"_4cc, "PDF "_4cc, "PNG "_4cc, "TIFF"_4cc,
                                         "gif "_4cc, "jpeg"_4cc, "pdf "_4cc, "png "_4cc, "tiff"_4cc};
 
+const QString kAcceptanceHook = u"appletfileisacceptable"_s;
+
 // Seconds.
 constexpr double kHookPatience = 1;     // until the user is offered to stop a hook
 constexpr double kEventInterval = 0.01; // between two turns of the main thread's events while a hook runs
@@ -125,9 +127,19 @@ std::optional<bool> AppDelegate::askHook(const QString& handlerName, const std::
 
 // --- Files
 
+bool AppDelegate::asksAboutFiles() {
+    try {
+        const QXOSAIDRef script = mainScript();
+        return script && script->hasHandlerNamed(kAcceptanceHook);
+    } catch (const QXOSAException& exception) {
+        NSLog(u"%@: %@"_s, {kAcceptanceHook, exception.reason()});
+        return false;
+    }
+}
+
 bool AppDelegate::isFileAcceptable(const QString& path) {
     mHookWasStopped = false; // this one will say, if there is one
-    return hasOpenHandler() && askHook(u"appletfileisacceptable"_s, {NSAppleEventDescriptor::descriptorWithFileURL(path)}).value_or(true);
+    return hasOpenHandler() && askHook(kAcceptanceHook, {NSAppleEventDescriptor::descriptorWithFileURL(path)}).value_or(true);
 }
 
 // --- Panes

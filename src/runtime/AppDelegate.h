@@ -79,6 +79,8 @@ public:
     bool isFileAcceptable(const QString& path);
     /// An error of the script is being shown, and the applet ends when the user has seen it.
     bool isEndingWithError() const { return mShowingRuntimeError; }
+    /// Whether the script has a say in which files are acceptable, and may take its time for it.
+    bool asksAboutFiles();
     /// The hook that has ended last was stopped; not so after isFileAcceptable() for a script without that hook.
     bool hookWasStopped() const { return mHookWasStopped; }
     /// How many hooks are under way: while one of them waits, what the user does may lead to the next.

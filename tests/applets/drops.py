@@ -86,10 +86,18 @@ class DragSource:
         self.says("would copy")
         self.let_go("copy")
 
+    def hover_in_vain(self, x, y):
+        """Moves until the verdict is known, which the source is told with the next movement."""
+        for step in range(harness.DEADLINE * 10):
+            self.xdotool("mousemove", x - 8 + step % 8, y)
+            ready, _, _ = select.select([self.process.stdout], [], [], 0.1)
+            if ready and self.process.stdout.readline().decode().strip() == "would not":
+                return
+        self.case.fail("what is dragged is not refused")
+
     def drop_in_vain(self, place):
         self.begin()
-        self.move(place)
-        self.says("would not")
+        self.hover_in_vain(*place)
         self.let_go("none")
 
 
@@ -160,7 +168,7 @@ class Drops(accessibility.AccessibleCase):
             plain = self.pixels(*place)[0]
             dragged = DragSource(self, "files", bad, good)
             dragged.begin()
-            dragged.move(place)
+            dragged.hover_in_vain(*place)
             self.becomes(RED, place)
             applet.picture("dropping-refused")
             dragged.let_go("none")
@@ -312,12 +320,14 @@ end appletfileisacceptable
     def test_a_drag_that_leaves_while_its_first_file_is_judged(self):
         waiting = """
             on appletfileisacceptable(f)
+                do shell script "echo asked >> FOLDER/asked"
                 if POSIX path of f ends with ".slow" then delay 100
                 return true
             end appletfileisacceptable"""
         applet = self.start_droplet("Waiting", OPENING + waiting)
         good, slow = self.files("good.txt", "bad.slow")
         place = self.drop_zone()
+        plain = self.pixels(*place)[0]
         source = DragSource(self, "files", slow)
         source.begin()
         source.move(place)
@@ -325,8 +335,22 @@ end appletfileisacceptable
         source.move(self.outside())
         until(lambda: not self.shown("Waiting for the script"), "the hook to end")
         source.let_go("none")
+        self.becomes(plain, place)
+        applet.rests()
+        self.assertEqual(applet.said("asked"), "asked\n")
         DragSource(self, "files", good).drop(place)
         until(lambda: self.opened(applet) == [[good]], "the file that was dropped")
+
+    def test_what_is_dropped_before_the_first_answer_is_not_lost(self):
+        slow = """
+            on appletfileisacceptable(f)
+                delay 1
+                return true
+            end appletfileisacceptable"""
+        applet = self.start_droplet("Early", OPENING + slow)
+        file, = self.files("a.txt")
+        DragSource(self, "files", file).drop(self.drop_zone())
+        until(lambda: self.opened(applet) == [[file]], "the file that was dropped")
 
     # Modes
 

@@ -92,6 +92,20 @@ TEST_F(SpotlightViewTest, FindsRanksAndFollows) {
     EXPECT_TRUE(shows({u"report.txt"_s, u"a report.txt"_s, u"Project Report.pdf"_s}));
     EXPECT_EQ(pane.selectedObjects().value(0), kept);
 
+    // The hit behind the selected one takes its place when that goes, with hits above it as well.
+    make({u"report 1"_s, u"report 2"_s, u"report 3"_s, u"report 4"_s, u"report 5"_s});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return pane.paths().size() == 8; }, 10'000));
+    const QStringList before = shown();
+    pane.resultsView()->setCurrentIndex(pane.resultsController().index(3));
+    QStringList gone;
+    for (const QString& name : before.first(4))
+        gone << folder.filePath(name);
+    NSNotificationCenter::defaultCenter().postNotification(NSMetadataQueryDidUpdateNotification, &pane.nameQuery(),
+                                                           {{NSMetadataQueryUpdateRemovedItemsKey, gone}});
+    EXPECT_EQ(shown(), before.mid(4));
+    EXPECT_EQ(pane.selectedObjects().value(0), pane.resultsController().arrangedObjects().first());
+    EXPECT_EQ(count.text(), u"4 found"_s);
+
     field.setText(u"other"_s);
     EXPECT_TRUE(pane.resultsController().arrangedObjects().isEmpty()) << "no hit of the text before";
     EXPECT_TRUE(shows({u"other.txt"_s}));

@@ -59,6 +59,15 @@ TEST_F(NameMatcherTest, KnowsWhatItCannotKnow) {
             << row.format;
 }
 
+/// The search splits a term behind its second unit.
+TEST_F(NameMatcherTest, FindsNamesByHalvesOfACharacter) {
+    const QString name = u"a😀bc.txt"_s;
+    const QString pattern = name.first(2) + u'*' + name.mid(2, 1) + u"*b*c*"_s;
+    const NSPredicateRef predicate = *NSPredicate::predicateWithFormat(u"kMDItemFSName LIKE[cdw] %@"_s, {pattern});
+    EXPECT_EQ(answerFor(*NameMatcher::compile(predicate), name), Answer::yes);
+    EXPECT_EQ(answerFor(*NameMatcher::compile(predicate), u"a😁bc.txt"_s), Answer::no);
+}
+
 TEST_F(NameMatcherTest, AgreesWithThePredicate) {
     std::mt19937 engine(5);
     const auto random = [&engine](const QStringList& pieces, std::size_t most) {

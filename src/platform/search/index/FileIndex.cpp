@@ -77,10 +77,10 @@ private:
 
 void FileIndex::Worker::run() {
     while (!mIsEnding) {
+        readEvents(); // before a search begins, which may concern a folder that has gone and come back
         takeRequests();
         std::erase_if(mSearches, [](const auto& search) { return search->isCancelled(); });
         bool isBusy = walk();
-        readEvents();
         lookAgain();
         compact();
         for (const auto& search : mSearches)

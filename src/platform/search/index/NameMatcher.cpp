@@ -74,12 +74,19 @@ private:
     const NSPredicateRef mPredicate;
 };
 
+/// Part of each name that matches the pattern; empty when the pattern splits the only character that could tell.
+std::string literalOf(const LikePattern& pattern) {
+    constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // for half a character
+    const std::string literal = utf8FromUTF16(pattern.longestLiteral());
+    return literal.find(kReplacement) == std::string::npos ? literal : std::string();
+}
+
 class LikeName final : public OfName {
 public:
     LikeName(const NSComparisonPredicate& predicate, NSPredicateRef owner, const QString& pattern)
         : OfName(std::move(owner)), mPattern(TextArgument(pattern).view(), predicate.options()), mLetters(lettersOf(pattern.toStdString())),
           mComparesReduced((predicate.options() & kReducing) == kReducing),
-          mLiteral(mComparesReduced ? utf8FromUTF16(mPattern.longestLiteral()) : std::string()) {}
+          mLiteral(mComparesReduced ? literalOf(mPattern) : std::string()) {}
     Answer match(const Name& name) const override {
         if (!hasLetters(name.letters, mLetters))
             return Answer::no;
