@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs|bench-search|bench-rank.
+# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs|bench-search|bench-rank|bench-waits.
 # What is there already costs one question to dpkg; nothing is asked of the network then.
 # It changes nothing without the rights to do so: it says what is to be typed instead.
 
@@ -12,6 +12,7 @@ bench_packages=(lua5.4 luajit)
 bench_dialogs_packages=(zenity kdialog)
 bench_search_packages=(plocate)
 bench_rank_packages=(fzy)
+bench_waits_packages=(xdotool)
 
 # The packages for $1 that are missing, one a line.
 missing_packages() {
@@ -23,6 +24,7 @@ missing_packages() {
 	bench-dialogs) wanted+=("${bench_dialogs_packages[@]}") ;;
 	bench-search) wanted+=("${bench_search_packages[@]}") ;;
 	bench-rank) wanted+=("${bench_rank_packages[@]}") ;;
+	bench-waits) wanted+=("${bench_waits_packages[@]}") ;;
 	esac
 	for package in "${wanted[@]}"; do
 		dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || echo "$package"

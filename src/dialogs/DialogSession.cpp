@@ -14,10 +14,6 @@ namespace quoddle {
 
 namespace {
 
-using namespace std::chrono_literals;
-
-constexpr auto kSenderCheckInterval = 50ms;
-
 NSAppleEventManager& eventManager() {
     return NSAppleEventManager::sharedAppleEventManager();
 }
@@ -39,7 +35,7 @@ public:
     void show() {
         AppDelegate* delegate = AppDelegate::instance();
         delegate->setDisplayingPanel(true);
-        startTimers();
+        watch();
         delegate->willDisplaySheet();
         if (NSWindow* window = mainWindow(); window && window->isVisible())
             mForm.beginSheet(*window, [self = shared_from_this()](int returnCode) { self->finish(returnCode); });
@@ -53,7 +49,7 @@ public:
 
     void finish(int returnCode) {
         mGivingUpTimer.stop();
-        mSenderTimer.stop();
+        QObject::disconnect(mSenderWatch);
         answer([&](AEDesc& reply) { returnCode == NSModalResponseAbort ? setCancelled(reply) : mAnswer(returnCode, reply); });
         if (AppDelegate* delegate = AppDelegate::instance())
             delegate->setDisplayingPanel(false);
@@ -74,24 +70,23 @@ private:
         eventManager().resumeWithSuspensionID(mSuspensionID);
     }
 
-    void startTimers() {
+    void watch() {
         if (mForm.givingUpAfter > 0 && mForm.cancelAfterGivingUp) {
             QObject::connect(&mGivingUpTimer, &QTimer::timeout, &mGivingUpTimer, mForm.cancelAfterGivingUp);
             mGivingUpTimer.setSingleShot(true);
             mGivingUpTimer.start(std::chrono::milliseconds(static_cast<std::int64_t>(std::min(mForm.givingUpAfter * 1000, 2e9))));
         }
-        QObject::connect(&mSenderTimer, &QTimer::timeout, &mSenderTimer, [this] {
+        mSenderWatch = QObject::connect(NSApplication::sharedApplication(), &NSApplication::waitsWoken, &mGivingUpTimer, [this] {
             if (senderHasGivenUp())
                 cancel();
         });
-        mSenderTimer.start(kSenderCheckInterval);
     }
 
     const NSAppleEventManagerSuspensionID mSuspensionID;
     const DialogForm mForm;
     const DialogAnswer mAnswer;
     QTimer mGivingUpTimer;
-    QTimer mSenderTimer;
+    QMetaObject::Connection mSenderWatch;
 };
 
 void showFirst() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/ae/AEDesc.h"
+#include "platform/base/Wait.h"
 
 #include <mutex>
 
@@ -29,7 +30,10 @@ public:
 
     /// The waiting side has gone: the send may end early.
     bool isAbandoned() const { return locked(mAbandoned); }
-    void abandon() { setLocked(mAbandoned, true); }
+    void abandon() {
+        setLocked(mAbandoned, true);
+        wakeWaits(); // of the send, and of the handler that answers
+    }
 
 private:
     template<class T>

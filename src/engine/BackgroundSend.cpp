@@ -6,8 +6,8 @@
 #include "engine/QXOSAComponent.h"
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/AEWaiting.h"
+#include "platform/base/Wait.h"
 #include "platform/foundation/MainThread.h"
-#include "platform/foundation/NSConditionLock.h"
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSOperationQueue.h"
 
@@ -20,8 +20,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kMaximumSends = 20;
-constexpr auto kSlice = std::chrono::milliseconds(50); // a cancelled run is to end within 100
-constexpr int kPending = 0, kHandled = 1;
+constexpr auto kSlice = std::chrono::milliseconds(50); // of the main thread's events
 
 /// Never destroyed: a send that nobody waits for any more may outlive everything else.
 NSOperationQueue& sendQueue() {
@@ -30,19 +29,14 @@ NSOperationQueue& sendQueue() {
 }
 
 std::shared_ptr<NSOperation> makeSend(const QXOSAComponentRef& component, const AEDesc& event, AESendMode sendMode, std::int32_t ticks,
-                                      const std::shared_ptr<AESendMessageResult>& result, const std::shared_ptr<NSConditionLock>& lock) {
+                                      const std::shared_ptr<AESendMessageResult>& result, const std::shared_ptr<Waker>& sender) {
     auto send = std::make_shared<NSOperation>([=] {
         const AESendOptions options{[result] { return result->isAbandoned(); }, component.get()};
         result->setError(AESendMessage(event, result->replyEventPointer(), sendMode, ticks, options));
         if (result->error() == errAETimeout)
             result->abandon(); // whichever of the two limits comes first, the handler learns that nobody waits
-        if (lock)
-            lock->lockWhenCondition(kPending);
         result->setHandled(true);
-        if (lock)
-            lock->unlockWithCondition(kHandled);
-        else
-            AEPostToMainThread([] {}); // it waits among its events
+        sender->wake();
     });
     send->setQueuePriority(NSOperation::QueuePriority::high);
     return send;
@@ -62,29 +56,26 @@ void serveEvents(Clock::time_point sliceEnd) {
 OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& event, AEDesc* reply, AESendMode sendMode,
                           std::int32_t timeoutInTicks) {
     const bool isMain = QCoreApplication::instance() && MainThread::isCurrent();
-    const auto lock = isMain ? nullptr : std::make_shared<NSConditionLock>(kPending);
     const auto result = std::make_shared<AESendMessageResult>();
-    sendQueue().addOperation(makeSend(component, event, sendMode, timeoutInTicks, result, lock));
+    sendQueue().addOperation(makeSend(component, event, sendMode, timeoutInTicks, result, Wait::waker()));
     yieldToDelegate(*component);
 
     const Clock::time_point limit = AEDeadlineAfter(timeoutInTicks);
-    bool locked = false;
     OSStatus status = noErr;
-    while (!result->isHandled()) {
+    for (Wait wait; !result->isHandled();) {
         if (Clock::now() >= limit) {
             status = component->timeoutError();
             break;
         }
-        const Clock::time_point sliceEnd = std::min(Clock::now() + kSlice, limit);
-        if (isMain) {
-            serveEvents(sliceEnd);
-            tellOfWaiting(*component);
-        } else {
-            locked = lock->lockWhenConditionBeforeDate(kHandled, sliceEnd);
-        }
-        if (!result->isHandled() && isRunCancelled(*component)) {
+        if (isRunCancelled(*component)) {
             status = component->threadCanceledError();
             break;
+        }
+        if (isMain) {
+            serveEvents(std::min(Clock::now() + kSlice, limit));
+            tellOfWaiting(*component);
+        } else {
+            wait.pause(limit);
         }
     }
     if (result->isHandled() && status == noErr) {
@@ -96,8 +87,6 @@ OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& even
     } else {
         result->abandon();
     }
-    if (locked)
-        lock->unlock();
     return status;
 }
 

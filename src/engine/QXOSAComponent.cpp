@@ -7,6 +7,7 @@
 #include "engine/OSACallbacks.h"
 #include "engine/QXOSAException.h"
 #include "engine/QXOSAID.h"
+#include "platform/base/Wait.h"
 #include "platform/foundation/NSLog.h"
 
 #include <cmath>
@@ -281,6 +282,12 @@ void QXOSAComponent::setScratchResult(const QXOSAIDRef& lastResult) {
 std::shared_ptr<NSOperation> QXOSAComponent::operation() const {
     std::lock_guard lock(mOperationMutex);
     return mOperation;
+}
+
+void QXOSAComponent::setCancelled(bool cancelled) {
+    mCancelled = cancelled;
+    if (cancelled)
+        wakeWaits();
 }
 
 void QXOSAComponent::setOperation(std::shared_ptr<NSOperation> operation) {

@@ -105,7 +105,7 @@ public:
     OSStatus destructiveEventError() const { return mDestructiveEventError; }
     void setDestructiveEventError(OSStatus error) { mDestructiveEventError = error; }
     bool isCancelled() const { return mCancelled; }
-    void setCancelled(bool cancelled) { mCancelled = cancelled; }
+    void setCancelled(bool cancelled);
     bool isResuming() const { return mResuming; }
     void setResuming(bool resuming) { mResuming = resuming; }
     /// True exactly when there is no operation. The inverted sense is kept.

@@ -27,6 +27,9 @@ STOPS = {
 }
 
 
+WAITS_FOR_ANOTHER = ("a wait for a reply", "a dialog of another applet")
+
+
 def running_children(words):
     """The processes whose command line is these words."""
     found = []
@@ -186,7 +189,7 @@ class Lifecycle(harness.AppletCase):
 
     def busy_at(self, place, number):
         """A script that is at work at that place until it is stopped, and then writes down when it heard of it."""
-        if place == "a wait for a reply":
+        if place in WAITS_FOR_ANOTHER:
             self.start("Server%d" % number, "on slow()\ndelay 3600\nend slow\non idle\nreturn 100\nend idle", options=["-s"])
             until(lambda: self.osascript("-e", f'application "Server{number}" is running').stdout == "true\n", "the server")
         work = {
@@ -194,8 +197,10 @@ class Lifecycle(harness.AppletCase):
             "a delay": "delay 3600",
             "a shell command": f'do shell script "sleep {number} & sleep {number}; true"',
             "a wait for a reply": f'tell application "Server{number}" to slow()',
+            "a dialog of another applet": f'tell application "Server{number}" to display dialog "Well?"',
+            "a standard dialog": 'display dialog "Well?"',
         }[place]
-        if place in ("a shell command", "a wait for a reply"):
+        if place not in ("a loop", "a delay"):
             # A wait that is given up leaves the script stopped once more, at the next place where it can be.
             work = f"try\n{work}\non error number n\ndelay 3600\nend try"
         return self.start("Busy%d" % number, f"""
@@ -209,7 +214,7 @@ class Lifecycle(harness.AppletCase):
                 do shell script "echo " & n & " > FOLDER/number{number}"
                 error number n
             end try
-            """)
+            """, info={"KVBUseStandardOSAXEN": True})
 
     def cost_of_measuring(self):
         """What the keys and the stamps take by themselves on a machine that may have much else to do."""
@@ -225,6 +230,8 @@ class Lifecycle(harness.AppletCase):
         until(lambda: applet.said(f"started{number}"), "the script to start")
         if place == "a shell command":
             until(lambda: len(running_children(f"sleep {number}")) == 2, "the children")
+        if "dialog" in place:
+            until(lambda: self.dialogs(), "the dialog")
         time.sleep(0.1)
         allowed = 0.1 + 20 * self.cost_of_measuring()
         asked = time.time()
@@ -232,12 +239,13 @@ class Lifecycle(harness.AppletCase):
         applet.ends()
         self.assertEqual(applet.said(f"number{number}"), "-128\n")
         self.assertEqual(running_children(f"sleep {number}"), [])
+        until(lambda: not self.dialogs(), "the dialog to go")
         self.assertEqual(applet.process.returncode, 0)
         return self.stamps(applet, f"heard{number}")[0] - asked, allowed
 
     def test_every_way_to_stop_reaches_every_place_at_once(self):
         number = SLEEP
-        for place in ("a loop", "a delay", "a shell command", "a wait for a reply"):
+        for place in ("a loop", "a delay", "a shell command", "a standard dialog") + WAITS_FOR_ANOTHER:
             for way, stop in STOPS.items():
                 number += 1
                 with self.subTest(place + ", " + way):

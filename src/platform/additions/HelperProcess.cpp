@@ -5,6 +5,7 @@
 #include "platform/ae/AEFlatten.h"
 #include "platform/ae/transport/AEFrame.h"
 #include "platform/base/FileDescriptor.h"
+#include "platform/base/Wait.h"
 
 #include <cerrno>
 #include <csignal>
@@ -20,7 +21,6 @@ namespace quoddle::additions {
 
 namespace {
 
-constexpr int kSliceMilliseconds = 20; // how soon a cancel is noticed
 constexpr int kNoDisplayStatus = 3;    // what a program ends with when it cannot reach the display
 constexpr int kFirstInheritable = 3;
 
@@ -108,12 +108,12 @@ int HelperProcess::Child::exitStatus() {
 }
 
 HelperProcess::Outcome HelperProcess::Child::waitFor(short what, const AEHandlerContext& context) {
-    while (!context.isCancelled()) {
+    for (Wait wait; !context.isCancelled();) {
         pollfd socket{mSocket.number(), what, 0};
-        const int ready = ::poll(&socket, 1, kSliceMilliseconds);
+        const int ready = wait.pause(std::chrono::steady_clock::time_point::max(), {&socket, 1});
         if (ready > 0)
             return Outcome::answered;
-        if (ready < 0 && errno != EINTR)
+        if (ready < 0)
             return Outcome::ended;
     }
     mMustEnd = mEnding == Ending::withUs;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/additions/Program.h"
 
+#include "platform/base/Wait.h"
+
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -16,7 +18,6 @@ namespace quoddle::additions {
 namespace {
 
 constexpr std::size_t kMaximumOutput = std::size_t(1) << 20;
-constexpr int kSliceMilliseconds = 10;
 
 /// A session of its own, so that it outlives us and no terminal's signals reach it.
 std::optional<pid_t> start(const std::vector<std::string>& command, int output) {
@@ -70,15 +71,18 @@ std::optional<ProgramOutcome> runProgram(const std::vector<std::string>& command
     }
     ProgramOutcome outcome;
     const auto deadline = std::chrono::steady_clock::now() + time;
-    pollfd stream{ends[0], POLLIN, 0};
+    FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0)));
+    pollfd waited[] = {{ends[0], POLLIN, 0}, {process.number(), POLLIN, 0}};
+    pollfd& stream = waited[0];
     int status = 0;
     pid_t ended = 0;
+    Wait wait;
     // The program's children may hold the stream open, so that its own end counts.
     while ((ended = ::waitpid(*child, &status, WNOHANG)) == 0 && std::chrono::steady_clock::now() < deadline) {
         outcome.wasCancelled = context.isCancelled();
         if (outcome.wasCancelled)
             break;
-        if (::poll(&stream, 1, kSliceMilliseconds) > 0 && !readSome(ends[0], outcome.output))
+        if (wait.pause(deadline, waited) > 0 && stream.revents && !readSome(ends[0], outcome.output))
             stream.fd = -1;
     }
     while (ended > 0 && stream.fd >= 0 && ::poll(&stream, 1, 0) > 0 && readSome(ends[0], outcome.output)) {
@@ -89,7 +93,7 @@ std::optional<ProgramOutcome> runProgram(const std::vector<std::string>& command
         ::waitpid(*child, &status, 0);
     } else if (ended == 0) {
         outcome.isRunning = true;
-        outcome.process.reset(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0)));
+        outcome.process = std::move(process);
         std::thread([child = *child] { ::waitpid(child, nullptr, 0); }).detach(); // nobody else would
     }
     outcome.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);

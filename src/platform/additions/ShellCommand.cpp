@@ -4,6 +4,7 @@
 #include "platform/additions/ShellProcess.h"
 #include "platform/ae/AECoercion.h"
 #include "platform/base/Text.h"
+#include "platform/base/Wait.h"
 
 #include <cerrno>
 #include <csignal>
@@ -17,7 +18,6 @@ namespace {
 
 constexpr std::size_t kMaximumOutput = std::size_t(128) << 20;
 constexpr OSStatus kKilled = 128 + SIGKILL; // as a shell has it
-constexpr int kPollMilliseconds = 20;       // how soon a cancel is noticed
 
 /// Reads what is there. False at the end of the stream.
 bool drain(int descriptor, std::string& into) {
@@ -43,12 +43,12 @@ bool run(const std::string& command, const AEHandlerContext& context, Outcome& o
         return false;
     pollfd streams[] = {{process.output(), POLLIN, 0}, {process.errors(), POLLIN, 0}, {process.ending(), POLLIN, 0}};
     std::string* const texts[] = {&outcome.output, &outcome.errors};
-    while (std::any_of(std::begin(streams), std::end(streams), [](const pollfd& stream) { return stream.fd >= 0; })) {
+    for (Wait wait; std::any_of(std::begin(streams), std::end(streams), [](const pollfd& stream) { return stream.fd >= 0; });) {
         outcome.cancelled = context.isCancelled();
         outcome.isTooLong = outcome.output.size() > kMaximumOutput || outcome.errors.size() > kMaximumOutput;
         if (outcome.cancelled || outcome.isTooLong)
             return true;
-        if (::poll(streams, std::size(streams), kPollMilliseconds) < 0 && errno != EINTR)
+        if (wait.pause(std::chrono::steady_clock::time_point::max(), streams) < 0)
             return false;
         for (std::size_t i = 0; i < 2; ++i)
             if (streams[i].fd >= 0 && streams[i].revents && !drain(streams[i].fd, *texts[i]))

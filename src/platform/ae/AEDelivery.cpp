@@ -9,8 +9,7 @@ namespace quoddle {
 
 namespace {
 
-// Short enough for a sender to give up within 10 ms, long enough not to be felt by the processor.
-constexpr std::chrono::milliseconds kSlice{5};
+constexpr std::chrono::milliseconds kSlice{5}; // of the main thread's events
 
 thread_local AEDelivery* tCurrent = nullptr;
 
@@ -38,7 +37,8 @@ void AEDelivery::answerWith(const std::function<AEDesc()>& reply, OSErr status) 
             mAnsweredReply.put("errn"_4cc, AEDesc::ofInt32(status));
         mStatus = status;
         mAnswered = true;
-        mAnswerArrived.notify_all();
+        if (mWaiting)
+            mWaiting->wake();
     }
     if (mOnAnswer)
         mOnAnswer(mAnsweredReply);
@@ -50,22 +50,19 @@ bool AEDelivery::isAnswered() const {
 }
 
 AEDelivery::Outcome AEDelivery::wait(const std::function<bool()>& giveUp, std::chrono::steady_clock::time_point deadline) {
-    std::unique_lock lock(mMutex);
-    while (!mAnswered) {
-        auto now = std::chrono::steady_clock::now();
-        if (now >= deadline)
-            return Outcome::TimedOut;
-        lock.unlock();
-        bool cancelled = giveUp && giveUp();
-        bool slept = !cancelled && AEProcessMainThreadEvents(kSlice);
-        lock.lock();
+    {
+        const std::lock_guard lock(mMutex);
         if (mAnswered)
-            break;
-        if (cancelled)
-            return Outcome::Cancelled;
-        if (!slept)
-            mAnswerArrived.wait_for(lock, std::min<std::chrono::steady_clock::duration>(kSlice, deadline - now),
-                                    [this] { return mAnswered; });
+            return Outcome::Answered;
+        mWaiting = Wait::waker();
+    }
+    for (Wait wait; !isAnswered();) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return Outcome::TimedOut;
+        if (giveUp && giveUp())
+            return isAnswered() ? Outcome::Answered : Outcome::Cancelled;
+        if (!AEProcessMainThreadEvents(kSlice))
+            wait.pause(deadline);
     }
     return Outcome::Answered;
 }

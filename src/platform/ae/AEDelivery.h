@@ -5,9 +5,9 @@
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
+#include "platform/base/Wait.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <mutex>
 #include <utility>
 
@@ -30,7 +30,8 @@ public:
     /// Valid once answered.
     OSErr status() const { return mStatus; }
     const AEDesc& answeredReply() const { return mAnsweredReply; }
-    /// Asks `giveUp` (may be empty) every few milliseconds; on the main thread its events go on being processed.
+    /// One thread at most. Asks `giveUp` (may be empty) whenever it is woken; on the main thread, whose events go on being processed, every
+    /// few milliseconds.
     Outcome wait(const std::function<bool()>& giveUp, std::chrono::steady_clock::time_point deadline);
 
     const NSAppleEventDescriptorRef& event() const { return mEvent; }
@@ -68,7 +69,7 @@ private:
     bool mSuspended = false; ///< belongs to the thread that runs the handler
 
     mutable std::mutex mMutex;
-    std::condition_variable mAnswerArrived;
+    std::shared_ptr<Waker> mWaiting; // null: nobody has waited
     bool mAnswered = false;
     OSErr mStatus = noErr;
     AEDesc mAnsweredReply;

@@ -48,6 +48,11 @@ NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) 
         setLayoutDirection(Qt::RightToLeft);
     MainThread::open();
     AESetMainThread(mainThreadForAppleEvents());
+    auto* woken = new QSocketNotifier(mWait.descriptor(), QSocketNotifier::Read, this);
+    connect(woken, &QSocketNotifier::activated, this, [this] {
+        mWait.forget();
+        Q_EMIT waitsWoken();
+    });
     connect(this, &QGuiApplication::commitDataRequest, this, &NSApplication::endOfSession, Qt::DirectConnection);
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
+#include "platform/base/Wait.h"
 #include "platform/foundation/NSApplicationDelegate.h"
 #include "platform/foundation/NSMenu.h"
 
@@ -84,6 +85,10 @@ public:
     void releaseLater(std::shared_ptr<void> object);
     int modalSessionCount() const { return static_cast<int>(mModalSessions.size()); }
 
+Q_SIGNALS:
+    /// What somebody waits for may have been cancelled: wakeWaits() was called, or this thread's waker.
+    void waitsWoken();
+
 protected:
     bool event(QEvent* event) override;
 
@@ -107,6 +112,7 @@ private:
     void handleOpenEvent(const std::shared_ptr<NSAppleEventDescriptor>& event, const std::shared_ptr<NSAppleEventDescriptor>& reply);
     void endOfSession(QSessionManager& manager);
 
+    Wait mWait; // the event loop's
     NSApplicationDelegate* mDelegate = nullptr;
     std::shared_ptr<NSMenu> mMainMenu;
     QHash<QString, std::function<void()>> mActions;

@@ -3,6 +3,7 @@
 
 #include "platform/appkit/Appearance.h"
 
+#include <QEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QVariantAnimation>
@@ -74,6 +75,14 @@ void ProgressBar::updateAnimation() {
         mWandering->stop();
     }
     update();
+}
+
+bool ProgressBar::event(QEvent* event) {
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowUnblocked) {
+        mIsBlocked = event->type() == QEvent::WindowBlocked;
+        updateAnimation();
+    }
+    return QProgressBar::event(event);
 }
 
 void ProgressBar::showEvent(QShowEvent* event) {

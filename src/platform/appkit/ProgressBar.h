@@ -19,7 +19,8 @@ public:
     bool isIndeterminate() const { return mIndeterminate; }
     /// Keeps the value, which is shown again when the bar becomes determinate. An indeterminate bar stands still until it is started.
     void setIndeterminate(bool indeterminate);
-    bool isAnimating() const { return mStarted && mIndeterminate; }
+    /// Not while a dialog keeps the window from working: then nothing goes on that could be shown.
+    bool isAnimating() const { return mStarted && mIndeterminate && !mIsBlocked; }
     void startAnimation();
     void stopAnimation();
     double doubleValue() const { return mValue; }
@@ -30,6 +31,7 @@ public:
     QSize minimumSizeHint() const override { return {40, 8}; }
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -42,6 +44,7 @@ private:
     double mValue = 0;
     bool mIndeterminate = false;
     bool mStarted = false;
+    bool mIsBlocked = false;
 };
 
 } // namespace quoddle

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/foundation/NSOperationQueue.h"
 
+#include "platform/base/Wait.h"
 #include "platform/foundation/NSLog.h"
 
 #include <chrono>
@@ -24,6 +25,11 @@ void callGuarded(const std::function<void()>& block) {
 }
 
 } // namespace
+
+void NSOperation::cancel() {
+    mCancelled = true;
+    wakeWaits();
+}
 
 void NSOperation::start() {
     if (!mCancelled) {

@@ -31,7 +31,7 @@ public:
     QueuePriority queuePriority() const { return mPriority; }
 
     /// Any thread. A waiting operation never runs its block; a running one only learns of it through isCancelled().
-    void cancel() { mCancelled = true; }
+    void cancel();
     bool isCancelled() const { return mCancelled; }
     bool isExecuting() const { return mExecuting; }
     bool isFinished() const { return mFinished; }

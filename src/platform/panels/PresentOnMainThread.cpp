@@ -2,18 +2,18 @@
 #include "platform/panels/PresentOnMainThread.h"
 
 #include "platform/ae/AEMainThread.h"
+#include "platform/base/Wait.h"
 #include "platform/panels/StandardCommands.h"
 
-#include <condition_variable>
 #include <mutex>
 
 namespace quoddle {
 
 namespace {
 
-constexpr std::chrono::milliseconds kSlice{20}; // how soon a cancel is noticed
+constexpr std::chrono::milliseconds kSlice{20}; // of the main thread's events
 
-/// Shared by the thread that waits and the work on the main thread.
+/// Made by the thread that waits, and shared by it and the work on the main thread.
 class Exchange {
 public:
     void begin(std::uint64_t number) {
@@ -27,21 +27,16 @@ public:
     void complete(const AEDesc& reply) {
         std::lock_guard lock(mMutex);
         mReply = reply;
-        mArrived.notify_all();
+        mWaiting->wake();
     }
-    std::optional<AEDesc> waitForReply() {
-        if (AEProcessMainThreadEvents(kSlice)) {
-            std::lock_guard lock(mMutex);
-            return mReply;
-        }
-        std::unique_lock lock(mMutex);
-        mArrived.wait_for(lock, kSlice, [this] { return mReply.has_value(); });
+    std::optional<AEDesc> reply() {
+        std::lock_guard lock(mMutex);
         return mReply;
     }
 
 private:
+    const std::shared_ptr<Waker> mWaiting = Wait::waker();
     std::mutex mMutex;
-    std::condition_variable mArrived;
     std::optional<AEDesc> mReply;
     std::uint64_t mNumber = 0;
 };
@@ -79,11 +74,13 @@ OSErr presentOnMainThread(const AEDesc& event, AEDesc& reply, const AEHandlerCon
     auto exchange = std::make_shared<Exchange>();
     auto posted = std::make_shared<PostedCommand>(exchange, event, reply);
     AEPostToMainThread([posted = std::move(posted)] { posted->run(); });
-    while (!context.isCancelled()) {
-        if (auto answered = exchange->waitForReply()) {
+    for (Wait wait; !context.isCancelled();) {
+        if (auto answered = exchange->reply()) {
             reply = std::move(*answered);
             return noErr;
         }
+        if (!AEProcessMainThreadEvents(kSlice))
+            wait.pause(std::chrono::steady_clock::time_point::max());
     }
     // After what was posted above, so that the number is known by then.
     AEPostToMainThread([exchange] { StandardCommands::shared().cancel(exchange->number()); });

@@ -8,6 +8,7 @@
 #include "platform/ae/transport/AERunningApplications.h"
 #include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/ae/transport/AESocket.h"
+#include "platform/base/Wait.h"
 
 #include <algorithm>
 #include <atomic>
@@ -23,9 +24,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int kSlice = 5;                // ms, between questions whether to give up
-constexpr int kQuickSlice = 1;           // before the main thread turns to its own events
-constexpr int kLongWait = 60'000;        // when nobody asks
+constexpr std::chrono::milliseconds kSlice{5};      // of the main thread's events
+constexpr std::chrono::milliseconds kQuickSlice{1}; // before the main thread turns to them
 constexpr std::size_t kMaximumIdle = 16; // connections kept
 
 /// Connections that wait for their next event.
@@ -88,20 +88,17 @@ private:
 
 OSStatus Exchange::waitFor(short events) {
     const bool isMain = AEHasMainThreadEvents();
-    while (true) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(mDeadline - Clock::now()).count();
-        if (left <= 0)
-            return errAETimeout;
-        const int slice = isMain ? kQuickSlice : mOptions.cancelled ? kSlice : kLongWait;
-        pollfd state{mSocket.number(), events, 0};
-        const int count = ::poll(&state, 1, static_cast<int>(std::min<std::int64_t>(left, slice)));
-        if (count < 0 && errno != EINTR)
-            return connectionInvalid;
-        if (count > 0)
-            return noErr;
+    for (Wait wait;;) {
         if (mOptions.cancelled && mOptions.cancelled())
             return userCanceledErr;
-        AEProcessMainThreadEvents(std::chrono::milliseconds(kSlice));
+        const auto now = Clock::now();
+        if (now >= mDeadline)
+            return errAETimeout;
+        pollfd state{mSocket.number(), events, 0};
+        const int count = wait.pause(isMain ? std::min(mDeadline, now + kQuickSlice) : mDeadline, {&state, 1});
+        if (count != 0)
+            return count > 0 ? noErr : connectionInvalid;
+        AEProcessMainThreadEvents(kSlice);
     }
 }
 

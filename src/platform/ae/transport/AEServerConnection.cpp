@@ -5,6 +5,7 @@
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/AESendMessage.h"
 #include "platform/ae/AEWaiting.h"
+#include "platform/base/Wait.h"
 
 #include <cerrno>
 #include <new>
@@ -169,7 +170,7 @@ void AEServerConnection::answer(Received& received, const AEDesc& reply, OSStatu
                 frame.status = flattened;
             send(frame.bytes(), round);
         } catch (const std::bad_alloc&) { // the sender learns so from the end of the connection
-            mClosed = true;
+            markClosed();
             mChanged();
         }
     }
@@ -192,7 +193,7 @@ void AEServerConnection::send(std::string bytes, std::shared_ptr<void> round) {
     mUnsent.append(bytes, sent);
     mUnsentRounds.push_back(std::move(round));
     if (!mUnsentCharge.set(mUnsent.size())) // it does not want its replies
-        mClosed = true;
+        markClosed();
     mChanged();
 }
 
@@ -233,8 +234,14 @@ bool AEServerConnection::wantsToWrite() const {
     return !mUnsent.empty();
 }
 
-void AEServerConnection::close() {
+/// Handlers that work for the sender may end.
+void AEServerConnection::markClosed() {
     mClosed = true;
+    wakeWaits();
+}
+
+void AEServerConnection::close() {
+    markClosed();
     dropReplies();
     ::shutdown(number(), SHUT_RDWR);
 }

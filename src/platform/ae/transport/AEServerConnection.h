@@ -66,6 +66,7 @@ private:
     bool takeApartBeside(Received received);
     void answer(Received& received, const AEDesc& reply, OSStatus status);
     void send(std::string bytes, std::shared_ptr<void> round);
+    void markClosed();
 
     const FileDescriptor mSocket;
     const pid_t mSender;

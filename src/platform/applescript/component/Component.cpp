@@ -40,7 +40,8 @@ Component::Component()
                 [](Machine& machine, Value value) {
                     const std::string line = utf8FromUTF16(language::humanDisplay(machine, value)) + "\n";
                     std::fwrite(line.data(), 1, line.size(), stderr);
-                }}) {
+                },
+                [this](Machine&, Wait& wait, std::chrono::steady_clock::time_point until) { pause(wait, until); }}) {
     mMachine.setRootMarker([this](Heap& heap) {
         for (const auto& [id, slot] : mSlots)
             heap.mark(slot.value);

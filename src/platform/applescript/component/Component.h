@@ -125,6 +125,7 @@ private:
     void addLocation(AEDesc& event, Value direct);
 
     OSStatus active();
+    void pause(Wait& wait, std::chrono::steady_clock::time_point until);
     Value send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues);
     /// Empty, with an error raised, when a parameter has no descriptor.
     std::optional<AEDesc> eventFor(const EventName& command, Value direct, std::span<const Argument> arguments);

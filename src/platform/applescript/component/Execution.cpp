@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Running scripts, and what running scripts ask of the outside.
+#include "platform/ae/AEMainThread.h"
 #include "platform/ae/AESendMessage.h"
 #include "platform/ae/NSAppleEventManager.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
@@ -18,6 +19,7 @@ namespace {
 constexpr double kTicksPerSecond = 60;
 constexpr std::uint32_t kAllConsiderations = 0xFF;
 constexpr int kIgnoredShift = 16; // what is ignored stands above what is considered
+constexpr std::chrono::milliseconds kMainThreadPause(8);
 
 /// The labels of a handler of the user's travel as codes where they are prepositions.
 bool isEventPlumbing(AEKeyword key) {
@@ -210,6 +212,13 @@ OSStatus Component::active() {
     const OSACallback<OSAActiveProc> active = mCallbacks.active;
     Callback callback(*this);
     return active.proc(active.refCon);
+}
+
+void Component::pause(Wait& wait, std::chrono::steady_clock::time_point until) {
+    if (AEHasMainThreadEvents()) // their turn comes when the script yields
+        until = std::min(until, std::chrono::steady_clock::now() + kMainThreadPause);
+    Callback callback(*this);
+    wait.pause(until);
 }
 
 std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct, std::span<const Argument> arguments) {

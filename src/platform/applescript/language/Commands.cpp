@@ -5,11 +5,11 @@
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/References.h"
+#include "platform/applescript/machine/Ticker.h"
 #include "platform/base/DateText.h"
 #include "platform/base/Text.h"
 
 #include <chrono>
-#include <thread>
 
 namespace quoddle::language {
 
@@ -37,7 +37,6 @@ Value currentDate(Machine& machine, Value, Arguments) {
     return Value::object(machine.heap().make<Date>(currentSeconds()));
 }
 
-/// Waits in short slices, giving the host its turn between them.
 Value delay(Machine& machine, Value direct, Arguments) {
     double seconds = 0;
     if (!direct.isUndefined() && !is<Script>(direct) && !is<Application>(direct)) {
@@ -50,13 +49,12 @@ Value delay(Machine& machine, Value direct, Arguments) {
     constexpr double kForever = 1e9;
     const auto end = Clock::now() +
                      std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(std::min(std::max(seconds, 0.0), kForever)));
-    while (true) {
+    const Ticker::Rest rest(&machine);
+    for (Wait wait;; machine.pause(wait, end)) {
         if (!machine.yield())
             return Value::failure();
-        const auto left = end - Clock::now();
-        if (left <= Clock::duration::zero())
+        if (Clock::now() >= end)
             return {};
-        std::this_thread::sleep_for(std::min<Clock::duration>(left, std::chrono::milliseconds(8)));
     }
 }
 

@@ -128,6 +128,14 @@ bool Machine::yield() {
     return false;
 }
 
+void Machine::pause(Wait& wait, std::chrono::steady_clock::time_point until) {
+    settle();
+    if (mHost.pause)
+        mHost.pause(*this, wait, until);
+    else
+        wait.pause(until);
+}
+
 /// Makes the registers in use known to the collector, which may run for another thread during a callback.
 void Machine::settle() {
     if (mContext->frames.empty())
@@ -142,6 +150,7 @@ Value Machine::send(const EventName& command, Value direct, std::span<const Argu
     roots.emplace_back(mHeap, direct);
     for (const Argument& argument : arguments)
         roots.emplace_back(mHeap, argument.value);
+    const Ticker::Rest rest(this);
     return mHost.send(*this, command, direct, arguments, continues);
 }
 

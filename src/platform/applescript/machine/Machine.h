@@ -11,6 +11,7 @@
 #include "platform/applescript/machine/Code.h"
 #include "platform/applescript/machine/Heap.h"
 #include "platform/base/Considering.h"
+#include "platform/base/Wait.h"
 
 #include <atomic>
 #include <functional>
@@ -81,8 +82,9 @@ class Machine {
 public:
     /// The surroundings of a machine, which neither sends nor waits by itself.
     struct Host {
-        /// Called at least every ten milliseconds while a script runs, the interpreter lock given up. Anything but noErr ends the script
-        /// with that error. The script may catch the error, but not when the host answers with errors again and again.
+        /// Called at least every ten milliseconds while a script runs, the interpreter lock given up; between the pauses of one that waits.
+        /// Anything but noErr ends the script with that error. The script may catch the error, but not when the host answers with errors
+        /// again and again.
         std::function<OSStatus(Machine&)> active;
         /// A command that no handler and no part of the language took: value, or failure with an error raised.
         std::function<Value(Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, bool continues)> send;
@@ -91,6 +93,8 @@ public:
         std::function<bool(Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, Value& result)> perform;
         /// What "log" prints.
         std::function<void(Machine&, Value)> log;
+        /// Sleeps until then at the latest, the interpreter lock given up. Empty: the lock is kept.
+        std::function<void(Machine&, Wait&, std::chrono::steady_clock::time_point until)> pause;
     };
 
     explicit Machine(Host host);
@@ -146,6 +150,8 @@ public:
     /// Gives the host its turn, as a long native operation should every few milliseconds. False when the script is to end; the error is
     /// then set.
     bool yield();
+    /// One pause of a script that waits, which then yields and looks whether its time has come.
+    void pause(Wait& wait, std::chrono::steady_clock::time_point until);
     /// A command for the host (see Host::send). The parameters are safe from collection; other values that the caller holds are not.
     Value send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues);
 

@@ -41,9 +41,13 @@ void Ticker::add(Machine* machine) {
         mChanged.notify_all();
 }
 
-void Ticker::remove(Machine* machine) {
+bool Ticker::remove(Machine* machine) {
     std::lock_guard lock(mMutex);
-    mMachines.erase(std::find(mMachines.begin(), mMachines.end(), machine));
+    const auto place = std::find(mMachines.begin(), mMachines.end(), machine);
+    if (place == mMachines.end())
+        return false;
+    mMachines.erase(place);
+    return true;
 }
 
 void Ticker::tick() {

@@ -18,8 +18,23 @@ public:
     ~Ticker();
 
     void add(Machine* machine);
-    /// After it returns the machine is not touched any more.
-    void remove(Machine* machine);
+    /// After it returns the machine is not touched any more, unless it was added more than once. False when it was not there.
+    bool remove(Machine* machine);
+
+    /// While a script waits it needs no interruptions, and the ticker no thread.
+    class Rest {
+    public:
+        explicit Rest(Machine* machine) : mMachine(shared().remove(machine) ? machine : nullptr) {}
+        ~Rest() {
+            if (mMachine)
+                shared().add(mMachine);
+        }
+        Rest(const Rest&) = delete;
+        Rest& operator=(const Rest&) = delete;
+
+    private:
+        Machine* const mMachine;
+    };
 
 private:
     Ticker() = default;

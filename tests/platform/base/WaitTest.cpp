@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include "platform/base/Wait.h"
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+
+namespace quoddle {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr Clock::time_point kNever = Clock::time_point::max();
+
+/// Longer than any test has patience for: what ends a wait here is its wake and nothing else.
+[[maybe_unused]] const int kLongPauses = ::setenv("QUODDLE_LONGEST_PAUSE", "600", 1);
+
+bool isReadable(int descriptor) {
+    pollfd state{descriptor, POLLIN, 0};
+    return ::poll(&state, 1, 0) == 1;
+}
+
+TEST(Wait, NoWakeIsLost) {
+    constexpr int kRounds = 1000;
+    std::atomic<int> turn = 0;
+    std::array<std::shared_ptr<Waker>, 2> wakers;
+    const auto play = [&](int self) {
+        for (Wait wait; turn < kRounds;) {
+            if (turn % 2 != self) {
+                wait.pause(kNever);
+                continue;
+            }
+            ++turn;
+            if (self == 0)
+                wakeWaits(); // all of them
+            else
+                wakers[0]->wake();
+        }
+    };
+    wakers[0] = Wait::waker();
+    std::thread other(play, 1);
+    play(0);
+    wakeWaits();
+    other.join();
+}
+
+TEST(Wait, AWaitThatEndsLeavesItsWakesToTheOneAroundIt) {
+    Wait outer;
+    {
+        Wait inner;
+        Wait::waker()->wake();
+        EXPECT_EQ(inner.pause(kNever), 0);
+        EXPECT_FALSE(isReadable(inner.descriptor())) << "forgotten";
+    }
+    EXPECT_EQ(outer.pause(kNever), 0);
+    { const Wait inner; }
+    EXPECT_FALSE(isReadable(outer.descriptor())) << "nothing came";
+    {
+        const Wait inner;
+        wakeWaits();
+    }
+    EXPECT_TRUE(isReadable(outer.descriptor()));
+    outer.forget();
+    EXPECT_FALSE(isReadable(outer.descriptor()));
+}
+
+TEST(Wait, EndsWithADescriptorASignalOrAtItsTime) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    std::array<pollfd, 3> waited{{{ends[0], POLLIN, 0}, {-1, POLLIN, 0}, {ends[1], 0, 0}}};
+    Wait wait;
+    const auto soon = Clock::now() + std::chrono::milliseconds(30);
+    while (Clock::now() < soon)
+        EXPECT_EQ(wait.pause(soon, waited), 0);
+    EXPECT_EQ(waited[0].revents, 0);
+    ASSERT_EQ(::write(ends[1], "x", 1), 1);
+    Wait::waker()->wake(); // beside the descriptor, which is not forgotten for it
+    EXPECT_EQ(wait.pause(kNever, waited), 1);
+    EXPECT_EQ(waited[0].revents, POLLIN);
+    {
+        Wait within;
+        EXPECT_EQ(within.pause(Clock::time_point::min(), waited), 1);
+    }
+    wait.forget();
+
+    // The signal comes in the middle of a pause sooner or later; what a descriptor was before is not believed.
+    struct sigaction quiet {};
+    quiet.sa_handler = [](int) {};
+    ::sigaction(SIGUSR1, &quiet, nullptr);
+    std::atomic<bool> isOver = false;
+    std::thread sender([&, thread = ::pthread_self()] {
+        for (; !isOver; ::usleep(1000))
+            ::pthread_kill(thread, SIGUSR1);
+    });
+    waited[0].events = 0;
+    EXPECT_EQ(wait.pause(kNever, waited), 0);
+    EXPECT_EQ(waited[0].revents, 0);
+    isOver = true;
+    sender.join();
+    ::close(ends[0]);
+    ::close(ends[1]);
+}
+
+TEST(Wait, ThreadsComeAndGo) {
+    const int before = ::dup(0);
+    std::shared_ptr<Waker> left;
+    for (int round = 0; round < 200; ++round) {
+        std::atomic<bool> isOver = false;
+        std::array<std::thread, 4> threads;
+        for (std::thread& thread : threads)
+            thread = std::thread([&] {
+                for (Wait wait; !isOver;)
+                    wait.pause(kNever);
+            });
+        isOver = true;
+        wakeWaits();
+        for (std::thread& thread : threads)
+            thread.join();
+    }
+    std::thread([&] { left = Wait::waker(); }).join();
+    left->wake(); // nobody
+    left.reset();
+    const int after = ::dup(0);
+    EXPECT_EQ(after, before + 1) << "the descriptors of threads go with them";
+    ::close(before);
+    ::close(after);
+}
+
+TEST(Wait, WithoutDescriptorsAThreadLooksOftenAndLaterOnIsWokenAgain) {
+    rlimit before;
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    std::thread([&] {
+        const auto waker = Wait::waker(); // handed out before there is anything that it could wake
+        const int lowest = ::dup(0);
+        ::close(lowest);
+        const rlimit none{static_cast<rlim_t>(lowest), before.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &none);
+        {
+            Wait wait;
+            EXPECT_LT(wait.descriptor(), 0);
+            EXPECT_EQ(wait.pause(kNever), 0);
+            waker->wake();
+            wakeWaits();
+            wait.forget();
+        }
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        Wait wait;
+        EXPECT_GE(wait.descriptor(), 0);
+        waker->wake();
+        EXPECT_EQ(wait.pause(kNever), 0);
+    }).join();
+}
+
+} // namespace
+} // namespace quoddle
