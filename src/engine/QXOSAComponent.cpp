@@ -306,12 +306,20 @@ QDateTime QXOSAComponent::timeout() const {
 }
 
 void QXOSAComponent::setTimeout(const QDateTime& timeout) {
-    mTimeout = timeout.isValid() ? timeout.toMSecsSinceEpoch() : kNoTimeout;
+    setTimeoutSinceEpoch(timeout.isValid() ? timeout.toMSecsSinceEpoch() : kNoTimeout);
 }
 
 void QXOSAComponent::setTimeoutInterval(double seconds) {
     constexpr double kFarthest = 1e12; // seconds: past any clock, and far from overflowing
-    mTimeout = QDateTime::currentMSecsSinceEpoch() + std::llround(std::clamp(seconds, -kFarthest, kFarthest) * 1000);
+    setTimeoutSinceEpoch(QDateTime::currentMSecsSinceEpoch() + std::llround(std::clamp(seconds, -kFarthest, kFarthest) * 1000));
+}
+
+void QXOSAComponent::setTimeoutSinceEpoch(qint64 milliseconds) {
+    constexpr qint64 kDay = 24 * 60 * 60 * 1000; // no wait pauses that long
+    mTimeout = milliseconds;
+    if (milliseconds != kNoTimeout)
+        mTimeoutAlarm.set(std::chrono::steady_clock::now() +
+                          std::chrono::milliseconds(std::clamp<qint64>(milliseconds - QDateTime::currentMSecsSinceEpoch() + 1, 0, kDay)));
 }
 
 bool QXOSAComponent::isDangerousEventSuite(AEEventClass suite, AEEventID eventID) {

@@ -7,6 +7,7 @@
 
 #include "engine/QXOSAComponentDelegate.h"
 #include "engine/QXOSAErrorInfo.h"
+#include "platform/base/Wait.h"
 #include "platform/foundation/NSOperationQueue.h"
 #include "platform/osa/OSA.h"
 
@@ -138,6 +139,9 @@ private:
     std::atomic<QXOSAComponentDelegate*> mDelegate = nullptr;
     mutable std::mutex mOperationMutex;
     std::shared_ptr<NSOperation> mOperation;
+    void setTimeoutSinceEpoch(qint64 milliseconds);
+
+    WaitAlarm mTimeoutAlarm;
     std::atomic<qint64> mTimeout; ///< milliseconds since 1970, or none
     std::atomic<bool> mCancelled = false;
     std::atomic<bool> mResuming = false;

@@ -2,6 +2,7 @@
 #include "Commands.h"
 
 #include "dialogs/DisplayDialogHandler.h"
+#include "platform/base/Wait.h"
 #include "platform/foundation/QtPrinters.h"
 #include "platform/panels/AnswerField.h"
 
@@ -395,7 +396,12 @@ TEST(DialogSession, GoesAwayWithItsSender) {
         DialogShell shell(asSheet);
         std::atomic<bool> givesUp = false;
         const Conversation conversation(
-            displayDialog({}), [&givesUp](QDialog&) { givesUp = true; }, [&givesUp] { return givesUp.load(); });
+            displayDialog({}),
+            [&givesUp](QDialog&) {
+                givesUp = true;
+                wakeWaits();
+            },
+            [&givesUp] { return givesUp.load(); });
         EXPECT_EQ(conversation.status(), userCanceledErr);
         EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }));
     }
@@ -412,7 +418,8 @@ TEST(DialogSession, TheEndOfAScriptThatHasNotWaitedForItsDialogEndsTheApplet) {
         });
         while (!AppDelegate::instance()->isDisplayingPanel())
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        givesUp = true; // the dialog learns it later than the applet learns that the script has ended
+        givesUp = true;
+        wakeWaits(); // the dialog learns it later than the applet learns that the script has ended
         return ScriptedComponent::Outcome{};
     };
     shell.run();

@@ -5,6 +5,8 @@
 #include "platform/ae/NSAppleEventManager.h"
 #include "platform/applescript/AppleScriptComponent.h"
 
+#include <thread>
+
 namespace quoddle {
 
 namespace {
@@ -57,6 +59,20 @@ TEST_F(AppleScriptTest, ModesAndContexts) {
     EXPECT_EQ(script->integerForPropertyName(fresh), 4);
     script->setDescriptorForPropertyName(nullptr, fresh);
     EXPECT_FALSE(script->hasPropertyNamed(fresh));
+}
+
+TEST_F(AppleScriptTest, AWaitEndsAtTheDeadline) {
+    QXOSAIDRef script = compiled("delay 3600");
+    for (const bool isLate : {false, true}) {
+        component->setTimeout({});
+        if (!isLate)
+            component->setTimeoutInterval(0.05);
+        std::thread run([&] { EXPECT_FALSE(script->execute()); });
+        if (isLate)
+            component->setTimeoutInterval(0.05);
+        run.join();
+        EXPECT_EQ(component->lastErrorInfo()->error(), errAETimeout);
+    }
 }
 
 TEST_F(AppleScriptTest, ScriptsRunInContexts) {

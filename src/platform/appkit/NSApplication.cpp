@@ -2,6 +2,7 @@
 #include "platform/appkit/NSApplication.h"
 
 #include "platform/ae/AEMainThread.h"
+#include "platform/appkit/CursorRest.h"
 #include "platform/appkit/DrawnIconStyle.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/MainThread.h"
@@ -43,6 +44,7 @@ AEMainThread mainThreadForAppleEvents() {
 
 NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) {
     setStyle(new DrawnIconStyle);
+    new CursorRest(this);
     setQuitOnLastWindowClosed(false);                 // the delegate decides
     if (QLocale().textDirection() == Qt::RightToLeft) // the toolkit itself only turns with a translation of its own
         setLayoutDirection(Qt::RightToLeft);

@@ -68,12 +68,15 @@ void ProgressBar::stopAnimation() {
 }
 
 void ProgressBar::updateAnimation() {
-    if (isAnimating() && isVisible()) {
-        if (mWandering->state() != QAbstractAnimation::Running)
-            mWandering->start();
-    } else {
+    const auto state = mWandering->state();
+    if (!mStarted || !mIndeterminate || !isVisible())
         mWandering->stop();
-    }
+    else if (mIsBlocked && state == QAbstractAnimation::Running)
+        mWandering->pause();
+    else if (!mIsBlocked && state == QAbstractAnimation::Paused)
+        mWandering->resume();
+    else if (!mIsBlocked && state == QAbstractAnimation::Stopped)
+        mWandering->start();
     update();
 }
 
@@ -111,7 +114,7 @@ void ProgressBar::paintEvent(QPaintEvent*) {
     if (!mIndeterminate) {
         const double filled = mValue > 0 ? std::max<double>(kThickness, groove.width() * mValue / 100) : 0;
         painter.drawPath(roundedPath({groove.x(), groove.y(), filled, groove.height()}));
-    } else if (isAnimating()) {
+    } else if (mStarted) {
         // What leaves at one end comes in at the other, so that there is always as much of it to be seen.
         const double left = mWandering->currentValue().toDouble() * groove.width();
         for (double x : {left, left - groove.width()})

@@ -19,7 +19,7 @@ public:
     bool isIndeterminate() const { return mIndeterminate; }
     /// Keeps the value, which is shown again when the bar becomes determinate. An indeterminate bar stands still until it is started.
     void setIndeterminate(bool indeterminate);
-    /// Not while a dialog keeps the window from working: then nothing goes on that could be shown.
+    /// Not while a dialog keeps the window from working: what there is of the bar stands still until the user has answered.
     bool isAnimating() const { return mStarted && mIndeterminate && !mIsBlocked; }
     void startAnimation();
     void stopAnimation();

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <map>
 #include <mutex>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -66,6 +67,7 @@ namespace {
 struct Waiting {
     std::mutex mutex;
     std::vector<ThreadWaker*> threads;
+    std::map<const WaitAlarm*, Clock::time_point> alarms;
 };
 
 /// Never destroyed: threads may wait when the static objects go.
@@ -79,12 +81,34 @@ const std::shared_ptr<ThreadWaker>& wakerOfThread() {
     return waker;
 }
 
+/// The first one that is not over, or the time given.
+Clock::time_point nextAlarm(Clock::time_point now, Clock::time_point until) {
+    const std::lock_guard lock(waiting().mutex);
+    for (const auto& [alarm, time] : waiting().alarms)
+        if (time > now)
+            until = std::min(until, time);
+    return until;
+}
+
 } // namespace
 
 void wakeWaits() {
     const std::lock_guard lock(waiting().mutex);
     for (ThreadWaker* thread : waiting().threads)
         thread->wake();
+}
+
+void WaitAlarm::set(Time time) {
+    {
+        const std::lock_guard lock(waiting().mutex);
+        waiting().alarms[this] = time;
+    }
+    wakeWaits(); // those who pause already know of other times
+}
+
+WaitAlarm::~WaitAlarm() {
+    const std::lock_guard lock(waiting().mutex);
+    waiting().alarms.erase(this);
 }
 
 Wait::Wait() : mThread(wakerOfThread()) {
@@ -121,6 +145,7 @@ void Wait::forget() {
 int Wait::pause(Clock::time_point until, std::span<pollfd> descriptors) {
     assert(descriptors.size() <= kMaximumDescriptors);
     const auto now = Clock::now();
+    until = nextAlarm(now, until);
     const Clock::duration longest = descriptor() < 0 ? Clock::duration(kBlindPause) : longestPause();
     const auto time = until <= now ? Clock::duration::zero() : std::min(until - now, longest);
     const auto seconds = std::chrono::floor<std::chrono::seconds>(time);

@@ -14,6 +14,21 @@ namespace quoddle {
 /// Every wait of the process looks again. Any thread, but no signal handler.
 void wakeWaits();
 
+/// Wakes all waits at a time: for a cancellation that only a clock brings.
+class WaitAlarm {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+    /// Wakes nobody as long as no time is set.
+    WaitAlarm() = default;
+    explicit WaitAlarm(Time time) { set(time); }
+    ~WaitAlarm();
+    WaitAlarm(const WaitAlarm&) = delete;
+    WaitAlarm& operator=(const WaitAlarm&) = delete;
+
+    /// In place of the time before. Any thread.
+    void set(Time time);
+};
+
 /// Ends the pauses of one thread. Any thread, also when that thread does not wait any more, or has ended.
 class Waker {
 public:

@@ -2,6 +2,7 @@
 #include "platform/clipboard/QtClipboard.h"
 
 #include "platform/additions/Clipboard.h"
+#include "platform/base/Wait.h"
 #include "platform/clipboard/ClipboardForms.h"
 
 #include <chrono>
@@ -54,6 +55,7 @@ void leaveClipboardBehind() {
     if (!QGuiApplication::clipboard()->ownsClipboard())
         return;
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    const WaitAlarm alarm(deadline);
     AEHandlerContext context;
     context.cancelled = [deadline] { return std::chrono::steady_clock::now() > deadline; };
     (void)Clipboard::shared()->setContents(formsOnClipboard(0), context);

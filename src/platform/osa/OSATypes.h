@@ -38,6 +38,8 @@ constexpr OSAModeFlags kOSAModeDoRecord = 0x1000;
 constexpr OSAModeFlags kOSAModeDontStoreParent = 0x10000;
 
 /// Reference constants are passed through untouched. Callbacks run on the thread that executes the script, without the component's lock.
+/// The active procedure is called every few milliseconds while a script works, and between the pauses of one that waits: who wants to end
+/// such a script soon calls wakeWaits().
 using OSAActiveProc = OSErr (*)(void* refCon);
 using AEIdleProc = void (*)();
 using AEFilterProc = void (*)();

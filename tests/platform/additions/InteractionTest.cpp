@@ -5,6 +5,7 @@
 #include "platform/additions/ClipboardProcess.h"
 #include "platform/additions/DialogProcess.h"
 #include "platform/additions/Interaction.h"
+#include "platform/base/Wait.h"
 
 #include <chrono>
 #include <sys/stat.h>
@@ -145,7 +146,8 @@ TEST_F(DialogProcessTest, CancelEndsTheDialogSoon) {
     for (; tries < 5 && !isSoon; ++tries) { // a busy machine takes its time
         const auto start = std::chrono::steady_clock::now();
         const auto elapsed = [start] { return std::chrono::steady_clock::now() - start; };
-        const AEHandlerContext context{[&] { return elapsed() > std::chrono::milliseconds(50); }};
+        const WaitAlarm alarm(start + std::chrono::milliseconds(50));
+        const AEHandlerContext context{[&] { return elapsed() >= std::chrono::milliseconds(50); }};
         EXPECT_EQ(ask(process, "wait", context).status, userCanceledErr);
         isSoon = elapsed() < std::chrono::milliseconds(150);
         EXPECT_EQ(ask(process, "answer").text, "é");

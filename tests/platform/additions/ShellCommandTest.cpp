@@ -2,7 +2,9 @@
 // do shell script: stopping commands that make it hard, and output of any size.
 #include "Additions.h"
 #include "platform/base/File.h"
+#include "platform/base/Wait.h"
 
+#include <atomic>
 #include <csignal>
 #include <ctime>
 #include <sstream>
@@ -19,7 +21,17 @@ protected:
         const std::string noted = path("number");
         std::filesystem::remove(noted);
         command.replace(command.find("NOTE"), 4, "echo $$ >" + noted + ".new; mv " + noted + ".new " + noted);
-        return send("sysoexec", {{"----"_4cc, text(command)}}, {.cancelled = [noted] { return std::filesystem::exists(noted); }});
+        std::atomic<bool> isCancelled = false, hasEnded = false;
+        std::thread user([&] {
+            while (!hasEnded && !std::filesystem::exists(noted))
+                std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            isCancelled = true;
+            wakeWaits();
+        });
+        const Answer answer = send("sysoexec", {{"----"_4cc, text(command)}}, {.cancelled = [&] { return isCancelled.load(); }});
+        hasEnded = true;
+        user.join();
+        return answer;
     }
     pid_t group() const { return static_cast<pid_t>(std::stol(bytesOf("number"))); }
     /// Whether a process of the group is more than an entry that nobody has taken out yet.

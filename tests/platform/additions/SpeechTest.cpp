@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // say, with speech programs that write down what they were told instead of speaking.
 #include "Additions.h"
+#include "platform/base/Wait.h"
 
 #include <chrono>
 #include <sys/stat.h>
@@ -98,7 +99,8 @@ TEST_F(SpeechTest, WaitsOrNotAndStops) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_NE(bytesOf("said").find("stopped"), std::string::npos);
     install("espeak", "exec sleep 30");
-    const AESendOptions cancelled{.cancelled = [&] { return elapsed() > std::chrono::milliseconds(800); }};
+    const WaitAlarm alarm(start + std::chrono::milliseconds(800));
+    const AESendOptions cancelled{.cancelled = [&] { return elapsed() >= std::chrono::milliseconds(800); }};
     EXPECT_EQ(send("sysottos", {{"----"_4cc, text("a")}}, cancelled).error(), userCanceledErr);
     EXPECT_LT(elapsed(), std::chrono::seconds(15));
 }

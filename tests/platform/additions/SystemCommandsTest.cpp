@@ -4,6 +4,7 @@
 #include "Additions.h"
 
 #include "platform/additions/Clipboard.h"
+#include "platform/base/Wait.h"
 
 #include <chrono>
 #include <sys/stat.h>
@@ -126,7 +127,8 @@ TEST_F(SystemCommandsTest, LocationsAreOpenedByTheDesktop) {
 TEST_F(SystemCommandsTest, AHelperThatHangsEndsWithACancel) {
     helper("xdg-open", "exec /bin/sleep 60");
     const auto start = std::chrono::steady_clock::now();
-    const auto isOver = [start] { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(60); };
+    const WaitAlarm alarm(start + std::chrono::milliseconds(60));
+    const auto isOver = [start] { return std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(60); };
     EXPECT_EQ(send("GURLGURL", {{"----"_4cc, text("a:b")}}, {.cancelled = isOver}).error(), userCanceledErr);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }

@@ -4,6 +4,7 @@
 
 #include "platform/ae/AESendMessage.h"
 #include "platform/ae/NSAppleEventManager.h"
+#include "platform/base/Wait.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -249,6 +250,7 @@ TEST_F(NSAppleEventManagerTest, SendersGiveUp) {
             std::this_thread::sleep_for(20ms);
             cancelledAt = std::chrono::steady_clock::now();
             cancelled = true;
+            wakeWaits();
         });
         EXPECT_EQ(AESendMessage(event(), &reply, kAEWaitReply, kNoTimeOut, {[&] { return cancelled.load(); }}), userCanceledErr);
         canceller.join();

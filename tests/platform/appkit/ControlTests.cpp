@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/appkit/Appearance.h"
+#include "platform/appkit/CursorRest.h"
 #include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/NSSegmentedControl.h"
 #include "platform/appkit/ProgressBar.h"
@@ -8,7 +9,10 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
 #include <QPalette>
+#include <QTest>
 
 namespace quoddle {
 
@@ -99,6 +103,52 @@ TEST(NSSegmentedControl, IsAGroupOfRadioButtonsToAScreenReader) {
     actions->doAction(actions->actionNames().first());
     EXPECT_EQ(chosen, QList<int>{1});
     EXPECT_TRUE(group->child(1)->state().checked && !group->child(0)->state().checked);
+}
+
+TEST(ProgressBar, StandsStillBehindADialog) {
+    QWidget window;
+    ProgressBar bar(&window);
+    bar.setIndeterminate(true);
+    bar.startAnimation();
+    window.show();
+    const auto picture = [&bar] { return bar.grab().toImage(); };
+    const QImage first = picture();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return picture() != first; })) << "it wanders";
+    {
+        QDialog dialog(&window);
+        dialog.setModal(true);
+        dialog.show();
+        EXPECT_FALSE(bar.isAnimating());
+        const QImage before = picture();
+        QTest::qWait(60);
+        EXPECT_EQ(picture(), before);
+        bar.stopAnimation();
+        EXPECT_NE(picture(), before) << "what stands still is not gone";
+        bar.startAnimation();
+    }
+    EXPECT_TRUE(bar.isAnimating());
+    const QImage after = picture();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return picture() != after; }));
+}
+
+TEST(CursorRest, ACursorThatNobodyUsesStandsStill) {
+    const int blinking = QApplication::cursorFlashTime();
+    ASSERT_GT(blinking, 0);
+    const auto stands = [] { return QApplication::cursorFlashTime() == 0; };
+    QLineEdit text;
+    text.show();
+    {
+        const CursorRest rest(nullptr, std::chrono::milliseconds(30));
+        for (const bool isKey : {true, false}) {
+            if (isKey)
+                QTest::keyClick(&text, Qt::Key_A);
+            else
+                QTest::mouseClick(&text, Qt::LeftButton);
+            EXPECT_EQ(QApplication::cursorFlashTime(), blinking);
+            EXPECT_TRUE(QTest::qWaitFor(stands));
+        }
+    }
+    EXPECT_EQ(QApplication::cursorFlashTime(), blinking);
 }
 
 TEST(ProgressBar, CountsOrWanders) {

@@ -105,6 +105,35 @@ TEST(Wait, EndsWithADescriptorASignalOrAtItsTime) {
     ::close(ends[1]);
 }
 
+TEST(Wait, AlarmsWakeOnceAndCanBeSetAnew) {
+    const auto in = [](int milliseconds) { return Clock::now() + std::chrono::milliseconds(milliseconds); };
+    WaitAlarm far(in(3'600'000)), alarm;
+    Wait wait;
+    wait.forget();
+    for (int round = 0; round < 2; ++round) {
+        const auto time = in(20);
+        std::thread([&] { alarm.set(time); }).join();
+        EXPECT_EQ(wait.pause(kNever), 0) << "it wakes those who know another time";
+        while (Clock::now() < time)
+            EXPECT_EQ(wait.pause(kNever), 0);
+    }
+    const auto end = in(20);
+    while (Clock::now() < end)
+        EXPECT_EQ(wait.pause(end), 0) << "those that are over wake nobody";
+    {
+        const WaitAlarm gone(in(20));
+        wait.forget();
+    }
+    std::thread waker([waker = Wait::waker()] {
+        ::usleep(40'000);
+        waker->wake();
+    });
+    const auto begin = Clock::now();
+    EXPECT_EQ(wait.pause(kNever), 0);
+    EXPECT_GE(Clock::now() - begin, std::chrono::milliseconds(30)) << "nor those that are gone";
+    waker.join();
+}
+
 TEST(Wait, ThreadsComeAndGo) {
     const int before = ::dup(0);
     std::shared_ptr<Waker> left;

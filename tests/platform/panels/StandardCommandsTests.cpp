@@ -2,6 +2,7 @@
 // Commands as events in, dialogs answered by clicks and keys, replies out.
 #include "platform/ae/AEMainThread.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/base/Wait.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/panels/PresentOnMainThread.h"
 #include "platform/panels/StandardCommands.h"
@@ -340,10 +341,12 @@ TEST(PresentOnMainThread, TheScriptWaitsAndTheMainThreadDoesNot) {
         });
         EXPECT_TRUE(QTest::qWaitFor([] { return StandardCommands::shared().currentDialog() != nullptr; }));
         EXPECT_FALSE(done);
-        if (breaksOff)
+        if (breaksOff) {
             cancelled = true;
-        else
+            wakeWaits();
+        } else {
             StandardCommands::shared().currentDialog()->done(1002);
+        }
         EXPECT_TRUE(QTest::qWaitFor([&] { return done.load(); }));
         script.join();
         EXPECT_TRUE(QTest::qWaitFor([] { return StandardCommands::shared().currentDialog() == nullptr; }));

@@ -2,6 +2,7 @@
 // The component as the scripting architecture sees it.
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/base/Text.h"
+#include "platform/base/Wait.h"
 #include "platform/osa/OSA.h"
 
 #include <atomic>
@@ -297,19 +298,13 @@ struct Calls {
 TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
     constexpr int kQuestions = 15;
     constexpr double kSeconds = 0.02 * kQuestions; // every 10 ms
-    const struct {
-        const char16_t* source;
-        clockid_t clock; // a thread that wants to run may have to wait for the processor, one that sleeps does not
-    } rows[] = {{u"repeat\nend repeat", CLOCK_THREAD_CPUTIME_ID},
-                {u"delay 60", CLOCK_MONOTONIC},
-                {u"on f()\nf2()\nend f\non f2()\nend f2\nrepeat\nf()\nend repeat", CLOCK_THREAD_CPUTIME_ID}};
-    for (const auto& row : rows) {
-        const auto now = [&row] {
-            timespec time{};
-            clock_gettime(row.clock, &time);
-            return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-        };
-        const OSAID script = compiled(row.source);
+    const auto now = [] {                          // a thread that wants to run may have to wait for the processor
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+    };
+    for (const char16_t* source : {u"repeat\nend repeat", u"on f()\nf2()\nend f\non f2()\nend f2\nrepeat\nf()\nend repeat"}) {
+        const OSAID script = compiled(source);
         double quickest = 60; // of a few: a busy machine takes its time
         for (int tries = 0; tries < 5 && quickest > kSeconds; ++tries) {
             Calls calls;
@@ -344,8 +339,27 @@ TEST_F(ComponentTest, ARunEndsAlthoughItsScriptCatchesEveryCancel) {
         instance, [](void* refCon) -> OSErr { return static_cast<OSErr>(++*static_cast<int*>(refCon) % 2 ? noErr : userCanceledErr); },
         &count);
     EXPECT_EQ(
-        run(compiled(u"set n to 0\nrepeat until n = 200\ntry\ndelay 60\non error number -128\nset n to n + 1\nend try\nend repeat\nn")),
+        run(compiled(
+            u"set n to 0\nrepeat until n = 200\ntry\nrepeat\nend repeat\non error number -128\nset n to n + 1\nend try\nend repeat\nn")),
         "200");
+    OSASetActiveProc(instance, nullptr, nullptr);
+}
+
+TEST_F(ComponentTest, ADelayIsLeftAloneUntilSomebodyWakesIt) {
+    Calls calls;
+    calls.cancelAt = 3;
+    OSASetActiveProc(instance, Calls::proc, &calls);
+    std::thread stopper([&] {
+        for (int woken = 0; woken < calls.cancelAt; ++woken) {
+            while (calls.count < woken)
+                std::this_thread::yield();
+            wakeWaits();
+        }
+    });
+    EXPECT_EQ(run(compiled(u"delay 3600")), "status -1753");
+    stopper.join();
+    EXPECT_EQ(errorPart("errn"_4cc), "-128");
+    EXPECT_EQ(calls.count, calls.cancelAt);
     OSASetActiveProc(instance, nullptr, nullptr);
 }
 
