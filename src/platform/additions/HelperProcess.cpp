@@ -21,7 +21,7 @@ namespace quoddle::additions {
 
 namespace {
 
-constexpr int kNoDisplayStatus = 3;    // what a program ends with when it cannot reach the display
+constexpr int kNoDisplayStatus = 3; // what a program ends with when it cannot reach the display
 constexpr int kFirstInheritable = 3;
 
 /// As people call it: what dialogs are said to come from.

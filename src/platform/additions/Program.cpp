@@ -71,7 +71,7 @@ std::optional<ProgramOutcome> runProgram(const std::vector<std::string>& command
     }
     ProgramOutcome outcome;
     const auto deadline = std::chrono::steady_clock::now() + time;
-    FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0)));
+    FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0))); // without one the end is seen after a pause
     pollfd waited[] = {{ends[0], POLLIN, 0}, {process.number(), POLLIN, 0}};
     pollfd& stream = waited[0];
     int status = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Lets the cursor in a text stand still when nobody has typed or clicked for a while, so that a window that waits for text lets the processor
-// sleep. It blinks again from the next key or click on.
+// Lets the cursor in a text stand still when nobody has typed or clicked for a while, so that a window that waits for text lets the
+// processor sleep. It blinks again from the next key or click on.
 #pragma once
 
 #include <chrono>

@@ -68,15 +68,12 @@ void ProgressBar::stopAnimation() {
 }
 
 void ProgressBar::updateAnimation() {
-    const auto state = mWandering->state();
-    if (!mStarted || !mIndeterminate || !isVisible())
+    if (isAnimating() && isVisible()) {
+        if (mWandering->state() != QAbstractAnimation::Running)
+            mWandering->start();
+    } else {
         mWandering->stop();
-    else if (mIsBlocked && state == QAbstractAnimation::Running)
-        mWandering->pause();
-    else if (!mIsBlocked && state == QAbstractAnimation::Paused)
-        mWandering->resume();
-    else if (!mIsBlocked && state == QAbstractAnimation::Stopped)
-        mWandering->start();
+    }
     update();
 }
 

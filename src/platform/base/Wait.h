@@ -51,13 +51,13 @@ public:
     static std::shared_ptr<Waker> waker();
 
     static constexpr std::size_t kMaximumDescriptors = 3;
-    /// Sleeps until one of the descriptors is ready, the thread is woken, a signal comes, or the time has come; a second at most. Answers how
-    /// many descriptors are ready, as their `revents` say, those below 0 left out; -1, with errno set, when there is no waiting for them.
-    /// Where the process had no descriptor left for the wake, it sleeps a hundredth of a second at most.
+    /// Sleeps until one of the descriptors is ready, the thread is woken, a signal comes, or the time has come; a second at most. Answers
+    /// how many descriptors are ready, as their `revents` say, those below 0 left out; -1, with errno set, when there is no waiting for
+    /// them. Where the process had no descriptor left for the wake, it sleeps a hundredth of a second at most.
     int pause(std::chrono::steady_clock::time_point until, std::span<pollfd> descriptors = {});
 
-    /// For a thread that waits in an event loop of another make: readable when the thread is woken, until forget(). Below 0 when the process
-    /// had no descriptor left.
+    /// For a thread that waits in an event loop of another make: readable when the thread is woken, until forget(). Below 0 when the
+    /// process had no descriptor left.
     int descriptor() const;
     void forget();
 

@@ -26,7 +26,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kSlice{5};      // of the main thread's events
 constexpr std::chrono::milliseconds kQuickSlice{1}; // before the main thread turns to them
-constexpr std::size_t kMaximumIdle = 16; // connections kept
+constexpr std::size_t kMaximumIdle = 16;            // connections kept
 
 /// Connections that wait for their next event.
 class IdleConnections {
