@@ -402,7 +402,8 @@ TEST(DialogSession, GoesAwayWithItsSender) {
                 wakeWaits();
             },
             [&givesUp] { return givesUp.load(); });
-        EXPECT_EQ(conversation.status(), userCanceledErr);
+        // The dialog may be quicker to see it than the sender, which then has its answer.
+        EXPECT_EQ(conversation.status() == noErr ? conversation.errorNumber() : conversation.status(), userCanceledErr);
         EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }));
     }
 }
