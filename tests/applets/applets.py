@@ -20,11 +20,14 @@ on run
 	set progress total steps to 100
 	set progress description to "Working"
 	try
-		do shell script "echo started > FOLDER/started" -- which may be what is stopped
+		do shell script "echo started > FOLDER/started"
 		repeat
 			set x to 1
 		end repeat
 	on error number n
+		try
+			delay 0.01 -- hears of the stop once more if it was the command above that was stopped
+		end try
 		do shell script "echo " & n & " > FOLDER/caught"
 		error number n
 	end try
