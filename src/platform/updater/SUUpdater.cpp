@@ -240,13 +240,13 @@ void SUUpdater::fetch() {
 void SUUpdater::prepare(const QString& unpacked) {
     dismiss(mProgress);
     mUnpacked = unpacked;
-    if (announce(&SUUpdaterDelegate::updaterWillInstallUpdate))
+    if (announce([](SUUpdaterDelegate& delegate) { delegate.updaterWillInstallUpdate(); }))
         installByEnding();
 }
 
-bool SUUpdater::announce(void (SUUpdaterDelegate::*notice)()) {
+bool SUUpdater::announce(const std::function<void(SUUpdaterDelegate& delegate)>& notice) {
     mStage = Stage::announcing;
-    if (mDelegate && !call([&] { (mDelegate->*notice)(); }))
+    if (mDelegate && !call([&] { notice(*mDelegate); }))
         return false;
     dismiss(mProgress);
     mStage = Stage::ready;
@@ -255,7 +255,8 @@ bool SUUpdater::announce(void (SUUpdaterDelegate::*notice)()) {
 
 void SUUpdater::installByEnding() {
     auto* application = NSApplication::sharedApplication();
-    if (!application->isRunning() || !announce(&SUUpdaterDelegate::updaterWillRelaunchApplication) || !application->isRunning())
+    if (!application->isRunning() || !announce([](SUUpdaterDelegate& delegate) { delegate.updaterWillRelaunchApplication(); }) ||
+        !application->isRunning())
         return;
     if (QApplication::activeModalWidget()) // a question of the script, or an error that the notice has led to
         return waitForEnd();

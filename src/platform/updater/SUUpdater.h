@@ -68,7 +68,7 @@ private:
     void fetch();
     void prepare(const QString& unpacked);
     /// Gives the applet a notice. False when the update was given up meanwhile.
-    bool announce(void (SUUpdaterDelegate::*notice)());
+    bool announce(const std::function<void(SUUpdaterDelegate& delegate)>& notice);
     void installByEnding();
     void waitForEnd();
     void becomeIdle();
