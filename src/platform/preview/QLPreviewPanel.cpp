@@ -468,27 +468,14 @@ Qt::Edges QLPreviewPanel::edgesAt(const QPoint& place) const {
 void QLPreviewPanel::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
-    const QPoint place = event->position().toPoint();
-    if (const Qt::Edges edges = edgesAt(place))
+    if (const Qt::Edges edges = edgesAt(event->position().toPoint()))
         windowHandle()->startSystemResize(edges);
     else
-        mPressed = place;
-}
-
-void QLPreviewPanel::mouseReleaseEvent(QMouseEvent*) {
-    mPressed.reset();
-}
-
-/// The window manager moves the panel for as long as the button is down. A click may be past when it is heard of, and the panel would then
-/// hang on the pointer until the next one: so the move begins when the pointer has moved with the button down.
-void QLPreviewPanel::mouseMoveEvent(QMouseEvent* event) {
-    const QPoint place = event->position().toPoint();
-    if (mPressed && event->buttons() & Qt::LeftButton) {
-        move(pos() + place - *std::exchange(mPressed, {}));
         windowHandle()->startSystemMove();
-        return;
-    }
-    const Qt::Edges edges = edgesAt(place);
+}
+
+void QLPreviewPanel::mouseMoveEvent(QMouseEvent* event) {
+    const Qt::Edges edges = edgesAt(event->position().toPoint());
     const bool isHorizontal = edges & (Qt::LeftEdge | Qt::RightEdge);
     const bool isVertical = edges & (Qt::TopEdge | Qt::BottomEdge);
     const bool isFalling = edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge);

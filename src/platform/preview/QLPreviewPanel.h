@@ -76,7 +76,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -109,8 +108,7 @@ private:
     QLPreviewPanelController* mController = nullptr;
     QLPreviewPanelDataSource* mDataSource = nullptr;
     QLPreviewPanelDelegate* mDelegate = nullptr;
-    std::optional<QPoint> mPressed; // where the left button went down and has not moved from
-    QPointer<QWidget> mLastWindow;  // that was active before the panel
+    QPointer<QWidget> mLastWindow; // that was active before the panel
     std::shared_ptr<const QLPreviewItem> mItem;
     QString mPath; // that is shown or being read; empty: none
     int mItems = 0;
