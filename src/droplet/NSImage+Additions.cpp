@@ -11,7 +11,7 @@ namespace quoddle {
 
 namespace {
 
-// They come as to paintTemplate().
+// The parts of pictures are painted in the space of 64 points that paintTemplate() has set up, with the pen in place.
 
 void paintArrowDown(QPainter& painter, double top, double bottom) {
     painter.drawLine(QPointF(32, top), QPointF(32, bottom));

@@ -86,7 +86,7 @@ public:
     int modalSessionCount() const { return static_cast<int>(mModalSessions.size()); }
 
 Q_SIGNALS:
-    /// What somebody waits for may have been cancelled: wakeWaits() was called, or this thread's waker.
+    /// wakeWaits() was called, or the main thread's waker: something that is waited for may have been cancelled.
     void waitsWoken();
 
 protected:

@@ -22,7 +22,7 @@ public:
 
     /// How many questions and notices, of whomever, the script is busy with.
     virtual int updaterCallDepth() { return 0; }
-    /// Nobody waits any more for the answer to the one that came when the script was busy with so many others: it is to end.
+    /// The question or notice that came at this depth of calls is to end: its answer is not waited for any more.
     virtual void updaterStopsCall(int depth) { static_cast<void>(depth); }
 };
 
