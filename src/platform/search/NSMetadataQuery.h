@@ -51,7 +51,8 @@ public:
     void setSearchScopes(const QStringList& scopes);
     /// Seconds that lie between two notifications about results at least. Initially 1. Not waited for are the first results and the rest
     /// when all has been found. What is due comes in several notifications, each in a turn of the event loop of its own, so many results at
-    /// a time that those who hear it need about eight milliseconds for them.
+    /// a time that those who hear it need about eight milliseconds for them, but at least a 32nd of those that are known: else what each
+    /// notification costs anyway would count more the more results there are.
     double notificationBatchingInterval() const;
     void setNotificationBatchingInterval(double seconds);
 
