@@ -8,6 +8,7 @@
 #include "EventSocket.h"
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/BundleIcon.h"
+#include "platform/appkit/FontLoading.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/clipboard/QtClipboard.h"
@@ -32,6 +33,7 @@ int perform(int argc, char** argv) {
     if (const auto status = EventSocket::startedByHand("quoddle-dialogs: shows dialogs", argc, argv))
         return *status;
     QCoreApplication::setApplicationName(argc > 1 ? QFile::decodeName(argv[1]) : u"Script"_s);
+    const FontLoading fonts;
     setUserDefaultsDomain(u"quoddle-dialogs"_s);
     NSApplication application(argc, argv);
     Appearance::applyRememberedScheme();

@@ -16,6 +16,7 @@
 #include "platform/ae/transport/AETransport.h"
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/DesktopApplication.h"
+#include "platform/appkit/FontLoading.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/base/ProgramMain.h"
@@ -353,6 +354,7 @@ int launch(int argc, char** argv) {
     }
     if (!hasDisplay())
         return reportNoDisplay();
+    const FontLoading fonts;
     takeIdentityOf(invocation.bundle);
     registerAppleScriptComponent();
     installStandardAdditions();

@@ -7,6 +7,7 @@
 #include "runtime/AppDelegate.h"
 
 #include <QFileInfo>
+#include <QGuiApplication>
 
 namespace quoddle {
 
@@ -14,9 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Pixels.
-constexpr int kExtent = 512;      // more than any pane shows
-constexpr int kDrawnExtent = 192; // what the drop zone shows at twice the scale; drawing more delays the first window
+constexpr int kExtent = 512;     // pixels: more than any pane shows
+constexpr int kDrawnExtent = 96; // points: what the drop zone shows; drawing more delays the first window
 
 /// A file without any is told of by `name`.
 QImage bestPicture(ImageFile& file, const QString& name) {
@@ -40,7 +40,7 @@ QImage AppletImages::imageNamed(const QString& name) {
     if (const QString path = pathInBundle(name); !path.isEmpty())
         return imageFile(path);
     if (name == kMultipleDocumentsImage)
-        return multipleDocumentsIcon().pixmap(QSize(kDrawnExtent, kDrawnExtent), 1.0).toImage();
+        return multipleDocumentsIcon().pixmap(QSize(kDrawnExtent, kDrawnExtent), qGuiApp->devicePixelRatio()).toImage();
     return QIcon::fromTheme(name).pixmap(QSize(kExtent, kExtent), 1.0).toImage();
 }
 
