@@ -5,6 +5,7 @@
 //
 // One decision: the file may come from anybody and what decodes it may fail or obey it, so this process can do little: it has some seconds
 // and some memory, cannot write files, start programs or make connections, and ends with the process that has started it.
+#include "platform/appkit/BestPictures.h"
 #include "platform/appkit/ImageFile.h"
 #include "platform/base/Confinement.h"
 #include "platform/base/ProgramMain.h"
@@ -30,7 +31,7 @@ namespace {
 
 using End = PictureStream::End;
 
-constexpr int kMostPictures = 64;                    // of one file are looked at for the largest
+constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // of a picture
 constexpr qint64 kMostPageBytes = qint64{128} << 20; // of a document
 constexpr rlim_t kProcessorTime = 10;                // seconds
 #ifndef __SANITIZE_ADDRESS__                         // which takes terabytes of addresses, and looks for leaks by another process
@@ -66,29 +67,19 @@ bool write(const QImage& image) {
     return isWritten && std::fflush(stdout) == 0;
 }
 
-/// The largest one of those that the file has; an icon has several sizes.
+/// The best one of those that the file has; an icon has several sizes.
 End writePicture(const QString& path, QSize largest) {
-    constexpr qint64 kMostBytes = ImageFile::kMostBytesOfPhotograph;
-    if (QFileInfo(path).size() > kMostBytes)
+    if (QFileInfo(path).size() > ImageFile::kMostBytesOfPhotograph)
         return End::tooLarge;
-    std::optional<ImageFile> file(std::in_place, path, kMostBytes);
-    const int count = std::min(file->count(), kMostPictures);
-    int best = 0;
-    qint64 mostPixels = -1;
-    for (int i = 0; i < count && file->select(i); ++i) {
-        const QSize size = file->size();
-        const qint64 pixels = qint64{size.width()} * size.height();
-        if (pixels > mostPixels) {
-            mostPixels = pixels;
-            best = i;
-        }
-    }
-    if (count > 1)
-        file.emplace(path, kMostBytes); // it cannot go back among its pictures
-    const QImage picture = file->select(best) ? file->read(largest) : QImage();
+    ImageFile file(path, ImageFile::kMostBytesOfPhotograph);
+    const QSize size = file.size();
+    const bool isOne = file.count() == 1;
+    const QImage picture = isOne ? file.read(largest) : bestPictures(file, path, std::max(largest.width(), largest.height()), 1).value(0);
     if (picture.isNull())
-        return mostPixels > (qint64{ImageFile::kMostMegabytes} << 20) / 4 ? End::tooLarge : End::unreadable;
-    write(picture);
+        return isOne && qint64{size.width()} * size.height() > kMostPixels ? End::tooLarge : End::unreadable;
+    write(picture.width() > largest.width() || picture.height() > largest.height()
+              ? picture.scaled(largest, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+              : picture);
     return End::whole;
 }
 

@@ -10,7 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMostLookedAt = 64;
 constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // that are decoded of a file with several pictures
 constexpr qint64 kUnknownPixels = qint64{1} << 20;                            // of an icon that does not say how large it is
 
@@ -28,7 +27,7 @@ struct Candidate {
 /// In the order in which they are to be read.
 std::vector<Candidate> candidatesOf(ImageFile& file, int extent) {
     std::vector<Candidate> candidates;
-    const int count = std::min(file.count(), kMostLookedAt);
+    const int count = file.count();
     for (int i = 0; i < count && file.select(i); ++i)
         candidates.push_back({i, count > 1 ? file.size() : QSize()});
     const auto rank = [extent](const Candidate& candidate) {

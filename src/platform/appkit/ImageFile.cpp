@@ -61,6 +61,37 @@ QByteArray checkedIcon(const QByteArray& icon) {
     return checked;
 }
 
+/// A TIFF file without the pictures that come after the first `kMostPictures`: the decoder goes through all to count them, and a file of
+/// some megabytes can hold hundreds of thousands. Nothing of a file in the form that is meant for more than 4 GiB.
+QByteArray withFewPictures(QByteArray tiff) {
+    constexpr qsizetype kHeader = 8, kEntry = 12;
+    const bool isBigEndian = tiff.startsWith("MM");
+    const auto number = [&]<class Number>(qsizetype at, Number) {
+        return isBigEndian ? qFromBigEndian<Number>(tiff.constData() + at) : qFromLittleEndian<Number>(tiff.constData() + at);
+    };
+    const quint16 version = tiff.size() < kHeader ? 0 : number(2, quint16());
+    if (version != 42)
+        return version == 43 ? QByteArray() : tiff;
+    qsizetype next = 4; // where it stands where the next picture begins
+    for (int i = 0; i < ImageFile::kMostPictures; ++i) {
+        const qsizetype picture = number(next, quint32());
+        if (picture == 0 || picture > tiff.size() - 2)
+            return tiff;
+        next = picture + 2 + number(picture, quint16()) * kEntry;
+        if (next > tiff.size() - 4)
+            return tiff;
+    }
+    std::fill_n(tiff.data() + next, 4, '\0');
+    return tiff;
+}
+
+/// What of a file of some kind is handed to its decoder.
+QByteArray checked(const QByteArray& bytes) {
+    if (bytes.startsWith("icns") && bytes.size() > 8)
+        return checkedIcon(bytes);
+    return bytes.startsWith("II") || bytes.startsWith("MM") ? withFewPictures(bytes) : bytes;
+}
+
 /// The memory that decoding a picture takes when it is not made smaller on the way. The toolkit counts at least 32 bits a pixel. The
 /// format of some damaged files is a number without meaning.
 qint64 bytesWhileDecoding(QSize size, QImage::Format format) {
@@ -102,7 +133,7 @@ void ImageFile::open(const QByteArray& bytes, const QString& suffix, qint64 most
         return;
     static const bool isBounded = (QImageReader::setAllocationLimit(kMostMegabytes), true);
     std::ignore = isBounded;
-    mBytes = bytes.startsWith("icns") && bytes.size() > 8 ? checkedIcon(bytes) : bytes;
+    mBytes = checked(bytes);
     mBuffer.setBuffer(&mBytes);
     mBuffer.open(QIODevice::ReadOnly);
     mReader.setDevice(&mBuffer);
@@ -116,7 +147,7 @@ void ImageFile::open(const QByteArray& bytes, const QString& suffix, qint64 most
 }
 
 int ImageFile::count() const {
-    return mReader.device() ? std::max(mReader.imageCount(), 1) : 1;
+    return mReader.device() ? std::clamp(mReader.imageCount(), 1, kMostPictures) : 1;
 }
 
 bool ImageFile::select(int index) {

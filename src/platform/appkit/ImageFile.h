@@ -21,7 +21,9 @@ public:
     /// The same for what a file with that suffix would hold, of at most `kMostBytes`.
     explicit ImageFile(const QByteArray& bytes, const QString& suffix = {});
 
-    /// At least 1.
+    /// So many pictures of one file are looked at.
+    static constexpr int kMostPictures = 64;
+    /// From 1 to `kMostPictures`.
     int count() const;
     /// False when there is no such picture.
     bool select(int index);

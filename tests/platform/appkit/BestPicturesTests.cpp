@@ -102,6 +102,17 @@ TEST_F(BestPicturesTest, ThoseThatServeBestAreRead) {
     }
 }
 
+TEST_F(BestPicturesTest, PicturesBehindTheFirstAreNotCounted) {
+    for (const int count : {63, 64, 65, 5000}) {
+        QByteArray file = tiff(std::vector<Page>(static_cast<std::size_t>(count), {8, 8}));
+        ImageFile whole(file, u"tiff"_s);
+        EXPECT_EQ(whole.count(), std::min(count, ImageFile::kMostPictures));
+        EXPECT_EQ(whole.read({9, 9}).size(), QSize(8, 8));
+        qToBigEndian(static_cast<quint32>(file.size()), file.data() + 4);
+        EXPECT_TRUE(ImageFile(file, u"tiff"_s).read({9, 9}).isNull());
+    }
+}
+
 TEST_F(BestPicturesTest, AnIconHasTheSizesOfItsFile) {
     const QIcon icon = iconFromImageFile(write(u"icon.tiff"_s, tiff({{16, 16}, {256, 256}, {2048, 2048}, {4096, 4096}})));
     EXPECT_EQ(icon.availableSizes(), (QList<QSize>{{1024, 1024}, {256, 256}, {16, 16}}));

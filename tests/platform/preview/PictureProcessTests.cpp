@@ -5,6 +5,7 @@
 
 #include <csignal>
 
+#include <QtEndian>
 #include <QTest>
 
 namespace quoddle {
@@ -48,6 +49,11 @@ protected:
     static bool ends(qint64 identifier) {
         return QTest::qWaitFor([identifier] { return ::kill(static_cast<pid_t>(identifier), 0) != 0; }, 5000);
     }
+    static QByteArray bigEndian(qsizetype number) {
+        QByteArray bytes(4, '\0');
+        qToBigEndian(static_cast<quint32>(number), bytes.data());
+        return bytes;
+    }
     QList<QImage> pictures;
 };
 
@@ -60,6 +66,19 @@ TEST_F(PictureProcessTest, PicturesAreFitted) {
     EXPECT_EQ(pictures.first().pixelColor(150, 75), QColor(Qt::red));
     EXPECT_EQ(decode(picture(u"small.bmp"_s, {5, 5}), Source::Picture), End::whole);
     EXPECT_EQ(pictures.first().size(), QSize(5, 5));
+}
+
+TEST_F(PictureProcessTest, TheLargestOfAnIconIsShown) {
+    QByteArray icon;
+    for (const auto& [kind, extent] : {std::pair("icp4", 16), {"ic07", 128}, {"icp5", 32}}) {
+        QFile file(picture(u"part.png"_s, {extent, extent}));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QByteArray body = file.readAll();
+        icon += kind + bigEndian(body.size() + 8) + body;
+    }
+    EXPECT_EQ(decode(write(u"i.icns"_s, "icns" + bigEndian(icon.size() + 8) + icon), Source::Picture), End::whole);
+    ASSERT_EQ(pictures.size(), 1);
+    EXPECT_EQ(pictures.first().size(), QSize(128, 128));
 }
 
 TEST_F(PictureProcessTest, WhatCannotBeShownIsSaidSo) {
