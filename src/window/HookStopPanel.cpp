@@ -76,8 +76,14 @@ void HookStopPanel::dismiss() {
     mStop = nullptr;
 }
 
+/// Of a dialog or a menu that waits for an answer itself.
+bool HookStopPanel::isKeyboardOfAnother() const {
+    const auto* dialog = qobject_cast<QDialog*>(QApplication::activeWindow());
+    return QApplication::activeModalWidget() || QApplication::activePopupWidget() || (dialog && dialog != mPanel.get());
+}
+
 bool HookStopPanel::eventFilter(QObject* watched, QEvent* event) {
-    if (!isEscape(*event) || !watched->isWidgetType() || QApplication::activeModalWidget() || QApplication::activePopupWidget())
+    if (!isEscape(*event) || !watched->isWidgetType() || isKeyboardOfAnother())
         return QObject::eventFilter(watched, event);
     event->accept(); // as an override: no shortcut, the key shall come
     if (event->type() == QEvent::KeyPress)

@@ -25,6 +25,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    bool isKeyboardOfAnother() const;
+
     std::unique_ptr<NSPanel> mPanel; // null: nothing is shown
     std::function<void()> mStop;
 };
