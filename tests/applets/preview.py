@@ -6,6 +6,7 @@
 
 Pictures are left in the folder that QUODDLE_ARTEFACTS names, if any; QUODDLE_APPEARANCE=dark makes them dark.
 """
+import signal
 import struct
 import subprocess
 import time
@@ -159,6 +160,25 @@ class Preview(accessibility.AccessibleCase):
         right = area.x - 40 + area.width + 3
         drag((right, area.y + 200), (right + 60, area.y + 200))
         comes_to(x=area.x - 40, width=area.width + 60)
+
+    def test_a_click_that_is_past_when_it_is_heard_of_moves_nothing(self):
+        self.open()
+        area = self.find("Picture").get_extents(self.atspi.CoordType.SCREEN)
+
+        def place():
+            return self.applet.xdotool("getwindowfocus", "getwindowgeometry")[1]
+
+        before = place()
+        self.applet.process.send_signal(signal.SIGSTOP)
+        try:
+            self.applet.xdotool("mousemove", str(area.x + 300), str(area.y - 15), "click", "1")
+        finally:
+            self.applet.process.send_signal(signal.SIGCONT)
+        self.find("Picture").get_extents(self.atspi.CoordType.SCREEN)  # answered after the click
+        self.applet.xdotool("mousemove", str(area.x + 260), str(area.y + 40))
+        self.applet.xdotool("key", "Down")  # the window manager, were it moving the panel, would have the keyboard
+        self.applet.becomes_active(ORDER[1])
+        self.assertEqual(place(), before)
 
 
 if __name__ == "__main__":

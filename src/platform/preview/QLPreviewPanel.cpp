@@ -468,10 +468,21 @@ Qt::Edges QLPreviewPanel::edgesAt(const QPoint& place) const {
 void QLPreviewPanel::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
-    if (const Qt::Edges edges = edgesAt(event->position().toPoint()))
-        windowHandle()->startSystemResize(edges);
-    else
-        windowHandle()->startSystemMove();
+    mIsPressed = true;
+    // After the events that have come already: when the button is up by now, the window manager would never hear of its release.
+    QTimer::singleShot(0, this, [this, edges = edgesAt(event->position().toPoint())] {
+        if (!mIsPressed)
+            return;
+        if (edges)
+            windowHandle()->startSystemResize(edges);
+        else
+            windowHandle()->startSystemMove();
+    });
+}
+
+void QLPreviewPanel::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        mIsPressed = false;
 }
 
 void QLPreviewPanel::mouseMoveEvent(QMouseEvent* event) {

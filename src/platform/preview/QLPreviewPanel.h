@@ -76,6 +76,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -115,6 +116,7 @@ private:
     int mIndex = 0;
     bool mIsOrderedIn = false;
     bool mWasPlaced = false;
+    bool mIsPressed = false;   // by the left button, which is to move or resize
     bool mHasPictures = false; // of the current item
     bool mIsReading = false;
     bool mIsOutdated = false;  // the file has changed while it is being read
