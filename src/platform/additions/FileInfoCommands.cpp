@@ -5,13 +5,13 @@
 #include "platform/base/DateText.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
+#include "platform/base/Volumes.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <ctime>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <sys/stat.h>
 #include <unicode/coll.h>
@@ -151,20 +151,6 @@ AEDesc listOfTexts(const std::vector<std::u16string>& texts) {
     return AEDesc::list(std::move(items));
 }
 
-/// The escapes of the kernel's list of mounts: \040 is a blank.
-std::string unescaped(std::string_view field) {
-    std::string result;
-    for (std::size_t i = 0; i < field.size(); ++i) {
-        if (field[i] == '\\' && i + 3 < field.size()) {
-            result += static_cast<char>((field[i + 1] - '0') * 64 + (field[i + 2] - '0') * 8 + (field[i + 3] - '0'));
-            i += 3;
-        } else {
-            result += field[i];
-        }
-    }
-    return result;
-}
-
 } // namespace
 
 OSErr infoFor(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context) {
@@ -210,16 +196,10 @@ OSErr listFolder(const AEDesc& event, AEDesc& reply, const AEHandlerContext& con
     return answer(reply, listOfTexts(names));
 }
 
-/// The startup disk, and what is mounted where desktops mount the disks of people.
 OSErr listDisks(const AEDesc&, AEDesc& reply, const AEHandlerContext&) {
     std::vector<std::u16string> names{utf16FromUTF8(fileName("/"))};
-    std::ifstream mounts("/proc/self/mounts");
-    for (std::string device, place, rest; mounts >> device >> place && std::getline(mounts, rest) && names.size() < kMaximumEntries;) {
-        const std::string path = unescaped(place);
-        for (std::string_view folder : {"/media/", "/run/media/", "/mnt/"})
-            if (path.starts_with(folder))
-                names.push_back(utf16FromUTF8(fileName(path)));
-    }
+    for (const std::string& volume : mountedVolumes(kMaximumEntries))
+        names.push_back(utf16FromUTF8(fileName(volume)));
     return answer(reply, listOfTexts(names));
 }
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 // choose URL. One decision: what is offered are the addresses that the user has kept, in the file manager's bookmarks and by earlier
 // answers; the network is not searched.
-#include "platform/base/File.h"
+#include "platform/foundation/Bookmarks.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/panels/ChooseURLPanel.h"
 #include "platform/panels/CommandDialog.h"
 #include "platform/panels/CommandParameters.h"
 
-#include <QStandardPaths>
 #include <QUrl>
 
 namespace quoddle {
@@ -16,7 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::size_t kMaximumBookmarks = 256 << 10;
 constexpr qsizetype kMaximumRemembered = 10;
 constexpr auto kRemembered = "ChooseURL/Addresses"_L1;
 
@@ -51,20 +49,16 @@ QStringList wantedSchemes(const AEDesc& event) {
     return schemes;
 }
 
-/// The places on servers among the bookmarks that file managers share: one address in each line, a name after it.
-QStringList bookmarks() {
-    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/gtk-3.0/bookmarks"_s;
-    const auto bytes = readFile(path.toStdString(), kMaximumBookmarks);
+QStringList bookmarkedServers() {
     QStringList addresses;
-    if (bytes)
-        for (const QString& line : QString::fromStdString(*bytes).split(u'\n'))
-            if (const QString address = line.section(u' ', 0, 0); !address.isEmpty() && !address.startsWith("file:"_L1))
-                addresses << address;
+    for (const Bookmark& bookmark : fileManagerBookmarks())
+        if (!bookmark.address.isLocalFile())
+            addresses << bookmark.address.toString(QUrl::FullyEncoded);
     return addresses;
 }
 
 QStringList knownAddresses(const QStringList& schemes) {
-    QStringList addresses = standardUserDefaults().value(kRemembered).toStringList() + bookmarks();
+    QStringList addresses = standardUserDefaults().value(kRemembered).toStringList() + bookmarkedServers();
     addresses.removeDuplicates();
     addresses.removeIf([&](const QString& address) { return !schemes.isEmpty() && !schemes.contains(QUrl(address).scheme()); });
     return addresses;

@@ -3,6 +3,8 @@
 
 #include "platform/appkit/filepanel/RowDelegate.h"
 #include "platform/appkit/NSPanel.h"
+#include "platform/base/Volumes.h"
+#include "platform/foundation/Bookmarks.h"
 
 #include <QApplication>
 #include <QDir>
@@ -10,7 +12,6 @@
 #include <QKeyEvent>
 #include <QStandardPaths>
 #include <QStyle>
-#include <QUrl>
 
 namespace quoddle {
 
@@ -18,7 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 kLargestList = 256 * 1024; // bytes of a list of mounts or bookmarks
 constexpr qsizetype kMostListed = 50;
 constexpr int kWidth = 148;
 
@@ -48,45 +48,8 @@ constexpr PlaceIcon kIcons[] = {
     {"drive-harddisk", QStyle::SP_DriveHDIcon}, {"computer", QStyle::SP_ComputerIcon},
 };
 
-QList<QByteArray> linesOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(kLargestList).split('\n') : QList<QByteArray>();
-}
-
-/// Blanks and the like stand in the list of mounts as three octal digits.
-QString unescaped(const QByteArray& field) {
-    QByteArray plain;
-    for (qsizetype i = 0; i < field.size(); ++i) {
-        bool isEscape = field.at(i) == '\\' && i + 3 < field.size();
-        const int code = isEscape ? field.mid(i + 1, 3).toInt(&isEscape, 8) : 0;
-        plain += isEscape ? static_cast<char>(code) : field.at(i);
-        i += isEscape ? 3 : 0;
-    }
-    return QFile::decodeName(plain);
-}
-
-QList<Place> mountedVolumes() {
-    QList<Place> places;
-    for (const QByteArray& line : linesOf(u"/proc/self/mounts"_s)) {
-        const QString path = unescaped(line.split(' ').value(1));
-        const bool isTheUsers = path.startsWith("/media/"_L1) || path.startsWith("/run/media/"_L1) || path.startsWith("/mnt/"_L1);
-        if (isTheUsers && places.size() < kMostListed)
-            places.append({Place::Kind::volume, path.mid(path.lastIndexOf(u'/') + 1), path});
-    }
-    return places;
-}
-
-QList<Place> bookmarks() {
-    QList<Place> places;
-    const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/gtk-3.0/bookmarks"_s;
-    for (const QByteArray& line : linesOf(file)) {
-        const qsizetype blank = line.indexOf(' ');
-        const QString path = QUrl::fromEncoded(line.first(blank < 0 ? line.size() : blank)).toLocalFile();
-        const QString title = blank < 0 ? path.mid(path.lastIndexOf(u'/') + 1) : QString::fromUtf8(line.mid(blank + 1));
-        if (path.startsWith(u'/') && places.size() < kMostListed)
-            places.append({Place::Kind::folder, title, path});
-    }
-    return places;
+QString nameOf(const QString& path) {
+    return path.mid(path.lastIndexOf(u'/') + 1);
 }
 
 QIcon iconOf(Place::Kind kind) {
@@ -109,10 +72,14 @@ QList<Place> availablePlaces() {
         if (QFileInfo(path).isDir())
             add({place.kind, QString::fromLatin1(place.title), path});
     }
-    for (const Place& place : bookmarks())
-        add(place);
-    for (const Place& place : mountedVolumes())
-        add(place);
+    const QList<Bookmark> bookmarks = fileManagerBookmarks();
+    for (const Bookmark& bookmark : bookmarks.first(std::min(bookmarks.size(), kMostListed)))
+        if (const QString path = bookmark.address.toLocalFile(); path.startsWith(u'/'))
+            add({Place::Kind::folder, bookmark.title.isEmpty() ? nameOf(path) : bookmark.title, path});
+    for (const std::string& volume : mountedVolumes(kMostListed)) {
+        const QString path = QFile::decodeName(volume.c_str());
+        add({Place::Kind::volume, nameOf(path), path});
+    }
     add({Place::Kind::computer, u"Computer"_s, u"/"_s});
     return places;
 }

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "platform/foundation/Bookmarks.h"
+
+#include "platform/base/File.h"
+
+#include <QStandardPaths>
+
+namespace quoddle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::size_t kLargestList = 256 << 10; // bytes
+constexpr qsizetype kMost = 1000;
+
+} // namespace
+
+QList<Bookmark> fileManagerBookmarks() {
+    QList<Bookmark> bookmarks;
+    const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/gtk-3.0/bookmarks"_s;
+    const auto lines = readFileStart(file.toStdString(), kLargestList);
+    if (!lines)
+        return bookmarks;
+    for (const QByteArray& line : QByteArray::fromStdString(*lines).split('\n')) {
+        const qsizetype blank = line.indexOf(' ');
+        const QUrl address = QUrl::fromEncoded(line.first(blank < 0 ? line.size() : blank));
+        if (!address.isRelative() && address.isValid() && bookmarks.size() < kMost)
+            bookmarks.append({address, blank < 0 ? QString() : QString::fromUtf8(line.mid(blank + 1))});
+    }
+    return bookmarks;
+}
+
+} // namespace quoddle
