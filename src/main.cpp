@@ -29,13 +29,12 @@
 #include "platform/panels/PresentOnMainThread.h"
 #include "platform/updater/SUUpdater.h"
 #include "runtime/AppDelegate.h"
-#include "window/AboutPanel.h"
 #include "window/AppKitAlertPresenter.h"
 #include "window/AppletIconView.h"
 #include "window/AppletImages.h"
+#include "window/AppletPanels.h"
 #include "window/AppletWindowController.h"
 #include "window/HookStopPanel.h"
-#include "window/TestAppletPanel.h"
 
 #include <cstdio>
 #include <cstdlib>

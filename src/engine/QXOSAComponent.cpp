@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "engine/QXOSAComponent.h"
 
-#include "engine/FileReference.h"
 #include "engine/NSAppleEventDescriptor+Additions.h"
 #include "engine/NSAppleEventDescriptor-QXAdditions.h"
 #include "engine/OSACallbacks.h"
@@ -9,6 +8,7 @@
 #include "engine/QXOSAID.h"
 #include "platform/base/Wait.h"
 #include "platform/foundation/NSLog.h"
+#include "platform/foundation/URLResources.h"
 
 #include <cmath>
 #include <limits>
@@ -221,7 +221,7 @@ QXOSAIDRef QXOSAComponent::loadFromStoredScript(const NSAppleEventDescriptorRef&
 }
 
 QXOSAIDRef QXOSAComponent::loadFromURL(const QUrl& url, OSAModeFlags modeFlags, bool* storable) {
-    std::optional<std::string> file = fileReferenceFromURL(url);
+    std::optional<std::string> file = pathOfExistingFile(url);
     if (!file)
         return nullptr;
     OSAID script = 0;

@@ -2,10 +2,10 @@
 // Making, loading, compiling, executing and storing script values.
 #include "engine/QXOSAID.h"
 
-#include "engine/FileReference.h"
 #include "engine/OSACallbacks.h"
 #include "platform/ae/AECoercion.h"
 #include "platform/foundation/NSLog.h"
+#include "platform/foundation/URLResources.h"
 
 #include <cstdlib>
 #include <execinfo.h>
@@ -151,7 +151,7 @@ void QXOSAID::loadFile(const QString& file, OSAModeFlags modeFlags) {
 }
 
 void QXOSAID::loadFileURL(const QUrl& url, OSAModeFlags modeFlags) {
-    if (std::optional<std::string> file = fileReferenceFromURL(url))
+    if (std::optional<std::string> file = pathOfExistingFile(url))
         loadFile(QString::fromStdString(*file), modeFlags);
     else
         _failOSError(kURLWithoutFile);
@@ -278,7 +278,7 @@ QUrl QXOSAID::scriptLocation() {
 }
 
 void QXOSAID::setScriptLocation(const QUrl& url) {
-    std::optional<std::string> file = fileReferenceFromURL(url);
+    std::optional<std::string> file = pathOfExistingFile(url);
     if (!file || !isValid() || scriptLocation() == url)
         return;
     if (OSStatus status = OSASetScriptInfo(instance(), mValueID, "fref"_4cc, *file))

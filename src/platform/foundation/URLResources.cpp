@@ -27,4 +27,10 @@ PredicateValues resourceValuesOfFile(const QString& path) {
     };
 }
 
+std::optional<std::string> pathOfExistingFile(const QUrl& url) {
+    if (!url.isLocalFile() || !QFileInfo::exists(url.toLocalFile()))
+        return {};
+    return QFileInfo(url.toLocalFile()).absoluteFilePath().toStdString();
+}
+
 } // namespace quoddle

@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The resource values of a file's URL, as predicates ask for them.
+// What the URL of a file leads to: the file itself, and its resource values, as predicates ask for them.
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"
+
+#include <optional>
+#include <string>
+
+#include <QUrl>
 
 namespace quoddle {
 
@@ -14,5 +19,8 @@ inline const QString NSURLTypeIdentifierKey = QStringLiteral("NSURLTypeIdentifie
 /// The four values of a file, each found out when it is first asked for and kept. Any thread, one at a time; it may read the first bytes
 /// of the file. A file that is not there has a path and a type, "public.item".
 PredicateValues resourceValuesOfFile(const QString& path);
+
+/// The absolute path of an existing file of this computer; none for anything else.
+std::optional<std::string> pathOfExistingFile(const QUrl& url);
 
 } // namespace quoddle

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "window/AboutPanel.h"
+#include "window/AppletPanels.h"
 
 #include "platform/appkit/NSAlert.h"
+#include "platform/appkit/NSOpenPanel.h"
 #include "runtime/AppDelegate.h"
 #include "window/AppletIconView.h"
 
@@ -35,6 +36,15 @@ void showAboutPanel() {
         QMetaObject::invokeMethod(
             QCoreApplication::instance(), [] { panel.reset(); }, Qt::QueuedConnection);
     });
+}
+
+QString chooseTestApplet() {
+    NSOpenPanel panel;
+    panel.setAllowedFileTypes({u"app"_s});
+    panel.setAllowsMultipleSelection(false);
+    panel.setCanChooseDirectories(false);
+    panel.setPrompt(u"Choose the Kestrel Applet to test"_s);
+    return panel.runModal() == NSModalResponseOK ? panel.url().toLocalFile() : QString();
 }
 
 } // namespace quoddle
