@@ -17,7 +17,13 @@ namespace quoddle {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::milliseconds kBetweenEventsWhileWalking{20};
+/// Events of many files come one by one: it costs less to take those of some milliseconds together.
+constexpr std::chrono::milliseconds kBetweenEvents{10};
+
+int millisecondsUntil(Clock::time_point time) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(time - Clock::now());
+    return static_cast<int>(std::max<long long>(left.count() + 1, 0));
+}
 
 } // namespace
 
@@ -52,11 +58,12 @@ private:
     void run();
     void takeRequests();
     IndexedTree* treeFor(const QString& folder);
-    bool walk();
+    bool readFolders();
     void readEvents();
     void lookAgain();
     void compact();
     void wait();
+    bool isAnyTree(bool (IndexedTree::*what)() const) const;
     bool isAllFollowed() const;
 
     const Options mOptions;
@@ -80,12 +87,12 @@ void FileIndex::Worker::run() {
         readEvents(); // before a search begins, which may concern a folder that has gone and come back
         takeRequests();
         std::erase_if(mSearches, [](const auto& search) { return search->isCancelled(); });
-        bool isBusy = walk();
+        bool isBusy = readFolders();
         lookAgain();
         compact();
         for (const auto& search : mSearches)
             isBusy = search->matchSome() || isBusy;
-        isBusy = isBusy || std::any_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
+        isBusy = isBusy || isAnyTree(&IndexedTree::isReading);
         for (const auto& search : mSearches)
             search->handOver(!isBusy);
         if (!isBusy)
@@ -131,11 +138,13 @@ IndexedTree* FileIndex::Worker::treeFor(const QString& folder) {
 }
 
 /// True when there was something to do.
-bool FileIndex::Worker::walk() {
-    const auto walking = std::find_if(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
-    if (walking == mTrees.end())
+bool FileIndex::Worker::readFolders() {
+    auto reading = std::find_if(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
+    if (reading == mTrees.end())
+        reading = std::find_if(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isReading(); });
+    if (reading == mTrees.end())
         return false;
-    (*walking)->walkSome();
+    (*reading)->readSome();
     if (mWatches.hasRunOut() && !mHasSaidRunOut) {
         mHasSaidRunOut = true;
         NSLog(QStringLiteral(
@@ -145,10 +154,8 @@ bool FileIndex::Worker::walk() {
 }
 
 void FileIndex::Worker::readEvents() {
-    const bool isWalking = std::any_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
-    const bool isInFolder = std::any_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isInFolder(); });
     const Clock::time_point now = Clock::now();
-    if (isInFolder || (isWalking && now - mEventsReadAt < kBetweenEventsWhileWalking))
+    if (isAnyTree(&IndexedTree::isInFolder) || (isAnyTree(&IndexedTree::isReading) && now - mEventsReadAt < kBetweenEvents))
         return;
     mEventsReadAt = now;
     bool isLost = false;
@@ -164,17 +171,19 @@ void FileIndex::Worker::readEvents() {
 }
 
 void FileIndex::Worker::lookAgain() {
-    if (isAllFollowed() || Clock::now() - mLookedAgainAt < mOptions.lookAgainAfter)
+    const Clock::time_point now = Clock::now();
+    if (isAnyTree(&IndexedTree::isLookingAgain))
+        mLookedAgainAt = now; // not before it is done
+    if (isAllFollowed() || now - mLookedAgainAt < mOptions.lookAgainAfter)
         return;
     for (const auto& tree : mTrees)
-        if (!tree->isWalking())
-            tree->lookAgain(false);
-    mLookedAgainAt = Clock::now();
+        tree->lookAgain(false);
+    mLookedAgainAt = now;
 }
 
 void FileIndex::Worker::compact() {
     for (const auto& tree : mTrees) {
-        if (tree->isWalking() || !tree->names().isWorthCompacting())
+        if (tree->isReading() || !tree->names().isWorthCompacting())
             continue;
         for (const auto& search : mSearches)
             search->matchAll();
@@ -184,18 +193,18 @@ void FileIndex::Worker::compact() {
     }
 }
 
+bool FileIndex::Worker::isAnyTree(bool (IndexedTree::*what)() const) const {
+    return std::any_of(mTrees.begin(), mTrees.end(), [what](const auto& tree) { return ((*tree).*what)(); });
+}
+
 bool FileIndex::Worker::isAllFollowed() const {
     return std::all_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isFollowed(); });
 }
 
 void FileIndex::Worker::wait() {
     pollfd waited[] = {{mWakeUp.number(), POLLIN, 0}, {mWatches.descriptor(), POLLIN, 0}};
-    int timeout = -1;
-    if (!isAllFollowed()) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(mLookedAgainAt + mOptions.lookAgainAfter - Clock::now());
-        timeout = static_cast<int>(std::max<long long>(left.count() + 1, 0));
-    }
-    poll(waited, 2, timeout);
+    if (poll(waited, 1, millisecondsUntil(mEventsReadAt + kBetweenEvents)) == 0)
+        poll(waited, 2, isAllFollowed() ? -1 : millisecondsUntil(mLookedAgainAt + mOptions.lookAgainAfter));
     eventfd_t count;
     eventfd_read(mWakeUp.number(), &count);
 }

@@ -127,11 +127,20 @@ std::optional<FileNames::Entry> FileNames::find(Folder folder, std::string_view 
     return found == 0 ? std::nullopt : std::optional<Entry>(found - 1);
 }
 
-void FileNames::forgetFound() {
-    for (FolderRecord& folder : mFolders)
-        folder.isRunInTable = false;
-    mTableCount = mTable.size(); // most of what is in it counts no more
-    makeRoomInTable(0);
+std::vector<FileNames::Entry> FileNames::entriesIn(Folder folder) const {
+    const FolderRecord& record = mFolders[folder];
+    std::vector<Entry> entries;
+    entries.reserve(record.count);
+    for (Entry entry = record.runBegin; entry < record.runEnd; ++entry)
+        if (isAlive(entry))
+            entries.push_back(entry);
+    if (entries.size() == record.count)
+        return entries;
+    for (const std::uint32_t slot : mTable) // what is in no run is there
+        if (const Entry entry = slot - 1; slot != 0 && folderOf(entry) == folder && (entry < record.runBegin || entry >= record.runEnd))
+            entries.push_back(entry);
+    std::sort(entries.begin(), entries.end());
+    return entries;
 }
 
 std::optional<FileNames::Folder> FileNames::folderOfEntry(Entry entry) const {
@@ -142,10 +151,11 @@ std::optional<FileNames::Folder> FileNames::folderOfEntry(Entry entry) const {
     return static_cast<Folder>(found - mFolders.begin());
 }
 
-std::vector<bool> FileNames::foldersBelow(Folder folder) const {
+std::vector<bool> FileNames::foldersBelow(const std::vector<Folder>& folders) const {
     std::vector<bool> below(mFolders.size());
-    below[folder] = true;
-    for (Folder each = folder + 1; each < folderCount(); ++each) // what lies above has a smaller number
+    for (const Folder folder : folders)
+        below[folder] = true;
+    for (Folder each = kTop + 1; each < folderCount(); ++each) // what lies above has a smaller number
         if (const Folder above = folderOf(mFolders[each].entry); above != kRemoved && below[above])
             below[each] = true;
     return below;

@@ -65,14 +65,16 @@ public:
     Folder folderOf(Entry entry) const { return mEntries[entry].folder(); }
 
     std::optional<Entry> find(Folder folder, std::string_view name);
-    /// Gives back the memory that find() has taken for the folders it has been asked about.
-    void forgetFound();
+    /// In the order of their numbers. Without what lies deeper.
+    std::vector<Entry> entriesIn(Folder folder) const;
     std::optional<Folder> folderOfEntry(Entry entry) const;
+    /// Not of the topmost folder.
+    Entry entryOf(Folder folder) const { return mFolders[folder].entry; }
     /// Whether nothing is known to be in the folder.
     bool isEmpty(Folder folder) const { return mFolders[folder].count == 0; }
     bool isFolderAlive(Folder folder) const { return folder == kTop || isAlive(mFolders[folder].entry); }
-    /// The folder and all that lie below it: true at the number of each.
-    std::vector<bool> foldersBelow(Folder folder) const;
+    /// The folders and all that lie below them: true at the number of each.
+    std::vector<bool> foldersBelow(const std::vector<Folder>& folders) const;
     /// From the topmost folder, with "/" between the names; empty for that folder itself.
     std::string pathOf(Folder folder) const;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/search/index/FolderReader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <ctime>
 
@@ -13,14 +14,21 @@ namespace quoddle {
 namespace {
 
 constexpr std::size_t kBufferSize = 64 * 1024;
-constexpr std::int64_t kSecond = 1'000'000'000;
+constexpr std::uint64_t kSecond = 1'000'000'000;
 
-/// Of a second and more: file systems keep times in steps of up to two.
-std::int64_t settledTime(const struct stat& status) {
-    const std::int64_t changed = status.st_mtim.tv_sec * kSecond + status.st_mtim.tv_nsec;
+/// Wraps around for times that are centuries away.
+std::uint64_t nanoseconds(const timespec& time) {
+    return static_cast<std::uint64_t>(time.tv_sec) * kSecond + static_cast<std::uint64_t>(time.tv_nsec);
+}
+
+/// Of both times: the one of the contents may be set at will, the one of the status is not kept by every file system.
+FolderMark markOf(const struct stat& status) {
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);
-    return now.tv_sec * kSecond + now.tv_nsec - changed < 2 * kSecond ? 0 : changed;
+    const std::uint64_t contents = nanoseconds(status.st_mtim), any = nanoseconds(status.st_ctim);
+    // File systems keep times in steps of up to two seconds.
+    const bool isSettled = nanoseconds(now) - contents >= 2 * kSecond && nanoseconds(now) - any >= 2 * kSecond;
+    return isSettled ? std::max<FolderMark>(contents + any, kUnsettled + 1) : kUnsettled;
 }
 
 } // namespace
@@ -36,13 +44,14 @@ int FolderReader::open(const std::string& path, bool followsLink) {
         return error;
     }
     mDevice = status.st_dev;
-    mChangeTime = settledTime(status);
+    mMark = markOf(status);
     return 0;
 }
 
 bool FolderReader::readSome(const Receiver& receiver) {
     const ssize_t count = getdents64(mFolder.number(), mBuffer.data(), mBuffer.size());
     if (count <= 0) {
+        mError = count < 0 && errno != ENOENT ? errno : 0;
         close();
         return false;
     }
@@ -60,9 +69,14 @@ bool FolderReader::readSome(const Receiver& receiver) {
     return true;
 }
 
-std::int64_t changeTimeOfFolder(const std::string& path) {
+FolderMark markOfFolder(const std::string& path) {
     struct stat status;
-    return lstat(path.c_str(), &status) == 0 ? settledTime(status) : -1;
+    return lstat(path.c_str(), &status) == 0 ? markOf(status) : kUnsettled;
+}
+
+FolderAccess accessToFolder(const std::string& path) {
+    const auto may = [&path](int what) { return faccessat(AT_FDCWD, path.c_str(), what, AT_EACCESS) == 0; };
+    return may(R_OK | X_OK) ? FolderAccess::all : may(R_OK) ? FolderAccess::names : FolderAccess::none;
 }
 
 } // namespace quoddle

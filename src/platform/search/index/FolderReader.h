@@ -15,31 +15,46 @@
 
 namespace quoddle {
 
+/// Differs when the contents or the permissions of a folder have changed.
+using FolderMark = std::uint64_t;
+/// Of a folder that was changed so short ago that a further change may leave no other mark. Equal to no other mark.
+constexpr FolderMark kUnsettled = 0;
+
 class FolderReader {
 public:
     FolderReader();
 
-    /// 0 or the error number of the system. A link is followed when `followsLink`.
+    /// 0 or the error number of the system. A link is followed when `followsLink`, or when the path ends in "/".
     int open(const std::string& path, bool followsLink);
     bool isOpen() const { return mFolder.isOpen(); }
     void close() { mFolder.reset(); }
     /// Of the open folder.
     dev_t device() const { return mDevice; }
-    /// When its contents were last changed, in nanoseconds; 0 when that is so short ago that a further change may bear the same time.
-    std::int64_t changeTime() const { return mChangeTime; }
+    FolderMark mark() const { return mMark; }
 
     using Receiver = std::function<void(std::string_view name, bool isFolder)>;
-    /// Some thousand names. False, and closed, when there are no more.
+    /// Some thousand names. False, and closed, when there are no more, or none can be read.
     bool readSome(const Receiver& receiver);
+    /// Why readSome() ended: 0 when all names have been read, or the folder is gone.
+    int error() const { return mError; }
 
 private:
     FileDescriptor mFolder;
     dev_t mDevice = 0;
-    std::int64_t mChangeTime = 0;
+    FolderMark mMark = kUnsettled;
+    int mError = 0;
     std::vector<char> mBuffer;
 };
 
-/// As FolderReader::changeTime() has it, of a folder that is not opened; -1 when it is gone.
-std::int64_t changeTimeOfFolder(const std::string& path);
+/// As FolderReader::mark() has it, of a folder that is not opened; kUnsettled when it cannot be reached.
+FolderMark markOfFolder(const std::string& path);
+
+/// What this process may do in a folder by its permissions and those of the folders above.
+enum class FolderAccess : std::uint8_t {
+    none,
+    names, // read them, and not reach what bears them
+    all,
+};
+FolderAccess accessToFolder(const std::string& path);
 
 } // namespace quoddle

@@ -10,12 +10,14 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::uint32_t kEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ONLYDIR | IN_EXCL_UNLINK;
+constexpr std::uint32_t kEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_ATTRIB | IN_ONLYDIR | IN_EXCL_UNLINK;
 
 FolderWatches::Event::Kind kindOf(std::uint32_t mask) {
     using Kind = FolderWatches::Event::Kind;
     if (mask & (IN_IGNORED | IN_UNMOUNT | IN_MOVE_SELF))
         return Kind::gone;
+    if (mask & IN_ATTRIB)
+        return Kind::access;
     return mask & IN_CREATE ? Kind::made : mask & IN_MOVED_TO ? Kind::movedIn : Kind::removed;
 }
 
@@ -25,17 +27,21 @@ FolderWatches::FolderWatches(std::size_t most) : mQueue(inotify_init1(IN_NONBLOC
     mHasRunOut = !mQueue.isOpen();
 }
 
-int FolderWatches::watch(const std::string& path, bool isTop, Watched watched) {
-    if (!mQueue.isOpen() || mWatched.size() >= mMost) {
+int FolderWatches::watch(const std::string& path, bool isTop, Watched watched, int held) {
+    if (!mQueue.isOpen() || (held < 0 && mWatched.size() >= mMost)) {
         mHasRunOut = true;
         return -1;
     }
     const std::uint32_t special = isTop ? IN_MOVE_SELF : IN_DONT_FOLLOW;
     const int number = inotify_add_watch(mQueue.number(), path.c_str(), kEvents | IN_MASK_ADD | special);
-    if (number < 0) {
+    if (number < 0)
         mHasRunOut = mHasRunOut || errno == ENOSPC || errno == ENOMEM;
+    if (held >= 0 && number == held)
+        return held;
+    if (held >= 0)
+        unwatch(held, watched);
+    if (number < 0)
         return -1;
-    }
     mWatched.emplace(number, watched);
     return number;
 }
@@ -71,6 +77,8 @@ void FolderWatches::read(const Receiver& receiver) {
                 receiver({}, {Event::Kind::lost, false, {}});
                 continue;
             }
+            if (event->mask & IN_ATTRIB && !(event->mask & IN_ISDIR)) // of each file that is touched
+                continue;
             const Event told{kindOf(event->mask), bool(event->mask & IN_ISDIR),
                              event->len ? std::string_view(event->name) : std::string_view()};
             concerned.clear();

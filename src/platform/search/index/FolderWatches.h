@@ -26,6 +26,7 @@ public:
             movedIn, // perhaps in place of another
             removed, // or moved away
             gone,    // the watched folder itself, with its watch
+            access,  // the permissions or times of a folder have been set; of the watched one itself when there is no name
             lost,    // more has happened than could be told; concerns all folders
         };
         Kind kind;
@@ -40,8 +41,9 @@ public:
     /// To wait on; -1 when the system has none to give.
     int descriptor() const { return mQueue.number(); }
     /// A number of the watch; -1 when there are no more to be had, or the folder is gone. `isTop`: links are followed, and it is gone as
-    /// well when it is moved.
-    int watch(const std::string& path, bool isTop, Watched watched);
+    /// well when it is moved. `held`: the watch so far, or -1; its number is answered again when it watches what the path leads to, else
+    /// it is given up.
+    int watch(const std::string& path, bool isTop, Watched watched, int held);
     void unwatch(int watch, Watched watched);
     /// The numbers of the folders of a tree have changed.
     void renumber(std::uint32_t tree, const std::function<std::uint32_t(std::uint32_t folder)>& newNumber);

@@ -3,7 +3,9 @@
 
 #include "platform/foundation/NSLog.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 
 #include <QFile>
 #include <QUtf8StringView>
@@ -12,13 +14,11 @@ namespace quoddle {
 
 namespace {
 
-constexpr int kPiecesAtATime = 4;
+using Clock = std::chrono::steady_clock;
 
-struct Listed {
-    FileNames::Folder folder;
-    std::string name;
-    bool isFolder;
-};
+constexpr int kPiecesAtATime = 4;
+/// For folders that turn out to need no reading.
+constexpr std::chrono::milliseconds kLongestLook{2};
 
 } // namespace
 
@@ -37,48 +37,119 @@ void IndexedTree::begin() {
     mToRead.push_back(FileNames::kTop);
 }
 
-void IndexedTree::walkSome() {
-    if (!mReader.isOpen()) {
-        const FileNames::Folder folder = mToRead.front();
-        mToRead.pop_front();
-        if (mNames.isFolderAlive(folder) && openFolder(folder)) {
-            mFolderRead = folder;
-            mKnowsSomeOfFolderRead = !mNames.isEmpty(folder);
-        }
-    }
+/// The top folder may be a link, which the "/" at the end makes the system follow; no other folder may.
+std::string IndexedTree::pathToOpen(FileNames::Folder folder) const {
+    std::string path = pathOf(folder);
+    if (folder != FileNames::kTop)
+        path.pop_back();
+    return path;
+}
+
+void IndexedTree::readSome() {
+    const Clock::time_point end = Clock::now() + kLongestLook;
+    while (!mReader.isOpen() && isReading() && Clock::now() < end)
+        openNext();
     for (int i = 0; i < kPiecesAtATime && mReader.isOpen(); ++i)
-        mReader.readSome([this](std::string_view name, bool isFolder) { addListed(mFolderRead, name, isFolder); });
-    if (!isWalking())
+        if (!mReader.readSome([this](std::string_view name, bool isFolder) { takeListed(name, isFolder); }))
+            endFolder();
+    if (!isReading())
         report();
+}
+
+void IndexedTree::openNext() {
+    mIsReadAgain = mToRead.empty();
+    std::deque<FileNames::Folder>& queue = mIsReadAgain ? mToReadAgain : mToRead;
+    const FileNames::Folder folder = queue.front();
+    queue.pop_front();
+    if (!mNames.isFolderAlive(folder) || (mIsReadAgain && isUnchanged(folder)) || !openFolder(folder))
+        return;
+    mFolderRead = folder;
+    mComparison.begin(mNames, folder);
+}
+
+bool IndexedTree::isUnchanged(FileNames::Folder folder) const {
+    const auto unfollowed = mUnfollowed.find(folder);
+    return unfollowed != mUnfollowed.end() && unfollowed->second != kUnsettled && unfollowed->second == markOfFolder(pathToOpen(folder));
 }
 
 /// False: there is nothing to be read in it.
 bool IndexedTree::openFolder(FileNames::Folder folder) {
     const bool isTop = folder == FileNames::kTop;
-    const std::string path = pathOf(folder);
+    const std::string path = pathToOpen(folder);
+    keepAccess(folder, accessToFolder(path)); // before it is opened: of a later change an event tells
     if (const int error = mReader.open(path, isTop); error != 0) {
-        mIsTopThere = mIsTopThere && !isTop;
-        mUnreadableCount += error != ENOENT && error != ENOTDIR && error != ELOOP;
+        takeError(folder, error);
         return false;
     }
-    if (isTop)
+    if (isTop) {
         mDevice = mReader.device();
+        mIsTopThere = true;
+    }
     if (mReader.device() != mDevice) {
         mReader.close();
+        removeContents({folder});
+        forgetFolder(folder);
         return false;
     }
-    if (mNames.watchOf(folder) < 0)
-        mNames.setWatchOf(folder, mWatches.watch(path, isTop, {mNumber, folder}));
-    if (mNames.watchOf(folder) < 0)
-        mUnwatched[folder] = mReader.changeTime();
+    const int held = mNames.watchOf(folder), watch = mWatches.watch(path, isTop, {mNumber, folder}, held);
+    mNames.setWatchOf(folder, watch);
+    mIsPerhapsAnother = watch < 0 || watch != held;
+    if (watch < 0)
+        mUnfollowed[folder] = mReader.mark();
     else
-        mUnwatched.erase(folder);
+        mUnfollowed.erase(folder);
     return true;
 }
 
-void IndexedTree::addListed(FileNames::Folder folder, std::string_view name, bool isFolder) {
-    if (!mKnowsSomeOfFolderRead || !mNames.find(folder, name))
-        add(folder, name, isFolder);
+/// Of a folder that cannot be opened.
+void IndexedTree::takeError(FileNames::Folder folder, int error) {
+    const bool isTop = folder == FileNames::kTop;
+    mIsTopThere = mIsTopThere && !isTop;
+    if (error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG) { // for as long as it bears this name
+        mUnreadableCount += error == ENAMETOOLONG;
+        removeContents({folder});
+        forgetFolder(folder);
+        return;
+    }
+    ++mUnreadableCount;
+    if (error != EACCES && error != EPERM) {
+        mUnfollowed[folder] = kUnsettled;
+        return;
+    }
+    removeContents({folder});
+    keepAccess(folder, FolderAccess::none);
+    if (!isTop)
+        giveUpWatch(folder); // that of the folder above is enough, and sure to concern what stands at this path
+    if (mNames.watchOf(isTop ? folder : mNames.folderOf(mNames.entryOf(folder))) >= 0)
+        mUnfollowed.erase(folder);
+    else
+        mUnfollowed[folder] = kUnsettled;
+    if (!isTop)
+        checkAccess(mNames.folderOf(mNames.entryOf(folder)));
+}
+
+void IndexedTree::takeListed(std::string_view name, bool isFolder) {
+    const std::optional<FileNames::Entry> known = mComparison.take(name);
+    if (known && mNames.isFolder(*known) == isFolder) {
+        if (!isFolder || !mIsPerhapsAnother)
+            return;
+        const std::optional<FileNames::Folder> below = mNames.folderOfEntry(*known);
+        if (below && !mUnfollowed.contains(*below))
+            mToReadAgain.push_back(*below);
+        return;
+    }
+    if (known)
+        remove({*known});
+    add(mFolderRead, name, isFolder);
+}
+
+void IndexedTree::endFolder() {
+    if (mReader.error() == 0) {
+        remove(mComparison.gone());
+        return;
+    }
+    ++mUnreadableCount;
+    mUnfollowed[mFolderRead] = kUnsettled;
 }
 
 /// False when it is left out.
@@ -104,10 +175,18 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
     if (event.kind == Kind::gone) {
         forgetFolder(folder);
         if (folder == FileNames::kTop && mIsTopThere) {
-            removeContents(folder);
+            removeContents({folder});
             mToRead.clear();
+            mToReadAgain.clear();
             mIsTopThere = false;
         }
+        return;
+    }
+    if (event.kind == Kind::access) {
+        if (event.name.empty())
+            checkAccess(folder);
+        else
+            checkAccess(folder, event.name);
         return;
     }
     if (event.name.empty())
@@ -116,86 +195,96 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
     const bool isReplaced = known && event.kind != Kind::removed &&
                             (mNames.isFolder(*known) != event.isFolder || (event.isFolder && event.kind == Kind::movedIn));
     if (known && (event.kind == Kind::removed || isReplaced))
-        remove(*known);
+        remove({*known});
     if (event.kind != Kind::removed && (!known || isReplaced))
         add(folder, event.name, event.isFolder);
 }
 
-void IndexedTree::remove(FileNames::Entry entry) {
-    if (const std::optional<FileNames::Folder> folder = mNames.folderOfEntry(entry)) {
-        removeContents(*folder);
-        forgetFolder(*folder);
-    }
-    mOnRemove(entry);
-    mNames.remove(entry);
+/// With all that lies below them.
+void IndexedTree::remove(const std::vector<FileNames::Entry>& entries) {
+    std::vector<FileNames::Folder> folders;
+    for (const FileNames::Entry entry : entries)
+        if (const std::optional<FileNames::Folder> folder = mNames.folderOfEntry(entry); folder && mNames.isAlive(entry))
+            folders.push_back(*folder);
+    removeContents(folders);
+    for (const FileNames::Folder folder : folders)
+        forgetFolder(folder);
+    for (const FileNames::Entry entry : entries)
+        if (mNames.isAlive(entry)) {
+            mOnRemove(entry);
+            mNames.remove(entry);
+        }
 }
 
-void IndexedTree::removeContents(FileNames::Folder folder) {
-    if (mNames.isEmpty(folder))
+void IndexedTree::removeContents(const std::vector<FileNames::Folder>& folders) {
+    if (std::all_of(folders.begin(), folders.end(), [this](FileNames::Folder folder) { return mNames.isEmpty(folder); }))
         return;
-    const std::vector<bool> below = mNames.foldersBelow(folder);
+    const std::vector<bool> below = mNames.foldersBelow(folders);
     std::vector<FileNames::Entry> entries;
     for (FileNames::Entry entry = 0; entry < mNames.entryCount(); ++entry)
         if (mNames.isAlive(entry) && below[mNames.folderOf(entry)])
             entries.push_back(entry);
     for (const FileNames::Entry entry : entries) // while all paths are still to be had
         mOnRemove(entry);
-    for (FileNames::Folder each = folder + 1; each < mNames.folderCount(); ++each)
-        if (below[each])
+    for (FileNames::Folder each = FileNames::kTop + 1; each < mNames.folderCount(); ++each)
+        if (below[each] && mNames.isFolderAlive(each) && below[mNames.folderOf(mNames.entryOf(each))])
             forgetFolder(each);
     for (const FileNames::Entry entry : entries)
         mNames.remove(entry);
 }
 
 void IndexedTree::forgetFolder(FileNames::Folder folder) {
-    mUnwatched.erase(folder);
+    giveUpWatch(folder);
+    mUnfollowed.erase(folder);
+    keepAccess(folder, FolderAccess::all);
+}
+
+void IndexedTree::giveUpWatch(FileNames::Folder folder) {
     if (const int watch = mNames.watchOf(folder); watch >= 0)
         mWatches.unwatch(watch, {mNumber, folder});
     mNames.setWatchOf(folder, -1);
 }
 
-void IndexedTree::lookAgain(bool atAllFolders) {
-    std::vector<FileNames::Folder> folders;
-    if (atAllFolders) {
-        for (FileNames::Folder folder = 0; folder < mNames.folderCount(); ++folder)
-            if (mNames.isFolderAlive(folder))
-                folders.push_back(folder);
-    } else {
-        for (const auto& [folder, time] : mUnwatched)
-            if (time == 0 || changeTimeOfFolder(pathOf(folder)) != time)
-                folders.push_back(folder);
-    }
-    if (folders.empty())
+/// Whether it was another one.
+bool IndexedTree::keepAccess(FileNames::Folder folder, FolderAccess access) {
+    const Place place{folder == FileNames::kTop ? folder : mNames.folderOf(mNames.entryOf(folder)), folder};
+    const auto known = mRestricted.find(place);
+    const FolderAccess before = known == mRestricted.end() ? FolderAccess::all : known->second;
+    if (access == before)
+        return false;
+    if (access == FolderAccess::all)
+        mRestricted.erase(known);
+    else
+        mRestricted[place] = access;
+    return true;
+}
+
+void IndexedTree::checkAccess(FileNames::Folder folder) {
+    if (!keepAccess(folder, accessToFolder(pathToOpen(folder))))
         return;
-    const FileNames::Entry end = mNames.entryCount();
-    std::vector<bool> isLookedAt(mNames.folderCount()), isThere(end);
-    std::vector<Listed> changedKind;
-    for (const FileNames::Folder folder : folders) {
-        isLookedAt[folder] = true;
-        if (atAllFolders) // another folder may stand in its place
-            forgetFolder(folder);
-        if (!openFolder(folder))
-            continue;
-        const auto receive = [&](std::string_view name, bool isFolder) {
-            const std::optional<FileNames::Entry> known = mNames.find(folder, name);
-            if (!known)
-                add(folder, name, isFolder);
-            else if (mNames.isFolder(*known) != isFolder)
-                changedKind.push_back({folder, std::string(name), isFolder});
-            else if (*known < end)
-                isThere[*known] = true;
-        };
-        while (mReader.readSome(receive)) {
+    removeContents({folder});
+    mToRead.push_back(folder);
+}
+
+/// Of a folder that bears this name. One that can be read has a watch of its own, or is looked at again.
+void IndexedTree::checkAccess(FileNames::Folder above, std::string_view name) {
+    for (auto each = mRestricted.lower_bound({above, FileNames::kTop + 1}); each != mRestricted.end() && each->first.first == above; ++each)
+        if (const FileNames::Folder folder = each->first.second; mNames.name(mNames.entryOf(folder)) == name) {
+            checkAccess(folder);
+            return;
         }
+}
+
+void IndexedTree::lookAgain(bool atAllFolders) {
+    mToReadAgain.clear();
+    for (auto& [folder, mark] : mUnfollowed) {
+        mark = atAllFolders ? kUnsettled : mark;
+        if (!atAllFolders)
+            mToReadAgain.push_back(folder);
     }
-    for (FileNames::Entry entry = 0; entry < end; ++entry)
-        if (mNames.isAlive(entry) && isLookedAt[mNames.folderOf(entry)] && !isThere[entry])
-            remove(entry);
-    for (const Listed& each : changedKind)
-        if (mNames.isFolderAlive(each.folder))
-            add(each.folder, each.name, each.isFolder);
-    if (atAllFolders)
-        mNames.forgetFound();
+    for (FileNames::Folder folder = 0; atAllFolders && folder < mNames.folderCount(); ++folder)
+        if (mNames.isFolderAlive(folder))
+            mToReadAgain.push_back(folder);
 }
 
 bool IndexedTree::compact() {
@@ -203,10 +292,14 @@ bool IndexedTree::compact() {
         return false;
     const std::vector<FileNames::Folder> numbers = mNames.compact();
     mWatches.renumber(mNumber, [&numbers](std::uint32_t folder) { return numbers[folder]; });
-    std::map<FileNames::Folder, std::int64_t> unwatched;
-    for (const auto& [folder, time] : mUnwatched)
-        unwatched[numbers[folder]] = time;
-    mUnwatched.swap(unwatched);
+    std::map<FileNames::Folder, FolderMark> unfollowed;
+    for (const auto& [folder, mark] : mUnfollowed)
+        unfollowed[numbers[folder]] = mark;
+    mUnfollowed.swap(unfollowed);
+    std::map<Place, FolderAccess> restricted;
+    for (const auto& [place, access] : mRestricted)
+        restricted[{numbers[place.first], numbers[place.second]}] = access;
+    mRestricted.swap(restricted);
     return true;
 }
 

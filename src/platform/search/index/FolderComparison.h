@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// Holds what is read in a folder against what is known to be in it, and so finds what is new and what has gone. One thread.
+//
+// Decision: a folder is mostly read in the order in which it became known, so the next name that is read is compared with the next one
+// that is known; only names that stand out of order are looked up.
+#pragma once
+
+#include "platform/search/index/FileNames.h"
+
+namespace quoddle {
+
+class FolderComparison {
+public:
+    /// What is known of the folder now. `names` must last until the next begin(); entries are added to and removed from the folder by
+    /// whoever compares, and by nobody else.
+    void begin(FileNames& names, FileNames::Folder folder);
+    /// The entry of a name that was read; nothing when the name is new.
+    std::optional<FileNames::Entry> take(std::string_view name);
+    /// What was known and has not been read.
+    std::vector<FileNames::Entry> gone() const;
+
+private:
+    FileNames* mNames = nullptr;
+    FileNames::Folder mFolder = FileNames::kTop;
+    std::vector<FileNames::Entry> mKnown; // in rising order
+    std::vector<bool> mIsThere;           // for each
+    std::size_t mNext = 0;
+};
+
+} // namespace quoddle
