@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: MIT
-// The index where the system has too few watches, and many changes at once.
+// The index where the system has too few watches, what may not be read, and many changes at once.
 #include "platform/search/index/FileIndex.h"
 
 #include "platform/foundation/QtPrinters.h"
+#include "WithoutPrivileges.h"
 
 #include <gtest/gtest.h>
 
 #include <condition_variable>
 #include <set>
+
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -105,6 +108,28 @@ TEST_F(FileIndexTest, LooksAgainWhereThereAreNoWatches) {
     Found found(index, mFolder.path(), u"kMDItemFSName LIKE 'x*'"_s);
     ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s}));
     EXPECT_TRUE(found.isFollowed);
+}
+
+TEST_F(FileIndexTest, HearsOfPermissions) {
+    const WithoutPrivileges withoutPrivileges(mFolder.path().toStdString());
+    make(u"x"_s);
+    make(u"locked/deep/x1"_s);
+    const auto allow = [this](const char* name, mode_t mode) { EXPECT_EQ(chmod(QFile::encodeName(mFolder.filePath(name)), mode), 0); };
+    allow("locked", 0);
+    FileIndex index({SIZE_MAX, std::chrono::hours(1)}); // nothing is looked at again
+    Found found(index, mFolder.path(), u"kMDItemFSName LIKE 'x*'"_s);
+    for (const auto& [folder, mode, wanted] :
+         std::initializer_list<std::tuple<const char*, mode_t, std::set<QString>>>{{"locked", 0, {u"x"_s}},
+                                                                                   {"locked", 0700, {u"x"_s, u"x1"_s}},
+                                                                                   {"locked/deep", 0, {u"x"_s}},
+                                                                                   {"locked/deep", 0500, {u"x"_s, u"x1"_s}},
+                                                                                   {"", 0, {}},
+                                                                                   {"", 0700, {u"x"_s, u"x1"_s}}}) {
+        allow(folder, mode);
+        EXPECT_TRUE(found.becomes(wanted)) << folder << ' ' << std::oct << mode;
+        EXPECT_TRUE(found.isFollowed);
+    }
+    allow("locked/deep", 0700);
 }
 
 TEST_F(FileIndexTest, NothingIsLostWhenMoreHappensThanIsTold) {

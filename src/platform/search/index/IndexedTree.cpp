@@ -120,12 +120,13 @@ void IndexedTree::takeError(FileNames::Folder folder, int error) {
     keepAccess(folder, FolderAccess::none);
     if (!isTop)
         giveUpWatch(folder); // that of the folder above is enough, and sure to concern what stands at this path
-    if (mNames.watchOf(isTop ? folder : mNames.folderOf(mNames.entryOf(folder))) >= 0)
+    const FileNames::Folder above = placeOf(folder).first;
+    if (mNames.watchOf(above) >= 0)
         mUnfollowed.erase(folder);
     else
         mUnfollowed[folder] = kUnsettled;
     if (!isTop)
-        checkAccess(mNames.folderOf(mNames.entryOf(folder)));
+        checkAccess(above);
 }
 
 void IndexedTree::takeListed(std::string_view name, bool isFolder) {
@@ -189,7 +190,7 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
             checkAccess(folder, event.name);
         return;
     }
-    if (event.name.empty())
+    if (event.name.empty() || knownAccess(folder) == FolderAccess::none) // told of before it was locked
         return;
     const std::optional<FileNames::Entry> known = mNames.find(folder, event.name);
     const bool isReplaced = known && event.kind != Kind::removed &&
@@ -245,17 +246,23 @@ void IndexedTree::giveUpWatch(FileNames::Folder folder) {
     mNames.setWatchOf(folder, -1);
 }
 
+IndexedTree::Place IndexedTree::placeOf(FileNames::Folder folder) const {
+    return {folder == FileNames::kTop ? folder : mNames.folderOf(mNames.entryOf(folder)), folder};
+}
+
+FolderAccess IndexedTree::knownAccess(FileNames::Folder folder) const {
+    const auto known = mRestricted.find(placeOf(folder));
+    return known == mRestricted.end() ? FolderAccess::all : known->second;
+}
+
 /// Whether it was another one.
 bool IndexedTree::keepAccess(FileNames::Folder folder, FolderAccess access) {
-    const Place place{folder == FileNames::kTop ? folder : mNames.folderOf(mNames.entryOf(folder)), folder};
-    const auto known = mRestricted.find(place);
-    const FolderAccess before = known == mRestricted.end() ? FolderAccess::all : known->second;
-    if (access == before)
+    if (access == knownAccess(folder))
         return false;
     if (access == FolderAccess::all)
-        mRestricted.erase(known);
+        mRestricted.erase(placeOf(folder));
     else
-        mRestricted[place] = access;
+        mRestricted[placeOf(folder)] = access;
     return true;
 }
 

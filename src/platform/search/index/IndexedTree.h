@@ -58,6 +58,9 @@ public:
     bool compact();
 
 private:
+    /// The folder above, and the folder; of the top folder twice its own number.
+    using Place = std::pair<FileNames::Folder, FileNames::Folder>;
+
     std::string pathToOpen(FileNames::Folder folder) const;
     void openNext();
     bool isUnchanged(FileNames::Folder folder) const;
@@ -70,6 +73,8 @@ private:
     void removeContents(const std::vector<FileNames::Folder>& folders);
     void forgetFolder(FileNames::Folder folder);
     void giveUpWatch(FileNames::Folder folder);
+    Place placeOf(FileNames::Folder folder) const;
+    FolderAccess knownAccess(FileNames::Folder folder) const;
     bool keepAccess(FileNames::Folder folder, FolderAccess access);
     void checkAccess(FileNames::Folder folder);
     void checkAccess(FileNames::Folder above, std::string_view name);
@@ -92,9 +97,8 @@ private:
     bool mIsReadAgain = false;
     bool mIsPerhapsAnother = false; // than the one of which something is known: it was not watched
 
-    std::map<FileNames::Folder, FolderMark> mUnfollowed;           // with the mark when it was read; kUnsettled: to be read anyway
-    using Place = std::pair<FileNames::Folder, FileNames::Folder>; // the folder above, and the folder; of the top folder twice its own
-    std::map<Place, FolderAccess> mRestricted;                     // where it is not all; as it was when the folder was last looked at
+    std::map<FileNames::Folder, FolderMark> mUnfollowed; // with the mark when it was read; kUnsettled: to be read anyway
+    std::map<Place, FolderAccess> mRestricted;           // where it is not all; as it was when the folder was last looked at
 
     std::size_t mUnreadableCount = 0, mUnnamableCount = 0;
     bool mIsFull = false;
