@@ -62,7 +62,8 @@ public:
     void stopQuery();
     bool isStarted() const;
     bool isGathering() const;
-    /// False when the system has too few watches for so many folders: in some of them changes are noticed after half a minute only.
+    /// False when the system has too few watches for so many folders, or cannot open one for the moment: in some of them changes are
+    /// noticed after half a minute only.
     bool followsChangesAtOnce() const;
 
     /// In the order in which they were found; each file once.

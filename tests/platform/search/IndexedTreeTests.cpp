@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -299,36 +300,52 @@ TEST_F(IndexedTreeTest, PermissionsThatChangeWhileItIsRead) {
 
 TEST_F(IndexedTreeTest, TellsFoldersOfTheSameNameApart) {
     make("in/x");
-    {
-        Tree tree(top, SIZE_MAX);
-        tree.settle();
-        fs::create_directory(at(".hidden"));
-        fs::rename(at("in"), at(".hidden/in"));
-        make("in/y");
-        allow("in", 0);
-        tree.loseEvents();
-        tree.tree.lookAgain(true);
-        EXPECT_EQ(tree.found(), Paths({"in"}));
-        fs::remove_all(at(".hidden/in")); // of no concern
-        EXPECT_EQ(tree.found(), Paths({"in"}));
-        allow("in", 0755);
-        EXPECT_EQ(tree.found(), Paths({"in", "in/y"}));
-    }
-    make("first/x");
-    Tree tree(top, 2);
+    Tree tree(top, SIZE_MAX);
     tree.settle();
-    const FileNames::Folder unwatched = tree.watches()[1] < 0 ? 1 : 2;
-    ASSERT_LT(tree.watches()[unwatched], 0);
-    const std::string other = tree.tree.names().pathOf(unwatched);
-    make(other + "/watched/x");
+    fs::create_directory(at(".hidden"));
+    fs::rename(at("in"), at(".hidden/in"));
+    make("in/y");
+    allow("in", 0);
+    tree.loseEvents();
+    tree.tree.lookAgain(true);
+    EXPECT_EQ(tree.found(), Paths({"in"}));
+    fs::remove_all(at(".hidden/in")); // of no concern
+    EXPECT_EQ(tree.found(), Paths({"in"}));
+    allow("in", 0755);
+    EXPECT_EQ(tree.found(), Paths({"in", "in/y"}));
+}
+
+TEST_F(IndexedTreeTest, WatchesBelowAFolderThatHasNone) {
+    for (const char* file : {"a/x", "b/x", "c/x"})
+        make(file);
+    fs::create_directory(at(".hidden"));
+    Tree tree(top, 3);
+    tree.settle();
+    const std::vector<int> watches = tree.watches();
+    const auto unwatched = static_cast<FileNames::Folder>(std::find(watches.begin(), watches.end(), -1) - watches.begin());
+    ASSERT_LT(unwatched, 4u);
+    const std::string place = tree.tree.names().pathOf(unwatched), in = place + "/in";
+    make(in + "/deep/x");
     tree.tree.lookAgain(false);
     tree.readSome();
-    fs::remove_all(at(other == "in" ? "first" : "in")); // leaves its watch to the new folder
+    for (const std::string folder : {"a", "b", "c"}) // the others leave their watches to the new folders
+        if (folder != place)
+            fs::remove_all(at(folder));
     tree.takeEvents();
     tree.settle();
-    EXPECT_GE(tree.watches().back(), 0); // below a folder that is not
-    fs::rename(at(other + "/watched"), at(".hidden/watched"));
-    make(other + "/watched/y");
+    EXPECT_GE(*(tree.watches().end() - 2), 0);
+    EXPECT_GE(tree.watches().back(), 0);
+
+    make(place + "/x2"); // a reason to look at it
+    allow(in, 0444);
+    tree.tree.lookAgain(false);
+    while (tree.tree.isReading()) // before the event comes
+        tree.readSome();
+    EXPECT_EQ(tree.found(), listing());
+    allow(in, 0755);
+    EXPECT_EQ(tree.found(), listing());
+    fs::rename(at(in), at(".hidden/in"));
+    make(in + "/deep/y");
     tree.tree.lookAgain(false);
     EXPECT_EQ(tree.found(), listing());
 }

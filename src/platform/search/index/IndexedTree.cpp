@@ -76,7 +76,8 @@ bool IndexedTree::isUnchanged(FileNames::Folder folder) const {
 bool IndexedTree::openFolder(FileNames::Folder folder) {
     const bool isTop = folder == FileNames::kTop;
     const std::string path = pathToOpen(folder);
-    keepAccess(folder, accessToFolder(path)); // before it is opened: of a later change an event tells
+    if (keepAccess(folder, accessToFolder(path))) // before it is opened: of a later change an event tells
+        removeContents({folder});
     if (const int error = mReader.open(path, isTop); error != 0) {
         takeError(folder, error);
         return false;
