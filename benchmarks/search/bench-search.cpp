@@ -1,24 +1,30 @@
 // SPDX-License-Identifier: MIT
 // Makes a home of many files, and searches in it as the search pane of a droplet does. Milliseconds, but for the memory.
 //
-//   bench-search make FOLDER FILES       a folder for each 91 files
+//   bench-search make FOLDER FILES [N]   a folder for each 91 or N files
 //   bench-search search FOLDER TERM…     the first term while the folders are walked: first.hit, first.whole, first.count, and the bytes
 //                                        for each file: memory; how long it takes until a file that is made, renamed, removed is told of:
 //                                        made, renamed, removed, and the bytes then: memory.changed; at last the later terms from memory:
 //                                        TERM.hit, TERM.whole, TERM.count
+//   bench-search again FOLDER            how long searches take at worst, from memory, where there are no watches: while folders are looked
+//                                        at again, again, and while they are not, still
 #include "Names.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/search/index/FileIndex.h"
 #include "platform/search/NSMetadataQuery.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <malloc.h>
+#include <semaphore>
 #include <string>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -32,7 +38,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kFilesOfAFolder = 91;
-int make(const std::string& top, int files) {
+int make(const std::string& top, int files, int filesOfAFolder) {
     Names names;
     std::vector<std::string> folders{top};
     mkdir(top.c_str(), 0700);
@@ -43,7 +49,7 @@ int make(const std::string& top, int files) {
         if (mkdir(folder.c_str(), 0700) != 0)
             return 1;
         folders.push_back(folder);
-        for (int i = 0; i < kFilesOfAFolder && made < files; ++i, ++made)
+        for (int i = 0; i < filesOfAFolder && made < files; ++i, ++made)
             close(open((folder + "/" + names.file()).c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
     }
     return 0;
@@ -137,16 +143,44 @@ private:
     double mHit = -1;
 };
 
+/// Of many searches in five seconds, the first one not counted.
+double worstSearch(const QString& top, std::chrono::milliseconds lookAgainAfter) {
+    FileIndex index({0, lookAgainAfter});
+    const NSPredicateRef predicate = *NSPredicate::predicateWithFormat(u"kMDItemFSName LIKE[cdw] 'xyzzy*'"_s);
+    double worst = 0;
+    QElapsedTimer all;
+    for (all.start(); all.elapsed() < 5'000;) {
+        const auto filled = std::make_shared<std::binary_semaphore>(0);
+        const auto found = std::make_shared<FoundFiles>([filled] { filled->release(); });
+        QElapsedTimer clock;
+        clock.start();
+        const bool isFirst = worst == 0;
+        index.search({top}, predicate, {}, found);
+        do
+            filled->acquire();
+        while (!found->take().isWhole);
+        found->cancel();
+        worst = std::max(worst, isFirst ? 1e-6 : static_cast<double>(clock.nsecsElapsed()) / 1e6);
+        std::this_thread::sleep_for(std::chrono::milliseconds(7)); // as somebody types
+    }
+    return worst;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     MainThread::open();
     const QStringList words = application.arguments();
-    if (words.size() == 4 && words[1] == u"make"_s)
-        return make(words[2].toStdString(), words[3].toInt());
+    if ((words.size() == 4 || words.size() == 5) && words[1] == u"make"_s)
+        return make(words[2].toStdString(), words[3].toInt(), words.size() == 5 ? words[4].toInt() : kFilesOfAFolder);
+    if (words.size() == 3 && words[1] == u"again"_s) {
+        std::printf("again %f\n", worstSearch(words[2], std::chrono::milliseconds(200)));
+        std::printf("still %f\n", worstSearch(words[2], std::chrono::hours(1)));
+        return 0;
+    }
     if (words.size() < 4 || words[1] != u"search"_s) {
-        std::fputs("usage: bench-search make FOLDER FILES | search FOLDER TERM...\n", stderr);
+        std::fputs("usage: bench-search make FOLDER FILES [N] | search FOLDER TERM... | again FOLDER\n", stderr);
         return 2;
     }
     Bench bench(words[2]);

@@ -77,6 +77,7 @@ private:
     std::vector<std::unique_ptr<IndexedTree>> mTrees;
     std::vector<std::unique_ptr<IndexSearch>> mSearches;
     Clock::time_point mEventsReadAt, mLookedAgainAt = Clock::now();
+    bool mIsMatching = false; // a search has not come to the end of what is known
     bool mHasSaidRunOut = false;
 
     std::thread mThread; // the last: it uses the others
@@ -90,9 +91,10 @@ void FileIndex::Worker::run() {
         bool isBusy = readFolders();
         lookAgain();
         compact();
+        mIsMatching = false;
         for (const auto& search : mSearches)
-            isBusy = search->matchSome() || isBusy;
-        isBusy = isBusy || isAnyTree(&IndexedTree::isReading);
+            mIsMatching = search->matchSome() || mIsMatching;
+        isBusy = isBusy || mIsMatching || isAnyTree(&IndexedTree::isReading);
         for (const auto& search : mSearches)
             search->handOver(!isBusy);
         if (!isBusy)
@@ -137,10 +139,10 @@ IndexedTree* FileIndex::Worker::treeFor(const QString& folder) {
     return mTrees.back().get();
 }
 
-/// True when there was something to do.
+/// True when there was something to do. A search waits for what is new, and what is looked at again for a search.
 bool FileIndex::Worker::readFolders() {
     auto reading = std::find_if(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
-    if (reading == mTrees.end())
+    if (reading == mTrees.end() && !mIsMatching)
         reading = std::find_if(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isReading(); });
     if (reading == mTrees.end())
         return false;
