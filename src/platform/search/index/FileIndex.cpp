@@ -76,7 +76,7 @@ private:
     FolderWatches mWatches;
     std::vector<std::unique_ptr<IndexedTree>> mTrees;
     std::vector<std::unique_ptr<IndexSearch>> mSearches;
-    Clock::time_point mEventsReadAt, mLookedAgainAt = Clock::now();
+    Clock::time_point mEventsReadAt, mHeardAt, mLookedAgainAt = Clock::now();
     bool mIsMatching = false; // a search has not come to the end of what is known
     bool mHasSaidRunOut = false;
 
@@ -161,12 +161,13 @@ void FileIndex::Worker::readEvents() {
         return;
     mEventsReadAt = now;
     bool isLost = false;
-    mWatches.read([&](const FolderWatches::Watched& watched, const FolderWatches::Event& event) {
+    const bool isAny = mWatches.read([&](const FolderWatches::Watched& watched, const FolderWatches::Event& event) {
         if (event.kind == FolderWatches::Event::Kind::lost)
             isLost = true;
         else
             mTrees[watched.tree]->takeEvent(watched.folder, event);
     });
+    mHeardAt = isAny ? now : mHeardAt;
     if (isLost)
         for (const auto& tree : mTrees)
             tree->lookAgain(true);
@@ -205,7 +206,7 @@ bool FileIndex::Worker::isAllFollowed() const {
 
 void FileIndex::Worker::wait() {
     pollfd waited[] = {{mWakeUp.number(), POLLIN, 0}, {mWatches.descriptor(), POLLIN, 0}};
-    if (poll(waited, 1, millisecondsUntil(mEventsReadAt + kBetweenEvents)) == 0)
+    if (poll(waited, 1, millisecondsUntil(mHeardAt + kBetweenEvents)) == 0)
         poll(waited, 2, isAllFollowed() ? -1 : millisecondsUntil(mLookedAgainAt + mOptions.lookAgainAfter));
     eventfd_t count;
     eventfd_read(mWakeUp.number(), &count);

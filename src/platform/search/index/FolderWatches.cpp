@@ -63,13 +63,13 @@ void FolderWatches::renumber(std::uint32_t tree, const std::function<std::uint32
             watched.folder = newNumber(watched.folder);
 }
 
-void FolderWatches::read(const Receiver& receiver) {
+bool FolderWatches::read(const Receiver& receiver) {
     alignas(inotify_event) char buffer[64 * 1024];
     std::vector<Watched> concerned;
-    while (true) {
+    for (bool isAny = false;; isAny = true) {
         const ssize_t count = ::read(mQueue.number(), buffer, sizeof buffer);
         if (count <= 0)
-            return;
+            return isAny;
         for (const char* at = buffer; at < buffer + count;) {
             const auto* event = reinterpret_cast<const inotify_event*>(at);
             at += sizeof(inotify_event) + event->len;

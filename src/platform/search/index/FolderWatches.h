@@ -49,8 +49,8 @@ public:
     void renumber(std::uint32_t tree, const std::function<std::uint32_t(std::uint32_t folder)>& newNumber);
     /// Whether a watch was refused because there are no more.
     bool hasRunOut() const { return mHasRunOut; }
-    /// Everything that has come. The receiver may watch and unwatch.
-    void read(const Receiver& receiver);
+    /// Everything that has come; false when nothing has, though the receiver is not told of all. It may watch and unwatch.
+    bool read(const Receiver& receiver);
 
 private:
     FileDescriptor mQueue;
