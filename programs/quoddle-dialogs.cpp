@@ -42,7 +42,7 @@ int perform(int argc, char** argv) {
         Appearance::followDesktop();
     });
     EventSocket socket([](const AEDesc& event, EventSocket::Completion completion) {
-        StandardCommands::shared().perform(event, EventSocket::emptyReply(), std::move(completion));
+        performStandardCommand(event, EventSocket::emptyReply(), std::move(completion));
     });
     QObject::connect(&socket, &EventSocket::closed, &application, [] { QCoreApplication::exit(EXIT_SUCCESS); });
     const int status = NSApplication::exec();

@@ -1,27 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "dialogs/AppDelegate+StandardAdditions.h"
 
-#include "dialogs/ChooseFileHandler.h"
-#include "dialogs/ChooseFileNameHandler.h"
-#include "dialogs/ChooseFolderHandler.h"
-#include "dialogs/ChooseFromListHandler.h"
-#include "dialogs/DialogSession.h"
-#include "dialogs/DisplayAlertHandler.h"
-#include "dialogs/DisplayDialogHandler.h"
+#include "dialogs/CommandHandlers.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/foundation/NSNotificationCenter.h"
+#include "platform/panels/DialogQueue.h"
+#include "platform/panels/InteractiveCommands.h"
 #include "runtime/AppDelegate.h"
 
 namespace quoddle {
 
 namespace {
 
-/// A fresh handler for each event, which keeps itself for as long as it takes.
+/// A fresh handler for each event.
 template<class Handler>
 void handleEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent) {
-    const auto handler = std::make_shared<Handler>();
     NSApplication::sharedApplication()->activate();
-    handler->processEvent(event, replyEvent);
+    Handler().processEvent(event, replyEvent);
 }
 
 constexpr auto handleChooseFileEvent = handleEvent<ChooseFileHandler>;
@@ -31,38 +26,42 @@ constexpr auto handleChooseFromListEvent = handleEvent<ChooseFromListHandler>;
 constexpr auto handleDisplayAlertEvent = handleEvent<DisplayAlertHandler>;
 constexpr auto handleDisplayDialogEvent = handleEvent<DisplayDialogHandler>;
 
-struct EventHandlerRow {
-    AEEventClass eventClass;
-    AEEventID eventID;
-    void (*handler)(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent);
+/// The interactive commands that the applet answers itself.
+constexpr struct {
+    MakeDialog makeDialog;
+    void (*handleEvent)(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent);
+} kHandlers[] = {
+    {ChooseFileHandler::makeDialog, handleChooseFileEvent},     {ChooseFileNameHandler::makeDialog, handleChooseFileNameEvent},
+    {ChooseFolderHandler::makeDialog, handleChooseFolderEvent}, {ChooseFromListHandler::makeDialog, handleChooseFromListEvent},
+    {DisplayAlertHandler::makeDialog, handleDisplayAlertEvent}, {DisplayDialogHandler::makeDialog, handleDisplayDialogEvent},
 };
 
-constexpr EventHandlerRow kEventHandlers[] = {
-    {"syso"_4cc, "stdf"_4cc, handleChooseFileEvent},   {"syso"_4cc, "nwfl"_4cc, handleChooseFileNameEvent},
-    {"syso"_4cc, "stfl"_4cc, handleChooseFolderEvent}, {"gtqp"_4cc, "chlt"_4cc, handleChooseFromListEvent},
-    {"syso"_4cc, "disA"_4cc, handleDisplayAlertEvent}, {"syso"_4cc, "dlog"_4cc, handleDisplayDialogEvent},
-};
-
-void removeOSAXEventHandlers() {
-    for (const EventHandlerRow& row : kEventHandlers)
-        NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(row.eventClass, row.eventID);
+template<class Call>
+void forEachHandler(Call call) {
+    for (const InteractiveCommand& command : interactiveCommands())
+        for (const auto& handler : kHandlers)
+            if (handler.makeDialog == command.makeDialog)
+                call(command, handler.handleEvent);
 }
 
 } // namespace
 
 void installOSAXEventHandlers(AppDelegate& delegate) {
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
-    for (const EventHandlerRow& row : kEventHandlers)
-        manager.setEventHandler(row.handler, row.eventClass, row.eventID);
+    forEachHandler([&](const InteractiveCommand& command, auto* handleEvent) {
+        manager.setEventHandler(handleEvent, command.eventClass, command.eventID);
+    });
     NSNotificationCenter::defaultCenter().addObserver(
         &delegate,
-        [](const NSNotification&) {
-            removeOSAXEventHandlers();
-            dropWaitingDialogs();
+        [&manager](const NSNotification&) {
+            forEachHandler([&](const InteractiveCommand& command, auto*) {
+                manager.removeEventHandlerForEventClass(command.eventClass, command.eventID);
+            });
+            DialogQueue::shared().close();
         },
         NSApplicationWillTerminateNotification);
     NSNotificationCenter::defaultCenter().addObserver(
-        &delegate, [](const NSNotification&) { cancelDialogs(); }, SessionWillEndNotification);
+        &delegate, [](const NSNotification&) { DialogQueue::shared().cancelAll(); }, SessionWillEndNotification);
 }
 
 } // namespace quoddle

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Commands.h"
 
-#include "dialogs/DisplayDialogHandler.h"
+#include "dialogs/CommandHandlers.h"
 #include "platform/base/Wait.h"
 #include "platform/foundation/QtPrinters.h"
 #include "platform/panels/AnswerField.h"

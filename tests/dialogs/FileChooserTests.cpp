@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Commands.h"
 
-#include "dialogs/ChooseURLHandler.h"
+#include "dialogs/CommandHandlers.h"
 #include "platform/appkit/filepanel/FileBrowser.h"
 #include "platform/appkit/NSOpenPanel.h"
 

@@ -7,7 +7,7 @@
 
 namespace quoddle {
 
-CommandDialog chooseApplicationDialog(const AEDesc& event, AEDesc&) {
+CommandDialog chooseApplicationDialog(const AEDesc& event, Manner) {
     const bool multiple = booleanParameter(event, "mlsl"_4cc);
     const AEDesc* wanted = event.find("rtyp"_4cc);
     const bool asAlias = wanted && wanted->code() == "alis"_4cc;
@@ -17,7 +17,7 @@ CommandDialog chooseApplicationDialog(const AEDesc& event, AEDesc&) {
     if (const auto prompt = optionalTextParameter(event, "prmp"_4cc))
         panel->setPrompt(*prompt);
     const ChooseApplicationPanel* shown = panel.get();
-    return {panel, [=](int returnCode, AEDesc& reply) {
+    return {.dialog = panel, .answer = [=](int returnCode, AEDesc& reply) {
                 const std::vector<ListedApplication> chosen = shown->chosen();
                 if (returnCode != QDialog::Accepted || chosen.empty())
                     return setCancelled(reply);

@@ -69,14 +69,12 @@ void arrangeButtons(QColorDialog& dialog) {
 
 } // namespace
 
-CommandDialog chooseColorDialog(const AEDesc& event, AEDesc& reply) {
+CommandDialog chooseColorDialog(const AEDesc& event, Manner) {
     Color given{};
     if (const AEDesc* parameter = event.find("dcol"_4cc)) {
         const auto color = colorFrom(*parameter);
-        if (!color) {
-            CommandError{errAECoercionFail, {}, *parameter, "cRGB"_4cc}.writeTo(reply);
-            return {};
-        }
+        if (!color)
+            return {.error = CommandError{errAECoercionFail, {}, *parameter, "cRGB"_4cc}};
         given = *color;
     }
     auto dialog = std::make_shared<QColorDialog>(shownAs(given));
@@ -85,11 +83,11 @@ CommandDialog chooseColorDialog(const AEDesc& event, AEDesc& reply) {
     dialog->setAccessibleName(dialog->windowTitle());
     arrangeButtons(*dialog);
     const QColorDialog* shown = dialog.get();
-    return {dialog, [shown, given](int returnCode, AEDesc& answer) {
+    return {.dialog = dialog, .answer = [shown, given](int returnCode, AEDesc& reply) {
                 if (returnCode == QDialog::Accepted)
-                    setResult(answer, listFrom(chosenColor(shown->selectedColor(), given)));
+                    setResult(reply, listFrom(chosenColor(shown->selectedColor(), given)));
                 else
-                    setCancelled(answer);
+                    setCancelled(reply);
             }};
 }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// choose file, choose folder, choose file name for any script: aliases of what is there, a file for a name. One decision: the prompt is
-// shown above the files, for it says what they are wanted for; the button keeps the panel's own title.
+// choose file, choose folder, choose file name. In the standard manner: aliases of what is there, a file for a name; the prompt is shown
+// above the files and the button keeps the panel's own title. In that of an applet: files, and the prompt is the title of the button.
 #include "platform/additions/FileParameter.h"
+#include "platform/foundation/NSBundle.h"
+#include "platform/foundation/UTType.h"
 #include "platform/panels/CommandDialog.h"
 #include "platform/panels/FileChoosers.h"
 
@@ -11,75 +13,65 @@ namespace quoddle {
 
 namespace {
 
-/// Where to begin. Nothing given is no error; nor is an alias that leads nowhere here, for scripts bring those that other computers have
-/// stored in them.
-std::optional<CommandError> readLocation(const AEDesc& event, QString& defaultLocation) {
-    const AEDesc* location = event.find("dflc"_4cc);
-    if (!location)
-        return std::nullopt;
-    const auto path = additions::filePathOf(*location);
-    if (!path && location->type() != "alis"_4cc)
-        return CommandError{errAECoercionFail, {}, *location, "furl"_4cc};
-    defaultLocation = QString::fromStdString(path.value_or(std::string()));
-    return std::nullopt;
-}
-
-CommandDialog refused(const CommandError& error, AEDesc& reply) {
-    error.writeTo(reply);
-    return {};
-}
-
 AEDesc descriptorOfFile(const QUrl& url, DescType asClass) {
     return additions::fileResult(url.toLocalFile().toStdString(), asClass);
 }
 
 template<class Panel>
-CommandDialog dialogOf(const std::shared_ptr<Panel>& panel, std::function<void(AEDesc& reply)> answer) {
-    panel->layout();
-    return {std::shared_ptr<QDialog>(panel, panel->dialog()), [answer = std::move(answer)](int returnCode, AEDesc& reply) {
-                returnCode == NSModalResponseOK ? answer(reply) : setCancelled(reply);
-            }};
+CommandDialog dialogOf(const std::shared_ptr<Panel>& panel, std::function<AEDesc()> result) {
+    return {.dialog = std::shared_ptr<QDialog>(panel, panel->dialog()),
+            .answer =
+                [result = std::move(result)](int returnCode, AEDesc& reply) {
+                    returnCode == NSModalResponseOK ? setResult(reply, result()) : setCancelled(reply);
+                },
+            .prepare = [shown = panel.get()](const QMainWindow*) { shown->layout(); }};
 }
 
-CommandDialog openPanelDialog(std::shared_ptr<NSOpenPanel> panel, bool multiple) {
-    return dialogOf(panel, [shown = panel.get(), multiple](AEDesc& answer) {
+CommandDialog openPanelDialog(std::shared_ptr<NSOpenPanel> panel, bool multiple, Manner manner) {
+    const DescType asClass = manner == Manner::applet ? "furl"_4cc : "alis"_4cc;
+    return dialogOf(panel, [shown = panel.get(), multiple, asClass] {
+        if (!multiple)
+            return descriptorOfFile(shown->url(), asClass);
         AEDesc list = AEDesc::list();
         for (const QUrl& url : shown->urls())
-            (void)list.insertItem(0, descriptorOfFile(url, "alis"_4cc));
-        setResult(answer, multiple ? list : descriptorOfFile(shown->url(), "alis"_4cc));
+            (void)list.insertItem(0, descriptorOfFile(url, asClass));
+        return list;
     });
 }
 
+/// The prompt says what the files are wanted for.
 void showPromptAboveFiles(ChooseFileParameters& parameters) {
     parameters.message = std::exchange(parameters.prompt, std::nullopt);
 }
 
 } // namespace
 
-CommandDialog chooseFileDialog(const AEDesc& event, AEDesc& reply) {
+CommandDialog chooseFileDialog(const AEDesc& event, Manner manner) {
     ChooseFileParameters parameters;
-    if (const auto error = ChooseFileParameters::read(event, parameters))
-        return refused(*error, reply);
-    if (const auto error = readLocation(event, parameters.defaultLocation))
-        return refused(*error, reply);
-    showPromptAboveFiles(parameters);
-    return openPanelDialog(makeChooseFilePanel(parameters), parameters.multipleSelectionsAllowed);
+    if (const auto error = ChooseFileParameters::read(event, manner, parameters))
+        return {.error = error};
+    if (const auto bundle = NSBundle::mainBundle())
+        UTTypeDeclareTypesOfBundle(bundle->infoDictionary()); // its script may ask for them
+    if (manner == Manner::standard)
+        showPromptAboveFiles(parameters);
+    return openPanelDialog(makeChooseFilePanel(parameters), parameters.multipleSelectionsAllowed, manner);
 }
 
-CommandDialog chooseFolderDialog(const AEDesc& event, AEDesc& reply) {
-    ChooseFileParameters parameters = ChooseFileParameters::readForFolders(event);
-    if (const auto error = readLocation(event, parameters.defaultLocation))
-        return refused(*error, reply);
-    showPromptAboveFiles(parameters);
-    return openPanelDialog(makeChooseFolderPanel(parameters), parameters.multipleSelectionsAllowed);
+CommandDialog chooseFolderDialog(const AEDesc& event, Manner manner) {
+    ChooseFileParameters parameters;
+    if (const auto error = ChooseFileParameters::readForFolders(event, manner, parameters))
+        return {.error = error};
+    if (manner == Manner::standard)
+        showPromptAboveFiles(parameters);
+    return openPanelDialog(makeChooseFolderPanel(parameters), parameters.multipleSelectionsAllowed, manner);
 }
 
-CommandDialog chooseFileNameDialog(const AEDesc& event, AEDesc& reply) {
-    ChooseFileNameParameters parameters = ChooseFileNameParameters::read(event);
-    if (const auto error = readLocation(event, parameters.defaultLocation))
-        return refused(*error, reply);
+CommandDialog chooseFileNameDialog(const AEDesc& event, Manner manner) {
+    ChooseFileNameParameters parameters;
+    if (const auto error = ChooseFileNameParameters::read(event, manner, parameters))
+        return {.error = error};
     const std::shared_ptr<NSSavePanel> panel = makeChooseFileNamePanel(parameters);
-    return dialogOf(panel, [shown = panel.get()](AEDesc& answer) { setResult(answer, descriptorOfFile(shown->url(), "furl"_4cc)); });
+    return dialogOf(panel, [shown = panel.get()] { return descriptorOfFile(shown->url(), "furl"_4cc); });
 }
 
 } // namespace quoddle

@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: MIT
-// choose from list for any script: always a list, or false.
+// choose from list: always a list, or false.
 #include "platform/panels/ChooseFromListPanel.h"
 #include "platform/panels/CommandDialog.h"
 
 namespace quoddle {
 
-CommandDialog chooseFromListDialog(const AEDesc& event, AEDesc& reply) {
+CommandDialog chooseFromListDialog(const AEDesc& event, Manner) {
     ChooseFromListParameters parameters;
-    if (const auto error = ChooseFromListParameters::read(event, parameters)) {
-        error->writeTo(reply);
-        return {};
-    }
+    if (const auto error = ChooseFromListParameters::read(event, parameters))
+        return {.error = error};
     auto panel = std::make_shared<ChooseFromListPanel>(parameters);
-    panel->prepareForModalForm();
-    const ChooseFromListPanel* shown = panel.get();
-    return {std::shared_ptr<QDialog>(panel, &panel->window()), [shown](int returnCode, AEDesc& answer) {
-                setResult(answer,
-                          returnCode == ChooseFromListViewController::kOKReturn ? shown->selectedItems() : AEDesc::ofBoolean(false));
-            }};
+    ChooseFromListPanel* const shown = panel.get();
+    return {.dialog = std::shared_ptr<QDialog>(panel, &panel->window()),
+            .answer =
+                [shown](int returnCode, AEDesc& reply) {
+                    setResult(reply,
+                              returnCode == ChooseFromListViewController::kOKReturn ? shown->selectedItems() : AEDesc::ofBoolean(false));
+                },
+            .prepare = [shown](const QMainWindow* parent) { parent ? shown->prepareForSheetOn(*parent) : shown->prepareForModalForm(); }};
 }
 
 } // namespace quoddle

@@ -80,12 +80,12 @@ bool hasScheme(const QString& address) {
 
 } // namespace
 
-CommandDialog chooseURLDialog(const AEDesc& event, AEDesc&) {
+CommandDialog chooseURLDialog(const AEDesc& event, Manner) {
     const QStringList schemes = wantedSchemes(event);
     const bool editable = !event.find("pedu"_4cc) || booleanParameter(event, "pedu"_4cc);
     auto panel = std::make_shared<ChooseURLPanel>(knownAddresses(schemes), editable);
     const ChooseURLPanel* shown = panel.get();
-    return {panel, [shown, schemes](int returnCode, AEDesc& reply) {
+    return {.dialog = panel, .answer = [shown, schemes](int returnCode, AEDesc& reply) {
                 if (returnCode != QDialog::Accepted)
                     return setCancelled(reply);
                 QString address = shown->address();

@@ -1,39 +1,51 @@
 // SPDX-License-Identifier: MIT
 // What a command becomes before it is shown: a dialog, and what its end means as a reply. One function for each command, and what they have
 // in common when they write replies.
+// Main thread only.
 #pragma once
 
-#include "platform/ae/AEDesc.h"
+#include "platform/panels/CommandError.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <QString>
 
 class QDialog;
+class QMainWindow;
 
 namespace quoddle {
+
+/// Six of the commands have two manners, which scripts can tell from each other by parameters and answers: that of an applet, which answers
+/// them itself, and the standard one.
+enum class Manner { standard, applet };
 
 /// What a dialog finishes with that nobody has answered in time.
 constexpr int kGaveUp = 0;
 
 struct CommandDialog {
-    /// Null: the reply is complete without one. Whatever must live as long is owned with it.
-    std::shared_ptr<QDialog> dialog;
+    /// What is wrong with the parameters: nothing is shown.
+    std::optional<CommandError> error = {};
+    /// Whatever must live as long is owned with it. Null where there is an error.
+    std::shared_ptr<QDialog> dialog = {};
     /// Called once with what the dialog finished with.
-    std::function<void(int returnCode, AEDesc& reply)> answer;
-    double givingUpAfter = 0; ///< seconds; 0 and less: never
+    std::function<void(int returnCode, AEDesc& reply)> answer = {};
+    /// Seconds; 0 and less: never.
+    double givingUpAfter = 0;
+    /// Called just before it is shown, on a window as a sheet, or on null as a window of its own. May be empty.
+    std::function<void(const QMainWindow* parent)> prepare = {};
 };
 
-CommandDialog displayDialogDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog displayAlertDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog chooseFromListDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog chooseFileDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog chooseFolderDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog chooseFileNameDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog chooseColorDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog chooseURLDialog(const AEDesc& event, AEDesc& reply);
-CommandDialog chooseApplicationDialog(const AEDesc& event, AEDesc& reply);
+CommandDialog displayDialogDialog(const AEDesc& event, Manner manner);
+CommandDialog displayAlertDialog(const AEDesc& event, Manner manner);
+CommandDialog chooseFromListDialog(const AEDesc& event, Manner manner);
+CommandDialog chooseFileDialog(const AEDesc& event, Manner manner);
+CommandDialog chooseFolderDialog(const AEDesc& event, Manner manner);
+CommandDialog chooseFileNameDialog(const AEDesc& event, Manner manner);
+CommandDialog chooseColorDialog(const AEDesc& event, Manner manner);
+CommandDialog chooseURLDialog(const AEDesc& event, Manner manner);
+CommandDialog chooseApplicationDialog(const AEDesc& event, Manner manner);
 
 AEDesc descriptorOf(const QString& text);
 

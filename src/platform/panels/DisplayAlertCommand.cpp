@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// display alert for any script. Its record says whether it gave up only when it could have.
+// display alert. Its standard record says whether it gave up only when it could have.
 #include "platform/appkit/BundleIcon.h"
 #include "platform/foundation/NSBundle.h"
+#include "platform/foundation/NSLog.h"
 #include "platform/panels/CommandDialog.h"
 #include "platform/panels/DisplayAlertPanel.h"
 
@@ -9,28 +10,34 @@
 
 namespace quoddle {
 
-CommandDialog displayAlertDialog(const AEDesc& event, AEDesc& reply) {
+CommandDialog displayAlertDialog(const AEDesc& event, Manner manner) {
     DisplayAlertParameters parameters;
-    if (const auto error = DisplayAlertParameters::read(event, parameters, true)) {
-        error->writeTo(reply);
-        return {};
-    }
+    if (const auto error = DisplayAlertParameters::read(event, parameters, manner == Manner::standard))
+        return {.error = error};
     std::ignore = applicationIcon(NSBundle::mainBundle().get()); // alerts show it
     auto panel = std::make_shared<DisplayAlertPanel>(parameters);
-    panel->alert().layout();
-    const bool canGiveUp = parameters.buttons.givingUpAfter > 0;
-    const DisplayAlertPanel* shown = panel.get();
-    return {std::shared_ptr<QDialog>(panel, &panel->alert().window()),
-            [=](int returnCode, AEDesc& answer) {
-                if (returnCode != kGaveUp && shown->isCancel(returnCode))
-                    return setCancelled(answer);
-                AEDesc record = AEDesc::record();
-                (void)record.put("bhit"_4cc, descriptorOf(shown->buttonReturned(returnCode)));
-                if (canGiveUp)
-                    (void)record.put("gavu"_4cc, AEDesc::ofBoolean(returnCode == kGaveUp));
-                setResult(answer, std::move(record));
-            },
-            parameters.buttons.givingUpAfter};
+    const bool canGiveUp = manner == Manner::applet || parameters.buttons.givingUpAfter > 0;
+    DisplayAlertPanel* const shown = panel.get();
+    const auto isSheet = std::make_shared<bool>(false);
+    return {.dialog = std::shared_ptr<QDialog>(panel, &panel->alert().window()),
+            .answer =
+                [=](int returnCode, AEDesc& reply) {
+                    if (returnCode != kGaveUp && shown->isCancel(returnCode)) {
+                        if (*isSheet)
+                            NSLogTrace(QStringLiteral("cancelled...!"));
+                        return setCancelled(reply);
+                    }
+                    AEDesc record = AEDesc::record({{"bhit"_4cc, descriptorOf(shown->buttonReturned(returnCode))}});
+                    if (canGiveUp)
+                        (void)record.put("gavu"_4cc, AEDesc::ofBoolean(returnCode == kGaveUp));
+                    setResult(reply, std::move(record));
+                },
+            .givingUpAfter = parameters.buttons.givingUpAfter,
+            .prepare =
+                [=](const QMainWindow* parent) {
+                    *isSheet = parent != nullptr;
+                    shown->alert().layout();
+                }};
 }
 
 } // namespace quoddle

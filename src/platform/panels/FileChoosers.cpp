@@ -8,11 +8,17 @@ namespace quoddle {
 
 namespace {
 
-/// Only what is a file says where to begin.
-QString locationParameter(const AEDesc& event) {
+/// Where to begin: nothing given is no error. To an applet only what is a file says where; another one takes paths as well, and what names
+/// no file is a fault, unless it is an alias, for scripts bring those that other computers have stored in them.
+std::optional<CommandError> readLocation(const AEDesc& event, Manner manner, QString& defaultLocation) {
     const AEDesc* given = event.find("dflc"_4cc);
-    const auto path = given && AEIsFile(*given) ? additions::filePathOf(*given) : std::nullopt;
-    return QString::fromStdString(path.value_or(std::string()));
+    if (!given || (manner == Manner::applet && !AEIsFile(*given)))
+        return std::nullopt;
+    const auto path = additions::filePathOf(*given);
+    if (!path && manner == Manner::standard && given->type() != "alis"_4cc)
+        return CommandError{errAECoercionFail, {}, *given, "furl"_4cc};
+    defaultLocation = QString::fromStdString(path.value_or(std::string()));
+    return std::nullopt;
 }
 
 std::optional<CommandError> readTypes(const AEDesc& event, QStringList& types) {
@@ -42,24 +48,25 @@ std::unique_ptr<NSOpenPanel> makeOpenPanel(const ChooseFileParameters& parameter
 
 } // namespace
 
-ChooseFileParameters ChooseFileParameters::readForFolders(const AEDesc& event) {
-    ChooseFileParameters parameters;
+std::optional<CommandError> ChooseFileParameters::readForFolders(const AEDesc& event, Manner manner, ChooseFileParameters& parameters) {
     parameters.message = optionalTextParameter(event, "----"_4cc);
     parameters.prompt = optionalTextParameter(event, "prmp"_4cc);
-    parameters.defaultLocation = locationParameter(event);
     parameters.invisibles = booleanParameter(event, "lfiv"_4cc);
     parameters.multipleSelectionsAllowed = booleanParameter(event, "mlsl"_4cc);
     parameters.showingPackageContents = booleanParameter(event, "shpc"_4cc);
-    return parameters;
+    return readLocation(event, manner, parameters.defaultLocation);
 }
 
-std::optional<CommandError> ChooseFileParameters::read(const AEDesc& event, ChooseFileParameters& parameters) {
-    parameters = readForFolders(event);
-    return readTypes(event, parameters.types);
+std::optional<CommandError> ChooseFileParameters::read(const AEDesc& event, Manner manner, ChooseFileParameters& parameters) {
+    if (const auto error = readTypes(event, parameters.types))
+        return error;
+    return readForFolders(event, manner, parameters);
 }
 
-ChooseFileNameParameters ChooseFileNameParameters::read(const AEDesc& event) {
-    return {optionalTextParameter(event, "prmt"_4cc), optionalTextParameter(event, "dfnm"_4cc), locationParameter(event)};
+std::optional<CommandError> ChooseFileNameParameters::read(const AEDesc& event, Manner manner, ChooseFileNameParameters& parameters) {
+    parameters.message = optionalTextParameter(event, "prmt"_4cc);
+    parameters.defaultName = optionalTextParameter(event, "dfnm"_4cc);
+    return readLocation(event, manner, parameters.defaultLocation);
 }
 
 std::unique_ptr<NSOpenPanel> makeChooseFilePanel(const ChooseFileParameters& parameters) {

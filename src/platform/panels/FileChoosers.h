@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/appkit/NSOpenPanel.h"
+#include "platform/panels/CommandDialog.h"
 #include "platform/panels/CommandParameters.h"
 
 namespace quoddle {
@@ -19,9 +20,8 @@ struct ChooseFileParameters {
     bool multipleSelectionsAllowed = false;
     bool showingPackageContents = false;
 
-    static std::optional<CommandError> read(const AEDesc& event, ChooseFileParameters& parameters);
-    /// Cannot fail.
-    static ChooseFileParameters readForFolders(const AEDesc& event);
+    static std::optional<CommandError> read(const AEDesc& event, Manner manner, ChooseFileParameters& parameters);
+    static std::optional<CommandError> readForFolders(const AEDesc& event, Manner manner, ChooseFileParameters& parameters);
 };
 
 struct ChooseFileNameParameters {
@@ -29,7 +29,7 @@ struct ChooseFileNameParameters {
     std::optional<QString> defaultName;
     QString defaultLocation; ///< empty: none
 
-    static ChooseFileNameParameters read(const AEDesc& event);
+    static std::optional<CommandError> read(const AEDesc& event, Manner manner, ChooseFileNameParameters& parameters);
 };
 
 std::unique_ptr<NSOpenPanel> makeChooseFilePanel(const ChooseFileParameters& parameters);

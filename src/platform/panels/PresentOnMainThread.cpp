@@ -3,6 +3,7 @@
 
 #include "platform/ae/AEMainThread.h"
 #include "platform/base/Wait.h"
+#include "platform/panels/DialogQueue.h"
 #include "platform/panels/StandardCommands.h"
 
 #include <mutex>
@@ -58,7 +59,7 @@ public:
     void run() {
         mRan = true;
         mExchange->begin(
-            StandardCommands::shared().perform(mEvent, mReply, [exchange = mExchange](const AEDesc& reply) { exchange->complete(reply); }));
+            performStandardCommand(mEvent, mReply, [exchange = mExchange](const AEDesc& reply) { exchange->complete(reply); }));
     }
 
 private:
@@ -83,7 +84,7 @@ OSErr presentOnMainThread(const AEDesc& event, AEDesc& reply, const AEHandlerCon
             wait.pause(std::chrono::steady_clock::time_point::max());
     }
     // After what was posted above, so that the number is known by then.
-    AEPostToMainThread([exchange] { StandardCommands::shared().cancel(exchange->number()); });
+    AEPostToMainThread([exchange] { DialogQueue::shared().cancel(exchange->number()); });
     return static_cast<OSErr>(userCanceledErr);
 }
 

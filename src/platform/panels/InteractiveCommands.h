@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// The commands that a person answers: one row for each, with the function that makes its dialog.
+#pragma once
+
+#include "platform/panels/CommandDialog.h"
+
+#include <span>
+
+namespace quoddle {
+
+struct InteractiveCommand {
+    AEEventClass eventClass;
+    AEEventID eventID;
+    CommandDialog (*makeDialog)(const AEDesc& event, Manner manner);
+};
+
+std::span<const InteractiveCommand> interactiveCommands();
+/// Null when the event is none of them.
+const InteractiveCommand* interactiveCommandOf(const AEDesc& event);
+
+} // namespace quoddle
