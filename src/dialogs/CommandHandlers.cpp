@@ -49,7 +49,7 @@ void processCommand(const WorkItem& item, MakeDialog makeDialog) {
 
 void continueCommand(const WorkItem& item, MakeDialog makeDialog) {
     static AppletWindow sApplet;
-    CommandDialog dialog = makeDialog(item.front()->aeDesc(), Manner::applet);
+    CommandDialog dialog = makeDialog(item.front()->aeDesc(), {Manner::applet, AppDelegate::instance()->mainBundle()});
     if (dialog.error)
         return writeError(*dialog.error, item);
     const auto suspensionID = eventManager().suspendCurrentAppleEvent();

@@ -13,7 +13,7 @@ namespace quoddle {
 
 /// A command's event and the reply to it.
 using WorkItem = std::array<NSAppleEventDescriptorRef, 2>;
-using MakeDialog = CommandDialog (*)(const AEDesc& event, Manner manner);
+using MakeDialog = CommandDialog (*)(const AEDesc& event, const Asker& asker);
 
 /// On the main thread now, or there while this thread waits; also while a modal panel runs. `makeDialog` is of the command.
 void processCommand(const WorkItem& item, MakeDialog makeDialog);

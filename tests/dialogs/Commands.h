@@ -122,7 +122,6 @@ class DialogShell : public Shell {
 public:
     explicit DialogShell(bool windowIsVisible = true) {
         setUp();
-        NSBundle::setMainBundle(delegate->mainBundle());
         installOSAXEventHandlers(*delegate);
         if (windowIsVisible)
             controller->showWindow();

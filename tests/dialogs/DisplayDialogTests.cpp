@@ -3,8 +3,11 @@
 
 #include "dialogs/CommandHandlers.h"
 #include "platform/base/Wait.h"
+#include "platform/foundation/NSNotificationCenter.h"
 #include "platform/foundation/QtPrinters.h"
 #include "platform/panels/AnswerField.h"
+#include "platform/panels/DialogQueue.h"
+#include "platform/panels/StandardCommands.h"
 
 #include <QClipboard>
 #include <QKeyEvent>
@@ -406,6 +409,103 @@ TEST(DialogSession, GoesAwayWithItsSender) {
         EXPECT_EQ(conversation.status() == noErr ? conversation.errorNumber() : conversation.status(), userCanceledErr);
         EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }));
     }
+}
+
+namespace {
+
+/// Senders that each ask in a thread of their own; the dialogs are asked for in the order of the calls.
+class Senders {
+public:
+    ~Senders() {
+        for (auto& thread : mThreads)
+            thread.join();
+    }
+    void ask(const std::function<bool()>& givesUp = [] { return false; }) {
+        const std::size_t number = mThreads.size();
+        mHasSent[number] = false;
+        mThreads.emplace_back([this, number, givesUp] {
+            AEDesc reply;
+            const auto isCancelled = [this, number, givesUp] { // also asked for the receiver, when this thread may have ended
+                mHasSent[number] = true;
+                return givesUp();
+            };
+            const OSStatus status = AESendMessage(displayDialog({}), &reply, kAEWaitReply, 20 * 60, {isCancelled});
+            const AEDesc* error = reply.find("errn"_4cc);
+            mAnswers[number] = status != noErr ? status : error ? error->asInt32().value_or(0) : noErr;
+            mIsAnswered[number] = true;
+        });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return mHasSent[number].load(); }));
+        QCoreApplication::processEvents();
+    }
+    /// Of the one that asked so many before it.
+    OSStatus answer(std::size_t number) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return mIsAnswered[number].load(); }));
+        return mAnswers[number];
+    }
+
+private:
+    std::array<std::atomic<bool>, 4> mHasSent{}, mIsAnswered{};
+    std::array<std::atomic<OSStatus>, 4> mAnswers{};
+    std::vector<std::thread> mThreads;
+};
+
+bool isShown(bool visible) {
+    return QTest::qWaitFor([visible] { return (visibleDialog() != nullptr) == visible; });
+}
+
+} // namespace
+
+TEST(DialogSession, ADialogIsNeverShownWhenItsSenderHasGoneBeforeItsTurn) {
+    DialogShell shell;
+    std::atomic<bool> givesUp = false;
+    Senders senders;
+    senders.ask();
+    senders.ask([&givesUp] { return givesUp.load(); });
+    ASSERT_TRUE(isShown(true));
+    givesUp = true;
+    wakeWaits();
+    EXPECT_EQ(senders.answer(1), userCanceledErr);
+    press(u"OK"_s)(*visibleDialog());
+    EXPECT_EQ(senders.answer(0), noErr);
+    EXPECT_TRUE(isShown(false));
+    QTest::qWait(0);
+    EXPECT_FALSE(visibleDialog());
+    EXPECT_FALSE(AppDelegate::instance()->isDisplayingPanel());
+}
+
+TEST(DialogSession, AStandardDialogWaitsForTheAppletsAndIsNoneOfThem) {
+    DialogShell shell;
+    Senders senders;
+    senders.ask();
+    ASSERT_TRUE(isShown(true));
+    QDialog* const sheet = visibleDialog();
+    std::optional<OSStatus> answer;
+    performStandardCommand(command("syso"_4cc, "chur"_4cc, {}), AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc), [&answer](const AEDesc& reply) {
+        const AEDesc* error = reply.find("errn"_4cc);
+        answer = error ? error->asInt32().value_or(0) : noErr;
+    });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(DialogQueue::shared().currentDialog(), sheet);
+    press(u"OK"_s)(*sheet);
+    ASSERT_TRUE(QTest::qWaitFor([sheet] { return visibleDialog() && visibleDialog() != sheet; }));
+    EXPECT_FALSE(AppDelegate::instance()->isDisplayingPanel()) << "the applet may be asked to end";
+    EXPECT_FALSE(answer);
+    visibleDialog()->reject();
+    EXPECT_EQ(answer, userCanceledErr);
+    EXPECT_EQ(senders.answer(0), noErr);
+}
+
+TEST(DialogSession, TheEndOfTheApplicationAnswersWhatIsShownAndWhatWaits) {
+    DialogShell shell;
+    Senders senders;
+    senders.ask();
+    senders.ask();
+    ASSERT_TRUE(isShown(true));
+    NSNotificationCenter::defaultCenter().postNotification(NSApplicationWillTerminateNotification, nullptr);
+    EXPECT_FALSE(visibleDialog());
+    for (const std::size_t sender : {0, 1})
+        EXPECT_EQ(senders.answer(sender), connectionInvalid);
+    AppDelegate::instance()->setDisplayingPanel(false);
 }
 
 TEST(DialogSession, TheEndOfAScriptThatHasNotWaitedForItsDialogEndsTheApplet) {

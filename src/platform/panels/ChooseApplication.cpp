@@ -7,7 +7,7 @@
 
 namespace quoddle {
 
-CommandDialog chooseApplicationDialog(const AEDesc& event, Manner) {
+CommandDialog chooseApplicationDialog(const AEDesc& event, const Asker&) {
     const bool multiple = booleanParameter(event, "mlsl"_4cc);
     const AEDesc* wanted = event.find("rtyp"_4cc);
     const bool asAlias = wanted && wanted->code() == "alis"_4cc;

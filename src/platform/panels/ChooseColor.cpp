@@ -69,7 +69,7 @@ void arrangeButtons(QColorDialog& dialog) {
 
 } // namespace
 
-CommandDialog chooseColorDialog(const AEDesc& event, Manner) {
+CommandDialog chooseColorDialog(const AEDesc& event, const Asker&) {
     Color given{};
     if (const AEDesc* parameter = event.find("dcol"_4cc)) {
         const auto color = colorFrom(*parameter);

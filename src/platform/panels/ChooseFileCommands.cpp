@@ -46,29 +46,29 @@ void showPromptAboveFiles(ChooseFileParameters& parameters) {
 
 } // namespace
 
-CommandDialog chooseFileDialog(const AEDesc& event, Manner manner) {
+CommandDialog chooseFileDialog(const AEDesc& event, const Asker& asker) {
     ChooseFileParameters parameters;
-    if (const auto error = ChooseFileParameters::read(event, manner, parameters))
+    if (const auto error = ChooseFileParameters::read(event, asker.manner, parameters))
         return {.error = error};
-    if (const auto bundle = NSBundle::mainBundle())
-        UTTypeDeclareTypesOfBundle(bundle->infoDictionary()); // its script may ask for them
-    if (manner == Manner::standard)
+    if (asker.bundle)
+        UTTypeDeclareTypesOfBundle(asker.bundle->infoDictionary()); // its script may ask for them
+    if (asker.manner == Manner::standard)
         showPromptAboveFiles(parameters);
-    return openPanelDialog(makeChooseFilePanel(parameters), parameters.multipleSelectionsAllowed, manner);
+    return openPanelDialog(makeChooseFilePanel(parameters), parameters.multipleSelectionsAllowed, asker.manner);
 }
 
-CommandDialog chooseFolderDialog(const AEDesc& event, Manner manner) {
+CommandDialog chooseFolderDialog(const AEDesc& event, const Asker& asker) {
     ChooseFileParameters parameters;
-    if (const auto error = ChooseFileParameters::readForFolders(event, manner, parameters))
+    if (const auto error = ChooseFileParameters::readForFolders(event, asker.manner, parameters))
         return {.error = error};
-    if (manner == Manner::standard)
+    if (asker.manner == Manner::standard)
         showPromptAboveFiles(parameters);
-    return openPanelDialog(makeChooseFolderPanel(parameters), parameters.multipleSelectionsAllowed, manner);
+    return openPanelDialog(makeChooseFolderPanel(parameters), parameters.multipleSelectionsAllowed, asker.manner);
 }
 
-CommandDialog chooseFileNameDialog(const AEDesc& event, Manner manner) {
+CommandDialog chooseFileNameDialog(const AEDesc& event, const Asker& asker) {
     ChooseFileNameParameters parameters;
-    if (const auto error = ChooseFileNameParameters::read(event, manner, parameters))
+    if (const auto error = ChooseFileNameParameters::read(event, asker.manner, parameters))
         return {.error = error};
     const std::shared_ptr<NSSavePanel> panel = makeChooseFileNamePanel(parameters);
     return dialogOf(panel, [shown = panel.get()] { return descriptorOfFile(shown->url(), "furl"_4cc); });

@@ -5,7 +5,7 @@
 
 namespace quoddle {
 
-CommandDialog chooseFromListDialog(const AEDesc& event, Manner) {
+CommandDialog chooseFromListDialog(const AEDesc& event, const Asker&) {
     ChooseFromListParameters parameters;
     if (const auto error = ChooseFromListParameters::read(event, parameters))
         return {.error = error};

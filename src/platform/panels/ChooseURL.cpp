@@ -80,7 +80,7 @@ bool hasScheme(const QString& address) {
 
 } // namespace
 
-CommandDialog chooseURLDialog(const AEDesc& event, Manner) {
+CommandDialog chooseURLDialog(const AEDesc& event, const Asker&) {
     const QStringList schemes = wantedSchemes(event);
     const bool editable = !event.find("pedu"_4cc) || booleanParameter(event, "pedu"_4cc);
     auto panel = std::make_shared<ChooseURLPanel>(knownAddresses(schemes), editable);

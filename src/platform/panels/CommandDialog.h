@@ -17,9 +17,18 @@ class QMainWindow;
 
 namespace quoddle {
 
+class NSBundle;
+
 /// Six of the commands have two manners, which scripts can tell from each other by parameters and answers: that of an applet, which answers
 /// them itself, and the standard one.
 enum class Manner { standard, applet };
+
+/// Whom a command is answered for.
+struct Asker {
+    Manner manner = Manner::standard;
+    /// Where pictures are found by name, and where types of files may be declared. May be null.
+    std::shared_ptr<NSBundle> bundle = {};
+};
 
 /// What a dialog finishes with that nobody has answered in time.
 constexpr int kGaveUp = 0;
@@ -37,15 +46,15 @@ struct CommandDialog {
     std::function<void(const QMainWindow* parent)> prepare = {};
 };
 
-CommandDialog displayDialogDialog(const AEDesc& event, Manner manner);
-CommandDialog displayAlertDialog(const AEDesc& event, Manner manner);
-CommandDialog chooseFromListDialog(const AEDesc& event, Manner manner);
-CommandDialog chooseFileDialog(const AEDesc& event, Manner manner);
-CommandDialog chooseFolderDialog(const AEDesc& event, Manner manner);
-CommandDialog chooseFileNameDialog(const AEDesc& event, Manner manner);
-CommandDialog chooseColorDialog(const AEDesc& event, Manner manner);
-CommandDialog chooseURLDialog(const AEDesc& event, Manner manner);
-CommandDialog chooseApplicationDialog(const AEDesc& event, Manner manner);
+CommandDialog displayDialogDialog(const AEDesc& event, const Asker& asker);
+CommandDialog displayAlertDialog(const AEDesc& event, const Asker& asker);
+CommandDialog chooseFromListDialog(const AEDesc& event, const Asker& asker);
+CommandDialog chooseFileDialog(const AEDesc& event, const Asker& asker);
+CommandDialog chooseFolderDialog(const AEDesc& event, const Asker& asker);
+CommandDialog chooseFileNameDialog(const AEDesc& event, const Asker& asker);
+CommandDialog chooseColorDialog(const AEDesc& event, const Asker& asker);
+CommandDialog chooseURLDialog(const AEDesc& event, const Asker& asker);
+CommandDialog chooseApplicationDialog(const AEDesc& event, const Asker& asker);
 
 AEDesc descriptorOf(const QString& text);
 

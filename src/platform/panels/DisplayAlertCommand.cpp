@@ -10,13 +10,13 @@
 
 namespace quoddle {
 
-CommandDialog displayAlertDialog(const AEDesc& event, Manner manner) {
+CommandDialog displayAlertDialog(const AEDesc& event, const Asker& asker) {
     DisplayAlertParameters parameters;
-    if (const auto error = DisplayAlertParameters::read(event, parameters, manner == Manner::standard))
+    if (const auto error = DisplayAlertParameters::read(event, parameters, asker.manner == Manner::standard))
         return {.error = error};
-    std::ignore = applicationIcon(NSBundle::mainBundle().get()); // alerts show it
+    std::ignore = applicationIcon(asker.bundle.get()); // alerts show it
     auto panel = std::make_shared<DisplayAlertPanel>(parameters);
-    const bool canGiveUp = manner == Manner::applet || parameters.buttons.givingUpAfter > 0;
+    const bool canGiveUp = asker.manner == Manner::applet || parameters.buttons.givingUpAfter > 0;
     DisplayAlertPanel* const shown = panel.get();
     const auto isSheet = std::make_shared<bool>(false);
     return {.dialog = std::shared_ptr<QDialog>(panel, &panel->alert().window()),

@@ -13,31 +13,30 @@ namespace quoddle {
 namespace {
 
 /// A name stands for a picture among the resources of the application. An applet looks for it, and then does not show it.
-std::optional<CommandError> readIcon(IconParameter parameter, Manner manner, QPixmap& icon) {
-    const auto bundle = NSBundle::mainBundle();
+std::optional<CommandError> readIcon(IconParameter parameter, const Asker& asker, QPixmap& icon) {
     if (parameter.kind == IconParameter::Kind::resource) {
-        const QString path = bundle ? pathForImageResource(*bundle, parameter.name) : QString();
+        const QString path = asker.bundle ? pathForImageResource(*asker.bundle, parameter.name) : QString();
         if (path.isEmpty())
             return resourceNotFound();
-        if (manner == Manner::standard)
+        if (asker.manner == Manner::standard)
             parameter = {IconParameter::Kind::file, path};
     }
     return readDialogIcon(
-        parameter, [&bundle] { return applicationIcon(bundle.get()); }, qApp->devicePixelRatio(), icon);
+        parameter, [&asker] { return applicationIcon(asker.bundle.get()); }, qApp->devicePixelRatio(), icon);
 }
 
 } // namespace
 
-CommandDialog displayDialogDialog(const AEDesc& event, Manner manner) {
+CommandDialog displayDialogDialog(const AEDesc& event, const Asker& asker) {
     DisplayDialogParameters parameters;
     QPixmap icon;
-    auto error = DisplayDialogParameters::read(event, parameters, manner == Manner::standard);
+    auto error = DisplayDialogParameters::read(event, parameters, asker.manner == Manner::standard);
     if (!error)
-        error = readIcon(parameters.icon, manner, icon);
+        error = readIcon(parameters.icon, asker, icon);
     if (error)
         return {.error = error};
     auto panel = std::make_shared<DisplayDialogPanel>(parameters, icon);
-    const bool showsAll = manner == Manner::applet; // its record has all three fields always
+    const bool showsAll = asker.manner == Manner::applet; // its record has all three fields always
     const bool hasAnswer = showsAll || parameters.defaultAnswer.has_value();
     const bool canGiveUp = showsAll || parameters.buttons.givingUpAfter > 0;
     const DisplayDialogPanel* shown = panel.get();

@@ -11,7 +11,7 @@ namespace quoddle {
 struct InteractiveCommand {
     AEEventClass eventClass;
     AEEventID eventID;
-    CommandDialog (*makeDialog)(const AEDesc& event, Manner manner);
+    CommandDialog (*makeDialog)(const AEDesc& event, const Asker& asker);
 };
 
 std::span<const InteractiveCommand> interactiveCommands();

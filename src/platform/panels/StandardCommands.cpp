@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/StandardCommands.h"
 
+#include "platform/foundation/NSBundle.h"
 #include "platform/panels/DialogQueue.h"
 #include "platform/panels/InteractiveCommands.h"
 #include "platform/panels/Notification.h"
@@ -15,8 +16,8 @@ std::uint64_t performStandardCommand(const AEDesc& event, const AEDesc& reply, s
         return 0;
     }
     const InteractiveCommand* command = interactiveCommandOf(event);
-    CommandDialog dialog =
-        command ? command->makeDialog(event, Manner::standard) : CommandDialog{.error = CommandError{errAEEventNotHandled}};
+    const Asker asker{Manner::standard, NSBundle::mainBundle()};
+    CommandDialog dialog = command ? command->makeDialog(event, asker) : CommandDialog{.error = CommandError{errAEEventNotHandled}};
     if (!dialog.error)
         return DialogQueue::shared().add({std::move(dialog), reply, std::move(completion)});
     AEDesc refusal = reply;
