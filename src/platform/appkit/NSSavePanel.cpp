@@ -7,7 +7,6 @@
 #include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSPanel.h"
-#include "platform/appkit/NSWindow.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "ui_NSSavePanel.h"
 
@@ -228,13 +227,6 @@ void NSSavePanel::prepare() {
     const QMargins margins = mUi->outerLayout->contentsMargins();
     fitButtonTitles({mUi->cancelButton, mUi->confirmButton},
                     mPanel->minimumWidth() - margins.left() - margins.right() - 2 * mUi->buttonLayout->spacing());
-}
-
-void NSSavePanel::beginSheetModal(NSWindow& window, std::function<void(int response)> completion) {
-    prepare();
-    window.beginSheet(mPanel.get(), [completion = std::move(completion)](int returnCode) {
-        completion(returnCode == NSModalResponseOK ? NSModalResponseOK : NSModalResponseCancel);
-    });
 }
 
 int NSSavePanel::runModal() {

@@ -21,7 +21,6 @@ namespace quoddle {
 
 class FileBrowser;
 class NSAlert;
-class NSWindow;
 struct DirectoryFilter;
 
 constexpr int NSModalResponseCancel = 0;
@@ -50,12 +49,11 @@ public:
     /// What was chosen; invalid before.
     QUrl url() const { return mURLs.value(0); }
 
-    /// Shows it without waiting; it must live until the completion, which gets NSModalResponseOK or NSModalResponseCancel. It may be
-    /// destroyed there.
-    void beginSheetModal(NSWindow& window, std::function<void(int response)> completion);
+    /// Shows it and waits; answers NSModalResponseOK or NSModalResponseCancel.
     int runModal();
-    /// Makes it complete, as both of these do first; for one that the caller shows by itself.
+    /// Makes it complete, as runModal() does first; for one that the caller shows by itself, as a sheet for instance.
     void layout() { prepare(); }
+    /// Finishes with one of the two responses. The panel's.
     QDialog* dialog();
 
 protected:

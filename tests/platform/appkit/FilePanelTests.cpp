@@ -55,7 +55,8 @@ protected:
         mPanel = &panel;
         panel.setDirectory(mDirectory.isEmpty() ? mFolder.path() : mDirectory);
         mResponse.reset();
-        panel.beginSheetModal(mWindow, [this](int response) { mResponse = response; });
+        panel.layout();
+        mWindow.beginSheet(panel.dialog(), [this](int response) { mResponse = response; });
         waitUntilRead();
     }
     void waitUntilRead() {
