@@ -15,7 +15,7 @@ RuntimeAlert AppDelegate::runtimeErrorAlert(const QXOSAErrorInfo& error) const {
 
 void AppDelegate::showAlert(const RuntimeAlert& alert, std::function<void()> afterwards) {
     const auto dismissed = [this, afterwards = std::move(afterwards)] {
-        mEndIsCertain = true;
+        mEnd.errorWasSeen();
         afterwards();
     };
     if (windowController().isWindowVisible()) {

@@ -105,7 +105,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     }
     if (!hasOpenHandler()) {
-        terminateWhenAnswered(); // a script with nothing to do
+        mEnd.happened(AppletEnd::Happening::workDone); // a script with nothing to do
         return;
     }
     setScriptStarted(true); // a droplet waits for files
@@ -114,7 +114,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 AppDelegate::Completion AppDelegate::afterLaunchRun() {
     return [this](const QXOSAIDRef&, const QXOSAErrorInfoRef&) {
         if (!isStayOpenScript() && !hasOpenHandler())
-            terminateWhenAnswered();
+            mEnd.happened(AppletEnd::Happening::workDone);
     };
 }
 
@@ -130,7 +130,7 @@ void AppDelegate::waitToBeAsked() {
             this, u"waitToBeAsked"_s,
             [this] {
                 if (!mWasAsked)
-                    terminateWhenAnswered();
+                    mEnd.happened(AppletEnd::Happening::workDone);
             },
             kPatience);
 }
@@ -151,28 +151,13 @@ void AppDelegate::applicationWillActivate(bool isAskedByOther) {
 
 /// The only way back to an applet whose window was closed, or that has none between its runs: from there it can be stopped and ended.
 void AppDelegate::showHiddenWindow() {
-    if (!isInitialized() || mIsEnding || isDisplayingPanel() || windowController().isWindowVisible())
+    if (!isInitialized() || mEnd.state() == AppletEnd::State::finished || isDisplayingPanel() || windowController().isWindowVisible())
         return;
     mKeepsWindow = !showStartupScreen();
     if (_isRespondingToScript())
         windowController().showProgressViewController();
     else
         showLastPane();
-}
-
-/// Whoever has an answer to come must not see the applet end instead. A quit that was asked for does not wait.
-void AppDelegate::terminateWhenAnswered() {
-    constexpr double kSlice = 0.01; // seconds
-    const QString again = u"terminateWhenAnswered"_s;
-    mParts.performs->cancelPreviousPerformRequests(this, again);
-    const bool isCertain = !hasQuitHandler();
-    // Found by nobody any more, it also lets those end who have come last.
-    mIsEnding = !applicationTriedToQuit() && mParts.areOthersAnswered &&
-                (!mParts.areOthersAnswered(isCertain) || (isCertain && _isRespondingToScript()));
-    if (!mIsEnding)
-        return terminate();
-    mParts.performs->perform(
-        this, again, [this] { terminateWhenAnswered(); }, kSlice);
 }
 
 } // namespace quoddle

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Run, idle, stop and quit, and the framework's questions about the end.
+// Run, idle and quit, and the menu.
 #include "runtime/AppDelegate.h"
 
-#include "engine/QXOSAException.h"
-#include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSLog.h"
 
 #include <cmath>
@@ -16,9 +14,7 @@ namespace {
 
 const QString kRunIdleHandler = u"_runIdleHandler"_s;
 constexpr std::int64_t kDefaultIdleSeconds = 30;
-constexpr double kDialogPatience = 3; // seconds in which a script may answer one cancelled dialog with the next
-constexpr double kDialogSlice = 0.05; // seconds between two looks whether a dialog has gone
-constexpr double kNegligible = 0.05;  // seconds that an idle call takes without its handler having anything to do
+constexpr double kNegligible = 0.05; // seconds that an idle call takes without its handler having anything to do
 
 NSAppleEventDescriptorRef parameterlessEvent(AEEventClass eventClass, AEEventID eventID) {
     return NSAppleEventDescriptor::appleEventWithEventClass(eventClass, eventID);
@@ -103,129 +99,9 @@ void AppDelegate::_runQuitHandler() {
             NSLogTrace(u"applicationShouldTerminate: quit event processed: %@, error: %@"_s,
                        {result ? QVariant(result->stringValue()) : QVariant(), error ? QVariant(error->description()) : QVariant()});
             setRunningQuitHandler(false);
-            mHasSignal = false;
-            if ((!error || error->error() == noErr) && mainScript()->component()->isResuming())
-                terminate();
-            else if (mParts.application->isRunning()) {
-                mParts.application->terminationWasRefused();
-                showLastPane();
-            }
+            const bool isPassedOn = (!error || error->error() == noErr) && mainScript()->component()->isResuming();
+            mEnd.happened(isPassedOn ? AppletEnd::Happening::quitPassedOn : AppletEnd::Happening::quitRefused);
         });
-}
-
-void AppDelegate::stopRunningScript() {
-    setUserStoppedScript(true);
-    const bool wasJudging = stopJudgingFiles();
-    if (_isRespondingToScript())
-        cancelScript();
-    else if (wasJudging)
-        return;
-    else if (!hasIdleHandler())
-        terminate();
-    else
-        _runQuitHandler();
-}
-
-// The dialog may be one whose script has ended without an answer, and be about to go; nobody would ask a second time.
-void AppDelegate::terminate() {
-    const QString again = u"terminate"_s;
-    mParts.performs->cancelPreviousPerformRequests(this, again);
-    if (!isDisplayingPanel())
-        return mParts.application->terminate();
-    if (mEndIsCertain)
-        return endInSpiteOfDialogs(mParts.performs->now() + kDialogPatience);
-    mParts.performs->perform(
-        this, again,
-        [this] {
-            if (!_isRespondingToScript()) // what has begun since then decides when it ends
-                terminate();
-        },
-        kDialogSlice);
-}
-
-// The quit handler is asked once: a signal that finds it asking the user something ends the applet without it.
-bool AppDelegate::applicationReceivedSignal() {
-    mSignalIsFinal = mSignalIsFinal || runningQuitHandler();
-    endInSpiteOfDialogs(mParts.performs->now() + kDialogPatience);
-    return true;
-}
-
-// A dialog in a loop of its own is gone a moment after it was cancelled, and a script may answer that with another one.
-void AppDelegate::endInSpiteOfDialogs(double latest) {
-    const QString again = u"endInSpiteOfDialogs"_s;
-    mParts.performs->cancelPreviousPerformRequests(this, again);
-    if (isDisplayingPanel() && mParts.performs->now() < latest) {
-        NSNotificationCenter::defaultCenter().postNotification(SessionWillEndNotification, this);
-        mParts.performs->perform(
-            this, again, [this, latest] { endInSpiteOfDialogs(latest); }, kDialogSlice);
-        return;
-    }
-    const bool isFinal = std::exchange(mSignalIsFinal, false) || isDisplayingPanel();
-    if (isFinal)
-        return mParts.application->replyToApplicationShouldTerminate(true);
-    mHasSignal = true;
-    mParts.application->terminate();
-}
-
-void AppDelegate::cancelScript() {
-    if (const QXOSAIDRef script = mainScript())
-        script->component()->setCancelled(true);
-}
-
-void AppDelegate::setAppletIsQuitting(bool quitting, const QXOSAIDRef& script) {
-    try {
-        script->setDescriptorForPropertyName(NSAppleEventDescriptor::descriptorWithBoolean(quitting), u"appletisquitting"_s);
-    } catch (const QXOSAException& exception) {
-        NSLog(u"appletisquitting: %@"_s, {exception.reason()});
-    }
-}
-
-NSApplicationTerminateReply AppDelegate::applicationShouldTerminate() {
-    if (isDisplayingPanel())
-        return NSApplicationTerminateReply::cancel;
-    if (runningQuitHandler())
-        return NSApplicationTerminateReply::now;
-    mQuitWaits = true; // before the look, so that an execution which ends meanwhile sees it
-    if (_isRespondingToScript()) {
-        setApplicationTriedToQuit(true);
-        // Through a handle of its own: the script's own one is about to tell the other thread how the execution ended.
-        if (const QXOSAIDRef script = mainScript())
-            setAppletIsQuitting(true, QXOSAID::QXOSAIDWithComponent(script->component(), script->valueID(), false));
-        // Twice in one go would also stop what the script does about being stopped.
-        holdWaitingScripts(); // until the quit is decided: callers of what waits may be told that the applet has ended
-        if (!mStoppedByClosing)
-            cancelScript();
-        return NSApplicationTerminateReply::later;
-    }
-    mQuitWaits = false;
-    if (!scriptStarted() || !hasQuitHandler())
-        return NSApplicationTerminateReply::now;
-    setApplicationTriedToQuit(true);
-    _runQuitHandler();
-    return NSApplicationTerminateReply::cancel; // the handler ends the process by passing the quit on
-}
-
-bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
-    if (userClosedWindow()) {
-        setUserClosedWindow(false);
-        return true;
-    }
-    if (!showStartupScreen() && isStayOpenScript())
-        return false;
-    return !scriptStarted() || !_isRespondingToScript();
-}
-
-void AppDelegate::_windowWillClose(const NSNotification& notification) {
-    if (!notification.object || notification.object != windowController().windowObject())
-        return; // a dialog or a panel
-    setUserClosedWindow(true);
-    setApplicationTriedToQuit(true);
-    mKeepsWindow = false;
-    mStoppedByClosing = _isRespondingToScript();
-    // A quit handler that this starts decides whether the applet ends; when it refuses, the window comes back.
-    stopRunningScript();
-    // The question that the closing leads to comes in this turn of the loop.
-    MainThread::dispatchAsync([this] { mStoppedByClosing = false; });
 }
 
 bool AppDelegate::respondsToAction(const QString& action) const {

@@ -197,45 +197,42 @@ void AppDelegate::finishIncomingCall(const Execution& execution) {
 }
 
 void AppDelegate::finishOwnEvent(const Execution& execution) {
+    using enum AppletEnd::State;
+    const bool wasFinished = mEnd.state() == finished;
     execution.complete();
-    if (!mParts.application->isRunning() || mIsEnding)
-        return; // the completion has ended the applet, or is about to
-    const OSStatus number = execution.number();
-    if (applicationTriedToQuit()) {
-        finishAfterTryToQuit(execution);
-    } else if (!mFilesToJudge.empty()) {
+    if (!mParts.application->isRunning())
+        return; // the completion has ended the applet
+    if (applicationTriedToQuit())
+        return finishAfterTryToQuit(execution);
+    if (wasFinished)
+        mEnd.happened(AppletEnd::Happening::answersMayHaveCome);
+    if (!mParts.application->isRunning() || mEnd.state() == finished)
+        return; // it shows nothing new
+    if (!mFilesToJudge.empty())
         windowController().setStopButtonEnabled(true); // more files are to come
-    } else if (isStayOpenScript()) {
+    else if (isStayOpenScript())
         finishStayOpen(!execution.hasEvent);
-    } else if (number == userCanceledErr && !runningQuitHandler()) {
+    else if (execution.number() == userCanceledErr && !runningQuitHandler())
         terminate();
-    } else {
+    else {
         windowController().setStopButtonEnabled(true);
         windowController().showLastViewController();
     }
 }
 
-bool AppDelegate::decideQuit(const Execution& execution) {
-    mQuitWaits = false;
-    const bool cancelled = execution.number() == userCanceledErr;
-    mParts.application->replyToApplicationShouldTerminate(cancelled && !hasQuitHandler());
-    releaseWaitingScripts();
-    if (!cancelled && std::exchange(mHasSignal, false)) // the handler has ended by itself: nobody has refused
-        mParts.performs->perform(
-            this, u"endInSpiteOfDialogs"_s, [this] { endInSpiteOfDialogs(mParts.performs->now()); }, 0);
-    // A quit handler that was itself cancelled (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
-    if (!cancelled || execution.isQuitEvent()) {
-        setApplicationTriedToQuit(false);
-        return false;
-    }
-    if (hasQuitHandler())
-        _runQuitHandler();
-    return true;
+AppletEnd::Act AppDelegate::tellOfHandlersEnd(const Execution& execution) {
+    using enum AppletEnd::Happening;
+    const bool wasStopped = execution.number() == userCanceledErr;
+    // A quit handler that was itself stopped (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
+    return mEnd.happened(!wasStopped ? handlerEnded : execution.isQuitEvent() ? quitHandlerStopped : handlerStopped);
 }
 
 void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
-    if (!decideQuit(execution))
+    using enum AppletEnd::Act;
+    const AppletEnd::Act act = tellOfHandlersEnd(execution);
+    if (act == goOn || act == goOnAndAskAgain)
         showLastPaneWithoutStop();
+    mEnd.happened(AppletEnd::Happening::answersMayHaveCome);
 }
 
 /// The caller has its answer; whoever wants the applet to end waits for one too. The window stays as it is, unless it shows the progress of
@@ -244,12 +241,13 @@ void AppDelegate::callHasEnded(const Execution& execution) {
     if (!mParts.application->isRunning())
         return;
     noteActivity();
-    if (mQuitWaits)
-        decideQuit(execution);
+    if (mEnd.isQuitWaiting())
+        tellOfHandlersEnd(execution);
     if (mPaneIsForCalls && mParts.application->isRunning() && !_isRespondingToScript()) {
         mPaneIsForCalls = false;
         showLastPaneWithoutStop();
     }
+    mEnd.happened(AppletEnd::Happening::answersMayHaveCome);
 }
 
 void AppDelegate::finishStayOpen(bool afterRunHandler) {

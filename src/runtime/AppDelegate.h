@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // AppDelegate: the spine of the applet shell. It loads the applet's script, decides what of it runs when, and when the process ends. One
-// class, a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, stop, quit), +OpenFiles,
-// +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Hooks (questions to the script),
+// class, a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, quit), +End (what AppletEnd
+// decides), +OpenFiles, +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Hooks (questions to the script),
 // +FileTypes (what a droplet takes), +Progress, +Alerts. One decision: everything is decided on the main thread, which never waits for the
 // script; only executions and scriptDidYield() run on the script queue's thread. All functions are the main thread's unless they say
 // otherwise.
@@ -12,8 +12,8 @@
 #include "platform/foundation/NSNotificationCenter.h"
 #include "runtime/AppDelegateParts.h"
 #include "runtime/AppDelegateProperties.h"
+#include "runtime/AppletEnd.h"
 
-#include <atomic>
 #include <chrono>
 #include <deque>
 
@@ -29,7 +29,11 @@ inline const QString ScriptActivityChangedNotification = QStringLiteral("ScriptA
 /// As the first of the files to open: the shell works on an applet to be tested, instead of on the one that it was started as.
 inline const QString kTestModeFilename = QStringLiteral("QUODDLE_DEBUG");
 
-class AppDelegate : public AppDelegateProperties, public NSApplicationDelegate, public QXOSAComponentDelegate, public SUUpdaterDelegate {
+class AppDelegate : public AppDelegateProperties,
+                    public NSApplicationDelegate,
+                    public QXOSAComponentDelegate,
+                    public SUUpdaterDelegate,
+                    private AppletEnd::Host {
 public:
     /// The one delegate; null before there is one. Any thread.
     static AppDelegate* instance();
@@ -109,9 +113,12 @@ public:
     void applicationOpenFiles(const QStringList& filenames) override;
     void _runIdleHandler();
     void _runQuitHandler();
+    /// A wish to end is kept until the panel has gone.
+    void setDisplayingPanel(bool displaying);
     NSApplicationTerminateReply applicationShouldTerminate() override;
     /// Takes dialogs away, which refuse any other end, and ends as a quit does.
     bool applicationReceivedSignal() override;
+    void applicationWaitsWoken() override;
     bool isDecidingTermination() const override { return runningQuitHandler(); }
     bool applicationShouldTerminateAfterLastWindowClosed() override;
     /// The applet's own wish: while a dialog is up, which refuses everybody, it is kept until the dialog has gone.
@@ -189,12 +196,12 @@ private:
     void waitToBeAsked();
     void awaitWindow();
     void showHiddenWindow();
-    void terminateWhenAnswered();
     void takeTestApplet();
     /// Stops what the script is doing at its next callback.
     void cancelScript();
-    /// `latest`: by the clock of the performs, when dialogs are no reason to wait any more.
-    void endInSpiteOfDialogs(double latest);
+    bool holds(AppletEnd::Fact fact) override;
+    void perform(AppletEnd::Act act) override;
+    void stopHandlerForQuit();
     void scheduleIdleHandler(std::int64_t afterSeconds);
     void performIdleHandlerAt(double time);
     void setAppletIsQuitting(bool quitting, const QXOSAIDRef& script);
@@ -212,8 +219,8 @@ private:
     /// What is left to do on the main thread when a caller has its answer.
     void callHasEnded(const Execution& execution);
     void noteActivity();
-    /// Answers the framework's question. False when the applet goes on, and its quit handler is not asked either.
-    bool decideQuit(const Execution& execution);
+    /// Of one that a quit has come for.
+    AppletEnd::Act tellOfHandlersEnd(const Execution& execution);
     void finishStayOpen(bool afterRunHandler);
     void showLastPaneWithoutStop();
     /// What stands between runs: a pane, no window, or one that shows nothing, when the user has brought it up.
@@ -227,22 +234,18 @@ private:
     WindowController& windowController() const;
 
     AppDelegateParts mParts;
+    AppletEnd mEnd{*this, *mParts.performs};
     QXOSAIDRef mMainGenericScript;
     QXOSAIDRef mMainScript;
     bool mShowingRuntimeError = false;
     bool mRunIsDue = false;               // launched for an event in place of the run, which has not been asked for yet
     bool mWasAsked = false;               // something, by another application
-    std::atomic<bool> mQuitWaits = false; // the framework has been answered "later"
-    bool mIsEnding = false;               // the work is done, others still wait for their answers
     double mIdleCallDue = 0;              // when the last idle call was to come, by the clock of the performs
     double mAwaitedUntil = 0;             // by that clock: how long a first window is what the user waits for; 0: none is
     int mOwnExecutions = 0;               // queued, and no calls from outside
     bool mKeepsWindow = false;            // the user has brought up one that stands for the applet alone, until he closes it
     bool mPaneIsForCalls = false;         // calls from outside alone have brought the progress pane up
     bool mWasResponding = false;          // when the activity was last announced
-    bool mEndIsCertain = false;           // the user has been told of an error that ends the applet
-    bool mHasSignal = false;              // the quit that is being decided was asked for by a signal
-    bool mSignalIsFinal = false;          // a signal has come while the quit handler was deciding
     bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script
     std::deque<std::shared_ptr<OpenRequest>> mFilesToJudge; // the first is being judged
     bool mIsJudgingFiles = false;                           // further up on the stack

@@ -54,6 +54,8 @@ NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) 
     connect(woken, &QSocketNotifier::activated, this, [this] {
         mWait.forget();
         Q_EMIT waitsWoken();
+        if (mDelegate)
+            mDelegate->applicationWaitsWoken();
     });
     connect(this, &QGuiApplication::commitDataRequest, this, &NSApplication::endOfSession, Qt::DirectConnection);
 }

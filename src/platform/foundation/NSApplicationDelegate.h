@@ -47,6 +47,8 @@ public:
     /// SIGTERM, SIGINT or SIGHUP have come. True when the delegate sees to the end itself; else terminate() follows.
     virtual bool applicationReceivedSignal() { return false; }
     virtual void applicationWillTerminate() {}
+    /// wakeWaits() was called: something that the application waits for may have come.
+    virtual void applicationWaitsWoken() {}
     /// Somebody has launched the application, which runs already; what is open comes to the front after this.
     virtual void applicationWillReopen() {}
     /// Somebody has sent "activate", another process or the application's own script; what is open comes to the front after this.

@@ -6,6 +6,7 @@
 #include "platform/ae/transport/AEServerConnection.h"
 #include "platform/ae/transport/AESocket.h"
 #include "platform/base/File.h"
+#include "platform/base/Wait.h"
 
 #include <atomic>
 #include <cerrno>
@@ -36,6 +37,11 @@ void raiseDescriptorLimit() {
         return;
     limit.rlim_cur = std::min(limit.rlim_max, kWantedDescriptors);
     setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+/// Held by every event until its answer is on its way. Whoever waits for the end of a round is told.
+std::shared_ptr<void> newRound() {
+    return {nullptr, [](void*) { wakeWaits(); }};
 }
 
 } // namespace
@@ -94,8 +100,8 @@ private:
     std::atomic<bool> mHasReceived = false;
     std::mutex mMutex; // guards what follows
     std::vector<Number> mChanged;
-    std::shared_ptr<void> mRound = std::make_shared<char>(); // held by every event until its answer is on its way
-    std::weak_ptr<void> mAwaited;                            // the round whose end is waited for
+    std::shared_ptr<void> mRound = newRound();
+    std::weak_ptr<void> mAwaited; // the round whose end is waited for
     bool mIsAwaiting = false;
     bool mStopping = false;
 };
@@ -172,7 +178,7 @@ bool AEServer::Loop::isAnswered() {
         for (int turns = 0; mWatching && turns < kTurnsForWhatIsThere && turn(0) > 0; ++turns) {
         }
         const std::lock_guard lock(mMutex);
-        mAwaited = std::exchange(mRound, std::make_shared<char>());
+        mAwaited = std::exchange(mRound, newRound());
         mIsAwaiting = true;
     }
     const std::lock_guard lock(mMutex);
@@ -288,8 +294,8 @@ void AEServer::Loop::handle(Number number, std::uint32_t events) {
         connection->read(currentRound());
     else if (events & (EPOLLHUP | EPOLLERR))
         connection->dropReplies(); // what it sent before it went is read when its turn comes
-    if (connection->hasReceived())
-        mHasReceived = true;
+    if (connection->hasReceived() && !mHasReceived.exchange(true))
+        wakeWaits();
     if (isStopping())
         return;
     if (const auto still = mConnections.find(number); still != mConnections.end())

@@ -25,9 +25,10 @@ public:
     OSStatus start(const std::string& directory);
 
     /// For an application that wants to end: whether the answers to all that had been sent when this was first asked are on their way. What
-    /// comes later is handled, but not waited for. Asked again after it was true, it begins anew. Main thread.
+    /// comes later is handled, but not waited for. Asked again after it was true, it begins anew. wakeWaits() is called when it becomes
+    /// true. Main thread.
     bool isAnswered();
-    /// Whether there has been any event.
+    /// Whether there has been any event. wakeWaits() is called when the first one comes.
     bool hasReceived() const;
 
 private:

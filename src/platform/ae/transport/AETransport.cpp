@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ae/transport/AETransport.h"
 
+#include "platform/ae/AEMainThread.h"
 #include "platform/ae/AEWaiting.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AELaunching.h"
 #include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/ae/transport/AEServer.h"
+#include "platform/base/FileDescriptor.h"
+#include "platform/base/Wait.h"
 
+#include <sys/timerfd.h>
 #include <thread>
+#include <unistd.h>
 
 namespace quoddle {
 
@@ -21,6 +26,8 @@ constexpr std::chrono::seconds kPatience{5}; // for the event that the applicati
 std::unique_ptr<AEServer> sServer;
 bool sExpectsEvent = false;
 std::optional<Clock::time_point> sListening; // since when
+FileDescriptor sPatience;                    // a timer that runs out when the expected event is not waited for any more
+std::shared_ptr<void> sWatchesPatience;
 std::thread sRemembering;                    // writes a file that nobody waits for
 
 /// "get running of application": the code of the property when it is one of the application itself, else 0.
@@ -117,6 +124,18 @@ OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, s
     return status;
 }
 
+void startPatience() {
+    sPatience.reset(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+    const itimerspec once{{}, {kPatience.count(), 0}};
+    if (!sPatience.isOpen() || timerfd_settime(sPatience.number(), 0, &once, nullptr) != 0)
+        return;
+    sWatchesPatience = AEWatchDescriptor(sPatience.number(), [] {
+        std::uint64_t times = 0;
+        (void)!::read(sPatience.number(), &times, sizeof times);
+        wakeWaits();
+    });
+}
+
 } // namespace
 
 void AEInstallTransport() {
@@ -125,6 +144,9 @@ void AEInstallTransport() {
 
 OSStatus AEListen(const AERunningApplication& application) {
     sListening = Clock::now();
+    if (sExpectsEvent)
+        startPatience();
+    wakeWaits(); // whether the expected event can come has changed
     const auto directory = AERuntimeDirectory();
     if (!directory)
         return directory.error();
@@ -159,6 +181,8 @@ bool AEIsAnswered(bool isEndCertain) {
 
 void AEStopListening() {
     sListening.reset();
+    sWatchesPatience.reset();
+    sPatience.reset();
     if (!sServer)
         return;
     AEUnregisterApplication();

@@ -16,9 +16,9 @@ void AEInstallTransport();
 OSStatus AEListen(const AERunningApplication& application);
 /// Before AEListen(), by an application that was launched for an event which is on its way: it is waited for at the end.
 void AEExpectEvent();
-/// For an application that ends because its work is done, asked again and again until it is true: whether whoever has sent something has
-/// the answer, and the expected event has come. Nothing that comes after the first question is waited for, so that it does end. Main
-/// thread.
+/// For an application that ends because its work is done: whether whoever has sent something has the answer, and the expected event has
+/// come. To be asked again whenever wakeWaits() is called, until it is true. Nothing that comes after the first question is waited for, so
+/// that it does end. Main thread.
 /// `isEndCertain`: nothing keeps the application from ending any more, so whoever looks for it from now on launches it anew.
 bool AEIsAnswered(bool isEndCertain);
 /// When the application ends: nothing more is taken in, and whoever waits for an answer gets -609.
