@@ -204,6 +204,15 @@ class Events(harness.AppletCase):
             (applet.folder / "jotted").unlink()
         until(lambda: not os.listdir(applet.folder / "run/quoddle"), "what an applet is found by to go")
 
+    def test_an_applet_does_not_wait_for_ever_for_the_event_that_starts_it(self):
+        applet = self.start("Forgotten", "on greet()\nreturn \"hello\"\nend greet")
+        applet.ends()
+        began = time.monotonic()
+        program = applet.folder / "Forgotten.app/Contents/Linux/Forgotten"
+        applet.process = subprocess.Popen([str(program)], env=dict(applet.environment(), QUODDLE_LAUNCHED_FOR="event"))
+        applet.ends()
+        self.assertGreater(time.monotonic() - began, 4)
+
     def test_a_quit_during_a_call_ends_both(self):
         for number, quit_handler in enumerate(("", "on quit\ncontinue quit\nend quit")):
             name = f"Server{number}"

@@ -14,6 +14,7 @@
 #include "platform/ae/transport/AEServerConnection.h"
 #include "platform/ae/transport/AESocket.h"
 #include "platform/base/File.h"
+#include "platform/base/Wait.h"
 
 #include <atomic>
 #include <cstdlib>
@@ -506,6 +507,27 @@ TEST_F(AETransportTest, AnApplicationThatEndsWaitsForWhatItOwesAndNothingElse) {
     EXPECT_TRUE(eventually([] { return AEIsAnswered(false); })) << "or has gone";
     for (std::thread& sender : senders)
         sender.join();
+}
+
+TEST_F(AETransportTest, AnApplicationThatEndsIsToldWhenAnAnswerMayHaveCome) {
+    handleLate();
+    const auto wakes = [](const std::function<void()>& happens) {
+        Wait wait;
+        wait.forget();
+        happens();
+        pollfd woken{wait.descriptor(), POLLIN, 0};
+        return ::poll(&woken, 1, 20'000) == 1;
+    };
+    AEExpectEvent();
+    EXPECT_FALSE(AEIsAnswered(false));
+    EXPECT_TRUE(wakes([this] { listen(); }));
+    std::thread sender;
+    EXPECT_TRUE(wakes([&] { sender = std::thread([this] { EXPECT_EQ(send(eventWith("late"_4cc, 1), nullptr), noErr); }); }));
+    EXPECT_TRUE(eventually([this] { return handled == 1; }));
+    EXPECT_FALSE(AEIsAnswered(false));
+    EXPECT_TRUE(wakes([this] { answerKept(); }));
+    EXPECT_TRUE(eventually([] { return AEIsAnswered(false); }));
+    sender.join();
 }
 
 TEST_F(AETransportTest, AnApplicationThatCannotListenIsDeafNotDead) {
