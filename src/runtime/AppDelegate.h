@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // AppDelegate: the spine of the applet shell. It loads the applet's script, decides what of it runs when, and when the process ends. One
 // class, a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, quit), +End (what AppletEnd
-// decides), +OpenFiles, +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Hooks (questions to the script),
-// +FileTypes (what a droplet takes), +Progress, +Alerts. One decision: everything is decided on the main thread, which never waits for the
-// script; only executions and scriptDidYield() run on the script queue's thread. All functions are the main thread's unless they say
-// otherwise.
+// decides), +OpenFiles, +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications), +Hooks (questions to
+// the script), +FileTypes (what a droplet takes), +Progress, +Alerts. One decision: everything is decided on the main thread, which never
+// waits for the script; only executions and scriptDidYield() run on the script queue's thread. All functions are the main thread's unless
+// they say otherwise.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -113,7 +113,7 @@ public:
     void applicationOpenFiles(const QStringList& filenames) override;
     void _runIdleHandler();
     void _runQuitHandler();
-    /// A wish to end is kept until the panel has gone.
+    /// An end that was put off because of the panel comes when the panel has gone.
     void setDisplayingPanel(bool displaying);
     NSApplicationTerminateReply applicationShouldTerminate() override;
     /// Takes dialogs away, which refuse any other end, and ends as a quit does.
@@ -219,7 +219,7 @@ private:
     /// What is left to do on the main thread when a caller has its answer.
     void callHasEnded(const Execution& execution);
     void noteActivity();
-    /// Of one that a quit has come for.
+    /// Tells AppletEnd of a handler that has ended after a quit had come; answers what followed.
     AppletEnd::Act tellOfHandlersEnd(const Execution& execution);
     void finishStayOpen(bool afterRunHandler);
     void showLastPaneWithoutStop();
@@ -238,15 +238,15 @@ private:
     QXOSAIDRef mMainGenericScript;
     QXOSAIDRef mMainScript;
     bool mShowingRuntimeError = false;
-    bool mRunIsDue = false;               // launched for an event in place of the run, which has not been asked for yet
-    bool mWasAsked = false;               // something, by another application
-    double mIdleCallDue = 0;              // when the last idle call was to come, by the clock of the performs
-    double mAwaitedUntil = 0;             // by that clock: how long a first window is what the user waits for; 0: none is
-    int mOwnExecutions = 0;               // queued, and no calls from outside
-    bool mKeepsWindow = false;            // the user has brought up one that stands for the applet alone, until he closes it
-    bool mPaneIsForCalls = false;         // calls from outside alone have brought the progress pane up
-    bool mWasResponding = false;          // when the activity was last announced
-    bool mStoppedByClosing = false;       // the window is closing, and that has stopped the script
+    bool mRunIsDue = false;         // launched for an event in place of the run, which has not been asked for yet
+    bool mWasAsked = false;         // something, by another application
+    double mIdleCallDue = 0;        // when the last idle call was to come, by the clock of the performs
+    double mAwaitedUntil = 0;       // by that clock: how long a first window is what the user waits for; 0: none is
+    int mOwnExecutions = 0;         // queued, and no calls from outside
+    bool mKeepsWindow = false;      // the user has brought up one that stands for the applet alone, until he closes it
+    bool mPaneIsForCalls = false;   // calls from outside alone have brought the progress pane up
+    bool mWasResponding = false;    // when the activity was last announced
+    bool mStoppedByClosing = false; // the window is closing, and that has stopped the script
     std::deque<std::shared_ptr<OpenRequest>> mFilesToJudge; // the first is being judged
     bool mIsJudgingFiles = false;                           // further up on the stack
     int mJudgingDepth = 0;                                  // of the hooks that judge them

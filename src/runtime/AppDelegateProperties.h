@@ -20,7 +20,7 @@ namespace quoddle {
 
 class AppDelegateProperties {
 public:
-    /// A dialog command is showing a panel; quitting is refused meanwhile. Any thread.
+    /// A dialog command is showing a panel; quitting is refused meanwhile. Any thread may ask.
     bool isDisplayingPanel() const { return mDisplayingPanel; }
     void setDisplayingPanel(bool displaying) { mDisplayingPanel = displaying; }
     /// A quit was asked for while a handler ran, or the user closed the main window.

@@ -268,6 +268,20 @@ TEST(Terminate, AQuitThatIsNotPassedOnIsRefused) {
     }
 }
 
+TEST(Terminate, AQuitHandlerIsAskedOnceWhetherOrNotTheStoppedRunWasAllTheWork) {
+    for (const char* info : {kNoPane, kStay}) {
+        SCOPED_TRACE(info);
+        Applet applet({.handlers = "run quit", .info = info});
+        ScriptedComponent::sHandlers["run"] = &untilStopped;
+        applet.launch();
+        ASSERT_TRUE(hasBegun("run"));
+        applet.application.terminate();
+        applet.settle();
+        EXPECT_EQ(ScriptedComponent::calls(), (Calls{"run", "quit"}));
+        EXPECT_FALSE(applet.ended()) << "it has refused";
+    }
+}
+
 TEST(Terminate, AQuitHandlerThatFailsIsNotAskedAgain) {
     Applet applet({.handlers = "run quit", .info = kStay});
     ScriptedComponent::sHandlers["quit"] = [](ScriptedComponent::Run&) { return ScriptedComponent::failing(501, u"It went wrong."); };

@@ -28,7 +28,7 @@ bool sExpectsEvent = false;
 std::optional<Clock::time_point> sListening; // since when
 FileDescriptor sPatience;                    // a timer that runs out when the expected event is not waited for any more
 std::shared_ptr<void> sWatchesPatience;
-std::thread sRemembering;                    // writes a file that nobody waits for
+std::thread sRemembering; // writes a file that nobody waits for
 
 /// "get running of application": the code of the property when it is one of the application itself, else 0.
 FourCharCode askedProperty(const AEDesc& event) {
