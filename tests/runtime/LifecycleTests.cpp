@@ -328,8 +328,10 @@ TEST(LastWindow, FirstRuleThatApplies) {
         applet.delegate->setUserClosedWindow(row.userClosed);
         applet.delegate->setScriptStarted(row.started);
         ScriptedComponent::sHandlers["run"] = &untilStopped;
-        if (row.running)
+        if (row.running) {
             applet.delegate->_respondToEventInBackground(nullptr);
+            ASSERT_TRUE(hasBegun("run"));
+        }
         EXPECT_EQ(applet.delegate->applicationShouldTerminateAfterLastWindowClosed(), row.answer);
         EXPECT_FALSE(applet.delegate->userClosedWindow());
         AppDelegate::cancelScripts();
@@ -350,9 +352,15 @@ TEST(WindowClose, IsAStopRequest) {
     };
     for (const auto& row : table) {
         SCOPED_TRACE(row.name);
+        std::atomic<bool> wasAsked = false;
         Applet applet({.handlers = row.handlers, .info = kStay});
         if (row.running)
-            ScriptedComponent::sHandlers["run"] = &untilStopped;
+            ScriptedComponent::sHandlers["run"] = [&wasAsked](ScriptedComponent::Run& run) {
+                const Outcome outcome = run.workUntilStopped();
+                while (!wasAsked) // so that the question finds it at work
+                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                return outcome;
+            };
         applet.launch();
         ASSERT_TRUE(hasBegun("run"));
         if (!row.running)
@@ -362,6 +370,7 @@ TEST(WindowClose, IsAStopRequest) {
         EXPECT_FALSE(applet.delegate->userStoppedScript()) << "another window";
         applet.closeWindow();
         EXPECT_TRUE(applet.delegate->userStoppedScript());
+        wasAsked = true;
         applet.settle();
         EXPECT_EQ(applet.application.log, row.application);
         EXPECT_EQ(applet.ended(), row.ended);
