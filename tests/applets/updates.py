@@ -348,8 +348,8 @@ end quit
         self.choose_by_mouse(applet)
         self.find("Looking for updates…", "progress bar")
         self.find("Cancel", "push button").do_action(0)
+        until(lambda: not self.shown("Looking for updates…"), "the panel to go")
         applet.rests()
-        self.assertIsNone(self.shown("Looking for updates…"))
         self.assertEqual(self.server.asked, [])
         # A new check is one of its own.
         self.choose_by_mouse(applet)
