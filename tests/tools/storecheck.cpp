@@ -12,6 +12,8 @@
 #include <set>
 
 using namespace quoddle;
+using namespace quoddle::component;
+using namespace quoddle::machine;
 namespace fs = std::filesystem;
 
 namespace {

@@ -33,6 +33,7 @@
 #include <sstream>
 
 using namespace quoddle;
+using namespace quoddle::syntax;
 namespace fs = std::filesystem;
 
 namespace {

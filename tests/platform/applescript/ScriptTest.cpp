@@ -18,6 +18,8 @@
 namespace quoddle {
 namespace {
 
+using namespace machine;
+
 namespace fs = std::filesystem;
 
 std::vector<std::string> scriptFiles() {
@@ -65,12 +67,12 @@ Outcome run(const std::string& source, const std::string* stored) {
         kept = Loader(machine, image->store).load(image->root);
     } else {
         auto store = std::make_shared<ObjectStore>();
-        auto tree = parse(utf16FromUTF8(source), *store);
+        auto tree = syntax::parse(utf16FromUTF8(source), *store);
         if (!tree) {
             outcome.error = "syntax: " + utf8FromUTF16(tree.error().message) + " at " + std::to_string(tree.error().start);
             return outcome;
         }
-        auto initialiser = compileScript(*tree, *store);
+        auto initialiser = compiler::compileScript(*tree, *store);
         if (!initialiser) {
             outcome.error = "compile: " + utf8FromUTF16(initialiser.error().message);
             return outcome;

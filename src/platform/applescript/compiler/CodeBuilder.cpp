@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/compiler/CodeBuilder.h"
 
-namespace quoddle {
+namespace quoddle::compiler {
 
 void CodeBuilder::put16(std::size_t value) {
     if (value > 0x7FFF)
@@ -101,4 +101,4 @@ std::size_t CodeBuilder::literalIndex(Object* literal) {
     return entry->second;
 }
 
-} // namespace quoddle
+} // namespace quoddle::compiler

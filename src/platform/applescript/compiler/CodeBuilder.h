@@ -2,12 +2,12 @@
 // The code of one handler while it is written: bytes, literals, branches. It knows how instructions are encoded, not what they are for.
 #pragma once
 
-#include "platform/applescript/compiler/Opcode.h"
 #include "platform/applescript/image/Object.h"
+#include "platform/applescript/image/Opcode.h"
 
 #include <unordered_map>
 
-namespace quoddle {
+namespace quoddle::compiler {
 
 class CodeBuilder {
 public:
@@ -53,4 +53,4 @@ private:
     bool mOverflowed = false;
 };
 
-} // namespace quoddle
+} // namespace quoddle::compiler

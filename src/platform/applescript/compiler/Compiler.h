@@ -12,7 +12,7 @@
 #include "platform/base/OSStatus.h"
 #include "platform/base/Result.h"
 
-namespace quoddle {
+namespace quoddle::compiler {
 
 struct CompileError {
     OSStatus number = noErr;
@@ -24,4 +24,4 @@ struct CompileError {
 /// New objects go to `store`, which must outlive the result.
 Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store);
 
-} // namespace quoddle
+} // namespace quoddle::compiler

@@ -4,7 +4,9 @@
 
 #include "platform/applescript/image/Block.h"
 
-namespace quoddle {
+namespace quoddle::compiler {
+
+using namespace syntax;
 
 namespace {
 
@@ -222,4 +224,4 @@ Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store) {
     return initialiser;
 }
 
-} // namespace quoddle
+} // namespace quoddle::compiler

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::compiler {
+
+using namespace syntax;
 
 namespace {
 
@@ -302,4 +304,4 @@ void HandlerCompiler::raise(Object* node) {
     mCode.emit(Opcode::Error);
 }
 
-} // namespace quoddle
+} // namespace quoddle::compiler

@@ -7,7 +7,7 @@
 #include "platform/applescript/compiler/Scope.h"
 #include "platform/applescript/syntax/NodeKind.h"
 
-namespace quoddle {
+namespace quoddle::compiler {
 
 class HandlerCompiler {
 public:
@@ -108,4 +108,4 @@ private:
     CompileError mError;
 };
 
-} // namespace quoddle
+} // namespace quoddle::compiler

@@ -4,7 +4,9 @@
 
 #include "platform/applescript/image/Block.h"
 
-namespace quoddle {
+namespace quoddle::compiler {
+
+using namespace syntax;
 
 bool HandlerCompiler::isReference(const Object* wrapped) const {
     const Object* node = unwrapped(wrapped);
@@ -232,4 +234,4 @@ void HandlerCompiler::test(Object* node) {
     --mDepth;
 }
 
-} // namespace quoddle
+} // namespace quoddle::compiler

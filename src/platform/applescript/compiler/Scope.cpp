@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/compiler/Scope.h"
 
-namespace quoddle {
+namespace quoddle::compiler {
 
 std::string nameKey(const Object& name) {
     std::string key(name.kind == ObjectKind::Identifier ? "u" : "c");
@@ -40,4 +40,4 @@ Scope::Place Scope::find(const Object& name) {
     return {};
 }
 
-} // namespace quoddle
+} // namespace quoddle::compiler

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-namespace quoddle {
+namespace quoddle::compiler {
 
 /// What tells names apart: the comparison key of an identifier, or the bytes of a code.
 std::string nameKey(const Object& name);
@@ -54,4 +54,4 @@ private:
     std::unordered_set<std::string> mGlobals;
 };
 
-} // namespace quoddle
+} // namespace quoddle::compiler

@@ -2,7 +2,9 @@
 // Statements. Each leaves one value; the value of every statement but the last of a block becomes the result.
 #include "platform/applescript/compiler/HandlerCompiler.h"
 
-namespace quoddle {
+namespace quoddle::compiler {
+
+using namespace syntax;
 
 std::span<Object* const> HandlerCompiler::statementsOf(Object* const& body) {
     if (body->isNode(tagOf(NodeKind::Block)) && !body->children.empty())
@@ -392,4 +394,4 @@ void HandlerCompiler::transaction(Object* node) {
     mCode.emit(Opcode::EndTransaction);
 }
 
-} // namespace quoddle
+} // namespace quoddle::compiler

@@ -18,16 +18,9 @@
 
 #include <cstdio>
 
-namespace quoddle {
+namespace quoddle::component {
 
-void registerAppleScriptComponent() {
-    ComponentDescription description;
-    description.subType = kAppleScriptSubtype;
-    description.name = "AppleScript";
-    description.manufacturer = "quod";
-    description.open = [] { return std::make_shared<Component>(); };
-    RegisterComponent(std::move(description));
-}
+using namespace machine;
 
 Component::Component()
     : mMachine({[this](Machine&) { return active(); },
@@ -182,18 +175,18 @@ OSStatus Component::compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID&
 
 Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong) {
     auto store = std::make_shared<ObjectStore>();
-    auto map = std::make_shared<SourceMap>();
-    ParseOptions options;
+    auto map = std::make_shared<syntax::SourceMap>();
+    syntax::ParseOptions options;
     options.now = currentSeconds();
     options.sourceMap = map.get();
-    auto tree = parse(source, *store, options);
+    auto tree = syntax::parse(source, *store, options);
     if (!tree) {
         wrong = {tree.error().number, tree.error().message, tree.error().start, tree.error().end};
         return Value::failure();
     }
-    auto initialiser = compileScript(*tree, *store);
+    auto initialiser = compiler::compileScript(*tree, *store);
     if (!initialiser) {
-        const auto range = map->find(initialiser.error().node).value_or(SourceRange());
+        const auto range = map->find(initialiser.error().node).value_or(syntax::SourceRange());
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
         return Value::failure();
     }
@@ -283,6 +276,19 @@ OSStatus Component::refused(OSStatus number, std::u16string_view message) {
     mLastError.error.message = Value::object(mMachine.heap().text(message));
     mHasError = true;
     return errOSAScriptError;
+}
+
+} // namespace quoddle::component
+
+namespace quoddle {
+
+void registerAppleScriptComponent() {
+    ComponentDescription description;
+    description.subType = kAppleScriptSubtype;
+    description.name = "AppleScript";
+    description.manufacturer = "quod";
+    description.open = [] { return std::make_shared<component::Component>(); };
+    RegisterComponent(std::move(description));
 }
 
 } // namespace quoddle

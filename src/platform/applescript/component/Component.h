@@ -11,7 +11,15 @@
 #include "platform/applescript/syntax/Printer.h"
 #include "platform/osa/ScriptingComponent.h"
 
-namespace quoddle {
+namespace quoddle::component {
+
+using machine::Argument;
+using machine::EventName;
+using machine::ExecutionContext;
+using machine::Machine;
+using machine::Script;
+using machine::ScriptError;
+using machine::Value;
 
 class Component final : public ScriptingComponent {
 public:
@@ -107,7 +115,7 @@ private:
     Value runEvent(Script* script, const AEDesc& event, bool& handled);
     Value runSubroutine(Script* script, const AEDesc& event);
     std::u16string displayed(Value value, OSAModeFlags modeFlags);
-    OSStatus sourceOf(OSAID id, std::u16string& source, std::vector<PrintedRun>* runs);
+    OSStatus sourceOf(OSAID id, std::u16string& source, std::vector<syntax::PrintedRun>* runs);
     Value keyFrom(const AEDesc& name, OSStatus& status) const;
 
     // The commands that work on scripts, and the file of the script that runs: ScriptCommands.cpp
@@ -144,7 +152,7 @@ private:
     OSACallbacks mCallbacks;
     std::vector<OSASourceStyle> mStyles;
     /// Where the nodes of compiled sources were written, as long as a script made from them lives.
-    std::unordered_map<const ObjectStore*, std::pair<std::shared_ptr<SourceMap>, std::weak_ptr<ObjectStore>>> mSourceMaps;
+    std::unordered_map<const ObjectStore*, std::pair<std::shared_ptr<syntax::SourceMap>, std::weak_ptr<ObjectStore>>> mSourceMaps;
 };
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -7,7 +7,9 @@
 
 #include <unordered_map>
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
 
 namespace {
 
@@ -218,4 +220,4 @@ Value valueFromDescriptor(Machine& machine, const AEDesc& descriptor) {
     return FromDescriptor(machine).value(descriptor);
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -7,7 +7,9 @@
 #include "platform/applescript/machine/Loader.h"
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
 
 Value symbolFor(Machine& machine, std::u16string_view name) {
     const std::string spelling = utf8FromUTF16(name);
@@ -67,4 +69,4 @@ const Application* applicationOf(Value value) {
     return nullptr;
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

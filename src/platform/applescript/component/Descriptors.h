@@ -7,7 +7,11 @@
 
 #include <optional>
 
-namespace quoddle {
+namespace quoddle::component {
+
+using machine::Application;
+using machine::Machine;
+using machine::Value;
 
 /// Deeper values have no descriptor, and deeper descriptors are cut off.
 constexpr std::size_t kMaximumDescriptorDepth = 64;
@@ -35,4 +39,4 @@ AEDesc addressOf(const Application& application);
 /// The application that a specifier or an application value belongs to; null when it belongs to none.
 const Application* applicationOf(Value value);
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -6,7 +6,9 @@
 #include "platform/applescript/component/Entry.h"
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
 
 namespace {
 
@@ -38,7 +40,7 @@ OSStatus Component::copyDisplayString(OSAID id, OSAModeFlags modeFlags, OSAAttri
     return noErr;
 }
 
-OSStatus Component::sourceOf(OSAID id, std::u16string& source, std::vector<PrintedRun>* runs) {
+OSStatus Component::sourceOf(OSAID id, std::u16string& source, std::vector<syntax::PrintedRun>* runs) {
     const Slot* slot = find(id);
     if (!slot)
         return errOSAInvalidID;
@@ -49,9 +51,9 @@ OSStatus Component::sourceOf(OSAID id, std::u16string& source, std::vector<Print
     }
     if (!script->tree)
         return errOSASourceNotAvailable;
-    PrintOptions options;
+    syntax::PrintOptions options;
     options.runs = runs;
-    source = printTree(script->tree, options);
+    source = syntax::printTree(script->tree, options);
     return noErr;
 }
 
@@ -64,12 +66,12 @@ OSStatus Component::getSource(OSAID id, DescType type, AEDesc& source) {
 
 OSStatus Component::copySourceString(OSAID id, OSAModeFlags, OSAAttributedText& text) {
     Entry entry(*this);
-    std::vector<PrintedRun> runs;
+    std::vector<syntax::PrintedRun> runs;
     OSAAttributedText copy;
     const OSStatus status = sourceOf(id, copy.text, &runs);
     if (status != noErr)
         return status;
-    for (const PrintedRun& run : runs)
+    for (const syntax::PrintedRun& run : runs)
         copy.runs.push_back({run.start, run.length, static_cast<std::size_t>(run.kind)});
     text = std::move(copy);
     return noErr;
@@ -137,4 +139,4 @@ OSStatus Component::getSourceStyleNames(OSAModeFlags, AEDesc& names) {
     return noErr;
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

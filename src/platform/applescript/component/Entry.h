@@ -4,7 +4,7 @@
 
 #include "platform/applescript/component/Component.h"
 
-namespace quoddle {
+namespace quoddle::component {
 
 class Component::Entry {
 public:
@@ -72,4 +72,4 @@ private:
     std::string mBefore;
 };
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-namespace quoddle {
+namespace quoddle::component {
 
 inline AEDesc descriptorOfEventName(std::string_view characters) {
     const FourCharCode codes[] = {fourCharCode(characters.substr(0, 4)), fourCharCode(characters.substr(4, 4))};
@@ -23,4 +23,4 @@ inline std::string eventNameOfDescriptor(const AEDesc& descriptor) {
     return bytesOf(codes[0]) + bytesOf(codes[1]);
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -12,7 +12,9 @@
 #include "platform/applescript/language/References.h"
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
 
 namespace {
 
@@ -336,4 +338,4 @@ Value Component::send(const EventName& command, Value direct, std::span<const Ar
     return replyValue(status, reply, command, direct);
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -3,7 +3,9 @@
 
 #include <functional>
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
 
 namespace {
 
@@ -103,4 +105,4 @@ std::uint64_t fingerprintOf(Value value) {
     return Fingerprint().of(value);
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -12,7 +12,9 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
 
 namespace {
 
@@ -85,7 +87,7 @@ Value Component::keyFrom(const AEDesc& name, OSStatus& status) const {
         return {};
     }
     const bool barred = text->size() > 2 && text->starts_with(u'|') && text->ends_with(u'|');
-    if (!barred && !sourcetext::isPlainIdentifier(*text)) {
+    if (!barred && !syntax::sourcetext::isPlainIdentifier(*text)) {
         status = paramErr;
         return {};
     }
@@ -315,7 +317,7 @@ void Component::locate(LastError& last) const {
     if (!handler || handler->children.size() < block::kHandlerChildren)
         return;
     const Object* node = nodeAt(handler->children[block::kTree], last.error.offset, 0);
-    if (node && node->isNode(tagOf(NodeKind::As)) && node->children[1]->kind == ObjectKind::Node)
+    if (node && node->isNode(syntax::tagOf(syntax::NodeKind::As)) && node->children[1]->kind == ObjectKind::Node)
         node = node->children[1]; // a coercion fails at the class that the value cannot become
     for (const auto& [store, known] : mSourceMaps) {
         if (known.second.expired() || !node)
@@ -382,4 +384,4 @@ OSStatus Component::setDefaultTarget(const AEDesc& target) {
     return noErr;
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/component/InterpreterLock.h"
 
-namespace quoddle {
+namespace quoddle::component {
 
 void InterpreterLock::take(std::size_t depth) {
     std::unique_lock lock(mMutex);
@@ -55,4 +55,4 @@ bool InterpreterLock::isWanted() const {
     return mNextTicket > mServing + 1;
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -10,7 +10,7 @@
 #include <mutex>
 #include <thread>
 
-namespace quoddle {
+namespace quoddle::component {
 
 class InterpreterLock {
 public:
@@ -35,4 +35,4 @@ private:
     std::size_t mDepth = 0;
 };
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -18,7 +18,11 @@
 
 #include <filesystem>
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
+using syntax::NodeKind;
+using syntax::tagOf;
 
 namespace {
 
@@ -258,4 +262,4 @@ void Component::addLocation(AEDesc& event, Value direct) {
         (void)event.put("in B"_4cc, AEDesc::ofFilePath(bundle));
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // From the values of a machine to descriptors.
 #include "platform/ae/AEObjects.h"
-#include "platform/applescript/compiler/Opcode.h"
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/component/EventCodes.h"
+#include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/language/References.h"
 
-namespace quoddle {
+namespace quoddle::component {
+
+using namespace machine;
 
 namespace {
 
@@ -277,4 +279,4 @@ DescType descriptorTypeOf(Machine& machine, Value value) {
     return descriptor ? descriptor->type() : "null"_4cc;
 }
 
-} // namespace quoddle
+} // namespace quoddle::component

@@ -6,6 +6,10 @@
 
 namespace quoddle::language {
 
+using machine::Machine;
+using machine::Text;
+using machine::Value;
+
 /// `wanted` is a class, or a list of classes of which the first that fits is taken. Failure: -1700.
 Value coerce(Machine& machine, Value value, Value wanted);
 /// Without raising: failure when it cannot be done.

@@ -13,6 +13,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 using Arguments = std::span<const Argument>;

@@ -6,6 +6,11 @@
 
 namespace quoddle::language {
 
+using machine::Argument;
+using machine::Machine;
+using machine::Script;
+using machine::Value;
+
 /// A command that no handler of a script took. Failure when an error was raised.
 Value performCommand(Machine& machine, Value name, Value direct, std::span<const Argument> arguments, bool continues);
 /// A call of a handler of something that is no script: an application, or a value that has no handlers.

@@ -17,6 +17,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 constexpr int kMaximumDepth = 200;

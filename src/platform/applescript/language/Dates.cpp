@@ -10,6 +10,9 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+namespace sourcetext = syntax::sourcetext;
+
 namespace {
 
 constexpr std::int64_t kDay = 86400;

@@ -6,6 +6,10 @@
 
 namespace quoddle::language {
 
+using machine::Date;
+using machine::Machine;
+using machine::Value;
+
 /// Failure without an error when dates have no such property.
 Value dateProperty(Machine& machine, const Date* date, FourCharCode key);
 /// `date "10:30" of d`: a text that is a time, on the day of the date; a text that is a day, at the time of the date. Failure: -30720,

@@ -13,6 +13,9 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+namespace sourcetext = syntax::sourcetext;
+
 namespace {
 
 constexpr std::size_t kMaximumDepth = 60;

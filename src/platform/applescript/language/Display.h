@@ -6,6 +6,9 @@
 
 namespace quoddle::language {
 
+using machine::Machine;
+using machine::Value;
+
 /// As source: texts in quotes, lists in braces. What is nested too deeply, or longer than 67 million characters, ends in "…".
 std::u16string display(Machine& machine, Value value);
 /// As source, for a message: what is longer than a thousand characters is cut off and ends in "…".

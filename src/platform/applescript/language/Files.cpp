@@ -8,6 +8,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 constexpr std::u16string_view kStartupDisk = u"Macintosh HD";

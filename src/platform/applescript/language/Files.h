@@ -8,6 +8,10 @@
 
 namespace quoddle::language {
 
+using machine::Data;
+using machine::Machine;
+using machine::Value;
+
 bool isFile(Value value);
 /// UTF-8, absolute. Empty when the descriptor holds no path.
 std::string posixPath(const Data& file);

@@ -8,6 +8,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 constexpr FourCharCode kDelimiters = "txdl"_4cc;

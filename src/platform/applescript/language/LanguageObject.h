@@ -6,6 +6,9 @@
 
 namespace quoddle::language {
 
+using machine::Machine;
+using machine::Script;
+
 /// Made once for a machine, which keeps it.
 Script* makeLanguageObject(Machine& machine);
 

@@ -9,6 +9,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 /// The operand as a number; failure with -1700 raised.

@@ -8,6 +8,9 @@
 
 namespace quoddle::language {
 
+using machine::Machine;
+using machine::Value;
+
 Value add(Machine& machine, Value left, Value right);
 Value subtract(Machine& machine, Value left, Value right);
 Value multiply(Machine& machine, Value left, Value right);

@@ -16,6 +16,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 const Value kContents = Value::code("pcnt"_4cc);

@@ -15,6 +15,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 constexpr std::size_t kMaximumDepth = 200;

@@ -8,6 +8,11 @@
 
 namespace quoddle::language {
 
+using machine::Evaluate;
+using machine::Machine;
+using machine::Specifier;
+using machine::Value;
+
 /// Every, a range or a filter: a specifier of one of these forms names many things.
 bool isMany(Specifier::Form form);
 /// A specifier that belongs to this machine's values, not to an application, can be followed without asking anybody.

@@ -8,6 +8,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 constexpr std::int64_t kNearTheEnds = 16; // elements; not worth remembering where they are

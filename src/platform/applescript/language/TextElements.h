@@ -10,6 +10,9 @@
 
 namespace quoddle::language {
 
+using machine::Machine;
+using machine::Text;
+
 /// Is this a class whose elements texts have?
 bool isTextElement(FourCharCode elementClass);
 /// How many characters (grapheme clusters).

@@ -6,6 +6,8 @@
 
 namespace quoddle::language {
 
+using namespace machine;
+
 namespace {
 
 enum class Kind : std::uint8_t { Length, Area, LiquidVolume, CubicVolume, Weight, Temperature };

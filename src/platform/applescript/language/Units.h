@@ -10,6 +10,9 @@
 
 namespace quoddle::language {
 
+using machine::Machine;
+using machine::Value;
+
 /// The amount of a measure; nothing for any other value.
 std::optional<double> amountOf(Value value);
 /// A measure of a number, or of a measure of the same kind (length, area, cubic or liquid volume, weight, temperature). Failure, without an error raised, for anything

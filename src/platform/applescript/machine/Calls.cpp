@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <new>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -577,4 +577,4 @@ bool Interpreter::defineParent(Value value, Value property) {
     return true;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -9,7 +9,7 @@
 #include "platform/applescript/machine/HeapObject.h"
 #include "platform/base/OSStatus.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 // X(name): the internal instructions. r = register, k = constant; operands a b c d are 16 bits, `target` takes the place of c and d.
 // clang-format off
@@ -143,4 +143,4 @@ struct Code {
     std::uint32_t offsetOf(std::size_t instruction) const;
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

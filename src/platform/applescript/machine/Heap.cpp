@@ -8,7 +8,7 @@
 #include <cstring>
 #include <new>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -532,4 +532,4 @@ void Heap::collect() {
     ++mCollections;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

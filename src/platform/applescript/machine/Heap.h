@@ -15,7 +15,7 @@
 #include <functional>
 #include <span>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 class Heap {
 public:
@@ -156,4 +156,4 @@ private:
     Heap& mHeap;
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -15,7 +15,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 enum class HeapType : std::uint8_t {
     Symbol,
@@ -288,4 +288,4 @@ inline T* as(Value value) {
     return is<T>(value) ? static_cast<T*>(value.asObject()) : nullptr;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

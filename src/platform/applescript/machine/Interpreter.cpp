@@ -8,7 +8,7 @@
 
 #pragma GCC diagnostic ignored "-Wpedantic" // addresses of labels: the loop jumps from instruction to instruction
 
-namespace quoddle {
+namespace quoddle::machine {
 
 const void* const* Interpreter::labels() {
     static const void* const* const kLabels = [] {
@@ -637,4 +637,4 @@ raised:
 #undef STORE_OR_RAISE
 #undef CHECK_OR_RAISE
 
-} // namespace quoddle
+} // namespace quoddle::machine

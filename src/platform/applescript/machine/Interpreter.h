@@ -4,7 +4,7 @@
 
 #include "platform/applescript/machine/Machine.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 class Interpreter {
 public:
@@ -67,4 +67,4 @@ private:
     friend class Machine;
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

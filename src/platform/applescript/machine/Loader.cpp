@@ -7,7 +7,7 @@
 
 #include <unordered_set>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -148,7 +148,7 @@ Value Loader::loadList(std::span<Object* const> items, std::uint8_t flags) {
 }
 
 Value Loader::loadData(const Object* object) {
-    if (object->tag == kApplicationTag)
+    if (object->tag == syntax::kApplicationTag)
         return loadApplication(object);
     if (object->tag != kDescriptorTag || object->bytes.size() < 4)
         return Value::object(mMachine.heap().make<Stored>(object));
@@ -162,7 +162,7 @@ Value Loader::loadData(const Object* object) {
 Value Loader::loadApplication(const Object* object) {
     Application* application = mMachine.heap().make<Application>();
     application->literal = object;
-    application->name = applicationName(object->bytes);
+    application->name = syntax::applicationName(object->bytes);
     return Value::object(application);
 }
 
@@ -456,4 +456,4 @@ Object* Saver::saveScript(Script* script) {
     return saved;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -4,7 +4,7 @@
 
 #include "platform/applescript/machine/Machine.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 /// Makes values of stored objects. What was not recognised becomes a Stored value. One loader keeps the identity of the scripts it has met.
 class Loader {
@@ -61,4 +61,4 @@ private:
     OSStatus mStatus = noErr;
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -14,7 +14,7 @@
 #include <new>
 #include <sys/mman.h>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -261,4 +261,4 @@ Value Machine::makeScript(Handler* initialiser, Value name, const Object* tree, 
     return interpreter.run();
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -18,11 +18,11 @@
 #include <memory>
 #include <utility>
 
-namespace quoddle {
-
-namespace language {
+namespace quoddle::language {
 class TextElementIndex;
 }
+
+namespace quoddle::machine {
 
 /// What a script is told about an error, and what it tells its caller.
 struct ScriptError {
@@ -188,4 +188,4 @@ private:
     std::atomic<bool> mInterrupted{false};
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

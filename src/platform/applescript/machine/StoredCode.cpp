@@ -3,7 +3,7 @@
 
 #include <array>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -105,4 +105,4 @@ std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view byte
     return code;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -2,14 +2,14 @@
 // Decodes the bytes of a handler into instructions and checks that they hang together: known codes, operands in range, branches to instructions.
 #pragma once
 
-#include "platform/applescript/compiler/Opcode.h"
+#include "platform/applescript/image/Opcode.h"
 
 #include <cstddef>
 #include <optional>
 #include <string_view>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 struct StoredInstruction {
     Opcode opcode;         // the packed codes without their operand bits
@@ -29,4 +29,4 @@ const OpcodeInfo& infoOf(Opcode opcode);
 /// Nothing when the code is damaged. A branch to the end of the code targets one past the last instruction.
 std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view bytes, std::size_t literals, std::size_t locals);
 
-} // namespace quoddle
+} // namespace quoddle::machine

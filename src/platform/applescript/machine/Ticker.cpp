@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <chrono>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -64,4 +64,4 @@ void Ticker::tick() {
     }
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 class Machine;
 
@@ -48,4 +48,4 @@ private:
     bool mIsResting = false; // until somebody wakes the thread
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

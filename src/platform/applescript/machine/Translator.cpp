@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -44,4 +44,4 @@ std::unique_ptr<Code> translate(const Handler& handler, Heap& heap, LiteralLoade
     }
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

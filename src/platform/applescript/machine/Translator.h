@@ -4,7 +4,7 @@
 
 #include "platform/applescript/machine/Code.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 class Heap;
 
@@ -15,4 +15,4 @@ using LiteralLoader = Value (*)(void* context, const Object* literal, const std:
 /// instruction that raises errOSACorruptData. `labels` are the interpreter's addresses by Op.
 std::unique_ptr<Code> translate(const Handler& handler, Heap& heap, LiteralLoader load, void* context, const void* const* labels);
 
-} // namespace quoddle
+} // namespace quoddle::machine

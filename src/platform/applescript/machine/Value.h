@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 struct HeapObject;
 
@@ -88,4 +88,4 @@ constexpr bool fitsInteger(std::int64_t value) {
     return value >= kMinimumInteger && value <= kMaximumInteger;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

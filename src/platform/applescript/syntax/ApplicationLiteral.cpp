@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -124,4 +124,4 @@ std::optional<ApplicationName> applicationOf(const Object* target) {
     return ApplicationName{known ? std::u16string(name->children[0]->text) : std::u16string(), byKey};
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 /// Tag of the Data object that holds an application.
 constexpr std::uint8_t kApplicationTag = 8;
@@ -31,4 +31,4 @@ struct ApplicationName {
 /// The application that a node refers to, itself or at the end of a chain of containers; nullopt when it refers to none.
 std::optional<ApplicationName> applicationOf(const Object* target);
 
-} // namespace quoddle
+} // namespace quoddle::syntax

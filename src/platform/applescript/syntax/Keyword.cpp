@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -41,4 +41,4 @@ std::string_view spellingOf(Keyword keyword) {
     return kRows[static_cast<std::size_t>(keyword)].spelling;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 // name, spelling, use
 // clang-format off
@@ -59,4 +59,4 @@ inline bool isReserved(Keyword keyword) {
 }
 std::string_view spellingOf(Keyword keyword);
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -9,7 +9,7 @@
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -392,4 +392,4 @@ std::unique_ptr<TokenList> tokenize(std::u16string_view source) {
     return list;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

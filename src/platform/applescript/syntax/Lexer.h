@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 struct StringHash {
     using is_transparent = void;
@@ -31,4 +31,4 @@ struct TokenList {
 
 std::unique_ptr<TokenList> tokenize(std::u16string_view source);
 
-} // namespace quoddle
+} // namespace quoddle::syntax

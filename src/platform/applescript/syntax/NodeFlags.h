@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace quoddle::flags {
+namespace quoddle::syntax::flags {
 
 enum Flag : std::uint16_t {
     // Line, as a wrapper around an expression
@@ -57,4 +57,4 @@ enum Flag : std::uint16_t {
     OldText = 1,
 };
 
-} // namespace quoddle::flags
+} // namespace quoddle::syntax::flags

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 // clang-format off
 #define QUODDLE_NODE_KINDS(X) \
@@ -73,4 +73,4 @@ constexpr std::uint8_t tagOf(NodeKind kind) {
     return static_cast<std::uint8_t>(kind);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

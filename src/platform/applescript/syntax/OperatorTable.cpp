@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/syntax/OperatorTable.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -131,4 +131,4 @@ std::span<const OperatorRow> wordOperators() {
     return kWords;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

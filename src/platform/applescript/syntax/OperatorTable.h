@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <span>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 /// How tightly operators bind, loosest first.
 enum class Level : std::uint8_t { Or, And, Not, Equality, Comparison, As, Concatenation, Sum, Product, Power, Operand };
@@ -40,4 +40,4 @@ std::span<const OperatorRow> symbolOperators();
 /// Of rows with the same node, flags and negation the first is the one that is printed.
 std::span<const OperatorRow> wordOperators();
 
-} // namespace quoddle
+} // namespace quoddle::syntax

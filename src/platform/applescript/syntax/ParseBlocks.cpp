@@ -5,7 +5,7 @@
 
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -138,4 +138,4 @@ void Parser::endOf(Keyword keyword, Keyword other) {
         expected(u"“" + utf16FromUTF8(spellingOf(keyword)) + u"”");
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -6,7 +6,7 @@
 
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 /// The name has been read: a variable, or a call when its arguments follow.
 Object* Parser::call(const Word& name, Place place, std::size_t firstToken) {
@@ -89,4 +89,4 @@ Object* Parser::userLabels() {
     return labels(pairs);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -159,4 +159,4 @@ void Parser::addLabel(std::vector<Object*>& pairs, Object* key, Object* value, s
     pairs.push_back(value);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -3,7 +3,7 @@
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 /// The statement of a one-line `if` or `tell`.
 Object* Parser::inlineStatement() {
@@ -226,4 +226,4 @@ Object* Parser::usingStatement() {
     return node(NodeKind::UsingTerms, {body, target}, 0, first);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

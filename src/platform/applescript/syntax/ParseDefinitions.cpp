@@ -8,7 +8,7 @@
 
 #include <set>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -321,4 +321,4 @@ void Parser::checkDeclarations(const Object* body) {
         look(line);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

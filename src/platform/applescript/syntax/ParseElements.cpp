@@ -8,7 +8,7 @@
 #include "platform/base/DateText.h"
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -254,4 +254,4 @@ Object* Parser::dateNamed(std::size_t firstToken) {
     return literal(mStore.data(kDataTag, bytes), firstToken);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -4,7 +4,7 @@
 
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 Object* Parser::fail(OSStatus number, std::u16string message, SourceRange range) {
     if (!failed()) {
@@ -123,4 +123,4 @@ void Parser::expect(Symbol symbol) {
         expected(u"“" + std::u16string(kSpellings[static_cast<std::size_t>(symbol)]) + u"”");
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -4,7 +4,7 @@
 #include "platform/applescript/syntax/OperatorTable.h"
 #include "platform/applescript/syntax/ParserState.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -132,4 +132,4 @@ Object* Parser::typeName() {
     return broken ? wrap(type, flags::BreakBefore, first) : type;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

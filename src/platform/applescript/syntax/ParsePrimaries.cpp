@@ -5,7 +5,7 @@
 
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -351,4 +351,4 @@ Object* Parser::rawData(std::u16string_view text) {
     return literal(mStore.data(kDataTag, data), first);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

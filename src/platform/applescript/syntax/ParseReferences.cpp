@@ -3,7 +3,7 @@
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -170,4 +170,4 @@ bool Parser::startsOperand(std::size_t ahead) const {
     return matchTerm({TermKind::Event, TermKind::Property, TermKind::Class}, ahead).words > 1;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -3,7 +3,7 @@
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 /// A line break in front of a statement (behind `then` or `to`) is kept by the statement, or by what an expression begins with.
 Object* Parser::statement() {
@@ -225,4 +225,4 @@ Object* Parser::continueStatement() {
     return node(NodeKind::Continue, {call}, 0, first);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

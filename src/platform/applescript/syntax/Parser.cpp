@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -184,4 +184,4 @@ Result<Object*, ParseError> parse(std::u16string_view source, ObjectStore& store
     return tree;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

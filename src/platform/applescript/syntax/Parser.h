@@ -20,7 +20,7 @@
 #include <utility>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 struct ParseError {
     OSStatus number = noErr;
@@ -60,4 +60,4 @@ struct ParseOptions {
 /// The tree of a script: what the tree child of its Script block holds. Nil for a script without a line. The objects are made in `store`.
 Result<Object*, ParseError> parse(std::u16string_view source, ObjectStore& store, const ParseOptions& options = {});
 
-} // namespace quoddle
+} // namespace quoddle::syntax

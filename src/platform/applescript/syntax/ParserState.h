@@ -16,7 +16,7 @@
 #include <span>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 class Parser {
 public:
@@ -277,4 +277,4 @@ private:
     std::size_t mDepth = 0;
 };
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/syntax/Prepositions.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -48,4 +48,4 @@ std::string_view prepositionOf(FourCharCode code) {
     return {};
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -9,7 +9,7 @@
 #include <span>
 #include <string_view>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 struct Preposition {
     std::array<Keyword, 2> words; // the second may be None
@@ -22,4 +22,4 @@ std::span<const Preposition> prepositions();
 /// The words for a code; empty when it is no preposition's.
 std::string_view prepositionOf(FourCharCode code);
 
-} // namespace quoddle
+} // namespace quoddle::syntax

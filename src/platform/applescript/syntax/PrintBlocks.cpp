@@ -3,7 +3,7 @@
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/PrinterState.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -180,4 +180,4 @@ void Printer::consideringStatement(const Object* node) {
     body(node->children[0], considering ? "end considering" : "end ignoring");
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -241,4 +241,4 @@ bool Printer::exposes(const Object* node, const EventTerm* term) const {
     return false;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

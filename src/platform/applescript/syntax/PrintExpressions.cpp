@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -312,4 +312,4 @@ void Printer::fields(const Object* record) {
     }
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -7,7 +7,7 @@
 #include <array>
 #include <utility>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -220,4 +220,4 @@ void Printer::owner(const Object* node) {
     put(Kind::Plain, u")");
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -323,4 +323,4 @@ void Printer::heading(const Object* call) {
     }
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -9,7 +9,7 @@
 #include "platform/base/RealText.h"
 #include "platform/base/Text.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 /// The code of a term that a `use`d application or library defines.
 const Object* Printer::withoutSource(const Object* code) {
@@ -128,4 +128,4 @@ void Printer::data(const Object* object) {
     }
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

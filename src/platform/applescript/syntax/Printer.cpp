@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -72,4 +72,4 @@ std::u16string printTree(const Object* tree, const PrintOptions& options) {
     return Printer(tree, options).print(tree);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

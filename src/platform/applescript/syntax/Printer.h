@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 enum class PrintedKind : std::uint8_t { Plain, Keyword, Term, Identifier, Operator, Literal, Comment };
 
@@ -36,4 +36,4 @@ struct PrintOptions {
 /// not well formed (syntax/TreeShape.h), as one out of a damaged file may be.
 std::u16string printTree(const Object* tree, const PrintOptions& options = {});
 
-} // namespace quoddle
+} // namespace quoddle::syntax

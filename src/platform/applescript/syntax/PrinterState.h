@@ -9,7 +9,7 @@
 
 #include <span>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 class Printer {
 public:
@@ -128,4 +128,4 @@ private:
     bool mTail = true;
 };
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <unicode/uchar.h>
 
-namespace quoddle::sourcetext {
+namespace quoddle::syntax::sourcetext {
 
 namespace {
 
@@ -86,4 +86,4 @@ std::u16string rawData(std::string_view typeAndBytes) {
     return out += u"»";
 }
 
-} // namespace quoddle::sourcetext
+} // namespace quoddle::syntax::sourcetext

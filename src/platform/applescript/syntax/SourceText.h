@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace quoddle::sourcetext {
+namespace quoddle::syntax::sourcetext {
 
 /// In double quotes; quotes and backslashes escaped, everything else as it is, line ends too.
 std::u16string quoted(std::u16string_view text);
@@ -33,4 +33,4 @@ std::u16string rawCode(std::u16string_view kind, std::string_view bytes);
 /// «data» with a type and its bytes in hexadecimal digits.
 std::u16string rawData(std::string_view typeAndBytes);
 
-} // namespace quoddle::sourcetext
+} // namespace quoddle::syntax::sourcetext

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 enum class TokenKind : std::uint8_t {
     End, // of the script
@@ -75,4 +75,4 @@ struct Token {
     std::u16string_view text;
 };
 
-} // namespace quoddle
+} // namespace quoddle::syntax

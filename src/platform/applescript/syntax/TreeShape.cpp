@@ -7,7 +7,7 @@
 #include <array>
 #include <unordered_map>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -104,4 +104,4 @@ bool isWellFormed(const Object* tree) {
     return true;
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -8,9 +8,9 @@
 
 #include "platform/applescript/image/Object.h"
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 /// Takes time in proportion to the number of objects.
 bool isWellFormed(const Object* tree);
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The machine against code that no compiler wrote, and its promises about time and memory.
 #include "platform/applescript/machine/Machine.h"
-#include "platform/applescript/compiler/Opcode.h"
 #include "platform/applescript/image/Block.h"
+#include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/machine/StoredCode.h"
 #include "platform/base/Text.h"
@@ -12,7 +12,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-namespace quoddle {
+namespace quoddle::machine {
 namespace {
 
 std::string code(std::initializer_list<int> bytes) {
@@ -150,4 +150,4 @@ TEST_F(MachineTest, CollectsWhileACommandWaits) {
 }
 
 } // namespace
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -102,4 +102,4 @@ TEST(Lexer, KeepsTheFirstSpellingAndEveryPosition) {
     EXPECT_EQ(list->tokens[1].end, 11u);
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -149,4 +149,4 @@ TEST(ParseError, DamagedSourceIsRefusedOrReadAgain) {
     }
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -259,4 +259,4 @@ TEST(Parser, LinesAndComments) {
     });
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -367,4 +367,4 @@ TEST(Printer, RunsCoverTheText) {
     EXPECT_EQ(kinds, "1301201050506");
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 using namespace sourcetext;
 
@@ -33,4 +33,4 @@ TEST(SourceText, ApplicationLiterals) {
         applicationName(std::string_view(data).substr(0, length)); // whatever it answers, it reads no further
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

@@ -7,7 +7,7 @@
 
 #include <sstream>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 namespace {
 
@@ -94,4 +94,4 @@ std::string treeText(const Object* tree) {
     return head.str() + (tree->children.empty() ? "" : " ") + listText("", tree->children, ")");
 }
 
-} // namespace quoddle
+} // namespace quoddle::syntax

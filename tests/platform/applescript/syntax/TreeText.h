@@ -9,8 +9,8 @@
 
 #include <string>
 
-namespace quoddle {
+namespace quoddle::syntax {
 
 std::string treeText(const Object* tree);
 
-} // namespace quoddle
+} // namespace quoddle::syntax

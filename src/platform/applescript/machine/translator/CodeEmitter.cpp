@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 std::size_t CodeEmitter::emit(Op op, std::size_t a, std::size_t b, std::size_t c, std::size_t d) {
     if (std::max({a, b, c, d}) > 0xFFFF)
@@ -53,4 +53,4 @@ bool writesOnlyItsTarget(Op op) {
            op == Op::Count;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

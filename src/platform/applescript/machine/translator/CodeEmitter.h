@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 class CodeEmitter {
 public:
@@ -48,4 +48,4 @@ private:
 /// Does the instruction nothing but set r[a]?
 bool writesOnlyItsTarget(Op op);
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 HandlerTranslator::Method HandlerTranslator::methodFor(Opcode opcode) {
     using T = HandlerTranslator;
@@ -173,4 +173,4 @@ void HandlerTranslator::run() {
     mCode.frameSize = static_cast<std::uint32_t>(mStack.frameSize());
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

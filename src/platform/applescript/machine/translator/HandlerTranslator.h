@@ -7,7 +7,7 @@
 #include "platform/applescript/machine/Translator.h"
 #include "platform/applescript/machine/translator/SymbolicStack.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 class HandlerTranslator {
 public:
@@ -158,4 +158,4 @@ private:
     bool mReachable = true;
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -151,4 +151,4 @@ bool StoredHandler::topIsDead(std::int32_t target, int limit) const {
     return false;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

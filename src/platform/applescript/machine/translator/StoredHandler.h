@@ -9,7 +9,7 @@
 #include <span>
 #include <vector>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 /// Thrown while translating: the stored code makes no sense.
 struct Corruption {};
@@ -54,4 +54,4 @@ private:
     bool mUsesResult = false;
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 constexpr std::size_t kMaximumRegisters = 60000;
@@ -200,4 +200,4 @@ void SymbolicStack::setShape(const Shape& shape) {
     }
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -6,7 +6,7 @@
 #include "platform/applescript/machine/translator/CodeEmitter.h"
 #include "platform/applescript/machine/translator/StoredHandler.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 struct Entry {
     enum class Kind : std::uint8_t { Register, Local, Constant, Me, It, Next, Saved };
@@ -81,4 +81,4 @@ private:
     std::size_t mMaximumDepth = 0;
 };
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 /// What a handler, a command or a collection gets: values, but for references into applications.
 void HandlerTranslator::prepareArguments(std::size_t from, Evaluate how) {
@@ -144,4 +144,4 @@ void HandlerTranslator::defineParent() {
     mOut.emit(Op::DefineParent, mStack.reg(mStack.top()), 0, literalConstant());
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

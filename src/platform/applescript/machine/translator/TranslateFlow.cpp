@@ -2,7 +2,7 @@
 // Jumps and the places they lead to; truth values that only decide where to go on.
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -160,4 +160,4 @@ void HandlerTranslator::testIf() {
     merge(here().first);
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

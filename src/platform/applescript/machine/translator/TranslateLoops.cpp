@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 void HandlerTranslator::linkRepeat() {
     if (here().first <= static_cast<std::int32_t>(mAt))
@@ -80,4 +80,4 @@ void HandlerTranslator::exitLoop() {
     mReachable = false;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

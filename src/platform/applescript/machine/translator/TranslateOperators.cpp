@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -87,4 +87,4 @@ void HandlerTranslator::makeCollection() {
         mStack.pushRegister(mOut.emit(Op::MakeList, first, first, count));
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -2,7 +2,7 @@
 // Specifiers are built only where nothing shorter does: a property or an element of a value of this machine is got or set at once.
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 
@@ -155,4 +155,4 @@ bool HandlerTranslator::emitStore(std::size_t from) {
     return true;
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 namespace {
 constexpr std::size_t kSavedByTry = 3;
@@ -106,4 +106,4 @@ void HandlerTranslator::catchError() {
     std::fill(mDefined.begin(), mDefined.end(), false);
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace quoddle {
+namespace quoddle::machine {
 
 void HandlerTranslator::pushValue() {
     const Opcode opcode = here().opcode;
@@ -159,4 +159,4 @@ void HandlerTranslator::swap() {
     std::swap(a, b);
 }
 
-} // namespace quoddle
+} // namespace quoddle::machine
