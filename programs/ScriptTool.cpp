@@ -4,7 +4,7 @@
 #include "platform/additions/StandardAdditions.h"
 #include "platform/ae/transport/AETransport.h"
 #include "platform/applescript/AppleScriptComponent.h"
-#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/base/File.h"
 #include "platform/base/FileDescriptor.h"
 #include "platform/base/Text.h"

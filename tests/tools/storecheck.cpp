@@ -4,7 +4,7 @@
 //     storecheck FOLDER [OUT]
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/image/Block.h"
-#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/base/File.h"
 
 #include <filesystem>

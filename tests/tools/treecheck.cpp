@@ -13,7 +13,7 @@
 // It prints counts and, for each file that fails, the first difference. It is a tool for a person, not a test: what it is run on does not
 // belong to us.
 #include "platform/applescript/image/Block.h"
-#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/applescript/syntax/ApplicationLiteral.h"
 #include "platform/applescript/syntax/NodeKind.h"
 #include "platform/applescript/syntax/Parser.h"

@@ -3,8 +3,7 @@
 //     log 1 + 2 --> 3
 // Values are compared as source text, in the order in which the script logs them; a script that ends in an error fails.
 #include "platform/applescript/compiler/Compiler.h"
-#include "platform/applescript/image/ImageReader.h"
-#include "platform/applescript/image/ImageWriter.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/machine/Loader.h"
 #include "platform/applescript/syntax/Parser.h"

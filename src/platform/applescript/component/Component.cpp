@@ -6,7 +6,7 @@
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/applescript/compiler/Compiler.h"
 #include "platform/applescript/component/Entry.h"
-#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/References.h"

@@ -2,7 +2,6 @@
 // From descriptors, which anybody may have made, to the values of a machine.
 #include "platform/ae/AESendMessage.h"
 #include "platform/applescript/component/Descriptors.h"
-#include "platform/applescript/component/EventCodes.h"
 #include "platform/base/Text.h"
 
 #include <unordered_map>

@@ -2,10 +2,11 @@
 // Names, stored scripts and addresses. Values as descriptors: ValueToDescriptor.cpp and DescriptorToValue.cpp.
 #include "platform/applescript/component/Descriptors.h"
 
-#include "platform/applescript/image/ImageReader.h"
-#include "platform/applescript/image/ImageWriter.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/applescript/machine/Loader.h"
 #include "platform/base/Text.h"
+
+#include <cstring>
 
 namespace quoddle::component {
 
@@ -67,6 +68,19 @@ const Application* applicationOf(Value value) {
         value = specifier->container;
     }
     return nullptr;
+}
+
+AEDesc descriptorOfEventName(std::string_view characters) {
+    const FourCharCode codes[] = {fourCharCode(characters.substr(0, 4)), fourCharCode(characters.substr(4, 4))};
+    return {"evnt"_4cc, {reinterpret_cast<const char*>(codes), sizeof codes}};
+}
+
+std::string eventNameOfDescriptor(const AEDesc& descriptor) {
+    FourCharCode codes[2];
+    if (descriptor.data().size() < sizeof codes)
+        return {};
+    std::memcpy(codes, descriptor.data().data(), sizeof codes);
+    return bytesOf(codes[0]) + bytesOf(codes[1]);
 }
 
 } // namespace quoddle::component

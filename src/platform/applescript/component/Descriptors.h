@@ -39,4 +39,10 @@ AEDesc addressOf(const Application& application);
 /// The application that a specifier or an application value belongs to; null when it belongs to none.
 const Application* applicationOf(Value value);
 
+/// An "evnt" descriptor for an event's name, of which a script holds class and ID as eight characters. The descriptor has them as two codes in the byte order of the
+/// processor, like all descriptor data.
+AEDesc descriptorOfEventName(std::string_view characters);
+/// The eight characters for an "evnt" descriptor. Empty when the descriptor holds fewer than two codes.
+std::string eventNameOfDescriptor(const AEDesc& descriptor);
+
 } // namespace quoddle::component

@@ -8,7 +8,6 @@
 #include "platform/applescript/component/Entry.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Display.h"
-#include "platform/applescript/language/ErrorTexts.h"
 #include "platform/applescript/language/References.h"
 #include "platform/base/Text.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/component/Fingerprint.h"
+#include "platform/applescript/component/Component.h"
 
 #include <functional>
 

@@ -5,9 +5,8 @@
 // to ask that is error -1713.
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
-#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/applescript/language/Display.h"
-#include "platform/applescript/language/ErrorTexts.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/syntax/NodeKind.h"

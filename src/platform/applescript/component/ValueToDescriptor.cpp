@@ -2,7 +2,6 @@
 // From the values of a machine to descriptors.
 #include "platform/ae/AEObjects.h"
 #include "platform/applescript/component/Descriptors.h"
-#include "platform/applescript/component/EventCodes.h"
 #include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/language/References.h"
 

@@ -34,9 +34,9 @@ enum RecordKind : std::uint8_t {
 };
 
 constexpr std::uint8_t kIdentifierTag = 0x30;
-/// Nesting of records; real scripts stay below 200.
+/// Bound on the nesting of records; real scripts stay below 200.
 constexpr std::size_t kMaximumDepth = 1000;
-/// List items that may be held once more because lists share a tail; no real script has any.
+/// Bound on the list items that are held more than once because lists share a tail; no real script has any.
 constexpr std::size_t kMaximumCopied = 1 << 20;
 
 } // namespace quoddle::image

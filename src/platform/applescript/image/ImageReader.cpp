@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/image/ImageReader.h"
+#include "platform/applescript/image/Image.h"
 
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/image/ImageFormat.h"
@@ -22,7 +22,7 @@ std::string_view withoutShebang(std::string_view bytes) {
     return end == std::string_view::npos ? std::string_view() : bytes.substr(end + 1);
 }
 
-/// Old names and texts are Mac Roman, newer ones UTF-8; both are kept as UTF-8.
+/// Old scripts have names in Mac Roman, newer ones in UTF-8; in memory all are UTF-8.
 std::string nameFromBytes(std::string_view bytes) {
     return isValidUTF8(bytes) ? std::string(bytes) : utf8FromUTF16(utf16FromMacRoman(bytes));
 }
@@ -89,10 +89,10 @@ private:
 
     Object* tailOf(const Cell& cell) {
         if (cell.offset > cell.chain->children.size())
-            return nullptr; // the chain is still being read: it would contain itself
+            return nullptr; // a chain that is still being read would contain itself
         auto rest = cell.chain->children.subspan(cell.offset);
         if ((mCopied += rest.size()) > kMaximumCopied)
-            return nullptr; // many lists that end in one long tail: small to store, endless to hold
+            return nullptr; // a small file can hold very many lists that end in one long tail, each of which needs a copy of it
         return cell.chain->kind == ObjectKind::List ? mStore.list(rest) : mStore.record(rest);
     }
 
@@ -123,7 +123,7 @@ Object* Reader::readBytes(const Header& header, std::size_t size, ObjectKind kin
     return remember(header.reference, object);
 }
 
-/// Cells are read in a loop: a block of 5,000 statements is a chain of 5,000 cells.
+/// Reads cells in a loop and not recursively: a block of 5,000 statements is a chain of 5,000 cells.
 Object* Reader::readChain(const Header& first, ObjectKind kind, std::uint16_t cellSize) {
     const RecordKind cellKind = kind == ObjectKind::List ? kListCell : kRecordCell;
     Object* chain = remember(first.reference, mStore.unfinished(kind, 0, 0));
@@ -171,7 +171,7 @@ Object* Reader::readChildren(const Header& header, ObjectKind kind, std::uint8_t
     for (auto& reference : references)
         if (!take(reference))
             return nullptr;
-    // Known before its children are read: graphs are cyclic.
+    // Graphs are cyclic, so an object must be known before its children are read.
     Object* object = remember(header.reference, mStore.unfinished(kind, tag, references.size()));
     for (std::size_t i = 0; i < references.size(); ++i)
         if (!(object->children[i] = resolve(references[i])))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/image/ImageWriter.h"
+#include "platform/applescript/image/Image.h"
 
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/image/ImageFormat.h"
@@ -15,7 +15,8 @@ namespace {
 
 using namespace image;
 
-/// Small leaves are repeated wherever they are used; only what is big or has an identity is shared, for shared objects are few (16 bits).
+/// Whether an object is written once and then referred to. References have 16 bits, so small objects without identity are written again at
+/// each use.
 bool isSharable(const Object& object) {
     switch (object.kind) {
     case ObjectKind::Nil:
@@ -93,7 +94,8 @@ private:
         put16(size16(size));
     }
 
-    /// Once-used numbers only have to be negative and to match between mention and record, so they start over when they run out.
+    /// A reference for an object that is used once. Such numbers only have to be negative and to match between mention and record, so they
+    /// start over when they run out.
     std::int16_t onceUsed() {
         mOnceUsed = mOnceUsed == INT16_MIN ? std::int16_t(-1) : static_cast<std::int16_t>(mOnceUsed - 1);
         return mOnceUsed;

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The stored objects: what a compiled script consists of when it does not run.
 //
-// One model for everything that a compiled script holds: syntax-tree nodes, handlers, literals and saved property values. The parser
-// builds it, the printer and the compiler read it, the image reader and writer move it between memory and file. The running machine has
-// values of its own (machine/Value.h) and never changes an object that it was loaded from.
+// One model for everything that a compiled script holds: syntax-tree nodes, handlers, literals and saved property values. The parser builds
+// it, the printer and the compiler read it, the image reader and writer move it between memory and file. The running machine has values of
+// its own (machine/Value.h) and never changes an object that it was loaded from.
 //
 // Decision: objects live in an ObjectStore and are plain records linked by pointers; graphs may be cyclic and may cross stores. Price:
-// nothing is freed before its store is. It does not know what the objects mean; syntax/NodeKind.h and image/Block.h name their tags.
+// nothing is freed before its store is. This model does not know what the objects mean; syntax/NodeKind.h and image/Block.h name their
+// tags.
 #pragma once
 
 #include "platform/base/FourCharCode.h"
@@ -27,16 +28,16 @@ enum class ObjectKind : std::uint8_t {
     Boolean,
     Integer,
     Real,
-    Code,       // tag says which: CodeTag; `bytes` holds 4, 8 or 24 bytes
+    Code,       // `tag` is a CodeTag; `bytes` holds 4, 8 or 24 bytes
     Identifier, // `bytes` = comparison key in UTF-8, `spelling` = as written (empty: spelled like the key)
     Text,       // `text`; flags bit 0: stored in the old 8-bit form
     Data,       // tagged bytes
     Raw,        // untagged bytes (code)
     List,       // children
     Record,     // children: key, value, key, value …
-    Block,      // tagged vector: tag says which (image/Block.h)
+    Block,      // tagged vector: `tag` as in image/Block.h
     Vector,     // untagged vector
-    Node,       // syntax-tree node: tag = NodeKind, flags, start and end offset in the handler's code
+    Node,       // syntax-tree node: `tag` is a NodeKind; with flags, and start and end offset in the handler's code
 };
 
 /// Tags of Code objects.
@@ -87,7 +88,7 @@ public:
     Object* constant(FourCharCode enumeration, FourCharCode value);
     /// 24 bytes, see CodeTag::Event.
     Object* event(std::string_view bytes);
-    /// An empty spelling, or one equal to the key, is stored as empty.
+    /// A spelling that equals the key is stored as an empty one.
     Object* identifier(std::string_view key, std::string_view spelling = {});
     Object* text(std::u16string_view text);
     Object* data(std::uint8_t tag, std::string_view bytes);
@@ -103,10 +104,10 @@ public:
         return node(tag, std::span(children.begin(), children.size()), flags);
     }
 
-    /// For the image reader: an object of a kind with room for `count` children (all nil until set).
+    /// For the image reader, which has to know an object before its children: an object with room for `count` children, all nil until set.
     Object* unfinished(ObjectKind kind, std::uint8_t tag, std::size_t count);
 
-    /// Copies that live as long as the store.
+    /// Copies bytes or text; the copy lives as long as the store.
     std::string_view keep(std::string_view bytes);
     std::u16string_view keep(std::u16string_view text);
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The instruction set of compiled scripts. One list: the compiler, the decoder, the verifier and the translator of the machine read it.
+// The instruction set of compiled scripts. One list, read by the compiler, the decoder, the verifier and the translator of the machine.
 //
-// One byte of operation code, then 16-bit operands, high byte first. A branch is counted from the place of its own operand. The stack column names what an
-// instruction takes and leaves, bottom first; "keep" means that the value is stored and stays on the stack.
+// An instruction is one byte of operation code, then 16-bit operands, high byte first. A branch offset is counted from the place of the
+// operand itself. The comments show what an instruction takes from the stack and leaves there, bottom first; "keep" means that the value is
+// stored and stays on the stack.
 #pragma once
 
 #include <cstdint>
@@ -16,11 +17,11 @@ enum class Operands : std::uint8_t {
     Scope,          // depth, index
     Branch,         // offset
     TwoLiterals,    // message variable, pattern
-    PackedLocal,    // low 4 bits of the code
-    PackedLiteral,  // likewise
+    PackedLocal,    // index of a local variable, in the low 4 bits of the operation code
+    PackedLiteral,  // index of a literal, likewise
 };
 
-// X(name, code, operands, values taken, values left). A count of -1: given by the integer on top of the stack.
+// X(name, code, operands, values taken, values left). A count of -1 means that the integer on top of the stack gives the number.
 // clang-format off
 #define QUODDLE_OPCODES(X) \
     X(Equal, 0x00, None, 2, 1) X(NotEqual, 0x01, None, 2, 1) X(GreaterThan, 0x02, None, 2, 1) X(GreaterThanOrEqual, 0x03, None, 2, 1) \

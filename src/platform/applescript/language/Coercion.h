@@ -4,6 +4,8 @@
 
 #include "platform/applescript/machine/Machine.h"
 
+#include <optional>
+
 namespace quoddle::language {
 
 using machine::Machine;
@@ -26,5 +28,11 @@ Text* textOf(Machine& machine, Value value);
 Value cannotMake(Machine& machine, Value value, FourCharCode wanted);
 /// Raises the error of a value that would be longer than values may be.
 Value tooLarge(Machine& machine);
+
+/// The amount of a measure; nothing for any other value.
+std::optional<double> amountOf(Value value);
+/// A measure of a number, or of a measure of the same kind (length, area, cubic or liquid volume, weight, temperature). Failure, without an error raised, for anything
+/// else and when `unit` is no unit.
+Value makeMeasure(Machine& machine, Value from, FourCharCode unit);
 
 } // namespace quoddle::language

@@ -2,7 +2,7 @@
 #include "platform/applescript/language/Display.h"
 
 #include "platform/applescript/language/Files.h"
-#include "platform/applescript/language/Units.h"
+#include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/applescript/terminology/Terminology.h"
 #include "platform/base/DateText.h"

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
+#include "platform/base/OSStatus.h"
 
 namespace quoddle::language {
 
@@ -19,5 +20,10 @@ std::u16string humanDisplay(Machine& machine, Value value);
 bool isKnownProperty(FourCharCode code);
 /// The words for a class, a property, a constant or a command; in chevrons when no dictionary has them.
 std::u16string termFor(Value value);
+
+/// Never empty; unknown numbers get the general text.
+std::u16string messageFor(OSStatus number);
+/// The text that names what it is about: the offending object and the expected type, as messages show them.
+std::u16string messageFor(OSStatus number, std::u16string_view object, std::u16string_view type);
 
 } // namespace quoddle::language

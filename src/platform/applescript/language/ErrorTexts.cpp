@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/language/ErrorTexts.h"
+#include "platform/applescript/language/Display.h"
 
 #include <algorithm>
 #include <iterator>

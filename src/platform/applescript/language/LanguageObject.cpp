@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/language/LanguageObject.h"
+#include "platform/applescript/language/References.h"
 
 #include "platform/applescript/language/Coercion.h"
-#include "platform/applescript/language/References.h"
 
 #include <numbers>
 

@@ -5,7 +5,6 @@
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/References.h"
-#include "platform/applescript/language/Units.h"
 
 namespace quoddle::language {
 

@@ -10,6 +10,7 @@ namespace quoddle::language {
 
 using machine::Evaluate;
 using machine::Machine;
+using machine::Script;
 using machine::Specifier;
 using machine::Value;
 
@@ -38,5 +39,11 @@ bool setSpecifier(Machine& machine, Value specifier, Value value);
 Value count(Machine& machine, Value value);
 /// Items, in a fresh list.
 Value deepCopy(Machine& machine, Value value);
+
+/// Made once for a machine, which keeps it.
+Script* makeLanguageObject(Machine& machine);
+
+/// The delimiters that are set, references followed. Never empty: no delimiter is one empty text.
+std::vector<std::u16string> textItemDelimiters(Machine& machine);
 
 } // namespace quoddle::language

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/language/TextElements.h"
 
-#include "platform/applescript/language/LanguageObject.h"
+#include "platform/applescript/language/References.h"
 #include "platform/base/TextSearch.h"
 
 #include <algorithm>

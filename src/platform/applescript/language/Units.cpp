@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/language/Units.h"
+#include "platform/applescript/language/Coercion.h"
 
 #include <algorithm>
 #include <cstring>

@@ -4,7 +4,6 @@
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Commands.h"
 #include "platform/applescript/language/Display.h"
-#include "platform/applescript/language/ErrorTexts.h"
 #include "platform/applescript/language/Operators.h"
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/machine/Interpreter.h"

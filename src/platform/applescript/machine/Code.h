@@ -143,4 +143,13 @@ struct Code {
     std::uint32_t offsetOf(std::size_t instruction) const;
 };
 
+class Heap;
+
+/// Turns a stored literal into a value. Set by the loader.
+using LiteralLoader = Value (*)(void* context, const Object* literal, const std::shared_ptr<ObjectStore>& store);
+
+/// Never null. Code that makes no sense (unknown instruction, index out of range, jump into the middle of an instruction, unbalanced stack) becomes one
+/// instruction that raises errOSACorruptData. `labels` are the interpreter's addresses by Op.
+std::unique_ptr<Code> translate(const Handler& handler, Heap& heap, LiteralLoader load, void* context, const void* const* labels);
+
 } // namespace quoddle::machine

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/machine/Machine.h"
 
-#include "platform/applescript/language/ErrorTexts.h"
-#include "platform/applescript/language/LanguageObject.h"
+#include "platform/applescript/language/Display.h"
+#include "platform/applescript/language/References.h"
 #include "platform/applescript/language/TextElements.h"
 #include "platform/applescript/machine/Interpreter.h"
 #include "platform/applescript/machine/Loader.h"
 #include "platform/applescript/machine/Ticker.h"
-#include "platform/applescript/machine/Translator.h"
+#include "platform/applescript/machine/Code.h"
 
 #include <algorithm>
 #include <deque>

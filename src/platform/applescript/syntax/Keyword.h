@@ -3,7 +3,11 @@
 // like one.
 #pragma once
 
+#include "platform/base/FourCharCode.h"
+
+#include <array>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace quoddle::syntax {
@@ -58,5 +62,16 @@ inline bool isReserved(Keyword keyword) {
     return useOf(keyword) != KeywordUse::Free;
 }
 std::string_view spellingOf(Keyword keyword);
+
+struct Preposition {
+    std::array<Keyword, 2> words; // the second may be None
+    FourCharCode code;
+    std::string_view spelling;
+};
+
+std::span<const Preposition> prepositions();
+
+/// The words for a code; empty when it is no preposition's.
+std::string_view prepositionOf(FourCharCode code);
 
 } // namespace quoddle::syntax

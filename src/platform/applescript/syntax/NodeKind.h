@@ -5,6 +5,10 @@
 
 #include <cstdint>
 
+namespace quoddle {
+struct Object;
+}
+
 namespace quoddle::syntax {
 
 // clang-format off
@@ -72,5 +76,8 @@ enum class NodeKind : std::uint8_t {
 constexpr std::uint8_t tagOf(NodeKind kind) {
     return static_cast<std::uint8_t>(kind);
 }
+
+/// Takes time in proportion to the number of objects.
+bool isWellFormed(const Object* tree);
 
 } // namespace quoddle::syntax

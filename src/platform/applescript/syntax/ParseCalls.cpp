@@ -2,7 +2,7 @@
 // Calls of users' handlers: f(a, b), x's foo:a bar:b, f of x from y given z:1.
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
-#include "platform/applescript/syntax/Prepositions.h"
+#include "platform/applescript/syntax/Keyword.h"
 
 #include "platform/base/Text.h"
 

@@ -8,7 +8,7 @@
 
 #include "platform/applescript/image/Object.h"
 #include "platform/applescript/syntax/ApplicationLiteral.h"
-#include "platform/applescript/terminology/TermSource.h"
+#include "platform/applescript/terminology/Term.h"
 #include "platform/base/OSStatus.h"
 #include "platform/base/Result.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/syntax/Prepositions.h"
+#include "platform/applescript/syntax/Keyword.h"
 
 namespace quoddle::syntax {
 

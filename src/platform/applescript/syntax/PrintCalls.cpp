@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Commands and calls of handlers, with their labelled parameters.
 #include "platform/applescript/syntax/NodeFlags.h"
-#include "platform/applescript/syntax/Prepositions.h"
+#include "platform/applescript/syntax/Keyword.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Lines with their comments, statements of one line, definitions.
 #include "platform/applescript/syntax/NodeFlags.h"
-#include "platform/applescript/syntax/Prepositions.h"
+#include "platform/applescript/syntax/Keyword.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
 

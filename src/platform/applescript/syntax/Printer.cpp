@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/syntax/PrinterState.h"
-#include "platform/applescript/syntax/TreeShape.h"
+#include "platform/applescript/syntax/NodeKind.h"
 
 #include "platform/base/Text.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/syntax/TreeShape.h"
-
 #include "platform/applescript/syntax/NodeKind.h"
+
+#include "platform/applescript/image/Object.h"
 
 #include <algorithm>
 #include <array>
@@ -11,7 +11,7 @@ namespace quoddle::syntax {
 
 namespace {
 
-constexpr std::uint64_t kMaxSize = 20'000'000; // objects, those that are shared counted each time they are used
+constexpr std::uint64_t kMaxSize = 20'000'000; // objects; a shared one counts each time it is used
 constexpr std::uint32_t kMaxHeight = 10'000;
 constexpr std::uint8_t kUnknown = 0xFF;
 
@@ -49,7 +49,7 @@ bool hasShape(const Object* object) {
 struct Measure {
     std::uint64_t size = 1;
     std::uint32_t height = 1;
-    bool open = true; // its children are being looked at
+    bool open = true; // the walk is still among its children
 };
 
 } // namespace
@@ -79,7 +79,7 @@ bool isWellFormed(const Object* tree) {
                 path.push_back({child});
                 continue;
             }
-            if (at->second.open) // it contains itself
+            if (at->second.open) // the node contains itself
                 return false;
             Measure known = at->second;
             Measure& parent = seen[step.object];

@@ -35,7 +35,7 @@ void TermDictionary::addEvent(std::string_view words, FourCharCode eventClass, F
 void TermDictionary::finish() {
     for (std::size_t i = 0; i < mTerms.size(); ++i)
         mTerms[i].order = static_cast<std::uint16_t>(std::min<std::size_t>(i, 0xFFFF));
-    // The later of two equal terms counts; it has to be found first.
+    // Searches take the first term they meet; of two equal terms the later one has to win.
     std::ranges::reverse(mTerms);
     std::map<std::tuple<TermKind, FourCharCode, FourCharCode>, std::string_view> naming;
     for (const Term& term : mTerms) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// A dictionary that is put together at run time: an application's.
+// An application's dictionary, put together at run time.
 //
-// It owns its words. Terms are added in any order, then finish() sorts them; from then on it may be read from any thread. Of two terms of a
-// kind with one code the later one names the code, as in any dictionary; a synonym never does.
+// The dictionary owns its words. Terms are added in any order, then finish() sorts them; from then on any thread may read it. Where two
+// terms of a kind have one code the later one names the code, as in any dictionary; a synonym never does.
 #pragma once
 
-#include "platform/applescript/terminology/TermSource.h"
+#include "platform/applescript/terminology/Term.h"
 
 #include <deque>
 #include <string>
@@ -22,7 +22,7 @@ public:
     void addClass(std::string_view words, std::string_view plural, FourCharCode code, bool synonym = false);
     void addProperty(std::string_view words, FourCharCode code, bool boolean = false, bool synonym = false);
     void addConstant(std::string_view words, FourCharCode enumeration, FourCharCode value, bool synonym = false);
-    /// Parameters are copied, their words too.
+    /// Copies the parameters and their words.
     void addEvent(std::string_view words, FourCharCode eventClass, FourCharCode eventID, const EventTerm& event);
     void finish();
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How the dictionaries that are compiled in are written down: short rows, one list for each kind of term, which the compiler merges and
-// sorts.
+// How the dictionaries that are compiled in are written down: short rows, one list for each kind of term. The C++ compiler merges and sorts
+// them.
 #pragma once
 
 #include "platform/applescript/terminology/TermTable.h"
@@ -9,7 +9,7 @@ namespace quoddle::termrows {
 
 struct ClassRow {
     std::string_view words;
-    std::string_view plural; // empty: the class has none
+    std::string_view plural; // empty when the class has no plural
     FourCharCode code;
     bool synonym = false;
 };
@@ -36,9 +36,9 @@ struct EventRow {
     EventTerm event;
 };
 
-/// Flags of replies and direct parameters as compiled scripts store them.
+/// Flags of replies and direct parameters, with the values that compiled scripts store.
 constexpr std::uint32_t kRequired = 0;
-constexpr std::uint32_t kAbsent = 0xFFFF8000; // with type `null`; with another type: optional
+constexpr std::uint32_t kAbsent = 0xFFFF8000; // the type is then `null`; with any other type the same bits mean optional
 constexpr std::uint32_t kOptional = 0xFFFF8000;
 constexpr std::uint32_t kList = 0x4000;
 constexpr std::uint32_t kEnumerated = 0x2000;
@@ -55,7 +55,7 @@ struct Rows {
     }
 };
 
-/// Merged and sorted. N is the number of rows plus the number of plurals.
+/// All rows as terms, sorted by words. N is the number of rows plus the number of plurals.
 template<std::size_t N, class AnyRows>
 consteval std::array<Term, N> merged(const AnyRows& rows) {
     std::array<Term, N> terms{};
@@ -75,7 +75,7 @@ consteval std::array<Term, N> merged(const AnyRows& rows) {
     return terms;
 }
 
-/// Indexes of terms in the order of kind, code and group; synonyms after the words that are printed.
+/// Indexes of terms in the order of kind, code and group, for finding the words of a code. Synonyms come after the words that are printed.
 template<std::size_t N>
 consteval std::array<std::uint16_t, N> indexByCode(const std::array<Term, N>& terms) {
     std::array<std::uint16_t, N> index{};

@@ -2,7 +2,7 @@
 // A dictionary that is a sorted table made by the compiler: nothing is read, built or allocated when a program starts.
 #pragma once
 
-#include "platform/applescript/terminology/TermSource.h"
+#include "platform/applescript/terminology/Term.h"
 
 #include <algorithm>
 #include <array>
@@ -27,7 +27,7 @@ constexpr bool startsWithWord(std::string_view words, std::string_view first) {
 
 class TermTable final : public TermSource {
 public:
-    /// Both spans must outlive the table; `terms` sorted by words, `byCode` as indexByCode makes it.
+    /// Both spans must outlive the table. `terms` is sorted by words, `byCode` comes from indexByCode.
     constexpr TermTable(std::span<const Term> terms, std::span<const std::uint16_t> byCode) : mTerms(terms), mByCode(byCode) {}
 
     std::span<const Term> startingWith(std::string_view word) const override;

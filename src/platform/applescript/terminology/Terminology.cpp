@@ -7,7 +7,7 @@ namespace quoddle {
 
 namespace {
 
-/// Kinds that share their words: in one dictionary the later definition takes them.
+/// Classes and properties share their words: in one dictionary the later definition takes them.
 bool isNoun(TermKind kind) {
     return kind == TermKind::Class || kind == TermKind::Property;
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Terminology: which words mean what at one point of a script, and which words to print for a code there.
 //
-// Decision: dictionaries are layers. The target of the innermost `tell` is asked first, then the language, then the additions; an
-// application whose dictionary cannot be had is a layer too, an empty one, and hides those of the `tell`s around it as the real one would.
-// What kind of term fits a place is the caller's to say, by the order in which it lists kinds. It reads no dictionary files.
+// Decision: dictionaries are layers. The target of the innermost `tell` is asked first, then the language, then the additions. An
+// application whose dictionary cannot be had is an empty layer, which hides the dictionaries of the `tell`s around it as the real one
+// would. Callers say what kinds of terms fit a place, in the order in which they prefer them. Dictionary files are read elsewhere.
 #pragma once
 
-#include "platform/applescript/terminology/TermSource.h"
+#include "platform/applescript/terminology/Term.h"
 
 #include <initializer_list>
 #include <span>
@@ -17,7 +17,7 @@ namespace quoddle {
 
 struct TermMatch {
     const Term* term = nullptr;
-    /// How many words it took.
+    /// Number of words that the term consists of.
     std::size_t words = 0;
     const TermSource* source = nullptr;
 
@@ -28,29 +28,30 @@ class Terminology {
 public:
     using Kinds = std::initializer_list<TermKind>;
 
-    /// With the language's words and those of the Standard Additions.
+    /// Begins with the language's words and those of the Standard Additions.
     Terminology();
 
-    /// From here on the script does without the Standard Additions.
+    /// Removes the Standard Additions' words, for the rest of the script.
     void dropAdditions();
 
-    /// Enters a `tell` or `using terms from`; nullptr: the application's dictionary cannot be had. The source must outlive its stay.
+    /// Enters a `tell` or `using terms from`. Null when the application's dictionary cannot be had. The source must live until pop().
     void push(const TermSource* application) { mApplications.push_back(application); }
     void pop() { mApplications.pop_back(); }
     /// Adds an application's words to the whole script, after the language's (`use application`).
     void use(const TermSource* application) { mBase.push_back(application); }
-    /// Inside a `tell` whose target's dictionary cannot be had.
+    /// Whether the innermost `tell` has a target whose dictionary cannot be had.
     bool lacksDictionary() const { return !mApplications.empty() && !mApplications.back(); }
 
-    /// The longest term that `words` (lower case) begin with. Of equally long ones the source asked first wins, then the kind listed first.
+    /// The longest term that `words` (lower case) begin with. Of equally long ones the source that is asked first wins, then the kind that
+    /// is listed first.
     TermMatch match(std::span<const std::string_view> words, Kinds kinds) const;
-    /// Any term of one of the kinds starts with `word`, so that it is worth collecting more words.
+    /// Whether any term starts with `word`, so that it is worth collecting more words.
     bool mayStartTerm(std::string_view word) const;
     /// The term to print for a code: the first kind for which any source has a name.
     const Term* name(FourCharCode code, Kinds kinds, FourCharCode group = 0) const;
     /// The command that a pair of codes means here; nullptr when no dictionary has it.
     const Term* event(FourCharCode eventClass, FourCharCode eventID) const { return name(eventID, {TermKind::Event}, eventClass); }
-    /// The whole of `words` (one text, lower case) is a term here, so an identifier spelled so needs bars.
+    /// Whether the whole of `words` (one text, lower case) is a term here, so that an identifier spelled like it needs bars.
     bool isTerm(std::string_view words) const;
 
 private:
@@ -61,7 +62,7 @@ private:
     std::vector<const TermSource*> mApplications;
 };
 
-/// How many of `words` (lower case) the text of a term takes from their start; 0 when they don't begin with all of it.
+/// The number of words of a term when `words` (lower case) begin with all of them; 0 otherwise.
 std::size_t wordsOfTerm(std::string_view term, std::span<const std::string_view> words);
 
 } // namespace quoddle

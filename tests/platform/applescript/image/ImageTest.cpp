@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "platform/applescript/image/Image.h"
 #include "platform/applescript/image/Block.h"
-#include "platform/applescript/image/ImageReader.h"
-#include "platform/applescript/image/ImageWriter.h"
 
 #include <gtest/gtest.h>
 #include <random>

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/applescript/machine/Heap.h"
-#include "platform/applescript/machine/Translator.h"
+#include "platform/applescript/machine/Code.h"
 #include "platform/applescript/machine/translator/SymbolicStack.h"
 
 namespace quoddle::machine {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/machine/Translator.h"
+#include "platform/applescript/machine/Code.h"
 
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
