@@ -85,7 +85,8 @@ std::size_t CodeBuilder::literalIndex(Object* literal) {
         break;
     case ObjectKind::Code:
         key = static_cast<char>(literal->tag);
-        key += literal->bytes.substr(0, 8); // two literals of one command may differ in their flags
+        // Commands are told apart by class and ID alone, because two literals of one command may differ in the flags behind.
+        key += literal->bytes.substr(0, 8);
         break;
     case ObjectKind::Identifier:
         key = "u";

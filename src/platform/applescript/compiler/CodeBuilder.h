@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The code of one handler while it is written: bytes, literals, branches. It knows how instructions are encoded, not what they are for.
+// The code of one handler while it is written: bytes, literals, branches. This class knows how instructions are encoded, not what they are
+// for.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -11,7 +12,7 @@ namespace quoddle::compiler {
 
 class CodeBuilder {
 public:
-    /// A place that branches aim at; it may be used before it is placed.
+    /// The target of branches, which may be emitted before the target is placed.
     struct Label {
         std::int32_t position = -1;
         std::vector<std::size_t> uses;
@@ -20,7 +21,7 @@ public:
     explicit CodeBuilder(ObjectStore& store) : mStore(store) {}
 
     void emit(Opcode opcode) { mBytes += static_cast<char>(opcode); }
-    /// An instruction with a 16-bit index; the short form is chosen when there is one and the index is below 16.
+    /// The index of a local or a literal takes 16 bits; where an instruction has a short form, that is used for indexes below 16.
     void emitLocal(Opcode shortForm, Opcode longForm, std::size_t index) { emitIndexed(shortForm, longForm, index); }
     void emitLiteral(Opcode shortForm, Opcode longForm, Object* literal) { emitIndexed(shortForm, longForm, literalIndex(literal)); }
     void emitWithLiteral(Opcode opcode, Object* literal);
@@ -30,12 +31,12 @@ public:
     void branch(Opcode opcode, Label& label);
     void place(Label& label);
 
-    /// -1, 0, 1, 2 and 3 have instructions of their own.
+    /// Uses the instructions for -1, 0, 1, 2 and 3 where possible.
     void pushInteger(std::int32_t value);
     void pushLiteral(Object* literal) { emitLiteral(Opcode::PushLiteral, Opcode::PushLiteralLong, literal); }
 
     std::size_t size() const { return mBytes.size(); }
-    /// True once a branch, an index or the code's length no longer fits its field.
+    /// Whether a branch, an index or the code's length no longer fits its field. The code is then useless.
     bool overflowed() const { return mOverflowed || mBytes.size() > 0xFFFF || mLiterals.size() > 0x7FFF; }
 
     Object* bytes() { return mStore.raw(mBytes); }

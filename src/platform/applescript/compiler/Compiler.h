@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Compiles a syntax tree to the code of compiled scripts.
 //
-// The result of compiling a script is its *initialiser*: a handler whose locals are the slots of the script object, in order, and whose code gives the
-// properties their first values and binds the handlers. Running it makes the script object; only then is there something to store. Script objects inside
-// handlers have initialisers of their own, which are literals of the handlers around them.
+// The result of compiling a script is its *initialiser*: a handler whose locals are the slots of the script object, in order, and whose
+// code gives the properties their first values and binds the handlers. Running the initialiser makes the script object; only then is there
+// something to store. Script objects inside handlers have initialisers of their own, which are literals of the handlers around them.
 //
-// The compiler writes the start and end offsets of the code into the nodes of the tree. It knows no terminology: the tree holds codes.
+// The compiler writes the start and end offsets of the code into the nodes of the tree. It knows no terminology, because the tree holds
+// codes.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -20,8 +21,8 @@ struct CompileError {
     const Object* node = nullptr; // the offending node; never null
 };
 
-/// The initialiser (a Closure or Handler block named "ascrinit") of a script whose statements are `tree`: a Block, a Line, or a statement.
-/// New objects go to `store`, which must outlive the result.
+/// Compiles a script to its initialiser, a Closure or Handler block named "ascrinit". `tree` is a Block, a Line or a statement. New objects
+/// go to `store`, which must outlive the result.
 Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store);
 
 } // namespace quoddle::compiler

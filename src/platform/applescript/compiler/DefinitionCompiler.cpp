@@ -27,7 +27,7 @@ Object* HandlerCompiler::finish(Object* name, Object* tree, Object* parameters, 
     return mStore.block(closure ? block::Closure : block::Handler, {name, tree, parameters, labels, mStore.vector(locals), mCode.literals(), mCode.bytes()});
 }
 
-/// The name under which a parameter or a pattern's variable is kept: a local of the handler.
+/// The name of the local that holds a parameter or a pattern's variable.
 Object* HandlerCompiler::parameterName(Object* node) {
     Object* inner = const_cast<Object*>(unwrapped(node));
     if (inner->kind != ObjectKind::Node)
@@ -52,7 +52,8 @@ Object* HandlerCompiler::parameterName(Object* node) {
         }
         return mStore.record(entries);
     }
-    case NodeKind::As: // "f(x as text)": the class is a note for the reader
+    // QUIRK: the class in "f(x as text)" is not checked; handlers written so get values of other classes and rely on that
+    case NodeKind::As:
         return parameterName(children[0]);
     case NodeKind::Literal:
         if (children[0]->kind == ObjectKind::Block)
@@ -99,7 +100,8 @@ Object* HandlerCompiler::compileHandler(Object* handler) {
     return finish(heading->children[0], handler->children[1], parameterList, labelList, mScope.isCaptured());
 }
 
-/// Slots are numbered in the order of their definitions, before any handler is compiled: a handler may use what is defined after it.
+/// Numbers the slots in the order of their definitions. This happens before any handler is compiled, because a handler may use what is
+/// defined after it.
 void HandlerCompiler::declareSlots(std::span<Object* const> nodes) {
     for (Object* node : nodes) {
         const Object* inner = unwrapped(node);
@@ -115,7 +117,7 @@ void HandlerCompiler::declareSlots(std::span<Object* const> nodes) {
         if (!name || name->isNil())
             continue;
         if (name->isCode(CodeTag::Class) && name->code() == "pare"_4cc)
-            continue; // the parent is no slot
+            continue; // the parent is not stored in a slot
         if (mScope.contains(*name)) {
             const bool isProperty = inner->isNode(tagOf(NodeKind::Property));
             fail(isProperty ? OSADuplicateProperty : OSADuplicateHandler,
@@ -130,7 +132,7 @@ void HandlerCompiler::definition(Object* node, std::vector<Object*>& loose) {
     Object* inner = const_cast<Object*>(unwrapped(node));
     if (inner->kind != ObjectKind::Node || inner->isNode(tagOf(NodeKind::Global)) || inner->isNode(tagOf(NodeKind::Use)))
         return;
-    // A script object without a name at the top is what running the script gives.
+    // A script object at the top without a name is the result of running the script and gets no slot.
     const bool isNameless = inner->isNode(tagOf(NodeKind::Script)) && inner->children[0]->isNil() && !mScope.outer();
     const bool isSlot = !isNameless && (inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Handler)) ||
                                         inner->isNode(tagOf(NodeKind::Script)));
@@ -152,7 +154,8 @@ void HandlerCompiler::definition(Object* node, std::vector<Object*>& loose) {
             mCode.emitLocal(Opcode::PopVariable, Opcode::PopVariableLong, mScope.add(name));
         }
     } else if (inner->isNode(tagOf(NodeKind::Handler))) {
-        // Names of the outermost run handler are globals; anywhere else a handler's names are its own.
+        // QUIRK: undeclared variables of the outermost run handler are globals of the script, those of any other handler are locals;
+        // scripts rely on reading in a handler what their run handler has set.
         const bool isRun = inner->children[0]->children[0]->bytes.starts_with("aevtoapp");
         HandlerCompiler compiler(mStore, Scope::Kind::Frame, &mScope, isRun && !mScope.outer());
         Object* handler = compiler.compileHandler(inner);
@@ -197,7 +200,7 @@ Object* HandlerCompiler::compileInitialiser(Object* body, bool withRunHandler) {
     return finish(mStore.event(kInitialiseEvent), mStore.nil(), mStore.nil(), mStore.list({}), mScope.outer() != nullptr);
 }
 
-/// A script object: its initialiser runs where the definition stands.
+/// The initialiser of a script object runs where its definition stands.
 void HandlerCompiler::scriptObject(Object* node) {
     Object* name = node->children[0];
     if (name->isNil())

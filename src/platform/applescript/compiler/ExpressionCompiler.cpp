@@ -11,7 +11,7 @@ using namespace syntax;
 namespace {
 
 constexpr FourCharCode kBooleanClass = "bool"_4cc;
-constexpr std::size_t kMaximumDepth = 1000; // the parser stops earlier; trees from a file may be deeper
+constexpr std::size_t kMaximumDepth = 1000; // for trees from files; the parser stops earlier
 
 struct OperatorRow {
     NodeKind kind;
@@ -38,7 +38,7 @@ constexpr OperatorRow kBinaryOperators[] = {
     {NodeKind::As, Opcode::Coerce},
 };
 
-/// Properties of the AppleScript object that need no "of AppleScript" wherever they stand.
+/// Properties of the AppleScript object that scripts may use everywhere without "of AppleScript".
 bool isLanguageProperty(FourCharCode code) {
     constexpr FourCharCode kCodes[] = {"ascr"_4cc, "rslt"_4cc, "ret "_4cc, "tab "_4cc, "spac"_4cc, "lnfd"_4cc, "quot"_4cc,
                                        "pi  "_4cc, "min "_4cc, "hour"_4cc, "days"_4cc, "week"_4cc};
@@ -133,7 +133,7 @@ void HandlerCompiler::expressionBody(Object* node) {
             return examine(node);
         }
         if (isReference(node)) {
-            // An application does not belong to the target of a tell.
+            // An application never is an element of the target of a `tell`.
             const bool isApplication = node->isNode(tagOf(NodeKind::ElementByKey)) && node->children[0]->code() == "capp"_4cc;
             mCode.emit(isApplication ? Opcode::PushMe : Opcode::PushIt);
             return part(node);
@@ -154,8 +154,8 @@ void HandlerCompiler::literal(Object* value) {
     mCode.pushLiteral(value);
 }
 
-/// Names that nothing declares are the handler's own, but for those of the outermost run handler; a code names a property of the
-/// AppleScript object where no handler around has a variable by that word.
+/// A name that nothing declares is a local of the handler, or a global in the outermost run handler. A code is a property of the
+/// AppleScript object unless a handler around has a variable by that word.
 Scope::Place HandlerCompiler::placeOf(Object* name) {
     Scope::Place place;
     if (name->kind != ObjectKind::Code || mScope.isVariable(*name))
@@ -179,7 +179,7 @@ void HandlerCompiler::variable(Object* name) {
         mCode.emitLocal(Opcode::PushVariable, Opcode::PushVariableLong, place.index);
 }
 
-/// A variable of the script is a property of it and can be referred to as such; one of the handler has no more than its value.
+/// A variable of the script is a property, to which there can be a reference. A variable of the handler gives only its value.
 void HandlerCompiler::referenceTo(Object* node) {
     const Object* inner = unwrapped(node);
     if (inner->isNode(tagOf(NodeKind::Variable)) && inner->children[0]->kind == ObjectKind::Identifier) {
@@ -216,7 +216,7 @@ void HandlerCompiler::makeRecord(Object* node) {
 }
 
 void HandlerCompiler::binary(Object* node, Opcode opcode) {
-    // "b is in a" is stored as a contains b.
+    // The tree has "b is in a" as "a contains b", with the operands in that order.
     expression(node->children[0]);
     expression(node->children[1]);
     mCode.emit(opcode);
@@ -270,7 +270,8 @@ void HandlerCompiler::call(Object* node, Target target) {
     mCode.emitWithLiteral(Opcode::MessageSend, message);
 }
 
-/// The message goes to the parent of the script that is running: "me" is its target, the marker stands for the next in line.
+/// A `continue` sends the message to the parent of the script that is running: its target is `me`, and the PushNext marker says that the
+/// search begins at the parent.
 void HandlerCompiler::continueCall(Object* node) {
     Object* message = node->children[0]->children[0];
     Object* direct = node->children[0]->children[1];

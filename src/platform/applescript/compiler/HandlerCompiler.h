@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Compiles one handler, or the initialiser of one script object. Expressions, references, statements and definitions each have a source file.
+// Compiles one handler, or the initialiser of one script object. There is a source file each for expressions, references, statements and
+// definitions.
 #pragma once
 
 #include "platform/applescript/compiler/CodeBuilder.h"
@@ -14,13 +15,14 @@ public:
     HandlerCompiler(ObjectStore& store, Scope::Kind kind, Scope* outer, bool plainNamesAreGlobal)
         : mStore(store), mCode(store), mScope(kind, outer), mPlainNamesAreGlobal(plainNamesAreGlobal) {}
 
-    /// The first error, if any; later ones follow from it and are dropped.
+    /// The first error, if there is one. Later errors are only consequences of it and are dropped.
     const CompileError& error() const { return mError; }
     bool failed() const { return mError.number != noErr; }
 
-    /// A handler block for a Handler node.
+    /// Answers a handler block for a Handler node.
     Object* compileHandler(Object* handler);
-    /// The initialiser for the statements of a script object. Loose statements are gathered into a run handler when `withRunHandler`.
+    /// Answers the initialiser for the statements of a script object. `withRunHandler` gathers statements outside handlers into a run
+    /// handler.
     Object* compileInitialiser(Object* body, bool withRunHandler);
 
 private:
@@ -38,7 +40,7 @@ private:
     void makeRecord(Object* node);
     void binary(Object* node, Opcode opcode);
     void shortCircuit(Object* node, Opcode opcode);
-    /// A call whose direct parameter or target is not in the node but on the stack.
+    /// Whether the direct parameter or target of a call comes from the node (Implicit: from `it` when absent) or is on the stack already.
     enum class Target { Implicit, OnStack };
     void call(Object* node, Target target);
     void positionalCall(Object* node, Target target);
@@ -48,9 +50,9 @@ private:
 
     // References: each leaves a specifier.
     bool isReference(const Object* node) const;
-    /// The part of a reference, its container being on the stack.
+    /// Compiles the part of a reference, whose container is on the stack.
     void part(Object* node);
-    /// An expression that may start from the container on the stack; it takes the container in any case.
+    /// Compiles an expression that may start from the container on the stack. The container is taken from the stack in any case.
     void withContainer(Object* node);
     bool startsFromContainer(const Object* node) const;
     void listPart(Object* node);
@@ -58,7 +60,7 @@ private:
     void filter(Object* node);
     void examine(Object* node);
     void test(Object* node);
-    /// The value where one is stored or returned: a specifier is followed to its value.
+    /// Compiles a value that is stored or returned: a specifier is followed to its value.
     void valueOf(Object* node);
 
     // Statements: each leaves one value.
@@ -91,7 +93,7 @@ private:
     Object* parameterName(Object* node);
     Object* labels(Object* record);
     Object* finish(Object* name, Object* tree, Object* parameters, Object* labels, bool closure);
-    /// Takes over the error of a compiler for something inside.
+    /// Takes over the error of the compiler of an inner handler or script.
     void adopt(const HandlerCompiler& inner);
 
     void fail(OSStatus number, std::u16string message, const Object* node);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// References: properties, elements, ranges and filters. A part finds its container on the stack and leaves a specifier.
+// References: properties, elements, ranges and filters. The code of a part finds its container on the stack and leaves a specifier.
 #include "platform/applescript/compiler/HandlerCompiler.h"
 
 #include "platform/applescript/image/Block.h"
@@ -55,7 +55,7 @@ void HandlerCompiler::part(Object* node) {
     case NodeKind::Term:
     case NodeKind::Literal:
         mCode.pushLiteral(children[0]);
-        // "text" is its own plural: "text of x" asks for all of it.
+        // The class "text" is its own plural: "text of x" asks for all text of x.
         mCode.emit(node->isNode(tagOf(NodeKind::Literal)) && children[0]->code() == "ctxt"_4cc ? Opcode::MakeEvery : Opcode::MakeProperty);
         break;
     case NodeKind::Every:
@@ -112,13 +112,13 @@ void HandlerCompiler::part(Object* node) {
     node->end = static_cast<std::uint16_t>(mCode.size());
 }
 
-/// "{name, size} of x": each item is offered a copy of the container.
+/// In "{name, size} of x" each item gets a copy of the container.
 void HandlerCompiler::listPart(Object* node) {
     auto items = node->children[0]->children;
     for (Object* item : items) {
         mCode.emit(Opcode::Dup);
         const Object* inner = unwrapped(item);
-        if (inner->isNode(tagOf(NodeKind::Literal)) && inner->children[0]->isCode(CodeTag::Class)) // a property named like a class
+        if (inner->isNode(tagOf(NodeKind::Literal)) && inner->children[0]->isCode(CodeTag::Class)) // a property with the name of a class
             part(item);
         else
             withContainer(item);
@@ -129,7 +129,7 @@ void HandlerCompiler::listPart(Object* node) {
     mCode.emit(Opcode::MakeVector);
 }
 
-/// The boundaries of a range may be elements of its container ("words 1 thru word -1"), so each is offered a copy of it.
+/// The boundaries of a range may be elements of its container ("words 1 thru word -1"), so each gets a copy of the container.
 void HandlerCompiler::range(Object* node) {
     mCode.emit(Opcode::Dup);
     mCode.pushLiteral(node->children[0]);
@@ -146,14 +146,14 @@ void HandlerCompiler::filter(Object* node) {
     examine(node);
 }
 
-/// The objects to choose from are on the stack.
+/// Compiles the test of a filter. The objects that it chooses from are on the stack.
 void HandlerCompiler::examine(Object* node) {
     mCode.pushLiteral(mStore.block(block::Examined, {}));
     test(node->children[1]);
     mCode.emit(Opcode::MakeFilter);
 }
 
-/// Does the expression begin with a part that has no container of its own?
+/// Whether the expression begins with a part that has no container of its own.
 bool HandlerCompiler::startsFromContainer(const Object* node) const {
     node = unwrapped(node);
     while (node->isNode(tagOf(NodeKind::Of)))
@@ -183,7 +183,7 @@ void HandlerCompiler::withContainer(Object* node) {
     node->end = static_cast<std::uint16_t>(mCode.size());
 }
 
-/// The object that is examined is on the stack; the test takes it and leaves its description.
+/// Compiles a test, which takes the examined object from the stack and leaves a description of the test.
 void HandlerCompiler::test(Object* node) {
     struct Row {
         NodeKind kind;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Who a name belongs to. Scopes alternate between the frame of a handler and the slots of the script object around it, as the depth operand of the
-// parent-variable instructions counts them.
+// Scope: whose a name is. Scopes alternate between the frame of a handler and the slots of the script object around it, as the depth
+// operand of the parent-variable instructions counts them.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -10,7 +10,7 @@
 
 namespace quoddle::compiler {
 
-/// What tells names apart: the comparison key of an identifier, or the bytes of a code.
+/// The key by which names are compared: the comparison key of an identifier, or the bytes of a code.
 std::string nameKey(const Object& name);
 
 class Scope {
@@ -23,9 +23,9 @@ public:
     Scope* outer() const { return mOuter; }
     const std::vector<Object*>& names() const { return mNames; }
 
-    /// The index of a name of this scope, added when it is new.
+    /// The index of a name in this scope. Adds the name when it is new.
     std::size_t add(Object* name);
-    /// Whether the handler of this scope, or a handler around, has a variable of the name.
+    /// Whether the handler of this scope, or a handler around it, has a variable of the name.
     bool isVariable(const Object& name) const;
     bool contains(const Object& name) const { return mIndexes.contains(nameKey(name)); }
 
@@ -37,9 +37,9 @@ public:
         Found found = Found::Nowhere;
         std::size_t depth = 0;
         std::size_t index = 0;
-        Kind kind = Kind::Frame; // of the scope that has it
+        Kind kind = Kind::Frame; // of the scope that has the name
     };
-    /// The nearest scope that has the name, or declares it as a global. A frame found further out is marked as captured.
+    /// Finds the nearest scope that has the name or declares it global. A frame that is found further out is marked as captured.
     Place find(const Object& name);
 
     bool isCaptured() const { return mCaptured; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Statements. Each leaves one value; the value of every statement but the last of a block becomes the result.
+// Statements. Each leaves one value; `the result` gets the value of every statement but the last of a block, whose value is the block's.
 #include "platform/applescript/compiler/HandlerCompiler.h"
 
 namespace quoddle::compiler {
@@ -48,13 +48,13 @@ void HandlerCompiler::statements(std::span<Object* const> nodes) {
     }
     if (!pending) {
         mCode.emit(Opcode::PushUndefined);
-    } else if (endsWithComment) { // a line without a statement has the value of the statement before it
+    } else if (endsWithComment) { // a comment line has the value of the statement before it
         mCode.emit(Opcode::StoreResult);
         mCode.emit(Opcode::GetResult);
     }
 }
 
-/// The value of each turn becomes the result, unless there is nothing in the loop.
+/// Compiles the body of a loop. `the result` gets the value of each turn, unless the body is empty.
 void HandlerCompiler::loopBody(Object* body) {
     ++mLoops;
     block(body);
@@ -164,7 +164,7 @@ void HandlerCompiler::assignment(Object* node, bool copies) {
     store(target, copies);
 }
 
-/// Stores the value on the stack, which stays there.
+/// Compiles storing the value on top of the stack. The value stays there.
 void HandlerCompiler::store(Object* target, bool copies) {
     if (failed())
         return;
@@ -260,7 +260,8 @@ void HandlerCompiler::loop(Object* node) {
     mCode.place(exit);
 }
 
-/// The variable of a loop is a local of the handler, in a run handler too.
+/// QUIRK: the variable of a loop is a local of the handler, also in a run handler, where other undeclared variables are globals; scripts
+/// rely on handlers not changing it.
 static Object* loopVariable(Object* node) {
     if (node->isNode(tagOf(NodeKind::Variable)))
         node = node->children[0];
@@ -331,7 +332,7 @@ void HandlerCompiler::considering(Object* node) {
     mCode.place(end);
 }
 
-/// A variable's name or a constant; "number -128" may come as the negative of a literal.
+/// A part of an error pattern: a variable's name or a constant. The tree may have "number -128" as the negative of a literal.
 Object* HandlerCompiler::patternPart(Object* entry) {
     if (entry->kind != ObjectKind::Node || entry->children.empty())
         return entry;
