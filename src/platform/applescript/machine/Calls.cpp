@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Calls, parameters, errors and loops of the interpreter.
+// The interpreter's calls, parameters, errors and loops.
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Commands.h"
@@ -50,8 +50,8 @@ bool Interpreter::safePoint() {
 
 // --- Finding
 
-/// The script that a handler of the name belongs to, from `first` on upwards; null when there is none. A property may hold another script's
-/// handler.
+/// The script that has a handler of the name, from `first` on upwards; null when there is none. A property may hold a handler of another
+/// script.
 Script* Interpreter::findHandler(Script* first, Value name, Handler*& handler) {
     Script* holder = nullptr;
     handler = mMachine.findHandler(first, name, &holder);
@@ -75,7 +75,7 @@ bool Interpreter::findCallee(Value target, Value name, SiteCache& cache, Callee&
 Value* Interpreter::scopeVariable(std::size_t depth, std::size_t index, Script** holder) {
     const Frame& frame = mMachine.mContext->frames.back();
     HeapObject* scope = frame.scope;
-    if (!scope) { // a handler whose locals are in registers: the first scope outwards is its script
+    if (!scope) { // the handler's locals are in registers: the first scope outwards is its script
         if (depth == 0)
             return nullptr;
         scope = frame.owner;
@@ -98,7 +98,7 @@ Value Interpreter::undefinedVariable(Value name) {
     return mMachine.raise(OSAUndefinedVariable, u"The variable " + nameOf(name) + u" is not defined.", name);
 }
 
-/// The outermost script around a scope: where globals live.
+/// The outermost script around another one, which has the globals.
 static Script* outermost(Script* script) {
     HeapObject* scope = script;
     for (int limit = 0; scope && limit < kMaximumScopes; ++limit, scope = scopeAround(scope))
@@ -199,7 +199,7 @@ bool Interpreter::setLocal(const Object* name, Value value) {
     return local == names.end() || setLocal(static_cast<std::size_t>(local - names.begin()), value);
 }
 
-/// A parameter, or a structure of parameters.
+/// Binds a parameter, or a list or record pattern of parameters.
 bool Interpreter::bindPattern(const Object* pattern, Value value) {
     const Frame& frame = mMachine.mContext->frames.back();
     if (pattern->kind == ObjectKind::Identifier || pattern->isCode(CodeTag::Class))
@@ -234,7 +234,7 @@ bool Interpreter::bind(std::span<const Value> positional, Value direct, std::spa
     const Handler& handler = *frame.handler;
     const Object& block = *handler.source;
     if (block.children.size() < block::kHandlerChildren)
-        return true; // its code says that it is damaged
+        return true; // a damaged handler has code that raises the error
     const auto missing = [&](Value label) {
         const Value name = mMachine.literal(block.children[block::kName], handler.store);
         mMachine.raise(errAEDescNotFound, u"The " + nameOf(label) + u" parameter is missing for " + nameOf(name) + u".");
@@ -257,7 +257,7 @@ bool Interpreter::bind(std::span<const Value> positional, Value direct, std::spa
             }
         }
     } else if (!parameters->isNil() && !(parameters->kind == ObjectKind::List && parameters->children.empty())) {
-        // A direct parameter. Without one it stays unset, as in "on run argv" of a script that is simply run.
+        // A handler called without its direct parameter leaves the parameter unset, as "on run argv" of a script that is simply run.
         const Value given = isCommand || positional.empty() ? direct : positional[0];
         if (!given.isUndefined() && !bindPattern(parameters, given))
             return false;
@@ -323,7 +323,7 @@ bool Interpreter::sendCommand(const Instruction& instruction, Value* registers, 
     for (std::size_t i = 0; i + 1 < instruction.b; i += 2)
         labels.push_back({labelsAt[i], labelsAt[i + 1]});
 
-    // A handler of the target, or of the script that speaks, comes first.
+    // Handlers of the target, or else of the running script, come before the language's commands.
     Script* target = as<Script>(direct);
     if (!target)
         target = as<Script>(frame.it);
@@ -387,7 +387,7 @@ void Interpreter::raiseFrom(Value* registers, std::size_t count) {
         case "errn"_4cc: {
             std::int64_t number;
             if (!language::wholeOf(mMachine, value, number))
-                return; // that error instead
+                return; // an error in the parameters replaces the error to be raised
             raised.number = static_cast<OSStatus>(number);
             break;
         }
@@ -419,7 +419,7 @@ void Interpreter::raiseFrom(Value* registers, std::size_t count) {
     mMachine.mContext->error = raised;
 }
 
-/// A pattern names variables for parts of the error, or says what a part must be.
+/// Binds the parts of the error to the variables of a pattern. False when a part differs from a constant in the pattern.
 bool Interpreter::matchError(const Object* pattern, const Value& messageName) {
     const ScriptError error = mMachine.mContext->error;
     const Frame& frame = mMachine.mContext->frames.back();
@@ -430,7 +430,8 @@ bool Interpreter::matchError(const Object* pattern, const Value& messageName) {
             return Value::integer(error.number);
         case "ptlr"_4cc:
             return error.partialResult.isUndefined() ? Value::object(mMachine.mHeap.list()) : error.partialResult;
-        case "erob"_4cc: // where nothing is said of the object and the type, they are the script and its items
+        // QUIRK: an error without an offending object and type gives the script and its class; handlers that name all parts rely on values
+        case "erob"_4cc:
             return error.offending.isUndefined() ? frame.me : error.offending;
         case "errt"_4cc:
             return error.expectedType.isUndefined() ? Value::code("cobj"_4cc) : error.expectedType;
@@ -461,7 +462,7 @@ bool Interpreter::catchError(const Value* saved, Value messageName, const Object
     if (saved[2].isReal())
         frame.timeout = saved[2].asReal();
     if (!matchError(pattern, messageName))
-        return false; // still the same error
+        return false; // the current error is raised again
     mMachine.mContext->error = ScriptError();
     return true;
 }
@@ -545,9 +546,9 @@ bool Interpreter::defineScript(const Instruction& instruction, Value* registers)
     Code* inner = mMachine.codeOf(initialiser);
     Script* script = mMachine.mHeap.make<Script>();
     script->name = registers[instruction.a];
-    // The scopes outwards are counted, so a handler whose locals nobody captured still takes its place.
+    // Code counts the scopes outwards, so a handler whose locals nobody captured needs an empty one.
     script->outer = frame.scope ? frame.scope : mMachine.mHeap.make<Environment>(frame.owner, 0);
-    script->parent = Value::object(frame.owner); // until its definition declares another
+    script->parent = Value::object(frame.owner); // the default, until the definition declares another parent
     if (const Stored* tree = as<Stored>(code.constants[instruction.b]))
         script->tree = tree->object;
     script->store = initialiser->store;

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A handler's code as the machine runs it.
+// A handler's code as the machine runs it, and the translation that makes it from stored code.
 //
-// Decision: register code. The stack code of compiled scripts is translated once, when the handler is first called: places on the operand stack become
-// registers behind the locals, pushes of locals and literals disappear into the instructions that use them, and frequent sequences become one instruction.
-// The stored code is never changed. Price: a translation of some microseconds for each handler that is called; two forms to keep apart.
+// Decision: register code. The stack code of compiled scripts is translated once, when the handler is first called: places on the operand
+// stack become registers behind the locals, pushes of locals and literals disappear into the instructions that use them, and frequent
+// sequences become one instruction. The stored code is never changed. Price: a translation of some microseconds for each handler that is
+// called, and two forms to keep apart.
 #pragma once
 
 #include "platform/applescript/machine/HeapObject.h"
@@ -11,7 +12,7 @@
 
 namespace quoddle::machine {
 
-// X(name): the internal instructions. r = register, k = constant; operands a b c d are 16 bits, `target` takes the place of c and d.
+// X(name): the internal instructions. r = register, k = constant; the operands a b c d have 16 bits, `target` takes the place of c and d.
 // clang-format off
 #define QUODDLE_INSTRUCTIONS(X) \
     X(Move)            /* r[a] = r[b] */ \
@@ -83,21 +84,21 @@ enum class Op : std::uint16_t {
 #undef QUODDLE_INSTRUCTION
 };
 
-/// How far an instruction that reads a reference goes.
+/// How far an instruction that reads a reference follows it.
 enum class Evaluate : std::uint16_t {
-    Never,   // leaves a specifier, unless that would make no difference
-    Locally, // to the value, as long as no application has to be asked
+    Never,   // leaves a specifier, unless its value would do as well
+    Locally, // to the value, unless an application has to be asked for it
     Fully,
 };
 
 struct Instruction {
-    const void* go = nullptr; // where the interpreter goes on; set when the translation is complete
+    const void* go = nullptr; // the address in the interpreter's loop; set when the translation is complete
     std::uint16_t a = 0;
     std::uint16_t b = 0;
     std::uint16_t c = 0;
     std::uint16_t d = 0;
 
-    /// The index of an instruction, in place of c and d.
+    /// The index of the instruction that a jump goes to; it takes the place of c and d.
     std::uint32_t target() const { return c | static_cast<std::uint32_t>(d) << 16; }
     void setTarget(std::size_t index) {
         c = static_cast<std::uint16_t>(index & 0xFFFF);
@@ -106,20 +107,20 @@ struct Instruction {
 };
 static_assert(sizeof(Instruction) == 16);
 
-/// What a name led to the last time, valid for scripts of one layout.
+/// The slot that a name led to the last time; valid for scripts of the same layout.
 struct SiteCache {
     std::uint32_t layout = 0;
     std::uint32_t slot = 0;
 };
 
 struct Code {
-    /// A region of a try statement, innermost first. Positions are instruction indexes.
+    /// The region of a try statement; inner regions come first. Positions are indexes of instructions.
     struct TryRegion {
         std::uint32_t begin;
         std::uint32_t end;
         std::uint32_t handler;
     };
-    /// A range of instructions came from the stored instruction at this offset.
+    /// The instructions from this one on came from the stored instruction at `offset`.
     struct Position {
         std::uint32_t instruction;
         std::uint32_t offset;
@@ -131,25 +132,27 @@ struct Code {
     std::vector<TryRegion> tries;
     std::vector<Position> positions;
     std::vector<Value> localNames;
-    std::shared_ptr<const std::vector<Value>> scopeNames; // the same, for the environments of this handler; null without
+    // names of the locals, for the environments that this handler makes; null when it makes none
+    std::shared_ptr<const std::vector<Value>> scopeNames;
     std::uint32_t localCount = 0;
     std::uint32_t frameSize = 0;       // registers
-    std::uint32_t positionalCount = 0; // parameters that are simply the first locals
-    bool isPositional = false;         // all parameters are of that kind
+    std::uint32_t positionalCount = 0; // parameters that are passed by position and become the first locals
+    bool isPositional = false;         // all parameters are positional
     bool hasScope = false;             // locals live in an environment or in the script being made, not in registers
     bool isInitialiser = false;
 
-    /// The offset in the stored code that an instruction came from.
+    /// The offset of the stored instruction that an instruction came from.
     std::uint32_t offsetOf(std::size_t instruction) const;
 };
 
 class Heap;
 
-/// Turns a stored literal into a value. Set by the loader.
+/// Turns a stored literal into a value; `context` is that given to translate.
 using LiteralLoader = Value (*)(void* context, const Object* literal, const std::shared_ptr<ObjectStore>& store);
 
-/// Never null. Code that makes no sense (unknown instruction, index out of range, jump into the middle of an instruction, unbalanced stack) becomes one
-/// instruction that raises errOSACorruptData. `labels` are the interpreter's addresses by Op.
+/// Translates the stored code of a handler and checks it on the way, so that the result is safe to run whatever the handler block holds.
+/// Never null: code that makes no sense (unknown instruction, index out of range, jump into the middle of an instruction, unbalanced stack)
+/// becomes one instruction that raises errOSACorruptData. `labels` are the interpreter's addresses by Op.
 std::unique_ptr<Code> translate(const Handler& handler, Heap& heap, LiteralLoader load, void* context, const void* const* labels);
 
 } // namespace quoddle::machine

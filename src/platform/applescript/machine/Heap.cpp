@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kGranule = 16;
 constexpr std::size_t kClasses = 8;
 constexpr std::size_t kBlockSize = std::size_t(64) << 10;
-constexpr std::size_t kReserve = std::size_t(4) << 20; // address space only, until it is touched
+constexpr std::size_t kReserve = std::size_t(4) << 20; // takes address space only; the memory is never touched
 
 std::size_t sizeOf(HeapType type) {
     switch (type) {
@@ -62,17 +62,17 @@ void releaseBuffer(Buffer* buffer) {
         std::free(buffer);
 }
 
-/// What a list is charged for the room that it shares.
+/// The share of its room that a list is charged for.
 std::size_t sharedRoom(const List* list) {
     return list->buffer ? list->buffer->capacity / list->buffer->references : 0;
 }
 
-/// The room for a list that is added to, and so is likely to be added to again.
+/// The capacity for a list that has grown beyond its room: twice its length, since lists that grow tend to grow on.
 std::size_t grown(const List* list) {
     return std::clamp<std::size_t>(std::size_t(list->count) * 2, 4, Heap::kMaximumListLength);
 }
 
-/// How many items a list may take where it stands.
+/// The number of items that may be appended to a list in its present buffer.
 std::size_t roomBehind(const List* list) {
     if (!list->buffer || (list->isShared() && list->end() != list->buffer->used))
         return 0;
@@ -116,7 +116,7 @@ void Script::remove(Value slotName) {
     const std::uint32_t index = layout->find(slotName);
     if (index == Layout::kNone)
         return;
-    // A layout of its own, also when nobody shares the old one: what was looked up in that one is not to be found again.
+    // The script gets a new layout even when nobody shares the old one, because caches may know the name's place by the old layout's ID.
     layout = std::make_shared<Layout>(*layout);
     layout->indexes.erase(slotName.bits());
     layout->names[index] = Value();
@@ -135,7 +135,7 @@ Heap::~Heap() {
         delete name;
 }
 
-/// Small objects come from blocks cut into cells of one size; a freed cell is the next one handed out.
+/// Small objects lie in blocks that are cut into cells of one size; the cell freed last is handed out first.
 void* Heap::allocate(std::size_t size) {
     const std::size_t sizeClass = (size + kGranule - 1) / kGranule;
     mAllocated += size;
@@ -249,7 +249,7 @@ Text* Heap::substring(const Text* whole, std::size_t start, std::size_t length) 
     Text* text = make<Text>();
     if (length == 0)
         return text;
-    // A short piece of a long text gets characters of its own, so that it does not keep all of them alive.
+    // A short piece of a long text gets a copy of its characters, so that it does not keep the whole buffer alive.
     if (length < 32 && whole->buffer->capacity > 4096) {
         text->buffer = makeBuffer(length);
         std::memcpy(text->buffer->characters(), whole->characters + start, length * sizeof(char16_t));
@@ -278,7 +278,7 @@ Text* Heap::concatenate(const Text* left, const Text* second) {
         ++buffer->references;
         text->characters = left->characters;
     } else {
-        // A text that is appended to is likely to be appended to again.
+        // A text that is appended to tends to be appended to again, so it gets room for that.
         const std::size_t capacity = atEnd && left->length >= 16 ? std::min(length * 2, kMaximumTextLength) : length;
         buffer = makeBuffer(capacity);
         std::memcpy(buffer->characters(), left->characters, left->length * sizeof(char16_t));
@@ -286,7 +286,7 @@ Text* Heap::concatenate(const Text* left, const Text* second) {
         text->characters = buffer->characters();
         mAllocated += capacity * sizeof(char16_t) + sizeof(TextBuffer);
     }
-    // `right` may lie in the same buffer; it never lies behind its end.
+    // `right` may lie in the same buffer, but always before `used`, so the two do not overlap.
     std::memcpy(buffer->characters() + buffer->used, right.data(), right.size() * sizeof(char16_t));
     buffer->used += static_cast<std::uint32_t>(right.size());
     text->buffer = buffer;
@@ -328,7 +328,7 @@ bool Heap::reserve(List* list, std::size_t capacity) {
     return true;
 }
 
-/// A buffer of its own. False when there is no memory.
+/// Moves a list to a buffer of its own. False when there is no memory.
 bool Heap::moveTo(List* list, std::size_t capacity, std::size_t roomInFront) {
     void* memory = std::malloc(sizeof(ListBuffer) + capacity * sizeof(Value));
     if (!memory)
@@ -352,10 +352,10 @@ bool Heap::append(List* list, Value value) {
 }
 
 bool Heap::prepend(List* list, Value value) {
-    // What stands in front in a shared buffer may be another list's.
+    // The room in front of the items in a shared buffer may be another list's.
     if (!list->buffer || list->isShared() || list->items == list->buffer->values()) {
         const std::size_t capacity = grown(list), room = capacity - list->count;
-        if (room == 0 || !moveTo(list, capacity, room - room / 2)) // the rest stays behind: a queue grows there, too
+        if (room == 0 || !moveTo(list, capacity, room - room / 2)) // half of the room stays behind the items, because a queue grows there
             return false;
     }
     *--list->items = value;
@@ -369,7 +369,7 @@ void Heap::detach(List* list) {
 }
 
 List* Heap::part(List* whole, std::size_t start, std::size_t length) {
-    // A small part gets room of its own: it should neither keep all of the list alive nor make it move when it is changed.
+    // A small part gets a buffer of its own, so that it neither keeps the whole list alive nor makes it move when one of them is changed.
     if (length < whole->count / 8 || length == 0 || length < whole->buffer->capacity / 32) {
         List* part = list(length);
         std::copy_n(whole->items + start, length, part->items);
@@ -401,7 +401,7 @@ List* Heap::concatenate(List* left, std::span<const Value> items) {
     if (ownsEnd && items.size() <= roomBehind(left)) {
         share(left, whole);
     } else {
-        // A list that is appended to is likely to be appended to again.
+        // A list that is appended to tends to be appended to again, so it gets room for that.
         if (!reserve(whole, ownsEnd && left->count >= 16 ? std::min(count * 2, kMaximumListLength) : count))
             throw std::bad_alloc();
         std::copy_n(left->items, left->count, whole->items);
@@ -497,14 +497,15 @@ void Heap::collect() {
     try {
         markAll();
     } catch (const std::bad_alloc&) {
-        // A half-marked heap must not be swept: its unmarked objects may be alive. The garbage stays until the next collection.
+        // Memory was too short to mark everything. Unmarked objects may be alive, so nothing is swept; the garbage stays until the next
+        // collection.
         unmarkAll();
         mThreshold = mAllocated + kMinimumThreshold;
         return;
     }
     if (mForgetUnmarked)
         mForgetUnmarked();
-    // Interned names are never freed, but may have been marked.
+    // Interned names are never freed, so sweeping does not unmark them.
     for (auto& [key, symbol] : mSymbols)
         symbol->marked = false;
     for (auto& [key, name] : mEventNames)

@@ -3,11 +3,11 @@
 //
 // Decision: collection happens only at safe points, when the machine asks for it between two instructions; making an object never collects.
 // Native code may therefore hold values in C++ variables freely, as long as it does not run script code or give up the interpreter lock in
-// between; where it does, it roots them with a Root, or puts collection off with a Hold where they are too many. Price: one instruction
-// that makes very much garbage is not collected before it ends.
+// between; where it does, it roots them with a Root, or puts collection off with a Hold where they are too many. Price: the garbage of one
+// instruction, however much, stays until the instruction ends.
 //
-// Roots are what the owner marks in its callback, the Roots that are alive, and the interned names. Not thread-safe: the interpreter lock
-// guards it.
+// Roots are what the owner marks in its callback, the living Root objects, and the interned names. Not thread-safe: the interpreter lock
+// guards the heap.
 #pragma once
 
 #include "platform/applescript/machine/HeapObject.h"
@@ -19,23 +19,23 @@ namespace quoddle::machine {
 
 class Heap {
 public:
-    /// `forgetUnmarked` is called in a collection when everything that lives is marked; what refers to objects without keeping them alive
-    /// lets go of the others then (isMarked).
+    /// A collection calls `forgetUnmarked` when all living objects are marked. Whatever refers to objects without keeping them alive must
+    /// then let go of those that are not (isMarked).
     explicit Heap(std::function<void(Heap&)> markRoots, std::function<void()> forgetUnmarked = {});
     ~Heap();
     Heap(const Heap&) = delete;
     Heap& operator=(const Heap&) = delete;
 
-    // Interned names live as long as the heap.
+    // Names are interned and live as long as the heap.
     Symbol* symbol(std::string_view key, std::string_view spelling = {});
     EventName* eventName(std::string_view bytes);
 
     Text* text(std::u16string_view characters);
     Text* text(std::string_view ascii);
-    /// A text over part of another's characters; shares them.
+    /// A text over part of another's characters, which the two share.
     Text* substring(const Text* text, std::size_t start, std::size_t length);
-    /// The two in one. Takes the room behind `left` when nothing stands there yet, so that appending in a loop costs what is appended.
-    /// Null when the result would be longer than kMaximumTextLength.
+    /// Both texts in one. Uses the room behind `left` while that is free, so that appending in a loop costs what is appended. Null when the
+    /// result would be longer than kMaximumTextLength.
     Text* concatenate(const Text* left, const Text* right);
     /// Thrown for a list that would become longer than kMaximumListLength.
     struct TooLong : std::bad_alloc {};
@@ -49,25 +49,25 @@ public:
         return object;
     }
 
-    /// Memory that objects own besides themselves, for the pace of collection.
+    /// Counts memory that objects own besides themselves, for the pace of collection.
     void charge(std::size_t bytes) { mAllocated += bytes; }
     static constexpr std::size_t kMaximumTextLength = std::size_t(1) << 27; // UTF-16 units
     static constexpr std::size_t kMaximumListLength = std::size_t(1) << 25;
 
     /// False when the list would become longer than kMaximumListLength.
     [[nodiscard]] bool append(List* list, Value value);
-    /// Likewise, in front of the others; in a loop it costs no more than appending.
+    /// Puts an item in front of the others; in a loop that costs no more than appending. False as for append.
     [[nodiscard]] bool prepend(List* list, Value value);
     [[nodiscard]] bool reserve(List* list, std::size_t capacity);
-    /// A list over part of another's items; shares them until one of the two is changed, unless it is a small part.
+    /// A list over part of another's items. They are shared until one of the lists is changed; a small part is copied at once.
     List* part(List* list, std::size_t start, std::size_t length);
-    /// The two in one, in the way of the texts. Null when it would be longer than kMaximumListLength.
+    /// Both lists in one, with the same use of room as for texts. Null when the result would be longer than kMaximumListLength.
     List* concatenate(List* left, std::span<const Value> items);
-    /// Gives a list items that no other list shares.
+    /// Gives a list a buffer of its own, if it shares one.
     void detach(List* list);
 
     bool wantsCollection() const { return mAllocated >= mThreshold && mHolds == 0; }
-    /// Not while there is a Hold, nor when memory is too short even for that.
+    /// Does nothing while there is a Hold, or when memory is too short to collect.
     void collect();
     void mark(Value value) {
         if (value.isObject())
@@ -79,9 +79,9 @@ public:
             mGray.push_back(object);
         }
     }
-    /// Memory that is kept for the time when there is no more: gives it back to the system, so that an error can be told.
+    /// Gives back to the system the memory that is kept for the time when there is no more, so that an error can be told.
     void releaseReserve() { mReserve.reset(); }
-    /// Lays it in again, when there is enough.
+    /// Takes that memory again, if it can be had.
     void keepReserve();
     static bool isMarked(const HeapObject* object) { return object->marked; }
     /// Bytes in use as far as they were charged; exact after a collection.
@@ -108,8 +108,8 @@ private:
     std::size_t mHolds = 0;
     std::unordered_map<std::string, Symbol*> mSymbols;
     std::unordered_map<std::string, EventName*> mEventNames;
-    Text* mCharacters[128] = {}; // one of each, as they were asked for
-    void* mFree[8] = {};         // per size class of 16 bytes
+    Text* mCharacters[128] = {}; // the texts of one ASCII character that have been asked for
+    void* mFree[8] = {};         // free cells, by size in steps of 16 bytes
     std::vector<std::unique_ptr<char[]>> mBlocks;
     std::unique_ptr<char[]> mReserve;
     std::size_t mAllocated = 0;
@@ -118,7 +118,8 @@ private:
     std::size_t mCollections = 0;
 };
 
-/// Keeps a value alive while script code runs inside native code. Threads take turns inside the machine, so roots come and go in any order.
+/// Keeps a value alive while script code runs inside native code. Roots are destroyed in any order, because threads take turns inside the
+/// machine.
 class Heap::Root {
 public:
     Root(Heap& heap, Value value) : mHeap(heap), mValue(value), mNext(heap.mRoots) {
@@ -144,7 +145,8 @@ private:
     Root* mNext;
 };
 
-/// Puts collection off while native code that holds values waits for another application. For short waits: garbage gathers meanwhile.
+/// Puts collection off while native code that holds values waits for another application. Meant for short waits, because garbage gathers
+/// meanwhile.
 class Heap::Hold {
 public:
     explicit Hold(Heap& heap) : mHeap(heap) { ++mHeap.mHolds; }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What lives in the heap of a machine. Plain records: the operations on them are in language/, their life is the Heap's.
+// The objects in the heap of a machine. They are plain records: the operations on them are in language/, the Heap makes and frees them.
 //
-// Objects never move. Only the Heap makes and frees them; a pointer held outside a value that the collector can reach must not be kept
-// across a safe point (see Heap.h).
+// Objects never move. A pointer that is held outside a value that the collector can reach must not be kept across a safe point (see
+// Heap.h).
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -50,19 +50,19 @@ struct Symbol : HeapObject {
     Symbol(std::string_view symbolKey, std::string_view symbolSpelling) : HeapObject(kType), key(symbolKey), spelling(symbolSpelling) {}
 };
 
-/// The name of a command: class and ID. Interned.
+/// The name of a command, by class and ID. Interned.
 struct EventName : HeapObject {
     static constexpr HeapType kType = HeapType::EventName;
     FourCharCode eventClass;
     FourCharCode eventID;
-    std::string bytes; // the 24 bytes as first met
+    std::string bytes; // codes and flags, 24 bytes, as first met
 
     EventName(std::string_view eventBytes)
         : HeapObject(kType), eventClass(fourCharCode(eventBytes.substr(0, 4))), eventID(fourCharCode(eventBytes.substr(4, 4))),
           bytes(eventBytes) {}
 };
 
-/// Room for characters that several texts share: a text that grows at the end of its buffer takes the room behind it.
+/// Room for characters that several texts share. A text that grows at the end of its buffer takes the free room behind.
 struct TextBuffer {
     std::uint32_t references;
     std::uint32_t used;
@@ -79,13 +79,13 @@ struct Text : HeapObject {
     };
     std::uint32_t length;
     const char16_t* characters;
-    TextBuffer* buffer; // owned share; null for an empty text
+    TextBuffer* buffer; // the text's share of its room; null for an empty text
 
     Text() : HeapObject(kType), length(0), characters(u""), buffer(nullptr) {}
     std::u16string_view view() const { return {characters, length}; }
 };
 
-/// Room for items that several lists share, as texts share characters. `used` is kept where there are several.
+/// Room for items that several lists share, as texts share characters. `used` is valid while there are several.
 struct alignas(Value) ListBuffer {
     std::uint32_t references;
     std::uint32_t used;
@@ -93,17 +93,17 @@ struct alignas(Value) ListBuffer {
     Value* values() { return reinterpret_cast<Value*>(this + 1); }
 };
 
-/// Before an item is replaced the list needs a buffer of its own: Heap::detach.
+/// A list needs a buffer of its own (Heap::detach) before an item is replaced.
 struct List : HeapObject {
     static constexpr HeapType kType = HeapType::List;
     enum Flags : std::uint8_t { kLinked = 1 }; // made by "as linked list"
     std::uint32_t count = 0;
     Value* items = nullptr;
-    ListBuffer* buffer = nullptr; // owned share; null for a list that never had an item
+    ListBuffer* buffer = nullptr; // the list's share of its room; null for a list that never had an item
 
     List() : HeapObject(kType) {}
     bool isShared() const { return buffer && buffer->references > 1; }
-    /// Where its last item ends in the buffer.
+    /// The index in the buffer behind the last item.
     std::size_t end() const { return buffer ? static_cast<std::size_t>(items - buffer->values()) + count : 0; }
 };
 
@@ -146,13 +146,13 @@ struct Application : HeapObject {
     static constexpr HeapType kType = HeapType::Application;
     std::u16string name;             // as written, without ".app"; empty: the current application
     std::u16string identifier;       // of "application id"; empty otherwise
-    const Object* literal = nullptr; // the stored form it was read from, if any
+    const Object* literal = nullptr; // the stored form that it was loaded from; null otherwise
 
     Application() : HeapObject(kType) {}
 };
 
-/// A reference to something in a container: raw, as an expression builds it, or a reference value, which is stored and passed like any
-/// other value.
+/// A reference to something in a container. An expression builds a raw specifier; a reference value is stored and passed like any other
+/// value.
 struct Specifier : HeapObject {
     static constexpr HeapType kType = HeapType::Specifier;
     enum Flags : std::uint8_t { kIsReference = 1 };
@@ -173,9 +173,9 @@ struct Specifier : HeapObject {
         Test
     };
     Form form;
-    Value container; // Test: left
-    Value a;         // property or class; Test: operator as an integer, or the Filter's test
-    Value b;         // index, name, key or first boundary; Test: right
+    Value container; // of a Test the left side
+    Value a;         // property or class; of a Test the operator as an integer or the Filter's test
+    Value b;         // index, name, key or first boundary; of a Test the right side
     Value c;         // key form or second boundary
 
     Specifier(Form specifierForm, Value holder, Value first, Value second, Value third)
@@ -186,35 +186,35 @@ struct Code;
 
 struct Script;
 
-/// A handler. The handler that a definition puts into a slot belongs to the script that has the slot; taken out as a value it remembers
-/// that script.
+/// A handler in the slot where its definition put it belongs to the script that has the slot. Taken out as a value it remembers that
+/// script.
 struct Handler : HeapObject {
     static constexpr HeapType kType = HeapType::Handler;
     const Object* source;
     std::shared_ptr<ObjectStore> store; // keeps `source`
-    Code* code = nullptr;               // made at the first call; owned by the handler that is no value taken out of another
-    Handler* definition = nullptr;      // the handler that this value was taken from, if any
-    Script* home = nullptr;             // whose slots the code addresses; null: those of the script that holds it
+    Code* code = nullptr;               // made at the first call; a handler taken as a value uses, and does not own, its definition's
+    Handler* definition = nullptr;      // the handler that this value was taken from; null for a handler in its slot
+    Script* home = nullptr;             // the script whose slots the code addresses; null means the script that holds the handler
 
     Handler(const Object* block, std::shared_ptr<ObjectStore> blockStore);
-    /// `original` as a value: the handler of `script`.
+    /// Takes `original`, a handler of `script`, as a value.
     Handler(Handler* original, Script* script);
     ~Handler();
     Handler(const Handler&) = delete;
     Handler& operator=(const Handler&) = delete;
 };
 
-/// The locals of a handler that script objects inside it use. Scopes are linked outwards through `outer`.
+/// The locals of a handler, when script objects inside it use them. Scopes are linked outwards through `outer`.
 struct Environment : HeapObject {
     static constexpr HeapType kType = HeapType::Environment;
     HeapObject* outer;
     std::vector<Value> values;
-    std::shared_ptr<const std::vector<Value>> names; // one for each value; null when there are none
+    std::shared_ptr<const std::vector<Value>> names; // one for each value; null when the names are not known
 
     Environment(HeapObject* outerScope, std::size_t count) : HeapObject(kType), outer(outerScope), values(count) {}
 };
 
-/// The names of a script's slots. Shared by the scripts that one definition makes, until one of them gets a slot of its own.
+/// The names of a script's slots. The scripts that one definition makes share a layout until one of them gets a slot of its own.
 struct Layout {
     Layout() = default;
     Layout(const Layout& other) : names(other.names), indexes(other.indexes) {}
@@ -244,7 +244,7 @@ struct Script : HeapObject {
     std::shared_ptr<Layout> layout;
     std::vector<Value> slots; // as many as the layout has names
     Value name;
-    Value parent;                // as declared, else the script it is defined in; undefined: the AppleScript object
+    Value parent;                // the declared one, else the script around the definition; undefined means the AppleScript object
     HeapObject* outer = nullptr; // the scope around the definition: an environment or a script
     const Object* tree = nullptr;
     std::shared_ptr<ObjectStore> store; // keeps `tree`
@@ -256,15 +256,15 @@ struct Script : HeapObject {
     }
     /// Adds the slot when it is new.
     void set(Value slotName, Value value);
-    /// Takes the name away, if there is one. The place of the slot stays, for handlers address slots by their place.
+    /// Removes a name, if it is there. The place of its slot stays, because handlers address slots by place.
     void remove(Value slotName);
-    /// Whether this script object is defined in another script or in one of that script's handlers, at any depth.
+    /// Whether this script object is defined in `other` or in one of its handlers, at any depth.
     bool isDefinedWithin(const Script* other) const;
 };
 
-/// Bound on the scopes around one another; a stored script may hold a ring of them.
+/// Bound on the depth of nested scopes, because a stored script may hold a ring of them.
 constexpr int kMaximumScopes = 1000;
-/// The next scope outwards of an environment or a script; null at the outermost one.
+/// The scope around an environment or a script; null for the outermost one.
 inline HeapObject* scopeAround(const HeapObject* scope) {
     return scope->type == HeapType::Script ? static_cast<const Script*>(scope)->outer : static_cast<const Environment*>(scope)->outer;
 }

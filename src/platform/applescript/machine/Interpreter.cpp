@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The loop itself; calls, errors and loops have files of their own.
+// The instruction loop. Calls, errors and the turns of loops are in Calls.cpp.
 #include "platform/applescript/machine/Interpreter.h"
 
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Operators.h"
 #include "platform/applescript/language/References.h"
 
-#pragma GCC diagnostic ignored "-Wpedantic" // addresses of labels: the loop jumps from instruction to instruction
+#pragma GCC diagnostic ignored "-Wpedantic" // the loop jumps to addresses of labels, a GNU extension
 
 namespace quoddle::machine {
 
@@ -25,10 +25,10 @@ using language::Relation;
 #define NEXT() do { ++pc; goto *pc->go; } while (0)
 #define GO(instruction) do { pc = (instruction); goto *pc->go; } while (0)
 #define SAVE() (context.frames.back().next = pc)
-// An operation in language/ may run script code, look at the frames, or raise.
+// SAVE comes before each operation in language/, because that may run script code, look at the frames, or raise.
 #define STORE_OR_RAISE(expression) do { SAVE(); const Value value_ = (expression); if (value_.isFailure()) goto raised; r[pc->a] = value_; NEXT(); } while (0)
 #define CHECK_OR_RAISE(expression) do { SAVE(); if (!(expression)) goto raised; NEXT(); } while (0)
-// A call by way of `find`, which either enters a frame or has the result at once.
+// A call by way of `find`, which either enters a frame or has the result already.
 #define CALL(find, continues) {                                                             \
     SAVE();                                                                                 \
     if (self->isSafePointDue() && !self->safePoint()) goto raised;                          \
@@ -53,7 +53,7 @@ Value Interpreter::loop(Interpreter* self, const void* const** labels) {
     }
 
     Machine& machine = self->mMachine;
-    ExecutionContext& context = *machine.mContext; // a run stays on its context
+    ExecutionContext& context = *machine.mContext; // a run keeps its context, even when other threads get their turn
     const Instruction* pc;
     const Instruction* base;
     const Value* k;
@@ -96,7 +96,7 @@ op_CheckResult:
     }
     NEXT();
 
-    // Arithmetic: whole numbers that stay in range and reals here, everything else in language/.
+    // Arithmetic on whole numbers that stay in range and on reals is done here, all else in language/.
 #define ARITHMETIC(name, integers, reals, slow, right)                                                                                               \
     op_##name : {                                                                                                                                    \
         const Value x = r[pc->b], y = right;                                                                                                         \
@@ -150,7 +150,7 @@ op_Divide : {
 op_Power:
     STORE_OR_RAISE(language::power(machine, r[pc->b], r[pc->c]));
 op_Concatenate : {
-    SAVE(); // wherever memory is needed: there may be none
+    SAVE(); // for the error when there is no memory
     const Value x = r[pc->b], y = r[pc->c];
     if (const Text* left = as<Text>(x))
         if (const Text* right = as<Text>(y))
@@ -161,7 +161,7 @@ op_Concatenate : {
     STORE_OR_RAISE(language::concatenate(machine, x, y));
 }
 
-    // Comparisons, alone and with the branch behind them.
+    // Comparisons, by themselves and together with the branch that follows them.
 #define COMPARISON(name, operation)                                                                                                        \
     op_##name : {                                                                                                                          \
         const Value x = r[pc->b], y = r[pc->c];                                                                                            \
@@ -242,7 +242,7 @@ op_Not : {
 op_Coerce:
     STORE_OR_RAISE(language::coerce(machine, r[pc->b], r[pc->c]));
 
-    // Where to go on.
+    // Jumps and loops.
 op_Jump:
     GO(base + pc->target());
 op_JumpBack:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The instruction loop of a machine. It moves values between registers and frames; what an operation means is in language/.
+// The instruction loop of a machine. The loop moves values between registers and frames; what an operation means is in language/.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
@@ -10,14 +10,14 @@ class Interpreter {
 public:
     explicit Interpreter(Machine& machine) : mMachine(machine) {}
 
-    /// Addresses by Op, for the translator.
+    /// The addresses of the loop's code by Op, for the translator.
     static const void* const* labels();
-    /// Runs the innermost frame of the machine, which is an entry, until it returns. Failure when an error got past it; the frame is gone
-    /// then as well. Memory that cannot be had is such an error.
+    /// Runs the innermost frame of the machine, an entry frame, until it returns. Answers failure when the run ends with an error (which
+    /// includes memory that cannot be had); the frame is gone then as well.
     Value run();
 
 private:
-    /// With `labels`, only tells the addresses.
+    /// With `labels` the loop runs nothing and only tells its addresses.
     static Value loop(Interpreter* self, const void* const** labels);
 
     struct Callee {
@@ -25,11 +25,11 @@ private:
         Script* owner = nullptr;
         Value me;
     };
-    /// Puts a new frame on top, its parameters unset. False with the error set when there is no room.
+    /// Pushes a frame whose parameters are unset. False with the error set when there is no room.
     bool pushFrame(const Callee& callee, Value* registers, bool isEntry);
-    /// Likewise, with `given` positional parameters, which lie at `registers`.
+    /// Pushes a frame with `given` positional parameters, which lie at `registers`.
     bool enter(const Callee& callee, Value* registers, std::size_t given, bool isEntry);
-    /// Sets the parameters of the innermost frame where they are not simply its first registers.
+    /// Sets those parameters of the innermost frame that are not simply its first registers.
     bool bind(std::span<const Value> positional, Value direct, std::span<const Argument> labels, bool isCommand);
     bool bindPattern(const Object* pattern, Value value);
     bool setLocal(const Object* name, Value value);
@@ -42,7 +42,7 @@ private:
 
     Value getGlobal(Value name, SiteCache& cache);
     bool setGlobal(Value name, Value value, SiteCache& cache);
-    /// `holder`: the script whose slot the variable is; null for one of a handler.
+    /// `holder` gets the script whose slot the variable is, or null when the variable belongs to a handler.
     Value* scopeVariable(std::size_t depth, std::size_t index, Script** holder = nullptr);
     Value undefinedVariable(Value name);
     bool sendCommand(const Instruction& instruction, Value* registers, bool continues, Value& result, bool& entered);
@@ -54,12 +54,12 @@ private:
     void defineHandler(const Instruction& instruction, Value* registers);
     bool defineParent(Value value, Value property);
     void consider(Value considered, Value ignored);
-    /// One of: the loop goes on, is done, has failed.
+    /// What a loop does after looking at its counter.
     enum class Turn { Next, Done, Failed };
     Turn nextInRange(Value* loop, Value& variable);
     Turn nextInCollection(Value* loop, Value& variable);
     Turn nextTime(Value* loop);
-    /// Finds the try statement that gets the current error; false when no frame down to the entry has one.
+    /// Unwinds to the innermost try statement that catches the current error. False when no frame down to the entry has one.
     bool unwind();
 
     Machine& mMachine;

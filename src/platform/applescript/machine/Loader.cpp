@@ -12,7 +12,7 @@ namespace quoddle::machine {
 namespace {
 
 constexpr std::size_t kMaximumDepth = 900;
-constexpr std::uint8_t kDescriptorTag = 13; // type code and data
+constexpr std::uint8_t kDescriptorTag = 13; // Data of a descriptor: its type code, then its bytes
 
 std::int64_t integerAt(std::string_view bytes, std::size_t at, std::size_t size) {
     std::uint64_t value = 0;
@@ -99,11 +99,12 @@ Value Loader::load(const Object* object) {
     return value;
 }
 
-/// A property may hold a handler of another script; which script that is follows from where the handler is defined.
+/// A handler in a slot of another name was taken from some other script. Looks for the script that defines the handler, in the scopes
+/// around, and makes that the handler's home.
 void Loader::bringHandlersHome() {
     if (mScripts.empty())
         return;
-    ++mDepth; // the names loaded here are parts of what is complete already
+    ++mDepth; // so that load() does not begin anew for each name
     for (const auto& [object, value] : mScripts) {
         Script* script = as<Script>(value);
         for (std::size_t i = 0; script && i < script->slots.size(); ++i) {
@@ -205,7 +206,7 @@ Value Loader::loadBlock(const Object* object) {
     }
 }
 
-/// Scripts name the scopes around them by their tables, so whose table is whose has to be known beforehand.
+/// Finds which script has which table, before any script is loaded: scripts refer to the scopes around them by table.
 void Loader::findScripts(const Object* root) {
     std::vector<const Object*> pending{root};
     std::unordered_set<const Object*> seen{root};
@@ -214,7 +215,7 @@ void Loader::findScripts(const Object* root) {
         pending.pop_back();
         if (object->isBlock(block::Script) && object->children.size() >= block::kScriptChildren)
             mTableOwners.try_emplace(object->children[block::kScriptTable], object);
-        if (object->kind == ObjectKind::Node) // trees hold none
+        if (object->kind == ObjectKind::Node) // syntax trees hold no scripts
             continue;
         for (const Object* child : object->children)
             if (!child->children.empty() && seen.insert(child).second)
@@ -265,7 +266,7 @@ Value Loader::loadScript(const Object* object) {
     auto table = object->children[block::kScriptTable]->children;
     auto names = table.size() > 1 ? table[1]->children : std::span<Object*>();
     for (std::size_t i = 0; i < names.size() && i + 2 < table.size(); ++i) {
-        // Handlers address slots by their place, so a place without a name stays one.
+        // A place without a name is kept, because handlers address slots by place.
         if (names[i]->isNil())
             script->layout->names.emplace_back();
         else
@@ -379,7 +380,7 @@ Object* Saver::saveHandler(const Handler* handler) {
     std::vector<Object*> children(handler->source->children.begin(), handler->source->children.end());
     children[block::kTree] = mStore->nil();
     Object* saved = mSaved[handler] = mStore->block(handler->source->tag, children);
-    // Handlers and initialisers inside are literals of the code.
+    // The handlers and initialisers inside a handler are literals of its code.
     Object* literals = children[block::kLiterals];
     std::vector<Object*> inner(literals->children.begin(), literals->children.end());
     for (Object*& literal : inner)
@@ -439,7 +440,7 @@ Object* Saver::saveScript(Script* script) {
     if (script == mMachine.appleScript())
         return mSaved[script] = mStore->block(block::Script, {});
     Object* saved = mSaved[script] = mStore->unfinished(ObjectKind::Block, block::Script, block::kScriptChildren);
-    // The table is known before anything inside is saved: scripts inside name it as their scope.
+    // The table exists before the contents are saved, because scripts inside refer to it as their scope.
     Object* names = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size());
     Object* table = mStore->unfinished(ObjectKind::Vector, 0, script->slots.size() + 2);
     saved->children[block::kScriptTable] = table;

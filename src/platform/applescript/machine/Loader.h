@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Between stored objects and the values of a machine: loading and saving.
+// Loading stored objects as values of a machine, and saving values as stored objects.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
 
 namespace quoddle::machine {
 
-/// Makes values of stored objects. What was not recognised becomes a Stored value. One loader keeps the identity of the scripts it has met.
+/// Makes values of stored objects. An object of an unknown kind becomes a Stored value. Scripts that several loads by one loader meet are
+/// the same script.
 class Loader {
 public:
     Loader(Machine& machine, std::shared_ptr<ObjectStore> store) : mMachine(machine), mStore(std::move(store)) {}
@@ -19,7 +20,7 @@ private:
     Value loadData(const Object* object);
     Value loadApplication(const Object* object);
     Value loadScript(const Object* object);
-    /// The scope that a table belongs to: the script whose table it is, or the locals that a script object kept of the handler that made it.
+    /// The scope for a table: the script whose table it is, or the locals that a script object kept of the handler that made it.
     HeapObject* loadScope(const Object* table);
     void findScripts(const Object* root);
     void bringHandlersHome();
@@ -34,13 +35,13 @@ private:
     std::size_t mDepth = 0;
 };
 
-/// Makes stored objects of values. The result refers to the trees and handlers that the scripts were loaded from; it must be written before
-/// any of them goes.
+/// Makes stored objects of values. The result refers to the trees and handlers that the scripts were loaded from, so it must be written
+/// while the values live.
 class Saver {
 public:
     explicit Saver(Machine& machine) : mMachine(machine), mStore(std::make_shared<ObjectStore>()) {}
 
-    /// With `runOnly` no tree is saved. Null when a value nests too deeply or cannot be saved; `status` says why.
+    /// `runOnly` leaves out the trees. Null when a value nests too deeply or cannot be saved; status() says why.
     Object* save(Value value, bool runOnly);
     OSStatus status() const { return mStatus; }
 

@@ -4,10 +4,10 @@
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/language/TextElements.h"
+#include "platform/applescript/machine/Code.h"
 #include "platform/applescript/machine/Interpreter.h"
 #include "platform/applescript/machine/Loader.h"
 #include "platform/applescript/machine/Ticker.h"
-#include "platform/applescript/machine/Code.h"
 
 #include <algorithm>
 #include <deque>
@@ -18,8 +18,8 @@ namespace quoddle::machine {
 
 namespace {
 
-constexpr int kHeededRefusals = 50; // of the host, a fifth of a second: a script that catches the first ones may clean up
-constexpr std::size_t kStackValues = std::size_t(8) << 20; // reserved; memory is taken as it is touched
+constexpr int kHeededRefusals = 50; // about a fifth of a second in which a script may catch the host's refusal and clean up
+constexpr std::size_t kStackValues = std::size_t(8) << 20; // address space; memory is taken as it is touched
 
 Value loadLiteral(void* context, const Object* literal, const std::shared_ptr<ObjectStore>& store) {
     return static_cast<Machine*>(context)->literal(literal, store);
@@ -33,7 +33,7 @@ ExecutionContext::ExecutionContext() {
         throw std::bad_alloc();
     stack = stackTop = static_cast<Value*>(memory);
     stackEnd = stack + kStackValues;
-    frames.reserve(Machine::kMaximumCalls + 1); // frames are referred to while further ones are pushed
+    frames.reserve(Machine::kMaximumCalls + 1); // never reallocated, because references to frames are held while others are pushed
 }
 
 ExecutionContext::~ExecutionContext() {
@@ -136,7 +136,7 @@ void Machine::pause(Wait& wait, std::chrono::steady_clock::time_point until) {
         wait.pause(until);
 }
 
-/// Makes the registers in use known to the collector, which may run for another thread during a callback.
+/// Tells the collector which registers are in use. During a callback another thread may start a collection.
 void Machine::settle() {
     if (mContext->frames.empty())
         return;
@@ -168,7 +168,7 @@ Value Machine::taken(Value slot, Script* holder) {
 }
 
 Value* Machine::findSlot(Script* script, Value name, Script** holder) {
-    for (int limit = 0; script && limit < 1000; ++limit) { // a parent may have been set to a child
+    for (int limit = 0; script && limit < 1000; ++limit) { // bounded, because a script may have made a child its parent
         if (Value* slot = script->find(name)) {
             if (holder)
                 *holder = script;
@@ -189,7 +189,8 @@ Handler* Machine::findHandler(Script* script, Value name, Script** holder) {
     return slot ? as<Handler>(*slot) : nullptr;
 }
 
-/// One run inside native code, or the outermost one. The context may not be the machine's current one while another thread has its turn.
+/// One run of the interpreter, started from outside or by native code inside another run. While another thread has its turn, the run's
+/// context is not the machine's current one.
 class Machine::Run {
 public:
     explicit Run(Machine& machine) : mMachine(machine), mContext(*machine.mContext), mTop(mContext.stackTop) {
@@ -230,7 +231,7 @@ Value Machine::callHandler(Script* owner, Value me, Handler* handler, std::span<
     if (run.isTooDeep())
         return raise(errOSAStackOverflow, language::messageFor(errOSAStackOverflow));
     Interpreter interpreter(*this);
-    mInterrupted.store(true, std::memory_order_relaxed); // the host hears of the beginning, too
+    mInterrupted.store(true, std::memory_order_relaxed); // so that the host is asked once at the beginning
     if (!interpreter.pushFrame({handler, owner, me}, mContext->stackTop, true))
         return Value::failure();
     const Frame& frame = mContext->frames.back();

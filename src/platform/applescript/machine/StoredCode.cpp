@@ -67,7 +67,7 @@ std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view byte
         if (words > 1)
             instruction.second = wordAt(bytes, at + 3);
         if (info.operands == Operands::Branch)
-            instruction.first += static_cast<std::int32_t>(at) + 1; // counted from the operand
+            instruction.first += static_cast<std::int32_t>(at) + 1; // the offset is counted from the operand
         code.push_back(instruction);
         at += 1 + 2 * words;
     }

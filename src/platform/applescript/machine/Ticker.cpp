@@ -10,9 +10,9 @@ namespace quoddle::machine {
 
 namespace {
 
-// A host is to be asked at least every 10 ms; a wait can overshoot.
+// Less than the 10 ms within which a host must be asked, because a wait can take longer than it should.
 constexpr std::chrono::milliseconds kPeriod(4);
-// Runs that follow each other closely are not worth waking a thread for each.
+// The thread rests only after this many idle periods, so that short runs close to each other do not each wake it.
 constexpr int kIdlePeriods = 50;
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Interrupts running machines every few milliseconds, so that none of them has to read the clock.
+// Interrupts running machines every few milliseconds, so that they need not read the clock.
 #pragma once
 
 #include <condition_variable>
@@ -11,17 +11,18 @@ namespace quoddle::machine {
 
 class Machine;
 
-/// One for the process; its thread rests while nothing runs. Thread-safe.
+/// There is one ticker for the process; its thread rests while nothing runs. Thread-safe.
 class Ticker {
 public:
     static Ticker& shared();
     ~Ticker();
 
     void add(Machine* machine);
-    /// After it returns the machine is not touched any more, unless it was added more than once. False when it was not there.
+    /// After remove() returns the ticker does not touch the machine any more, unless it was added more than once. False when the machine
+    /// was not there.
     bool remove(Machine* machine);
 
-    /// While a script waits it needs no interruptions, and the ticker no thread.
+    /// Removes a machine while its script waits: such a script needs no interruptions, and the ticker may rest.
     class Rest {
     public:
         explicit Rest(Machine* machine) : mMachine(shared().remove(machine) ? machine : nullptr) {}
@@ -45,7 +46,7 @@ private:
     std::vector<Machine*> mMachines;
     std::thread mThread;
     bool mEnding = false;
-    bool mIsResting = false; // until somebody wakes the thread
+    bool mIsResting = false; // the thread waits to be woken
 };
 
 } // namespace quoddle::machine

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // A value of the running machine, in eight bytes.
 //
-// Decision: NaN boxing. A real is stored as itself; everything else lives in the space of negative quiet NaNs that arithmetic never produces, told apart by the
-// upper 16 bits. Price: reals must be canonical when they enter, and pointers have 48 bits. It buys arithmetic and element access without allocation.
+// Decision: NaN boxing. A real is stored as itself; all other values lie in the space of negative quiet NaNs that arithmetic never
+// produces, told apart by the upper 16 bits. This buys arithmetic and element access without allocation. Price: reals must be canonical
+// when they enter, and pointers have 48 bits.
 #pragma once
 
 #include "platform/base/FourCharCode.h"
@@ -21,14 +22,14 @@ public:
     constexpr Value() : mBits(kUndefinedBits) {}
 
     static constexpr Value undefined() { return Value(); }
-    /// No value at all: the sign of an operation that has raised an error. Never stored.
+    /// Answered by an operation that has raised an error. Never stored.
     static constexpr Value failure() { return Value(kSpecialTag | 1); }
     static constexpr Value boolean(bool value) { return Value(kSpecialTag | (value ? 3 : 2)); }
     static constexpr Value integer(std::int32_t value) { return Value(kIntegerTag | static_cast<std::uint32_t>(value)); }
     static Value real(double value) { return Value(std::isnan(value) ? kCanonicalNaN : std::bit_cast<std::uint64_t>(value)); }
     /// A class, a property or a constant by its bare code.
     static constexpr Value code(FourCharCode code) { return Value(kCodeTag | code); }
-    /// A constant of an enumeration; `enumeration` is an index of the machine's table of enumerations and no part of the identity.
+    /// A constant of an enumeration. `enumeration` is an index of the machine's table of enumerations; constants are compared without it.
     static constexpr Value constant(FourCharCode code, std::uint16_t enumeration) {
         return Value(kConstantTag | static_cast<std::uint64_t>(enumeration & 0x7FFF) << 32 | code);
     }
@@ -53,7 +54,7 @@ public:
     constexpr bool isMissing() const { return mBits == missing().mBits; }
     static constexpr bool areIntegers(Value a, Value b) { return (((a.mBits ^ kIntegerTag) | (b.mBits ^ kIntegerTag)) >> 32) == 0; }
 
-    // Of a value of another kind these answer 0, NaN or null, never its bits.
+    // For a value of another kind these answer 0, NaN or null, never the value's bits.
     constexpr std::int32_t asInteger() const { return isInteger() ? uncheckedInteger() : 0; }
     double asReal() const { return isReal() ? std::bit_cast<double>(mBits) : std::numeric_limits<double>::quiet_NaN(); }
     /// Of an integer or a real.
@@ -62,7 +63,7 @@ public:
     constexpr FourCharCode asCode() const { return isCode() || isConstant() ? static_cast<FourCharCode>(mBits) : 0; }
     constexpr std::uint16_t enumeration() const { return isConstant() ? static_cast<std::uint16_t>(mBits >> 32 & 0x7FFF) : 0; }
     HeapObject* asObject() const { return isObject() ? reinterpret_cast<HeapObject*>(mBits & 0x0000FFFFFFFFFFFFu) : nullptr; }
-    /// For the interpreter's loop, behind a test that the value is an integer.
+    /// For the interpreter's loop, after a test that the value is an integer.
     constexpr std::int32_t uncheckedInteger() const { return static_cast<std::int32_t>(mBits); }
 
 private:
@@ -81,7 +82,7 @@ private:
     std::uint64_t mBits;
 };
 
-/// Whole numbers of the language; beyond them a number is real.
+/// The range of whole numbers in the language. A number beyond is real.
 constexpr std::int32_t kMaximumInteger = (1 << 29) - 1;
 constexpr std::int32_t kMinimumInteger = -(1 << 29);
 constexpr bool fitsInteger(std::int64_t value) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Collects the instructions and constants of one handler while it is translated. The last instructions may still be changed or taken back,
-// down to the barrier.
+// Collects the instructions and constants of one handler while it is translated. The last instructions, down to the barrier, may still be
+// changed or taken back.
 #pragma once
 
 #include "platform/applescript/machine/Code.h"
@@ -28,14 +28,14 @@ public:
     Op lastOp() const { return mOps.back(); }
     void takeBack();
 
-    /// Nothing emitted so far may be changed: what comes next can be reached another way, or depends on what it did.
+    /// Forbids changing what was emitted so far, because what comes next can be reached another way or depends on it.
     void barrier() { mBarrier = static_cast<std::int32_t>(size()) - 1; }
     bool canChange(std::int32_t producer) const { return producer > mBarrier; }
     bool isLast(std::int32_t producer) const {
         return producer >= 0 && static_cast<std::size_t>(producer) + 1 == size() && canChange(producer);
     }
 
-    /// Writes the addresses of the instructions into them; see translate.
+    /// Writes the addresses of the interpreter's code into the instructions; see translate.
     void link(const void* const* labels);
 
 private:
@@ -45,7 +45,7 @@ private:
     std::int32_t mBarrier = -1;
 };
 
-/// Does the instruction nothing but set r[a]?
+/// Whether the only effect of the instruction is to set r[a].
 bool writesOnlyItsTarget(Op op);
 
 } // namespace quoddle::machine

@@ -124,7 +124,7 @@ void HandlerTranslator::readHandler() {
 
 void HandlerTranslator::translateAll() {
     mDefined.assign(mCode.localCount, false);
-    // Every way of passing parameters sets them all.
+    // Positional parameters always have values.
     std::fill_n(mDefined.begin(), mCode.positionalCount, true);
     for (mAt = 0; mAt < mStored.size(); ++mAt) {
         place(mAt);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Translates the stored instructions of one handler in one pass. Each instruction has a method; the table in HandlerTranslator.cpp says
-// which. At every place that is jumped to, all entries of the stack are put into their registers first.
+// Translates the stored instructions of one handler in one pass. A method translates each kind of instruction; the table in
+// HandlerTranslator.cpp says which. Wherever a jump leads, all entries of the stack are put into their registers first.
 #pragma once
 
-#include "platform/applescript/machine/Heap.h"
 #include "platform/applescript/machine/Code.h"
+#include "platform/applescript/machine/Heap.h"
 #include "platform/applescript/machine/translator/SymbolicStack.h"
 
 namespace quoddle::machine {
@@ -13,7 +13,7 @@ class HandlerTranslator {
 public:
     HandlerTranslator(const Handler& handler, Heap& heap, LiteralLoader load, void* context, Code& code);
 
-    /// Throws Corruption. Afterwards the code is complete but for its links.
+    /// Makes the code, which then still has to be linked. Throws Corruption.
     void run();
     void link(const void* const* labels) { mOut.link(labels); }
 
@@ -32,9 +32,9 @@ private:
         std::int32_t exit;
         std::size_t depth;
     };
-    /// Code at the end of the handler for the rare way out of an instruction.
+    /// Code at the end of the handler, for the rare case of an instruction.
     struct Detour {
-        std::size_t branch; // the instruction that goes there
+        std::size_t branch; // the instruction that jumps to the detour
         Op work;
         std::size_t a;
         std::size_t b;
@@ -151,7 +151,7 @@ private:
     std::vector<Label> mLabels;
     std::vector<Loop> mLoops;
     std::vector<Detour> mDetours;
-    std::vector<bool> mDefined;                                     // locals that surely have a value here
+    std::vector<bool> mDefined;                                     // by local: it surely has a value here
     std::vector<std::pair<std::int32_t, std::uint32_t>> mOpenTries; // handler, begin
     std::size_t mAt = 0;                                            // the instruction being translated
     std::size_t mSkip = 0;

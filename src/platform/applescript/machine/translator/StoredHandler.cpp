@@ -11,14 +11,14 @@ bool isLiteral(Opcode opcode) {
     return opcode == Opcode::PushLiteral || opcode == Opcode::PushLiteralLong;
 }
 
-/// Does the instruction always leave a value?
+/// Whether the instruction always leaves a value that is defined.
 bool givesValue(Opcode opcode) {
     return (opcode >= Opcode::Add && opcode <= Opcode::Negate) || (opcode >= Opcode::Equal && opcode <= Opcode::Contains) ||
            (opcode >= Opcode::PushMinus1 && opcode <= Opcode::Push3) || isLiteral(opcode) || opcode == Opcode::MakeVector ||
            opcode == Opcode::MakeRecord || opcode == Opcode::Not || opcode == Opcode::PushTrue || opcode == Opcode::PushFalse;
 }
 
-/// These branches only say where a region ends.
+/// Instructions whose branch operand only says where a region ends; they never jump.
 bool onlyMarksEnd(Opcode opcode) {
     return opcode == Opcode::Tell || opcode == Opcode::Consider || opcode == Opcode::BeginTransaction;
 }
@@ -94,7 +94,7 @@ void StoredHandler::findTargets() {
 }
 
 void StoredHandler::findCertainLocals(std::size_t localCount) {
-    // The parts of an error may be missing.
+    // A handler that catches errors may bind parts that an error lacks, so none of its locals is certain.
     const bool catches = std::any_of(mCode.begin(), mCode.end(), [](const auto& stored) { return stored.opcode == Opcode::HandleError; });
     mIsCertain.assign(localCount, !catches);
     for (std::size_t i = 0; i < mCode.size() && !catches; ++i) {
@@ -133,7 +133,7 @@ bool StoredHandler::topIsDead(std::int32_t target, int limit) const {
         case Opcode::EndTransaction:
             ++at;
             break;
-        case Opcode::Jump: // back to the beginning of a loop, whose value it is: on to where the loop ends
+        case Opcode::Jump: // back to the beginning of a loop: what counts is the end of the loop, which gets the value
             if (stored.first > static_cast<std::int32_t>(at))
                 at = static_cast<std::size_t>(stored.first);
             else if (mIsLoopExit[at + 1])

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stored instructions of one handler, and what can be known of them before any is translated. Immutable once made.
+// The stored instructions of one handler, and what is known of them before any is translated. Immutable.
 #pragma once
 
 #include "platform/applescript/image/Block.h"
@@ -11,24 +11,24 @@
 
 namespace quoddle::machine {
 
-/// Thrown while translating: the stored code makes no sense.
+/// Thrown while translating when the stored code makes no sense.
 struct Corruption {};
 
 class StoredHandler {
 public:
-    /// Throws Corruption. The block outlives this object.
+    /// Throws Corruption. The block must outlive this object.
     explicit StoredHandler(const Object& block);
 
     std::size_t size() const { return mCode.size(); }
     const StoredInstruction& at(std::size_t index) const { return mCode[index]; }
     const Object* literal(std::int32_t index) const { return mLiterals[static_cast<std::size_t>(index)]; }
-    /// The opcode at `index`, unless that is past the end or jumped to: what surely follows the instruction before.
+    /// The opcode at `index` when it surely follows the instruction before: nullopt past the end and where a jump leads.
     std::optional<Opcode> following(std::size_t index) const;
     /// `index` may be one past the last instruction.
     bool isTarget(std::size_t index) const { return mIsTarget[index]; }
-    /// A local that only ever receives computed values and literals: once set, it can never be without a value.
+    /// Whether a local only ever gets computed values and literals, so that once set it always has a value.
     bool isCertain(std::size_t local) const { return mIsCertain[local]; }
-    /// Does the handler ask for "the result"? If not, no statement has to keep its value for that.
+    /// Whether the handler asks for `the result`. If not, statements need not keep their values for that.
     bool usesResult() const { return mUsesResult; }
 
     struct Threaded {
@@ -36,9 +36,9 @@ public:
         bool needsValue;
         bool value;
     };
-    /// Where a jump with a known truth value on the stack really leads.
+    /// Jump threading: where a jump with a known truth value on the stack finally leads.
     Threaded thread(std::int32_t target, bool value) const;
-    /// Is the value on top at this place thrown away without being looked at?
+    /// Whether the value on top of the stack at `target` is thrown away without being looked at.
     bool topIsDead(std::int32_t target, int limit = 40) const;
 
 private:

@@ -163,7 +163,7 @@ void SymbolicStack::follow(std::size_t depth, Evaluate how) {
     entry.producer = static_cast<std::int32_t>(at);
     entry.raw = how != Evaluate::Fully;
     entry.maybeUndefined = false;
-    mOut.barrier(); // asking an application may change anything
+    mOut.barrier(); // an application that is asked may change anything
 }
 
 void SymbolicStack::followContainer(std::size_t depth) {

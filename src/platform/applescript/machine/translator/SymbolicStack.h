@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The operand stack of the stored code, followed symbolically: an entry that is a local, a literal, me or it costs no instruction until it
-// is used; an entry that was computed lies in the register that belongs to its depth.
+// The operand stack of the stored code, followed symbolically. An entry that is a local, a literal, `me` or `it` costs no instruction until
+// it is used; a computed entry lies in the register that belongs to its depth.
 #pragma once
 
 #include "platform/applescript/machine/translator/CodeEmitter.h"
@@ -11,17 +11,17 @@ namespace quoddle::machine {
 struct Entry {
     enum class Kind : std::uint8_t { Register, Local, Constant, Me, It, Next, Saved };
     Kind kind = Kind::Register;
-    std::uint16_t index = 0;     // local or constant; of a saved state, the instruction that restores it, or 0
-    bool raw = false;            // may hold a specifier that is still to be followed
+    std::uint16_t index = 0;     // of the local or the constant; of a saved state the instruction that restores it, or 0
+    bool raw = false;            // may hold a specifier that has not been followed to its value
     bool boolean = false;        // surely true or false
-    bool maybeUndefined = false; // what a handler returned
-    std::int32_t producer = -1;  // the instruction that put it into its register
+    bool maybeUndefined = false; // a handler returned it, perhaps without a value
+    std::int32_t producer = -1;  // the instruction that set the register; -1 when unknown
 };
 
-/// What is left of an entry where ways meet: a register, or a saved state.
+/// What is kept of the entries where paths of execution meet: each is a register or a saved state.
 using Shape = std::vector<std::uint16_t>;
 
-/// Everything throws Corruption when the stack does not hold what is asked for.
+/// All methods throw Corruption when the stack does not hold what they need.
 class SymbolicStack {
 public:
     explicit SymbolicStack(CodeEmitter& out) : mOut(out) {}
@@ -41,34 +41,34 @@ public:
     void push(Entry entry);
     void pushRegister(std::size_t producer, bool raw = false, bool boolean = false);
     void pushConstant(Value value);
-    /// Puts an entry that lay in a higher place on top of the stack.
+    /// Pushes an entry that was popped from a higher place, `fromDepth`.
     void pushMoved(const Entry& entry, std::size_t fromDepth);
-    /// A place above the stack is used for a moment.
+    /// Makes the frame large enough for `count` registers above the stack.
     void reserve(std::size_t count);
     Entry pop();
     void pop(std::size_t count);
     void popSaved();
     /// Forgets everything from `depth` on, saved states too.
     void truncate(std::size_t depth) { mEntries.resize(depth); }
-    /// The number on top, at most the number of entries below it.
+    /// Pops the number on top, which is at most the number of entries below.
     std::size_t popCount();
 
     bool isConstant(std::size_t depth) const { return mEntries[depth].kind == Entry::Kind::Constant; }
     const Value& constantOf(const Entry& entry) const { return mOut.constantAt(entry.index); }
-    /// Is "it" something other than me here?
+    /// Whether `it` may be something other than `me` here.
     bool inTell() const;
 
-    /// The register that holds an entry, which is put into its own when it is in none.
+    /// The register that holds an entry. An entry without one is put into the register of its depth.
     std::size_t reg(std::size_t depth);
     void materialise(std::size_t depth);
     void materialiseFrom(std::size_t depth);
     void flush(bool exceptTop = false);
 
-    /// Follows a specifier to its value: where its instruction can still be changed, that instruction does it.
+    /// Follows a specifier to its value. Where the instruction that made the specifier can still be changed, it is made to do that.
     void follow(std::size_t depth, Evaluate how);
-    /// Likewise for a container, but that "every word" and its like stay what they are: what is asked of them is asked of each.
+    /// Follows a container likewise, except "every word" and the like: a property is then asked of each.
     void followContainer(std::size_t depth);
-    /// An error when the handler that should have given the value gave none.
+    /// Emits a check that the handler which should have given the value gave one.
     void requireResult(std::size_t depth);
 
     Shape shape(std::size_t dropped) const;

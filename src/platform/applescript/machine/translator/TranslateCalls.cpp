@@ -6,7 +6,7 @@
 
 namespace quoddle::machine {
 
-/// What a handler, a command or a collection gets: values, but for references into applications.
+/// Prepares arguments of handlers and commands and items of collections: they are values, except references into applications.
 void HandlerTranslator::prepareArguments(std::size_t from, Evaluate how) {
     for (std::size_t depth = from; depth < mStack.size(); ++depth) {
         mStack.follow(depth, how);
@@ -14,7 +14,7 @@ void HandlerTranslator::prepareArguments(std::size_t from, Evaluate how) {
     }
 }
 
-/// A handler may give no value; whoever uses it checks.
+/// Puts the result in place of the arguments. A handler may return without a value, so uses of the result check that.
 void HandlerTranslator::replaceByResult(std::size_t count, std::size_t producer) {
     mOut.barrier();
     mStack.truncate(mStack.size() - count);
@@ -24,13 +24,13 @@ void HandlerTranslator::replaceByResult(std::size_t count, std::size_t producer)
 
 void HandlerTranslator::continueCall() {
     mStack.need(3);
-    mStack.pop(); // it
+    mStack.pop(); // `it`
     if (mStack.pop().kind != Entry::Kind::Next)
         throw Corruption();
     emitCall(true);
 }
 
-/// target a1 … an n
+/// Stack: target a1 … an n
 void HandlerTranslator::emitCall(bool continues) {
     const std::size_t count = mStack.popCount();
     mStack.need(count + 1);
@@ -39,14 +39,14 @@ void HandlerTranslator::emitCall(bool continues) {
     const Entry::Kind kind = mStack[target].kind;
     const bool isMine = kind == Entry::Kind::Me || (kind == Entry::Kind::It && !mStack.inTell());
     mStack.materialiseFrom(isMine ? target + 1 : target);
-    // Register windows overlap: the arguments are the first locals of the callee, so nothing may wait in a symbol below them that the
-    // callee could change.
+    // Register windows overlap: the arguments become the first locals of the callee. So nothing that the callee could change may wait as a
+    // symbol below them.
     const Op op = continues ? Op::ContinueCall : isMine ? Op::CallMine : Op::Call;
     const std::uint16_t name = literalConstant();
     replaceByResult(count + 1, mOut.emit(op, mStack.slot(target), count, name, mOut.cache()));
 }
 
-/// direct k1 v1 … n
+/// Stack: direct k1 v1 … n
 void HandlerTranslator::send() {
     const std::size_t count = mStack.popCount();
     mStack.need(count + 1);
@@ -60,7 +60,7 @@ void HandlerTranslator::send() {
     replaceByResult(count + 1, mOut.emit(Op::Send, mStack.slot(direct), count, mOut.constant(command), mOut.cache()));
 }
 
-/// "count x" and "count each item of x" need no event.
+/// Emits an instruction for "count x" and "count each item of x", which need no event. False for other commands.
 bool HandlerTranslator::emitCount(std::size_t direct, std::size_t parameters) {
     const bool eachItem = parameters == 2 && mStack.isConstant(direct + 1) && mStack.isConstant(direct + 2) &&
                           mStack.constantOf(mStack[direct + 1]) == Value::code("kocl"_4cc) &&
@@ -73,7 +73,7 @@ bool HandlerTranslator::emitCount(std::size_t direct, std::size_t parameters) {
     return true;
 }
 
-/// me k1 v1 … n next direct: the direct parameter is brought to where the count stood.
+/// Stack: me k1 v1 … n next direct. The direct parameter is moved to the place of the count.
 void HandlerTranslator::continueSend() {
     mStack.need(3);
     const std::size_t directDepth = mStack.top();
@@ -89,7 +89,7 @@ void HandlerTranslator::continueSend() {
     replaceByResult(count + 2, mOut.emit(Op::ContinueSend, mStack.slot(base), count, literalConstant()));
 }
 
-/// me k1 v1 … n message
+/// Stack: me k1 v1 … n message
 void HandlerTranslator::raise() {
     mStack.need(3);
     const std::size_t messageDepth = mStack.top();
@@ -100,7 +100,7 @@ void HandlerTranslator::raise() {
     const std::size_t first = mStack.size() - count - 1;
     prepareArguments(first, Evaluate::Fully);
     mStack.materialiseFrom(first);
-    // Nothing comes back, but the code around counts on a value.
+    // Execution never gets past here, but the following code expects a value on the stack.
     replaceByResult(count + 2, mOut.emit(Op::Raise, mStack.slot(first), count));
     mStack.back() = Entry();
 }

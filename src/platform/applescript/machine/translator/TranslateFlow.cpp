@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Jumps and the places they lead to; truth values that only decide where to go on.
+// Jumps and their targets, and truth values that are only used to decide about a jump.
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
 namespace quoddle::machine {
@@ -11,7 +11,7 @@ constexpr Op kBranchUnless[] = {Op::BranchUnlessEqual,          Op::BranchUnless
 constexpr Op kBranchUnlessConstant[] = {Op::BranchUnlessEqualConstant,   Op::BranchUnlessNotEqualConstant,
                                         Op::BranchUnlessGreaterConstant, Op::BranchUnlessGreaterOrEqualConstant,
                                         Op::BranchUnlessLessConstant,    Op::BranchUnlessLessOrEqualConstant};
-/// = ≠ > ≥ < ≤ by their opcodes; each with the one that says the opposite.
+/// The index of the opposite comparison, for = ≠ > ≥ < ≤ in the order of their opcodes.
 constexpr std::size_t kOpposite[] = {1, 0, 5, 4, 3, 2};
 
 } // namespace
@@ -22,7 +22,7 @@ std::size_t HandlerTranslator::emitBranch(Op op, std::size_t a, std::size_t b, s
     return at;
 }
 
-/// Notes what the stack looks like at a place that is jumped to from here, without its uppermost entries.
+/// Notes the state of the stack, without its uppermost `dropped` entries, for the target of a jump from here.
 void HandlerTranslator::merge(std::int32_t target, std::size_t dropped) {
     Label& label = mLabels[static_cast<std::size_t>(target)];
     if (!mStored.isTarget(static_cast<std::size_t>(target)))
@@ -30,7 +30,7 @@ void HandlerTranslator::merge(std::int32_t target, std::size_t dropped) {
     Shape shape = mStack.shape(dropped);
     if (!label.isReached) {
         if (label.position >= 0)
-            throw Corruption(); // backwards, into code that was passed over
+            throw Corruption(); // a jump backwards into code that was not reached, and so not translated
         label.isReached = true;
         label.shape = std::move(shape);
         label.defined = mDefined;
@@ -60,7 +60,7 @@ void HandlerTranslator::place(std::size_t at) {
         }
         if (label.isReached) {
             mStack.setShape(label.shape);
-            // A loop may come back here with an uncertain variable unset again.
+            // A later jump back to this place may come with an uncertain variable unset.
             for (std::size_t local = 0; local < mDefined.size(); ++local)
                 mDefined[local] = label.defined[local] && mStored.isCertain(local);
             mReachable = true;
@@ -84,7 +84,7 @@ void HandlerTranslator::compare() {
     mStack.follow(left, Evaluate::Fully);
     mStack.follow(left + 1, Evaluate::Fully);
 
-    // What comes next may only want to know where to go on.
+    // The comparison may be merged with a `not` and a branch that follow.
     std::size_t next = mAt + 1;
     bool inverted = mStored.following(next) == Opcode::Not;
     if (inverted)
@@ -108,7 +108,7 @@ void HandlerTranslator::compare() {
         mStack.pushRegister(producer, false, true);
         return;
     }
-    // The rest of the stack must be in place on both ways.
+    // On both paths the rest of the stack must be in its registers.
     for (std::size_t depth = 0; depth < left; ++depth)
         mStack.materialise(depth);
     const std::size_t test = inverted ? kOpposite[which] : which;

@@ -20,7 +20,7 @@ void HandlerTranslator::repeat() {
     }
 }
 
-/// The state of the loop lies below the value of its last turn.
+/// Emits the instruction at the beginning of a loop. On the stack the state of the loop lies below the value of its last turn.
 void HandlerTranslator::turn(Op op, std::size_t operands, std::size_t local) {
     mStack.need(operands + 1);
     if (mLoops.empty())
@@ -56,7 +56,7 @@ void HandlerTranslator::repeatWhile() {
     mStack.pop();
 }
 
-/// Leaves the scopes inside the loop, outermost last, and goes on behind it.
+/// Leaves the scopes that were opened inside the loop, innermost first, and jumps behind the loop.
 void HandlerTranslator::exitLoop() {
     if (mLoops.empty())
         throw Corruption();

@@ -8,7 +8,7 @@ namespace {
 struct BinaryOperator {
     Opcode opcode;
     Op op;
-    Op withConstant; // Corrupt: there is none
+    Op withConstant; // Corrupt when there is no such instruction
     bool isBoolean;
 };
 

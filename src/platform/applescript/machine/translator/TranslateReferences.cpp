@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Specifiers are built only where nothing shorter does: a property or an element of a value of this machine is got or set at once.
+// References. A property or an element of a value of this machine is got or set at once; specifiers are built only for the rest.
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
 namespace quoddle::machine {
@@ -75,7 +75,7 @@ void HandlerTranslator::emitSpecifier(Specifier::Form form, std::size_t operands
     mStack.pushRegister(mOut.emit(Op::MakeSpecifier, mStack.nextSlot(), from, static_cast<std::size_t>(form)), true);
 }
 
-/// A test is kept as a description: the operator goes between its operands.
+/// A test is kept as a description, with the operator between its operands.
 void HandlerTranslator::makeTest() {
     const bool isNot = here().opcode == Opcode::TestNot;
     const Value operation = Value::integer(static_cast<std::int32_t>(here().opcode));
@@ -87,7 +87,7 @@ void HandlerTranslator::makeTest() {
     } else {
         mStack.follow(rightDepth, Evaluate::Locally);
         const Entry right = mStack.pop();
-        if (right.kind == Entry::Kind::Register) { // make room for the operator below it
+        if (right.kind == Entry::Kind::Register) { // the operator goes into the register below
             mStack.push(right);
             mStack.push({});
             mOut.emit(Op::Move, mStack.slot(rightDepth + 1), mStack.slot(rightDepth));
@@ -107,13 +107,13 @@ void HandlerTranslator::getData() {
     mStack.follow(mStack.top(), Evaluate::Fully);
 }
 
-/// value specifier → value
+/// Stack: value specifier → value
 void HandlerTranslator::store(bool copies) {
     mStack.need(2);
     const std::size_t value = mStack.top() - 1;
     mStack.follow(value, Evaluate::Fully);
     mStack.requireResult(value);
-    // Putting the value into a register must not come between the specifier and its use.
+    // The instruction that puts the value into a register must come before the one that makes the specifier.
     const Entry& target = mStack.back();
     const bool isRegister = mStack[value].kind == Entry::Kind::Register || mStack[value].kind == Entry::Kind::Local;
     if (!isRegister && target.kind == Entry::Kind::Register && mOut.isLast(target.producer)) {
@@ -135,7 +135,7 @@ void HandlerTranslator::store(bool copies) {
     mStack.pop();
 }
 
-/// Turns the instruction that made the specifier into one that stores, if it can.
+/// Turns the instruction that made the specifier into one that stores. False when that is impossible.
 bool HandlerTranslator::emitStore(std::size_t from) {
     const Entry& target = mStack.back();
     if (target.kind != Entry::Kind::Register || !mOut.isLast(target.producer))

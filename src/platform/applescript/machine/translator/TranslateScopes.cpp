@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// tell, considering, with timeout, with transaction, try: what was there before waits on the stack until the scope ends.
+// The scopes tell, considering, with timeout, with transaction and try: the state before a scope waits on the stack until it ends.
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
 #include <algorithm>
@@ -52,7 +52,7 @@ void HandlerTranslator::beginConsider() {
     beginScope(1, Op::EndConsider);
 }
 
-/// The value of a scope goes down to where the scope began.
+/// The value of a scope moves down to the depth at which the scope began.
 void HandlerTranslator::endScope(Op closing) {
     mStack.need(2);
     const std::size_t valueDepth = mStack.top();

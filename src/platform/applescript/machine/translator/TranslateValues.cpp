@@ -46,7 +46,7 @@ void HandlerTranslator::pushLocal() {
     mStack.push(entry);
 }
 
-/// The value stays on the stack, as the variable.
+/// Stores the value on top of the stack, where the entry then stands for the local.
 void HandlerTranslator::storeLocal(std::size_t local) {
     mStack.need(1);
     mStack.follow(mStack.top(), Evaluate::Fully);
@@ -54,7 +54,7 @@ void HandlerTranslator::storeLocal(std::size_t local) {
         mOut.emit(Op::SetScope, mStack.reg(mStack.top()), 0, local);
         return;
     }
-    bool isPending = false; // the old value still waits on the stack
+    bool isPending = false; // an entry on the stack still stands for the old value
     for (std::size_t depth = 0; depth < mStack.top(); ++depth)
         if (mStack[depth].kind == Entry::Kind::Local && mStack[depth].index == local) {
             isPending = true;
@@ -93,7 +93,7 @@ void HandlerTranslator::popGlobal() {
     mOut.emit(Op::SetGlobal, mStack.reg(mStack.top()), literalConstant(), mOut.cache());
 }
 
-/// A variable of the script or handler around this one. Handlers of a script reach its slots directly.
+/// Pushes a variable of the script or handler around this one. Handlers of a script reach its slots directly.
 void HandlerTranslator::pushOuter() {
     const auto index = static_cast<std::size_t>(here().second);
     if (here().first == 1 && !mCode.hasScope)
@@ -123,7 +123,7 @@ void HandlerTranslator::storeResult() {
 
 void HandlerTranslator::duplicate() {
     mStack.need(1);
-    // "repeat with x in …": the list is made once, not at every turn.
+    // In "repeat with x in …" the list is computed once and not at every turn.
     const bool literalFollows = mAt + 1 < mStored.size() && (mStored.at(mAt + 1).opcode == Opcode::PushLiteral ||
                                                              mStored.at(mAt + 1).opcode == Opcode::PushLiteralLong);
     const bool countsItems = literalFollows && literal(mStored.at(mAt + 1).first) == Value::code("kocl"_4cc);
