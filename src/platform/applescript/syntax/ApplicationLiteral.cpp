@@ -14,12 +14,12 @@ namespace {
 constexpr std::size_t kFlagsAt = 86;
 constexpr std::size_t kTypeAt = 90;
 constexpr std::size_t kContentAt = 94;
-constexpr std::uint32_t kFlags = 0x40020100; // no creator code
+constexpr std::uint32_t kFlags = 0x40020100; // the value for a file without a creator code
 constexpr std::size_t kAliasHeader = 150;
-constexpr std::size_t kAliasNameAt = 50; // a Pascal string of at most 63 bytes
+constexpr std::size_t kAliasNameAt = 50; // place of a Pascal string of at most 63 bytes
 constexpr std::size_t kMaxAliasName = 63;
 constexpr int kUnicodeNameTag = 14;
-constexpr std::size_t kMaxUnicodeName = 16000; // a path, where a name has no more than 255; lengths are stored in 16 bits
+constexpr std::size_t kMaxUnicodeName = 16000; // enough for a path; lengths are stored in 16 bits
 
 void put(std::string& bytes, std::size_t at, std::uint32_t value, std::size_t size) {
     for (std::size_t i = 0; i < size; ++i)
@@ -42,7 +42,7 @@ std::string bigEndian(std::u16string_view text) {
 
 std::string aliasRecord(std::u16string_view name) {
     std::string alias(kAliasHeader, '\0');
-    put(alias, 6, 2, 2); // version
+    put(alias, 6, 2, 2); // version of alias records
     std::string roman = macRomanFromUTF16(name).substr(0, kMaxAliasName);
     alias[kAliasNameAt] = static_cast<char>(roman.size());
     std::ranges::copy(roman, alias.begin() + static_cast<std::ptrdiff_t>(kAliasNameAt + 1));
@@ -57,7 +57,7 @@ std::string aliasRecord(std::u16string_view name) {
     return alias;
 }
 
-/// The Unicode name among the tagged items, else the Mac Roman one.
+/// The Unicode name in the tagged items, or else the Mac Roman name in the header.
 std::u16string aliasName(std::string_view alias) {
     for (std::size_t at = kAliasHeader; at + 4 <= alias.size();) {
         std::uint32_t tag = get(alias, at, 2);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The reserved words. One list: the lexer marks them, the parser asks for them, the printer puts bars around identifiers that are spelled
-// like one.
+// The reserved words, and those that may label parameters. One list: the lexer marks the words, the parser asks for them, the printer puts
+// bars around identifiers that are spelled like one.
 #pragma once
 
 #include "platform/base/FourCharCode.h"
@@ -49,13 +49,13 @@ enum class Keyword : std::uint8_t {
 };
 
 enum class KeywordUse : std::uint8_t {
-    Free,     // may be an identifier all the same
-    Reserved, // may not, unless in bars; nor may the following
-    Starts,   // can begin an operand
-    Picks,    // begins one, and a class comes next: every, first, back
+    Free,     // may also be an identifier
+    Reserved, // may be an identifier only in bars; so may Starts and Picks
+    Starts,   // reserved, and can begin an operand
+    Picks,    // reserved, and begins an operand with a class behind: every, first, back
 };
 
-/// Keyword::None when `word` (lower case) is none.
+/// Keyword::None when `word` (lower case) is no keyword.
 Keyword keywordOf(std::string_view word);
 KeywordUse useOf(Keyword keyword);
 inline bool isReserved(Keyword keyword) {
@@ -64,14 +64,14 @@ inline bool isReserved(Keyword keyword) {
 std::string_view spellingOf(Keyword keyword);
 
 struct Preposition {
-    std::array<Keyword, 2> words; // the second may be None
+    std::array<Keyword, 2> words; // the second is None for a preposition of one word
     FourCharCode code;
     std::string_view spelling;
 };
 
 std::span<const Preposition> prepositions();
 
-/// The words for a code; empty when it is no preposition's.
+/// The words of a preposition; empty when the code is not one's.
 std::string_view prepositionOf(FourCharCode code);
 
 } // namespace quoddle::syntax

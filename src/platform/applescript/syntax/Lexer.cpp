@@ -58,7 +58,7 @@ private:
         return token;
     }
 
-    /// One token, or a stretch of blanks.
+    /// Reads one token or a stretch of blanks.
     void next() {
         char16_t c = peek();
         if (isBlank(c))
@@ -94,7 +94,8 @@ private:
         add(TokenKind::Newline, start, mAt);
     }
 
-    /// The mark, and the rest of its line when nothing but blanks or a comment stands there. A comment is dropped: no node could keep it.
+    /// Reads a continuation mark, and the rest of its line when that is only blanks or a comment. Such a comment is dropped, because no
+    /// node could keep it.
     void continuation() {
         std::size_t mark = mAt++;
         while (isBlank(peek()))
@@ -253,7 +254,7 @@ private:
             return;
         }
         ++mAt;
-        // Without bars case does not matter; with them it does, as soon as there are capitals.
+        // The case of an identifier in bars matters as soon as it has capitals.
         Word* word = intern(name, u'|' + name);
         word->barred = true;
         add(TokenKind::BarredWord, start, mAt).word = word;
@@ -271,7 +272,7 @@ private:
         add(TokenKind::RawCode, start, mAt).text = mSource.substr(start + 1, mAt - start - 2);
     }
 
-    /// Length of the letter (or, unless `first`, the digit or underscore) at `at`; 0 when there is none.
+    /// The length of the letter at `at` (or, unless `first`, of the digit or underscore); 0 when there is none.
     std::size_t letterAt(std::size_t at, bool first) const {
         if (at >= mSource.size())
             return 0;
@@ -292,7 +293,7 @@ private:
         mAt += length;
         while (std::size_t more = letterAt(mAt, false))
             mAt += more;
-        // isn't, doesn't
+        // The apostrophe of isn't and doesn't is part of the word.
         if (isApostrophe(peek()) && (peek(1) == 't' || peek(1) == 'T') && (mSource[mAt - 1] | 0x20) == 'n' && !letterAt(mAt + 2, false))
             mAt += 2;
         std::u16string_view spelling = mSource.substr(start, mAt - start);

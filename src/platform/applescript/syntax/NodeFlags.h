@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The flags of syntax-tree nodes: how something was written, where it can be written in several ways. The parser sets them, the printer
-// reads them; they don't matter for running. The flags that tell an operator's spelling are in the operator table.
+// The flags of syntax-tree nodes. A flag tells how the author wrote something that can be written in several ways. The parser sets the
+// flags, the printer reads them; they do not matter for running. The flags for the spellings of operators are in the operator table.
 #pragma once
 
 #include <cstdint>
@@ -13,11 +13,11 @@ enum Flag : std::uint16_t {
     BreakBefore = 9,
     BreakAfter = 10,
     The = 0x100,
-    // Line, as a line of statements: its comment
+    // Line, as a line of statements: the form of its comment
     BlockComment = 0,
     DashComment = 1,
     NoComment = 2,
-    DashOnHeader = 3, // the comment stands on the line of the header, and the line holds the whole body
+    DashOnHeader = 3, // the comment stands on the line of the block's header, and the Line holds the whole body
     BlockOnHeader = 4,
     HashComment = 6,
     HashOnHeader = 7,
@@ -32,7 +32,7 @@ enum Flag : std::uint16_t {
     FrontOrBack = 0x100,
     // Every
     Plural = 1,
-    // Range; 0: from … to
+    // Range; 0 means from … to
     Thru = 0x100,
     Through = 0x101,
     // Before, After
@@ -42,7 +42,7 @@ enum Flag : std::uint16_t {
     Whose = 0x100,
     Where = 1,
     That = 2,
-    // Call; of a handler 0, or Labelled when its parameters have labels
+    // Call; a handler's call has 0, or Labelled when its parameters have labels
     Labelled = 1,
     OfForm = 1, // count of x
     Command = 2,

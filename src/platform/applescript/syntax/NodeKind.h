@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The kinds of syntax-tree nodes, with the numbers under which compiled scripts store them. One list: the parser, the printer and the compiler
-// read it. A child marked "or nil" is a Nil object when absent.
+// The kinds of syntax-tree nodes, with the numbers under which compiled scripts store them. One list, read by the parser, the printer and
+// the compiler. A child marked "or nil" is a Nil object when absent.
 #pragma once
 
 #include <cstdint>
@@ -77,7 +77,9 @@ constexpr std::uint8_t tagOf(NodeKind kind) {
     return static_cast<std::uint8_t>(kind);
 }
 
-/// Takes time in proportion to the number of objects.
+/// Whether a tree can be printed and compiled. Trees from the parser can; trees from files may be anything: every node must have the
+/// children that its kind calls for, no node may contain itself, and depth and size when written out are bounded. Takes time in proportion
+/// to the number of objects.
 bool isWellFormed(const Object* tree);
 
 } // namespace quoddle::syntax

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The operators: every spelling, the node that keeps it, and how tightly it binds. The parser reads by it and the printer writes by it.
+// The operators: every spelling, the node for it, and how tightly it binds. The parser and the printer use the same table.
 #pragma once
 
 #include "platform/applescript/syntax/NodeKind.h"
@@ -20,13 +20,13 @@ constexpr Level tighter(Level level) {
 
 struct OperatorRow {
     NodeKind kind;
-    std::uint16_t flags; // of the node; they tell the spelling
+    std::uint16_t flags; // of the node; they tell the spellings of one operator apart
     Level level;
-    Symbol symbol; // or
+    Symbol symbol; // Symbol::None for an operator of words
     std::array<Keyword, 7> words;
-    bool negates = false; // the node stands inside a Not
-    bool swaps = false;   // the node has the operands the other way round
-    bool asks = false;    // `is` and `is not`: the right side may be a property that is true or false
+    bool negates = false; // the node is wrapped in a Not
+    bool swaps = false;   // the node has the operands in the opposite order
+    bool asks = false;    // of `is` and `is not`, whose right side may be a property that is true or false
 
     constexpr std::size_t length() const {
         std::size_t n = 0;
@@ -37,7 +37,7 @@ struct OperatorRow {
 };
 
 std::span<const OperatorRow> symbolOperators();
-/// Of rows with the same node, flags and negation the first is the one that is printed.
+/// The printer uses the first of several rows with the same node, flags and negation.
 std::span<const OperatorRow> wordOperators();
 
 } // namespace quoddle::syntax

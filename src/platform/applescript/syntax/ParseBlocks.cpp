@@ -21,7 +21,7 @@ std::uint16_t commentFlags(CommentKind kind, bool onHeader) {
     return onHeader ? flags::HashOnHeader : flags::HashComment;
 }
 
-/// Belongs to the script, not to its run handler.
+/// Whether a statement belongs to the script and not to its run handler.
 bool isDeclaration(const Object* statement) {
     for (NodeKind kind : {NodeKind::Handler, NodeKind::Property, NodeKind::Script, NodeKind::Use, NodeKind::Global, NodeKind::UsingTerms}) {
         if (statement->isNode(tagOf(kind)))
@@ -55,7 +55,7 @@ Object* Parser::block(Body body) {
     std::size_t first = mAt;
     Brackets brackets(*this);
     Saved level(mAtScriptLevel, body != Body::Statements);
-    // A comment on the line of the header holds the whole body.
+    // The Line of a comment behind a block's header holds the whole body.
     const Token* comment = peek().kind == TokenKind::Comment ? &advance() : nullptr;
     if (!atLineEnd())
         expected(u"end of line");
@@ -77,7 +77,7 @@ bool Parser::atBlockEnd() const {
             matchTerm({TermKind::Event, TermKind::Property, TermKind::Constant}).words < 2);
 }
 
-/// Every line up to the end of the block, or of the script.
+/// Reads all lines up to the end of the block or of the script.
 std::vector<Object*> Parser::lines(Body body) {
     std::vector<Object*> all;
     while (!failed() && peek().kind != TokenKind::End) {
@@ -85,7 +85,7 @@ std::vector<Object*> Parser::lines(Body body) {
             break;
         line(all, body);
     }
-    // A text that ends with a line end has an empty last line.
+    // A source that ends with a line end has an empty last line.
     if (body == Body::Script && !failed() && mAt > 0 && mTokens[mAt - 1].kind == TokenKind::Newline)
         all.push_back(wrap(nil(), flags::NoComment, mAt));
     return all;
@@ -120,7 +120,7 @@ Object* Parser::commentLine(Object* statement, const Token& comment, bool onHead
     std::size_t first = mAt ? mAt - 1 : 0;
     Object *old = nil(), *text = nil();
     if (!comment.text.empty()) {
-        // The old form, in Mac Roman, stands beside the new one for old readers.
+        // Old readers want the comment in Mac Roman beside the new form.
         old = mStore.text(utf16FromMacRoman(macRomanFromUTF16(comment.text)));
         old->flags = flags::OldText;
         text = mStore.text(comment.text);
@@ -128,7 +128,7 @@ Object* Parser::commentLine(Object* statement, const Token& comment, bool onHead
     return node(NodeKind::Line, {statement, old, text}, commentFlags(comment.comment, onHeader), first);
 }
 
-/// `end`, and if it stands there the name of what ends.
+/// Reads `end` and, if it stands there, the word for the block that ends.
 void Parser::endOf(Keyword keyword, Keyword other) {
     if (!accept(Keyword::End)) {
         expected(u"“end”");

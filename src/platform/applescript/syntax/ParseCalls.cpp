@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Calls of users' handlers: f(a, b), x's foo:a bar:b, f of x from y given z:1.
+#include "platform/applescript/syntax/Keyword.h"
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
-#include "platform/applescript/syntax/Keyword.h"
 
 #include "platform/base/Text.h"
 
 namespace quoddle::syntax {
 
-/// The name has been read: a variable, or a call when its arguments follow.
+/// Parses what follows a name: it is a call when there are arguments, else a variable.
 Object* Parser::call(const Word& name, Place place, std::size_t firstToken) {
     Object* id = identifier(name);
     if (at(Symbol::LeftParen)) {
@@ -30,7 +30,7 @@ std::u16string Parser::partSpelling(const Token& token) const {
     return std::u16string(token.kind == TokenKind::Word ? mSource.substr(token.start, token.end - token.start) : token.word->spelling);
 }
 
-/// foo:a bar:b is a call of foo_bar_ with two arguments. The first name has been read.
+/// Parses foo:a bar:b behind the first word: a call of foo_bar_ with two arguments.
 Object* Parser::interleaved(std::size_t firstToken) {
     Word whole;
     std::u16string spelling;
@@ -59,7 +59,7 @@ FourCharCode Parser::preposition(std::size_t& tokens) const {
     return 0;
 }
 
-/// What can follow the name, or the direct parameter, of a call with labels.
+/// Whether a label follows the name or the direct parameter of a call with labels.
 bool Parser::atUserLabel() const {
     if (atActiveLabel())
         return false;

@@ -15,7 +15,7 @@ constexpr std::uint32_t kEnumerated = 0x2000;
 
 } // namespace
 
-/// The name of the command has been read.
+/// Parses the parameters of a command, whose name has been read.
 Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstToken) {
     Depth depth(*this);
     std::uint16_t form = flags::Command;
@@ -29,12 +29,12 @@ Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstT
         direct = reference();
     } else if (!labelAt(term, 0, words) && startsOperand()) {
         mConstantsFirst = term && (term->directFlags & kEnumerated);
-        // `exists x and y` asks for x only.
+        // `exists x and y` is (exists x) and y.
         direct = expression(event->code(1) == "doex"_4cc ? Level::As : Level::Or);
         mConstantsFirst = false;
     }
     Object* labels = commandLabels(term);
-    if (direct->isNil() && at(Keyword::Of) && !atActiveLabel()) { // count each word of x
+    if (direct->isNil() && at(Keyword::Of) && !atActiveLabel()) { // as in "count each word of x"
         form = flags::OfForm;
         advance();
         direct = reference();
@@ -50,7 +50,7 @@ Object* Parser::commandLabels(const EventTerm* term) {
     return labels(pairs);
 }
 
-/// The parameter whose label stands `ahead`; the longest label wins.
+/// The parameter whose label stands `ahead`, null when none does. The longest label wins.
 const ParameterTerm* Parser::labelAt(const EventTerm* term, std::size_t ahead, std::size_t& words) const {
     const ParameterTerm* found = nullptr;
     words = 0;
@@ -89,7 +89,7 @@ bool Parser::commandLabel(const EventTerm* term, std::vector<Object*>& pairs) {
     return true;
 }
 
-/// with a, b and c; without d
+/// Parses "with a, b and c" or "without d".
 bool Parser::switches(const EventTerm* term, std::vector<Object*>& pairs) {
     bool with = at(Keyword::With);
     if (!with && !at(Keyword::Without))
@@ -115,7 +115,7 @@ bool Parser::switches(const EventTerm* term, std::vector<Object*>& pairs) {
     return true;
 }
 
-/// given label:value, label:value
+/// Parses "given label:value, label:value".
 bool Parser::given(std::vector<Object*>& pairs) {
     if (!at(Keyword::Given))
         return false;
@@ -130,7 +130,7 @@ bool Parser::given(std::vector<Object*>& pairs) {
     return true;
 }
 
-/// A label of the script's own making, or a code.
+/// Parses a label behind "given": an identifier or a code.
 Object* Parser::givenLabel() {
     const Token& token = peek();
     if (TermMatch match = matchTerm({TermKind::Property, TermKind::Class})) {

@@ -5,7 +5,7 @@
 
 namespace quoddle::syntax {
 
-/// The statement of a one-line `if` or `tell`.
+/// Parses the statement of a one-line `if` or `tell`.
 Object* Parser::inlineStatement() {
     Saved level(mAtScriptLevel, false);
     return statement();
@@ -47,7 +47,7 @@ const TermSource* Parser::termsOf(const ApplicationName& application) {
     return mOptions.applicationTerms ? mOptions.applicationTerms(application) : nullptr;
 }
 
-/// Enters the dictionary of the application that a target names; false when it names none, or one that only the running script knows.
+/// Enters the dictionary of the application that a target names. False when it names none, or one that is known only when the script runs.
 bool Parser::pushTarget(const Object* target) {
     auto application = applicationOf(target);
     bool named = application && !application->text.empty();
@@ -130,7 +130,7 @@ Object* Parser::tryStatement() {
     return node(NodeKind::Try, {body, heading, recovery}, 0, first);
 }
 
-/// on error message number n from offender to type partial result list
+/// Parses "on error message number n from offender to type partial result list".
 Object* Parser::errorHeading() {
     std::size_t first = mAt;
     skip(2);

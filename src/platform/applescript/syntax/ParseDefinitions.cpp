@@ -14,7 +14,7 @@ namespace {
 
 constexpr OSStatus kDuplicateRun = -2789;
 
-/// The statement of a line, or the statement itself.
+/// The statement inside a Line; any other node itself.
 const Object* statementOf(const Object* line) {
     while (line->isNode(tagOf(NodeKind::Line)))
         line = line->children[0];
@@ -32,13 +32,13 @@ std::u16string shownName(const Object* name) {
 
 } // namespace
 
-/// Variables that take a parameter or a part of it: a name, or a list or record of such.
+/// Parses a pattern of variables that take a parameter or its parts: a name, or a list or record of patterns.
 Object* Parser::pattern() {
     Depth depth(*this);
     std::size_t first = mAt;
     if (at(Symbol::LeftBrace) || at(Symbol::LeftBracket) || at(Symbol::LeftParen))
         return primary(Place::Value);
-    if (at(Symbol::Minus)) { // on error number -128
+    if (at(Symbol::Minus)) { // as in "on error number -128"
         advance();
         Object* number = primary(Place::Index);
         return node(NodeKind::Negate, {number}, 0, first);
@@ -64,7 +64,7 @@ Object* Parser::wordAsVariable() {
         return nullptr;
     mWordVariables.insert(token.word->key);
     advance();
-    // A constant has no code of its own that a variable could have.
+    // A constant's code could not name a variable, so its word becomes an identifier.
     return match.term->kind == TermKind::Constant ? identifier(*token.word) : codeOf(*match.term);
 }
 
@@ -80,12 +80,13 @@ bool Parser::atWordHandler() const {
         return false;
     if (mWordHandlers.contains(peek().word->key))
         return true;
-    // A constant that is called: a handler of another application, defined in another text.
+    // A constant before a parenthesis is a call of a handler that some other script defines.
     const TermMatch match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
     return match.words == 1 && match.term->kind == TermKind::Constant && !isReserved(peek().keyword) && peek().end == peek(1).start;
 }
 
-/// "on any(…)": lines that begin with "on" or "to", a word of the language that is no command, and a parenthesis.
+/// Finds handlers whose names are words of the language: lines that begin with "on" or "to", such a word that is not a command, and a
+/// parenthesis.
 void Parser::findHandlerNames() {
     bool atLineStart = true;
     for (std::size_t i = 0; i + 2 < mTokens.size(); ++i) {
@@ -99,7 +100,7 @@ void Parser::findHandlerNames() {
     }
 }
 
-/// name as class : default value
+/// Parses "name as class : default value".
 Object* Parser::parameter() {
     std::size_t first = mAt;
     bool broken = takeBreak();
@@ -123,7 +124,8 @@ Object* Parser::handler() {
     Object* body = block();
     if (!accept(Keyword::End))
         expected(u"“end”");
-    while (!failed() && !atLineEnd()) // whatever name stands there
+    // QUIRK: any name may stand behind "end"; it is not compared with the handler's, and scripts with renamed handlers rely on that
+    while (!failed() && !atLineEnd())
         advance();
     checkDeclarations(body);
     mWordVariables = outside;
@@ -152,7 +154,7 @@ Object* Parser::handlerHeading() {
     return at(Symbol::Colon, 1) ? interleavedHeading(first) : userHeading(first);
 }
 
-/// on open files; on adding folder items to folder after receiving files
+/// Parses headings such as "on open files" and "on adding folder items to folder after receiving files".
 Object* Parser::eventHeading(Object* event, const EventTerm* term, std::size_t firstToken) {
     std::uint16_t form = flags::Command;
     Object* direct = nil();
@@ -193,7 +195,7 @@ Object* Parser::eventHeading(Object* event, const EventTerm* term, std::size_t f
     return node(NodeKind::Call, {event, direct, labels(pairs)}, form, firstToken);
 }
 
-/// on f(a, b); on f of x from a given b:c
+/// Parses headings such as "on f(a, b)" and "on f of x from a given b:c".
 Object* Parser::userHeading(std::size_t firstToken) {
     Object* id = identifier(*advance().word);
     Object* direct = emptyList();
@@ -232,7 +234,7 @@ Object* Parser::userHeading(std::size_t firstToken) {
     return node(NodeKind::Call, {id, direct, labels(pairs)}, 0, firstToken);
 }
 
-/// on foo:a bar:b
+/// Parses headings such as "on foo:a bar:b".
 Object* Parser::interleavedHeading(std::size_t firstToken) {
     Word whole;
     std::u16string spelling;
@@ -267,7 +269,7 @@ Object* Parser::property() {
     return node(NodeKind::Property, {named, value}, 0, first);
 }
 
-/// Handlers and properties that a script has twice; top-level commands beside a run handler.
+/// Fails for a handler or property that a script has twice, and for top-level commands beside a run handler.
 void Parser::checkDuplicates(const std::vector<Object*>& lines) {
     std::set<std::string_view> handlers, properties;
     bool commands = false;
@@ -298,7 +300,7 @@ void Parser::checkDuplicates(const std::vector<Object*>& lines) {
              rangeOf(run));
 }
 
-/// Variables that a handler declares both global and local.
+/// Fails for a variable that a handler declares both global and local.
 void Parser::checkDeclarations(const Object* body) {
     std::set<std::string_view> globals, locals;
     auto look = [&](const Object* line) {

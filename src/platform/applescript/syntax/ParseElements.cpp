@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Elements: a class with an index, a name, a range, an ordinal; insertion points; and the classes whose values can be written as literals.
+// Elements (a class with an index, a name, a range or an ordinal), insertion points, and classes whose values are written as literals.
 #include "platform/applescript/syntax/ApplicationLiteral.h"
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
@@ -18,7 +18,7 @@ constexpr std::int64_t kSecondsPerDay = 86400;
 
 } // namespace
 
-/// The class has been read; what picks its elements may follow.
+/// Parses what picks elements of a class, which has been read.
 Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken) {
     FourCharCode code = classCode->code();
     auto byKey = [&](FourCharCode form) {
@@ -43,7 +43,7 @@ Object* Parser::element(Object* classCode, TermKind kind, std::size_t firstToken
         Object* to = rangeBound();
         return node(NodeKind::Range, {classCode, from, to}, 0, firstToken);
     }
-    if (TermMatch any = code == "****"_4cc ? matchTerm({TermKind::Class}) : TermMatch()) { // any button
+    if (TermMatch any = code == "****"_4cc ? matchTerm({TermKind::Class}) : TermMatch()) { // as in "any button"
         std::size_t first = mAt;
         skip(any.words);
         return node(NodeKind::Element, {classCode, literal(codeOf(*any.term), first)}, 0, firstToken);
@@ -65,7 +65,7 @@ Object* Parser::indexed(Object* classCode, std::size_t firstToken) {
     return node(NodeKind::Range, {classCode, at1, to}, through ? flags::Through : flags::Thru, firstToken);
 }
 
-/// id 5, index 2, named "x": a key form and its key.
+/// Whether a key form and its key follow: id 5, index 2, named "x".
 bool Parser::startsKey() const {
     return (atWord("id") || atWord("index") || at(Keyword::Named)) && startsOperand(1);
 }
@@ -80,7 +80,7 @@ bool Parser::startsIndex() const {
     case TokenKind::RawCode:
         return true;
     case TokenKind::Symbol:
-        if (token.symbol == Symbol::Minus) { // item -1, but items - 1
+        if (token.symbol == Symbol::Minus) { // "item -1" is an element, "items - 1" a difference
             const Token& number = peek(1);
             bool touches = number.start == token.end && mAt > 0 && token.start > mTokens[mAt - 1].end;
             return touches && (number.kind == TokenKind::Integer || number.kind == TokenKind::Real || number.symbol == Symbol::LeftParen ||
@@ -98,7 +98,7 @@ bool Parser::startsIndex() const {
     if (isReserved(token.keyword) && match.words < 2) {
         switch (token.keyword) {
         case Keyword::My:
-        case Keyword::Beginning: // text beginning thru word 3
+        case Keyword::Beginning: // as in "text beginning thru word 3"
         case Keyword::First:
         case Keyword::Last:
             return true;
@@ -136,7 +136,7 @@ Object* Parser::index() {
     return broken ? wrap(made, flags::BreakBefore, first) : made;
 }
 
-/// One end of a range: a number, or an element.
+/// Parses one end of a range: a number or an element.
 Object* Parser::rangeBound() {
     Saved labels(mUserLabels, false);
     if (at(Symbol::Minus))
@@ -144,7 +144,7 @@ Object* Parser::rangeBound() {
     return possessives();
 }
 
-/// 1st, first, last, some, every: a form and the class it picks from.
+/// Parses an ordinal (1st, first, last, some, every) and the class that it picks from.
 Object* Parser::ordinal(std::size_t firstToken) {
     static constexpr Keyword kOrdinals[] = {Keyword::First, Keyword::Second,  Keyword::Third,  Keyword::Fourth, Keyword::Fifth,
                                             Keyword::Sixth, Keyword::Seventh, Keyword::Eighth, Keyword::Ninth,  Keyword::Tenth};
@@ -180,7 +180,7 @@ Object* Parser::ordinal(std::size_t firstToken) {
     return expected(u"expression");
 }
 
-/// The class name that an ordinal, `every` or `some` needs.
+/// Parses the name of a class behind an ordinal, `every` or `some`.
 Object* Parser::pickedClass() {
     const Token& token = peek();
     if (token.kind == TokenKind::RawCode && token.text.starts_with(u"class ")) {
@@ -233,7 +233,7 @@ Object* Parser::applicationNamed(std::size_t firstToken) {
 
 Object* Parser::dateNamed(std::size_t firstToken) {
     const Token& token = advance();
-    // date "10:30" of d: the text waits for the date that it belongs to.
+    // In `date "10:30" of d` the text is completed when the script runs and d is known.
     const bool isRelative = atWord("relative") && at(Keyword::To, 1);
     if (isRelative || atContainer()) {
         Object* part = node(NodeKind::Element, {mStore.code("ldt "_4cc), literal(mStore.text(token.text), firstToken + 1)}, 0, firstToken);

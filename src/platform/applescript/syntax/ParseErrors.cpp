@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the parser says when it does not understand: the shapes of messages that scripters know.
+// The parser's error messages, in the forms that scripters know.
 #include "platform/applescript/syntax/ParserState.h"
 
 #include "platform/base/Text.h"
@@ -22,7 +22,7 @@ Object* Parser::tooComplex() {
     return fail(errOSAInternalTableOverflow, u"Internal table overflow.", peek());
 }
 
-/// What kind of thing stands `ahead`, as messages name it.
+/// The words by which messages name the token `ahead`.
 std::u16string Parser::describe(std::size_t ahead) const {
     const Token& token = peek(ahead);
     auto inQuotes = [](std::u16string_view text) { return u"“" + std::u16string(text) + u"”"; };
@@ -74,7 +74,7 @@ std::u16string Parser::describe(std::size_t ahead) const {
     return u"identifier";
 }
 
-/// Tokens that are values by themselves, so that one after another is never right.
+/// Whether a token is a value by itself. Two such tokens in a row are never right.
 bool Parser::startsOperandText(const Token& token) const {
     switch (token.kind) {
     case TokenKind::Word:
@@ -94,12 +94,12 @@ Object* Parser::expected(std::u16string_view what) {
         return nil();
     const Token& found = peek();
     if (found.kind == TokenKind::Bad && !found.text.empty()) {
-        const bool isUnended = found.end == mTokens.back().start; // a text or a comment that goes on to the end
+        const bool isUnended = found.end == mTokens.back().start; // a text or a comment without its closing mark goes on to the end
         return fail(OSASyntaxTypeError,
                     u"Expected " + std::u16string(found.text) + u" but found " + (isUnended ? u"end of script." : u"unknown token."),
                     SourceRange{isUnended ? found.end : found.start, found.end});
     }
-    // A literal after a name is more likely the parameter of a command whose words are unknown.
+    // Where a literal follows a name, the name is more likely a command that no dictionary has.
     if (mAt > 0 && startsOperandText(found) && startsOperandText(mTokens[mAt - 1])) {
         bool afterName = mTokens[mAt - 1].word != nullptr;
         if (!afterName || found.word) {

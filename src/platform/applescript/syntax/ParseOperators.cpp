@@ -8,9 +8,9 @@ namespace quoddle::syntax {
 
 namespace {
 
-constexpr std::size_t kMaxChain = 2000; // a & b & c …: the tree is as deep as that
+constexpr std::size_t kMaxChain = 2000; // the tree of a & b & c … is as deep as the chain is long
 
-/// The row for the longest operator that stands `ahead`; nullptr for none.
+/// The row of the longest operator at a token; nullptr when there is none.
 template<class At>
 const OperatorRow* operatorAt(const Token& token, At keywordAt) {
     if (token.kind == TokenKind::Symbol) {
@@ -52,7 +52,7 @@ Object* Parser::expression(Level minimum) {
     } else {
         left = operand();
     }
-    Level ceiling = Level::Operand; // comparisons don't chain
+    Level ceiling = Level::Operand; // comparisons cannot be chained
     for (std::size_t length = 0; !failed(); ++length) {
         if (length > kMaxChain)
             return tooComplex();
@@ -67,14 +67,14 @@ Object* Parser::expression(Level minimum) {
     return left;
 }
 
-/// The operator has been read; its right side comes.
+/// Parses the right side of an operator, which has been read.
 Object* Parser::binary(Object* left, const OperatorRow& row, std::size_t firstToken) {
     if (row.level == Level::As)
         return node(NodeKind::As, {left, typeName()}, 0, firstToken);
-    // a ^ b ^ c is a ^ (b ^ c)
+    // Powers group from the right: a ^ b ^ c is a ^ (b ^ c).
     std::size_t rightToken = mAt;
     Object* right = expression(row.level == Level::Power ? Level::Power : tighter(row.level));
-    // Compared with, «class abcd» is a class unless it is known to be a property.
+    // On the right side of a comparison «class abcd» is a class, unless the code is known to be a property.
     bool comparison = row.level == Level::Equality || row.level == Level::Comparison;
     if (comparison && is(right, NodeKind::Term) && mTokens[rightToken].text.starts_with(u"class ") &&
         !mTerms.name(right->children[0]->code(), {TermKind::Property}))
@@ -82,7 +82,7 @@ Object* Parser::binary(Object* left, const OperatorRow& row, std::size_t firstTo
     bool isWord = row.words[0] == Keyword::Is || row.words[0] == Keyword::Isnt;
     if (isWord && row.asks && is(right, NodeKind::Term)) {
         const Term* term = mTerms.name(right->children[0]->code(), {TermKind::Property});
-        if (term && term->boolean) { // x is running: running of x = true
+        if (term && term->boolean) { // `x is running` becomes running of x = true
             Object* asked = node(NodeKind::Of, {right, left}, 0, firstToken);
             return node(row.kind, {asked, literal(mStore.constant("boov"_4cc, "true"_4cc), firstToken)}, flags::Asks, firstToken);
         }
@@ -91,7 +91,7 @@ Object* Parser::binary(Object* left, const OperatorRow& row, std::size_t firstTo
     return row.negates ? node(NodeKind::Not, {made}, 0, firstToken) : made;
 }
 
-/// A value with its signs.
+/// Parses a value with its signs.
 Object* Parser::operand() {
     if (at(Symbol::Plus)) {
         advance();
@@ -115,7 +115,7 @@ Object* Parser::operand() {
     return node(NodeKind::Negate, {inner}, 0, first);
 }
 
-/// The right side of `as`: a class, a list of classes, or whatever tells one.
+/// Parses the right side of `as`: a class, a list of classes, or an expression.
 Object* Parser::typeName() {
     std::size_t first = mAt;
     bool broken = takeBreak();

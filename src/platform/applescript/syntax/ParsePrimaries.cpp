@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Primaries: what an expression is made of when its operators and its containers are taken away.
+// Primaries: the parts of an expression between its operators and containers.
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
@@ -98,12 +98,12 @@ Object* Parser::wordPrimary(Place place) {
     else
         match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
     mConstantsFirst = false;
-    // Applications that can be had or not have a property of this name; only the language lacks it.
+    // Every application has a property "properties", also one whose dictionary cannot be had; the language has only the plural class.
     if (match && match.term->kind == TermKind::Plural && match.term->code == "prop"_4cc && mTerms.lacksDictionary()) {
         skip(match.words);
         return node(NodeKind::Term, {mStore.code("pALL"_4cc)}, 0, first);
     }
-    // In `x of y` a constant is never used.
+    // In `x of y`, x is never a constant.
     if (match && match.term->kind == TermKind::Constant &&
         (at(Keyword::Of, match.words) || peek(match.words).kind == TokenKind::PossessiveS) && match.term->group != "boov"_4cc &&
         match.term->group != "misc"_4cc)
@@ -115,7 +115,7 @@ Object* Parser::wordPrimary(Place place) {
             return made;
         if (isReserved(peek().keyword) && !match)
             return expected(u"expression");
-        // foo:bar: after a target
+        // A call like foo:bar: may follow a target.
         if (place == Place::Part && at(Symbol::Colon, 1)) {
             advance();
             return interleaved(first);
@@ -127,7 +127,7 @@ Object* Parser::wordPrimary(Place place) {
     return call(name, place, first);
 }
 
-/// Words with a meaning of their own; `handled` stays false when the word may be a term or an identifier.
+/// Parses a primary that begins with a keyword. `handled` becomes false when the word may be a term or an identifier.
 Object* Parser::keywordPrimary(Place place, bool& handled) {
     std::size_t first = mAt;
     handled = true;
@@ -188,7 +188,7 @@ Object* Parser::termPrimary(const TermMatch& match, Place place) {
     case TermKind::Event:
         return command(eventCode(term.group, term.code, term.event), term.event, first);
     case TermKind::Property:
-        // The same words may name a class, whose elements are meant when an index follows.
+        // The words of a property may also name a class, whose elements are meant when an index follows.
         if (place != Place::Index && (startsIndex() || (startsKey() && !atActiveLabel()))) {
             std::size_t next = std::exchange(mAt, first);
             TermMatch asClass = matchTerm({TermKind::Class});
@@ -296,7 +296,7 @@ Object* Parser::brackets() {
     return node(NodeKind::LinkedList, {list(items)}, 0, first);
 }
 
-/// «class abcd» and its like.
+/// Parses «class abcd» and other codes in chevrons.
 Object* Parser::rawCode(Place place) {
     const Token& token = peek();
     std::size_t blank = token.text.find(' ');
@@ -323,7 +323,7 @@ Object* Parser::rawCode(Place place) {
     return fail(OSASyntaxTypeError, u"Expected expression but found unknown token.", token);
 }
 
-/// By itself a raw class is a property, unless all that is known of the code is that it is a class.
+/// Parses «class abcd». Without an index the code is a property, unless it is known as a class only.
 Object* Parser::rawClass(FourCharCode code, bool maybeClass, Place place) {
     std::size_t first = mAt;
     advance();
@@ -335,7 +335,7 @@ Object* Parser::rawClass(FourCharCode code, bool maybeClass, Place place) {
     return maybeClass && onlyClass ? literal(mStore.code(code), first) : node(NodeKind::Term, {mStore.code(code)}, 0, first);
 }
 
-/// A type of four characters and hexadecimal digits.
+/// Parses the inside of «data …»: a type of four characters and hexadecimal digits.
 Object* Parser::rawData(std::u16string_view text) {
     std::size_t first = mAt;
     std::string data = macRomanFromUTF16(text.substr(0, 4));

@@ -11,7 +11,7 @@ constexpr std::size_t kMaxPossessives = 100;
 
 } // namespace
 
-/// A whole reference: what it is filtered by comes last, whatever stands in front of it.
+/// Parses a whole reference. The filter comes last, whatever stands in front of it.
 Object* Parser::reference() {
     Depth depth(*this);
     std::size_t first = mAt;
@@ -24,7 +24,7 @@ Object* Parser::reference() {
         else
             break;
     }
-    // `x exists` asks what `exists x` asks.
+    // `x exists` is another form of `exists x`.
     if (atWord("exists") && !atActiveLabel()) {
         const Term* exists = mTerms.event("core"_4cc, "doex"_4cc);
         advance();
@@ -34,7 +34,7 @@ Object* Parser::reference() {
     return made;
 }
 
-/// With the words that go before a reference: the, my, its, a reference to.
+/// Parses a reference without its filter, with words such as the, my, its, a reference to in front.
 Object* Parser::unfiltered() {
     Depth depth(*this);
     std::size_t first = mAt;
@@ -44,7 +44,7 @@ Object* Parser::unfiltered() {
         mTokens[mAt].afterBreak = false;
         skip(tokens);
     };
-    // Words of several parts go before the keyword that they begin with: `the clipboard`.
+    // A term of several words such as `the clipboard` takes precedence over the keyword that it begins with.
     bool keyword = at(Keyword::The) || at(Keyword::My) || at(Keyword::Its) || at(Keyword::A) || at(Keyword::Ref) || at(Keyword::Reference);
     if (keyword && matchTerm({TermKind::Event, TermKind::Property, TermKind::Class}).words < 2) {
         if (at(Keyword::The)) {
@@ -77,7 +77,7 @@ Object* Parser::unfiltered() {
     return made;
 }
 
-/// Texts and numbers are part of nothing: in `every x whose name is "a" of y` the container is that of x.
+/// Whether a part cannot have a container, like texts and numbers: in `every x whose name is "a" of y` the container is that of x.
 bool Parser::standsAlone(const Object* part) {
     if (!is(part, NodeKind::Literal))
         return false;
@@ -85,7 +85,7 @@ bool Parser::standsAlone(const Object* part) {
     return kind != ObjectKind::Code && kind != ObjectKind::Data;
 }
 
-/// `of` or `in` stands behind the part.
+/// Parses `of` or `in` behind a part, and the container.
 Object* Parser::contained(Object* part, std::size_t firstToken) {
     bool in = at(Keyword::In);
     advance();
@@ -101,9 +101,9 @@ Object* Parser::contained(Object* part, std::size_t firstToken) {
     return node(NodeKind::Of, {part, container}, in ? flags::In : 0, firstToken);
 }
 
-/// `of` or `in` stands here and is not the label of a command that is being read.
+/// Whether `of` or `in` stands here and is not a label of the command that is being read.
 bool Parser::atContainer() const {
-    if (at(Symbol::Colon, 1)) // of: is part of a call's name
+    if (at(Symbol::Colon, 1)) // "of:" is part of a call's name
         return false;
     if (at(Keyword::Of))
         return !atActiveLabel();
@@ -117,7 +117,7 @@ Object* Parser::possessives() {
         if (length > kMaxPossessives)
             return tooComplex();
         advance();
-        // it's name: the old spelling of `its name`
+        // QUIRK: "it's name" is accepted as an old spelling of "its name"; old sources rely on that
         Object* part = primary(Place::Part);
         made = node(NodeKind::Of, {part, made}, flags::Possessive, first);
     }
@@ -163,7 +163,7 @@ bool Parser::startsOperand(std::size_t ahead) const {
     case KeywordUse::Reserved:
         break;
     }
-    if (token.keyword == Keyword::End) // but not the end of a block on its own line
+    if (token.keyword == Keyword::End) // "end" on a line of its own closes a block
         return at(Keyword::Of, ahead + 1) || at(Keyword::In, ahead + 1) || ahead > 0;
     if (token.keyword == Keyword::In)
         return relationAt(ahead).has_value();

@@ -5,7 +5,8 @@
 
 namespace quoddle::syntax {
 
-/// A line break in front of a statement (behind `then` or `to`) is kept by the statement, or by what an expression begins with.
+/// Parses a statement. A line break in front of it (behind `then` or `to`) is kept by the statement, or by the first operand of an
+/// expression.
 Object* Parser::statement() {
     Depth depth(*this);
     std::size_t first = mAt;
@@ -20,7 +21,7 @@ Object* Parser::statement() {
 }
 
 Object* Parser::keywordStatement(bool& handled) {
-    // set volume, get eof, using terms …: a command of several words goes before the keyword it begins with.
+    // A command of several words, such as set volume or get eof, takes precedence over the keyword that it begins with.
     if (peek().keyword != Keyword::None && matchTerm({TermKind::Event}).words > 1) {
         handled = false;
         return nil();
@@ -97,16 +98,16 @@ Object* Parser::simpleStatement(bool& handled) {
 
 Object* Parser::expressionStatement() {
     std::size_t first = mAt;
-    mTargeted = peek().word && at(Symbol::Colon, 1); // in a `tell` the target need not be said: foo:1 bar:2
+    mTargeted = peek().word && at(Symbol::Colon, 1); // inside a `tell` a call like foo:1 bar:2 needs no target
     Object* value = expression();
     mTargeted = false;
     if (!accept(Keyword::Returning))
         return value;
-    Object* target = reference(); // the old form of `set target to value`
+    Object* target = reference(); // `value returning target` is the old form of `set target to value`
     return node(NodeKind::Set, {value, target}, 0, first);
 }
 
-/// set target to value; copy value to target; put value into target
+/// Parses "set target to value", "copy value to target" and "put value into target".
 Object* Parser::setStatement(NodeKind kind) {
     std::size_t first = mAt;
     bool put = at(Keyword::Put);
@@ -149,7 +150,8 @@ Object* Parser::errorStatement() {
     return node(NodeKind::Error, {eventCode("ascr"_4cc, "err "_4cc, event), message, labels}, 0, first);
 }
 
-/// The name of a variable, property, handler or script: an identifier, or the code of a word that is a property.
+/// Parses the name of a variable, property, handler or script: an identifier, or a word of the language that is a property, which gives its
+/// code.
 Object* Parser::name() {
     const Token& token = peek();
     if (token.kind == TokenKind::RawCode && (token.text.starts_with(u"class ") || token.text.starts_with(u"property "))) {
@@ -179,7 +181,7 @@ Object* Parser::declaration(NodeKind kind) {
     return node(kind, {list(names)}, 0, first);
 }
 
-/// use name : script "X" version "1.0"
+/// Parses statements such as `use name : script "X" version "1.0"`.
 Object* Parser::useStatement() {
     std::size_t first = mAt;
     advance();
@@ -195,7 +197,7 @@ Object* Parser::useStatement() {
     mActive.push_back(event);
     if (!labelAt(event, 0, words)) {
         Saved plain(mPlainApplications, true);
-        if (atWord("applescript")) { // `AppleScript version` is a property of something else
+        if (atWord("applescript")) { // in other places `AppleScript version` is a property
             advance();
             target = node(NodeKind::Term, {mStore.code("ascr"_4cc)}, 0, mAt - 1);
         } else {
@@ -204,7 +206,8 @@ Object* Parser::useStatement() {
     }
     Object* options = commandLabels(event);
     mActive.pop_back();
-    // A script that says what it uses does without the Standard Additions unless it names them.
+    // QUIRK: a script with a `use` statement has no Standard Additions unless it names them; such scripts rely on using the words of the
+    // additions as names.
     if (!mUsesAdditions)
         mTerms.dropAdditions();
     if (auto application = applicationOf(target); application && !application->text.empty()) {

@@ -9,11 +9,11 @@ namespace quoddle::syntax {
 
 namespace {
 
-constexpr std::size_t kMaxDepth = 500; // of functions that call each other: about 100 nested brackets, 160 nested blocks
+constexpr std::size_t kMaxDepth = 500; // nesting of the parser's functions: about 100 nested brackets or 160 nested blocks
 constexpr std::size_t kMaxTermWords = 6;
 
-/// Comments in the midst of a line have no node to keep them: they go to the end of their line. One that other text follows on its last
-/// line gets a line of its own.
+/// Moves comments in the midst of a line to its end, because no node could keep them there. A comment of several lines that other text
+/// follows on its last line gets a line of its own.
 void settleComments(std::vector<Token>& tokens) {
     std::vector<Token> settled;
     settled.reserve(tokens.size());
@@ -47,7 +47,7 @@ void settleComments(std::vector<Token>& tokens) {
     tokens = std::move(settled);
 }
 
-/// A line of the script is `use scripting additions`.
+/// Whether a line of the script is `use scripting additions`.
 bool namesAdditions(const std::vector<Token>& tokens) {
     bool lineStart = true;
     for (std::size_t i = 0; i + 2 < tokens.size(); ++i) {
@@ -155,7 +155,7 @@ Object* Parser::labels(const std::vector<Object*>& keysAndValues) {
 Object* Parser::identifier(const Word& word) {
     auto [at, isNew] = mIdentifiers.try_emplace(word.key, nullptr);
     if (isNew) {
-        // The spelling first met serves the whole script. A key with capitals was written in bars and is its own spelling.
+        // The first spelling serves the whole script. A key with capitals was written in bars and is its own spelling.
         std::string spelling = utf8FromUTF16(word.spelling);
         bool caseMatters = word.barred && spelling == word.key;
         at->second = mStore.identifier(word.key, caseMatters ? std::string_view() : std::string_view(spelling));

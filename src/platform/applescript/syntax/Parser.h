@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// From source text to the tree of stored nodes: exactly the tree (kinds, children, flags) that a compiled script holds, NodeKind.h lists
-// it.
+// Parses source text to the tree of stored nodes: exactly the tree (kinds, children, flags) that a compiled script holds, as NodeKind.h
+// lists it.
 //
-// Decision: the grammar is read by recursive descent with the longest term that fits at every word, and the parser knows only what words
-// are, never what they do; so a tree may still be refused by the compiler. Nesting is bounded: too deep a script is an error, not a crash.
+// Decision: recursive descent, with the longest term that fits at every word. The parser knows only what words are, never what they do, so
+// the compiler may still refuse a tree. Nesting is bounded: a script that is nested too deeply is an error, not a crash.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -39,25 +39,26 @@ struct SourceRange {
 class SourceMap {
 public:
     void add(const Object* node, SourceRange range) { mRanges.emplace_back(node, range); }
-    /// nullopt for objects that are no nodes of that parse.
+    /// nullopt for objects that are not nodes of that parse.
     std::optional<SourceRange> find(const Object* node) const;
 
 private:
-    // Most trees are never asked: the table is sorted when the first question comes.
+    // Sorted at the first question, because most trees are never asked about.
     mutable std::vector<std::pair<const Object*, SourceRange>> mRanges;
     mutable std::size_t mSorted = 0;
 };
 
 struct ParseOptions {
-    /// The dictionary of an application; nullptr, or no function: it cannot be had and its words are unknown. It must outlive the parse.
+    /// Answers the dictionary of an application, which must outlive the parse. When it answers nullptr, or there is no function, the
+    /// application's words are unknown.
     std::function<const TermSource*(const ApplicationName&)> applicationTerms;
-    /// Seconds since 1904-01-01 in local time, for date literals that lack the date.
+    /// The present, in seconds since 1904-01-01 local time, for date literals that lack the date.
     std::int64_t now = 0;
-    /// Filled when not null; it may be asked as long as the store lives.
+    /// Filled when not null. It may be used while the store lives.
     SourceMap* sourceMap = nullptr;
 };
 
-/// The tree of a script: what the tree child of its Script block holds. Nil for a script without a line. The objects are made in `store`.
+/// Answers the tree of a script, as it is stored in the script's block; Nil for a script without a line. The objects are made in `store`.
 Result<Object*, ParseError> parse(std::u16string_view source, ObjectStore& store, const ParseOptions& options = {});
 
 } // namespace quoddle::syntax

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The parser from inside. Each part of the grammar has a source file: operators, references, primaries, commands, statements, blocks,
+// The parser's internals. Each part of the grammar has a source file: operators, references, primaries, commands, statements, blocks,
 // definitions.
 //
-// Decision: after an error the parser stands on the end of the script and every function returns quickly with a nil object, so that no
-// caller has to ask.
+// Decision: after an error the parser stands at the end of the script and every function returns quickly with a nil object, so that callers
+// need not check for errors.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -39,19 +39,19 @@ private:
     bool accept(Symbol symbol);
     void expect(Keyword keyword);
     void expect(Symbol symbol);
-    /// A word that is no keyword but means something here: times, seconds, id.
+    /// Whether a certain word that is not a keyword stands ahead: times, seconds, id.
     bool atWord(std::string_view key, std::size_t ahead = 0) const;
     bool atLineEnd(std::size_t ahead = 0) const;
-    /// Up to a few words from `ahead` on, for matching terms.
+    /// The next words from `ahead` on, as many as a term may have.
     std::span<const std::string_view> wordsAhead(std::size_t ahead = 0) const;
     TermMatch matchTerm(Terminology::Kinds kinds, std::size_t ahead = 0) const;
 
     // --- errors (ParseErrors.cpp)
     Object* fail(OSStatus number, std::u16string message, const Token& token);
     Object* fail(OSStatus number, std::u16string message, SourceRange range);
-    /// Expected … but found the next token.
+    /// Fails with the message "Expected … but found …" about the next token.
     Object* expected(std::u16string_view what);
-    /// The script is nested more deeply, or a chain is longer, than the tree's readers can follow.
+    /// Fails because the script is nested more deeply, or a chain is longer, than the readers of the tree can follow.
     Object* tooComplex();
     bool failed() const { return mError.number != noErr; }
     std::u16string describe(std::size_t ahead) const;
@@ -62,7 +62,7 @@ private:
     Object* node(NodeKind kind, std::initializer_list<Object*> children, std::uint16_t flags, std::size_t firstToken) {
         return node(kind, std::span(children.begin(), children.size()), flags, firstToken);
     }
-    /// A Line that keeps how an expression was written.
+    /// Wraps an expression in a Line whose flags keep how it was written.
     Object* wrap(Object* expression, std::uint16_t how, std::size_t firstToken) {
         return node(NodeKind::Line, {expression, nil(), nil()}, how, firstToken);
     }
@@ -70,7 +70,7 @@ private:
     Object* list(const std::vector<Object*>& items) { return mStore.list(items); }
     Object* nil() { return mStore.nil(); }
     Object* emptyList() { return mStore.list({}); }
-    /// A Record of labels, or an empty list when there are none.
+    /// A Record of labels and values, or an empty list when there are none.
     Object* labels(const std::vector<Object*>& keysAndValues);
     Object* identifier(const Word& word);
     Object* codeOf(const Term& term);
@@ -91,16 +91,16 @@ private:
     Object* possessives();
     Object* filtered(Object* reference, std::size_t firstToken);
     bool atContainer() const;
-    /// Something that can begin an operand stands `ahead`; labels of the commands being read cannot.
+    /// Whether the token `ahead` can begin an operand. Labels of the commands being read cannot.
     bool startsOperand(std::size_t ahead = 0) const;
 
     // --- primaries (ParsePrimaries.cpp)
     enum class Place : std::uint8_t { Value, Part, Index, Type };
     Object* primary(Place place);
     Object* primaryCore(Place place);
-    /// Keeps a line break that stands between the operand just read and what is no operand.
+    /// Wraps an operand to keep the line break behind it, unless an operand follows and keeps the break.
     Object* breakAfter(Object* operand);
-    /// Whether a line break stands before the operand that comes now; the operand has to keep it.
+    /// Whether a line break stands before the next operand, which has to keep it.
     bool takeBreak();
     Object* wordPrimary(Place place);
     Object* keywordPrimary(Place place, bool& handled);
@@ -123,14 +123,14 @@ private:
     Object* pickedClass();
     Object* index();
     Object* rangeBound();
-    /// before, after, behind, in front of, in back of
+    /// The words before, after, behind, in front of, in back of.
     struct Relation {
         NodeKind kind;
         std::uint16_t flags;
         std::size_t tokens;
     };
     std::optional<Relation> relationAt(std::size_t ahead) const;
-    /// `before x`, or `word before x` with a class.
+    /// Parses `before x`, or `word before x` when there is a class.
     Object* insertion(const Relation& relation, Object* classCode, std::size_t firstToken);
     Object* applicationNamed(std::size_t firstToken);
     Object* dateNamed(std::size_t firstToken);
@@ -149,10 +149,10 @@ private:
     bool atActiveLabel(std::size_t ahead = 0) const;
     Object* call(const Word& name, Place place, std::size_t firstToken);
     Object* interleaved(std::size_t firstToken);
-    /// A part of a call's name as it is written here.
+    /// The spelling here of a part of a call's name.
     std::u16string partSpelling(const Token& token) const;
     bool atUserLabel() const;
-    /// The code of a preposition that labels a parameter of users' handlers; 0 when none stands here.
+    /// The code of a preposition that labels a parameter of a user's handler; 0 when none stands here.
     FourCharCode preposition(std::size_t& tokens) const;
     Object* userLabels();
 
@@ -198,12 +198,12 @@ private:
     Object* interleavedHeading(std::size_t firstToken);
     Object* parameter();
     Object* pattern();
-    /// A word of the language that a handler takes as the name of a variable; null when none stands here.
+    /// Takes a word of the language as the name of a handler's variable; nullptr when none stands here.
     Object* wordAsVariable();
-    /// Whether the next token is a word of the language that is a variable here. Before `of` the word asks for the property, unless it is
-    /// an index.
+    /// Whether the next token is a word of the language that is a variable here. Before `of` the word means the property, unless the
+    /// variable is an index.
     bool atWordVariable(bool isIndex = false) const;
-    /// Whether the next token is a word of the language that names a handler, with its arguments behind.
+    /// Whether the next token is a word of the language that names a handler, followed by arguments.
     bool atWordHandler() const;
     void findHandlerNames();
     Object* scriptObject();
@@ -211,7 +211,7 @@ private:
     void checkDuplicates(const std::vector<Object*>& lines);
     void checkDeclarations(const Object* body);
 
-    /// Ends the reach of the labels of commands outside a pair of brackets, and lets calls with labels stand there.
+    /// Inside brackets: labels of the commands outside do not count, and calls may have labels.
     struct Brackets {
         explicit Brackets(Parser& owner)
             : parser(owner), active(std::exchange(owner.mActive, {})), labels(std::exchange(owner.mUserLabels, true)) {}
@@ -233,7 +233,7 @@ private:
         bool& flag;
         bool old;
     };
-    /// Counts how deep the parser is; fails when that is too deep.
+    /// Counts the nesting of the parser's functions, and makes the parser fail when it is too deep.
     struct Depth {
         explicit Depth(Parser& owner);
         ~Depth() { --parser.mDepth; }
@@ -246,33 +246,33 @@ private:
     ObjectStore& mStore;
     const ParseOptions& mOptions;
     SourceMap mOwnMap;
-    SourceMap& mMap; // the caller's, or our own
+    SourceMap& mMap; // the caller's map, or mOwnMap
     std::unique_ptr<TokenList> mList;
     std::vector<Token>& mTokens;
     std::size_t mAt = 0;
     Terminology mTerms;
-    /// The script says `use scripting additions`.
+    /// Whether the script says `use scripting additions`.
     bool mUsesAdditions;
     ParseError mError;
     std::unordered_map<std::string_view, Object*> mIdentifiers;
     mutable std::vector<std::string_view> mWords;
-    /// Commands whose labels may still come, innermost last.
+    /// Commands that may still get labelled parameters, innermost last.
     std::vector<const EventTerm*> mActive;
-    /// A name may be followed by the labels of a call (`f of x given y:1`).
+    /// Whether a name may be followed by the labels of a call (`f of x given y:1`).
     bool mUserLabels = true;
-    /// An application is stored as text, not as data (`use application`).
+    /// Whether applications are stored as text and not as data (`use application`).
     bool mPlainApplications = false;
-    /// Constants go before properties and classes (the direct parameter of `path to`).
+    /// Whether constants go before properties and classes (the direct parameter of `path to`).
     bool mConstantsFirst = false;
-    /// The primary that comes next stands behind `my` or `its`, so its call may be written foo:a bar:b.
+    /// Whether the next primary stands behind `my` or `its`, so that a call may be written foo:a bar:b.
     bool mTargeted = false;
-    /// A continuation mark stood before a token that is no operand; the next operand keeps it.
+    /// A continuation mark stood before a token that begins no operand; the next operand keeps it.
     bool mPendingBreak = false;
-    /// Handlers, properties and scripts may be defined here.
+    /// Whether handlers, properties and scripts may be defined here.
     bool mAtScriptLevel = true;
     /// Words of the language that are variables in the handler being read.
     std::set<std::string_view> mWordVariables;
-    /// Words of the language that the script defines handlers by: with a parenthesis behind it such a word is a call.
+    /// Words of the language that the script uses as names of handlers. Before a parenthesis such a word is a call.
     std::set<std::string_view> mWordHandlers;
     std::size_t mDepth = 0;
 };

@@ -13,7 +13,7 @@ bool is(const Object* node, NodeKind kind) {
 
 } // namespace
 
-/// The statement of a one-line `if` or `tell`. One with a body stands a level deeper when it begins a new line.
+/// Prints the statement of a one-line `if` or `tell`. A statement with a body that begins a new line is indented a level deeper.
 void Printer::oneLine(const Object* node) {
     if (is(node, NodeKind::Line) && node->flags == flags::BreakBefore) {
         lineBreak();
@@ -59,7 +59,7 @@ void Printer::ifStatement(const Object* node) {
     keyword("end if");
 }
 
-/// Enters the dictionary of the application that a target names.
+/// Enters the dictionary of the application that a target names. False when it names none.
 bool Printer::push(const Object* target) {
     auto application = applicationOf(target);
     bool named = application && !application->text.empty();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Commands and calls of handlers, with their labelled parameters.
-#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/Keyword.h"
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
 
@@ -61,7 +61,7 @@ void Printer::arguments(const Object* list) {
     put(Kind::Plain, u")");
 }
 
-/// foo_bar_ as foo and bar; empty when the name is not of that form.
+/// The parts of a name of the form foo_bar_, here foo and bar; empty when the name has another form.
 std::vector<std::string_view> Printer::segments(const Object* identifier) {
     std::vector<std::string_view> parts;
     std::string_view rest = identifier->spelledName();
@@ -77,7 +77,7 @@ std::vector<std::string_view> Printer::segments(const Object* identifier) {
     return parts;
 }
 
-/// foo:a bar:b, where that is how the call or the heading is written.
+/// Prints a call or a heading as foo:a bar:b. False when it was not written so.
 bool Printer::interleaved(const Object* node, bool heading) {
     const Object *id = node->children[0], *list = node->children[1];
     std::vector<std::string_view> parts = segments(id);
@@ -107,7 +107,7 @@ void Printer::userLabels(const Object* labels) {
             i += 2;
             continue;
         }
-        // One `given`, `with` or `without` serves all that follow of its kind.
+        // Labels of the same kind in a row share one `given`, `with` or `without`.
         int kind = switchOf(pairs[i + 1]);
         std::size_t end = i;
         while (end + 1 < pairs.size() && switchOf(pairs[end + 1]) == kind &&
@@ -172,7 +172,7 @@ void Printer::commandLabels(const Object* labels, const EventTerm* term) {
         if (kind < 0) {
             label(pairs[i], pairs[i + 1], term, i + 2 >= pairs.size());
             i += 2;
-            // `given` is written once for a row of labels that have no words
+            // Labels without words in a row share one `given`.
             for (; !parameter && i + 1 < pairs.size() && !parameterOf(term, pairs[i]) && switchOf(pairs[i + 1]) < 0; i += 2) {
                 put(Kind::Plain, u", ");
                 name(pairs[i]);

@@ -25,7 +25,7 @@ const OperatorRow* rowFor(NodeKind kind, std::uint16_t flags, bool negated) {
     return nullptr;
 }
 
-/// The operator of a node; nullptr when it is none. Unknown flags print as the plain form.
+/// The operator of a node; nullptr when the node is none. Nodes with unknown flags print as the plain form.
 const OperatorRow* operatorOf(const Object* node) {
     if (node->kind != ObjectKind::Node || node->children.size() != 2)
         return nullptr;
@@ -34,7 +34,7 @@ const OperatorRow* operatorOf(const Object* node) {
     return row ? row : rowFor(kind, 0, false);
 }
 
-/// not (a contains b) is written `a does not contain b`.
+/// The operator for a Not around another one: not (a contains b) is written `a does not contain b`. Null when there is none.
 const OperatorRow* negatedOperatorOf(const Object* node) {
     if (!is(node, NodeKind::Not) || node->children[0]->kind != ObjectKind::Node || node->children[0]->children.size() != 2)
         return nullptr;
@@ -42,7 +42,7 @@ const OperatorRow* negatedOperatorOf(const Object* node) {
     return rowFor(static_cast<NodeKind>(inner->tag), inner->flags, true);
 }
 
-/// Commands and their like: everything behind them is theirs.
+/// Whether a node takes everything behind it as its parameters, like commands.
 bool takesTheRest(const Object* node) {
     return is(node, NodeKind::Call) || is(node, NodeKind::Get) || is(node, NodeKind::Continue);
 }
@@ -70,7 +70,7 @@ Level Printer::levelOf(const Object* node) const {
             return Level::Operand;
         if (node->children[0]->kind == ObjectKind::Identifier)
             return node->children[2]->children.empty() ? Level::Operand : Level::Or;
-        // `count of x` reads like a property; a command with nothing behind it cannot take what follows.
+        // `count of x` looks like a property, and a command without parameters cannot take what follows.
         if (node->children[2]->children.empty() && (node->flags == flags::OfForm || node->children[1]->isNil()))
             return Level::Operand;
         return Level::Or;
@@ -166,7 +166,7 @@ void Printer::expressionBody(const Object* node, Level minimum) {
     }
 }
 
-/// not, -, get, a reference to
+/// Prints "not", "-", "get" or "a reference to" and the operand.
 void Printer::prefixed(const Object* node) {
     const Object* operand = node->children[0];
     switch (static_cast<NodeKind>(node->tag)) {
@@ -175,7 +175,7 @@ void Printer::prefixed(const Object* node) {
         expression(operand, Level::Not);
         return;
     case NodeKind::Negate: {
-        // Two signs in a row would begin a comment.
+        // A second sign goes in parentheses: two would begin a comment.
         bool signedNumber =
             is(operand, NodeKind::Literal) && operand->children[0]->kind == ObjectKind::Integer && operand->children[0]->integer < 0;
         bool signedReal =
@@ -201,7 +201,7 @@ void Printer::collection(const Object* node) {
     put(Kind::Plain, linked ? u"]" : u"}");
 }
 
-/// Parentheses, `the`, line breaks.
+/// Prints a Line around an expression: parentheses, `the` or a line break.
 void Printer::wrapper(const Object* line, Level minimum) {
     const Object* inner = line->children[0];
     if (line->flags == flags::BreakBefore) {
@@ -224,7 +224,7 @@ void Printer::wrapper(const Object* line, Level minimum) {
     }
 }
 
-/// A chain of operators is as long as its text, so its left side is followed in a loop.
+/// Prints operators. The left side is followed in a loop and not recursively, because a chain can be as long as its text.
 void Printer::operators(const Object* node) {
     std::vector<const Object*> chain;
     const Object* left = node;
@@ -273,7 +273,7 @@ void Printer::operatorWords(const OperatorRow& row) {
     }
 }
 
-/// `x is running` is stored as running of x = true.
+/// Prints `x is running`, which is stored as running of x = true. False when the node is not of that form.
 bool Printer::asking(const Object* node) {
     bool equal = is(node, NodeKind::Equal);
     if ((!equal && !is(node, NodeKind::NotEqual)) || node->flags != flags::Asks || !is(node->children[0], NodeKind::Of))
@@ -302,7 +302,7 @@ void Printer::fields(const Object* record) {
         if (i)
             put(Kind::Plain, u", ");
         const Object* held = pairs[i + 1];
-        if (is(held, NodeKind::Line) && held->flags == flags::BreakBefore) { // the break stands in front of the label
+        if (is(held, NodeKind::Line) && held->flags == flags::BreakBefore) { // the line break goes in front of the label
             lineBreak();
             held = held->children[0];
         }

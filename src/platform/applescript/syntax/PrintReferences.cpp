@@ -15,7 +15,7 @@ bool is(const Object* node, NodeKind kind) {
     return node->isNode(tagOf(kind));
 }
 
-/// x of me with flag 1 is `my x`; of it with flag 2, `its x`.
+/// Whether a node is written with `my` or `its`: x of me with flag 1 is `my x`, x of it with flag 2 is `its x`.
 bool isOwned(const Object* node) {
     const Object* container = is(node, NodeKind::Of) ? node->children[1] : nullptr;
     while (container && is(container, NodeKind::Line))
@@ -66,7 +66,7 @@ void Printer::element(const Object* node) {
     }
 }
 
-/// An element by number, with its ordinal if it was written so, by name, by key.
+/// Prints an element by number (with its ordinal if it was written so), by name or by key.
 void Printer::ordinal(const Object* node) {
     static constexpr std::array<std::string_view, 11> kWords = {"",       "first ",   "second ", "third ", "fourth ", "fifth ",
                                                                 "sixth ", "seventh ", "eighth ", "ninth ", "tenth "};
@@ -135,7 +135,7 @@ void Printer::range(const Object* node) {
     bound(node->children[2]);
 }
 
-/// before x, word after y, in front of z
+/// Prints relations such as "before x", "word after y" and "in front of z".
 void Printer::relation(const Object* part, const Object* container) {
     const Object* classCode = withoutSource(part->children[0]);
     if (classCode->code() != "insl"_4cc) {
@@ -179,7 +179,7 @@ void Printer::of(const Object* node) {
     }
 }
 
-/// What stands in front of `of`, or behind 's.
+/// Prints the part in front of `of`, or behind 's.
 void Printer::part(const Object* node, bool targeted) {
     if (is(node, NodeKind::Call) && node->children[0]->kind == ObjectKind::Identifier && node->children[2]->children.empty()) {
         call(node, targeted);
@@ -207,7 +207,7 @@ void Printer::container(const Object* node) {
     expression(node, Level::Operand);
 }
 
-/// What stands in front of 's: `a of b's c` would be a of (b's c).
+/// Prints the container in front of 's. An `of` in it needs parentheses: `a of b's c` would mean a of (b's c).
 void Printer::owner(const Object* node) {
     bool loose =
         (is(node, NodeKind::Of) && (isOwned(node) || !(node->flags & 2))) || (is(node, NodeKind::Line) && node->flags & flags::The);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Lines with their comments, statements of one line, definitions.
-#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/Keyword.h"
+#include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/SourceText.h"
 
@@ -16,7 +16,7 @@ bool is(const Object* node, NodeKind kind) {
     return node->isNode(tagOf(kind));
 }
 
-/// A line of statements rather than a wrapper around an expression.
+/// Whether a Line is a line of statements and not a wrapper around an expression.
 bool isStatementLine(const Object* node) {
     return is(node, NodeKind::Line) && node->flags < 8 && node->flags != flags::Parentheses;
 }
@@ -25,7 +25,7 @@ bool hasComment(const Object* line) {
     return std::ranges::any_of(line->children.subspan(1), [](const Object* text) { return !text->isNil(); });
 }
 
-/// Stands on the line of the header.
+/// Whether the comment of a Line stands behind the header of a block.
 bool isHeaderComment(const Object* line) {
     return isStatementLine(line) &&
            (line->flags == flags::DashOnHeader || line->flags == flags::BlockOnHeader || line->flags == flags::HashOnHeader);
@@ -72,7 +72,8 @@ void Printer::lines(const Object* body) {
         line(each);
 }
 
-/// The lines below a header, and the `end` line if one is given. The header's line is still open; its comment holds the whole body.
+/// Prints the lines below a header, and an `end` line when `end` is given. The line of the header is still open; a comment there holds the
+/// whole body.
 void Printer::body(const Object* body, const char* end) {
     if (isHeaderComment(body)) {
         blank();
@@ -138,7 +139,7 @@ void Printer::statementBody(const Object* node) {
     case NodeKind::Script:
         scriptObject(node);
         return;
-    case NodeKind::Block: // a body where none belongs: old compilers stored such
+    case NodeKind::Block: // old compilers stored a Block where a statement belongs
         lines(node);
         return;
     default:
@@ -209,7 +210,7 @@ void Printer::assignment(const Object* node) {
     copy ? target(node->children[1]) : expression(node->children[0]);
 }
 
-/// What a statement is about: hardly ever more than a reference.
+/// Prints the target of a statement, mostly a mere reference.
 void Printer::target(const Object* node) {
     headExpression(node, is(node, NodeKind::Call) ? Level::Operand : Level::Or);
 }
@@ -222,7 +223,7 @@ void Printer::names(const Object* list) {
     }
 }
 
-/// The message and the labels of an error, raised or caught.
+/// Prints the message and the labels of an error that is raised or caught.
 void Printer::errorLabels(const Object* node) {
     const Term* term = mTerms.event("ascr"_4cc, "err "_4cc);
     if (!node->children[1]->isNil()) {

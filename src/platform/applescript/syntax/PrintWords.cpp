@@ -11,7 +11,7 @@
 
 namespace quoddle::syntax {
 
-/// The code of a term that a `use`d application or library defines.
+/// The bare code of a term; a term that a `use`d application or library defines is stored with its source.
 const Object* Printer::withoutSource(const Object* code) {
     return code->isBlock(block::SourcedTerm) && !code->children.empty() ? code->children[0] : code;
 }
@@ -21,7 +21,7 @@ void Printer::identifier(std::string_view key, std::string_view spelling) {
     put(Kind::Identifier, sourcetext::identifier(key, spelling, barred));
 }
 
-/// A variable, a property or a record's label.
+/// Prints the name of a variable or property, or a record's label.
 void Printer::name(const Object* object) {
     object = withoutSource(object);
     if (object->kind == ObjectKind::Identifier)
@@ -112,7 +112,7 @@ void Printer::value(const Object* object) {
     }
 }
 
-/// Applications and dates have words, other data are raw.
+/// Prints a Data object: an application by its name, a date as a date literal, other data raw.
 void Printer::data(const Object* object) {
     if (object->tag == kApplicationTag) {
         put(Kind::Term, u"application ");

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/syntax/PrinterState.h"
 #include "platform/applescript/syntax/NodeKind.h"
+#include "platform/applescript/syntax/PrinterState.h"
 
 #include "platform/base/Text.h"
 
@@ -10,7 +10,7 @@ namespace quoddle::syntax {
 
 namespace {
 
-/// A line of the script is `use scripting additions`.
+/// Whether a line of the script is `use scripting additions`.
 bool namesAdditions(const Object* tree) {
     auto names = [](const Object* line) {
         if (line->isNode(tagOf(NodeKind::Line)))

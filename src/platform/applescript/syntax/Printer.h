@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// From the tree of stored nodes to source text: what a script's author gets to see.
+// Prints the tree of stored nodes as source text.
 //
-// Decision: the tree says everything about the text but its words: spellings are in the flags, parentheses and blank lines are nodes, so
-// the printer adds parentheses only where the tree could not be read back without them. Words come from a Terminology, codes that nobody
-// has a word for are printed raw. How deep it goes is bounded.
+// Decision: the tree tells everything about the text but its words: flags tell spellings, and parentheses and blank lines are nodes. The
+// printer adds parentheses only where the text could not be read back without them. Words come from a Terminology; codes without a word are
+// printed raw. The depth is bounded.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -18,7 +18,7 @@ namespace quoddle::syntax {
 
 enum class PrintedKind : std::uint8_t { Plain, Keyword, Term, Identifier, Operator, Literal, Comment };
 
-/// A stretch of printed text of one kind, for whoever wants to style it.
+/// A stretch of printed text of one kind, for styling.
 struct PrintedRun {
     std::size_t start = 0; // UTF-16 units
     std::size_t length = 0;
@@ -26,14 +26,14 @@ struct PrintedRun {
 };
 
 struct PrintOptions {
-    /// As for the parser: the dictionary of an application, nullptr when it cannot be had.
+    /// As in ParseOptions: answers the dictionary of an application, nullptr when it cannot be had.
     std::function<const TermSource*(const ApplicationName&)> applicationTerms;
-    /// Filled when not null: the runs of the text in order, without gaps.
+    /// Filled when not null with the runs of the text, in order and without gaps.
     std::vector<PrintedRun>* runs = nullptr;
 };
 
-/// The source of a tree as parse() makes it, or of any node of one. Lines end with a line feed; the last has none. Empty when the tree is
-/// not well formed (syntax/TreeShape.h), as one out of a damaged file may be.
+/// The source of a tree as parse() makes it, or of any of its nodes. Lines end with a line feed, except the last. Empty when the tree is
+/// not well formed (isWellFormed), as one from a damaged file may be.
 std::u16string printTree(const Object* tree, const PrintOptions& options = {});
 
 } // namespace quoddle::syntax

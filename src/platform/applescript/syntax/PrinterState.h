@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The printer from inside: a text that grows token by token, each with its kind, and one function for each part of the grammar.
+// The printer's internals: a text that grows token by token, each with its kind, and one function for each part of the grammar.
 #pragma once
 
 #include "platform/applescript/syntax/NodeKind.h"
@@ -24,10 +24,10 @@ private:
     void put(Kind kind, std::u16string_view text);
     void put(Kind kind, std::string_view utf8);
     void keyword(std::string_view word) { put(Kind::Keyword, word); }
-    /// A blank, unless a line has just begun.
+    /// Puts a blank, unless a line has just begun.
     void blank();
     void newline();
-    /// The mark that continues a line, and the next line's indentation.
+    /// Puts the mark that continues a line, and the indentation of the next line.
     void lineBreak();
 
     // --- words (PrintWords.cpp)
@@ -35,7 +35,7 @@ private:
     void identifier(std::string_view key, std::string_view spelling);
     void term(const Object* code, Terminology::Kinds kinds, std::u16string_view rawKind);
     void className(const Object* code);
-    /// False when the class has no plural form: the caller writes `every`.
+    /// False when the class has no plural form; the caller then writes `every`.
     bool pluralName(const Object* code);
     bool hasPlural(const Object* code) const;
     void value(const Object* literal);
@@ -75,12 +75,12 @@ private:
     bool push(const Object* target);
 
     // --- expressions (PrintExpressions.cpp)
-    /// In parentheses when it binds less tightly than its place demands.
+    /// Puts parentheses around an expression that binds less tightly than `minimum`.
     void expression(const Object* node, Level minimum = Level::Or);
     void expressionBody(const Object* node, Level minimum);
-    /// Something follows.
+    /// Prints an expression that text follows, so that a command in it needs parentheses.
     void headExpression(const Object* node, Level minimum = Level::Or);
-    /// Between brackets or at the end of a statement.
+    /// Prints an expression between brackets or at the end of a statement.
     void closedExpression(const Object* node, Level minimum = Level::Or);
     void wrapper(const Object* line, Level minimum);
     void operators(const Object* node);
@@ -111,11 +111,11 @@ private:
     void arguments(const Object* list);
     bool interleaved(const Object* call, bool heading);
     void userLabels(const Object* labels);
-    /// Shows an operator or a container word that the labels of a command would take for themselves.
+    /// Whether an expression shows, outside brackets, an operator or a container word that is also a label of the command.
     bool exposes(const Object* node, const EventTerm* term) const;
     static std::vector<std::string_view> segments(const Object* identifier);
 
-    /// Deeper than any tree of the parser's; what is deeper still is left out.
+    /// More than the depth of any tree from the parser. Deeper parts are left out.
     static constexpr std::size_t kMaxDepth = 800;
 
     const PrintOptions& mOptions;
@@ -124,7 +124,7 @@ private:
     std::u16string mText;
     std::size_t mIndent = 0;
     std::size_t mDepth = 0;
-    /// Nothing follows that a command would take for a parameter, so one needs no parentheses here.
+    /// Whether nothing follows that a command would take for its parameter, so that a command needs no parentheses here.
     bool mTail = true;
 };
 

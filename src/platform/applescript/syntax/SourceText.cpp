@@ -58,7 +58,7 @@ std::u16string nameText(std::string_view bytes) {
 
 std::u16string identifier(std::string_view key, std::string_view spelling, bool barred) {
     std::u16string name = nameText(spelling.empty() ? key : spelling);
-    // A key with capitals was written in bars: it would be compared without regard to case otherwise.
+    // A key with capitals was written in bars and keeps them; without bars the case would not count.
     bool caseMatters = std::ranges::any_of(key, [](char c) { return c >= 'A' && c <= 'Z'; });
     if (!barred && !caseMatters && isPlainIdentifier(name))
         return name;

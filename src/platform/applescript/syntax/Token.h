@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tokens: what the lexer makes of source text and the parser reads.
+// Tokens, which the lexer makes of source text and the parser reads.
 #pragma once
 
 #include "platform/applescript/syntax/Keyword.h"
@@ -24,7 +24,7 @@ enum class TokenKind : std::uint8_t {
     RawCode,     // «…»: `text` between the chevrons
     Symbol,      // `symbol`
     PossessiveS, // 's
-    Bad,         // `text` says what was expected here, or is empty for an unknown token
+    Bad,         // `text` says what was expected here; it is empty for an unknown token
 };
 
 enum class CommentKind : std::uint8_t { Block, Dashes, Hash };
@@ -53,10 +53,10 @@ enum class Symbol : std::uint8_t {
     GreaterOrEqual,
 };
 
-/// A distinct spelling-without-case of a word or of a barred word; one for each script.
+/// A word or barred word, apart from the case of its letters. A script has one Word for all its tokens that are the same word.
 struct Word {
-    std::string key;              // UTF-8; lower case unless barred with capitals
-    std::u16string_view spelling; // as first met
+    std::string key;              // UTF-8; lower case, unless the word is in bars and has capitals
+    std::u16string_view spelling; // that of the first token
     Keyword keyword = Keyword::None;
     bool barred = false;
 };
@@ -65,8 +65,8 @@ struct Token {
     TokenKind kind = TokenKind::End;
     CommentKind comment = CommentKind::Block;
     Symbol symbol = Symbol::None;
-    Keyword keyword = Keyword::None; // of a Word
-    /// A continuation mark stands between the token before and this one.
+    Keyword keyword = Keyword::None; // None unless `kind` is Word and the word a keyword
+    /// Whether a continuation mark stands between the token before and this one.
     bool afterBreak = false;
     std::uint32_t start = 0; // UTF-16 units of the source
     std::uint32_t end = 0;
