@@ -27,7 +27,7 @@ bool isTextClass(FourCharCode wanted) {
            wanted == "itxt"_4cc || wanted == "STXT"_4cc || wanted == "sutx"_4cc;
 }
 
-/// A number as people write it: sign, digits with a point, exponent; blanks around it.
+/// Parses a number as people write it: sign, digits with a point, exponent; blanks around it.
 bool parseNumber(std::u16string_view text, double& number) {
     while (!text.empty() && (text.front() == u' ' || text.front() == u'\t'))
         text.remove_prefix(1);
@@ -54,10 +54,10 @@ Value toInteger(Value value) {
         return Value::integer(value.isTrue());
     if (!value.isReal())
         return Value::failure();
-    const double rounded = std::nearbyint(value.asReal()); // halves go to even
+    const double rounded = std::nearbyint(value.asReal()); // halves are rounded to even
     if (rounded >= kMinimumInteger && rounded <= kMaximumInteger)
         return Value::integer(static_cast<std::int32_t>(rounded));
-    // Whole numbers of 32 bits are integers to scripts, though they are kept as reals.
+    // To scripts whole numbers of 32 bits are integers, though those beyond the range of integers are stored as reals.
     return rounded >= INT32_MIN && rounded <= INT32_MAX ? Value::real(rounded) : Value::failure();
 }
 
@@ -80,12 +80,12 @@ Value toNumber(Value value) {
     return Value::failure();
 }
 
-/// The text of one value.
+/// Makes the text of one value.
 class TextMaker {
 public:
     explicit TextMaker(Machine& machine) : mMachine(machine) {}
 
-    /// False when a part of it has no text, or the text would be too long.
+    /// Appends the text of a value. False when a part of it has no text, or the text would be too long.
     bool append(Value value, std::size_t depth = 0);
     const std::u16string& text() const { return mText; }
 
@@ -102,7 +102,7 @@ private:
     Machine& mMachine;
     std::u16string mText;
     std::size_t mLists = 0;
-    std::unordered_map<const List*, Stretch> mKnown; // where the text of a list stands
+    std::unordered_map<const List*, Stretch> mKnown; // where in mText the text of a list stands
 };
 
 bool TextMaker::append(Value value, std::size_t depth) {
@@ -135,7 +135,7 @@ bool TextMaker::append(Value value, std::size_t depth) {
     return true;
 }
 
-/// «data utxt…» and its like: text in one of the encodings of descriptors.
+/// Appends a Data value that is text in one of the encodings of descriptors, such as «data utxt…».
 bool TextMaker::appendRaw(const Data& data) {
     switch (data.dataType) {
     case "utxt"_4cc:
@@ -154,7 +154,8 @@ bool TextMaker::appendRaw(const Data& data) {
     }
 }
 
-/// A list that is met again has the text that it had; lists that hold a list many times would take for ever otherwise.
+/// Appends a list. A list that is met again gets a copy of the text it had: otherwise lists that hold a list many times would take for
+/// ever.
 bool TextMaker::appendList(const List* list, std::size_t depth) {
     if (++mLists <= kListsNotNoted)
         return appendItems(list, depth);
@@ -208,7 +209,7 @@ Value toList(Machine& machine, Value value) {
     return Value::object(list);
 }
 
-/// A point, a rectangle or a colour: so many whole numbers.
+/// A list of `count` whole numbers: a point, a rectangle or a colour.
 Value wholeNumbers(Machine& machine, Value value, std::size_t count) {
     const List* given = as<List>(value);
     if (!given || given->count != count)
@@ -224,7 +225,7 @@ Value wholeNumbers(Machine& machine, Value value, std::size_t count) {
     return Value::object(numbers);
 }
 
-/// A list of one is whatever its item can become.
+/// The item of a list of one, which is coerced in the list's place; failure for any other value.
 Value onlyItem(Value value) {
     const List* list = as<List>(value);
     return list && list->count == 1 ? list->items[0] : Value::failure();

@@ -80,7 +80,7 @@ Value run(Machine& machine, Value direct, Arguments) {
     return {}; // a script without a run handler does nothing
 }
 
-/// "idle" means nothing to the values of this machine.
+/// For "idle", which does nothing to values of this machine.
 Value nothing(Machine&, Value, Arguments) {
     return {};
 }
@@ -89,9 +89,9 @@ struct CommandRow {
     FourCharCode eventClass;
     FourCharCode eventID;
     Value (*perform)(Machine&, Value, Arguments);
-    bool mayBeContinued; // a handler of that name hands on to it
+    bool mayBeContinued; // whether "continue" in a handler of that name performs it
 };
-/// "continue run" and "continue idle" go to the application.
+/// The language's own commands. "continue run" and "continue idle" go to the application.
 constexpr CommandRow kCommands[] = {
     {"ascr"_4cc, "cmnt"_4cc, log, true},      {"misc"_4cc, "curd"_4cc, currentDate, true}, {"syso"_4cc, "dela"_4cc, delay, true},
     {"core"_4cc, "getd"_4cc, get, true},      {"core"_4cc, "cnte"_4cc, count, true},       {"aevt"_4cc, "oapp"_4cc, run, false},
@@ -118,7 +118,7 @@ Value send(Machine& machine, FourCharCode eventClass, FourCharCode eventID, Valu
 
 Value performCommand(Machine& machine, Value name, Value direct, Arguments arguments, bool continues) {
     const EventName* event = as<EventName>(name);
-    if (!event) { // a labelled handler that nobody here has
+    if (!event) { // the name of a handler with labels that no script here has
         const Symbol* symbol = as<Symbol>(name);
         if (symbol && !continues && (belongsToApplication(direct) || is<Application>(machine.it()))) {
             std::vector<Argument> labelled(arguments.begin(), arguments.end());
@@ -131,7 +131,7 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
     }
     for (const CommandRow& row : kCommands) {
         const bool isMeant = row.eventClass == event->eventClass && row.eventID == event->eventID && (!continues || row.mayBeContinued);
-        // The date is the same whoever is asked.
+        // "current date" is performed here even for an application, which would give the same date.
         if (isMeant && (!belongsToApplication(direct) || row.perform == &currentDate))
             return row.perform(machine, direct, arguments);
     }
@@ -142,7 +142,8 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
     const Value result = machine.send(*event, direct, arguments, continues);
     const bool isActivate = event->eventClass == "misc"_4cc && event->eventID == "actv"_4cc;
     if (isActivate && result.isFailure() && machine.error().number == errAEEventNotHandled && !belongsToApplication(direct)) {
-        machine.error() = ScriptError(); // a program without windows has nothing to bring to the front
+        // QUIRK: "activate" does nothing in a program without windows and is no error; scripts send it anyway and rely on going on
+        machine.error() = ScriptError();
         return {};
     }
     return result;
@@ -167,9 +168,9 @@ Value callElsewhere(Machine& machine, Value target, Value name, std::span<const 
 Value getFromApplication(Machine& machine, Value specifier) {
     const Specifier* property = as<Specifier>(specifier);
     const Specifier* holder = property && property->form == Specifier::Form::Property ? as<Specifier>(property->container) : nullptr;
-    if (holder && isMany(holder->form) && property->a == Value::code("nmbr"_4cc)) // "number of windows" counts them
+    if (holder && isMany(holder->form) && property->a == Value::code("nmbr"_4cc)) // "number of windows" asks for the number of elements
         return send(machine, "core"_4cc, "cnte"_4cc, property->container, {});
-    const Heap::Hold hold(machine.heap()); // asked in the midst of evaluating
+    const Heap::Hold hold(machine.heap()); // values that only C++ variables hold are in use while the application is asked
     return send(machine, "core"_4cc, "getd"_4cc, specifier, {});
 }
 
@@ -182,7 +183,8 @@ bool setInApplication(Machine& machine, Value specifier, Value value) {
 bool setParent(Machine& machine, Script* script, Value parent) {
     if (const Script* candidate = as<Script>(parent)) {
         Script* above = const_cast<Script*>(candidate);
-        for (int limit = 0; above && limit < 1000; ++limit, above = machine.parentOf(above)) // a stored script may hold a ring
+        // bounded, because the parents in a stored script may form a ring
+        for (int limit = 0; above && limit < 1000; ++limit, above = machine.parentOf(above))
             if (above == script) {
                 machine.raise(OSAIllegalAssign,
                               u"Can’t set parent of " + inMessage(machine, Value::object(script)) + u" to " + inMessage(machine, parent) +

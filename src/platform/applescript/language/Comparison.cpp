@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Comparing values, and texts under considerations.
+// Comparisons of values, and of texts under considerations.
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Dates.h"
 #include "platform/applescript/language/Display.h"
@@ -44,7 +44,7 @@ Collator openCollator(std::uint32_t considering) {
     return collator;
 }
 
-/// Collators are kept for the considerations used last on this thread.
+/// The collator for the considerations. Each thread keeps the one that it used last.
 const UCollator* collatorFor(std::uint32_t considering) {
     thread_local std::uint32_t last = UINT32_MAX;
     thread_local Collator collator;
@@ -59,7 +59,7 @@ bool isAlphanumericASCII(char16_t c) {
     return (c >= u'0' && c <= u'9') || (foldedASCII(c) >= u'a' && foldedASCII(c) <= u'z');
 }
 
-/// The control characters that do not count for the collator.
+/// Whether the collator ignores a control character.
 bool isBareControl(char16_t c) {
     return c < u'\t' || (c > u'\r' && c < u' ') || c == 0x7F;
 }
@@ -74,8 +74,8 @@ std::u16string controlsOf(std::u16string_view text) {
     return controls;
 }
 
-/// Where the texts first differ by more than case, or the shorter one ends; npos when there are signs before it for which `isPlain` is not
-/// true, the ones at that place included, so that the collator has to decide. It looks no further, however long the texts are.
+/// The place where the texts first differ by more than case, or where the shorter one ends. npos when a character up to and including that
+/// place is not `isPlain`, so that the collator has to decide. Looks no further than that place, however long the texts are.
 template<class IsPlain>
 std::size_t firstDifference(std::u16string_view left, std::u16string_view right, IsPlain isPlain) {
     const std::size_t common = std::min(left.size(), right.size());
@@ -118,7 +118,7 @@ bool isList(Value value) {
     return is<List>(value);
 }
 
-/// Does `part` stand at the beginning of `items`?
+/// Whether `items` begins with `part`.
 bool beginsWith(Machine& machine, std::span<const Value> items, std::span<const Value> part) {
     return std::equal(part.begin(), part.end(), items.begin(), [&](Value a, Value b) { return areEqual(machine, b, a); });
 }
@@ -127,7 +127,7 @@ std::span<const Value> itemsOf(const List* list) {
     return {list->items, list->count};
 }
 
-/// The right side of a containment in a list: a list, or a value that counts as a list of one.
+/// The right side of "contains" and its like as a list: a value that is not a list counts as a list of one.
 List* asPart(Machine& machine, Value value) {
     if (List* list = as<List>(value))
         return list;
@@ -141,7 +141,7 @@ List* asPart(Machine& machine, Value value) {
 
 int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view right) {
     const std::uint32_t considering = machine.considering();
-    // Letters and digits sort by code when case is ignored; most keys of real scripts are of that kind.
+    // A fast path for most keys of real scripts: with case ignored, ASCII letters and digits sort by code.
     if (!(considering & (kConsiderCase | kConsiderNumericStrings))) {
         const std::size_t at = firstDifference(left, right, isAlphanumericASCII);
         if (at != std::u16string_view::npos)
@@ -156,9 +156,9 @@ int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view
         const int order = collate(left, right);
         if (order != 0 || considering & kConsiderNumericStrings)
             return order;
-        return controlsOf(left).compare(controlsOf(right)); // none of the collator's business, yet not nothing
+        return controlsOf(left).compare(controlsOf(right)); // the texts differ only by control characters, which the collator ignores
     }
-    // What is ignored is taken out first; case and marks are the collator's.
+    // Characters that are ignored are taken out first; the collator ignores case and marks.
     const std::uint32_t kept = considering | kConsiderCase | kConsiderDiacriticals;
     return collate(reduceText(left, kept).units, reduceText(right, kept).units);
 }
@@ -171,7 +171,7 @@ bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_vi
         return compareTexts(machine, left, right) == 0;
     if (considersAllUnits(considering)) {
         const std::size_t at = firstDifference(left, right, isPlainASCII);
-        if (at != std::u16string_view::npos) // with case considered, identical texts were all that is equal
+        if (at != std::u16string_view::npos) // with case considered only identical texts are equal, and these are not
             return at == left.size() && at == right.size() && !(considering & kConsiderCase);
     }
     return compareTexts(machine, left, right) == 0;
@@ -179,7 +179,7 @@ bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_vi
 
 namespace {
 
-/// One question whether two values are equal. The first difference anywhere ends it.
+/// One comparison of two values for equality. The first difference ends it.
 class EqualityTest {
 public:
     explicit EqualityTest(Machine& machine) : mMachine(machine) {}
@@ -206,7 +206,7 @@ private:
     std::unordered_set<Pair, PairHash> mKnown;
 };
 
-/// Has this pair been compared, or is it being compared? Lists that hold a list many times, or themselves, would take for ever otherwise.
+/// Whether this pair has been, or is being, compared. Otherwise lists that hold a list many times, or themselves, would take for ever.
 bool EqualityTest::isKnown(const HeapObject* left, const HeapObject* right) {
     return ++mPairs > kPairsNotNoted && !mKnown.emplace(left, right).second;
 }
@@ -221,7 +221,7 @@ bool EqualityTest::areEqual(Value left, Value right, int depth) {
     if (left.isConstant() && right.isConstant())
         return left.asCode() == right.asCode();
     if ((left.isCode() || left.isConstant()) && (right.isCode() || right.isConstant())) {
-        // text, string and Unicode text are one class.
+        // The classes text, string and Unicode text are equal.
         const auto one = [](FourCharCode code) { return code == "TEXT"_4cc || code == "utxt"_4cc ? "ctxt"_4cc : code; };
         return one(left.asCode()) == one(right.asCode());
     }
@@ -289,7 +289,7 @@ bool EqualityTest::areEqualSpecifiers(const Specifier* left, const Specifier* ri
 } // namespace
 
 bool areEqual(Machine& machine, Value left, Value right) {
-    // What most values are; a list is searched for them.
+    // Numbers and texts come first: most values are of these classes, and searches in lists compare very many of them.
     if (left.isNumber() && right.isNumber())
         return left.asNumber() == right.asNumber();
     if (const Text* text = as<Text>(left), *other = as<Text>(right); text && other)
@@ -298,7 +298,8 @@ bool areEqual(Machine& machine, Value left, Value right) {
 }
 
 Value compare(Machine& machine, Relation relation, Value left, Value right) {
-    // A reference equals the same reference and never the value it refers to; the other relations look at the values.
+    // QUIRK: a reference equals the same reference and never the value that it refers to, while other relations follow it; scripts compare
+    // references for identity.
     const bool asksEquality = relation == Relation::Equal || relation == Relation::NotEqual;
     if (asksEquality) {
         for (Value* side : {&left, &right})
@@ -313,14 +314,14 @@ Value compare(Machine& machine, Relation relation, Value left, Value right) {
     if (asksEquality)
         return Value::boolean(areEqual(machine, left, right) == (relation == Relation::Equal));
 
-    // A list of one counts as what it holds. One may hold itself.
+    // A list of one counts as its item. The depth is bounded, because such a list may hold itself.
     int depth = 0;
     for (const List* list = as<List>(left); list && list->count == 1 && depth < kMaximumDepth; list = as<List>(left), ++depth) {
         left = list->items[0];
         if (!followBoth(machine, left, right))
             return Value::failure();
     }
-    // The right operand is made what the left one is. Months and weekdays are in the order of the calendar.
+    // The right operand is coerced to the class of the left one. Months and weekdays are ordered as in the calendar.
     if ((left.isCode() || left.isConstant()) && numberOfDateConstant(left.asCode()))
         left = Value::integer(numberOfDateConstant(left.asCode()));
     if (left.isNumber()) {

@@ -32,7 +32,7 @@ Parts partsOf(std::int64_t seconds) {
     Parts parts{};
     parts.days = seconds >= 0 ? seconds / kDay : -((-seconds + kDay - 1) / kDay);
     parts.time = seconds - parts.days * kDay;
-    // The year by estimate, then by trial.
+    // Estimates the year, then corrects it step by step.
     parts.year = 1904 + parts.days * 400 / 146097;
     while (daysFromDate(parts.year, 1, 1) > parts.days)
         --parts.year;
@@ -49,7 +49,7 @@ Value text(Machine& machine, std::u16string_view characters) {
     return Value::object(machine.heap().text(characters));
 }
 
-/// "Friday, November 9, 2007 at 11:35:50 AM" in its two halves.
+/// The two halves of "Friday, November 9, 2007 at 11:35:50 AM": day and time.
 std::pair<std::u16string, std::u16string> halves(std::int64_t seconds) {
     const std::u16string whole = textOfDate(seconds);
     const auto at = whole.find(u" at ");
@@ -71,7 +71,7 @@ Value timeOnDay(Machine& machine, const Date* date, Value text) {
     const auto seconds = dateOfText(words, date->seconds);
     if (!seconds)
         return invalidDate(machine, given);
-    // A text that gives a day gives the same one, whatever today is.
+    // A text that names a day gives the same result relative to another date; a text that is only a time does not.
     const bool isDay = dateOfText(words, date->seconds + 400 * kDay) == seconds && partsOf(*seconds).time == 0;
     return Value::object(machine.heap().make<Date>(isDay ? *seconds + partsOf(date->seconds).time : *seconds));
 }
@@ -130,7 +130,8 @@ bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value
         if (!wholeOf(machine, value, number))
             return false;
     }
-    // A part beyond its range runs over into the next: day 32 is the first of the next month.
+    // QUIRK: a part beyond its range runs over into the next one: setting day 32 gives the first of the next month; scripts compute with
+    // dates so.
     const auto from = [](std::int64_t year, int month, std::int64_t day, std::int64_t time) {
         return (daysFromDate(year, month, 1) + day - 1) * kDay + time;
     };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The parts of a date.
+// The parts of a date, as properties and in texts.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
@@ -10,17 +10,17 @@ using machine::Date;
 using machine::Machine;
 using machine::Value;
 
-/// Failure without an error when dates have no such property.
+/// A property of a date. Failure, with nothing raised, when dates have no such property.
 Value dateProperty(Machine& machine, const Date* date, FourCharCode key);
-/// `date "10:30" of d`: a text that is a time, on the day of the date; a text that is a day, at the time of the date. Failure: -30720,
+/// For `date "10:30" of d`: the time in the text on the day of the date, or the day in the text at the time of the date. Raises -30720 or
 /// -1700.
 Value timeOnDay(Machine& machine, const Date* date, Value text);
 /// Raises -30720: Invalid date and time ….
 Value invalidDate(Machine& machine, Value text);
-/// 1 to 12 for a month, 1 (Sunday) to 7 for a weekday, 0 for any other code.
+/// The number of a code: 1 to 12 for a month, 1 (Sunday) to 7 for a weekday, 0 for any other code.
 std::int32_t numberOfDateConstant(FourCharCode code);
-/// False without an error when dates have no such property that can be set, with one when the value does not fit. The weekday follows from
-/// the other parts and cannot be set.
+/// Sets a property. False, with nothing raised, when dates have no such property that can be set; false, with an error raised, when the
+/// value does not fit. The weekday follows from the other parts and cannot be set.
 bool setDateProperty(Machine& machine, Date* date, FourCharCode key, Value value);
 
 } // namespace quoddle::language

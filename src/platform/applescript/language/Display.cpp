@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/language/Display.h"
 
-#include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/Coercion.h"
+#include "platform/applescript/language/Files.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/applescript/terminology/Terminology.h"
 #include "platform/base/DateText.h"
@@ -19,7 +19,7 @@ namespace sourcetext = syntax::sourcetext;
 namespace {
 
 constexpr std::size_t kMaximumDepth = 60;
-constexpr std::size_t kMaximumLength = std::size_t(1) << 26; // what a program prints may be data for another one
+constexpr std::size_t kMaximumLength = std::size_t(1) << 26; // large, because the output of a script may be data for another program
 constexpr std::size_t kMaximumLengthInMessages = 1000;
 
 const Terminology& terms() {
@@ -36,13 +36,13 @@ std::u16string className(FourCharCode code) {
     return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(code));
 }
 
-/// "characters"; the singular where a class has no plural.
+/// The plural of a class, such as "characters", or the singular when it has none.
 std::u16string pluralName(FourCharCode code) {
     const Term* term = terms().name(code, {TermKind::Plural});
     return term ? wordsOf(*term) : className(code);
 }
 
-/// Of a symbol or a code.
+/// The name of a property, whose key is a symbol or a code.
 std::u16string propertyName(Value key) {
     if (const Symbol* symbol = as<Symbol>(key))
         return sourcetext::identifier(symbol->key, symbol->spelling, terms().isTerm(symbol->key));
@@ -52,7 +52,7 @@ std::u16string propertyName(Value key) {
 
 class Displayer {
 public:
-    /// For people: texts and names without quotes, lists and records without braces.
+    /// `forPeople` shows texts and names without quotes, lists and records without braces.
     Displayer(Machine& machine, bool forPeople, std::size_t maximumLength = kMaximumLength)
         : mMachine(machine), mForPeople(forPeople), mMaximumLength(maximumLength) {}
 
@@ -66,7 +66,7 @@ private:
     void specifier(const Specifier* specifier);
     void element(Value elementClass, Value index);
     bool showsContainer(const Specifier* specifier) const;
-    /// The name of a thing behind its class.
+    /// The name of a thing, as it stands behind the thing's class.
     std::u16string named(const std::u16string& name) const { return mForPeople ? name : sourcetext::quoted(name); }
 
     Machine& mMachine;
@@ -132,7 +132,7 @@ void Displayer::element(Value elementClass, Value index) {
     value(index);
 }
 
-/// The script that speaks goes without saying, but in a reference to one of its variables.
+/// The running script is not shown as a container, except in a reference to one of its variables.
 bool Displayer::showsContainer(const Specifier* specifier) const {
     if (specifier->container.isUndefined())
         return false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Values as source text, and codes as words.
+// Values, codes and status numbers in words.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
@@ -10,20 +10,20 @@ namespace quoddle::language {
 using machine::Machine;
 using machine::Value;
 
-/// As source: texts in quotes, lists in braces. What is nested too deeply, or longer than 67 million characters, ends in "…".
+/// A value as source: texts in quotes, lists in braces. What is nested too deeply, or longer than 67 million characters, ends in "…".
 std::u16string display(Machine& machine, Value value);
-/// As source, for a message: what is longer than a thousand characters is cut off and ends in "…".
+/// A value as source, for a message. Text beyond a thousand characters is cut off and ends in "…".
 std::u16string inMessage(Machine& machine, Value value);
-/// As a person reads it: texts without quotes, lists and records without braces.
+/// A value for people: texts without quotes, lists and records without braces.
 std::u16string humanDisplay(Machine& machine, Value value);
 /// Whether the language or the Standard Additions have a property of the code.
 bool isKnownProperty(FourCharCode code);
-/// The words for a class, a property, a constant or a command; in chevrons when no dictionary has them.
+/// The words for a class, a property, a constant or a command, or the code in chevrons when no dictionary has words.
 std::u16string termFor(Value value);
 
-/// Never empty; unknown numbers get the general text.
+/// The text for a status number when nothing more is known. Never empty; unknown numbers get a general text.
 std::u16string messageFor(OSStatus number);
-/// The text that names what it is about: the offending object and the expected type, as messages show them.
+/// The text with the offending object and the expected type put in, which are given as messages show them.
 std::u16string messageFor(OSStatus number, std::u16string_view object, std::u16string_view type);
 
 } // namespace quoddle::language

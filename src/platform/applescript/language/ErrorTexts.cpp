@@ -14,7 +14,7 @@ struct Row {
     std::u16string_view text;
 };
 
-// Both tables are sorted by number, highest first.
+// Sorted by number, highest first, like kTemplates.
 constexpr Row kTexts[] = {
     {-34, u"Disk is full."},
     {-35, u"Disk wasn’t found."},
@@ -134,7 +134,7 @@ constexpr Row kTexts[] = {
     {-30720, u"Invalid date and time."},
 };
 
-// The texts that name what they are about: %1 the offending object, %2 the expected type.
+// The texts with objects: %1 is the offending object, %2 the expected type.
 constexpr Row kTemplates[] = {
     {-34, u"Disk %1 is full."},
     {-35, u"Disk %1 wasn’t found."},

@@ -70,7 +70,7 @@ bool isFile(Value value) {
 std::string posixPath(const Data& file) {
     if (file.bytes.starts_with(kScheme) || file.bytes.starts_with('/'))
         return pathFromURL(file.bytes);
-    // An alias record from a Mac: tagged items from 150 on; 18 is the path on its volume.
+    // An alias record from a Mac has tagged items from byte 150 on; item 18 is the path on its volume.
     std::string_view record = file.bytes;
     for (std::size_t at = 150; at + 4 <= record.size();) {
         const int tag = static_cast<std::int16_t>(static_cast<unsigned char>(record[at]) << 8 | static_cast<unsigned char>(record[at + 1]));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Files as values: aliases, file objects and POSIX files, which are descriptors of type "alis" or "furl" holding a file URL.
 //
-// The colon paths of the language are mapped onto this system's one tree: the first component names the startup disk and is dropped.
+// The colon paths of the language are mapped onto the one tree of this system: the first component names the startup disk and is dropped.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
@@ -13,14 +13,14 @@ using machine::Machine;
 using machine::Value;
 
 bool isFile(Value value);
-/// UTF-8, absolute. Empty when the descriptor holds no path.
+/// The absolute path in UTF-8. Empty when the descriptor holds no path.
 std::string posixPath(const Data& file);
-/// "Disk:folder:file", with a colon at the end of a folder.
+/// The colon path "Disk:folder:file", with a colon at the end of a folder's.
 std::u16string hfsPath(const Data& file);
-/// From a POSIX path.
+/// Makes a file value of a kind from a POSIX path.
 Value fileFromPath(Machine& machine, std::string_view path, FourCharCode kind);
-/// "alias", "file" or "POSIX file" of a text or another file. Failure without an error when it cannot be made; an alias needs something
-/// that exists.
+/// Makes "alias", "file" or "POSIX file" of a text or of another file. Failure, with nothing raised, when that is impossible; an alias
+/// needs something that exists.
 Value makeFile(Machine& machine, Value from, FourCharCode kind);
 
 std::string posixPathFromColons(std::u16string_view path);

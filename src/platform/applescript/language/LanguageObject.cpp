@@ -54,7 +54,7 @@ Script* makeLanguageObject(Machine& machine) {
 std::vector<std::u16string> textItemDelimiters(Machine& machine) {
     std::vector<std::u16string> delimiters;
     const auto add = [&](Value value) {
-        // References and numbers serve as well; what has no text separates nothing.
+        // References and numbers may be delimiters, too; a value that has no text separates nothing.
         if (const Value known = follow(machine, value); known.isFailure())
             machine.error() = ScriptError();
         else if (const Text* text = textOf(machine, known))

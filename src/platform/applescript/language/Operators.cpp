@@ -12,14 +12,13 @@ using namespace machine;
 
 namespace {
 
-/// The operand as a number; failure with -1700 raised.
+/// An operand as a number. Raises -1700.
 Value operand(Machine& machine, Value value) {
-    if (amountOf(value)) // a measure must say first that it is to be a number
+    if (amountOf(value)) // QUIRK: a measure is no number until it is coerced to one; scripts rely on the error -1700
         return cannotMake(machine, value, "nmbr"_4cc);
     return coerce(machine, value, Value::code("nmbr"_4cc));
 }
 
-/// Both operands as numbers.
 bool operands(Machine& machine, Value& left, Value& right) {
     left = operand(machine, left);
     if (left.isFailure())
@@ -167,7 +166,7 @@ std::vector<Value> partsOf(Value side) {
     return parts;
 }
 
-/// A new record. The first one's value counts where both have a label; the second may be null.
+/// Joins two records. Where both have a label, the value of the first counts. `second` may be null.
 Value joined(Machine& machine, const Record* first, const Record* second) {
     Record* both = machine.heap().record();
     both->entries = first->entries;
@@ -180,7 +179,7 @@ Value joined(Machine& machine, const Record* first, const Record* second) {
 
 } // namespace
 
-/// Text with a text on the left, record with records on both sides, else a list. An empty list adds nothing to a record.
+/// "&": with a text on the left a text, with records on both sides a record, otherwise a list. An empty list adds nothing to a record.
 Value concatenate(Machine& machine, Value left, Value right) {
     if (!followBoth(machine, left, right))
         return Value::failure();
@@ -207,7 +206,7 @@ Value concatenate(Machine& machine, Value left, Value right) {
     if (!first)
         first = machine.heap().concatenate(machine.heap().list(2), partsOf(left));
     List* whole = nullptr;
-    if (const List* second = as<List>(right); second && first) // not copied: it may be long
+    if (const List* second = as<List>(right); second && first) // not copied by partsOf, because it may be long
         whole = machine.heap().concatenate(first, {second->items, second->count});
     else if (first)
         whole = machine.heap().concatenate(first, partsOf(right));

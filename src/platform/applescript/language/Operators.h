@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What the operators mean, for every kind of value. The interpreter does small integers and reals itself and comes here for the rest.
+// What the operators mean, for every kind of value. The interpreter computes with small integers and reals itself and comes here for the
+// rest.
 //
-// Every function that answers a Value answers failure when it has raised an error in the machine. Operands may be references; they are followed.
+// Each function that answers a Value answers failure when it has raised an error in the machine. Operands may be references, which are
+// followed.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
@@ -22,7 +24,7 @@ Value negate(Machine& machine, Value operand);
 Value logicalNot(Machine& machine, Value operand);
 Value concatenate(Machine& machine, Value left, Value right);
 
-/// An integer where the value is whole and in range, else a real; an error when it is not finite.
+/// A number as a value: an integer where it is whole and in range, else a real. Raises an error when it is not finite.
 Value number(Machine& machine, double value);
 
 enum class Relation : std::uint8_t { Equal, NotEqual, Greater, GreaterOrEqual, Less, LessOrEqual };
@@ -33,10 +35,10 @@ Value contains(Machine& machine, Value left, Value right);
 
 /// Equality under the considerations of the running statement. Never raises; structures nested too deeply are unequal.
 bool areEqual(Machine& machine, Value left, Value right);
-/// Less than 0, 0, greater than 0; under the considerations.
+/// Less than 0, 0 or greater than 0, under the considerations of the running statement.
 int compareTexts(Machine& machine, std::u16string_view left, std::u16string_view right);
 bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_view right);
-/// 1, 0, or -1 with an error raised when the value is no truth value.
+/// 1 for true, 0 for false, -1 with an error raised when the value is no truth value.
 int truth(Machine& machine, Value value);
 
 } // namespace quoddle::language

@@ -22,7 +22,7 @@ namespace {
 
 const Value kContents = Value::code("pcnt"_4cc);
 
-/// Scripts and records may have a property of this name.
+/// Whether a container may have a property "contents" of its own, as scripts and records may.
 bool hasContents(Value container) {
     const Record* record = as<Record>(container);
     return is<Script>(container) || (record && record->find(kContents));
@@ -60,7 +60,7 @@ Value quotedForm(Machine& machine, const Text* text) {
     return Value::object(machine.heap().text(quoted + u"'"));
 }
 
-/// Failure when the text has no such property; nothing is raised.
+/// A property of a text. Failure, with nothing raised, when texts have no such property.
 Value textProperty(Machine& machine, const Text* text, FourCharCode key) {
     switch (key) {
     case "leng"_4cc:
@@ -69,7 +69,7 @@ Value textProperty(Machine& machine, const Text* text, FourCharCode key) {
         return codePoints(machine, text);
     case "strq"_4cc:
         return quotedForm(machine, text);
-    case "psxp"_4cc: // of a colon path
+    case "psxp"_4cc: // QUIRK: a text has a POSIX path, that of the colon path in it; scripts ask texts for it without making a file
         return Value::object(machine.heap().text(utf16FromUTF8(posixPathFromColons(text->view()))));
     default:
         return Value::failure();
@@ -210,7 +210,7 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
             return container;
         return getProperty(machine, container, key, how);
     }
-    // Of a reference it is the value itself, of a variable a copy.
+    // "contents" of a reference is the value itself, of any other value a copy.
     if (key == kContents && !hasContents(container))
         return deepCopy(machine, container);
     const Value own = ownProperty(machine, container, key);
@@ -222,7 +222,7 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
         return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
     if (key == Value::code("nmbr"_4cc) && (is<List>(container) || is<Text>(container) || is<Record>(container)))
         return count(machine, container);
-    // «class PNGf» by itself is a value where no script has a property of that code.
+    // A raw code such as «class PNGf» by itself is a value where no script has a property of that code.
     if (is<Script>(container) && key.isCode() && !isKnownProperty(key.asCode()))
         return key;
     return noSuchProperty(machine, container, key);
@@ -233,7 +233,7 @@ bool setProperty(Machine& machine, Value container, Value key, Value value) {
         const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
         if (!isLocal(container))
             return setInApplication(machine, what, value);
-        if (key == kContents) // "set contents of x to …": what the reference names
+        if (key == kContents) // "set contents of x to …" sets what the reference x names
             return setSpecifier(machine, container, value);
         container = follow(machine, container);
         if (container.isFailure())
@@ -311,7 +311,7 @@ Value copyOf(Machine& machine, Value value, std::unordered_map<const HeapObject*
         copy->tree = script->tree;
         copy->store = script->store;
         copy->outer = script->outer;
-        // The scripts around a definition are where it lives and no part of it.
+        // A copy of a script keeps the scripts around its definition, which are its parents by place and no part of it.
         const bool isInherent = script->isDefinedWithin(as<Script>(script->parent)) && !copies.contains(script->parent.asObject());
         copy->parent = isInherent ? script->parent : copyOf(machine, script->parent, copies, depth + 1);
         for (Value slot : script->slots) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Elements: by index, range, every, some; and following specifiers. Properties are in Properties.cpp.
+// Elements, by index, range, every and some, and following specifiers. Properties are in Properties.cpp.
 #include "platform/applescript/language/References.h"
 
 #include "platform/applescript/language/Coercion.h"
@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::size_t kMaximumDepth = 200;
 constexpr std::size_t kMaximumNesting = 100;
-const Value kNumber = Value::code("nmbr"_4cc); // "number of x" counts
+const Value kNumber = Value::code("nmbr"_4cc); // "number of x" counts x
 
 Value specifier(Machine& machine, Specifier::Form form, Value container, Value a = {}, Value b = {}, Value c = {}) {
     return Value::object(machine.heap().make<Specifier>(form, container, a, b, c));
@@ -36,7 +36,7 @@ Value slice(Machine& machine, const Text* text, Span span) {
     return Value::object(machine.heap().substring(text, span.start, span.length));
 }
 
-/// Items of a list that belong to a class, or all of them.
+/// The places of the items of a list that belong to a class; all places for "item".
 std::vector<std::uint32_t> placesOf(const List* list, FourCharCode elementClass) {
     std::vector<std::uint32_t> places;
     for (std::uint32_t i = 0; i < list->count; ++i)
@@ -54,13 +54,14 @@ Value listOf(Machine& machine, const std::vector<Value>& values) {
     return Value::object(list);
 }
 
-/// A path as it was given, or the path of a file.
+/// The colon path of a file; any other value is a path already.
 std::u16string colonPathOf(Machine& machine, Value file) {
     const Data* data = as<Data>(file);
     return data ? hfsPath(*data) : humanDisplay(machine, file);
 }
 
-/// Objects that "class + text" makes out of nothing: files, dates, applications. Failure without an error when the class is no such one.
+/// Makes the objects that a class and a text describe by themselves: files, dates, applications. Failure, with nothing raised and `isOne`
+/// false, when the class is not such a one.
 Value madeFromText(Machine& machine, FourCharCode elementClass, Value key, bool& isOne) {
     isOne = true;
     switch (elementClass) {
@@ -101,7 +102,7 @@ bool isItem(const Specifier& specifier) {
     return specifier.form == Specifier::Form::Element && specifier.a == Value::code("cobj"_4cc);
 }
 
-/// The place of the index-th item of a class, negative indexes from the end; kNowhere when there is none.
+/// The place of the index-th item of a class, from the end when negative; kNowhere when there is none.
 constexpr std::uint32_t kNowhere = UINT32_MAX;
 std::uint32_t placeInList(const List* list, FourCharCode elementClass, std::int64_t index) {
     if (elementClass == "cobj"_4cc) {
@@ -124,7 +125,7 @@ bool spanOf(Machine& machine, Value container, FourCharCode elementClass, std::i
     return place != kNowhere;
 }
 
-/// Sets `span` to the place of a range's boundary in its container. False without an error when the container has no such element.
+/// Sets `span` to the place of a range's boundary in its container. False, with nothing raised, when the container has no such element.
 bool boundary(Machine& machine, Value container, Value elementClass, Value bound, Span& span) {
     if (const Specifier* element = as<Specifier>(bound);
         element && element->form == Specifier::Form::Element && element->container == container && element->a.isCode()) {
@@ -148,7 +149,7 @@ bool boundary(Machine& machine, Value container, Value elementClass, Value bound
     return wholeOf(machine, bound, index) && spanOf(machine, container, elementClass.asCode(), index, span);
 }
 
-/// "string 2 thru 3 of x" is text, too.
+/// The class of the elements: "string 2 thru 3 of x" means text like "text 2 thru 3 of x".
 Value elementClassOf(const Specifier* whole) {
     const bool isText = whole->a == Value::code("TEXT"_4cc) || whole->a == Value::code("utxt"_4cc);
     return isText ? Value::code("ctxt"_4cc) : whole->a;
@@ -199,7 +200,7 @@ Value every(Machine& machine, Value container, Value elementClass, Value what) {
         std::vector<Value> parts;
         forEachElement(machine, text, code, [&](Span span) {
             parts.push_back(slice(machine, text, span));
-            return parts.size() <= Heap::kMaximumListLength; // more is an error
+            return parts.size() <= Heap::kMaximumListLength; // more items than a list can hold are an error
         });
         return listOf(machine, parts);
     }
@@ -212,7 +213,7 @@ Value every(Machine& machine, Value container, Value elementClass, Value what) {
     return cannotGet(machine, what);
 }
 
-/// The value of a specifier of local things.
+/// The value of a specifier that belongs to this machine.
 Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
     if (depth > kMaximumDepth)
         return machine.raise(errOSAStackOverflow, u"Stack overflow.");
@@ -229,7 +230,7 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
     case Specifier::Form::Element:
         if (what->a == kNumber && what->form == Specifier::Form::Property && holder && isMany(holder->form))
             return count(machine, container);
-        // "length of every word": one answer for each. "item 2 of words" is the second word.
+        // "length of every word" gives one answer for each word. But "item 2 of words" is the second word.
         if (holder && isMany(holder->form) && is<List>(container) && !isItem(*what)) {
             const List* many = as<List>(container);
             std::vector<Value> answers;
@@ -309,7 +310,7 @@ bool isMany(Specifier::Form form) {
     return form == Specifier::Form::Every || form == Specifier::Form::Range || form == Specifier::Form::Filter;
 }
 
-/// "POSIX file" is the language's own wherever it stands: applications know no such class.
+/// "POSIX file" is always the language's own, because applications know no such class.
 bool isPosixFile(const Specifier& specifier) {
     return specifier.form == Specifier::Form::Element && specifier.a == Value::code("psxf"_4cc);
 }
@@ -333,8 +334,8 @@ bool isLocal(Value container) {
 }
 
 Value follow(Machine& machine, Value value) {
-    // An index may be a reference itself, and what an application answers is the application's choice: this nests on the thread's own
-    // stack.
+    // This function nests on the thread's own stack, so the depth is bounded: an index may itself be a reference, and applications may
+    // answer with references.
     static thread_local std::size_t nesting = 0;
     struct Level {
         Level() { ++nesting; }
@@ -415,7 +416,7 @@ Value getElement(Machine& machine, Value container, Value elementClass, Value in
 
 Value makeSpecifier(Machine& machine, Specifier::Form form, const Value* operands) {
     switch (form) {
-    case Specifier::Form::Test: // left operator right
+    case Specifier::Form::Test: // a test has a left side, an operator and a right side
         return specifier(machine, form, operands[0], operands[1], operands[2]);
     case Specifier::Form::Beginning:
     case Specifier::Form::End:
@@ -430,7 +431,8 @@ Value makeSpecifier(Machine& machine, Specifier::Form form, const Value* operand
     }
 }
 
-/// A reference to a variable comes as the property of a script; the value of a local variable is nothing that can be referred to.
+/// Makes a reference value. A reference to a variable arrives as a property of a script; a local variable arrives as its value, to which
+/// there is no reference.
 Value makeReference(Machine& machine, Value value) {
     if (const Specifier* raw = as<Specifier>(value)) {
         Specifier* reference = machine.heap().make<Specifier>(*raw);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Properties and elements of values: reading, setting, counting, and following references to what they name.
+// Properties and elements of values: reading, setting, counting, and following references to what they name; and the AppleScript object
+// with its constants, text item delimiters and progress properties.
 //
-// Like everywhere in the language: failure or false means that an error was raised in the machine.
+// Failure or false means that an error was raised in the machine.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"
@@ -14,20 +15,21 @@ using machine::Script;
 using machine::Specifier;
 using machine::Value;
 
-/// Every, a range or a filter: a specifier of one of these forms names many things.
+/// Whether a specifier of the form names many things: every, a range or a filter.
 bool isMany(Specifier::Form form);
-/// A specifier that belongs to this machine's values, not to an application, can be followed without asking anybody.
+/// Whether a specifier belongs to values of this machine and not to an application, so that it can be followed without asking anybody.
 bool isLocal(Value container);
-/// The value behind a specifier, references included; any other value as it is.
+/// The value behind a specifier or a reference value; any other value as it is.
 Value follow(Machine& machine, Value value);
-/// The sides of an operator, the left one first. False when one of them failed.
+/// Follows the sides of an operator, the left one first. False when one of them failed.
 bool followBoth(Machine& machine, Value& left, Value& right);
-/// "get": a raw specifier becomes what it names; a reference value and any other value stay. `how` Locally leaves specifiers of applications alone.
+/// For "get": a raw specifier becomes what it names; a reference value and any other value stay. With Evaluate::Locally specifiers of
+/// applications stay, too.
 Value evaluate(Machine& machine, Value value, Evaluate how);
 
 Value getProperty(Machine& machine, Value container, Value key, Evaluate how);
 Value getElement(Machine& machine, Value container, Value elementClass, Value index, Evaluate how);
-/// A specifier of one of the less frequent forms, from its operands in stack order.
+/// A specifier of any form, from its operands in stack order.
 Value makeSpecifier(Machine& machine, Specifier::Form form, const Value* operands);
 Value makeReference(Machine& machine, Value value);
 
@@ -37,13 +39,13 @@ bool setEnd(Machine& machine, Value container, Value value);
 bool setSpecifier(Machine& machine, Value specifier, Value value);
 
 Value count(Machine& machine, Value value);
-/// Items, in a fresh list.
+/// A copy of a value and of all that it holds.
 Value deepCopy(Machine& machine, Value value);
 
-/// Made once for a machine, which keeps it.
+/// Makes the AppleScript object. Called once for a machine, which keeps the object.
 Script* makeLanguageObject(Machine& machine);
 
-/// The delimiters that are set, references followed. Never empty: no delimiter is one empty text.
+/// The text item delimiters that are set, with references followed. Never empty: no delimiter is one empty text.
 std::vector<std::u16string> textItemDelimiters(Machine& machine);
 
 } // namespace quoddle::language

@@ -14,8 +14,8 @@ struct BreakCloser {
     void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }
 };
 
-/// Making an iterator costs far more than giving it another text, so a thread keeps one of each kind. Null when ICU has none. The text must
-/// live until the iterator gets another one.
+/// An iterator over a text, which must live until the iterator gets another one; null when ICU has none. A thread keeps one iterator of
+/// each kind, because making one costs far more than giving it another text.
 UBreakIterator* breaksOf(UBreakIteratorType type, std::u16string_view text) {
     thread_local std::unique_ptr<UBreakIterator, BreakCloser> characters, words;
     auto& kept = type == UBRK_WORD ? words : characters;
@@ -31,8 +31,8 @@ Span spanOf(std::size_t start, std::size_t end) {
     return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(end - start)};
 }
 
-/// Between two units of this kind there is always a boundary, but for CR LF: below U+0300 nothing combines, and letters and signs that are
-/// no part of a syllable in pieces stand alone, too.
+/// Whether a unit always has boundaries beside other such units, except between CR and LF. Below U+0300 nothing combines; above, letters
+/// and signs that are no part of a syllable in pieces stand alone, too.
 bool standsAlone(char16_t unit) {
     if (unit < 0x300)
         return true;
@@ -69,7 +69,8 @@ void visitWords(std::u16string_view text, const std::function<bool(Span)>& visit
             return;
 }
 
-/// Ended by a return, a line feed or both. A text that ends so has one more, empty paragraph; the empty text has none.
+/// Visits paragraphs, which end with a return, a line feed or both. A text that ends so has one more, empty paragraph; the empty text has
+/// none.
 void visitParagraphs(std::u16string_view text, const std::function<bool(Span)>& visit) {
     std::size_t start = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {

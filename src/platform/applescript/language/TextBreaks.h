@@ -10,7 +10,7 @@
 
 namespace quoddle::language {
 
-/// In UTF-16 units.
+/// A stretch of a text, in UTF-16 units.
 struct Span {
     std::uint32_t start;
     std::uint32_t length;
@@ -18,12 +18,12 @@ struct Span {
 
 enum class TextBreaks { Characters, Words, Paragraphs };
 
-/// Is every unit a character of its own? True of nearly all texts without emoji, combining marks and the line ends CR LF.
+/// Whether every unit is a character of its own. True of nearly all texts without emoji, combining marks and the line ends CR LF.
 bool isEveryUnitACharacter(std::u16string_view text);
 
 /// Calls `visit` with every element from the first to the last, until it answers false.
 void visitElements(std::u16string_view text, TextBreaks kind, const std::function<bool(Span)>& visit);
-/// The same from the last to the first.
+/// Calls `visit` with every element from the last to the first, until it answers false.
 void visitElementsBackwards(std::u16string_view text, TextBreaks kind, const std::function<bool(Span)>& visit);
 
 } // namespace quoddle::language

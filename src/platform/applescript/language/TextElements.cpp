@@ -12,7 +12,7 @@ using namespace machine;
 
 namespace {
 
-constexpr std::int64_t kNearTheEnds = 16; // elements; not worth remembering where they are
+constexpr std::int64_t kNearTheEnds = 16; // elements so near to an end are counted each time and not remembered
 
 bool isSimple(const Text* text) {
     if (!(text->flags & (Text::kKnownSimple | Text::kKnownComplex)))
@@ -32,14 +32,14 @@ TextBreaks breaksFor(FourCharCode elementClass) {
     }
 }
 
-/// Those that stand for something; none when every character is an item.
+/// The delimiters that are not empty. When there are none, every character is a text item.
 std::vector<std::u16string> delimitersInUse(Machine& machine) {
     std::vector<std::u16string> delimiters = textItemDelimiters(machine);
     std::erase_if(delimiters, [](const std::u16string& delimiter) { return delimiter.empty(); });
     return delimiters;
 }
 
-/// The delimiter that comes first wins, the longer one where two begin at one place.
+/// Finds the text items of a text. The delimiter that comes first wins; of two that begin at one place the longer one wins.
 class TextItems {
 public:
     TextItems(Machine& machine, std::u16string_view text, std::vector<std::u16string> delimiters)
@@ -64,7 +64,7 @@ private:
     void findNext(std::size_t delimiter, std::size_t start) {
         Place& place = mNext[delimiter];
         place.at = mSearch.find(mDelimiters[delimiter], start, place.length);
-        if (place.length == 0) // nothing of it is considered, so it separates nothing
+        if (place.length == 0) // a delimiter of ignored characters only separates nothing
             place.at = kNotFound;
     }
 
@@ -95,7 +95,7 @@ bool unitAt(const Text* text, std::int64_t index, Span& span) {
     return index != 0 && place >= 0 && place < text->length;
 }
 
-/// Counts from the nearer end, on which side of it the index is.
+/// Finds an element by counting from the end of the text that the index counts from.
 bool elementNearEnd(const Text* text, TextBreaks kind, std::int64_t index, Span& span) {
     bool found = false;
     std::int64_t left = index < 0 ? -index : index;
@@ -165,7 +165,6 @@ std::size_t characterCount(Machine& machine, const Text* text) {
     return isSimple(text) ? text->length : machine.textElements().make(machine, text, "cha "_4cc).size();
 }
 
-/// Whatever is remembered is not looked at.
 void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<bool(Span)>& visit) {
     if (text->length == 0)
         return;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Elements of text: characters, words, paragraphs, text items.
 //
-// Decision: scripts ask for one element after the other. Where the elements of a text are is therefore remembered once an element beyond
-// the first or last few has been asked for, so that a loop over all of them costs what their number says.
+// Decision: scripts ask for one element after the other. So the places of a text's elements are remembered once an element beyond the first
+// or last few has been asked for, and a loop over all elements takes time in proportion to their number.
 #pragma once
 
 #include "platform/applescript/language/TextBreaks.h"
@@ -13,25 +13,25 @@ namespace quoddle::language {
 using machine::Machine;
 using machine::Text;
 
-/// Is this a class whose elements texts have?
+/// Whether texts have elements of the class.
 bool isTextElement(FourCharCode elementClass);
-/// How many characters (grapheme clusters).
+/// The number of characters (grapheme clusters).
 std::size_t characterCount(Machine& machine, const Text* text);
-/// The element at a 1-based index, counted from the end when negative. False when there is none.
+/// Finds the element at a 1-based index, counted from the end when negative. False when there is none.
 bool elementAt(Machine& machine, const Text* text, FourCharCode elementClass, std::int64_t index, Span& span);
-/// From the first to the last, until `visit` answers false.
+/// Calls `visit` with every element from the first to the last, until it answers false.
 void forEachElement(Machine& machine, const Text* text, FourCharCode elementClass, const std::function<bool(Span)>& visit);
-/// Those that lie in a part of the text as a whole. `visit` must not look for elements.
+/// Calls `visit` with the elements that lie completely in a part of the text. `visit` must not look for elements.
 void forEachElementWithin(Machine& machine, const Text* text, FourCharCode elementClass, Span part, const std::function<bool(Span)>& visit);
 
-/// What is remembered of texts; one for each machine. It does not keep them alive.
+/// The places of elements that are remembered for some texts, which the index does not keep alive. Each machine has one.
 class TextElementIndex {
 public:
-    /// Valid until the next call of any method. Null when nothing is remembered.
+    /// The places of a text's elements, valid until the next call of any method. Null when they are not remembered.
     const std::vector<Span>* find(Machine& machine, const Text* text, FourCharCode elementClass);
-    /// Likewise, but makes the list.
+    /// Makes and remembers the places of a text's elements. Valid as for find.
     const std::vector<Span>& make(Machine& machine, const Text* text, FourCharCode elementClass);
-    /// In a collection, which may give the place of a text to another one.
+    /// Forgets texts that a collection is about to free, because another text may get their address.
     void forgetUnmarked();
 
 private:
@@ -43,7 +43,7 @@ private:
         std::vector<Span> spans;
     };
     static constexpr std::size_t kMaximumEntries = 4;
-    std::vector<Entry> mEntries; // the one used last in front
+    std::vector<Entry> mEntries; // most recently used first
 };
 
 } // namespace quoddle::language

@@ -15,10 +15,10 @@ enum class Kind : std::uint8_t { Length, Area, LiquidVolume, CubicVolume, Weight
 struct Unit {
     FourCharCode code;
     Kind kind;
-    /// In a measure so small that all of its kind are whole: a conversion is then as exact as a real number can be. Temperatures: degrees
-    /// to a hundred kelvins.
+    /// The unit's size, in a measure so small that the size of every unit of the kind is whole: conversions are then as exact as real
+    /// numbers can be. For temperatures: degrees in a hundred kelvins.
     double size;
-    double zero; // of temperatures, in degrees Celsius
+    double zero; // of a temperature scale, in degrees Celsius
 };
 
 constexpr Unit kUnits[] = {
