@@ -190,7 +190,7 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
         return Value::failure();
     }
-    // Maps live as long as the scripts they belong to.
+    // Maps of scripts that are gone are dropped.
     std::erase_if(mSourceMaps, [](const auto& known) { return known.second.second.expired(); });
     mSourceMaps[store.get()] = {map, store};
 
@@ -236,7 +236,7 @@ OSStatus Component::makeContext(const AEDesc&, OSAID parent, OSAID& result) {
 
 // --- Recording
 
-/// Recording takes applications that tell what their users do, and there are none.
+/// Recording needs applications that tell what their users do, and there are none, so it is not supported.
 OSStatus Component::startRecording(OSAID& id) {
     Entry entry(*this);
     if (id != kOSANullScript && !find(id))

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // One instance of the AppleScript component: a machine behind the calls of the scripting architecture.
 //
-// Identifiers are handles: each keeps its value alive until it is disposed of. Every call takes the interpreter lock; a thread that comes
-// while another one's script waits in a callback runs on a stack of its own. A failed script leaves its error behind for scriptError; every
-// other failure is its status alone.
+// Identifiers are handles: each keeps its value alive until it is disposed of. Every call takes the interpreter lock; while a script waits
+// in a callback, a call from another thread runs on a stack of its own. A script that fails leaves its error for scriptError(); calls that
+// fail otherwise only answer their status.
 #pragma once
 
 #include "platform/applescript/component/Descriptors.h"
@@ -21,9 +21,9 @@ using machine::Script;
 using machine::ScriptError;
 using machine::Value;
 
-/// A hash of a value and of all it holds: items, fields, the properties of script objects. Two fingerprints of one value, taken in one process
-/// while the value is alive, are equal when nothing in it has changed between them. What a run cannot change, the trees and the code of
-/// handlers, is not walked. Allocates as much as the value has objects; touches no heap.
+/// A hash of a value and of all it holds: items, fields, the properties of script objects. Two fingerprints of one value, taken in one
+/// process while the value is alive, are equal when nothing in it has changed between them. The trees and the code of handlers are left
+/// out, because a run cannot change them. Takes memory in proportion to the number of objects, none of it in the heap of the machine.
 std::uint64_t fingerprintOf(Value value);
 
 class Component final : public ScriptingComponent {
@@ -80,16 +80,17 @@ public:
 
 private:
     static constexpr std::size_t kMaximumFileSize = std::size_t(128) << 20;
-    /// Holds the lock and gives the thread a stack while it is inside.
+    /// Holds the lock, and gives the thread a stack, while it is inside the component.
     class Entry;
-    /// Gives the lock up for the time of a callback.
+    /// Gives the lock up during a callback.
     class Callback;
     struct Slot {
         Value value;
-        std::string location;                          // of "fref"; empty when unknown
-        std::optional<std::uint64_t> fingerprint = {}; // of "modi", when its changes are watched
+        std::string location;                          // file of the script ("fref"); empty when unknown
+        // at the time when its changes began to be watched ("modi"); nullopt when they are not
+        std::optional<std::uint64_t> fingerprint = {};
     };
-    /// The last error of a script, apart from the machine, whose error goes with the run.
+    /// The last error of a script, which outlives the error in the machine.
     struct LastError {
         ScriptError error;
         std::size_t start = 0, end = 0;
@@ -100,30 +101,31 @@ private:
         std::u16string message;
         std::size_t start = 0, end = 0;
     };
-    /// Notes whose script runs on this thread, for "path to me".
+    /// Notes the location of the script that runs on this thread, for "path to me".
     class Running;
 
     OSAID keep(Value value, std::string location = {});
     const Slot* find(OSAID id) const;
-    /// Null, with the status, when there is no such identifier or it is no script.
+    /// Null, with the status set, when there is no such identifier or its value is not a script.
     Script* scriptOf(OSAID id, OSStatus& status) const;
     OSStatus failed();
     OSStatus failedCompile(const CompileFailure& wrong);
-    /// The script error of a call that no script made.
+    /// Sets the error for scriptError() when a call fails without any script.
     OSStatus refused(OSStatus number, std::u16string_view message);
     void locate(LastError& error) const;
-    /// Failure, with what is wrong, or with nothing there when it went wrong while the script was made (the error is then in the machine).
+    /// Failure with the number in `wrong` when the source does not compile; failure with noErr there when making the script raised an error
+    /// in the machine.
     Value scriptFromSource(std::u16string_view source, CompileFailure& wrong);
     OSStatus compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id);
     OSStatus finish(Value result, OSAID& id);
-    /// Failure with an error raised; `handled` tells whether the script has a handler for it.
+    /// Failure when an error was raised. `handled` tells whether the script has a handler for the event.
     Value runEvent(Script* script, const AEDesc& event, bool& handled);
     Value runSubroutine(Script* script, const AEDesc& event);
     std::u16string displayed(Value value, OSAModeFlags modeFlags);
     OSStatus sourceOf(OSAID id, std::u16string& source, std::vector<syntax::PrintedRun>* runs);
     Value keyFrom(const AEDesc& name, OSStatus& status) const;
 
-    // The commands that work on scripts, and the file of the script that runs: ScriptCommands.cpp
+    // Commands that work on scripts, and the file of the running script: ScriptCommands.cpp
     bool perform(const EventName& command, Value direct, std::span<const Argument> arguments, Value& result);
     Value loadScript(Value direct, std::span<const Argument> arguments);
     Value storeScript(Value direct, std::span<const Argument> arguments);
@@ -134,13 +136,13 @@ private:
     bool mayReplace(const std::string& path, Value replacing);
     std::optional<std::string> pathOf(Value file);
     Value fileFailed(OSStatus status, const std::string& path);
-    /// A command about "me" or the bundle around it is told where that is.
+    /// Adds the location of the running script to a command about "me" or the bundle around it.
     void addLocation(AEDesc& event, Value direct);
 
     OSStatus active();
     void pause(Wait& wait, std::chrono::steady_clock::time_point until);
     Value send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues);
-    /// Empty, with an error raised, when a parameter has no descriptor.
+    /// nullopt, with an error raised, when a parameter has no descriptor.
     std::optional<AEDesc> eventFor(const EventName& command, Value direct, std::span<const Argument> arguments);
     Value replyValue(OSStatus status, const AEDesc& reply, const EventName& command, Value direct);
 
@@ -148,7 +150,7 @@ private:
     Machine mMachine;
     std::vector<ExecutionContext*> mIdleContexts;
     std::unordered_map<OSAID, Slot> mSlots;
-    std::string mLocation; // of the script that runs on the thread inside; empty when unknown
+    std::string mLocation; // location of the script that runs on the thread that holds the lock; empty when unknown
     OSAID mLastID = 0;
     Value mLastResult;
     LastError mLastError;
@@ -156,7 +158,7 @@ private:
     AEDesc mDefaultTarget;
     OSACallbacks mCallbacks;
     std::vector<OSASourceStyle> mStyles;
-    /// Where the nodes of compiled sources were written, as long as a script made from them lives.
+    /// Source ranges of the nodes of compiled sources, kept while a script that was made from them lives.
     std::unordered_map<const ObjectStore*, std::pair<std::shared_ptr<syntax::SourceMap>, std::weak_ptr<ObjectStore>>> mSourceMaps;
 };
 

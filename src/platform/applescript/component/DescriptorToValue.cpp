@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From descriptors, which anybody may have made, to the values of a machine.
+// Values of descriptors, which may come from anybody and be hostile.
 #include "platform/ae/AESendMessage.h"
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/base/Text.h"
@@ -12,8 +12,8 @@ using namespace machine;
 
 namespace {
 
-/// A record that is being filled. Looking every key up in the record itself would take the square of its size, and the size is the
-/// sender's.
+/// Fills a record, with an index of its keys: searching the record for each key would take time by the square of its size, which the sender
+/// chooses.
 class Fields {
 public:
     explicit Fields(Record* record) : mRecord(record) {}
@@ -35,7 +35,7 @@ private:
 
     static constexpr std::size_t kFew = 16;
     Record* mRecord;
-    std::unordered_map<std::uint64_t, std::size_t> mPlaces; // one for each entry, as far as they have been looked at
+    std::unordered_map<std::uint64_t, std::size_t> mPlaces; // places of entries by key, for as many of the entries as it has members
 };
 
 class FromDescriptor {

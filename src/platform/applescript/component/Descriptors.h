@@ -13,34 +13,36 @@ using machine::Application;
 using machine::Machine;
 using machine::Value;
 
-/// Deeper values have no descriptor, and deeper descriptors are cut off.
+/// The depth beyond which values have no descriptor and descriptors are cut off.
 constexpr std::size_t kMaximumDescriptorDepth = 64;
 
-/// Local references are followed; references to an application's objects become object specifiers. Empty when the value has no descriptor
-/// (a handler), when it nests too deeply, or when an error was raised on the way (it is then in the machine).
+/// The descriptor of a value. Local references are followed; references to an application's objects become object specifiers. nullopt when
+/// the value has no descriptor (a handler), when it nests too deeply, or when an error was raised, which is then in the machine.
 std::optional<AEDesc> descriptorFromValue(Machine& machine, Value value);
-/// Likewise, but a reference is not followed: it becomes an object specifier.
+/// Likewise, but a local reference becomes an object specifier, too.
 std::optional<AEDesc> descriptorFromReference(Machine& machine, Value value);
-/// The type in which a value is had best, mostly found without making the descriptor; "null" for what has none. A list or a record is one
-/// whatever it holds, also a record with a class of its own.
+/// The best descriptor type for a value, mostly found without making the descriptor; "null" for a value without a descriptor. A list or a
+/// record has its own type whatever it holds, also a record with a class of its own.
 DescType descriptorTypeOf(Machine& machine, Value value);
-/// Any descriptor has a value; what the language does not know stays data. Nesting beyond the bounds is cut off.
+/// The value of a descriptor. Every descriptor has one: a type that the language does not know becomes Data. Nesting beyond
+/// kMaximumDescriptorDepth is cut off.
 Value valueFromDescriptor(Machine& machine, const AEDesc& descriptor);
 
-/// The symbol of a name: compared without regard to case, unless it stands between vertical bars.
+/// The symbol of a name, which is compared without regard to case, unless the name stands between vertical bars.
 Value symbolFor(Machine& machine, std::u16string_view name);
 
-/// The bytes of a script as they are stored, and back. Failure with the machine's error set, or empty, when it is no script.
+/// The bytes of a script as they are stored, and the script for such bytes. nullopt or failure, with `status` or the machine's error set,
+/// when the value is not a script or the bytes are not one.
 std::optional<std::string> imageFromScript(Machine& machine, Value script, bool runOnly, OSStatus& status);
 Value scriptFromImage(Machine& machine, std::string_view bytes, OSStatus& status);
 
 /// The address of an application; the current process for the current application.
 AEDesc addressOf(const Application& application);
-/// The application that a specifier or an application value belongs to; null when it belongs to none.
+/// The application that a specifier or an application value belongs to; null when there is none.
 const Application* applicationOf(Value value);
 
-/// An "evnt" descriptor for an event's name, of which a script holds class and ID as eight characters. The descriptor has them as two codes in the byte order of the
-/// processor, like all descriptor data.
+/// An "evnt" descriptor for an event's name, of which a script holds class and ID as eight characters. The descriptor has them as two codes
+/// in the byte order of the processor, like all descriptor data.
 AEDesc descriptorOfEventName(std::string_view characters);
 /// The eight characters for an "evnt" descriptor. Empty when the descriptor holds fewer than two codes.
 std::string eventNameOfDescriptor(const AEDesc& descriptor);

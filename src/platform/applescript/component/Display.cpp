@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Values as text and as descriptors, scripts as source and how that is styled; the callbacks.
+// Values as text and as descriptors, scripts as source and its styles, and the callbacks.
 #include "platform/applescript/language/Display.h"
 #include "platform/ae/AECoercion.h"
 #include "platform/applescript/component/Component.h"
@@ -88,7 +88,7 @@ OSStatus Component::coerceToDesc(OSAID id, DescType type, OSAModeFlags, AEDesc& 
     const Slot* slot = find(id);
     if (!slot)
         return errOSAInvalidID;
-    if (slot->value.isUndefined()) // alone it has a descriptor of its own, inside of others it is what is not there
+    if (slot->value.isUndefined()) // by itself "no value" has a descriptor of its own; inside other values it is "missing value"
         return AECoerceDesc(AEDesc::ofType("undf"_4cc), type, result);
     mMachine.error() = ScriptError();
     auto descriptor = descriptorFromValue(mMachine, slot->value);

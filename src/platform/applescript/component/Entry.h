@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Who is inside a component: entering it from outside, and leaving it for a callback.
+// Guards for a component: entering it from outside, leaving it for a callback, and noting the running script.
 #pragma once
 
 #include "platform/applescript/component/Component.h"
@@ -19,7 +19,7 @@ public:
         mContext = idle.back();
         idle.pop_back();
         component.mMachine.use(mContext);
-        // A handler may end without ever coming to a safe point; here this thread holds no values yet.
+        // Handlers may end without ever coming to a safe point, so garbage is collected here, where this thread holds no values yet.
         if (component.mMachine.heap().wantsCollection())
             component.mMachine.collect();
     }

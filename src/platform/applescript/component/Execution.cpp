@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Running scripts, and what running scripts ask of the outside.
+// Running scripts, and the requests of running scripts to the outside.
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/AESendMessage.h"
 #include "platform/ae/NSAppleEventManager.h"
@@ -19,17 +19,18 @@ namespace {
 
 constexpr double kTicksPerSecond = 60;
 constexpr std::uint32_t kAllConsiderations = 0xFF;
-constexpr int kIgnoredShift = 16; // what is ignored stands above what is considered
+constexpr int kIgnoredShift = 16; // the ignored considerations have the upper 16 bits, the considered ones the lower
 constexpr std::chrono::milliseconds kMainThreadPause(8);
 
-/// The labels of a handler of the user's travel as codes where they are prepositions.
+/// Whether a parameter of an event is an attribute or the direct parameter, and not a label of a user's handler, which is a code as well
+/// when it is a preposition.
 bool isEventPlumbing(AEKeyword key) {
     return key == "----"_4cc || key == "snam"_4cc || key == "usrf"_4cc || key == "subj"_4cc || key == "csig"_4cc || key == "cons"_4cc;
 }
 
-/// A script that runs in another one, its context: properties of one name are the context's, and so are the variables that the run makes.
-/// Handlers address the slots of their own script by their place, so the run has a script with just these places; the context gets its
-/// values at the end, and its own handlers see them then.
+/// A script that runs in another one, its context. Properties that both have are the context's, and so are the variables that the run
+/// makes. Handlers address the slots of their own script by place, so the run uses a script with just these places. At the end the context
+/// gets the values, and its own handlers see them then.
 class BoundScript {
 public:
     BoundScript(Heap& heap, Script* script, Script* context)
@@ -46,7 +47,7 @@ public:
                 mBound->slots[i] = *shared;
     }
     Script* script() const { return mBound; }
-    /// Ends the run: its values go where they belong.
+    /// Ends the run: copies the values to the context and the script.
     void giveBack() {
         for (std::size_t i = 0; i < mBound->slots.size(); ++i)
             if (Value* shared = sharedSlot(i))
@@ -58,7 +59,8 @@ public:
     }
 
 private:
-    /// The context's slot of the same name, unless one of the two is a handler: the script keeps its own.
+    /// The context's slot of the same name; null when there is none or one of the two holds a handler, in which case the script keeps its
+    /// own.
     Value* sharedSlot(std::size_t place) const {
         const bool isHandler = place < mScript->slots.size() && is<Handler>(mScript->slots[place]);
         Value* slot = isHandler ? nullptr : mContext->find(mBound->layout->names[place]);
@@ -115,7 +117,7 @@ Value Component::runSubroutine(Script* script, const AEDesc& event) {
     Script* owner = nullptr;
     const Value key = symbolFor(mMachine, name);
     const Value* slot = mMachine.findSlot(script, key, &owner);
-    if (!slot || !is<Handler>(*slot)) // a name with capitals was declared between bars
+    if (!slot || !is<Handler>(*slot)) // a name that was declared between bars keeps its capitals
         slot = mMachine.findSlot(script, Value::object(mMachine.heap().symbol(utf8FromUTF16(name))), &owner);
     Handler* handler = slot ? as<Handler>(*slot) : nullptr;
     if (!handler)
@@ -152,7 +154,7 @@ Value Component::runEvent(Script* script, const AEDesc& event, bool& handled) {
     const Value* slot = mMachine.findSlot(script, Value::object(name), &owner);
     Handler* handler = slot ? as<Handler>(*slot) : nullptr;
     if (!handler) {
-        handled = event.eventClass() == "aevt"_4cc && event.eventID() == "oapp"_4cc; // running what has no run handler does nothing
+        handled = event.eventClass() == "aevt"_4cc && event.eventID() == "oapp"_4cc; // running a script without a run handler does nothing
         return {};
     }
     std::vector<Argument> labels;
@@ -216,7 +218,7 @@ OSStatus Component::active() {
 }
 
 void Component::pause(Wait& wait, std::chrono::steady_clock::time_point until) {
-    if (AEHasMainThreadEvents()) // their turn comes when the script yields
+    if (AEHasMainThreadEvents()) // those events are handled when the script yields
         until = std::min(until, std::chrono::steady_clock::now() + kMainThreadPause);
     Callback callback(*this);
     wait.pause(until);
@@ -245,7 +247,7 @@ std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct
         return true;
     };
     mMachine.error() = ScriptError();
-    // Me and the target of a tell are where a command goes, not what it is about.
+    // `me` and the target of a `tell` tell where a command goes and are no direct parameter.
     const bool isTarget = direct.isUndefined() || is<Script>(direct) || is<Application>(direct);
     if (!isTarget && !put(Value::code("----"_4cc), direct))
         return std::nullopt;
@@ -276,7 +278,7 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
     }
     const AEDesc* text = reply.find("errs"_4cc);
     if (!text && number && !number->asInt32())
-        text = number; // applets put the message where the number belongs
+        text = number; // QUIRK: an error number that is a text counts as the message; applets reply so and rely on the message being shown
     std::u16string message = text ? text->asText().value_or(std::u16string()) : std::u16string();
     if (message.empty() && status == errAEEventNotHandled)
         message = language::display(mMachine, direct.isUndefined() ? mMachine.me() : direct) + u" doesn’t understand the “" +
@@ -299,7 +301,7 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
     return Value::failure();
 }
 
-/// A command that another application does not know, but a scripting addition of this process does: "do shell script" inside a "tell".
+/// Whether an application did not know a command that a scripting addition of this process knows: "do shell script" inside a "tell".
 static bool isLeftToAdditions(const AEDesc& event, OSStatus status, const AEDesc& reply) {
     const AEDesc* number = reply.find("errn"_4cc);
     const bool isUnknown = status == errAEEventNotHandled || (status == noErr && number && number->asInt32() == errAEEventNotHandled);

@@ -32,7 +32,7 @@ private:
         mix(std::hash<std::basic_string_view<Character>>()(characters));
     }
 
-    /// An object counts as the order in which it was met: its address may be that of another one by the next time.
+    /// Objects are hashed by the order in which they are met, because by the next time another object may have the address.
     void add(Value value) {
         const HeapObject* object = value.asObject();
         if (!object)
@@ -59,7 +59,7 @@ private:
             mix(data->dataType), mix(std::string_view(data->bytes));
         else if (const Application* application = as<Application>(value))
             mix(std::u16string_view(application->name)), mix(std::u16string_view(application->identifier));
-        else if (const Handler* handler = as<Handler>(value)) // compiled objects stay where they are
+        else if (const Handler* handler = as<Handler>(value)) // stored objects never move, so their addresses serve
             mix(reinterpret_cast<std::uintptr_t>(handler->source)), add(handler->home);
         else if (const Stored* stored = as<Stored>(value))
             mix(reinterpret_cast<std::uintptr_t>(stored->object));

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Properties, handlers, information, errors. Values and scripts as others see them are in Display.cpp.
+// Properties, handlers, information about scripts, errors. Display.cpp has the forms in which values and scripts are shown.
 #include "platform/ae/AECoercion.h"
 #include "platform/applescript/component/Component.h"
-#include "platform/applescript/component/Entry.h"
 #include "platform/applescript/component/Descriptors.h"
+#include "platform/applescript/component/Entry.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/language/Commands.h"
 #include "platform/applescript/syntax/NodeKind.h"
@@ -25,14 +25,15 @@ AEDesc descriptorOfName(Value name) {
     return AEDesc::ofCode("prop"_4cc, name.asCode());
 }
 
-/// The slot of a name. A text that the language would read as a name in small letters may also be one that was declared between bars.
+/// The slot of a name. A text with capitals may be an ordinary name, which has small letters as its key, or one that was declared between
+/// bars.
 Value* slotNamed(Machine& machine, Script* script, Value key, const AEDesc& name) {
     if (Value* slot = machine.findSlot(script, key); slot || !is<Symbol>(key))
         return slot;
     return machine.findSlot(script, Value::object(machine.heap().symbol(name.asUTF8().value_or(std::string()))));
 }
 
-/// Takes a handler out of the script's own slots; the name means what it means to slotNamed. Without such a handler nothing happens.
+/// Removes a handler from the script's own slots; names are found as by slotNamed. Does nothing when there is no such handler.
 void removeHandler(Machine& machine, Script* script, Value key, const AEDesc& name) {
     const auto isHandler = [script](Value spelled) {
         const Value* slot = script->find(spelled);
@@ -58,7 +59,7 @@ const Object* nodeAt(const Object* node, std::uint32_t offset, std::size_t depth
         return nullptr;
     const bool covers = node->kind == ObjectKind::Node && node->start <= offset && offset < node->end;
     const Object* best = covers ? node : nullptr;
-    // The nodes of handlers and scripts inside have offsets of their own.
+    // The offsets in nodes of inner handlers and scripts belong to other code.
     const bool isOther = node->kind == ObjectKind::Node && depth > 0 && (node->tag == 104 || node->tag == 105);
     if (!isOther)
         for (const Object* child : node->children)
@@ -72,7 +73,7 @@ const Object* nodeAt(const Object* node, std::uint32_t offset, std::size_t depth
 
 // --- Names
 
-/// A property, class or event code, or a name as a script spells it. -50 for a name that can only be meant between bars.
+/// The key for a property, class or event code, or for a name as a script spells it. -50 for a name that is only possible between bars.
 Value Component::keyFrom(const AEDesc& name, OSStatus& status) const {
     auto& machine = const_cast<Machine&>(mMachine);
     status = noErr;
@@ -265,7 +266,7 @@ OSStatus Component::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t&
     case "best"_4cc:
         info = static_cast<std::int32_t>(slot->value.isUndefined() ? "type"_4cc : descriptorTypeOf(mMachine, slot->value));
         return noErr;
-    case "modi"_4cc: // changed since somebody asked to watch it
+    case "modi"_4cc: // whether it has changed since its changes began to be watched
         info = slot->fingerprint && *slot->fingerprint != fingerprintOf(slot->value);
         return noErr;
     default:
@@ -273,7 +274,7 @@ OSStatus Component::getScriptInfo(OSAID id, FourCharCode selector, std::int32_t&
     }
 }
 
-/// "modi": the script counts as unchanged from now on, or as changed when `info` says so.
+/// For "modi": begins to watch changes of the script, which counts as unchanged, or as changed when `info` says so.
 OSStatus Component::setScriptInfo(OSAID id, FourCharCode selector, std::int32_t info) {
     Entry entry(*this);
     if (!find(id))
@@ -310,14 +311,14 @@ OSStatus Component::setScriptFile(OSAID id, FourCharCode selector, const std::st
 
 // --- Errors
 
-/// Where in the source the error arose, when the source is known.
+/// Sets the range in the source where the error arose, when the source is known.
 void Component::locate(LastError& last) const {
     const Object* handler = last.error.handler;
     if (!handler || handler->children.size() < block::kHandlerChildren)
         return;
     const Object* node = nodeAt(handler->children[block::kTree], last.error.offset, 0);
     if (node && node->isNode(syntax::tagOf(syntax::NodeKind::As)) && node->children[1]->kind == ObjectKind::Node)
-        node = node->children[1]; // a coercion fails at the class that the value cannot become
+        node = node->children[1]; // the range of a failed coercion is that of the class
     for (const auto& [store, known] : mSourceMaps) {
         if (known.second.expired() || !node)
             continue;
@@ -356,7 +357,7 @@ OSStatus Component::scriptError(FourCharCode selector, DescType type, AEDesc& re
                                      {"srce"_4cc, AEDesc::ofInt32(static_cast<std::int32_t>(mLastError.end))}},
                                     "erng"_4cc);
         break;
-    case "erob"_4cc: // what a reference names may not exist: that is the error
+    case "erob"_4cc: // not followed, because the error may be that the reference names nothing
         if (!error.offending.isUndefined())
             answer = descriptorFromReference(mMachine, error.offending);
         break;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The lock of one component instance. Whoever works on its values holds it; a running script gives it up around every callback.
+// The lock of one component instance. A thread that works on the component's values holds it; a running script gives it up around every
+// callback.
 //
-// Decision: first come, first served. A script takes the lock again a moment after it gave it up, and with an ordinary mutex whoever waits would
-// rarely get it in between.
+// Decision: first come, first served. A script takes the lock again a moment after it gave it up; with an ordinary mutex, waiting threads
+// would rarely get it in between.
 #pragma once
 
 #include <condition_variable>
@@ -14,14 +15,14 @@ namespace quoddle::component {
 
 class InterpreterLock {
 public:
-    /// May be taken again by the thread that holds it.
+    /// Takes the lock. The thread that holds it may take it again.
     void lock();
     void unlock();
-    /// Gives it up whatever the depth, which is answered, to be restored.
+    /// Gives the lock up completely, however often the thread has taken it, and answers that number for restore().
     std::size_t release();
     void restore(std::size_t depth);
     bool isHeldByThisThread() const;
-    /// True while another thread waits.
+    /// Whether another thread waits for the lock.
     bool isWanted() const;
 
 private:

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// load script, store script, run script: commands on script objects, which live in this machine only and so never travel as events.
+// The commands load script, store script and run script. They work on script objects, which live in this machine only, so they never travel
+// as events.
 //
-// Decision: where a command may have to ask the user (which file, whether to replace it), it sends the command that asks. Without anybody
-// to ask that is error -1713.
+// Decision: where a command may have to ask the user (which file, whether to replace it), it sends the command that asks, which is error
+// -1713 when nobody can be asked.
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
 #include "platform/applescript/image/Image.h"
@@ -63,7 +64,7 @@ bool Component::perform(const EventName& command, Value direct, std::span<const 
 
 // --- Files
 
-/// Absolute, without a slash at the end. Empty, with an error raised, for what is no file.
+/// The absolute path of a file, without a slash at the end. nullopt, with an error raised, for a value that is not a file.
 std::optional<std::string> Component::pathOf(Value file) {
     file = language::follow(mMachine, file);
     if (file.isFailure())
@@ -99,7 +100,7 @@ Value Component::fileFailed(OSStatus status, const std::string& path) {
     }
 }
 
-/// A compiled script, the script of a bundle, or source text. Failure with an error raised.
+/// Reads a compiled script, the script of a bundle, or source text. Failure with an error raised.
 Value Component::scriptFromFile(const std::string& path) {
     const std::string file = scriptFileOf(path);
     auto bytes = readFile(file, kMaximumFileSize);
@@ -124,7 +125,7 @@ Value Component::loadScript(Value direct, std::span<const Argument>) {
     return path ? scriptFromFile(*path) : Value::failure();
 }
 
-/// The script object that ends a source without commands: what running that source gives. Undefined when it ends otherwise.
+/// The result of running a source that consists of definitions and ends with a script object: that object. Undefined for other sources.
 Value Component::scriptDefinedLast(Script& script) {
     const Object* last = script.tree;
     const auto isEmptyLine = [](const Object* node) { return node->isNode(tagOf(NodeKind::Line)) && node->children[0]->isNil(); };
@@ -171,13 +172,13 @@ Value Component::runScript(Value direct, std::span<const Argument> arguments) {
     Heap::Root scriptRoot(mMachine.heap(), script), parametersRoot(mMachine.heap(), parameters);
     const Value result = mMachine.callHandler(owner, script, handler, {}, parameters, {});
     if (result.isFailure() && script != direct)
-        mMachine.error().handler = nullptr; // where it arose is no place in the source of who runs it
+        mMachine.error().handler = nullptr; // the error arose in another source than that of the caller
     return result;
 }
 
 // --- Storing
 
-/// `replacing` is yes, no or ask; ask is what happens without it.
+/// Whether a file may be replaced. `replacing` is yes, no or ask; ask is the default.
 bool Component::mayReplace(const std::string& path, Value replacing) {
     std::error_code error;
     const FourCharCode how = replacing.isConstant() || replacing.isCode() ? replacing.asCode() : "ask "_4cc;
@@ -203,7 +204,7 @@ bool Component::mayReplace(const std::string& path, Value replacing) {
     return !answer.isFailure();
 }
 
-/// In compiled form; names of bundles make bundles.
+/// Writes a script in compiled form, as a bundle when the path has the name of one.
 Value Component::writeScript(Script* script, const std::string& path) {
     OSStatus status = noErr;
     const auto bytes = imageFromScript(mMachine, Value::object(script), false, status);
@@ -242,7 +243,7 @@ Value Component::storeScript(Value direct, std::span<const Argument> arguments) 
     const auto path = pathOf(place);
     if (!path)
         return Value::failure();
-    if (!asks && !mayReplace(*path, argumentOf(arguments, "savo"_4cc))) // who chose the name was asked there
+    if (!asks && !mayReplace(*path, argumentOf(arguments, "savo"_4cc))) // the dialog that asked for the name has asked about replacing, too
         return Value::failure();
     return writeScript(as<Script>(given), *path);
 }

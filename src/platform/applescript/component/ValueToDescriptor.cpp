@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From the values of a machine to descriptors.
+// Descriptors of the values of a machine.
 #include "platform/ae/AEObjects.h"
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/image/Opcode.h"
@@ -103,7 +103,7 @@ DescType typeOfRecord(const Record* record) {
     return "reco"_4cc;
 }
 
-/// Fields that only the script names go into one list under "usrf". A class field gives the record its type.
+/// Fields with names of the script's own go into one list under "usrf". A field "class" gives the descriptor its type.
 std::optional<AEDesc> ToDescriptor::record(const Record* record) {
     std::vector<AEItem> fields;
     std::vector<AEDesc> userFields;
@@ -117,7 +117,7 @@ std::optional<AEDesc> ToDescriptor::record(const Record* record) {
             userFields.push_back(AEDesc::ofUTF8(symbol->spelling));
             userFields.push_back(std::move(*field));
         } else {
-            fields.push_back({entry.key.asCode(), std::move(*field)}); // no key stands twice in a record
+            fields.push_back({entry.key.asCode(), std::move(*field)}); // keys are unique in a record, so there is no need to look
         }
     }
     AEDesc descriptor = AEDesc::record(std::move(fields), typeOfRecord(record));
@@ -126,7 +126,7 @@ std::optional<AEDesc> ToDescriptor::record(const Record* record) {
     return descriptor;
 }
 
-/// An application itself is the null container: the event's address says which.
+/// An application as a container is the null descriptor, because the event's address tells the application.
 std::optional<AEDesc> ToDescriptor::container(Value value) {
     if (is<Application>(value) || value.isUndefined() || is<Script>(value))
         return AEDesc();
