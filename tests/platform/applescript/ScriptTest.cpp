@@ -45,7 +45,7 @@ struct Outcome {
     std::string image;
 };
 
-/// Compiles and runs; with `stored`, from the stored form of the compiled script instead.
+/// Compiles and runs a script; with `stored` it runs the script that is read back from the stored form.
 Outcome run(const std::string& source, const std::string* stored) {
     Outcome outcome;
     Machine::Host host;
@@ -104,7 +104,7 @@ TEST_P(ScriptTest, LogsWhatItSays) {
     EXPECT_EQ(compiled.error, "");
     EXPECT_EQ(compiled.logged, expected);
 
-    // The stored form, read back, is the same script.
+    // The script that is read back from the stored form logs the same values.
     ASSERT_FALSE(compiled.image.empty());
     const Outcome loaded = run(*source, &compiled.image);
     EXPECT_EQ(loaded.error, "");

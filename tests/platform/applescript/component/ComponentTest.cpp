@@ -117,7 +117,7 @@ TEST_F(ComponentTest, StoresAndLoads) {
         ASSERT_EQ(OSAStore(instance, script, "scpt"_4cc, runOnly ? kOSAModePreventGetSource : 0, stored), noErr);
         OSAID loaded = 0;
         ASSERT_EQ(OSALoad(instance, stored, 0, loaded), noErr);
-        EXPECT_EQ(run(loaded), "2"); // the property's value went along
+        EXPECT_EQ(run(loaded), "2"); // the property's value was stored, too
         AEDesc source;
         EXPECT_EQ(OSAGetSource(instance, loaded, "utxt"_4cc, source), runOnly ? errOSASourceNotAvailable : noErr);
     }
@@ -186,7 +186,7 @@ TEST_F(ComponentTest, StrangeDescriptorsBecomeValues) {
         {AEDesc("doub"_4cc, std::string("\1\0\0\0\0\0\xfa\xff", 8)), "NAN"}, // the bits of a pointer
         {AEDesc("comp"_4cc, "short"), "0"},
         {AEDesc::ofCurrentProcess(), "current application"},
-        {AEDesc::ofProcess(1), "«data kpid01000000»"}, // somebody else
+        {AEDesc::ofProcess(1), "«data kpid01000000»"}, // the address of another process
         {AEDesc("evnt"_4cc, ""), "«event ****"},
         {AEDesc::list({AEDesc::ofInt32(1)}).withType("utxt"_4cc), "\"\""},
         {AEDesc("scpt"_4cc, "no script"), "«data scpt6E6F20736372697074»"},
@@ -202,10 +202,10 @@ TEST_F(ComponentTest, TellsInWhatTypeAValueIsHadBest) {
     struct Row {
         const char* source;
         DescType best;
-        OSStatus status; ///< of asking for a descriptor of that type
+        OSStatus status; ///< when asked for a descriptor of that type
     };
     const Row kRows[] = {
-        {"set l to {1}\nset end of l to l\nreturn l", "list"_4cc, errAECoercionFail}, // it holds itself
+        {"set l to {1}\nset end of l to l\nreturn l", "list"_4cc, errAECoercionFail}, // a list that holds itself
         {"{class:document, size:1}", "reco"_4cc, noErr},
         {"\"text\"", "utxt"_4cc, noErr},
         {"a reference to item 1 of {{1}}", "list"_4cc, noErr},
@@ -263,7 +263,7 @@ TEST_F(ComponentTest, ParentsNeverFormARing) {
     EXPECT_EQ(OSASetProperty(instance, 0, b, parent, a), noErr);
 }
 
-// A sender must not be able to keep the component busy for the square of what it sent.
+// A large record from a sender must not take time by the square of its size.
 TEST_F(ComponentTest, LargeRecordsTakeNoLongerThanTheyAre) {
     constexpr AEKeyword kCount = 200'000;
     std::vector<AEItem> fields;
@@ -273,7 +273,7 @@ TEST_F(ComponentTest, LargeRecordsTakeNoLongerThanTheyAre) {
         userFields.push_back(AEDesc::ofUTF8("field" + std::to_string(i)));
         userFields.push_back(AEDesc::ofInt32(1));
     }
-    fields.push_back({0x61000000, AEDesc::ofInt32(2)}); // the last one counts
+    fields.push_back({0x61000000, AEDesc::ofInt32(2)}); // the last of several equal keys counts
     fields.push_back({"usrf"_4cc, AEDesc::list(std::move(userFields))});
     const std::clock_t start = std::clock();
     OSAID record = 0;
@@ -288,7 +288,7 @@ TEST_F(ComponentTest, LargeRecordsTakeNoLongerThanTheyAre) {
 
 struct Calls {
     std::atomic<int> count{0};
-    int cancelAt = 0; // none
+    int cancelAt = 0; // 0: never
     static OSErr proc(void* refCon) {
         auto& calls = *static_cast<Calls*>(refCon);
         return ++calls.count == calls.cancelAt ? userCanceledErr : noErr;
@@ -297,15 +297,15 @@ struct Calls {
 
 TEST_F(ComponentTest, AsksOftenAndEndsWhenToldTo) {
     constexpr int kQuestions = 15;
-    constexpr double kSeconds = 0.02 * kQuestions; // every 10 ms
-    const auto now = [] {                          // a thread that wants to run may have to wait for the processor
+    constexpr double kSeconds = 0.02 * kQuestions; // a question every 10 ms
+    const auto now = [] {                          // processor time: a thread that wants to run may have to wait for the processor
         timespec time{};
         clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
         return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
     };
     for (const char16_t* source : {u"repeat\nend repeat", u"on f()\nf2()\nend f\non f2()\nend f2\nrepeat\nf()\nend repeat"}) {
         const OSAID script = compiled(source);
-        double quickest = 60; // of a few: a busy machine takes its time
+        double quickest = 60; // the quickest of a few attempts, because the machine may be busy
         for (int tries = 0; tries < 5 && quickest > kSeconds; ++tries) {
             Calls calls;
             calls.cancelAt = kQuestions;
@@ -333,7 +333,7 @@ TEST_F(ComponentTest, ARunEndsAlthoughItsScriptCatchesEveryCancel) {
         EXPECT_EQ(run(compiled(source)), "status -1753");
         EXPECT_EQ(errorPart("errn"_4cc), "-128");
     }
-    // A cancel that is taken back is the script's to catch, however many there are.
+    // A script may catch any number of cancels, as long as each is taken back.
     int count = 0;
     OSASetActiveProc(
         instance, [](void* refCon) -> OSErr { return static_cast<OSErr>(++*static_cast<int*>(refCon) % 2 ? noErr : userCanceledErr); },
@@ -372,7 +372,7 @@ TEST_F(ComponentTest, ManySmallRunsLeaveNothingBehind) {
         ASSERT_EQ(OSAExecuteEvent(instance, event, script, 0, result), noErr);
         OSADispose(instance, result);
     }
-    EXPECT_LT(mallinfo2().uordblks, before + (std::size_t{40} << 20)); // 80 MB went through
+    EXPECT_LT(mallinfo2().uordblks, before + (std::size_t{40} << 20)); // the scripts have made 80 MB of garbage
 }
 
 TEST_F(ComponentTest, AnotherThreadGetsItsTurnDuringARun) {
@@ -394,7 +394,7 @@ TEST_F(ComponentTest, AnotherThreadGetsItsTurnDuringARun) {
         atOnce += Clock::now() - start < milliseconds(60);
         EXPECT_EQ(shown(answer), "\"abab\"");
     }
-    EXPECT_GE(atOnce, 5); // all of them where nothing else runs
+    EXPECT_GE(atOnce, 5); // all of them on an idle machine
     OSAID yes = 0;
     ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::ofBoolean(true), 0, yes), noErr);
     ASSERT_EQ(OSASetProperty(instance, 0, script, AEDesc::ofUTF8("stopNow"), yes), noErr);
@@ -410,7 +410,7 @@ TEST_F(ComponentTest, KnowsWhetherARunHasChangedTheScript) {
     const std::pair<const char16_t*, bool> rows[] = {
         {u"f(3)", false},
         {u"set n to 0", false},
-        {u"set l to {1, {2}}", false}, // equal, if not the same
+        {u"set l to {1, {2}}", false}, // an equal list, but not the same one
         {u"set n to 1", true},
         {u"set n to 0.5", true},
         {u"set t to \"ba\"", true},

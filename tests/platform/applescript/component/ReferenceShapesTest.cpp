@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every shape of a reference with operands of every kind, most of which make no sense: an answer or an error, and the same one each time.
-// An answer that changes from run to run was made of the bits of a pointer.
+// Every shape of a reference with operands of every kind, most of which make no sense. Each must give a result or an error, and the same one each time:
+// a result that changes from run to run was made of the bits of a pointer.
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/osa/OSA.h"
 
@@ -101,7 +101,7 @@ TEST(ReferenceShapes, AnswerTheSameEachTime) {
     registerAppleScriptComponent();
     const ComponentInstance one = OpenDefaultComponent(kOSAComponentType, kAppleScriptSubtype);
     const ComponentInstance other = OpenDefaultComponent(kOSAComponentType, kAppleScriptSubtype);
-    // What has no command in this program answers alike; nothing goes out to other processes.
+    // Commands that this program lacks all get the same answer, so that nothing is sent to other processes.
     for (ComponentInstance instance : {one, other})
         OSASetSendProc(
             instance,

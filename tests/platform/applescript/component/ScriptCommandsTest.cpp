@@ -48,7 +48,7 @@ protected:
     ComponentInstance instance = 0;
     std::string folder;
     std::vector<AEDesc> sent;
-    OSStatus answer = errAEEventNotHandled; // to every event
+    OSStatus answer = errAEEventNotHandled; // the answer to every event
 
 private:
     static OSErr receive(const AEDesc& event, AEDesc* reply, AESendMode, AESendPriority, std::int32_t, AEIdleProc, AEFilterProc,
@@ -71,8 +71,8 @@ TEST_F(ScriptCommandsTest, AScriptIsStoredAndLoadedAsAnObjectOfItsOwn) {
     const std::string stored = std::string(kCounter) + "store script counter in POSIX file \"@/a.scpt\" replacing yes\n";
     EXPECT_EQ(run(stored + "set x to load script POSIX file \"@/a.scpt\"\nrun x\n{n of x, x's twice(1), n of counter, name of x, parent of "
                            "x is AppleScript}"),
-              "{6, 8, 5, \"counter\", false}"); // with the script around it
-    // Text paths, and each load is a copy of its own.
+              "{6, 8, 5, \"counter\", false}"); // the stored script keeps the script around it
+    // Paths may be texts, and each load gives a copy of its own.
     EXPECT_EQ(run("set x to load script \"@/a.scpt\"\nset y to load script \"@/a.scpt\"\nset n of x to 1\nreturn n of y"), "5");
     EXPECT_EQ(run("run script (POSIX file \"@/a.scpt\")\nrun script ((POSIX file \"@/a.scpt\") as alias)"), "6");
     EXPECT_EQ(run("script child\nproperty parent : load script \"@/a.scpt\"\non twice(x)\nreturn {continue twice(x)}\nend twice\nend "

@@ -8,7 +8,7 @@
 namespace quoddle {
 namespace {
 
-/// A script with a slot for each value.
+/// Makes a script with a slot for each value.
 Object* scriptWith(ObjectStore& store, const std::vector<Object*>& values) {
     std::vector<Object*> names, table{store.nil(), nullptr};
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -128,7 +128,7 @@ TEST(Image, SurvivesDamage) {
         std::string bad = good;
         for (int i = 0; i < 1 + round % 4; ++i)
             bad[16 + random() % (bad.size() - 16)] = static_cast<char>(random());
-        (void)readImage(bad); // an answer of either kind, and no crash
+        (void)readImage(bad); // a script or an error, but no crash
     }
 }
 

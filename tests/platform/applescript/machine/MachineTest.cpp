@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The machine against code that no compiler wrote, and its promises about time and memory.
+// The machine with code that no compiler would write, and the bounds on its time and memory.
 #include "platform/applescript/machine/Machine.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/image/Opcode.h"
@@ -85,7 +85,7 @@ TEST_F(MachineTest, SurvivesAnyCode) {
     for (int byte = 0; byte < 256; ++byte)
         if (infoOf(static_cast<Opcode>(byte)).name)
             known.push_back(static_cast<std::uint8_t>(byte));
-    limit = 2; // whatever loops is stopped
+    limit = 2; // so that endless loops are stopped
     std::vector<Object*> literals{store->integer(3),       store->text(u"abc"),
                                   store->code("cobj"_4cc), store->identifier("f"),
                                   store->code("bool"_4cc), store->event(std::string("corecnte****\0\0\0\0\0\0\0\0****", 24)),
@@ -115,7 +115,7 @@ TEST_F(MachineTest, SurvivesAnyCode) {
 
 TEST_F(MachineTest, EndsATightLoopSoon) {
     limit = 1;                               // the second question is answered with a cancel
-    const std::clock_t start = std::clock(); // what others have of the processor does not count
+    const std::clock_t start = std::clock(); // processor time of this process only
     // repeat (LinkRepeat, push undefined, pop, jump back)
     EXPECT_EQ(shown(run(code({0x17, 0x00, 0x0B, 0x68, 0x5A, 0x68, 0x5B, 0x4F, 0x59, 0xFF, 0xFB, 0x00, 0x0F}))), "error -128");
     EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 20);
@@ -132,7 +132,7 @@ TEST_F(MachineTest, CollectsWhileACommandWaits) {
     const std::string command = code({0x6B, 0x6C, 0x6C, 0x76, 0x6B, 0x6C, 0x6C, 0x76, 0x6A, 0x0C, 0x00, 0x00, 0x6C, 0x76, 0x0F});
     Object* event = store->event(std::string("testwait****\0\0\0\0\0\0\0\0****", 24));
     onSend = [this] {
-        // Another thread's root may go before an older one does.
+        // Roots go in any order: another thread's newer root may go before or after an older one.
         auto first = std::make_unique<Heap::Root>(machine.heap(), Value::object(machine.heap().text(u"first")));
         const Heap::Root second(machine.heap(), Value::object(machine.heap().text(u"second")));
         first.reset();

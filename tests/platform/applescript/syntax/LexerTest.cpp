@@ -9,7 +9,7 @@ namespace quoddle::syntax {
 
 namespace {
 
-/// One word for each token: its kind and what it holds. `~` in front: a line break was continued before it.
+/// One word for each token: its kind and its content. `~` in front of a token marks a line break that was continued before it.
 std::string tokens(std::u16string_view source) {
     std::string text;
     auto list = tokenize(source);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the parser refuses, in whose words, and where; and that nothing it is given makes it fall over.
+// What the parser refuses, with which message and where; and that no source makes it crash.
 #include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/syntax/Printer.h"
 #include "platform/base/Text.h"
@@ -123,7 +123,7 @@ TEST(ParseError, TooDeepIsAnErrorAndLongIsNot) {
     }
 }
 
-// Every beginning of a script, and the script with any one character spoilt: an error or a tree, never anything else.
+// Every beginning of a script, and the script with any one character spoilt, gives an error or a tree.
 TEST(ParseError, DamagedSourceIsRefusedOrReadAgain) {
     const std::u16string source =
         u"use scripting additions\non f of x given y:{a, b:1}\n\ttell application \"Finder\" to set name of «class abcd» 1 whose "

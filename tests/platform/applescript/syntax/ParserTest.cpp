@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the parser makes of source: the trees that compiled scripts hold.
+// The trees that the parser makes of source: those of compiled scripts.
 #include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/syntax/NodeKind.h"
 #include "platform/applescript/syntax/TreeText.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How trees are printed, and that what is printed reads back as the same tree.
+// How trees are printed, and that the printed text gives the same tree again.
 #include "platform/applescript/syntax/Printer.h"
 
 #include "platform/applescript/syntax/NodeKind.h"
@@ -37,7 +37,7 @@ Object* number(ObjectStore& store, int value) {
 
 } // namespace
 
-// Printed as it stands: every form of statement, and every spelling that flags keep.
+// Sources that are printed unchanged: every form of statement, and every spelling that flags keep.
 constexpr std::string_view kCanonical = R"(#!/usr/bin/osascript
 use AppleScript version "2.4" -- or later
 use scripting additions
@@ -281,7 +281,7 @@ TEST(Printer, BarsAndRawCodesKeepNamesApart) {
     };
     EXPECT_EQ(utf8FromUTF16(printTree(of("leng"))), "length of x");
     EXPECT_EQ(utf8FromUTF16(printTree(of("zzzz"))), "«class zzzz» of x");
-    EXPECT_EQ(utf8FromUTF16(printTree(of("desk"))), "«class desk» of x"); // a constant is no property
+    EXPECT_EQ(utf8FromUTF16(printTree(of("desk"))), "«class desk» of x"); // the code of a constant only is no property
     EXPECT_EQ(utf8FromUTF16(printTree(node(s, NodeKind::Literal, {s.constant("afdr"_4cc, "desk"_4cc)}))), "desktop");
     EXPECT_EQ(utf8FromUTF16(printTree(node(s, NodeKind::Literal, {s.constant("zzzz"_4cc, "desk"_4cc)}))), "«constant zzzzdesk»");
 }
@@ -305,7 +305,7 @@ TEST(Printer, UsesTheDictionaryOfTheTarget) {
               "tell application \"Player\"\n\tset «class mood» of «class cSon» 1 to mood\nend tell\nset mood to every «class cSon»");
 }
 
-// Trees out of files may be anything.
+// Trees from files may be malformed.
 TEST(Printer, RefusesWhatIsNoTree) {
     ObjectStore s;
     Object* loop = node(s, NodeKind::Of, {variable(s, "a"), variable(s, "b")});
@@ -328,7 +328,7 @@ TEST(Printer, RefusesWhatIsNoTree) {
     };
     for (const Object* tree : bad)
         EXPECT_EQ(printTree(tree), u"");
-    // Children of the wrong kind are no reason to refuse.
+    // A tree with children of the wrong kind is printed all the same.
     Object* odd[] = {
         node(s, NodeKind::Call, {s.nil(), s.nil(), s.nil()}),
         node(s, NodeKind::Term, {s.list({})}),

@@ -30,7 +30,7 @@ TEST(SourceText, ApplicationLiterals) {
         EXPECT_EQ(applicationName(applicationData(name)), name);
     std::string data = applicationData(u"Finder");
     for (std::size_t length = 0; length < data.size(); ++length)
-        applicationName(std::string_view(data).substr(0, length)); // whatever it answers, it reads no further
+        applicationName(std::string_view(data).substr(0, length)); // the answer does not matter, but nothing behind the data may be read
 }
 
 } // namespace quoddle::syntax

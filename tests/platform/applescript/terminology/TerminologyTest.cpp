@@ -109,7 +109,7 @@ TEST(Terminology, TheInnermostApplicationIsAskedFirst) {
     EXPECT_EQ(code("window"), "ourW");
     EXPECT_EQ(code("mood"), "mood");
     terms.push(&inner);
-    EXPECT_EQ(code("window"), "cwin"); // the outer one is hidden
+    EXPECT_EQ(code("window"), "cwin"); // the dictionary of the outer tell is hidden
     EXPECT_EQ(code("mood"), "none");
     EXPECT_EQ(code("box"), "boxP");
     EXPECT_EQ(code("bag"), "bagC");
