@@ -24,7 +24,7 @@ constexpr std::chrono::milliseconds kMainThreadPause(8);
 
 /// Whether a parameter of an event is an attribute or the direct parameter, and not a label of a user's handler, which is a code as well
 /// when it is a preposition.
-bool isEventPlumbing(AEKeyword key) {
+bool isAttributeOrDirect(AEKeyword key) {
     return key == "----"_4cc || key == "snam"_4cc || key == "usrf"_4cc || key == "subj"_4cc || key == "csig"_4cc || key == "cons"_4cc;
 }
 
@@ -48,7 +48,7 @@ public:
     }
     Script* script() const { return mBound; }
     /// Ends the run: copies the values to the context and the script.
-    void giveBack() {
+    void copyValuesBack() {
         for (std::size_t i = 0; i < mBound->slots.size(); ++i)
             if (Value* shared = sharedSlot(i))
                 *shared = mBound->slots[i];
@@ -107,7 +107,7 @@ OSStatus Component::execute(OSAID scriptID, OSAID context, OSAModeFlags, OSAID& 
     BoundScript bound(mMachine.heap(), script, holder);
     Script* const me = bound.script();
     const Value value = mMachine.callHandler(owner == script ? me : owner, Value::object(me), run, {}, Value(), {});
-    bound.giveBack();
+    bound.copyValuesBack();
     return value.isFailure() ? failed() : finish(value, result);
 }
 
@@ -126,7 +126,7 @@ Value Component::runSubroutine(Script* script, const AEDesc& event) {
                               Value::object(script));
     std::vector<Argument> labels;
     for (const AEItem& item : event.fields())
-        if (!isEventPlumbing(item.key))
+        if (!isAttributeOrDirect(item.key))
             labels.push_back({Value::code(item.key), valueFromDescriptor(mMachine, item.value)});
     if (const AEDesc* user = event.find("usrf"_4cc)) {
         auto items = user->items();
@@ -159,7 +159,7 @@ Value Component::runEvent(Script* script, const AEDesc& event, bool& handled) {
     }
     std::vector<Argument> labels;
     for (const AEItem& item : event.fields())
-        if (!isEventPlumbing(item.key))
+        if (!isAttributeOrDirect(item.key))
             labels.push_back({Value::code(item.key), valueFromDescriptor(mMachine, item.value)});
     const AEDesc* direct = event.find("----"_4cc);
     return mMachine.callHandler(owner, Value::object(script), handler, {}, direct ? valueFromDescriptor(mMachine, *direct) : Value(),

@@ -28,9 +28,7 @@ enum Tag : std::uint8_t {
     Text = 177,      // raw UTF-16; the reader and the writer turn it into a Text object and back, so no such block is in memory
 };
 
-/// Children of a handler.
 enum HandlerChild : std::size_t { kName, kTree, kParameters, kLabels, kLocals, kLiterals, kCode, kHandlerChildren };
-/// Children of a script.
 enum ScriptChild : std::size_t { kScriptName, kScriptTree, kScriptParent, kScriptTable, kScriptChildren };
 
 } // namespace quoddle::block

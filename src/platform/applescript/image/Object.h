@@ -40,7 +40,6 @@ enum class ObjectKind : std::uint8_t {
     Node,       // syntax-tree node: `tag` is a NodeKind; with flags, and start and end offset in the handler's code
 };
 
-/// Tags of Code objects.
 enum class CodeTag : std::uint8_t {
     Class = 0x0A,    // 4 bytes: class, property, label or bare constant
     Constant = 0x0B, // 8 bytes: enumeration and value

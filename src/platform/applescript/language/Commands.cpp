@@ -81,7 +81,7 @@ Value run(Machine& machine, Value direct, Arguments) {
 }
 
 /// For "idle", which does nothing to values of this machine.
-Value nothing(Machine&, Value, Arguments) {
+Value doNothing(Machine&, Value, Arguments) {
     return {};
 }
 
@@ -95,7 +95,7 @@ struct CommandRow {
 constexpr CommandRow kCommands[] = {
     {"ascr"_4cc, "cmnt"_4cc, log, true},      {"misc"_4cc, "curd"_4cc, currentDate, true}, {"syso"_4cc, "dela"_4cc, delay, true},
     {"core"_4cc, "getd"_4cc, get, true},      {"core"_4cc, "cnte"_4cc, count, true},       {"aevt"_4cc, "oapp"_4cc, run, false},
-    {"misc"_4cc, "idle"_4cc, nothing, false},
+    {"misc"_4cc, "idle"_4cc, doNothing, false},
 };
 
 bool belongsToApplication(Value direct) {

@@ -118,7 +118,6 @@ bool isList(Value value) {
     return is<List>(value);
 }
 
-/// Whether `items` begins with `part`.
 bool beginsWith(Machine& machine, std::span<const Value> items, std::span<const Value> part) {
     return std::equal(part.begin(), part.end(), items.begin(), [&](Value a, Value b) { return areEqual(machine, b, a); });
 }

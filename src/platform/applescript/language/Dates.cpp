@@ -49,8 +49,8 @@ Value text(Machine& machine, std::u16string_view characters) {
     return Value::object(machine.heap().text(characters));
 }
 
-/// The two halves of "Friday, November 9, 2007 at 11:35:50 AM": day and time.
-std::pair<std::u16string, std::u16string> halves(std::int64_t seconds) {
+/// The day and the time in "Friday, November 9, 2007 at 11:35:50 AM".
+std::pair<std::u16string, std::u16string> dayAndTime(std::int64_t seconds) {
     const std::u16string whole = textOfDate(seconds);
     const auto at = whole.find(u" at ");
     return {whole.substr(0, at), at == std::u16string::npos ? std::u16string() : whole.substr(at + 4)};
@@ -107,9 +107,9 @@ Value dateProperty(Machine& machine, const Date* date, FourCharCode key) {
     case "time"_4cc:
         return Value::integer(static_cast<std::int32_t>(parts.time));
     case "dstr"_4cc:
-        return text(machine, halves(date->seconds).first);
+        return text(machine, dayAndTime(date->seconds).first);
     case "tstr"_4cc:
-        return text(machine, halves(date->seconds).second);
+        return text(machine, dayAndTime(date->seconds).second);
     case "shdt"_4cc:
         return text(machine, shortDate(parts));
     default:

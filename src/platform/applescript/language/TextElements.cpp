@@ -64,7 +64,7 @@ private:
     void findNext(std::size_t delimiter, std::size_t start) {
         Place& place = mNext[delimiter];
         place.at = mSearch.find(mDelimiters[delimiter], start, place.length);
-        if (place.length == 0) // a delimiter of ignored characters only separates nothing
+        if (place.length == 0) // a delimiter that consists of ignored characters separates nothing
             place.at = kNotFound;
     }
 

@@ -13,7 +13,6 @@ namespace quoddle::language {
 using machine::Machine;
 using machine::Text;
 
-/// Whether texts have elements of the class.
 bool isTextElement(FourCharCode elementClass);
 /// The number of characters (grapheme clusters).
 std::size_t characterCount(Machine& machine, const Text* text);

@@ -42,7 +42,7 @@ Value Interpreter::run() {
 
 bool Interpreter::safePoint() {
     if (mMachine.mHeap.wantsCollection()) {
-        mMachine.settle();
+        mMachine.noteRegistersInUse();
         mMachine.mHeap.collect();
     }
     return !mMachine.mInterrupted.load(std::memory_order_relaxed) || mMachine.yield();

@@ -79,9 +79,9 @@ public:
             mGray.push_back(object);
         }
     }
-    /// Gives back to the system the memory that is kept for the time when there is no more, so that an error can be told.
+    /// Gives the reserve back to the system: memory that is kept for the time when there is no more, so that an error can be told.
     void releaseReserve() { mReserve.reset(); }
-    /// Takes that memory again, if it can be had.
+    /// Takes the reserve again, if memory can be had.
     void keepReserve();
     static bool isMarked(const HeapObject* object) { return object->marked; }
     /// Bytes in use as far as they were charged; exact after a collection.

@@ -29,7 +29,7 @@ private:
     bool pushFrame(const Callee& callee, Value* registers, bool isEntry);
     /// Pushes a frame with `given` positional parameters, which lie at `registers`.
     bool enter(const Callee& callee, Value* registers, std::size_t given, bool isEntry);
-    /// Sets those parameters of the innermost frame that are not simply its first registers.
+    /// Sets the parameters of the innermost frame, for handlers whose parameters are not simply the first registers.
     bool bind(std::span<const Value> positional, Value direct, std::span<const Argument> labels, bool isCommand);
     bool bindPattern(const Object* pattern, Value value);
     bool setLocal(const Object* name, Value value);

@@ -95,13 +95,13 @@ Value Loader::load(const Object* object) {
         break;
     }
     if (--mDepth == 0)
-        bringHandlersHome();
+        assignHandlerHomes();
     return value;
 }
 
 /// A handler in a slot of another name was taken from some other script. Looks for the script that defines the handler, in the scopes
 /// around, and makes that the handler's home.
-void Loader::bringHandlersHome() {
+void Loader::assignHandlerHomes() {
     if (mScripts.empty())
         return;
     ++mDepth; // so that load() does not begin anew for each name

@@ -23,7 +23,7 @@ private:
     /// The scope for a table: the script whose table it is, or the locals that a script object kept of the handler that made it.
     HeapObject* loadScope(const Object* table);
     void findScripts(const Object* root);
-    void bringHandlersHome();
+    void assignHandlerHomes();
     Value loadList(std::span<Object* const> items, std::uint8_t flags);
     Value loadSpecifier(const Object* object);
 

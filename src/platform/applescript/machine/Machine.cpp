@@ -18,7 +18,7 @@ namespace quoddle::machine {
 
 namespace {
 
-constexpr int kHeededRefusals = 50; // about a fifth of a second in which a script may catch the host's refusal and clean up
+constexpr int kCatchableRefusals = 50; // about a fifth of a second in which a script may catch the host's refusal and clean up
 constexpr std::size_t kStackValues = std::size_t(8) << 20; // address space; memory is taken as it is touched
 
 Value loadLiteral(void* context, const Object* literal, const std::shared_ptr<ObjectStore>& store) {
@@ -118,18 +118,18 @@ Value Machine::raiseOutOfMemory() {
 
 bool Machine::yield() {
     mInterrupted.store(false, std::memory_order_relaxed);
-    settle();
+    noteRegistersInUse();
     const OSStatus status = mHost.active ? mHost.active(*this) : noErr;
     mContext->refusals = status == noErr ? 0 : mContext->refusals + 1;
     if (status == noErr)
         return true;
     raise(status, language::messageFor(status));
-    mContext->error.isFinal = mContext->refusals > kHeededRefusals;
+    mContext->error.isFinal = mContext->refusals > kCatchableRefusals;
     return false;
 }
 
 void Machine::pause(Wait& wait, std::chrono::steady_clock::time_point until) {
-    settle();
+    noteRegistersInUse();
     if (mHost.pause)
         mHost.pause(*this, wait, until);
     else
@@ -137,7 +137,7 @@ void Machine::pause(Wait& wait, std::chrono::steady_clock::time_point until) {
 }
 
 /// Tells the collector which registers are in use. During a callback another thread may start a collection.
-void Machine::settle() {
+void Machine::noteRegistersInUse() {
     if (mContext->frames.empty())
         return;
     const Frame& frame = mContext->frames.back();
@@ -145,7 +145,7 @@ void Machine::settle() {
 }
 
 Value Machine::send(const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
-    settle();
+    noteRegistersInUse();
     std::deque<Heap::Root> roots;
     roots.emplace_back(mHeap, direct);
     for (const Argument& argument : arguments)

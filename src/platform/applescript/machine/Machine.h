@@ -161,7 +161,6 @@ public:
     void setRootMarker(std::function<void(Heap&)> marker) { mMarkOwner = std::move(marker); }
     void collect() { mHeap.collect(); }
     language::TextElementIndex& textElements() { return *mTextElements; }
-    /// The value of a stored literal.
     Value literal(const Object* object, const std::shared_ptr<ObjectStore>& store);
 
     static constexpr std::size_t kMaximumCalls = 10000;
@@ -171,7 +170,7 @@ private:
     friend class Interpreter;
     class Run;
     Code* codeOf(Handler* handler);
-    void settle();
+    void noteRegistersInUse();
     void markRoots(Heap& heap);
 
     Host mHost;

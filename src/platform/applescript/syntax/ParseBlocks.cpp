@@ -54,7 +54,7 @@ Object* Parser::block(Body body) {
     Depth depth(*this);
     std::size_t first = mAt;
     Brackets brackets(*this);
-    Saved level(mAtScriptLevel, body != Body::Statements);
+    ScopedFlag level(mAtScriptLevel, body != Body::Statements);
     // The Line of a comment behind a block's header holds the whole body.
     const Token* comment = peek().kind == TokenKind::Comment ? &advance() : nullptr;
     if (!atLineEnd())

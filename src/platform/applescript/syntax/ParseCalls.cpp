@@ -74,7 +74,7 @@ bool Parser::atUserLabel() const {
 
 Object* Parser::userLabels() {
     std::vector<Object*> pairs;
-    Saved nested(mUserLabels, false);
+    ScopedFlag nested(mUserLabels, false);
     while (!failed() && !atActiveLabel()) {
         std::size_t tokens = 0;
         std::size_t first = mAt;

@@ -21,7 +21,7 @@ Object* Parser::command(Object* event, const EventTerm* term, std::size_t firstT
     std::uint16_t form = flags::Command;
     Object* direct = nil();
     mActive.push_back(term);
-    Saved labelsAllowed(mUserLabels, false);
+    ScopedFlag labelsAllowed(mUserLabels, false);
     std::size_t words = 0;
     if (at(Keyword::Of) && !labelAt(term, 0, words)) {
         form = flags::OfForm;

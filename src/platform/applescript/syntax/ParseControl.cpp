@@ -7,7 +7,7 @@ namespace quoddle::syntax {
 
 /// Parses the statement of a one-line `if` or `tell`.
 Object* Parser::inlineStatement() {
-    Saved level(mAtScriptLevel, false);
+    ScopedFlag level(mAtScriptLevel, false);
     return statement();
 }
 
@@ -61,7 +61,7 @@ Object* Parser::tellStatement() {
     advance();
     Object* target = nullptr;
     {
-        Saved labels(mUserLabels, false);
+        ScopedFlag labels(mUserLabels, false);
         target = expression();
     }
     bool pushed = pushTarget(target);
@@ -102,7 +102,7 @@ Object* Parser::repeatStatement() {
     Object* variable = wordAsVariable();
     if (!variable)
         variable = name();
-    Saved labels(mUserLabels, false);
+    ScopedFlag labels(mUserLabels, false);
     if (accept(Keyword::In))
         return ended(NodeKind::RepeatIn, {variable, expression()});
     expect(Keyword::From);

@@ -115,7 +115,7 @@ bool Parser::startsIndex() const {
 
 Object* Parser::index() {
     if (!at(Symbol::Minus)) {
-        Saved labels(mUserLabels, false);
+        ScopedFlag labels(mUserLabels, false);
         return at(Keyword::My) ? unfiltered() : primary(Place::Index);
     }
     std::size_t first = mAt;
@@ -138,7 +138,7 @@ Object* Parser::index() {
 
 /// Parses one end of a range: a number or an element.
 Object* Parser::rangeBound() {
-    Saved labels(mUserLabels, false);
+    ScopedFlag labels(mUserLabels, false);
     if (at(Symbol::Minus))
         return index();
     return possessives();

@@ -75,7 +75,7 @@ std::u16string Parser::describe(std::size_t ahead) const {
 }
 
 /// Whether a token is a value by itself. Two such tokens in a row are never right.
-bool Parser::startsOperandText(const Token& token) const {
+bool Parser::isValueToken(const Token& token) const {
     switch (token.kind) {
     case TokenKind::Word:
         return !isReserved(token.keyword);
@@ -100,7 +100,7 @@ Object* Parser::expected(std::u16string_view what) {
                     SourceRange{isUnended ? found.end : found.start, found.end});
     }
     // Where a literal follows a name, the name is more likely a command that no dictionary has.
-    if (mAt > 0 && startsOperandText(found) && startsOperandText(mTokens[mAt - 1])) {
+    if (mAt > 0 && isValueToken(found) && isValueToken(mTokens[mAt - 1])) {
         bool afterName = mTokens[mAt - 1].word != nullptr;
         if (!afterName || found.word) {
             const Token& before = mTokens[mAt - 1];

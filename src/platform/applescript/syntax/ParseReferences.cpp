@@ -91,7 +91,7 @@ Object* Parser::contained(Object* part, std::size_t firstToken) {
     advance();
     Object* container = nullptr;
     {
-        Saved labels(mUserLabels, mUserLabels && !is(part, NodeKind::Variable));
+        ScopedFlag labels(mUserLabels, mUserLabels && !is(part, NodeKind::Variable));
         container = unfiltered();
     }
     if (is(part, NodeKind::Variable) && mUserLabels && atUserLabel()) {
@@ -129,7 +129,7 @@ Object* Parser::filtered(Object* made, std::size_t firstToken) {
     advance();
     Object* test = nullptr;
     {
-        Saved labels(mUserLabels, false);
+        ScopedFlag labels(mUserLabels, false);
         test = expression();
     }
     return node(NodeKind::Filter, {made, test}, spelling, firstToken);

@@ -115,7 +115,7 @@ Object* Parser::setStatement(NodeKind kind) {
     Object* value = nullptr;
     Object* target = nullptr;
     auto readTarget = [&] {
-        Saved labels(mUserLabels, false);
+        ScopedFlag labels(mUserLabels, false);
         target = at(Symbol::LeftBrace) || at(Symbol::LeftBracket) ? expression(Level::Operand) : reference();
     };
     if (kind == NodeKind::Set) {
@@ -124,7 +124,7 @@ Object* Parser::setStatement(NodeKind kind) {
         value = expression();
     } else {
         {
-            Saved labels(mUserLabels, false);
+            ScopedFlag labels(mUserLabels, false);
             value = expression();
         }
         if (!accept(Keyword::Into) && !(put && accept(Keyword::In)))
@@ -141,7 +141,7 @@ Object* Parser::errorStatement() {
     const EventTerm* event = term ? term->event : nullptr;
     Object* message = nil();
     mActive.push_back(event);
-    Saved labelsAllowed(mUserLabels, false);
+    ScopedFlag labelsAllowed(mUserLabels, false);
     std::size_t words = 0;
     if (!labelAt(event, 0, words) && startsOperand())
         message = expression();
@@ -196,7 +196,7 @@ Object* Parser::useStatement() {
     Object* target = nil();
     mActive.push_back(event);
     if (!labelAt(event, 0, words)) {
-        Saved plain(mPlainApplications, true);
+        ScopedFlag plain(mPlainApplications, true);
         if (atWord("applescript")) { // in other places `AppleScript version` is a property
             advance();
             target = node(NodeKind::Term, {mStore.code("ascr"_4cc)}, 0, mAt - 1);

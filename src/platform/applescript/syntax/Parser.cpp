@@ -14,7 +14,7 @@ constexpr std::size_t kMaxTermWords = 6;
 
 /// Moves comments in the midst of a line to its end, because no node could keep them there. A comment of several lines that other text
 /// follows on its last line gets a line of its own.
-void settleComments(std::vector<Token>& tokens) {
+void moveCommentsToLineEnds(std::vector<Token>& tokens) {
     std::vector<Token> settled;
     settled.reserve(tokens.size());
     std::vector<Token> held;
@@ -61,7 +61,7 @@ bool namesAdditions(const std::vector<Token>& tokens) {
 
 std::unique_ptr<TokenList> settledTokens(std::u16string_view source) {
     auto list = tokenize(source);
-    settleComments(list->tokens);
+    moveCommentsToLineEnds(list->tokens);
     return list;
 }
 

@@ -55,7 +55,7 @@ private:
     Object* tooComplex();
     bool failed() const { return mError.number != noErr; }
     std::u16string describe(std::size_t ahead) const;
-    bool startsOperandText(const Token& token) const;
+    bool isValueToken(const Token& token) const;
 
     // --- nodes (Parser.cpp)
     Object* node(NodeKind kind, std::span<Object* const> children, std::uint16_t flags, std::size_t firstToken);
@@ -225,11 +225,11 @@ private:
         std::vector<const EventTerm*> active;
         bool labels;
     };
-    struct Saved {
-        Saved(bool& variable, bool value) : flag(variable), old(std::exchange(variable, value)) {}
-        ~Saved() { flag = old; }
-        Saved(const Saved&) = delete;
-        Saved& operator=(const Saved&) = delete;
+    struct ScopedFlag {
+        ScopedFlag(bool& variable, bool value) : flag(variable), old(std::exchange(variable, value)) {}
+        ~ScopedFlag() { flag = old; }
+        ScopedFlag(const ScopedFlag&) = delete;
+        ScopedFlag& operator=(const ScopedFlag&) = delete;
         bool& flag;
         bool old;
     };

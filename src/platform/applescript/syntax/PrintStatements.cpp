@@ -210,7 +210,6 @@ void Printer::assignment(const Object* node) {
     copy ? target(node->children[1]) : expression(node->children[0]);
 }
 
-/// Prints the target of a statement, mostly a mere reference.
 void Printer::target(const Object* node) {
     headExpression(node, is(node, NodeKind::Call) ? Level::Operand : Level::Or);
 }

@@ -68,9 +68,7 @@ public:
     virtual const Term* find(TermKind kind, FourCharCode code, FourCharCode group = 0) const = 0;
 };
 
-/// The language's own words.
 const TermSource& languageTerms();
-/// The Standard Additions' words.
 const TermSource& standardAdditionsTerms();
 
 } // namespace quoddle

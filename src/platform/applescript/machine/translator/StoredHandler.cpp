@@ -48,7 +48,7 @@ bool StoredHandler::isBooleanCoercion(std::size_t at) const {
     return type->isCode(CodeTag::Class) && type->code() == "bool"_4cc;
 }
 
-StoredHandler::Threaded StoredHandler::thread(std::int32_t target, bool value) const {
+StoredHandler::ThreadedJump StoredHandler::threadJump(std::int32_t target, bool value) const {
     for (int limit = 0; limit < 64; ++limit) {
         const auto at = static_cast<std::size_t>(target);
         if (at >= mCode.size())
@@ -86,7 +86,7 @@ void StoredHandler::findTargets() {
             continue;
         std::int32_t target = stored.first;
         if (stored.opcode == Opcode::And || stored.opcode == Opcode::Or)
-            target = thread(target, stored.opcode == Opcode::Or).target;
+            target = threadJump(target, stored.opcode == Opcode::Or).target;
         mIsTarget[static_cast<std::size_t>(target)] = true;
         if (stored.opcode == Opcode::LinkRepeat)
             mIsLoopExit[static_cast<std::size_t>(target)] = true;

@@ -31,13 +31,13 @@ public:
     /// Whether the handler asks for `the result`. If not, statements need not keep their values for that.
     bool usesResult() const { return mUsesResult; }
 
-    struct Threaded {
+    struct ThreadedJump {
         std::int32_t target;
         bool needsValue;
         bool value;
     };
     /// Jump threading: where a jump with a known truth value on the stack finally leads.
-    Threaded thread(std::int32_t target, bool value) const;
+    ThreadedJump threadJump(std::int32_t target, bool value) const;
     /// Whether the value on top of the stack at `target` is thrown away without being looked at.
     bool topIsDead(std::int32_t target, int limit = 40) const;
 

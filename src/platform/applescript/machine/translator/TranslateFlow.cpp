@@ -94,7 +94,7 @@ void HandlerTranslator::compare() {
     if (following == Opcode::TestIf) {
         target = mStored.at(next).first;
     } else if (following == Opcode::And || following == Opcode::Or) {
-        const auto threaded = mStored.thread(mStored.at(next).first, following == Opcode::Or);
+        const auto threaded = mStored.threadJump(mStored.at(next).first, following == Opcode::Or);
         if (!threaded.needsValue) {
             target = threaded.target;
             inverted ^= following == Opcode::Or;
@@ -128,7 +128,7 @@ void HandlerTranslator::shortCircuit() {
     mStack.need(1);
     mStack.follow(mStack.top(), Evaluate::Fully);
     const std::size_t condition = mStack.reg(mStack.top());
-    const auto threaded = mStored.thread(here().first, jumpsWhen);
+    const auto threaded = mStored.threadJump(here().first, jumpsWhen);
     const Op op = jumpsWhen ? Op::BranchIfTrue : Op::BranchIfFalse;
     mStack.pop();
     mStack.flush();
