@@ -313,7 +313,8 @@ Value compare(Machine& machine, Relation relation, Value left, Value right) {
     if (asksEquality)
         return Value::boolean(areEqual(machine, left, right) == (relation == Relation::Equal));
 
-    // A list of one counts as its item. The depth is bounded, because such a list may hold itself.
+    // QUIRK: a list of one is ordered like its item; scripts compare results of `whose` so. The depth is bounded, because such a list may
+    // hold itself.
     int depth = 0;
     for (const List* list = as<List>(left); list && list->count == 1 && depth < kMaximumDepth; list = as<List>(left), ++depth) {
         left = list->items[0];
