@@ -32,10 +32,10 @@ namespace {
 using End = PictureStream::End;
 
 constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // of a picture
-constexpr qint64 kMostPageBytes = qint64{128} << 20; // of a document
-constexpr rlim_t kProcessorTime = 10;                // seconds
-#ifndef __SANITIZE_ADDRESS__                         // which takes terabytes of addresses, and looks for leaks by another process
-constexpr rlim_t kMemory = rlim_t{2} << 30;          // bytes of address space
+constexpr qint64 kMostPageBytes = qint64{128} << 20;                          // of a document
+constexpr rlim_t kProcessorTime = 10;                                         // seconds
+#ifndef __SANITIZE_ADDRESS__                // which takes terabytes of addresses, and looks for leaks by another process
+constexpr rlim_t kMemory = rlim_t{2} << 30; // bytes of address space
 #endif
 
 void limitProcess() {

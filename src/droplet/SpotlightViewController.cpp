@@ -30,7 +30,7 @@ constexpr double kShortestJudging = 2; // of it
 constexpr double kCostOfWaiting = 10;  // so many times what showing hits takes lies between two times
 constexpr int kJudgingPatience = 100;  // until hits are shown although the script still judges the next one
 
-constexpr int kIconExtent = 48;            // points
+constexpr int kIconExtent = 48; // points
 
 /// A line for each result that has come, where somebody looks for a fault.
 void trace(const NSNotification& notification, const QString& format) {

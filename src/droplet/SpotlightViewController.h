@@ -104,15 +104,15 @@ private:
     std::unique_ptr<SpotlightResultsController> mResultsController;
     QStringList mContentTerms;
     QList<SpotlightMatchRef> mPaths;
-    QHash<QString, SpotlightMatchRef> mMatches; // those in mPaths by their path
-    QList<NSMetadataItem> mUnjudged;            // results of the query
-    qsizetype mJudged = 0;                      // how many of them, from the first one on, have been judged all the same
-    int mSearch = 0;                            // the number of the search; a new text begins a new one
-    bool mIsSuspended = false;                  // the pane was shown and is not any more
-    bool mIsMerging = false;                    // further up on the stack
-    int mHookDepth = 0;                         // of the hook that judges a file
-    QList<SpotlightMatchRef> mUsable;           // hits that are not shown yet
-    QSet<QString> mGoneMeanwhile;               // paths that went while a file was being judged
+    QHash<QString, SpotlightMatchRef> mMatches;                // those in mPaths by their path
+    QList<NSMetadataItem> mUnjudged;                           // results of the query
+    qsizetype mJudged = 0;                                     // how many of them, from the first one on, have been judged all the same
+    int mSearch = 0;                                           // the number of the search; a new text begins a new one
+    bool mIsSuspended = false;                                 // the pane was shown and is not any more
+    bool mIsMerging = false;                                   // further up on the stack
+    int mHookDepth = 0;                                        // of the hook that judges a file
+    QList<SpotlightMatchRef> mUsable;                          // hits that are not shown yet
+    QSet<QString> mGoneMeanwhile;                              // paths that went while a file was being judged
     mutable std::optional<QList<SpotlightMatchRef>> mSelected; // kept: the preview panel asks for its items one by one
     bool mSelectionChangedByUser = false;
     bool mSelectsByItself = false; // the selection changes, and it is not the user

@@ -12,8 +12,8 @@ class QXOSAComponent;
 
 /// The place to yield, to cancel and to time out.
 OSErr OSAActiveCallback(void* component);
-/// Every event that the script sends. One that asks for a reply, or says that it wants none, goes through the shared send queue (BackgroundSend.h) while this
-/// thread waits and stays cancellable; any other is sent on this thread.
+/// Every event that the script sends. One that asks for a reply, or says that it wants none, goes through the shared send queue
+/// (BackgroundSend.h) while this thread waits and stays cancellable; any other is sent on this thread.
 OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, AESendPriority sendPriority, std::int32_t timeOutInTicks,
                       AEIdleProc idleProc, AEFilterProc filterProc, void* component);
 /// An event that the script continues: dispatched to the application's handlers on the main thread.

@@ -107,8 +107,8 @@ public:
     QXOSAIDRef propertyForDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
     QXOSAIDRef propertyForName(const QString& name, OSAModeFlags modeFlags = 0);
     QXOSAIDRef propertyForPropertyID(FourCharCode propertyID, OSAModeFlags modeFlags = 0);
-    /// The property while it is a text or a whole number, without making an object of it: for what is asked again and again. Nothing for any
-    /// other value and when there is no such property.
+    /// The property while it is a text or a whole number, without making an object of it: for what is asked again and again. Nothing for
+    /// any other value and when there is no such property.
     std::optional<AEDesc> plainValueForPropertyID(FourCharCode propertyID) const;
     bool hasPropertyForDescriptor(const NSAppleEventDescriptorRef& descriptor);
     bool hasPropertyNamed(const QString& name);

@@ -71,7 +71,8 @@ DeclaredTypes declaredByEditor(const NSBundle& bundle) {
     if (!settings)
         return {};
     const QVariantMap entries = settings->toMap();
-    return {entriesIn(entries.value(u"BWDropletExtensionsEntry"_s).toString().toLower()), entriesIn(entries.value(u"BWDropletUTIsEntry"_s))};
+    return {entriesIn(entries.value(u"BWDropletExtensionsEntry"_s).toString().toLower()),
+            entriesIn(entries.value(u"BWDropletUTIsEntry"_s))};
 }
 
 NSPredicateRef predicate(const QString& format, const QVariantList& arguments = {}) {
@@ -119,7 +120,8 @@ QList<NSPredicateRef> searchMatches(const QStringList& identifiers) {
 } // namespace
 
 void AppDelegate::_loadExtAndUTIPrefs() {
-    const DeclaredTypes types = hasOpenHandler() ? declaredByDocumentTypes(mainBundle()->infoDictionary()) : declaredByEditor(*mainBundle());
+    const DeclaredTypes types =
+        hasOpenHandler() ? declaredByDocumentTypes(mainBundle()->infoDictionary()) : declaredByEditor(*mainBundle());
     if (types.extensions.contains(u"*"_s))
         return;
     if (!types.extensions.isEmpty() && !types.identifiers.isEmpty())

@@ -20,7 +20,7 @@ public:
     int refusals = 0;
     int asked = 0;                       ///< the open request that is being made
     QList<std::pair<int, int>> answered; ///< open requests and replies
-    QStringList log; ///< "terminate: now", "terminate reply: 1", "open reply: 0"
+    QStringList log;                     ///< "terminate: now", "terminate reply: 1", "open reply: 0"
 
     void terminate() override;
     void replyToApplicationShouldTerminate(bool shouldTerminate) override;

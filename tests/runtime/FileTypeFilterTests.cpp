@@ -40,8 +40,18 @@ TEST(FileTypeFilter, FollowsWhatTheBundleDeclares) {
         {"both", "open", "CFBundleDocumentTypes = ({LSItemContentTypes = (a); CFBundleTypeExtensions = (x);});", "",
          u"(_NSURLPathKey ENDSWITH \"x\" AND "_s + guard + u") OR NSURLTypeIdentifierKey UTI-CONFORMS-TO \"a\""_s,
          u"(kMDItemFSName ENDSWITH \".x\" AND "_s + noFolder + u") OR kMDItemContentType == \"a\""_s},
-        {"everything", "open", "CFBundleDocumentTypes = ({CFBundleTypeOSTypes = (\"****\"); CFBundleTypeExtensions = (txt);});", "", {}, {}},
-        {"not understood", "open", "CFBundleDocumentTypes = ({CFBundleTypeExtensions = {a = b;};}, x, {LSItemContentTypes = ((y));});", "", {}, {}},
+        {"everything",
+         "open",
+         "CFBundleDocumentTypes = ({CFBundleTypeOSTypes = (\"****\"); CFBundleTypeExtensions = (txt);});",
+         "",
+         {},
+         {}},
+        {"not understood",
+         "open",
+         "CFBundleDocumentTypes = ({CFBundleTypeExtensions = {a = b;};}, x, {LSItemContentTypes = ((y));});",
+         "",
+         {},
+         {}},
         {"a droplet does not ask the editor", "open", "", "{BWDropletUTIsEntry = a;}", {}, {}},
         {"editor", "run", "CFBundleDocumentTypes = ({CFBundleTypeExtensions = (jpg);});",
          "{BWDropletExtensionsEntry = \" TXT  csv txt \"; BWDropletUTIsEntry = \"Public.Image\";}",
@@ -71,15 +81,17 @@ TEST(FileTypeFilter, JudgesFilesAsTheyAre) {
             EXPECT_TRUE(QFile(path).open(QIODevice::WriteOnly));
         return QDir::cleanPath(path);
     };
-    Applet applet({.handlers = "open", .info = "CFBundleDocumentTypes = ({CFBundleTypeExtensions = (txt, rtfd); LSItemContentTypes = "
-                                               "(\"public.image\");});"});
+    Applet applet({.handlers = "open",
+                   .info = "CFBundleDocumentTypes = ({CFBundleTypeExtensions = (txt, rtfd); LSItemContentTypes = "
+                           "(\"public.image\");});"});
     applet.delegate->_setupApplication(false);
     const std::pair<const char*, bool> rows[] = {
-        {"a.txt", true},   {"notxt", true},  {"a.TXT", false}, {"a.png", true}, {"a.pdf", false},
-        {"b.txt/", false}, {"b.rtfd/", true}, {"c/", false},
+        {"a.txt", true},  {"notxt", true},   {"a.TXT", false},  {"a.png", true},
+        {"a.pdf", false}, {"b.txt/", false}, {"b.rtfd/", true}, {"c/", false},
     };
     for (const auto& [name, isTaken] : rows)
-        EXPECT_EQ(applet.delegate->dropPredicate()->evaluateWithObject(resourceValuesOfFile(make(QString::fromUtf8(name)))), isTaken) << name;
+        EXPECT_EQ(applet.delegate->dropPredicate()->evaluateWithObject(resourceValuesOfFile(make(QString::fromUtf8(name)))), isTaken)
+            << name;
     const NSPredicateRef isFolder = *NSPredicate::predicateWithFormat(u"%K == YES"_s, {NSURLIsDirectoryKey});
     QFile::link(make(u"c/"_s), folder.filePath(u"link"_s));
     EXPECT_FALSE(isFolder->evaluateWithObject(resourceValuesOfFile(folder.filePath(u"link"_s))));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Loads every compiled script below a folder into a machine, stores it again, reads that, and compares: the same tree, the same handlers, the same values.
-// With a second folder the stored forms are written there, for another reader to try.
+// Loads every compiled script below a folder into a machine, stores it again, reads that, and compares: the same tree, the same handlers,
+// the same values. With a second folder the stored forms are written there, for another reader to try.
 //     storecheck FOLDER [OUT]
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/image/Block.h"
@@ -22,8 +22,8 @@ bool same(const Object* a, const Object* b, std::set<std::pair<const Object*, co
     if (a == b || !seen.insert({a, b}).second)
         return true;
     const auto differs = [&](const char* what) {
-        where += std::string(" ") + what + " (kind " + std::to_string(static_cast<int>(a->kind)) + " tag " + std::to_string(a->tag) + " against kind " +
-                 std::to_string(static_cast<int>(b->kind)) + " tag " + std::to_string(b->tag) + ")";
+        where += std::string(" ") + what + " (kind " + std::to_string(static_cast<int>(a->kind)) + " tag " + std::to_string(a->tag) +
+                 " against kind " + std::to_string(static_cast<int>(b->kind)) + " tag " + std::to_string(b->tag) + ")";
         return false;
     };
     if (a->kind != b->kind || a->tag != b->tag)

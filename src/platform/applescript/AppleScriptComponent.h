@@ -4,7 +4,8 @@
 
 namespace quoddle {
 
-/// Makes "osa "/"ascr" available to OpenDefaultComponent, and makes it the default language. Calling it again changes nothing. Main thread, at start.
+/// Makes "osa "/"ascr" available to OpenDefaultComponent, and makes it the default language. Calling it again changes nothing. Main thread,
+/// at start.
 void registerAppleScriptComponent();
 
 } // namespace quoddle

@@ -23,8 +23,8 @@ Result<std::string, OSStatus> readToEnd(int descriptor, std::size_t maximumSize)
 /// Writes beside the file and renames, so that the file is the old one or the new one at all times. Links are followed. An existing file
 /// keeps its permissions, but for those to run as its owner, and its owner when we may give files away. Pipes and devices that take bytes
 /// one after the other are written to; one that nobody reads is an error (-36). A name for an open file (/dev/stdout, /dev/fd/3) is written
-/// to where that file stands, behind what is there. -54 no permission, -34 the disk is full, -37 the name is too long, -48 a link that leads
-/// nowhere, -50 a folder or something else that is no file, -120 no such folder, -36 anything else.
+/// to where that file stands, behind what is there. -54 no permission, -34 the disk is full, -37 the name is too long, -48 a link that
+/// leads nowhere, -50 a folder or something else that is no file, -120 no such folder, -36 anything else.
 OSStatus writeFile(const std::string& path, std::string_view bytes);
 
 /// The place where a file written to `path` ends up: the path itself, or what a link there stands for. -48 when that is nothing, -50 when

@@ -30,8 +30,8 @@ std::u16string utf16FromUTF8(std::string_view bytes) {
     std::u16string text(bytes.size(), u'\0'); // UTF-16 never needs more units than UTF-8 needs bytes
     UErrorCode status = U_ZERO_ERROR;
     std::int32_t length = 0;
-    u_strFromUTF8WithSub(text.data(), static_cast<std::int32_t>(text.size()), &length, bytes.data(), static_cast<std::int32_t>(bytes.size()),
-                         0xFFFD, nullptr, &status);
+    u_strFromUTF8WithSub(text.data(), static_cast<std::int32_t>(text.size()), &length, bytes.data(),
+                         static_cast<std::int32_t>(bytes.size()), 0xFFFD, nullptr, &status);
     text.resize(U_FAILURE(status) ? 0 : static_cast<std::size_t>(length));
     return text;
 }
@@ -40,8 +40,8 @@ std::string utf8FromUTF16(std::u16string_view text) {
     std::string bytes(text.size() * 3, '\0');
     UErrorCode status = U_ZERO_ERROR;
     std::int32_t length = 0;
-    u_strToUTF8WithSub(bytes.data(), static_cast<std::int32_t>(bytes.size()), &length, text.data(), static_cast<std::int32_t>(text.size()), 0xFFFD,
-                       nullptr, &status);
+    u_strToUTF8WithSub(bytes.data(), static_cast<std::int32_t>(bytes.size()), &length, text.data(), static_cast<std::int32_t>(text.size()),
+                       0xFFFD, nullptr, &status);
     bytes.resize(U_FAILURE(status) ? 0 : static_cast<std::size_t>(length));
     return bytes;
 }

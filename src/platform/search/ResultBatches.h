@@ -17,9 +17,7 @@ public:
     explicit ResultBatches(double interval) : mInterval(interval) {}
 
     /// Seconds until something may be told, 0 for now. `isUrgent`: what waits does not have to wait for the interval.
-    double delay(double now, bool isUrgent) const {
-        return isUrgent || mLeft > 0 ? 0 : std::max(0.0, mToldAt + mInterval - now);
-    }
+    double delay(double now, bool isUrgent) const { return isUrgent || mLeft > 0 ? 0 : std::max(0.0, mToldAt + mInterval - now); }
     /// How many of so many that wait are to be told now; `known`: results that have been told before.
     std::size_t beginSlice(std::size_t waiting, std::size_t known) {
         if (mLeft == 0)
@@ -39,7 +37,7 @@ private:
     static constexpr std::size_t kGrowth = 4, kMost = 10'000, kLeastPart = 32;
 
     double mInterval;
-    std::size_t mSize = 8, mLeft = 0; // of what is due
+    std::size_t mSize = 8, mLeft = 0;                          // of what is due
     double mToldAt = -std::numeric_limits<double>::infinity(); // nothing has been told yet
 };
 

@@ -54,7 +54,8 @@ Outcome run(const std::string& source, const std::string* stored) {
     Value kept;
     machine.setRootMarker([&](Heap& heap) { heap.mark(kept); });
     const auto failed = [&] {
-        outcome.error = std::to_string(machine.error().number) + ": " + utf8FromUTF16(language::humanDisplay(machine, machine.error().message));
+        outcome.error =
+            std::to_string(machine.error().number) + ": " + utf8FromUTF16(language::humanDisplay(machine, machine.error().message));
         return outcome;
     };
     if (stored) {
@@ -113,7 +114,8 @@ TEST_P(ScriptTest, LogsWhatItSays) {
 
 std::string testName(const testing::TestParamInfo<std::string>& script) {
     std::string name = script.param.substr(0, script.param.rfind('.'));
-    std::replace_if(name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return !std::isalnum(c); }, '_');
     return name;
 }
 

@@ -24,7 +24,8 @@ Object* HandlerCompiler::finish(Object* name, Object* tree, Object* parameters, 
     if (mCode.overflowed())
         fail(errOSAInternalTableOverflow, u"Internal table overflow.", tree);
     std::vector<Object*> locals = mScope.names();
-    return mStore.block(closure ? block::Closure : block::Handler, {name, tree, parameters, labels, mStore.vector(locals), mCode.literals(), mCode.bytes()});
+    return mStore.block(closure ? block::Closure : block::Handler,
+                        {name, tree, parameters, labels, mStore.vector(locals), mCode.literals(), mCode.bytes()});
 }
 
 /// The name of the local that holds a parameter or a pattern's variable.
@@ -177,7 +178,8 @@ Object* HandlerCompiler::compileInitialiser(Object* body, bool withRunHandler) {
     if (!loose.empty() && !failed()) {
         Object* name = mStore.event(kRunEvent);
         if (mScope.contains(*name)) {
-            fail(-2789, u"The run handler is specified more than once, or there were top-level commands in addition to the run handler.", loose.front());
+            fail(-2789, u"The run handler is specified more than once, or there were top-level commands in addition to the run handler.",
+                 loose.front());
         } else if (!withRunHandler) {
             fail(OSASyntaxError, u"Expected a definition.", loose.front());
         } else {

@@ -40,8 +40,8 @@ constexpr OperatorRow kBinaryOperators[] = {
 
 /// Properties of the AppleScript object that scripts may use everywhere without "of AppleScript".
 bool isLanguageProperty(FourCharCode code) {
-    constexpr FourCharCode kCodes[] = {"ascr"_4cc, "rslt"_4cc, "ret "_4cc, "tab "_4cc, "spac"_4cc, "lnfd"_4cc, "quot"_4cc,
-                                       "pi  "_4cc, "min "_4cc, "hour"_4cc, "days"_4cc, "week"_4cc};
+    constexpr FourCharCode kCodes[] = {"ascr"_4cc, "rslt"_4cc, "ret "_4cc, "tab "_4cc, "spac"_4cc, "lnfd"_4cc,
+                                       "quot"_4cc, "pi  "_4cc, "min "_4cc, "hour"_4cc, "days"_4cc, "week"_4cc};
     return std::find(std::begin(kCodes), std::end(kCodes), code) != std::end(kCodes);
 }
 

@@ -190,10 +190,14 @@ void HandlerCompiler::test(Object* node) {
         Opcode opcode;
     };
     static constexpr Row kTests[] = {
-        {NodeKind::Equal, Opcode::TestEqual},           {NodeKind::NotEqual, Opcode::TestNotEqual},
-        {NodeKind::Greater, Opcode::TestGreater},       {NodeKind::GreaterOrEqual, Opcode::TestGreaterOrEqual},
-        {NodeKind::Less, Opcode::TestLess},             {NodeKind::LessOrEqual, Opcode::TestLessOrEqual},
-        {NodeKind::StartsWith, Opcode::TestStartsWith}, {NodeKind::EndsWith, Opcode::TestEndsWith},
+        {NodeKind::Equal, Opcode::TestEqual},
+        {NodeKind::NotEqual, Opcode::TestNotEqual},
+        {NodeKind::Greater, Opcode::TestGreater},
+        {NodeKind::GreaterOrEqual, Opcode::TestGreaterOrEqual},
+        {NodeKind::Less, Opcode::TestLess},
+        {NodeKind::LessOrEqual, Opcode::TestLessOrEqual},
+        {NodeKind::StartsWith, Opcode::TestStartsWith},
+        {NodeKind::EndsWith, Opcode::TestEndsWith},
         {NodeKind::Contains, Opcode::TestContains},
     };
     if (failed())

@@ -86,7 +86,7 @@ private:
     class Callback;
     struct Slot {
         Value value;
-        std::string location;                          // file of the script ("fref"); empty when unknown
+        std::string location; // file of the script ("fref"); empty when unknown
         // at the time when its changes began to be watched ("modi"); nullopt when they are not
         std::optional<std::uint64_t> fingerprint = {};
     };

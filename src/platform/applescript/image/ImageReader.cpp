@@ -188,7 +188,8 @@ Object* Reader::readTextBlock(const Header& header) {
         return nullptr;
     std::u16string text(raw->bytes.size() / 2, u'\0');
     for (std::size_t i = 0; i < text.size(); ++i)
-        text[i] = static_cast<char16_t>(static_cast<unsigned char>(raw->bytes[2 * i]) << 8 | static_cast<unsigned char>(raw->bytes[2 * i + 1]));
+        text[i] =
+            static_cast<char16_t>(static_cast<unsigned char>(raw->bytes[2 * i]) << 8 | static_cast<unsigned char>(raw->bytes[2 * i + 1]));
     return remember(header.reference, mStore.text(text));
 }
 
@@ -205,7 +206,8 @@ Object* Reader::readIdentifier(const Header& header) {
 Object* Reader::readOldText(const Header& header) {
     std::uint16_t textSize, styleSize;
     std::string_view bytes, style;
-    if (!take(textSize) || !take(textSize, bytes) || !take(styleSize) || !take(styleSize, style) || std::size_t(header.size) != 4u + textSize + styleSize)
+    if (!take(textSize) || !take(textSize, bytes) || !take(styleSize) || !take(styleSize, style) ||
+        std::size_t(header.size) != 4u + textSize + styleSize)
         return nullptr;
     Object* text = mStore.text(utf16FromMacRoman(bytes));
     text->flags = 1;

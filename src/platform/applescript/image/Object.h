@@ -96,7 +96,9 @@ public:
     Object* list(std::initializer_list<Object*> items) { return list(std::span(items.begin(), items.size())); }
     Object* record(std::span<Object* const> keysAndValues);
     Object* block(std::uint8_t tag, std::span<Object* const> children);
-    Object* block(std::uint8_t tag, std::initializer_list<Object*> children) { return block(tag, std::span(children.begin(), children.size())); }
+    Object* block(std::uint8_t tag, std::initializer_list<Object*> children) {
+        return block(tag, std::span(children.begin(), children.size()));
+    }
     Object* vector(std::span<Object* const> children);
     Object* node(std::uint8_t tag, std::span<Object* const> children, std::uint16_t flags = 0);
     Object* node(std::uint8_t tag, std::initializer_list<Object*> children, std::uint16_t flags = 0) {

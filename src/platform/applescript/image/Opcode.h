@@ -12,13 +12,13 @@ namespace quoddle {
 
 enum class Operands : std::uint8_t {
     None,
-    Literal,        // index of a literal
-    Local,          // index of a local variable
-    Scope,          // depth, index
-    Branch,         // offset
-    TwoLiterals,    // message variable, pattern
-    PackedLocal,    // index of a local variable, in the low 4 bits of the operation code
-    PackedLiteral,  // index of a literal, likewise
+    Literal,       // index of a literal
+    Local,         // index of a local variable
+    Scope,         // depth, index
+    Branch,        // offset
+    TwoLiterals,   // message variable, pattern
+    PackedLocal,   // index of a local variable, in the low 4 bits of the operation code
+    PackedLiteral, // index of a literal, likewise
 };
 
 // X(name, code, operands, values taken, values left). A count of -1 means that the integer on top of the stack gives the number.

@@ -93,8 +93,8 @@ struct CommandRow {
 };
 /// The language's own commands. "continue run" and "continue idle" go to the application.
 constexpr CommandRow kCommands[] = {
-    {"ascr"_4cc, "cmnt"_4cc, log, true},      {"misc"_4cc, "curd"_4cc, currentDate, true}, {"syso"_4cc, "dela"_4cc, delay, true},
-    {"core"_4cc, "getd"_4cc, get, true},      {"core"_4cc, "cnte"_4cc, count, true},       {"aevt"_4cc, "oapp"_4cc, run, false},
+    {"ascr"_4cc, "cmnt"_4cc, log, true},        {"misc"_4cc, "curd"_4cc, currentDate, true}, {"syso"_4cc, "dela"_4cc, delay, true},
+    {"core"_4cc, "getd"_4cc, get, true},        {"core"_4cc, "cnte"_4cc, count, true},       {"aevt"_4cc, "oapp"_4cc, run, false},
     {"misc"_4cc, "idle"_4cc, doNothing, false},
 };
 

@@ -67,7 +67,7 @@ reload : {
     r = frame.registers;
     pc = frame.next;
 }
-    goto* pc->go;
+    goto * pc->go;
 
 op_Move:
     r[pc->a] = r[pc->b];
@@ -97,23 +97,23 @@ op_CheckResult:
     NEXT();
 
     // Arithmetic on whole numbers that stay in range and on reals is done here, all else in language/.
-#define ARITHMETIC(name, integers, reals, slow, right)                                                                                               \
-    op_##name : {                                                                                                                                    \
-        const Value x = r[pc->b], y = right;                                                                                                         \
-        if (Value::areIntegers(x, y)) {                                                                                                              \
-            const std::int64_t whole = integers;                                                                                                     \
-            if (fitsInteger(whole)) {                                                                                                                \
-                r[pc->a] = Value::integer(static_cast<std::int32_t>(whole));                                                                         \
-                NEXT();                                                                                                                              \
-            }                                                                                                                                        \
-        } else if (x.isNumber() && y.isNumber()) {                                                                                                   \
-            const double result = reals;                                                                                                             \
-            if (std::isfinite(result)) {                                                                                                             \
-                r[pc->a] = Value::real(result);                                                                                                      \
-                NEXT();                                                                                                                              \
-            }                                                                                                                                        \
-        }                                                                                                                                            \
-        STORE_OR_RAISE(language::slow(machine, x, y));                                                                                               \
+#define ARITHMETIC(name, integers, reals, slow, right)                                                                                     \
+    op_##name : {                                                                                                                          \
+        const Value x = r[pc->b], y = right;                                                                                               \
+        if (Value::areIntegers(x, y)) {                                                                                                    \
+            const std::int64_t whole = integers;                                                                                           \
+            if (fitsInteger(whole)) {                                                                                                      \
+                r[pc->a] = Value::integer(static_cast<std::int32_t>(whole));                                                               \
+                NEXT();                                                                                                                    \
+            }                                                                                                                              \
+        } else if (x.isNumber() && y.isNumber()) {                                                                                         \
+            const double result = reals;                                                                                                   \
+            if (std::isfinite(result)) {                                                                                                   \
+                r[pc->a] = Value::real(result);                                                                                            \
+                NEXT();                                                                                                                    \
+            }                                                                                                                              \
+        }                                                                                                                                  \
+        STORE_OR_RAISE(language::slow(machine, x, y));                                                                                     \
     }
     ARITHMETIC(Add, std::int64_t(x.uncheckedInteger()) + y.uncheckedInteger(), x.asNumber() + y.asNumber(), add, r[pc->c])
     ARITHMETIC(AddConstant, std::int64_t(x.uncheckedInteger()) + y.uncheckedInteger(), x.asNumber() + y.asNumber(), add, k[pc->c])
@@ -161,7 +161,7 @@ op_Concatenate : {
     STORE_OR_RAISE(language::concatenate(machine, x, y));
 }
 
-    // Comparisons, by themselves and together with the branch that follows them.
+// Comparisons, by themselves and together with the branch that follows them.
 #define COMPARISON(name, operation)                                                                                                        \
     op_##name : {                                                                                                                          \
         const Value x = r[pc->b], y = r[pc->c];                                                                                            \
@@ -288,7 +288,8 @@ op_RepeatInRange : {
             GO(base + pc->target());
         r[pc->b] = loop[0];
         const std::int64_t following = std::int64_t(from) + by;
-        loop[0] = fitsInteger(following) ? Value::integer(static_cast<std::int32_t>(following)) : Value::real(static_cast<double>(following));
+        loop[0] =
+            fitsInteger(following) ? Value::integer(static_cast<std::int32_t>(following)) : Value::real(static_cast<double>(following));
         NEXT();
     }
     SAVE();
@@ -532,7 +533,7 @@ op_CallMine : {
         base = pc = code->instructions.data();
         k = code->constants.data();
         r = registers;
-        goto* pc->go;
+        goto * pc->go;
     }
     if (!self->enter(callee, registers, pc->b, false))
         goto raised;

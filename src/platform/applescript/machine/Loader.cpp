@@ -449,7 +449,8 @@ Object* Saver::saveScript(Script* script) {
     saved->children[block::kScriptName] = saveValue(script->name);
     if (script->tree && !mRunOnly)
         saved->children[block::kScriptTree] = const_cast<Object*>(script->tree);
-    saved->children[block::kScriptParent] = script->parent.isUndefined() ? saveValue(Value::object(mMachine.appleScript())) : saveValue(script->parent);
+    saved->children[block::kScriptParent] =
+        script->parent.isUndefined() ? saveValue(Value::object(mMachine.appleScript())) : saveValue(script->parent);
     for (std::size_t i = 0; i < script->slots.size(); ++i) {
         names->children[i] = saveValue(script->layout->names[i]);
         table->children[i + 2] = saveValue(script->slots[i]);

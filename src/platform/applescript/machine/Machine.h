@@ -27,7 +27,7 @@ namespace quoddle::machine {
 /// An error, as a script catches it and as its caller gets it.
 struct ScriptError {
     OSStatus number = noErr;
-    Value message; // a text, or undefined
+    Value message;      // a text, or undefined
     Value briefMessage; // without the name of the application that sent the error; undefined when it is the same as the message
     Value offending;
     Value partialResult;

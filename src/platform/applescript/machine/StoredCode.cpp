@@ -55,9 +55,9 @@ std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view byte
         StoredInstruction instruction{kTable.opcodes[byte], static_cast<std::uint32_t>(at)};
         indexAt[at] = static_cast<std::int32_t>(code.size());
         const bool isPacked = info.operands == Operands::PackedLocal || info.operands == Operands::PackedLiteral;
-        const std::size_t words = isPacked || info.operands == Operands::None ? 0
+        const std::size_t words = isPacked || info.operands == Operands::None                                  ? 0
                                   : info.operands == Operands::Scope || info.operands == Operands::TwoLiterals ? 2
-                                                                                                              : 1;
+                                                                                                               : 1;
         if (bytes.size() - at < 1 + 2 * words)
             return std::nullopt;
         if (isPacked)

@@ -12,9 +12,9 @@
 namespace quoddle::machine {
 
 struct StoredInstruction {
-    Opcode opcode;         // of a packed instruction the code without the operand bits
+    Opcode opcode; // of a packed instruction the code without the operand bits
     std::uint32_t offset;
-    std::int32_t first = 0;  // an index, a depth, or the branch target as an index of instructions
+    std::int32_t first = 0; // an index, a depth, or the branch target as an index of instructions
     std::int32_t second = 0;
 };
 

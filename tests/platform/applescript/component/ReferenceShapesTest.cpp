@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every shape of a reference with operands of every kind, most of which make no sense. Each must give a result or an error, and the same one each time:
-// a result that changes from run to run was made of the bits of a pointer.
+// Every shape of a reference with operands of every kind, most of which make no sense. Each must give a result or an error, and the same
+// one each time: a result that changes from run to run was made of the bits of a pointer.
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/osa/OSA.h"
 

@@ -35,10 +35,19 @@ TEST(Image, KeepsEveryKindOfObject) {
     Object* old = store.text(u"oldé");
     old->flags = 1;
     const std::string bytes = written(scriptWith(store, {
-                                                            store.integer(-5), store.integer(100000), store.real(1.5), store.code("pnam"_4cc),
-                                                            store.constant("boov"_4cc, "true"_4cc), store.identifier("name", "Name"), store.text(longText), old,
-                                                            store.data(13, "ldt 12345678"), store.list(many), store.list({}),
-                                                            store.record(std::vector<Object*>{store.code("aaaa"_4cc), store.integer(1)}), store.raw("\x01\x02"),
+                                                            store.integer(-5),
+                                                            store.integer(100000),
+                                                            store.real(1.5),
+                                                            store.code("pnam"_4cc),
+                                                            store.constant("boov"_4cc, "true"_4cc),
+                                                            store.identifier("name", "Name"),
+                                                            store.text(longText),
+                                                            old,
+                                                            store.data(13, "ldt 12345678"),
+                                                            store.list(many),
+                                                            store.list({}),
+                                                            store.record(std::vector<Object*>{store.code("aaaa"_4cc), store.integer(1)}),
+                                                            store.raw("\x01\x02"),
                                                         }));
     ASSERT_FALSE(bytes.empty());
     EXPECT_EQ(bytes.size() % 2, 0u);
@@ -105,7 +114,7 @@ TEST(Image, RefusesWhatIsNoCompiledScript) {
         {with(0, "FasdXXXX"), errOSACorruptData},
         {with(8, "0.900.90"), errOSADataFormatObsolete},
         {with(12, "1.20"), errOSADataFormatTooNew},
-        {with(16, std::string("\x05", 1)), errOSACorruptData},         // unknown kind of record
+        {with(16, std::string("\x05", 1)), errOSACorruptData},           // unknown kind of record
         {with(16, std::string("\x03\0\0\0\x07", 5)), errOSACorruptData}, // the root is a number
     };
     for (const auto& row : kCases) {
@@ -136,7 +145,8 @@ TEST(Image, BoundsWhatSharedTailsCost) {
     // 20,000 lists that all end in the cells of the first, which has 20,000.
     std::string bytes = "FasdUAS 1.101.10";
     const auto put = [&](int kind, int reference, int size) {
-        bytes += {static_cast<char>(kind), static_cast<char>(reference >> 8), static_cast<char>(reference), static_cast<char>(size >> 8), static_cast<char>(size)};
+        bytes += {static_cast<char>(kind), static_cast<char>(reference >> 8), static_cast<char>(reference), static_cast<char>(size >> 8),
+                  static_cast<char>(size)};
     };
     const auto put16 = [&](int value) { bytes += {static_cast<char>(value >> 8), static_cast<char>(value)}; };
     put(0x0E, 0, 2000);
