@@ -147,6 +147,7 @@ void DropFilesView::setSelected(bool selected) {
 NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
     if (isFinishingDrop())
         return NSDragOperation::none;
+    AppDelegate::instance()->setDragging(true);
     setSelected(true);
     mVerdictIsSeen.stop();
     forgetJudgement();
@@ -269,6 +270,7 @@ void DropFilesView::draggingExited() {
 }
 
 bool DropFilesView::performDragOperation(const QMimeData& pasteboard) {
+    AppDelegate::instance()->setDragging(false);
     if (mJudgement.isUnderWay) {
         mJudgement.isDropped = true;
         mJudgement.sinceDrop.start();
@@ -284,6 +286,7 @@ void DropFilesView::open(const QStringList& filenames) {
 }
 
 void DropFilesView::draggingEnded() {
+    AppDelegate::instance()->setDragging(false);
     if (mJudgement.isUnderWay) // dropped before the verdict, which ends it
         return;
     mVerdictIsSeen.stop();

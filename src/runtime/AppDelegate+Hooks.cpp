@@ -105,7 +105,7 @@ void AppDelegate::hookDidYield() {
 }
 
 void AppDelegate::offerToStopHook() {
-    if (!mParts.hookStopper)
+    if (!mParts.hookStopper || mIsDragging)
         return;
     if (isDisplayingPanel() && !_isRespondingToScript()) { // the hook asks the user: the time begins with the answer
         mHookBegin = mParts.performs->now();

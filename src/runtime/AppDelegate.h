@@ -91,6 +91,9 @@ public:
     int hookDepth() const;
     /// Stops the hook that began when so many others were under way. Without it nothing happens.
     void stopHook(int depth);
+    /// While something is dragged over a window no panel offers to stop a hook: under the pointer it would end the drag, and with the drag
+    /// the hook. Leaving the window stops the hook as well.
+    void setDragging(bool dragging) { mIsDragging = dragging; }
     /// "appletsearchname" and "appletdropname", else the localised "DefaultFindFilesPrompt" and "DefaultDropFilesPrompt".
     QString appletSearchPrompt();
     QString appletDropPrompt();
@@ -251,6 +254,7 @@ private:
     bool mIsJudgingFiles = false;                           // further up on the stack
     int mJudgingDepth = 0;                                  // of the hooks that judge them
     HookCall* mHook = nullptr;                              // the innermost of the hooks on the stack
+    bool mIsDragging = false;                               // over a window of the applet
     double mHookBegin = 0;                                  // of the outermost one, by the clock of the performs
     bool mHookWasStopped = false;                           // the last one that has ended
     std::recursive_mutex mObjectLock;                       // scriptDidYield's; the main thread only ever tries it

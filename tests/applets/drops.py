@@ -9,6 +9,7 @@ Pictures are left in the folder that QUODDLE_ARTEFACTS names, if any.
 import os
 import select
 import subprocess
+import time
 
 import accessibility
 import harness
@@ -331,9 +332,8 @@ end appletfileisacceptable
         source = DragSource(self, "files", slow)
         source.begin()
         source.move(place)
-        self.find("Waiting for the script", "progress bar")
+        until(lambda: applet.said("asked"), "the script to be asked")
         source.move(self.outside())
-        until(lambda: not self.shown("Waiting for the script"), "the hook to end")
         source.let_go("none")
         self.becomes(plain, place)
         applet.rests()
@@ -350,6 +350,26 @@ end appletfileisacceptable
         applet = self.start_droplet("Early", OPENING + slow)
         file, = self.files("a.txt")
         DragSource(self, "files", file).drop(self.drop_zone())
+        until(lambda: self.opened(applet) == [[file]], "the file that was dropped")
+
+    def test_a_slow_hook_does_not_disturb_the_hand(self):
+        slow = """
+            on appletfileisacceptable(f)
+                do shell script "echo asked >> FOLDER/asked; sleep 2.5"
+                return true
+            end appletfileisacceptable"""
+        applet = self.start_droplet("Patient", OPENING + slow)
+        file, = self.files("a.txt")
+        x, y = self.drop_zone()
+        source = DragSource(self, "files", file)
+        source.begin()
+        source.move((x, y))
+        until(lambda: applet.said("asked"), "the script to be asked")
+        time.sleep(1.5)  # longer than a hook may take in silence
+        self.assertIsNone(self.shown("Waiting for the script"))
+        source.xdotool("mousemove", x + 2, y)
+        source.xdotool("mouseup", 1)
+        source.says("copy")
         until(lambda: self.opened(applet) == [[file]], "the file that was dropped")
 
     # Modes
