@@ -14,8 +14,8 @@ on open theFiles
 		set thePath to POSIX path of aFile
 		set progress description to "Opening " & thePath
 		try
-			-- The program goes on when this applet has ended.
-			do shell script "setsid -f xdg-open " & quoted form of thePath & " > /dev/null 2>&1"
+			-- The program goes on when this applet has ended, so nothing more is heard of it.
+			do shell script "command -v xdg-open && setsid -f xdg-open " & quoted form of thePath & " > /dev/null 2>&1"
 		on error
 			error "“" & thePath & "” could not be opened: the program “xdg-open” is missing. Install the package “xdg-utils”." number 501
 		end try

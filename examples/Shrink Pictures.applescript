@@ -89,14 +89,16 @@ on countedPictures(n)
 	return (n as text) & " pictures"
 end countedPictures
 
+-- The path of a folder ends with the separator.
 on nameOf(thePath)
+	if thePath ends with "/" and thePath is not "/" then set thePath to text 1 thru -2 of thePath
 	return last item of partsOf(thePath, "/")
 end nameOf
 
 -- In a name without a dot there is none.
 on endingOf(thePath)
 	set parts to partsOf(nameOf(thePath), ".")
-	if (count parts) is 1 then return ""
+	if (count parts) < 2 then return ""
 	return last item of parts
 end endingOf
 
