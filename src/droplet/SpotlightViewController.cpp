@@ -411,7 +411,8 @@ void SpotlightViewController::viewDidDisappear() {
 
 void SpotlightViewController::viewDidAppear() {
     mIsSuspended = false;
-    mNextSlice.start(0);
+    if (!mContentTerms.isEmpty())
+        mNextSlice.start(0);
 }
 
 void SpotlightViewController::doQuickLook() {
