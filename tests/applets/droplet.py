@@ -36,6 +36,8 @@ class Droplet(accessibility.AccessibleCase):
         applet.picture("droplet-drop")
         self.press(self.find("Find files"))
         self.find("Search", "text")
+        applet.rests()
+        self.assertIsNone(self.shown("0 found"))
         applet.xdotool("type", "report")
         self.find("3 found", "label")
         applet.picture("droplet-found")
