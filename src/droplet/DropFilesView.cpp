@@ -286,7 +286,8 @@ void DropFilesView::open(const QStringList& filenames) {
 }
 
 void DropFilesView::draggingEnded() {
-    AppDelegate::instance()->setDragging(false);
+    if (AppDelegate* delegate = AppDelegate::instance()) // the window may outlive it
+        delegate->setDragging(false);
     if (mJudgement.isUnderWay) // dropped before the verdict, which ends it
         return;
     mVerdictIsSeen.stop();
