@@ -85,7 +85,7 @@ QByteArray withFewPictures(QByteArray tiff) {
     return tiff;
 }
 
-/// What of a file of some kind is handed to its decoder.
+/// The bytes that the decoder gets: those of the file, less the parts that would cost it too much.
 QByteArray checked(const QByteArray& bytes) {
     if (bytes.startsWith("icns") && bytes.size() > 8)
         return checkedIcon(bytes);

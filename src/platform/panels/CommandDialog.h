@@ -26,7 +26,7 @@ enum class Manner { standard, applet };
 /// Whom a command is answered for.
 struct Asker {
     Manner manner = Manner::standard;
-    /// Where pictures are found by name, and where types of files may be declared. May be null.
+    /// The bundle whose pictures a command may name and whose types of files count. May be null.
     std::shared_ptr<NSBundle> bundle = {};
 };
 
@@ -34,7 +34,7 @@ struct Asker {
 constexpr int kGaveUp = 0;
 
 struct CommandDialog {
-    /// What is wrong with the parameters: nothing is shown.
+    /// A fault in the parameters; with one, no dialog is shown.
     std::optional<CommandError> error = {};
     /// Whatever must live as long is owned with it. Null where there is an error.
     std::shared_ptr<QDialog> dialog = {};

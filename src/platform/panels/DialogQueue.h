@@ -37,7 +37,7 @@ public:
         /// Gets the filled reply, once.
         std::function<void(const AEDesc& reply)> completion;
         Host* host = nullptr;
-        /// Nobody waits for the answer any more; asked again whenever the process's waits are woken. May be empty.
+        /// True when nobody waits for the answer any more. Asked whenever wakeWaits() is called. May be empty.
         std::function<bool()> isAbandoned = {};
     };
 

@@ -8,8 +8,8 @@ namespace quoddle {
 
 namespace {
 
-/// Where to begin: nothing given is no error. To an applet only what is a file says where; another one takes paths as well, and what names
-/// no file is a fault, unless it is an alias, for scripts bring those that other computers have stored in them.
+/// The default location may be missing. An applet's dialog takes files alone and ignores the rest. A standard dialog takes paths as well,
+/// and refuses what names no file, unless that is an alias: compiled scripts bring aliases of files on other computers.
 std::optional<CommandError> readLocation(const AEDesc& event, Manner manner, QString& defaultLocation) {
     const AEDesc* given = event.find("dflc"_4cc);
     if (!given || (manner == Manner::applet && !AEIsFile(*given)))
