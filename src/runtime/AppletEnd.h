@@ -25,7 +25,7 @@ public:
 
     enum class Happening : std::uint8_t {
         wish,               ///< the applet wants to end
-        workDone,           ///< so it does, when the other applications have their answers
+        workDone,           ///< the applet wants to end once the other applications have their answers
         answersMayHaveCome, ///< to other applications, or a handler has ended
         signal,
         stop,             ///< the user has pressed Stop, or closed the window
@@ -41,7 +41,7 @@ public:
         quitRefused
     };
 
-    /// What the host is asked; bits.
+    /// Facts that decide which row counts; the host answers them, each a bit.
     enum Fact : std::uint16_t {
         dialogIsUp = 1 << 0,
         isResponding = 1 << 1, ///< a handler runs or waits to
@@ -53,7 +53,7 @@ public:
         othersWait = 1 << 7, ///< for answers. Asked once for a happening at most, and only where it matters
         userClosedWindow = 1 << 8,
         staysWithoutWindow = 1 << 9,
-        // Known here:
+        // Facts that this class knows itself:
         quitWaits = 1 << 10,   ///< the framework has been answered "later"
         endIsCertain = 1 << 11 ///< the user has been told of an error that ends the applet
     };
@@ -66,12 +66,12 @@ public:
         stopHandler,
         askQuitHandler, ///< nothing when there is none
         tellRefusal,    ///< the framework and the window, that the applet goes on
-        // What the question is answered:
+        // Answers to the question:
         allow,
         refuse,
         stopHandlerFirst, ///< "later"
         askQuitHandlerFirst,
-        // What the framework is told when the handler has ended for which the question had to wait:
+        // Later answers to the framework, when the handler has ended for which the question had to wait:
         grant,
         goOn,
         goOnAndAskAgain, ///< the handler did not refuse, and the signal still counts

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the URL of a file leads to: the file itself, and its resource values, as predicates ask for them.
+// The URL of a file: the path of an existing one, and its resource values, as predicates ask for them.
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the operators mean, for every kind of value. The interpreter computes with small integers and reals itself and comes here for the
-// rest.
+// The meaning of the operators for every kind of value. The interpreter computes with small integers and reals itself and comes here for
+// the rest.
 //
 // Each function that answers a Value answers failure when it has raised an error in the machine. Operands may be references, which are
 // followed.

@@ -54,7 +54,7 @@ private:
     void defineHandler(const Instruction& instruction, Value* registers);
     bool defineParent(Value value, Value property);
     void consider(Value considered, Value ignored);
-    /// What a loop does after looking at its counter.
+    /// The step of a loop after its counter was looked at.
     enum class Turn { Next, Done, Failed };
     Turn nextInRange(Value* loop, Value& variable);
     Turn nextInCollection(Value* loop, Value& variable);

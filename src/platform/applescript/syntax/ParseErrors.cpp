@@ -99,7 +99,7 @@ Object* Parser::expected(std::u16string_view what) {
                     u"Expected " + std::u16string(found.text) + u" but found " + (isUnended ? u"end of script." : u"unknown token."),
                     SourceRange{isUnended ? found.end : found.start, found.end});
     }
-    // Where a literal follows a name, the name is more likely a command that no dictionary has.
+    // A name with a literal behind it is most likely a command that no dictionary has.
     if (mAt > 0 && isValueToken(found) && isValueToken(mTokens[mAt - 1])) {
         bool afterName = mTokens[mAt - 1].word != nullptr;
         if (!afterName || found.word) {

@@ -29,7 +29,7 @@ struct ParameterTerm {
     FourCharCode type = 0;
 };
 
-/// What compiled scripts store of a command beside its codes, and its parameters.
+/// The parts of a command, beside its codes, that compiled scripts store, and its parameters.
 struct EventTerm {
     FourCharCode replyType = 0;
     std::uint32_t replyFlags = 0;

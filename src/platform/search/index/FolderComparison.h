@@ -11,12 +11,12 @@ namespace quoddle {
 
 class FolderComparison {
 public:
-    /// What is known of the folder now. `names` must last until the next begin(); entries are added to and removed from the folder by
-    /// whoever compares, and by nobody else.
+    /// Starts with the entries that the folder has now. `names` must last until the next begin(); only the one who compares may add
+    /// entries to the folder or remove them until then.
     void begin(FileNames& names, FileNames::Folder folder);
     /// The entry of a name that was read; nothing when the name is new.
     std::optional<FileNames::Entry> take(std::string_view name);
-    /// What was known and has not been read.
+    /// The entries that were known and have not been read.
     std::vector<FileNames::Entry> gone() const;
 
 private:

@@ -49,7 +49,7 @@ private:
 /// As FolderReader::mark() has it, of a folder that is not opened; kUnsettled when it cannot be reached.
 FolderMark markOfFolder(const std::string& path);
 
-/// What this process may do in a folder by its permissions and those of the folders above.
+/// The rights of this process in a folder, by its permissions and those of the folders above.
 enum class FolderAccess : std::uint8_t {
     none,
     names, // read them, and not reach what bears them

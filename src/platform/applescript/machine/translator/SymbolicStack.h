@@ -18,7 +18,7 @@ struct Entry {
     std::int32_t producer = -1;  // the instruction that set the register; -1 when unknown
 };
 
-/// What is kept of the entries where paths of execution meet: each is a register or a saved state.
+/// The stack as it is kept where paths of execution meet: each entry is a register or a saved state.
 using Shape = std::vector<std::uint16_t>;
 
 /// All methods throw Corruption when the stack does not hold what they need.
