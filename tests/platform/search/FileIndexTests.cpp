@@ -110,6 +110,29 @@ TEST_F(FileIndexTest, LooksAgainWhereThereAreNoWatches) {
     EXPECT_TRUE(found.isFollowed);
 }
 
+TEST_F(FileIndexTest, TheSearchedFolderGoesAndComesBack) {
+    FileIndex index({SIZE_MAX, std::chrono::hours(1), std::chrono::milliseconds(20)});
+    Found found(index, mFolder.filePath(u"above/top"_s), u"kMDItemFSName LIKE 'x*'"_s);
+    ASSERT_TRUE(found.becomes({}));
+    make(u"above/top/below/x1"_s);
+    EXPECT_TRUE(found.becomes({u"x1"_s})) << "made while it is searched";
+    const auto rename = [this](const QString& from, const QString& to) {
+        EXPECT_TRUE(QDir().rename(mFolder.filePath(from), mFolder.filePath(to)));
+    };
+    for (const QString& moved : {u"above"_s, u"above/top"_s}) {
+        rename(moved, moved + u'2');
+        EXPECT_TRUE(found.becomes({})) << moved.toStdString();
+        rename(moved + u'2', moved);
+        EXPECT_TRUE(found.becomes({u"x1"_s})) << moved.toStdString();
+    }
+    rename(u"above/top"_s, u"away"_s);
+    make(u"above/top/x2"_s);
+    EXPECT_TRUE(found.becomes({u"x2"_s})) << "another one in its place";
+    EXPECT_TRUE(QDir(mFolder.filePath(u"above/top"_s)).removeRecursively());
+    make(u"above/top"_s);
+    EXPECT_TRUE(found.becomes({})) << "a file in its place";
+}
+
 TEST_F(FileIndexTest, HearsOfPermissions) {
     const WithoutPrivileges withoutPrivileges(mFolder.path().toStdString());
     make(u"x"_s);

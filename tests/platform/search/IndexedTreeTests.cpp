@@ -32,7 +32,7 @@ public:
     Tree(const std::string& path, std::size_t mostWatches)
         : mWatches(mostWatches), tree(0, path, mWatches, [this](FileNames::Entry entry) { mSearch.willRemove(tree, entry); }),
           mSearch(nullptr, {}, {&tree}, mFound) {
-        tree.begin();
+        tree.lookAtTop();
     }
 
     void readSome() {

@@ -60,8 +60,10 @@ private:
     IndexedTree* treeFor(const QString& folder);
     bool readFolders();
     void readEvents();
+    void lookAtTops();
     void lookAgain();
     void compact();
+    int millisecondsToWait() const;
     void wait();
     bool isAnyTree(bool (IndexedTree::*what)() const) const;
     bool isAllFollowed() const;
@@ -76,7 +78,7 @@ private:
     FolderWatches mWatches;
     std::vector<std::unique_ptr<IndexedTree>> mTrees;
     std::vector<std::unique_ptr<IndexSearch>> mSearches;
-    Clock::time_point mEventsReadAt, mHeardAt, mLookedAgainAt = Clock::now();
+    Clock::time_point mEventsReadAt, mHeardAt, mLookedAtTopsAt, mLookedAgainAt = Clock::now();
     bool mIsMatching = false; // a search has not come to the end of what is known
     bool mHasSaidRunOut = false;
 
@@ -88,6 +90,7 @@ void FileIndex::Worker::run() {
         readEvents(); // before a search begins, which may concern a folder that has gone and come back
         takeRequests();
         std::erase_if(mSearches, [](const auto& search) { return search->isCancelled(); });
+        lookAtTops();
         bool isBusy = readFolders();
         lookAgain();
         compact();
@@ -114,7 +117,7 @@ void FileIndex::Worker::takeRequests() {
         std::vector<const IndexedTree*> trees;
         for (const QString& folder : request.folders) {
             IndexedTree* tree = treeFor(folder);
-            tree->begin();
+            tree->lookAtTop();
             if (std::find(trees.begin(), trees.end(), tree) == trees.end())
                 trees.push_back(tree);
         }
@@ -149,8 +152,9 @@ bool FileIndex::Worker::readFolders() {
     (*reading)->readSome();
     if (mWatches.hasRunOut() && !mHasSaidRunOut) {
         mHasSaidRunOut = true;
-        NSLog(QStringLiteral(
-            "search: the system has no more watches for folders (fs.inotify.max_user_watches); changes in some are seen late"));
+        const auto limit = mWatches.descriptor() < 0 ? QStringLiteral("instances") : QStringLiteral("watches");
+        NSLog(QStringLiteral("search: the system has no more watches for folders (fs.inotify.max_user_%@); changes in some are seen late"),
+              {limit});
     }
     return true;
 }
@@ -171,6 +175,15 @@ void FileIndex::Worker::readEvents() {
     if (isLost)
         for (const auto& tree : mTrees)
             tree->lookAgain(true);
+}
+
+void FileIndex::Worker::lookAtTops() {
+    const Clock::time_point now = Clock::now();
+    if (mSearches.empty() || now - mLookedAtTopsAt < mOptions.lookAtTopsAfter)
+        return;
+    for (const auto& tree : mTrees)
+        tree->lookAtTop();
+    mLookedAtTopsAt = now;
 }
 
 void FileIndex::Worker::lookAgain() {
@@ -204,10 +217,20 @@ bool FileIndex::Worker::isAllFollowed() const {
     return std::all_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isFollowed(); });
 }
 
+/// Until something is to be looked at without having been heard of; -1: never.
+int FileIndex::Worker::millisecondsToWait() const {
+    Clock::time_point time = Clock::time_point::max();
+    if (!mSearches.empty())
+        time = mLookedAtTopsAt + mOptions.lookAtTopsAfter;
+    if (!isAllFollowed())
+        time = std::min(time, mLookedAgainAt + mOptions.lookAgainAfter);
+    return time == Clock::time_point::max() ? -1 : millisecondsUntil(time);
+}
+
 void FileIndex::Worker::wait() {
     pollfd waited[] = {{mWakeUp.number(), POLLIN, 0}, {mWatches.descriptor(), POLLIN, 0}};
     if (poll(waited, 1, millisecondsUntil(mHeardAt + kBetweenEvents)) == 0)
-        poll(waited, 2, isAllFollowed() ? -1 : millisecondsUntil(mLookedAgainAt + mOptions.lookAgainAfter));
+        poll(waited, 2, millisecondsToWait());
     eventfd_t count;
     eventfd_read(mWakeUp.number(), &count);
 }

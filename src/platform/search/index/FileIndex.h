@@ -20,6 +20,7 @@ public:
     struct Options {
         std::size_t mostWatches = SIZE_MAX;               // beside the system's limit
         std::chrono::milliseconds lookAgainAfter{30'000}; // in folders for which there are no watches
+        std::chrono::milliseconds lookAtTopsAfter{2'000}; // at the folders that are searched, while a search goes on
     };
 
     explicit FileIndex(const Options& options);

@@ -74,6 +74,13 @@ FolderMark markOfFolder(const std::string& path) {
     return lstat(path.c_str(), &status) == 0 ? markOf(status) : kUnsettled;
 }
 
+std::optional<FolderIdentity> identityOfFolder(const std::string& path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return {};
+    return FolderIdentity{status.st_dev, status.st_ino};
+}
+
 FolderAccess accessToFolder(const std::string& path) {
     const auto may = [&path](int what) { return faccessat(AT_FDCWD, path.c_str(), what, AT_EACCESS) == 0; };
     return may(R_OK | X_OK) ? FolderAccess::all : may(R_OK) ? FolderAccess::names : FolderAccess::none;

@@ -7,8 +7,10 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <sys/types.h>
@@ -48,6 +50,10 @@ private:
 
 /// As FolderReader::mark() has it, of a folder that is not opened; kUnsettled when it cannot be reached.
 FolderMark markOfFolder(const std::string& path);
+
+/// The device and the number of a folder that a path leads to, by links too; nothing when it leads to none.
+using FolderIdentity = std::pair<dev_t, ino_t>;
+std::optional<FolderIdentity> identityOfFolder(const std::string& path);
 
 /// The rights of this process in a folder, by its permissions and those of the folders above.
 enum class FolderAccess : std::uint8_t {

@@ -30,11 +30,25 @@ std::string IndexedTree::pathOf(FileNames::Folder folder) const {
     return below.empty() ? mPath + '/' : mPath + '/' + below + '/';
 }
 
-void IndexedTree::begin() {
-    if (mIsTopThere)
+void IndexedTree::lookAtTop() {
+    if (isInFolder())
         return;
-    mIsTopThere = true;
-    mToRead.push_back(FileNames::kTop);
+    const std::optional<FolderIdentity> top = identityOfFolder(pathToOpen(FileNames::kTop));
+    if (top == mTop)
+        return;
+    forgetTop();
+    mTop = top;
+    if (mTop)
+        mToRead.push_back(FileNames::kTop);
+}
+
+/// With all that lies below it.
+void IndexedTree::forgetTop() {
+    forgetFolder(FileNames::kTop);
+    removeContents({FileNames::kTop});
+    mToRead.clear();
+    mToReadAgain.clear();
+    mTop.reset();
 }
 
 /// The top folder may be a link, which the "/" at the end makes the system follow; no other folder may.
@@ -82,10 +96,8 @@ bool IndexedTree::openFolder(FileNames::Folder folder) {
         takeError(folder, error);
         return false;
     }
-    if (isTop) {
+    if (isTop)
         mDevice = mReader.device();
-        mIsTopThere = true;
-    }
     if (mReader.device() != mDevice) {
         mReader.close();
         removeContents({folder});
@@ -105,7 +117,8 @@ bool IndexedTree::openFolder(FileNames::Folder folder) {
 /// Of a folder that cannot be opened.
 void IndexedTree::takeError(FileNames::Folder folder, int error) {
     const bool isTop = folder == FileNames::kTop;
-    mIsTopThere = mIsTopThere && !isTop;
+    if (isTop && mNames.watchOf(folder) < 0)
+        mTop.reset();
     if (error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG) { // for as long as it bears this name
         mUnreadableCount += error == ENAMETOOLONG;
         removeContents({folder});
@@ -175,13 +188,12 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
     if (!mNames.isFolderAlive(folder))
         return;
     if (event.kind == Kind::gone) {
-        forgetFolder(folder);
-        if (folder == FileNames::kTop && mIsTopThere) {
-            removeContents({folder});
-            mToRead.clear();
-            mToReadAgain.clear();
-            mIsTopThere = false;
+        if (folder != FileNames::kTop) {
+            forgetFolder(folder);
+            return;
         }
+        forgetTop();
+        lookAtTop(); // it may have been moved back
         return;
     }
     if (event.kind == Kind::access) {

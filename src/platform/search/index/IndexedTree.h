@@ -36,8 +36,9 @@ public:
     /// Absolute, with "/" at its end.
     std::string pathOf(FileNames::Folder folder) const;
 
-    /// Begins to walk when nothing is known yet, or the top folder was gone.
-    void begin();
+    /// Begins to walk when nothing is known yet, or the path leads to another folder than the known one. When the path leads nowhere all
+    /// that is known is removed. Of what happens to the folders above the top folder no watch tells. Does nothing while isInFolder().
+    void lookAtTop();
     /// Whether there are folders of which nothing has been read.
     bool isWalking() const { return !mToRead.empty() || (mReader.isOpen() && !mIsReadAgain); }
     bool isLookingAgain() const { return !mToReadAgain.empty() || (mReader.isOpen() && mIsReadAgain); }
@@ -78,6 +79,7 @@ private:
     bool keepAccess(FileNames::Folder folder, FolderAccess access);
     void checkAccess(FileNames::Folder folder);
     void checkAccess(FileNames::Folder above, std::string_view name);
+    void forgetTop();
     void report();
 
     const std::uint32_t mNumber;
@@ -86,7 +88,7 @@ private:
     const OnRemove mOnRemove;
 
     FileNames mNames;
-    bool mIsTopThere = false;
+    std::optional<FolderIdentity> mTop; // nothing: to be read as soon as it is there
     dev_t mDevice = 0;
 
     std::deque<FileNames::Folder> mToRead, mToReadAgain;
