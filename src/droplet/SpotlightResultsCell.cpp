@@ -126,7 +126,7 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     painter->setFont(systemFont(kFolderSize));
     const QRectF folderLine = text.adjusted(0, kNameHeight, 0, 0);
     const QString folder =
-        painter->fontMetrics().elidedText(abbreviatedFolder(match->path()), Qt::ElideMiddle, static_cast<int>(text.width()));
+        painter->fontMetrics().elidedText(drawableName(abbreviatedFolder(match->path())), Qt::ElideMiddle, static_cast<int>(text.width()));
     painter->setLayoutDirection(Qt::LeftToRight); // a path reads so in any interface
     painter->drawText(folderLine, (isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine,
                       folder);
@@ -136,7 +136,7 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
 /// Kept on purpose: what matched is yellow-green with black letters in a selected row as well, and the other letters have their colour.
 void SpotlightResultsCell::drawName(QPainter& painter, const QRectF& line, SpotlightMatch& match, const QColor& color) const {
     const QFont font = systemFont(kNameSize);
-    const QString whole = match.previewItemTitle();
+    const QString whole = drawableName(match.previewItemTitle());
     const QString name = QFontMetricsF(font).elidedText(whole, Qt::ElideRight, line.width());
     const qsizetype shown = name == whole ? name.size() : std::max<qsizetype>(name.size() - 1, 0); // without the sign for what is left out
     QList<QTextLayout::FormatRange> formats;

@@ -71,6 +71,23 @@ QString displayNameOfFile(const QString& path) {
     return name.isEmpty() ? path : name;
 }
 
+QString drawableName(QString name) {
+    constexpr char16_t kControlPictures = 0x2400, kNewLinePicture = 0x2424, kDeletePicture = 0x2421;
+    const auto reorders = [](QChar character) { // embeddings and overrides, isolates
+        return (character >= u'\u202A' && character <= u'\u202E') || (character >= u'\u2066' && character <= u'\u2069');
+    };
+    for (QChar& character : name)
+        if (character < u' ')
+            character = QChar(kControlPictures + character.unicode());
+        else if (character == QChar(0x7F))
+            character = kDeletePicture;
+        else if (character == QChar::LineSeparator || character == QChar::ParagraphSeparator || character == QChar(0x85))
+            character = kNewLinePicture;
+        else if (reorders(character))
+            character = QChar::ReplacementCharacter;
+    return name;
+}
+
 bool isFilePackage(const QString& path) {
     return isFilePackage(path, QFileInfo(path).isDir());
 }

@@ -15,6 +15,9 @@ QString typeIdentifierOfFile(const QString& path);
 bool fileConformsToType(const QString& path, const QString& type);
 /// The name that file managers show for a path: its last component, or "/".
 QString displayNameOfFile(const QString& path);
+/// A name or path as it is drawn on one line: characters that would break the line, vanish, or reorder the letters around them (and make
+/// "gpj.exe" look like "exe.jpg") are drawn as signs. As long as `name`, character for character.
+QString drawableName(QString name);
 /// Whether a folder is shown as one thing: by its extension, or because it has Contents/Info.plist. Links are followed. False for files.
 bool isFilePackage(const QString& path);
 /// The same when it is known already whether it is a folder.

@@ -4,6 +4,7 @@
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/StockIcons.h"
+#include "platform/foundation/FileTypes.h"
 
 #include <QEvent>
 #include <QVBoxLayout>
@@ -50,7 +51,7 @@ CardView::CardView(QWidget* parent) : QWidget(parent), mIcon(new QLabel), mName(
 
 void CardView::setFacts(const FileFacts& facts, const QString& notice) {
     mFacts = facts;
-    mName->setText(facts.name);
+    mName->setText(drawableName(facts.name));
     const QStringList lines = facts.lines();
     mLines->setText(lines.join(u'\n'));
     mLines->setVisible(!lines.isEmpty());

@@ -253,7 +253,7 @@ void QLPreviewPanel::refreshCurrentPreviewItem() {
 
 void QLPreviewPanel::updateControls() {
     const QString given = mItem ? mItem->previewItemTitle() : QString();
-    const QString title = mPath.isEmpty() ? u"Preview"_s : given.isEmpty() ? displayNameOfFile(mPath) : given;
+    const QString title = mPath.isEmpty() ? u"Preview"_s : drawableName(given.isEmpty() ? displayNameOfFile(mPath) : given);
     setWindowTitle(title);
     mTitle->setText(mItems > 1 ? u"%1 (%2 of %3)"_s.arg(title).arg(mIndex + 1).arg(mItems) : title);
     for (auto [button, isPossible] : {std::pair(mPrevious, mIndex > 0), std::pair(mNext, mIndex < mItems - 1)}) {

@@ -138,6 +138,17 @@ TEST_F(FileTypes, AreFoundByNameThenByContents) {
     EXPECT_FALSE(isFilePackage(mFolder.filePath(u"flat.app"_s)));
 }
 
+TEST(DrawableName, NothingBreaksTheLineVanishesOrReorders) {
+    for (const auto& [name, drawn] : std::initializer_list<std::pair<QString, QString>>{
+             {u"a\nb\t\x7F.txt"_s, u"a␊b␉␡.txt"_s},
+             {u"a\u2028b\u0085c"_s, u"a␤b␤c"_s},
+             {u"photo\u202Egpj.exe"_s, u"photo\uFFFDgpj.exe"_s},
+             {u"\u2066x\u2069"_s, u"\uFFFDx\uFFFD"_s},
+             {u"שלום السلام é 😀 a\u200Fb"_s, u"שלום السلام é 😀 a\u200Fb"_s},
+         })
+        EXPECT_EQ(drawableName(name), drawn);
+}
+
 TEST_F(FileTypes, AScriptsChoiceLetsThrough) {
     struct {
         QStringList allowed;
