@@ -182,6 +182,8 @@ void HandlerCompiler::variable(Object* name) {
 /// A variable of the script is a property, to which there can be a reference. A variable of the handler gives only its value.
 void HandlerCompiler::referenceTo(Object* node) {
     const Object* inner = unwrapped(node);
+    if (inner->isNode(tagOf(NodeKind::Literal))) // QUIRK: "a reference to 5" is 5; scripts spell constants of frameworks that way
+        return expression(node);
     if (inner->isNode(tagOf(NodeKind::Variable)) && inner->children[0]->kind == ObjectKind::Identifier) {
         const Scope::Place place = placeOf(inner->children[0]);
         const bool isScripts =

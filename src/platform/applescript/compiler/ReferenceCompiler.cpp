@@ -48,6 +48,9 @@ void HandlerCompiler::part(Object* node) {
     case NodeKind::Line:
         part(children[0]);
         break;
+    case NodeKind::Of:
+        withContainer(node);
+        break;
     case NodeKind::Call:
         call(node, Target::OnStack);
         break;

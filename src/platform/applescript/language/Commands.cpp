@@ -4,6 +4,7 @@
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/Frameworks.h"
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/machine/Ticker.h"
 #include "platform/base/DateText.h"
@@ -131,8 +132,8 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
     }
     for (const CommandRow& row : kCommands) {
         const bool isMeant = row.eventClass == event->eventClass && row.eventID == event->eventID && (!continues || row.mayBeContinued);
-        // "current date" is performed here even for an application, which would give the same date.
-        if (isMeant && (!belongsToApplication(direct) || row.perform == &currentDate))
+        // Applications have no log, and the same date.
+        if (isMeant && (!belongsToApplication(direct) || row.perform == &currentDate || row.perform == &log))
             return row.perform(machine, direct, arguments);
     }
     if (Value result; machine.host().perform && machine.host().perform(machine, *event, direct, arguments, result))
@@ -152,6 +153,8 @@ Value performCommand(Machine& machine, Value name, Value direct, Arguments argum
 Value callElsewhere(Machine& machine, Value target, Value name, std::span<const Value> arguments) {
     const Symbol* symbol = as<Symbol>(name);
     const std::u16string words = symbol ? utf16FromUTF8(symbol->spelling) : std::u16string();
+    if (const Specifier* specifier = as<Specifier>(target); specifier && isFrameworkName(*specifier))
+        return noFramework(machine, target);
     if (!belongsToApplication(target) || !symbol)
         return machine.raise(errAEEventNotHandled, inMessage(machine, target) + u" doesn’t understand the “" + words + u"” message.",
                              target);
@@ -171,7 +174,13 @@ Value getFromApplication(Machine& machine, Value specifier) {
     if (holder && isMany(holder->form) && property->a == Value::code("nmbr"_4cc)) // "number of windows" asks for the number of elements
         return send(machine, "core"_4cc, "cnte"_4cc, property->container, {});
     const Heap::Hold hold(machine.heap()); // values that only C++ variables hold are in use while the application is asked
-    return send(machine, "core"_4cc, "getd"_4cc, specifier, {});
+    const Value value = send(machine, "core"_4cc, "getd"_4cc, specifier, {});
+    const OSStatus number = value.isFailure() ? machine.error().number : noErr;
+    if ((number == errAEEventNotHandled || number == errAENoSuchObject) && property && isFrameworkName(*property)) {
+        machine.error() = ScriptError();
+        return makeReference(machine, specifier);
+    }
+    return value;
 }
 
 bool setInApplication(Machine& machine, Value specifier, Value value) {

@@ -7,6 +7,7 @@
 #include "platform/applescript/language/Dates.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/Frameworks.h"
 #include "platform/applescript/language/TextElements.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/base/DateText.h"
@@ -394,6 +395,8 @@ Value getElement(Machine& machine, Value container, Value elementClass, Value in
 
     const FourCharCode code = elementClass.asCode();
     if (is<Script>(container) || is<Application>(container)) {
+        if (isNamedClass(code, index))
+            return frameworkClass(machine, index);
         bool isOne;
         const Value made = madeFromText(machine, code, index, isOne);
         return isOne ? made : cannotGet(machine, specifier(machine, Specifier::Form::Element, container, elementClass, index));

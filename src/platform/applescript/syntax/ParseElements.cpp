@@ -141,7 +141,7 @@ Object* Parser::rangeBound() {
     ScopedFlag labels(mUserLabels, false);
     if (at(Symbol::Minus))
         return index();
-    return possessives();
+    return owned(Place::Value);
 }
 
 /// Parses an ordinal (1st, first, last, some, every) and the class that it picks from.

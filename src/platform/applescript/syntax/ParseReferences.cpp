@@ -24,14 +24,18 @@ Object* Parser::reference() {
         else
             break;
     }
-    // `x exists` is another form of `exists x`.
-    if (atWord("exists") && !atActiveLabel()) {
-        const Term* exists = mTerms.event("core"_4cc, "doex"_4cc);
-        advance();
-        made = node(NodeKind::Call, {eventCode("core"_4cc, "doex"_4cc, exists ? exists->event : nullptr), made, emptyList()},
-                    flags::Postfix, first);
-    }
-    return made;
+    return atActiveLabel() ? made : commandBehind(made, first);
+}
+
+/// `x exists` and `x count` are other forms of `exists x` and `count x`.
+Object* Parser::commandBehind(Object* made, std::size_t firstToken) {
+    const FourCharCode eventID = atWord("exists") ? "doex"_4cc : atWord("count") ? "cnte"_4cc : 0;
+    if (eventID == 0)
+        return made;
+    const Term* term = mTerms.event("core"_4cc, eventID);
+    advance();
+    Object* event = eventCode("core"_4cc, eventID, term ? term->event : nullptr);
+    return node(NodeKind::Call, {event, made, emptyList()}, flags::Postfix, firstToken);
 }
 
 /// Parses a reference without its filter, with words such as the, my, its, a reference to in front.
@@ -55,10 +59,13 @@ Object* Parser::unfiltered() {
         if ((at(Keyword::My) || at(Keyword::Its)) && (startsOperand(1) || failed())) {
             bool my = at(Keyword::My);
             start(1);
-            mTargeted = true;
-            Object* part = unfiltered();
+            Object* part = primary(Place::Part);
+            const bool isOwner = peek().kind == TokenKind::PossessiveS; // "my x's y" is y of (my x), "my x of y" is my (x of y)
+            if (!isOwner)
+                part = containers(part, first);
             Object* owner = node(my ? NodeKind::Me : NodeKind::It, {}, 0, first);
-            return wrapped(node(NodeKind::Of, {part, owner}, my ? flags::My : flags::Its, first));
+            Object* owned = wrapped(node(NodeKind::Of, {part, owner}, my ? flags::My : flags::Its, first));
+            return isOwner ? containers(possessives(owned, first), first) : owned;
         }
         std::size_t tokens = at(Keyword::A) ? 1 : 0;
         if (at(Keyword::Ref, tokens) || at(Keyword::Reference, tokens)) {
@@ -71,9 +78,13 @@ Object* Parser::unfiltered() {
         }
     }
     mPendingBreak = broken && !peek().afterBreak;
-    Object* made = possessives();
+    return containers(owned(std::exchange(mTargeted, false) ? Place::Part : Place::Value), first);
+}
+
+/// Parses the containers behind a part, "of x in y".
+Object* Parser::containers(Object* made, std::size_t firstToken) {
     while (!failed() && atContainer() && !standsAlone(made))
-        made = contained(made, first);
+        made = contained(made, firstToken);
     return made;
 }
 
@@ -110,16 +121,21 @@ bool Parser::atContainer() const {
     return at(Keyword::In) && !relationAt(0) && !atActiveLabel();
 }
 
-Object* Parser::possessives() {
-    std::size_t first = mAt;
-    Object* made = primary(std::exchange(mTargeted, false) ? Place::Part : Place::Value);
+/// Parses a primary with the parts behind it, "x's y's z".
+Object* Parser::owned(Place place) {
+    const std::size_t first = mAt;
+    return possessives(primary(place), first);
+}
+
+/// Parses the parts behind an owner, "'s x's y".
+Object* Parser::possessives(Object* made, std::size_t firstToken) {
     for (std::size_t length = 0; peek().kind == TokenKind::PossessiveS && !failed(); ++length) {
         if (length > kMaxPossessives)
             return tooComplex();
         advance();
         // QUIRK: "it's name" is accepted as an old spelling of "its name"; old sources rely on that
         Object* part = primary(Place::Part);
-        made = node(NodeKind::Of, {part, made}, flags::Possessive, first);
+        made = node(NodeKind::Of, {part, made}, flags::Possessive, firstToken);
     }
     return made;
 }

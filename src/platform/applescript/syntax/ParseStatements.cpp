@@ -220,9 +220,7 @@ Object* Parser::useStatement() {
 Object* Parser::continueStatement() {
     std::size_t first = mAt;
     advance();
-    mTargeted = true;
-    Object* call = possessives();
-    mTargeted = false;
+    Object* call = owned(Place::Part);
     if (!failed() && !is(call, NodeKind::Call))
         return fail(OSASyntaxTypeError, u"Expected command name but found identifier.", mTokens[first + 1]);
     return node(NodeKind::Continue, {call}, 0, first);

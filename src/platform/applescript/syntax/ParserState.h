@@ -88,7 +88,9 @@ private:
     Object* unfiltered();
     Object* contained(Object* part, std::size_t firstToken);
     static bool standsAlone(const Object* part);
-    Object* possessives();
+    Object* commandBehind(Object* made, std::size_t firstToken);
+    Object* containers(Object* made, std::size_t firstToken);
+    Object* possessives(Object* made, std::size_t firstToken);
     Object* filtered(Object* reference, std::size_t firstToken);
     bool atContainer() const;
     /// Whether the token `ahead` can begin an operand. Labels of the commands being read cannot.
@@ -96,6 +98,7 @@ private:
 
     // --- primaries (ParsePrimaries.cpp)
     enum class Place : std::uint8_t { Value, Part, Index, Type };
+    Object* owned(Place place);
     Object* primary(Place place);
     Object* primaryCore(Place place);
     /// Wraps an operand to keep the line break behind it, unless an operand follows and keeps the break.
@@ -264,7 +267,7 @@ private:
     bool mPlainApplications = false;
     /// Whether constants go before properties and classes (the direct parameter of `path to`).
     bool mConstantsFirst = false;
-    /// Whether the next primary stands behind `my` or `its`, so that a call may be written foo:a bar:b.
+    /// Whether a call may be written foo:a bar:b without a target in front: at the start of a statement.
     bool mTargeted = false;
     /// A continuation mark stood before a token that begins no operand; the next operand keeps it.
     bool mPendingBreak = false;

@@ -209,8 +209,9 @@ void Printer::container(const Object* node) {
 
 /// Prints the container in front of 's. An `of` in it needs parentheses: `a of b's c` would mean a of (b's c).
 void Printer::owner(const Object* node) {
-    bool loose =
-        (is(node, NodeKind::Of) && (isOwned(node) || !(node->flags & 2))) || (is(node, NodeKind::Line) && node->flags & flags::The);
+    const bool isLongOwned = isOwned(node) && is(node->children[0], NodeKind::Of); // "my x of y" would take the part behind 's to y
+    const bool loose = isLongOwned || (is(node, NodeKind::Of) && !isOwned(node) && !(node->flags & 2)) ||
+                       (is(node, NodeKind::Line) && node->flags & flags::The);
     if (!loose) {
         headExpression(node, Level::Operand);
         return;

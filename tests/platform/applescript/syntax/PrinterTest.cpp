@@ -62,6 +62,10 @@ on run argv -- on the header
 	its foo()
 	theList's bar's baz
 	my alpha:1 beta:(c + d)
+	its theLibrary's foo(1)'s bar's baz
+	its (theLibrary's alpha:1 beta:2)
+	(my size of c)'s length
+	set c to (theList count) + (count theList)
 	foo given x:1, y:2
 	foo of c from 1 to 2 with flag and other without sound
 	continue quit
