@@ -72,19 +72,20 @@ QString displayNameOfFile(const QString& path) {
 }
 
 QString drawableName(QString name) {
-    constexpr char16_t kControlPictures = 0x2400, kNewLinePicture = 0x2424, kDeletePicture = 0x2421;
+    // Few fonts have the pictures of single control characters.
+    constexpr QChar kLineBreak = u'↵', kOther = QChar::ReplacementCharacter;
+    const auto breaksLine = [](QChar character) {
+        return (character >= u'\n' && character <= u'\r') || character == QChar(0x85) || character == QChar::LineSeparator ||
+               character == QChar::ParagraphSeparator;
+    };
     const auto reorders = [](QChar character) { // embeddings and overrides, isolates
         return (character >= u'\u202A' && character <= u'\u202E') || (character >= u'\u2066' && character <= u'\u2069');
     };
     for (QChar& character : name)
-        if (character < u' ')
-            character = QChar(kControlPictures + character.unicode());
-        else if (character == QChar(0x7F))
-            character = kDeletePicture;
-        else if (character == QChar::LineSeparator || character == QChar::ParagraphSeparator || character == QChar(0x85))
-            character = kNewLinePicture;
-        else if (reorders(character))
-            character = QChar::ReplacementCharacter;
+        if (breaksLine(character))
+            character = kLineBreak;
+        else if (character < u' ' || character == QChar(0x7F) || reorders(character))
+            character = kOther;
     return name;
 }
 
