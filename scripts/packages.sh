@@ -7,7 +7,7 @@
 build_packages=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-pdf-dev libqt6svg6 qt6-image-formats-plugins libicu-dev libfontconfig-dev libwayland-dev fonts-dejavu-core libarchive-dev libssl-dev)
 # For a display of one's own. A window manager adds itself to the login screen: not on a desktop that only wants to run applets.
 display_packages=(xvfb xauth openbox x11-utils imagemagick)
-test_packages=(libgtest-dev libxcb1-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils xclip sway wl-clipboard openssl)
+test_packages=(libgtest-dev clang-format-14 libxcb1-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils xclip sway wl-clipboard openssl)
 bench_packages=(lua5.4 luajit)
 bench_dialogs_packages=(zenity kdialog)
 bench_search_packages=(plocate)

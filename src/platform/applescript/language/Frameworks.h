@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Names that scripts take from frameworks of other systems: "current application's NSString", class "NSObject". There is nothing behind such
-// a name here, but scripts keep the names in properties and use only some of them, so a name is a reference until it is called.
+// Names that scripts take from frameworks of other systems: "current application's NSString", class "NSObject". There is nothing behind
+// such a name here, but scripts keep the names in properties and use only some of them, so a name is a reference until it is called.
 #pragma once
 
 #include "platform/applescript/machine/Machine.h"

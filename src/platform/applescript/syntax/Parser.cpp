@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "platform/applescript/syntax/Parser.h"
+
 #include "platform/applescript/syntax/ParserState.h"
 
 #include "platform/base/Text.h"

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "platform/applescript/syntax/Printer.h"
+
 #include "platform/applescript/syntax/NodeKind.h"
 #include "platform/applescript/syntax/PrinterState.h"
 
