@@ -25,7 +25,7 @@ constexpr std::uint32_t kArchitecture = 0;
 #endif
 
 constexpr std::uint32_t kRefuse = SECCOMP_RET_ERRNO | EPERM;
-constexpr std::uint32_t kForeignCalls = 0x40000000; // from here on they are those of another convention on the same processor
+constexpr std::uint32_t kForeignCalls = 0x40000000; // calls with higher numbers follow another convention of the same processor
 constexpr std::uint32_t kOpensForWriting = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
 
 constexpr std::uint32_t kRefused[] = {
@@ -42,7 +42,7 @@ constexpr std::uint32_t kRefused[] = {
     SYS_fork, SYS_vfork, SYS_creat, SYS_unlink, SYS_rename, SYS_link, SYS_symlink, SYS_mkdir, SYS_rmdir, SYS_mknod, SYS_chmod, SYS_chown,
     SYS_lchown, SYS_utime, SYS_utimes, SYS_futimesat,
 #endif
-    // ways round all this
+    // ways to do the same without the calls above
     SYS_io_uring_setup, SYS_bpf, SYS_perf_event_open, SYS_userfaultfd, SYS_keyctl, SYS_add_key, SYS_request_key, SYS_open_by_handle_at};
 
 class Filter {
@@ -80,7 +80,7 @@ private:
     void refuse() {
         add(BPF_RET | BPF_K, kRefuse);
     }
-    /// `argument` of that call has the flags; their lower half comes first on both processors.
+    /// `argument` is the index of the argument with the flags. Only its lower half is read, which comes first on both processors.
     void refuseWriting(std::uint32_t call, std::size_t argument) {
         add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 4);
         load(offsetof(seccomp_data, args) + argument * sizeof(std::uint64_t));

@@ -20,7 +20,7 @@ enum Considering : std::uint32_t {
 constexpr std::uint32_t kDefaultConsiderations =
     kConsiderDiacriticals | kConsiderWhiteSpace | kConsiderHyphens | kConsiderExpansion | kConsiderPunctuation | kConsiderReplies;
 
-/// The considerations that an event says: the lower half of its mask adds to the usual ones, the upper half takes away.
+/// The considerations that an event asks for: the lower half of its mask adds to the default ones, the upper half takes some away.
 constexpr std::uint32_t consideringOfMask(std::uint32_t mask) {
     return (kDefaultConsiderations | (mask & 0xFFFF)) & ~(mask >> 16);
 }

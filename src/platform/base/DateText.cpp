@@ -57,7 +57,7 @@ struct Piece {
     std::u16string word;
     std::int64_t number = -1;
     std::size_t digits = 0;
-    char16_t before = 0; // the separator character in front of it, blanks aside
+    char16_t before = 0; // the separator in front of the piece, not counting blanks
 };
 
 bool isLetter(char16_t c) {
@@ -98,12 +98,12 @@ int indexOfName(const std::array<std::u16string_view, N>& names, std::u16string_
     return -1;
 }
 
-/// What has been read of a date so far.
+/// The parts of a date that have been read so far.
 struct Fields {
-    std::vector<Piece> numbers; // of the date
+    std::vector<Piece> numbers; // the date's numbers without the time
     int month = 0;
     std::int64_t hour = -1, minute = 0, second = 0;
-    int half = 0; // 1 AM, 2 PM
+    int half = 0; // 1 for AM, 2 for PM
     bool valid = true;
 
     void takeWord(std::u16string_view word) {

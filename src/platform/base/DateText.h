@@ -13,15 +13,15 @@ namespace quoddle {
 
 constexpr std::int64_t kSecondsFrom1904To1970 = 2'082'844'800;
 
-/// "Friday, November 9, 2007 at 11:35:50 AM"; dates beyond some 30,000 years show as the last one before.
+/// "Friday, November 9, 2007 at 11:35:50 AM". A date more than about 30,000 years from 1904 gives the text of the farthest date.
 std::u16string textOfDate(std::int64_t seconds);
 /// Reads a date in the forms that people write in US English, and as 2007-11-09T11:35:50: with or without weekday, month as word or number,
-/// time with or without AM and PM. What is missing is taken from `now` (date) or is midnight (time). nullopt when it is no date.
+/// time with or without AM and PM. A missing date is that of `now`; a missing time is midnight. nullopt when the text is no date.
 std::optional<std::int64_t> dateOfText(std::u16string_view text, std::int64_t now);
 
 /// Days since 1904-01-01 of a date of the Gregorian calendar.
 std::int64_t daysFromDate(std::int64_t year, int month, int day);
-/// Now, on the clock of the user.
+/// The present time on the user's clock.
 std::int64_t currentSeconds();
 
 } // namespace quoddle

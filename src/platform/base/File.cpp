@@ -23,16 +23,17 @@ namespace {
 constexpr OSStatus kIOError = -36;
 constexpr std::size_t kLargestStep = std::size_t(16) << 20;
 constexpr OSStatus kBadName = -37;
-constexpr int kMaximumLinks = 40; // as the kernel has it
+constexpr int kMaximumLinks = 40; // the kernel's own limit
 
-// Asking for it changes it for a moment, in which other threads must not make files: asked before there are any.
+// The mask can only be read by changing it for a moment, and a file made by another thread in that moment would get wrong permissions. So
+// the mask is read before there are other threads.
 const mode_t kMask = [] {
     const mode_t mask = ::umask(0);
     ::umask(mask);
     return mask;
 }();
 
-/// The system would take the part before a NUL for the whole.
+/// A path with a NUL is refused, because the system would take the part before the NUL for the whole path.
 bool isName(const std::string& path) {
     return path.find('\0') == std::string::npos;
 }
@@ -40,7 +41,7 @@ bool isName(const std::string& path) {
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EAGAIN) { // a stream of ours that somebody else has opened, too
+        if (written < 0 && errno == EAGAIN) { // another program with the same stream open has made it non-blocking
             pollfd stream{descriptor, POLLOUT, 0};
             ::poll(&stream, 1, -1);
             continue;
@@ -54,7 +55,7 @@ bool writeAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-/// `expectedSize` may be wrong.
+/// `expectedSize` is only a hint; the file may have another size.
 Result<std::string, OSStatus> readAll(int descriptor, std::size_t expectedSize, std::size_t maximumSize) {
     std::string bytes(expectedSize, '\0');
     std::size_t filled = 0;
@@ -79,7 +80,7 @@ Result<std::string, OSStatus> readAll(int descriptor, std::size_t expectedSize, 
 Result<FileDescriptor, OSStatus> openRegularFile(const std::string& path, struct stat& info) {
     if (!isName(path))
         return Failure{kBadName};
-    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
+    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not block
     if (!file.isOpen() || ::fstat(file.number(), &info) != 0)
         return Failure{statusFromErrno(errno)};
     if (!S_ISREG(info.st_mode))
@@ -87,16 +88,16 @@ Result<FileDescriptor, OSStatus> openRegularFile(const std::string& path, struct
     return file;
 }
 
-/// The place where a file is to be written, and the file that is there already. Links are resolved by the kernel, which refuses those that
-/// its protection of shared folders does not trust.
+/// The place where a file is to be written, and what is known of the file that is already there. The kernel resolves the links; it refuses
+/// those that its protection of shared folders does not trust.
 struct Place {
-    std::string path; // without a link at its end, unless it names an open file
+    std::string path; // has no link at its end, except for an open file
     struct stat info {};
     bool exists = false;
-    bool isOpenFile = false; // by a link of the process file system, which may lead to what has no name
+    bool isOpenFile = false; // the path is a link of the process file system, whose target may have no name
 };
 
-/// The link of the process file system that a link is or leads to, such as /proc/self/fd/1; empty when there is none on the way.
+/// The link of the process file system, such as /proc/self/fd/1, that `path` is or leads to; empty when there is none on the way.
 std::string openFileLink(std::string path) {
     for (int links = 0; links < kMaximumLinks; ++links) {
         const FileDescriptor link(::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
@@ -154,12 +155,13 @@ Result<Place, OSStatus> placeOf(const std::string& path) {
     return place;
 }
 
-/// Into a pipe or a device, which keeps its place, or where an open file stands.
+/// Writes into a pipe, a device or an open file, which cannot be replaced by a new file.
 OSStatus writeThrough(const Place& place, std::string_view bytes) {
-    // Opened anew, a descriptor of ours would begin at the start of its file.
+    // Opening our own descriptor anew would start writing at the beginning of its file.
     if (const auto own = place.isOpenFile ? ownDescriptor(place.path) : std::nullopt)
         return writeAll(*own, bytes) ? noErr : statusFromErrno(errno);
-    const FileDescriptor file(::open(place.path.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC)); // waits for no reader
+    // a pipe without a reader must not block
+    const FileDescriptor file(::open(place.path.c_str(), O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     struct stat info {};
     if (!file.isOpen() || ::fstat(file.number(), &info) != 0)
         return statusFromErrno(errno);
@@ -169,8 +171,8 @@ OSStatus writeThrough(const Place& place, std::string_view bytes) {
     return writeAll(file.number(), bytes) ? noErr : statusFromErrno(errno);
 }
 
-/// Gives a new file the owner and the permissions of the one whose place it takes. What lets a program run as its owner does not pass to
-/// other contents, and another group does not get the rights of the file's.
+/// Gives a new file the owner and the permissions of the file that it replaces. The set-user-ID and set-group-ID bits are dropped, because
+/// they were given to the old contents. When the group cannot be kept, the new file's group gets no rights.
 bool adoptOwnerAndMode(int descriptor, const Place& place) {
     if (!place.exists)
         return ::fchmod(descriptor, 0666 & ~kMask) == 0;

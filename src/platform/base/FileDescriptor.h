@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An open file of the system, closed when its owner goes.
+// A file descriptor that is closed when its owner is destroyed.
 #pragma once
 
 #include <unistd.h>
@@ -9,7 +9,7 @@ namespace quoddle {
 
 class FileDescriptor {
 public:
-    /// Takes over an open descriptor; a negative number is none.
+    /// Takes ownership of an open descriptor; a negative number stands for none.
     explicit FileDescriptor(int number = -1) : mNumber(number) {}
     ~FileDescriptor() { reset(); }
     FileDescriptor(FileDescriptor&& other) noexcept : mNumber(std::exchange(other.mNumber, -1)) {}

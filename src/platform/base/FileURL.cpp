@@ -38,7 +38,8 @@ std::optional<std::string> unescaped(std::string_view text) {
     return result;
 }
 
-/// A host, whose letters may be of either case: none, "localhost", or the machine by its name, as some programs have it that drag files.
+/// Whether a URL's host, in either case, is empty, "localhost" or this machine's name. Some programs put that name into the URLs of dragged
+/// files.
 bool isThisMachine(const std::string& host) {
     if (host.empty() || strcasecmp(host.c_str(), "localhost") == 0)
         return true;

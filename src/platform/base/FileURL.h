@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// File URLs and the absolute paths they stand for, both as UTF-8 bytes. Only files of this machine.
+// File URLs and the absolute paths that they stand for, both as UTF-8 bytes. Files of other machines are not supported.
 #pragma once
 
 #include <optional>
@@ -8,9 +8,9 @@
 
 namespace quoddle {
 
-/// "file:///a%20b" for "/a b". The path is taken as it is; bytes that are no UTF-8 are escaped too.
+/// "file:///a%20b" for "/a b". The path is not normalized; bytes that are no UTF-8 are escaped too.
 std::string fileURLFromPath(std::string_view path);
-/// Nothing for another scheme, another host, a relative path, a broken escape or a NUL in the path.
+/// nullopt for another scheme, another host, a relative path, a broken escape or a NUL in the path.
 std::optional<std::string> pathFromFileURL(std::string_view url);
 
 } // namespace quoddle

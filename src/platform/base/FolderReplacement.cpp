@@ -24,7 +24,7 @@ constexpr OSStatus kDuplicateName = -48;
 constexpr std::chrono::seconds kPatience{20};
 constexpr std::chrono::milliseconds kSlice{10};
 
-/// A hidden folder of our own beside a path, gone with all that is in it in the end.
+/// A hidden folder of our own beside a path. The destructor removes it with all its contents.
 class Workshop {
 public:
     explicit Workshop(const std::string& path) : mPath(nameBeside(path)) {
@@ -36,7 +36,7 @@ public:
     ~Workshop() {
         if (mPath.empty())
             return;
-        // What is in a folder that may not be changed cannot be removed.
+        // The contents of a folder without write permission could not be removed.
         std::error_code error;
         for (fs::recursive_directory_iterator entry(mPath, error), end; !error && entry != end; entry.increment(error))
             if (std::error_code ignored; entry->symlink_status(ignored).type() == fs::file_type::directory)
@@ -54,7 +54,7 @@ private:
     OSStatus mStatus = noErr;
 };
 
-/// The folder at the path, held so that nobody else replaces it. Not open when there is none.
+/// The folder at the path, locked so that no other process replaces it. Not open when there is no such folder.
 Result<FileDescriptor, OSStatus> lockedFolder(const std::string& path) {
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
     while (true) {
@@ -66,7 +66,7 @@ Result<FileDescriptor, OSStatus> lockedFolder(const std::string& path) {
         const bool isHeldByOthers = ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
         struct stat held {
         }, standing{};
-        // It may have been replaced while we waited.
+        // The folder may have been replaced while this process waited for the lock.
         if (!isHeldByOthers && ::fstat(folder.number(), &held) == 0 && ::lstat(path.c_str(), &standing) == 0 &&
             held.st_dev == standing.st_dev && held.st_ino == standing.st_ino)
             return folder;
@@ -94,7 +94,7 @@ OSStatus copyEntry(const fs::directory_entry& entry, const fs::path& to) {
 }
 
 OSStatus copyWhatIsMissing(const std::string& from, const std::string& to) {
-    std::vector<std::pair<fs::path, fs::perms>> folders; // their permissions come last: some may not be written to
+    std::vector<std::pair<fs::path, fs::perms>> folders; // their permissions are set last, because a read-only folder could not be filled
     std::error_code error;
     for (fs::recursive_directory_iterator entry(from, error), end; !error && entry != end; entry.increment(error)) {
         const fs::path target = to / entry->path().lexically_relative(from);
@@ -120,13 +120,13 @@ int renameWith(unsigned flags, const std::string& from, const std::string& to) {
     return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), flags);
 }
 
-/// Puts the new folder into its place; the old one ends in the workshop.
+/// Puts the new folder into its place; the old one ends up in the workshop, which removes it.
 OSStatus exchange(const Workshop& workshop, const std::string& made, const std::string& path, bool exists) {
     if (renameWith(exists ? RENAME_EXCHANGE : RENAME_NOREPLACE, made, path) == 0)
         return noErr;
     if (errno != EINVAL && errno != ENOSYS)
         return statusFromErrno(errno);
-    // Not every file system can.
+    // Some file systems cannot exchange two folders in one step.
     const std::string old = workshop.file("old");
     if (exists && ::rename(path.c_str(), old.c_str()) != 0)
         return statusFromErrno(errno);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// A folder that takes the place of another in one step, so that at all times one of the two stands there whole.
+// Replaces a folder in one step, so that at any time either the old folder or the new one stands at the path, complete.
 //
 // Decision: the new folder is filled inside a hidden one beside its place, which nobody else may enter, and exchanged with the old one.
-// Those who replace the same folder at the same time wait for each other.
+// Processes that replace the same folder at the same time wait for each other.
 #pragma once
 
 #include "platform/base/OSStatus.h"
@@ -12,15 +12,15 @@
 
 namespace quoddle {
 
-/// The fate of those contents of the old folder that the new one does not have.
+/// What happens to contents of the old folder that the new one does not have.
 enum class OldContent {
-    kept, ///< files with their permissions, links as links; what cannot be copied is an error, and so is anything else (-50)
+    kept, ///< copied: files with their permissions, links as links; what cannot be copied is an error, -50 for things of other kinds
     dropped
 };
 
-/// Puts at `path` a folder that `fill` has filled; it gets the path of the new one, which is empty. On an error the old folder stays as it
-/// was. A link at `path` is followed. `mayReplace` says whether a folder that is there may be replaced (-48 when not). -47 when others are
-/// busy with it for too long.
+/// Makes an empty folder, lets `fill` fill it (the argument is its path) and puts it at `path`. After an error the old folder stands
+/// unchanged. A link at `path` is followed. `mayReplace` says whether a folder that is already there may be replaced; -48 when not. -47
+/// when other processes hold the folder for too long.
 OSStatus replaceFolder(const std::string& path, const std::function<bool(const std::string& old)>& mayReplace,
                        const std::function<OSStatus(const std::string& folder)>& fill, OldContent oldContent = OldContent::kept);
 

@@ -15,7 +15,7 @@ using AEKeyword = FourCharCode;
 using AEEventClass = FourCharCode;
 using AEEventID = FourCharCode;
 
-/// The code of up to four bytes; shorter texts are padded with blanks on the right, longer ones are cut.
+/// The code of up to four bytes; a shorter text is padded with blanks on the right, a longer one is cut.
 constexpr FourCharCode fourCharCode(std::string_view bytes) {
     FourCharCode code = 0;
     for (std::size_t i = 0; i < 4; ++i)

@@ -12,7 +12,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr char16_t kAnyUnit = 0xFFFF; // no character: cannot stand in a text
+constexpr char16_t kAnyUnit = 0xFFFF; // no character, so it occurs in no text
 
 std::uint32_t consideringFor(std::uint8_t options) {
     std::uint32_t considering = kDefaultConsiderations | kConsiderCase;
@@ -55,14 +55,14 @@ bool isBetweenWords(std::u16string_view text, std::size_t place) {
 
 } // namespace
 
-/// A text as it is compared, and where its words begin and end.
+/// A text reduced to what the options compare, with the borders of its words.
 class LikePattern::Text {
 public:
     Text(std::u16string_view text, std::uint8_t options) : mWhole(text), mReduced(reduceText(text, consideringFor(options))) {}
 
     std::size_t size() const { return mReduced.units.size(); }
     char16_t operator[](std::size_t at) const { return mReduced.units[at]; }
-    /// A place between two units that came from one character is none between words.
+    /// A place between two units of one character is not between words.
     bool isBetweenWords(std::size_t at) const {
         const auto& places = mReduced.places;
         return (at == 0 || places[at - 1] != places[at]) && quoddle::isBetweenWords(mWhole, places[at]);
@@ -73,7 +73,7 @@ private:
     const ReducedText mReduced;
 };
 
-/// A text whose characters are compared one by one as they stand.
+/// A text of ASCII characters, compared without a reduced copy.
 class LikePattern::ASCIIText {
 public:
     ASCIIText(std::string_view text, std::uint8_t options) : mText(text), mSmall(options & ignoresCase ? 'a' - 'A' : 0) {}
@@ -93,7 +93,7 @@ public:
 
 private:
     const std::string_view mText;
-    const int mSmall; // what is added to a capital
+    const int mSmall; // added to a capital to get the character that is compared
 };
 
 LikePattern::LikePattern(std::u16string_view pattern, std::uint8_t options) : mOptions(options), mPieces(1) {
@@ -131,7 +131,7 @@ bool LikePattern::isAt(const Piece& piece, const AnyText& text, std::size_t at, 
     return true;
 }
 
-/// Behind the first place of the piece, or kNowhere.
+/// The place behind the first occurrence of the piece, or kNowhere.
 template<class AnyText>
 std::size_t LikePattern::find(const Piece& piece, const AnyText& text, std::size_t from, bool startsWord, bool endsWord) {
     const char16_t first = piece.empty() ? kAnyUnit : piece.front();
@@ -166,7 +166,7 @@ bool LikePattern::matchesText(const AnyText& text) const {
     const Piece& last = mPieces.back();
     if (byWords)
         return last.empty() || find(last, text, at, false, true) != kNowhere;
-    for (std::size_t start = at; start <= text.size(); ++start) // a "?" may be one unit or two
+    for (std::size_t start = at; start <= text.size(); ++start) // "?" matches one unit or two, so the length of a match is not known
         if (std::size_t end; isAt(last, text, start, end) && end == text.size())
             return true;
     return false;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A pattern with wildcards, as LIKE of predicates has it: "*" stands for any characters or none, "?" for one character, and a backslash
-// before one of the three for that sign itself.
+// A pattern with wildcards, for LIKE in predicates: "*" stands for any number of characters, "?" for one character, and a backslash makes
+// "*", "?" or "\" stand for itself.
 //
-// Decision: the pattern is cut at its "*" into pieces once; a text is then walked from the left, each piece taken at the first place it
-// has, which is never worse than a later one. So no text costs more than its length times that of the longest piece.
+// Decision: the pattern is cut at its "*" into pieces once. A text is then searched from left to right for each piece, and the first
+// occurrence is taken, because a later one never matches better. So a match costs at most the text's length times the longest piece's.
 #pragma once
 
 #include <cstdint>
@@ -28,9 +28,10 @@ public:
 
     /// Any thread.
     bool matches(std::u16string_view text) const;
-    /// The same, many times faster, for a text of ASCII characters alone.
+    /// As matches(), but many times faster, for a text that has only ASCII characters.
     bool matchesASCII(std::string_view text) const;
-    /// The longest part between wildcards, without what the options ignore: every text that matches, reduced likewise, has it in it.
+    /// The longest part without wildcards, reduced as the options say: every text that matches has it as a part when reduced in the same
+    /// way.
     std::u16string longestLiteral() const;
 
 private:
@@ -47,7 +48,7 @@ private:
     static bool isAt(const Piece& piece, const AnyText& text, std::size_t at, std::size_t& end);
 
     const std::uint8_t mOptions;
-    std::vector<Piece> mPieces; // at least one; "*" stands between two of them
+    std::vector<Piece> mPieces; // at least one; a "*" stands between each two
 };
 
 } // namespace quoddle

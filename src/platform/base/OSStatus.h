@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Status numbers of the Apple Event Manager and the Open Scripting Architecture: one list, read by the constants and by the texts.
+// Status numbers of the Apple Event Manager and the Open Scripting Architecture. One list, from which the constants and their descriptions
+// are made.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,7 @@ namespace quoddle {
 
 namespace {
 
-/// What stands in for a closed stream cannot be used in its direction.
+/// Opens each closed stream in the wrong direction, so that its use still fails but its number is taken.
 void occupyClosedStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (::fcntl(stream, F_GETFD) < 0)

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What every program does around its work: standard streams that can be relied on, output that is really written, an end without a core
-// when memory is short.
+// What every program does around its work: it checks that its output was really written, keeps files off the numbers of closed standard
+// streams, and ends with a message instead of a crash when memory is short.
 #pragma once
 
 namespace quoddle {
 
-/// Calls `body` and answers the exit status: that of the body, or 1 when what it has printed on standard output could not be written or
-/// when there was no memory, which is then said on standard error. First and last thing in main(). Standard streams that are closed fail
-/// as before, but no file that is opened later takes their place.
+/// Calls `body` and returns the exit status: the body's, or 1 when the body threw (as when memory runs out) or its standard output could
+/// not be written. The reason is then on standard error. The only call in main(). A closed standard stream still fails when used, but no
+/// file that is opened later gets its number.
 int programMain(const char* program, int argc, char** argv, int (*body)(int argc, char** argv));
 
 } // namespace quoddle

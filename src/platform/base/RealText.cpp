@@ -12,9 +12,9 @@ namespace quoddle {
 namespace {
 
 constexpr int kDecimals = 12;
-constexpr int kSourceDecimals = 14; // of the exponent form
+constexpr int kSourceDecimals = 14; // for the exponent form
 constexpr int kShortest = -1;
-constexpr int kFirstExponentShown = 4; // 1.0E+4
+constexpr int kFirstExponentShown = 4; // the first number with an exponent is 1.0E+4
 constexpr int kLastExponentHidden = -3;
 
 std::string scientific(double value, int decimals) {
@@ -25,7 +25,7 @@ std::string scientific(double value, int decimals) {
     return {buffer.data(), end.ptr};
 }
 
-/// With a decimal point, without zeros at the end but for one behind the point.
+/// Drops the zeros at the end of the decimals, except one directly behind the point; adds the point when there is none.
 std::string trimmed(std::string digits) {
     if (digits.find('.') == std::string::npos)
         return digits + ".0";
@@ -37,7 +37,7 @@ std::string trimmed(std::string digits) {
 std::u16string realText(double value, int decimals, int exponentDecimals) {
     if (!std::isfinite(value))
         return std::isnan(value) ? u"NAN" : value < 0 ? u"-INF" : u"INF";
-    // Rounding may lift a number over the border of the exponent form, so it is the rounded number that decides.
+    // The rounded number decides the form, because rounding may lift a number over the limit of the exponent form.
     const std::string form = scientific(value, exponentDecimals);
     const std::size_t e = form.find('e');
     int exponent = 0;

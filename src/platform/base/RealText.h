@@ -8,11 +8,11 @@
 
 namespace quoddle {
 
-/// A real that is made a text, by a coercion, by "&" or for a dialog: at most 12 decimals.
+/// The text of a real for coercions, for "&" and for dialogs: at most 12 decimals.
 std::u16string textOfReal(double value);
-/// A real in the source form of a result: at most 12 decimals, 14 in the exponent form.
+/// The source form of a real in a result: at most 12 decimals, 14 in the exponent form.
 std::u16string sourceOfReal(double value);
-/// A literal of a script: the shortest form that reads back as the same number.
+/// The source form of a literal: the shortest text that reads back as the same number.
 std::u16string exactSourceOfReal(double value);
 
 } // namespace quoddle

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Result: a value or the reason there is none. Errors below the engine bridge are values; nothing here throws.
+// A value, or the reason why there is none. Errors below the engine bridge are values; nothing here throws.
 #pragma once
 
 #include <cassert>
@@ -24,12 +24,12 @@ public:
     Result(Failure<F> failure) : mContent(std::in_place_index<1>, std::move(failure.error)) {}
 
     explicit operator bool() const { return mContent.index() == 0; }
-    /// Only when the Result holds a value.
+    /// Valid only when the Result holds a value.
     T& operator*() { return *std::get_if<0>(&mContent); }
     const T& operator*() const { return *std::get_if<0>(&mContent); }
     T* operator->() { return std::get_if<0>(&mContent); }
     const T* operator->() const { return std::get_if<0>(&mContent); }
-    /// Only when the Result holds none.
+    /// Valid only when the Result holds an error.
     E& error() { return *std::get_if<1>(&mContent); }
     const E& error() const { return *std::get_if<1>(&mContent); }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Finds a sequence in another one, with a number of comparisons that is at most a few times their length.
+// Finds a sequence in another one. The number of comparisons is at most a few times the sequences' length.
 #pragma once
 
 #include <cstddef>
@@ -10,15 +10,16 @@ namespace quoddle {
 
 constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
 
-/// Accepts every place.
+/// The default for `accept`: accepts every place.
 struct Anywhere {
     bool operator()(std::size_t) const { return true; }
 };
 
-/// Never looks at an element of `whole` again, as Knuth, Morris and Pratt have it, but has to look at all of `part` first.
+/// The algorithm of Knuth, Morris and Pratt: it never goes back in `whole`, but has to prepare a table for all of `part` first.
 template<class Sequence, class Equal, class Accept = Anywhere>
 std::size_t findSequenceSteadily(const Sequence& whole, const Sequence& part, std::size_t start, Equal equal, Accept accept = {}) {
-    std::vector<std::uint32_t> border(part.size() + 1, 0); // of so many that have matched, how many are also the beginning
+    // border[n]: the longest proper beginning of part's first n elements that is also their end
+    std::vector<std::uint32_t> border(part.size() + 1, 0);
     for (std::size_t i = 1, matched = 0; i < part.size(); ++i) {
         while (matched > 0 && !equal(part[i], part[matched]))
             matched = border[matched];
@@ -38,7 +39,8 @@ std::size_t findSequenceSteadily(const Sequence& whole, const Sequence& part, st
     return kNotFound;
 }
 
-/// Where `part` first stands in `whole` at or behind `start`, at a place that `accept` is true of. `equal` is an equivalence.
+/// The first place at or behind `start` where `part` occurs in `whole` and that `accept` accepts; kNotFound when there is none. `equal` is
+/// an equivalence.
 template<class Sequence, class Equal, class Accept = Anywhere>
 std::size_t findSequence(const Sequence& whole, const Sequence& part, std::size_t start, Equal equal, Accept accept = {}) {
     if (part.empty())
@@ -53,7 +55,7 @@ std::size_t findSequence(const Sequence& whole, const Sequence& part, std::size_
         if (i == part.size() && accept(at))
             return at;
         wasted += i;
-        if (wasted > 4 * (at - start) + 4096) // sequences that are alike nearly everywhere
+        if (wasted > 4 * (at - start) + 4096) // the sequences are alike nearly everywhere, so the simple search would take quadratic time
             return findSequenceSteadily(whole, part, at + 1, equal, accept);
     }
     return kNotFound;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// TextArgument: what a function takes that wants text and does not care how the caller holds it.
-// Accepts UTF-16 views and strings, UTF-8 strings and literals, and any class with utf16() and size(), such as QString, which this layer
-// must not know. Lives for the duration of one call; never store it.
+// The parameter type of functions that take text in whatever form the caller holds it. Accepts UTF-16 views and strings, UTF-8 strings and
+// literals, and any class with utf16() and size(), such as QString, which this layer must not know. Valid for the duration of one call;
+// never store it.
 #pragma once
 
 #include "platform/base/Text.h"
@@ -30,7 +30,7 @@ public:
     TextArgument(const TextArgument&) = delete;
     TextArgument& operator=(const TextArgument&) = delete;
 
-    /// Valid as long as this object and the text that it was made from.
+    /// Valid as long as this object and the text from which it was made.
     std::u16string_view view() const { return mView; }
     std::string utf8() const { return utf8FromUTF16(mView); }
 

@@ -80,7 +80,7 @@ bool isASCII(std::u16string_view text) {
     return std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80; });
 }
 
-/// What folds to ASCII from beyond it is only the Kelvin sign and the long s.
+/// The ASCII letter for a unit that case folding turns into one. Beyond ASCII these are only the Kelvin sign and the long s.
 static char16_t foldedToASCII(char16_t c) {
     return c < 0x80 ? foldedASCII(c) : c == 0x212A ? u'k' : c == 0x17F ? u's' : c;
 }
@@ -137,7 +137,7 @@ std::size_t TextSearch::find(std::u16string_view part, std::size_t start, std::s
     return places[at];
 }
 
-/// Does every unit of a text that begins or ends with `part` stand for one of its units?
+/// Whether a match of `part` covers exactly as many units as `part` has, so that only so many units of a text need to be compared.
 static bool matchesUnitByUnit(std::u16string_view part, std::uint32_t considering) {
     return considersAllUnits(considering) && (considering & kConsiderCase || isASCII(part));
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Finds texts in a text under considerations.
 //
-// Decision: what the considerations ignore is taken out of the text once, however often it is searched, and no search costs more than a few
-// looks at each character, whatever the texts are.
+// Decision: the searched text is reduced to what is considered once, however many searches follow. A search looks at each character a
+// bounded number of times, whatever the texts are.
 #pragma once
 
 #include "platform/base/SequenceSearch.h"
@@ -18,26 +18,27 @@ namespace quoddle {
 /// A text reduced to what is considered, each unit with the place in the text that it came from.
 struct ReducedText {
     std::u16string units;
-    std::vector<std::uint32_t> places; // one more than units: the end
+    std::vector<std::uint32_t> places; // one more than `units`; the last is the end of the text
 };
 
 /// `considering`: bits of Considering.h.
 ReducedText reduceText(std::u16string_view text, std::uint32_t considering);
 
-/// Are all letters, marks and signs considered, so that texts differ in case at most?
+/// Whether all letters, marks and signs are considered, so that equal texts differ at most in case.
 bool considersAllUnits(std::uint32_t considering);
 bool isASCII(std::u16string_view text);
 
 bool startsWithText(std::u16string_view whole, std::u16string_view part, std::uint32_t considering);
 bool endsWithText(std::u16string_view whole, std::u16string_view part, std::uint32_t considering);
 
-/// The text that is searched must outlive it.
+/// Searches one text, which must outlive this object, any number of times.
 class TextSearch {
 public:
     TextSearch(std::u16string_view whole, std::uint32_t considering) : mWhole(whole), mConsidering(considering) {}
 
-    /// Where `part` first stands at or behind `start`, in UTF-16 units; kNotFound when nowhere. `length` is what it covers there: 0 for a
-    /// part of which nothing is considered, which is found at `start`. A character is found as a whole or not at all.
+    /// The place in UTF-16 units where `part` first occurs at or behind `start`; kNotFound when there is none. `length` becomes the number
+    /// of units that the occurrence covers. A part of which nothing is considered is found at `start` with length 0. Only whole characters
+    /// are found.
     std::size_t find(std::u16string_view part, std::size_t start, std::size_t& length);
 
 private:

@@ -17,7 +17,8 @@ bool isOctal(char character) {
     return character >= '0' && character <= '7';
 }
 
-/// Blanks, tabs, line ends and backslashes stand in the list as a backslash and three octal digits.
+/// Decodes a field of the kernel's list, in which blanks, tabs, line ends and backslashes are written as a backslash and three octal
+/// digits.
 std::string unescaped(std::string_view field) {
     std::string plain;
     for (std::size_t i = 0; i < field.size(); ++i) {

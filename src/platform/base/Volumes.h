@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The disks and network folders of people, as the kernel lists them. Asks no file system, which might not answer.
+// The user's disks and network folders, as the kernel lists them. No file system is asked, because it might not answer.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace quoddle {
 
-/// Absolute paths of what is mounted where desktops and administrators mount the volumes of people: below /media, /run/media and /mnt. In
-/// the order in which they were mounted; at most `most`.
+/// Absolute paths of the mount points below /media, /run/media and /mnt, where desktops and administrators mount the users' volumes. In the
+/// order of mounting; at most `most`.
 std::vector<std::string> mountedVolumes(std::size_t most);
 
 } // namespace quoddle

@@ -20,9 +20,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kBlindPause(10); // of a thread that nobody can wake
+constexpr std::chrono::milliseconds kBlindPause(10); // for a thread without an eventfd, which nobody can wake
 
-/// Tests make it longer, so that only the right wake ends a wait before their patience does.
+/// The longest pause; 1 s. Tests set a longer one, so that a missing wake makes them fail instead of passing after a second.
 std::chrono::seconds longestPause() {
     static const std::chrono::seconds longest = [] {
         const char* seconds = std::getenv("QUODDLE_LONGEST_PAUSE");
@@ -40,7 +40,8 @@ public:
             ::close(mEvent);
     }
 
-    /// Again for every wait, since the process may have been short of descriptors before. The thread's own.
+    /// Called for each wait, because the process may have been short of descriptors at an earlier one. Called only on the waker's own
+    /// thread.
     void open() {
         if (mEvent < 0)
             mEvent = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
@@ -56,7 +57,7 @@ public:
     }
     int descriptor() const { return mEvent; }
 
-    int waits = 0; // of the thread, one within the other
+    int waits = 0; // nested waits of the thread
 
 private:
     std::atomic<int> mEvent = -1;
@@ -70,7 +71,7 @@ struct Waiting {
     std::map<const WaitAlarm*, Clock::time_point> alarms;
 };
 
-/// Never destroyed: threads may wait when the static objects go.
+/// Never destroyed, because threads may still wait while static objects are being destroyed.
 Waiting& waiting() {
     static auto* const shared = new Waiting;
     return *shared;
@@ -81,7 +82,7 @@ const std::shared_ptr<ThreadWaker>& wakerOfThread() {
     return waker;
 }
 
-/// The first one that is not over, or the time given.
+/// The time of the first alarm that is still to come, or `until` when that is earlier.
 Clock::time_point nextAlarm(Clock::time_point now, Clock::time_point until) {
     const std::lock_guard lock(waiting().mutex);
     for (const auto& [alarm, time] : waiting().alarms)
@@ -103,7 +104,7 @@ void WaitAlarm::set(Time time) {
         const std::lock_guard lock(waiting().mutex);
         waiting().alarms[this] = time;
     }
-    wakeWaits(); // those who pause already know of other times
+    wakeWaits(); // pausing threads have computed their end from the old times
 }
 
 WaitAlarm::~WaitAlarm() {
@@ -155,7 +156,7 @@ int Wait::pause(Clock::time_point until, std::span<pollfd> descriptors) {
     const int count = ::ppoll(all.data(), static_cast<nfds_t>(descriptors.size() + 1), &limit, nullptr);
     const bool isReady = count > 0;
     for (std::size_t i = 0; i < descriptors.size(); ++i)
-        descriptors[i].revents = isReady ? all[i + 1].revents : 0; // whatever stood there before
+        descriptors[i].revents = isReady ? all[i + 1].revents : 0; // clears results of an earlier call
     if (count < 0)
         return errno == EINTR ? 0 : -1;
     if (!isReady || !all[0].revents)

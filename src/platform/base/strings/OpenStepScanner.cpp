@@ -11,7 +11,7 @@ namespace quoddle {
 
 namespace {
 
-// Octal escapes name characters of the NeXTSTEP encoding; its upper half, 0x80 to 0xFF (the last two are unused).
+// The upper half of the NeXTSTEP encoding, 0x80 to 0xFF (the last two are unused), in which octal escapes are written.
 constexpr std::u16string_view kNeXTUpper = u"\u00A0ÀÁÂÃÄÅÇÈÉÊËÌÍÎÏÐÑÒÓÔÕÖÙÚÛÜÝÞµ×÷©¡¢£⁄¥ƒ§¤’“«‹›ﬁﬂ®–†‡·¦¶•‚„”»…‰¬¿"
                                            u"¹ˋ´ˆ˜¯˘˙¨²˚¸³˝˛ˇ—±¼½¾àáâãäåçèéêëìÆíªîïðñŁØŒºòóôõöæùúûıüýłøœßþÿ\uFFFD\uFFFD";
 static_assert(kNeXTUpper.size() == 128);
@@ -84,7 +84,7 @@ Result<std::u16string, std::string> OpenStepScanner::readQuoted() {
     return text;
 }
 
-/// After the backslash. An unknown escape stands for its own character.
+/// Reads an escape behind its backslash. An unknown escape stands for its own character.
 char16_t OpenStepScanner::readEscape() {
     if (atEnd())
         return u'\\';

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The words of the OpenStep text form, in which strings tables and old property lists are written: blanks and comments, quoted and bare
-// texts with their escapes. What is made of them is the reader's affair.
+// Splits the OpenStep text form, in which strings tables and old property lists are written, into blanks, comments and texts, quoted or
+// bare, with their escapes. The readers decide what the texts mean.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -12,25 +12,25 @@ namespace quoddle {
 
 class OpenStepScanner {
 public:
-    /// The text must live as long as this.
+    /// The text must outlive the scanner.
     explicit OpenStepScanner(std::u16string_view text) : mText(text) {}
 
     bool atEnd() const { return mAt >= mText.size(); }
-    /// U+0000 at the end.
+    /// The next unit; U+0000 at the end.
     char16_t peek() const { return atEnd() ? u'\0' : mText[mAt]; }
     void advance() { mAt += !atEnd(); }
     std::size_t position() const { return mAt; }
     void setPosition(std::size_t position) { mAt = position; }
-    /// With the number of the line.
+    /// An error message with the number of the current line.
     std::string sentence(const std::string& what) const;
 
-    /// False when a comment has no end.
+    /// Skips blanks and comments. False when a comment has no end.
     bool skipBlanks();
-    /// A text between quotes or a bare word.
+    /// Reads a quoted text or a bare word.
     Result<std::u16string, std::string> readText();
 
     static bool isBlank(char16_t c);
-    /// Of a hexadecimal digit; 99 for anything else.
+    /// The value of a hexadecimal digit; 99 for any other unit.
     static int digitOf(char16_t c);
 
 private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Strings tables as binary property lists: the texts of the outermost dictionary. Texts that together are much longer than the file (the
-// same one stored under very many keys) are refused, which bounds time and memory by its size.
+// Reads strings tables that are binary property lists: the texts of the outermost dictionary. A file whose texts together are much longer
+// than the file itself (one text stored under very many keys) is refused, so that its size bounds time and memory.
 #include "platform/base/strings/StringsReaders.h"
 
 #include <cstdint>
@@ -41,8 +41,8 @@ public:
 private:
     struct Object {
         unsigned kind;
-        std::uint64_t count; // of characters, or of the entries of a dictionary; 0 for others
-        std::size_t at;      // where the content begins
+        std::uint64_t count; // the characters of a text or the entries of a dictionary; 0 for other kinds
+        std::size_t at;      // the offset of the content
     };
 
     std::uint64_t number(std::size_t at, std::size_t size) const {
@@ -81,7 +81,7 @@ private:
         Object object{unsigned(marker) >> 4, marker & 15u, static_cast<std::size_t>(at) + 1};
         if (object.kind != 0xD && !isText(object))
             return Object{object.kind, 0, object.at};
-        if (object.count == 15) { // an integer with the count follows
+        if (object.count == 15) { // the count did not fit and follows as an integer
             if (!has(object.at, 1, 1) || number(object.at, 1) >> 4 != 1 || (number(object.at, 1) & 15) > 3)
                 return std::nullopt;
             const std::size_t size = std::size_t(1) << (number(object.at, 1) & 15);
@@ -112,7 +112,7 @@ private:
 
     const std::string_view mBytes;
     std::size_t mBudget;
-    std::size_t mEnd = 0; // where the trailer begins
+    std::size_t mEnd = 0; // the offset of the trailer
     std::size_t mOffsetSize = 0, mReferenceSize = 0;
     std::uint64_t mCount = 0, mTable = 0;
 };

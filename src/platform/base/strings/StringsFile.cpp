@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The choice of the reader, and the text form.
+// Chooses the reader for a strings table, and reads the text form.
 #include "platform/base/strings/StringsFile.h"
 
 #include "platform/base/strings/OpenStepScanner.h"
@@ -14,7 +14,8 @@ namespace quoddle {
 
 namespace {
 
-/// The name of a wide encoding: by its byte-order mark, UTF-16 also by the zero byte of its first character. Null for all others.
+/// The name of the UTF-16 or UTF-32 encoding of the bytes, told by the byte-order mark, or for UTF-16 also by a zero byte in the first
+/// character. Null for all other encodings.
 const char* wideEncodingOf(std::string_view bytes) {
     UErrorCode status = U_ZERO_ERROR;
     std::int32_t length = 0;
@@ -70,7 +71,7 @@ private:
     }
     void fail(const std::string& what) { mTable.error = mScanner.sentence(what); }
 
-    /// "key = value;", where "key;" stands for "key = key;". The last semicolon may be missing before a brace.
+    /// Reads "key = value;", or "key;" for "key = key;". The last semicolon may be missing before a closing brace.
     void readEntry() {
         auto key = mScanner.readText();
         if (!key) {
@@ -96,7 +97,7 @@ private:
             mTable.texts.insert_or_assign(std::move(*key), std::move(text));
     }
 
-    /// False for what is no text, which is passed over.
+    /// Reads a value. False when it is no text; such a value is skipped.
     bool readValue(std::u16string& text) {
         if (std::u16string_view(u"{(<").find(mScanner.peek()) != std::u16string_view::npos) {
             passOver();
@@ -110,7 +111,7 @@ private:
         return bool(read);
     }
 
-    /// A dictionary, a list or data, up to the bracket that closes it.
+    /// Skips a dictionary, a list or data up to its closing bracket.
     void passOver() {
         std::size_t depth = 0;
         do {

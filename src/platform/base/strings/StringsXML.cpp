@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Strings tables as property lists in XML: the keys and texts of the outermost dictionary. As much of XML as such lists have: elements,
-// comments, CDATA, the five entities of the language and characters by number; a document type is passed over, and what it declares means
-// nothing.
+// Reads strings tables that are property lists in XML: the keys and texts of the outermost dictionary. Supports only the parts of XML that
+// such lists use: elements, comments, CDATA, the five predefined entities and numeric characters. A document type is skipped, and its
+// declarations have no effect.
 #include "platform/base/strings/StringsReaders.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ public:
     StringsTable read() {
         std::u16string key;
         bool hasKey = false;
-        std::size_t depth = 0; // of dictionaries and lists; the table is the first one
+        std::size_t depth = 0; // the nesting of dictionaries and lists; 1 in the table itself
         while (mTable.error.empty() && nextTag()) {
             if (mName == u"/dict" || mName == u"/array") {
                 if (depth == 0 || --depth == 0)
@@ -29,7 +29,7 @@ public:
                 if (depth == 0 && mName == u"array")
                     break;
                 depth += !mIsEmpty;
-                hasKey = false; // its value is passed over
+                hasKey = false; // the value for the last key was no text and has been skipped
             } else if (depth == 1 && mName == u"key") {
                 key = content();
                 hasKey = true;
@@ -47,7 +47,7 @@ public:
     }
 
 private:
-    /// Goes behind the next tag that begins or ends an element. False at the end.
+    /// Moves behind the next tag that begins or ends an element. False at the end of the text.
     bool nextTag() {
         while (true) {
             const std::size_t start = mRest.find(u'<');
@@ -64,7 +64,7 @@ private:
                 if (!passOver(u"?>"))
                     return false;
             } else if (mRest.starts_with(u'!')) {
-                // What a document type declares stands between brackets.
+                // A document type may have declarations in brackets.
                 const std::size_t end = mRest.find_first_of(u">[");
                 if (end == std::u16string_view::npos || !passOver(mRest[end] == u'[' ? u"]" : u">"))
                     return false;
@@ -89,7 +89,7 @@ private:
         return true;
     }
 
-    /// Of an element of text, up to and with its end.
+    /// Reads the content of a text element, including the end tag.
     std::u16string content() {
         std::u16string text;
         while (!mIsEmpty) {
@@ -130,7 +130,7 @@ private:
         const bool isHexadecimal = isNumber && mRest[2] == u'x';
         char32_t code = 0;
         for (std::size_t i = isHexadecimal ? 3 : 2; isNumber && i < end; ++i) {
-            const char16_t digit = mRest[i] | 0x20; // of letters: lower case
+            const char16_t digit = mRest[i] | 0x20; // a letter in lower case; digits are unchanged
             const int value = mRest[i] >= u'0' && mRest[i] <= u'9' ? mRest[i] - u'0'
                               : digit >= u'a' && digit <= u'f'     ? digit - u'a' + 10
                                                                    : 99;
@@ -151,8 +151,8 @@ private:
     }
 
     std::u16string_view mRest;
-    std::u16string_view mName; // of the last tag, with "/" in front for one that ends an element
-    bool mIsEmpty = false;     // the last tag is an element without content
+    std::u16string_view mName; // the name of the last tag, with "/" in front when it ends an element
+    bool mIsEmpty = false;     // whether the last tag is an element without content
     bool mHasTable = false;
     StringsTable mTable;
 };
