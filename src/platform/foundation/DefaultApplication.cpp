@@ -19,8 +19,8 @@ QStringList applicationFolders() {
     return QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation);
 }
 
-/// The lists that may say something, the strongest first: the user's before the system's, that of the desktop in use before the one for
-/// all.
+/// The paths of the lists of associations, those that take precedence first: the user's before the system's, and in each folder the current
+/// desktop's before the one for all desktops.
 QStringList associationLists() {
     QStringList prefixes;
     for (const QString& desktop : qEnvironmentVariable("XDG_CURRENT_DESKTOP").toLower().split(u':', Qt::SkipEmptyParts))
@@ -34,7 +34,7 @@ QStringList associationLists() {
     return lists;
 }
 
-/// The path of an installed entry, whose dashes may stand for folders; empty when there is none.
+/// The path of an installed desktop entry; a dash in its identifier may stand for a folder. Empty when it is not installed.
 QString entryPath(const QString& identifier) {
     if (identifier.contains(u'/') || !identifier.endsWith(".desktop"_L1))
         return {};
@@ -53,7 +53,7 @@ QString entryPath(const QString& identifier) {
     return {};
 }
 
-/// Empty for what is not installed or cannot be started.
+/// Empty for an application that is not installed or cannot be started.
 QString nameOfApplication(const QString& identifier) {
     const QString path = entryPath(identifier);
     const auto entry = path.isEmpty() ? std::nullopt : desktopEntryValues(path);

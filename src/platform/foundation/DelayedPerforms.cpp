@@ -22,7 +22,7 @@ public:
     }
     double now() const override { return static_cast<double>(mElapsed.nsecsElapsed()) / 1e9; }
     void wakeAt(double time) override {
-        // A timer takes at most 2^31 ms; waking early is harmless, for the owner asks again.
+        // A timer takes at most 2^31 ms. Waking too early is harmless, because the owner then asks for another wake-up.
         const double delay = std::clamp((time - now()) * 1000 + 0.999, 0.0, 1e9);
         mTimer.start(static_cast<int>(delay));
     }
@@ -60,7 +60,7 @@ void DelayedPerforms::cancelPreviousPerformRequests(const void* target, const QS
 }
 
 void DelayedPerforms::performDue() {
-    // Only what is due now: a call that asks for itself again with no delay must not starve the event loop.
+    // Only requests that are due now are performed: a call that requests itself again without delay must not starve the event loop.
     const double now = mClock->now();
     auto due = static_cast<std::size_t>(
         std::count_if(mPending.begin(), mPending.end(), [now](const Request& request) { return request.time <= now; }));

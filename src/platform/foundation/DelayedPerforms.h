@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Calls that the main run loop makes after a delay and that can be withdrawn by target and selector.
-// One decision: time comes from a Clock that can be replaced, so that an hour of idle calls is tested in a millisecond.
-// Main thread only. It holds no target alive: whoever ends withdraws its calls.
+// Decision: time comes from a replaceable Clock, so that a test of an hour of idle calls takes a millisecond.
+// Main thread only. Targets are not kept alive: a target withdraws its calls before it is destroyed.
 #pragma once
 
 #include <functional>
@@ -17,9 +17,10 @@ class Clock {
 public:
     virtual ~Clock() = default;
     virtual double now() const = 0;
-    /// Replaces the previous wish. The wake-up comes on the main thread, never before `time`, never from inside this call.
+    /// Asks for one wake-up instead of any asked for before. It comes on the main thread, never before `time` and never from inside this
+    /// call.
     virtual void wakeAt(double time) = 0;
-    /// Set once by the owner of the clock's wake-ups.
+    /// Called at each wake-up. The clock's owner sets it once.
     std::function<void()> onWake;
 
     /// The clock of the machine (a timer of the main event loop).
@@ -33,9 +34,10 @@ public:
     DelayedPerforms(const DelayedPerforms&) = delete;
     DelayedPerforms& operator=(const DelayedPerforms&) = delete;
 
-    /// A negative delay counts as 0; the call is never made directly. Equal times are kept in order.
+    /// A negative delay counts as 0; the call is never made before this returns. Calls with equal times are made in the order of the
+    /// requests.
     void perform(const void* target, const QString& selector, std::function<void()> call, double afterDelay);
-    /// Seconds of the clock.
+    /// The clock's time in seconds.
     double now() const { return mClock->now(); }
     /// An empty selector withdraws every call of the target.
     void cancelPreviousPerformRequests(const void* target, const QString& selector = {});

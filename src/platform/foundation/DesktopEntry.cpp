@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::size_t kMaximumEntrySize = 64 << 10;
-// With the prefix and the longest ending, a file name stays below 255 bytes, the limit of bus names too.
+// Keeps file names, with the prefix and the longest extension, below 255 bytes, which is also the limit of bus names.
 constexpr qsizetype kLongestName = 200;
 constexpr qsizetype kMaximumIdentifierLength = 200;
 
@@ -23,7 +23,8 @@ bool isPlain(QChar c) {
     return c.unicode() < 0x80 && (c.isLetterOrNumber() || c == u'_' || c == u'-');
 }
 
-/// One part of a bus name. What has no place there is replaced; letters of other scripts by their numbers, so that names stay apart.
+/// One part of a bus name. Other ASCII characters become "_", and characters beyond ASCII their numbers, so that different names stay
+/// different.
 QString partFrom(QStringView text) {
     QString part;
     for (QChar c : text)
@@ -36,7 +37,7 @@ QString partFrom(QStringView text) {
     return part;
 }
 
-/// Cut to what fits, told apart by a digest of the whole.
+/// An identifier that is too long is cut, and a digest of all of it is added to keep different ones apart.
 QString limited(const QString& identifier) {
     if (identifier.size() <= kMaximumIdentifierLength)
         return identifier;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one way to whatever a bundle holds: a pipe or a device in the place of a file must not make anybody wait.
+// Reads files of bundles in the only safe way: a pipe or a device in the place of a file must not block the reader.
 #pragma once
 
 #include "platform/base/File.h"
@@ -9,7 +9,7 @@
 
 namespace quoddle {
 
-/// quoddle::readFile() for Qt's texts and bytes.
+/// quoddle::readFile() with Qt's types.
 inline Result<QByteArray, OSStatus> bytesOfFile(const QString& path, qint64 maximumSize) {
     const auto bytes = readFile(QFile::encodeName(path).toStdString(), static_cast<std::size_t>(maximumSize));
     if (!bytes)

@@ -15,7 +15,8 @@ namespace {
 constexpr qsizetype kMostEntries = 1000;
 constexpr qsizetype kOSTypeSize = 4;
 
-/// The type of the longest extension that is known, among the last two ("a.tar.gz"). A name that only begins with a dot has none.
+/// The wanted type of the last two extensions together ("tar.gz"), else of the last one. A name with no dot but the first character has no
+/// extension.
 QString typeForName(const QString& name, bool wanted(const QString& type)) {
     const qsizetype last = name.lastIndexOf(u'.');
     if (last <= 0)
@@ -55,7 +56,7 @@ QString typeIdentifierOfFile(const QString& path) {
         return u"public.symlink"_s;
     if (info.isDir())
         return typeOfDirectory(path, info.fileName());
-    if (!info.isFile()) // a pipe, for one, must not be opened
+    if (!info.isFile()) // other things, such as pipes, must not be opened
         return u"public.item"_s;
     const QString type = typeForName(info.fileName(), &isDataType);
     return !type.isEmpty() ? type
@@ -125,7 +126,7 @@ void AllowedFileTypes::add(const QString& entry) {
     if (extension.isEmpty())
         return;
     if (extension.contains(u'.'))
-        mTypes << extension; // or an extension of two parts: what is not declared is both
+        mTypes << extension; // undeclared, so it may be a type identifier or an extension of two parts: allow both
     if (UTTypeIsDeclared(extension))
         return;
     mSuffixes << u'.' + extension;

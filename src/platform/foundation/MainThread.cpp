@@ -17,10 +17,10 @@ namespace quoddle::MainThread {
 
 namespace {
 
-/// One handed-over piece of work; a waiting caller holds it too.
+/// A piece of work for the main thread. Shared by the queue and, for dispatchSync(), the waiting caller.
 struct Item {
     std::function<void()> work;
-    bool done = false; // guarded by the queue's mutex, like the next one
+    bool done = false; // `done` and `dropped` are guarded by the queue's mutex
     bool dropped = false;
 };
 
@@ -31,7 +31,7 @@ struct Queue {
     bool closed = false;
 };
 
-// Never destroyed: worker threads may outlive the static objects of the main thread.
+// Never destroyed, because worker threads may outlive the static objects of the main thread.
 Queue& queue() {
     static auto* shared = new Queue;
     return *shared;
@@ -65,7 +65,7 @@ void runNext() {
 
 const auto kWakeUp = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-/// Wakes the main thread. Its event says nothing, so that nothing but the queue itself is shared between the threads.
+/// Runs the next item for each wake-up event. The event carries no data, so that the threads share nothing but the queue.
 class Receiver final : public QObject {
 public:
     bool event(QEvent* event) override {
@@ -76,7 +76,7 @@ public:
     }
 };
 
-/// Called with the queue's mutex held.
+/// Must be called with the queue's mutex held.
 Receiver* receiverOn(QThread* mainThread) {
     static auto* receiver = [mainThread] {
         auto* made = new Receiver;
@@ -86,7 +86,7 @@ Receiver* receiverOn(QThread* mainThread) {
     return receiver;
 }
 
-/// Posts one wake-up for each item; the item itself stays in the queue, so that close() can find it.
+/// Posts one wake-up event per item. The item itself stays in the queue, where close() can find it.
 std::shared_ptr<Item> enqueue(std::function<void()> work) {
     auto item = std::make_shared<Item>();
     item->work = std::move(work);
@@ -101,7 +101,7 @@ std::shared_ptr<Item> enqueue(std::function<void()> work) {
         queue().items.push_back(item);
         receiver = receiverOn(application->thread());
     }
-    // The receiver lives for ever. Not under the mutex, which the main thread, awake, wants at once.
+    // The event is posted without the mutex, which the main thread takes as soon as it wakes. The receiver is never destroyed.
     QCoreApplication::postEvent(receiver, new QEvent(kWakeUp), Qt::NormalEventPriority);
     return item;
 }

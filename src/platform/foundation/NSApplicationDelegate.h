@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The two sides of the conversation between the application framework and the one object that decides for the application: what that object
-// is asked and told, and what it may ask of the framework. Both without widgets, so that whoever decides need not see any.
+// The interfaces between the application framework and its delegate, the one object that decides for the application: what the framework
+// asks and tells the delegate, and what the delegate may ask of the framework. Neither needs widgets, so that delegates need not see any.
 #pragma once
 
 #include <memory>
@@ -19,10 +19,10 @@ inline const QString NSWindowWillCloseNotification = QStringLiteral("NSWindowWil
 inline const QString NSApplicationDidFinishLaunchingNotification = QStringLiteral("NSApplicationDidFinishLaunchingNotification");
 /// Posted with the application as object, after the delegate's applicationWillTerminate().
 inline const QString NSApplicationWillTerminateNotification = QStringLiteral("NSApplicationWillTerminateNotification");
-/// Posted with the application as object, when it has been asked to end and has found out after a while that it goes on.
+/// Posted with the application as object when it goes on although it had been asked to end; the decision may have taken a while.
 inline const QString NSApplicationDidRefuseTerminationNotification = QStringLiteral("NSApplicationDidRefuseTerminationNotification");
 
-/// Posted by the delegate: the session ends, and nobody will answer a question any more. Whoever asks one gives up.
+/// Posted by the delegate when the session ends. Nobody will answer a question any more, so open questions give up.
 inline const QString SessionWillEndNotification = QStringLiteral("SessionWillEndNotification");
 
 enum class NSApplicationTerminateReply { cancel = 0, now = 1, later = 2 };
@@ -36,27 +36,27 @@ public:
 
     virtual void applicationWillFinishLaunching() {}
     virtual void applicationDidFinishLaunching() {}
-    /// Absolute paths, at least one. Before applicationDidFinishLaunching() when they came with the launch. Answered with
-    /// NSApplication::replyToOpenOrPrint(), now or later.
+    /// Opens files: absolute paths, at least one. Comes before applicationDidFinishLaunching() for the files of the launch. The delegate
+    /// answers with NSApplication::replyToOpenOrPrint(), now or later.
     virtual void applicationOpenFiles(const QStringList& filenames) = 0;
-    /// `later` is answered with NSApplication::replyToApplicationShouldTerminate().
+    /// After `later` the delegate answers with NSApplication::replyToApplicationShouldTerminate().
     virtual NSApplicationTerminateReply applicationShouldTerminate() { return NSApplicationTerminateReply::now; }
-    /// After `cancel`: whether that is only for now, because the delegate has begun to find out (it then calls terminate() itself, or
-    /// SharedApplication::terminationWasRefused()).
+    /// Asked after `cancel`: whether the decision is still open, because the delegate is finding it out. It then calls terminate() itself,
+    /// or SharedApplication::terminationWasRefused().
     virtual bool isDecidingTermination() const { return false; }
-    /// SIGTERM, SIGINT or SIGHUP have come. True when the delegate sees to the end itself; else terminate() follows.
+    /// Called after SIGTERM, SIGINT or SIGHUP. True when the delegate itself ends the application; else terminate() follows.
     virtual bool applicationReceivedSignal() { return false; }
     virtual void applicationWillTerminate() {}
-    /// wakeWaits() was called: something that the application waits for may have come.
+    /// wakeWaits() was called: whatever the application waits for may have happened.
     virtual void applicationWaitsWoken() {}
-    /// Somebody has launched the application, which runs already; what is open comes to the front after this.
+    /// The application was launched again while it runs; its windows come to the front after this call.
     virtual void applicationWillReopen() {}
-    /// Somebody has sent "activate", another process or the application's own script; what is open comes to the front after this.
+    /// "activate" was sent, by another process or by the application's own script; the windows come to the front after this call.
     virtual void applicationWillActivate(bool isAskedByOther) { (void)isAskedByOther; }
     /// Asked when the user has closed the last window.
     virtual bool applicationShouldTerminateAfterLastWindowClosed() { return false; }
 
-    /// Whether the delegate performs the menu action itself; only then is it asked about its items.
+    /// Whether the delegate performs the menu action itself; only then is it asked whether the action's items are enabled.
     virtual bool respondsToAction(const QString& action) const {
         (void)action;
         return false;
@@ -68,30 +68,32 @@ public:
     }
 };
 
-/// What the framework (appkit/NSApplication.h) offers. Main thread.
+/// What the framework (appkit/NSApplication.h) offers to a delegate. Main thread.
 class SharedApplication {
 public:
     virtual ~SharedApplication() = default;
 
-    /// Asks the delegate, unless the end has begun. Unlike on other platforms it returns when the end was decided: see isRunning().
+    /// Asks the delegate, unless the application is already ending. Unlike on other platforms it returns when the end is decided: see
+    /// isRunning().
     virtual void terminate() = 0;
-    /// True ends the application, even when no question is outstanding.
+    /// `true` ends the application, also without an open question.
     virtual void replyToApplicationShouldTerminate(bool shouldTerminate) = 0;
-    /// The delegate has found out that the application goes on.
+    /// Tells the framework that the delegate has decided to go on.
     virtual void terminationWasRefused() = 0;
-    /// The number of the open request that the delegate is being asked about, for a delegate that answers later; 0: it is not asked.
+    /// The number of the open request that the delegate is just being asked to handle, for delegates that answer later; 0 outside such a
+    /// call.
     virtual int openRequest() const = 0;
-    /// Answers the open request of that number, or the oldest one when no open request has it; does nothing when there is none.
+    /// Answers the open request with that number, or the oldest one when no open request has it. Does nothing when no request is open.
     virtual void replyToOpenOrPrint(NSApplicationDelegateReply reply, int request) = 0;
-    /// False once the end was decided: nothing is to be begun or shown any more.
+    /// False once the end is decided; nothing may be begun or shown then.
     virtual bool isRunning() const = 0;
-    /// Whether one of its windows has the user's attention.
+    /// Whether one of the application's windows is the active one.
     virtual bool isActive() const = 0;
-    /// Brings what is open to the front.
+    /// Brings the application's windows to the front.
     virtual void activate() = 0;
-    /// Null when there is none.
+    /// Null when there is no menu.
     virtual std::shared_ptr<NSMenu> mainMenu() const = 0;
-    /// The framework's own judgement of a menu action, without the delegate.
+    /// Whether the framework itself enables a menu action; the delegate is not asked.
     virtual bool validatesAction(const QString& action) const = 0;
 };
 

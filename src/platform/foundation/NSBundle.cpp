@@ -28,7 +28,7 @@ QString tableName(const QString& table) {
     return table.isEmpty() ? u"Localizable"_s : table;
 }
 
-// Folders of old bundles carry the language's English name.
+// The folders of old bundles are named after the language in English.
 constexpr struct {
     QLatin1StringView language, name;
 } kOldNames[] = {{"en"_L1, "English"_L1}, {"fr"_L1, "French"_L1},    {"de"_L1, "German"_L1},  {"ja"_L1, "Japanese"_L1},
@@ -36,8 +36,8 @@ constexpr struct {
                  {"da"_L1, "Danish"_L1},  {"no"_L1, "Norwegian"_L1}, {"fi"_L1, "Finnish"_L1}, {"pt"_L1, "Portuguese"_L1},
                  {"ko"_L1, "Korean"_L1}};
 
-/// "fr-Latn-CA" → fr-Latn-CA, fr-CA, fr-Latn, fr, each with underscores too, French: every name that a folder for this language may have,
-/// the most exact first. A region says more than a script, for few tags are written with one.
+/// All names that a folder for this language may have, the most specific first. For "fr-Latn-CA": fr-Latn-CA, fr-CA, fr-Latn, fr, each also
+/// with underscores, and French. A region tells more than a script, because few tags are written with a script.
 QStringList folderNamesFor(const QString& tag) {
     const QStringList parts = tag.split(u'-');
     QStringList tags{tag};
@@ -54,7 +54,7 @@ QStringList folderNamesFor(const QString& tag) {
 }
 
 QStringList userLanguages() {
-    // Only the system's locale knows the user's list of languages; a locale that a program set as default stands for itself.
+    // Only the system's locale has the user's list of languages; a locale that the program has set as the default has just its own.
     const QLocale locale;
     return locale == QLocale::system() ? QLocale::system().uiLanguages() : locale.uiLanguages();
 }
@@ -138,7 +138,7 @@ QStringList NSBundle::preferredLocalizations() const {
         if (mLocalizations)
             return *mLocalizations;
     }
-    const QStringList found = findLocalizations(); // asks for the info dictionary, which takes the lock itself
+    const QStringList found = findLocalizations(); // takes the lock itself, when it asks for the info dictionary
     QMutexLocker lock(&mMutex);
     if (!mLocalizations)
         mLocalizations = std::make_unique<const QStringList>(found);
@@ -175,7 +175,7 @@ QList<NSBundle::StringsTable> NSBundle::tablesNamed(const QString& table) const 
         auto read = Plist::readStrings(*bytes);
         if (read)
             tables << *read;
-        else // a bad file must not take the other languages with it
+        else // one bad file must not make the texts of the other languages unavailable
             NSLog(u"NSBundle: %@ is left out: %@"_s, {path, read.error()});
     }
     return *mTables.insert(table, tables);

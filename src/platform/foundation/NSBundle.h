@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A bundle: a folder NAME.app/Contents with an Info.plist, resources and their localised variants.
-// One decision: everything is read on first use and kept; a bundle that changes on disk while it is in use is not looked at again.
-// It loads no code and knows no other layout than Contents/….
+// Decision: everything is read on first use and kept; changes of the bundle on disk while it is in use are not noticed.
+// A bundle loads no code and knows no other layout than Contents/….
 #pragma once
 
 #include <memory>
@@ -15,21 +15,21 @@
 
 namespace quoddle {
 
-/// Thread-safe after creation.
+/// Thread-safe once it has been created.
 class NSBundle {
 public:
     /// The bundle of this process; null until setMainBundle().
     static std::shared_ptr<NSBundle> mainBundle();
-    /// Main thread, before any other thread asks.
+    /// Main thread, before any other thread calls mainBundle().
     static void setMainBundle(std::shared_ptr<NSBundle> bundle);
 
     /// Null when there is no folder at the path. A folder without Contents is a bundle without information and resources.
     static std::shared_ptr<NSBundle> bundleWithPath(const QString& path);
-    /// The bundle that an executable at BUNDLE/Contents/Linux/NAME belongs to; null for any other place. Links are not followed,
-    /// so that a link in a bundle to a shell outside stands for the bundle.
+    /// The bundle of an executable at BUNDLE/Contents/Linux/NAME; null for any other path. Links are not followed, so that an executable
+    /// that is a link to a program outside still stands for its bundle.
     static std::shared_ptr<NSBundle> bundleForExecutable(const QString& executablePath);
 
-    /// Texts for keys that no table of any bundle knows (for one table name; "" is the default one). Main thread, at start.
+    /// Sets the texts for keys that a bundle's tables lack, for one table name ("" is the default table). Main thread, at the start.
     static void setFallbackStrings(const QString& table, const QHash<QString, QString>& strings);
 
     /// Absolute, without a slash at the end.
@@ -39,22 +39,22 @@ public:
     /// "CFBundleIdentifier"; empty when there is none.
     QString bundleIdentifier() const;
 
-    /// "CFBundleName"; a bundle without one is called as its folder is, without the extension.
+    /// "CFBundleName", else the name of the bundle's folder without the extension.
     QString name() const;
 
-    /// Contents/Info.plist as it stands; empty when there is none or it cannot be read (which is logged once).
+    /// The contents of Contents/Info.plist, not localised; empty when there is none or it cannot be read (which is logged once).
     QVariantMap infoDictionary() const;
-    /// The localised value ("InfoPlist.strings") or else the one of the info dictionary; an empty QVariant when absent.
+    /// The localised value ("InfoPlist.strings"), else the info dictionary's; an empty QVariant when neither has the key.
     QVariant objectForInfoDictionaryKey(const QString& key) const;
 
-    /// The languages whose .lproj folders serve this user, best first; "Base", the development region and English come last.
+    /// The languages of the .lproj folders to use for this user, best first; "Base", the development region and English come last.
     QStringList preferredLocalizations() const;
-    /// Absolute path of a file or folder: Resources[/subdirectory], then Resources/LANGUAGE.lproj[/subdirectory] in order of preference.
-    /// `type` is the extension without its dot, empty for none. Empty when there is no such resource.
+    /// The absolute path of a file or folder, looked for in Resources[/subdirectory], then in Resources/LANGUAGE.lproj[/subdirectory] in
+    /// the order of preference. `type` is the extension without its dot, empty for none. Empty when there is no such resource.
     QString pathForResource(const QString& name, const QString& type, const QString& inDirectory = {}) const;
 
-    /// Looked up key by key: the first language that has the key answers. Default table: "Localizable".
-    /// When no language has it: `value`, or the key itself when that is empty.
+    /// The text for the key in the first preferred language whose table has the key. Without one: `value`, or the key itself when `value`
+    /// is empty. The default table is "Localizable".
     QString localizedString(const QString& key, const QString& value = {}, const QString& table = {}) const;
 
 private:
@@ -62,7 +62,7 @@ private:
 
     using StringsTable = QHash<QString, QString>;
     QString localizedOrEmpty(const QString& key, const QString& table) const;
-    /// One table of each preferred language, in order, after the one outside every .lproj.
+    /// The table outside all .lproj folders, then those of the preferred languages in order.
     QList<StringsTable> tablesNamed(const QString& table) const;
     QStringList findLocalizations() const;
     QVariantMap readInfo() const;
@@ -74,10 +74,10 @@ private:
     mutable QHash<QString, QList<StringsTable>> mTables;
 };
 
-/// The platform's boolean conversion of a stored object: numbers other than 0; texts that, after blanks, a sign and zeros, begin with
-/// Y, y, T, t or a digit from 1 to 9. Anything else, and nothing at all, is false.
+/// The platform's conversion of a stored object to a boolean. True for numbers other than 0 and for texts that begin with Y, y, T, t or a
+/// digit from 1 to 9, after blanks, a sign and zeros. False for anything else and for an empty QVariant.
 bool boolValue(const QVariant& object);
-/// Whether the object is a number to the platform; booleans are.
+/// Whether the platform counts the object as a number; booleans are numbers.
 bool isNumber(const QVariant& object);
 
 } // namespace quoddle

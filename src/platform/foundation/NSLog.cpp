@@ -44,11 +44,11 @@ QString descriptionOf(const QVariant& value, int depth = 0) {
     return value.toString();
 }
 
-/// One placeholder of a format: where it ends, which argument it takes and how that is written.
+/// A placeholder of a format: where it ends, which argument it takes and how the argument is written.
 struct Placeholder {
     qsizetype end = 0;
-    qsizetype position = -1; // from "%2$"; -1: the next one in order
-    char16_t conversion = 0; // 0: not a placeholder after all
+    qsizetype position = -1; // the index given by "%2$" (1 there); -1 for the next argument in order
+    char16_t conversion = 0; // 0 when the text is not a placeholder
 };
 
 Placeholder placeholderAt(QStringView format, qsizetype percent) {

@@ -25,7 +25,7 @@ Result<std::shared_ptr<NSMenu>, QString> NSMenu::menuFromPropertyList(const QVar
     return menu;
 }
 
-/// Empty when all went well, like the next one.
+/// fill() and addItem() return an error message; empty when all went well.
 QString NSMenu::fill(NSMenu& menu, const QVariant& list, int depth) {
     if (list.typeId() != QMetaType::QVariantList || depth > kMaxDepth)
         return u"a menu is a list, at most %1 deep"_s.arg(kMaxDepth);
@@ -66,7 +66,7 @@ void NSMenu::removeItem(const NSMenuItem* item) {
 }
 
 void NSMenu::removeStraySeparators() {
-    bool wanted = false; // a separator needs an item before it and one behind it
+    bool wanted = false; // whether a separator may come next: directly behind an item
     std::erase_if(mItems, [&wanted](const auto& each) {
         const bool stray = each->isSeparatorItem() && !wanted;
         wanted = !each->isSeparatorItem();

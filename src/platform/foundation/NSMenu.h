@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Menus as data: titles, actions and submenus, without any widget. Who shows a menu (appkit/MenuBar.h) makes its widgets from it.
-// One decision: an action is the name of an operation ("terminate:"), so that a menu can come from a file and be judged by name.
+// Menus as data: titles, actions and submenus, without widgets. appkit/MenuBar.h makes the widgets.
+// Decision: an action is the name of an operation ("terminate:"), so that menus can come from files, and actions can be enabled by name.
 // Main thread only.
 #pragma once
 
@@ -21,11 +21,11 @@ class NSMenuItem {
 public:
     const QString& title() const { return mTitle; }
     void setTitle(const QString& title);
-    /// Empty for an item that does nothing by itself.
+    /// Empty for an item without an action of its own.
     const QString& action() const { return mAction; }
-    /// In the portable notation of key sequences ("Ctrl+Q"); may be empty.
+    /// The shortcut in Qt's portable notation ("Ctrl+Q"); may be empty.
     const QString& keyEquivalent() const { return mKeyEquivalent; }
-    /// The name under which the item is looked up; may be empty.
+    /// The name by which itemWithIdentifier() finds the item; may be empty.
     const QString& identifier() const { return mIdentifier; }
     bool isSeparatorItem() const { return mSeparator; }
     /// Null when there is none.
@@ -43,16 +43,16 @@ private:
 
 class NSMenu {
 public:
-    /// A list of dictionaries { title; action; key; id; submenu = ( … ); }, a bare "-" for a separator. Fails, with a text, on anything
-    /// else.
+    /// Makes a menu from a list of dictionaries { title; action; key; id; submenu = ( … ); }, in which the text "-" is a separator.
+    /// Anything else is an error, with a message.
     static Result<std::shared_ptr<NSMenu>, QString> menuFromPropertyList(const QVariant& list);
 
     const std::vector<std::unique_ptr<NSMenuItem>>& itemArray() const { return mItems; }
-    /// Destroys the item. A separator that would then stand first, last or beside another one goes too.
+    /// Destroys the item, and separators that would then stand first, last or beside another one.
     void removeItem(const NSMenuItem* item);
-    /// Searched in this menu and below; null when there is none.
+    /// Searches this menu and its submenus; null when there is no such item.
     NSMenuItem* itemWithIdentifier(const QString& identifier) const;
-    /// Called after any change in this menu or below.
+    /// `handler` is called after any change in this menu or its submenus.
     void setChangeHandler(std::function<void()> handler) { mOnChange = std::move(handler); }
 
 private:

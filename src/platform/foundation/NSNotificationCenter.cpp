@@ -4,7 +4,7 @@
 namespace quoddle {
 
 NSNotificationCenter& NSNotificationCenter::defaultCenter() {
-    static auto* center = new NSNotificationCenter; // outlives worker threads
+    static auto* center = new NSNotificationCenter; // never destroyed, because worker threads may outlive static objects
     return *center;
 }
 

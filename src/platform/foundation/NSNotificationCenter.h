@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Notifications by name and sender, delivered on the posting thread before the post returns.
-// One decision: an observer that is removed while a notification is under way is not called any more.
+// Notifications by name and sender, delivered on the posting thread before postNotification() returns.
+// Decision: an observer that is removed while a notification is being delivered is not called any more.
 #pragma once
 
 #include <functional>
@@ -15,7 +15,7 @@ namespace quoddle {
 
 struct NSNotification {
     QString name;
-    /// The sender, for comparing only; may be null.
+    /// The sender, only for comparing; may be null.
     const void* object = nullptr;
     QVariantMap userInfo;
 };
@@ -27,11 +27,12 @@ public:
 
     static NSNotificationCenter& defaultCenter();
 
-    /// An empty name observes every name, a null object every sender. `observer` names the registration for removal and is not held alive.
+    /// An empty name observes every name, a null object every sender. `observer` only identifies the registration for removal; it is not
+    /// kept alive.
     void addObserver(const void* observer, Handler handler, const QString& name, const void* object = nullptr);
-    /// Removes what was registered with exactly this name and object; an empty name or null object removes whatever they were.
+    /// Removes the registrations with this name and object; an empty name stands for all names, a null object for all objects.
     void removeObserver(const void* observer, const QString& name = {}, const void* object = nullptr);
-    /// Observers are called in the order of their registration.
+    /// Calls the observers in the order of their registration.
     void postNotification(const QString& name, const void* object = nullptr, const QVariantMap& userInfo = {});
 
 private:

@@ -11,7 +11,7 @@ namespace quoddle {
 
 namespace {
 
-// No exception crosses a thread; what escapes a block is a fault of the block and ends with it.
+// Runs a block and logs an exception that leaves it, because an exception cannot leave its thread.
 void callGuarded(const std::function<void()>& block) {
     if (!block)
         return;
@@ -37,7 +37,7 @@ void NSOperation::start() {
         callGuarded(mBlock);
         mExecuting = false;
     }
-    mBlock = nullptr; // what the block captured goes with the run, not with the last holder of the operation
+    mBlock = nullptr; // frees the block's captures now, though others may still hold the operation
     mFinished = true;
 }
 
@@ -66,7 +66,7 @@ void NSOperationQueue::addOperation(std::shared_ptr<NSOperation> operation) {
         auto place = std::find_if(mWaiting.begin(), mWaiting.end(),
                                   [&](const auto& other) { return other->queuePriority() < operation->queuePriority(); });
         mWaiting.insert(place, std::move(operation));
-        // A thread is made only when nobody is free to take the work: a serial queue has one, a quiet one none.
+        // A thread is only started when no idle thread can take the work, so a serial queue has one and an unused queue none.
         const bool busy = mIdleWorkers < static_cast<int>(mWaiting.size());
         if (busy && static_cast<int>(mWorkers.size()) < mMaxConcurrentOperationCount)
             mWorkers.emplace_back([this] { work(); });

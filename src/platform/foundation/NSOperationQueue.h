@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Operations and the queues that run them on worker threads of their own.
-// One decision: an operation leaves the count of its queue before its completion block runs, so whoever is told of the end sees a queue
-// without it. It knows no dependencies between operations and no main queue (see MainThread.h).
+// Operations and the queues that run them on worker threads.
+// Decision: an operation leaves its queue's count before its completion block runs, so the block sees a queue without it. There are no
+// dependencies between operations, and no main queue (see MainThread.h).
 #pragma once
 
 #include <atomic>
@@ -20,17 +20,17 @@ class NSOperation {
 public:
     enum class QueuePriority { veryLow = -8, low = -4, normal = 0, high = 4, veryHigh = 8 };
 
-    /// The block runs once, on a worker thread. An exception that leaves it is logged and dropped.
+    /// `block` runs once, on a worker thread. An exception that leaves it is logged and dropped.
     explicit NSOperation(std::function<void()> block) : mBlock(std::move(block)) {}
 
-    /// Runs after the operation has left its queue, on the same thread; also after an operation that was cancelled before it began.
-    /// Set before the operation is added.
+    /// `block` runs on the same thread after the operation has left its queue, also when the operation was cancelled before it began. Must
+    /// be set before the operation is added.
     void setCompletionBlock(std::function<void()> block) { mCompletionBlock = std::move(block); }
-    /// Set before the operation is added.
+    /// Must be set before the operation is added.
     void setQueuePriority(QueuePriority priority) { mPriority = priority; }
     QueuePriority queuePriority() const { return mPriority; }
 
-    /// Any thread. A waiting operation never runs its block; a running one only learns of it through isCancelled().
+    /// Any thread. The block of a waiting operation will not run; that of a running one can only ask isCancelled().
     void cancel();
     bool isCancelled() const { return mCancelled; }
     bool isExecuting() const { return mExecuting; }
@@ -53,28 +53,28 @@ private:
 class NSOperationQueue {
 public:
     explicit NSOperationQueue(int maxConcurrentOperationCount = 1);
-    /// Cancels what waits, waits for what runs.
+    /// Cancels the waiting operations and waits for the running ones.
     ~NSOperationQueue();
     NSOperationQueue(const NSOperationQueue&) = delete;
     NSOperationQueue& operator=(const NSOperationQueue&) = delete;
 
-    /// The queue keeps the operation until it has finished. Equal priorities run in the order in which they came.
+    /// The queue keeps the operation until it has finished. Operations of equal priority run in the order in which they were added.
     void addOperation(std::shared_ptr<NSOperation> operation);
     void addOperation(std::function<void()> block);
 
-    /// Nothing that waits begins from now on, provided that something runs; otherwise the queue stays as it is.
+    /// While an operation is running, stops waiting ones from beginning until resume(). Without a running one the queue is not suspended.
     void suspendBehindRunning();
     void resume();
 
     int maxConcurrentOperationCount() const { return mMaxConcurrentOperationCount; }
-    /// Waiting and running operations together.
+    /// The number of waiting and running operations.
     int operationCount() const;
     void cancelAllOperations();
-    /// Those that have not begun.
+    /// Cancels the operations that have not begun.
     void cancelWaitingOperations();
-    /// Their completion blocks too. Not from an operation of this queue.
+    /// Waits for the completion blocks, too. Must not be called from an operation of this queue.
     void waitUntilAllOperationsAreFinished();
-    /// The same, but for so long at most; answers whether all are finished.
+    /// The same with a time limit; whether all operations are finished.
     bool waitUntilAllOperationsAreFinished(std::chrono::milliseconds limit);
 
 private:

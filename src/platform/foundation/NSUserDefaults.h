@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// What an applet remembers between launches: one settings file for each applet below the user's configuration folder.
+// The settings that an applet keeps between launches, in one file per applet below the user's configuration folder.
 #pragma once
 
 #include <QSettings>
 
 namespace quoddle {
 
-/// Main thread. Created on first use; the domain must be set before.
+/// Main thread. Opened on first use, after setUserDefaultsDomain().
 QSettings& standardUserDefaults();
 
-/// Names the file: the applet's bundle identifier, or any other text (what a file name cannot hold is replaced). Once, before the first
-/// use.
+/// Sets the file's name: the applet's bundle identifier or any other text; characters that file names cannot hold are replaced. Called
+/// once, before the first use.
 void setUserDefaultsDomain(const QString& domain);
 
 } // namespace quoddle

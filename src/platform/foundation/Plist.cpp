@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The choice of the reader, and the border with files and text encodings.
+// Chooses the reader for a property list and deals with files and text encodings.
 #include "platform/foundation/Plist.h"
 
 #include "platform/base/strings/StringsFile.h"
@@ -15,7 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// UTF-16 and UTF-32 by byte-order mark; UTF-16 without one by the zero byte of its first character.
+/// The encoding of text in UTF-16 or UTF-32, told by the byte-order mark, or for UTF-16 also by the zero byte of the first character.
+/// nullopt for other encodings.
 std::optional<QStringConverter::Encoding> wideEncodingOf(const QByteArray& bytes) {
     const auto byMark = QStringConverter::encodingForData(bytes);
     if (byMark && *byMark != QStringConverter::Utf8)
@@ -47,7 +48,8 @@ bool looksLikeXML(QStringView text) {
 }
 
 Value readText(const QByteArray& bytes) {
-    // XML names its own encoding: its reader gets the bytes, unless they are wider than any declaration can say.
+    // The XML reader gets the bytes, because XML names its own encoding. UTF-16 and UTF-32 are decoded before, as no declaration can be
+    // read in them.
     if (!wideEncodingOf(bytes) && looksLikeXML(QString::fromLatin1(bytes.left(512)).remove("\xEF\xBB\xBF"_L1)))
         return readXML(bytes);
     auto text = decodedText(bytes);

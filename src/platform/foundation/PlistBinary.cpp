@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Binary property lists ("bplist00"). Objects are read once and shared, however often they are referred to; objects whose bytes together
-// exceed the file (that is, which overlap) are refused, which bounds time and memory by the size of the file.
+// Binary property lists ("bplist00"). An object that is referred to several times is read once and shared. Lists whose objects together
+// claim more bytes than the file has (that is, overlap) are refused, so the file's size bounds time and memory.
 #include "platform/foundation/PlistReaders.h"
 
 #include <cstring>
@@ -53,12 +53,12 @@ private:
         QVariant value;
     };
 
-    /// What stands before an object's bytes.
+    /// The part of an object in front of its content: kind and size.
     struct Marker {
         int kind;
         int low;
         quint64 count; // of bytes, characters or items
-        qsizetype at;  // where the content begins
+        qsizetype at;  // the offset of the content
     };
 
     quint64 bigEndian(const uchar* at, int size) const {
@@ -117,7 +117,7 @@ private:
         case 0x6:
             return readText(marker);
         case 0xA:
-        case 0xC: // a set: its order means nothing, its items are kept as they stand
+        case 0xC: // a set becomes a list; its order has no meaning
             return readArray(marker, depth);
         case 0xD:
             return readDictionary(marker, depth);
@@ -167,7 +167,7 @@ private:
 
     Value readInteger(const uchar* at, int size) {
         if (size <= 8)
-            return QVariant(static_cast<qlonglong>(bigEndian(at, size))); // 8 bytes are signed, fewer are not
+            return QVariant(static_cast<qlonglong>(bigEndian(at, size))); // integers of 8 bytes are signed, shorter ones are not
         const quint64 high = bigEndian(at, 8);
         const quint64 low = bigEndian(at + 8, 8);
         if (high == 0)
@@ -179,7 +179,7 @@ private:
 
     Value readDate(double seconds) {
         constexpr double kEpoch = 978307200; // 2001-01-01 in seconds since 1970
-        constexpr double kLimit = 1e11;      // some three thousand years either way
+        constexpr double kLimit = 1e11;      // seconds; about three thousand years in each direction
         if (!(seconds > -kLimit && seconds < kLimit))
             return corrupt(u"an impossible date"_s);
         return QVariant(QDateTime::fromMSecsSinceEpoch(qRound64((seconds + kEpoch) * 1000), Qt::UTC));
@@ -246,11 +246,11 @@ private:
 
     const uchar* mBytes;
     const qsizetype mSize;
-    qsizetype mEnd = 0; // where the trailer begins
+    qsizetype mEnd = 0; // the offset of the trailer
     const uchar* mTable = nullptr;
     int mOffsetSize = 0;
     int mReferenceSize = 0;
-    qsizetype mBudget; // bytes that objects may still claim
+    qsizetype mBudget; // the number of bytes that further objects may claim
     qsizetype mNodes = 0;
     std::vector<Object> mObjects;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Property lists in the OpenStep text form and its sister, the strings table: the same without the outer braces.
-// Every scalar is a text or data; the form has no numbers.
+// Property lists in the OpenStep text form, and strings tables, which have the same form without the outer braces. Every scalar is a text
+// or data; the form has no numbers.
 #include "platform/base/strings/OpenStepScanner.h"
 #include "platform/base/TextArgument.h"
 #include "platform/foundation/PlistReaders.h"
@@ -29,7 +29,7 @@ public:
         if (mScanner.atEnd())
             return value;
         if (value->typeId() == QMetaType::QString && (mScanner.peek() == u'=' || mScanner.peek() == u';')) {
-            mScanner.setPosition(start); // a strings table: read its first key again as one
+            mScanner.setPosition(start); // the value was the first key of a strings table, so read it again as one
             return readEntries(0, false);
         }
         return broken(u"something after the value"_s);
@@ -61,7 +61,7 @@ private:
         }
     }
 
-    /// "key = value;" pairs up to the closing brace, or to the end of the text. "key;" stands for "key = key;".
+    /// Reads "key = value;" pairs up to the closing brace, or to the end of the text without `braces`. "key;" stands for "key = key;".
     Value readEntries(int depth, bool braces) {
         QVariantMap map;
         for (;;) {
@@ -85,7 +85,7 @@ private:
                 if (!value || !mScanner.skipBlanks())
                     return value ? Value(brokenComment()) : value;
             }
-            const bool last = braces && mScanner.peek() == u'}'; // the last semicolon may be missing before the brace
+            const bool last = braces && mScanner.peek() == u'}'; // the last semicolon may be missing in front of the brace
             if (mScanner.peek() != u';' && !last)
                 return broken(u"no semicolon after the value of \"%1\""_s.arg(key->toString().left(80)));
             if (!last)

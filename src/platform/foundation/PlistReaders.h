@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the three readers of property lists have in common. Private to Plist.
+// What the readers of property lists share. Private to Plist.
 #pragma once
 
 #include "platform/foundation/Plist.h"
@@ -20,12 +20,12 @@ inline Failure<QString> tooMany() {
     return failure(QStringLiteral("too many values: more than %1").arg(kMaxNodes));
 }
 
-/// Bytes in the encoding that the document declares, or text whose encoding is settled.
+/// Takes bytes in the encoding that the document declares, or text that has been decoded.
 Value readXML(const QByteArray& bytes);
 Value readXML(const QString& text);
 Value readBinary(const QByteArray& bytes);
 
-/// One value, or a strings table.
+/// Reads one value or a strings table.
 Value readOpenStep(const QString& text);
 
 } // namespace quoddle::Plist

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Property lists as XML, both ways.
+// Reads and writes property lists in XML.
 #include "platform/foundation/PlistReaders.h"
 
 #include <cmath>
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    /// The reader's own error, when it has one, says more than ours.
+    /// Prefers the XML parser's own error message, which says more than ours.
     Failure<QString> broken(const QString& what) {
         return failure(u"line %1: %2"_s.arg(mXML.lineNumber()).arg(mXML.hasError() ? mXML.errorString() : what));
     }
@@ -138,7 +138,7 @@ class XMLWriter {
 public:
     Result<QByteArray, QString> write(const QVariant& value) {
         mXML.setAutoFormatting(true);
-        mXML.setAutoFormattingIndent(-1); // tabs, as other tools write them
+        mXML.setAutoFormattingIndent(-1); // indents with tabs, as other tools do
         mXML.writeStartDocument();
         mXML.writeDTD(u"<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">"_s);
         mXML.writeStartElement(u"plist"_s);
@@ -151,7 +151,7 @@ public:
     }
 
 private:
-    /// Empty when all went well.
+    /// Returns an error message; empty when all went well.
     QString writeValue(const QVariant& value, int depth) {
         if (depth >= kMaxDepth)
             return tooDeep().error;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The questions and notices of an updater to the application that it keeps up to date.
+// The questions and notices of an updater to the application that it updates.
 //
-// The application may take its time for an answer, as long as its script takes, and lets the user go on meanwhile: an updater is prepared
-// to be asked for something else before it has the answer.
+// A script may answer, which can take any time, and the user can go on meanwhile. So the updater may be asked for something else while it
+// waits for an answer.
 // Main thread.
 #pragma once
 
@@ -13,16 +13,16 @@ public:
     virtual ~SUUpdaterDelegate() = default;
 
     virtual bool updaterMayCheckForUpdates() { return true; }
-    /// Whether the user is asked before updates are looked for without being asked for.
+    /// Whether the user is asked for permission before the updater starts to check for updates by itself.
     virtual bool updaterShouldPromptForPermissionToCheckForUpdates() { return true; }
-    /// The application shows an error that ends it, such as one of its own answers: the updater says nothing more.
+    /// True while the application shows an error that ends it, such as one of its own answers. The updater then shows nothing.
     virtual bool updaterIsOutOfTurn() { return false; }
     virtual void updaterWillInstallUpdate() {}
     virtual void updaterWillRelaunchApplication() {}
 
-    /// How many questions and notices, of whomever, the script is busy with.
+    /// The number of calls, of any caller, that the script is busy with.
     virtual int updaterCallDepth() { return 0; }
-    /// The question or notice that came at this depth of calls is to end: its answer is not waited for any more.
+    /// Ends the call that began at this depth; its answer is not waited for any more.
     virtual void updaterStopsCall(int depth) { static_cast<void>(depth); }
 };
 

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kMostAddedTypes = 10000; // whatever bundles say
+constexpr qsizetype kMostAddedTypes = 10000; // a limit for the declarations of bundles
 constexpr qsizetype kMostTagsOfAType = 200;
 constexpr auto kDynamicPrefix = "dyn."_L1;
 
@@ -22,7 +22,7 @@ struct WildcardRow {
     const char* type;
 };
 
-// For the name of a MIME type only, never its aliases: PDF has one that begins with "image/".
+// The prefix is compared with a MIME type's main name and not with its aliases, because PDF has an alias that begins with "image/".
 constexpr WildcardRow kWildcards[] = {
     {"image/", "public.image"}, {"audio/", "public.audio"}, {"video/", "public.movie"},
     {"text/", "public.text"},   {"font/", "public.font"},   {"model/", "public.3d-content"},
@@ -44,7 +44,7 @@ QString keyOf(const QString& tagClass, const QString& tag) {
     return tagClass == kUTTagClassOSType ? tag : tag.toLower();
 }
 
-/// MIME types as identifiers and back.
+/// The "dyn.…" identifier of a MIME type without a declared type; mimeNameOf() is the inverse.
 QString dynamicIdentifier(const QString& mimeName) {
     return kDynamicPrefix + QString::fromLatin1(mimeName.toUtf8().toHex());
 }
@@ -57,7 +57,7 @@ class Registry {
 public:
     Registry();
     static Registry& shared() {
-        static auto& registry = *new Registry; // for whoever still asks while the process ends
+        static auto& registry = *new Registry; // never destroyed, because other threads may ask while the process ends
         return registry;
     }
 
@@ -80,7 +80,7 @@ private:
     mutable QReadWriteLock mLock{QReadWriteLock::Recursive};
     QHash<QString, QStringList> mConformsTo;           // by identifier in lower case
     QHash<QString, QHash<QString, QStringList>> mTags; // by class, then tag
-    mutable QHash<QString, QString> mKnownMimeTypes;   // what typeForMimeType() has found out
+    mutable QHash<QString, QString> mKnownMimeTypes;   // results of typeForMimeType()
     mutable QReadWriteLock mKnownLock;
 };
 
@@ -131,7 +131,7 @@ QStringList Registry::parentsOfMimeType(const QString& name) const {
 QStringList Registry::conformances(const QString& type) const {
     const QReadLocker lock(&mLock);
     QStringList all(type);
-    for (qsizetype i = 0; i < all.size(); ++i) // grows while it is walked; a type that conforms to itself ends it too
+    for (qsizetype i = 0; i < all.size(); ++i) // `all` grows in the loop; a type is added once, so circular declarations end
         for (const QString& parent : parentsOf(all.at(i)))
             if (!all.contains(parent, Qt::CaseInsensitive))
                 all << parent;
@@ -158,12 +158,12 @@ QString Registry::typeForMimeType(const QString& name) const {
             type = dynamicIdentifier(mimeType.name());
     }
     const QWriteLocker lock(&mKnownLock);
-    if (mimeType.isValid()) // of those there are only so many
+    if (mimeType.isValid()) // invalid names are not kept, because there is no limit to them
         mKnownMimeTypes.insert(name, type);
     return type;
 }
 
-/// A text or a list of texts, as property lists have it.
+/// A text or a list of texts of a property list as a list.
 QStringList texts(const QVariant& value) {
     QStringList list;
     if (value.typeId() == QMetaType::QString)

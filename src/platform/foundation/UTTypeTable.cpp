@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is not here is found by its MIME type.
+// The table of declared types. MIME types without a row get a "dyn.…" identifier (UTType.h).
 #include "platform/foundation/UTTypeTable.h"
 
 namespace quoddle {
@@ -7,7 +7,7 @@ namespace quoddle {
 namespace {
 
 constexpr UTTypeRow kRows[] = {
-    // The two roots, what things are made of, and what they are for.
+    // The roots: physical kinds and kinds by purpose.
     {"public.item", ""},
     {"public.content", ""},
     {"public.data", "public.item", "application/octet-stream", "bin dat"},
@@ -33,7 +33,7 @@ constexpr UTTypeRow kRows[] = {
     {"public.file-url", "public.url"},
     {"public.log", "public.plain-text", "text/x-log", "log"},
 
-    // Folders that are one thing.
+    // Folders that are shown as one thing.
     {"com.apple.package", "public.directory"},
     {"com.apple.bundle", "public.directory"},
     {"com.apple.application", "public.executable", "", "", "APPL"},
@@ -51,7 +51,7 @@ constexpr UTTypeRow kRows[] = {
     {"com.apple.automator-workflow", "com.apple.package", "", "workflow"},
     {"com.apple.localizable-name-bundle", "com.apple.bundle", "", "lproj"},
 
-    // Scripts of the language.
+    // Scripts of AppleScript.
     {"com.apple.applescript.script", "public.script public.data", "application/x-applescript-compiled", "scpt", "osas"},
     {"com.apple.applescript.text", "public.script public.plain-text", "text/x-applescript application/x-applescript", "applescript",
      "TEXT"},

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The types that are declared from the start, as data.
+// The types that are declared from the start, as a table.
 #pragma once
 
 #include <span>
 
 namespace quoddle {
 
-/// Lists are separated by blanks, except that OSTypes are four characters each, one after the other.
+/// Lists are separated by blanks. OSTypes have four characters each and follow one another without a separator.
 struct UTTypeRow {
     const char* identifier;
     const char* conformsTo;
@@ -15,7 +15,7 @@ struct UTTypeRow {
     const char* osTypes = "";
 };
 
-/// Where several rows name the same tag, the first has it for its own.
+/// The first of several rows with the same tag is the preferred type for that tag.
 std::span<const UTTypeRow> declaredTypes();
 
 } // namespace quoddle

@@ -21,7 +21,7 @@ bool isText(const QVariant& value) {
     return value.typeId() == QMetaType::QString;
 }
 
-/// The signs that a LIKE pattern gives a meaning to, as themselves.
+/// Escapes the characters that have a meaning in a LIKE pattern.
 QString escaped(const QString& text) {
     QString pattern;
     for (const QChar c : text) {
@@ -36,14 +36,14 @@ bool isReal(const QVariant& number) {
     return number.typeId() == QMetaType::Double || number.typeId() == QMetaType::Float;
 }
 
-/// A whole number of any type: the bits of two signs may be the same.
+/// An integer of any type. The sign is kept apart, because a negative number and a large unsigned one may have the same bits.
 struct Whole {
     bool isNegative;
     quint64 bits;
     bool operator==(const Whole&) const = default;
 };
 
-/// Nothing for a real number that is not whole, or is larger than all types of whole numbers.
+/// nullopt for a real number that is not whole, or is beyond the range of the integer types.
 std::optional<Whole> wholeOf(const QVariant& number) {
     if (!isReal(number))
         return Whole{number.typeId() != QMetaType::ULongLong && number.toLongLong() < 0, number.toULongLong()};
@@ -53,7 +53,7 @@ std::optional<Whole> wholeOf(const QVariant& number) {
     return Whole{real < 0, real < 0 ? static_cast<quint64>(static_cast<qint64>(real)) : static_cast<quint64>(real)};
 }
 
-/// Exactly: a real number has not room for every whole one.
+/// Compares exactly. Integers are not converted to reals, which cannot represent all of them.
 bool areEqualNumbers(const QVariant& a, const QVariant& b) {
     const auto wholeA = wholeOf(a), wholeB = wholeOf(b);
     return wholeA || wholeB ? wholeA == wholeB : a.toDouble() == b.toDouble();
@@ -70,7 +70,7 @@ bool areEqual(const QVariant& a, const QVariant& b, std::uint8_t options) {
     return a == b;
 }
 
-/// With a point where digits alone would be read as another number, a whole one.
+/// Adds a decimal point to digits that would be read as an integer of another value.
 QString realFormat(double real) {
     const QString digits = QString::number(real, 'g', QLocale::FloatingPointShortest);
     const bool looksWhole = !digits.contains(u'.') && !digits.contains(u'e');

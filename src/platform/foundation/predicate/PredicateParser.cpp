@@ -13,8 +13,9 @@ using Expression = NSComparisonPredicate::Expression;
 
 namespace {
 
-constexpr int kMaximumDepth = 100;                     // of the predicate
-constexpr int kMaximumNesting = 2 * kMaximumDepth + 1; // of the text: as printed, a negation takes its word and a pair of parentheses
+constexpr int kMaximumDepth = 100; // of compounds in the predicate
+// of constructs in the text; in printed form a negation takes its word and a pair of parentheses
+constexpr int kMaximumNesting = 2 * kMaximumDepth + 1;
 
 struct Constant {
     QLatin1StringView word;
@@ -48,7 +49,7 @@ bool isConstant(const QVariant& value) {
     return !value.isValid() || value.typeId() == QMetaType::QString || (isNumber(value) && std::isfinite(value.toDouble()));
 }
 
-/// How many compounds stand one inside the other.
+/// The number of compounds that are nested in one another.
 int depthOf(const NSPredicate& predicate) {
     const auto* compound = dynamic_cast<const NSCompoundPredicate*>(&predicate);
     int depth = 0;
@@ -77,7 +78,7 @@ public:
     }
 
 private:
-    // Each answers null after an error.
+    // Each of these functions returns null after an error.
     NSPredicateRef anyOf() { return listOf(&Parser::allOf, "OR"_L1, "||"_L1, &NSCompoundPredicate::orPredicateWithSubpredicates); }
     NSPredicateRef allOf() { return listOf(&Parser::negation, "AND"_L1, "&&"_L1, &NSCompoundPredicate::andPredicateWithSubpredicates); }
     NSPredicateRef listOf(NSPredicateRef (Parser::*part)(), QLatin1StringView word, QLatin1StringView sign,

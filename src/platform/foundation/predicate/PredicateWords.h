@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The words of the predicate language, for those who read it and who print it.
+// The words of the predicate language, shared by the parser and the printer.
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"
@@ -10,7 +10,7 @@ struct PredicateOperator {
     QLatin1StringView word;
     NSComparisonPredicate::Operator type;
 };
-/// The first word of an operator is the one that is printed.
+/// The first spelling of an operator is the one that is printed.
 inline constexpr PredicateOperator kPredicateOperators[] = {
     {QLatin1StringView("=="), NSComparisonPredicate::Operator::equalTo},
     {QLatin1StringView("="), NSComparisonPredicate::Operator::equalTo},
@@ -37,10 +37,10 @@ inline QString predicateOperatorName(NSComparisonPredicate::Operator type) {
     return {};
 }
 
-/// A text as it is written, in quotation marks.
+/// A text as written in a predicate, in quotation marks.
 QString predicateTextFormat(QString text);
-/// The name of a value as it is written: with "#" before it when it would be taken for a word of the language, in quotation marks after the
-/// "#" when it is no name of letters and digits.
+/// The name of a value as written in a predicate: behind "#" when the name is also a word of the language, behind "#" and in quotation
+/// marks when it has other characters than letters and digits.
 QString predicateKeyFormat(const QString& key);
 
 } // namespace quoddle
