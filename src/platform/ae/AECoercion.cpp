@@ -14,7 +14,7 @@ namespace {
 
 using Coerced = std::optional<AEDesc>;
 
-// What a row asks of a type: to be one type, or of one family. A record-like descriptor is a Record whatever it is called.
+// The types that a row matches: one type or a family. A record-like descriptor is a Record whatever its type.
 enum class Family { Any, Number, Text, Boolean, Code, File, List, Record, Event, Other };
 
 struct Pattern {
@@ -162,7 +162,7 @@ Coerced textToDate(const AEDesc& desc, DescType) {
     return seconds ? Coerced(AEDesc::ofDate(*seconds)) : std::nullopt;
 }
 
-// Down through lists of one, without recursion: nesting may be deep.
+// Unwraps nested lists of one item. A loop instead of recursion, because the nesting may be deep.
 Coerced onlyItem(const AEDesc& desc, DescType to) {
     const AEDesc* item = &desc;
     while (item->isList() && item->count() == 1 && item->type() != to)

@@ -9,7 +9,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::chrono::milliseconds kSlice{5}; // of the main thread's events
+constexpr std::chrono::milliseconds kSlice{5}; // for the main thread's events
 
 thread_local AEDelivery* tCurrent = nullptr;
 

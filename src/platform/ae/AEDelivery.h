@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// AEDelivery: one event on its way through this process, from the moment it arrives until its one answer. Private to this layer.
-// Shared by the sender that waits, the thread that runs the handler, and, when the handler suspends the event, whoever holds the
-// suspension.
+// The delivery of one event within this process, from its arrival to its one answer. Private to this layer.
+// Shared by the sender that waits, the thread that runs the handler and, when the handler suspends the event, the holder of the suspension.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -18,20 +17,20 @@ public:
     enum class Outcome { Answered, TimedOut, Cancelled };
     using OnAnswer = std::function<void(const AEDesc& reply)>;
 
-    /// The reply is an event to fill, or of type "null" when none is wanted. `onAnswer` (may be empty) is called on the thread that
+    /// `reply` is an event to fill, or of type "null" when no reply is wanted. `onAnswer` (may be empty) is called on the thread that
     /// answers.
     AEDelivery(AEDesc event, AEDesc reply, AEHandlerContext context, OnAnswer onAnswer = {});
 
-    /// Sends the answer: the reply as it is now, with the status as its "errn" unless there is one. Only the first call counts.
+    /// Sends the answer: the reply's present contents, with the status as "errn" unless the reply has one. Only the first call counts.
     void answer(OSErr status);
-    /// The same when somebody may still be filling the reply, on any thread: what it holds is not looked at.
+    /// Answers with an empty reply, for callers that cannot rule out that another thread is still filling the reply.
     void breakOff(OSErr status);
     bool isAnswered() const;
-    /// Valid once answered.
+    /// The status and the reply are valid once answered.
     OSErr status() const { return mStatus; }
     const AEDesc& answeredReply() const { return mAnsweredReply; }
-    /// One thread at most. Asks `giveUp` (may be empty) whenever it is woken; on the main thread, whose events go on being processed, every
-    /// few milliseconds.
+    /// Waits for the answer. At most one thread may wait. `giveUp` (may be empty) is asked whenever the thread is woken; on the main
+    /// thread, which keeps processing its events, every few milliseconds.
     Outcome wait(const std::function<bool()>& giveUp, std::chrono::steady_clock::time_point deadline);
 
     const NSAppleEventDescriptorRef& event() const { return mEvent; }
@@ -40,11 +39,11 @@ public:
 
     /// The delivery whose handler runs on this thread, or null.
     static AEDelivery* current();
-    /// False when it is suspended already.
+    /// False when the event is already suspended.
     bool suspend() { return !std::exchange(mSuspended, true); }
     bool isSuspended() const { return mSuspended; }
 
-    /// Makes a delivery the current one of this thread for a while.
+    /// Makes a delivery the thread's current one as long as the object lives.
     class Scope {
     public:
         explicit Scope(AEDelivery* delivery);
@@ -55,7 +54,7 @@ public:
     private:
         AEDelivery* mOuter;
     };
-    /// For the rest of the handler that runs on this thread.
+    /// Makes this the current delivery for the rest of the handler that runs on this thread.
     void makeCurrent();
 
 private:
@@ -66,10 +65,10 @@ private:
     const AEDesc mEmptyReply;
     const AEHandlerContext mContext;
     const OnAnswer mOnAnswer;
-    bool mSuspended = false; ///< belongs to the thread that runs the handler
+    bool mSuspended = false; ///< used only by the thread that runs the handler
 
     mutable std::mutex mMutex;
-    std::shared_ptr<Waker> mWaiting; // null: nobody has waited
+    std::shared_ptr<Waker> mWaiting; // null as long as nobody has waited
     bool mAnswered = false;
     OSErr mStatus = noErr;
     AEDesc mAnsweredReply;
@@ -78,10 +77,10 @@ private:
 /// Finds handlers and runs them.
 class AEDeliverer {
 public:
-    /// The application's handler on the main thread, an addition's on this one. False when nobody takes the event, which is then answered
-    /// with -1708.
+    /// Runs the application's handler on the main thread, or else an addition's on this one. False when there is none; the event is then
+    /// answered with -1708.
     static bool deliver(NSAppleEventManager& manager, const std::shared_ptr<AEDelivery>& delivery);
-    /// All handlers on this thread.
+    /// Like deliver(), but runs any handler on this thread.
     static bool deliverHere(NSAppleEventManager& manager, const std::shared_ptr<AEDelivery>& delivery);
 };
 

@@ -7,7 +7,7 @@
 
 namespace quoddle {
 
-// What descriptors share: unchangeable while more than one refers to it.
+// Storage that descriptors share. It must not be changed while more than one descriptor refers to it.
 struct AEDescStorage {
     enum class Kind : std::uint8_t { Bytes, List, Record, Event };
 
@@ -49,7 +49,7 @@ struct EventStorage : RecordStorage {
     std::vector<AEItem> attributes;
 };
 
-// With what the allocator keeps for itself, for the storage and for what it holds.
+// The allocator's own overhead for two allocations: the storage and its contents.
 constexpr std::size_t kAllocations = 2 * 2 * sizeof(void*);
 static_assert(sizeof(EventStorage) <= kAELargestStorage && sizeof(RecordStorage) + kAllocations <= kAELargestStorage &&
               sizeof(ListStorage) + kAllocations <= kAELargestStorage && sizeof(BytesStorage) + kAllocations <= kAELargestStorage);
@@ -167,7 +167,7 @@ AEDesc::~AEDesc() {
         release(storage);
 }
 
-// With a list of the doomed instead of recursion, so that no depth of nesting exhausts the stack.
+// Destroys nested descriptors from a list of doomed storage. Recursion would exhaust the stack when they are nested deeply.
 void AEDesc::release(AEDescStorage* storage) noexcept {
     AEDescStorage* doomed = nullptr;
     auto drop = [&doomed](AEDescStorage* dropped) {
@@ -190,7 +190,7 @@ void AEDesc::release(AEDescStorage* storage) noexcept {
     }
 }
 
-// Only for descriptors with shared storage.
+// The storage for a change, copied first when other descriptors share it. Only for descriptors with storage.
 AEDescStorage& AEDesc::writable() {
     if (mStorage->references.load(std::memory_order_acquire) > 1) {
         AEDescStorage* copy = cloned(*mStorage);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// AEDesc: the value that travels between scripts, scripting components and applications: bytes of a type, a list, a record, or an Apple
-// event. The decision: 16 bytes, small data inside, everything else in shared storage that is copied when it is changed. Copies are cheap
-// and may be handed to another thread; one AEDesc object is not to be changed by one thread while another one uses it. It does not coerce
-// by itself (AECoercion.h), does not know object specifiers (AEObjects.h), and is flattened only for sockets and storage (AEFlatten.h).
-// Data stands in the byte order of the machine; texts as their type says.
+// AEDesc is the value that travels between scripts, scripting components and applications: bytes of a type, a list, a record, or an Apple
+// event.
+// Decision: a descriptor takes 16 bytes, with small data inside and everything else in shared storage that is copied when it is changed.
+// Copies are cheap and may be handed to another thread; one AEDesc object must not be changed by one thread while another one uses it.
+// Coercions are in AECoercion.h, object specifiers in AEObjects.h; descriptors are flattened only for sockets and storage (AEFlatten.h).
+// Data is in the machine's byte order; texts are encoded as their type says.
 #pragma once
 
 #include "platform/base/FourCharCode.h"
@@ -53,40 +54,39 @@ public:
     static AEDesc appleEvent(AEEventClass eventClass, AEEventID eventID, AEDesc target = {}, std::int16_t returnID = kAutoGenerateReturnID,
                              std::int32_t transactionID = kAnyTransactionID);
 
-    /// All parts at once, the attributes without "evcl", "evid", "rtid", "tran".
+    /// Makes an event from all its parts. `attributes` has neither "evcl" nor "evid", "rtid" or "tran".
     static AEDesc appleEvent(AEEventClass eventClass, AEEventID eventID, std::int16_t returnID, std::int32_t transactionID,
                              std::vector<AEItem> attributes, std::vector<AEItem> parameters);
 
     DescType type() const { return mType; }
-    /// The same storage under another type.
+    /// The same data under another type; storage is shared.
     AEDesc withType(DescType type) const;
     bool isNull() const { return mType == "null"_4cc; }
     bool isList() const;
-    /// Fields by key: a record of any type, or an Apple event (its parameters).
+    /// Whether the descriptor has fields by key: a record of any type, or an Apple event (its parameters).
     bool isRecord() const;
     bool isAppleEvent() const;
 
     /// The bytes of a scalar, valid until this object changes; empty for lists, records and events.
     std::string_view data() const;
-    /// The code in the first four bytes, whatever the type; 0 when there are fewer.
+    /// The code in the first four bytes, whatever the type; 0 when there are fewer bytes.
     FourCharCode code() const;
 
-    /// Items of a list, fields of a record, parameters of an event; 0 for a scalar.
+    /// The number of a list's items, a record's fields or an event's parameters; 0 for a scalar.
     std::size_t count() const;
-    /// Numbered from 1, the key ignored; null when there is none. Valid until this object changes.
+    /// The item with the number, from 1, without its key; null when there is none. Valid until this object changes.
     const AEDesc* itemAt(std::size_t index) const;
-    /// 0 when there is none or this is a list.
+    /// The key of the field with the number; 0 when there is none, and in lists.
     AEKeyword keyAt(std::size_t index) const;
     const AEDesc* find(AEKeyword key) const;
     std::span<const AEDesc> items() const;  ///< of a list, else empty
     std::span<const AEItem> fields() const; ///< of a record or an event, else empty
 
-    /// Lists only. Index 0 or count + 1 appends; any other valid index inserts in front of the item that is there. -1719 beyond, -1703 for
-    /// no list.
+    /// Inserts an item in front of the one at `index`; index 0 or count + 1 appends. -1719 for an index beyond, -1703 when this is no list.
     OSStatus insertItem(std::size_t index, AEDesc item);
-    /// Lists and records; -1719 when there is no such item.
+    /// For lists and records; -1719 when there is no such item.
     OSStatus removeItem(std::size_t index);
-    /// Records and events: replaces the value, or adds the field at the end. -1703 for anything else.
+    /// For records and events: replaces the field's value, or adds the field at the end. -1703 for anything else.
     OSStatus put(AEKeyword key, AEDesc value);
     /// -1701 when there is no such field.
     OSStatus remove(AEKeyword key);
@@ -94,13 +94,13 @@ public:
     /// 0 unless this is an Apple event.
     AEEventClass eventClass() const;
     AEEventID eventID() const;
-    /// "evcl", "evid", "rtid" and "tran" are attributes like all others. Empty when there is none.
+    /// An attribute; "evcl", "evid", "rtid" and "tran" are attributes like all others. nullopt when there is none.
     std::optional<AEDesc> attribute(AEKeyword key) const;
     /// -1707 unless this is an Apple event.
     OSStatus setAttribute(AEKeyword key, AEDesc value);
     std::span<const AEItem> attributes() const;
 
-    /// Values after coercion, empty when it fails (AECoercion.h has the rules).
+    /// The value after a coercion (AECoercion.h); nullopt when the coercion fails.
     std::optional<std::int32_t> asInt32() const;
     std::optional<std::int64_t> asInt64() const;
     std::optional<std::uint64_t> asUInt64() const;
@@ -113,7 +113,7 @@ public:
     /// The absolute path of a file URL, an alias or a text path.
     std::optional<std::string> asFilePath() const;
 
-    /// Same type, same bytes, same items in the same order.
+    /// Equal descriptors have the same type, the same bytes and the same items in the same order.
     bool operator==(const AEDesc& other) const;
 
 private:
@@ -132,7 +132,7 @@ private:
     };
 };
 
-/// The most memory that the shared storage of one descriptor takes; its data, its items or fields come on top.
+/// The most bytes that the shared storage of one descriptor takes, without the data, items or fields in it.
 constexpr std::size_t kAELargestStorage = 128;
 
 /// A field of a record, or a parameter or attribute of an event.

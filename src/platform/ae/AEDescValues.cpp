@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Descriptors made from plain values and read back into them.
+// Makes descriptors from plain values and reads plain values from descriptors.
 #include "platform/ae/AECoercion.h"
 #include "platform/ae/AEDesc.h"
 #include "platform/base/FileURL.h"
@@ -77,7 +77,7 @@ AEDesc AEDesc::ofProcess(std::int32_t processID) {
 }
 
 AEDesc AEDesc::ofCurrentProcess() {
-    constexpr std::uint32_t kCurrentProcess[2] = {0, 2}; // the high and the low word of the serial number
+    constexpr std::uint32_t kCurrentProcess[2] = {0, 2}; // the high and low words of the serial number that means the current process
     return ofBytes("psn "_4cc, kCurrentProcess);
 }
 

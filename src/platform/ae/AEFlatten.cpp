@@ -68,7 +68,7 @@ private:
     std::size_t mCount = 0;
 };
 
-// Sticks at the first fault: every read after it fails too.
+// Once a read has failed, all further reads fail, too.
 class Reader {
 public:
     explicit Reader(std::string_view bytes, const AEMayTake* mayTake = nullptr) : mRest(bytes), mMayTake(mayTake) {}
@@ -101,7 +101,7 @@ public:
     bool mayNotTake() const { return mMayNotTake; }
 
 private:
-    /// Whether so much more may stand in memory.
+    /// Whether memory for so many more bytes may be taken; always true without `mMayTake`.
     bool take(std::size_t bytes) {
         mTaken += bytes;
         if (!mMayTake || mTaken <= mGranted)
@@ -124,7 +124,7 @@ private:
         return value;
     }
 
-    // A count that the bytes left could not hold is refused before anything is allocated for it.
+    // Reads a count. A count for which there are not enough bytes left is refused before anything is allocated for it.
     std::optional<std::uint32_t> count(std::size_t smallest) {
         auto count = number<std::uint32_t>();
         return !mFailed && count <= mRest.size() / smallest ? std::optional(count) : std::nullopt;
@@ -139,7 +139,7 @@ private:
         return desc;
     }
 
-    /// An empty vector with place for as many as are announced.
+    /// An empty vector with room for `size` items. nullopt beyond the bounds.
     template<class T>
     std::optional<std::vector<T>> places(std::optional<std::uint32_t> size) {
         mCount += size.value_or(0);
@@ -192,14 +192,14 @@ private:
     }
 
     static constexpr std::size_t kSmallestDesc = 9;  // type, form, size 0
-    static constexpr std::size_t kLargestInside = 8; // bytes that a descriptor has no storage for
+    static constexpr std::size_t kLargestInside = 8; // longer data is kept in storage outside the descriptor
     static constexpr std::size_t kStep = 16 << 10;
     std::string_view mRest;
     const AEMayTake* mMayTake;
     std::size_t mTaken = 0;
     std::size_t mGranted = 0;
     bool mMayNotTake = false;
-    std::size_t mCount = 1; // those announced and not read, too
+    std::size_t mCount = 1; // announced descriptors, whether read already or not
     bool mFailed = false;
 };
 
@@ -207,7 +207,7 @@ private:
 
 OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes) {
     Writer writer;
-    // Frames without bytes count, too.
+    // The size is checked here again, because frames without data count as well.
     if (!writer.write(desc, 1) || writer.bytes.size() > kAEMaxSize) {
         bytes.clear();
         return errAECorruptData;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Descriptors as bytes, for sockets and files. The form is our own:
+// Descriptors as bytes, for sockets and files. The format is our own:
 //
 //   "QAE1"                                       once, in front
 //   desc    = type:u32 form:u8 body
@@ -8,7 +8,7 @@
 //           | form 2 (record)  count:u32 (key:u32 desc)…
 //           | form 3 (event)   class:u32 id:u32 returnID:u16 transactionID:u32 attributes parameters, both as in a record
 //
-// Numbers of the frame are big-endian; the bytes of a scalar are passed on as they are, so both sides must have one byte order.
+// Numbers of the format are big-endian. A scalar's bytes are stored unchanged, so both sides must have the same byte order.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -21,15 +21,16 @@ constexpr std::size_t kAEMaxDepth = 64;
 constexpr std::size_t kAEMaxSize = std::size_t{128} << 20;
 constexpr std::size_t kAEMaxCount = std::size_t{1} << 22; ///< descriptors in one flattened descriptor
 
-/// -1702 when a bound is exceeded; `bytes` is then empty.
+/// -1702 when the descriptor exceeds a bound; `bytes` is then empty.
 OSStatus AEFlattenDesc(const AEDesc& desc, std::string& bytes);
-/// Any bytes may be given. -1702, with `desc` untouched, for everything that is not exactly one flattened descriptor within the bounds.
+/// Accepts any bytes. -1702, with `desc` unchanged, for anything but exactly one flattened descriptor within the bounds.
 OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc);
-/// The same for bytes from somebody whose memory is counted. Asks before it makes something, a few kilobytes in advance, whether the
-/// descriptor may take so many bytes in all; -108, with `desc` untouched, when it may not. `taken` is what it takes in the end.
+/// The same for bytes of a sender whose memory is accounted for. Before memory is taken, `mayTake` is asked, for a few kilobytes in
+/// advance, whether the descriptor may take this many bytes in all; when not, the result is -108 and `desc` is unchanged. `taken` becomes
+/// the number of bytes that the descriptor takes.
 using AEMayTake = std::function<bool(std::size_t bytes)>;
 OSStatus AEUnflattenDesc(std::string_view bytes, AEDesc& desc, const AEMayTake& mayTake, std::size_t& taken);
-/// The one that the bytes begin with; `length` is how many of them it takes.
+/// Reads the descriptor at the beginning of the bytes; `length` becomes the number of bytes read.
 OSStatus AEUnflattenFirstDesc(std::string_view bytes, AEDesc& desc, std::size_t& length);
 
 } // namespace quoddle

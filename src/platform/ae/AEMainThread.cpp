@@ -11,7 +11,7 @@ namespace {
 std::mutex sMutex;
 std::shared_ptr<const AEMainThread> sMainThread;
 
-// A copy, so that taking the functions away does not pull them from under a caller.
+// Returns a copy, so that removing the functions does not destroy them while another thread calls them.
 std::shared_ptr<const AEMainThread> mainThread() {
     std::lock_guard lock(sMutex);
     return sMainThread;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How this layer reaches the main thread: functions that the application framework puts in, since there is no event loop here.
-// Without them every thread counts as the main thread, which suits programs that have only one.
+// How this layer reaches the main thread: through functions that the application framework installs, because this layer has no event loop.
+// Without them every thread counts as the main thread, which suits programs with a single thread.
 #pragma once
 
 #include <chrono>
@@ -10,29 +10,30 @@
 namespace quoddle {
 
 struct AEMainThread {
-    /// Whether the caller is on the main thread. Any thread.
+    /// Whether the caller is on the main thread. May be called on any thread.
     std::function<bool()> isCurrent;
-    /// Runs the work on the main thread, later, in order, also while a modal session runs. Any thread. Work that can no longer run is
-    /// destroyed.
+    /// Runs the work later on the main thread, in the order of the calls, also during modal sessions. May be called on any thread. Work
+    /// that cannot run any more is destroyed.
     std::function<void(std::function<void()> work)> post;
-    /// Main thread only: lets posted work and user events run, waiting for them no longer than the slice; may return earlier.
+    /// Lets posted work and user events run, for at most the slice; may return earlier. Called on the main thread only.
     std::function<void(std::chrono::milliseconds slice)> processEvents;
-    /// Main thread only: calls `ready` there whenever the descriptor can be read, also while a modal session runs, until what it answers is
-    /// destroyed. May be empty.
+    /// Calls `ready` on the main thread whenever the descriptor is readable, also during modal sessions, until the returned object is
+    /// destroyed. Called on the main thread only. May be empty.
     std::function<std::shared_ptr<void>(int descriptor, std::function<void()> ready)> watch;
 };
 
-/// Installed once, before the first event; an empty one takes it away again.
+/// Called once, before the first event; an AEMainThread without functions removes the installed one.
 void AESetMainThread(AEMainThread mainThread);
 
 bool AEIsMainThread();
-/// Whether this is the main thread and it has an event loop to be kept going.
+/// Whether this is the main thread and it has an event loop that must be kept running.
 bool AEHasMainThreadEvents();
-/// Runs at once when none was installed; otherwise later, even when this is the main thread.
+/// Runs the work at once when no functions are installed; else later, even on the main thread.
 void AEPostToMainThread(std::function<void()> work);
-/// Main thread: lets posted work run for the slice and answers true; false, at once, on other threads or without an event loop.
+/// On the main thread: lets posted work run for at most the slice, and returns true. Returns false at once on other threads and without an
+/// event loop.
 bool AEProcessMainThreadEvents(std::chrono::milliseconds slice);
-/// Null when nobody can watch, or this is not the main thread.
+/// Null without a `watch` function and on other threads than the main one.
 std::shared_ptr<void> AEWatchDescriptor(int descriptor, std::function<void()> ready);
 
 } // namespace quoddle

@@ -7,7 +7,7 @@ namespace quoddle {
 
 namespace {
 
-// What may stand where an object is expected: nothing (the application), a specifier, or a placeholder inside a range or test.
+// Whether a descriptor may stand for an object: the application (null), a specifier, or a placeholder inside a range or test.
 bool mayBeObject(const AEDesc& desc) {
     constexpr DescType kObjects[] = {"null"_4cc, "obj "_4cc, "ccnt"_4cc, "exmn"_4cc, "insl"_4cc, "list"_4cc};
     return std::find(std::begin(kObjects), std::end(kObjects), desc.type()) != std::end(kObjects);

@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: MIT
-// Object specifiers and what they are made of: records of the types "obj ", "rang", "cmpd", "logi", "insl".
-// Building only; resolving them is the business of whoever owns the objects.
+// Builds object specifiers and their parts: records of the types "obj ", "rang", "cmpd", "logi", "insl". The owner of the objects resolves
+// them.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
 
 namespace quoddle {
 
-/// A null container means the application itself; -1704 for a container that is neither null nor a specifier ("obj ", "ccnt", "exmn",
+/// A null container means the application itself. -1704 for a container that is neither null nor a specifier ("obj ", "ccnt", "exmn",
 /// "insl") nor a list.
 OSStatus CreateObjSpecifier(DescType desiredClass, const AEDesc& container, DescType keyForm, const AEDesc& keyData, AEDesc& specifier);
-/// "rang" with "star" and "stop".
+/// Makes a "rang" record with "star" and "stop".
 OSStatus CreateRangeDescriptor(const AEDesc& rangeStart, const AEDesc& rangeStop, AEDesc& range);
-/// "cmpd" with "obj1", "relo", "obj2".
+/// Makes a "cmpd" record with "obj1", "relo" and "obj2".
 OSStatus CreateCompDescriptor(DescType comparisonOperator, const AEDesc& operand1, const AEDesc& operand2, AEDesc& comparison);
-/// "logi" with "logc" and "term"; -1703 unless the terms are a list.
+/// Makes a "logi" record with "logc" and "term"; -1703 unless the terms are a list.
 OSStatus CreateLogicalDescriptor(const AEDesc& logicalTerms, DescType logicalOperator, AEDesc& result);
-/// "insl" with "kobj" and "kpos"; position is one of "bgng", "end ", "befo", "afte", "rplc".
+/// Makes an "insl" record with "kobj" and "kpos"; position is one of "bgng", "end ", "befo", "afte", "rplc".
 OSStatus CreateInsertionLocation(const AEDesc& object, DescType position, AEDesc& location);
-/// "abso" holding the ordinal ("firs", "last", "midd", "any ", "all ").
+/// Makes an "abso" descriptor with the ordinal ("firs", "last", "midd", "any ", "all ").
 AEDesc CreateAbsoluteOrdinal(FourCharCode ordinal);
 
 } // namespace quoddle

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What application handlers put into a reply, and what it tells them about their event.
+// Helpers for application handlers: errors in replies, and what a reply tells about its event.
 #pragma once
 
 #include "platform/ae/NSAppleEventDescriptor.h"
@@ -9,10 +9,10 @@
 
 namespace quoddle {
 
-/// "errn", and "errs" unless the message (UTF-8) is empty. Nothing for a status of 0.
+/// Puts "errn" into the reply, and "errs" unless the message (UTF-8) is empty. Does nothing for status 0.
 void AEPutError(const NSAppleEventDescriptorRef& reply, OSStatus status, const std::string& message = {});
 
-/// Whether a script has continued the event, which then waits for the handler's end: that end must not depend on the script.
+/// Whether a script has passed the event on with "continue" and waits for this handler; the handler must then not wait for the script.
 bool AEIsContinued(const NSAppleEventDescriptorRef& reply);
 
 } // namespace quoddle

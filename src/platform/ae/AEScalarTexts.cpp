@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Numbers as text.
+// Converts numbers to text and back.
 #include "platform/ae/AEScalars.h"
 #include "platform/base/RealText.h"
 #include "platform/base/Text.h"
@@ -13,7 +13,7 @@ namespace quoddle {
 
 namespace {
 
-// Nothing when the text has a character beyond ASCII or is longer than any number.
+// nullopt when the text has a character beyond ASCII or is longer than any number.
 std::optional<std::string> trimmedASCII(std::u16string_view text) {
     constexpr std::size_t kLongest = 400;
     constexpr std::u16string_view kBlanks = u" \t\r\n\u00A0";

@@ -57,7 +57,7 @@ std::optional<AEDesc> writeAs(const AENumber& number, DescType type) {
     std::optional<T> value = converted<T>(number);
     if (!value)
         return {};
-    // The padding of an 80-bit real must not leak into the data.
+    // The padding bytes of an 80-bit real are not copied, because they may hold anything.
     constexpr bool kPadded = std::is_same_v<T, long double> && std::numeric_limits<T>::digits == 64;
     char bytes[sizeof(T)] = {};
     std::memcpy(bytes, &*value, kPadded ? 10 : sizeof(T));
@@ -104,7 +104,7 @@ std::optional<AEDesc> writeNative(std::u16string_view text, DescType type) {
     return AEDesc::ofText(text).withType(type);
 }
 
-// The external form: a byte-order mark decides, without one the first byte is the higher one.
+// Decodes text in external form: a byte-order mark decides; without one, text is big-endian.
 std::u16string readExternal(std::string_view bytes) {
     bool littleEndian = bytes.starts_with("\xFF\xFE");
     if (littleEndian || bytes.starts_with("\xFE\xFF"))
@@ -147,7 +147,7 @@ std::optional<AEDesc> writePascalString(std::u16string_view text, DescType type)
     return AEDesc(type, static_cast<char>(bytes.size()) + bytes);
 }
 
-// International text: script and language, two bytes each, then text of that script.
+// The header of international text: two bytes for the script and two for the language. Text in that script follows.
 constexpr std::size_t kInternationalHeader = 4;
 
 std::u16string readInternational(std::string_view bytes) {
@@ -158,7 +158,7 @@ std::optional<AEDesc> writeInternational(std::u16string_view text, DescType type
     return AEDesc(type, std::string(kInternationalHeader, '\0') + macRomanFromUTF16(text));
 }
 
-// Styled texts are records with the text under "ktxt"; some senders give the bare text.
+// A styled text is a record with the text under "ktxt"; some senders send only the text.
 std::optional<AEDesc> writeStyled(std::u16string_view text, DescType type) {
     DescType plain = type == "sutx"_4cc ? "utxt"_4cc : "TEXT"_4cc;
     return AEDesc::record({{"ktxt"_4cc, *writeText(text, plain)}}, type);

@@ -18,7 +18,7 @@ bool hasTypeOf(const AEDesc* desc, std::initializer_list<DescType> types) {
     return desc && isOneOf(desc->type(), types);
 }
 
-// A specifier is a file when it asks for one by name. It is the "want" item's own type that counts, not the code that it holds.
+// A specifier is a file when it asks for one by name. The type of the "want" item decides, not the code in it.
 bool specifierIsFile(const AEDesc& specifier) {
     const auto record = AECoerced(specifier, "reco"_4cc);
     const AEDesc* form = record ? record->find("form"_4cc) : nullptr;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What kind of value a descriptor holds, over every type code that the language may deliver for it. Looks at types, converts nothing.
+// Tells the kind of value in a descriptor, for all type codes that the language may deliver for it. Only types are looked at; nothing is
+// converted.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -9,7 +10,7 @@ namespace quoddle {
 bool AEIsText(const AEDesc& desc);
 bool AEIsInteger(const AEDesc& desc);
 bool AEIsReal(const AEDesc& desc);
-/// File URLs, aliases and their like, and specifiers that ask for a file by its name.
+/// True for file URLs, aliases and the like, and for specifiers that ask for a file by its name.
 bool AEIsFile(const AEDesc& desc);
 
 } // namespace quoddle

@@ -130,11 +130,11 @@ std::optional<std::u16string> NSAppleEventDescriptor::stringValue() const {
 std::optional<double> NSAppleEventDescriptor::dateValue() const {
     std::optional<AEDesc> date = AECoerced(mDesc, "ldt "_4cc);
     std::optional<std::int64_t> seconds = date ? date->withType("comp"_4cc).asInt64() : std::nullopt;
-    constexpr std::int64_t kFarthest = std::int64_t{1} << 40; // beyond it no time zone is known, and the sums below could overflow
+    constexpr std::int64_t kFarthest = std::int64_t{1} << 40; // farther dates have no time zone, and the sums below could overflow
     if (!seconds || *seconds > kFarthest || *seconds < -kFarthest)
         return {};
     std::time_t local = *seconds - kSecondsFrom1904To1970;
-    // The offset is that of the moment itself; the first guess is wrong only within hours of a change of the clocks.
+    // The offset from UTC must be that of the moment itself. The first guess is only wrong within hours of a change of the clocks.
     std::time_t moment = local - offsetFromUTC(local);
     return static_cast<double>(local - offsetFromUTC(moment));
 }

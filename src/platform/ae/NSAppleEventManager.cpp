@@ -20,21 +20,21 @@ std::uint64_t keyOf(AEEventClass eventClass, AEEventID eventID) {
     return static_cast<std::uint64_t>(eventClass) << 32 | eventID;
 }
 
-// Handlers by class and ID. They are handed out as copies: a handler may replace itself while it runs.
+// Handlers by class and ID. Callers copy a handler before they run it, because a handler may replace itself.
 template<class Handler>
 class HandlerTable {
 public:
     void set(Handler handler, AEEventClass eventClass, AEEventID eventID) { mHandlers[keyOf(eventClass, eventID)] = std::move(handler); }
     void remove(AEEventClass eventClass, AEEventID eventID) { mHandlers.erase(keyOf(eventClass, eventID)); }
 
-    // The most exact one; null when there is none.
+    // The most specific handler; null when there is none.
     const Handler* first(AEEventClass eventClass, AEEventID eventID) const {
         for (std::uint64_t key : keysOf(eventClass, eventID))
             if (auto handler = mHandlers.find(key); handler != mHandlers.end())
                 return &handler->second;
         return nullptr;
     }
-    // The most exact one first.
+    // All handlers that match, the most specific first.
     std::vector<Handler> all(AEEventClass eventClass, AEEventID eventID) const {
         std::vector<Handler> found;
         for (std::uint64_t key : keysOf(eventClass, eventID))
@@ -183,7 +183,7 @@ void NSAppleEventManager::answerSuspendedEvents() {
 
 namespace {
 
-// Whatever escapes a handler becomes an answer: nobody else could take it.
+// Turns an exception of a handler into an answer, since no caller could handle it.
 template<class Run>
 OSErr guarded(AEDelivery& delivery, Run run) {
     AEDelivery::Scope scope(&delivery);
@@ -228,7 +228,7 @@ bool runAdditionHandlers(const std::vector<NSAppleEventManager::AdditionHandler>
     return false;
 }
 
-// Work on its way to the main thread. If it is thrown away there, because the process ends, its sender must still be answered.
+// A delivery posted to the main thread. Its sender is answered even when the work is destroyed unrun because the process ends.
 class PostedDelivery {
 public:
     PostedDelivery(NSAppleEventManager::Handler handler, std::shared_ptr<AEDelivery> delivery)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// NSAppleEventManager: which handler takes which Apple event in this process, and events whose answer comes later.
+// The handlers of Apple events in this process, and events that are answered later.
 // An application's handler runs on the main thread, a scripting addition's on the sending thread (it may take long).
 // A look-up tries (class, ID), (class, "****"), ("****", ID), ("****", "****"), first among the application's handlers, then among the
-// additions'. It does not send (AESendMessage.h) and knows no other process.
+// additions'. AESendMessage.h sends events; this class knows no other process.
 #pragma once
 
 #include "platform/ae/NSAppleEventDescriptor.h"
@@ -12,13 +12,13 @@
 
 namespace quoddle {
 
-/// Names a suspended event; empty when there is none. When the last copy goes away without a resume, the event is answered with -10000.
+/// A suspended event; empty when there is none. When the last copy is destroyed without a resume, the event is answered with -10000.
 class NSAppleEventSuspension;
 using NSAppleEventManagerSuspensionID = std::shared_ptr<NSAppleEventSuspension>;
 
-/// What a scripting addition's handler may ask for while it works.
+/// The environment of a scripting addition's handler.
 struct AEHandlerContext {
-    /// May be empty. True when the sender has given up: end within 100 ms and answer -128.
+    /// True when the sender has given up: the handler must then end within 100 ms with -128. May be empty.
     std::function<bool()> cancelled;
     const void* handlerRefCon = nullptr;
     bool isCancelled() const { return cancelled && cancelled(); }
@@ -26,17 +26,18 @@ struct AEHandlerContext {
 
 class NSAppleEventManager {
 public:
-    /// The reply is of type "null" when the sender wants none; changing it is then without effect. An exception that escapes is answered
-    /// with -10000.
+    /// The reply is of type "null" when the sender wants none; changing it then has no effect. An exception that leaves the handler is
+    /// answered with -10000.
     using Handler = std::function<void(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent)>;
-    /// Answers a status; any but 0 goes into the reply's "errn" unless the handler put one there. -1708 passes the event over.
+    /// Returns a status; any but 0 is put into the reply's "errn" unless the handler has set it. -1708 leaves the event to the next
+    /// handler.
     using AdditionHandler = std::function<OSErr(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context)>;
 
     NSAppleEventManager();
     ~NSAppleEventManager();
     static NSAppleEventManager& sharedAppleEventManager();
 
-    /// Any thread. "****" is any class or ID. Replaces the handler of the same pair.
+    /// Any thread. "****" stands for any class or ID. Replaces the handler of the same pair.
     void setEventHandler(Handler handler, AEEventClass forEventClass, AEEventID andEventID);
     void removeEventHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID);
     void setAdditionHandler(AdditionHandler handler, AEEventClass forEventClass, AEEventID andEventID);
@@ -44,28 +45,28 @@ public:
     bool hasEventHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) const;
     bool hasAdditionHandlerForEventClass(AEEventClass forEventClass, AEEventID andEventID) const;
 
-    /// Runs the handler at once on the calling thread and fills the reply, which may be of type "null". -1708 without a handler.
-    /// A handler that suspends the event leaves the reply as it is and the status 0; AEDispatchAppleEvent (AESendMessage.h) waits for the
+    /// Runs the handler directly on the calling thread and fills the reply, which may be of type "null". -1708 without a handler. When the
+    /// handler suspends the event, the reply stays unchanged and the status is 0; AEDispatchAppleEvent (AESendMessage.h) waits for the
     /// answer.
     OSErr dispatchRawAppleEvent(const AEDesc& theAppleEvent, AEDesc& withRawReply, const void* handlerRefCon);
 
-    /// The event whose handler runs on this thread, or nil.
+    /// The event whose handler runs on this thread; nil when there is none.
     NSAppleEventDescriptorRef currentAppleEvent() const;
     NSAppleEventDescriptorRef currentReplyAppleEvent() const;
     /// Empty when no event is being handled on this thread, or it is suspended already.
     NSAppleEventManagerSuspensionID suspendCurrentAppleEvent();
     NSAppleEventDescriptorRef appleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
-    /// The same object on every call; nil for an empty ID.
+    /// The reply; the same object on every call. Nil for an empty ID.
     NSAppleEventDescriptorRef replyAppleEventForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
-    /// Nobody waits for the answer any more: the sender was stopped, its script's time is over, or it is gone. False for an empty ID.
+    /// Whether nobody waits for the answer any more: the sender was stopped, its time is over, or it has ended. False for an empty ID.
     bool senderHasGivenUpForSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID) const;
-    /// The work as a part of the handler that runs on this thread: it may be done on another one, while this one waits for it, and finds
-    /// the same current event there.
+    /// Wraps work of the handler that runs on this thread, so that it has the same current event when it runs on another thread. This
+    /// thread must wait for it meanwhile.
     std::function<void()> asPartOfCurrentAppleEvent(std::function<void()> work) const;
     void setCurrentAppleEventAndReplyEventWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID);
-    /// Sends the reply. Once; later calls do nothing.
+    /// Sends the reply. Only the first call has an effect.
     void resumeWithSuspensionID(const NSAppleEventManagerSuspensionID& suspensionID);
-    /// When the process ends: every suspended event is answered with -609.
+    /// Answers every suspended event with -609. Called when the process ends.
     void answerSuspendedEvents();
 
 private:

@@ -7,7 +7,7 @@ namespace quoddle {
 
 namespace {
 constexpr std::size_t kSlack = std::size_t{4} << 20;
-constexpr std::size_t kAlwaysGranted = std::size_t{256} << 10; // of each sender
+constexpr std::size_t kAlwaysGranted = std::size_t{256} << 10; // bytes of each sender, whatever the others hold
 } // namespace
 
 std::size_t AEAccount::mostOfSender() {

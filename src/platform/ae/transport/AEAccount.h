@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// An account of the memory that the events and replies of each sender take in this process, with bounds: as bytes on their way, and as
-// descriptors until they are answered. Private to the transport.
+// Counts the memory that the events and replies of each sender take in this process: as bytes on their way, and as descriptors until they
+// are answered. Private to the transport.
 //
-// Decision: there is a bound for each sender and one for all together, and who is beyond loses the connection. Events of ordinary size get
-// through whatever others do.
+// Decision: there is a bound for each sender and one for all together, and a sender that exceeds a bound loses its connection. Events of
+// ordinary size get through whatever other senders do.
 #pragma once
 
 #include <cstddef>
@@ -17,20 +17,20 @@ namespace quoddle {
 /// Any thread.
 class AEAccount {
 public:
-    static std::size_t mostOfSender(); ///< bytes: the largest event and the largest reply
+    static std::size_t mostOfSender(); ///< bytes; enough for the largest event and the largest reply
     static std::size_t mostOfAll();
 
-    /// Whether so many more may be held; if so, they count from now on.
+    /// Adds bytes to the sender's account; false, and nothing added, when a bound would be exceeded.
     bool take(pid_t sender, std::size_t bytes);
     void giveBack(pid_t sender, std::size_t bytes);
 
 private:
     std::mutex mMutex;
-    std::unordered_map<pid_t, std::size_t> mHeld; // only what is not 0
+    std::unordered_map<pid_t, std::size_t> mHeld; // has no entries of 0 bytes
     std::size_t mHeldByAll = 0;
 };
 
-/// Bytes of one sender, given back when this goes. One thread at a time.
+/// Bytes in one sender's account, given back by the destructor. Used by one thread at a time.
 class AECharge {
 public:
     AECharge(std::shared_ptr<AEAccount> account, pid_t sender) : mAccount(std::move(account)), mSender(sender) {}
@@ -38,7 +38,7 @@ public:
     AECharge(const AECharge&) = delete;
     AECharge& operator=(const AECharge&) = delete;
 
-    /// From now on so many in all. False, with the former number still counting, when they are too many.
+    /// Sets the total number of bytes. False, with the former number unchanged, when a bound would be exceeded.
     bool set(std::size_t bytes);
 
 private:

@@ -24,11 +24,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kSlice{5};      // of the main thread's events
-constexpr std::chrono::milliseconds kQuickSlice{1}; // before the main thread turns to them
-constexpr std::size_t kMaximumIdle = 16;            // connections kept
+constexpr std::chrono::milliseconds kSlice{5};      // for the main thread's events
+constexpr std::chrono::milliseconds kQuickSlice{1}; // the main thread's wait for the socket before it processes events again
+constexpr std::size_t kMaximumIdle = 16;            // connections that are kept open
 
-/// Connections that wait for their next event.
+/// Open connections that are not in use.
 class IdleConnections {
 public:
     static IdleConnections& shared() {
@@ -36,7 +36,7 @@ public:
         return connections;
     }
 
-    /// An open descriptor, or none.
+    /// A connection to the process; not open when there is none.
     FileDescriptor take(std::int32_t processID) {
         const std::lock_guard lock(mMutex);
         while (true) {
@@ -46,7 +46,7 @@ public:
             FileDescriptor socket = std::move(found->socket);
             mIdle.erase(std::next(found).base());
             pollfd state{socket.number(), POLLIN | POLLRDHUP, 0};
-            if (::poll(&state, 1, 0) == 0) // neither closed nor with anything unasked for
+            if (::poll(&state, 1, 0) == 0) // the connection is neither closed nor has unexpected data
                 return socket;
         }
     }
@@ -67,14 +67,14 @@ private:
     std::vector<Idle> mIdle;
 };
 
-/// One event on its way.
+/// Sends one event and receives its reply.
 class Exchange {
 public:
     Exchange(FileDescriptor socket, Clock::time_point deadline, const AESendOptions& options)
         : mSocket(std::move(socket)), mDeadline(deadline), mOptions(options) {}
 
     OSStatus send(std::string_view bytes);
-    /// Reads until the reply with the number has come.
+    /// Reads until the reply with this number has arrived.
     OSStatus receive(std::uint32_t id, AEFrame& frame);
     FileDescriptor detachSocket() { return std::move(mSocket); }
 
@@ -155,7 +155,7 @@ OSStatus exchange(std::int32_t processID, const AEDesc& event, AEDesc* reply, bo
             return connected.error();
         socket = std::move(*connected);
     }
-    // When anything goes wrong the connection is closed with it: a late reply must not meet the next event.
+    // On an error the connection is closed, so that a late reply cannot be taken for that of the next event.
     Exchange exchange(std::move(socket), deadline, options);
     if (const OSStatus status = exchange.send(frame.bytes()); status != noErr)
         return status;
@@ -183,7 +183,7 @@ OSStatus AESendToProcess(std::int32_t processID, const AEDesc& event, AEDesc* re
     const auto deadline = AEDeadlineAfter(timeoutInTicks);
     if (replyMode != kAEQueueReply)
         return exchange(processID, event, reply, replyMode == kAEWaitReply, deadline, options);
-    // The reply comes as an event of its own; somebody has to wait for it.
+    // A queued reply arrives as an event of its own; a thread waits for it here.
     std::thread([processID, event = AENumbered(event), deadline] {
         AEDesc queued = AEEmptyReplyTo(event);
         const OSStatus status = exchange(processID, event, &queued, true, deadline, {});

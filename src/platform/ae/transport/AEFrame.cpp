@@ -45,7 +45,7 @@ std::string AEFrame::bytes() const {
 }
 
 Result<bool, OSStatus> AEFrameReader::next(AEFrame& frame) {
-    for (std::size_t i = 0; i < std::min<std::size_t>(mBuffer.size(), 4); ++i) // strangers are found out at once
+    for (std::size_t i = 0; i < std::min<std::size_t>(mBuffer.size(), 4); ++i) // streams of another format are refused at their first bytes
         if (static_cast<std::uint8_t>(mBuffer[i]) != (kMagic >> (24 - 8 * i) & 0xFF))
             return Failure{errAECorruptData};
     if (mBuffer.size() < AEFrame::kHeaderSize)
@@ -59,7 +59,7 @@ Result<bool, OSStatus> AEFrameReader::next(AEFrame& frame) {
     frame.flags = static_cast<std::uint8_t>(mBuffer[kFlagsAt]);
     frame.id = get32(mBuffer, kIDAt);
     frame.status = static_cast<OSStatus>(get32(mBuffer, kStatusAt));
-    // The frame gets the buffer, so that a large one neither stands in memory twice nor leaves its room behind.
+    // The frame takes the buffer itself, so that a large payload is not in memory twice and its room is freed with it.
     std::string rest = mBuffer.substr(AEFrame::kHeaderSize + size);
     mBuffer.resize(AEFrame::kHeaderSize + size);
     mBuffer.erase(0, AEFrame::kHeaderSize);

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What goes over a socket between two processes: frames of a header and a flattened descriptor. The form is our own; numbers are
-// big-endian:
+// Frames on a socket between two processes: a header and a flattened descriptor. The format is our own; numbers are big-endian:
 //
 //   "QAE2" kind:u8 flags:u8 0:u16 id:u32 status:i32 size:u32 bytes
 //
-// One request is under way on a connection at a time as far as replies are concerned; a reply carries the id of its event.
+// A sender that waits for replies sends one request at a time on a connection; a reply has the id of its event.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -20,22 +19,22 @@ struct AEFrame {
     Kind kind = Kind::Event;
     std::uint8_t flags = 0;
     std::uint32_t id = 0;
-    OSStatus status = noErr; // of the delivery; replies only
-    std::string payload;     // a flattened descriptor; empty in a reply without one
+    OSStatus status = noErr; // the delivery's status; in replies only
+    std::string payload;     // a flattened descriptor; empty in a reply without a descriptor
 
-    /// Header and payload in one.
+    /// The header and the payload as they are sent.
     std::string bytes() const;
 };
 
-/// Takes a stream apart. Memory grows with what has arrived, not with what a header claims.
+/// Splits a stream into frames. Memory grows with the bytes that have arrived, not with the size that a header claims.
 class AEFrameReader {
 public:
     void append(std::string_view bytes) { mBuffer += bytes; }
-    /// Whether there was a complete frame. -1702 when the stream makes no sense; nothing more is to be read then.
+    /// True when there was a complete frame. -1702 when the stream is malformed; it must not be read further.
     Result<bool, OSStatus> next(AEFrame& frame);
-    /// Bytes that wait for the rest of their frame.
+    /// The number of bytes of the incomplete frame.
     std::size_t size() const { return mBuffer.size(); }
-    /// A frame has begun and is not complete.
+    /// Whether a frame has begun and is not complete.
     bool isInside() const { return !mBuffer.empty(); }
 
 private:

@@ -29,7 +29,7 @@ constexpr std::chrono::milliseconds kSlice{5};
 constexpr const char* kShell = "quoddle-shell";
 constexpr std::size_t kLargestInfo = std::size_t{4} << 20;
 
-// In the environment: whatever starts the applet's process passes it on, and a shell of another age ignores it.
+// The reason is passed in the environment, because programs in between pass that on, and an older or newer shell ignores it.
 constexpr const char* kReasonVariable = "QUODDLE_LAUNCHED_FOR";
 constexpr struct {
     AELaunchReason reason;
@@ -41,7 +41,7 @@ bool isReason(std::string_view assignment) {
     return assignment.starts_with(kReasonVariable) && assignment.substr(std::strlen(kReasonVariable)).starts_with('=');
 }
 
-/// This process's own, and the reason.
+/// The environment of this process with the reason added.
 std::vector<std::string> environmentFor(AELaunchReason reason) {
     std::vector<std::string> variables;
     for (char** variable = environ; *variable; ++variable)
@@ -75,7 +75,7 @@ fs::path executableOf(const fs::path& bundle) {
     return !name.empty() && name.find('/') == std::string::npos && isProgram(program) ? program : fs::path();
 }
 
-/// The program and its arguments: the shell beside this program, or what the bundle brings.
+/// The program and its arguments: the shell beside this program, else the bundle's own executable, else the shell on the search path.
 std::vector<std::string> commandFor(const std::string& bundlePath) {
     std::error_code error;
     const fs::path beside = fs::read_symlink("/proc/self/exe", error).parent_path() / kShell;
@@ -86,14 +86,15 @@ std::vector<std::string> commandFor(const std::string& bundlePath) {
     return {kShell, bundlePath};
 }
 
-/// In the child of a child: a session of its own, nothing of ours open, no signals held back.
+/// Turns the child of a child into the applet's process: with a session of its own, without our open files and without blocked signals.
+/// Reports a failure with one byte.
 [[noreturn]] void become(char* const* arguments, char* const* environment, int report) {
     ::setsid();
     const int nothing = ::open("/dev/null", O_RDWR);
     ::dup2(nothing, STDIN_FILENO);
     ::dup2(nothing, STDOUT_FILENO);
     ::dup2(nothing, STDERR_FILENO);
-    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); // files, pipes and locks of whoever started us
+    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC); // files, pipes and locks of this process
     sigset_t none;
     sigemptyset(&none);
     ::pthread_sigmask(SIG_SETMASK, &none, nullptr);
@@ -103,7 +104,7 @@ std::vector<std::string> commandFor(const std::string& bundlePath) {
     ::_exit(127);
 }
 
-/// The number of the new process, or 0. The process in between ends at once, so that nobody has to wait for the applet.
+/// The number of the new process, or 0. The process in between ends at once, so that the applet is nobody's child to wait for.
 pid_t spawn(const std::vector<std::string>& command, const std::vector<std::string>& variables) {
     const std::vector<char*> arguments = pointersTo(command), environment = pointersTo(variables);
     int ends[2];
@@ -124,7 +125,7 @@ pid_t spawn(const std::vector<std::string>& command, const std::vector<std::stri
         return 0;
     while (::waitpid(between, nullptr, 0) < 0 && errno == EINTR) {
     }
-    // The number, and one byte more when the program could not be started.
+    // The report is the process number, and one byte more when the program could not be started.
     char report[sizeof(pid_t) + 1];
     std::size_t got = 0;
     for (ssize_t count; got < sizeof report && (count = ::read(readEnd.number(), report + got, sizeof report - got)) != 0;)
@@ -154,7 +155,8 @@ Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath
     if (process <= 0)
         return Failure{procNotFound};
     while (true) {
-        const bool ended = !AEIsProcessAlive(process); // before the look: it may have handed over to another one
+        // asked before the look-up, because an ended process may have handed over to another one
+        const bool ended = !AEIsProcessAlive(process);
         if (const auto running = AEFindRunningApplicationAtPath(bundlePath))
             return running->processID;
         if (ended)

@@ -25,14 +25,15 @@ constexpr std::string_view kSocketExtension = ".sock";
 constexpr AEKeyword kStartTime = "strt"_4cc;
 
 std::mutex sNameMutex;
-std::string sOwnName; // of the application that this process is, once it has registered
+std::string sOwnName; // of the application in this process, once it has registered
 
-/// In clock ticks since the machine started; 0 when there is no such process any more, nothing when that cannot be found out.
+/// The start time of a process in clock ticks since the machine started; 0 when there is no such process any more, nullopt when that cannot
+/// be found out.
 std::optional<std::int64_t> startTimeOf(std::int32_t processID) {
     const auto text = readFile("/proc/" + std::to_string(processID) + "/stat", 4096);
     if (!text)
         return text.error() == fnfErr ? std::optional<std::int64_t>(0) : std::nullopt;
-    // The second field is a name in parentheses that may hold anything; the third is the state, the 22nd the time.
+    // The second field is a name in parentheses that may hold any character; the third is the state, the 22nd the start time.
     std::size_t at = text->rfind(") ");
     if (at == std::string::npos || at + 2 >= text->size() || (*text)[at + 2] == 'Z' || (*text)[at + 2] == 'X')
         return 0;
@@ -46,7 +47,7 @@ std::string textOf(const AEDesc& record, AEKeyword key) {
     return field ? field->asUTF8().value_or("") : "";
 }
 
-/// Null when it holds something else.
+/// The null descriptor when the file has other contents than a record.
 Result<AEDesc, OSStatus> readRecord(const std::string& path) {
     const auto bytes = readFile(path, kMaximumRecordSize);
     if (!bytes)
@@ -73,7 +74,7 @@ void removeFilesOf(const std::string& directory, std::int32_t processID) {
     unlink(recordPath(directory, processID).c_str());
 }
 
-/// A socket that no record goes with: its process has ended before it could make one, or has not come so far.
+/// Whether a socket has no record and its process has ended.
 bool isLeftSocket(const fs::path& file) {
     std::error_code error;
     return file.extension() == kSocketExtension && !fs::exists(fs::path(file).replace_extension(kRecordExtension), error) && !error &&
@@ -117,7 +118,7 @@ std::vector<AERunningApplication> AEListRunningApplications() {
         const auto record = readRecord(entry->path().string());
         const auto startTime = startTimeOf(processID);
         if (!record || !startTime)
-            continue; // who is short of descriptors or memory must not take others for dead
+            continue; // this process may be short of descriptors or memory; the other is not known to have ended
         const AEDesc* start = record->find(kStartTime);
         if (!start || *startTime == 0 || start->asInt64() != *startTime) {
             removeFilesOf(*directory, processID);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Which applications of this user run and take Apple events: one small file for each beside its socket, PID.app and PID.sock.
+// The user's running applications that take Apple events: for each a small file, PID.app, beside its socket, PID.sock.
 //
-// Decision: the files are the registry; no process keeps it. A record names the time its process started, so that one left behind by a
-// crash is told from a new process with the same number, and removed by whoever meets it.
+// Decision: the files are the registry; no process keeps it. A record has the start time of its process. By it any process can tell a
+// record that a crash has left behind, even when a new process has the same number, and removes it.
 #pragma once
 
 #include "platform/base/OSStatus.h"
@@ -16,31 +16,31 @@ namespace quoddle {
 
 struct AERunningApplication {
     std::int32_t processID = 0;
-    std::string name;             // as people call it, without ".app"
+    std::string name;             // the name without ".app"
     std::string bundleIdentifier; // may be empty
-    std::string path;             // of the bundle, absolute, without links; may be empty
+    std::string path;             // of the bundle, absolute and without links; may be empty
 };
 
-/// The applications that run, the last one started first. Any thread.
+/// The running applications, the one started last first. Any thread.
 std::vector<AERunningApplication> AEListRunningApplications();
 
-/// Makes a record of this process, complete or not at all; its processID is ignored. A file status on failure.
+/// Writes the record of this process, completely or not at all; `processID` is ignored. A file status on failure.
 OSStatus AERegisterApplication(const AERunningApplication& application);
-/// Removes the record of this process, so that it is found no more. Its socket stays for those who have found it.
+/// Removes the record of this process, so that others do not find it any more. The socket stays for those that have found it.
 void AEWithdrawApplication();
-/// Removes both.
+/// Removes the record and the socket.
 void AEUnregisterApplication();
 
-/// The name that scripts have for the application they run in: its registered name, else that of the program.
+/// The name of the application in which scripts run: its registered name, else the program's name.
 std::string AECurrentApplicationName();
 
-/// False for one that has ended, also when nobody has collected it yet.
+/// False for a process that has ended, also when its parent has not collected it yet.
 bool AEIsProcessAlive(std::int32_t processID);
 
-/// Where the process listens; `directory` is AERuntimeDirectory's.
+/// The name of the socket at which a process listens, in the folder AERuntimeDirectory().
 std::string AESocketName(std::int32_t processID);
 
-/// Names and identifiers are compared without regard to case; ".app" at the end of a name is ignored.
+/// Compares names or identifiers without regard to case; ".app" at the end is ignored.
 bool AESameApplicationName(std::string_view a, std::string_view b);
 
 } // namespace quoddle

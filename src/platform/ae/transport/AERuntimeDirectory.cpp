@@ -19,8 +19,8 @@ bool belongsToUserAlone(const struct stat& status) {
     return S_ISDIR(status.st_mode) && status.st_uid == geteuid() && (status.st_mode & 077) == 0;
 }
 
-/// A folder where we may make one: of another user's, such as root's guest has in its environment, we would take a part away from its
-/// owner.
+/// Whether the folder belongs to this user, so that we may make our folder in it. A program that root runs may have inherited another
+/// user's folder in its environment; that user could then not use a folder that root has made there.
 bool isOurs(const char* path) {
     struct stat status = {};
     return path && *path == '/' && stat(path, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid() &&

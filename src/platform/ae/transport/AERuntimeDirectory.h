@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The folder in which the processes of one user find each other: $XDG_RUNTIME_DIR/quoddle, or /tmp/quoddle-UID where a login gives none
-// (cron, containers) or that of another user (root, who was one before). It belongs to the user and nobody else may enter it; a folder that
-// does not look like that is not used.
+// The folder in which the processes of one user find each other: $XDG_RUNTIME_DIR/quoddle. It is /tmp/quoddle-UID where the login sets no
+// such variable (cron, containers) or it is another user's (after becoming root). The folder must belong to the user and be closed to all
+// others, or it is not used.
 #pragma once
 
 #include "platform/base/OSStatus.h"
@@ -11,9 +11,9 @@
 
 namespace quoddle {
 
-/// Made when it is not there. -5000 when it is not the user's alone; otherwise a file status. Any thread.
+/// Makes the folder when there is none. -5000 when others have access to it; otherwise a file status. Any thread.
 Result<std::string, OSStatus> AERuntimeDirectory();
-/// For people: what is wrong with it, and what to do.
+/// A message for the user: what is wrong with the folder, and how to mend it.
 std::string AERuntimeDirectoryAdvice(OSStatus status);
 
 } // namespace quoddle

@@ -33,7 +33,7 @@ bool AELaunchLock::take() {
     mFile.reset(::open(mPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!mFile.isOpen() || ::flock(mFile.number(), LOCK_EX | LOCK_NB) != 0)
         return false;
-    // Whoever held it before has removed the file; the lock is the one on the file that stands there now.
+    // The former holder has removed the file on release, so the lock only counts when it is on the file that stands there now.
     struct stat mine = {}, standing = {};
     mIsHeld = ::fstat(mFile.number(), &mine) == 0 && ::stat(mPath.c_str(), &standing) == 0 && mine.st_ino == standing.st_ino;
     return mIsHeld;
@@ -58,11 +58,11 @@ std::optional<OSStatus> AEHandOver(const std::string& bundlePath, const std::vec
         (void)event.put("----"_4cc, std::move(list));
     }
     AEDesc reply;
-    // Files take as long as they take; to come to the front does not, and one that cannot do even that is not waited for.
+    // Opening files may take any time. Coming to the front is quick, so an application that does not answer to that is not waited for.
     const std::int32_t timeout = files.empty() ? kAEDefaultTimeout : kNoTimeOut;
     const OSStatus status = AESendToProcess(running->processID, event, &reply, kAEWaitReply, timeout, {});
     if (status == procNotFound || (status == connectionInvalid && files.empty()))
-        return std::nullopt; // it has just ended
+        return std::nullopt; // the application has just ended
     const AEDesc* error = reply.find("errn"_4cc);
     return status == noErr && error ? error->asInt32().value_or(errAEEventFailed) : status;
 }

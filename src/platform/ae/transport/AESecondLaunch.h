@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// An application that is launched while it runs: the new process hands over what it was given and ends.
+// Second launches of a running application: the new process passes its files to the running one and ends.
 #pragma once
 
 #include "platform/base/FileDescriptor.h"
@@ -11,8 +11,9 @@
 
 namespace quoddle {
 
-/// Held from the look whether the application runs until it listens, so that of two launches at the same moment one comes second. Waits for
-/// the other, but not for ever: a launch that hangs must not keep the application from starting.
+/// A lock that a launching process holds from the question whether the application runs until it listens, so that of two simultaneous
+/// launches the later one finds the earlier. The constructor waits for another holder only for a limited time, so that a launch that hangs
+/// does not block all others.
 class AELaunchLock {
 public:
     explicit AELaunchLock(const std::string& bundlePath);
@@ -29,8 +30,8 @@ private:
     bool mIsHeld = false;
 };
 
-/// Nothing when no process runs the bundle. Otherwise the files were handed to it, or, without files, it was brought to the front, and this
-/// is its answer: 0; -128 when its script was stopped; another number when it failed.
+/// Passes the files to the process that runs the bundle, or brings it to the front without files. nullopt when no process runs it; else its
+/// answer: 0, -128 when its script was stopped, another number when it failed.
 std::optional<OSStatus> AEHandOver(const std::string& bundlePath, const std::vector<std::string>& files);
 
 } // namespace quoddle

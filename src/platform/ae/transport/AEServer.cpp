@@ -25,12 +25,12 @@ namespace {
 constexpr std::size_t kMaximumConnections = 4096;
 constexpr std::size_t kMaximumOfSender = kMaximumConnections / 2;
 constexpr int kBacklog = 512;
-constexpr std::chrono::seconds kPatience{10}; // of an application that wants to end, for a peer that does not take its reply
+constexpr std::chrono::seconds kPatience{10}; // for peers that do not take their replies while the application wants to end
 constexpr int kTick = 1;                      // seconds
 constexpr int kTurnsForWhatIsThere = 64;
 constexpr rlim_t kWantedDescriptors = 8192;
 
-/// A thousand callers at once need a thousand sockets.
+/// Raises the limit of open files, because each caller takes a socket.
 void raiseDescriptorLimit() {
     rlimit limit{};
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= kWantedDescriptors)
@@ -39,14 +39,14 @@ void raiseDescriptorLimit() {
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-/// Held by every event until its answer is on its way. Whoever waits for the end of a round is told.
+/// A round is held by every event that arrives in it until its answer has been sent. Wakes the waits when the last holder lets it go.
 std::shared_ptr<void> newRound() {
     return {nullptr, [](void*) { wakeWaits(); }};
 }
 
 } // namespace
 
-/// Shared with the connections, which may be answered after the server has gone.
+/// The server's state. Connections share it, because they may be answered after the server has been destroyed.
 class AEServer::Loop : public std::enable_shared_from_this<Loop> {
 public:
     OSStatus start(const std::string& directory);
@@ -57,22 +57,23 @@ public:
 private:
     struct Entry {
         std::shared_ptr<AEServerConnection> connection;
-        std::uint32_t events = 0; // that the loop waits for
+        std::uint32_t events = 0; // the events for which epoll watches the connection
     };
 
-    // Descriptors are used again, also between an event and the look at it; these are not.
+    // Numbers of watched descriptors. Unlike descriptors, numbers are not reused, so a late event cannot be taken for that of a newer
+    // connection.
     using Number = std::uint64_t;
     enum : Number { kListener, kWake, kTimer, kFirstConnection };
 
     void run();
-    /// How many events there were.
+    /// Returns the number of events.
     int turn(int timeout);
     bool isStopping();
     std::shared_ptr<void> currentRound();
     bool watch(int operation, int descriptor, Number number, std::uint32_t events);
     void accept();
     void add(FileDescriptor socket, pid_t sender);
-    /// False when there are too many connections, of this sender or in all, and none of them is idle.
+    /// False when the sender, or all senders together, have too many connections and none of them is idle.
     bool makeRoomFor(pid_t sender);
     void handle(Number number, std::uint32_t events);
     void update(Number number, Entry& entry);
@@ -87,21 +88,21 @@ private:
     FileDescriptor mListener;
     FileDescriptor mPoll;
     FileDescriptor mWake;
-    FileDescriptor mTimer; // runs while there is something to wait for
+    FileDescriptor mTimer; // runs while something has to be looked at later
     bool mTimerRuns = false;
     bool mListenerRests = false;
     std::string mSocketPath;
-    std::thread mThread;                            // either this
-    std::shared_ptr<void> mWatching;                // or that
-    std::unordered_map<Number, Entry> mConnections; // the serving thread only
-    std::unordered_map<pid_t, std::size_t> mCounts; // of them, by sender
+    std::thread mThread;                            // runs the loop, unless the main thread does
+    std::shared_ptr<void> mWatching;                // lets the main thread run the loop; null with a thread of its own
+    std::unordered_map<Number, Entry> mConnections; // used by the serving thread only
+    std::unordered_map<pid_t, std::size_t> mCounts; // connections of each sender
     const std::shared_ptr<AEAccount> mAccount = std::make_shared<AEAccount>();
     Number mNext = kFirstConnection;
     std::atomic<bool> mHasReceived = false;
-    std::mutex mMutex; // guards what follows
+    std::mutex mMutex; // guards the members below
     std::vector<Number> mChanged;
     std::shared_ptr<void> mRound = newRound();
-    std::weak_ptr<void> mAwaited; // the round whose end is waited for
+    std::weak_ptr<void> mAwaited; // the round for whose end isAnswered() waits
     bool mIsAwaiting = false;
     bool mStopping = false;
 };
@@ -174,7 +175,8 @@ std::shared_ptr<void> AEServer::Loop::currentRound() {
 
 bool AEServer::Loop::isAnswered() {
     if (!mIsAwaiting) {
-        // What has been sent belongs to the round that ends now. A server with a thread of its own has read it.
+        // Events that have already been sent belong to the round that ends now, so they are read first. The server's own thread has read
+        // them.
         for (int turns = 0; mWatching && turns < kTurnsForWhatIsThere && turn(0) > 0; ++turns) {
         }
         const std::lock_guard lock(mMutex);
@@ -213,9 +215,9 @@ void AEServer::Loop::run() {
         turn(-1);
 }
 
-/// A handler may serve the event loop itself, so that one turn runs inside another.
+/// Turns may be nested, because a handler may run the event loop.
 int AEServer::Loop::turn(int timeout) {
-    const auto self = shared_from_this(); // a handler may end the application
+    const auto self = shared_from_this(); // a handler may end the application, which destroys the server
     epoll_event events[64];
     const int count = epoll_wait(mPoll.number(), events, std::size(events), timeout);
     for (int i = 0; i < count && !isStopping(); ++i) {
@@ -237,7 +239,8 @@ void AEServer::Loop::accept() {
         FileDescriptor socket(::accept4(mListener.number(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
         if (!socket.isOpen()) {
             if (errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR && errno != ECONNABORTED) {
-                // No descriptors, no memory: who comes waits in the queue, and we do not turn in circles.
+                // Without descriptors or memory, new connections stay in the listener's queue until the timer; watching the listener would
+                // only loop.
                 mListenerRests = watch(EPOLL_CTL_MOD, mListener.number(), kListener, 0);
                 startTimer();
             }
@@ -248,7 +251,7 @@ void AEServer::Loop::accept() {
     }
 }
 
-/// A sender that keeps a connection for its next event finds it closed then, and makes another one.
+/// Closes the connection that has been idle for longest. Its sender notices when it wants to send the next event, and connects again.
 bool AEServer::Loop::makeRoomFor(pid_t sender) {
     const auto mine = mCounts.find(sender);
     const bool isOwnFault = mine != mCounts.end() && mine->second >= kMaximumOfSender;
@@ -272,7 +275,7 @@ bool AEServer::Loop::makeRoomFor(pid_t sender) {
 void AEServer::Loop::add(FileDescriptor socket, pid_t sender) {
     const Number number = mNext++;
     const int descriptor = socket.number();
-    // The connection may be answered, and tell of it, when the loop has long gone.
+    // A connection may be answered after the loop has been destroyed.
     auto changed = [loop = weak_from_this(), number] {
         if (const auto self = loop.lock())
             self->lookAgain(number);
@@ -293,7 +296,7 @@ void AEServer::Loop::handle(Number number, std::uint32_t events) {
     if (events & EPOLLIN)
         connection->read(currentRound());
     else if (events & (EPOLLHUP | EPOLLERR))
-        connection->dropReplies(); // what it sent before it went is read when its turn comes
+        connection->dropReplies(); // events that were sent before the peer went are read later
     if (connection->hasReceived() && !mHasReceived.exchange(true))
         wakeWaits();
     if (isStopping())
@@ -311,7 +314,7 @@ void AEServer::Loop::update(Number number, Entry& entry) {
         (entry.connection->wantsToRead() ? std::uint32_t{EPOLLIN} : 0) | (entry.connection->wantsToWrite() ? std::uint32_t{EPOLLOUT} : 0);
     if (wanted == entry.events)
         return;
-    // That a peer has gone would be reported all the time, wanted or not, so one that has to wait is not watched at all.
+    // epoll always reports a closed peer, so a connection that wants nothing now is not watched at all.
     const int operation = wanted == 0 ? EPOLL_CTL_DEL : entry.events == 0 ? EPOLL_CTL_ADD : EPOLL_CTL_MOD;
     entry.events = wanted;
     if (!watch(operation, entry.connection->number(), number, wanted))
@@ -354,7 +357,7 @@ void AEServer::Loop::removeStalled() {
     std::vector<Number> stalled;
     bool othersMay = false;
     for (const auto& [number, entry] : mConnections) {
-        // A sender may let its reply lie as long as it likes, but an application that wants to end does not wait for it.
+        // A sender may leave its reply unread for any time, but an application that wants to end does not wait for it.
         if (entry.connection->isStalledAtTick() || (isEnding && entry.connection->isUnreadSince(limit)))
             stalled.push_back(number);
         else

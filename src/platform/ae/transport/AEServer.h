@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Takes the events that other processes of this user send, hands them to this process's handlers and sends the replies back.
+// Takes events from the user's other processes, passes them to this process's handlers and sends the replies back.
 //
-// Decision: one thread of its own waits for all connections, so that a caller who stalls or floods costs the application nothing; replies
-// are written by the thread that answers, and only what a socket does not take at once is left to the server's. A connection that sends
-// faster than its events are handled is not read until they are. Events for which the application has no handler are answered with -1708:
-// additions work for their own process only.
+// Decision: the main thread's event loop serves all connections or, without one, a thread of the server; one slow or flooding caller cannot
+// block the others. Replies are written by the thread that answers; only what a socket does not take at once is left to the serving thread.
+// A connection with too many unanswered events is not read until some are answered. Events without an application handler are answered with
+// -1708: additions work for their own process only.
 #pragma once
 
 #include "platform/base/OSStatus.h"
@@ -17,18 +17,18 @@ namespace quoddle {
 class AEServer {
 public:
     AEServer();
-    /// Every event not yet answered is broken off: its sender gets -609.
+    /// Breaks off all unanswered events: their senders get -609.
     ~AEServer();
 
-    /// Listens at PID.sock in `directory`. Once, on the main thread, where the server must be destroyed, too. A file status on failure; -42
-    /// when there are too many open files.
+    /// Listens at PID.sock in `directory`. Called once, on the main thread, where the server must also be destroyed. A file status on
+    /// failure; -42 when too many files are open.
     OSStatus start(const std::string& directory);
 
-    /// For an application that wants to end: whether the answers to all that had been sent when this was first asked are on their way. What
-    /// comes later is handled, but not waited for. Asked again after it was true, it begins anew. wakeWaits() is called when it becomes
-    /// true. Main thread.
+    /// For an application that wants to end: whether all events that had been sent at the first call have been answered. Later events are
+    /// handled, but not waited for. After it has returned true, the next call is a first call again. wakeWaits() is called when the result
+    /// becomes true. Main thread.
     bool isAnswered();
-    /// Whether there has been any event. wakeWaits() is called when the first one comes.
+    /// Whether any event has arrived. wakeWaits() is called when the first one does.
     bool hasReceived() const;
 
 private:

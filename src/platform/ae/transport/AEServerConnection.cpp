@@ -19,10 +19,10 @@ namespace {
 
 constexpr std::size_t kChunk = 64 << 10;
 constexpr std::size_t kLargeEvent = 256 << 10;  // bytes; a few milliseconds of work
-constexpr std::size_t kLeastPerTick = 16 << 10; // bytes of a frame; a sender on this machine has thousands of times that
+constexpr std::size_t kLeastPerTick = 16 << 10; // bytes of a frame; an honest sender on the same machine is thousands of times faster
 constexpr int kMaximumSlowTicks = 10;
 
-/// An empty text may hold on to what it held before.
+/// Frees the text's memory, which clear() need not do.
 void release(std::string& text) {
     text.clear();
     text.shrink_to_fit();
@@ -90,8 +90,8 @@ bool AEServerConnection::deliver(Received received) {
     return takeApart(received, event) && handOn(std::move(received), std::move(event));
 }
 
-/// A frame of small descriptors becomes many times its size in memory, so the memory is charged while the descriptors are made. False when
-/// the frame makes no sense, or takes more than its sender may have or than there is.
+/// Unflattens the event. A frame of small descriptors takes many times its size in memory, so the memory is charged while the descriptors
+/// are made. False when the frame is malformed, or when the sender's bound or the memory is exceeded.
 bool AEServerConnection::takeApart(Received& received, AEDesc& event) const {
     AECharge& charge = *received.charge;
     std::string& payload = received.frame.payload;
@@ -107,7 +107,7 @@ bool AEServerConnection::takeApart(Received& received, AEDesc& event) const {
     return charge.set(taken);
 }
 
-/// The main thread has a window to look after.
+/// Unflattens a large event on another thread, so that the main thread can go on serving its windows.
 bool AEServerConnection::takeApartBeside(Received received) {
     const auto shared = std::make_shared<Received>(std::move(received));
     mIsTakingApart = true;
@@ -125,7 +125,7 @@ bool AEServerConnection::takeApartBeside(Received received) {
                 self->mChanged();
             });
         }).detach();
-    } catch (const std::system_error&) { // there is no room for another thread
+    } catch (const std::system_error&) { // no further thread can be started
         return false;
     }
     return true;
@@ -134,7 +134,7 @@ bool AEServerConnection::takeApartBeside(Received received) {
 bool AEServerConnection::handOn(Received received, AEDesc event) {
     if (!event.isAppleEvent())
         return false;
-    // Whatever the sender called this process, here it is the current one.
+    // The sender's address of this process is replaced by that of the current process.
     (void)event.setAttribute("addr"_4cc, AEDesc::ofCurrentProcess());
     (void)event.setAttribute("esrc"_4cc, AEDesc::ofInt32(kAELocalProcess));
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
@@ -169,7 +169,7 @@ void AEServerConnection::answer(Received& received, const AEDesc& reply, OSStatu
             if (const OSStatus flattened = AEFlattenDesc(reply, frame.payload); flattened != noErr)
                 frame.status = flattened;
             send(frame.bytes(), round);
-        } catch (const std::bad_alloc&) { // the sender learns so from the end of the connection
+        } catch (const std::bad_alloc&) { // the sender sees the connection end
             markClosed();
             mChanged();
         }
@@ -184,7 +184,7 @@ void AEServerConnection::send(std::string bytes, std::shared_ptr<void> round) {
     if (mUnsent.empty()) {
         const ssize_t count = ::send(number(), bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
         if (count < 0 && !isWaiting(errno))
-            return; // nobody reads it any more
+            return; // the peer has closed the connection
         sent = count > 0 ? static_cast<std::size_t>(count) : 0;
         mLastWrite = std::chrono::steady_clock::now();
     }
@@ -192,7 +192,7 @@ void AEServerConnection::send(std::string bytes, std::shared_ptr<void> round) {
         return;
     mUnsent.append(bytes, sent);
     mUnsentRounds.push_back(std::move(round));
-    if (!mUnsentCharge.set(mUnsent.size())) // it does not want its replies
+    if (!mUnsentCharge.set(mUnsent.size())) // the peer does not read its replies
         markClosed();
     mChanged();
 }
@@ -234,7 +234,7 @@ bool AEServerConnection::wantsToWrite() const {
     return !mUnsent.empty();
 }
 
-/// Handlers that work for the sender may end.
+/// Lets handlers that work for the sender end.
 void AEServerConnection::markClosed() {
     mClosed = true;
     wakeWaits();

@@ -13,7 +13,7 @@ namespace quoddle {
 
 class AEServerConnection : public std::enable_shared_from_this<AEServerConnection> {
 public:
-    /// `changed` is called, on any thread, when the server has to look at the connection again: something to write, or to read again.
+    /// `changed` is called on any thread when the server must look at the connection again, to write or to go on reading.
     AEServerConnection(FileDescriptor socket, pid_t sender, std::shared_ptr<AEAccount> account, std::function<void()> changed)
         : mSocket(std::move(socket)), mSender(sender), mChanged(std::move(changed)), mAccount(std::move(account)),
           mReaderCharge(mAccount, sender), mUnsentCharge(mAccount, sender) {}
@@ -23,41 +23,41 @@ public:
 
     bool isClosed() const { return mClosed; }
 
-    // The serving thread
-    /// Reads what is there and hands on the events that are complete; closed afterwards when the stream has ended or makes no sense. Each
-    /// event holds the round until its answer has been written, or nobody wants it any more.
+    // The functions up to close() are for the serving thread.
+    /// Reads what has arrived and delivers the complete events. The connection is closed afterwards when the stream has ended or is
+    /// malformed. Each event holds the round until its answer has been written or the connection is closed.
     void read(const std::shared_ptr<void>& round);
-    /// Writes what is waiting.
+    /// Writes unsent replies.
     void write();
-    /// The peer reads no more.
+    /// Drops the unsent replies, because the peer does not read any more.
     void dropReplies();
     bool wantsToRead() const { return mUnanswered.load() < kMaximumUnanswered && !mIsTakingApart; }
     bool wantsToWrite() const;
     bool hasReceived() const { return mHasReceived; }
-    /// A frame has begun that is waited for.
+    /// Whether the rest of a frame is awaited.
     bool isInsideFrame() const { return mReader.isInside() && wantsToRead(); }
-    /// Nothing is under way.
+    /// Whether nothing is being received, handled or sent.
     bool isIdle() const { return !mReader.isInside() && mUnanswered.load() == 0 && !mIsTakingApart && !wantsToWrite(); }
     std::chrono::steady_clock::time_point lastRead() const { return mLastRead; }
-    /// Called about once a second while somebody is inside a frame. True when the peer has sent next to nothing of its frame for ten times.
+    /// Called about once a second while a frame is incomplete. True when the peer has sent next to nothing of it for ten calls.
     bool isStalledAtTick();
-    /// Replies have been waiting since before that time.
+    /// Whether replies have been unsent since that time.
     bool isUnreadSince(std::chrono::steady_clock::time_point time) const;
-    /// The peer has gone: handlers may stop working for it, replies are dropped.
+    /// Closes the connection: handlers may stop working for the peer, and replies are dropped.
     void close();
 
 private:
-    // More are read when some of these have been answered.
+    // No more events are read while this many are unanswered.
     static constexpr int kMaximumUnanswered = 64;
 
-    /// An event while it is being handled.
+    /// An event that is being handled.
     struct Received {
         AEFrame frame;
         std::shared_ptr<void> round;
         std::shared_ptr<AECharge> charge;
     };
 
-    // These answer false when the stream makes no sense.
+    // append() and takeFrames() return false when the stream is malformed.
     bool append(std::string_view bytes);
     bool takeFrames(const std::shared_ptr<void>& round);
     bool deliver(Received received);
@@ -76,12 +76,12 @@ private:
     AECharge mReaderCharge;
     std::size_t mReadSinceTick = 0;
     int mSlowTicks = 0;
-    bool mIsTakingApart = false; // a large event; those behind it wait
+    bool mIsTakingApart = false; // a large event is being unflattened; events behind it wait
     bool mHasReceived = false;
     std::chrono::steady_clock::time_point mLastRead = std::chrono::steady_clock::now();
     std::atomic<int> mUnanswered = 0;
     std::atomic<bool> mClosed = false;
-    mutable std::mutex mMutex; // guards what follows
+    mutable std::mutex mMutex; // guards the members below
     std::string mUnsent;
     AECharge mUnsentCharge;
     std::vector<std::shared_ptr<void>> mUnsentRounds;

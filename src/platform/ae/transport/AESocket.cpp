@@ -15,7 +15,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr int kPatience = 2000; // ms, for a place in the queue of a busy listener
+constexpr int kPatience = 2000; // ms to wait for a place in the queue of a busy listener
 
 bool makeAddress(const FileDescriptor& directory, const std::string& name, sockaddr_un& address) {
     address = {};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Unix stream sockets by folder and name. The length of a path does not matter: the folder is reached through its descriptor.
+// Unix stream sockets by folder and name. Long paths are no problem, because the folder is addressed by its descriptor.
 #pragma once
 
 #include "platform/base/FileDescriptor.h"
@@ -12,11 +12,11 @@
 
 namespace quoddle {
 
-/// Non-blocking, for the owner only. What stood there before is replaced.
+/// A non-blocking socket for the owner only. Replaces an existing file of that name.
 Result<FileDescriptor, OSStatus> listenAt(const std::string& directory, const std::string& name, int backlog);
-/// Non-blocking and connected. -600 when nobody listens there, or somebody else than this user.
+/// A non-blocking, connected socket. -600 when nobody listens there, or another user does.
 Result<FileDescriptor, OSStatus> connectTo(const std::string& directory, const std::string& name);
-/// The process at the other end; nothing when it is another user's.
+/// The process at the other end; nullopt when it belongs to another user.
 std::optional<pid_t> sameUserPeer(int socket);
 
 } // namespace quoddle

@@ -21,16 +21,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kPatience{5}; // for the event that the application was launched for; its sender may have died
+constexpr std::chrono::seconds kPatience{5}; // for the event for which the application was launched; its sender may have died
 
 std::unique_ptr<AEServer> sServer;
 bool sExpectsEvent = false;
-std::optional<Clock::time_point> sListening; // since when
-FileDescriptor sPatience;                    // a timer that runs out when the expected event is not waited for any more
+std::optional<Clock::time_point> sListening; // the time of AEListen()
+FileDescriptor sPatience;                    // a timer for the end of the wait for the expected event
 std::shared_ptr<void> sWatchesPatience;
-std::thread sRemembering; // writes a file that nobody waits for
+std::thread sRemembering; // a thread, so that listening does not wait for the file to be written
 
-/// "get running of application": the code of the property when it is one of the application itself, else 0.
+/// The property in a "get" event that asks for a property of the application itself, as in "get running of application"; else 0.
 FourCharCode askedProperty(const AEDesc& event) {
     const AEDesc* direct = event.find("----"_4cc);
     if (event.eventClass() != "core"_4cc || event.eventID() != "getd"_4cc || !direct || direct->type() != "obj "_4cc)
@@ -42,7 +42,8 @@ FourCharCode askedProperty(const AEDesc& event) {
     return isOwn ? property->code() : 0;
 }
 
-/// What is known of an application without asking it. Of one that is not to be found only that it does not run.
+/// The property's value when it is known without asking the application. An application that was not found only has the property that it
+/// does not run.
 std::optional<AEDesc> knownProperty(FourCharCode property, const AERunningApplication* application) {
     if (property == "prun"_4cc)
         return AEDesc::ofBoolean(application && application->processID != 0);
@@ -59,7 +60,7 @@ bool isQuit(const AEDesc& event) {
     return event.eventClass() == "aevt"_4cc && event.eventID() == "quit"_4cc;
 }
 
-/// "run" would otherwise run twice, "launch" not run is what it is there for, and files are opened instead of a run.
+/// The event comes instead of the applet's run when it is "run", which would run it twice, "launch", which must not run it, or "open".
 AELaunchReason reasonFor(const AEDesc& event) {
     static constexpr struct {
         AEEventClass eventClass;
@@ -80,7 +81,8 @@ OSStatus answer(const AEDesc& event, AEDesc* reply, std::optional<AEDesc> value)
     return noErr;
 }
 
-/// -600 when the event has reached nobody; `mayHaveEnded` then tells whether the application was there before, so that it can be launched.
+/// -600 when the event has reached no process; `mayHaveEnded` then tells whether the application was running before, so that it can be
+/// launched now.
 OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options,
                   bool& mayHaveEnded) {
     mayHaveEnded = false;
@@ -103,7 +105,7 @@ OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::
     return AESendToProcess(processID, event, reply, sendMode, timeoutInTicks, options);
 }
 
-/// For an application that is not running and cannot be started, or whose start this process would not hear of.
+/// Answers an event when the runtime folder cannot be used, so that no running application can be found and no launch noticed.
 OSStatus answerThatNobodyIsFound(const AEDesc& event, AEDesc* reply, OSStatus status) {
     if (!reply)
         return status;
@@ -114,7 +116,7 @@ OSStatus answerThatNobodyIsFound(const AEDesc& event, AEDesc* reply, OSStatus st
 }
 
 OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
-    constexpr int kAttempts = 4; // to meet one that does not end at that moment
+    constexpr int kAttempts = 4; // an application may end just when the event is sent, and is then launched again
     if (const auto directory = AERuntimeDirectory(); !directory)
         return answerThatNobodyIsFound(event, reply, directory.error());
     OSStatus status = procNotFound;
@@ -146,7 +148,7 @@ OSStatus AEListen(const AERunningApplication& application) {
     sListening = Clock::now();
     if (sExpectsEvent)
         startPatience();
-    wakeWaits(); // whether the expected event can come has changed
+    wakeWaits(); // AEIsAnswered() depends on whether the application listens
     const auto directory = AERuntimeDirectory();
     if (!directory)
         return directory.error();
