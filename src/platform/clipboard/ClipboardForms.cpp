@@ -26,14 +26,14 @@ namespace {
 constexpr auto kOwnType = "application/x-quoddle-forms"_L1;
 constexpr auto kPlainType = "text/plain"_L1;
 constexpr auto kFilesType = "text/uri-list"_L1;
-constexpr auto kFileManagerType = "x-special/gnome-copied-files"_L1; // what file managers ask for
+constexpr auto kFileManagerType = "x-special/gnome-copied-files"_L1; // the type that file managers read
 constexpr qsizetype kLongestRichText = qsizetype{32} << 20;
 constexpr std::size_t kMostFiles = 100'000;
 
-/// Types as other programs name them, the usual one first.
+/// The MIME types of a form; the usual one comes first.
 struct Kind {
     DescType form;
-    const char* imageFormat; // null: text
+    const char* imageFormat; // null for text
     std::span<const QLatin1StringView> types;
 };
 constexpr QLatin1StringView kPlainTypes[] = {"text/plain;charset=utf-8"_L1, kPlainType, "UTF8_STRING"_L1};
@@ -85,7 +85,7 @@ QString plainTextOf(const QByteArray& bytes, DescType form) {
     return document.toPlainText();
 }
 
-/// Of a form that is a file or a list of nothing else.
+/// The paths in a form that is a file or a list of files; empty for any other form.
 std::vector<std::string> pathsOf(const AEDesc& form) {
     const auto isFile = [](const AEDesc& desc) { return desc.type() == "furl"_4cc || desc.type() == "alis"_4cc; };
     const auto items = form.isList() ? form.items() : std::span(&form, 1);
@@ -126,7 +126,7 @@ public:
             addText(bytesOf(*text));
         }
     }
-    /// What programs take that do not know the forms themselves.
+    /// Adds simpler types for programs that do not know the form itself.
     void addSimpler(const AEDesc& form) {
         if (form.type() == "RTF "_4cc || form.type() == "HTML"_4cc)
             addText(plainTextOf(bytesOf(form), form.type()).toUtf8());
@@ -150,7 +150,7 @@ class Reader {
 public:
     Reader(const QStringList& offered, const std::function<QByteArray(const QString&)>& get) : mOffered(offered), mGet(get) {}
 
-    /// What a script has copied. False when it was something else.
+    /// Reads the form of our own that a script's copy has. False when another program has copied.
     bool readOwn() {
         AEDesc list;
         const QByteArray bytes = mOffered.contains(kOwnType) ? mGet(kOwnType) : QByteArray();
@@ -164,7 +164,7 @@ public:
             return;
         const QByteArray list = mGet(kFilesType);
         const auto files = filesOf(list);
-        if (files.empty() && !mOffered.contains(kPlainType)) // addresses of something else
+        if (files.empty() && !mOffered.contains(kPlainType)) // URLs of other things than files
             addText(list.trimmed());
         if (files.size() > 1)
             forms.push_back(AEDesc::list(files));

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What scripts copy (descriptors) as what other programs take (data under MIME types), and back.
+// Converts what scripts copy (descriptors) to what other programs read (data under MIME types), and back.
 //
-// Decision: beside the types that everybody knows, everything is offered in a form of our own, so that one script gets from another what
-// that has copied: a list, a record, a date.
+// Decision: beside the common types, everything is also offered in a form of our own, so that one script gets exactly what another has
+// copied: a list, a record, a date.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -16,15 +16,15 @@
 
 namespace quoddle {
 
-/// Data under MIME types, the best one first.
+/// Data under MIME types, the best type first.
 using ClipboardData = std::vector<std::pair<QString, QByteArray>>;
 
-/// Text under "text/plain" is UTF-8. Rich text without a plain one gets that, a picture is offered as PNG too, files as their list and
-/// their paths. A thread with fonts, if there is rich text.
+/// Text under "text/plain" is UTF-8. Rich text is also offered as plain text unless there is one, a picture also as PNG, files as a list of
+/// files and as paths. Rich text needs a thread that may use fonts.
 ClipboardData dataFromForms(const std::vector<AEDesc>& forms);
 
-/// `get` is called only for types of `offered`, and only for what can make the class `wanted` (0: for everything that is offered, except
-/// pictures converted into other kinds). Whatever it answers is taken as hostile. The best form first.
+/// `get` is called only for types in `offered`, and only for those from which the class `wanted` can be made (0: for all types, except that
+/// pictures are not converted to other kinds). The data is not trusted. Returns the best form first.
 std::vector<AEDesc> formsFromData(const QStringList& offered, const std::function<QByteArray(const QString& type)>& get, DescType wanted);
 
 } // namespace quoddle

@@ -99,7 +99,8 @@ std::unique_ptr<DataControlClipboard> DataControlClipboard::connectToDesktop() {
 
 DataControlClipboard::DataControlClipboard(wl_display* display) : mDisplay(display) {}
 
-/// The round trips end what the desktop has to say about itself, and about the clipboard.
+/// Binds to the desktop's protocol. A round trip ends when the desktop has announced its interfaces, and another when it has announced the
+/// clipboard's contents.
 bool DataControlClipboard::bind() {
     mRegistry = wl_display_get_registry(mDisplay);
     wl_registry_add_listener(mRegistry, &Callbacks::kRegistry, this);
@@ -140,7 +141,7 @@ void DataControlClipboard::readEvents() {
 std::vector<AEDesc> DataControlClipboard::contents(DescType wanted) {
     if (wl_display_roundtrip(mDisplay) < 0)
         return {};
-    if (mSource) { // nobody answers us while we read
+    if (mSource) { // this process itself cannot answer while it reads
         QStringList offered;
         for (const auto& [type, bytes] : mData)
             offered << type;
@@ -163,13 +164,13 @@ QByteArray DataControlClipboard::receive(const QString& type) {
     const FileDescriptor readEnd(ends[0]);
     FileDescriptor writeEnd(ends[1]);
     request(mSelection, Protocol::receiveData, nullptr, 0, type.toUtf8().constData(), writeEnd.number());
-    wl_display_flush(mDisplay); // the descriptor has been copied by now
+    wl_display_flush(mDisplay); // wl_display_flush has sent a copy of the descriptor
     writeEnd.reset();
     return readPipe(readEnd);
 }
 
 bool DataControlClipboard::setContents(const std::vector<AEDesc>& forms) {
-    wl_proxy* former = mSource; // goes after the new one is there, so that there is always something
+    wl_proxy* former = mSource; // destroyed after the new source is set, so that the clipboard is never empty
     mData = dataFromForms(forms);
     mSource = request(mManager, Protocol::createSource, &mProtocol->source, 0, nullptr);
     listen(mSource, Callbacks::kSource, this);
@@ -191,7 +192,7 @@ void DataControlClipboard::send(const QString& type, int descriptor) {
     for (const auto& [offered, bytes] : mData)
         if (offered == (isText ? QString(kPlainText) : type) &&
             findChildren<PipeWriter*>(Qt::FindDirectChildrenOnly).size() < kMostWriters) {
-            new PipeWriter(std::move(pipe), bytes, this); // goes by itself
+            new PipeWriter(std::move(pipe), bytes, this); // destroys itself when it has finished
             return;
         }
 }

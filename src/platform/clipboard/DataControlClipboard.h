@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The clipboard of a Wayland desktop for a program without windows.
+// The clipboard of a Wayland desktop, for a program without windows.
 #pragma once
 
 #include "platform/clipboard/ClipboardForms.h"
@@ -18,10 +18,10 @@ namespace quoddle {
 
 class DataControlClipboard : public DesktopClipboard {
 public:
-    /// Whether there is a Wayland desktop, and one that lets not only windows have the clipboard. May be asked before there is an
-    /// application.
+    /// Whether there is a Wayland desktop that gives the clipboard to programs without windows. May be called before there is an
+    /// application object.
     static bool isOffered();
-    /// Null where it is not offered.
+    /// Null when the desktop does not offer it.
     static std::unique_ptr<DataControlClipboard> connectToDesktop();
     ~DataControlClipboard() override;
 
@@ -47,10 +47,10 @@ private:
     std::uint32_t mManagerName = 0;
     wl_proxy* mManager = nullptr;
     wl_proxy* mDevice = nullptr;
-    wl_proxy* mSource = nullptr; // of what we have copied, while that is the clipboard
+    wl_proxy* mSource = nullptr; // offers what this process has copied; null while others own the clipboard
     ClipboardData mData;
-    std::map<wl_proxy*, QStringList> mOffers; // with the types of each
-    wl_proxy* mSelection = nullptr;           // one of them, or null
+    std::map<wl_proxy*, QStringList> mOffers; // the desktop's offers, with the MIME types of each
+    wl_proxy* mSelection = nullptr;           // the current offer; null when the clipboard is empty
     std::unique_ptr<QSocketNotifier> mReadable;
 };
 

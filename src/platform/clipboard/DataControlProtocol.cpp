@@ -10,7 +10,7 @@ namespace quoddle {
 
 namespace {
 
-/// The tables point into each other, so they stay where they are.
+/// The message tables of the protocol. They point to one another, so they must not be copied.
 struct Tables {
     const wl_interface* untyped[2] = {nullptr, nullptr};
     const wl_interface *sourceOnly[1], *offerOnly[1], *deviceAndSeat[2];

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The messages of the data-control protocol of Wayland: the one way to the clipboard for a program without a window. Compositors know it
-// under two names with the same messages, of which the newer is tried first.
+// The messages of Wayland's data-control protocol, the only access to the clipboard for a program without a window. Compositors have it
+// under two names with the same messages; the newer name is tried first.
 #pragma once
 
 #include <cstdint>
@@ -17,22 +17,22 @@ struct DataControlProtocol {
     static constexpr std::uint32_t kVersion = 1;
 
     const char* managerName;
-    bool isCurrent; ///< not its predecessor
+    bool isCurrent; ///< false for the older name of the protocol
     wl_interface manager, device, source, offer;
 
-    /// Null for any other name. For the whole process.
+    /// Null for any other name. Valid for the lifetime of the process.
     static const DataControlProtocol* named(const char* managerName);
 };
 
-/// Listeners, in the order of the events.
+/// Listeners, with their functions in the order of the protocol's events.
 struct DataControlDeviceListener {
     void (*dataOffer)(void* self, wl_proxy* device, wl_proxy* offer);
-    void (*selection)(void* self, wl_proxy* device, wl_proxy* offer); ///< null: nothing is copied
+    void (*selection)(void* self, wl_proxy* device, wl_proxy* offer); ///< null when the clipboard is empty
     void (*finished)(void* self, wl_proxy* device);
     void (*primarySelection)(void* self, wl_proxy* device, wl_proxy* offer);
 };
 struct DataControlSourceListener {
-    void (*send)(void* self, wl_proxy* source, const char* type, std::int32_t descriptor); ///< the descriptor is the listener's
+    void (*send)(void* self, wl_proxy* source, const char* type, std::int32_t descriptor); ///< the listener owns the descriptor
     void (*cancelled)(void* self, wl_proxy* source);
 };
 struct DataControlOfferListener {

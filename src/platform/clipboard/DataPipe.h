@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Data that goes through a pipe to a program, or comes from one, that may be slow, or may not care at all.
+// Data that is sent to or received from another program through a pipe. The other program may be slow or not read at all.
 #pragma once
 
 #include "platform/base/FileDescriptor.h"
@@ -11,10 +11,10 @@
 
 namespace quoddle {
 
-/// What comes until the other side closes; empty when it is more than 128 MiB or when nothing has come for five seconds.
+/// Reads until the other side closes; empty when that is more than 128 MiB or nothing arrives for five seconds.
 QByteArray readPipe(const FileDescriptor& pipe);
 
-/// Writes in the background and destroys itself when all is written, or when the reader has gone or has taken nothing for half a minute.
+/// Writes in the background. Destroys itself when all is written, the reader has gone, or it has read nothing for half a minute.
 class PipeWriter : public QObject {
 public:
     PipeWriter(FileDescriptor pipe, QByteArray bytes, QObject* parent);

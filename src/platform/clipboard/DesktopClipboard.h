@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The clipboard that the programs of a desktop share, held by this process after it has set it. Main thread only.
+// The clipboard that the programs of a desktop share; this process holds the contents that it has set. Main thread only.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -14,15 +14,15 @@ class DesktopClipboard : public QObject {
     Q_OBJECT
 public:
     using QObject::QObject;
-    /// As of formsFromData. A program that has copied and does not answer is given up after some seconds.
+    /// As of formsFromData(). Waits some seconds at most for the program that has copied.
     virtual std::vector<AEDesc> contents(DescType wanted) = 0;
     /// False when the desktop refuses.
     virtual bool setContents(const std::vector<AEDesc>& forms) = 0;
-    /// Whether what this process has set is there still.
+    /// Whether the contents that this process has set are still there.
     virtual bool isOwner() const = 0;
 
 Q_SIGNALS:
-    /// Another program has set the clipboard, or the desktop has gone.
+    /// Emitted when another program has set the clipboard, or the desktop has gone.
     void lost();
 };
 

@@ -42,7 +42,7 @@ bool QtClipboard::setContents(const std::vector<AEDesc>& forms) {
     auto* data = new QMimeData;
     for (const auto& [type, bytes] : dataFromForms(forms))
         data->setData(type, bytes);
-    QGuiApplication::clipboard()->setMimeData(data); // takes it over
+    QGuiApplication::clipboard()->setMimeData(data); // takes ownership
     return isOwner();
 }
 

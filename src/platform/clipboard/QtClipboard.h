@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The clipboard as Qt has it: whole on X11. On Wayland Qt reaches it only while a window of this process has the keyboard.
+// The clipboard by way of Qt. Complete on X11; on Wayland Qt reaches it only while a window of this process has the keyboard focus.
 #pragma once
 
 #include "platform/clipboard/DesktopClipboard.h"
@@ -15,8 +15,8 @@ public:
     bool isOwner() const override;
 };
 
-/// Hands over what the user has copied from a window of this program, which is about to end, to the process that keeps what scripts copy.
-/// Does nothing when the clipboard is somebody else's, and gives up after some seconds.
+/// Hands over what the user has copied from a window of this program to the process that keeps what scripts copy. Called before the program
+/// ends. Does nothing when another program owns the clipboard, and gives up after some seconds.
 void leaveClipboardBehind();
 
 } // namespace quoddle

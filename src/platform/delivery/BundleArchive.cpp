@@ -34,9 +34,9 @@ struct ArchiveReleaser {
     void operator()(archive* opened) const { archive_read_free(opened); }
 };
 
-using Path = std::vector<std::string>; // its parts
+using Path = std::vector<std::string>; // the components
 
-/// Null when a part leads out of the folder or nowhere at all.
+/// nullopt when a part leads out of the folder or names nothing.
 std::optional<Path> partsOf(std::string_view name) {
     const bool hasControls = std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
     if (name.empty() || name.size() > kLongestName || name.front() == '/' || hasControls)
@@ -53,8 +53,8 @@ std::optional<Path> partsOf(std::string_view name) {
     return parts.size() <= kDeepest ? std::optional(parts) : std::nullopt;
 }
 
-/// Whether a link that stands `depth` folders below the bundle stays within it. Steps up come first, where the folders are real ones; a
-/// step up behind a name could start from wherever another link leads.
+/// Whether a link `depth` folders below the bundle stays within the bundle. ".." is only allowed at the beginning, among real folders;
+/// behind a name it could start from wherever another link leads.
 bool staysInside(std::string_view target, std::size_t depth) {
     if (target.empty() || target.size() > kLongestName || target.front() == '/')
         return false;
@@ -131,7 +131,7 @@ private:
         if (!parts)
             return refuse(name);
         if (parts->empty() || !parts->front().ends_with(".app") || parts->back().starts_with("._"))
-            return; // what lies beside the bundle, and notes that some systems keep about a file
+            return; // files beside the bundle, and "._" files with other systems' notes about a file
         if (mBundle.empty())
             mBundle = parts->front();
         if (mBundle != parts->front()) {
@@ -190,7 +190,7 @@ private:
     const fs::path mFolder;
     const UnpackingBounds mBounds;
     std::unique_ptr<archive, ArchiveReleaser> mArchive;
-    std::string mBundle; // the name of its folder
+    std::string mBundle; // the name of the bundle's folder
     std::vector<Link> mLinks;
     qint64 mBytes = 0;
     int mEntries = 0;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Unpacks the bundle in a zip or tar archive.
 //
-// Decision: the archive is hostile until shown otherwise. Only what stands below one folder NAME.app at its top is taken; every name goes
-// below that folder or ends the whole; links are made last, so that nothing is ever written through one, and lead nowhere outside.
+// Decision: the archive is not trusted. Only the contents of one folder NAME.app at its top are unpacked. A name that leads out of that
+// folder is an error. Links are made last and must stay inside, so that nothing is ever written through one.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -12,13 +12,13 @@
 namespace quoddle {
 
 struct UnpackingBounds {
-    qint64 bytes = qint64(1) << 30; ///< of all files together, as they are unpacked
+    qint64 bytes = qint64(1) << 30; ///< of all unpacked files together
     int entries = 100'000;
 };
 
-/// `folder` exists, is empty, and is changed by nobody else meanwhile. The path of the bundle in it, or a text for people; what was
-/// unpacked until then is left to the caller. Files are made anew with the permissions of ordinary files, or of programs where the archive
-/// has them as such.
+/// `folder` exists and is empty, and nobody else changes it meanwhile. Returns the path of the bundle in it, or a message for the user;
+/// after an error the caller removes what has been unpacked. Files get the permissions of ordinary files, or of programs when the archive
+/// has them as programs.
 Result<QString, QString> unpackBundle(const QString& archive, const QString& folder, const UnpackingBounds& bounds = {});
 
 } // namespace quoddle

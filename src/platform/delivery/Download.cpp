@@ -19,13 +19,13 @@ namespace {
 
 constexpr int kMostRedirections = 5;
 constexpr int kOK = 200;
-constexpr qint64 kBufferSize = 1 << 16; // what is taken off the network before it is written
+constexpr qint64 kBufferSize = 1 << 16; // read from the network before it is written
 
 QString translated(const char* text) {
     return QCoreApplication::translate("Download", text);
 }
 
-/// One for all downloads: its thread has time to take leave of one request during the next.
+/// Shared by all downloads, so that its thread can finish one request during the next.
 QNetworkAccessManager& manager() {
     static QPointer<QNetworkAccessManager> sManager;
     if (!sManager)
@@ -65,7 +65,7 @@ private:
         request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
         request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
         request.setMaximumRedirectsAllowed(kMostRedirections);
-        // Exactly these bytes are announced and signed, and nothing that comes is larger than it looks.
+        // Size and signature are those of the uncompressed bytes, and without compression a reply is not larger than it looks.
         request.setRawHeader("Accept-Encoding", "identity");
         request.setHeader(QNetworkRequest::UserAgentHeader, u"Quoddle"_s);
         return request;
@@ -94,7 +94,7 @@ private:
         if (!mError.isEmpty())
             return;
         const QByteArray bytes = mReply->readAll();
-        // The contents that come with an error are a page about the error.
+        // The contents of an error reply are a page about the error.
         if (bytes.isEmpty() || statusCode() != kOK)
             return;
         mReceived += bytes.size();

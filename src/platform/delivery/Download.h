@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A download that trusts nobody: the sender decides neither how much is taken, nor how long that may last, nor where it comes from.
+// Downloads from servers that are not trusted: the server decides neither how much is taken, nor how long it may last, nor where the bytes
+// come from.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -17,13 +18,13 @@ namespace quoddle {
 struct DownloadRequest {
     QUrl url;
     qint64 maximumSize = 0;                                       ///< one byte more ends the download with an error
-    std::chrono::milliseconds silence = std::chrono::seconds(30); ///< after so long without a byte it has failed
-    std::chrono::milliseconds wholeTime{0};                       ///< after which it has failed in any case; 0: no such time
+    std::chrono::milliseconds silence = std::chrono::seconds(30); ///< the download fails after so long without a byte
+    std::chrono::milliseconds wholeTime{0};                       ///< the download fails after this time; 0 for no limit
     std::function<void(qint64 received)> progress;                ///< may be empty
 };
 
-/// Waits until all of it has been written to `target`: the number of bytes, or a text for people. Redirections are followed to where
-/// something may be fetched from (FetchRules.h). Main thread; other events are handled meanwhile.
+/// Waits until the download has been written to `target`. Returns the number of bytes, or a message for the user. Redirections are followed
+/// when FetchRules.h allows their targets. Main thread; other events are handled meanwhile.
 Result<qint64, QString> download(const DownloadRequest& request, QIODevice& target);
 
 } // namespace quoddle

@@ -13,7 +13,7 @@ bool mayBeFetched(const QUrl& url) {
         return false;
     if (url.scheme() == "https"_L1)
         return true;
-    // A name could mean anything by the time it is looked up.
+    // Only addresses are accepted, because a name could mean another machine when it is looked up.
     return url.scheme() == "http"_L1 && qEnvironmentVariableIsSet("QUODDLE_HTTP_ON_LOOPBACK") && QHostAddress(url.host()).isLoopback();
 }
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// From where something may be fetched that an applet is renewed with.
+// The addresses from which updates of an applet may be fetched.
 #pragma once
 
 class QUrl;
 
 namespace quoddle {
 
-/// Only https, by name and password of nobody. With QUODDLE_HTTP_ON_LOOPBACK in the environment also http from this very machine, which
-/// is how a feed is tried out before it is published.
+/// Only https, without a user name and password. With QUODDLE_HTTP_ON_LOOPBACK in the environment also http from this machine, so that
+/// authors can try out a feed before they publish it.
 bool mayBeFetched(const QUrl& url);
 
 } // namespace quoddle

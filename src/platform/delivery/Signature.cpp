@@ -22,7 +22,7 @@ struct Releaser {
 using Key = std::unique_ptr<EVP_PKEY, Releaser<&EVP_PKEY_free>>;
 using Context = std::unique_ptr<EVP_MD_CTX, Releaser<&EVP_MD_CTX_free>>;
 
-/// Empty unless it is Base64 and of that size.
+/// The bytes of a Base64 text; empty unless it is Base64 and has that size.
 QByteArray decoded(const QByteArray& base64, qsizetype size) {
     const auto result = QByteArray::fromBase64Encoding(base64.trimmed(), QByteArray::AbortOnBase64DecodingErrors);
     return result && (*result).size() == size ? *result : QByteArray();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whether a file comes from whoever holds the private half of a key: Ed25519 over all of its bytes.
+// Whether a file comes from the holder of a private key: an Ed25519 signature over all of its bytes.
 #pragma once
 
 #include <QByteArray>
@@ -12,7 +12,7 @@ constexpr qsizetype kSignatureSize = 64;
 
 enum class SignatureVerdict { good, wrong, malformedKey, malformedSignature, unreadableFile };
 
-/// Key and signature in Base64. An empty file is signed by nobody.
+/// Key and signature are in Base64. An empty file counts as unsigned.
 SignatureVerdict verifySignature(const QString& path, const QByteArray& signature, const QByteArray& publicKey);
 
 } // namespace quoddle
