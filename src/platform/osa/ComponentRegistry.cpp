@@ -23,7 +23,7 @@ struct Registry {
     ComponentInstance last = 0;
 };
 
-// Never destroyed: components may be closed by other objects of static life.
+// Never destroyed, because other static objects may close components in their destructors.
 Registry& registry() {
     static Registry& registry = *new Registry;
     return registry;
@@ -72,7 +72,7 @@ ComponentInstance OpenDefaultComponent(OSType componentType, OSType componentSub
 }
 
 OSStatus CloseComponent(ComponentInstance instance) {
-    // Destroyed after the lock is given up: a component may close others.
+    // The component is destroyed after the lock has been released, because its destructor may close other components.
     std::unordered_map<ComponentInstance, OpenInstance>::node_type closed;
     std::lock_guard lock(registry().mutex);
     closed = registry().instances.extract(instance);

@@ -137,7 +137,7 @@ OSStatus GenericComponent::getScriptingComponent(OSType subType, ComponentInstan
     std::lock_guard lock(mMutex);
     auto opened = mOpened.find(subType);
     if (opened == mOpened.end()) {
-        // A generic component inside a generic one would open itself without end.
+        // A generic component must not open another generic one, which would open itself without end.
         bool generic = subType == kOSAGenericScriptingComponentSubtype;
         ComponentInstance fresh = generic ? 0 : OpenDefaultComponent(kOSAComponentType, subType);
         if (fresh == 0)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// GenericComponent ("scpt"): a scripting component that stands for all others. It opens the real one when it is first needed (by what a
-// stored script says, otherwise the default one) and gives out identifiers of its own, each standing for an instance and an identifier
-// inside it. The identifiers must be of one component wherever two meet: -1761 otherwise. Callbacks and the default target are handed to
-// every component it opens.
+// GenericComponent ("scpt"): a scripting component that stands for all others. It opens a real component when one is first needed: that of
+// the stored script, otherwise the default one. Its identifiers each stand for an open component and an identifier inside it. An operation
+// on several identifiers needs those of one component: -1761 otherwise. Callbacks and the default target are passed to every component that
+// it opens.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -47,7 +47,7 @@ public:
     OSStatus setScriptInfo(OSAID id, FourCharCode selector, std::int32_t info) override;
     OSStatus getScriptFile(OSAID id, FourCharCode selector, std::string& path) override;
     OSStatus setScriptFile(OSAID id, FourCharCode selector, const std::string& path) override;
-    /// Of the component whose operation failed last.
+    /// The error of the component whose operation failed last.
     OSStatus scriptError(FourCharCode selector, DescType type, AEDesc& result) override;
     OSStatus startRecording(OSAID& id) override;
     OSStatus stopRecording(OSAID id) override;
@@ -65,7 +65,7 @@ public:
     OSStatus realToGenericID(OSAID& id, ComponentInstance exact) override;
 
 private:
-    /// What an identifier stands for: an identifier inside an open component.
+    /// The meaning of an identifier: an identifier inside an open component.
     struct Real {
         ComponentInstance instance = 0;
         OSAID id = 0;
@@ -78,17 +78,17 @@ private:
     Result<Real, OSStatus> find(OSAID id) const;
     /// 0 stands for the null script of the default component.
     Result<Real, OSStatus> findContext(OSAID id);
-    /// The real identifier; 0 stands for nothing, any other must be one of the instance's.
+    /// The real identifier. 0 stays 0; any other identifier must be one of the instance's.
     Result<OSAID, OSStatus> findWithin(ComponentInstance instance, OSAID id) const;
     Result<Real, OSStatus> open(OSType subType);
     Result<Real, OSStatus> openDefault();
-    /// The generic identifier of a new real one; 0 of 0.
+    /// The generic identifier for a new real one; 0 for 0.
     OSAID adopt(ComponentInstance instance, OSAID realID);
-    /// Remembers who failed.
+    /// Remembers the component whose operation failed, for scriptError(). Returns the status.
     OSStatus noted(ComponentInstance instance, OSStatus status);
     template<class Call>
     OSStatus forward(const Result<Real, OSStatus>& real, Call call);
-    /// The call has a second parameter, for the real identifier that is adopted as the result.
+    /// `call` has a second parameter for the new real identifier; `result` becomes the generic one for it.
     template<class Call>
     OSStatus forwardForNew(const Result<Real, OSStatus>& real, OSAID& result, Call call);
     template<class Call>

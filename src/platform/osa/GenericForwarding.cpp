@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The operations of the generic component that find the real identifiers, forward, and wrap what comes back.
+// The generic component's operations that find the real identifiers, forward the call and make generic identifiers of the results.
 #include "platform/osa/GenericComponent.h"
 #include "platform/osa/OSA.h"
 #include "platform/osa/StoredScript.h"
@@ -32,7 +32,7 @@ OSStatus GenericComponent::loadFile(const std::string& path, bool* storable, OSA
     OSType subType = 0;
     if (OSStatus status = subTypeOfStoredScriptFile(path, subType))
         return status;
-    // What is no stored script is source text, which only the default component can make sense of.
+    // A file without a stored script is source text, which needs the default component.
     return forwardForNew(subType ? open(subType) : openDefault(), result,
                          [&](const Real& real, OSAID& id) { return OSALoadFile(real.instance, path, storable, modeFlags, id); });
 }
@@ -62,7 +62,8 @@ OSStatus GenericComponent::copyScript(OSAID from, OSAID& to) {
     return forwardForNew(find(from), to, [](const Real& real, OSAID& copy) { return OSACopyScript(real.instance, real.id, copy); });
 }
 
-// The identifier goes in and comes out: a new one is adopted, a known one goes on standing for whatever the real component made of it.
+// Forwards a call that changes an identifier. A new identifier is adopted; a known one goes on standing for what the real component has
+// made of it.
 template<class Call>
 OSStatus GenericComponent::forwardInPlace(OSAID& id, Call call) {
     if (id == 0)
@@ -188,7 +189,7 @@ OSStatus GenericComponent::scriptError(FourCharCode selector, DescType type, AED
     ComponentInstance failed = mLastFailed;
     lock.unlock();
     auto real = failed ? Result<Real, OSStatus>(Real{failed, 0}) : openDefault();
-    // Asking is no failure of its own, so nothing is noted.
+    // Asking for the error is no operation of its own, so its failure is not noted.
     return real ? OSAScriptError(real->instance, selector, type, result) : real.error();
 }
 

@@ -7,7 +7,7 @@ namespace quoddle {
 
 namespace {
 
-// Looks the instance up, keeps it alive for the call, and forwards. Callers know status numbers alone, so memory that cannot be had is one.
+// Finds the instance, keeps it alive for the call and forwards. Callers only know status numbers, so a lack of memory becomes one.
 template<class... Parameters, class... Arguments>
 OSStatus call(ComponentInstance instance, OSStatus (ScriptingComponent::*operation)(Parameters...), Arguments&&... arguments) {
     std::shared_ptr<ScriptingComponent> component = ComponentForInstance(instance);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The calls of the scripting architecture under their own names. Each looks the instance up and forwards to the ScriptingComponent (whose
-// comments are the contract); an instance that is not open gives badComponentInstance. Files are absolute UTF-8 paths.
+// The calls of the scripting architecture under their own names. Each finds the instance and forwards to its ScriptingComponent, whose
+// comments are the contract; badComponentInstance when the instance is not open. Files are absolute UTF-8 paths.
 #pragma once
 
 #include "platform/osa/ComponentRegistry.h"
@@ -24,10 +24,10 @@ OSStatus OSAExecute(ComponentInstance instance, OSAID compiledScriptID, OSAID co
 OSStatus OSAExecuteEvent(ComponentInstance instance, const AEDesc& event, OSAID contextID, OSAModeFlags modeFlags,
                          OSAID& resultingScriptValueID);
 OSStatus OSADoEvent(ComponentInstance instance, const AEDesc& event, OSAID contextID, OSAModeFlags modeFlags, AEDesc& reply);
-/// Compiles, executes and throws the script away.
+/// Compiles and executes the source and disposes of the script.
 OSStatus OSACompileExecute(ComponentInstance instance, const AEDesc& sourceData, OSAID contextID, OSAModeFlags modeFlags,
                            OSAID& resultingScriptValueID);
-/// The same, and the result as text.
+/// As OSACompileExecute(), with the result as text.
 OSStatus OSADoScript(ComponentInstance instance, const AEDesc& sourceData, OSAID contextID, DescType desiredType, OSAModeFlags modeFlags,
                      AEDesc& resultingText);
 
@@ -69,19 +69,20 @@ OSStatus OSASetResumeDispatchProc(ComponentInstance instance, OSAResumeDispatchP
 
 OSStatus ASCopySourceAttributes(ComponentInstance instance, std::vector<OSASourceStyle>& resultingSourceAttributes);
 OSStatus ASSetSourceAttributes(ComponentInstance instance, const std::vector<OSASourceStyle>& sourceAttributes);
-/// A list of texts.
+/// The result is a list of texts.
 OSStatus ASGetSourceStyleNames(ComponentInstance instance, OSAModeFlags modeFlags, AEDesc& resultingSourceStyleNamesList);
 
-/// The following are for instances of the generic component.
+/// The following calls are for instances of the generic component.
 OSStatus OSAGetDefaultScriptingComponent(ComponentInstance generic, OSType& scriptingSubType);
 OSStatus OSASetDefaultScriptingComponent(ComponentInstance generic, OSType scriptingSubType);
-/// Opens it when it is not open yet. The instance belongs to the generic component.
+/// Opens the component unless it is open. The instance belongs to the generic component.
 OSStatus OSAGetScriptingComponent(ComponentInstance generic, OSType scriptingSubType, ComponentInstance& scriptingInstance);
 /// -1752 for data that is no stored script.
 OSStatus OSAGetScriptingComponentFromStored(ComponentInstance generic, const AEDesc& scriptData, OSType& scriptingSubType);
-/// Replaces the identifier by that of the real component. The generic identifier stays valid.
+/// Replaces a generic identifier by the real component's. The generic identifier stays valid.
 OSStatus OSAGenericToRealID(ComponentInstance generic, OSAID& scriptID, ComponentInstance& exactScriptingInstance);
-/// The real identifier then belongs to the generic one. -1761 when the instance is not one of this generic component's.
+/// Replaces a real identifier by a generic one; the real one then belongs to the generic component. -1761 when the instance is not one of
+/// this generic component's.
 OSStatus OSARealToGenericID(ComponentInstance generic, OSAID& scriptID, ComponentInstance exactScriptingInstance);
 
 } // namespace quoddle

@@ -11,23 +11,23 @@
 namespace quoddle {
 
 using OSType = FourCharCode;
-/// An open scripting component; 0 is none. Numbers are never used again.
+/// An open scripting component; 0 is none. Numbers are not reused.
 using ComponentInstance = std::uint32_t;
-/// A script, a context or a value inside a component; 0 is none, or the null script where a context is asked for.
+/// A script, a context or a value inside a component. 0 means none, or the null script when a context is expected.
 using OSAID = std::uint32_t;
 
 constexpr OSAID kOSANullScript = 0;
 
 constexpr OSStatus badComponentInstance = static_cast<OSStatus>(0x80008001);
-/// The component has no such operation.
+/// The status of an operation that the component does not have.
 constexpr OSStatus badComponentSelector = static_cast<OSStatus>(0x80008002);
 
 using OSAModeFlags = std::uint32_t;
 constexpr OSAModeFlags kOSAModeNull = 0;
-constexpr OSAModeFlags kOSAModePreventGetSource = 0x1; ///< storing: run-only
-constexpr OSAModeFlags kOSAModeDontDefine = 0x1;       ///< properties and handlers: change, never add
+constexpr OSAModeFlags kOSAModePreventGetSource = 0x1; ///< when storing: run-only
+constexpr OSAModeFlags kOSAModeDontDefine = 0x1;       ///< for properties and handlers: change existing ones, add none
 constexpr OSAModeFlags kOSAModeCompileIntoContext = 0x2;
-constexpr OSAModeFlags kOSAModeAugmentContext = 0x4; ///< compiling: add to the context given
+constexpr OSAModeFlags kOSAModeAugmentContext = 0x4; ///< when compiling: add to the given context
 constexpr OSAModeFlags kOSAModeDisplayForHumans = 0x8;
 constexpr OSAModeFlags kOSAModeNeverInteract = 0x10;
 constexpr OSAModeFlags kOSAModeCanInteract = 0x20;
@@ -37,9 +37,9 @@ constexpr OSAModeFlags kOSAModeDontReconnect = 0x80;
 constexpr OSAModeFlags kOSAModeDoRecord = 0x1000;
 constexpr OSAModeFlags kOSAModeDontStoreParent = 0x10000;
 
-/// Reference constants are passed through untouched. Callbacks run on the thread that executes the script, without the component's lock.
-/// The active procedure is called every few milliseconds while a script works, and between the pauses of one that waits: who wants to end
-/// such a script soon calls wakeWaits().
+/// Reference constants are passed to the callbacks unchanged. Callbacks run on the thread that executes the script, without the component's
+/// lock. The active procedure is called every few milliseconds while a script works, and between the pauses of a waiting one; call
+/// wakeWaits() to end a waiting script without delay.
 using OSAActiveProc = OSErr (*)(void* refCon);
 using AEIdleProc = void (*)();
 using AEFilterProc = void (*)();
@@ -47,7 +47,7 @@ using OSASendProc = OSErr (*)(const AEDesc& event, AEDesc* reply, AESendMode sen
                               std::int32_t timeOutInTicks, AEIdleProc idleProc, AEFilterProc filterProc, void* refCon);
 using OSAResumeDispatchProc = OSErr (*)(const AEDesc& event, AEDesc* reply, void* refCon);
 
-/// A callback with its reference constant; no procedure means the component's own behaviour.
+/// A callback with its reference constant; without a procedure the component has its own behaviour.
 template<class Proc>
 struct OSACallback {
     Proc proc = nullptr;
@@ -60,7 +60,7 @@ struct OSACallbacks {
     OSACallback<OSAResumeDispatchProc> resumeDispatch;
 };
 
-/// Text of which ranges wear a style: an index into the component's source attributes.
+/// Text whose ranges have styles; a style is an index into the component's source attributes.
 struct OSAAttributedText {
     struct Run {
         std::size_t start = 0; ///< UTF-16 units
@@ -68,7 +68,7 @@ struct OSAAttributedText {
         std::size_t style = 0;
     };
     std::u16string text;
-    std::vector<Run> runs; ///< in order, without overlap; empty for plain text
+    std::vector<Run> runs; ///< the styled ranges in order, without overlap; empty for plain text
 };
 
 /// How one kind of source word is shown ("Keywords", "Comments", …).

@@ -36,7 +36,7 @@ std::string escaped(const std::string& text) {
     return out;
 }
 
-/// The name before the ending, as text that a property list and a terminal can hold. Empty when there is nothing before the ending.
+/// The file name without its extension, made safe for property lists and terminals. Empty when the name is nothing but the extension.
 std::string bundleName(std::string_view path) {
     path.remove_prefix(path.rfind('/') + 1);
     std::u16string name = utf16FromUTF8(path.substr(0, path.rfind('.')));
@@ -46,7 +46,7 @@ std::string bundleName(std::string_view path) {
     return utf8FromUTF16(name);
 }
 
-/// Short, and the same at all times and on all machines.
+/// A short hash that is the same at all times and on all machines.
 std::string digestOf(std::string_view text) {
     std::uint32_t hash = 2166136261;
     for (char c : text)
@@ -57,8 +57,8 @@ std::string digestOf(std::string_view text) {
     return digits;
 }
 
-/// Letters and digits, as identifiers have them. A name that has more in it than that and blanks is told apart by a digest, for what is
-/// left of it may be left of others too.
+/// An identifier of letters, digits and dashes. A name with other characters, blanks aside, gets a digest, because different names may lose
+/// those characters and become alike.
 std::string identifierFrom(const std::string& name) {
     std::string word;
     bool isWhole = true;
@@ -97,8 +97,8 @@ std::string propertyList(const BundleOptions& options, const std::string& name, 
     return out + "</dict>\n</plist>\n";
 }
 
-/// The launcher finds its bundle from its own place and the shell in the environment, on the path, or where it was when the bundle was
-/// made.
+/// The start script of an applet. It finds the bundle from its own path, and the shell by QUODDLE_SHELL, on the PATH, or at the path that
+/// it had when the bundle was made.
 std::string launcher(const std::string& shell) {
     std::string quoted;
     for (char c : shell)

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// ScriptingComponent: what a scripting language implements to be one; one virtual operation for each call of OSA.h.
-// The decision: an operation that a component leaves out answers badComponentSelector, so a component implements what it has.
-// Contract for all: any thread may call; the component brings its own lock and gives it up around the callbacks. Statuses are results,
-// nothing throws. Results are written only with status 0. An identifier that the component does not know gives -1751; 0 stands for the null
-// script only where a context is asked for. A script that fails gives -1753 and keeps the particulars for scriptError. Identifiers handed
-// out belong to the caller, who disposes of them.
+// The interface of a scripting language: one virtual operation for each call of OSA.h.
+// Decision: an operation that a component does not override returns badComponentSelector, so a component implements only what it has.
+// The contract of all operations: any thread may call; the component has its own lock and releases it around callbacks. Errors are
+// statuses; nothing throws. Results are written only with status 0. An unknown identifier gives -1751; 0 stands for the null script only
+// where a context is expected. A script that fails gives -1753, and its error is kept for scriptError. Returned identifiers belong to the
+// caller, who disposes of them.
 #pragma once
 
 #include "platform/osa/OSATypes.h"
@@ -23,7 +23,7 @@ public:
     virtual OSStatus load(const AEDesc& scriptData, OSAModeFlags modeFlags, OSAID& result) {
         return unsupported(scriptData, modeFlags, result);
     }
-    /// `storable` (may be null): whether the file can be written back. -43 and other file statuses.
+    /// `storable` (may be null) becomes whether the file can be written back. -43 and other file statuses.
     virtual OSStatus loadFile(const std::string& path, bool* storable, OSAModeFlags modeFlags, OSAID& result) {
         return unsupported(path, storable, modeFlags, result);
     }
@@ -37,10 +37,10 @@ public:
     virtual OSStatus copyID(OSAID from, OSAID& to) { return unsupported(from, to); }
     virtual OSStatus copyScript(OSAID from, OSAID& to) { return unsupported(from, to); }
 
-    /// `id` names the script or context to compile into, 0 for a new one, and receives the result.
+    /// `id` is the script or context to compile into, 0 for a new one, and becomes the result.
     virtual OSStatus compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID& id) { return unsupported(source, modeFlags, id); }
     virtual OSStatus makeContext(const AEDesc& name, OSAID parent, OSAID& result) { return unsupported(name, parent, result); }
-    /// Also for the combined calls: a result of 0 means that the script had none.
+    /// For this and the combined calls a result of 0 means that the script had no result.
     virtual OSStatus execute(OSAID script, OSAID context, OSAModeFlags modeFlags, OSAID& result) {
         return unsupported(script, context, modeFlags, result);
     }
@@ -72,18 +72,18 @@ public:
     virtual OSStatus getProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) {
         return unsupported(modeFlags, context, name, result);
     }
-    /// Value 0 takes the property away.
+    /// A value of 0 removes the property.
     virtual OSStatus setProperty(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID value) {
         return unsupported(modeFlags, context, name, value);
     }
     virtual OSStatus getPropertyNames(OSAModeFlags modeFlags, OSAID context, AEDesc& names) {
         return unsupported(modeFlags, context, names);
     }
-    /// The name is a text, or an "evnt" descriptor: the codes of class and ID, 8 bytes.
+    /// The name is a text, or an "evnt" descriptor with the codes of class and ID, 8 bytes.
     virtual OSStatus getHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID& result) {
         return unsupported(modeFlags, context, name, result);
     }
-    /// Handler 0 takes the handler away.
+    /// A handler of 0 removes the handler.
     virtual OSStatus setHandler(OSAModeFlags modeFlags, OSAID context, const AEDesc& name, OSAID handler) {
         return unsupported(modeFlags, context, name, handler);
     }
@@ -93,10 +93,10 @@ public:
 
     virtual OSStatus getScriptInfo(OSAID id, FourCharCode selector, std::int32_t& info) { return unsupported(id, selector, info); }
     virtual OSStatus setScriptInfo(OSAID id, FourCharCode selector, std::int32_t info) { return unsupported(id, selector, info); }
-    /// The selectors whose value is a file ("fref"): an absolute path.
+    /// For the selectors whose value is a file ("fref"): an absolute path.
     virtual OSStatus getScriptFile(OSAID id, FourCharCode selector, std::string& path) { return unsupported(id, selector, path); }
     virtual OSStatus setScriptFile(OSAID id, FourCharCode selector, const std::string& path) { return unsupported(id, selector, path); }
-    /// The particulars of the last -1753.
+    /// A part of the last error that was reported as -1753.
     virtual OSStatus scriptError(FourCharCode selector, DescType type, AEDesc& result) { return unsupported(selector, type, result); }
 
     virtual OSStatus startRecording(OSAID& id) { return unsupported(id); }
@@ -104,14 +104,14 @@ public:
     virtual OSStatus setDefaultTarget(const AEDesc& target) { return unsupported(target); }
 
     virtual OSStatus getCallbacks(OSACallbacks& callbacks) { return unsupported(callbacks); }
-    /// Runs the change on the callbacks as they are; nobody sees them half changed.
+    /// Calls `change` with the present callbacks. No other thread sees a partial change.
     virtual OSStatus changeCallbacks(const std::function<void(OSACallbacks& callbacks)>& change) { return unsupported(change); }
 
     virtual OSStatus copySourceAttributes(std::vector<OSASourceStyle>& styles) { return unsupported(styles); }
     virtual OSStatus setSourceAttributes(const std::vector<OSASourceStyle>& styles) { return unsupported(styles); }
     virtual OSStatus getSourceStyleNames(OSAModeFlags modeFlags, AEDesc& names) { return unsupported(modeFlags, names); }
 
-    /// The generic component only.
+    /// For the generic component only.
     virtual OSStatus getDefaultScriptingComponent(OSType& subType) { return unsupported(subType); }
     virtual OSStatus setDefaultScriptingComponent(OSType subType) { return unsupported(subType); }
     virtual OSStatus getScriptingComponent(OSType subType, ComponentInstance& instance) { return unsupported(subType, instance); }

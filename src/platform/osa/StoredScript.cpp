@@ -12,7 +12,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::size_t kWindow = 4096; ///< how much of either end is looked at
+constexpr std::size_t kWindow = 4096; ///< the number of bytes that are read at either end
 
 struct Magic {
     std::string_view bytes;
@@ -20,7 +20,7 @@ struct Magic {
 };
 constexpr Magic kMagics[] = {{"FasdUAS ", "ascr"_4cc}, {"JsOsaDAS", "jscr"_4cc}};
 
-// The trailer of every stored script: subtype, version (2 bytes), length (2 bytes), then these.
+// The end of every stored script's trailer. In front of it stand the subtype, the version (2 bytes) and the length (2 bytes).
 constexpr std::string_view kTrailerEnd = "\xFA\xDE\xDE\xAD";
 constexpr std::size_t kTrailerFront = 8;
 
@@ -37,7 +37,7 @@ std::optional<OSType> subTypeFromEnds(std::string_view head, std::string_view ta
         std::find_if(std::begin(kMagics), std::end(kMagics), [head](const Magic& each) { return head.starts_with(each.bytes); });
     if (magic != std::end(kMagics))
         return magic->subType;
-    // Files that passed through other systems may have bytes behind the trailer.
+    // Other systems may have added bytes behind the trailer.
     std::size_t end = tail.rfind(kTrailerEnd);
     if (end == std::string_view::npos || end < kTrailerFront)
         return {};
@@ -65,7 +65,7 @@ OSStatus subTypeOfStoredScriptFile(const std::string& path, OSType& subType) {
         script = script / "Contents" / "Resources" / "Scripts" / "main.scpt";
     if (!std::filesystem::exists(script, error))
         return fnfErr;
-    const FileDescriptor file(::open(script.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not stop us
+    const FileDescriptor file(::open(script.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)); // a pipe without a writer must not block
     struct stat status {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return kPermissionError;
