@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Bundles as the commands see them: the one that runs, the resources in one, its tables of localized texts.
+// Bundles for commands: the running one, the resources in a bundle, its tables of localized texts.
 //
-// Decision: resources are sought outside the folders of languages first, then in those of the user's languages, then in those of English.
+// Decision: a resource outside the language folders is preferred, then those of the user's languages in order, then the English one.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -12,16 +12,16 @@
 
 namespace quoddle::additions {
 
-/// What setApplicationPath (StandardAdditions.h) named; else the bundle that this program belongs to, or the program itself.
+/// The path that setApplicationPath (StandardAdditions.h) has set; else the bundle that this program belongs to, or the program itself.
 std::string applicationPath();
 
-/// "in bundle" of a command, without it the one that runs. Nothing when it is no file.
+/// The path in the parameter "in bundle"; without the parameter applicationPath(). nullopt when it is no file.
 std::optional<std::string> bundleParameter(const AEDesc& event);
 
-/// Below Contents/Resources. Nothing for paths that lead out of it.
+/// The path of a resource below Contents/Resources; nullopt when there is none, or the name leads out of that folder.
 std::optional<std::string> resourceInBundle(const std::string& bundle, std::string_view folder, std::string_view name);
 
-/// The text for a key of a table of texts, in the first of the user's languages that has the table. Nothing without an entry.
+/// The text for a key, from the table in the first of the user's languages that has the table. nullopt without an entry.
 std::optional<std::u16string> localizedText(const std::string& bundle, std::string_view table, std::u16string_view key);
 
 } // namespace quoddle::additions

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Clipboard: where the clipboard commands keep what is copied. By default that is the desktop's (ClipboardProcess.h), or, where there is no
-// display, one that lives in this process.
+// The clipboard that the clipboard commands use. By default it is the desktop's (ClipboardProcess.h) or, without a display, one inside this
+// process.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -14,15 +14,16 @@ namespace quoddle {
 class Clipboard {
 public:
     virtual ~Clipboard() = default;
-    /// The same thing in several forms, the best one first; empty when there is nothing. What is needed to make a `wanted` class, or, for
-    /// 0, everything. -128 when the context says that the script was cancelled, -609 when the desktop does not answer. Any thread.
+    /// The clipboard's contents in all their forms, the best first; empty when the clipboard is empty. For a `wanted` class other than 0
+    /// only the forms from which that class can be made. -128 when the context says that the script was cancelled, -609 when the desktop
+    /// does not answer. Any thread.
     virtual Result<std::vector<AEDesc>, OSStatus> contents(DescType wanted, const AEHandlerContext& context) = 0;
-    /// Replaces what is there. -10000 when the desktop refuses; the others as above. Any thread.
+    /// Replaces the contents. -10000 when the desktop refuses; other errors as of contents(). Any thread.
     virtual OSStatus setContents(std::vector<AEDesc> forms, const AEHandlerContext& context) = 0;
 
-    /// Never null. Any thread.
+    /// The clipboard in use; never null. Any thread.
     static std::shared_ptr<Clipboard> shared();
-    /// Null brings the default back.
+    /// Null restores the default.
     static void setShared(std::shared_ptr<Clipboard> clipboard);
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// set the clipboard to, the clipboard, clipboard info.
+// The commands set the clipboard to, the clipboard, clipboard info.
 #include "platform/additions/Clipboard.h"
 #include "platform/additions/Commands.h"
 #include "platform/ae/AECoercion.h"
@@ -11,12 +11,12 @@ namespace quoddle::additions {
 
 namespace {
 
-constexpr std::size_t kLargest = kAEMaxSize - 4096; // room for what is around it when it goes to another process
+constexpr std::size_t kLargest = kAEMaxSize - 4096; // leaves room for the frame around it on the way to another process
 
-/// The forms in which a text can be had, under the names that scripts know.
+/// The classes under which a text is available, by the names that scripts know.
 constexpr DescType kTextForms[] = {"utxt"_4cc, "utf8"_4cc, "ut16"_4cc, "TEXT"_4cc};
 
-/// Text is there in all its forms; everything else as it is.
+/// The forms for scripts: a text in all its classes, anything else unchanged.
 std::vector<AEDesc> formsToShow(const std::vector<AEDesc>& contents) {
     std::vector<AEDesc> forms;
     const auto add = [&forms](AEDesc form) {
@@ -41,7 +41,7 @@ std::size_t sizeOf(const AEDesc& form) {
     return AEFlattenDesc(form, bytes) == noErr ? bytes.size() : 0;
 }
 
-/// Every form under its class.
+/// A record with each form under its class.
 AEDesc recordOf(const std::vector<AEDesc>& contents) {
     AEDesc record = AEDesc::record();
     for (const AEDesc& form : contents)
@@ -63,7 +63,7 @@ std::optional<AEDesc> contentsAs(const std::vector<AEDesc>& contents, DescType a
     return std::nullopt;
 }
 
-/// A record of classes and their data is one thing in several forms; any other value is its only form.
+/// A record of classes and their data stands for one thing in several forms; any other value is a single form.
 std::vector<AEDesc> formsOf(const AEDesc& value) {
     const auto isForm = [](const AEItem& field) {
         return (isTextClass(field.key) && field.value.asText()) || field.key == field.value.type();

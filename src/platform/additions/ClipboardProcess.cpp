@@ -10,7 +10,7 @@ namespace quoddle::additions {
 
 namespace {
 
-/// Interfaces of Qt that show nothing have a clipboard that nobody else sees.
+/// Whether there is a desktop clipboard. Qt's invisible platforms have one that no other program sees.
 bool hasDesktop() {
     const char* chosen = std::getenv("QT_QPA_PLATFORM");
     const std::string_view platform = chosen ? chosen : "";

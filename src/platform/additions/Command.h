@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the commands of the Standard Additions have in common: their shape, reading their parameters, answering.
+// What the commands of the Standard Additions share: their signature, parameters, results and errors.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -14,20 +14,20 @@ struct CommandRow {
     Command command;
 };
 
-/// Sets the result.
+/// Puts the result into the reply.
 inline OSErr answer(AEDesc& reply, AEDesc result) {
     (void)reply.put("----"_4cc, std::move(result));
     return noErr;
 }
 
-/// Sets the error with a text of its own; answers its number where it fits the 16 bits of a handler's status.
+/// Puts an error with a message into the reply. Returns the number when it fits the 16 bits of a handler's status.
 inline OSErr fail(AEDesc& reply, OSStatus number, std::u16string_view message) {
     (void)reply.put("errn"_4cc, AEDesc::ofInt32(number));
     (void)reply.put("errs"_4cc, AEDesc::ofText(message));
     return noErr;
 }
 
-/// The error for a parameter that is missing (-1701) or that cannot be made into what is expected (-1700, with the value and the type).
+/// Puts the error for a parameter into the reply: -1701 when it is missing, -1700 with the value and the type when it cannot be coerced.
 OSErr failParameter(const AEDesc& event, AEDesc& reply, AEKeyword key, std::u16string_view name, DescType expected);
 
 inline std::optional<std::u16string> textParameter(const AEDesc& event, AEKeyword key) {
@@ -40,13 +40,13 @@ inline std::optional<bool> booleanParameter(const AEDesc& event, AEKeyword key) 
     return parameter ? parameter->asBoolean() : std::nullopt;
 }
 
-/// The code of a class or a constant; 0 when the parameter is missing or something else.
+/// The code of a class or a constant; 0 when the parameter is missing or of another kind.
 DescType codeParameter(const AEDesc& event, AEKeyword key);
 
-/// "ctxt", "TEXT", "utxt" and the like: the language's names for text.
+/// Whether a type is one of the language's names for text: "ctxt", "TEXT", "utxt" and the like.
 bool isTextClass(DescType type);
 
-/// "msng" as a value.
+/// The value "missing value".
 inline AEDesc missingValue() {
     return AEDesc::ofType("msng"_4cc);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The commands themselves, one function each. Under which codes they stand is said by the table in StandardAdditions.cpp.
+// The commands, one function each. The table in StandardAdditions.cpp has their codes.
 #pragma once
 
 #include "platform/additions/Command.h"
@@ -48,7 +48,7 @@ OSErr getVolumeSettings(const AEDesc& event, AEDesc& reply, const AEHandlerConte
 OSErr setVolume(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 
 // InteractionCommands.cpp
-/// Every command that a dialog answers.
+/// Handles all commands that a dialog answers.
 OSErr interact(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr displayNotification(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 OSErr chooseRemoteApplication(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Dialogs shown by a process of their own: the program quoddle-dialogs. A script that is stopped ends the process and so the dialog.
+// Shows dialogs in a process of their own, the program quoddle-dialogs. Stopping the script ends the process and with it the dialog.
 #pragma once
 
 #include "platform/additions/HelperProcess.h"
@@ -10,8 +10,8 @@ class DialogProcess {
 public:
     explicit DialogProcess(std::string program = "quoddle-dialogs");
 
-    /// An InteractionPresenter. Without a display: -1713, and nothing is started. A process that cannot be started, ends early or answers
-    /// nonsense is an error with a text; the next call starts another one.
+    /// An InteractionPresenter. Returns -1713 without a display and then starts nothing. A process that cannot be started, ends early or
+    /// sends a malformed answer is an error with a message; the next call starts another one.
     OSErr present(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context);
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// open for access, close access, get eof, set eof.
+// The commands open for access, close access, get eof, set eof.
 #include "platform/additions/FileAccess.h"
 
 #include "platform/additions/Commands.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the commands that work inside files share: which file is meant, and how positions are counted.
+// What the commands for file contents share: finding the file that is meant, and counting positions.
 #pragma once
 
 #include "platform/additions/OpenFiles.h"
@@ -11,17 +11,17 @@ struct FileTarget {
     std::shared_ptr<OpenFile> file; ///< null when the status is not 0
     std::string path;               ///< empty for a number that is not open
     OSStatus status = noErr;
-    bool isOwn = false; ///< opened for this command only
+    bool isOwn = false; ///< opened only for this command
 };
 
-/// A file number, or a file; one that no script has opened is opened for reading. -38 for a number that is not open, -1700 for what is no
-/// file.
+/// The target for a file number or a file. A file that no script has opened is opened for reading. -38 for a number that is not open, -1700
+/// for anything that is no file.
 FileTarget fileTargetOf(const AEDesc& file);
-/// The error of a target.
+/// Puts the target's error into the reply.
 OSErr failTarget(AEDesc& reply, const FileTarget& target, const AEDesc& given);
 
-/// A position in bytes from the beginning for one that counts from 1, or from the end when it is negative (-1 is the last byte). "eof" is
-/// the end. Empty for what is no position or lies before the beginning.
+/// The offset in bytes from the beginning. `position` counts from 1, from the end when negative (-1 is the last byte); "eof" is the end.
+/// nullopt for anything else and for a position before the beginning.
 std::optional<std::int64_t> filePosition(const AEDesc& position, std::int64_t size);
 
 } // namespace quoddle::additions

@@ -30,7 +30,7 @@ const FixedSize* fixedSize(DescType asClass) {
     return found == std::end(kFixedSizes) ? nullptr : found;
 }
 
-/// Between the byte order of files and that of the machine.
+/// Reverses the bytes between the byte orders of files and of the machine.
 std::string swapped(std::string_view bytes) {
     std::string result(bytes);
     if constexpr (std::endian::native == std::endian::little)
@@ -119,7 +119,7 @@ std::optional<AEDesc> valueOfFileBytes(std::string_view bytes, DescType asClass,
         if (AEUnflattenFirstDesc(bytes, value, length) != noErr)
             return std::nullopt;
         if (used)
-            *used = length; // a file that was written over may go on behind it
+            *used = length; // bytes of an earlier, longer contents may follow
         return AECoerced(value, asClass);
     }
     return AEDesc(asClass == "tdta"_4cc ? "rdat"_4cc : asClass, bytes);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// info for, list folder, list disks.
+// The commands info for, list folder, list disks.
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileParameter.h"
 #include "platform/base/DateText.h"
@@ -23,7 +23,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMaximumEntries = std::size_t(1) << 20; // of one folder, and of everything below one when sizes are added up
+constexpr std::size_t kMaximumEntries = std::size_t(1) << 20; // in one folder, or below one when sizes are summed up
 
 struct Kind {
     std::string_view extension;
@@ -71,7 +71,7 @@ AEDesc localDate(const statx_timestamp& time) {
     return AEDesc::ofDate(seconds + local.tm_gmtoff + kSecondsFrom1904To1970);
 }
 
-/// Of everything inside. Empty when the script is cancelled.
+/// The size of all files below a folder. nullopt when the script is cancelled.
 std::optional<std::int64_t> folderSize(const std::string& path, const AEHandlerContext& context) {
     std::int64_t size = 0;
     std::size_t entries = 0;
@@ -91,7 +91,7 @@ AEDesc optionalText(const std::string& text) {
     return text.empty() ? missingValue() : AEDesc::ofUTF8(text);
 }
 
-/// Everything but the size.
+/// The record for "info for" without the size.
 AEDesc description(const std::string& path, const struct statx& info, bool isLink) {
     const bool isFolder = S_ISDIR(info.stx_mode);
     const std::string name = fileName(path);
@@ -121,7 +121,7 @@ AEDesc description(const std::string& path, const struct statx& info, bool isLin
         {"pvis"_4cc, AEDesc::ofBoolean(!name.starts_with('.'))},
         {"aslk"_4cc, AEDesc::ofBoolean(isLocked)},
         {"bzst"_4cc, AEDesc::ofBoolean(false)},
-        {"asda"_4cc, missingValue()}, // these are kept elsewhere on this system, or nowhere
+        {"asda"_4cc, missingValue()}, // the default application, type and creator are not stored with files on this system
         {"asty"_4cc, missingValue()},
         {"asct"_4cc, missingValue()},
         {"assv"_4cc, AEDesc::ofText(u"")},
@@ -129,7 +129,7 @@ AEDesc description(const std::string& path, const struct statx& info, bool isLin
     });
 }
 
-/// As people expect names: capitals make no difference.
+/// Sorts without regard to case, as users expect of names.
 void sortNames(std::vector<std::u16string>& names) {
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(error));

@@ -88,7 +88,7 @@ std::string fileName(const std::string& path) {
 
 std::optional<std::string> filePathOf(const AEDesc& file) {
     const AEDesc* named = &file;
-    if (file.type() == "obj "_4cc) { // file "name" of nothing in particular
+    if (file.type() == "obj "_4cc) { // a specifier by name, such as file "name"; its container is ignored
         const AEDesc* form = file.find("form"_4cc);
         const AEDesc* data = file.find("seld"_4cc);
         if (!form || form->code() != "name"_4cc || !data)

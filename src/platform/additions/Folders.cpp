@@ -13,7 +13,8 @@ namespace {
 constexpr std::size_t kLargestSettings = 1 << 20;
 constexpr FourCharCode kUser = "fldu"_4cc, kLocal = "fldl"_4cc, kSystem = "flds"_4cc;
 
-/// Places begin with "/", or with the name of a base folder: "home", "data", "config", "temp", or a name of user-dirs.dirs in capitals.
+/// A well-known folder, with a path per domain; null in a domain that has none. A path begins with "/" or with the name of a base folder:
+/// "home", "data", "config", "temp", or a name of user-dirs.dirs in capitals.
 struct Folder {
     FourCharCode code;
     FourCharCode usualDomain;
@@ -65,7 +66,7 @@ constexpr NamedDefault kUserFolders[] = {
     {"MUSIC", "Music"},     {"VIDEOS", "Videos"},       {"PUBLICSHARE", "Public"}, {"TEMPLATES", "Templates"},
 };
 
-/// A line of user-dirs.dirs: XDG_MUSIC_DIR="$HOME/Music". The last one counts; what is not absolute is not valid.
+/// The folder in a line of user-dirs.dirs: XDG_MUSIC_DIR="$HOME/Music". The last valid line counts; only absolute paths are valid.
 std::optional<std::string> folderFromSettings(std::string_view name) {
     const auto settings = readFile(pathFromEnvironment("XDG_CONFIG_HOME", homeFolder() + "/.config") + "/user-dirs.dirs", kLargestSettings);
     const std::string start = "XDG_" + std::string(name) + "_DIR=\"";

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Where the well-known folders are: one table of their codes, with a place for each domain that has one on this system.
+// The paths of the well-known folders: one table of their codes, with a path for each domain that has such a folder on this system.
 //
-// The folders that a user sees (desktop, documents …) are those of the desktop's own settings (user-dirs.dirs).
+// The folders that a user sees (desktop, documents …) are those of the desktop's settings (user-dirs.dirs).
 #pragma once
 
 #include "platform/base/FourCharCode.h"
@@ -11,8 +11,8 @@
 
 namespace quoddle::additions {
 
-/// The absolute path of a folder, which need not exist. A domain of 0 means the folder's usual one. Empty when there is no such folder
-/// here.
+/// The absolute path of a folder, which need not exist. Domain 0 stands for the folder's usual domain. nullopt when this system has no such
+/// folder.
 std::optional<std::string> wellKnownFolder(FourCharCode folder, FourCharCode domain);
 
 } // namespace quoddle::additions

@@ -21,10 +21,10 @@ namespace quoddle::additions {
 
 namespace {
 
-constexpr int kNoDisplayStatus = 3; // what a program ends with when it cannot reach the display
+constexpr int kNoDisplayStatus = 3; // the exit status of helpers that cannot reach the display
 constexpr int kFirstInheritable = 3;
 
-/// As people call it: what dialogs are said to come from.
+/// The name of the applet or program as the user knows it. Helpers get it as the sender of their dialogs.
 std::string applicationName() {
     const std::filesystem::path path = applicationPath();
     return path.extension() == ".app" ? path.stem().string() : path.filename().string();
@@ -32,19 +32,19 @@ std::string applicationName() {
 
 } // namespace
 
-/// The other end of its standard input is our socket.
+/// A running helper. Its standard input is the other end of our socket.
 class HelperProcess::Child {
 public:
-    /// Null when it cannot be started.
+    /// Null when the program cannot be started.
     static std::unique_ptr<Child> start(const std::string& program, Ending ending);
     ~Child();
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    /// Idle children should be silent; one that is not has ended, or has lost its way.
+    /// Whether an idle helper can take a question. One with data on its socket has ended or is broken.
     bool isUsable() const;
     Outcome ask(const AEDesc& event, AEDesc& answer, const AEHandlerContext& context);
-    /// The exit status. Waits a moment for the child to end by itself, then kills it.
+    /// Waits a moment for the helper to end by itself, then kills it. Returns its exit status.
     int exitStatus();
 
 private:
@@ -57,7 +57,7 @@ private:
     FileDescriptor mSocket;
     const Ending mEnding;
     std::uint32_t mLastID = 0;
-    bool mMustEnd = false; // an idle one goes by itself when the socket is closed
+    bool mMustEnd = false; // the destructor must end the helper, because it is busy or broken; an idle one ends when its socket is closed
 };
 
 std::unique_ptr<HelperProcess::Child> HelperProcess::Child::start(const std::string& program, Ending ending) {
@@ -73,7 +73,8 @@ std::unique_ptr<HelperProcess::Child> HelperProcess::Child::start(const std::str
     ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     if (ending == Ending::stays) {
-        ::posix_spawn_file_actions_addclosefrom_np(&actions, kFirstInheritable); // files, pipes and locks of whoever started the script
+        // the helper must not keep files, pipes and locks of the script's process
+        ::posix_spawn_file_actions_addclosefrom_np(&actions, kFirstInheritable);
         ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     }
     std::string command = program, name = applicationName();
@@ -196,7 +197,7 @@ HelperProcess::Outcome HelperProcess::ask(const AEDesc& event, AEDesc& answered,
         return Outcome::noDisplay;
     if (outcome == Outcome::answered) {
         std::lock_guard lock(mMutex);
-        mIdle.swap(child); // of two that were asked at once, one goes
+        mIdle.swap(child); // after simultaneous questions only one helper is kept
     }
     return outcome;
 }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A program with windows or a desktop connection that works for one without: it is started at the first need, gets Apple events over a
-// socket on its standard input and sends the replies back.
+// Runs a helper program with windows or a desktop connection for a program without one. The helper is started when it is first needed, gets
+// Apple events over a socket on its standard input and sends the replies back.
 //
-// Decision: one process is asked one thing at a time, so that what it is doing can be ended with it. A process that has answered is kept
-// for the next question; one script alone therefore has one. When the socket is closed it goes, or goes on by itself (Ending::stays).
+// Decision: one helper handles one event at a time, so that a cancelled event can be ended with its process. A helper that has answered is
+// kept for the next event, so a single script has a single helper. When the socket is closed, the helper ends, or goes on by itself
+// (Ending::stays).
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -16,21 +17,21 @@ namespace quoddle::additions {
 
 class HelperProcess {
 public:
-    /// The fate of the helper when the caller gives up waiting, or ends.
+    /// What happens to the helper when the caller gives up waiting, or ends.
     enum class Ending {
         withUs, ///< killed when it is busy
-        stays   ///< left alone, in a session of its own: it has something to keep and ends when it is done
+        stays   ///< left alone in a session of its own, because it holds something; it ends when it is done
     };
     enum class Outcome { answered, ended, cancelled, noDisplay, notFound };
 
-    /// `program` is a path, or a name that is sought beside the program that runs, or else in PATH.
+    /// `program` is a path, or a name that is looked for beside the running program, then in PATH.
     HelperProcess(std::string program, Ending ending);
     ~HelperProcess();
 
-    /// Any thread. `answered` is set for Outcome::answered only. The next call starts another process after one that ended early, answered
-    /// nonsense or was cancelled.
+    /// Any thread. `answered` is set only for Outcome::answered. A helper that ended early, sent a malformed answer or was cancelled is
+    /// replaced at the next call.
     Outcome ask(const AEDesc& event, AEDesc& answered, const AEHandlerContext& context);
-    /// A path where there is one.
+    /// The program's path when it has one, else the name to look for in PATH.
     std::string program() const;
 
 private:

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Commands that a person answers: display dialog, choose file and their like.
+// Commands that a user answers: display dialog, choose file and the like.
 //
-// Decision: all of them go through one presenter, which the program may replace. Without a replacement dialogs are shown by a process of
-// their own (DialogProcess.h), so that a program that only runs scripts loads no windows. How a
-// dialog looks and what its parameters mean is not known here.
+// Decision: all of them go through one presenter, which a program may replace. By default a process of its own shows the dialogs
+// (DialogProcess.h), so that a program that only runs scripts loads no windows. Presenters know the dialogs' looks and parameters; this
+// layer does not.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -12,15 +12,14 @@
 
 namespace quoddle {
 
-/// Shows what the event asks for, waits for the person and fills the reply. Called on the thread of the script, by several at once where
-/// several scripts run. Ends within 100 ms, with -128, when the context says that the script was cancelled; answers -1713 where nobody can
-/// be asked.
+/// Shows what the event asks for, waits for the user and fills the reply. Called on the script's thread; several scripts may call at the
+/// same time. Returns -128 within 100 ms when the context says that the script was cancelled, and -1713 when no user can be asked.
 using InteractionPresenter = std::function<OSErr(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context)>;
 
-/// Any thread, before the first script. An empty one stands for the process of its own.
+/// Any thread, before the first script runs. An empty presenter restores the default.
 void setInteractionPresenter(InteractionPresenter presenter);
 
-/// Whether the environment names a display, on which somebody could be asked. It may be one that does not answer.
+/// Whether the environment names a display. The display may still not answer.
 bool hasDisplay();
 
 } // namespace quoddle

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The commands that a person answers, handed to whoever shows them, and display notification's way out where nobody does.
+// The commands that a user answers, passed to the presenter, and display notification, which writes to standard error without one.
 #include "platform/additions/Commands.h"
 #include "platform/additions/DialogProcess.h"
 #include "platform/additions/Interaction.h"
@@ -47,7 +47,7 @@ namespace additions {
 
 namespace {
 
-/// For a terminal or a log: "Title: Subtitle: text".
+/// The notification in one line for a terminal or a log: "Title: Subtitle: text".
 std::string notificationLine(const AEDesc& event) {
     std::u16string line;
     for (const AEKeyword key : {"appr"_4cc, "subt"_4cc, "----"_4cc})
@@ -70,7 +70,7 @@ OSErr displayNotification(const AEDesc& event, AEDesc& reply, const AEHandlerCon
     const OSStatus error = status != noErr ? status : number ? number->asInt32().value_or(errAEEventFailed) : noErr;
     if (error != errAENoUserInteraction)
         return status;
-    // It asks for no answer, so that nobody being there to see it is no reason to stop the script; what it says is not to be lost.
+    // A notification wants no answer, so the script goes on without a user. The text is written out so that it is not lost.
     (void)reply.remove("errn"_4cc);
     (void)reply.remove("errs"_4cc);
     std::fprintf(stderr, "%s\n", notificationLine(event).c_str());

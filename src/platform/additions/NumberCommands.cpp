@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// random number and round. The generator is our own, so that a seed gives the same numbers on every machine and in every version.
+// The commands random number and round. The generator is our own, so that a seed gives the same numbers on every machine and in every
+// version.
 #include "platform/additions/Commands.h"
 
 #include <bit>
@@ -11,7 +12,7 @@ namespace quoddle::additions {
 
 namespace {
 
-/// xoshiro256**, its state filled by splitmix64. Shared by all scripts; takes its own lock.
+/// The generator xoshiro256**, seeded by splitmix64. Shared by all scripts; has its own lock.
 class Generator {
 public:
     Generator() {
@@ -42,12 +43,13 @@ public:
         return result;
     }
 
-    /// Every number from 0 to `last`, both included, equally often.
+    /// A number from 0 to `last`, both included, all equally likely.
     std::uint64_t upTo(std::uint64_t last) {
         if (last == UINT64_MAX)
             return next();
         const std::uint64_t count = last + 1;
-        const std::uint64_t surplus = (UINT64_MAX % count + 1) % count; // numbers at the top that would favour the small remainders
+        // the highest numbers, which would make small remainders more likely
+        const std::uint64_t surplus = (UINT64_MAX % count + 1) % count;
         std::uint64_t number;
         do
             number = next();
@@ -55,7 +57,7 @@ public:
         return number % count;
     }
 
-    /// From 0 to 1, both included.
+    /// A number from 0 to 1, both included.
     double fraction() {
         constexpr double kLargest = 0x1.FFFFFFFFFFFFFp+52;
         return static_cast<double>(next() >> 11) / kLargest;
@@ -100,7 +102,7 @@ Limits limitsOf(const AEDesc& event) {
 }
 
 double toNearest(double number) {
-    return number - std::remainder(number, 1.0); // exact, halves to even, whatever the rounding mode of the thread
+    return number - std::remainder(number, 1.0); // exact; rounds halves to even whatever the thread's rounding mode
 }
 
 struct Rounding {

@@ -28,7 +28,7 @@ OpenFile::~OpenFile() {
 }
 
 Result<std::shared_ptr<OpenFile>, OSStatus> OpenFile::open(const std::string& path, bool writable, bool creates) {
-    constexpr int kCommon = O_CLOEXEC | O_NONBLOCK; // a pipe without a partner must not stop us
+    constexpr int kCommon = O_CLOEXEC | O_NONBLOCK; // a pipe without a partner must not block
     int descriptor = ::open(path.c_str(), (writable ? O_RDWR | O_CREAT : O_RDONLY) | kCommon, 0666);
     if (descriptor < 0 && errno == ENOENT && creates)
         descriptor = ::open(path.c_str(), O_RDONLY | O_CREAT | kCommon, 0666);

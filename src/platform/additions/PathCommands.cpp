@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// path to, path to resource.
+// The commands path to, path to resource.
 #include "platform/additions/Bundle.h"
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileParameter.h"
@@ -39,7 +39,7 @@ OSErr pathTo(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
         return pathToFolder(event, reply, folder);
     if (!what || folder == "cura"_4cc || what->type() == "psn "_4cc || what->type() == "kpid"_4cc || what->type() == "scpt"_4cc)
         return answer(reply, fileResult(applicationPath(), codeParameter(event, "rtyp"_4cc)));
-    if (what->type() == "furl"_4cc || what->type() == "alis"_4cc) // a script that knows its file says "me" with it
+    if (what->type() == "furl"_4cc || what->type() == "alis"_4cc) // the value of "me" in a script that was loaded from a file
         if (const auto path = filePathOf(*what))
             return answer(reply, fileResult(*path, codeParameter(event, "rtyp"_4cc)));
     const auto text = what->asText();

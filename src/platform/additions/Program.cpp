@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t kMaximumOutput = std::size_t(1) << 20;
 
-/// A session of its own, so that it outlives us and no terminal's signals reach it.
+/// Starts the program in a session of its own, so that it outlives this process and gets no signals of a terminal.
 std::optional<pid_t> start(const std::vector<std::string>& command, int output) {
     std::vector<char*> arguments;
     for (const std::string& argument : command)
@@ -36,7 +36,8 @@ std::optional<pid_t> start(const std::vector<std::string>& command, int output) 
     ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1); // files, pipes and locks of whoever started the script
+    // the program must not keep files, pipes and locks of the script's process
+    ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
     ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID);
     pid_t child = 0;
     const int error = ::posix_spawnp(&child, arguments[0], &actions, &attributes, arguments.data(), environ);
@@ -45,7 +46,7 @@ std::optional<pid_t> start(const std::vector<std::string>& command, int output) 
     return error == 0 ? std::optional(child) : std::nullopt;
 }
 
-/// False at the end of the output.
+/// Reads what is available. False at the end of the output.
 bool readSome(int stream, std::string& into) {
     char bytes[4096];
     const ssize_t count = ::read(stream, bytes, sizeof bytes);
@@ -71,13 +72,14 @@ std::optional<ProgramOutcome> runProgram(const std::vector<std::string>& command
     }
     ProgramOutcome outcome;
     const auto deadline = std::chrono::steady_clock::now() + time;
-    FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0))); // without one the end is seen after a pause
+    // without it the end of the program is noticed only after the longest pause
+    FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, *child, 0)));
     pollfd waited[] = {{ends[0], POLLIN, 0}, {process.number(), POLLIN, 0}};
     pollfd& stream = waited[0];
     int status = 0;
     pid_t ended = 0;
     Wait wait;
-    // The program's children may hold the stream open, so that its own end counts.
+    // The program's end counts and not the stream's, because its children may keep the stream open.
     while ((ended = ::waitpid(*child, &status, WNOHANG)) == 0 && std::chrono::steady_clock::now() < deadline) {
         outcome.wasCancelled = context.isCancelled();
         if (outcome.wasCancelled)
@@ -94,7 +96,7 @@ std::optional<ProgramOutcome> runProgram(const std::vector<std::string>& command
     } else if (ended == 0) {
         outcome.isRunning = true;
         outcome.process = std::move(process);
-        std::thread([child = *child] { ::waitpid(child, nullptr, 0); }).detach(); // nobody else would
+        std::thread([child = *child] { ::waitpid(child, nullptr, 0); }).detach(); // collects the child
     }
     outcome.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return outcome;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Running a helper program of the system with arguments, without a shell, and reading what it prints.
+// Runs a program of the system with arguments, without a shell, and reads its output.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -15,13 +15,13 @@ namespace quoddle::additions {
 struct ProgramOutcome {
     int exitStatus = 0;
     std::string output;     ///< standard output, at most 1 MiB
-    bool isRunning = false; ///< still, after the time it had; it goes on by itself
+    bool isRunning = false; ///< whether the time was up before the program ended; it goes on by itself
     bool wasCancelled = false;
-    FileDescriptor process; ///< while it is running: for signals to it, also when its number has long been given to another one
+    FileDescriptor process; ///< set while the program is running: signals sent with it cannot reach a later process of the same number
 };
 
-/// Looked up in PATH; input is empty, standard error is not shown. Empty when there is no such program. A program that is still running
-/// when the time is over is left alone.
+/// The program is looked for in PATH; its input is empty and its standard error is discarded. nullopt when it cannot be started. A program
+/// that is still running when the time is up is left alone; a cancelled one is killed.
 std::optional<ProgramOutcome> runProgram(const std::vector<std::string>& command, std::chrono::milliseconds time,
                                          const AEHandlerContext& context);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// read and write.
+// The commands read and write.
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileAccess.h"
 #include "platform/additions/FileData.h"
@@ -14,16 +14,16 @@ namespace quoddle::additions {
 namespace {
 
 constexpr std::size_t kMaximumRead = std::size_t(128) << 20;
-constexpr std::size_t kChunk = std::size_t(1) << 20; // between two looks at whether the script was cancelled
+constexpr std::size_t kChunk = std::size_t(1) << 20; // bytes between two checks whether the script was cancelled
 constexpr OSStatus kBeforeBeginning = -40, kNotWritable = -61;
 
 struct Range {
     std::int64_t start = 0;
-    std::int64_t count = INT64_MAX; ///< everything up to the end
+    std::int64_t count = INT64_MAX; ///< the default: up to the end
     OSStatus status = noErr;
 };
 
-/// What "from", "for" and "to" say. A file that was opened for this command is read from its beginning, another one from its mark.
+/// The range that "from", "for" and "to" ask for. It begins at `mark` without "from".
 Range rangeOf(const AEDesc& event, std::int64_t mark, std::int64_t size) {
     Range range{.start = mark};
     if (const AEDesc* from = event.find("rdfm"_4cc)) {
@@ -48,7 +48,7 @@ Range rangeOf(const AEDesc& event, std::int64_t mark, std::int64_t size) {
     return range;
 }
 
-/// A delimiter as bytes of the file; the end of the text it ends.
+/// The text before which or behind which reading stops, as bytes of the file.
 struct Delimiter {
     std::string bytes;
     bool isIncluded = false;
@@ -61,7 +61,7 @@ std::optional<Delimiter> stopOf(const AEDesc& event, DescType asClass) {
     return std::nullopt;
 }
 
-/// Positions that are whole characters of UTF-16, else any.
+/// Finds bytes; for UTF-16 only at positions of whole units.
 std::size_t findBytes(std::string_view in, std::string_view sought, std::size_t from, bool wide) {
     std::size_t found = in.find(sought, from);
     while (wide && found != std::string_view::npos && found % 2 != 0)
@@ -127,10 +127,11 @@ std::optional<std::vector<std::string>> separatorsOf(const AEDesc& event, bool w
     return separators;
 }
 
-/// Each separator ends an item, so that one at the very end begins no other. Empty also when there are too many.
+/// Splits the bytes into items. A separator ends an item, so one at the very end does not begin another. nullopt also when there are too
+/// many items.
 std::optional<AEDesc> itemsOf(std::string_view bytes, const std::vector<std::string>& separators, DescType asClass) {
     std::vector<AEDesc> items;
-    std::vector<std::size_t> next(separators.size(), 0); // where each one stands next, so that none is sought twice
+    std::vector<std::size_t> next(separators.size(), 0); // the next place of each separator, kept so that no separator is looked for twice
     for (std::size_t start = 0; start < bytes.size();) {
         std::size_t end = bytes.size(), after = bytes.size();
         for (std::size_t i = 0; i < separators.size(); ++i) {
@@ -155,7 +156,7 @@ Range rangeToRead(const AEDesc& event, const FileTarget& target, DescType asClas
     if (!size)
         return Range{.status = size.error()};
     Range range = rangeOf(event, target.isOwn ? 0 : target.file->mark, *size);
-    // One number unless the script says how many bytes.
+    // Without a count one number is read.
     if (fixedSizeOf(asClass) && range.count == INT64_MAX && !event.find("deli"_4cc) && !event.find("rdto"_4cc))
         range.count = static_cast<std::int64_t>(fixedSizeOf(asClass));
     return range;

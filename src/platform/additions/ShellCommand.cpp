@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// do shell script: runs a command line with sh; a cancel ends whatever it started.
+// The command do shell script: runs a command line with sh. Cancelling the script ends all that the command has started.
 #include "platform/additions/Commands.h"
 #include "platform/additions/ShellProcess.h"
 #include "platform/ae/AECoercion.h"
@@ -17,9 +17,9 @@ namespace quoddle::additions {
 namespace {
 
 constexpr std::size_t kMaximumOutput = std::size_t(128) << 20;
-constexpr OSStatus kKilled = 128 + SIGKILL; // as a shell has it
+constexpr OSStatus kKilled = 128 + SIGKILL; // the status that shells give for this signal
 
-/// Reads what is there. False at the end of the stream.
+/// Reads what is available. False at the end of the stream.
 bool drain(int descriptor, std::string& into) {
     char bytes[65536];
     const ssize_t count = ::read(descriptor, bytes, sizeof bytes);
@@ -36,7 +36,8 @@ struct Outcome {
     bool isTooLong = false;
 };
 
-/// Until the command has ended and nobody holds its streams any more, or until a cancel. False when it cannot be run.
+/// Runs the command until it has ended and its streams are closed everywhere, or until the script is cancelled. False when it cannot be
+/// run.
 bool run(const std::string& command, const AEHandlerContext& context, Outcome& outcome) {
     ShellProcess process(command);
     if (!process.isStarted())
@@ -64,7 +65,7 @@ bool run(const std::string& command, const AEHandlerContext& context, Outcome& o
     return true;
 }
 
-/// Lines end with a return in the language; one line end at the end is not part of the answer.
+/// The output as text of the language, in which lines end with a return. One line end at the end is dropped.
 std::u16string adapted(const std::string& bytes, bool alteringLineEndings) {
     std::u16string text = utf16FromSourceBytes(bytes);
     if (!alteringLineEndings)
@@ -109,7 +110,8 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
     const int status = WIFEXITED(ended) ? WEXITSTATUS(ended) : 128 + WTERMSIG(ended);
     if (status == 0) {
         const AEDesc output = AEDesc::ofText(adapted(outcome.output, altering));
-        const auto wanted = AECoerced(output, codeParameter(event, "rtyp"_4cc)); // "as integer"; what it cannot become stays text
+        // the class in "as"; output that cannot be coerced stays text
+        const auto wanted = AECoerced(output, codeParameter(event, "rtyp"_4cc));
         return answer(reply, wanted ? *wanted : output);
     }
     std::u16string message = adapted(outcome.errors, altering);

@@ -31,7 +31,7 @@ struct Pipe {
     FileDescriptor reading, writing;
 };
 
-/// Unlike a pipe, a socket tells a writer whose reader has gone so without a signal.
+/// Two connected sockets. A socket reports to a writer that its reader has gone, where a pipe would also send a signal.
 struct SocketPair {
     SocketPair() {
         int ends[2];
@@ -43,22 +43,23 @@ struct SocketPair {
     FileDescriptor first, second;
 };
 
-/// The one report of the guard about its shell.
+/// The guard's only message, about the end of its shell.
 struct Report {
     int error = 0;  // an errno value when the shell could not be started
-    int status = 0; // as waitpid() gives it
+    int status = 0; // in the format of waitpid()
 };
 
-/// How the shell is to be started; made before the fork, behind which nothing may ask for memory.
+/// Everything that starting the shell needs. Prepared before the fork, because no memory may be allocated after it.
 class SpawnPlan {
 public:
     SpawnPlan(const std::string& command, int output, int errors)
         : mArguments{const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(command.c_str()), nullptr}, mOutput(output),
           mErrors(errors) {}
 
-    /// In the guard, which has one thread. When the guard dies, the shell dies with it. On failure 0, and `error` says why.
+    /// Starts the shell; called in the guard, which has one thread. When the guard dies, the kernel kills the shell. Returns 0 on failure,
+    /// with the reason in `error`.
     [[gnu::noinline]] pid_t start(int& error) const {
-        volatile int failure = 0; // the child shares our memory until it has become the shell
+        volatile int failure = 0; // written by the child, which shares our memory until it has become the shell
         const pid_t guard = ::getpid();
         const pid_t shell = ::vfork();
         if (shell == 0) {
@@ -72,7 +73,8 @@ public:
     }
 
 private:
-    /// Before signals are let through: handlers would run in memory that is not the child's alone.
+    /// Removes all signal handlers before signals are unblocked, because a handler would run in memory that the child shares with the
+    /// guard.
     static void forgetHandlers() {
         for (int number = 1; number < NSIG; ++number) {
             struct sigaction action {};
@@ -81,7 +83,7 @@ private:
         }
     }
 
-    /// An errno value when it comes back.
+    /// Turns the child into the shell; returns only on failure, with an errno value.
     int become(pid_t guard) const {
         ::setpgid(0, 0);
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -104,7 +106,8 @@ private:
     const int mOutput, mErrors;
 };
 
-/// The guard lives longer than this process may: a pipe that it had inherited would never come to its end for the reader.
+/// Closes all inherited descriptors but four. The guard may outlive this process, and a pipe that it kept open would never end for its
+/// reader.
 void closeAllBut(std::array<int, 4> kept) {
     std::sort(kept.begin(), kept.end());
     unsigned from = 0;
@@ -116,7 +119,7 @@ void closeAllBut(std::array<int, 4> kept) {
     ::close_range(from, ~0U, 0);
 }
 
-/// As waitpid() would give it. The shell stays a zombie, so that the number of its group belongs to nobody else.
+/// The shell's status in the format of waitpid(). The shell stays a zombie, so that the number of its process group is not reused.
 int statusOf(pid_t shell) {
     siginfo_t info = {};
     while (::waitid(P_PID, static_cast<id_t>(shell), &info, WEXITED | WNOWAIT) != 0 && errno == EINTR) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A command line that sh runs in a process group of its own, which ends with us, whatever ends us.
+// Runs a command line with sh in a process group of its own, which ends with this process, for whatever reason this process ends.
 //
-// Decision: between us and the shell stands a guard, a copy of this process that does nothing but wait. It hears of our end through a
-// socket that only we hold, so that the group is ended alike when we give it up, leave, crash or are killed. A guard that is killed itself
-// takes the shell with it, and we hear of that.
+// Decision: a guard, a copy of this process that does nothing but wait, stands between this process and the shell. It notices our end by a
+// socket that only we hold, and so ends the group in the same way when the object is destroyed, or the process exits, crashes or is killed.
+// When the guard itself is killed, the shell dies with it, and we notice.
 #pragma once
 
 #include "platform/base/FileDescriptor.h"
@@ -15,34 +15,33 @@ namespace quoddle::additions {
 
 class ShellProcess {
 public:
-    /// Starts the command; its input is empty. `command` has no NUL.
+    /// Starts the command with empty input. `command` has no NUL.
     explicit ShellProcess(const std::string& command);
-    /// Ends the group, first politely, unless the process was released.
+    /// Ends the group with SIGTERM, then SIGKILL, unless it was released.
     ~ShellProcess();
     ShellProcess(const ShellProcess&) = delete;
     ShellProcess& operator=(const ShellProcess&) = delete;
 
-    /// Whether there is a guard.
+    /// Whether the guard has been started.
     bool isStarted() const { return mGuard > 0; }
-    /// Descriptors to read the command's output and errors from. Processes that it has started may keep them open when the command has
-    /// ended.
+    /// Descriptors for reading the command's output and errors. Processes that the command has started may keep them open after its end.
     int output() const { return mOutput.number(); }
     int errors() const { return mErrors.number(); }
-    /// Can be read from when the shell has ended.
+    /// A descriptor that becomes readable when the shell has ended.
     int ending() const { return mReport.number(); }
 
     struct Ending {
         enum class How {
-            ended,      ///< `number` is what waitpid() tells
+            ended,      ///< `number` is a status in the format of waitpid()
             notStarted, ///< `number` is an errno value
-            lostGuard,  ///< somebody has killed the guard, and with it the shell; what that has started may go on
+            lostGuard,  ///< the guard was killed, and the shell with it; processes that the shell has started may go on
         };
         How how = How::ended;
         int number = 0;
     };
-    /// Once, when ending() can be read from.
+    /// How the shell ended. Called once, when ending() is readable.
     Ending takeEnding();
-    /// Gives up the group: processes that the command has left running go on.
+    /// Lets processes of the group that are left running go on after this object is destroyed.
     void release();
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// beep, get volume settings, set volume. The mixer is whichever helper program of the sound system is installed.
+// The commands beep, get volume settings, set volume. They use the sound system's mixer program that is installed.
 #include "platform/additions/Commands.h"
 #include "platform/additions/Program.h"
 
@@ -18,12 +18,12 @@ constexpr auto kMixerTime = 3s;
 constexpr std::u16string_view kNoMixer =
     u"The sound volume can’t be reached: no mixer was found. Install pactl (package pulseaudio-utils) or amixer (package alsa-utils).";
 
-/// How one mixer program is told things. A volume is the number before the first "%" of what it prints.
+/// The command lines of a mixer program. A volume is the number in front of the first "%" in its output.
 struct Mixer {
     std::vector<std::string> readOutput, readInput, readMuted;
-    std::vector<std::string> setOutput, setInput; ///< followed by the volume, "40%"
+    std::vector<std::string> setOutput, setInput; ///< the volume follows as an argument, such as "40%"
     std::vector<std::string> mute, unmute;
-    std::string_view muted; ///< what it prints when it is
+    std::string_view muted; ///< in the output of readMuted when sound is muted
 };
 
 const std::vector<Mixer>& mixers() {
@@ -65,7 +65,7 @@ std::optional<std::int32_t> percentIn(const std::string& text) {
     return parsed.ec == std::errc() ? std::optional(std::clamp(value, 0, 100)) : std::nullopt;
 }
 
-/// The first that answers; null without one.
+/// The first mixer program that works; null when there is none.
 const Mixer* findMixer(const AEHandlerContext& context) {
     for (const Mixer& mixer : mixers())
         if (outputOf(mixer.readOutput, context))
@@ -79,7 +79,7 @@ AEDesc volume(const std::vector<std::string>& command, const AEHandlerContext& c
     return percent ? AEDesc::ofInt32(*percent) : missingValue();
 }
 
-/// What the script asks for, in percent. The direct parameter goes from 0 to 7.
+/// The volume in a parameter, in percent. The direct parameter goes from 0 to 7.
 std::optional<double> wantedVolume(const AEDesc& event, AEKeyword key) {
     const AEDesc* given = event.find(key);
     const auto number = given ? given->asDouble() : std::nullopt;
@@ -99,7 +99,7 @@ OSErr beep(const AEDesc& event, AEDesc&, const AEHandlerContext& context) {
         if (outcome && outcome->wasCancelled)
             return userCanceledErr;
         if (!outcome || outcome->exitStatus != 0)
-            break; // a computer that cannot sound is no reason to stop a script
+            break; // the script goes on when the computer cannot make sounds
     }
     return noErr;
 }
@@ -112,7 +112,7 @@ OSErr getVolumeSettings(const AEDesc&, AEDesc& reply, const AEHandlerContext& co
     return answer(reply, AEDesc::record({
                              {"ouvl"_4cc, volume(mixer->readOutput, context)},
                              {"invl"_4cc, volume(mixer->readInput, context)},
-                             {"alvl"_4cc, missingValue()}, // alerts have no volume of their own here
+                             {"alvl"_4cc, missingValue()}, // alerts have no volume of their own on this system
                              {"mute"_4cc, AEDesc::ofBoolean(muted && muted->find(mixer->muted) != std::string::npos)},
                          }));
 }

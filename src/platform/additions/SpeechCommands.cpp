@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// say: by whichever speech program is installed.
+// The command say, which uses an installed speech program.
 //
-// Decision: speech-dispatcher first, for it speaks with the voice that the user has chosen for the whole desktop; files are written by the
-// eSpeak programs, since it writes none. What a program has no option for (modulation) is left out.
+// Decision: speech-dispatcher is preferred, because it speaks with the voice that the user has chosen for the whole desktop. It cannot
+// write files; the eSpeak programs write them. Parameters for which a program has no option (modulation) are ignored.
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileParameter.h"
 #include "platform/additions/Program.h"
@@ -21,13 +21,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kStartTime = 100ms;            // enough to fail in
-constexpr std::size_t kMaximumText = 100'000; // bytes; one argument of a program cannot be much longer
+constexpr auto kStartTime = 100ms;            // a program that cannot work has failed by then
+constexpr std::size_t kMaximumText = 100'000; // one argument of a program cannot be much longer
 constexpr double kNormalRate = 175;           // words per minute
 constexpr double kNormalPitch = 50;
 constexpr std::u16string_view kNoProgram = u"Text can’t be spoken: no speech program was found. Install speech-dispatcher or espeak-ng.";
 
-/// How a speech program is told things. Each number is scaled from the language's: value * factor + offset, within the limits.
+/// An option of a speech program with a number. The script's number is scaled: value * factor + offset, within the limits.
 struct Option {
     AEKeyword key;
     std::string_view letter;
@@ -37,9 +37,9 @@ struct Option {
 struct Speaker {
     std::string_view program;
     std::string_view voice;
-    std::string_view wait; ///< for programs that would not
+    std::string_view wait; ///< the option to wait for the end; empty when the program always waits
     std::vector<std::string> stop;
-    std::string_view output; ///< empty: it writes no files
+    std::string_view output; ///< the option for an output file; empty when the program writes no files
     std::vector<Option> numbers;
     std::vector<std::string> always;
 };
@@ -58,14 +58,14 @@ const std::vector<Speaker>& speakers() {
          {{"RATE"_4cc, "-r", 100 / kNormalRate, -100, -100, 100},
           {"PTCH"_4cc, "-p", 100 / kNormalPitch, -100, -100, 100},
           {"VOLU"_4cc, "-i", 200, -100, -100, 100}},
-         {"-P", "message"}}, // of this priority each waits for the one before
+         {"-P", "message"}}, // with this priority each message waits for the one before
         {"espeak-ng", "-v", "", {}, "-w", espeakNumbers(), {}},
         {"espeak", "-v", "", {}, "-w", espeakNumbers(), {}},
     };
     return sSpeakers;
 }
 
-/// What the script left running.
+/// The speech program that "say" without waiting has left running.
 struct CurrentSpeech {
     std::mutex mutex;
     FileDescriptor process;
@@ -89,7 +89,7 @@ void stopSpeech(const AEHandlerContext& context) {
 struct Speech {
     std::string text;
     std::string voice;
-    std::string file; // empty: to be heard
+    std::string file; // empty for speech to be heard
     bool waits = true;
     std::vector<std::pair<AEKeyword, double>> numbers;
 };
@@ -113,7 +113,7 @@ std::vector<std::string> commandFor(const Speaker& speaker, const Speech& speech
     return command;
 }
 
-/// With the first program that is installed and succeeds.
+/// Speaks with the first program that is installed and succeeds.
 OSErr speak(const Speech& speech, AEDesc& reply, const AEHandlerContext& context) {
     const bool waits = speech.waits || !speech.file.empty();
     std::u16string failed;

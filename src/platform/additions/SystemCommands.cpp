@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What scripts ask the system: time to GMT, system attribute, system info, scripting components; and open location, mount volume,
-// summarize, localized string.
+// The commands time to GMT, system attribute, system info, scripting components, open location, mount volume, summarize, localized string.
 #include "platform/additions/Bundle.h"
 #include "platform/additions/Commands.h"
 #include "platform/additions/FileParameter.h"
@@ -21,7 +20,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kMountingTime = 60s;
 constexpr auto kAskingTime = 5s;
-constexpr auto kOpeningTime = 3s; // a browser that is started by this may run for hours
+constexpr auto kOpeningTime = 3s; // opening may start a browser that runs for hours
 
 bool hasScheme(std::string_view url) {
     const std::size_t colon = url.find(':');
@@ -49,7 +48,8 @@ std::string percentEncoded(std::string_view text) {
     return out;
 }
 
-/// A URL as it is; a name of a volume on a server as one of Windows file sharing. The user goes in front of the server.
+/// The URL of a volume. A name of a volume on a server is taken for a share of Windows file sharing. The user name is put in front of the
+/// server.
 std::string volumeLocation(const std::string& volume, const std::string& server, const std::string& user) {
     std::string url = volume;
     if (!hasScheme(url) && !server.empty())
@@ -77,7 +77,7 @@ OSErr timeToGMT(const AEDesc&, AEDesc& reply, const AEHandlerContext&) {
     return answer(reply, AEDesc::ofInt32(static_cast<std::int32_t>(local.tm_gmtoff)));
 }
 
-/// The environment: one variable, or the names of all. The selectors of older systems have no meaning here.
+/// Gives one variable of the environment, or the names of all. The selectors of older systems have no meaning here.
 OSErr systemAttribute(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
     if (event.find("has "_4cc))
         return fail(reply, errAEEventFailed, u"System attributes are environment variables here; they have no bits to test.");
@@ -101,7 +101,7 @@ OSErr systemInfo(const AEDesc&, AEDesc& reply, const AEHandlerContext&) {
 }
 
 OSErr scriptingComponents(const AEDesc&, AEDesc& reply, const AEHandlerContext&) {
-    return answer(reply, AEDesc::list({AEDesc::ofText(u"AppleScript")})); // the one language of this system
+    return answer(reply, AEDesc::list({AEDesc::ofText(u"AppleScript")})); // the only language
 }
 
 OSErr openLocation(const AEDesc& event, AEDesc& reply, const AEHandlerContext& context) {
@@ -136,7 +136,7 @@ OSErr mountVolume(const AEDesc& event, AEDesc& reply, const AEHandlerContext& co
         return fail(reply, errAEEventFailed, u"Volumes can’t be mounted: gio (package libglib2.0-bin) was not found.");
     if (mounted->wasCancelled)
         return userCanceledErr;
-    // One that is mounted already is as good, whatever the first program said. Its words are looked for in English.
+    // A volume that is mounted already is a success, whatever the first program reported. LC_ALL=C makes the output English.
     const auto info = runProgram({"/usr/bin/env", "LC_ALL=C", "gio", "info", url}, kAskingTime, context);
     const std::string place = info && info->exitStatus == 0 ? lineBehind(info->output, "local path: ") : std::string();
     if (!place.starts_with('/') && (mounted->exitStatus != 0 || mounted->isRunning))
@@ -148,7 +148,7 @@ OSErr summarize(const AEDesc&, AEDesc& reply, const AEHandlerContext&) {
     return fail(reply, errAEEventFailed, u"There is nothing on this system that summarizes texts.");
 }
 
-/// A key without an entry stands for itself.
+/// A key without an entry gives the key itself.
 OSErr localizedString(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
     const auto key = textParameter(event, "----"_4cc);
     if (!key)

@@ -29,7 +29,7 @@ AEDesc numberOrMissing(std::int64_t number) {
     return number > 0 ? AEDesc::ofInt64(number) : missingValue();
 }
 
-/// The value of the first line "name=value" or "name : value", without quotation marks.
+/// The value in the first line "name=value" or "name : value", without quotation marks.
 std::string valueInFile(const char* path, std::string_view name, char separator) {
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {
@@ -47,7 +47,7 @@ struct Addresses {
     std::string ipv4, ethernet;
 };
 
-/// Of the first interface that leads to other computers.
+/// The addresses of the first interface that leads to other computers.
 Addresses addresses() {
     Addresses result;
     ifaddrs* list = nullptr;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What is known about this computer and its user.
+// Information about this computer and its user.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
 
 namespace quoddle::additions {
 
-/// The record that "system info" answers. What cannot be found out is missing value.
+/// The record of "system info". A value that cannot be found out is missing value.
 AEDesc systemInformation();
 
 } // namespace quoddle::additions

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// offset, ASCII character, ASCII number.
+// The commands offset, ASCII character, ASCII number.
 #include "platform/additions/Commands.h"
 #include "platform/base/Considering.h"
 #include "platform/base/Text.h"
@@ -22,9 +22,9 @@ bool hasOnlySimpleCharacters(std::u16string_view text) {
     return true;
 }
 
-/// How many characters of the language, in which a letter with its marks is one, end at or before a position.
+/// The number of the language's characters, each a letter with its marks, that end at or before a position.
 std::int32_t charactersBefore(std::size_t position, std::u16string_view text) {
-    const std::u16string_view seen = text.substr(0, position + 2); // what follows may belong to the last one
+    const std::u16string_view seen = text.substr(0, position + 2); // the units behind the position may be marks of the last character
     const auto limit = static_cast<std::int32_t>(position);
     if (hasOnlySimpleCharacters(seen))
         return limit;
@@ -32,7 +32,7 @@ std::int32_t charactersBefore(std::size_t position, std::u16string_view text) {
     const std::unique_ptr<icu::BreakIterator> characters(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), error));
     if (U_FAILURE(error))
         return limit;
-    const icu::UnicodeString view(false, seen.data(), static_cast<std::int32_t>(seen.size())); // no copy
+    const icu::UnicodeString view(false, seen.data(), static_cast<std::int32_t>(seen.size())); // an alias of `seen`, not a copy
     characters->setText(view);
     std::int32_t count = 0;
     for (std::int32_t end = characters->next(); end != icu::BreakIterator::DONE && end <= limit; end = characters->next())
