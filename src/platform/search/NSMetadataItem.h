@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// NSMetadataItem: one file that a search has found, and what may be asked of it.
+// A file that a search has found, and its attributes.
 #pragma once
 
 #include <QString>
@@ -7,20 +7,20 @@
 
 namespace quoddle {
 
-// The attributes of a file that predicates may ask for and NSMetadataItem::valueForAttribute() answers.
+// The attributes that predicates may ask for and that NSMetadataItem::valueForAttribute() returns.
 inline const QString NSMetadataItemPathKey = QStringLiteral("kMDItemPath");
 inline const QString NSMetadataItemFSNameKey = QStringLiteral("kMDItemFSName");           // the last component of the path
 inline const QString NSMetadataItemContentTypeKey = QStringLiteral("kMDItemContentType"); // a uniform type identifier
 inline const QString NSMetadataItemContentTypeTreeKey = QStringLiteral("kMDItemContentTypeTree");
 inline const QString NSMetadataQueryResultContentRelevanceAttribute = QStringLiteral("kMDQueryResultContentRelevance"); // a double
 
-/// One file that was found. A small value; any thread, one at a time.
+/// A found file. A small value; usable on any thread, one at a time.
 class NSMetadataItem {
 public:
-    /// `relevance`: how well the name fits what is searched for; 0: not known.
+    /// `relevance` is how well the name matches the search; 0 when it has not been ranked.
     explicit NSMetadataItem(QString path, double relevance = 0) : mPath(std::move(path)), mRelevance(relevance) {}
     const QString& path() const { return mPath; }
-    /// An empty QVariant for what is not known. A type is found out when it is first asked for.
+    /// An empty QVariant for an unknown attribute. The content type is found out when it is first asked for.
     QVariant valueForAttribute(const QString& key) const;
 
 private:

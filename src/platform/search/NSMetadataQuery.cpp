@@ -21,12 +21,12 @@ double now() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-/// The outcome of several changes in their order.
+/// The combined result of several changes in order.
 struct Difference {
     QList<NSMetadataItem> added;
     QSet<QString> removed;
 
-    /// `mayGo`: changes that follow may take the file away again.
+    /// `mayGo` says that later changes may remove files that earlier ones add.
     void append(FoundFiles::Change& change, bool mayGo) {
         if (!mayGo) {
             added << std::move(change.item);
@@ -34,7 +34,7 @@ struct Difference {
             places.insert(change.item.path(), added.size());
             added << std::move(change.item);
         } else if (const auto place = places.constFind(change.item.path()); place != places.constEnd()) {
-            added[*place] = NSMetadataItem(QString()); // no result has an empty path
+            added[*place] = NSMetadataItem(QString()); // an empty path marks an item that has gone again
             places.erase(place);
         } else {
             removed.insert(change.item.path());
@@ -42,7 +42,7 @@ struct Difference {
     }
 
 private:
-    QHash<QString, qsizetype> places; // of what has been added
+    QHash<QString, qsizetype> places; // indexes in `added`, by path
 };
 
 } // namespace
@@ -57,9 +57,9 @@ struct NSMetadataQuery::State : std::enable_shared_from_this<State> {
     std::vector<NSMetadataItem> results;
     bool isGathering = false, isFollowed = true;
 
-    std::shared_ptr<FileIndex> index;       // from the first start on
-    std::shared_ptr<FoundFiles> found;      // null: not started. Tells one run from the next
-    std::deque<FoundFiles::Change> waiting; // taken from there, not yet told
+    std::shared_ptr<FileIndex> index;       // null until the first start
+    std::shared_ptr<FoundFiles> found;      // null while the query is stopped; a new object for each start
+    std::deque<FoundFiles::Change> waiting; // changes that have been taken from `found` and not yet been notified
     bool isWhole = false;
     ResultBatches batches{1};
     QTimer timer;
@@ -73,7 +73,7 @@ struct NSMetadataQuery::State : std::enable_shared_from_this<State> {
     bool post(const QString& name, const QVariantMap& userInfo = {});
 };
 
-/// False: the query has been stopped, or started anew, by those who heard it.
+/// Posts a notification. False when an observer has stopped the query or started it anew.
 bool NSMetadataQuery::State::post(const QString& name, const QVariantMap& userInfo) {
     const std::shared_ptr<FoundFiles> run = found;
     NSNotificationCenter::defaultCenter().postNotification(name, query, userInfo);

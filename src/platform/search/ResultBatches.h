@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
-// When and how many results are told at a time: at once, then at intervals, and never so many that the main thread is held for long.
+// Decides when and how many results are notified at a time: some at once, more at intervals, and never so many that the main thread is
+// blocked for long.
 //
-// Decision: how long a result takes is what the last notification took for each of its results. What a notification costs however small it
-// is grows with the results that are known, so that it brings at least a part of their number: else the time for all would grow with its
-// square. Time is a parameter: seconds of any clock.
+// Decision: the time per result is estimated from the last notification. The fixed cost of a notification grows with the number of known
+// results, so each brings at least a fraction of that number; otherwise the time for all would grow with its square. Times are parameters,
+// in seconds of any clock.
 #pragma once
 
 #include <algorithm>
@@ -16,9 +17,9 @@ class ResultBatches {
 public:
     explicit ResultBatches(double interval) : mInterval(interval) {}
 
-    /// Seconds until something may be told, 0 for now. `isUrgent`: what waits does not have to wait for the interval.
+    /// Seconds until results may be notified, 0 for now. `isUrgent` results do not wait for the interval.
     double delay(double now, bool isUrgent) const { return isUrgent || mLeft > 0 ? 0 : std::max(0.0, mToldAt + mInterval - now); }
-    /// How many of so many that wait are to be told now; `known`: results that have been told before.
+    /// How many of the waiting results to notify now. `known` is the number of results that have been notified.
     std::size_t beginSlice(std::size_t waiting, std::size_t known) {
         if (mLeft == 0)
             mLeft = waiting;
@@ -33,12 +34,12 @@ public:
     }
 
 private:
-    static constexpr double kMostSeconds = 0.006; // of 8 ms: the next results may take longer than the last
+    static constexpr double kMostSeconds = 0.006; // a margin below 8 ms, because the next results may take longer than the last
     static constexpr std::size_t kGrowth = 4, kMost = 10'000, kLeastPart = 32;
 
     double mInterval;
-    std::size_t mSize = 8, mLeft = 0;                          // of what is due
-    double mToldAt = -std::numeric_limits<double>::infinity(); // nothing has been told yet
+    std::size_t mSize = 8, mLeft = 0;                          // results per notification, and results of this interval that are still left
+    double mToldAt = -std::numeric_limits<double>::infinity(); // nothing has been notified yet
 };
 
 } // namespace quoddle

@@ -22,13 +22,13 @@ QString userName() {
     return user ? QFile::decodeName(user->pw_name) : QString();
 }
 
-/// 0 when it is not there.
+/// The device of a folder; 0 when the folder does not exist.
 dev_t deviceOf(const QString& folder) {
     struct stat status;
     return stat(QFile::encodeName(folder).constData(), &status) == 0 ? status.st_dev : 0;
 }
 
-/// Desktops mount what the user plugs in below a folder of the user.
+/// The volumes that the user has plugged in; desktops mount them below a folder with the user's name.
 QStringList mountedVolumes() {
     QStringList volumes;
     const QString user = userName();

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The folders that the scopes of a query stand for.
+// The folders that the scopes of a query mean.
 #pragma once
 
 #include <QStringList>
 
 namespace quoddle {
 
-/// Main thread. Absolute paths of folders, each once and none that lies in another one's search. What is no absolute path is left out.
+/// Absolute paths of folders, without duplicates and without folders that are searched as a part of another one. Scopes that are no
+/// absolute paths are ignored. Main thread.
 QStringList foldersOfSearchScopes(const QStringList& scopes);
 
 } // namespace quoddle

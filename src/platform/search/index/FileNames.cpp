@@ -31,7 +31,7 @@ FileNames::FileNames() : mTable(kSmallestTable) {
 }
 
 std::optional<FileNames::Entry> FileNames::add(Folder folder, std::string_view name, bool isFolder) {
-    // Reducing makes no character more than three times as long.
+    // The reduced name needs at most three bytes for each byte of the name.
     if (mBytes.size() + 4 * name.size() + 2 >= UINT32_MAX || mFolders.size() >= kRemoved || mEntries.size() >= kMostEntries)
         return {};
     const auto entry = static_cast<Entry>(mEntries.size());
@@ -78,7 +78,7 @@ void FileNames::remove(Entry entry) {
     ++mRemovedCount;
 }
 
-/// The place of the entry in the table, or the free place that ends the search for it.
+/// The slot of the entry in the table, or the free slot where the search for it ends.
 std::size_t FileNames::slotFor(Folder folder, std::string_view name) const {
     std::size_t slot = hashOf(folder, name) & (mTable.size() - 1);
     for (; mTable[slot] != 0; slot = (slot + 1) & (mTable.size() - 1)) {
@@ -136,7 +136,7 @@ std::vector<FileNames::Entry> FileNames::entriesIn(Folder folder) const {
             entries.push_back(entry);
     if (entries.size() == record.count)
         return entries;
-    for (const std::uint32_t slot : mTable) // what is in no run is there
+    for (const std::uint32_t slot : mTable) // entries outside the folder's run are all in the table
         if (const Entry entry = slot - 1; slot != 0 && folderOf(entry) == folder && (entry < record.runBegin || entry >= record.runEnd))
             entries.push_back(entry);
     std::sort(entries.begin(), entries.end());
@@ -155,7 +155,7 @@ std::vector<bool> FileNames::foldersBelow(const std::vector<Folder>& folders) co
     std::vector<bool> below(mFolders.size());
     for (const Folder folder : folders)
         below[folder] = true;
-    for (Folder each = kTop + 1; each < folderCount(); ++each) // what lies above has a smaller number
+    for (Folder each = kTop + 1; each < folderCount(); ++each) // a folder's number is greater than that of the folder above
         if (const Folder above = folderOf(mFolders[each].entry); above != kRemoved && below[above])
             below[each] = true;
     return below;

@@ -22,7 +22,7 @@ std::optional<FileNames::Entry> FolderComparison::take(std::string_view name) {
         if (!found)
             return {};
         mNext = static_cast<std::size_t>(std::lower_bound(mKnown.begin(), mKnown.end(), *found) - mKnown.begin());
-        if (mNext == mKnown.size() || mKnown[mNext] != *found) // a name that is read twice, first as a new one
+        if (mNext == mKnown.size() || mKnown[mNext] != *found) // the name is read twice and was new the first time
             return found;
     }
     mIsThere[mNext] = true;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Holds what is read in a folder against what is known to be in it, and so finds what is new and what has gone. One thread.
+// Compares the names that are read in a folder with the known ones, and so finds new and removed ones. One thread.
 //
-// Decision: a folder is mostly read in the order in which it became known, so the next name that is read is compared with the next one
-// that is known; only names that stand out of order are looked up.
+// Decision: most folders are read in the order in which their names became known, so a name is first compared with the next known one; only
+// names out of order are looked up.
 #pragma once
 
 #include "platform/search/index/FileNames.h"
@@ -11,19 +11,19 @@ namespace quoddle {
 
 class FolderComparison {
 public:
-    /// Starts with the entries that the folder has now. `names` must last until the next begin(); only the one who compares may add
-    /// entries to the folder or remove them until then.
+    /// Starts with the folder's present entries. `names` must live until the next begin(). Until then only the user of the comparison may
+    /// add entries to the folder or remove them.
     void begin(FileNames& names, FileNames::Folder folder);
-    /// The entry of a name that was read; nothing when the name is new.
+    /// The known entry of a name that was read; nullopt when the name is new.
     std::optional<FileNames::Entry> take(std::string_view name);
-    /// The entries that were known and have not been read.
+    /// The known entries whose names have not been read.
     std::vector<FileNames::Entry> gone() const;
 
 private:
     FileNames* mNames = nullptr;
     FileNames::Folder mFolder = FileNames::kTop;
-    std::vector<FileNames::Entry> mKnown; // in rising order
-    std::vector<bool> mIsThere;           // for each
+    std::vector<FileNames::Entry> mKnown; // in ascending order
+    std::vector<bool> mIsThere;           // whether each known name has been read
     std::size_t mNext = 0;
 };
 

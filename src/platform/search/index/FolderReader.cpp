@@ -16,17 +16,18 @@ namespace {
 constexpr std::size_t kBufferSize = 64 * 1024;
 constexpr std::uint64_t kSecond = 1'000'000'000;
 
-/// Wraps around for times that are centuries away.
+/// Wraps around for times that are centuries away, which does no harm to marks.
 std::uint64_t nanoseconds(const timespec& time) {
     return static_cast<std::uint64_t>(time.tv_sec) * kSecond + static_cast<std::uint64_t>(time.tv_nsec);
 }
 
-/// Of both times: the one of the contents may be set at will, the one of the status is not kept by every file system.
+/// The mark is made from both times, because programs may set the time of the contents, and some file systems do not keep that of the
+/// status.
 FolderMark markOf(const struct stat& status) {
     timespec now;
     clock_gettime(CLOCK_REALTIME, &now);
     const std::uint64_t contents = nanoseconds(status.st_mtim), any = nanoseconds(status.st_ctim);
-    // File systems keep times in steps of up to two seconds.
+    // A newer time may stand for two changes, because file systems keep times in steps of up to two seconds.
     const bool isSettled = nanoseconds(now) - contents >= 2 * kSecond && nanoseconds(now) - any >= 2 * kSecond;
     return isSettled ? std::max<FolderMark>(contents + any, kUnsettled + 1) : kUnsettled;
 }

@@ -77,7 +77,7 @@ bool FolderWatches::read(const Receiver& receiver) {
                 receiver({}, {Event::Kind::lost, false, {}});
                 continue;
             }
-            if (event->mask & IN_ATTRIB && !(event->mask & IN_ISDIR)) // of each file that is touched
+            if (event->mask & IN_ATTRIB && !(event->mask & IN_ISDIR)) // attributes of files do not matter, and change often
                 continue;
             const Event told{kindOf(event->mask), bool(event->mask & IN_ISDIR),
                              event->len ? std::string_view(event->name) : std::string_view()};

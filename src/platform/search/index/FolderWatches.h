@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Hears what is made, removed and renamed in many folders. One instance of the system's watching serves all; one thread.
-// One folder may be watched for several users of this class, each with a number of its own: the system has one watch for both then.
+// Watches many folders for names that are made, removed and renamed. One inotify instance serves all folders; one thread. Two users of this
+// class may watch the same folder; the system then has a single watch for both.
 #pragma once
 
 #include "platform/base/FileDescriptor.h"
@@ -15,7 +15,7 @@ namespace quoddle {
 
 class FolderWatches {
 public:
-    /// A watched folder, by the numbers that its tree and the folder have in the index.
+    /// A watched folder, by its tree's number and its own number in the index.
     struct Watched {
         std::uint32_t tree, folder;
         bool operator==(const Watched&) const = default;
@@ -23,11 +23,11 @@ public:
     struct Event {
         enum class Kind : std::uint8_t {
             made,
-            movedIn, // perhaps in place of another
+            movedIn, // may have replaced another file
             removed, // or moved away
-            gone,    // the watched folder itself, with its watch
-            access,  // the permissions or times of a folder have been set; of the watched one itself when there is no name
-            lost,    // more has happened than could be told; concerns all folders
+            gone,    // the watched folder itself has been removed, and its watch with it
+            access,  // the permissions or times of a folder have been set; with an empty name those of the watched folder itself
+            lost,    // events of any folder have been lost, because there were too many
         };
         Kind kind;
         bool isFolder;
@@ -35,21 +35,21 @@ public:
     };
     using Receiver = std::function<void(const Watched& watched, const Event& event)>;
 
-    /// `most`: so many watches at most, beside the system's own limit.
+    /// `most` limits the number of watches in addition to the system's own limit.
     explicit FolderWatches(std::size_t most);
 
-    /// To wait on; -1 when the system has none to give.
+    /// The descriptor to wait for; -1 when the system has none left.
     int descriptor() const { return mQueue.number(); }
-    /// A number of the watch; -1 when there are no more to be had, or the folder is gone. `isTop`: links are followed, and it is gone as
-    /// well when it is moved. `held`: the watch so far, or -1; its number is answered again when it watches what the path leads to, else
-    /// it is given up.
+    /// Watches a folder and returns the watch's number; -1 when no more watches are available or the folder has been removed. `isTop`:
+    /// links are followed, and moving the folder counts as removing it. `held` is the folder's former watch or -1. When the path still
+    /// leads to the folder that it watches, it is returned; otherwise it is removed.
     int watch(const std::string& path, bool isTop, Watched watched, int held);
     void unwatch(int watch, Watched watched);
-    /// The numbers of the folders of a tree have changed.
+    /// Called when the folders of a tree have got new numbers.
     void renumber(std::uint32_t tree, const std::function<std::uint32_t(std::uint32_t folder)>& newNumber);
-    /// Whether a watch was refused because there are no more.
+    /// Whether a watch was refused because no more were available.
     bool hasRunOut() const { return mHasRunOut; }
-    /// Everything that has come; false when nothing has, though the receiver is not told of all. It may watch and unwatch.
+    /// Reads all events. False when there were none; true does not mean that the receiver was called. The receiver may watch and unwatch.
     bool read(const Receiver& receiver);
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files that a search has found and nobody has taken yet: the way from the index's thread to the query. Thread-safe.
+// The queue of found files from the index's thread to a query. Thread-safe.
 #pragma once
 
 #include "platform/search/NSMetadataItem.h"
@@ -15,22 +15,22 @@ class FoundFiles {
 public:
     struct Change {
         NSMetadataItem item;
-        bool isRemoved; // else it has come
+        bool isRemoved; // removed, or else added
     };
     struct Contents {
         std::vector<Change> changes; // in the order in which they happened
-        bool isWhole = false;        // all that was there when the search began has been told
-        bool isFollowed = true;      // false: a part of the folders is looked at from time to time only
+        bool isWhole = false;        // whether all files that existed when the search began have been found
+        bool isFollowed = true;      // false when some folders have no watch and are only checked from time to time
     };
 
-    /// `onFilled` is called on the filling thread when there is something to take and was nothing before.
+    /// `onFilled` is called on the filling thread when the queue was empty and has changes now.
     explicit FoundFiles(std::function<void()> onFilled) : mOnFilled(std::move(onFilled)) {}
 
-    /// Empties `changes`. The state of the search is kept until it changes.
+    /// Moves the changes into the queue and leaves `changes` empty. The two flags replace the earlier ones.
     void put(std::vector<Change>& changes, bool isWhole, bool isFollowed);
     Contents take();
 
-    /// Ends the search; nothing is put in any more by a thread that looks first.
+    /// Ends the search; threads that put changes must check isCancelled() before.
     void cancel() { mIsCancelled = true; }
     bool isCancelled() const { return mIsCancelled; }
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenHandingOver{5};
 
-/// The attributes of a file for one evaluation: a predicate may ask for the type, which is costly, once for each type that it knows.
+/// A file's attributes for one evaluation. They are kept, because a predicate may ask several times for the content type, which takes long.
 class Attributes {
 public:
     explicit Attributes(const NSMetadataItem& item) : mItem(item) {}
@@ -58,7 +58,7 @@ NameMatcher::Answer IndexSearch::answerFor(const FileNames& names, FileNames::En
                             names.isFolder(entry)});
 }
 
-/// Of an entry that is there and, where names are ranked, has the term.
+/// Matches an entry that has not been removed and, when names are ranked, has the term.
 void IndexSearch::matchEntry(Part& part, FileNames::Entry entry, double relevance) {
     const NameMatcher::Answer answer = answerFor(part.tree->names(), entry);
     if (answer == NameMatcher::Answer::no)
@@ -77,7 +77,7 @@ bool IndexSearch::match(std::size_t most) {
         const FileNames::Entry end = part.next + count;
         most -= count;
         const auto take = [&](FileNames::Entry entry, double relevance) {
-            part.next = entry; // as far as all that was matched before
+            part.next = entry; // handOver() may run in matchEntry(): all entries before this one are matched
             matchEntry(part, entry, relevance);
             return !isCancelled();
         };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One search in indexed trees: how far each tree has been matched, and what has been found but not yet handed over. The index's thread.
+// One search in indexed trees: how far each tree has been matched, and which files have been found but not handed over. The index's thread.
 #pragma once
 
 #include "platform/search/index/FoundFiles.h"
@@ -14,19 +14,19 @@ namespace quoddle {
 
 class IndexSearch {
 public:
-    /// The trees must outlive it. `rankedTerm`: see NSMetadataQuery::setRankedTerm().
+    /// The trees must outlive the search. For `rankedTerm` see NSMetadataQuery::setRankedTerm().
     IndexSearch(NSPredicateRef predicate, const QString& rankedTerm, std::vector<const IndexedTree*> trees,
                 std::shared_ptr<FoundFiles> found);
 
     bool isCancelled() const { return mFound->isCancelled(); }
-    /// Matches some of the names that are new since it was last called, or all; true when there are more.
+    /// Matches some of the names that are new since the last call, or all of them; true when there are more.
     bool matchSome() { return match(kSome); }
     void matchAll() { match(SIZE_MAX); }
-    /// An entry of the tree is about to be removed.
+    /// Must be called before an entry of the tree is removed.
     void willRemove(const IndexedTree& tree, FileNames::Entry entry);
-    /// All entries of the tree have new numbers; matchAll() came before.
+    /// Called when all entries of the tree have got new numbers, after matchAll().
     void setAllMatched(const IndexedTree& tree);
-    /// Hands over what there is. `isIdle`: nothing more is coming at once.
+    /// Hands over the changes when it is time. `isIdle` says that no more changes will follow soon.
     void handOver(bool isIdle);
 
 private:
@@ -35,8 +35,8 @@ private:
     struct Part {
         const IndexedTree* tree;
         FileNames::Entry next = 0;
-        FileNames::Folder folder = FileNames::kRemoved; // of the last path that was made
-        QString folderPath;                             // of that folder, with "/" at its end
+        FileNames::Folder folder = FileNames::kRemoved; // the folder of the last path that was made
+        QString folderPath;                             // its path with "/" at the end
     };
     bool match(std::size_t most);
     void matchEntry(Part& part, FileNames::Entry entry, double relevance);
@@ -46,7 +46,7 @@ private:
 
     const NSPredicateRef mPredicate;
     const std::unique_ptr<NameMatcher> mMatcher;
-    const std::unique_ptr<NameRanking> mRanking; // null: every name is matched
+    const std::unique_ptr<NameRanking> mRanking; // null when every name is matched
     std::vector<Part> mParts;
     const std::shared_ptr<FoundFiles> mFound;
 

@@ -33,7 +33,7 @@ private:
     const Answer mAnswer;
 };
 
-/// NOT, AND, OR: of the parts as much is asked as decides.
+/// NOT, AND, OR. Only as many parts are asked as decide the answer.
 class Compound final : public NameMatcher {
 public:
     explicit Compound(const NSCompoundPredicate& predicate) : mType(predicate.compoundPredicateType()) {
@@ -62,7 +62,7 @@ private:
     std::vector<std::unique_ptr<NameMatcher>> mParts;
 };
 
-/// A comparison that concerns nothing but the name.
+/// A comparison that depends only on the name.
 class OfName : public NameMatcher {
 public:
     explicit OfName(NSPredicateRef predicate) : mPredicate(std::move(predicate)) {}
@@ -74,9 +74,9 @@ private:
     const NSPredicateRef mPredicate;
 };
 
-/// Part of each name that matches the pattern; empty when the pattern splits the only character that could tell.
+/// A text that each matching reduced name contains; empty when the pattern has nothing but half a surrogate pair.
 std::string literalOf(const LikePattern& pattern) {
-    constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // for half a character
+    constexpr std::string_view kReplacement = "\xEF\xBF\xBD"; // stands for half a surrogate pair
     const std::string literal = utf8FromUTF16(pattern.longestLiteral());
     return literal.find(kReplacement) == std::string::npos ? literal : std::string();
 }
@@ -103,7 +103,7 @@ private:
     const LikePattern mPattern;
     const LetterSet mLetters;
     const bool mComparesReduced;
-    const std::string mLiteral; // of the reduced pattern
+    const std::string mLiteral; // part of the reduced pattern
 };
 
 class NameEndsWith final : public NameMatcher {
@@ -115,7 +115,7 @@ private:
     const std::string mEnd;
 };
 
-/// Whether the type is that of a plain folder, which no file has.
+/// Whether the type is "public.folder", which only a folder can have.
 class IsPlainFolder final : public NameMatcher {
 public:
     explicit IsPlainFolder(bool wanted) : mWanted(wanted) {}

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// A predicate made ready to be asked of very many names.
+// A predicate compiled for matching very many names.
 //
-// Decision: what can be told from the name alone is told from its bytes; the answer is "unknown" only when it depends on more, and then the
-// predicate itself is asked of the file. So the kind of a file, which may have to be read for it, is found out only for names that fit.
+// Decision: all that the name alone decides is decided from its bytes. The answer is "unknown" only when it depends on more; the predicate
+// itself is then evaluated for the file. So the content type, for which a file may have to be read, is found out only for names that match.
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"
@@ -19,10 +19,10 @@ public:
     enum class Answer : std::uint8_t { no, yes, unknown };
     struct Name {
         std::string_view bytes;   // UTF-8
-        std::string_view reduced; // what NameReducer makes of it; the same when it is ASCII
+        std::string_view reduced; // the name as reduced by NameReducer; the name itself when it is ASCII
         LetterSet letters;        // see FileNames::letters()
         bool isASCII;
-        bool isPlain; // the reduced name
+        bool isPlain; // whether the reduced name is plain
         bool isFolder;
     };
 
@@ -30,7 +30,7 @@ public:
     /// Any thread.
     virtual Answer match(const Name& name) const = 0;
 
-    /// Null: everything matches. The matcher keeps what it needs of the predicate.
+    /// Null matches everything. The matcher keeps what it needs of the predicate.
     static std::unique_ptr<NameMatcher> compile(const NSPredicateRef& predicate);
 };
 

@@ -19,7 +19,7 @@ std::unique_ptr<NameRanking> NameRanking::make(std::u16string_view term) {
     return std::unique_ptr<NameRanking>(plain ? new NameRanking(*std::move(plain), term.size()) : nullptr);
 }
 
-/// Nothing for a name that is no usable match.
+/// nullopt for a name that is no usable match.
 std::optional<double> NameRanking::relevanceOf(std::string_view name, bool isASCII) {
     const std::optional<std::string_view> plain = mName.ofPlain(name, isASCII);
     if (!plain)
@@ -35,7 +35,7 @@ void NameRanking::forEachUsable(const FileNames& names, FileNames::Entry from, F
     const LetterSet wanted = mTerm.letters();
     std::array<FileNames::Entry, kAtATime> possible;
     while (from < to) {
-        // The names that have the letters lie far apart: they are on their way to the processor while the next ones are looked for.
+        // Names with the letters lie far apart in memory, so they are prefetched while further ones are looked for.
         std::size_t count = 0;
         for (const FileNames::Entry end = from + std::min<FileNames::Entry>(kAtATime, to - from); from < end; ++from) {
             if (!hasLetters(letters[from], wanted))

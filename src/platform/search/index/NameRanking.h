@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// One search term in the names of an index: which have it well enough to be shown, and how good each is.
+// Ranks the names of an index by one search term: which match it well enough to be shown, and how well.
 //
-// Decision: whatever takes more than a plain term and a plain name is left to those who show the hits. It knows no files, only names.
+// Decision: anything but a plain term and a plain name is left to the observers of the search. The class knows only names, not files.
 #pragma once
 
 #include "platform/search/index/FileNames.h"
@@ -13,16 +13,16 @@
 
 namespace quoddle {
 
-/// One thread at a time.
+/// Used on one thread at a time.
 class NameRanking {
 public:
-    /// `relevance`: see matchRelevance(); 0 when this name has to be judged by those who show it. False ends the search.
+    /// `relevance` is matchRelevance(), or 0 when the observers must rank this name. False ends the search.
     using Call = std::function<bool(FileNames::Entry entry, double relevance)>;
 
     /// Null for a term that is not plain.
     static std::unique_ptr<NameRanking> make(std::u16string_view term);
 
-    /// Calls with those of the entries `from` up to, not including, `to` whose names may be usable matches, in their order.
+    /// Calls with the entries from `from` up to, not including, `to` whose names may be usable matches, in ascending order.
     void forEachUsable(const FileNames& names, FileNames::Entry from, FileNames::Entry to, const Call& call);
 
 private:
@@ -30,9 +30,9 @@ private:
     std::optional<double> relevanceOf(std::string_view name, bool isASCII);
 
     const PlainTerm mTerm;
-    const std::size_t mLength; // of the term, UTF-16 units
+    const std::size_t mLength; // of the term, in UTF-16 units
     PlainName mName;
-    NameRanges mRanges; // of the last name
+    NameRanges mRanges; // kept as a buffer for the next name
 };
 
 } // namespace quoddle

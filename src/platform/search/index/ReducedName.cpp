@@ -24,7 +24,7 @@ std::string folded(UChar32 character) {
     return utf8FromUTF16(reduceText({units, static_cast<std::size_t>(count)}, kConsidering).units);
 }
 
-/// The ASCII character of the same sort and case, or 0.
+/// The ASCII character for a character whose reduced form is one; 0 when there is none of the same class and case.
 char plainFor(UChar32 character, std::string_view reduced) {
     if (reduced.size() != 1)
         return 0;
@@ -72,7 +72,7 @@ const NameReducer::Reduced& NameReducer::reduce(std::string_view name) {
         if (known.plain)
             mPlain += known.plain;
     }
-    // Every character of the name but those that continue one begins with one of these bytes.
+    // The byte begins a character, rather than continuing one.
     const auto begins = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
     mReduced.isPlain = mPlain.size() == static_cast<std::size_t>(std::count_if(name.begin(), name.end(), begins));
     if (mReduced.isPlain)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A name without its accents, as it is compared when case and accents are ignored.
+// Reduces names to the form in which they are compared when case and accents are ignored.
 //
-// Decision: what becomes of a character is asked once and kept in a table, a block of characters at a time, so that a name costs next to
-// nothing. A name that comes to ASCII character by character keeps its case: all that a comparison by words looks at is in it. One thread.
+// Decision: the reduced form of a character is computed once and kept in a table, a block of characters at a time, so that a name takes
+// almost no time. A name that reduces to one ASCII character for each of its own keeps its case, because comparisons by words need it. One
+// thread.
 #pragma once
 
 #include <array>
@@ -17,18 +18,19 @@ class NameReducer {
 public:
     struct Reduced {
         std::string text; // UTF-8
-        bool isPlain;     // true: ASCII, one character for each of the name, of the same sort and case. False: in small letters
+        // ASCII, with one character for each of the name's, of the same class and case; otherwise the text is in lower case
+        bool isPlain;
     };
-    /// Of valid UTF-8. The result is good until the next call.
+    /// `name` is valid UTF-8. The result is valid until the next call.
     const Reduced& reduce(std::string_view name);
 
 private:
-    static constexpr std::size_t kBlockSize = 256, kBlockCount = 256; // what lies beyond is reduced each time
+    static constexpr std::size_t kBlockSize = 256, kBlockCount = 256; // characters beyond the table are reduced each time
 
     struct Character {
-        std::array<char, 3> folded; // UTF-8, filled with zeros; nothing for an accent
-        char plain;                 // 0: has none
-        bool isLonger;              // than what has room in `folded`
+        std::array<char, 3> folded; // UTF-8, padded with zeros; empty for an accent
+        char plain;                 // 0 when the character has no plain form
+        bool isLonger;              // the reduced form does not fit `folded`
     };
     using Block = std::array<Character, kBlockSize>;
     const Character& characterFor(char16_t unit);

@@ -19,7 +19,7 @@ struct Attempt {
     std::uint64_t maxGap = 0;
 };
 
-/// Takes the terms one after the other, each behind the one before, from `start` on.
+/// Looks for the terms in order, each behind the one before, from `start` on.
 Attempt attemptFrom(std::uint64_t start, const std::vector<std::u16string>& terms, std::u16string_view name, TextSearch& search) {
     Attempt attempt;
     NameRange previous{kNowhere, 0};

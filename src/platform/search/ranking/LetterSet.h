@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which letters and digits are in a name: most names lack one that a term has, and are passed over by looking at one number.
+// The set of letters and digits in a name. Most names lack a letter of the term, so comparing two numbers excludes them.
 #pragma once
 
 #include <array>
@@ -8,14 +8,14 @@
 
 namespace quoddle {
 
-/// A bit for each letter of ASCII, upper and lower case being the same, and for each two digits that follow each other.
+/// One bit for each ASCII letter, whatever its case, and one for each pair of digits 0 and 1, 2 and 3, and so on.
 using LetterSet = std::uint32_t;
 
-/// Instead of the letters of a name that is not plain: see isPlainName(). No term has this bit, which is set there along with all others.
+/// Marks a name that is not plain (isPlainName()). Such a name has all bits set, so no term excludes it; no term has this bit.
 constexpr LetterSet kNotPlainBit = LetterSet(1) << 31;
 constexpr LetterSet kNotPlain = ~LetterSet(0);
 
-/// Of a name in which everything that counts as a letter of ASCII is one. Other bytes count for nothing.
+/// For names and terms in which only ASCII letters can match ASCII letters. Other bytes are ignored.
 constexpr LetterSet lettersOf(std::string_view name) {
     constexpr auto kSets = [] {
         std::array<LetterSet, 256> sets{};

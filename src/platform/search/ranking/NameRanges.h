@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Where the terms of a search occur in a file's name. Several terms are looked for as they stand, in their order, as close together as
-// possible; a single term may be spread over the name, its first two characters together.
-// All places and lengths count UTF-16 units.
+// The places where the terms of a search occur in a file's name. Several terms must occur literally, in order, and as close together as
+// possible; a single term may be spread over the name except for its first two characters. Places and lengths count UTF-16 units.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +22,7 @@ struct NameRange {
 };
 using NameRanges = std::vector<NameRange>;
 
-/// A piece that goes on where the last one ended belongs to it.
+/// Adds a piece; one that directly follows the last piece is joined with it.
 inline void appendPiece(NameRanges& ranges, std::uint64_t location, std::uint64_t length) {
     if (!ranges.empty() && ranges.back().location + ranges.back().length == location)
         ranges.back().length += length;
@@ -31,20 +30,19 @@ inline void appendPiece(NameRanges& ranges, std::uint64_t location, std::uint64_
         ranges.push_back({location, length});
 }
 
-/// A term cut at the last dot of its last path component. A term that is a dot and an extension has all of it in `base`.
+/// A term split at the last dot of its last path component. A term that is only a dot and an extension stays whole in `base`.
 struct TermParts {
     std::u16string_view base;
     std::u16string_view extension; // without its dot
 };
 TermParts splitTerm(std::u16string_view term);
-/// The parts of a term that may be spread: one that is a dot and an extension has no base.
+/// The parts of a term that may be spread. A term that is only a dot and an extension has an empty base.
 TermParts partsOfSpreadTerm(std::u16string_view term);
 
-/// At least one term, none of them empty; upper and lower case are the same. Nothing when the name is empty or not even the first term that
-/// occurs was found in the first attempt.
+/// `terms` has at least one term and no empty one; case is ignored. nullopt when the name is empty or none of the terms occurs in it.
 ///
-/// Kept on purpose: a term that is missing after one that was found counts as the widest gap there is, one that is found at the very end of
-/// the name counts as no gap and ends the attempt, and of equally good attempts the last is taken. The order of hits rests on all three.
+/// QUIRK: a term that is missing behind one that was found counts as the widest gap, a term that is found at the very end of the name
+/// counts as no gap and ends the attempt, and of equally good attempts the last is taken; the order of hits relies on all three.
 std::optional<NameRanges> contiguousRanges(const std::vector<std::u16string>& terms, std::u16string_view name);
 
 } // namespace quoddle

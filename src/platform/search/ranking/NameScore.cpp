@@ -36,7 +36,7 @@ double matchRelevance(const NameRanges& ranges, TermCounts terms, std::size_t na
     if (minGap < kNoGap)
         minFactor = minGap > 0 ? 1 / minGap : 1;
     else if (ranges.size() < terms.count)
-        minFactor = std::numeric_limits<double>::min(); // below every other hit, but not nothing
+        minFactor = std::numeric_limits<double>::min(); // below all other hits, but above 0
     const double maxFactor = maxGap > 0 ? 1 / maxGap : 1;
     return base * maxFactor * minFactor;
 }

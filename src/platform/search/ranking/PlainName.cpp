@@ -10,13 +10,14 @@ namespace quoddle {
 
 namespace {
 
-/// A comparison of two gives all bits of a byte, or none.
+/// A vector of 16 bytes. Comparing two gives 0xFF in each byte that matches and 0 in the others.
 using Bytes [[gnu::vector_size(16)]] = unsigned char;
 
-constexpr char kForeign = '\x80'; // in the place of a unit that is not ASCII
+constexpr char kForeign = '\x80'; // stands for a unit that is not ASCII
 
-/// The characters that are not ASCII but count as some, or several, when upper and lower case are the same: sharp s as "ss", the Kelvin
-/// sign as "k", ligatures. Source: CaseFolding.txt of the Unicode character database, kinds C and F. With them the ends of lines.
+/// Characters beyond ASCII that match one or several ASCII characters when case is ignored: sharp s as "ss", the Kelvin sign as "k",
+/// ligatures. Source: CaseFolding.txt of the Unicode character database, kinds C and F. The line separators are included, because "." does
+/// not match them.
 constexpr std::u16string_view kSpecial = u"\u0085\u00DF\u0130\u0149\u017F\u01F0\u1E96\u1E97\u1E98\u1E99\u1E9A\u1E9E\u2028\u2029\u212A"
                                          u"\uFB00\uFB01\uFB02\uFB03\uFB04\uFB05\uFB06";
 
@@ -24,7 +25,7 @@ bool isPlainUnit(char16_t unit) {
     return unit < 0x7F ? unit >= u' ' : unit != 0x7F && !std::binary_search(kSpecial.begin(), kSpecial.end(), unit);
 }
 
-/// The ASCII name in small letters, sixteen at a time where there are as many, the last ones twice where it does not come out even.
+/// Converts an ASCII name to lower case, sixteen characters at a time. The last sixteen may overlap those before.
 void putInSmallLetters(std::string_view name, char* small) {
     if (name.size() < sizeof(Bytes)) {
         std::transform(name.begin(), name.end(), small, [](char c) { return static_cast<char>(foldedASCII(static_cast<char16_t>(c))); });
@@ -50,7 +51,7 @@ bool isPlainName(std::string_view name) {
             unit = static_cast<char16_t>((byte & 0x0F) << 12 | (name[i + 1] & 0x3F) << 6 | (name[i + 2] & 0x3F));
         else if (byte >= 0xC0 && byte < 0xE0 && i + 1 < name.size())
             unit = static_cast<char16_t>((byte & 0x1F) << 6 | (name[i + 1] & 0x3F));
-        else if (byte >= 0x80) // the rest of a character, or one of which none is special
+        else if (byte >= 0x80) // a continuation, or a character of four bytes, none of which is special
             continue;
         if (!isPlainUnit(unit))
             return false;
@@ -75,9 +76,9 @@ std::optional<std::string_view> PlainName::ofPlain(std::string_view name, bool i
         const auto byte = static_cast<unsigned char>(c);
         if (byte < 0x80) {
             *end++ = static_cast<char>(foldedASCII(byte));
-        } else if (byte >= 0xC0) { // a character begins
+        } else if (byte >= 0xC0) { // the first byte of a character
             *end++ = kForeign;
-            if (byte >= 0xF0) // two units
+            if (byte >= 0xF0) // the character has two UTF-16 units
                 *end++ = kForeign;
         }
     }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A file's name as terms without expression signs are looked for in it: one byte for each UTF-16 unit, ASCII in small letters, and one sign
-// for whatever else there is.
+// A file's name in the form in which plain terms are looked for: one byte for each UTF-16 unit, ASCII in lower case, and one sign for all
+// other units.
 //
-// Decision: most names hold nothing that an expression could take for ASCII letters, or that "." does not stand for. They are called plain,
-// and only the others need the expression.
+// Decision: most names have no character that an expression could match with ASCII letters although it is none, or that "." does not match.
+// Such names are called plain; only the others need the expression.
 #pragma once
 
 #include <optional>
@@ -14,15 +14,15 @@ namespace quoddle {
 /// Whether the name (valid UTF-8) is plain.
 bool isPlainName(std::string_view name);
 
-/// One after the other: what is made of a name holds until the next one. One thread at a time.
+/// Converts one name after the other; a result is valid until the next call. One thread at a time.
 class PlainName {
 public:
-    /// So many zeros stand behind what is made of a name, so that all of it can be looked at in large pieces.
+    /// The number of zero bytes behind a result, so that it can be read in large pieces to its end.
     static constexpr std::size_t kPadding = 32;
 
-    /// Nothing when the name is longer than any file's.
+    /// Converts a plain name in UTF-8. nullopt when it is longer than any file's name.
     std::optional<std::string_view> ofPlain(std::string_view name, bool isASCII);
-    /// Nothing when it is longer than any file's, or is not plain.
+    /// nullopt when the name is longer than any file's name or not plain.
     std::optional<std::string_view> of(std::u16string_view name);
 
 private:

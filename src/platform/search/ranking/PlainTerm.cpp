@@ -14,10 +14,10 @@ namespace {
 
 constexpr auto kNone = std::string_view::npos;
 
-/// A comparison of two gives all bits of a byte, or none.
+/// A vector of 16 bytes. Comparing two gives 0xFF in each byte that matches and 0 in the others.
 using Bytes [[gnu::vector_size(16)]] = unsigned char;
 
-/// The place in memory of the first byte that is not zero; one is not.
+/// The place in memory of the first byte that is not zero. At least one must be.
 std::size_t firstByte(std::uint64_t bytes) {
     return static_cast<std::size_t>(std::endian::native == std::endian::little ? std::countr_zero(bytes) : std::countl_zero(bytes)) / 8;
 }
@@ -45,7 +45,7 @@ std::optional<PlainTerm> PlainTerm::make(std::u16string_view term) {
 PlainTerm::PlainTerm(std::string base, std::string suffix)
     : mBase(std::move(base)), mSuffix(std::move(suffix)), mLetters(lettersOf(mBase) | lettersOf(mSuffix)) {}
 
-/// The first place at or behind `from` where the first two characters of the term are, sixteen places at a time.
+/// The first place at or behind `from` with the first two characters of the term; compares sixteen places at a time.
 std::size_t PlainTerm::findHead(std::string_view name, std::size_t from) const {
     static_assert(PlainName::kPadding > sizeof(Bytes));
     for (; from < name.size(); from += sizeof(Bytes)) {
@@ -70,7 +70,7 @@ bool PlainTerm::findSuffix(std::string_view name, std::size_t from, NameRanges& 
     return at != kNone;
 }
 
-/// The whole term, at the last place that has the suffix behind it. `at`: of the first head.
+/// The last place of the whole term that has the suffix somewhere behind it. `at` is the place of the first head.
 std::size_t PlainTerm::findWhole(std::string_view name, std::size_t at) const {
     std::size_t end = name.size();
     if (!mSuffix.empty() && (end = name.rfind(mSuffix)) == kNone)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A single search term without signs of expressions, looked for in plain names without the expression that it stands for; the outcome is
-// the same (see SpreadTerm).
+// A single search term without characters that have a meaning in expressions. Finds it in plain names without the term's expression and
+// with the same result (see SpreadTerm).
 #pragma once
 
 #include "platform/search/ranking/LetterSet.h"
@@ -10,14 +10,14 @@ namespace quoddle {
 
 class PlainTerm {
 public:
-    static constexpr std::size_t kHead = 2; // characters at the beginning of a term that stay together
+    static constexpr std::size_t kHead = 2; // the number of first characters of a term that must stay together
 
-    /// Nothing for a term that is not plain.
+    /// nullopt for a term that is not plain.
     static std::optional<PlainTerm> make(std::u16string_view term);
 
-    /// Every plain name that has the term has these.
+    /// The letters that every plain name with the term has.
     LetterSet letters() const { return mLetters; }
-    /// Puts the places of the term in a name, as PlainName makes it, into `ranges`, whose old content is gone. False when there are none.
+    /// Replaces the contents of `ranges` by the term's places in a name made by PlainName. False when the term does not occur.
     bool findRanges(std::string_view name, NameRanges& ranges) const;
 
 private:
@@ -26,7 +26,7 @@ private:
     std::size_t findWhole(std::string_view name, std::size_t at) const;
     bool findSuffix(std::string_view name, std::size_t from, NameRanges& ranges) const;
 
-    std::string mBase, mSuffix; // in small letters; the suffix with its dot
+    std::string mBase, mSuffix; // in lower case; the suffix includes its dot
     LetterSet mLetters;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The order of hits: the more relevant first, equally relevant ones by their names, unit by unit.
+// The order of hits: by relevance, the highest first, then by name, unit by unit.
 //
-// Decision: a hit is sorted by numbers into which first the relevance and then the next units of its name are packed; the names are looked
-// at only as far as hits are the same.
+// Decision: hits are sorted by numbers, into which first the relevance and then the next units of the name are packed; names are read only
+// as far as hits are equal.
 #pragma once
 
 #include <algorithm>
@@ -17,28 +17,28 @@
 
 namespace quoddle {
 
-/// A number that is less for a higher relevance. One that is no number comes last.
+/// A number that is smaller for a higher relevance. NaN comes last.
 inline std::uint64_t rankNumber(double relevance) {
     constexpr std::uint64_t kSign = std::uint64_t(1) << 63;
     if (std::isnan(relevance))
         return std::numeric_limits<std::uint64_t>::max();
-    const auto bits = std::bit_cast<std::uint64_t>(relevance + 0.0); // zero has one sign
+    const auto bits = std::bit_cast<std::uint64_t>(relevance + 0.0); // turns -0 into +0
     return bits & kSign ? bits : ~(bits | kSign);
 }
 
-/// One of the hits that are put into their order.
+/// A hit to be sorted.
 template<class Unit>
 class Ranked {
 public:
     using Name = std::basic_string_view<Unit>;
 
     Ranked() = default;
-    /// `name` must outlive it. `hit`: its number, wherever it stands.
+    /// `name` must outlive the object. `hit` is a number of the caller's choice.
     Ranked(double relevance, Name name, std::uint32_t hit)
         : rank(rankNumber(relevance)), number(hit), mLength(static_cast<std::uint32_t>(name.size())), mName(name.data()) {}
     Name name() const { return {mName, mLength}; }
 
-    std::uint64_t rank = 0; // sorting leaves something else in it
+    std::uint64_t rank = 0; // replaced by other numbers during sorting
     std::uint32_t number = 0;
 
 private:
@@ -46,7 +46,7 @@ private:
     const Unit* mName = nullptr;
 };
 
-/// Whether a hit stands before another one in the order that RankSort makes.
+/// Whether one hit comes before another in the order that RankSort makes.
 template<class Unit>
 bool comesBefore(const Ranked<Unit>& a, const Ranked<Unit>& b) {
     if (a.rank != b.rank)
@@ -55,7 +55,7 @@ bool comesBefore(const Ranked<Unit>& a, const Ranked<Unit>& b) {
     return order != 0 ? order < 0 : a.number < b.number;
 }
 
-/// Puts hits into their order. Those of the same relevance and name come in the order of their numbers, which is theirs before.
+/// Sorts hits. Hits of the same relevance and name are sorted by their numbers, which must be in ascending order before.
 template<class Unit>
 class RankSort {
 public:
@@ -67,11 +67,11 @@ public:
     }
 
 private:
-    static constexpr std::size_t kFew = 24; // are sorted by comparing them
+    static constexpr std::size_t kFew = 24; // so few hits are sorted by comparing them
     static constexpr int kDigitBits = 8;
     static constexpr std::size_t kUnits = sizeof(std::uint64_t) / sizeof(Unit);
 
-    /// Of hits whose numbers are in order, each two or more that have the same number.
+    /// Calls for each run of two or more hits with the same number; the hits must be in the order of their numbers.
     template<class Call>
     static void forEachRun(Hits hits, Call call) {
         for (std::size_t begin = 0, end; begin < hits.size(); begin = end) {
@@ -82,10 +82,10 @@ private:
         }
     }
 
-    /// `place`: so many units are the same in all names.
+    /// Sorts hits whose names are the same in the first `place` units.
     void sortByName(Hits hits, std::size_t place) {
         if (hits.size() <= kFew) {
-            std::sort(hits.begin(), hits.end(), &comesBefore<Unit>); // their ranks are the same
+            std::sort(hits.begin(), hits.end(), &comesBefore<Unit>); // compares the names only, because the ranks are equal
             return;
         }
         bool isMore = false;
@@ -100,7 +100,7 @@ private:
         forEachRun(hits, [this, place](Hits run) { sortByName(run, place + kUnits); });
     }
 
-    /// Units of the name from a place on, zeros behind its end: the order of the numbers is that of the units.
+    /// Packs the units of the name from `place` on into a number, with zeros behind the end. The numbers have the same order as the units.
     static std::uint64_t packedUnits(std::basic_string_view<Unit> name, std::size_t place) {
         std::uint64_t packed = 0;
         for (std::size_t i = place; i < place + kUnits; ++i)
@@ -108,7 +108,7 @@ private:
         return packed;
     }
 
-    /// Digit by digit, from the highest one that is not the same in all.
+    /// A radix sort, from the highest digit in which the numbers differ.
     void sortByNumber(Hits hits) {
         if (hits.size() <= kFew) {
             std::sort(hits.begin(), hits.end(),
@@ -122,7 +122,8 @@ private:
             return;
         const int shift = std::max(static_cast<int>(std::bit_width(differing)) - kDigitBits, 0);
         const auto digitOf = [shift](const auto& hit) { return hit.rank >> shift & ((1 << kDigitBits) - 1); };
-        std::array<std::uint32_t, (1 << kDigitBits) + 1> ends{}; // of the hits with each digit; those before them first
+        // first the number of hits with a smaller digit, then the end of each digit's hits
+        std::array<std::uint32_t, (1 << kDigitBits) + 1> ends{};
         for (const auto& hit : hits)
             ++ends[digitOf(hit) + 1];
         for (std::size_t digit = 1; digit < ends.size(); ++digit)

@@ -8,11 +8,11 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::int32_t kTimeLimit = 10; // steps of the expression's engine, each about a millisecond
+constexpr std::int32_t kTimeLimit = 10; // in steps of the expression engine, about a millisecond each
 constexpr int kMostTimeouts = 5;
-constexpr std::size_t kLongestTerm = 1000; // of a longer one the expression would be larger than any name is worth
+constexpr std::size_t kLongestTerm = 1000; // the expression of a longer term would be too large for its use
 
-/// Composed character sequences.
+/// The composed character sequences of the text.
 std::vector<std::u16string_view> charactersOf(std::u16string_view text) {
     std::vector<std::u16string_view> characters;
     UErrorCode status = U_ZERO_ERROR;

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// A single search term, which may be spread over a name, ready to be looked for in many names.
+// A single search term that may be spread over a name, prepared for many names.
 //
-// Kept on purpose: signs that mean something in regular expressions keep their meaning, and a term that is no expression is found nowhere.
+// QUIRK: characters that have a meaning in regular expressions keep it, and a term that is no valid expression is found nowhere; users who
+// search with expressions rely on the first.
 //
-// Decision: the term is compiled as the expression that it stands for; a plain term is looked for in plain names without it (PlainTerm),
-// with the same outcome. An expression that takes too long for a name finds nothing in it, and after several such names nothing at all.
+// Decision: the term is compiled to an expression. Plain terms are found in plain names without it (PlainTerm), with the same result. An
+// expression that takes too long for a name finds nothing in it, and after several such names it finds nothing at all.
 #pragma once
 
 #include "platform/search/ranking/PlainName.h"
@@ -17,7 +18,7 @@ struct URegularExpression;
 
 namespace quoddle {
 
-/// One thread at a time.
+/// Used on one thread at a time.
 class SpreadTerm {
 public:
     explicit SpreadTerm(std::u16string_view term);
@@ -25,19 +26,19 @@ public:
     SpreadTerm(const SpreadTerm&) = delete;
     SpreadTerm& operator=(const SpreadTerm&) = delete;
 
-    /// Empty when the term does not occur.
+    /// The places of the term; empty when it does not occur.
     NameRanges rangesIn(std::u16string_view name);
-    /// The same without the way for plain terms; for those who compare the two.
+    /// The same, always by the expression; used to check the way for plain terms.
     NameRanges rangesByExpression(std::u16string_view name);
 
-    /// The expression: "(re).*?(p).*?(o)" and so on.
+    /// The term's expression, such as "(re).*?(p).*?(o)".
     static std::u16string expressionFor(std::u16string_view term);
 
 private:
     struct Close {
         void operator()(URegularExpression* expression) const;
     };
-    std::unique_ptr<URegularExpression, Close> mExpression; // made when first needed
+    std::unique_ptr<URegularExpression, Close> mExpression; // compiled at the first use
     const std::u16string mTerm;
     const std::optional<PlainTerm> mPlain;
     PlainName mName;
