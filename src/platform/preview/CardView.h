@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The information card: the icon and the facts of a file, and why there is no more to be seen of it where something went wrong.
-// Main thread only.
+// The information card: the icon and the facts of a file and, after an error, the reason why nothing more is shown. Main thread only.
 #pragma once
 
 #include "platform/appkit/filepanel/FileIcons.h"
@@ -18,7 +17,7 @@ class CardView : public QWidget {
     Q_OBJECT
 public:
     explicit CardView(QWidget* parent = nullptr);
-    /// An empty path shows nothing but the notice.
+    /// An empty path in `facts` shows only the notice.
     void setFacts(const FileFacts& facts, const QString& notice);
 
 protected:

@@ -12,24 +12,24 @@ namespace quoddle {
 
 struct FileFacts {
     QString path;
-    QString name; // as file managers show it
-    QString kind; // in words; empty for what is not there
-    QString type; // a uniform type identifier, that of a link's target
+    QString name; // the name that file managers show
+    QString kind; // in words; empty when there is no such file
+    QString type; // the uniform type identifier, for a link that of its target
     bool isDirectory = false;
     bool isPackage = false;
-    qint64 size = -1;      // bytes; -1 for folders
-    qint64 itemCount = -1; // of a folder, hidden ones left out; -1 for files, and when the folder cannot be read
+    qint64 size = -1;      // in bytes; -1 for folders
+    qint64 itemCount = -1; // items in a folder that are not hidden; -1 for files and for folders that cannot be read
     bool hasMoreItems = false;
-    QDateTime created; // invalid where the file system does not know
+    QDateTime created; // invalid when the file system does not store it
     QDateTime modified;
-    QString opener; // the program that the desktop opens it with, as menus name it; empty when there is none
+    QString opener; // the name of the program with which the desktop opens the file; empty when there is none
 
     bool exists() const { return !kind.isEmpty(); }
-    /// Kind, size or number of items, dates: what is known of them, each a line in the user's own format.
+    /// The known facts among kind, size or number of items, and dates, one per line in the user's formats.
     QStringList lines() const;
 };
 
-/// A folder that is too large, or a cancellation, ends the counting.
+/// The items of a folder that is too large are not counted to the end; a cancellation also ends the counting.
 FileFacts factsOfFile(const QString& path, const std::atomic<bool>& isCancelled);
 
 } // namespace quoddle

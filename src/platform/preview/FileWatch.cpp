@@ -13,14 +13,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kPause = 300; // milliseconds from the first sign of a change to the look
+constexpr int kPause = 300; // milliseconds from the first event of a change to the check; collects further events
 
-/// The files that a preview of the path is made from: the path itself, and the text of a rich text folder.
+/// The files on which a preview of the path depends: the path itself, and the text of a rich text folder.
 std::array<QString, 2> partsOf(const QString& path) {
     return {path, path + u"/TXT.rtf"_s};
 }
 
-/// All zero for what is not there.
+/// What changes when a file changes. All zero when there is no file.
 struct Identity {
     dev_t device = 0;
     ino_t number = 0;
@@ -79,7 +79,7 @@ void FileWatch::watch(const QString& path) {
     addWatches();
 }
 
-/// A file that was replaced has lost its watch; the one in its place is noticed by that of the folder.
+/// Adds the missing watches. A file loses its watch when it is replaced; the folder's watch reports the new file.
 void FileWatch::addWatches() {
     const QStringList watched = mWatcher->files() + mWatcher->directories();
     QStringList wanted{QFileInfo(mPath).path()};

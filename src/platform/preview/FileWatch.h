@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Notices that a file, or a folder that is shown as one thing, has become another: written, replaced, removed or come back.
-// One decision: the system's watches only say when to look. What counts is whether the file is what it was, looked at a few times a second
-// at most, so that one that is written all the time keeps nobody busy.
+// Reports that a file, or a folder that is shown as one thing, has changed: written, replaced, removed or made again.
+// Decision: the system's watches only start a check, which compares the file with what it was. There are only a few checks a second, so
+// that a file that is written all the time costs little.
 // Main thread only.
 #pragma once
 
@@ -18,7 +18,7 @@ public:
     explicit FileWatch(QObject* parent = nullptr);
     ~FileWatch() override;
 
-    /// From now on, and in place of the one before; empty: none. The same path again goes on.
+    /// Watches this path instead of the one before; an empty path ends watching. Nothing changes when the path is the same.
     void watch(const QString& path);
 
 Q_SIGNALS:

@@ -48,7 +48,7 @@ void PanelZoom::cancel() {
 }
 
 void PanelZoom::ended() {
-    const std::unique_ptr<QLabel> ghost = std::move(mGhost); // there until what follows is on the screen
+    const std::unique_ptr<QLabel> ghost = std::move(mGhost); // kept until `done` has shown what follows
     if (const auto done = std::exchange(mDone, {}))
         done();
 }

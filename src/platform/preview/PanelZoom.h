@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A picture of the panel that grows out of a row, or shrinks back into it.
-// One decision: what moves is a picture in a window without a frame; the panel itself is only shown or hidden, so no window manager is
-// asked to follow. Main thread only.
+// The animation of the panel's picture that grows from a row, or shrinks back into it.
+// Decision: only a picture in a frameless window moves. The panel itself is just shown or hidden, so that no window manager has to animate
+// it. Main thread only.
 #pragma once
 
 #include <functional>
@@ -17,9 +17,9 @@ class PanelZoom : public QObject {
 public:
     explicit PanelZoom(QObject* parent = nullptr);
 
-    /// Whether the user wants animations and windows can be put where they are wanted.
+    /// Whether the user wants animations and the desktop lets programs place their windows.
     static bool isPossible();
-    /// In the place of the one before. `done` is called at the end, unless that is a cancellation; it may be empty.
+    /// Replaces a running animation. `done` (may be empty) is called at the end, but not after cancel().
     void run(const QPixmap& picture, const QRect& from, const QRect& to, std::function<void()> done);
     void cancel();
     bool isRunning() const { return mMove.state() == QAbstractAnimation::Running; }

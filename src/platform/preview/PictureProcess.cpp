@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kTimeLimit = 10'000;               // milliseconds
-constexpr qint64 kMostPixels = qint64{32} << 20; // of all pictures of a file together
+constexpr qint64 kMostPixels = qint64{32} << 20; // of all pictures of one file together
 
 } // namespace
 
@@ -27,7 +27,7 @@ PictureProcess::PictureProcess(const QString& path, Source source, QSize largest
         const QPointer<PictureProcess> self(this);
         readPictures();
         if (self)
-            finish(PictureStream::End::unreadable); // where no end was told
+            finish(PictureStream::End::unreadable); // without effect when the process has sent an end
     });
     connect(
         mProcess, &QProcess::errorOccurred, this,
@@ -35,7 +35,7 @@ PictureProcess::PictureProcess(const QString& path, Source source, QSize largest
             if (error == QProcess::FailedToStart)
                 finish(PictureStream::End::unreadable);
         },
-        Qt::QueuedConnection); // it may be told before start() returns, when nobody listens yet
+        Qt::QueuedConnection); // the error may be emitted inside start(), before anybody is connected to ended()
     mProcess->start(QCoreApplication::applicationDirPath() + u"/quoddle-preview"_s,
                     {source == Source::Pages ? u"pages"_s : u"picture"_s, QString::number(largest.width()),
                      QString::number(largest.height()), QString::number(kMostPages), path});
@@ -47,13 +47,13 @@ PictureProcess::~PictureProcess() {
         delete mProcess;
         return;
     }
-    connect(mProcess, &QProcess::finished, mProcess, &QObject::deleteLater); // deleted earlier, it would wait for the end
+    connect(mProcess, &QProcess::finished, mProcess, &QObject::deleteLater); // deleting a running QProcess would wait for its end
     mProcess->kill();
 }
 
 void PictureProcess::readPictures() {
     mStream.feed(mProcess->readAllStandardOutput());
-    const QPointer<PictureProcess> self(this); // those who are told may want no more of it
+    const QPointer<PictureProcess> self(this); // an observer may delete this object
     while (const auto picture = mStream.take()) {
         Q_EMIT pictureCame(*picture);
         if (!self)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Decodes pictures and the pages of documents in a process of its own (quoddle-preview), which is ended when nobody wants them any more.
-// One decision: decoders take time and memory as the file has it, and some fall over; so all that a file can bring down is that process.
-// Main thread only.
+// Decodes pictures and pages of documents in a process of its own (quoddle-preview), which is ended when the result is no longer wanted.
+// Decision: decoders may need any time and memory for a file, and some crash; a file can then only bring down that process. Main thread
+// only.
 #pragma once
 
 #include "platform/preview/PictureStream.h"
@@ -16,29 +16,29 @@ class PictureProcess : public QObject {
     Q_OBJECT
 public:
     enum class Source { Picture, Pages };
-    /// Most pages that are shown of a document.
+    /// The number of pages of a document that are shown at most.
     static constexpr int kMostPages = 20;
 
-    /// Begins at once. Pictures come no larger than `largest` pixels.
+    /// Begins at once. `largest` is the largest size of a picture in pixels.
     PictureProcess(const QString& path, Source source, QSize largest, QObject* parent = nullptr);
-    /// Ends the process, without waiting for that.
+    /// Kills the process without waiting for its end.
     ~PictureProcess() override;
 
-    /// Ten seconds unless set.
+    /// The default limit is ten seconds.
     void setTimeLimit(int milliseconds) { mTime.start(milliseconds); }
-    /// For tests: the process that decodes.
+    /// The decoding process; for tests.
     qint64 processIdentifier() const { return mProcess->processId(); }
 
 Q_SIGNALS:
     void pictureCame(const QImage& picture);
-    /// Once, the last signal; never `none`. A process that dies or takes too long is `unreadable`.
+    /// Emitted once, as the last signal, and never with `none`. `unreadable` when the process has died or taken too long.
     void ended(PictureStream::End end);
 
 private:
     void readPictures();
     void finish(PictureStream::End end);
 
-    QProcess* mProcess; // owned; outlives us until it has ended
+    QProcess* mProcess; // owned; deleted when the process has ended, possibly after this object
     PictureStream mStream;
     QTimer mTime;
     bool mHasEnded = false;

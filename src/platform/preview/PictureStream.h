@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// How the pictures of a file come from the process that decodes it, one after the other: a head of three numbers of 32 bits in the
-// machine's own order, its magic, width and height, then the pixels row by row, each 32 bits of alpha, red, green and blue, premultiplied.
-// A head with another magic ends the stream.
-// One decision: the reader believes nothing, for the process may be in the hands of the file that it decodes.
+// The format in which the decoding process sends the pictures of a file, one after the other: a head of three numbers of 32 bits in the
+// machine's byte order (magic, width, height), then the pixels row by row, each 32 bits of alpha, red, green and blue, premultiplied. A
+// head with another magic ends the stream.
+// Decision: the reader trusts nothing, because the file may have taken control of the process that decodes it.
 #pragma once
 
 #include <optional>
@@ -16,19 +16,20 @@ class PictureStream {
 public:
     enum class End : quint32 {
         none = 0,
-        whole = 0x656e6464,     // all there is has come
-        cut = 0x656e646d,       // the file has more
+        whole = 0x656e6464,     // the file has no more pictures
+        cut = 0x656e646d,       // the file has more pictures
         tooLarge = 0x656e6462,  // the picture is too large to be decoded
-        unreadable = 0x656e6466 // it is damaged, protected or of no known kind
+        unreadable = 0x656e6466 // damaged, protected or of an unknown kind
     };
 
-    /// No picture is larger than `largest`; those that would make more pixels than that of all together are cut off.
+    /// `largest` is the largest size of a picture. The stream is cut before a picture with which all pictures would have more than
+    /// `mostPixels`.
     PictureStream(QSize largest, qint64 mostPixels) : mLargest(largest), mPixelsLeft(mostPixels) {}
 
-    /// Takes bytes as they come; what they make complete is left to be taken.
+    /// Adds bytes as they arrive. take() then returns the complete pictures.
     void feed(const QByteArray& bytes);
     std::optional<QImage> take();
-    /// None before the end. A picture that is too large, or no sense at all, ends the stream: `unreadable`.
+    /// `none` before the end. A picture that is too large and a malformed head end the stream with `unreadable`.
     End end() const { return mEnd; }
 
     static QByteArray head(const QImage& picture);
@@ -38,7 +39,7 @@ private:
     struct Head {
         quint32 magic, width, height;
     };
-    /// None when a picture follows.
+    /// `none` when the head is followed by a picture.
     End endBy(const Head& head) const;
 
     const QSize mLargest;

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A page is as wide as its view, and as high as that makes it.
+/// A page that is as wide as its view; its height follows from the width.
 class PageView final : public QWidget {
     Q_OBJECT
 public:
@@ -63,7 +63,8 @@ PagesView::PagesView(QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // one that comes and goes would change the width of the pages, and so their height
+    // a scroll bar that comes and goes would change the width, and so the height, of the pages
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setAccessibleName(u"Pages"_s);
     auto* content = new QWidget;
     mPages = new QVBoxLayout(content);
@@ -74,7 +75,7 @@ PagesView::PagesView(QWidget* parent) : QScrollArea(parent) {
 
 void PagesView::addPage(const QImage& page) {
     auto* view = new PageView(page, widget());
-    const int last = mPages->count() - 1; // the room below the pages
+    const int last = mPages->count() - 1; // the stretch below the pages
     view->setAccessibleName(u"Page %1"_s.arg(last + 1));
     mPages->insertWidget(last, view);
 }

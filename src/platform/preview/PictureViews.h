@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures as previews show them: one that is fitted into the room there is, and the pages of a document below one another.
-// Main thread only.
+// The views for a picture, which is scaled down to the view, and for the pages of a document, one below the other. Main thread only.
 #pragma once
 
 #include <QImage>
@@ -10,7 +9,7 @@ class QVBoxLayout;
 
 namespace quoddle {
 
-/// Fits the picture into itself, never larger than it is.
+/// Scales its picture down to fit, but never up.
 class PictureView : public QWidget {
     Q_OBJECT
 public:

@@ -22,10 +22,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::size_t kMostText = std::size_t(1) << 20;       // bytes
-constexpr qsizetype kLongestLine = 4000;                      // UTF-16 units; laying out an endless one would hold up the window
-constexpr std::size_t kMostRichText = std::size_t(512) << 10; // bytes; formats take their time, here and in the window
+constexpr qsizetype kLongestLine = 4000;                      // UTF-16 units; the layout of an endless line would block the window
+constexpr std::size_t kMostRichText = std::size_t(512) << 10; // bytes; formatted text takes long to read and to lay out
 
-/// One character of UTF-8 may have been cut at the end.
+/// The bytes without a UTF-8 character that is cut at the end.
 std::string_view withoutCutCharacter(std::string_view bytes) {
     for (std::size_t back = 1; back <= std::min<std::size_t>(3, bytes.size()); ++back) {
         const auto byte = static_cast<unsigned char>(bytes[bytes.size() - back]);
@@ -75,7 +75,8 @@ void readText(PreviewContents& contents) {
     contents.kind = PreviewKind::Text;
 }
 
-/// The beginning of a text with formats is one too. Attached pictures are left out: this process decodes none.
+/// Reads the beginning of a formatted text, which is a valid text, too. Attached pictures are left out, because this process decodes no
+/// pictures.
 bool readBeginning(PreviewContents& contents, QTextDocument& document) {
     const QString file = contents.facts.isDirectory ? contents.facts.path + u"/TXT.rtf"_s : contents.facts.path;
     contents.isCut = QFileInfo(file).size() > static_cast<qint64>(kMostRichText);

@@ -5,9 +5,9 @@
 
 namespace quoddle {
 
-/// Shared with the worker, which may still be reading when nobody wants the file any more.
+/// A file that is being read. Shared with the worker, which may go on reading after the loader has cancelled.
 struct PreviewLoader::Wish {
-    PreviewLoader* loader; // main thread only, while it is not cancelled
+    PreviewLoader* loader; // used on the main thread only, and only while the wish is not cancelled
     std::atomic<bool> isCancelled = false;
     QSize picture, page;
 };
@@ -36,7 +36,8 @@ void PreviewLoader::load(const QString& path, QSize picture, QSize page) {
         if (wish->isCancelled)
             return;
         auto contents = std::make_shared<PreviewContents>(previewContentsOfFile(path, wish->isCancelled, mainThread));
-        MainThread::dispatchAsync([wish, contents = std::move(contents)] { // a document must go on the thread that it was pushed to
+        // also releases a cancelled document on the main thread, to which it belongs
+        MainThread::dispatchAsync([wish, contents = std::move(contents)] {
             if (!wish->isCancelled)
                 wish->loader->take(*contents);
         });

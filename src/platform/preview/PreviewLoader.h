@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Brings what a preview shows of one file after the other: facts and text from a worker thread, pictures from a process. What belongs to a
-// file that is not wanted any more is dropped.
-// Main thread only.
+// Loads the contents of files for previews, one file at a time: facts and text on a worker thread, pictures in a process. Results for a
+// file that is no longer wanted are dropped. Main thread only.
 #pragma once
 
 #include "platform/foundation/NSOperationQueue.h"
@@ -18,13 +17,14 @@ public:
     explicit PreviewLoader(QObject* parent = nullptr);
     ~PreviewLoader() override;
 
-    /// Ends what is under way and begins with this file. Pictures come no larger than `picture` pixels, pages than `page`.
+    /// Cancels the load that is running and begins with this file. `picture` and `page` are the largest sizes of pictures and pages in
+    /// pixels.
     void load(const QString& path, QSize picture, QSize page);
-    /// Ends what is under way; nothing more is told of it.
+    /// Ends the load that is running; no more signals are emitted for it.
     void cancel();
 
 Q_SIGNALS:
-    /// Once for each file. For kinds with pictures these follow.
+    /// Emitted once for each file. Pictures follow when the kind has them.
     void contentsCame(const PreviewContents& contents);
     void pictureCame(const QImage& picture);
     void picturesEnded(PictureStream::End end);
@@ -33,7 +33,7 @@ private:
     void take(const PreviewContents& contents);
 
     struct Wish;
-    std::shared_ptr<Wish> mWish; // of the file that is being read
+    std::shared_ptr<Wish> mWish; // the file that is being read
     std::unique_ptr<PictureProcess> mPictures;
     NSOperationQueue mWorker;
 };

@@ -56,7 +56,7 @@ void PreviewView::showMessage(const QString& message) {
 }
 
 void PreviewView::giveUpDocument() {
-    mRichText->setDocument(nullptr); // an empty one of its own
+    mRichText->setDocument(nullptr); // QTextEdit makes an empty document of its own
     mDocument.reset();
 }
 
@@ -66,7 +66,7 @@ void PreviewView::showCard(const FileFacts& facts, const QString& notice) {
 }
 
 void PreviewView::showContents(const PreviewContents& contents) {
-    const int place = contents.facts.path == mPath ? placeInText() : 0; // whoever reads a text that grows goes on reading
+    const int place = contents.facts.path == mPath ? placeInText() : 0; // a reload of the same file keeps the place in its text
     mPath = contents.facts.path;
     switch (contents.kind) {
     case PreviewKind::Card:
@@ -81,7 +81,7 @@ void PreviewView::showContents(const PreviewContents& contents) {
         break;
     case PreviewKind::RichText:
         mRichText->setDocument(contents.richText.get());
-        mDocument = contents.richText; // and only now without the one before
+        mDocument = contents.richText; // releases the former document, which the view no longer uses
         mDocument->setDocumentMargin(kTextMargin);
         adaptColors();
         setCurrentWidget(mRichText);

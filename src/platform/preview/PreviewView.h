@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The room of the panel in which a file is shown: whatever kind it is, one view at a time.
-// Main thread only.
+// The part of the panel that shows a file. It has a view for each kind and shows one at a time. Main thread only.
 #pragma once
 
 #include "platform/preview/PreviewContents.h"
@@ -22,13 +21,13 @@ public:
     explicit PreviewView(QWidget* parent = nullptr);
     ~PreviewView() override;
 
-    /// Nothing of a file; what was shown before is given up.
+    /// Shows a message instead of a file, and releases what was shown before.
     void showMessage(const QString& message);
     void showCard(const FileFacts& facts, const QString& notice = {});
-    /// Pictures and pages are shown when the first of them is added.
+    /// Pictures and pages appear when the first of them is added.
     void showContents(const PreviewContents& contents);
     void addPicture(const QImage& picture, bool isPage);
-    /// Moves what is shown; false when the key is none for that, or everything is to be seen already.
+    /// Scrolls the view. False when the key does not scroll, or all contents are visible.
     bool scroll(int key);
 
 protected:
@@ -36,11 +35,11 @@ protected:
 
 private:
     void adaptColors();
-    /// The view must not be left with a document that goes.
+    /// Takes the document out of its view before it is released.
     void giveUpDocument();
     int placeInText() const;
 
-    QString mPath; // of the contents that came last
+    QString mPath; // of the contents that were shown last
     std::shared_ptr<QTextDocument> mDocument;
     CardView* mCard;
     QPlainTextEdit* mText;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The preview panel's partners: items are the files to show, a data source has them, a delegate takes keys, and a controller puts both in.
-// Main thread only.
+// The objects that a preview panel works with: an item is a file to show, the data source has the items, the delegate handles keys, and a
+// controller installs data source and delegate. Main thread only.
 #pragma once
 
 #include <memory>
@@ -17,9 +17,9 @@ class QLPreviewPanel;
 class QLPreviewItem {
 public:
     virtual ~QLPreviewItem() = default;
-    /// Of a local file; any other is shown as nothing to see.
+    /// The URL of a local file; for any other URL the panel shows that there is nothing to see.
     virtual QUrl previewItemURL() const = 0;
-    /// Empty: the name that file managers show.
+    /// Empty for the name that file managers show.
     virtual QString previewItemTitle() const { return {}; }
 };
 
@@ -27,28 +27,29 @@ class QLPreviewPanelDataSource {
 public:
     virtual ~QLPreviewPanelDataSource() = default;
     virtual int numberOfPreviewItemsInPreviewPanel(QLPreviewPanel& panel) = 0;
-    /// `index` is below the number. Null: nothing to see. The panel keeps the item while it shows it.
+    /// `index` is less than the number of items. Null for nothing to show. The panel keeps the item while it shows it.
     virtual std::shared_ptr<const QLPreviewItem> previewPanelPreviewItemAtIndex(QLPreviewPanel& panel, int index) = 0;
 };
 
 class QLPreviewPanelDelegate {
 public:
     virtual ~QLPreviewPanelDelegate() = default;
-    /// A key that was pressed or released in the panel and is none of the panel's own. True: it has done what it does.
+    /// Called for keys that are pressed or released in the panel and that the panel does not use itself. True when the delegate has handled
+    /// the key.
     virtual bool previewPanelHandleEvent(QLPreviewPanel&, QEvent&) { return false; }
-    /// The item's place on the screen, in the toolkit's pixels; empty when it is not to be seen. The panel zooms from and to there.
+    /// The item's frame on the screen in the toolkit's pixels; empty when the item is not visible. The panel's zoom begins and ends there.
     virtual QRect previewPanelSourceFrameOnScreenForPreviewItem(QLPreviewPanel&, const QLPreviewItem&) { return {}; }
 };
 
-/// Somebody in a window who may say what the panel shows: see QLPreviewPanel::registerController().
+/// An object that may decide what the panel shows: see QLPreviewPanel::registerController().
 class QLPreviewPanelController {
 public:
-    /// Takes the panel away from this controller without a word.
+    /// Takes the panel away from this controller without calling it.
     virtual ~QLPreviewPanelController();
     virtual bool acceptsPreviewPanelControl(QLPreviewPanel& panel) = 0;
-    /// From here on the panel is this controller's: it puts in a data source and a delegate.
+    /// Called when this controller gets the panel: it sets a data source and a delegate.
     virtual void beginPreviewPanelControl(QLPreviewPanel& panel) = 0;
-    /// The panel is this controller's no more; the panel forgets data source and delegate after this.
+    /// Called when this controller loses the panel. The panel forgets data source and delegate afterwards.
     virtual void endPreviewPanelControl(QLPreviewPanel& panel) = 0;
 };
 

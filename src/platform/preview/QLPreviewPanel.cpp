@@ -31,12 +31,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QSize kSize(680, 540); // points, at first
+constexpr QSize kSize(680, 540); // points; the first size
 constexpr QSize kSmallest(320, 240);
-constexpr int kEdge = 6;            // points at the border that change the size
-constexpr int kMostSearched = 1000; // items among which the one that is shown is looked for
-constexpr int kPatience = 150;      // milliseconds for which the last file is still shown
-constexpr QSize kPage(760, 1075);   // points; wide enough for a panel that has been made larger
+constexpr int kEdge = 6;            // points; the width of the border that resizes the panel
+constexpr int kMostSearched = 1000; // items among which reloadData() looks for the current one
+constexpr int kPatience = 150;      // milliseconds for which the last file stays visible while the next one is read
+constexpr QSize kPage(760, 1075);   // points; the pages' size, with room for a larger panel
 
 QLPreviewPanel* sharedPanel = nullptr;
 
@@ -45,7 +45,7 @@ QHash<const QObject*, QLPreviewPanelController*>& controllers() {
     return all;
 }
 
-/// The toolkit's own sign is black, whatever is around it.
+/// Draws the close button's cross in the text colour; the toolkit's own icon is always black.
 void paintCross(QPainter& painter) {
     painter.setPen(QPen(QApplication::palette().color(QPalette::ButtonText), 6, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(16, 16, 48, 48);
@@ -68,7 +68,7 @@ QLPreviewPanelController::~QLPreviewPanelController() {
     QLPreviewPanel::forget(this);
 }
 
-// --- The one panel
+// --- The shared panel
 
 QLPreviewPanel& QLPreviewPanel::sharedPreviewPanel() {
     if (!sharedPanel) {
@@ -93,7 +93,7 @@ QLPreviewPanel::QLPreviewPanel() : QWidget(nullptr, Qt::Tool | Qt::FramelessWind
     watchKeyRepetition();
     focusChanged();
     connect(qApp, &QGuiApplication::focusWindowChanged, this, &QLPreviewPanel::focusChanged);
-    connect(qApp, &QApplication::focusChanged, this, &QLPreviewPanel::focusChanged); // inside a window
+    connect(qApp, &QApplication::focusChanged, this, &QLPreviewPanel::focusChanged); // focus changes within a window
 }
 
 QLPreviewPanel::~QLPreviewPanel() {
@@ -110,7 +110,7 @@ void QLPreviewPanel::buildControls() {
     mTitle = new ElidedLabel(this);
     mTitle->setAlignment(Qt::AlignCenter);
     mTitle->setElideMode(Qt::ElideMiddle);
-    mTitle->setAttribute(Qt::WA_TransparentForMouseEvents); // the panel is moved by it
+    mTitle->setAttribute(Qt::WA_TransparentForMouseEvents); // presses move the panel
     mOpen = new QPushButton(u"Open"_s, this);
     mOpen->setAutoDefault(false);
     mOpen->setFocusPolicy(Qt::TabFocus);
@@ -170,7 +170,7 @@ void QLPreviewPanel::registerController(QWidget& responder, QLPreviewPanelContro
     controllers().insert(&responder, &controller);
     QObject::connect(&responder, &QObject::destroyed, [](QObject* gone) {
         controllers().remove(gone);
-        if (sharedPanel && sharedPanel->mIsOrderedIn) // later: the controller may be on its way out, too
+        if (sharedPanel && sharedPanel->mIsOrderedIn) // asked later, because the controller may also be about to be destroyed
             QMetaObject::invokeMethod(sharedPanel, &QLPreviewPanel::updateController, Qt::QueuedConnection);
     });
 }
@@ -227,7 +227,7 @@ void QLPreviewPanel::setDataSource(QLPreviewPanelDataSource* dataSource) {
 
 void QLPreviewPanel::reloadData() {
     mItems = mDataSource && mController ? std::max(mDataSource->numberOfPreviewItemsInPreviewPanel(*this), 0) : 0;
-    // The item that is shown stays, wherever it has moved among the others.
+    // The current item stays current when its index has changed.
     int index = mIndex;
     for (int i = 0; mItem && i < std::min(mItems, kMostSearched); ++i)
         if (const auto item = mDataSource->previewPanelPreviewItemAtIndex(*this, i);
@@ -353,7 +353,7 @@ void QLPreviewPanel::place() {
     const QScreen* on = mLastWindow ? mLastWindow->screen() : screen();
     const bool wasPlaced = std::exchange(mWasPlaced, true);
     if (wasPlaced && on == screen())
-        return; // it stays where the user has put it
+        return; // a placed panel stays where the user has moved it
     const QRect room = on->availableGeometry();
     QRect frame({}, (wasPlaced ? size() : kSize).boundedTo(room.size() * 9 / 10));
     frame.moveCenter(room.center());
@@ -383,7 +383,7 @@ void QLPreviewPanel::makeKeyAndOrderFront() {
 void QLPreviewPanel::present() {
     winId();
     if (mLastWindow && mLastWindow->windowHandle())
-        windowHandle()->setTransientParent(mLastWindow->windowHandle()); // stays before its window
+        windowHandle()->setTransientParent(mLastWindow->windowHandle()); // keeps the panel in front of that window
     show();
     raise();
     activateWindow();
@@ -400,7 +400,7 @@ void QLPreviewPanel::orderOut() {
     const bool hadKeyboard = isActiveWindow();
     hide();
     takeControl(nullptr);
-    setCurrentPreviewItemIndex(0); // nothing of the file is kept
+    setCurrentPreviewItemIndex(0); // releases the file
     if (hadKeyboard && mLastWindow)
         mLastWindow->activateWindow();
 }
@@ -422,7 +422,7 @@ bool QLPreviewPanel::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
-    if (key->key() != Qt::Key_Space || key->modifiers() != Qt::NoModifier) // texts page with it
+    if (key->key() != Qt::Key_Space || key->modifiers() != Qt::NoModifier) // text views would use the space key to page
         return QWidget::eventFilter(watched, event);
     keyPressEvent(key);
     return true;
@@ -431,7 +431,7 @@ bool QLPreviewPanel::eventFilter(QObject* watched, QEvent* event) {
 void QLPreviewPanel::keyPressEvent(QKeyEvent* event) {
     const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
     const bool closes = isPlain && (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Space);
-    if (closes && isKeyRepetition(*event)) // the key that has opened the panel is still held down
+    if (closes && isKeyRepetition(*event)) // repetitions of the key that has opened the panel do not close it
         return;
     if (isPlain && event->key() == Qt::Key_Escape)
         return orderOut();
@@ -441,7 +441,7 @@ void QLPreviewPanel::keyPressEvent(QKeyEvent* event) {
     }
     if (mDelegate && mDelegate->previewPanelHandleEvent(*this, *event))
         return;
-    if (event->keyCombination() == (Qt::CTRL | Qt::Key_W)) // as in the menus, whatever desktop this is
+    if (event->keyCombination() == (Qt::CTRL | Qt::Key_W)) // the panel has no menus, so it handles their shortcuts itself
         return orderOut();
     if (event->keyCombination() == (Qt::CTRL | Qt::Key_Q))
         return NSApplication::sharedApplication()->terminate();
@@ -469,7 +469,8 @@ void QLPreviewPanel::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
     mIsPressed = true;
-    // After the events that have come already: when the button is up by now, the window manager would never hear of its release.
+    // The move begins after events that are already queued. When the button has been released by then, the window manager would never see
+    // the release.
     QTimer::singleShot(0, this, [this, edges = edgesAt(event->position().toPoint())] {
         if (!mIsPressed)
             return;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// QLPreviewPanel: the one window of a process in which files can be looked at without being opened.
-// One decision: the panel belongs to whoever has the keyboard. It asks the widgets from the one with the focus up to the window for a
-// controller that accepts it, each time it is brought to the front and each time the focus moves outside it; that controller says what is
-// shown. Where nobody accepts it, the controller of before keeps it.
-// A file that changes on the disk is read again.
-// Keys: Escape closes it, the left and right arrows page where there are several items, the delegate has the others; what it does not want
-// closes (space) or scrolls.
+// QLPreviewPanel: the single window of a process in which files can be looked at without opening them.
+// Decision: the panel belongs to the object that has the keyboard focus. The panel asks the widgets from the focused one up to the window
+// for a controller that accepts the panel, each time it is brought to the front and each time the focus changes outside it. That controller
+// decides what is shown. When no controller accepts, the former one keeps the panel.
+// A file that changes on disk is read again.
+// Keys: Escape closes the panel; the left and right arrows change between several items; the delegate gets all other keys. Of the keys that
+// it does not handle, space closes the panel and others scroll.
 // Main thread only.
 #pragma once
 
@@ -30,45 +30,45 @@ class PreviewView;
 class QLPreviewPanel : public QWidget {
     Q_OBJECT
 public:
-    /// Made by the first call; ends with the application object.
+    /// Made by the first call; destroyed with the application object.
     static QLPreviewPanel& sharedPreviewPanel();
     static bool sharedPreviewPanelExists();
     ~QLPreviewPanel() override;
 
-    /// From now on the controller is asked when the keyboard is in `responder` or in something inside it. Neither is owned; either may go
-    /// first. A responder has one controller, the last one registered.
+    /// The controller is asked when the keyboard focus is in `responder` or inside it. Neither is owned, and either may be destroyed first.
+    /// A responder has one controller, the last one registered.
     static void registerController(QWidget& responder, QLPreviewPanelController& controller);
 
-    /// Null when nobody controls the panel.
+    /// Null when no controller has the panel.
     QLPreviewPanelController* currentController() const { return mController; }
-    /// Asks the responders anew. When none of them accepts, the current controller stays as long as it has a responder.
+    /// Asks the responders again. When none accepts, the current controller stays as long as it has a responder.
     void updateController();
 
-    /// Not owned; null: nothing to show.
+    /// Not owned; null when there is nothing to show.
     void setDataSource(QLPreviewPanelDataSource* dataSource);
     QLPreviewPanelDataSource* dataSource() const { return mDataSource; }
     void setDelegate(QLPreviewPanelDelegate* delegate) { mDelegate = delegate; }
     QLPreviewPanelDelegate* delegate() const { return mDelegate; }
 
-    /// Finds the controller and shows its current item; the panel takes the keyboard.
+    /// Finds the controller, shows its current item and takes the keyboard focus.
     void makeKeyAndOrderFront();
-    /// Ends the control.
+    /// Hides the panel and takes it away from its controller.
     void orderOut();
-    /// True as well while the panel is still growing out of its row.
+    /// Also true while the panel is still growing from its row.
     bool isVisible() const { return mIsOrderedIn; }
 
-    /// Asks the data source how many items there are and shows the current one; a file that is shown already is not read again.
+    /// Asks the data source for the number of items and shows the current one. A file that is already shown is not read again.
     void reloadData();
-    /// Reads the file of the current item again. What is shown of it stays until then.
+    /// Reads the file of the current item again. The old contents stay visible until then.
     void refreshCurrentPreviewItem();
-    /// -1 when there is no item.
+    /// The index of the current item; -1 when there are no items.
     int currentPreviewItemIndex() const { return mItems > 0 ? mIndex : -1; }
-    /// The nearest index there is.
+    /// Makes the item at the nearest valid index the current one.
     void setCurrentPreviewItemIndex(int index);
     const QLPreviewItem* currentPreviewItem() const { return mItem.get(); }
 
 Q_SIGNALS:
-    /// All that is to be seen of the current item is there.
+    /// Emitted when the current item's contents are complete.
     void previewFinished();
 
 protected:
@@ -92,11 +92,11 @@ private:
     void focusChanged();
 
     void updateControls();
-    /// An empty path shows that there is none.
+    /// An empty path shows that nothing is selected.
     void showFile(const QString& path);
     void read();
     void finish();
-    /// With the program that it leads to, as far as that is known.
+    /// Puts the name of the program that opens the file on the button, once it is known.
     void updateOpenButton();
     void showContents(const PreviewContents& contents);
     void picturesEnded(PictureStream::End end);
@@ -109,22 +109,22 @@ private:
     QLPreviewPanelController* mController = nullptr;
     QLPreviewPanelDataSource* mDataSource = nullptr;
     QLPreviewPanelDelegate* mDelegate = nullptr;
-    QPointer<QWidget> mLastWindow; // that was active before the panel
+    QPointer<QWidget> mLastWindow; // the window that was active before the panel
     std::shared_ptr<const QLPreviewItem> mItem;
-    QString mPath; // that is shown or being read; empty: none
+    QString mPath; // the file that is shown or being read; empty for none
     int mItems = 0;
     int mIndex = 0;
     bool mIsOrderedIn = false;
     bool mWasPlaced = false;
-    bool mIsPressed = false;   // by the left button, which is to move or resize
-    bool mHasPictures = false; // of the current item
+    bool mIsPressed = false;   // the left button is held down, to move or resize the panel
+    bool mHasPictures = false; // for the current item
     bool mIsReading = false;
-    bool mIsOutdated = false;  // the file has changed while it is being read
-    PreviewContents mContents; // of the current item, when they have come
+    bool mIsOutdated = false;  // the file has changed while it was being read
+    PreviewContents mContents; // of the current item; empty before they are loaded
     PreviewLoader mLoader;
     FileWatch mWatch;
     PanelZoom mZoom;
-    QTimer mPatience; // runs while what was shown before may stay
+    QTimer mPatience; // runs while the last file stays visible
     ElidedLabel* mTitle;
     QLabel* mNotice;
     PreviewView* mView;
