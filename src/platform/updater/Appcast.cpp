@@ -29,7 +29,7 @@ public:
             mXML.readNext();
         if (mXML.hasError())
             return broken();
-        // A declaration of the document's type comes first; what it declares could make much out of little.
+        // A document type declaration comes before the first element. It is refused, because its entities could expand to very much text.
         if (mXML.isDTD() || mXML.name() != "rss"_L1)
             return Failure{translated("It is no list of versions.")};
         while (mXML.readNextStartElement()) {
@@ -50,7 +50,7 @@ private:
 
     QString text() { return mXML.readElementText(QXmlStreamReader::SkipChildElements).trimmed(); }
 
-    /// Empty for what is no address on the web.
+    /// The absolute URL; empty for any text that is no web address.
     QUrl address(const QString& text) const {
         const QUrl url = text.size() > kLongestAddress ? QUrl() : mSource.resolved(QUrl(text.trimmed(), QUrl::StrictMode));
         const bool isOfWeb = url.scheme() == "https"_L1 || url.scheme() == "http"_L1;

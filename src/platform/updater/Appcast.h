@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A feed of versions: an RSS channel whose items each announce a version, with the archive to download as its enclosure.
 //
-// Decision: elements and attributes of foreign namespaces are known by their names alone; feeds differ in prefixes, not in names. What is
-// missing or nonsense in an item takes that item away, not the feed.
+// Decision: elements and attributes of foreign namespaces are recognized by their local names, because feeds differ in prefixes, not in
+// names. An item with missing or malformed parts is left out; the rest of the feed is used.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -16,31 +16,31 @@
 namespace quoddle {
 
 struct AppcastItem {
-    QString version;        ///< never empty; what versions are compared by
-    QString displayVersion; ///< what people are told; the version itself when the feed has no other
+    QString version;        ///< by which versions are compared; never empty
+    QString displayVersion; ///< shown to the user; the same as `version` when the feed has no other
     QString minimumSystemVersion;
-    QString operatingSystem; ///< empty: any
-    QUrl page;               ///< where people read about it; empty for none
+    QString operatingSystem; ///< empty for any system
+    QUrl page;               ///< a web page about the version; empty for none
     QUrl notesURL;           ///< empty for none
-    QString description;     ///< notes that stand in the feed, as text or HTML
-    QUrl archive;            ///< empty: there is nothing to download
+    QString description;     ///< the notes in the feed itself, as text or HTML
+    QUrl archive;            ///< empty when there is nothing to download
     qint64 archiveLength = 0;
-    QByteArray signature; ///< as the feed has it, in Base64; empty for none
+    QByteArray signature; ///< in Base64, as in the feed; empty for none
 };
 
 struct Appcast {
-    QUrl page; ///< of all versions; empty for none
+    QUrl page; ///< a web page about all versions; empty for none
     QList<AppcastItem> items;
 };
 
-/// More than this is not read.
+/// The size up to which feeds are read, in bytes.
 constexpr qint64 kMaximumFeedSize = 4 << 20;
 
-/// `source` is where the feed was found, for links that are relative to it. The error is a text for people.
+/// Relative links are resolved against `source`, the URL of the feed. The error is a message for the user.
 Result<Appcast, QString> readAppcast(const QByteArray& feed, const QUrl& source);
 
-/// The newest of the items that are for this system and newer than the installed version. `systemVersion` is that of the shell, which is
-/// what an item for Linux may ask for; what others ask for is a system that we are not.
+/// The newest item that is for this system and newer than the installed version. `systemVersion` is the shell's version, which an item for
+/// Linux may require; an item with another required system is not for us.
 std::optional<AppcastItem> newestItem(const Appcast& feed, const QString& installedVersion, const QString& systemVersion);
 
 } // namespace quoddle

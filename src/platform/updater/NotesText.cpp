@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kLongestNotes = 200'000; // what is read of them
+constexpr qsizetype kLongestNotes = 200'000; // characters that are read
 constexpr qsizetype kLongestEntity = 10;
 const QString kBullet = QStringLiteral("\u2022 ");
 
@@ -46,7 +46,7 @@ std::optional<char32_t> characterNamed(QStringView name) {
     return found != sNames.cend() ? std::optional(*found) : std::nullopt;
 }
 
-/// Goes once from the front to the end.
+/// Removes markup in one pass from the beginning to the end.
 class MarkupRemover {
 public:
     explicit MarkupRemover(QStringView source) : mSource(source) {}
@@ -97,7 +97,7 @@ private:
         mAt = end < 0 ? mSource.size() : end;
     }
 
-    /// False when it is an ordinary ampersand.
+    /// Takes an entity such as "&amp;". False when the text is an ordinary ampersand.
     bool takeEntity() {
         const qsizetype end = mSource.mid(mAt, kLongestEntity + 2).indexOf(u';');
         if (end < 2)
@@ -123,7 +123,7 @@ private:
             mText += kBullet;
     }
 
-    /// Ends the line, with so many line ends in a row.
+    /// Ends the line and adds the given number of line ends.
     void beginLine(int lineEnds) {
         while (mText.endsWith(u' ') && !mText.endsWith(kBullet))
             mText.chop(1);

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The notes about a version as plain text.
 //
-// Decision: notes come from anybody and often as HTML. What they say is shown, nothing in them is carried out: the markup is taken away
-// here and never reaches a reader of HTML, so there are no scripts, no pictures from elsewhere and no layouts that take the memory.
+// Decision: notes come from the network and often in HTML. They are shown but never interpreted: the markup is removed here and reaches no
+// HTML reader, so there are no scripts, no pictures from elsewhere and no layouts that take all memory.
 #pragma once
 
 #include <QString>
 
 namespace quoddle {
 
-/// Text without markup stays as it is. Paragraphs, list items and line breaks become lines; scripts and styles are left out. The end of
-/// endless notes is left out, too.
+/// Text without markup stays unchanged. Paragraphs, list items and line breaks become lines; scripts and styles are dropped. Notes that are
+/// too long are cut at the end.
 QString plainNotes(const QString& notes);
 
 } // namespace quoddle

@@ -22,10 +22,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto kFirstLook = 2s;
-constexpr std::chrono::seconds kShortestTimer = 1min, kLongestTimer = 24h; // what a timer counts in ends after some weeks
+constexpr std::chrono::seconds kShortestTimer = 1min, kLongestTimer = 24h; // longer intervals would overflow a timer
 constexpr qint64 kMaximumNotes = 512 << 10;
 
-/// Lets go of a window whose button may be in the middle of calling.
+/// Releases a window that may be just calling us from one of its buttons.
 template<class Window>
 void dismiss(std::unique_ptr<Window>& window) {
     if (window)
@@ -56,7 +56,7 @@ void SUUpdater::setDelegate(SUUpdaterDelegate* delegate) {
         mTimer.start(kFirstLook);
 }
 
-// --- Looking by itself
+// --- Automatic checks
 
 void SUUpdater::considerChecking() {
     const auto decision = mSettings.checksAutomatically();
@@ -64,7 +64,7 @@ void SUUpdater::considerChecking() {
         checkForUpdatesInBackground();
     if (decision == true)
         return scheduleNextCheck();
-    // Not at the first launch: the user wants to see the applet then.
+    // The user is not asked at the first launch, which is for the applet itself.
     if (!mSettings.noteLaunch() || decision || !mDelegate)
         return;
     if (mDelegate->updaterShouldPromptForPermissionToCheckForUpdates() && NSApplication::sharedApplication()->isRunning())
@@ -101,7 +101,7 @@ void SUUpdater::checkForUpdatesInBackground() {
     check();
 }
 
-// --- Looking
+// --- Checks
 
 void SUUpdater::checkForUpdates() {
     if (mPermission)
@@ -183,7 +183,7 @@ void SUUpdater::fetchNotes(const AppcastItem& item) {
     });
 }
 
-// --- What the user wants
+// --- Choices of the user
 
 void SUUpdater::offer(const QString& notes) {
     dismiss(mProgress);
@@ -214,7 +214,7 @@ void SUUpdater::choose(int choice) {
 
 void SUUpdater::fetch() {
     mStage = Stage::fetching;
-    mIsAsked = true; // whoever has asked for the installation wants to hear what becomes of it
+    mIsAsked = true; // a user who has chosen to install wants to see the outcome
     const QString failure = tr("The update of %1 could not be installed.").arg(mBundle->name());
     removeStaleStaging(*mBundle);
     mStaging = std::make_unique<QTemporaryDir>(stagingTemplate(*mBundle));
@@ -258,7 +258,7 @@ void SUUpdater::installByEnding() {
     if (!application->isRunning() || !announce([](SUUpdaterDelegate& delegate) { delegate.updaterWillRelaunchApplication(); }) ||
         !application->isRunning())
         return;
-    if (QApplication::activeModalWidget()) // a question of the script, or an error that the notice has led to
+    if (QApplication::activeModalWidget()) // a dialog of the script, or an error caused by the notice
         return waitForEnd();
     mRelaunches = true;
     application->terminate();
@@ -288,7 +288,7 @@ bool SUUpdater::finish() {
     return mRelaunches;
 }
 
-// --- What is seen
+// --- Windows
 
 void SUUpdater::becomeIdle() {
     ++mRound;

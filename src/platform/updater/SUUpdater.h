@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The updater of an applet: looks for a newer version in the feed that its bundle names, tells of it, and installs it when the user says
-// so.
+// The updater of an applet: looks for a newer version in the feed that the bundle names, shows it to the user, and installs it when the
+// user wants it.
 //
-// Decision: an update takes the applet's place when the applet has ended, never while its script runs; until then everything stands beside
-// it. What looks for updates by itself does so silently, does not take the keyboard, and asks once whether it may.
+// Decision: an update takes the applet's place only when the applet has ended, never while its script runs; until then it stays beside the
+// applet. Automatic checks are silent, do not take the keyboard focus, and need the user's permission, for which they ask once.
 // Main thread only.
 #pragma once
 
@@ -30,19 +30,19 @@ class UpdateProgressPanel;
 class SUUpdater : public QObject {
     Q_OBJECT
 public:
-    /// Needs an NSApplication. Does nothing until it is asked or has a delegate.
+    /// Needs an NSApplication. Does nothing until it is called or has a delegate.
     explicit SUUpdater(std::shared_ptr<const NSBundle> bundle);
     ~SUUpdater() override;
 
-    /// Not owned. A little later, when the applet's own window is there, looking for updates by itself begins, if that is wanted.
+    /// Not owned. Automatic checks begin a little later, when the applet's own window is there, if they are wanted.
     void setDelegate(SUUpdaterDelegate* delegate);
-    /// The user wants to know: says what it does and what came of it. While something of the kind is under way, shows that.
+    /// A check that the user has asked for: shows its progress and its outcome. Shows the update in progress when there is one.
     void checkForUpdates();
-    /// Shows nothing unless there is a version that the user has not skipped.
+    /// Checks silently, and shows only a version that the user has not skipped.
     void checkForUpdatesInBackground();
 
-    /// For the end of the program, when nothing of the applet runs any more: puts an update that is ready in the applet's place, and tells
-    /// the user when that fails. True when the applet is to be started again.
+    /// Called at the end of the program, when nothing of the applet is running: puts an update that is ready in the applet's place, and
+    /// tells the user when that fails. True when the applet is to be launched again.
     bool finish();
 
 private:
@@ -51,14 +51,14 @@ private:
         checking,
         offering,
         fetching,
-        announcing, ///< unpacked, and the applet is being told so
-        ready       ///< unpacked, and installed when the applet ends
+        announcing, ///< unpacked; the applet is being notified
+        ready       ///< unpacked; installed when the applet ends
     };
 
     void considerChecking();
     void askForPermission();
     void scheduleNextCheck();
-    /// Calls the delegate. False when what that was about was given up meanwhile.
+    /// Calls the delegate. False when the check or update was abandoned during the call.
     bool call(const std::function<void()>& delegate);
     void check();
     void readFeed(const QByteArray& feed);
@@ -67,12 +67,12 @@ private:
     void choose(int choice);
     void fetch();
     void prepare(const QString& unpacked);
-    /// Gives the applet a notice. False when the update was given up meanwhile.
+    /// Notifies the applet. False when the update was abandoned during the call.
     bool announce(const std::function<void(SUUpdaterDelegate& delegate)>& notice);
     void installByEnding();
     void waitForEnd();
     void becomeIdle();
-    /// Shown to the user who has asked, or else logged.
+    /// Ends the check or update. The message is shown when the user has asked for it; it is always logged.
     void fail(const QString& message, const QString& reason);
     void tell(const QString& message, const QString& information, bool isError = false);
     void showProgress(const QString& activity);
@@ -82,15 +82,15 @@ private:
     UpdateSettings mSettings;
     SUUpdaterDelegate* mDelegate = nullptr;
     UpdateFetcher mFetcher;
-    QTimer mTimer; // to the next look by itself
+    QTimer mTimer; // until the next automatic check
     Stage mStage = Stage::idle;
-    int mRound = 0;           // counts what was begun and ended: what comes back from an older one is not heard
-    std::optional<int> mCall; // of the delegate, that is under way
-    bool mIsAsked = false;    // by the user
+    int mRound = 0;           // grows when a check or update ends; results of earlier rounds are ignored
+    std::optional<int> mCall; // the call depth of the delegate's call in progress
+    bool mIsAsked = false;    // the user has asked for this check or update
     bool mRelaunches = false;
     AppcastItem mItem;
     QUrl mPage;
-    std::unique_ptr<QTemporaryDir> mStaging; // beside the bundle
+    std::unique_ptr<QTemporaryDir> mStaging; // a folder beside the bundle
     QString mUnpacked;
     std::unique_ptr<NSAlert> mAlert;
     std::unique_ptr<NSAlert> mPermission;

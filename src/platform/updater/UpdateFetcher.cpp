@@ -12,14 +12,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 kMostProgress = 4 << 20; // of lines with numbers
+constexpr qint64 kMostProgress = 4 << 20; // bytes of progress lines
 constexpr qsizetype kLongestError = 1000;
 
 QString translated(const char* text) {
     return QCoreApplication::translate("UpdateFetcher", text);
 }
 
-/// Beside the program that runs, or where programs are sought.
+/// The path of the program, beside the running program or in PATH; empty when there is none.
 QString fetchProgram() {
     const QString name = u"quoddle-fetch"_s;
     const QString beside = QStandardPaths::findExecutable(name, {QCoreApplication::applicationDirPath()});
@@ -44,8 +44,8 @@ void UpdateFetcher::cancel() {
         return;
     mProcess->disconnect();
     mProcess->kill();
-    mProcess->waitForFinished(-1);     // it has no say in that
-    mProcess.release()->deleteLater(); // it may be what is calling
+    mProcess->waitForFinished(-1);     // short, because a killed process cannot delay its end
+    mProcess.release()->deleteLater(); // not deleted now, because the process may be just emitting a signal
 }
 
 void UpdateFetcher::start(const QStringList& words, qint64 maximumOutput, std::function<void(const QByteArray&)> read,

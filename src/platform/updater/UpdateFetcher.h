@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Has the program quoddle-fetch bring something, one thing at a time, without waiting for it.
-// Main thread only.
+// Fetches texts and bundles by means of the program quoddle-fetch, one at a time and without waiting. Main thread only.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -19,16 +18,16 @@ namespace quoddle {
 class UpdateFetcher {
 public:
     UpdateFetcher();
-    /// Ends what is under way.
+    /// Ends the fetch in progress.
     ~UpdateFetcher();
 
     template<class T>
-    using Completion = std::function<void(Result<T, QString>)>; // the error is a text for people
+    using Completion = std::function<void(Result<T, QString>)>; // an error is a message for the user
 
-    /// Each gives up what was under way before, whose completion is not called any more.
+    /// A new fetch ends the one in progress, whose completion is not called.
     void fetchText(const QUrl& url, qint64 maximumSize, Completion<QByteArray> completion);
-    /// Downloads the archive of an item, checks its length and its signature by `key`, and unpacks it in `folder`, which nobody else
-    /// changes. The completion gets the path of the bundle in there.
+    /// Downloads the archive of an item, checks its length and its signature with `key`, and unpacks it in `folder`, which nobody else
+    /// changes. The completion gets the path of the bundle in the folder.
     void fetchBundle(const AppcastItem& item, const QByteArray& key, const QString& folder, std::function<void(qint64 received)> progress,
                      Completion<QString> completion);
     void cancel();

@@ -40,14 +40,15 @@ bool isWritable(const QString& path) {
     return ::access(QFile::encodeName(path).constData(), W_OK) == 0;
 }
 
-/// "CFBundleExecutable"; empty when there is none, or one that leads elsewhere.
+/// "CFBundleExecutable"; empty when there is none or its path leads elsewhere.
 std::string executableName(const QString& bundlePath) {
     const auto bundle = NSBundle::bundleWithPath(bundlePath);
     const QString name = bundle ? bundle->infoDictionary().value(u"CFBundleExecutable"_s).toString() : QString();
     return name.contains(u'/') || name.startsWith(u'.') ? std::string() : QFile::encodeName(name).toStdString();
 }
 
-/// The launcher goes by the name that the bundle says; it finds its bundle wherever it stands.
+/// Copies the programs of the installed bundle (Contents/Linux) into the new one. The launcher gets the name that the new bundle gives; it
+/// works in any bundle.
 OSStatus carryOverPrograms(const fs::path& from, const fs::path& to) {
     std::error_code error, ignored;
     fs::remove_all(to / kPrograms, error);
@@ -116,7 +117,7 @@ OSStatus installUpdate(const QString& unpacked, const QString& installed) {
         if (const OSStatus status = carryOverPrograms(place, from); status != noErr)
             return status;
         std::error_code error;
-        fs::rename(from, folder, error); // onto the empty one
+        fs::rename(from, folder, error); // replaces the empty folder
         return statusFromErrno(error.value());
     };
     return replaceFolder(

@@ -45,7 +45,7 @@ UpdatePanel::UpdatePanel(const UpdateDescription& update, const QIcon& icon) : m
     setKeyEquivalent(*mUi->laterButton, kEscapeKeyEquivalent);
     setKeyEquivalent(isInstallable ? *mUi->installButton : *mUi->pageButton, kReturnKeyEquivalent);
     setCloseButton(mUi->laterButton);
-    mUi->notesView->setFocus(); // the keys that move through the notes go there, Return and Escape to the buttons
+    mUi->notesView->setFocus(); // arrow and page keys scroll the notes; Return and Escape still reach the buttons
 }
 
 UpdatePanel::~UpdatePanel() = default;

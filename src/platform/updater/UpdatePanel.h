@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tells of a new version, shows the notes about it, and asks what is to be done. Everything in it is plain text.
-// Main thread only.
+// Shows a new version with its notes, and asks what to do. All its texts are plain text. Main thread only.
 #pragma once
 
 #include "platform/appkit/NSPanel.h"
@@ -15,17 +14,17 @@ namespace quoddle {
 
 struct UpdateDescription {
     QString appletName;
-    QString version;          ///< the new one, as people are told
-    QString installedVersion; ///< likewise
-    QString notes;            ///< plain text; empty: nothing is known
-    QString obstacle;         ///< why it can only be announced; empty when it can be installed
-    bool hasPage = false;     ///< there is a page to go to
+    QString version;          ///< the new version as shown to the user
+    QString installedVersion; ///< the installed version as shown to the user
+    QString notes;            ///< plain text; empty when there are none
+    QString obstacle;         ///< why the version can only be announced; empty when it can be installed
+    bool hasPage = false;     ///< whether there is a web page to open
 };
 
 class UpdatePanel : public NSPanel {
     Q_OBJECT
 public:
-    /// The user's choice, as the result of the dialog.
+    /// The user's choice is the result of the dialog.
     enum Choice { later = 0, install, openPage, skip };
 
     UpdatePanel(const UpdateDescription& update, const QIcon& icon);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A panel with the updater's present work, how far it has come, and a button to end it.
-// Main thread only.
+// A panel with the updater's current activity, its progress, and a button to cancel it. Main thread only.
 #pragma once
 
 #include "platform/appkit/NSPanel.h"
@@ -13,10 +12,10 @@ class ProgressBar;
 class UpdateProgressPanel : public NSPanel {
     Q_OBJECT
 public:
-    /// Finishes with 0 when it is cancelled.
+    /// Finishes with 0 when the user cancels.
     UpdateProgressPanel(const QString& title, const QString& activity);
 
-    /// `total` 0: nobody knows.
+    /// `total` is 0 when it is unknown.
     void setProgress(qint64 done, qint64 total);
 
 private:

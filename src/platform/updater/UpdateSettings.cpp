@@ -72,7 +72,7 @@ std::chrono::seconds UpdateSettings::interval() const {
 std::chrono::seconds UpdateSettings::timeToNextCheck() const {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     const QDateTime last = QDateTime::fromString(standardUserDefaults().value(kLastCheckKey).toString(), Qt::ISODate);
-    if (!last.isValid() || last > now) // a clock that was wrong must not put off the next look for years
+    if (!last.isValid() || last > now) // a time in the future comes from a wrong clock and must not put off checks for years
         return 0s;
     return std::max(0s, interval() - std::chrono::seconds(last.secsTo(now)));
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The settings for the updates of one applet: those of its maker in the Info.plist, and the user's decisions.
-// One decision: where both have a word about the same thing, the user's holds.
-// Main thread only.
+// The settings for the updates of one applet: its maker's in the Info.plist, and the user's.
+// Decision: a setting of the user overrides the maker's. Main thread only.
 #pragma once
 
 #include "platform/foundation/NSBundle.h"
@@ -17,27 +16,27 @@ class UpdateSettings {
 public:
     explicit UpdateSettings(std::shared_ptr<const NSBundle> bundle) : mBundle(std::move(bundle)) {}
 
-    /// "SUFeedURL"; empty when it is no address.
+    /// "SUFeedURL"; empty when it is no URL.
     QUrl feedURL() const;
-    /// "SUPublicEDKey" in Base64; empty for none.
+    /// "SUPublicEDKey" in Base64; empty when there is none.
     QByteArray publicKey() const;
-    /// "CFBundleVersion", or else the version that people are told; empty for none.
+    /// "CFBundleVersion", else the version that is shown to the user; empty when there is neither.
     QString installedVersion() const;
-    /// "CFBundleShortVersionString", or else the former.
+    /// "CFBundleShortVersionString", else "CFBundleVersion".
     QString installedDisplayVersion() const;
 
-    /// "SUEnableAutomaticChecks". Empty: nobody has decided.
+    /// "SUEnableAutomaticChecks"; nullopt when neither the maker nor the user has decided.
     std::optional<bool> checksAutomatically() const;
     void setChecksAutomatically(bool checks);
-    /// "SUScheduledCheckInterval" in seconds: a day unless somebody says otherwise, an hour at least.
+    /// "SUScheduledCheckInterval" in seconds; a day by default, at least an hour.
     std::chrono::seconds interval() const;
-    /// From now until the next look is due; none when it is.
+    /// The time until the next check is due; 0 when it is.
     std::chrono::seconds timeToNextCheck() const;
     void noteCheck();
-    /// The user does not want to hear of this version by itself.
+    /// The version that automatic checks do not show any more; empty for none.
     QString skippedVersion() const;
     void setSkippedVersion(const QString& version);
-    /// False for the first launch, and true from then on.
+    /// False at the first launch, true at all later ones.
     bool noteLaunch();
 
 private:
@@ -46,7 +45,7 @@ private:
     const std::shared_ptr<const NSBundle> mBundle;
 };
 
-/// For any bundle what UpdateSettings has for its own: publicKey() and installedVersion().
+/// The public key and the version of any bundle, as of publicKey() and installedVersion().
 QByteArray publicKeyOfBundle(const NSBundle& bundle);
 QString versionOfBundle(const NSBundle& bundle);
 

@@ -11,14 +11,14 @@ enum class Kind { end, word, number };
 
 struct Piece {
     Kind kind = Kind::end;
-    QStringView text; // numbers without the zeros in front
+    QStringView text; // numbers have no leading zeros
 };
 
 bool isDigit(QChar c) {
     return c >= u'0' && c <= u'9';
 }
 
-/// Takes the next number or word off the front; what stands between them says nothing.
+/// Takes the next number or word from the front. Separators are dropped.
 Piece takePiece(QStringView& version) {
     while (!version.isEmpty() && !version.front().isLetterOrNumber())
         version = version.mid(1);
@@ -42,7 +42,7 @@ std::weak_ordering orderOfNumbers(QStringView one, QStringView other) {
     return one.compare(other) <=> 0;
 }
 
-/// A version that has ended stands before further numbers and after further words.
+/// The end of a version comes before a further number and after a further word.
 std::weak_ordering pieceOrder(const Piece& one, const Piece& other) {
     if (one.kind == Kind::word && other.kind == Kind::word)
         return one.text.compare(other.text, Qt::CaseInsensitive) <=> 0;
