@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a thread that waits for a reply and the operation that sends the event share. Every operation is thread-safe.
+// The state that a thread waiting for a reply shares with the operation that sends the event. All functions are thread-safe.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -11,28 +11,29 @@ namespace quoddle {
 
 class AESendMessageResult {
 public:
-    /// YES once the background send has finished.
+    /// True once the background send has finished.
     bool isHandled() const { return locked(mHandled); }
     void setHandled(bool handled) { setLocked(mHandled, handled); }
-    /// The status that the send returned; 0 before.
+    /// The status that the send has returned; 0 before it has finished.
     OSStatus error() const { return locked(mError); }
     void setError(OSStatus error) { setLocked(mError, error); }
 
-    /// Where the send writes the reply; nobody else touches it before the result is handled. Its type is "null" while there is none.
+    /// The send writes the reply here; no other thread may use it before the result is handled. Its type is "null" as long as there is no
+    /// reply.
     AEDesc* replyEventPointer() { return &mReplyEvent; }
     AEDesc replyEvent() const { return locked(mReplyEvent); }
     void setReplyEvent(AEDesc replyEvent) { setLocked(mReplyEvent, std::move(replyEvent)); }
-    /// Gives the reply away: what stays is empty.
+    /// Moves the reply out.
     AEDesc detachedReplyEvent() {
         const std::lock_guard lock(mMutex);
         return std::exchange(mReplyEvent, AEDesc());
     }
 
-    /// The waiting side has gone: the send may end early.
+    /// Whether the waiting thread has given up, so that the send may end early.
     bool isAbandoned() const { return locked(mAbandoned); }
     void abandon() {
         setLocked(mAbandoned, true);
-        wakeWaits(); // of the send, and of the handler that answers
+        wakeWaits(); // of the send and of the handler that answers
     }
 
 private:

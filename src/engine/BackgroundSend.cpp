@@ -20,9 +20,9 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kMaximumSends = 20;
-constexpr auto kSlice = std::chrono::milliseconds(50); // of the main thread's events
+constexpr auto kSlice = std::chrono::milliseconds(50); // for the main thread's events
 
-/// Never destroyed: a send that nobody waits for any more may outlive everything else.
+/// Never destroyed, because abandoned sends may run until the process ends.
 NSOperationQueue& sendQueue() {
     static auto* const queue = new NSOperationQueue(kMaximumSends);
     return *queue;
@@ -34,7 +34,7 @@ std::shared_ptr<NSOperation> makeSend(const QXOSAComponentRef& component, const 
         const AESendOptions options{[result] { return result->isAbandoned(); }, component.get()};
         result->setError(AESendMessage(event, result->replyEventPointer(), sendMode, ticks, options));
         if (result->error() == errAETimeout)
-            result->abandon(); // whichever of the two limits comes first, the handler learns that nobody waits
+            result->abandon(); // the send's own limit may be the first: tell the handler that nobody waits any more
         result->setHandled(true);
         sender->wake();
     });
@@ -42,7 +42,7 @@ std::shared_ptr<NSOperation> makeSend(const QXOSAComponentRef& component, const 
     return send;
 }
 
-/// Whatever an event's handler throws is not the sender's affair: the wait goes on.
+/// Serves the main thread's events for a slice of time. Exceptions from their handlers do not concern the sender, whose wait goes on.
 void serveEvents(Clock::time_point sliceEnd) {
     try {
         AEProcessMainThreadEvents(std::chrono::ceil<std::chrono::milliseconds>(sliceEnd - Clock::now()));
@@ -79,7 +79,7 @@ OSStatus sendInBackground(const QXOSAComponentRef& component, const AEDesc& even
         }
     }
     if (result->isHandled() && status == noErr) {
-        // The send may have reached its own limit first.
+        // The send may have reached its own limit before this wait did.
         const bool timedOut = result->error() == errAETimeout;
         status = timedOut ? component->timeoutError() : result->error();
         if (reply && !timedOut)

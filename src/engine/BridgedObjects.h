@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Objects of this process that a script holds by reference ("ocid" specifiers carry eight bytes). The decision: the eight bytes are a
-// ticket, not an address, so a forged or stale one finds nothing instead of touching memory.
+// Objects of this process to which scripts hold references ("ocid" specifiers carry eight bytes).
+// Decision: the eight bytes are a ticket and not an address, so a forged or outdated one finds nothing instead of accessing memory.
 #pragma once
 
 #include "platform/ae/NSAppleEventDescriptor.h"
@@ -9,12 +9,12 @@
 
 namespace quoddle::BridgedObjects {
 
-/// Any thread. The ticket stays good until it is withdrawn; never 0.
+/// Returns a ticket, never 0, that is valid until it is withdrawn. All functions may be called on any thread.
 std::uint64_t add(const QVariant& object);
 void withdraw(std::uint64_t ticket);
 /// An invalid variant for an unknown ticket.
 QVariant find(std::uint64_t ticket);
-/// The specifier by which a script holds the object of the ticket.
+/// A specifier for the object with the ticket, for use in scripts.
 NSAppleEventDescriptorRef descriptor(std::uint64_t ticket);
 
 } // namespace quoddle::BridgedObjects

@@ -8,12 +8,12 @@ namespace quoddle {
 
 namespace {
 
-// The list of user-defined fields: name, value, name, value; a copy, or nil.
+// A copy of the record's list of user-defined fields (name, value, name, value); nil when there is none.
 NSAppleEventDescriptorRef userFieldsOf(const NSAppleEventDescriptorRef& record) {
     return record ? record->descriptorForKeyword("usrf"_4cc) : nullptr;
 }
 
-// The position of the value behind the name, or 0.
+// The position of the value behind the name; 0 when there is none.
 std::size_t positionOfValue(const NSAppleEventDescriptor& fields, std::u16string_view name) {
     for (std::size_t pair = 1; pair <= fields.numberOfItems() / 2; ++pair)
         if (fields.descriptorAtIndex(2 * pair - 1)->stringValue() == name)

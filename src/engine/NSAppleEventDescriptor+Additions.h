@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The second group of operations on descriptors: a record's user-defined fields by name, and file URLs as their bytes.
+// Further operations on descriptors: a record's user-defined fields by name, and file URLs as bytes.
 #pragma once
 
 #include "platform/ae/NSAppleEventDescriptor.h"
@@ -8,7 +8,8 @@
 
 namespace quoddle {
 
-/// This group has an undefined value of its own: equal to the other one, another instance.
+/// QUIRK: this group has an undefined value of its own, equal to descriptorWithUndefinedValue() but another instance; code that compares
+/// instances relies on it.
 namespace Additions {
 NSAppleEventDescriptorRef descriptorWithUndefinedValue();
 }
@@ -16,15 +17,16 @@ NSAppleEventDescriptorRef descriptorWithUndefinedValue();
 /// Nil for an empty URL. Raises "NSInternalInconsistencyException" when the URL has no bytes.
 NSAppleEventDescriptorRef descriptorWithFileURLLegacy(const QUrl& url);
 
-/// The value of the user-defined field with that name, case and all, or nil. A copy.
+/// A copy of the value of the user-defined field with exactly this name; nil when there is none.
 NSAppleEventDescriptorRef descriptorForPropertyName(const NSAppleEventDescriptorRef& record, const TextArgument& name);
-/// Works on the list of fields as the look-up hands it out and does not write it back, so the record itself stays as it was.
+/// QUIRK: changes only the copy of the fields that the look-up returns, so the record itself is unchanged; code written for the platform
+/// relies on it.
 void setDescriptorForPropertyName(const NSAppleEventDescriptorRef& record, const NSAppleEventDescriptorRef& descriptor,
                                   const TextArgument& name);
-/// Inserts at the index; the item that was there is not removed.
+/// QUIRK: inserts at the index, and does not remove the item that is there; code written for the platform relies on it.
 void replaceDescriptorAtIndex(const NSAppleEventDescriptorRef& list, const NSAppleEventDescriptorRef& descriptor, std::size_t index);
 
-/// The text of a descriptor; a null string when it is nil or does not coerce.
+/// The text of a descriptor; a null string for nil and when it cannot be coerced.
 QString stringValue(const NSAppleEventDescriptorRef& descriptor);
 
 } // namespace quoddle

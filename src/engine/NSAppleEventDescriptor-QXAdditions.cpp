@@ -86,7 +86,7 @@ bool isASObjCReference(const NSAppleEventDescriptorRef& descriptor) {
     return want && want->typeCodeValue() == "ocid"_4cc;
 }
 
-// A list has no integer value, not even a list of one that would coerce.
+// QUIRK: a list has no integer value, not even a list of one that could be coerced; code written for the platform relies on getting 0.
 std::int64_t KVBintegerValue(const NSAppleEventDescriptorRef& descriptor) {
     return !descriptor || descriptor->aeDesc().isList() ? 0 : descriptor->aeDesc().asInt64().value_or(0);
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// More operations on descriptors, as free functions: special values, specifiers, type tests over every type code the language may deliver,
-// 64-bit integers, references to bridged objects.
-// A nil descriptor may be given everywhere: tests answer false, values 0, look-ups nil. Nothing here raises.
+// Further operations on descriptors as free functions: special values, specifiers, type tests over all type codes that the language may
+// deliver, 64-bit integers, references to bridged objects. All accept nil: tests return false, values 0, look-ups nil. Nothing here raises.
 #pragma once
 
 #include "platform/ae/NSAppleEventDescriptor.h"
@@ -10,18 +9,18 @@
 
 namespace quoddle {
 
-/// The same instance on every call: never change it.
+/// The same instance on every call; it must not be changed.
 NSAppleEventDescriptorRef descriptorWithMissingValue();
 NSAppleEventDescriptorRef descriptorWithUndefinedValue();
 NSAppleEventDescriptorRef descriptorWithAbsoluteOrdinal(FourCharCode ordinal);
-/// A nil container is the application itself. Nil when it cannot be built.
+/// A nil container stands for the application itself. Nil when the specifier cannot be built.
 NSAppleEventDescriptorRef descriptorForObjectSpecifierFor(DescType desiredClass, const NSAppleEventDescriptorRef& container,
                                                           DescType keyForm, const NSAppleEventDescriptorRef& keyData);
 NSAppleEventDescriptorRef descriptorForRangeObjectSpecifierFrom(const NSAppleEventDescriptorRef& from, const NSAppleEventDescriptorRef& to);
 
 bool isMissingValue(const NSAppleEventDescriptorRef& descriptor);
 bool isUndefinedValue(const NSAppleEventDescriptorRef& descriptor);
-/// Any record-like type counts.
+/// True for a record of any type.
 bool isReallyARecord(const NSAppleEventDescriptorRef& descriptor);
 bool isText(const NSAppleEventDescriptorRef& descriptor);
 bool isInteger(const NSAppleEventDescriptorRef& descriptor);
@@ -29,12 +28,12 @@ bool isReal(const NSAppleEventDescriptorRef& descriptor);
 bool isFile(const NSAppleEventDescriptorRef& descriptor);
 bool isASObjCReference(const NSAppleEventDescriptorRef& descriptor);
 
-/// 0 when the descriptor does not coerce.
+/// 0 when the descriptor cannot be coerced.
 std::int64_t KVBintegerValue(const NSAppleEventDescriptorRef& descriptor);
 std::uint64_t KVBunsignedIntegerValue(const NSAppleEventDescriptorRef& descriptor);
 std::int64_t integerValue(const NSAppleEventDescriptorRef& descriptor);
 std::uint64_t unsignedIntegerValue(const NSAppleEventDescriptorRef& descriptor);
-/// The object that the reference names (BridgedObjects.h); an invalid variant when there is none.
+/// The object to which the reference refers (BridgedObjects.h); an invalid variant when there is none.
 QVariant ASObjCReference(const NSAppleEventDescriptorRef& descriptor);
 
 } // namespace quoddle

@@ -19,12 +19,12 @@ bool isOnMainThread() {
     return QCoreApplication::instance() && MainThread::isCurrent();
 }
 
-/// The delegate's word on the script that this thread runs; nothing when the component's flag counts.
+/// The delegate's answer whether the script on this thread is cancelled; nullopt when the component's flag decides.
 std::optional<bool> delegatesWord(const QXOSAComponent& component) {
     return isOnMainThread() && component.delegate() ? component.delegate()->isMainThreadScriptCancelled() : std::nullopt;
 }
 
-/// One turn of the loop without waiting; what the user did is left for the normal loop.
+/// Processes pending events of the main thread without waiting. User input is left to the normal event loop.
 void serveMainThreadEvents(const QXOSAComponent& component) {
     if (!isOnMainThread() || !component.yieldCPU() || (component.delegate() && component.delegate()->servesMainThreadEvents()))
         return;
@@ -40,7 +40,7 @@ void takeBackCancellation(QXOSAComponent& component) {
 
 namespace {
 
-// The low 16 bits, as every status that a procedure answers.
+// The low 16 bits of a status, which is all that a procedure can return.
 OSErr shortened(OSStatus status) {
     return static_cast<OSErr>(status);
 }
@@ -50,7 +50,7 @@ OSErr acceptCancellation(QXOSAComponent& component) {
     return shortened(component.threadCanceledError());
 }
 
-/// Until the deadline; nothing without one.
+/// The seconds until the deadline; nullopt without a deadline.
 std::optional<double> secondsLeft(const QXOSAComponent& component) {
     QDateTime timeout = component.timeout();
     if (!timeout.isValid())
@@ -63,7 +63,7 @@ bool deadlineHasPassed(const QXOSAComponent& component) {
     return left && *left <= 0;
 }
 
-/// A timeout given as "default" or "none" is negative and so never replaced by the deadline.
+/// The script's timeout, but at most the time until the deadline. "default" and "none" are negative and so stay unchanged.
 std::int32_t effectiveTimeout(std::optional<double> left, std::int32_t ticks) {
     if (!left)
         return ticks;
@@ -71,12 +71,12 @@ std::int32_t effectiveTimeout(std::optional<double> left, std::int32_t ticks) {
     return std::min(ticks, static_cast<std::int32_t>(ticksLeft));
 }
 
-/// The component asking an application for its terminology: nothing that the script does.
+/// Whether an event is the component's own request for an application's terminology, of which the delegate is not told.
 bool isTerminologyRequest(AEEventClass eventClass, AEEventID eventID) {
     return eventClass == "ascr"_4cc && (eventID == "gdte"_4cc || eventID == "gdut"_4cc);
 }
 
-/// The delegate's exceptions end here: the scripting component could not take them.
+/// Calls the delegate and logs its exceptions, because the scripting component could not handle them.
 template<class Call>
 void tellDelegate(const QXOSAComponent& component, Call call) {
     QXOSAComponentDelegate* delegate = component.delegate();
@@ -95,7 +95,7 @@ AESendOptions optionsFor(const QXOSAComponentRef& component) {
     return {[component] { return isRunCancelled(*component); }, component.get()};
 }
 
-/// The status of a wait that was given up is the component's own, and the cancellation stays for the next procedure.
+/// Replaces the status of a wait that was given up by the component's own. The cancellation stays set for the next procedure.
 OSStatus statusOfWait(const QXOSAComponent& component, OSStatus status) {
     if (status == errAETimeout)
         return component.timeoutError();
@@ -149,7 +149,7 @@ OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, A
         return shortened(AESendMessage(event, reply, sendMode, timeOutInTicks));
     if (isRunCancelled(*component))
         return acceptCancellation(*component);
-    // Read once: a moment later it may have passed, and a negative number of ticks would mean the default.
+    // Read once, because the deadline may pass meanwhile, and a negative number of ticks would mean the default.
     const std::optional<double> left = secondsLeft(*component);
     if (left && *left <= 0)
         return shortened(component->timeoutError());

@@ -22,7 +22,7 @@ namespace {
 
 constexpr qint64 kNoTimeout = std::numeric_limits<qint64>::min();
 
-// The components that callbacks may still mean: the procedures outlive the objects that installed them.
+// The components that exist. Callbacks look their component up here, because the procedures outlive the objects that have installed them.
 struct LiveComponents {
     std::mutex mutex;
     std::unordered_set<const QXOSAComponent*> components;
@@ -33,7 +33,7 @@ LiveComponents& liveComponents() {
     return live;
 }
 
-// Nil is not kept: the component may be registered later.
+// A missing component is not remembered, because it may be registered later.
 QXOSAComponentRef sharedComponent(QXOSAComponentRef& shared, OSType subType) {
     static std::mutex mutex;
     std::lock_guard lock(mutex);
@@ -42,7 +42,7 @@ QXOSAComponentRef sharedComponent(QXOSAComponentRef& shared, OSType subType) {
     return shared;
 }
 
-// The procedure stays, but its reference constant must not come to mean whatever is made at the same address next.
+// Leaves the procedure installed but clears its reference constant, which could otherwise mean a later object at the same address.
 template<class Proc>
 void leaveProc(ComponentInstance instance, OSStatus (*get)(ComponentInstance, Proc&, void*&),
                OSStatus (*set)(ComponentInstance, Proc, void*), const void* leaving) {
@@ -114,7 +114,7 @@ QXOSAComponent::~QXOSAComponent() {
     leaveProc(mComponent, OSAGetActiveProc, OSASetActiveProc, this);
     leaveProc(mComponent, OSAGetSendProc, OSASetSendProc, this);
     leaveProc(mComponent, OSAGetResumeDispatchProc, OSASetResumeDispatchProc, this);
-    // They live in the instance, so they go before it is closed.
+    // The values are inside the instance, so they are destroyed before it is closed.
     mScratchID.reset();
     mUndefinedValue.reset();
     if (!mOwnsComponent || mComponent == 0)
@@ -164,10 +164,11 @@ OSStatus QXOSAComponent::lastError() {
     return number ? number->int32Value() : noErr;
 }
 
-// A script's reference to a database object reads badly: its fragment is cut out of the text. The places are those of the text before any
-// cut, also for the second fragment and those after it.
+// Removes the fragments by which a reference to a database object is written in messages, where they read badly.
+// QUIRK: the places of all fragments are those in the text before the first removal, so a second fragment is cut at the wrong place; code
+// that compares messages relies on it.
 QString QXOSAComponent::cleanErrorMessage(FourCharCode selector) {
-    // "(*ANY)": a dot stops at every kind of line end.
+    // With "(*ANY)" the dots do not match any kind of line end.
     static const QRegularExpression fragment(QStringLiteral("(*ANY)") + QStringLiteral(".class asDB. id \\(.+\\) of "));
     AEDesc text;
     if (OSAScriptError(mComponent, selector, "utxt"_4cc, text) != noErr)
@@ -262,12 +263,12 @@ void QXOSAComponent::setLastResult(const QXOSAIDRef& lastResult) {
     try {
         setScratchResult(lastResult);
     } catch (...) {
-        // Nobody waits for the result of keeping a result.
+        // Nobody needs to know that the result could not be kept.
     }
 }
 
 void QXOSAComponent::setScratchResult(const QXOSAIDRef& lastResult) {
-    // Values that this object keeps must not keep this object.
+    // The kept values must not keep this object alive, so they get a reference that does not own it.
     const QXOSAComponentRef unowned(QXOSAComponentRef(), this);
     if (!mScratchID) {
         mScratchID = QXOSAID::QXOSAIDWithComponent(unowned);
@@ -310,12 +311,12 @@ void QXOSAComponent::setTimeout(const QDateTime& timeout) {
 }
 
 void QXOSAComponent::setTimeoutInterval(double seconds) {
-    constexpr double kFarthest = 1e12; // seconds: past any clock, and far from overflowing
+    constexpr double kFarthest = 1e12; // seconds; beyond any clock, and far from overflowing
     setTimeoutSinceEpoch(QDateTime::currentMSecsSinceEpoch() + std::llround(std::clamp(seconds, -kFarthest, kFarthest) * 1000));
 }
 
 void QXOSAComponent::setTimeoutSinceEpoch(qint64 milliseconds) {
-    constexpr qint64 kDay = 24 * 60 * 60 * 1000; // no wait pauses that long
+    constexpr qint64 kDay = 24 * 60 * 60 * 1000; // longer than any pause of a wait
     mTimeout = milliseconds;
     if (milliseconds != kNoTimeout)
         mTimeoutAlarm.set(std::chrono::steady_clock::now() +
@@ -339,7 +340,7 @@ bool QXOSAComponent::isDangerousEventSuite(AEEventClass suite, AEEventID eventID
         {"syso"_4cc, {"cpls"_4cc, "cton"_4cc, "nfo4"_4cc, "ntoc"_4cc, "offs"_4cc, "rand"_4cc, "rond"_4cc}},
     };
     if (suite == "ascr"_4cc)
-        return eventID == "psbr"_4cc; // a call into another application
+        return eventID == "psbr"_4cc; // "psbr", a call into another application
     for (const SafeEvents& safe : kSafeEvents)
         if (safe.suite == suite)
             return std::find(safe.events.begin(), safe.events.end(), eventID) == safe.events.end();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // QXOSAComponent: one open scripting component, the callbacks through which its scripts yield, send and continue events (OSACallbacks.h),
-// and what those callbacks consult: deadline, cancellation, delegate, guard. Held by std::shared_ptr. Checked failures raise QXOSAException
-// "QXOSAComponent Failure"; queries of the last error never raise. Any thread may set the run state; everything else belongs to the thread
-// that uses the component.
+// and what those callbacks use: deadline, cancellation, delegate, guard. Held by std::shared_ptr. Checked failures raise QXOSAException
+// "QXOSAComponent Failure"; queries of the last error never raise. The run state may be set on any thread; everything else is used on one
+// thread.
 #pragma once
 
 #include "engine/QXOSAComponentDelegate.h"
@@ -33,27 +33,28 @@ inline const QString kQXOSAThreadScriptKey = QStringLiteral("kQXOSAThreadScriptK
 class QXOSAComponent : public QObject, public std::enable_shared_from_this<QXOSAComponent> {
     Q_OBJECT
 public:
-    /// Shared, for the life of the process; nil while there is no such component.
+    /// Shared for the lifetime of the process; nil while no such component is registered.
     static QXOSAComponentRef appleScriptComponent();
     static QXOSAComponentRef genericComponent();
-    /// Up to 10 operations at once; for callers that run scripts off the main thread.
+    /// Runs up to 10 operations at once; for callers that run scripts off the main thread.
     static NSOperationQueue& osaOperationQueue();
     static NSAppleEventDescriptorRef _asResultPropertyDescriptor();
-    /// Any thread. The component that a callback's reference constant means; nil when it is no longer alive or not held by a shared_ptr.
+    /// The component for a callback's reference constant; nil when it no longer exists or is not held by a shared_ptr. Any thread.
     static QXOSAComponentRef _componentForRefCon(const void* refCon);
 
-    /// New instances, or nil when none opens.
+    /// New instances; nil when the component cannot be opened.
     static QXOSAComponentRef componentWithLanguageSubType(OSType languageSubType) { return initWithLanguageSubType(languageSubType); }
     static QXOSAComponentRef initWithAppleScriptComponent() { return initWithLanguageSubType(kAppleScriptSubtype); }
     static QXOSAComponentRef initWithGenericComponent() { return initWithLanguageSubType(kOSAGenericScriptingComponentSubtype); }
     static QXOSAComponentRef initWithLanguageSubType(OSType languageSubType);
-    /// Installs the three procedures; they stay when this object goes away, without reference constant, and then do nothing.
+    /// Installs the three procedures. After this object is destroyed they stay without a reference constant and act without it
+    /// (OSACallbacks.h).
     QXOSAComponent(ComponentInstance component, bool ownsComponent);
     ~QXOSAComponent() override;
 
     ComponentInstance component() const { return mComponent; }
     std::int32_t version() const;
-    /// 0 when adopted.
+    /// 0 when the component was adopted.
     OSType languageSubType() const { return mLanguageSubType; }
     OSType defaultLanguageSubType();
     void setDefaultLanguageSubType(OSType subType);
@@ -73,25 +74,25 @@ public:
     QXOSAErrorInfoRef lastErrorInfo() { return QXOSAErrorInfo::errorInfoForComponent(*this); }
 
     NSAppleEventDescriptorRef defaultTarget() const { return mDefaultTarget; }
-    /// Nil means the null descriptor.
+    /// Nil stands for the null descriptor.
     void setDefaultTarget(const NSAppleEventDescriptorRef& defaultTarget);
     QXOSAIDRef loadFromStoredScript(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags);
-    /// Nil, without an exception, when the URL names no existing file. `storable` may be null.
+    /// Nil, without an exception, when there is no file at the URL. `storable` may be null.
     QXOSAIDRef loadFromURL(const QUrl& url, OSAModeFlags modeFlags, bool* storable = nullptr);
     std::vector<OSASourceStyle> sourceAttributes();
     void setSourceAttributes(const std::vector<OSASourceStyle>& sourceAttributes);
-    /// Nothing on failure.
+    /// nullopt on failure.
     std::optional<QStringList> sourceAttributeNames();
     QXOSAIDRef lastResult();
-    /// Nil stores the undefined value. Never fails outwards.
+    /// Nil stores the undefined value. Failures are ignored.
     void setLastResult(const QXOSAIDRef& lastResult);
 
     QXOSAComponentDelegate* delegate() const { return mDelegate; }
-    /// Not owned: whoever goes away first takes it out.
+    /// Not owned; whichever is destroyed first must end the relation.
     void setDelegate(QXOSAComponentDelegate* delegate) { mDelegate = delegate; }
     std::shared_ptr<NSOperation> operation() const;
     void setOperation(std::shared_ptr<NSOperation> operation);
-    /// An invalid date is no deadline.
+    /// An invalid date means no deadline.
     QDateTime timeout() const;
     void setTimeout(const QDateTime& timeout);
     void setTimeoutInterval(double seconds);
@@ -109,14 +110,14 @@ public:
     void setCancelled(bool cancelled);
     bool isResuming() const { return mResuming; }
     void setResuming(bool resuming) { mResuming = resuming; }
-    /// True exactly when there is no operation. The inverted sense is kept.
+    /// QUIRK: true exactly when there is no operation; callers rely on the inverted sense.
     bool isBusy() const { return !operation(); }
 
     static bool isDangerousEventSuite(AEEventClass suite, AEEventID eventID);
     bool _failOSError(OSStatus status);
 
 Q_SIGNALS:
-    /// Sent on the thread that changed the operation.
+    /// Emitted on the thread that has changed the operation.
     void isBusyChanged();
 
 private:
@@ -142,7 +143,7 @@ private:
     void setTimeoutSinceEpoch(qint64 milliseconds);
 
     WaitAlarm mTimeoutAlarm;
-    std::atomic<qint64> mTimeout; ///< milliseconds since 1970, or none
+    std::atomic<qint64> mTimeout; ///< milliseconds since 1970, or kNoTimeout
     std::atomic<bool> mCancelled = false;
     std::atomic<bool> mResuming = false;
     std::atomic<bool> mYieldCPU = true;

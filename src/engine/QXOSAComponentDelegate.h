@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a component's delegate may hear of while a script runs. Every operation is optional.
+// Notifications of a component to its delegate while a script runs. All are optional.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -9,21 +9,20 @@
 
 namespace quoddle {
 
-/// All are called on the thread that runs the script.
+/// All functions are called on the thread that runs the script.
 class QXOSAComponentDelegate {
 public:
     virtual ~QXOSAComponentDelegate() = default;
-    /// Often, and once before every event that is sent.
+    /// Called often, and once before every event that is sent.
     virtual void scriptDidYield() {}
-    /// Whether the delegate itself gives the events of the main thread their turn when a script there yields. Otherwise the component does,
-    /// and leaves those of the user for the normal loop.
+    /// Whether the delegate itself processes the main thread's events when a script there yields. Otherwise the component does, without
+    /// user input, which it leaves to the normal event loop.
     virtual bool servesMainThreadEvents() { return false; }
-    /// A script that the main thread runs waits for a reply: called again and again until the wait is over.
+    /// Called repeatedly while a script on the main thread waits for a reply.
     virtual void scriptWaitsOnMainThread() {}
-    /// Whether the script that the main thread runs is to end. Nothing: the component's own flag says so, which scripts on all threads
-    /// share.
+    /// Whether the script on the main thread is to end. nullopt: the component's own flag decides, which scripts on all threads share.
     virtual std::optional<bool> isMainThreadScriptCancelled() { return {}; }
-    /// Not for requests of terminology ("ascr"/"gdte", "gdut"). The timeout is the effective one.
+    /// Not called for requests of terminology ("ascr"/"gdte", "gdut"). The timeout is the effective one.
     virtual void willSendAppleEvent(const AEDesc& event, AESendMode sendMode, std::int32_t sendPriority, std::int32_t timeoutInTicks) {
         (void)event, (void)sendMode, (void)sendPriority, (void)timeoutInTicks;
     }

@@ -9,7 +9,7 @@ namespace quoddle {
 
 namespace {
 
-// An invalid variant, which prints as null, for what is not there.
+// The text, or an invalid variant, which is printed as null, for a null string.
 QVariant shown(const QString& text) {
     return text.isNull() ? QVariant() : QVariant(text);
 }

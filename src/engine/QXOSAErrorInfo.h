@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// QXOSAErrorInfo: a snapshot of one error, either all that a component can tell about its last script error, or a bare status.
-// Taken at once, so later calls cannot overwrite it. A value: cheap to copy, safe to hand to another thread.
+// A snapshot of one error: all that a component tells about its last script error, or only a status. Later calls do not change it. A value:
+// cheap to copy, and safe to pass to another thread.
 #pragma once
 
 #include "engine/QXRange.h"
@@ -14,16 +14,16 @@ namespace quoddle {
 
 class QXOSAComponent;
 class QXOSAErrorInfo;
-/// Nil: no error record.
+/// Nil when there is no error record.
 using QXOSAErrorInfoRef = std::shared_ptr<QXOSAErrorInfo>;
 
 class QXOSAErrorInfo {
 public:
     static QXOSAErrorInfoRef errorInfoForComponent(QXOSAComponent& component) { return std::make_shared<QXOSAErrorInfo>(component); }
     static QXOSAErrorInfoRef errorInfoForOSStatus(OSStatus status) { return std::make_shared<QXOSAErrorInfo>(status); }
-    /// Asks the component on the calling thread. Without an error the range is (not found, 0).
+    /// Asks the component on the calling thread. Without an error the range is (kQXNotFound, 0).
     explicit QXOSAErrorInfo(QXOSAComponent& component);
-    /// The range is (0, 0), which also means none.
+    /// The range is (0, 0), which also stands for none.
     explicit QXOSAErrorInfo(OSStatus status) : _error(status) {}
 
     QString description() const;

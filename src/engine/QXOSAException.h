@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one exception of the engine bridge: a name, a reason, and what the raiser wants to hand along.
+// The only exception of the engine bridge: a name, a reason, and further information from the place where it was raised.
 #pragma once
 
 #include <exception>

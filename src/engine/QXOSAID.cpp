@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Making, loading, compiling, executing and storing script values.
+// Makes, loads, compiles, executes and stores script values.
 #include "engine/QXOSAID.h"
 
 #include "engine/OSACallbacks.h"
@@ -75,7 +75,7 @@ QXOSAIDRef QXOSAID::QXOSAIDContextWithComponent(const QXOSAComponentRef& compone
         if (context->compileDescriptor(source, kOSAModeCompileIntoContext))
             return context;
     } catch (const QXOSAException&) {
-        // Logged below, like a quiet failure.
+        // The failure is logged below.
     }
     NSLog(QStringLiteral("QXOSAIDContextWithComponent failed"));
     return nullptr;
@@ -89,7 +89,7 @@ QXOSAIDRef QXOSAID::QXOSAIDContextWithComponent(const QXOSAComponentRef& compone
                 return context;
         }
     } catch (const QXOSAException&) {
-        // Logged below, like a quiet failure.
+        // The failure is logged below.
     }
     NSLog(QStringLiteral("QXOSAIDContextWithComponent:parent: failed"));
     return nullptr;
@@ -157,7 +157,7 @@ void QXOSAID::loadFileURL(const QUrl& url, OSAModeFlags modeFlags) {
         _failOSError(kURLWithoutFile);
 }
 
-// In place, and the kept descriptors stay.
+// QUIRK: compiling keeps the cached descriptors of the former source; code written for the platform relies on it.
 bool QXOSAID::compileDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags) {
     OSAID script = mValueID;
     OSStatus status = OSACompile(instance(), aeDescOf(descriptor), modeFlags, script);

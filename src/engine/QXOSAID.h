@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// QXOSAID: a script, a context or a value inside a scripting component, with the component it lives in.
-// Held by std::shared_ptr; nil is the empty pointer. An owned identifier is disposed of when this object goes away or takes another one.
-// Checked failures raise QXOSAException "QXOSAID Failure"; a script error (-1753), a cancel (-128) and an unknown identifier (-1751) do
-// not: the answer is nil or false and lastError() tells. Used on the thread that runs its component's script; lastError(), handler queries,
-// properties and descriptors may be used beside a running execution.
+// QXOSAID: a script, a context or a value inside a scripting component, together with that component.
+// Held by std::shared_ptr; nil is the empty pointer. An owned identifier is disposed of when this object is destroyed or gets another one.
+// Checked failures raise QXOSAException "QXOSAID Failure". A script error (-1753), a cancellation (-128) and an unknown identifier (-1751)
+// do not raise: the result is nil or false, and lastError() has the status. Used on the thread that runs the component's script;
+// lastError(), handler queries, properties and descriptors may be used during an execution.
 #pragma once
 
 #include "engine/QXOSAComponent.h"
@@ -21,15 +21,15 @@ public:
     ~QXOSAID();
     QXOSAID(const QXOSAID&) = delete;
     QXOSAID& operator=(const QXOSAID&) = delete;
-    /// Stored scripts ("scpt") are loaded, anything else is coerced. Nil, without an exception, when that fails or there are no
-    /// bytes to coerce (an empty text has none).
+    /// Loads a stored script ("scpt") and coerces any other descriptor. Nil, without an exception, when that fails or there are no bytes to
+    /// coerce (as in an empty text).
     static QXOSAIDRef initWithComponent(const QXOSAComponentRef& component, const NSAppleEventDescriptorRef& descriptor);
     static QXOSAIDRef initWithComponent(const QXOSAComponentRef& component, const AEDesc& aeDesc);
 
     static QXOSAIDRef QXOSAIDWithComponent(const QXOSAComponentRef& component, OSAID valueID = 0, bool ownsValueID = true);
     static QXOSAIDRef QXOSAIDWithComponent(const QXOSAComponentRef& component, const NSAppleEventDescriptorRef& descriptor);
     static QXOSAIDRef QXOSAIDWithComponent(const QXOSAComponentRef& component, const AEDesc& aeDesc);
-    /// A fresh script context, or nil (logged).
+    /// A new script context; nil when that fails (logged).
     static QXOSAIDRef QXOSAIDContextWithComponent(const QXOSAComponentRef& component);
     static QXOSAIDRef QXOSAIDContextWithComponent(const QXOSAComponentRef& component, const QXOSAIDRef& parent);
 
@@ -38,15 +38,15 @@ public:
     const QXOSAComponentRef& component() const { return mComponent; }
     bool ownsValueID() const { return mOwnsValueID; }
     void setOwnsValueID(bool ownsValueID) { mOwnsValueID = ownsValueID; }
-    /// Nil until something was stored. Shared with this object.
+    /// Nil until a descriptor is cached. The cache itself is shared, not copied.
     std::shared_ptr<DescriptorCache> descriptorCache() const;
     void setDescriptorCache(std::shared_ptr<DescriptorCache> descriptorCache);
 
     void setDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
     void load(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
-    /// An absolute path; it becomes the script's location.
+    /// `file` is an absolute path; it becomes the script's location.
     void loadFile(const QString& file, OSAModeFlags modeFlags = 0);
-    /// A URL that names no existing file raises with status -4960.
+    /// Raises with status -4960 when there is no file at the URL.
     void loadFileURL(const QUrl& url, OSAModeFlags modeFlags = 0);
     bool compileDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = kOSAModeCompileIntoContext);
     bool compile(const QString& source, OSAModeFlags modeFlags = kOSAModeCompileIntoContext);
@@ -54,7 +54,7 @@ public:
     QXOSAIDRef executeEvent(const NSAppleEventDescriptorRef& event, OSAModeFlags modeFlags = 0);
     QXOSAIDRef executeInContext(const QXOSAIDRef& context, OSAModeFlags modeFlags = 0);
     QXOSAIDRef executeSubroutine(const QString& name, const std::vector<NSAppleEventDescriptorRef>& parameters, OSAModeFlags modeFlags = 0);
-    /// Kept until the value changes; nil for no value and on failure.
+    /// Cached until the value changes, except by compiling; nil without a value and on failure.
     NSAppleEventDescriptorRef descriptor(OSAModeFlags modeFlags = 0);
     NSAppleEventDescriptorRef store(OSAModeFlags modeFlags = 0);
     void storeFile(const QString& file, OSAModeFlags modeFlags = 0);
@@ -65,11 +65,11 @@ public:
     void clear();
     void startRecording();
     void stopRecording();
-    /// On the real component, not owning. Nil when the check fails quietly.
+    /// A value of the real component that does not own its identifier. Nil when a checked call fails without raising.
     QXOSAIDRef realFromGeneric();
-    /// An empty URL when there is none.
+    /// An empty URL when the script has no location.
     QUrl scriptLocation();
-    /// Does nothing for a file that does not exist; a failure is logged.
+    /// Does nothing when there is no such file; other failures are logged.
     void setScriptLocation(const QUrl& url);
     std::int32_t getInfoForSelector(FourCharCode selector);
     void setInfo(std::int32_t info, FourCharCode forSelector);
@@ -89,7 +89,7 @@ public:
     std::int64_t integerValue();
     std::uint64_t unsignedIntegerValue();
     bool booleanValue();
-    /// A null string when there is none.
+    /// A null string when the value has no text.
     QString stringValue();
 
     bool hasOpenHandler();
@@ -99,7 +99,7 @@ public:
     bool hasHandlerEventClass(AEEventClass eventClass, AEEventID eventID);
     bool hasHandlerNamed(const QString& name);
     bool hasHandlerForAppleEvent(const NSAppleEventDescriptorRef& event);
-    /// Nothing when the call fails.
+    /// nullopt when the call fails.
     std::optional<std::vector<NSAppleEventDescriptorRef>> handlerNames(OSAModeFlags modeFlags = 0);
     std::optional<std::vector<NSAppleEventDescriptorRef>> propertyNames(OSAModeFlags modeFlags = 0);
     QXOSAIDRef handlerForDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
@@ -107,8 +107,8 @@ public:
     QXOSAIDRef propertyForDescriptor(const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
     QXOSAIDRef propertyForName(const QString& name, OSAModeFlags modeFlags = 0);
     QXOSAIDRef propertyForPropertyID(FourCharCode propertyID, OSAModeFlags modeFlags = 0);
-    /// The property while it is a text or a whole number, without making an object of it: for what is asked again and again. Nothing for
-    /// any other value and when there is no such property.
+    /// The value of a property that is a text or a whole number, read without making an object, for frequent calls. nullopt for other
+    /// values and when there is no such property.
     std::optional<AEDesc> plainValueForPropertyID(FourCharCode propertyID) const;
     bool hasPropertyForDescriptor(const NSAppleEventDescriptorRef& descriptor);
     bool hasPropertyNamed(const QString& name);
@@ -119,7 +119,7 @@ public:
     QString stringForPropertyID(FourCharCode propertyID);
     std::int64_t integerForPropertyID(FourCharCode propertyID);
     std::uint64_t unsignedIntegerForPropertyID(FourCharCode propertyID);
-    /// A nil value takes the property or handler away.
+    /// Nil removes the property or handler.
     void setValueForPropertyDescriptor(const QXOSAIDRef& value, const NSAppleEventDescriptorRef& descriptor, OSAModeFlags modeFlags = 0);
     void setValueForPropertyName(const QXOSAIDRef& value, const QString& name, OSAModeFlags modeFlags = 0);
     void setValueForPropertyID(const QXOSAIDRef& value, FourCharCode propertyID, OSAModeFlags modeFlags = 0);
@@ -141,7 +141,7 @@ private:
     void disposeOwnedValue();
     void replaceValue(OSAID valueID);
     void emptyDescriptorCache();
-    /// The result of a checked call: a new owning value, or nil.
+    /// The result of a checked call as a new owning value, or nil.
     QXOSAIDRef checkedResult(OSStatus status, OSAID valueID);
     OSStatus getHandlerByName(const AEDesc& name, OSAModeFlags modeFlags, OSAID& handler) const;
     OSStatus getPropertyByName(const AEDesc& name, OSAModeFlags modeFlags, OSAID& value) const;

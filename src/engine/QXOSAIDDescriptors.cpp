@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Script values as descriptors: their type, their descriptor in whatever form suits the type, and what can be read from it.
+// Script values as descriptors: their type, their descriptor in a form that suits the type, and the plain values in it.
 #include "engine/NSAppleEventDescriptor+Additions.h"
 #include "engine/NSAppleEventDescriptor-QXAdditions.h"
 #include "engine/QXOSAID.h"
@@ -39,12 +39,12 @@ DescType QXOSAID::descriptorType() {
         return "null"_4cc;
     if (static_cast<DescType>(best) != "enum"_4cc)
         return static_cast<DescType>(best);
-    // Values that are called enumerations may be delivered as something else.
+    // A value with the best type "enum" may still be delivered as another type.
     NSAppleEventDescriptorRef value = descriptor();
     return value ? value->descriptorType() : "null"_4cc;
 }
 
-// A record with a class is none for the coercion: the class is taken away for the while.
+// A record with a class cannot be coerced to a record, so its class is removed for the coercion.
 OSStatus QXOSAID::coerceRecord(OSAModeFlags modeFlags, AEDesc& record) const {
     constexpr OSAModeFlags kClassMode = 4;
     const AEDesc classProperty = AEDesc::ofCode("prop"_4cc, "pcls"_4cc);
@@ -110,7 +110,7 @@ NSAppleEventDescriptorRef QXOSAID::descriptor(OSAModeFlags modeFlags) {
     return made;
 }
 
-// After a failed coercion: straight into the best type.
+// A second attempt after a failed coercion, now directly to the best type.
 NSAppleEventDescriptorRef QXOSAID::descriptorOnceMore(DescType bestType, OSAModeFlags modeFlags, const QXOSAException& first) {
     if (mLastError != errAECoercionFail || bestType == "scpt"_4cc)
         return nullptr;
@@ -127,7 +127,8 @@ NSAppleEventDescriptorRef QXOSAID::descriptorOnceMore(DescType bestType, OSAMode
     return nullptr;
 }
 
-// Narrower than the descriptor's own tests: no "bmrk" here, and no "cstr", "pstr" or "ut16" below.
+// QUIRK: the tests are narrower than those of descriptors: isFile() has no "bmrk", isText() no "cstr", "pstr" and "ut16"; code written for
+// the platform relies on it.
 bool QXOSAID::isFile() {
     DescType type = descriptorType();
     if (isOneOf(type, {"alis"_4cc, "file"_4cc, "fsrf"_4cc, "furl"_4cc, "psxf"_4cc}))

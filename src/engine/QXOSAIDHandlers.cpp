@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Handlers and properties of script values, by name, by identifier and by descriptor. The descriptor form does the work.
+// Handlers and properties of script values, by name, by identifier and by descriptor. The functions with descriptors do the work.
 #include "engine/NSAppleEventDescriptor+Additions.h"
 #include "engine/QXOSAID.h"
 
@@ -20,7 +20,7 @@ AEDesc descriptorOfEvent(AEEventClass eventClass, AEEventID eventID) {
     return {"evnt"_4cc, {reinterpret_cast<const char*>(codes), sizeof codes}};
 }
 
-// A name that the component refuses as it stands is looked up once more between vertical bars.
+// Looks a name up. A name that the component refuses is looked up once more between vertical bars, which make any name an identifier.
 template<class LookUp>
 OSStatus lookUpByName(const AEDesc& name, LookUp lookUp) {
     OSStatus status = lookUp(name);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A place in a source text, counted in UTF-16 units.
+// A range of a source text in UTF-16 units.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace quoddle {
 
-/// The largest signed 64-bit value.
+/// The largest signed 64-bit value, as on the platform.
 constexpr std::uint64_t kQXNotFound = std::numeric_limits<std::int64_t>::max();
 
 struct QXRange {
