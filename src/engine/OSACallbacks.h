@@ -12,8 +12,8 @@ class QXOSAComponent;
 
 /// Lets other work run, and ends a script that is cancelled or past its deadline.
 OSErr OSAActiveCallback(void* component);
-/// Sends every event of the script. An event that waits for a reply goes through the shared send queue (BackgroundSend.h), while this
-/// thread waits and stays cancellable; any other event is sent on this thread.
+/// Sends every event of the script. An event whose mode says anything about a reply (none, queued or waited for) goes through the shared
+/// send queue (BackgroundSend.h), while this thread waits and stays cancellable; any other event is sent on this thread.
 OSErr OSASendCallback(const AEDesc& event, AEDesc* reply, AESendMode sendMode, AESendPriority sendPriority, std::int32_t timeOutInTicks,
                       AEIdleProc idleProc, AEFilterProc filterProc, void* component);
 /// Handles an event that the script continues: it is dispatched to the application's handlers on the main thread.

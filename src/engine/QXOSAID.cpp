@@ -203,6 +203,8 @@ QXOSAIDRef QXOSAID::executeSubroutine(const QString& name, const std::vector<NSA
     auto event = NSAppleEventDescriptor::appleEventWithEventClass("ascr"_4cc, "psbr"_4cc, target, kAutoGenerateReturnID, kAnyTransactionID);
     event->setParamDescriptor(NSAppleEventDescriptor::descriptorWithString(name), "snam"_4cc);
     auto list = NSAppleEventDescriptor::listDescriptor();
+    // QUIRK: each parameter is inserted at the index that equals the number of items, which is in front of the last one, so three
+    // parameters arrive as the second, the third and the first; code written for the platform relies on that order.
     for (const NSAppleEventDescriptorRef& parameter : parameters)
         list->insertDescriptor(parameter, list->numberOfItems());
     event->setParamDescriptor(list, "----"_4cc);
