@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The bridge over the AppleScript component: what only a language of its own can show.
+// The bridge with the AppleScript component: behaviour that needs a real language.
 #include "Fixture.h"
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -29,7 +29,7 @@ protected:
         return script;
     }
     QXOSAIDRef compiled(const char* source) const { return compiled(component, source); }
-    /// What a handler gives, or the message of its error.
+    /// The result of a handler, or the message of its error.
     QString called(const QXOSAIDRef& script, const char* handler) const {
         QXOSAIDRef result = script->executeSubroutine(QString::fromUtf8(handler), {});
         return result ? result->stringValue() : component->lastErrorMessage();
@@ -135,7 +135,7 @@ TEST_F(AppleScriptTest, EventsPassThroughTheBridge) {
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
     manager.setEventHandler([](const auto&, const auto& answer) { answer->setDescriptor(Descriptor::descriptorWithInt32(5), "----"_4cc); },
                             "test"_4cc, "work"_4cc);
-    // Also from a component that the generic one opens only after the procedures were installed.
+    // The generic component opens the real one only after the procedures were installed.
     for (const auto& owner : {component, QXOSAComponent::initWithGenericComponent()}) {
         Listener listener;
         owner->setDelegate(&listener);
@@ -173,7 +173,7 @@ TEST_F(AppleScriptTest, HandlersAreTakenAway) {
         EXPECT_EQ(script->handlerNames()->size(), count - 1);
         EXPECT_EQ(script->propertyNames()->size(), 1u);
         EXPECT_EQ(called(script, row.name), QString::fromUtf8(row.error));
-        script->setDescriptorForHandlerName(nullptr, name); // nothing is left to take away
+        script->setDescriptorForHandlerName(nullptr, name); // removing it again has no effect
     }
     EXPECT_EQ(called(script, "caller"), QStringLiteral("«script» doesn’t understand the “go” message."));
     script->setDescriptorForHandlerName(nullptr, QStringLiteral("go2"));
@@ -183,13 +183,13 @@ TEST_F(AppleScriptTest, HandlersAreTakenAway) {
     EXPECT_FALSE(script->hasIdleHandler());
     EXPECT_EQ(called(other, "caller"), QStringLiteral("mine")) << "the copy keeps its own";
 
-    // What is stored has no such handler either, and the name is free.
+    // The stored script has no such handler either, and the name can be used again.
     QXOSAIDRef loaded = QXOSAID::QXOSAIDWithComponent(component, script->store());
     EXPECT_EQ(loaded->handlerNames()->size(), 1u);
     EXPECT_EQ(loaded->integerForPropertyName(QStringLiteral("go2")), 1);
     loaded->setValueForHandlerName(other->handlerForName(QStringLiteral("go")), QStringLiteral("go"));
     EXPECT_EQ(called(loaded, "caller"), QStringLiteral("mine"));
-    // A handler that the script inherits comes out from behind its own.
+    // An inherited handler is found when the script's own is removed.
     QXOSAIDRef child = QXOSAID::QXOSAIDContextWithComponent(component, other);
     child->compile(QStringLiteral("on go()\nreturn \"child's\"\nend go"), kOSAModeAugmentContext);
     EXPECT_EQ(called(child, "caller"), QStringLiteral("child's"));

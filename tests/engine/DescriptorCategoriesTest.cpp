@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The two groups of operations on descriptors, quirks included.
+// The two groups of operations on descriptors, including their quirks.
 #include "Fixture.h"
 
 #include "engine/BridgedObjects.h"
@@ -61,7 +61,7 @@ TEST(DescriptorCategories, SpecifiersOfFiles) {
     EXPECT_FALSE(isFile(fileSpecifier("type"_4cc, "name"_4cc, "utxt"_4cc)));
     EXPECT_FALSE(isFile(fileSpecifier("file"_4cc, "indx"_4cc, "utxt"_4cc)));
     EXPECT_FALSE(isFile(fileSpecifier("file"_4cc, "name"_4cc, "long"_4cc)));
-    // An ordinary specifier says with a code what it wants; the code does not count.
+    // An ordinary specifier has the wanted class as a code, which does not count.
     EXPECT_FALSE(isFile(descriptorForObjectSpecifierFor("file"_4cc, nullptr, "name"_4cc, Descriptor::descriptorWithString("x"))));
     auto withoutContainer = fileSpecifier("file"_4cc, "name"_4cc, "utxt"_4cc);
     withoutContainer->removeDescriptorWithKeyword("from"_4cc);
@@ -122,7 +122,7 @@ TEST(DescriptorCategories, UserFieldsByName) {
     EXPECT_FALSE(descriptorForPropertyName(Descriptor::recordDescriptor(), "Name"));
     EXPECT_FALSE(descriptorForPropertyName(Descriptor::descriptorWithInt32(1), "Name"));
     EXPECT_FALSE(descriptorForPropertyName(nullptr, "Name"));
-    // The store works on a copy of the fields.
+    // Setting changes only a copy of the fields.
     const AEDesc before = record->aeDesc();
     setDescriptorForPropertyName(record, Descriptor::descriptorWithInt32(2), "Name");
     setDescriptorForPropertyName(record, Descriptor::descriptorWithInt32(2), "Other");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the bridge share: a fresh component over a fake one, and the lines that were logged.
+// The fixture of the bridge's tests: a new component over a fake one, and the logged lines.
 #pragma once
 
 #include "engine/NSAppleEventDescriptor+Additions.h"
@@ -19,7 +19,7 @@ inline NSAppleEventDescriptorRef ofType(DescType type) {
     return Descriptor::descriptorWithDescriptorType(type, "12345678");
 }
 
-/// A specifier of something in the application; what it wants is told by the type of the item, as files have it.
+/// A specifier of something in the application. As in specifiers of files, the type of the "want" item is the wanted class.
 inline NSAppleEventDescriptorRef fileSpecifier(DescType wantType, FourCharCode form, DescType seldType) {
     auto record = Descriptor::recordDescriptor();
     record->setDescriptor(ofType(wantType), "want"_4cc);
@@ -43,7 +43,7 @@ protected:
         return script;
     }
 
-    /// The status that an operation raises with, or 0.
+    /// The status with which an operation raises; 0 when it does not raise.
     template<class Operation>
     static OSStatus raised(Operation operation, const char* name = "QXOSAID Failure") {
         try {

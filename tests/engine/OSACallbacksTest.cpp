@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What happens around a running script: yielding, cancelling, deadlines, events sent and continued.
+// The callbacks of a running script: yielding, cancelling, deadlines, sent and continued events.
 #include "engine/AESendMessageResult.h"
 #include "Fixture.h"
 
@@ -40,7 +40,7 @@ struct Listener : QXOSAComponentDelegate {
     }
     std::atomic<int> yields = 0;
     std::function<void()> onYield;
-    std::mutex mutex; ///< many threads send at once
+    std::mutex mutex; ///< several threads send at the same time
     std::vector<AEEventID> willSend;
     std::vector<AESendMode> modes;
     std::vector<std::int32_t> priorities, timeouts;
@@ -79,7 +79,7 @@ protected:
         return OSASendCallback(sent, &reply, mode, priority, ticks, nullptr, nullptr, component.get());
     }
 
-    /// Runs the body on another thread and the application's loop on this one.
+    /// Runs the body on another thread and the application's event loop on this one.
     static void runBeside(const std::function<void()>& body) {
         std::atomic<bool> ended = false;
         std::thread worker([&] {
@@ -185,7 +185,7 @@ TEST_F(OSACallbacksTest, Deadlines) {
     EXPECT_EQ(listener.timeouts[1], 60);
     EXPECT_EQ(listener.timeouts[2], -1);
     EXPECT_EQ(listener.timeouts[3], -2);
-    // A deadline that passes while the event is handled turns success into a time-out.
+    // A deadline that passes while the event is handled turns success into a timeout.
     listener.onYield = [&] { component->setTimeoutInterval(-1); };
     EXPECT_EQ(send(event()), errAETimeout);
     EXPECT_EQ(listener.statuses.back(), errAETimeout);
@@ -214,7 +214,7 @@ TEST_F(OSACallbacksTest, WhatIsGivenGoesAlongWithTheEvent) {
     struct Sent {
         AESendMode mode;
         std::int32_t ticks;
-        bool isHere; ///< sent on the thread that calls
+        bool isHere; ///< whether the event was sent on the calling thread
         const void* refCon;
         bool isCancellable;
         bool operator==(const Sent&) const = default;
@@ -228,7 +228,7 @@ TEST_F(OSACallbacksTest, WhatIsGivenGoesAlongWithTheEvent) {
     const AEDesc away = AEDesc::appleEvent("test"_4cc, "work"_4cc, AEDesc::ofProcess(1));
     std::vector<Sent> expected;
     for (AESendMode mode : {kAECanInteract, kAENoReply | kAECanInteract, kAEQueueReply, kAEWaitReply | kAECanSwitchLayer}) {
-        const bool isHere = mode == kAECanInteract; // neither no-reply, queue-reply nor wait-reply
+        const bool isHere = mode == kAECanInteract; // the mode says nothing about a reply
         EXPECT_EQ(send(away, mode, 77, -5), noErr);
         expected.push_back({mode, 77, isHere, component.get(), true});
         EXPECT_EQ(listener.modes.back(), mode);
@@ -263,7 +263,7 @@ TEST_F(OSACallbacksTest, WaitingEndsByTimeOutAndCancellation) {
     EXPECT_EQ(send(AEDesc::appleEvent("test"_4cc, "work"_4cc, AEDesc::ofProcess(1)), kAEWaitReply, 3), -7) << "the sender forgets the time";
     mayEnd.set_value();
     AESetRemoteSender({});
-    // On the main thread, which goes on with its timers while it waits.
+    // On the main thread, whose timers go on during the wait.
     QTimer::singleShot(20, [&] { component->setCancelled(true); });
     EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
     EXPECT_TRUE(component->isCancelled()) << "left for the next procedure";
@@ -273,7 +273,7 @@ TEST_F(OSACallbacksTest, WaitingEndsByTimeOutAndCancellation) {
         EXPECT_EQ(send(event("test"_4cc, "wait"_4cc)), userCanceledErr);
     });
     EXPECT_EQ(reply, before);
-    // Sent, but cancelled meanwhile: taken back.
+    // The cancellation came after the event was sent, so it takes effect and is reset.
     component->setCancelled(false);
     manager.setEventHandler([this](const auto&, const auto&) { component->setCancelled(true); }, "test"_4cc, "wait"_4cc);
     EXPECT_EQ(send(event("test"_4cc, "wait"_4cc), 0), userCanceledErr);
@@ -303,7 +303,7 @@ TEST_F(OSACallbacksTest, ASendWithoutAnswerLeavesNoOldReply) {
 TEST_F(OSACallbacksTest, SendsGoThroughTheSharedQueue) {
     std::atomic<int> running = 0, most = 0;
     std::atomic<QThread*> handled = nullptr;
-    std::atomic<int> wanted = 1; // how many are to be at work at the same moment
+    std::atomic<int> wanted = 1; // the number of events that must be in progress at the same time
     manager.setAdditionHandler(
         [&](const AEDesc&, AEDesc&, const AEHandlerContext&) {
             handled = QThread::currentThread();
@@ -388,7 +388,7 @@ TEST_F(OSACallbacksTest, ContinuedEventsReachTheApplication) {
     EXPECT_TRUE(wasResuming);
     EXPECT_TRUE(component->isResuming()) << "not reset here";
     EXPECT_EQ(OSAResumeCallback(event("test"_4cc, "none"_4cc), &reply, component.get()), errAEEventNotHandled);
-    // A send with a reply of its own saves and restores.
+    // A nested send saves and restores the flag.
     AEDesc plain = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
     manager.setEventHandler([&](const auto&, const auto&) { wasResuming = component->isResuming(); }, "test"_4cc, "resu"_4cc);
     OSASendCallback(event("test"_4cc, "resu"_4cc), &plain, kAEWaitReply, 0, -1, nullptr, nullptr, component.get());

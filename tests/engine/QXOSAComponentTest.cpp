@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Components: opening, last error, last result, run state.
+// Components: opening, the last error, the last result, the run state.
 #include "Fixture.h"
 
 #include "engine/OSACallbacks.h"
@@ -98,7 +98,7 @@ TEST_F(QXOSAComponentTest, MessagesAreCleaned) {
         EXPECT_EQ(component->lastErrorMessage(), cleaned);
         EXPECT_EQ(component->lastBriefErrorMessage(), cleaned);
     }
-    // Two lines, two matches of 23 characters: the second is cut where it stood before the first was gone.
+    // Two lines with two matches of 23 characters. The second is cut at the place that it had before the first was removed.
     for (const char* lineEnd : {"\n", "\r"}) {
         const QString first = QStringLiteral("-class asDB- id (1) of ");
         const QString message =

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Every operation of a script value hands its mode flags and identifiers to the component, also when that stands behind the generic one:
-// one row for each, run with flags and without.
+// Every operation of a script value passes its mode flags and identifiers to the component, also when that is behind the generic one: one
+// row for each operation, run with flags and without.
 #include "Fixture.h"
 
 #include <QTemporaryDir>
 
 namespace quoddle {
 
-/// The parameter: whether the generic component is between.
+/// The parameter says whether the generic component is used.
 class QXOSAIDPassingTest : public BridgeTest, public testing::WithParamInterface<bool> {
 protected:
     QXOSAIDPassingTest() {
@@ -15,10 +15,10 @@ protected:
             return;
         FakeComponent::registerAs("ascr"_4cc);
         component = QXOSAComponent::initWithGenericComponent();
-        value(AEDesc::ofInt32(0)); // opens what is behind
+        value(AEDesc::ofInt32(0)); // makes the generic component open the real one
         fake = FakeComponent::last();
     }
-    /// As the component behind knows it.
+    /// The real component's identifier.
     OSAID real(OSAID id) const {
         ComponentInstance exact = 0;
         const bool isGeneric = GetParam() && id != 0;
@@ -27,13 +27,13 @@ protected:
     }
     QXOSAIDRef value(AEDesc desc) { return QXOSAID::QXOSAIDWithComponent(component, std::move(desc)); }
 
-    /// What the component is to be given.
+    /// The arguments that the component must get.
     struct Given {
         OSAID id = 0, other = 0;
-        OSAModeFlags byDefault = 0; ///< when the caller gives no flags
-        OSAModeFlags always = 0;    ///< besides what the caller gives
+        OSAModeFlags byDefault = 0; ///< the flags when the caller gives none
+        OSAModeFlags always = 0;    ///< added to the caller's flags
     };
-    /// Runs an operation with mode flags and without: the component's operation gets them, and the identifiers.
+    /// Runs an operation with mode flags and without, and checks the flags and identifiers that the component gets.
     template<class Operation>
     void passesOn(const std::string& called, const Given& given, Operation operation) {
         constexpr OSAModeFlags kFlags = 0x12340;

@@ -128,7 +128,7 @@ TEST_F(QXOSAIDTest, Subroutines) {
     auto a = Descriptor::descriptorWithInt32(1), b = Descriptor::descriptorWithInt32(2), c = Descriptor::descriptorWithInt32(3);
     script->executeSubroutine(QStringLiteral("go"), {a});
     EXPECT_EQ(*fake->lastEvent.find("----"_4cc), AEDesc::list({a->aeDesc()}));
-    // Each is inserted at the position equal to the number of items so far, which is in front of the last one.
+    // Each parameter is inserted at the position equal to the number of items so far, which is in front of the last one.
     script->executeSubroutine(QStringLiteral("go"), {a, b, c});
     EXPECT_EQ(*fake->lastEvent.find("----"_4cc), AEDesc::list({b->aeDesc(), c->aeDesc(), a->aeDesc()}));
 }
@@ -225,7 +225,7 @@ TEST_F(QXOSAIDTest, Handlers) {
         bool handled;
     };
     const Row kRows[] = {
-        {"aevt"_4cc, "oapp"_4cc, "", true}, // whatever the script has
+        {"aevt"_4cc, "oapp"_4cc, "", true}, // true for any script
         {"aevt"_4cc, "odoc"_4cc, "", true}, {"aevt"_4cc, "quit"_4cc, "", true},   {"aevt"_4cc, "pdoc"_4cc, "", false},
         {"misc"_4cc, "idle"_4cc, "", true}, {"ascr"_4cc, "psbr"_4cc, "Go", true}, {"ascr"_4cc, "psbr"_4cc, "stop", false},
     };
@@ -392,14 +392,14 @@ TEST_F(QXOSAIDTest, TypeTests) {
     EXPECT_TRUE(value(fileSpecifier("file"_4cc, "name"_4cc, "utxt"_4cc)->aeDesc())->isFile());
     EXPECT_FALSE(value(fileSpecifier("docu"_4cc, "name"_4cc, "utxt"_4cc)->aeDesc())->isFile());
     EXPECT_EQ(value(AEDesc::ofUTF8("18446744073709551615"))->unsignedIntegerValue(), UINT64_MAX);
-    // A component may know only one of the two names for scripts.
+    // Some components know only one of the two selectors for scripts.
     QXOSAIDRef script = compiled("return 1");
     for (FourCharCode denied : {"cscr"_4cc, "cntx"_4cc}) {
         fake->setScriptInfo(script->valueID(), denied, 0);
         fake->setScriptInfo(script->valueID(), denied == "cscr"_4cc ? "cntx"_4cc : "cscr"_4cc, 1);
         EXPECT_EQ(script->descriptorType(), "scpt"_4cc) << bytesOf(denied);
     }
-    // What calls itself an enumeration is what its descriptor is.
+    // A value with the best type "enum" has the type of its descriptor.
     OSAID id = fake->add({.desc = AEDesc::ofBoolean(true)});
     fake->setScriptInfo(id, "best"_4cc, static_cast<std::int32_t>("enum"_4cc));
     EXPECT_EQ(QXOSAID::QXOSAIDWithComponent(component, id)->descriptorType(), "bool"_4cc);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Sending commands to the additions of this process as a script does, and a folder of our own for files.
+// Sends commands to this process's additions as a script does. The fixture has a folder of its own for files.
 #pragma once
 
 #include "platform/additions/StandardAdditions.h"
@@ -30,7 +30,7 @@ public:
         const AEDesc* text = mReply.find("errs"_4cc);
         return text ? text->asUTF8().value_or("") : "";
     }
-    /// Null where there is none.
+    /// The result; the null descriptor when there is none.
     AEDesc value() const {
         const AEDesc* result = mReply.find("----"_4cc);
         return result ? *result : AEDesc();
@@ -50,7 +50,7 @@ private:
     AEDesc mReply;
 };
 
-/// A code of eight characters: class and ID.
+/// Sends a command, given by a text of eight characters: class and ID.
 inline Answer send(std::string_view command, Parameters parameters = {}, AESendOptions options = {}, Parameters attributes = {}) {
     installStandardAdditions();
     AEDesc event = AEDesc::appleEvent(fourCharCode(command.substr(0, 4)), fourCharCode(command.substr(4)), AEDesc::ofCurrentProcess());
@@ -103,7 +103,7 @@ protected:
         std::ifstream stream(path(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    /// Until the end of the test.
+    /// Sets an environment variable until the end of the test.
     void setEnvironment(const char* name, const std::string& value) {
         const char* old = std::getenv(name);
         mEnvironment.emplace_back(name, old ? std::optional<std::string>(old) : std::nullopt);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files by number: opening, reading, writing, their marks and their errors.
+// Files by number: opening, reading, writing, marks and errors.
 #include "Additions.h"
 
 #include <sys/stat.h>
@@ -60,7 +60,7 @@ TEST_F(FileAccessTest, ReadsTheRangeThatIsAskedFor) {
     EXPECT_EQ(read(file, {{"rdfm"_4cc, whole(-99)}}).error(), -40);
     EXPECT_EQ(read(file, {{"rdfm"_4cc, whole(99)}}).error(), eofErr);
     EXPECT_EQ(read(make("empty", "")).error(), eofErr);
-    // A delimiter that lies across two pieces of a large file.
+    // The delimiter lies across two pieces in which a large file is read.
     std::string bytes((1 << 20) - 1, 'x');
     bytes.append("ABrest");
     const AEDesc large = make("large", bytes);
@@ -132,7 +132,7 @@ TEST_F(FileAccessTest, ValuesComeBackAsTheyWereWritten) {
     EXPECT_EQ(write(list, number).error(), noErr);
     EXPECT_EQ(read(number, {{"rdfm"_4cc, whole(1)}, as("list"_4cc)}).value(), list);
     EXPECT_EQ(write(list, number, {as("TEXT"_4cc)}).error(), errAECoercionFail);
-    // One behind the other, and a short one over a long one.
+    // A second list is written behind the first, then the short one over the long one.
     const AEDesc brief = listOf({whole(5)});
     EXPECT_EQ(write(brief, number).error(), noErr);
     EXPECT_EQ(read(number, {{"rdfm"_4cc, whole(1)}, as("list"_4cc)}).value(), list);

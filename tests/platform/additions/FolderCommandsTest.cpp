@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where folders are, what is in them, what files are like.
+// The paths of folders, their contents, and the properties of files.
 #include "Additions.h"
 
 #include <ctime>

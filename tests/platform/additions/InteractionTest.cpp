@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Interactive commands on their way to a person: the presenter, the process that shows dialogs, and what happens where there is none.
+// The way of interactive commands to a user: the presenter, the process that shows dialogs, and what happens without either.
 #include "Additions.h"
 
 #include "platform/additions/ClipboardProcess.h"
@@ -18,7 +18,7 @@ using additions::DialogProcess;
 
 namespace {
 
-/// Reads frames as quoddle-dialogs does. The first text of the command says what it is to do with it.
+/// Reads frames as quoddle-dialogs does. The first text of the command says how the program must behave.
 constexpr const char* kFakeProgram = R"(#!/usr/bin/env python3
 import os, socket, struct, sys
 s = socket.socket(fileno=0)
@@ -143,7 +143,7 @@ TEST_F(DialogProcessTest, CancelEndsTheDialogSoon) {
     EXPECT_EQ(ask(process, "answer").text, "é");
     std::size_t tries = 0;
     bool isSoon = false;
-    for (; tries < 5 && !isSoon; ++tries) { // a busy machine takes its time
+    for (; tries < 5 && !isSoon; ++tries) { // on a busy machine a single try may take too long
         const auto start = std::chrono::steady_clock::now();
         const auto elapsed = [start] { return std::chrono::steady_clock::now() - start; };
         const WaitAlarm alarm(start + std::chrono::milliseconds(50));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// do shell script: stopping commands that make it hard, and output of any size.
+// do shell script: cancelling commands that resist, and output of any size.
 #include "Additions.h"
 #include "platform/base/File.h"
 #include "platform/base/Wait.h"
@@ -16,7 +16,7 @@ namespace {
 
 class ShellCommandTest : public AdditionsTest {
 protected:
-    /// NOTE in the command writes the number of the shell into a file; once that is there, the command is cancelled.
+    /// Runs a command and cancels it as soon as the shell has written its process number into a file, which NOTE in the command does.
     Answer cancelled(std::string command) {
         const std::string noted = path("number");
         std::filesystem::remove(noted);
@@ -34,7 +34,7 @@ protected:
         return answer;
     }
     pid_t group() const { return static_cast<pid_t>(std::stol(bytesOf("number"))); }
-    /// Whether a process of the group is more than an entry that nobody has taken out yet.
+    /// Whether a process of the group is running; ended ones that have not been collected do not count.
     bool isAlive() const {
         for (const auto& process : std::filesystem::directory_iterator("/proc")) {
             const auto stat = readFile(process.path() / "stat", 4096);
@@ -80,7 +80,7 @@ TEST_F(ShellCommandTest, TellsHowItEnded) {
     EXPECT_EQ(run(std::string("echo a\0; echo b", 15)).error(), paramErr);
 }
 
-// The guard is the parent of the shell. Without it the command would go on for ever, and the first word to it would be a fatal signal.
+// The shell kills its parent, the guard. If the shell survived that, the command would never end; the test's cancellation stops it then.
 TEST_F(ShellCommandTest, AGuardThatIsKilledIsAnError) {
     const std::time_t patience = std::time(nullptr) + 20;
     const Answer answer = send("sysoexec", {{"----"_4cc, text("echo $$ >" + path("number") + "; kill -9 $PPID; while :; do :; done")}},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// say, with speech programs that write down what they were told instead of speaking.
+// say, with programs in place of speech programs that record their arguments.
 #include "Additions.h"
 #include "platform/base/Wait.h"
 
@@ -32,7 +32,7 @@ protected:
 
 } // namespace
 
-// Which may speak on when the script has long ended.
+// The speech program may go on after the script has ended, so it must not hold the script's files open.
 TEST_F(SpeechTest, TheProgramGetsNoneOfOurFiles) {
     constexpr int kOurs = 57;
     ASSERT_EQ(::dup2(STDERR_FILENO, kOurs), kOurs);
@@ -60,7 +60,7 @@ TEST_F(SpeechTest, TellsTheProgramWhatTheScriptWants) {
         EXPECT_EQ(send("sysottos", parameters).errorText(), "");
         EXPECT_EQ(said(), row.said);
     }
-    // What the desktop speaks with comes first, but it writes no files.
+    // The desktop's speech program is preferred, except for files, which it cannot write.
     install("spd-say");
     EXPECT_EQ(send("sysottos", {{"----"_4cc, text("a")}, {"RATE"_4cc, whole(175)}, {"VOLU"_4cc, whole(1)}}).error(), noErr);
     EXPECT_EQ(said(), "spd-say -P message -r 0 -i 100 -w -- a\n");

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The clipboard, the sound volume, locations, and what the system knows about itself. Helper programs are scripts of ours, found through
-// PATH.
+// The clipboard, the sound volume, locations, and information about the system. Helper programs are replaced by scripts in PATH.
 #include "Additions.h"
 
 #include "platform/additions/Clipboard.h"
@@ -20,7 +19,7 @@ protected:
         std::filesystem::create_directories(path("bin"));
         setEnvironment("PATH", path("bin"));
     }
-    /// A program that notes its arguments in "log" and then does what the script says.
+    /// Installs a program that records its arguments in "log" and then runs the script.
     void helper(const std::string& name, const std::string& script) const {
         make("bin/" + name, "#!/bin/sh\necho \"$*\" >>'" + path("log") + "'\n" + script + "\n");
         ::chmod(path("bin/" + name).c_str(), 0755);
@@ -30,7 +29,7 @@ protected:
 class ClipboardTest : public AdditionsTest {
 protected:
     ClipboardTest() {
-        setEnvironment("QT_QPA_PLATFORM", "offscreen"); // nobody's own
+        setEnvironment("QT_QPA_PLATFORM", "offscreen"); // has a clipboard that other programs cannot see
         Clipboard::setShared(nullptr);
     }
     ~ClipboardTest() override { Clipboard::setShared(nullptr); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Commands that only compute: numbers and texts.
+// Commands that only compute with numbers and texts.
 #include "Additions.h"
 
 #include <cmath>
@@ -102,7 +102,7 @@ TEST(TextCommands, OffsetsCountCharactersOfTheLanguage) {
 TEST(TextCommands, TextsThatAreAlikeNearlyEverywhereAreSearchedInAMoment) {
     std::string searched(300'001, 'a');
     searched.back() = 'b';
-    const std::clock_t start = std::clock(); // what others have of the processor does not count
+    const std::clock_t start = std::clock(); // processor time, which other processes do not change
     EXPECT_EQ(send("sysooffs", {{"psof"_4cc, text(searched)}, {"psin"_4cc, text(std::string(600'000, 'A'))}}).number(), 0);
     EXPECT_LT(std::clock() - start, 3 * CLOCKS_PER_SEC);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The coercion table, as a table.
+// The rows of the coercion table.
 #include "platform/ae/AECoercion.h"
 #include "platform/ae/AEObjects.h"
 
@@ -88,7 +88,7 @@ TEST(AECoercion, TextAndNumber) {
     EXPECT_EQ(AEDesc::ofUTF8("9223372036854775807").asInt64(), INT64_MAX);
     EXPECT_EQ(AEDesc::ofInt32(-7).asUTF8(), "-7");
     EXPECT_EQ(AEDesc::ofDouble(0.1).asUTF8(), "0.1");
-    EXPECT_EQ(AEDesc::ofDouble(100000).asUTF8(), "1.0E+5"); // as scripts write a real
+    EXPECT_EQ(AEDesc::ofDouble(100000).asUTF8(), "1.0E+5"); // in the form that scripts use for reals
 }
 
 TEST(AECoercion, Booleans) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The descriptor as a value: storage, sharing, lists, records, events, specifiers.
+// Descriptors as values: storage, sharing, lists, records, events, specifiers.
 #include "platform/ae/AEDesc.h"
 #include "platform/ae/AEObjects.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The flattened form: faithful for what we write, harmless for whatever else is read.
+// The flattened form: what we write is read back equal, and any other bytes do no harm.
 #include "platform/ae/AEFlatten.h"
 
 #include <gtest/gtest.h>
@@ -41,14 +41,14 @@ TEST(AEFlatten, BoundsAreKept) {
     std::string bytes = "old";
     EXPECT_EQ(AEFlattenDesc(nested(kAEMaxDepth + 1), bytes), errAECorruptData);
     EXPECT_EQ(bytes, "");
-    // One level more than the writer would write.
+    // The bytes are nested one level deeper than the writer allows.
     ASSERT_EQ(AEFlattenDesc(nested(kAEMaxDepth), bytes), noErr);
     bytes.insert(4, std::string("list\x01\0\0\0\x01", 9));
     AEDesc desc;
     EXPECT_EQ(AEUnflattenDesc(bytes, desc), errAECorruptData);
     EXPECT_EQ(AEFlattenDesc(AEDesc("tdta"_4cc, std::string(kAEMaxSize + 1, 'x')), bytes), errAECorruptData);
     EXPECT_EQ(AEFlattenDesc(AEDesc::list(std::vector<AEDesc>(kAEMaxCount)), bytes), errAECorruptData);
-    // The bytes alone would fit; the frames of the empty lists behind them do not.
+    // The data alone is within the bound, but not together with the frames of the empty lists behind it.
     AEDesc large("tdta"_4cc, std::string(kAEMaxSize - 100, 'x'));
     EXPECT_EQ(AEFlattenDesc(AEDesc::list({large, AEDesc::list(std::vector<AEDesc>(20, AEDesc::list()))}), bytes), errAECorruptData);
 }
@@ -74,7 +74,7 @@ TEST(AEFlatten, HostileCountsAllocateNothing) {
         EXPECT_EQ(AEUnflattenDesc(bytes, desc), errAECorruptData);
 }
 
-// Small descriptors take many times their bytes.
+// Small descriptors take many times their flattened size in memory.
 TEST(AEFlatten, MemoryIsAskedForBeforeItIsTaken) {
     constexpr std::size_t kMany = 100'000;
     const AEDesc lists = AEDesc::list(std::vector<AEDesc>(kMany, AEDesc::list({AEDesc()})));
@@ -119,7 +119,7 @@ TEST(AEFlatten, DamagedBytesNeverCrash) {
     }
 }
 
-// A record of a million fields must not take time that grows with the square of it.
+// Reading a record of a million fields must not take quadratic time.
 TEST(AEFlatten, LargeEventsAreReadInLinearTime) {
     std::vector<AEItem> fields(1'000'000, AEItem{"a   "_4cc, AEDesc::ofInt32(1)});
     std::string bytes;

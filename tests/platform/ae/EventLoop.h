@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A main thread for tests: the thread that makes an EventLoop plays the main thread until the object goes away.
+// A main thread for tests: the thread that makes an EventLoop counts as the main thread as long as the object lives.
 #pragma once
 
 #include "platform/ae/AEMainThread.h"
@@ -27,7 +27,7 @@ public:
         mArrived.notify_one();
     }
 
-    /// One piece of work, waited for no longer than the slice.
+    /// Runs one piece of work, for which it waits no longer than the slice.
     void process(std::chrono::milliseconds slice) {
         std::unique_lock lock(mMutex);
         if (!mArrived.wait_for(lock, slice, [this] { return !mWork.empty(); }))
@@ -50,7 +50,7 @@ public:
         worker.join();
     }
 
-    /// What has come; when nothing has, what comes first.
+    /// Drops the posted work; waits for the first when there is none.
     void dropWork() {
         std::unique_lock lock(mMutex);
         mArrived.wait(lock, [this] { return !mWork.empty(); });

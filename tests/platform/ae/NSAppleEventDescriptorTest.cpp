@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The descriptor as an object: reference semantics, copies out of containers, quiet failures.
+// Descriptors as objects: reference semantics, copies taken out of containers, failures without an error.
 #include "platform/ae/NSAppleEventDescriptor.h"
 
 #include <gtest/gtest.h>

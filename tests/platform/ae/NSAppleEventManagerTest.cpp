@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Events inside a process: who takes them, on which thread, and that every one that wants an answer gets exactly one.
+// Events inside one process: which handler takes them on which thread, and that each event that wants an answer gets exactly one.
 #include "EventLoop.h"
 
 #include "platform/ae/AESendMessage.h"
@@ -170,7 +170,7 @@ TEST_F(NSAppleEventManagerTest, SuspendedEventsAreAnsweredOnce) {
         "test"_4cc, "work"_4cc);
     loop.runBeside([&] { EXPECT_EQ(AESendMessage(event(), &reply, kAEWaitReply, kAEDefaultTimeout), noErr); });
     EXPECT_EQ(result(reply), 1);
-    // The same from the main thread, which goes on processing its events while it waits.
+    // The same sent from the main thread, which goes on processing its events while it waits.
     EXPECT_EQ(AESendMessage(event(), &reply, kAEWaitReply, kAEDefaultTimeout), noErr);
     EXPECT_EQ(result(reply), 1);
     EXPECT_FALSE(manager.suspendCurrentAppleEvent());
@@ -286,7 +286,7 @@ TEST_F(NSAppleEventManagerTest, DispatchKeepsTheReplysAttributesAndWaitsForSuspe
         "test"_4cc, "work"_4cc);
     reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
     reply.setAttribute("FDrm"_4cc, AEDesc::ofBoolean(true));
-    // Whatever its address says.
+    // The event's address is ignored.
     loop.runBeside([&] { EXPECT_EQ(AEDispatchAppleEvent(event("test"_4cc, "work"_4cc, AEDesc::ofProcess(1)), reply), noErr); });
     EXPECT_TRUE(reply.attribute("FDrm"_4cc)->asBoolean());
     EXPECT_EQ(AEDispatchAppleEvent(event("test"_4cc, "none"_4cc), reply), errAEEventNotHandled);
@@ -304,7 +304,7 @@ TEST_F(NSAppleEventManagerTest, AdditionsLearnThatTheSenderGaveUp) {
     EXPECT_EQ(result(reply, "errn"_4cc), userCanceledErr);
 }
 
-// Many senders and one main thread; run under the thread sanitizer.
+// Many senders and one main thread; meant for the thread sanitizer.
 TEST_F(NSAppleEventManagerTest, ManySendersAtOnce) {
     EventLoop loop;
     int handled = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Each call is tried in a process of its own, which can do it before and cannot afterwards.
+// Each call is tried in a child process: it must work before the child is confined, and fail afterwards.
 #include "platform/base/Confinement.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ protected:
     }
     void TearDown() override { std::filesystem::remove_all(folder); }
 
-    /// The errno of a call in a child process that is confined; 0: it worked.
+    /// The errno of a call in a confined child process; 0 when the call worked.
     static int confined(const std::function<bool()>& call) {
         const pid_t child = ::fork();
         if (child == 0)

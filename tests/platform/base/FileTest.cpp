@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whole files: what was there stays until the new one is complete.
+// Reading and writing whole files: the old contents stay until the new file is complete.
 #include "platform/base/File.h"
 
 #include <atomic>
@@ -33,7 +33,7 @@ protected:
     std::string folder;
 };
 
-/// No file may grow beyond the limit: to the writer the same as a disk that is full.
+/// Limits the size of files. To a writer that is the same as a full disk.
 class FullDisk {
 public:
     explicit FullDisk(rlim_t bytes) {

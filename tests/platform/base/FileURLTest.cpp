@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// File URLs: what is escaped, and what is refused.
+// File URLs: which characters are escaped, and which URLs are refused.
 #include "platform/base/FileURL.h"
 
 #include <gtest/gtest.h>

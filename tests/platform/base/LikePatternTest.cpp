@@ -27,7 +27,7 @@ TEST(LikePattern, MatchesByItsOptions) {
         {u"a*c", 0, u"abcbc", true},
         {u"a*c", 0, u"abcb", false},
         {u"a*bc*c", 0, u"abcc", true},
-        {u"a*bc*c", 0, u"abc", false}, // no piece is used twice
+        {u"a*bc*c", 0, u"abc", false}, // the same letters are not matched twice
         {u"a?c", 0, u"abc", true},
         {u"a?c", 0, u"ac", false},
         {u"a?c", 0, u"a😀c", true},
@@ -37,7 +37,7 @@ TEST(LikePattern, MatchesByItsOptions) {
         {u"r*sum*", kCD, u"RÉSUMÉ.pdf", true},
         {u"résumé", kCD, u"Re\u0301sume", true},
         {u"résumé", LikePattern::ignoresCase, u"RESUME", false},
-        // Words: the pattern may lie anywhere, but not in the middle of one.
+        // With the option w the pattern may match anywhere, but only whole words.
         {u".pdf", kCDW, u"Report.PDF", true},
         {u".pdf", kCDW, u"Report.pdfx", false},
         {u".pdf", kCDW, u"Report.pdf.zip", true},
@@ -52,7 +52,7 @@ TEST(LikePattern, MatchesByItsOptions) {
         {u"port", kCDW, u"Report", false},
         {u"a*port", kCDW, u"a ports port", true},
         {u"a*port", kCDW, u"a ports", false},
-        {u"s", kCDW, u"ß", false}, // half of a character
+        {u"s", kCDW, u"ß", false}, // half of a character does not match
     };
     for (const auto& row : rows)
         EXPECT_EQ(LikePattern(row.pattern, row.options).matches(row.text), row.matches)

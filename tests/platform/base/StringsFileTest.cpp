@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Strings tables in their three forms, and bytes that are none.
+// Strings tables in their three forms, and bytes that are no strings table.
 #include "platform/base/strings/StringsFile.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ std::string bigEndian(std::uint64_t number, int size) {
     return bytes;
 }
 
-/// A dictionary of the objects with odd numbers under those with even ones.
+/// A binary property list with a dictionary. `keys` and `values` are indexes into `objects`.
 std::string binary(const std::vector<std::string>& objects, const std::vector<unsigned>& keys, const std::vector<unsigned>& values) {
     std::string bytes = "bplist00", offsets;
     for (const std::string& object : objects) {

@@ -16,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr Clock::time_point kNever = Clock::time_point::max();
 
-/// Longer than any test has patience for: what ends a wait here is its wake and nothing else.
+/// Makes pauses longer than the tests' limits, so that only the right wake can end a wait in time.
 [[maybe_unused]] const int kLongPauses = ::setenv("QUODDLE_LONGEST_PAUSE", "600", 1);
 
 bool isReadable(int descriptor) {
@@ -36,7 +36,7 @@ TEST(Wait, NoWakeIsLost) {
             }
             ++turn;
             if (self == 0)
-                wakeWaits(); // all of them
+                wakeWaits(); // wakes all threads
             else
                 wakers[0]->wake();
         }
@@ -78,7 +78,7 @@ TEST(Wait, EndsWithADescriptorASignalOrAtItsTime) {
         EXPECT_EQ(wait.pause(soon, waited), 0);
     EXPECT_EQ(waited[0].revents, 0);
     ASSERT_EQ(::write(ends[1], "x", 1), 1);
-    Wait::waker()->wake(); // beside the descriptor, which is not forgotten for it
+    Wait::waker()->wake(); // a wake at the same time must not hide the ready descriptor
     EXPECT_EQ(wait.pause(kNever, waited), 1);
     EXPECT_EQ(waited[0].revents, POLLIN);
     {
@@ -87,7 +87,7 @@ TEST(Wait, EndsWithADescriptorASignalOrAtItsTime) {
     }
     wait.forget();
 
-    // The signal comes in the middle of a pause sooner or later; what a descriptor was before is not believed.
+    // The signal interrupts a pause sooner or later. The descriptors' old results must then be cleared.
     struct sigaction quiet {};
     quiet.sa_handler = [](int) {};
     ::sigaction(SIGUSR1, &quiet, nullptr);
@@ -151,7 +151,7 @@ TEST(Wait, ThreadsComeAndGo) {
             thread.join();
     }
     std::thread([&] { left = Wait::waker(); }).join();
-    left->wake(); // nobody
+    left->wake(); // the thread has ended, so nobody is woken
     left.reset();
     const int after = ::dup(0);
     EXPECT_EQ(after, before + 1) << "the descriptors of threads go with them";
@@ -166,7 +166,7 @@ TEST(Wait, WithoutDescriptorsAThreadLooksOftenAndLaterOnIsWokenAgain) {
     rlimit before;
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
     std::thread([&] {
-        const auto waker = Wait::waker(); // handed out before there is anything that it could wake
+        const auto waker = Wait::waker(); // taken before the thread has an eventfd
         const int lowest = ::dup(0);
         ::close(lowest);
         const rlimit none{static_cast<rlim_t>(lowest), before.rlim_max};

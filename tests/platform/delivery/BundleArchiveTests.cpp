@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Archives as makers of applets pack them, and as somebody would who wants to write elsewhere.
+// Archives as makers of applets pack them, and archives that try to write elsewhere.
 #include "platform/delivery/BundleArchive.h"
 
 #include <archive.h>
@@ -19,8 +19,8 @@ namespace {
 
 struct Entry {
     std::string name;
-    std::string content;   ///< of a file
-    std::string link = {}; ///< what a symbolic link stands for
+    std::string content;   ///< the contents of a file
+    std::string link = {}; ///< the target of a symbolic link
     unsigned mode = 0644;
     std::string hardLink = {};
     unsigned type = AE_IFREG;
@@ -62,7 +62,7 @@ void pack(const QString& path, const Entries& entries, bool asZip) {
 
 class BundleArchive : public ::testing::Test {
 protected:
-    /// "error: …" or the name of the bundle.
+    /// The name of the unpacked bundle, or "error: …".
     QString unpacked(const Entries& entries, bool asZip = false, const UnpackingBounds& bounds = {}) {
         target = place.filePath(QString::number(++count));
         QDir().mkpath(target);
@@ -155,7 +155,7 @@ TEST_F(BundleArchive, HasBounds) {
     EXPECT_EQ(unpacked(entries, false, {.bytes = 10'004, .entries = 3}), u"A.app"_s);
     EXPECT_EQ(unpacked(entries, false, {.bytes = 10'003, .entries = 3}), u"error: What is in the archive is too large."_s);
     EXPECT_EQ(unpacked(entries, false, {.bytes = 10'004, .entries = 2}), u"error: There are too many files in the archive."_s);
-    // Much out of little, as a bomb has it.
+    // A small archive that expands to much data.
     EXPECT_EQ(unpacked({kInfo, {"A.app/z", std::string(30 << 20, '\0')}}, true, {.bytes = 1 << 20, .entries = 3}),
               u"error: What is in the archive is too large."_s);
     EXPECT_LT(QFileInfo(archivePath()).size(), 100'000);
@@ -163,7 +163,7 @@ TEST_F(BundleArchive, HasBounds) {
 }
 
 TEST_F(BundleArchive, ReadsNoDamagedOne) {
-    std::string noise; // does not get smaller in an archive
+    std::string noise; // cannot be compressed
     for (unsigned i = 0, value = 1; i < 100'000; ++i)
         noise += static_cast<char>((value = value * 1664525 + 1013904223) >> 24);
     for (const bool asZip : {true, false}) {
@@ -181,7 +181,7 @@ TEST_F(BundleArchive, ReadsNoDamagedOne) {
         file.seek(whole.size() / 2);
         file.write("damaged here");
         file.flush();
-        // A tar archive has no sum over its content; there the signature tells.
+        // A tar archive has no checksum over its contents; for downloads the signature finds the damage.
         EXPECT_TRUE(unpack().startsWith("error: "_L1) || !asZip);
     }
     QFile::remove(archivePath());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Downloads from a server on this machine that behaves as badly as it can.
+// Downloads from a server on this machine that misbehaves in all possible ways.
 #include "platform/delivery/Download.h"
 #include "platform/delivery/FetchRules.h"
 
@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Answers each path with what was set for it, byte by byte as given.
+/// Sends the bytes that were set for a path, unchanged.
 class Server : public QTcpServer {
 public:
     Server() {
@@ -28,9 +28,9 @@ public:
     QUrl url(const QString& path) const { return QUrl(u"http://127.0.0.1:%1%2"_s.arg(serverPort()).arg(path)); }
 
     QHash<QByteArray, QByteArray> answers;
-    QByteArray endless; ///< of this path there is always more
+    QByteArray endless; ///< the path whose answer never ends
     QByteArray lastRequest;
-    bool closes = true; ///< the connection, behind an answer
+    bool closes = true; ///< whether the connection is closed behind an answer
 
 private:
     void answer(QTcpSocket& socket) {
@@ -49,7 +49,7 @@ protected:
     void SetUp() override { qputenv("QUODDLE_HTTP_ON_LOOPBACK", "1"); }
     void TearDown() override { qunsetenv("QUODDLE_HTTP_ON_LOOPBACK"); }
 
-    /// The text that was fetched, or "error: …".
+    /// The downloaded text, or "error: …".
     QString fetched(const QUrl& url, qint64 maximum = 100, std::chrono::milliseconds silence = 10s, std::chrono::milliseconds whole = 0ms) {
         QBuffer buffer(&bytes);
         bytes.clear();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Binary property lists object by object, so that tests can write what no tool would: cycles, overlaps, wrong counts.
+// Builds binary property lists object by object, so that tests can make lists that no tool writes: with cycles, overlaps and wrong counts.
 #pragma once
 
 #include <vector>
@@ -10,7 +10,7 @@ namespace quoddle::test {
 
 class BinaryPlistBuilder {
 public:
-    /// The object's bytes as they stand; answers its index.
+    /// Adds an object's bytes unchanged; returns its index.
     int add(const QByteArray& object) {
         mOffsets.push_back(static_cast<quint32>(mBytes.size()));
         mBytes += object;
@@ -18,7 +18,7 @@ public:
     }
     int addText(const QByteArray& ascii) { return add(counted(0x50, ascii.size()) + ascii); }
     int addArray(const std::vector<int>& items) { return add(counted(0xA0, static_cast<qsizetype>(items.size())) + references(items)); }
-    /// An index into the bytes instead of an object of its own.
+    /// Adds an object that starts at an offset among the bytes of others; returns its index.
     int addAt(quint32 offset) {
         mOffsets.push_back(offset);
         return static_cast<int>(mOffsets.size()) - 1;

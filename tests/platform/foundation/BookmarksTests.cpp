@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The file manager's list of bookmarks, as it is and as it should not be.
+// The file manager's list of bookmarks, well-formed and malformed.
 #include "platform/foundation/Bookmarks.h"
 #include "platform/foundation/TemporaryFiles.h"
 

@@ -133,7 +133,7 @@ TEST(MainThread, RunsWorkInOrderAndReleasesWaitersAtTheEnd) {
     EXPECT_TRUE(MainThread::dispatchSync([&] { direct = true; }));
     EXPECT_TRUE(direct);
 
-    // The event loop has stopped: a caller that waits already and one that comes later both go on, without their work.
+    // After the event loop has ended, neither a caller that is already waiting nor a later one is blocked, and their work is not run.
     std::atomic<int> refused = 0;
     std::atomic<bool> begun = false;
     queue.addOperation([&] {
@@ -177,9 +177,9 @@ TEST(DelayedPerforms, KeepTimeOrderAndCanBeWithdrawn) {
             whom, selector, [&calls, number] { calls.push_back(number); }, delay);
     };
     add(&target, u"idle"_s, 3, 30);
-    add(&target, u"idle"_s, 1, -5); // a negative delay is none
+    add(&target, u"idle"_s, 1, -5); // a negative delay counts as 0
     add(&target, u"idle"_s, 2, 0);
-    EXPECT_TRUE(calls.empty()); // never made directly
+    EXPECT_TRUE(calls.empty()); // no call is made inside perform()
     clock->advance(0);
     EXPECT_EQ(calls, (std::vector{1, 2}));
     clock->advance(29.9);
@@ -237,7 +237,7 @@ TEST(NSNotificationCenter, DeliversByNameAndSender) {
     center.postNotification(u"Progress"_s, &b);
     EXPECT_EQ(heard.size(), 4u);
 
-    // Removed while the notification is under way: not called any more.
+    // An observer that is removed while the notification is being delivered is not called any more.
     const int second = 0;
     bool called = false;
     center.addObserver(

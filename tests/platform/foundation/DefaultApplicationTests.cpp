@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which program opens a file, as the desktop's lists have it.
+// The program that opens a file, according to the desktop's lists.
 #include "platform/foundation/DefaultApplication.h"
 
 #include "platform/foundation/OwnDesktop.h"
@@ -29,7 +29,7 @@ TEST_F(DefaultApplicationTest, TheStrongestListDecides) {
     const QString picture = write(u"a.png"_s, "x");
     EXPECT_EQ(defaultApplicationOfFile(picture), QString()) << "nobody claims it";
 
-    // Each row is added to those above it.
+    // Each row's file is added to the files of the rows above.
     const struct {
         QString file;
         QByteArray content;

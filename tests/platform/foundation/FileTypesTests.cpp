@@ -23,7 +23,7 @@ const QByteArray kPNG("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16);
 
 class FileTypes : public ::testing::Test {
 protected:
-    /// A name that ends in a slash makes a folder.
+    /// Makes a file, or a folder when the name ends in a slash.
     QString make(const QString& name, const QByteArray& contents = {}) {
         const QString path = mFolder.filePath(name);
         QDir().mkpath(name.endsWith(u'/') ? path : QFileInfo(path).path());
@@ -91,7 +91,7 @@ TEST(UTType, MimeTypesWithoutARowAreWhatTheirAncestorsAre) {
     EXPECT_TRUE(UTTypeConformsTo(comic, u"public.zip-archive"_s));
     const QString picture = UTTypeCreatePreferredIdentifierForTag(kUTTagClassMIMEType, u"image/x-pcx"_s);
     EXPECT_TRUE(UTTypeConformsTo(picture, u"public.image"_s));
-    // PDF has an alias that looks like a picture's.
+    // PDF has an alias that begins like a picture's type.
     const QString pdf = UTTypeCreatePreferredIdentifierForTag(kUTTagClassMIMEType, u"image/pdf"_s);
     EXPECT_EQ(pdf, u"com.adobe.pdf"_s);
     EXPECT_FALSE(UTTypeConformsTo(pdf, u"public.image"_s));
@@ -211,7 +211,7 @@ TEST_F(FileTypes, BundlesDeclareTheirOwn) {
                                                         declare("public.png", u"public.text"_s, "txt"), declare("", 3, ""), 17}}});
     EXPECT_TRUE(fileConformsToType(make(u"a.sktch"_s), u"public.image"_s));
     EXPECT_TRUE(isFilePackage(make(u"b.sktchcase/"_s)));
-    EXPECT_TRUE(UTTypeConformsTo(u"com.example.round"_s, u"com.example.trip"_s)); // in a circle, and comes back
+    EXPECT_TRUE(UTTypeConformsTo(u"com.example.round"_s, u"com.example.trip"_s)); // the two types conform to each other
     EXPECT_FALSE(UTTypeConformsTo(u"public.png"_s, u"public.text"_s));
     EXPECT_EQ(typeIdentifierOfFile(make(u"c.txt"_s)), u"public.plain-text"_s);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lines that a test makes its code log. One thread at a time logs.
+// Catches the lines that tested code logs. Only one thread may log at a time.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 
 namespace quoddle {
 
-/// Collects what is logged while it lives.
+/// Collects the logged lines for as long as it lives.
 class LogCatcher {
 public:
     LogCatcher() {

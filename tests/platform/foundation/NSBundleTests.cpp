@@ -42,7 +42,7 @@ TEST_F(NSBundleTest, IsFoundByPathAndByExecutable) {
     write(u"Linux/Demo"_s, "");
     EXPECT_EQ(NSBundle::bundleWithPath(bundlePath() + u'/')->bundlePath(), bundlePath());
     EXPECT_EQ(NSBundle::bundleForExecutable(bundlePath() + u"/Contents/Linux/Demo"_s)->bundlePath(), bundlePath());
-    EXPECT_FALSE(NSBundle::bundleWithPath(bundlePath() + u"/Contents/Linux/Demo"_s)); // a file
+    EXPECT_FALSE(NSBundle::bundleWithPath(bundlePath() + u"/Contents/Linux/Demo"_s)); // a file is no bundle
     EXPECT_FALSE(NSBundle::bundleWithPath(u""_s));
     EXPECT_FALSE(NSBundle::bundleForExecutable(u"/usr/bin/quoddle-shell"_s));
     EXPECT_FALSE(NSBundle::bundleForExecutable(mFolder.path() + u"/None.app/Contents/Linux/None"_s));
@@ -118,7 +118,7 @@ TEST_F(NSBundleTest, FindsResources) {
 TEST_F(NSBundleTest, TranslatesKeyByKey) {
     write(u"Resources/de.lproj/Localizable.strings"_s, "both = \"beide\"; onlyGerman = \"nur\"; empty = \"\";");
     write(u"Resources/en.lproj/Localizable.strings"_s, "both = \"both\"; onlyEnglish = \"only\"; empty = \"full\";");
-    write(u"Resources/Base.lproj/Localizable.strings"_s, "both = \"broken"); // must not take the others with it
+    write(u"Resources/Base.lproj/Localizable.strings"_s, "both = \"broken"); // a broken table must not make the others unavailable
     write(u"Resources/en.lproj/Other.strings"_s, "both = \"other\";");
     QLocale::setDefault(QLocale(u"de_CH"_s));
     NSBundle::setFallbackStrings({}, {{u"both"_s, u"fallback"_s}, {u"unknown"_s, u"fallback"_s}});

@@ -48,7 +48,7 @@ bool isSame(const NSComparisonPredicate::Expression& a, const NSComparisonPredic
            comparison(a.content, false, b.content)->evaluateWithObject(QVariantMap());
 }
 
-/// As a tree, compounds of one part aside, which print as that part.
+/// Compares two predicates as trees. Compounds of one part count as that part, because they are printed as it.
 bool isSame(const NSPredicate& a, const NSPredicate& b) {
     const auto* compoundA = dynamic_cast<const NSCompoundPredicate*>(&a);
     const auto* compoundB = dynamic_cast<const NSCompoundPredicate*>(&b);
@@ -71,7 +71,7 @@ bool isSame(const NSPredicate& a, const NSPredicate& b) {
            comparisonA->predicateOperatorType() == comparisonB->predicateOperatorType() && comparisonA->options() == comparisonB->options();
 }
 
-/// Made from what is easily mistaken for something else when it is printed.
+/// Random predicates made of names and texts that are easily mistaken for something else in their printed form.
 class RandomPredicates {
 public:
     NSPredicateRef predicate(int depth) {
@@ -145,7 +145,7 @@ TEST(NSPredicate, ReadsPrintsAndEvaluates) {
         {"isDir = 0", "isDir == 0", true},
         {"size == 1200.0", "size == 1200", true},
         {"size != 12", "size != 12", true},
-        {"size == '1200'", "size == \"1200\"", false}, // a number is no text
+        {"size == '1200'", "size == \"1200\"", false}, // numbers do not equal texts
         {"size !=[c] '1200'", "size !=[c] \"1200\"", true},
         {"one == 1", "one == 1", false},
         {"one == YES", "one == YES", false},
@@ -158,7 +158,7 @@ TEST(NSPredicate, ReadsPrintsAndEvaluates) {
         {"none == 0", "none == 0", false},
         {"none == nil", "none == nil", true},
         {"none ENDSWITH 'x'", "none ENDSWITH \"x\"", false},
-        {"size LIKE '*'", "size LIKE \"*\"", false}, // no text
+        {"size LIKE '*'", "size LIKE \"*\"", false}, // LIKE is false for numbers
         {"isDir==YES OR size==1200 AND NOT path=='x'", "isDir == YES OR (size == 1200 AND (NOT (path == \"x\")))", true},
         {"(isDir==YES || size==1200) && !(size==1200)", "(isDir == YES OR size == 1200) AND (NOT (size == 1200))", false},
         {"AND1 == \"x\" AND 'it''s' == nil", nullptr, false},
@@ -234,7 +234,7 @@ TEST(NSPredicate, ReadsAsDeepAsItPrints) {
 }
 
 TEST(NSPredicate, ComparesNumbersExactly) {
-    constexpr qlonglong kOdd = 9007199254740993; // a real number has no room for it
+    constexpr qlonglong kOdd = 9007199254740993; // not representable as a real
     const struct {
         QVariant left, right;
         bool areEqual;

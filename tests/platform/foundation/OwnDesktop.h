@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A desktop with no programs but those that a test installs, whatever the machine has. The types of files are the machine's.
+// A desktop whose only programs are those that the test installs, whatever the machine has. The types of files are the machine's.
 #pragma once
 
 #include <QDir>
@@ -29,14 +29,15 @@ public:
     OwnDesktop(const OwnDesktop&) = delete;
     OwnDesktop& operator=(const OwnDesktop&) = delete;
 
-    /// `file`: below the folder with data, config, share and etc, the places of the user and of the system.
+    /// `file` is a path below the test's folder, whose subfolders data, config, share and etc stand for the user's and the system's
+    /// folders.
     void write(const QString& file, const QByteArray& content) const {
         QDir().mkpath(QFileInfo(path(file)).path());
         QFile written(path(file));
         if (written.open(QIODevice::WriteOnly))
             written.write(content);
     }
-    /// A program called NAME, in FOLDER/applications.
+    /// Installs a program named `name` in the subfolder "applications" of `folder`.
     void install(const QString& folder, const QString& identifier, const QByteArray& name, const QByteArray& more = {}) const {
         write(folder + QStringLiteral("/applications/") + identifier,
               "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=true\n" + more);

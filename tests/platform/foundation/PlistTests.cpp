@@ -22,7 +22,7 @@ std::string text(const QString& string) {
     return string.toStdString();
 }
 
-// The same value in the formats that can hold it all.
+// The same value in all the formats that can represent it.
 const QByteArray kXML = R"(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
 <plist version="1.0"><dict>
@@ -116,7 +116,7 @@ TEST(Plist, ReadsWideAndOldEncodings) {
         ASSERT_TRUE(strings) << row.name;
         EXPECT_EQ(text(strings->value(u"key"_s)), "Zoë 日 😀") << row.name;
     }
-    EXPECT_EQ(text(Plist::readStrings("k = \"caf\x8e\";")->value(u"k"_s)), "café"); // Mac Roman
+    EXPECT_EQ(text(Plist::readStrings("k = \"caf\x8e\";")->value(u"k"_s)), "café"); // decoded as Mac Roman
     EXPECT_TRUE(Plist::readStrings("/* nothing yet */")->isEmpty());
     EXPECT_EQ(Plist::readStrings(kXML)->value(u"empty"_s), u""_s);
 
@@ -192,12 +192,12 @@ TEST(Plist, SharedObjectsAreCheapAndOverlappingOnesRefused) {
     int below = shared.addText("leaf");
     for (int level = 0; level < 9; ++level)
         below = shared.addArray(std::vector<int>(10, below));
-    const std::clock_t before = std::clock(); // what others have of the processor does not count
+    const std::clock_t before = std::clock(); // processor time, which other processes do not change
     EXPECT_TRUE(Plist::read(shared.finished(below)));
     EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 2);
-    EXPECT_FALSE(Plist::writeXML(*Plist::read(shared.finished(below)))); // walking it is what is endless
+    EXPECT_FALSE(Plist::writeXML(*Plist::read(shared.finished(below)))); // writing walks through all leaves
 
-    BinaryPlistBuilder overlapping; // many texts that all lie in the same bytes
+    BinaryPlistBuilder overlapping; // many texts that share the same bytes
     const quint32 start = overlapping.size();
     QByteArray headers;
     for (int i = 0; i < 2000; ++i)
@@ -233,7 +233,7 @@ TEST(Plist, WritesWhatItReads) {
     EXPECT_FALSE(Plist::writeXML(QString(QChar(1))));
 }
 
-// Not a check of values: nothing may crash, hang or grow, whatever byte is wrong.
+// Checks no values: damaged bytes must not lead to a crash, a hang or unbounded memory.
 TEST(Plist, SurvivesDamage) {
     QRandomGenerator random(20260305);
     const QByteArray openStep = "{ a = \"Foo \\U00e9\"; D = <0001 02>; L = ( x, { y = z; } ); /* c */ }";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How failed comparisons show Qt's texts.
+// Prints Qt's types in the messages of failed comparisons.
 #pragma once
 
 #include <ostream>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A test that has a folder of its own for files.
+// A test fixture with a folder for files of its own.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace quoddle::test {
 
 class TemporaryFiles : public testing::Test {
 protected:
-    /// The path of the new file.
+    /// Writes a file in the folder and returns its path.
     QString write(const QString& name, const QByteArray& bytes) {
         QFile file(folder.filePath(name));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));

@@ -25,7 +25,7 @@ AEDesc valueIn(const std::u16string& text) {
     return number ? AEDesc::ofInt32(*number) : AEDesc::ofText(text);
 }
 
-// Eight bytes, class and ID, become a name of eight characters.
+// The name of eight characters for an event's class and ID in eight bytes.
 std::u16string nameOfEvent(std::string_view bytes) {
     std::string_view id = bytes.size() == 8 ? bytes.substr(4) : std::string_view();
     return utf16FromMacRoman(bytesOf(AEDesc("type"_4cc, bytes.substr(0, 4)).code()) + bytesOf(AEDesc("type"_4cc, id).code()));
@@ -156,7 +156,7 @@ OSStatus FakeComponent::compile(const AEDesc& source, OSAModeFlags modeFlags, OS
         return status;
     if (id != 0 && !values.erase(id))
         return errOSAInvalidID;
-    id = add(scriptFrom(source.asText().value_or(u""))); // a component may well answer another identifier than it was given
+    id = add(scriptFrom(source.asText().value_or(u""))); // a real component may return another identifier than it was given
     return noErr;
 }
 
@@ -262,7 +262,7 @@ OSStatus FakeComponent::coerceToDesc(OSAID id, DescType type, OSAModeFlags modeF
     Value* value = find(id);
     if (!value)
         return errOSAInvalidID;
-    // A record with a class of its own is none that can be had as a plain record.
+    // A record with a class cannot be coerced to a plain record.
     if (refusedTypes.count(type) || (type == "reco"_4cc && value->properties.count(u"pcls")))
         return errAECoercionFail;
     return AECoerceDesc(value->desc, type, desc);

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// FakeComponent: a scripting component small enough to be read at once. Values are descriptors; a script is a text of lines:
+// A scripting component that is small enough to be understood at once. Values are descriptors; a script is a text of lines:
 //   handler NAME           property NAME VALUE
-//   return VALUE           what execute gives; VALUE is an integer or a text, "nothing" for no result
+//   return VALUE           the result of execute; VALUE is an integer or a text, "nothing" for no result
 //   error NUMBER MESSAGE   a script error
-//   status NUMBER          a bare status
-//   loop                   calls the active procedure until it answers a status, which is the result
-//   send CLASS ID          sends an event through the send procedure, the result is the reply's direct parameter
+//   status NUMBER          a status without a script error
+//   loop                   calls the active procedure until it returns a status, which is the result
+//   send CLASS ID          sends an event through the send procedure; the result is the reply's direct parameter
 //   continue               passes the event on through the resume-dispatch procedure
-// Stored form: the text with a trailer. Everything that happens is open to the test. Values, properties and handlers may be asked for by
-// several threads at once.
+// A stored script is the text with a trailer. The test can look at everything that happens. Several threads may ask for values, properties
+// and handlers at the same time.
 #pragma once
 
 #include "platform/osa/OSA.h"
@@ -25,26 +25,26 @@ class FakeComponent : public ScriptingComponent {
 public:
     struct Value {
         AEDesc desc;
-        std::optional<std::u16string> source; ///< a script
+        std::optional<std::u16string> source; ///< set for scripts
         std::map<std::u16string, OSAID> properties;
         std::set<std::u16string> handlers;
         std::string file;
         std::vector<std::u16string> lines() const;
     };
 
-    /// One call of an operation, with what it was given.
+    /// One call of an operation, with its arguments.
     struct Call {
         std::string operation;
         OSAModeFlags modeFlags = 0;
-        OSAID id = 0;      ///< the script, context or value that it is about
-        OSAID other = 0;   ///< the context of an execution; the value or handler that is set
-        DescType type = 0; ///< into which something is made
+        OSAID id = 0;      ///< the script, context or value of the call
+        OSAID other = 0;   ///< the context of an execution, or the value or handler that is set
+        DescType type = 0; ///< the wanted type
     };
 
     explicit FakeComponent(OSType subType = "fake"_4cc, OSAID firstID = 1000) : mSubType(subType), mLastID(firstID) { sLast = this; }
     ~FakeComponent() override;
 
-    /// The one made last that is still alive.
+    /// The component that was made last, among those that still exist.
     static FakeComponent* last() { return sLast; }
     static void registerAs(OSType subType, OSAID firstID = 1000);
     std::size_t count() const { return values.size(); }
@@ -52,21 +52,21 @@ public:
 
     std::unordered_map<OSAID, Value> values;
     std::vector<Call> calls;                  ///< in order
-    std::map<std::string, OSStatus> failures; ///< operations that are to fail
-    std::set<std::u16string> barred;          ///< property and handler names that are refused (-50) without their bars
-    std::set<DescType> refusedTypes;          ///< into which nothing is coerced (-1700)
-    std::map<FourCharCode, AEDesc> error;     ///< what scriptError tells
+    std::map<std::string, OSStatus> failures; ///< the statuses of operations that must fail
+    std::set<std::u16string> barred;          ///< property and handler names that are refused (-50) unless they are between bars
+    std::set<DescType> refusedTypes;          ///< types to which nothing can be coerced (-1700)
+    std::map<FourCharCode, AEDesc> error;     ///< the values of scriptError, by selector
     AEDesc lastEvent;
     AEDesc defaultTarget;
     AEDesc result;
-    bool isStorable = true; ///< what loadFile tells
+    bool isStorable = true; ///< the value that loadFile returns
     std::int32_t sendTimeout = kAEDefaultTimeout;
     AESendMode sendMode = kAEWaitReply;
     OSACallbacks callbacks;
     std::vector<OSASourceStyle> styles;
 
     OSAID add(Value value);
-    mutable std::recursive_mutex mutex; ///< guards all of the above; not held while a script runs
+    mutable std::recursive_mutex mutex; ///< guards all members above; not held while a script runs
 
     std::int32_t version() const override { return 0x10203; }
     OSStatus load(const AEDesc& scriptData, OSAModeFlags modeFlags, OSAID& id) override;
@@ -108,7 +108,7 @@ protected:
     Value* find(OSAID id);
 
 private:
-    /// Notes the call; the status it is to fail with, or 0.
+    /// Records the call. Returns the status with which it must fail, or 0.
     OSStatus called(const std::string& operation, OSAModeFlags modeFlags = 0, OSAID id = 0, OSAID other = 0, DescType type = 0);
     Value scriptFrom(std::u16string source);
     OSStatus copied(OSAID from, OSAID& to);

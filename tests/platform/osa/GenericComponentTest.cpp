@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The generic component: which real one gets the work, and that identifiers never cross from one to another.
+// The generic component: which real component gets the work, and that identifiers of one are never passed to another.
 #include "platform/osa/FakeComponent.h"
 #include "platform/osa/StoredScript.h"
 

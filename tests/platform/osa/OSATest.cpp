@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The registry and the calls: instances come and go, unknown ones are refused, everything else is forwarded.
+// The registry and the calls: instances are opened and closed, unknown ones are refused, all other calls are forwarded.
 #include "platform/osa/FakeComponent.h"
 
 #include <gtest/gtest.h>

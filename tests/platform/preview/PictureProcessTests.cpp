@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files that are decoded elsewhere: whole, damaged, without end.
+// Files that another process decodes: intact, damaged, endless.
 #include "platform/preview/PictureProcess.h"
 #include "platform/preview/PreviewFiles.h"
 
@@ -22,7 +22,7 @@ constexpr int kPatience = 30'000; // milliseconds; a sanitized build is slow
 
 class PictureProcessTest : public PreviewFiles {
 protected:
-    /// Runs until its end.
+    /// Decodes a file until the process ends.
     End decode(const QString& path, Source source) {
         pictures.clear();
         PictureProcess process(path, source, kRoom);
@@ -36,7 +36,7 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([&end] { return end != End::none; }, kPatience));
         return end;
     }
-    /// A drawing whose lines cross one another so often that it takes longer than anybody waits.
+    /// A drawing with so many crossing lines that decoding takes longer than the time limit.
     QString endlessDrawing() {
         QByteArray path = "<path fill=\"blue\" stroke=\"red\" d=\"M0 0L";
         for (int i = 0; i < 2000; ++i)
@@ -45,7 +45,7 @@ protected:
         return write(u"endless.svg"_s,
                      R"(<svg xmlns="http://www.w3.org/2000/svg" width="900" height="900">)" + path.repeated(40) + "</svg>");
     }
-    /// Before it has used up the time that it gives itself.
+    /// Whether the process ends before its own time limit.
     static bool ends(qint64 identifier) {
         return QTest::qWaitFor([identifier] { return ::kill(static_cast<pid_t>(identifier), 0) != 0; }, 5000);
     }
@@ -82,7 +82,7 @@ TEST_F(PictureProcessTest, TheLargestOfAnIconIsShown) {
 }
 
 TEST_F(PictureProcessTest, WhatCannotBeShownIsSaidSo) {
-    // Two gigabytes of pixels in a few bytes, by a format that decodes them all before it makes them smaller.
+    // A file of a few bytes with two gigabytes of pixels, in a format that decodes all of them before scaling.
     QByteArray bomb = QByteArray::fromHex("474946383961 f03f f03f 800000 ffffff 000000 2c 0000 0000 f03f f03f 00 02 02 4401 00 3b");
     QFile whole(picture(u"whole.png"_s, {200, 200}));
     ASSERT_TRUE(whole.open(QIODevice::ReadOnly));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The process that decodes may be in the hands of the file.
+// The bytes of a stream are not trusted, because a file may have taken control of the process that decodes it.
 #include "platform/preview/PictureStream.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a file is shown as, and how much of it.
+// The kind of preview for a file, and how much of it is read.
 #include "platform/preview/PreviewContents.h"
 #include "platform/preview/PreviewFiles.h"
 
@@ -64,7 +64,7 @@ TEST_F(PreviewContentsTest, ItsKindSaysHowAFileIsShown) {
 }
 
 TEST_F(PreviewContentsTest, EndlessTextsAreCut) {
-    // The last character of what is read is in its middle, and one line is all there is.
+    // The limit is in the middle of a character, and the text is one line.
     const QByteArray e = "\xc3\xa9";
     const PreviewContents contents = read(write(u"long.txt"_s, "x" + e.repeated(1 << 20)));
     EXPECT_TRUE(contents.isCut);
@@ -81,7 +81,7 @@ TEST_F(PreviewContentsTest, TextsWithFormatsAreCutToo) {
     struct Row {
         QByteArray body;
         bool isCut;
-        int fewest, most; // paragraphs
+        int fewest, most; // the number of paragraphs
     };
     for (const Row& row : std::initializer_list<Row>{{"a\\par b", false, 2, 2},
                                                      {QByteArray("a\\par ").repeated(5000), true, 1000, 4000},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files for tests of previews, in a folder that goes with the test.
+// Files for tests of previews, in a folder that is removed with the test.
 #pragma once
 
 #include "platform/foundation/TemporaryFiles.h"
@@ -16,7 +16,7 @@ protected:
         EXPECT_TRUE(image.save(folder.filePath(name)));
         return folder.filePath(name);
     }
-    /// Pages of 200 × 400 points, white but for a red square in the corner at the top left.
+    /// A document whose pages have 200 × 400 points and are white except for a red square at the top left.
     QString document(const QString& name, int pages) {
         const QByteArray drawing = "1 0 0 rg 0 300 100 100 re f";
         QByteArray bytes =

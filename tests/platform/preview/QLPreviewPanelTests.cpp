@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Who controls the panel, what it shows of that, and what keys do in it.
+// Which controller has the panel, what the panel shows, and what keys do in it.
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/NSPanel.h"
 #include "platform/foundation/OwnDesktop.h"
@@ -42,7 +42,7 @@ private:
     const QString mPath;
 };
 
-/// A field in a window, and files that belong to it.
+/// A window with a text field, which controls the panel and has files for it.
 class Pane final : public QLPreviewPanelController, public QLPreviewPanelDataSource, public QLPreviewPanelDelegate {
 public:
     explicit Pane(QWidget& window) : field(new QLineEdit(&window)) { QLPreviewPanel::registerController(*field, *this); }
@@ -75,7 +75,7 @@ public:
     bool handlesKeys = false;
 };
 
-/// A user's wish for animations.
+/// Sets the duration of animations that the user wants.
 class Animations final : public QProxyStyle {
 public:
     explicit Animations(int duration) : mDuration(duration) { QApplication::setStyle(this); }
@@ -88,7 +88,7 @@ private:
     const int mDuration;
 };
 
-/// In the place of the desktop.
+/// Opens URLs in place of the desktop, and records them.
 class Opener final : public QObject {
     Q_OBJECT
 public:
@@ -120,7 +120,7 @@ protected:
         panel().makeKeyAndOrderFront();
         ASSERT_TRUE(QTest::qWaitFor([] { return panel().isActiveWindow(); }, kPatience));
     }
-    /// What is to be read in the panel.
+    /// The text that can be read in the panel.
     static QString shown() {
         const QWidget* view = panel().findChild<QStackedWidget*>()->currentWidget();
         const auto* text = qobject_cast<const QPlainTextEdit*>(view);
@@ -138,7 +138,7 @@ protected:
         return QTest::qWaitFor([&] { return shown().contains(text); }, kPatience);
     }
 
-    const test::OwnDesktop desktop; // without a program
+    const test::OwnDesktop desktop; // no program is installed
     QWidget window;
     std::unique_ptr<Pane> pane, other;
 };
@@ -159,7 +159,7 @@ TEST_F(QLPreviewPanelTest, BelongsToWhoeverHasTheKeyboard) {
     EXPECT_TRUE(comesToShow(u"Nothing is selected."_s));
     EXPECT_EQ(panel().currentPreviewItemIndex(), -1);
 
-    pane->field->setFocus(); // inside the window
+    pane->field->setFocus(); // a change of focus within the window
     EXPECT_EQ(panel().currentController(), pane.get());
     other->field->setFocus();
     EXPECT_EQ(panel().currentController(), other.get());
@@ -191,7 +191,7 @@ TEST_F(QLPreviewPanelTest, StaysWithItsControllerWhereNobodyElseTakesIt) {
     EXPECT_EQ(pane->log, QStringList{u"begin"_s});
     EXPECT_EQ(panel().currentPreviewItemIndex(), 0);
 
-    delete pane->field; // a controller that cannot be asked for anything any more
+    delete pane->field; // a controller without a responder cannot be asked any more
     EXPECT_TRUE(comesToShow(u"Nothing is selected."_s));
     EXPECT_EQ(panel().currentController(), nullptr);
     EXPECT_EQ(pane->log, QStringList({u"begin"_s, u"end"_s}));
@@ -208,7 +208,7 @@ TEST_F(QLPreviewPanelTest, FollowsItsFileOnTheDisk) {
     EXPECT_TRUE(comesToShow(u"more"_s));
     EXPECT_EQ(bar->value(), 300) << "whoever reads goes on reading";
 
-    // As editors write, twice, for the watch must outlive a file; and on its way somewhere else.
+    // Editors replace files. Doing it twice shows that watching goes on with the new file. Later the file disappears and comes back.
     for (const char* text : {"replaced", "once more"}) {
         ASSERT_EQ(::rename(write(u"new"_s, text).toLocal8Bit().constData(), path.toLocal8Bit().constData()), 0);
         EXPECT_TRUE(comesToShow(QString::fromLatin1(text)));
@@ -222,7 +222,7 @@ TEST_F(QLPreviewPanelTest, FollowsItsFileOnTheDisk) {
     EXPECT_TRUE(comesToShow(u"back"_s));
     EXPECT_TRUE(openButton->isEnabled());
 
-    // A file beside it is none of its business, and neither is that of before.
+    // Changes of a file in the same folder are ignored, and so are changes of the former file.
     pane->files = {picture(u"p.png"_s, {5, 5})};
     QSignalSpy finished(&panel(), &QLPreviewPanel::previewFinished);
     panel().reloadData();
@@ -279,7 +279,7 @@ TEST_F(QLPreviewPanelTest, ControllersMayGo) {
     panel().updateController();
     EXPECT_EQ(panel().currentController(), nullptr);
 
-    delete other->field; // and so may responders
+    delete other->field; // a responder may also be destroyed
     activate(window);
     panel().updateController();
     EXPECT_EQ(panel().currentController(), nullptr);
@@ -294,7 +294,7 @@ TEST_F(QLPreviewPanelTest, ShowsTheSelection) {
     EXPECT_EQ(panel().windowTitle(), u"Its title"_s);
     EXPECT_TRUE(comesToShow(u"second text"_s));
 
-    // A file that is shown is read again only when somebody wants that.
+    // A file that is already shown is only read again on request.
     pane->files = {pane->files.last()};
     QSignalSpy finished(&panel(), &QLPreviewPanel::previewFinished);
     panel().reloadData();
@@ -303,7 +303,7 @@ TEST_F(QLPreviewPanelTest, ShowsTheSelection) {
     panel().refreshCurrentPreviewItem();
     EXPECT_TRUE(finished.wait(kPatience));
 
-    // Files that come and go quickly: the last one is shown, and nothing of the others.
+    // When files change quickly, only the last one is shown.
     for (int i = 0; i < 50; ++i) {
         pane->files = {i % 2 ? write(u"a.txt"_s, "a") : picture(u"b.png"_s, {5, 5})};
         panel().reloadData();
@@ -314,7 +314,7 @@ TEST_F(QLPreviewPanelTest, ShowsTheSelection) {
     EXPECT_TRUE(comesToShow(u"the last"_s));
     EXPECT_EQ(finished.count(), 1);
 
-    // Formats, and others in their place, and none.
+    // A formatted text, another one in its place, and nothing.
     for (const char* word : {"rich", "richer"}) {
         pane->files = {write(QString::fromLatin1(word) + u".rtf"_s, QByteArray("{\\rtf1 ") + word + "}")};
         panel().reloadData();
@@ -356,7 +356,7 @@ TEST_F(QLPreviewPanelTest, KeysGoWhereTheyBelong) {
         panel().orderOut();
         activate(window);
     }
-    // With one item the arrows are the list's.
+    // With a single item the arrow keys are passed to the delegate.
     pane->files.removeLast();
     pane->handlesKeys = true;
     pane->keys.clear();
@@ -414,7 +414,7 @@ TEST_F(QLPreviewPanelTest, GrowsOutOfItsRowWhereThereAreAnimations) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return !ghost(); }, kPatience));
         activate(window);
     }
-    // Closed on the way, it never comes.
+    // A panel that is closed during its animation does not appear.
     new Animations(200);
     pane->row = somewhere;
     panel().makeKeyAndOrderFront();
@@ -437,7 +437,7 @@ TEST_F(QLPreviewPanelTest, EveryControlHasANameAndDoesWhatItSays) {
     EXPECT_FALSE(buttons[u"Next"_s]->isEnabled());
     buttons[u"Previous"_s]->click();
     EXPECT_EQ(panel().currentPreviewItemIndex(), 0);
-    // All of them, and the text, are reached by Tab, which leads on from everywhere.
+    // Tab reaches all buttons and the text, and leads on from each.
     ASSERT_TRUE(comesToShow(u"first text"_s));
     QSet<QWidget*> reached;
     for (int i = 0; i < 6; ++i) {

@@ -28,7 +28,7 @@ TEST(FileNames, AreFoundUntilTheyAreRemoved) {
     EXPECT_EQ(names.foldersBelow({folder}), std::vector<bool>({false, true, true}));
 }
 
-/// Names that come and go in random folders, in runs and one by one, against a map.
+/// Adds and removes random names in random folders, in runs and one by one, and compares with a map.
 TEST(FileNames, AreFoundInWhicheverOrderTheyCame) {
     std::mt19937 random(1);
     FileNames names;

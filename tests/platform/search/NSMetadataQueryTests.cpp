@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Searches in real folders: what is there, what comes and goes, what is told when.
+// Searches in real folders: existing files, changes, and the notifications about them.
 #include "platform/search/NSMetadataQuery.h"
 
 #include "platform/foundation/NSNotificationCenter.h"
@@ -43,7 +43,7 @@ protected:
     }
     ~NSMetadataQueryTest() override { NSNotificationCenter::defaultCenter().removeObserver(this); }
 
-    /// A name that ends in a slash makes a folder.
+    /// Makes a file, or a folder when the name ends in a slash.
     void make(const QString& name) {
         const QString path = mFolder.filePath(name);
         QDir().mkpath(name.endsWith(u'/') ? path : path.left(path.lastIndexOf(u'/')));
@@ -81,7 +81,7 @@ protected:
 
     QTemporaryDir mFolder;
     NSMetadataQuery mQuery;
-    QStringList mNames; // of the notifications
+    QStringList mNames; // the names of the posted notifications
 };
 
 } // namespace
@@ -103,7 +103,7 @@ TEST_F(NSMetadataQueryTest, GathersWhatThePredicateAsksFor) {
     for (const auto& [wanted, names] : rows)
         EXPECT_EQ(gather(wanted), names) << wanted->predicateFormat().toStdString();
     EXPECT_EQ(gather(nullptr).size(), 10);
-    EXPECT_FALSE(mQuery.startQuery()); // it runs
+    EXPECT_FALSE(mQuery.startQuery()); // the query is already running
 }
 
 TEST_F(NSMetadataQueryTest, RanksByATerm) {
@@ -119,7 +119,7 @@ TEST_F(NSMetadataQueryTest, RanksByATerm) {
         make(QString::fromUtf8(name));
     mQuery.setRankedTerm(u"report"_s);
     gather(named(u"*"_s));
-    // The whole term, a part of the name, in two pieces, and one for whoever knows the expression.
+    // The whole term, a part of the name, a name in two pieces, and a name that only the expression can rank.
     const QMap<QString, double> wanted{
         {u"Report"_s, 1}, {u"é-report"_s, 6.0 / 8}, {u"re-port"_s, 6.0 / 7 * (1.0 / 2 * (4.0 / 6))}, {u"straße report"_s, 0}};
     EXPECT_EQ(relevances(), wanted);
@@ -179,7 +179,7 @@ TEST_F(NSMetadataQueryTest, FollowsFilesAndFolders) {
     make(u"in/moved/deeper/still/hello 4"_s);
     rename(u"in/hello"_s, u"in/good bye"_s);
     ASSERT_TRUE(becomes({u"in/moved/deeper/hello 3"_s, u"in/moved/deeper/still/hello 2"_s, u"in/moved/deeper/still/hello 4"_s}));
-    rename(u"in/moved/deeper"_s, u"empty"_s); // takes its place
+    rename(u"in/moved/deeper"_s, u"empty"_s); // replaces the empty folder
     ASSERT_TRUE(becomes({u"empty/hello 3"_s, u"empty/still/hello 2"_s, u"empty/still/hello 4"_s}));
     rename(u"empty"_s, u".hidden"_s);
     ASSERT_TRUE(becomes({}));
@@ -189,7 +189,7 @@ TEST_F(NSMetadataQueryTest, FollowsFilesAndFolders) {
     ASSERT_TRUE(becomes({}));
     make(u"shown/hello"_s);
     ASSERT_TRUE(becomes({u"shown/hello"_s}));
-    EXPECT_EQ(gather(named(u"*hello*"_s)), QStringList(u"shown/hello"_s)); // and so for whoever asks next
+    EXPECT_EQ(gather(named(u"*hello*"_s)), QStringList(u"shown/hello"_s)); // a later search also has the changes
 }
 
 TEST_F(NSMetadataQueryTest, StoppedItIsSilent) {
@@ -201,9 +201,9 @@ TEST_F(NSMetadataQueryTest, StoppedItIsSilent) {
     EXPECT_EQ(mQuery.resultCount(), 500);
     mNames.clear();
     mQuery.startQuery();
-    mQuery.setPredicate(named(u"hello*"_s)); // before anything could come
+    mQuery.setPredicate(named(u"hello*"_s)); // before any result can have arrived
     mQuery.startQuery();
-    // Stopped by whom it tells, it tells no more.
+    // When an observer stops the query in a notification, no further one is posted.
     const int observer = 0;
     NSNotificationCenter::defaultCenter().addObserver(
         &observer, [this](const NSNotification&) { mQuery.stopQuery(); }, NSMetadataQueryGatheringProgressNotification, &mQuery);
@@ -256,7 +256,7 @@ TEST_F(NSMetadataQueryTest, HostileFolders) {
     const QByteArray folder = QFile::encodeName(mFolder.path());
     EXPECT_EQ(mkdir(folder + "/hello \xFF\xC0", 0700), 0);
     EXPECT_TRUE(QFile(mFolder.filePath(u"hello\nline"_s)).open(QIODevice::WriteOnly));
-    // Deeper than a path can be long.
+    // The folders are nested so deeply that their paths are longer than the system allows.
     const QByteArray part(250, 'x');
     const int start = open(".", O_RDONLY | O_DIRECTORY);
     EXPECT_EQ(chdir(folder), 0);
@@ -280,7 +280,7 @@ TEST_F(NSMetadataQueryTest, HostileFolders) {
 TEST_F(NSMetadataQueryTest, ScopesThatAreNotThere) {
     make(u"in/hello"_s);
     mQuery.setSearchScopes({mFolder.filePath(u"none"_s), u"relative"_s, mFolder.path(), mFolder.filePath(u"in"_s)});
-    EXPECT_EQ(gather(named(u"hello"_s)), QStringList(u"in/hello"_s)); // once
+    EXPECT_EQ(gather(named(u"hello"_s)), QStringList(u"in/hello"_s)); // found once only
     mQuery.setSearchScopes({mFolder.filePath(u"in"_s)});
     EXPECT_EQ(gather(named(u"hello"_s)), QStringList(u"in/hello"_s));
     rename(u"in"_s, u"out"_s);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The quick matcher says what the predicate says.
+// The compiled matcher must agree with the predicate.
 #include "platform/search/index/NameMatcher.h"
 
 #include "platform/search/index/FileNames.h"
@@ -59,7 +59,7 @@ TEST_F(NameMatcherTest, KnowsWhatItCannotKnow) {
             << row.format;
 }
 
-/// The search splits a term behind its second unit.
+/// The pattern's "*" stands between the two halves of a surrogate pair.
 TEST_F(NameMatcherTest, FindsNamesByHalvesOfACharacter) {
     const QString name = u"a😀bc.txt"_s;
     const QString pattern = name.first(2) + u'*' + name.mid(2, 1) + u"*b*c*"_s;
@@ -76,7 +76,7 @@ TEST_F(NameMatcherTest, AgreesWithThePredicate) {
             text += pieces[static_cast<qsizetype>(engine() % static_cast<std::size_t>(pieces.size()))];
         return text;
     };
-    // Accents on one character and as two, letters that fold to others, to several, to none; digits and signs of other scripts.
+    // Composed and decomposed accents; letters that fold to others, to several and to none; digits and signs of other scripts.
     const QStringList letters{u"a"_s,      u"A"_s, u"b"_s,       u"B"_s,       u"1"_s,      u"."_s,      u"é"_s,
                               u"É"_s,      u"e"_s, u"e\u0301"_s, u"E\u0301"_s, u"\u212A"_s, u"k"_s,      u"ß"_s,
                               u"\u0130"_s, u"i"_s, u"\u0345"_s,  u"\u2260"_s,  u"="_s,      u"٣"_s,      u"日"_s,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The ranges of names, in a table of cases and against a slow model that follows their description step by step.
+// The ranges of terms in names, in a table of cases and against a slow model that follows the rules step by step.
 #include "platform/search/ranking/SpreadTerm.h"
 
 #include "platform/base/Text.h"
@@ -32,7 +32,7 @@ std::uint64_t modelFind(const std::u16string& name, const std::u16string& term, 
     return kNotThere;
 }
 
-/// As described, with nothing made shorter.
+/// A direct model without optimizations.
 std::optional<NameRanges> modelContiguous(const Terms& terms, const std::u16string& name) {
     if (name.empty())
         return {};
@@ -90,10 +90,10 @@ TEST(ContiguousRanges, ComeInOrderAndClose) {
         {{u"ab", u"cd"}, u"xxabyycd", {{2, 2}, {6, 2}}},
         {{u"ab", u"zz"}, u"abcd", {{0, 2}}},
         {{u"cd", u"ab"}, u"abcd", {{2, 2}}},
-        {{u"ab", u"c"}, u"abxxxabcz", {{5, 2}, {7, 1}}}, // the second place is closer
+        {{u"ab", u"c"}, u"abxxxabcz", {{5, 2}, {7, 1}}}, // the second occurrence is closer
         {{u"ab", u"cd", u"e"}, u"abxcd", {{0, 2}, {3, 2}}},
         {{u"AB", u"É"}, u"xab é", {{1, 2}, {4, 1}}},
-        {{u"e", u"x"}, u"éex", {{1, 1}, {2, 1}}}, // accents tell letters apart
+        {{u"e", u"x"}, u"éex", {{1, 1}, {2, 1}}}, // letters with different accents are different
     };
     for (const auto& row : rows)
         EXPECT_EQ(contiguousRanges(row.terms, row.name), row.ranges) << utf8FromUTF16(row.name);
@@ -136,17 +136,17 @@ TEST(SpreadTerm, IsFoundWholeOrSpread) {
     } rows[] = {
         {u"prort.pdf", u"Project Report.pdf", {{0, 3}, {8, 1}, {13, 5}}},
         {u"abc", u"ABC.txt", {{0, 3}}},
-        {u"abc", u"abc xabc", {{5, 3}}}, // the last place
-        {u"abc", u"a b c", {}},          // the first two stay together
+        {u"abc", u"abc xabc", {{5, 3}}}, // the last occurrence
+        {u"abc", u"a b c", {}},          // the first two characters must stay together
         {u"ab", u"xab", {{1, 2}}},
         {u"ab", u"axb", {}},
         {u".txt", u"note.txt", {{0, 0}, {4, 4}}},
         {u".txt", u".txt", {{0, 4}}},
         {u"ab.c", u"xab.d.c", {{1, 2}, {5, 2}}},
-        {u"abc.d", u"abc.d abc", {{0, 5}}}, // the last place with the extension behind it
+        {u"abc.d", u"abc.d abc", {{0, 5}}}, // the last occurrence that has the extension behind it
         {u"straße", u"STRASSE", {{0, 7}}},
         {u"b(c|d)e", u"abde", {{1, 3}, {2, 1}}}, // an expression with a group of its own
-        {u"b(c", u"ab(c", {}},                   // none
+        {u"b(c", u"ab(c", {}},                   // no valid expression
         {u"abc", u"x\nabc", {{2, 3}}},
         {u"", u"x", {{0, 0}}},
         {u"abc", u"", {}},

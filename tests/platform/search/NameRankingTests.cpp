@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Hits are judged in the index as a slow model judges them one by one, and come in the order that comparing them makes.
+// The index must rank hits as a slow model does, and sort them in the order that comparing them gives.
 #include "platform/search/index/NameRanking.h"
 
 #include "platform/base/Text.h"
@@ -18,7 +18,7 @@ namespace quoddle {
 
 namespace {
 
-/// As described, with nothing made shorter. Nothing for a hit that is not kept.
+/// A direct model without optimizations; nullopt for a hit that is not kept.
 std::optional<double> modelRelevance(const NameRanges& ranges, std::size_t termCount, std::size_t longest, std::size_t nameLength) {
     const auto rangeCount = static_cast<double>(ranges.size()), longestTerm = static_cast<double>(longest);
     if (termCount != 1 && ranges.size() != termCount)
@@ -66,7 +66,7 @@ TEST(NameScore, IsThatOfTheModel) {
     for (int i = 0; i < 100'000; ++i) {
         NameRanges ranges;
         for (std::size_t count = random.below(6); ranges.size() < count;)
-            ranges.push_back({random.below(30), random.below(12)}); // ranges that overlap or go back: a gap is unsigned
+            ranges.push_back({random.below(30), random.below(12)}); // some ranges overlap or go back, which gives huge gaps
         const TermCounts terms{1 + random.below(3), random.below(25)};
         const std::size_t length = random.below(40);
         const auto model = modelRelevance(ranges, terms.count, terms.longest, length);
@@ -90,7 +90,7 @@ TEST(NameRanking, JudgesEachNameLikeTheExpression) {
         FileNames names;
         std::vector<std::u16string> texts;
         for (int j = 0; j < 40; ++j) {
-            // Some as long as a name can be and longer, some with the term in them.
+            // Some names are as long as a name can be or longer, and some contain the term.
             std::u16string name = random(isASCII ? u"aAbBc.-7\n" : u"aAkKsfﬁßKſé\u0130\u0085\u2028.日", j % 8 ? 40 : 280) + u'x';
             if (j % 3 == 0)
                 name.insert(random.below(name.size()), term + (isASCII ? u"" : u"é😀"));
@@ -113,7 +113,7 @@ TEST(NameRanking, JudgesEachNameLikeTheExpression) {
         }
     }
     EXPECT_GT(kept, 4'000);
-    EXPECT_GT(left, 1'000); // those that only the expression can judge
+    EXPECT_GT(left, 1'000); // names that only the expression can rank
 }
 
 TEST(NameRanking, LeavesExpressionsToOthersAndStopsWhenTold) {

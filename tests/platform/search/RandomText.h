@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Texts by chance, the same ones each time.
+// Random texts, the same in each run.
 #pragma once
 
 #include <random>

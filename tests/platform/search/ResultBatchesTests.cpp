@@ -11,7 +11,7 @@ TEST(ResultBatches, TheFirstAndTheLastComeAtOnceTheOthersAtIntervals) {
     const std::size_t first = batches.beginSlice(20, 0);
     EXPECT_LT(first, 20u);
     batches.endSlice(first, 100, 0);
-    EXPECT_EQ(batches.delay(100, false), 0); // the rest of those 20
+    EXPECT_EQ(batches.delay(100, false), 0); // the rest of the 20 results
     EXPECT_EQ(batches.beginSlice(50, 0), 20 - first);
     batches.endSlice(20 - first, 100, 0);
     EXPECT_EQ(batches.delay(100.05, false), 100 + 0.25 - 100.05);
@@ -22,11 +22,11 @@ TEST(ResultBatches, TheFirstAndTheLastComeAtOnceTheOthersAtIntervals) {
 TEST(ResultBatches, AreAsLargeAsTheLastOnesWereQuick) {
     ResultBatches batches(0);
     std::size_t known = batches.beginSlice(100'000, 0);
-    for (const double each : {0.001, 1e-6, 1e-6, 1e-6, 1e-6, 0.0001, 1.0, 0.001}) { // seconds for a result
+    for (const double each : {0.001, 1e-6, 1e-6, 1e-6, 1e-6, 0.0001, 1.0, 0.001}) { // seconds per result
         batches.endSlice(known, 0, each * static_cast<double>(known));
         const std::size_t next = batches.beginSlice(100'000, 0);
         EXPECT_GE(next, 1u);
-        EXPECT_LE(next, 4 * known); // it trusts no single quick one
+        EXPECT_LE(next, 4 * known); // a single fast batch makes the next one only four times as large
         EXPECT_LE(static_cast<double>(next - 1) * each, 0.008);
         known = next;
     }
@@ -40,7 +40,7 @@ TEST(ResultBatches, WhatANotificationCostsAnywayMakesThemNoSmallerThanAPartOfWha
     int notifications = 0;
     for (std::size_t known = 0, count; known < 1'000'000; known += count, ++notifications) {
         count = batches.beginSlice(1'000'000 - known, known);
-        batches.endSlice(count, 0, 1e-6 * static_cast<double>(known)); // all rows are walked
+        batches.endSlice(count, 0, 1e-6 * static_cast<double>(known)); // an observer that walks through all known results
     }
     EXPECT_LT(notifications, 1000);
 }

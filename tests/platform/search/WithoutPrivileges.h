@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Tests may run as root, to whom permissions do not apply. While this is there, this thread and those that it starts use files as somebody
-// to whom they do.
+// Tests may run as root, to whom permissions do not apply. As long as the object lives, this thread and the threads that it starts access
+// files as an ordinary user.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,14 +14,14 @@ namespace quoddle {
 
 class WithoutPrivileges {
 public:
-    /// The folder is given away to that user.
+    /// The folder is given to that user.
     explicit WithoutPrivileges(const std::string& folder) {
         if (geteuid() != 0)
             return;
         EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
         setfsgid(kNobody);
         setfsuid(kNobody);
-        EXPECT_EQ(setfsuid(static_cast<uid_t>(-1)), static_cast<int>(kNobody)); // which answers who it is
+        EXPECT_EQ(setfsuid(static_cast<uid_t>(-1)), static_cast<int>(kNobody)); // an invalid ID changes nothing and returns the current one
     }
     ~WithoutPrivileges() {
         setfsuid(geteuid());

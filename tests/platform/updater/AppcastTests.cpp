@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Version texts, feeds and notes, as tables.
+// Tables of version texts, feeds and notes.
 #include "platform/updater/Appcast.h"
 #include "platform/updater/NotesText.h"
 #include "platform/updater/VersionOrder.h"
@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 TEST(VersionOrder, IsThatOfPeople) {
-    // Each line from the oldest to the newest; what is joined by "=" is one version.
+    // The versions in a line are sorted from the oldest to the newest; those joined by "=" are equal.
     const char* const lines[] = {
         "0 1 1.0.1 1.1 1.9 1.10 1.10.1 2",
         "1.0=1.0.0=1=v1.0=01.0 1.0.0.1",
@@ -85,7 +85,7 @@ TEST(Appcast, OffersTheNewestThatIsForUs) {
         {item("2.0b1"), "1.9", "2.0b1"},
         {item("3", "windows") + item("2", "Linux") + item("4", "macos"), "1", "2"},
         {item("2", "linux", "0.9") + item("3", "linux", "1.1"), "1", "2"},
-        {item("3", "", "10.15"), "1", "3"}, // the minimum is that of another system
+        {item("3", "", "10.15"), "1", "3"}, // the required version is that of another system
         {"", "1", ""},
     };
     for (const auto& each : cases) {
@@ -123,7 +123,7 @@ TEST(Appcast, HostileFeedsEndWithAnError) {
         ASSERT_FALSE(read) << feed.left(100).constData();
         EXPECT_FALSE(read.error().isEmpty());
     }
-    // Too much of something costs that, not the feed.
+    // A part of an item that is too long, or too many items, are dropped without making the feed invalid.
     QByteArray many, version(1000, '1');
     for (int i = 1; i <= 5000; ++i)
         many += "<item><s:version>" + QByteArray::number(i) + "</s:version></item>";
@@ -153,7 +153,7 @@ TEST(NotesText, IsPlainText) {
     };
     for (const auto& each : cases)
         EXPECT_EQ(plainNotes(QString::fromUtf8(each.notes)), QString::fromUtf8(each.text)) << each.notes;
-    // Neither takes long nor much.
+    // Neither the time nor the result grows out of proportion.
     for (const char* piece : {"<", "<a", "&", "<p>", "<li>", "<!--", "&#1114111;", "<script>"})
         EXPECT_LE(plainNotes(QString::fromUtf8(piece).repeated(500'000)).size(), 400'000) << piece;
 }

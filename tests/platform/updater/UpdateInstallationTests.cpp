@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What may be installed, what is unpacked, and the exchange of the bundles.
+// Obstacles to an installation, faults of unpacked bundles, and the replacement of a bundle.
 #include "platform/updater/UpdateInstallation.h"
 
 #include "platform/foundation/NSBundle.h"
@@ -28,7 +28,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
     }
-    /// `info` in the old form of property lists: "key = value;".
+    /// Makes a bundle; `info` is its property list in the old form: "key = value;".
     std::shared_ptr<NSBundle> made(const QString& name, const QByteArray& info) {
         const QString path = place.filePath(name);
         write(path + "/Contents/Info.plist"_L1, "{" + info + "}");
@@ -63,7 +63,7 @@ TEST_F(UpdateInstallation, NeedsAKeyASignatureAndAPlaceOfItsOwn) {
         spoil(spoiled);
         EXPECT_NE(obstacleToInstalling(*withKey, spoiled), QString()) << what;
     }
-    // What the system has installed is renewed by the system, whoever may write there.
+    // Applets that belong to a package of the system are updated by the system, whoever may write there.
     for (const char* package : {"/usr/share/A.app", "/app/A.app", "/nix/store/x/A.app"})
         EXPECT_TRUE(belongsToPackage(QString::fromUtf8(package))) << package;
     for (const char* own : {"/usr/local/A.app", "/home/me/usr/A.app", "/opt/A.app", "/apps/A.app"})
@@ -117,7 +117,7 @@ TEST_F(UpdateInstallation, ExchangesTheBundlesAndKeepsWhatStartsThem) {
     EXPECT_EQ(content(u"A.app/Contents/Linux/Old"_s), u"ours"_s);
     EXPECT_EQ(content(u"A.app/Contents/Resources/obsolete"_s), u"nothing"_s);
     EXPECT_FALSE(QFile::exists(made2->bundlePath()));
-    // What has gone meanwhile leaves the applet as it stands.
+    // When the new bundle is missing, the installed one stays unchanged.
     EXPECT_NE(installUpdate(made2->bundlePath(), installed->bundlePath()), noErr);
     EXPECT_EQ(versionOfBundle(*NSBundle::bundleWithPath(installed->bundlePath())), u"2"_s);
     staging.setAutoRemove(false);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Events over sockets: what arrives, what comes back, and peers that do not behave. Both ends live in this process; the server has its own
-// thread.
+// Events over sockets: what arrives, what comes back, and peers that misbehave. Both ends are in this process; the server has a thread of
+// its own.
 #include "platform/ae/transport/AETransport.h"
 #include "platform/ae/AEFlatten.h"
 #include "platform/ae/NSAppleEventManager.h"
@@ -63,7 +63,7 @@ protected:
             },
             "test"_4cc, "echo"_4cc);
     }
-    /// Keeps what comes until it is answered.
+    /// Suspends the events "late" until answerKept().
     void handleLate() {
         manager.setEventHandler(
             [this](const NSAppleEventDescriptorRef&, const NSAppleEventDescriptorRef&) {
@@ -87,13 +87,13 @@ protected:
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         return condition();
     }
-    /// As a sender writes it.
+    /// The frame that a sender would write for the event.
     static std::string bytesOf(const AEDesc& event) {
         AEFrame frame;
         EXPECT_EQ(AEFlattenDesc(event, frame.payload), noErr);
         return frame.bytes();
     }
-    /// A connection over which all of it has gone, or as much as the other end takes.
+    /// A connection over which the bytes have been sent, or as many as the other end takes.
     FileDescriptor sent(std::string_view bytes) const {
         FileDescriptor socket = std::move(*connectTo(directory, AESocketName(getpid())));
         ssize_t count = 0;
@@ -118,7 +118,7 @@ protected:
         const AEDesc* direct = reply.find("----"_4cc);
         return direct ? direct->asInt32().value_or(-1) : -1;
     }
-    /// A listener in place of the server, which treats its first connection as told.
+    /// Listens in place of the server and passes its first connection to `behave`.
     std::thread listenAs(std::function<void(int socket)> behave) {
         auto listener = listenAt(directory, AESocketName(getpid()), 8);
         return std::thread([listener = std::move(*listener), behave] {
@@ -136,7 +136,7 @@ protected:
     std::vector<NSAppleEventManagerSuspensionID> kept;
 };
 
-/// For a while no descriptor can be opened.
+/// No descriptor can be opened as long as the object lives.
 class WithoutDescriptors {
 public:
     WithoutDescriptors() {
@@ -158,7 +158,7 @@ TEST_F(AETransportTest, BringsEventsAndReplies) {
     EXPECT_EQ(send(eventWith("echo"_4cc, 42), &reply), noErr);
     EXPECT_EQ(valueOf(reply), 42);
 
-    // What fills many reads arrives whole.
+    // A message that needs many reads arrives complete.
     AEDesc large = AEDesc::appleEvent("test"_4cc, "echo"_4cc);
     (void)large.put("----"_4cc, AEDesc("utf8"_4cc, std::string(5'000'000, 'x')));
     EXPECT_EQ(send(large, &reply), noErr);
@@ -274,7 +274,7 @@ TEST_F(AETransportTest, OutlivesHostileCallers) {
         char byte;
         EXPECT_LE(::recv(socket->number(), &byte, 1, 0), 0);
     }
-    // One that stops inside a frame, one that claims much and sends little, and one that leaves without its reply.
+    // Three bad senders: one stops inside a frame, one claims a large frame and sends little, and one leaves without reading its reply.
     std::vector<FileDescriptor> open;
     std::string claims = AEFrame().bytes();
     claims[16] = '\x07';
@@ -290,7 +290,7 @@ TEST_F(AETransportTest, OutlivesHostileCallers) {
 TEST_F(AETransportTest, AConnectionThatIsIdleMakesRoom) {
     listen();
     handleEcho();
-    constexpr std::size_t kMany = 2100; // more than one sender may have
+    constexpr std::size_t kMany = 2100; // more connections than one sender may have
     rlimit limit{};
     getrlimit(RLIMIT_NOFILE, &limit);
     if (limit.rlim_cur < 2 * kMany + 100)
@@ -308,14 +308,14 @@ TEST_F(AETransportTest, AConnectionThatIsIdleMakesRoom) {
     EXPECT_FALSE(isClosed(idle.back()));
 }
 
-/// Of few bytes and much memory: ten times as much.
+/// An event that takes ten times as much memory as its flattened form.
 AEDesc eventOfSmallParts(AEEventID eventID, std::size_t count) {
     AEDesc event = AEDesc::appleEvent("test"_4cc, eventID);
     (void)event.put("----"_4cc, AEDesc::list(std::vector<AEDesc>(count, AEDesc::list({AEDesc()}))));
     return event;
 }
 
-/// For a while no more memory can be had than so many bytes.
+/// No more memory than this many bytes can be had as long as the object lives.
 class ShortOfMemory {
 public:
     explicit ShortOfMemory(std::size_t bytes) {
@@ -339,7 +339,7 @@ TEST_F(AETransportTest, OutlivesEventsThatDoNotFitIntoMemory) {
     listen();
     handleEcho();
     AEDesc answered;
-    ASSERT_EQ(send(eventWith("echo"_4cc, 1), &answered), noErr); // what is made once is there
+    ASSERT_EQ(send(eventWith("echo"_4cc, 1), &answered), noErr); // allocates everything that is made once
     const std::string bytes = bytesOf(eventOfSmallParts("echo"_4cc, 1'000'000));
     {
         const ShortOfMemory little(std::size_t{1} << 20);
@@ -419,7 +419,7 @@ TEST(AEAccount, OneSenderDoesNotTakeFromOthersWhatTheyNeed) {
 TEST_F(AETransportTest, HandlesWhatSendersLeaveBehind) {
     listen();
     handleLate();
-    // More than are taken in at once, from a sender that does not wait for replies and goes.
+    // The sender sends more events than the server takes at a time, does not wait for replies, and goes.
     constexpr int kEvents = 150;
     {
         const auto socket = connectTo(directory, AESocketName(getpid()));
@@ -451,7 +451,7 @@ TEST_F(AETransportTest, WaitsForDescriptorsWithoutTurningInCircles) {
         const std::clock_t before = std::clock();
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
         EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 10);
-        // Whoever cannot look at the others does not take them for dead.
+        // A process that cannot check the others does not take them for ended.
         EXPECT_TRUE(AEListRunningApplications().empty());
     }
     EXPECT_EQ(AEListRunningApplications().size(), 1u);
@@ -487,7 +487,7 @@ TEST_F(AETransportTest, AnApplicationThatEndsWaitsForWhatItOwesAndNothingElse) {
     answerKept();
     EXPECT_TRUE(AEIsAnswered(false));
 
-    // A reply counts until the sender has taken it.
+    // A reply is not counted as sent until the sender has read all of it.
     handleEcho();
     AEDesc large = AEDesc::appleEvent("test"_4cc, "echo"_4cc);
     (void)large.put("----"_4cc, AEDesc("utf8"_4cc, std::string(3'000'000, 'x')));
@@ -559,7 +559,7 @@ TEST_F(AETransportTest, LaunchesOfOneApplicationTakeTurnsAndLeaveNothing) {
 }
 
 TEST_F(AETransportTest, KeepsARegistryOfWhatRuns) {
-    // Left behind by processes that are gone, or whose number another process has now; and what is no record at all.
+    // Files of processes that have ended or whose number another process has now, and files that are no records.
     for (const char* name : {"999999999.app", "999999998.sock", "1.sock", "1.app", "12x.app", "nonsense.app"})
         ASSERT_EQ(writeFile(directory + "/" + name, "QAE1 no record"), noErr);
     listen();
@@ -584,7 +584,7 @@ TEST_F(AETransportTest, KeepsARegistryOfWhatRuns) {
     EXPECT_EQ(pidOf("aprl"_4cc, "Nobody"), procNotFound);
     EXPECT_EQ(pidOf("mach"_4cc, "?"), errAEUnknownAddressType);
     AEStopListening();
-    EXPECT_EQ(pidOf("aprl"_4cc, "Echo"), 0); // known from its run, but gone
+    EXPECT_EQ(pidOf("aprl"_4cc, "Echo"), 0); // known from its earlier run
     EXPECT_TRUE(AEListRunningApplications().empty());
 }
 
@@ -616,7 +616,7 @@ TEST_F(AETransportTest, TrustsOnlyAFolderOfItsOwn) {
     EXPECT_FALSE(AERuntimeDirectory());
     fs::remove(directory);
     EXPECT_TRUE(AERuntimeDirectory());
-    // Where others may write, or what belongs to somebody else, is no place to make it.
+    // The folder is not made where others may write, or in another user's folder.
     fs::remove(directory);
     const std::string otherwise = "/tmp/quoddle-" + std::to_string(::geteuid());
     ASSERT_EQ(::chmod(root.c_str(), 0777), 0);
