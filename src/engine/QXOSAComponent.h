@@ -88,7 +88,7 @@ public:
     void setLastResult(const QXOSAIDRef& lastResult);
 
     QXOSAComponentDelegate* delegate() const { return mDelegate; }
-    /// Not owned; whichever is destroyed first must end the relation.
+    /// The delegate is not owned. If it is destroyed before the component, it must be removed first.
     void setDelegate(QXOSAComponentDelegate* delegate) { mDelegate = delegate; }
     std::shared_ptr<NSOperation> operation() const;
     void setOperation(std::shared_ptr<NSOperation> operation);

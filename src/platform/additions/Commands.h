@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The commands, one function each. The table in StandardAdditions.cpp has their codes.
+// The commands, one function each, under the names of the files that define them. The table in StandardAdditions.cpp has their codes.
 #pragma once
 
 #include "platform/additions/Command.h"

@@ -79,8 +79,8 @@ public:
     /// The key of the field with the number; 0 when there is none, and in lists.
     AEKeyword keyAt(std::size_t index) const;
     const AEDesc* find(AEKeyword key) const;
-    std::span<const AEDesc> items() const;  ///< of a list, else empty
-    std::span<const AEItem> fields() const; ///< of a record or an event, else empty
+    std::span<const AEDesc> items() const;  ///< the items of a list; empty for anything else
+    std::span<const AEItem> fields() const; ///< the fields of a record or an event; empty for anything else
 
     /// Inserts an item in front of the one at `index`; index 0 or count + 1 appends. -1719 for an index beyond, -1703 when this is no list.
     OSStatus insertItem(std::size_t index, AEDesc item);

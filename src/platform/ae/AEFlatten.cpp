@@ -68,7 +68,7 @@ private:
     std::size_t mCount = 0;
 };
 
-// Once a read has failed, all further reads fail, too.
+// Reads a flattened descriptor. Once a read has failed, all further reads fail, too.
 class Reader {
 public:
     explicit Reader(std::string_view bytes, const AEMayTake* mayTake = nullptr) : mRest(bytes), mMayTake(mayTake) {}
@@ -191,7 +191,7 @@ private:
         return AEDesc::appleEvent(eventClass, eventID, returnID, transactionID, std::move(*attributes), std::move(*parameters));
     }
 
-    static constexpr std::size_t kSmallestDesc = 9;  // type, form, size 0
+    static constexpr std::size_t kSmallestDesc = 9;  // a type, a form and the size 0
     static constexpr std::size_t kLargestInside = 8; // longer data is kept in storage outside the descriptor
     static constexpr std::size_t kStep = 16 << 10;
     std::string_view mRest;

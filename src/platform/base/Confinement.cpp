@@ -25,7 +25,7 @@ constexpr std::uint32_t kArchitecture = 0;
 #endif
 
 constexpr std::uint32_t kRefuse = SECCOMP_RET_ERRNO | EPERM;
-constexpr std::uint32_t kForeignCalls = 0x40000000; // calls with higher numbers follow another convention of the same processor
+constexpr std::uint32_t kForeignCalls = 0x40000000; // calls from this number on follow another convention of the same processor
 constexpr std::uint32_t kOpensForWriting = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
 
 constexpr std::uint32_t kRefused[] = {

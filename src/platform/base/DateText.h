@@ -19,7 +19,7 @@ std::u16string textOfDate(std::int64_t seconds);
 /// time with or without AM and PM. A missing date is that of `now`; a missing time is midnight. nullopt when the text is no date.
 std::optional<std::int64_t> dateOfText(std::u16string_view text, std::int64_t now);
 
-/// Days since 1904-01-01 of a date of the Gregorian calendar.
+/// The number of days from 1904-01-01 to a date of the Gregorian calendar.
 std::int64_t daysFromDate(std::int64_t year, int month, int day);
 /// The present time on the user's clock.
 std::int64_t currentSeconds();

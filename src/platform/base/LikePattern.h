@@ -18,15 +18,16 @@ public:
     enum Option : std::uint8_t {
         ignoresCase = 1,
         ignoresDiacritics = 2,
-        /// The pattern may lie anywhere in the text if it begins and ends where words do: beside a sign that is neither letter nor digit,
-        /// between a small letter and a capital, between a letter and a digit. Without it the pattern covers the whole text.
+        /// The pattern matches any part of the text that begins and ends at a border of words: beside a character that is neither letter
+        /// nor digit, between a small letter and a capital, between a letter and a digit. Without this option it matches only the whole
+        /// text.
         matchesWords = 4,
     };
 
-    /// `options`: a sum of Option values.
+    /// `options` is a sum of Option values.
     LikePattern(std::u16string_view pattern, std::uint8_t options);
 
-    /// Any thread.
+    /// May be called on any thread.
     bool matches(std::u16string_view text) const;
     /// As matches(), but many times faster, for a text that has only ASCII characters.
     bool matchesASCII(std::string_view text) const;
@@ -35,7 +36,7 @@ public:
     std::u16string longestLiteral() const;
 
 private:
-    using Piece = std::vector<char16_t>; // kAnyUnit for "?"
+    using Piece = std::vector<char16_t>; // with kAnyUnit for "?"
     static constexpr std::size_t kNowhere = SIZE_MAX;
     class Text;
     class ASCIIText;

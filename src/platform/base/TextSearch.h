@@ -15,13 +15,13 @@
 
 namespace quoddle {
 
-/// A text reduced to what is considered, each unit with the place in the text that it came from.
+/// A text reduced to the units that are considered, each with the place in the text from which it came.
 struct ReducedText {
     std::u16string units;
     std::vector<std::uint32_t> places; // one more than `units`; the last is the end of the text
 };
 
-/// `considering`: bits of Considering.h.
+/// `considering` is a set of the bits in Considering.h.
 ReducedText reduceText(std::u16string_view text, std::uint32_t considering);
 
 /// Whether all letters, marks and signs are considered, so that equal texts differ at most in case.

@@ -9,7 +9,7 @@
 namespace quoddle {
 
 struct Bookmark {
-    QUrl address;  // of a folder of this computer (file:) or a place on a server
+    QUrl address;  // a folder of this computer (file:) or a place on a server
     QString title; // empty when the user has given no title
 };
 

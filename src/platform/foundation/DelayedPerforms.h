@@ -54,7 +54,7 @@ private:
     void scheduleWakeUp();
 
     std::unique_ptr<Clock> mClock;
-    std::vector<Request> mPending; // by time
+    std::vector<Request> mPending; // sorted by time
 };
 
 } // namespace quoddle

@@ -79,7 +79,7 @@ QString drawableName(QString name) {
         return (character >= u'\n' && character <= u'\r') || character == QChar(0x85) || character == QChar::LineSeparator ||
                character == QChar::ParagraphSeparator;
     };
-    const auto reorders = [](QChar character) { // embeddings and overrides, isolates
+    const auto reorders = [](QChar character) { // the controls for bidirectional embeddings, overrides and isolates
         return (character >= u'\u202A' && character <= u'\u202E') || (character >= u'\u2066' && character <= u'\u2069');
     };
     for (QChar& character : name)

@@ -68,7 +68,7 @@ public:
     }
 };
 
-/// What the framework (appkit/NSApplication.h) offers to a delegate. Main thread.
+/// The functions that the framework (appkit/NSApplication.h) offers to a delegate. Main thread.
 class SharedApplication {
 public:
     virtual ~SharedApplication() = default;
@@ -87,7 +87,7 @@ public:
     virtual void replyToOpenOrPrint(NSApplicationDelegateReply reply, int request) = 0;
     /// False once the end is decided; nothing may be begun or shown then.
     virtual bool isRunning() const = 0;
-    /// Whether one of the application's windows is the active one.
+    /// Whether the application is the active one.
     virtual bool isActive() const = 0;
     /// Brings the application's windows to the front.
     virtual void activate() = 0;

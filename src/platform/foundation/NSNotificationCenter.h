@@ -20,7 +20,7 @@ struct NSNotification {
     QVariantMap userInfo;
 };
 
-/// Every operation is thread-safe.
+/// All functions are thread-safe.
 class NSNotificationCenter {
 public:
     using Handler = std::function<void(const NSNotification&)>;

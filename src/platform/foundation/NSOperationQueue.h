@@ -49,7 +49,7 @@ private:
     std::atomic<bool> mFinished = false;
 };
 
-/// Every operation is thread-safe.
+/// All functions are thread-safe.
 class NSOperationQueue {
 public:
     explicit NSOperationQueue(int maxConcurrentOperationCount = 1);

@@ -57,7 +57,7 @@ private:
     struct Marker {
         int kind;
         int low;
-        quint64 count; // of bytes, characters or items
+        quint64 count; // the number of bytes, characters or items
         qsizetype at;  // the offset of the content
     };
 

@@ -78,8 +78,8 @@ private:
     QStringList parentsOfMimeType(const QString& name) const;
 
     mutable QReadWriteLock mLock{QReadWriteLock::Recursive};
-    QHash<QString, QStringList> mConformsTo;           // by identifier in lower case
-    QHash<QString, QHash<QString, QStringList>> mTags; // by class, then tag
+    QHash<QString, QStringList> mConformsTo;           // the types that a type conforms to, by its identifier in lower case
+    QHash<QString, QHash<QString, QStringList>> mTags; // the types with a tag, by the tag's class, then by the tag
     mutable QHash<QString, QString> mKnownMimeTypes;   // results of typeForMimeType()
     mutable QReadWriteLock mKnownLock;
 };

@@ -20,7 +20,7 @@ std::array<QString, 2> partsOf(const QString& path) {
     return {path, path + u"/TXT.rtf"_s};
 }
 
-/// What changes when a file changes. All zero when there is no file.
+/// The properties of a file by which a change is noticed. All zero when there is no file.
 struct Identity {
     dev_t device = 0;
     ino_t number = 0;

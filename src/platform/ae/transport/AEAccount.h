@@ -14,7 +14,7 @@
 
 namespace quoddle {
 
-/// Any thread.
+/// All functions may be called on any thread.
 class AEAccount {
 public:
     static std::size_t mostOfSender(); ///< bytes; enough for the largest event and the largest reply

@@ -27,7 +27,7 @@ public:
     };
 
     virtual ~NameMatcher() = default;
-    /// Any thread.
+    /// May be called on any thread.
     virtual Answer match(const Name& name) const = 0;
 
     /// Null matches everything. The matcher keeps what it needs of the predicate.
