@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Bundles for commands: the running one, the resources in a bundle, its tables of localized texts.
 //
-// Decision: a resource outside the language folders is preferred, then those of the user's languages in order, then the English one.
+// Decision: a resource outside the language folders is preferred, then those of the user's languages in order, then the English one, then
+// the base.
 #pragma once
 
 #include "platform/ae/AEDesc.h"

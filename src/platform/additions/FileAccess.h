@@ -20,8 +20,8 @@ FileTarget fileTargetOf(const AEDesc& file);
 /// Puts the target's error into the reply.
 OSErr failTarget(AEDesc& reply, const FileTarget& target, const AEDesc& given);
 
-/// The offset in bytes from the beginning. `position` counts from 1, from the end when negative (-1 is the last byte); "eof" is the end.
-/// nullopt for anything else and for a position before the beginning.
+/// The offset in bytes from the beginning. `position` counts from 1 (0 also stands for the first byte), from the end when negative (-1 is
+/// the last byte); "eof" is the end. nullopt for anything else and for a position before the beginning.
 std::optional<std::int64_t> filePosition(const AEDesc& position, std::int64_t size);
 
 } // namespace quoddle::additions

@@ -47,7 +47,7 @@ struct Addresses {
     std::string ipv4, ethernet;
 };
 
-/// The addresses of the first interface that leads to other computers.
+/// The first IPv4 address and the first Ethernet address among the interfaces that lead to other computers.
 Addresses addresses() {
     Addresses result;
     ifaddrs* list = nullptr;
