@@ -20,7 +20,7 @@ bool isOnMainThread() {
 }
 
 /// The delegate's answer whether the script on this thread is cancelled; nullopt when the component's flag decides.
-std::optional<bool> delegatesWord(const QXOSAComponent& component) {
+std::optional<bool> delegatesDecision(const QXOSAComponent& component) {
     return isOnMainThread() && component.delegate() ? component.delegate()->isMainThreadScriptCancelled() : std::nullopt;
 }
 
@@ -34,7 +34,7 @@ void serveMainThreadEvents(const QXOSAComponent& component) {
 } // namespace
 
 void takeBackCancellation(QXOSAComponent& component) {
-    if (!delegatesWord(component))
+    if (!delegatesDecision(component))
         component.setCancelled(false);
 }
 
@@ -115,7 +115,7 @@ OSStatus statusAfterSending(QXOSAComponent& component, OSStatus status) {
 } // namespace
 
 bool isRunCancelled(const QXOSAComponent& component) {
-    if (const auto said = delegatesWord(component))
+    if (const auto said = delegatesDecision(component))
         return *said;
     std::shared_ptr<NSOperation> operation = component.operation();
     return component.isCancelled() || (operation && operation->isCancelled()) || QThread::currentThread()->isInterruptionRequested();

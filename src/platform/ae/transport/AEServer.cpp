@@ -27,7 +27,7 @@ constexpr std::size_t kMaximumOfSender = kMaximumConnections / 2;
 constexpr int kBacklog = 512;
 constexpr std::chrono::seconds kPatience{10}; // for peers that do not take their replies while the application wants to end
 constexpr int kTick = 1;                      // seconds
-constexpr int kTurnsForWhatIsThere = 64;
+constexpr int kTurnsForSentEvents = 64;
 constexpr rlim_t kWantedDescriptors = 8192;
 
 /// Raises the limit of open files, because each caller takes a socket.
@@ -177,7 +177,7 @@ bool AEServer::Loop::isAnswered() {
     if (!mIsAwaiting) {
         // Events that have already been sent belong to the round that ends now, so they are read first. The server's own thread has read
         // them.
-        for (int turns = 0; mWatching && turns < kTurnsForWhatIsThere && turn(0) > 0; ++turns) {
+        for (int turns = 0; mWatching && turns < kTurnsForSentEvents && turn(0) > 0; ++turns) {
         }
         const std::lock_guard lock(mMutex);
         mAwaited = std::exchange(mRound, newRound());

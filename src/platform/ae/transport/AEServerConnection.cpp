@@ -63,7 +63,7 @@ bool AEServerConnection::isStalledAtTick() {
 }
 
 bool AEServerConnection::takeFrames(const std::shared_ptr<void>& round) {
-    while (!mIsTakingApart) {
+    while (!mIsUnflattening) {
         Received received;
         const auto complete = mReader.next(received.frame);
         if (!complete)
@@ -85,14 +85,14 @@ bool AEServerConnection::deliver(Received received) {
     ++mUnanswered;
     mHasReceived = true;
     if (received.frame.payload.size() > kLargeEvent && AEHasMainThreadEvents())
-        return takeApartBeside(std::move(received));
+        return unflattenOnAnotherThread(std::move(received));
     AEDesc event;
-    return takeApart(received, event) && handOn(std::move(received), std::move(event));
+    return unflatten(received, event) && handOn(std::move(received), std::move(event));
 }
 
 /// Unflattens the event. A frame of small descriptors takes many times its size in memory, so the memory is charged while the descriptors
 /// are made. False when the frame is malformed, or when the sender's bound or the memory is exceeded.
-bool AEServerConnection::takeApart(Received& received, AEDesc& event) const {
+bool AEServerConnection::unflatten(Received& received, AEDesc& event) const {
     AECharge& charge = *received.charge;
     std::string& payload = received.frame.payload;
     const auto mayTake = [&charge, &payload](std::size_t bytes) { return charge.set(payload.size() + bytes); };
@@ -108,15 +108,15 @@ bool AEServerConnection::takeApart(Received& received, AEDesc& event) const {
 }
 
 /// Unflattens a large event on another thread, so that the main thread can go on serving its windows.
-bool AEServerConnection::takeApartBeside(Received received) {
+bool AEServerConnection::unflattenOnAnotherThread(Received received) {
     const auto shared = std::make_shared<Received>(std::move(received));
-    mIsTakingApart = true;
+    mIsUnflattening = true;
     try {
         std::thread([self = shared_from_this(), shared] {
             AEDesc event;
-            const bool isWhole = self->takeApart(*shared, event);
+            const bool isWhole = self->unflatten(*shared, event);
             AEPostToMainThread([self, shared, event, isWhole] {
-                self->mIsTakingApart = false;
+                self->mIsUnflattening = false;
                 if (self->mClosed)
                     return;
                 const auto round = shared->round;

@@ -31,13 +31,13 @@ public:
     void write();
     /// Drops the unsent replies, because the peer does not read any more.
     void dropReplies();
-    bool wantsToRead() const { return mUnanswered.load() < kMaximumUnanswered && !mIsTakingApart; }
+    bool wantsToRead() const { return mUnanswered.load() < kMaximumUnanswered && !mIsUnflattening; }
     bool wantsToWrite() const;
     bool hasReceived() const { return mHasReceived; }
     /// Whether the rest of a frame is awaited.
     bool isInsideFrame() const { return mReader.isInside() && wantsToRead(); }
     /// Whether nothing is being received, handled or sent.
-    bool isIdle() const { return !mReader.isInside() && mUnanswered.load() == 0 && !mIsTakingApart && !wantsToWrite(); }
+    bool isIdle() const { return !mReader.isInside() && mUnanswered.load() == 0 && !mIsUnflattening && !wantsToWrite(); }
     std::chrono::steady_clock::time_point lastRead() const { return mLastRead; }
     /// Called about once a second while a frame is incomplete. True when the peer has sent next to nothing of it for ten calls.
     bool isStalledAtTick();
@@ -61,9 +61,9 @@ private:
     bool append(std::string_view bytes);
     bool takeFrames(const std::shared_ptr<void>& round);
     bool deliver(Received received);
-    bool takeApart(Received& received, AEDesc& event) const;
+    bool unflatten(Received& received, AEDesc& event) const;
     bool handOn(Received received, AEDesc event);
-    bool takeApartBeside(Received received);
+    bool unflattenOnAnotherThread(Received received);
     void answer(Received& received, const AEDesc& reply, OSStatus status);
     void send(std::string bytes, std::shared_ptr<void> round);
     void markClosed();
@@ -76,7 +76,7 @@ private:
     AECharge mReaderCharge;
     std::size_t mReadSinceTick = 0;
     int mSlowTicks = 0;
-    bool mIsTakingApart = false; // a large event is being unflattened; events behind it wait
+    bool mIsUnflattening = false; // of a large event, for which the events behind it wait
     bool mHasReceived = false;
     std::chrono::steady_clock::time_point mLastRead = std::chrono::steady_clock::now();
     std::atomic<int> mUnanswered = 0;

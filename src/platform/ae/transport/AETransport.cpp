@@ -106,7 +106,7 @@ OSStatus sendOnce(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::
 }
 
 /// Answers an event when the runtime folder cannot be used, so that no running application can be found and no launch noticed.
-OSStatus answerThatNobodyIsFound(const AEDesc& event, AEDesc* reply, OSStatus status) {
+OSStatus answerWithoutRuntimeDirectory(const AEDesc& event, AEDesc* reply, OSStatus status) {
     if (!reply)
         return status;
     *reply = AEEmptyReplyTo(event);
@@ -118,7 +118,7 @@ OSStatus answerThatNobodyIsFound(const AEDesc& event, AEDesc* reply, OSStatus st
 OSStatus sendRemotely(const AEDesc& event, AEDesc* reply, AESendMode sendMode, std::int32_t timeoutInTicks, const AESendOptions& options) {
     constexpr int kAttempts = 4; // an application may end just when the event is sent, and is then launched again
     if (const auto directory = AERuntimeDirectory(); !directory)
-        return answerThatNobodyIsFound(event, reply, directory.error());
+        return answerWithoutRuntimeDirectory(event, reply, directory.error());
     OSStatus status = procNotFound;
     bool mayHaveEnded = true;
     for (int attempt = 0; attempt < kAttempts && status == procNotFound && mayHaveEnded; ++attempt)
