@@ -53,7 +53,7 @@ QPalette darkPalette() {
     return palette;
 }
 
-/// The portal's value: 0 no wish, 1 dark, 2 light. Its old call wraps it in two variants.
+/// Whether a value of the portal asks for dark: 0 is no wish, 1 dark, 2 light. The portal's old call wraps the number in two variants.
 bool meansDark(QVariant value) {
     for (int depth = 0; depth < 2 && value.canConvert<QDBusVariant>(); ++depth)
         value = value.value<QDBusVariant>().variant();
@@ -65,7 +65,7 @@ void rememberAndApply(bool dark) {
     setWantsDark(dark);
 }
 
-/// Hears the portal's changes.
+/// Follows the changes that the portal announces.
 class Follower final : public QObject {
     Q_OBJECT
 public:
@@ -77,7 +77,6 @@ public Q_SLOTS:
     }
 };
 
-/// Asking for the bus where there is none would start one.
 } // namespace
 
 bool isDark(const QPalette& palette) {

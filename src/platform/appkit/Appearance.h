@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Light and dark: what the palette says, the few colours that a palette lacks, and the dark palette we install when the desktop wants dark
 // but the toolkit has not heard of it.
-// One decision: the palette is the truth; whoever draws asks it, and hears of a change as of any palette change. The desktop's wish is read
-// from its portal only after the first window has been painted; until then the wish of the last launch holds.
+// One decision: the palette is the truth. Code that draws asks the palette, and a change of appearance is an ordinary palette change. The
+// desktop's wish is read from its portal only after the first window has been painted; until then the wish of the last launch holds.
 // Main thread only.
 #pragma once
 
@@ -13,14 +13,15 @@ class QPalette;
 namespace quoddle::Appearance {
 
 bool isDark(const QPalette& palette);
-/// For text of lesser weight.
+/// The colour for text of lesser weight.
 QColor secondaryLabelColor(const QPalette& palette);
-/// For the empty part of a bar.
+/// The colour for the empty part of a bar.
 QColor grooveColor(const QPalette& palette);
 
-/// Before the first window. The variable QUODDLE_APPEARANCE ("light", "dark") overrides everything.
+/// Applies the wish that the last launch remembered; to be called before the first window. The variable QUODDLE_APPEARANCE ("light",
+/// "dark") overrides everything.
 void applyRememberedScheme();
-/// After the first paint: asks the desktop, follows it from then on. Does nothing without a session bus.
+/// Asks the desktop for its wish and follows it from then on; to be called after the first paint. Does nothing without a session bus.
 void followDesktop();
 /// Installs our dark palette, or takes it away again. Nothing changes where the desktop's own palette is dark already.
 void setWantsDark(bool dark);

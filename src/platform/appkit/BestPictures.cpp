@@ -10,12 +10,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // that are decoded of a file with several pictures
-constexpr qint64 kUnknownPixels = qint64{1} << 20;                            // of an icon that does not say how large it is
+// the most pixels that are decoded of a file with several pictures
+constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4;
+constexpr qint64 kUnknownPixels = qint64{1} << 20; // taken for an icon that does not say how large it is
 
 struct Candidate {
     int index;
-    QSize size; // empty when that is not known
+    QSize size; // empty when the size is not known
 
     qint64 pixels() const { return size.isEmpty() ? kUnknownPixels : qint64{size.width()} * size.height(); }
     QSize sizeWithin(int extent) const {
@@ -24,7 +25,7 @@ struct Candidate {
     }
 };
 
-/// In the order in which they are to be read.
+/// The pictures of the file in the order in which they are to be read.
 std::vector<Candidate> candidatesOf(ImageFile& file, int extent) {
     std::vector<Candidate> candidates;
     const int count = file.count();

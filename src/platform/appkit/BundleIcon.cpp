@@ -36,7 +36,7 @@ void paintArrow(QPainter& painter) {
     painter.drawPath(arrow);
 }
 
-/// A sheet of script on a rounded tile, and the arrow that runs it.
+/// Paints a sheet of script on a rounded tile, and the arrow that runs it.
 void paintApplet(QPainter& painter) {
     QLinearGradient tile(0, 4, 0, 60);
     tile.setColorAt(0, QColor(0x62, 0x86, 0xd9));

@@ -10,7 +10,7 @@
 
 namespace quoddle {
 
-/// For all texts of the application. Where the desktop has cursors that do not blink there is nothing to be done. Main thread.
+/// Works for all texts of the application. Does nothing on desktops whose cursors do not blink. Main thread.
 class CursorRest final : public QObject {
 public:
     explicit CursorRest(QObject* parent, std::chrono::milliseconds patience = std::chrono::seconds(10));

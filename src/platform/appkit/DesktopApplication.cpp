@@ -24,7 +24,7 @@ constexpr qsizetype kMaximumFiles = 10'000;
 constexpr qsizetype kMaximumURLLength = 16 << 10;
 constexpr std::size_t kMaximumWaiting = 64;
 constexpr int kPatience = 3000;
-constexpr uint kInQueue = 2; // the bus's answer: somebody else has the name, and we come next
+constexpr uint kInQueue = 2; // the bus's answer when another process has the name and this one is next in line
 
 constexpr auto kInvalidArguments = "org.freedesktop.DBus.Error.InvalidArgs"_L1;
 constexpr auto kLimitsExceeded = "org.freedesktop.DBus.Error.LimitsExceeded"_L1;
@@ -48,7 +48,7 @@ void DesktopApplication::connectToBus() {
     if (mBus)
         return;
     auto bus = runningSessionBus();
-    // The object comes first: a request that has been waiting for the name follows it at once.
+    // The object is registered before the name is asked for, because requests that wait for the name arrive together with it.
     if (!bus || !bus->registerObject(desktopObjectPath(mName), this, QDBusConnection::ExportScriptableSlots))
         return;
     mBus = bus;
@@ -100,7 +100,7 @@ void DesktopApplication::serve(NSApplication& application) {
     if (!application.isRunning())
         return leaveBus();
     mApplication = &application;
-    // A request that comes while it ends is better answered by a new process.
+    // While the application ends, a request is better answered by a new process.
     NSNotificationCenter::defaultCenter().addObserver(
         this,
         [this](const NSNotification&) {

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The applet as the desktop talks to it: org.freedesktop.Application on the session bus, under the name of its desktop entry.
 // One decision: a request is checked and answered at once and carried out afterwards from the event loop, so that no caller waits for a
-// script or a question. Without a bus nothing happens. It does not decide whether the applet is one that the desktop knows
-// (DesktopEntry.h).
+// script or a question. Nothing happens where there is no bus. Whether the desktop knows the applet is decided elsewhere (DesktopEntry.h).
 #pragma once
 
 #include <chrono>
@@ -19,7 +18,7 @@ namespace quoddle {
 
 class NSApplication;
 
-/// Main thread. Requests come in from connectToBus() on and wait for whoever takes them first: takeRequest() or serve().
+/// Requests come in from connectToBus() on and are kept until takeRequest() or serve() takes them. Main thread.
 class DesktopApplication final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -27,9 +26,9 @@ public:
     enum class Kind { activate, open, quit };
     struct Request {
         Kind kind;
-        QStringList files; ///< absolute paths, at least one, of an open request
+        QStringList files; ///< of an open request: absolute paths, at least one
     };
-    /// What waiting came to: a request is there; another process has the name; nothing was heard.
+    /// How waiting ended: a request has come, another process has the name, or the time is over.
     enum class Arrival { request, elsewhere, nothing };
 
     explicit DesktopApplication(const QString& name);
@@ -40,18 +39,19 @@ public:
     /// Gives the name back; requests that have come stay.
     void leaveBus();
 
-    /// Runs the event loop until a request is there, at most for `patience`.
+    /// Runs the event loop until a request is there or another process has the name, at most for `patience`.
     Arrival waitForRequest(std::chrono::milliseconds patience);
     std::optional<Request> takeRequest();
-    /// From now on requests go to the application: open to openFiles(), activate to reopen(), quit to terminate(). Not owned; ends, with
-    /// leaveBus(), when the application terminates.
+    /// Hands requests to the application from now on: open to openFiles(), activate to reopen(), quit to terminate(). The application is
+    /// not owned. When it terminates, this ends with leaveBus().
     void serve(NSApplication& application);
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap& platformData);
-    /// File URLs only, at least one and not more than 10,000, each at most 16 KiB long; anything else is refused as a whole.
+    /// Takes file URLs only, at least one and not more than 10,000, each at most 16 KiB long; a call with anything else is refused as a
+    /// whole.
     Q_SCRIPTABLE void Open(const QStringList& uris, const QVariantMap& platformData);
-    /// "quit" is the only action.
+    /// Performs "quit", the only action.
     Q_SCRIPTABLE void ActivateAction(const QString& action, const QVariantList& parameter, const QVariantMap& platformData);
 
 Q_SIGNALS:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The desktop's style, but for the icons that every window has and few show: what stands for the rest of a menu bar or a tool bar that is
-// too narrow. The toolkit reads them from pictures when it makes a menu bar, and loads all of its picture formats to do so, which takes
-// longer than the rest of the window. Here they are drawn when they are needed.
+// The desktop's style, except for two icons that every window has and few show: the ones that stand for the rest of a menu bar or a tool
+// bar that is too narrow. The toolkit reads them from picture files when it makes a menu bar, and loads all of its picture formats to do
+// so, which takes longer than the rest of the window. Here they are drawn when they are needed.
 // Main thread only.
 #pragma once
 

@@ -79,7 +79,7 @@ QString ElidedLabel::visibleText() const {
     const int width = widthOf(line);
     if (width <= room)
         return line;
-    // Figures of equal width may take more room than the metrics know; leave that much less to the rest.
+    // Figures of equal width may take more room than the font metrics know; the rest of the line gets that much less.
     const int excess = width - fontMetrics().horizontalAdvance(line);
     return fontMetrics().elidedText(line, mElideMode, std::max(0, room - excess));
 }
@@ -91,10 +91,11 @@ QSize ElidedLabel::sizeHint() const {
 
 void ElidedLabel::drawLine(QPainter& painter, const QString& line) const {
     const QRect area = contentsRect();
-    // A line reads as it is written, whatever the interface's language: "83% completed" would be turned round by one from right to left.
+    // A line is drawn in its own direction, whatever the interface's language: an interface from right to left would turn "83% completed"
+    // round.
     painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     if (!mTabularFigures || line.isRightToLeft()) {
-        // A painter aligns by its own direction, which is not always the label's.
+        // A painter aligns by its own direction, which is not always the label's, so the alignment is resolved here.
         const auto visual = QStyle::visualAlignment(layoutDirection(), Qt::AlignVCenter | (alignment() & Qt::AlignHorizontal_Mask));
         painter.drawText(area, static_cast<int>(visual | Qt::AlignAbsolute) | Qt::TextSingleLine, line);
         return;
@@ -135,7 +136,7 @@ void ElidedLabel::changeEvent(QEvent* event) {
 }
 
 void ElidedLabel::updateToolTip() {
-    // Tool tips guess at rich text; what a script says is never that.
+    // Tool tips take some texts for rich text; a script's text never is.
     setToolTip(isElided() ? toolTipText(text()) : QString());
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A line of text that is cut with an ellipsis where it does not fit and then tells the whole in a tool tip.
-// One decision: its size never depends on its text, so a layout around it stands still whatever it says. One line only: line ends are shown
-// as blanks. Plain text only.
+// A line of text that is cut with an ellipsis where it does not fit and then shows the whole text in a tool tip.
+// One decision: its size never depends on its text, so that a layout around it stands still whatever it says. There is one line only, in
+// which line ends become blanks. Text is plain, never markup.
 #pragma once
 
 #include <QLabel>
@@ -18,14 +18,14 @@ public:
 
     /// Screen readers are told the text in full.
     void setText(const QString& text);
-    /// In the quieter colour of additional information.
+    /// Whether the text has the quieter colour of additional information; false unless set.
     bool isSecondary() const { return mSecondary; }
     void setSecondary(bool secondary);
-    /// Digits all as wide as the widest, so that counting does not make the line tremble. Such a line begins at the label's edge, whatever
-    /// its alignment.
+    /// Whether all digits are as wide as the widest, so that counting does not make the line tremble. Such a line begins at the label's
+    /// edge, whatever its alignment. False unless set.
     bool hasTabularFigures() const { return mTabularFigures; }
     void setTabularFigures(bool tabularFigures);
-    /// Where the ellipsis goes; at the end unless set.
+    /// The place of the ellipsis; at the end unless set.
     Qt::TextElideMode elideMode() const { return mElideMode; }
     void setElideMode(Qt::TextElideMode mode);
     bool isElided() const;

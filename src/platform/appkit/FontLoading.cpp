@@ -5,7 +5,7 @@
 
 namespace quoddle {
 
-/// The library does this once in a process; who asks while it goes on waits for it.
+/// The font library initialises itself once in a process, and callers on other threads wait for that.
 FontLoading::FontLoading() : mThread([] { FcInit(); }) {}
 
 FontLoading::~FontLoading() {

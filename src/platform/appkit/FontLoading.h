@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reads the system's fonts ahead on a thread of its own. The font library reads its configuration and the list of all fonts when the first
-// text is measured: that is a third of all that a program does until its first window is painted. Made before the application object, it
-// is done on another core meanwhile, while libraries are loaded and the display is asked.
+// text is measured: that is a third of all that a program does until its first window is painted. A FontLoading made before the application
+// object moves that to another core, while libraries are loaded and the display is asked.
 #pragma once
 
 #include <thread>

@@ -21,12 +21,12 @@ bool refersToItself(const QXmlStreamAttribute& attribute) {
            value.startsWith(QLatin1StringView("data:"));
 }
 
-/// Read as those who draw it will: entities and encodings resolved.
+/// Whether a drawing names nothing outside itself. The reader resolves entities and encodings, as the code that draws will do.
 bool isSelfContained(const QByteArray& drawing) {
     QXmlStreamReader reader(drawing);
     while (!reader.atEnd()) {
         const auto token = reader.readNext();
-        if (token == QXmlStreamReader::ProcessingInstruction) // a style sheet somewhere
+        if (token == QXmlStreamReader::ProcessingInstruction) // a processing instruction may name a style sheet elsewhere
             return false;
         const QXmlStreamAttributes attributes = reader.attributes();
         if (token == QXmlStreamReader::StartElement && !std::all_of(attributes.begin(), attributes.end(), &refersToItself))
@@ -38,13 +38,13 @@ bool isSelfContained(const QByteArray& drawing) {
 /// Whether the bytes say that they are a PNG picture of more pixels to a side than the entries of icon files have.
 bool isLargePNG(QByteArrayView bytes) {
     constexpr quint32 kLargestSide = 1024;
-    constexpr qsizetype kWidth = 16, kHeight = 20; // where they stand
+    constexpr qsizetype kWidth = 16, kHeight = 20; // places of the numbers in the file
     return bytes.startsWith("\x89PNG") && bytes.size() >= kHeight + 4 &&
            std::max(qFromBigEndian<quint32>(bytes.data() + kWidth), qFromBigEndian<quint32>(bytes.data() + kHeight)) > kLargestSide;
 }
 
-/// The entries of an icon file that are there as long as they say and no larger than such entries are: their sizes are not told before they
-/// are decoded. Without its table of contents, whose lengths would be believed.
+/// An icon file reduced to the entries that are complete and no larger than such entries are, because the sizes of entries are not known
+/// before they are decoded. Its table of contents is left out: the decoder would believe the lengths there.
 QByteArray checkedIcon(const QByteArray& icon) {
     constexpr qsizetype kHeader = 8;
     QByteArray checked = icon.left(kHeader);
@@ -61,8 +61,8 @@ QByteArray checkedIcon(const QByteArray& icon) {
     return checked;
 }
 
-/// A TIFF file without the pictures that come after the first `kMostPictures`: the decoder goes through all to count them, and a file of
-/// some megabytes can hold hundreds of thousands. Nothing of a file in the form that is meant for more than 4 GiB.
+/// A TIFF file without the pictures that come after the first `kMostPictures`: the decoder goes through all pictures to count them, and a
+/// file of some megabytes can hold hundreds of thousands. A file in the form that is meant for more than 4 GiB becomes empty.
 QByteArray withFewPictures(QByteArray tiff) {
     constexpr qsizetype kHeader = 8, kEntry = 12;
     const bool isBigEndian = tiff.startsWith("MM");
@@ -72,7 +72,7 @@ QByteArray withFewPictures(QByteArray tiff) {
     const quint16 version = tiff.size() < kHeader ? 0 : number(2, quint16());
     if (version != 42)
         return version == 43 ? QByteArray() : tiff;
-    qsizetype next = 4; // where it stands where the next picture begins
+    qsizetype next = 4; // the place of the number that says where the next picture begins
     for (int i = 0; i < ImageFile::kMostPictures; ++i) {
         const qsizetype picture = number(next, quint32());
         if (picture == 0 || picture > tiff.size() - 2)
@@ -92,8 +92,8 @@ QByteArray checked(const QByteArray& bytes) {
     return bytes.startsWith("II") || bytes.startsWith("MM") ? withFewPictures(bytes) : bytes;
 }
 
-/// The memory that decoding a picture takes when it is not made smaller on the way. The toolkit counts at least 32 bits a pixel. The
-/// format of some damaged files is a number without meaning.
+/// The bytes of memory that decoding a picture takes when it is not made smaller on the way. The toolkit counts at least 32 bits a pixel.
+/// In damaged files the format may be a number without meaning.
 qint64 bytesWhileDecoding(QSize size, QImage::Format format) {
     constexpr int kFewestBits = 32;
     const bool isKnown = format > QImage::Format_Invalid && format < QImage::NImageFormats;
@@ -105,7 +105,7 @@ QString tooManyBytes(qint64 most) {
     return u"it is larger than %1 MiB"_s.arg(most >> 20);
 }
 
-/// Empty when the file is none or too large: `problem` says so.
+/// The bytes of a file; empty, with `problem` set, when it is no regular file, cannot be read or is too large.
 QByteArray bytesOfRegularFile(const QString& path, qint64 mostBytes, QString& problem) {
     const auto bytes = bytesOfFile(path, mostBytes);
     if (bytes)
@@ -137,7 +137,7 @@ void ImageFile::open(const QByteArray& bytes, const QString& suffix, qint64 most
     mBuffer.setBuffer(&mBytes);
     mBuffer.open(QIODevice::ReadOnly);
     mReader.setDevice(&mBuffer);
-    mReader.setFormat(suffix.toLatin1().toLower()); // for kinds that cannot be told by content
+    mReader.setFormat(suffix.toLatin1().toLower()); // the suffix tells kinds that cannot be told by content
     mReader.setDecideFormatFromContent(true);
     mReader.setAutoTransform(true);
     if (mReader.format().startsWith("svg") && !isSelfContained(mBytes)) {
@@ -178,7 +178,7 @@ QImage ImageFile::read(QSize largest) {
     if (image.isNull()) {
         mProblem = isLarge ? u"it has %1, which take more than %2 MiB"_s.arg(measures).arg(kMostMegabytes)
                            : u"it cannot be decoded (%1)"_s.arg(mReader.errorString());
-        mBuffer.seek(0); // a decoder that has failed may be of no use for the other pictures
+        mBuffer.seek(0); // a decoder that has failed may not be able to read the other pictures, so a new one is made
         mReader.setDevice(&mBuffer);
         mSelected = 0;
     }

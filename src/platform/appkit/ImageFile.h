@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A file with pictures, which may come from anybody: read whole and bounded, decoded no larger than it is shown.
 //
-// Decision: a drawing (SVG) may refer to itself alone. What it names besides would be opened, wherever it leads.
-// The bound of the decoders' memory is one for the whole process, put in place by the first file.
+// Decision: a drawing (SVG) may refer to itself alone. Other files and addresses that it names would be opened, wherever they lead.
+// The limit on the decoders' memory holds for the whole process and is set by the first file.
 #pragma once
 
 #include <QBuffer>
@@ -12,30 +12,31 @@ namespace quoddle {
 
 class ImageFile {
 public:
-    /// The largest file of an icon or a small picture, and of a photograph: 24 million pixels of 16 bits a colour hardly become less.
+    /// The largest files that are read, in bytes: of an icon or a small picture, and of a photograph, of which 24 million pixels of 16 bits
+    /// a colour hardly take less.
     static constexpr qint64 kMostBytes = qint64{64} << 20;
     static constexpr qint64 kMostBytesOfPhotograph = qint64{192} << 20;
 
-    /// A file that is no regular one, larger than `mostBytes` or a drawing that refers to other files has no pictures.
+    /// A file that is not a regular one, one larger than `mostBytes` and a drawing that refers to other files have no pictures.
     explicit ImageFile(const QString& path, qint64 mostBytes = kMostBytes);
-    /// The same for what a file with that suffix would hold, of at most `kMostBytes`.
+    /// The pictures in the bytes of a file with that suffix, of at most `kMostBytes`.
     explicit ImageFile(const QByteArray& bytes, const QString& suffix = {});
 
-    /// So many pictures of one file are looked at.
+    /// The most pictures of one file that are looked at.
     static constexpr int kMostPictures = 64;
-    /// From 1 to `kMostPictures`.
+    /// The number of pictures, from 1 to `kMostPictures`.
     int count() const;
-    /// False when there is no such picture.
+    /// Selects a picture for size() and read(). False when there is no such picture.
     bool select(int index);
-    /// Of the selected picture, upright; empty when that is not known.
+    /// The size of the selected picture, upright; empty when it is not known.
     QSize size() const;
-    /// The selected picture, made smaller where it is larger than `largest`. Null when there is none, or one of more than 16384 pixels to a
-    /// side, or one that takes more than the most megabytes while it is decoded.
+    /// The selected picture, made smaller where it is larger than `largest`. Null when there is none, when it has more than 16384 pixels to
+    /// a side, or when decoding it takes more than `kMostMegabytes`.
     QImage read(QSize largest);
     /// Why there is no picture, in words for a log; empty while there is no reason.
     const QString& problem() const { return mProblem; }
 
-    /// Enough for 24 million pixels of 16 bits a colour.
+    /// The most memory that decoding one picture may take: enough for 24 million pixels of 16 bits a colour.
     static constexpr int kMostMegabytes = 256;
 
 private:

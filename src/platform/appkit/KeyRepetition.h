@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Presses of a key that is held down.
-// One decision: a repetition is told by the release that comes with it at the same moment, for the toolkit overlooks it when the two do not
-// arrive together, and then a key held since the dialog before answers the next one.
+// Tells the presses of a key that is held down from real ones.
+// One decision: a repetition is recognised by the release that comes with it at the same moment. The toolkit overlooks that when the two do
+// not arrive together, and then a key held since the dialog before answers the next one.
 // Main thread only.
 #pragma once
 
@@ -9,9 +9,9 @@ class QKeyEvent;
 
 namespace quoddle {
 
-/// From now on; more than once is once.
+/// Begins to watch the keys of the application. Further calls do nothing.
 void watchKeyRepetition();
-/// Whether the press is one of those that follow while a key is held down.
+/// Whether a press is a repetition while the key is held down.
 bool isKeyRepetition(const QKeyEvent& press);
 
 } // namespace quoddle

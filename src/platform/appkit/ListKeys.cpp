@@ -15,7 +15,7 @@ class ListKeyFilter final : public QObject {
     }
 };
 
-/// Leads to another row. Space does not: it selects the one that is marked.
+/// Whether a key leads to another row. Space does not: it selects the row that is marked as the current one.
 bool isMove(const QKeyEvent& key) {
     switch (key.key()) {
     case Qt::Key_Up:

@@ -12,9 +12,9 @@ namespace quoddle {
 
 namespace {
 
-constexpr int kWidestInBar = 160; // points; the menus behind a long name are to be seen too
+constexpr int kWidestInBar = 160; // points; leaves room for the menus behind a long name
 
-// Names of applets may hold an ampersand, which would mark a shortcut.
+// A title in which an ampersand is shown and does not mark a shortcut; names of applets may hold one.
 QString plainTitle(const QString& title) {
     return QString(title).replace(u'&', QStringLiteral("&&"));
 }
@@ -25,7 +25,7 @@ MenuBar::MenuBar(std::shared_ptr<NSMenu> menu, QMainWindow& window) : QMenuBar(&
     mMenu->setChangeHandler([this] {
         if (mRebuildPending)
             return;
-        mRebuildPending = true; // many titles change together
+        mRebuildPending = true; // titles change together, so one rebuild serves many changes
         QMetaObject::invokeMethod(this, &MenuBar::rebuild, Qt::QueuedConnection);
     });
     rebuild();
@@ -63,17 +63,17 @@ void MenuBar::fill(QMenu& menu, const NSMenu& items) {
             QAction* action = actionFor(*item);
             action->setParent(&menu);
             menu.addAction(action);
-            mWindow.addAction(action); // so that its shortcut works while the bar is hidden
+            mWindow.addAction(action); // the window has the shortcut also while the bar is hidden
             judged.emplace_back(action, item.get());
         }
     }
-    // Grey only while it is looked at: a disabled action would not tell us that its shortcut was pressed.
+    // Items are grey only while their menu is shown: a disabled action would not tell us that its shortcut was pressed.
     connect(&menu, &QMenu::aboutToShow, this, [judged] {
         for (const auto& [action, item] : judged)
             action->setEnabled(NSApplication::sharedApplication()->validateMenuItem(*item));
     });
     connect(&menu, &QMenu::aboutToHide, this, [this, judged] {
-        // Later: the choice that hides the menu is still being looked at.
+        // Enabling waits for the event loop, because the choice that hides the menu is still being handled.
         for (const auto& [action, item] : judged)
             QMetaObject::invokeMethod(
                 action, [action = action] { action->setEnabled(true); }, Qt::QueuedConnection);

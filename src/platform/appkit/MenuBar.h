@@ -14,11 +14,11 @@ namespace quoddle {
 class MenuBar : public QMenuBar {
     Q_OBJECT
 public:
-    /// Becomes the window's menu bar. The menu lives as long as the bar.
+    /// Becomes the window's menu bar. The menu is owned together with others and is kept as long as the bar lives.
     MenuBar(std::shared_ptr<NSMenu> menu, QMainWindow& window);
     ~MenuBar() override;
 
-    /// The same menu as a pop-up.
+    /// Shows the same menu as a pop-up.
     void popUp(const QPoint& globalPosition);
 
 protected:
@@ -27,9 +27,9 @@ protected:
 private:
     void rebuild();
     void fill(QMenu& menu, const NSMenu& items);
-    /// Without its middle where it is wider than so many points.
+    /// Sets the title, with its middle left out where it is wider than `widest` points.
     void setTitle(QAction& action, const QString& title, int widest) const;
-    /// Titles in menus are told in full as long as the screen is wide enough.
+    /// The widest that a title in a menu may be, in points: two thirds of the screen, so that titles are nearly always shown in full.
     int widestInMenu() const;
     QAction* actionFor(const NSMenuItem& item);
 

@@ -23,7 +23,7 @@ constexpr int kIconSize = 48;
 constexpr int kTextWidth = 372;
 constexpr int kScreenMargin = 10;
 
-/// The application's icon; a critical alert marks it, or stands alone where there is none.
+/// The application's icon. A critical alert has a mark on it, or the mark alone when there is no icon.
 QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
     const double ratio = dialog.devicePixelRatioF();
     QPixmap pixmap(QSize(kIconSize, kIconSize) * ratio);
@@ -36,7 +36,7 @@ QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
     if (style != NSAlertStyle::critical)
         return pixmap;
     const QRectF badge = icon.isNull() ? QRectF(4, 4, 40, 40) : QRectF(kIconSize - 22, kIconSize - 22, 21, 21);
-    painter.setPen(QPen(dialog.palette().color(QPalette::Window), 2)); // stands off from the icon below
+    painter.setPen(QPen(dialog.palette().color(QPalette::Window), 2)); // the border sets the mark off from the icon below
     painter.setBrush(QColor(0xd9, 0x36, 0x3e));
     painter.drawEllipse(badge);
     painter.setPen(Qt::NoPen);
@@ -48,7 +48,7 @@ QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
     return pixmap;
 }
 
-/// The longest word decides when it is longer than a line is to be; it cannot be broken.
+/// The width of the longest word of a label, which cannot be broken.
 int widthOfWords(const QLabel& label) {
     return label.text().isEmpty() ? 0 : label.minimumSizeHint().width();
 }
@@ -67,7 +67,7 @@ NSAlert::NSAlert() : mUi(std::make_unique<Ui::NSAlert>()), mPanel(std::make_uniq
     QFont bold = mUi->messageView->font();
     bold.setBold(true);
     mUi->messageView->setFont(bold);
-    // The texts decide about the size; a scroll area left to itself would take any.
+    // The size follows from the texts; a scroll area left to itself would take any size.
     mPanel->layout()->setSizeConstraint(QLayout::SetFixedSize);
 }
 
@@ -98,7 +98,7 @@ QPushButton* NSAlert::addButton(const QString& title) {
     setButtonTitle(*button, title);
     const int returnCode = NSAlertFirstButtonReturn + static_cast<int>(mButtons.size());
     QObject::connect(button, &QPushButton::clicked, mPanel.get(), [this, returnCode] { mPanel->done(returnCode); });
-    mUi->buttonLayout->insertWidget(1, button); // after the spring: each one before those that came earlier
+    mUi->buttonLayout->insertWidget(1, button); // behind the spring, so that each button stands before the earlier ones
     setKeyEquivalent(*button, mButtons.empty() ? kReturnKeyEquivalent : title == "Cancel"_L1 ? kEscapeKeyEquivalent : QString());
     if (!mButtons.empty())
         QWidget::setTabOrder(mButtons.back(), button);
@@ -124,7 +124,8 @@ void NSAlert::layout() {
     fitToScreen(mPanel->screen()->availableGeometry().size());
 }
 
-// Texts that are higher than their share of the screen scroll; either may have what the other does not need.
+// Texts that are higher than their share of the screen scroll. The message and the informative text each get the room that the other
+// leaves.
 void NSAlert::fitToScreen(const QSize& screen) {
     const QMargins margins = mPanel->layout()->contentsMargins();
     const int beside = margins.left() + margins.right() + kScreenMargin;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The framework's own handlers of Apple events. They stand behind whatever the application and its script do: an event that a script
-// continues ends here.
+// The framework's own handlers of Apple events. An event comes here after the application and its script had their turn: when neither
+// handles it, or a script continues it.
 #include "platform/appkit/NSApplication.h"
 
 #include "platform/ae/AEReply.h"
@@ -17,7 +17,7 @@ constexpr struct {
 } kHandledEvents[] = {{"aevt"_4cc, "oapp"_4cc}, {"aevt"_4cc, "rapp"_4cc}, {"aevt"_4cc, "odoc"_4cc},
                       {"aevt"_4cc, "quit"_4cc}, {"misc"_4cc, "actv"_4cc}, {"ascr"_4cc, "noop"_4cc}};
 
-/// The files of an open event that have a path.
+/// The paths of the files of an open event; files without a path are left out.
 QStringList filesOf(const NSAppleEventDescriptorRef& event) {
     QStringList files;
     const AEDesc* direct = event->aeDesc().find("----"_4cc);
@@ -61,8 +61,8 @@ void NSApplication::handleOpenEvent(const NSAppleEventDescriptorRef& event, cons
     });
 }
 
-/// Answered when it is clear whether the application ends. A script that continues the event is not to wait for that: it may be what
-/// decides.
+/// A quit event is answered when it is clear whether the application ends. A script that continues the event is answered at once, because
+/// the decision may depend on that script.
 void NSApplication::handleQuitEvent(const NSAppleEventDescriptorRef& reply) {
     const bool mayWait = !AEIsContinued(reply);
     const auto suspended = mayWait ? NSAppleEventManager::sharedAppleEventManager().suspendCurrentAppleEvent() : nullptr;
@@ -100,7 +100,7 @@ void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, con
             mDelegate->applicationWillActivate(event->aeDesc().attribute("esrc"_4cc).has_value());
         activate();
         break;
-    default: // "oapp", "noop": it runs already
+    default: // a running application has nothing to do for "oapp" and "noop"
         break;
     }
 }
@@ -115,7 +115,7 @@ void NSApplication::activate() {
     for (QWidget* widget : topLevelWidgets())
         if (auto* window = qobject_cast<NSWindow*>(widget); window && window->isVisible())
             window->makeKeyAndOrderFront();
-    if (QWidget* modal = activeModalWidget()) { // a dialog without a window, or one that has a question of its own
+    if (QWidget* modal = activeModalWidget()) { // a dialog without a window, or a sheet that asks a question of its own
         modal->raise();
         modal->activateWindow();
     }

@@ -20,7 +20,7 @@ namespace {
 
 int signalPipe[2] = {-1, -1};
 
-// Nothing but a write is allowed in a signal handler; the event loop reads it.
+// Only writes a byte, because a signal handler is allowed little more; the event loop reads it and acts.
 void noteSignal(int) {
     const int saved = errno;
     const char byte = 0;
@@ -67,7 +67,7 @@ void NSApplication::watchSignals() {
 }
 
 void NSApplication::endOfSession(QSessionManager& manager) {
-    // The session asks once and wants to know: an answer that comes later is waited for, but not for long.
+    // The session manager asks once and needs the answer now, so an answer that comes later is waited for, but not for long.
     constexpr qint64 kPatience = 3000;
     terminate();
     QElapsedTimer timer;

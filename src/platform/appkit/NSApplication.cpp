@@ -20,13 +20,13 @@ namespace quoddle {
 
 namespace {
 
-// Apple events reach the main thread through the same door as everything else.
+// The main thread for the event layer: Apple events wait in the same queue as all other work for the main thread.
 AEMainThread mainThreadForAppleEvents() {
     AEMainThread thread;
     thread.isCurrent = &MainThread::isCurrent;
     thread.post = &MainThread::dispatchAsync;
     thread.processEvents = [](std::chrono::milliseconds slice) {
-        // processEvents(flags, ms) goes on as long as there are events; one round that waits is what is wanted.
+        // processEvents(flags, ms) goes on as long as there are events; here one round that waits is wanted.
         QTimer alarm;
         alarm.setSingleShot(true);
         alarm.start(slice);
@@ -45,7 +45,7 @@ AEMainThread mainThreadForAppleEvents() {
 NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) {
     setStyle(new DrawnIconStyle);
     new CursorRest(this);
-    setQuitOnLastWindowClosed(false);                 // the delegate decides
+    setQuitOnLastWindowClosed(false);                 // the delegate decides about the end
     if (QLocale().textDirection() == Qt::RightToLeft) // the toolkit itself only turns with a translation of its own
         setLayoutDirection(Qt::RightToLeft);
     MainThread::open();
@@ -75,7 +75,7 @@ int NSApplication::run(const QStringList& filesToOpen) {
     mOpenRequests.clear();
     watchSignals();
     registerAppleEventHandlers();
-    // From inside the loop, so that a delegate which terminates while launching ends a loop that runs.
+    // The launch happens inside the loop, so that a delegate which terminates while launching ends a loop that runs.
     QTimer::singleShot(0, this, [this, filesToOpen] { finishLaunching(filesToOpen); });
     const int status = exec();
     MainThread::close();
@@ -127,7 +127,7 @@ void NSApplication::replyToApplicationShouldTerminate(bool shouldTerminate) {
     mReplyPending = false;
     if (shouldTerminate && !mTerminating)
         terminateNow();
-    else if (!mTerminating) // the delegate may go on deciding, once this returns
+    else if (!mTerminating) // the delegate may go on deciding once this function returns
         QTimer::singleShot(0, this, [this] {
             if (!mTerminating && !mReplyPending && !(mDelegate && mDelegate->isDecidingTermination()))
                 terminationWasRefused();
@@ -145,17 +145,17 @@ void NSApplication::terminateNow() {
     if (mDelegate)
         mDelegate->applicationWillTerminate();
     NSNotificationCenter::defaultCenter().postNotification(NSApplicationWillTerminateNotification, this);
-    // What is seen goes at once, even when a worker needs a moment to end.
+    // The windows go at once, even when a worker needs a moment to end.
     const QWidgetList windows = topLevelWidgets();
     for (QWidget* window : windows)
         window->hide();
-    exit(0); // leaves nested loops too
+    exit(0); // ends nested loops, too
 }
 
 void NSApplication::windowDidClose(const NSWindow& window, bool askedToTerminate) {
     const QWidgetList windows = topLevelWidgets();
     const bool last = std::none_of(windows.begin(), windows.end(), [&window](const QWidget* other) {
-        return other != &window && other->isVisible() && qobject_cast<const NSWindow*>(other); // panels are no windows to stay for
+        return other != &window && other->isVisible() && qobject_cast<const NSWindow*>(other); // panels do not keep an application running
     });
     if (last && !askedToTerminate && !mTerminating && mDelegate && mDelegate->applicationShouldTerminateAfterLastWindowClosed())
         terminate();
@@ -175,7 +175,7 @@ bool NSApplication::event(QEvent* event) {
 }
 
 int NSApplication::runModalForWindow(QDialog& dialog) {
-    if (mTerminating && thread()->loopLevel() > 0) // the loops are being left
+    if (mTerminating && thread()->loopLevel() > 0) // the event loops are ending
         return NSModalResponseAbort;
     QEventLoop loop;
     ModalSession session{&loop, NSModalResponseAbort};

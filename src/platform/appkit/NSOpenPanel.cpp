@@ -11,9 +11,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kLongestChainOfLinks = 40; // as the system has it
+constexpr int kLongestChainOfLinks = 40; // the system's own limit
 
-/// The path itself when it is no link, or one that leads nowhere.
+/// The path that a chain of links ends at; the path itself when it is no link or the chain leads nowhere.
 QString resolved(const QString& path) {
     QString target = path;
     for (int i = 0; i < kLongestChainOfLinks; ++i) {

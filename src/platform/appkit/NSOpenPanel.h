@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The panel that asks for files or folders that are there.
-// One decision: files of other kinds than those asked for are not shown, as people here know it; where folders are asked for, files are
-// shown greyed, for they tell which folder it is. Main thread only.
+// The panel that asks for existing files or folders.
+// One decision: files of other types than those asked for are hidden, as users of this desktop expect. Where folders are asked for, files
+// are shown greyed, because they help to recognise the folder. Main thread only.
 #pragma once
 
 #include "platform/appkit/NSSavePanel.h"
@@ -14,16 +14,16 @@ class NSOpenPanel final : public NSSavePanel {
 public:
     NSOpenPanel();
 
-    /// Files, unless set otherwise.
+    /// Whether files can be chosen; true unless set.
     void setCanChooseFiles(bool can);
     void setCanChooseDirectories(bool can);
     void setAllowsMultipleSelection(bool allows);
-    /// Type identifiers, name extensions or OSTypes; none: all.
+    /// The types that can be chosen, as type identifiers, name extensions or OSTypes; an empty list allows all.
     void setAllowedFileTypes(const QStringList& types);
-    /// A chosen symbolic link stands for what it leads to; true unless set.
+    /// Whether a chosen symbolic link stands for the file it leads to; true unless set.
     void setResolvesAliases(bool resolves) { mResolvesAliases = resolves; }
 
-    /// From top to bottom as the panel showed them.
+    /// The chosen files from top to bottom as the panel showed them.
     QList<QUrl> urls() const { return chosenURLs(); }
 
 private:

@@ -26,7 +26,7 @@ void showTitle(QPushButton& button, const QString& shown) {
     button.setText(QString(shown).replace(u'&', QStringLiteral("&&")));
 }
 
-/// What the button needs besides its text.
+/// The width that the button needs besides its text.
 int widthAroundTitle(const QPushButton& button) {
     return button.sizeHint().width() - button.fontMetrics().size(Qt::TextShowMnemonic, button.text()).width();
 }
@@ -41,7 +41,7 @@ bool isCancel(const QKeyEvent& event) {
            (event.key() == Qt::Key_Period && event.modifiers() == Qt::ControlModifier);
 }
 
-/// A button that has the focus would take each repetition of a key that is held down for a press.
+/// Swallows repeated presses: a button that has the focus would take each repetition of a key that is held down for a press.
 class RepetitionFilter final : public QObject {
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() != QEvent::KeyPress)
@@ -76,7 +76,7 @@ QString buttonTitle(const QPushButton& button) {
 }
 
 void fitButtonTitles(std::vector<QPushButton*> buttons, int width) {
-    // Those that need less than an equal share leave the rest of it to the others.
+    // Buttons that need less than an equal share leave the rest of it to wider ones, so the narrow ones come first.
     std::sort(buttons.begin(), buttons.end(), [](const auto* a, const auto* b) { return a->sizeHint().width() < b->sizeHint().width(); });
     auto remaining = static_cast<int>(buttons.size());
     for (QPushButton* button : buttons) {
@@ -110,11 +110,11 @@ QString titleText(const QString& text) {
 NSPanel::NSPanel(QWidget* parent) : QDialog(parent) {
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     watchKeyRepetition();
-    setFocusPolicy(Qt::ClickFocus); // so that it can have the focus when no button is to
+    setFocusPolicy(Qt::ClickFocus); // the panel takes the focus when no button is to have it
 }
 
 NSPanel::~NSPanel() {
-    if (mContent) // the view is its controller's
+    if (mContent) // the controller owns its view
         mContent->view()->setParent(nullptr);
 }
 
@@ -175,7 +175,7 @@ bool NSPanel::useForTexts(const QKeyEvent& event) {
 
 void NSPanel::keyPressEvent(QKeyEvent* event) {
     if (!isReturn(*event) && !isCancel(*event)) {
-        event->setAccepted(useForTexts(*event)); // not the dialog's own ideas of keys
+        event->setAccepted(useForTexts(*event)); // texts use copying and paging keys; QDialog's own handling of keys is not wanted
         return;
     }
     event->accept();

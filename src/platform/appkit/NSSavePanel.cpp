@@ -30,7 +30,7 @@ QString folderOf(const QString& path) {
     return QDir::cleanPath(QFileInfo(path).path());
 }
 
-/// Of a long sentence the name in its middle is what can be missed.
+/// The problem on one line; a long sentence loses the name in its middle.
 QString readableProblem(const QString& problem) {
     constexpr qsizetype kHalf = kLongestProblem / 2;
     return titleText(problem.size() > kLongestProblem ? problem.left(kHalf) + u'\u2026' + problem.right(kHalf) : problem);
@@ -50,7 +50,7 @@ QString problemWithFileName(const QString& name) {
     return {};
 }
 
-/// Has the size that the user has given to the last one, as far as the screen allows.
+/// Opens with the size that the user gave to the last panel, as far as the screen allows.
 class NSSavePanel::Panel final : public NSPanel {
 public:
     explicit Panel(Ui::NSSavePanel& ui) : mUi(ui) {}
@@ -81,7 +81,7 @@ protected:
     }
 
 private:
-    /// A long message scrolls and leaves the browser its room.
+    /// Limits the height of the message: a long one scrolls, so that the browser keeps its room.
     void fitMessage() {
         const QMargins margins = mUi.outerLayout->contentsMargins();
         const int needed = mUi.messageView->heightForWidth(width() - margins.left() - margins.right());
@@ -219,7 +219,8 @@ void NSSavePanel::prepare() {
     if (mHasNameField) {
         const qsizetype dot = mUi->nameField->text().lastIndexOf(u'.');
         mUi->nameField->setFocus();
-        mUi->nameField->setSelection(0, static_cast<int>(dot > 0 ? dot : mUi->nameField->text().size())); // typing keeps the extension
+        // typing replaces the name and keeps the extension
+        mUi->nameField->setSelection(0, static_cast<int>(dot > 0 ? dot : mUi->nameField->text().size()));
     } else {
         mBrowser->focusList();
     }
@@ -246,7 +247,8 @@ void NSSavePanel::choose(const QStringList& paths) {
 void NSSavePanel::selectionChanged() {
     const QList<FileBrowser::Item> items = mBrowser->selection();
     const QString lent = !items.isEmpty() && !items.first().entry.isDirectory ? items.first().entry.name : QString();
-    if (std::exchange(mLentName, lent) != lent && !lent.isEmpty()) // the same one again is no choice but a folder that was read again
+    // The same file again is no choice of the user: the folder was read again.
+    if (std::exchange(mLentName, lent) != lent && !lent.isEmpty())
         mUi->nameField->setText(lent);
 }
 
@@ -258,7 +260,7 @@ void NSSavePanel::fileEntered(const QString& path) {
 
 void NSSavePanel::confirm() {
     if (mBrowser->enterSelectedByKeyboard())
-        return; // what was chosen with the keys is a folder, not the one around it
+        return; // Return chose the selected folder, not the one around it
     const QString text = mUi->nameField->text();
     const QString path = absolutePathFor(text, mBrowser->directory());
     const QFileInfo info(path);
@@ -296,7 +298,7 @@ void NSSavePanel::askToReplace(const QString& path) {
             choose({path});
     });
     mReplaceAlert->show([] {});
-    cancel->setDefault(true); // as it looks; nothing is lost by a key that is pressed once too often
+    cancel->setDefault(true); // Cancel looks like the default button and is it: an extra press of a key must lose nothing
     cancel->setFocus();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The panel that asks for a name and a place; what it has in common with the one that asks for files (NSOpenPanel) as well.
+// The panel that asks for a name and a place, and the base of the panel that asks for files (NSOpenPanel).
 // One decision: it is our own throughout, because the toolkit's file dialog stands still for seconds in a large folder and walks into
-// bundles. It creates nothing but folders: replacing a file is agreed on here and done by whoever asked.
+// bundles. It creates nothing but folders: replacing a file is agreed on here and done by the caller.
 // Main thread only.
 #pragma once
 
@@ -33,27 +33,27 @@ public:
     NSSavePanel(const NSSavePanel&) = delete;
     NSSavePanel& operator=(const NSSavePanel&) = delete;
 
-    /// Shown above the browser as it is, never as markup.
+    /// Sets the text above the browser; shown as it is, never as markup.
     void setMessage(const QString& message);
-    /// The title of the confirming button; an empty one leaves the panel's own.
+    /// Sets the title of the confirming button; an empty one leaves the panel's own.
     void setPrompt(const QString& prompt);
-    /// Where to begin: a folder, or a file, which is then selected. Otherwise, and when it is gone: where the last panel of this
-    /// application ended, else the user's home.
+    /// Sets where to begin: a folder, or a file, which is then selected. Unless it is set, or when it does not exist, the panel begins
+    /// where the last panel of this application ended, else in the user's home.
     void setDirectory(const QString& path);
     void setNameFieldStringValue(const QString& name);
     void setShowsHiddenFiles(bool shows);
-    /// False: a folder that is a package is one file.
+    /// Whether users can enter folders that are packages; false, the default, shows a package as one file.
     void setTreatsFilePackagesAsDirectories(bool treats);
     void setCanCreateDirectories(bool can);
 
-    /// What was chosen; invalid before.
+    /// The chosen file; invalid before the panel has ended with a choice.
     QUrl url() const { return mURLs.value(0); }
 
-    /// Shows it and waits; answers NSModalResponseOK or NSModalResponseCancel.
+    /// Shows the panel and waits; answers NSModalResponseOK or NSModalResponseCancel.
     int runModal();
-    /// Makes it complete, as runModal() does first; for one that the caller shows by itself, as a sheet for instance.
+    /// Completes the panel; runModal() does so itself. Callers who show the dialog themselves, for instance as a sheet, call this first.
     void layout() { prepare(); }
-    /// Finishes with one of the two responses. The panel's.
+    /// The dialog, which is owned by the panel and finishes with one of the two responses.
     QDialog* dialog();
 
 protected:
@@ -64,17 +64,17 @@ protected:
     void hideNameField();
     void setConfirmEnabled(bool enabled);
     void showProblem(const QString& problem);
-    /// Ends the panel.
+    /// Ends the panel with these files as the choice.
     void choose(const QStringList& paths);
     const QList<QUrl>& chosenURLs() const { return mURLs; }
 
-    /// The confirming button was pressed, or a file double-clicked.
+    /// Called when the confirming button was pressed or a file double-clicked.
     virtual void confirm();
     virtual void selectionChanged();
-    /// The path of a file was typed in place of a folder's.
+    /// Called when the user typed the path of a file in place of a folder's.
     virtual void fileEntered(const QString& path);
     virtual QString defaultPrompt() const;
-    /// Just before the panel is shown.
+    /// Called just before the panel is shown.
     virtual void prepare();
 
 private:
@@ -85,15 +85,15 @@ private:
 
     std::unique_ptr<Ui::NSSavePanel> mUi;
     std::unique_ptr<Panel> mPanel;
-    std::unique_ptr<NSAlert> mReplaceAlert; // a child of the panel's, so it goes first
+    std::unique_ptr<NSAlert> mReplaceAlert; // a child of the panel's, so it is destroyed first
     FileBrowser* mBrowser = nullptr;
     QString mDirectory;
     QList<QUrl> mURLs;
-    QString mLentName; // of the selected file, which the name field has taken
+    QString mLentName; // the name of the selected file, which the name field has taken
     bool mHasNameField = true;
 };
 
-/// Why a file cannot have the name, as a sentence; empty when it can.
+/// Why a file cannot have the name, as a sentence for the user; empty when it can.
 QString problemWithFileName(const QString& name);
 
 } // namespace quoddle

@@ -9,7 +9,8 @@ namespace quoddle {
 
 namespace {
 
-/// To the toolkit a tool button that stays down is a check box, which a second press would clear.
+/// Shows a segment to screen readers as a radio button. The toolkit takes a tool button that stays down for a check box, which a second
+/// press would clear.
 class SegmentInterface final : public QAccessibleWidget {
 public:
     explicit SegmentInterface(QToolButton& segment) : QAccessibleWidget(&segment, QAccessible::RadioButton), mSegment(segment) {}
@@ -54,9 +55,9 @@ NSSegmentedControl::NSSegmentedControl(int segmentCount, QWidget* parent) : QWid
         layout->addWidget(made);
         mButtons.addButton(made, segment);
     }
-    // Not the click: an assistive technology presses a button without one.
+    // The signal is "toggled" because an assistive technology can press a button without a click.
     connect(&mButtons, &QButtonGroup::idToggled, this, [this](int segment, bool isPressed) {
-        button(segment)->setFocusPolicy(isPressed ? Qt::TabFocus : Qt::NoFocus); // the keyboard finds the chosen one
+        button(segment)->setFocusPolicy(isPressed ? Qt::TabFocus : Qt::NoFocus); // the Tab key leads to the chosen segment
         if (isPressed && !mIsSetByProgram)
             Q_EMIT action(segment);
     });

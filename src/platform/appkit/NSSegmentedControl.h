@@ -17,15 +17,15 @@ public:
     explicit NSSegmentedControl(int segmentCount, QWidget* parent = nullptr);
 
     int segmentCount() const { return static_cast<int>(mButtons.buttons().size()); }
-    /// The label is what is read out, and shown when the pointer rests on the segment.
+    /// Sets the icon and the label, which screen readers say and which is shown when the pointer rests on the segment.
     void setSegment(int segment, const QIcon& icon, const QString& label);
-    /// Initially 0.
+    /// The segment that is pressed; initially 0.
     int selectedSegment() const { return mButtons.checkedId(); }
-    /// No action follows.
+    /// Presses a segment; action() is not emitted.
     void setSelectedSegment(int segment);
 
 Q_SIGNALS:
-    /// The user has chosen a segment.
+    /// Emitted when the user has chosen a segment.
     void action(int segment);
 
 private:

@@ -16,7 +16,7 @@ constexpr int kFadeMilliseconds = 220;
 NSTabViewController::NSTabViewController(QObject* parent) : NSViewController(parent) {}
 
 NSTabViewController::~NSTabViewController() {
-    for (Tab& tab : mTabs) // a view belongs to its controller, not to the stack that shows it
+    for (Tab& tab : mTabs) // views belong to their controllers, so the stack must not delete them
         if (tab.inStack) {
             mStack->removeWidget(tab.controller->view());
             tab.controller->view()->setParent(nullptr);
@@ -85,7 +85,7 @@ void NSTabViewController::endCrossfade() {
     if (!mOverlay)
         return;
     mOverlay->hide();
-    mOverlay->deleteLater(); // its own animation may be calling
+    mOverlay->deleteLater(); // an animation of the overlay may be calling this
     mOverlay = nullptr;
 }
 

@@ -23,16 +23,17 @@ public:
 
     /// Takes the controller; its view is loaded when it is first selected or asked for.
     void addTabViewController(std::unique_ptr<NSViewController> controller);
-    /// Null beyond the end.
+    /// The controller of a tab; null beyond the end.
     NSViewController* tabViewController(int index) const;
     int tabCount() const { return static_cast<int>(mTabs.size()); }
 
-    /// -1 until one was selected.
+    /// The index of the selected tab; -1 until one was selected.
     int selectedTabViewItemIndex() const { return mSelected; }
-    /// Nothing happens for an index that does not exist.
+    /// Selects a tab. Does nothing for an index that does not exist.
     void setSelectedTabViewItemIndex(int index);
 
-    /// Initially none. A fade needs a visible view and a user who has not turned animations off.
+    /// How tabs follow each other; initially without a transition. A fade needs a visible view and a user who has not turned animations
+    /// off.
     TransitionOptions transitionOptions() const { return mTransition; }
     void setTransitionOptions(TransitionOptions options) { mTransition = options; }
     /// Whether a fade is running.
@@ -54,7 +55,7 @@ private:
     };
     std::vector<Tab> mTabs;
     QStackedWidget* mStack = nullptr; // the view
-    QWidget* mOverlay = nullptr;      // the picture that fades, a child of the view
+    QWidget* mOverlay = nullptr;      // the picture that fades, a child of mStack
     int mSelected = -1;
     TransitionOptions mTransition = TransitionOptions::none;
 };

@@ -6,7 +6,7 @@ namespace quoddle {
 NSToolbar::NSToolbar(const QString& identifier, NSToolbarDelegate& delegate, QWidget* parent) : QToolBar(parent), mIdentifier(identifier) {
     setMovable(false);
     setFloatable(false);
-    setContextMenuPolicy(Qt::PreventContextMenu); // its menu would only hide it
+    setContextMenuPolicy(Qt::PreventContextMenu); // the toolkit's context menu would only offer to hide the bar
     setToolButtonStyle(Qt::ToolButtonIconOnly);
     setAccessibleName(tr("Toolbar"));
     const QStringList allowed = delegate.toolbarAllowedItemIdentifiers(*this);

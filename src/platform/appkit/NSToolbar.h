@@ -14,7 +14,7 @@ class NSToolbar;
 
 struct NSToolbarItem {
     QString identifier;
-    QWidget* view = nullptr; // the toolbar takes it
+    QWidget* view = nullptr; // the toolbar takes ownership
 };
 
 class NSToolbarDelegate {
@@ -22,7 +22,7 @@ public:
     virtual ~NSToolbarDelegate() = default;
     virtual QStringList toolbarDefaultItemIdentifiers(const NSToolbar& toolbar) const = 0;
     virtual QStringList toolbarAllowedItemIdentifiers(const NSToolbar& toolbar) const = 0;
-    /// An item without view: there is no such item.
+    /// The item of the name; an item without view means that there is none.
     virtual NSToolbarItem toolbarItemForItemIdentifier(const NSToolbar& toolbar, const QString& identifier) = 0;
     virtual void toolbarWillAddItem(const NSToolbarItem& item) { (void)item; }
 };

@@ -9,7 +9,7 @@ NSViewController::NSViewController(QObject* parent) : QObject(parent) {}
 
 NSViewController::~NSViewController() {
     if (mView)
-        mView->removeEventFilter(this); // the part of this object that listens is gone already
+        mView->removeEventFilter(this); // the subclass part of this object has been destroyed already
 }
 
 QWidget* NSViewController::view() {

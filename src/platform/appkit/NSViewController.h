@@ -16,20 +16,20 @@ public:
     explicit NSViewController(QObject* parent = nullptr);
     ~NSViewController() override;
 
-    /// Loaded on first use: loadView(), then viewDidLoad(). It is destroyed with the controller, whatever window shows it.
+    /// The view; the first call loads it by loadView() and viewDidLoad(). It is destroyed with the controller, whatever window shows it.
     QWidget* view();
     bool isViewLoaded() const { return mView != nullptr; }
     const QString& title() const { return mTitle; }
     void setTitle(const QString& title) { mTitle = title; }
 
 protected:
-    /// A new widget without parent; the controller takes it.
+    /// Makes the view, a new widget without parent; the controller takes ownership.
     virtual QWidget* loadView() = 0;
     virtual void viewDidLoad() {}
-    /// Each time the view is shown by the program; not when the user brings a minimised window back.
+    /// Called each time the program shows the view; not when the user brings a minimised window back.
     virtual void viewDidAppear() {}
     virtual void viewDidDisappear() {}
-    /// The palette or the style has changed.
+    /// Called when the palette or the style has changed.
     virtual void viewDidChangeEffectiveAppearance() {}
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto kAnswerTime = std::chrono::milliseconds(400); // within which a window manager has answered a hide
+constexpr auto kAnswerTime = std::chrono::milliseconds(400); // a window manager has answered a hide within this time
 
 QList<QRect> availableScreens() {
     QList<QRect> areas;
@@ -36,7 +36,7 @@ QMargins marginsBetween(const QRect& outer, const QRect& inner) {
 } // namespace
 
 NSWindow::NSWindow(QWidget* parent) : QMainWindow(parent) {
-    setContextMenuPolicy(Qt::NoContextMenu); // the one for tool bars and docks says nothing to our users
+    setContextMenuPolicy(Qt::NoContextMenu); // the toolkit's menu for tool bars and docks is of no use to our users
     mPlacement.setSingleShot(true);
     connect(&mPlacement, &QTimer::timeout, this, &NSWindow::presentSheet);
 }
@@ -46,11 +46,11 @@ NSWindow::~NSWindow() {
         const Sheet sheet = std::move(mSheets.front());
         mSheets.pop_front();
         sheet.dialog->disconnect(this);
-        sheet.dialog->setParent(nullptr); // the caller's, not ours to delete
+        sheet.dialog->setParent(nullptr); // the caller owns the dialog
         if (sheet.completion)
             sheet.completion(NSModalResponseAbort);
     }
-    // The view is its controller's.
+    // The controller owns its view.
     if (mContent && centralWidget() == mContent->view())
         takeCentralWidget()->setParent(nullptr);
 }
@@ -86,7 +86,7 @@ void NSWindow::setVisible(bool visible) {
     if (visible && !isVisible()) {
         completeLayout(*this);
         if (mRestoredFrame)
-            takeRestoredFrame(); // once more, for the size that the content has now
+            takeRestoredFrame(); // restored again, because the content has got its size only now
         mRestoredFrame.reset();
     }
     if (visible)
@@ -99,11 +99,11 @@ void NSWindow::saveFrame() {
         return;
     const QString key = WindowFrame::defaultsKey(mFrameAutosaveName);
     const QString frame = WindowFrame::toString({pos(), size()});
-    if (standardUserDefaults().value(key) != frame) // a window that comes and goes does not write each time
+    if (standardUserDefaults().value(key) != frame) // a window that is shown and hidden often does not write each time
         standardUserDefaults().setValue(key, frame);
 }
 
-// A window manager that answers a hide after the window was shown again takes the shown window away.
+// Shows a window again that the window manager has taken away because it answered a hide after the window had been shown again.
 void NSWindow::recover() {
     const bool isLost = QGuiApplication::platformName() == "xcb"_L1 && isVisible() && mSinceChange.hasExpired(kAnswerTime.count() / 2) &&
                         !isMinimized() && windowHandle() && !windowHandle()->isExposed() && !attachedSheet();
@@ -127,7 +127,7 @@ void NSWindow::makeKeyAndOrderFront() {
 }
 
 void NSWindow::appear() {
-    if (isVisible()) // as a minimised one is, too
+    if (isVisible()) // true of a minimised window, too
         return;
     constexpr auto kProperty = "_q_showWithoutActivating"; // the toolkit itself only looks at the attribute when it creates a window
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -151,7 +151,7 @@ void NSWindow::hideEvent(QHideEvent* event) {
 }
 
 void NSWindow::closeEvent(QCloseEvent* event) {
-    if (attachedSheet()) { // answered first
+    if (attachedSheet()) { // the sheet must be answered first
         activateSheet();
         event->ignore();
         return;
@@ -163,7 +163,7 @@ void NSWindow::closeEvent(QCloseEvent* event) {
     event->accept();
     if (!application)
         return;
-    // In the same turn: a delegate knows then what has led to the question.
+    // Asked in the same turn, while it is clear that the closing has led to the question.
     const bool hasBegunToDecide = !wasDeciding && application->isDecidingTermination();
     application->windowDidClose(*this, hasBegunToDecide || application->terminationQuestionCount() != questions);
 }
@@ -175,13 +175,13 @@ QDialog* NSWindow::attachedSheet() const {
 void NSWindow::beginSheet(QDialog* sheet, SheetCompletion completion) {
     mSheets.push_back({sheet, sheet, std::move(completion)});
     connect(sheet, &QObject::destroyed, this, [this](const QObject* object) { sheetEnded(object, NSModalResponseAbort); });
-    // From now on: its owner may take it back while it waits for others.
+    // Connected before the sheet is shown, because its owner may end it while it waits for other sheets.
     connect(sheet, &QDialog::finished, this, [this, sheet](int returnCode) {
         sheet->disconnect(this);
         sheet->removeEventFilter(this);
         sheet->hide();
         if (sheet->parent() == this)
-            sheet->setParent(nullptr); // it is the caller's again, whichever of the two goes first
+            sheet->setParent(nullptr); // given back to the caller, so that neither destroys the other
         sheetEnded(sheet, returnCode);
     });
     if (mSheets.size() == 1)
@@ -194,18 +194,18 @@ void NSWindow::showNextSheet() {
     QDialog* dialog = mSheets.front().dialog;
     mSheets.front().shown = true;
     mSheetHasFrame = false;
-    // Not Qt::Sheet: on Wayland such a window would have no title bar to be moved by, and programs cannot place windows there.
+    // Qt::Sheet would give a window without title bar on Wayland, which the user could not move; programs cannot place windows there.
     dialog->setParent(this, Qt::Dialog | Qt::WindowTitleHint | Qt::CustomizeWindowHint);
     dialog->setWindowModality(Qt::WindowModal);
     if (dialog->windowTitle().isEmpty())
         dialog->setWindowTitle(windowTitle());
     completeLayout(*dialog);
-    if (!dialog->testAttribute(Qt::WA_Resized)) // it has no size of its own choice
+    if (!dialog->testAttribute(Qt::WA_Resized)) // nobody has chosen a size
         dialog->adjustSize();
     dialog->installEventFilter(this);
     if (isBeingPlaced()) {
-        // A sheet that hangs on a window without place would have to follow it while the window manager places both, and one of them would
-        // lose its way.
+        // A sheet shown on a window without a place would have to follow it while the window manager places both, and one of them would end
+        // up in the wrong place.
         constexpr auto kPatience = std::chrono::milliseconds(500);
         windowHandle()->installEventFilter(this);
         mPlacement.start(kPatience);
@@ -225,7 +225,7 @@ void NSWindow::presentSheet() {
         return;
     placeSheet();
     dialog->show();
-    activateSheet(); // also on a window that has appeared without the keyboard
+    activateSheet(); // the sheet takes the keyboard, also on a window that has appeared without it
 }
 
 void NSWindow::activateSheet() {
@@ -233,14 +233,14 @@ void NSWindow::activateSheet() {
     attachedSheet()->activateWindow();
 }
 
-// The window manager's frame around a sheet is known once it is there; until then it is taken to be like that of the window.
+// Places the sheet again once the window manager has put its frame around it. Until then the frame is taken to be like that of the window.
 bool NSWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == windowHandle() && event->type() == QEvent::Expose && mPlacement.isActive())
         mPlacement.start(0);
     QDialog* dialog = attachedSheet();
     const bool mayHaveFrame = event->type() == QEvent::Move || event->type() == QEvent::Resize;
     if (watched == dialog && mayHaveFrame && !mSheetHasFrame && dialog->frameGeometry() != dialog->geometry()) {
-        mSheetHasFrame = true; // where the user puts it from then on, it stays
+        mSheetHasFrame = true; // placed for the last time: from now on the sheet stays where the user puts it
         placeSheet();
     }
     return QMainWindow::eventFilter(watched, event);
@@ -257,12 +257,12 @@ void NSWindow::placeSheet() {
     const QRect wanted(QPoint(content.x() + (content.width() - size.width()) / 2, content.y()), size);
     const QRect fitted = WindowFrame::whollyVisible(wanted, availableScreens());
     if (fitted.size() != size)
-        dialog->resize(fitted.size().shrunkBy(frame)); // its buttons must be within reach
+        dialog->resize(fitted.size().shrunkBy(frame)); // the buttons of the sheet must be within reach
     dialog->move(mSheetHasFrame ? fitted.topLeft() : fitted.topLeft() + QPoint(frame.left(), frame.top()));
 }
 
-// A sheet hangs on its window. That holds for a window that has just been shown, too: where it stands is only known, by such an event, when
-// the window manager has placed it, and an error in the script's first line is quicker than that.
+// Keeps the sheet in its place on the window, also when the window manager places a window that has just been shown: an error in the
+// script's first line can bring up a sheet before that.
 void NSWindow::moveEvent(QMoveEvent* event) {
     QMainWindow::moveEvent(event);
     placeSheet();
@@ -281,7 +281,7 @@ void NSWindow::sheetEnded(const QObject* object, int returnCode) {
     mSheets.erase(ended);
     if (completion)
         completion(returnCode);
-    showNextSheet(); // unless the completion has begun one
+    showNextSheet(); // does nothing when the completion has begun a sheet
     if (!attachedSheet() && std::exchange(mGoesWithSheet, false))
         hide();
 }

@@ -26,28 +26,29 @@ public:
     explicit NSWindow(QWidget* parent = nullptr);
     ~NSWindow() override;
 
-    /// The window shows the controller's view; not owned. It is loaded now.
+    /// Shows the controller's view, which is loaded now. The controller is not owned.
     void setContentViewController(NSViewController* controller);
-    /// Null when there is none any more.
+    /// The controller of the view; null when there is none any more.
     NSViewController* contentViewController() const { return mContent; }
 
-    /// Takes the frame that was remembered under the name, when there is one and some screen still shows it, and remembers from now on.
-    /// A window whose size the layout fixes remembers its place only.
+    /// Applies the frame that was remembered under the name, when there is one and some screen still shows it, and remembers the frame from
+    /// now on. Of a window whose size the layout fixes only the place is remembered.
     void setFrameAutosaveName(const QString& name);
     const QString& frameAutosaveName() const { return mFrameAutosaveName; }
 
     void setVisible(bool visible) override;
-    /// For what the user has asked for: comes to the front, also out of the dock, and takes the keyboard; its sheet does so in its place.
+    /// Shows a window that the user has asked for: it comes to the front, also when it is minimised, and takes the keyboard; its sheet does
+    /// so in its place.
     void makeKeyAndOrderFront();
-    /// For what appears by itself: the keyboard stays where it is, and a window that is visible or minimised is left alone.
+    /// Shows a window by itself: the keyboard stays where it is, and a window that is visible or minimised is left alone.
     void appear();
-    /// Hides the window without closing it; while a sheet asks for an answer, not before it has been given.
+    /// Hides the window without closing it. While a sheet is shown, the window stays until the sheet has been answered.
     void orderOut();
 
-    /// The return code of the dialog; NSModalResponseAbort when the window was destroyed first.
+    /// Gets the return code of the dialog; NSModalResponseAbort when the window was destroyed first.
     using SheetCompletion = std::function<void(int returnCode)>;
-    /// Shows the dialog as a sheet, after those that were begun before it; it moves with the window. The dialog stays the caller's and must
-    /// live until the completion. The completion is called after the sheet has been hidden.
+    /// Shows the dialog as a sheet, after the sheets that were begun before it; it moves with the window. The dialog belongs to the caller
+    /// and must live until the completion, which is called after the sheet has been hidden.
     void beginSheet(QDialog* sheet, SheetCompletion completion);
     /// Ends a sheet that is shown or still waits; nothing happens for any other dialog.
     void endSheet(QDialog* sheet, int returnCode);
@@ -64,17 +65,17 @@ protected:
 private:
     struct Sheet {
         QDialog* dialog;
-        const QObject* object; // the same; what is left of it while it is being destroyed
+        const QObject* object; // the dialog's address as an object, to find it by while the dialog is being destroyed
         SheetCompletion completion;
         bool shown = false;
     };
     void showNextSheet();
-    /// The window has been shown and the window manager has not put it anywhere yet.
+    /// Whether the window has been shown but not yet placed by the window manager.
     bool isBeingPlaced() const;
     void presentSheet();
     void activateSheet();
     void placeSheet();
-    /// Takes the sheet out, wherever it stands, and shows the next one when it was in front.
+    /// Removes the sheet, shown or waiting, and shows the next one when it was the first.
     void sheetEnded(const QObject* object, int returnCode);
     void recover();
     void saveFrame();
@@ -84,10 +85,10 @@ private:
     QString mFrameAutosaveName;
     std::optional<QRect> mRestoredFrame; // until the window is first shown
     std::deque<Sheet> mSheets;           // the first one is shown
-    QElapsedTimer mSinceChange;          // since the window was shown or hidden; invalid before
-    QTimer mPlacement;                   // runs while the one in front waits for the window to be placed
-    bool mSheetHasFrame = false;         // the window manager has put its frame around the one that is shown
-    bool mGoesWithSheet = false;         // was ordered out while one was shown
+    QElapsedTimer mSinceChange;          // time since the window was shown or hidden; invalid before
+    QTimer mPlacement;                   // runs while the first sheet waits for the window to be placed
+    bool mSheetHasFrame = false;         // the window manager has put its frame around the sheet that is shown
+    bool mGoesWithSheet = false;         // the window was ordered out while a sheet was shown, and is hidden after the last one
 };
 
 } // namespace quoddle

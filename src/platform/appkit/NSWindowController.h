@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The owner of one window. Whoever makes a controller loads its window, for that is when it announces itself.
+// The owner of one window. Code that makes a controller also loads its window, because controllers announce themselves when it is loaded.
 // Main thread only.
 #pragma once
 
@@ -13,12 +13,12 @@ class NSWindowController {
 public:
     virtual ~NSWindowController() = default;
 
-    /// Once: makes the window, then calls windowDidLoad().
+    /// Makes the window, then calls windowDidLoad(). To be called once.
     void load() {
         mWindow = loadWindow();
         windowDidLoad();
     }
-    /// Null before load(). Lives as long as the controller.
+    /// The window, which lives as long as the controller; null before load().
     NSWindow* window() const { return mWindow.get(); }
 
 protected:

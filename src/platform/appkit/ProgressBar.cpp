@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kThickness = 6;
 constexpr int kWanderMilliseconds = 1800;
-constexpr double kPiece = 0.3; // of the bar's length
+constexpr double kPiece = 0.3; // the length of the wandering piece, as a part of the bar
 
 QPainterPath roundedPath(const QRectF& bar) {
     QPainterPath path;
@@ -45,7 +45,7 @@ void ProgressBar::setIndeterminate(bool indeterminate) {
 }
 
 void ProgressBar::updateRange() {
-    // A range of nothing is how QProgressBar, and with it a screen reader, knows "busy".
+    // QProgressBar, and with it a screen reader, takes an empty range for "busy".
     setRange(0, mIndeterminate ? 0 : 100);
     setValue(mIndeterminate ? 0 : static_cast<int>(mValue));
     update();
@@ -112,7 +112,7 @@ void ProgressBar::paintEvent(QPaintEvent*) {
         const double filled = mValue > 0 ? std::max<double>(kThickness, groove.width() * mValue / 100) : 0;
         painter.drawPath(roundedPath({groove.x(), groove.y(), filled, groove.height()}));
     } else if (mStarted) {
-        // What leaves at one end comes in at the other, so that there is always as much of it to be seen.
+        // The part that leaves at one end comes in at the other, so that the visible length stays the same.
         const double left = mWandering->currentValue().toDouble() * groove.width();
         for (double x : {left, left - groove.width()})
             painter.drawPath(roundedPath({x, groove.y(), kPiece * groove.width(), groove.height()}));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A slim progress bar: a rounded line that fills, or a piece that wanders along it while the end is not known.
 // One decision: it draws itself from the palette alone and so looks the same in every style, light and dark.
-// What it is to screen readers and in which range it counts is QProgressBar's.
+// Accessibility and the range come from QProgressBar.
 #pragma once
 
 #include <QProgressBar>
@@ -13,18 +13,18 @@ namespace quoddle {
 class ProgressBar : public QProgressBar {
     Q_OBJECT
 public:
-    /// Range 0 to 100, value 0, determinate.
+    /// A determinate bar with the range 0 to 100 and the value 0.
     explicit ProgressBar(QWidget* parent = nullptr);
 
     bool isIndeterminate() const { return mIndeterminate; }
     /// Keeps the value, which is shown again when the bar becomes determinate. An indeterminate bar stands still until it is started.
     void setIndeterminate(bool indeterminate);
-    /// Not while a dialog keeps the window from working: what there is of the bar stands still until the user has answered.
+    /// Whether the piece moves. It stands still while a modal dialog blocks the window, until the user has answered.
     bool isAnimating() const { return mStarted && mIndeterminate && !mIsBlocked; }
     void startAnimation();
     void stopAnimation();
     double doubleValue() const { return mValue; }
-    /// Cut to the range.
+    /// Sets the value, cut to the range.
     void setDoubleValue(double value);
 
     QSize sizeHint() const override { return {160, 8}; }

@@ -8,7 +8,7 @@ namespace quoddle {
 using namespace Qt::StringLiterals;
 
 std::optional<QDBusConnection> runningSessionBus() {
-    // Asked for a bus where there is none, the library would try to launch one.
+    // The library would try to launch a bus where there is none.
     if (!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") && !QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s))
         return std::nullopt;
     const QDBusConnection bus = QDBusConnection::sessionBus();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The session bus, for those who can do without. It never starts one.
+// The session bus, for code that can do without one. Never starts a bus.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,8 @@
 
 namespace quoddle {
 
-/// Nothing where no bus runs. The first call connects, which takes a round trip: not before the first window is there.
+/// The connection; nullopt where no bus runs. The first call connects, which takes a round trip, so this is not called before the first
+/// window is there.
 std::optional<QDBusConnection> runningSessionBus();
 
 } // namespace quoddle

@@ -14,10 +14,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMaxIconExtent = 1024; // the largest picture an icon file has
+constexpr int kMaxIconExtent = 1024; // the side in pixels of the largest picture in an icon file
 constexpr int kMaxPictures = 32;     // an icon file holds several sizes
 
-/// Drawn on a field of 64 by 64, the exclamation mark in white.
+/// Paints a white exclamation mark on a field of 64 by 64.
 void paintMark(QPainter& painter, double top, double height) {
     painter.setBrush(Qt::white);
     const double width = height / 4.6;
@@ -122,7 +122,7 @@ QPixmap pixmapForIcon(const QIcon& icon, int points, double devicePixelRatio) {
         return {};
     QPixmap pixmap = icon.pixmap(QSize(points, points), devicePixelRatio);
     const QSize wanted = QSize(points, points) * devicePixelRatio;
-    if (pixmap.width() < wanted.width() && pixmap.height() < wanted.height()) // too small a picture is enlarged, as icons are
+    if (pixmap.width() < wanted.width() && pixmap.height() < wanted.height()) // a picture that is too small is enlarged
         pixmap = pixmap.scaled(wanted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     pixmap.setDevicePixelRatio(devicePixelRatio);
     return pixmap;

@@ -9,9 +9,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMaxExtent = 32767; // what the window system can say
+constexpr int kMaxExtent = 32767; // the largest number that the window system can say
 
-// So much of the upper edge is needed to drag a window back.
+// The part of the upper edge that must be visible for the user to drag a window back.
 constexpr QSize kHandle(64, 24);
 
 qint64 areaOf(const QRect& rect) {
@@ -29,7 +29,7 @@ bool canBeGrabbed(const QRect& frame, const QRect& screen) {
     return visible.width() >= std::min(kHandle.width(), frame.width()) && visible.height() >= kHandle.height();
 }
 
-/// Into the screen that shows most of it or, when none does, lies nearest.
+/// Moves, and shrinks if need be, a frame into the screen that shows most of it or, when none does, lies nearest.
 QRect moved(const QRect& frame, const QList<QRect>& availableScreens) {
     if (availableScreens.isEmpty())
         return frame;

@@ -15,7 +15,7 @@ void completeLayout(QWidget& window) {
     for (QWidget* widget : window.findChildren<QWidget*>()) {
         widget->ensurePolished();
         if (widget->layout())
-            widget->updateGeometry(); // a layout that was changed by hand may remember sizes from before
+            widget->updateGeometry(); // the layout may remember sizes from before it was changed
     }
     for (QLayout* layout : window.findChildren<QLayout*>())
         layout->invalidate();

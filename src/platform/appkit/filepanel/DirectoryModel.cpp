@@ -27,7 +27,8 @@ DirectoryModel::DirectoryModel(QObject* parent)
     mRefreshTimer.setInterval(kRefreshDelay);
     connect(&mRefreshTimer, &QTimer::timeout, this, &DirectoryModel::refresh);
     connect(&mWatcher, &QFileSystemWatcher::directoryChanged, this, [this] {
-        if (!mRefreshTimer.isActive() && mState != DirectoryState::reading) // a folder that never rests is shown all the same
+        // not restarted by each change, so a folder that changes all the time is shown all the same
+        if (!mRefreshTimer.isActive() && mState != DirectoryState::reading)
             mRefreshTimer.start();
     });
     connect(mIcons.get(), &FileIcons::iconChanged, this, [this](const QString& path) {
@@ -61,7 +62,7 @@ void DirectoryModel::setFilter(const DirectoryFilter& filter) {
 
 void DirectoryModel::refresh() {
     mIsRefreshing = true;
-    watch(); // it may be another folder that has the name now
+    watch(); // the path may lead to another folder now, which needs a watch of its own
     mReader.read(mDirectory, mFilter);
 }
 
@@ -91,7 +92,7 @@ void DirectoryModel::sortRows() {
     mRows.resize(entries.size());
     std::iota(mRows.begin(), mRows.end(), std::size_t(0));
     const bool descends = mSortOrder == Qt::DescendingOrder;
-    // They come by name; a stable sort keeps that among equals, and folders stay in front whichever way it goes.
+    // Entries come sorted by name. A stable sort keeps that order among equals, and folders stay in front in both directions.
     const auto firstFile = std::find_if(mRows.begin(), mRows.end(), [&entries](std::size_t row) { return !entries[row].isDirectory; });
     if (mSortColumn == nameColumn) {
         if (descends) {
@@ -144,7 +145,7 @@ QString DirectoryModel::textAt(const DirectoryEntry& entry, int column) const {
     if (column == sizeColumn)
         return entry.size == 1 ? u"1 byte"_s : locale.formattedDataSize(entry.size, 1, QLocale::DataSizeSIFormat);
     const QString date = locale.toString(QDateTime::fromMSecsSinceEpoch(entry.modified), QLocale::ShortFormat);
-    return kFirstStrongIsolate + date + kPopDirectionalIsolate; // reads in the direction of its own letters
+    return kFirstStrongIsolate + date + kPopDirectionalIsolate; // isolated, so that the date is read in the direction of its own letters
 }
 
 QVariant DirectoryModel::data(const QModelIndex& index, int role) const {

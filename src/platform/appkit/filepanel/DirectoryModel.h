@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The contents of one folder as a table of name, size and date, in any order, kept up to date while the folder changes.
-// One decision: it shows snapshots. A change of the folder is read again as a whole and put in place at once, so that the number of files
-// never decides how long the window stands still.
+// One decision: it shows snapshots. After a change the folder is read again as a whole and the result put in place at once, so that the
+// number of files never decides how long the window stands still.
 // Main thread only.
 #pragma once
 
@@ -23,21 +23,21 @@ public:
     explicit DirectoryModel(QObject* parent = nullptr);
     ~DirectoryModel() override;
 
-    /// Empty until the first instalment comes; a reset each time something has changed.
+    /// Shows another folder: the table is empty until the first instalment comes, and is reset each time something has changed.
     void setDirectory(const QString& path);
-    /// Absolute, without a slash at the end (unless it is the root).
+    /// The path of the folder: absolute, without a slash at the end (unless it is the root).
     const QString& directory() const { return mDirectory; }
     const DirectoryFilter& filter() const { return mFilter; }
     void setFilter(const DirectoryFilter& filter);
-    /// `reading` until all is there.
+    /// The state of the reading; `reading` until all entries are there.
     DirectoryState state() const { return mState; }
-    /// Whether there is something, hidden files apart, that is not shown.
+    /// Whether the filter leaves out entries of the folder, hidden files not counted.
     bool leavesOthersOut() const { return mContents->leftOthersOut; }
     void refresh();
 
     const DirectoryEntry& entryAt(int row) const { return mContents->entries[mRows[static_cast<std::size_t>(row)]]; }
     QString pathAt(int row) const { return pathOf(entryAt(row).name); }
-    /// -1 when there is none of the name.
+    /// The row of the entry; -1 when there is none of the name.
     int rowOf(const QString& name) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -48,7 +48,7 @@ public:
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 Q_SIGNALS:
-    /// After the reset that brings the rest, or nothing.
+    /// Emitted when the reading state may have changed: when another folder is set, and after each reset with newly read contents.
     void stateChanged();
 
 private:
@@ -65,7 +65,7 @@ private:
     std::vector<std::size_t> mRows; // indices into the contents
     int mSortColumn = nameColumn;
     Qt::SortOrder mSortOrder = Qt::AscendingOrder;
-    bool mIsRefreshing = false; // what is shown stays until all has been read again
+    bool mIsRefreshing = false; // the old contents stay visible until all has been read again
     std::unique_ptr<FileIcons> mIcons;
     QFileSystemWatcher mWatcher;
     QTimer mRefreshTimer;

@@ -20,11 +20,11 @@ namespace quoddle {
 namespace {
 
 constexpr qint64 kFirstInstalment = 150;        // milliseconds; most folders are complete before
-constexpr std::size_t kMostEntries = 2'000'000; // of a folder; what is beyond is not shown
-constexpr int kEndOfProcess = 200;              // milliseconds that a reader in the kernel is waited for
-constexpr int kThreads = 4;                     // one that hangs on a dead server must not stop the others
+constexpr std::size_t kMostEntries = 2'000'000; // the most entries of a folder that are shown
+constexpr int kEndOfProcess = 200;              // milliseconds; a reading that hangs in the kernel is waited for so long
+constexpr int kThreads = 4;                     // enough that one that hangs on a dead server does not stop the others
 
-/// Not Qt's own pool, whose end waits for threads that may hang in the file system.
+/// The threads that read. Qt's own pool would wait at its end for threads that may hang in the file system.
 QThreadPool& pool() {
     static auto& threads = *[] {
         auto* made = new QThreadPool;
@@ -53,9 +53,9 @@ struct DirectoryReader::Job {
     DirectoryFilter filter;
     std::atomic<bool> isCancelled = false;
     QSemaphore ended;
-    bool leftOthersOut = false; // the reading thread's
+    bool leftOthersOut = false; // used by the reading thread only
 
-    std::mutex mutex; // of what follows; taken by both threads
+    std::mutex mutex; // guards the members below; both threads take it
     QObject* receiver = nullptr;
     Listener listener;
 
@@ -72,8 +72,8 @@ bool DirectoryReader::Job::describe(int directory, const dirent& item, Directory
     if (entry.isHidden && !filter.showsHiddenFiles)
         return false;
     struct stat status;
-    const bool isReachable = QFile::encodeName(entry.name) == item.d_name;                 // bytes that are no text lead to no path
-    const bool exists = isReachable && ::fstatat(directory, item.d_name, &status, 0) == 0; // nor does a link that leads nowhere
+    const bool isReachable = QFile::encodeName(entry.name) == item.d_name; // false for bytes that are no text: no path leads there
+    const bool exists = isReachable && ::fstatat(directory, item.d_name, &status, 0) == 0; // false for a link that leads nowhere, too
     if (exists) {
         entry.modified = status.st_mtim.tv_sec * 1000LL + status.st_mtim.tv_nsec / 1'000'000;
         const bool isFolder = S_ISDIR(status.st_mode);
@@ -91,7 +91,7 @@ bool DirectoryReader::Job::describe(int directory, const dirent& item, Directory
 }
 
 DirectoryState DirectoryReader::Job::readAll(const std::shared_ptr<Job>& self, DIR* stream, std::vector<Sortable>& found) {
-    // Where no language is set names would be compared byte by byte.
+    // Without a language, names would be compared byte by byte.
     QCollator collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
@@ -112,7 +112,7 @@ DirectoryState DirectoryReader::Job::readAll(const std::shared_ptr<Job>& self, D
         found.push_back({std::move(entry), std::move(key)});
         if (sinceLast.elapsed() >= nextInstalment) {
             deliver(self, DirectoryState::reading, found);
-            nextInstalment *= 2; // sorting all of it each time must not take over
+            nextInstalment *= 2; // each instalment sorts everything, which must not take most of the time
             sinceLast.restart();
         }
     }
@@ -176,7 +176,7 @@ void DirectoryReader::cancel() {
     mJob->isCancelled = true;
     {
         const std::lock_guard lock(mJob->mutex);
-        delete std::exchange(mJob->receiver, nullptr); // takes what it has not been told yet with it
+        delete std::exchange(mJob->receiver, nullptr); // instalments that were posted and not delivered go with it
     }
     mJob.reset();
 }

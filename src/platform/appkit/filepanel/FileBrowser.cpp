@@ -19,7 +19,7 @@ namespace {
 
 constexpr qsizetype kLongestHistory = 100;
 constexpr int kPatience = 500;           // milliseconds
-constexpr int kLookAgainInterval = 1000; // milliseconds; for a folder that nobody can watch
+constexpr int kLookAgainInterval = 1000; // milliseconds between looks at a folder that cannot be watched
 
 QString parentOf(const QString& path) {
     const qsizetype slash = path.lastIndexOf(u'/');
@@ -228,7 +228,8 @@ void FileBrowser::select(const QString& name) {
     restoreSelection();
 }
 
-// What is being replaced may not hold the entry that is waited for: names are kept until they are found or the user selects something else.
+// Notes the names of the selected entries before the rows are replaced. With nothing selected the names noted before are kept, because they
+// may be of an entry that is still to come; they stay until they are found or the user selects something else.
 void FileBrowser::keepSelection() {
     const QList<Item> items = selection();
     if (items.isEmpty())
@@ -245,7 +246,7 @@ void FileBrowser::restoreSelection() {
     if (!mKeptNames.isEmpty() && mModel.rowCount() > 0) {
         const QSet<QString> names(mKeptNames.begin(), mKeptNames.end());
         QItemSelection found;
-        int first = -1; // of a run
+        int first = -1; // of a run of kept rows; -1 outside one
         for (int row = 0; row <= mModel.rowCount(); ++row) {
             const bool isKept = row < mModel.rowCount() && names.contains(mModel.entryAt(row).name) && isSelectable(row);
             if (isKept && first < 0)
@@ -270,7 +271,7 @@ void FileBrowser::updatePlaceholder() {
     QString text;
     switch (mModel.state()) {
     case DirectoryState::reading:
-        text = mSinceEntered.elapsed() >= kPatience ? u"Reading…"_s : QString(); // most folders need no word
+        text = mSinceEntered.elapsed() >= kPatience ? u"Reading…"_s : QString(); // most folders are read before this has to be said
         break;
     case DirectoryState::forbidden:
         text = u"You are not allowed to see what is in this folder."_s;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// FileBrowser: the middle of every panel that chooses files. Where one is, the places to go to, and what is there.
-// One decision: it knows what is selected and what can be entered, and leaves to its panel what a choice is.
+// FileBrowser: the middle of every panel that chooses files: the path of the folder, the places to go to, and the folder's contents.
+// One decision: the browser knows what is selected and what can be entered; what counts as a choice is decided by its panel.
 // Main thread only.
 #pragma once
 
@@ -24,9 +24,9 @@ public:
     explicit FileBrowser(QWidget* parent = nullptr);
     ~FileBrowser() override;
 
-    /// Absolute. A folder that cannot be read is shown as such.
+    /// Shows a folder by its absolute path. For one that cannot be read the list says so.
     void setDirectory(const QString& path);
-    /// The same as a step of the user's, who can go back.
+    /// Shows a folder as a step of the user's, from which "back" leads to the one before.
     void goTo(const QString& path);
     const QString& directory() const { return mModel.directory(); }
     void setFilter(const DirectoryFilter& filter) { mModel.setFilter(filter); }
@@ -39,22 +39,22 @@ public:
         QString path;
         DirectoryEntry entry;
     };
-    /// From top to bottom.
+    /// The selected entries from top to bottom.
     QList<Item> selection() const;
     bool hasSelection() const;
-    /// Goes into the one folder that is selected when the keyboard is in the list; false when it did not.
+    /// When the keyboard is in the list and one folder is selected, enters it and answers true; otherwise answers false.
     bool enterSelectedByKeyboard();
-    /// Has the entry seen once it is there, and selected if the user could select it.
+    /// Scrolls to the entry as soon as it is there, and selects it if the user could select it.
     void select(const QString& name);
 
 Q_SIGNALS:
     void directoryChanged();
     void selectionChanged();
-    /// A double click on what is no folder.
+    /// The user has double-clicked an entry that is not a folder.
     void itemOpened();
-    /// The path of a file was typed into the location field; absolute. Of what is no folder.
+    /// The user has typed a path that is not a folder's into the location field; the path is absolute.
     void fileEntered(const QString& path);
-    /// What could not be done.
+    /// Something could not be done; `problem` is a sentence for the user.
     void failed(const QString& problem);
 
 private:
@@ -78,7 +78,7 @@ private:
     DirectoryModel mModel;
     QStringList mBack;
     QStringList mForward;
-    QStringList mKeptNames; // selected while the rows are replaced
+    QStringList mKeptNames; // names of the selected entries while the rows are replaced
     QString mKeptCurrent;
     bool mIsRestoring = false;
     QElapsedTimer mSinceEntered;

@@ -66,7 +66,7 @@ void FileIcons::readNext() {
         mReadTimer.stop();
         return;
     }
-    const QString path = mToRead.takeLast(); // what came into sight last is most likely still there
+    const QString path = mToRead.takeLast(); // the row that came into sight last is most likely still visible
     if (const auto bundle = NSBundle::bundleWithPath(path)) {
         mByPath.insert(path, iconForBundle(*bundle));
         Q_EMIT iconChanged(path);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The icons of files, folders and bundles, each found once.
-// One decision: an icon is told at once and never read from a disk to be so; the own icon of a bundle replaces the general one a little
-// later. Main thread only.
+// One decision: a caller gets an icon at once, without a read from the disk. The own icon of a bundle is read a little later and replaces
+// the general one. Main thread only.
 #pragma once
 
 #include <QHash>
@@ -28,7 +28,7 @@ private:
     void readNext();
 
     QHash<QString, QIcon> mByMimeType;
-    QHash<QString, QIcon> mByPath; // of applications
+    QHash<QString, QIcon> mByPath; // the icons of applications
     QStringList mToRead;
     QTimer mReadTimer;
 };

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The list of a folder's contents: rows that can be found by typing, keys that lead into folders and out, and a word in place of no rows.
+// The list of a folder's contents: rows that can be found by typing, keys that lead into folders and out, and a text for a list without
+// rows.
 // Main thread only.
 #pragma once
 
@@ -12,14 +13,14 @@ class FileList : public QTreeView {
 public:
     explicit FileList(QWidget* parent = nullptr);
 
-    /// Shown where there are no rows; screen readers are told as well.
+    /// Sets the text that is shown, and told to screen readers, where there are no rows.
     void setPlaceholder(const QString& text);
     const QString& placeholder() const { return mPlaceholder; }
 
 Q_SIGNALS:
     void parentRequested();
     void entryRequested(const QModelIndex& index);
-    /// The user has begun to type a path.
+    /// The user has begun to type a path in the list; `text` is the beginning.
     void pathBegun(const QString& text);
 
 protected:

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kIconSize = 16;
 
-/// Completes what stands after the last slash; what is in front of it stays as it was typed.
+/// Completes the name after the last slash; the part of the path in front of it stays as it was typed.
 class PathCompleter final : public QCompleter {
 public:
     PathCompleter(QAbstractItemModel* candidates, QLineEdit* field) : QCompleter(candidates, field), mField(field) {}
@@ -78,7 +78,7 @@ void LocationField::completeIn(const QString& text) {
 void LocationField::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (isReturn && !text().isEmpty()) {
-        Q_EMIT pathEntered(absolutePathFor(text(), mDirectory)); // and the panel stays
+        Q_EMIT pathEntered(absolutePathFor(text(), mDirectory)); // the key goes no further, so the panel is not confirmed
     } else if (event->key() == Qt::Key_Escape && text() != mDirectory) {
         setText(mDirectory);
         selectAll();

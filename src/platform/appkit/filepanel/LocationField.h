@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The line that tells the path of the folder shown and takes another one, which it helps to complete.
+// The field that shows the path of the folder and takes another one, which it helps to complete.
 // Main thread only.
 #pragma once
 
@@ -16,13 +16,13 @@ class LocationField : public QLineEdit {
 public:
     explicit LocationField(QWidget* parent = nullptr);
 
-    /// What is shown when nothing is being typed; the base of relative paths.
+    /// Sets the path that is shown while nothing is being typed, which is also the base of relative paths.
     void setDirectory(const QString& path);
-    /// The cursor goes here with the text in place of what was there.
+    /// Gives the field the focus, with the text in place of what was there.
     void beginEditing(const QString& text);
 
 Q_SIGNALS:
-    /// Absolute, "~" replaced; whether it is there is not known.
+    /// The user has entered a path: absolute, "~" replaced, not checked for existence.
     void pathEntered(const QString& path);
 
 protected:
@@ -37,7 +37,7 @@ private:
     QCompleter* mCompleter;
 };
 
-/// Absolute and without "." and ".."; "~" and "~/…" are the home folder.
+/// The text as an absolute path without "." and ".."; "~" and "~/…" are the home folder, other relative paths begin at `directory`.
 QString absolutePathFor(const QString& text, const QString& directory);
 
 } // namespace quoddle

@@ -118,7 +118,7 @@ void PlacesList::choose(const QListWidgetItem* item) {
 
 void PlacesList::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space)
-        choose(currentItem()); // and the panel stays
+        choose(currentItem()); // the key goes no further, so the panel is not confirmed
     else
         QListWidget::keyPressEvent(event);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The folders that people go to first: home and what is in it by the desktop's rules, mounted volumes, the user's bookmarks.
+// The folders that people go to first: the home folder and the desktop's usual folders in it, mounted volumes, the user's bookmarks.
 #pragma once
 
 #include <QListWidget>
@@ -13,7 +13,7 @@ struct Place {
     QString path;
 };
 
-/// Those that there are now, each folder once. Asks no mounted file system, which might not answer.
+/// The places that exist now, each folder once. Asks no mounted file system, because one that hangs would not answer.
 QList<Place> availablePlaces();
 
 class PlacesList : public QListWidget {
@@ -21,7 +21,7 @@ class PlacesList : public QListWidget {
 public:
     explicit PlacesList(QWidget* parent = nullptr);
 
-    /// Marks the place that is shown, if it is one.
+    /// Marks the place of the folder that is shown; marks none when it is not a place.
     void setCurrentPlace(const QString& path);
     QSize sizeHint() const override;
 

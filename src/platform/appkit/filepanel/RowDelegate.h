@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Rows with a little room above and below.
+// Draws rows with a little room above and below.
 #pragma once
 
 #include <QStyledItemDelegate>

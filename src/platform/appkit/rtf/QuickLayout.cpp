@@ -11,22 +11,22 @@ namespace quoddle {
 
 namespace {
 
-// Counted in plain characters of an ordinary size. As much as all of it together is laid out in about a tenth of a second.
+// The most that is laid out, counted in plain characters of an ordinary size: about a tenth of a second of work.
 constexpr int kMostCost = 128 << 10;
 constexpr int kCostOfRun = 20;
 constexpr int kCostOfParagraph = 20;
-constexpr double kOrdinarySize = 12; // points; the larger, the more lines
-constexpr int kMostFonts = 32;       // each looks for characters that it does not have in all fonts of the machine
+constexpr double kOrdinarySize = 12; // points; characters of a larger size make more lines and cost more
+constexpr int kMostFonts = 32;       // the toolkit searches all fonts of the machine for the characters that one of them lacks
 constexpr int kMostRunsInParagraph = 1000;
-constexpr int kLongestStretch = 500; // without a place for the end of a line
+constexpr int kLongestStretch = 500; // the most characters in a row without a place for the end of a line
 
 int costOfCharacter(QChar character) {
     switch (character.category()) {
     case QChar::Mark_NonSpacing:
     case QChar::Mark_SpacingCombining:
     case QChar::Mark_Enclosing:
-    case QChar::Other_Format:  // what turns the direction
-    case QChar::Other_Control: // tabs
+    case QChar::Other_Format:  // controls of the direction, among others
+    case QChar::Other_Control: // tabs, among others
     case QChar::Separator_Line:
         return 8;
     default:
@@ -41,7 +41,8 @@ double costOfRun(const QTextFragment& run) {
     return kCostOfRun + characters * std::max(1.0, run.charFormat().fontPointSize() / kOrdinarySize);
 }
 
-/// Without the lines through it and under it, which are no part of the font, and with its place, which makes it smaller.
+/// A text that is the same for runs in the same font. Lines through and under the text are left out, because they are no part of the font;
+/// its place is included, because raised and lowered text is smaller.
 QString fontOfRun(const QTextCharFormat& format) {
     QFont font = format.font();
     font.setUnderline(false);

@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 // How much of a document can be laid out without keeping anybody waiting.
 //
-// Decision: told by what is in it, not by a clock, so that a text is shown on every machine or on none. What the toolkit takes its time for
-// has a price each: characters, changes of format, paragraphs, fonts; and within one paragraph, where the time grows with the square,
-// changes of format and stretches in which no line can break have a bound of their own.
+// Decision: the contents decide, not a clock, so that a text is shown on every machine or on none. Characters, changes of format,
+// paragraphs and fonts, which cost the toolkit time, each have a price. Within one paragraph the time grows with the square of its changes
+// of format and of stretches in which no line can break, so these have bounds of their own.
 #pragma once
 
 class QTextDocument;
 
 namespace quoddle {
 
-/// Counted from the first; blockCount() when it is the whole document. Lays nothing out. On the thread of the document.
+/// The number of paragraphs, from the first on, that can be laid out quickly; blockCount() when it is the whole document. Lays nothing out.
+/// Called on the thread of the document.
 int quicklyLaidOutParagraphs(const QTextDocument& document);
 
 } // namespace quoddle

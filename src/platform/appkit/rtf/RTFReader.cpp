@@ -16,14 +16,15 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::size_t kMaximumDepth = 200;
-constexpr int kMaximumFonts = 256; // in the table; the toolkit looks through all that are used for each change of format
+constexpr int kMaximumFonts = 256; // in the table; the toolkit searches all fonts in use at each change of format
 constexpr int kMaximumFamily = 100;
 constexpr int kMaximumColors = 10'000;
 constexpr int kTwipsPerPoint = 20;
-// A point of the files is a pixel of a screen with 72 of them to the inch; ours count 96.
+// A point in the files stands for a pixel of a screen that has 72 of them to the inch. Our screens count 96, so the same number of pixels
+// is fewer points.
 constexpr double kPointScale = 0.75;
 constexpr int kMaximumPictureSide = 4000;
-constexpr int kKeptPictureSide = 1600; // more than a description is wide, on screens of any scale
+constexpr int kKeptPictureSide = 1600; // pixels; wider than any description on a screen of any scale
 const QTextCharFormat kPlainFormat;
 
 qint64 pixelsIn(QSize size) {
@@ -94,7 +95,7 @@ void RTFReader::text(const QByteArray& bytes) {
     mPending += bytes.mid(skipped);
 }
 
-/// What the bytes mean is decided by where they stand.
+/// Ends a run of bytes: decodes them by the code page in force and puts the text where the current destination wants it.
 void RTFReader::flush() {
     if (mPending.isEmpty())
         return;
@@ -119,7 +120,7 @@ void RTFReader::insert(const QString& text) {
         }
         break;
     }
-    case Destination::Colors: // each entry ends with a semicolon, the empty one is the automatic colour
+    case Destination::Colors: // each entry ends with a semicolon; an empty one is the automatic colour
         for (qsizetype i = text.count(u';'); i > 0 && mColors.size() < kMaximumColors; --i)
             mColors.append(std::exchange(mColorInTable, QColor()));
         break;
@@ -172,7 +173,7 @@ void RTFReader::control(const RTFToken& token) {
     }
     if (openDestination(token))
         return;
-    if (mFallbackLeft > 0) { // a control word stands for one character, too
+    if (mFallbackLeft > 0) { // a control word counts as one character of the fallback
         --mFallbackLeft;
         return;
     }
@@ -349,7 +350,7 @@ void RTFReader::pictureSize(const RTFToken& token) {
         mPictureSize.setHeight(side);
 }
 
-/// The text of the field, which follows in a group of the same level, becomes a link.
+/// Makes the text of the field, which follows in a group of the same level, a link.
 void RTFReader::applyLink() {
     static const QRegularExpression hyperlink(u"\\bHYPERLINK\\s+\"([^\"]+)\""_s);
     const auto match = hyperlink.match(mInstruction);
@@ -361,7 +362,7 @@ void RTFReader::applyLink() {
     state().character.setFontUnderline(true);
 }
 
-/// A character stands behind the group in the place of the picture.
+/// Inserts the picture. The file has a character in its place behind the group, which is left out.
 void RTFReader::insertPicture() {
     mPlaceholderFollows = true;
     const QString name = mPictureName.trimmed();
@@ -380,8 +381,8 @@ void RTFReader::insertPicture() {
     mCursor.insertImage(format);
 }
 
-/// Its own size, in which it is shown, though it may be kept smaller. Empty when it cannot be read, does not say how large it is or when
-/// there is no room left for it. The room is taken by what is decoded, whatever comes of it.
+/// Reads a picture and answers its own size, in which it is shown even when it is kept smaller. Empty when the picture cannot be read, does
+/// not say how large it is, or exceeds the pixels that are left for pictures. Decoding uses up those pixels even when it fails.
 QSize RTFReader::readPicture(const QString& name, const QUrl& url) {
     ImageFile file(QDir(mFolder).filePath(name));
     const QSize size = file.size();

@@ -12,13 +12,13 @@
 
 namespace quoddle {
 
-/// What the writer of the text said about its colour, kept beside the colour itself, which may be replaced.
+/// The colour that the file gave to a text. Kept beside the colour that is shown, which may be replaced.
 enum class RichTextColor { Absent, Black, Other };
 constexpr int kRichTextColorProperty = QTextFormat::UserProperty + 1;
 
 class RTFReader {
 public:
-    /// Pictures are looked for in the folder; an empty one has none.
+    /// Pictures are looked for in the folder; with an empty one there are none.
     RTFReader(QByteArray bytes, QString folder, QTextDocument& document);
     void read();
 
@@ -29,11 +29,11 @@ private:
         QTextCharFormat character;
         QTextBlockFormat paragraph;
         int codePage = 0;       // of the font; 0: the document's
-        int fallbackLength = 1; // bytes that stand for a \u where it is not understood
+        int fallbackLength = 1; // the number of characters after a \u for readers that do not understand it
     };
     struct Font {
         QString family;
-        bool isNamed = false; // to the end
+        bool isNamed = false; // the name is complete
         int codePage = 0;
     };
     using Method = void (RTFReader::*)(const RTFToken&);
@@ -65,7 +65,7 @@ private:
     void picture(const RTFToken& token);
     void pictureSize(const RTFToken& token);
 
-    /// The one that the table speaks of; null when the table is too long.
+    /// The entry that the table is defining; null when the table is too long.
     Font* fontInTable();
 
     void applyLink();
@@ -73,26 +73,26 @@ private:
     QSize readPicture(const QString& name, const QUrl& url);
     State& state() { return mStates.back(); }
 
-    static constexpr qint64 kMaximumPixels = qint64{16} << 20; // of all pictures together, as they are in their files
+    static constexpr qint64 kMaximumPixels = qint64{16} << 20; // of all pictures together, in their own sizes
     RTFTokenizer mTokens;
     const QString mFolder;
     QTextDocument& mDocument;
     QTextCursor mCursor;
     std::vector<State> mStates{State()};
-    int mSkippedDepth = 0; // groups beyond what is nested sensibly
+    int mSkippedDepth = 0; // the number of open groups that are nested too deeply to be read
     QHash<int, Font> mFonts;
     int mFontInTable = 0;
     QList<QColor> mColors;
     QColor mColorInTable;
     int mCodePage = 1252;
-    QByteArray mPending; // bytes whose meaning depends on those that follow
+    QByteArray mPending; // bytes of text whose meaning depends on the signs that follow
     int mFallbackLeft = 0;
-    bool mIgnorable = false; // "\*" was read
+    bool mIgnorable = false; // "\*" was read: an unknown destination is to be skipped
     bool mPlaceholderFollows = false;
     QString mInstruction;
     QString mPictureName;
     QSize mPictureSize;
-    QHash<QString, QSize> mPictures; // that were asked for, by name
+    QHash<QString, QSize> mPictures; // sizes of the pictures that the text has named, by file name; empty for one that cannot be read
     qint64 mPixelsLeft = kMaximumPixels;
 };
 

@@ -24,7 +24,7 @@ bool isPlain(char c) {
 
 RTFToken RTFTokenizer::next() {
     while (mAt < mBytes.size() && (mBytes[mAt] == '\r' || mBytes[mAt] == '\n'))
-        ++mAt; // the ends of lines mean nothing
+        ++mAt; // line ends mean nothing
     RTFToken token;
     if (mAt >= mBytes.size())
         return token;
@@ -74,7 +74,7 @@ RTFToken RTFTokenizer::control() {
     if (negative)
         token.parameter = -token.parameter;
     if (mAt < mBytes.size() && mBytes[mAt] == ' ')
-        ++mAt; // ends the word
+        ++mAt; // the blank ends the word and is no text
     return token;
 }
 

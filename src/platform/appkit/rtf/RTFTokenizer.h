@@ -19,7 +19,7 @@ class RTFTokenizer {
 public:
     explicit RTFTokenizer(QByteArray bytes) : mBytes(std::move(bytes)) {}
     RTFToken next();
-    /// Passes over bytes that belong to the control word before.
+    /// Skips bytes that belong to the control word before.
     void skip(qsizetype count) { mAt = std::min(mBytes.size(), mAt + std::max<qsizetype>(count, 0)); }
 
 private:

@@ -36,7 +36,7 @@ void adaptRichText(QTextDocument& document, bool isDark, const QColor& labelColo
     QTextCursor cursor(&document);
     cursor.beginEditBlock();
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
-        std::vector<QTextFragment> fragments; // changing a format may join those that follow
+        std::vector<QTextFragment> fragments; // collected first, because a change of format may join fragments
         for (auto it = block.begin(); !it.atEnd(); ++it)
             fragments.push_back(it.fragment());
         for (const QTextFragment& fragment : fragments) {
@@ -51,7 +51,7 @@ void adaptRichText(QTextDocument& document, bool isDark, const QColor& labelColo
             else
                 format.clearForeground();
             if (format == fragment.charFormat())
-                continue; // a change is costly, even one to the same
+                continue; // setting a format is costly, even the same one
             cursor.setPosition(fragment.position());
             cursor.setPosition(fragment.position() + fragment.length(), QTextCursor::KeepAnchor);
             cursor.setCharFormat(format);
