@@ -26,7 +26,7 @@ AnswerField::AnswerField(QWidget* parent) : QPlainTextEdit(parent) {
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     document()->setDocumentMargin(kTextMargin);
-    viewport()->setAutoFillBackground(false); // the frame is drawn with its ground
+    viewport()->setAutoFillBackground(false); // the style draws the frame together with the background
     connect(this, &QPlainTextEdit::textChanged, this, &AnswerField::alignToWriting);
     connect(this, &QPlainTextEdit::textChanged, this, &AnswerField::fitHeight);
     fitHeight();
@@ -41,7 +41,7 @@ void AnswerField::setStringValue(const QString& text) {
 QString AnswerField::stringValue() const {
     if (!document()->isModified())
         return mGiven;
-    // Not toPlainText(), which turns spaces that do not break into those that do.
+    // toPlainText() would turn no-break spaces into ordinary ones.
     QString text = document()->toRawText();
     const bool usesReturns = mGiven.contains(u'\r') && !mGiven.contains(u'\n');
     text.replace(QChar::ParagraphSeparator, usesReturns ? u'\r' : u'\n');
@@ -50,7 +50,7 @@ QString AnswerField::stringValue() const {
 }
 
 void AnswerField::fitHeight() {
-    const int quarter = screen()->availableGeometry().height() / 4 / fontMetrics().lineSpacing(); // the prompt needs its room, too
+    const int quarter = screen()->availableGeometry().height() / 4 / fontMetrics().lineSpacing(); // the prompt needs room, too
     const int mostLines = std::clamp(quarter, 1, kMostLines);
     const int lines = std::clamp(static_cast<int>(std::ceil(document()->size().height())), 1, mostLines);
     const bool scrolls = document()->size().height() > mostLines;
@@ -61,7 +61,7 @@ void AnswerField::fitHeight() {
         setFixedHeight(height);
 }
 
-// A text begins where its writing does, whatever the interface's language.
+// Lets the text begin on the side where its writing begins, whatever the interface's language.
 void AnswerField::alignToWriting() {
     const QString text = document()->firstBlock().text();
     QTextOption option = document()->defaultTextOption();
@@ -83,7 +83,7 @@ QSize AnswerField::minimumSizeHint() const {
 }
 
 bool AnswerField::event(QEvent* event) {
-    if (event->type() == QEvent::Paint) { // a line edit's frame
+    if (event->type() == QEvent::Paint) { // draws the frame of a line edit
         QPainter painter(this);
         QStyleOptionFrame option;
         initStyleOption(&option);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A text field that looks like a line and grows with its text: line breaks that a script or the clipboard puts in are kept.
-// One decision: Return and Escape are not its own; they go to the panel. Main thread only.
+// One decision: the field leaves Return and Escape to the panel. Main thread only.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -12,9 +12,10 @@ class AnswerField final : public QPlainTextEdit {
 public:
     explicit AnswerField(QWidget* parent = nullptr);
 
-    /// Line breaks of any kind are shown as such.
+    /// Sets the text. Line breaks of any kind are shown as line breaks.
     void setStringValue(const QString& text);
-    /// What was set, while nobody has changed it; afterwards with the kind of line breaks that it had ("\n" when it had none).
+    /// The text as it was set, as long as nobody has changed it. A changed text has the kind of line breaks that the text had when it was
+    /// set ("\n" when it had none).
     QString stringValue() const;
 
     QSize sizeHint() const override;

@@ -39,7 +39,7 @@ bool isInMenu(const DesktopEntryValues& entry) {
     return (only.isEmpty() || names(only, kDesktops)) && !names(entry.value(u"NotShowIn"_s), kDesktops);
 }
 
-/// Entries of the user hide those of the system with the same name, also by being hidden themselves.
+/// The applications of the desktop's menu. An entry of the user hides the system's entry with the same name, also when it is itself hidden.
 std::vector<ListedApplication> applicationsOfMenu() {
     std::vector<ListedApplication> found;
     QSet<QString> known;
@@ -85,7 +85,7 @@ std::vector<ListedApplication> listApplications() {
 AEDesc descriptorOfApplication(const ListedApplication& application, bool asAlias) {
     if (asAlias)
         return AEDesc::ofFilePath(application.path.toStdString()).withType("alis"_4cc);
-    // By its name, as scripts call it, unless that would be another one.
+    // Scripts name applications by their names; the path is used when the name would find another application.
     const AEDesc byName("aprl"_4cc, application.name.toStdString());
     if (!QFileInfo(application.path).isDir())
         return byName;

@@ -14,20 +14,20 @@ namespace quoddle {
 
 struct ListedApplication {
     QString name;
-    QString path; ///< of an applet's bundle, else of the desktop entry
-    QString icon; ///< a name in the icon theme or a path; empty: an applet's own
+    QString path; ///< the path of an applet's bundle, else of the desktop entry
+    QString icon; ///< a name in the icon theme or a path; empty: the applet's own icon
 };
 
-/// In the order of their names. Reads every desktop entry.
+/// The applications in the order of their names. Reads every desktop entry.
 std::vector<ListedApplication> listApplications();
 
-/// What a script gets: an application that it can tell something, or an alias.
+/// The value that a script gets: an application that it can send commands to, or an alias.
 AEDesc descriptorOfApplication(const ListedApplication& application, bool asAlias);
 
 class ApplicationListModel : public QAbstractListModel {
     Q_OBJECT
 public:
-    /// Icons are looked for only after the list has been painted for the first time: the theme's folders are many.
+    /// Icons are looked for only after the list has been painted for the first time, because the theme has many folders.
     explicit ApplicationListModel(std::vector<ListedApplication> applications, QObject* parent = nullptr);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -39,7 +39,7 @@ private:
     const QIcon& iconAt(std::size_t row) const;
 
     const std::vector<ListedApplication> mApplications;
-    mutable std::vector<QIcon> mIcons; // filled as rows are painted
+    mutable std::vector<QIcon> mIcons; // the icon of each row; filled as rows are painted
     bool mShowsIcons = false;
 };
 

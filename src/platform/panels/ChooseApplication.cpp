@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// choose application.
+// The command "choose application".
 #include "platform/panels/ApplicationList.h"
 #include "platform/panels/ChooseApplicationPanel.h"
 #include "platform/panels/CommandDialog.h"

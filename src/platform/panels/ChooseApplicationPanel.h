@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of choose application: a list of names with icons; letters typed go to the name that begins with them.
+// The panel of "choose application": a list of names with icons; letters typed go to the name that begins with them.
 // Main thread only.
 #pragma once
 
@@ -24,7 +24,7 @@ public:
     ~ChooseApplicationPanel() override;
 
     void setPrompt(const QString& prompt);
-    /// What is selected, from the top.
+    /// The selected applications from top to bottom.
     std::vector<ListedApplication> chosen() const;
 
 private:

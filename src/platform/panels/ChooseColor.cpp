@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// choose color: three numbers from 0 to 65535.
+// The command "choose color". Its colours are three numbers from 0 to 65535.
 #include "platform/panels/CommandDialog.h"
 #include "platform/panels/CommandError.h"
 
@@ -18,7 +18,8 @@ namespace {
 
 using Color = std::array<std::uint16_t, 3>;
 
-/// A list of three numbers or the record of bytes that stands for one.
+/// The colour of a parameter: a list of three numbers, or a descriptor of type "cRGB" with the same three numbers as bytes. nullopt for any
+/// other value.
 std::optional<Color> colorFrom(const AEDesc& value) {
     Color color{};
     if (value.type() == "cRGB"_4cc && value.data().size() == sizeof color) {
@@ -47,7 +48,8 @@ QColor shownAs(const Color& color) {
     return QColor::fromRgba64(color[0], color[1], color[2]);
 }
 
-/// The dialog knows 256 steps: a color that was not changed must not lose what is finer.
+/// The colour to answer. The dialog knows 256 steps, so a colour that the user has not changed is answered as it was given, with its finer
+/// steps.
 Color chosenColor(const QColor& chosen, const Color& given) {
     if (chosen.rgb() == shownAs(given).rgb())
         return given;
@@ -55,7 +57,7 @@ Color chosenColor(const QColor& chosen, const Color& given) {
     return {color.red(), color.green(), color.blue()};
 }
 
-/// As in our other panels: Cancel before OK, no pictures on them.
+/// Arranges the buttons as in our other panels: Cancel before OK, without pictures.
 void arrangeButtons(QColorDialog& dialog) {
     auto* box = dialog.findChild<QDialogButtonBox*>();
     if (!box)

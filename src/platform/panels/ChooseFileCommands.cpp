@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// choose file, choose folder, choose file name. In the standard manner: aliases of what is there, a file for a name; the prompt is shown
-// above the files and the button keeps the panel's own title. In that of an applet: files, and the prompt is the title of the button.
+// The commands "choose file", "choose folder" and "choose file name". In the standard manner "choose file" and "choose folder" answer
+// aliases and show the prompt above the files; "choose file name" answers a file. In the manner of an applet all of them answer files.
 #include "platform/additions/FileParameter.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/UTType.h"
@@ -39,7 +39,9 @@ CommandDialog openPanelDialog(std::shared_ptr<NSOpenPanel> panel, bool multiple,
     });
 }
 
-/// The prompt says what the files are wanted for.
+/// Shows the prompt, which says what the files are wanted for, above the files; the button keeps the panel's own title.
+/// QUIRK: in the manner of an applet this is not done and the prompt is the title of the confirming button; scripts of applets rely on it
+/// and give titles as prompts.
 void showPromptAboveFiles(ChooseFileParameters& parameters) {
     parameters.message = std::exchange(parameters.prompt, std::nullopt);
 }
@@ -51,7 +53,7 @@ CommandDialog chooseFileDialog(const AEDesc& event, const Asker& asker) {
     if (const auto error = ChooseFileParameters::read(event, asker.manner, parameters))
         return {.error = error};
     if (asker.bundle)
-        UTTypeDeclareTypesOfBundle(asker.bundle->infoDictionary()); // its script may ask for them
+        UTTypeDeclareTypesOfBundle(asker.bundle->infoDictionary()); // the script may ask for types that only its bundle declares
     if (asker.manner == Manner::standard)
         showPromptAboveFiles(parameters);
     return openPanelDialog(makeChooseFilePanel(parameters), parameters.multipleSelectionsAllowed, asker.manner);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// choose from list: always a list, or false.
+// The command "choose from list". Its result is a list, also for a single item, or false when the user cancelled.
 #include "platform/panels/ChooseFromListPanel.h"
 #include "platform/panels/CommandDialog.h"
 

@@ -16,21 +16,21 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int kMostMeasured = 30;
-constexpr int kLongestMeasured = 2000; // characters; wider than any screen
+constexpr int kLongestMeasured = 2000; // characters; more would be wider than any screen
 constexpr int kColumnPadding = 6;
 constexpr int kMinimumWidth = 340;
 constexpr int kScreenMargin = 10;
 constexpr int kBesideColumn = 42;  // the view's margins and the table's frame
-constexpr int kBesideButtons = 48; // the view's margins and the distance between the two
+constexpr int kBesideButtons = 48; // the view's margins and the distance between the two buttons
 constexpr int kBesidePrompt = 90;  // margins, distances and buttons above and below the table
 constexpr int kTableFrame = 2;
 constexpr int kSmallestTable = 41;
-constexpr int kDeepestShown = 8; // lists in lists
+constexpr int kDeepestShown = 8; // levels of lists in lists
 
-/// What stands in the row of an item: its text or, when it has none, the texts of what it holds.
+/// The text in the row of an item: the item's own text or, when it has none, the texts of the items that it holds.
 QString shownText(const AEDesc& item, int depth = 0) {
     if (item.type() == "type"_4cc && item.code() == "msng"_4cc)
-        return u"missing value"_s; // as scripts call it
+        return u"missing value"_s; // the name of the value in scripts
     if (const auto text = item.asText())
         return QString::fromStdU16String(*text);
     QStringList texts;
@@ -51,7 +51,8 @@ QStringList shownTexts(const AEDesc& list) {
     return texts;
 }
 
-/// From the bottom of the usable screen up to where a sheet of the window hangs; the whole screen for a window that has not got its place.
+/// The height for a sheet: from the bottom of the usable screen up to the upper edge of the window's content. The whole screen's height for
+/// a window that has not been placed yet.
 int roomBelow(const QMainWindow& parent, const QRect& screen) {
     if (!parent.windowHandle() || !parent.windowHandle()->isExposed())
         return screen.height();
@@ -135,7 +136,7 @@ void ChooseFromListPanel::sizeView(const QSize& room) {
     mHeaderHeight = controller.fitPrompt(width) + kBesidePrompt;
     const qint64 items = qint64(controller.numberOfRowsInTableView()) * controller.rowHeight();
     const qint64 height = std::min<qint64>(room.height(), items + kTableFrame + mHeaderHeight);
-    controller.view()->setMinimumSize(kMinimumWidth, mHeaderHeight + kSmallestTable); // a sheet on a low window is of use all the same
+    controller.view()->setMinimumSize(kMinimumWidth, mHeaderHeight + kSmallestTable); // keeps a sheet on a low window usable
     mWindow.resize(width, std::max(static_cast<int>(height), mHeaderHeight + kSmallestTable));
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The dialog of "choose from list", ready to be shown as a sheet or a window of its own.
-// One decision: it is as large as its items want and the screen allows; long lists are not measured but by their longest texts.
+// One decision: it is as large as its items want and the screen allows; of a long list only the longest texts are measured.
 // Main thread only.
 #pragma once
 
@@ -13,10 +13,10 @@ namespace quoddle {
 
 struct ChooseFromListParameters {
     AEDesc list = AEDesc::list(); ///< the items as they were given
-    QStringList texts;            ///< the same as they are shown
+    QStringList texts;            ///< the items as they are shown
     QList<int> defaultRows;
     QString title;
-    std::optional<QString> prompt; ///< these three: the panel's own unless given
+    std::optional<QString> prompt; ///< this and the two button names: the panel's own when absent
     std::optional<QString> okButtonName;
     std::optional<QString> cancelButtonName;
     bool multipleSelectionsAllowed = false;
@@ -31,14 +31,16 @@ public:
 
     NSPanel& window() { return mWindow; }
     ChooseFromListViewController& viewController() { return mViewController; }
-    /// Gives it the size of its items, as far as there is room below the title of the window, which is visible. Just before it is shown.
+    /// Gives the sheet the size of its items, as far as there is room below the title of the window, which must be visible. To be called
+    /// just before the sheet is shown.
     void prepareForSheetOn(const QMainWindow& parent);
-    /// The same for a window of its own: without close button, and not smaller than what can be used.
+    /// Gives a window of its own the size of its items, as far as the screen allows and not smaller than is usable, and removes its close
+    /// button. To be called just before it is shown.
     void prepareForModalForm();
-    /// The items of the list in the selected rows.
+    /// The items of the list in the selected rows, as they were given.
     AEDesc selectedItems() const;
 
-    /// In points, for the widest of the items; at most 30 of the longest are measured.
+    /// The width of the column in points, for the widest of the items; at most 30 of the longest are measured.
     static int _calculateColumnWidthFor(const QStringList& texts, const QFont& font);
 
 private:

@@ -19,11 +19,11 @@ constexpr int kMargin = 20;
 constexpr int kRowPadding = 6;
 constexpr int kMostPromptLines = 10;
 constexpr int kMaximumPromptHeight = 170;
-constexpr int kLongestShown = 2000; // characters of one item; no screen is wider
+constexpr int kLongestShown = 2000; // characters of one item; more would be wider than any screen
 
 } // namespace
 
-/// The table's view of the list.
+/// The list as the table's model.
 class ListModel final : public QAbstractListModel {
 public:
     explicit ListModel(const ChooseFromListViewController& source) : mSource(source) {}
@@ -34,7 +34,7 @@ public:
             return {};
         QString text = mSource.theList[index.row()];
         text.truncate(kLongestShown);
-        if (role == Qt::DisplayRole) // one line for each item
+        if (role == Qt::DisplayRole) // an item takes one line
             text.replace(u'\n', u' ').replace(u'\r', u' ');
         return text;
     }
@@ -48,7 +48,7 @@ ChooseFromListViewController::ChooseFromListViewController(QObject* parent)
 
 ChooseFromListViewController::~ChooseFromListViewController() {
     if (isViewLoaded())
-        tableView()->setModel(nullptr); // the view goes after it
+        tableView()->setModel(nullptr); // the view still exists when the model is destroyed
 }
 
 QWidget* ChooseFromListViewController::loadView() {
@@ -92,7 +92,8 @@ void ChooseFromListViewController::setAllowsEmptySelection(bool allows) {
 void ChooseFromListViewController::selectRows(const QList<int>& rows) {
     QItemSelection selection;
     QModelIndex first;
-    for (const int row : std::set<int>(rows.begin(), rows.end())) { // a range that is there twice would count twice
+    // a set, because the toolkit would count a range that is given twice twice
+    for (const int row : std::set<int>(rows.begin(), rows.end())) {
         const QModelIndex index = mModel->index(row);
         if (!index.isValid())
             continue;
@@ -131,7 +132,7 @@ int ChooseFromListViewController::rowHeight() const {
 
 int ChooseFromListViewController::fitPrompt(int viewWidth) {
     const int textWidth = viewWidth - 2 * kMargin;
-    const bool scrolls = promptField()->minimumSizeHint().width() > textWidth; // a word that is longer than the line
+    const bool scrolls = promptField()->minimumSizeHint().width() > textWidth; // a word can be longer than the line
     const int scroller = scrolls ? mUi->promptScrollArea->horizontalScrollBar()->sizeHint().height() : 0;
     const int wanted = std::max(0, promptField()->heightForWidth(textWidth)) + scroller;
     const int tenLines = kMostPromptLines * promptField()->fontMetrics().lineSpacing();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The content of a dialog that lets the user choose from a list: a prompt above a table of one column, Cancel and OK.
-// One decision: rows are only made for what is seen, so a list may be as long as a script can make it.
+// One decision: rows are made only as far as they are visible, so a list may be as long as a script can make it.
 // Main thread only.
 #pragma once
 
@@ -26,21 +26,21 @@ public:
     explicit ChooseFromListViewController(QObject* parent = nullptr);
     ~ChooseFromListViewController() override;
 
-    /// The items' texts; before the view is loaded.
+    /// The items' texts; to be set before the view is loaded.
     QStringList theList;
 
-    /// As they stand, never as markup.
+    /// Sets the text above the table; shown as it is, never as markup.
     void setPrompt(const QString& prompt);
     void setAllowsMultipleSelection(bool allows);
-    /// Not, unless it is set: OK can then only be pressed when a row is selected.
+    /// Whether OK can be pressed when no row is selected; false unless set.
     void setAllowsEmptySelection(bool allows);
     bool allowsEmptySelection() const { return mAllowsEmptySelection; }
-    /// In place of what is selected; rows that there are not are left out, and all but the uppermost one where only one may be selected.
-    /// That one is scrolled to.
+    /// Replaces the selection and scrolls to its uppermost row. Rows that do not exist are ignored, and where only one row may be selected
+    /// only the uppermost one is.
     void selectRows(const QList<int>& rows);
-    /// Ascending.
+    /// The selected rows in ascending order.
     QList<int> selectedRows() const;
-    /// The panel that shows the view.
+    /// The panel that shows the view; null when there is none.
     NSPanel* window() { return qobject_cast<NSPanel*>(view()->window()); }
 
     int numberOfRowsInTableView() const { return static_cast<int>(theList.size()); }
@@ -49,12 +49,12 @@ public:
     void doCancelButton() { end(kCancelReturn); }
     void doDoubleClickEntry();
 
-    /// Of one row, with the space to the next.
+    /// The height of one row with the space to the next, in points.
     int rowHeight() const;
-    /// What the prompt takes in a view of the width, and gets from now on; more than ten lines scroll.
+    /// Gives the prompt the height that it needs in a view of the width, and answers that height. A prompt of more than ten lines scrolls.
     int fitPrompt(int viewWidth);
 
-    // Outlets, when the view has been loaded.
+    // Outlets; the view must have been loaded.
     QLabel* promptField() const;
     QTableView* tableView() const;
     QPushButton* okButton() const;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// choose URL. One decision: what is offered are the addresses that the user has kept, in the file manager's bookmarks and by earlier
+// The command "choose URL". One decision: it offers the addresses that the user has kept, in the file manager's bookmarks and by earlier
 // answers; the network is not searched.
 #include "platform/foundation/Bookmarks.h"
 #include "platform/foundation/NSUserDefaults.h"
@@ -18,7 +18,7 @@ namespace {
 constexpr qsizetype kMaximumRemembered = 10;
 constexpr auto kRemembered = "ChooseURL/Addresses"_L1;
 
-/// The kinds of servers that a script may ask for, each with the schemes of its addresses; the first is the usual one.
+/// A kind of servers that a script may ask for, with the schemes of its addresses; the first scheme is the usual one.
 struct Kind {
     FourCharCode code;
     std::vector<QString> schemes;
@@ -34,7 +34,7 @@ const std::vector<Kind>& kinds() {
     return sKinds;
 }
 
-/// Empty: all of them.
+/// The schemes of the servers that the script asks for; empty: all schemes.
 QStringList wantedSchemes(const AEDesc& event) {
     QStringList schemes;
     const AEDesc* showing = event.find("cusv"_4cc);
@@ -71,7 +71,7 @@ void remember(const QString& address) {
     standardUserDefaults().setValue(kRemembered, addresses.mid(0, kMaximumRemembered));
 }
 
-/// "example.com:80" would be of a scheme called "example.com".
+/// Whether the address begins with a scheme. "example.com:80" does not, although QUrl takes "example.com" there for one.
 bool hasScheme(const QString& address) {
     const qsizetype colon = address.indexOf(u':');
     return colon > 0 && !QUrl(address).scheme().isEmpty() && !address.left(colon).contains(u'.') &&

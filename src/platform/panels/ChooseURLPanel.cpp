@@ -29,7 +29,7 @@ ChooseURLPanel::ChooseURLPanel(const QStringList& addresses, bool editable) : mU
     connect(mUi->okButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(mUi->cancelButton, &QPushButton::clicked, this, &QDialog::reject);
     validate();
-    setFixedHeight(sizeHint().height()); // only a longer address has use for room
+    setFixedHeight(sizeHint().height()); // more height is of no use, more width is
 }
 
 ChooseURLPanel::~ChooseURLPanel() = default;

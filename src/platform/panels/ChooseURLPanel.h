@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel of choose URL: an address is typed, or taken from those that are known.
+// The panel of "choose URL": the user types an address or takes a known one.
 // Main thread only.
 #pragma once
 
@@ -17,11 +17,11 @@ namespace quoddle {
 class ChooseURLPanel : public QDialog {
     Q_OBJECT
 public:
-    /// `addresses` are offered in their order. One that is not editable is chosen among them only.
+    /// Offers `addresses` in their order. When the address is not editable the user can only choose one of these.
     ChooseURLPanel(const QStringList& addresses, bool editable);
     ~ChooseURLPanel() override;
 
-    /// As it stands in the field, without blanks around it.
+    /// The address in the field, without blanks around it.
     QString address() const;
 
 private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a command becomes before it is shown: a dialog, and what its end means as a reply. One function for each command, and what they have
-// in common when they write replies.
+// What an interactive command becomes before it is shown: a dialog, and the reply that its end means. There is one function for each
+// command; the other functions help all of them to write replies.
 // Main thread only.
 #pragma once
 
@@ -19,30 +19,30 @@ namespace quoddle {
 
 class NSBundle;
 
-/// Six of the commands have two manners, which scripts can tell from each other by parameters and answers: that of an applet, which answers
-/// them itself, and the standard one.
+/// How a command is answered: by the applet itself or in the standard way. Six of the commands exist in both manners, and scripts can tell
+/// the two apart by parameters and results.
 enum class Manner { standard, applet };
 
-/// Whom a command is answered for.
+/// The program for which a command is answered.
 struct Asker {
     Manner manner = Manner::standard;
-    /// The bundle whose pictures a command may name and whose types of files count. May be null.
+    /// The bundle whose pictures and types of files a command may name. May be null.
     std::shared_ptr<NSBundle> bundle = {};
 };
 
-/// What a dialog finishes with that nobody has answered in time.
+/// The return code of a dialog that nobody has answered in time.
 constexpr int kGaveUp = 0;
 
 struct CommandDialog {
-    /// A fault in the parameters; with one, no dialog is shown.
+    /// A fault in the parameters. When there is one, no dialog is shown.
     std::optional<CommandError> error = {};
-    /// Whatever must live as long is owned with it. Null where there is an error.
+    /// The dialog, which also owns everything that must live as long. Null when there is an error.
     std::shared_ptr<QDialog> dialog = {};
-    /// Called once with what the dialog finished with.
+    /// Writes the reply for the dialog's return code; called once.
     std::function<void(int returnCode, AEDesc& reply)> answer = {};
-    /// Seconds; 0 and less: never.
+    /// The seconds after which the dialog gives up; 0 and less: never.
     double givingUpAfter = 0;
-    /// Called just before it is shown, on a window as a sheet, or on null as a window of its own. May be empty.
+    /// Called just before the dialog is shown: as a sheet of `parent`, or as a window of its own when that is null. May be empty.
     std::function<void(const QMainWindow* parent)> prepare = {};
 };
 
@@ -60,10 +60,10 @@ AEDesc descriptorOf(const QString& text);
 
 void setResult(AEDesc& reply, AEDesc result);
 void setError(AEDesc& reply, OSStatus number, const QString& message);
-/// -128 without a text.
+/// Sets the error -128, without a text.
 void setCancelled(AEDesc& reply);
 
-/// What dialogs without a title of their own are called: the application, as people know it.
+/// The title of dialogs without a title of their own: the application's name as people know it.
 QString standardTitle();
 
 } // namespace quoddle

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is wrong with an interactive command's parameters, and how that is said in its reply.
+// A fault in the parameters of an interactive command, and how a reply tells it.
 #pragma once
 
 #include "platform/ae/AEDesc.h"
@@ -12,7 +12,7 @@ struct CommandError {
     AEDesc offendingObject = {};      ///< "null": the reply has none
     FourCharCode expectedType = 0;    ///< 0: the reply has none
 
-    /// Into "errn", "errs", "erob" and "errt".
+    /// Writes the error into the fields "errn", "errs", "erob" and "errt".
     void writeTo(AEDesc& reply) const;
 };
 

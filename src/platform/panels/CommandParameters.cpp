@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::size_t kMostButtons = 3;
 
-/// The button that the parameter names by its position or its title; the error when there is no such button.
+/// Reads the button that a parameter names by its position or its title. An absent parameter is no error; a button that does not exist is
+/// one.
 std::optional<CommandError> readButton(const AEDesc& event, AEKeyword key, const QStringList& buttons, std::u16string_view message,
                                        std::optional<int>& button) {
     const AEDesc* given = event.find(key);

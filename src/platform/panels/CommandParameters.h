@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The parameters of the commands that show a prompt and buttons, read from their events and checked.
-// One decision: reading stops at the first fault, in the order in which the commands have always looked, so that scripts get the errors
-// they know. Texts and counts are not bounded here but
-// where they are shown.
+// One decision: reading stops at the first fault, and the order of the checks never changes, because scripts know the errors that it leads
+// to. Texts and counts are bounded where they are shown, not here.
 // Any thread.
 #pragma once
 
@@ -15,40 +14,40 @@
 
 namespace quoddle {
 
-/// Where the text of a parameter that is absent or no text comes to nothing.
+/// The parameter as text; empty when it is absent or has no text.
 QString textParameter(const AEDesc& event, AEKeyword key);
 std::optional<QString> optionalTextParameter(const AEDesc& event, AEKeyword key);
-/// "appr", as a title bar can show it.
+/// The parameter "appr" as a title bar can show it.
 QString titleParameter(const AEDesc& event);
-/// False when it is absent or no boolean.
+/// The parameter as a boolean; false when it is absent or no boolean.
 bool booleanParameter(const AEDesc& event, AEKeyword key);
-/// The parameter as a list; empty when it is absent or cannot be made one.
+/// The parameter as a list; empty when it is absent or cannot be coerced to one.
 AEDesc listParameter(const AEDesc& event, AEKeyword key);
-/// Every item as text, empty for one that is none.
+/// Each item as text; empty for an item that has none.
 QStringList textsOf(const AEDesc& list);
 
-/// "givu", "btns", "dflt", "cbtn".
+/// The parameters "givu", "btns", "dflt" and "cbtn".
 struct ButtonParameters {
     double givingUpAfter = -1;        ///< seconds; 0 and less: never
     QStringList buttons;              ///< three at most
     std::optional<int> defaultButton; ///< 0-based
     std::optional<int> cancelButton;  ///< 0-based
 
-    /// The buttons of an event that names none count as named when they are given here.
+    /// `unlessNamed` are the buttons of an event that gives none; the default and the cancel button may then be named among them.
     static std::optional<CommandError> read(const AEDesc& event, ButtonParameters& parameters, const QStringList& unlessNamed = {});
 };
 
-/// "disp".
+/// The parameter "disp".
 struct IconParameter {
     enum class Kind { none, stop, note, caution, file, resource };
     Kind kind = Kind::none;
-    QString name; ///< the absolute path of a file (empty: it cannot be reached by any), or the name of a resource
+    QString name; ///< the absolute path of a file (empty: the file has no path), or the name of a resource
 
-    /// Does not look whether there is such a file or resource.
+    /// Reads the parameter without checking that there is such a file or resource.
     static std::optional<CommandError> read(const AEDesc& event, IconParameter& parameter);
 };
 
-/// -192.
+/// The error -192.
 CommandError resourceNotFound();
 
 } // namespace quoddle

@@ -12,10 +12,10 @@
 
 namespace quoddle {
 
-/// The icon with the application's as a badge in its lower right quarter.
+/// Draws the icon with the application's as a badge in its lower right quarter.
 QPixmap addAppIconToIconImage(const QIcon& icon, const QIcon& applicationIcon, double devicePixelRatio);
-/// The picture of a stop, note, caution or file parameter; null for the others, and for a file that holds no picture. An error when the
-/// file cannot be reached. The application's icon is only asked for when it is needed.
+/// Reads the picture of a stop, note, caution or file parameter; null for the others, and for a file that holds no picture. An error when
+/// the file does not exist. `applicationIcon` is only called when that icon is needed.
 std::optional<CommandError> readDialogIcon(const IconParameter& parameter, const std::function<QIcon()>& applicationIcon,
                                            double devicePixelRatio, QPixmap& pixmap);
 

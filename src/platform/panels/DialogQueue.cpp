@@ -75,7 +75,7 @@ void DialogQueue::showInWindowOfItsOwn() {
         dialog.setWindowTitle(standardTitle());
     dialog.setWindowModality(Qt::ApplicationModal);
     completeLayout(dialog);
-    if (!dialog.testAttribute(Qt::WA_Resized)) // it has no size of its own choice
+    if (!dialog.testAttribute(Qt::WA_Resized)) // nobody has chosen a size
         dialog.adjustSize();
     fitToScreen(dialog);
     dialog.show();
@@ -88,7 +88,7 @@ void DialogQueue::complete(Waiting& done, const std::function<void(AEDesc& reply
     done.request.completion(done.request.reply);
 }
 
-/// The dialog may be in the middle of its own work, so that it goes later. The next one does not wait for that.
+/// Ends a dialog. It may be in the middle of its own work, so it is released later; the next dialog does not wait for that.
 void DialogQueue::finish(std::uint64_t number, int returnCode) {
     if (!mIsShowing || mWaiting.front().number != number)
         return;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The dialogs of the process that answer commands: each is shown when it is its turn, and its end becomes the command's reply.
-// One decision: one dialog at a time, whoever it comes from. Which one may be answered is decided here and not by what the toolkit lets
-// through, for an assistive technology can press what a user cannot click.
+// One decision: one dialog at a time, whatever program asks for it. This queue decides which dialog may be answered; the toolkit's modality
+// does not suffice, because an assistive technology can press buttons that a user cannot click.
 // Main thread only.
 #pragma once
 
@@ -24,35 +24,37 @@ public:
     class Host {
     public:
         virtual ~Host() = default;
-        /// The window that its dialogs hang on as sheets; null: they are windows of their own.
+        /// The window that shows the applet's dialogs as sheets; null: the dialogs are windows of their own.
         virtual NSWindow* sheetWindow() = 0;
         virtual void dialogWillShow() = 0;
-        /// After the command has been answered.
+        /// Called after the command has been answered.
         virtual void dialogDidEnd() = 0;
     };
 
     struct Request {
-        CommandDialog dialog; ///< without an error
-        AEDesc reply;         ///< to be filled
+        CommandDialog dialog; ///< must have no error
+        AEDesc reply;         ///< the reply that the answer is added to
         /// Gets the filled reply, once.
         std::function<void(const AEDesc& reply)> completion;
         Host* host = nullptr;
-        /// True when nobody waits for the answer any more. Asked whenever wakeWaits() is called. May be empty.
+        /// Whether nobody waits for the answer any more; asked whenever wakeWaits() is called. May be empty.
         std::function<bool()> isAbandoned = {};
     };
 
-    /// For the whole process. Closed when the event loop of the application ends, for a window must not outlive the application.
+    /// The queue of the process. It is closed when the event loop of the application ends, because a window must not outlive the
+    /// application.
     static DialogQueue& shared();
     explicit DialogQueue(QObject* parent = nullptr);
     ~DialogQueue() override;
 
-    /// Shows it at once when none is shown. Answers a number that names it from then on.
+    /// Adds a dialog, which is shown at once when no other one is. Answers the number that identifies it.
     std::uint64_t add(Request request);
-    /// Takes the dialog away and completes its command with -128. Nothing happens when that is complete.
+    /// Removes the dialog and completes its command with -128. Does nothing for a dialog that has ended.
     void cancel(std::uint64_t number);
-    /// For the end of the session, when no user will answer: cancels all. The one that is shown may go a little later.
+    /// Cancels all dialogs. Meant for the end of the session, when no user will answer. The dialog that is shown may be hidden a little
+    /// later.
     void cancelAll();
-    /// Takes the dialog away and completes every command with -609.
+    /// Removes all dialogs and completes their commands with -609.
     void close();
     /// The dialog that is shown, or null.
     QDialog* currentDialog() const { return mIsShowing ? mWaiting.front().request.dialog.dialog.get() : nullptr; }
@@ -71,7 +73,7 @@ private:
 
     std::deque<Waiting> mWaiting; // the first one may be shown
     bool mIsShowing = false;
-    bool mIsEnding = false; // what comes as long as the command is being answered waits
+    bool mIsEnding = false; // a command is being answered: dialogs that are added meanwhile wait
     QTimer mGivingUp;
     std::uint64_t mLastNumber = 0;
 };

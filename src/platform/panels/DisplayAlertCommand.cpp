@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// display alert. Its standard record says whether it gave up only when it could have.
+// The command "display alert".
 #include "platform/appkit/BundleIcon.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/foundation/NSLog.h"
@@ -14,8 +14,10 @@ CommandDialog displayAlertDialog(const AEDesc& event, const Asker& asker) {
     DisplayAlertParameters parameters;
     if (const auto error = DisplayAlertParameters::read(event, parameters, asker.manner == Manner::standard))
         return {.error = error};
-    std::ignore = applicationIcon(asker.bundle.get()); // alerts show it
+    std::ignore = applicationIcon(asker.bundle.get()); // sets the icon of the application's windows, which the alert shows
     auto panel = std::make_shared<DisplayAlertPanel>(parameters);
+    // QUIRK: the result says whether the alert gave up only when it could give up, but in the manner of an applet always; scripts written
+    // for either manner rely on their record.
     const bool canGiveUp = asker.manner == Manner::applet || parameters.buttons.givingUpAfter > 0;
     DisplayAlertPanel* const shown = panel.get();
     const auto isSheet = std::make_shared<bool>(false);

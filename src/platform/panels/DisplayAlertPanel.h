@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The alert of "display alert", ready to be shown as a sheet or a window of its own, and what its return codes mean.
-// One decision: its buttons count from the right, so the last one given is the alert's first; what is the default and what cancels goes by
-// place, not by title.
+// One decision: its buttons count from the right, so the last button given is the alert's first. The default and the cancel button are
+// known by their places, not by their titles.
 // Main thread only.
 #pragma once
 
@@ -15,9 +15,9 @@ struct DisplayAlertParameters {
     QString message;
     QString title;
     NSAlertStyle style = NSAlertStyle::informational;
-    ButtonParameters buttons; ///< none given: the alert's own
+    ButtonParameters buttons; ///< empty: the alert has its own button
 
-    /// `defaultsCanBeNamed`: without buttons, the alert's own "OK" may be named as the default or the cancel button.
+    /// With `defaultsCanBeNamed` an event without buttons may name the alert's own "OK" as the default or the cancel button.
     static std::optional<CommandError> read(const AEDesc& event, DisplayAlertParameters& parameters, bool defaultsCanBeNamed);
 };
 

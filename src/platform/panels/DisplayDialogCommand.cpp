@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// display dialog. Its standard record has a text only when there was a field, and says whether it gave up only when it could have.
+// The command "display dialog".
 #include "platform/appkit/BundleIcon.h"
 #include "platform/foundation/NSBundle.h"
 #include "platform/panels/CommandDialog.h"
@@ -12,7 +12,9 @@ namespace quoddle {
 
 namespace {
 
-/// A name stands for a picture among the resources of the application. An applet looks for it, and then does not show it.
+/// Reads the picture. A name stands for a picture among the resources of the application.
+/// QUIRK: in the manner of an applet a named resource must exist, error -192 otherwise, but its picture is not shown; scripts of applets
+/// rely on that error and on a dialog of that layout.
 std::optional<CommandError> readIcon(IconParameter parameter, const Asker& asker, QPixmap& icon) {
     if (parameter.kind == IconParameter::Kind::resource) {
         const QString path = asker.bundle ? pathForImageResource(*asker.bundle, parameter.name) : QString();
@@ -36,7 +38,9 @@ CommandDialog displayDialogDialog(const AEDesc& event, const Asker& asker) {
     if (error)
         return {.error = error};
     auto panel = std::make_shared<DisplayDialogPanel>(parameters, icon);
-    const bool showsAll = asker.manner == Manner::applet; // its record has all three fields always
+    // QUIRK: in the manner of an applet the result always has all fields, otherwise a text only when there was a field and a "gave up" only
+    // when the dialog could give up; scripts written for either manner rely on their record.
+    const bool showsAll = asker.manner == Manner::applet;
     const bool hasAnswer = showsAll || parameters.defaultAnswer.has_value();
     const bool canGiveUp = showsAll || parameters.buttons.givingUpAfter > 0;
     const DisplayDialogPanel* shown = panel.get();

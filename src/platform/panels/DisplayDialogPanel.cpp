@@ -62,7 +62,7 @@ DisplayDialogPanel::DisplayDialogPanel(const DisplayDialogParameters& parameters
 }
 
 void DisplayDialogPanel::placeButtons() {
-    // From the right: the last button always has the right place.
+    // The places from right to left, because the last button always stands at the right.
     QPushButton* const places[] = {mViewController.rightButton(), mViewController.middleButton(), mViewController.leftButton()};
     QPushButton* cancel = nullptr;
     for (qsizetype i = 0; i < mButtons.size(); ++i) {

@@ -26,7 +26,7 @@ void setHeight(QSpacerItem& constraint, int points) {
     constraint.changeSize(0, points, QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
 
-/// The longest word decides when it is longer than a line is to be; it cannot be broken.
+/// The width of the longest word of a label, which cannot be broken.
 int widthOfWords(const QLabel& label) {
     return label.minimumSizeHint().width();
 }
@@ -77,7 +77,7 @@ void DisplayDialogViewController::viewDidLoad() {
         delete mSecureAnswerField;
         setHeight(*buttonToPromptConstraint, kMargin);
     }
-    // One leading distance holds for the row: that of its first button.
+    // Only the first button of the row keeps its leading distance.
     if (buttonCount < 3) {
         delete mLeftButton;
         setWidth(*leftButtonLeadingConstraint, 0);
@@ -104,9 +104,9 @@ void DisplayDialogViewController::fitPrompt() {
     QScrollArea& area = *mUi->promptScrollArea;
     area.setFixedWidth(std::max(kTextWidth, widthOfWords(*promptField())));
     for (QLayout* layout : view()->findChildren<QLayout*>())
-        layout->invalidate(); // those inside of others hear too late of the prompt's width
+        layout->invalidate(); // inner layouts would be told of the prompt's new width too late
     const int leading = promptLeadingConstraint->sizeHint().width() + (mIconImageView ? mIconImageView->minimumWidth() : 0);
-    int viewWidth = view()->sizeHint().width(); // the prompt's, or that of the buttons
+    int viewWidth = view()->sizeHint().width(); // the width of the prompt or that of the buttons, whichever is larger
     if (mWidthLimit > 0 && viewWidth > mWidthLimit) {
         viewWidth = mWidthLimit;
         std::vector<QPushButton*> buttons;
@@ -118,7 +118,7 @@ void DisplayDialogViewController::fitPrompt() {
     }
     const int textWidth = viewWidth - leading - kMargin;
     const int scroller = widthOfWords(*promptField()) > textWidth ? area.horizontalScrollBar()->sizeHint().height() : 0;
-    const int textHeight = std::max(0, promptField()->heightForWidth(textWidth)) + scroller; // -1 without text
+    const int textHeight = std::max(0, promptField()->heightForWidth(textWidth)) + scroller; // the toolkit answers -1 for an empty text
     const int atMost = view()->screen()->availableGeometry().height() * 2 / 5;
     area.setFixedSize(textWidth, std::min(textHeight, atMost));
 }

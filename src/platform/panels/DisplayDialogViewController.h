@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The content of a dialog that asks: prompt, up to three buttons, an optional icon and an optional field for an answer, plain or hidden.
-// One decision: it only shows; which button means what is known to whoever shows it. A button ends the panel with a code of its place.
+// One decision: it only shows. The meaning of each button is known to the code that shows the dialog; a button ends the panel with a code
+// for its place.
 // Main thread only.
 #pragma once
 
@@ -28,33 +29,33 @@ public:
     explicit DisplayDialogViewController(QObject* parent = nullptr);
     ~DisplayDialogViewController() override;
 
-    // Set before the view is loaded; they decide what of it stays.
+    // To be set before the view is loaded, which makes only the parts that are needed.
     bool hasIcon = false;
     bool hasAnswer = false;
     bool hiddenAnswer = false;
     unsigned buttonCount = 1; ///< 1 to 3
 
-    /// Shown as it stands, never as markup; the end of an endless one is left out.
+    /// Sets the prompt; shown as it is, never as markup. The end of an excessively long one is left out.
     void setPrompt(const QString& prompt);
-    /// The text of the field that there is; it is selected.
+    /// Puts the text into the field, if there is one, and selects it.
     void setAnswer(const QString& answer);
-    /// Empty without a field.
+    /// The text in the field; empty without a field.
     QString answer() const;
     void setIcon(const QPixmap& icon);
-    /// Return and Tab put a line break and a tab into the answer, instead of pressing a button and moving on.
+    /// When set, Return and Tab put a line break and a tab into the answer, instead of pressing a button and moving on.
     void setIsAnswerDelegate(bool isDelegate);
-    /// The panel that shows the view.
+    /// The panel that shows the view; null when there is none.
     NSPanel* window() { return qobject_cast<NSPanel*>(view()->window()); }
-    /// What has the focus when the panel appears: the answer, else the button with Return, else no button.
+    /// Gives the focus to the answer, else to the button with Return, else to no button. For a panel that is about to appear.
     void takeInitialFocus();
-    /// Narrows a view that is wider than this.
+    /// Narrows a view that is wider than this, in points.
     void limitWidth(int width);
 
     void doLeftButton() { end(kLeftButtonReturn); }
     void doMiddleButton() { end(kMiddleButtonReturn); }
     void doRightButton() { end(kRightButtonReturn); }
 
-    // Outlets, when the view has been loaded; null for what was not needed.
+    // Outlets; the view must have been loaded. Null for parts that were not needed.
     QLabel* promptField() const;
     AnswerField* answerField() const { return mAnswerField; }
     QLineEdit* secureAnswerField() const { return mSecureAnswerField; }
@@ -70,7 +71,7 @@ protected:
 
 private:
     void end(int returnCode);
-    /// True when the control is an answer field and the command a line break or a tab, which is then put in.
+    /// Puts a line break or a tab into an answer field. False, without an effect, for other controls and keys.
     bool control(QObject* control, int key);
     QWidget* fieldInUse() const;
     void fitPrompt();
@@ -80,7 +81,7 @@ private:
     QPointer<QLineEdit> mSecureAnswerField;
     QPointer<QPushButton> mLeftButton, mMiddleButton, mRightButton;
     QPointer<QLabel> mIconImageView;
-    // Distances in the layout; the view's.
+    // Distances in the layout, owned by the view.
     QSpacerItem* buttonToPromptConstraint = nullptr;
     QSpacerItem* middleButtonLeadingConstraint = nullptr;
     QSpacerItem* answerLeadingConstraint = nullptr;
@@ -88,7 +89,7 @@ private:
     QSpacerItem* promptLeadingConstraint = nullptr;
     QSpacerItem* leftButtonLeadingConstraint = nullptr;
     QSpacerItem* rightButtonLeadingConstraint = nullptr;
-    int mWidthLimit = 0; ///< 0: none yet
+    int mWidthLimit = 0; ///< points; 0: no limit
 };
 
 } // namespace quoddle

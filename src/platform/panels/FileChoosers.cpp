@@ -8,8 +8,10 @@ namespace quoddle {
 
 namespace {
 
-/// The default location may be missing. An applet's dialog takes files alone and ignores the rest. A standard dialog takes paths as well,
-/// and refuses what names no file, unless that is an alias: compiled scripts bring aliases of files on other computers.
+/// Reads the default location, which may be absent. A standard dialog takes files and paths and refuses a value that names no file, unless
+/// it is an alias: compiled scripts bring aliases of files on other computers.
+/// QUIRK: in the manner of an applet every value but a file is ignored without an error; scripts of applets that give paths as texts rely
+/// on getting a dialog.
 std::optional<CommandError> readLocation(const AEDesc& event, Manner manner, QString& defaultLocation) {
     const AEDesc* given = event.find("dflc"_4cc);
     if (!given || (manner == Manner::applet && !AEIsFile(*given)))

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The panels of "choose file", "choose folder" and "choose file name", made ready from the commands' events.
-// One decision: how a panel is shown, and in which form the answer goes back, is the caller's.
+// One decision: the caller decides how a panel is shown and in which form the answer goes back.
 // Main thread only, but for reading parameters.
 #pragma once
 
@@ -10,12 +10,12 @@
 
 namespace quoddle {
 
-/// Of both commands that choose what is there; "choose folder" has no types.
+/// The parameters of "choose file" and "choose folder", the commands that choose existing files; "choose folder" has no types.
 struct ChooseFileParameters {
     std::optional<QString> message;
     std::optional<QString> prompt;
-    QStringList types;       ///< none: all
-    QString defaultLocation; ///< empty: none
+    QStringList types;       ///< empty: all types
+    QString defaultLocation; ///< empty: the panel's own choice
     bool invisibles = false;
     bool multipleSelectionsAllowed = false;
     bool showingPackageContents = false;
@@ -27,7 +27,7 @@ struct ChooseFileParameters {
 struct ChooseFileNameParameters {
     std::optional<QString> message;
     std::optional<QString> defaultName;
-    QString defaultLocation; ///< empty: none
+    QString defaultLocation; ///< empty: the panel's own choice
 
     static std::optional<CommandError> read(const AEDesc& event, Manner manner, ChooseFileNameParameters& parameters);
 };

@@ -15,7 +15,7 @@ struct InteractiveCommand {
 };
 
 std::span<const InteractiveCommand> interactiveCommands();
-/// Null when the event is none of them.
+/// The row of the event's command; null when it is not an interactive one.
 const InteractiveCommand* interactiveCommandOf(const AEDesc& event);
 
 } // namespace quoddle

@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kPatience = 5000;        // milliseconds; the bus may have to start the service
-constexpr int kServiceDecides = -1;    // how long it is shown
+constexpr int kPatience = 5000;        // milliseconds; long enough for the bus to start the service
+constexpr int kServiceDecides = -1;    // the service decides how long the notification is shown
 constexpr qsizetype kLongest = 10'000; // letters; no service shows more
 
 struct Notice {
@@ -36,7 +36,8 @@ Notice noticeFrom(const AEDesc& event) {
     return {title.isEmpty() ? standardTitle() : title.left(kLongest), lines.join(u'\n'), textParameter(event, "nsou"_4cc)};
 }
 
-/// A sound of the desktop's theme by its name, or a file; a name from elsewhere asks for some sound.
+/// The hints for a sound, which is a name in the desktop's sound theme or the path of a file. Any other name, for instance one of another
+/// system's sounds, stands for the sound of a new message.
 QVariantMap hintsFor(const QString& sound) {
     static const QRegularExpression kThemeName(u"^[a-z]+(-[a-z0-9]+)+$"_s);
     if (sound.isEmpty())
@@ -70,7 +71,7 @@ void sendNotification(const AEDesc& event, const AEDesc& reply, std::function<vo
     const auto bus = runningSessionBus();
     if (!bus)
         return refuse(reply, completion);
-    // Whether the text is taken as markup is up to the service.
+    // Services differ in whether they take the text as markup, so the service is asked first.
     const QDBusPendingCall question = bus->asyncCall(callTo(u"GetCapabilities"_s), kPatience);
     whenAnswered(question, [bus = *bus, reply, notice = noticeFrom(event), completion](const QDBusMessage& capabilities) {
         if (capabilities.type() != QDBusMessage::ReplyMessage)

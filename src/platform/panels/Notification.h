@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// display notification: through the desktop's notification service, which shows it in its own way.
+// The command "display notification": the desktop's notification service shows the notification in its own way.
 // Main thread only.
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace quoddle {
 
-/// The completion gets the reply, later or at once: without a result, or with -1713 when there is no service that would show it.
+/// Sends a notification. The completion gets the reply, later or at once: without a result, or with -1713 when no service shows it.
 void sendNotification(const AEDesc& event, const AEDesc& reply, std::function<void(const AEDesc& reply)> completion);
 
 } // namespace quoddle

@@ -35,7 +35,7 @@ QStringList NotificationActions::actionsNow() {
 
 void NotificationActions::watch(const QDBusConnection& bus, uint number) {
     QDBusConnection connection = bus;
-    if (mNumbers.isEmpty()) { // connecting twice would ask twice
+    if (mNumbers.isEmpty()) { // the toolkit would connect the slot a second time, and the user would be asked to quit twice
         connection.disconnect(kService, kObject, kService, u"ActionInvoked"_s, this, SLOT(actionInvoked(uint, QString)));
         connection.connect(kService, kObject, kService, u"ActionInvoked"_s, this, SLOT(actionInvoked(uint, QString)));
         connection.disconnect(kService, kObject, kService, u"NotificationClosed"_s, this, SLOT(closed(uint)));

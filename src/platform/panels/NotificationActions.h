@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The button that a notification has when it is all that is to be seen of an application: to quit it. Main thread only.
+// The button "Quit" of a notification when nothing else is to be seen of the application. Main thread only.
 #pragma once
 
 #include <QDBusConnection>
@@ -14,9 +14,9 @@ class NotificationActions : public QObject {
 public:
     static NotificationActions& shared();
 
-    /// As the service takes them; none for an application that has a window, or that nobody could ask to quit.
+    /// The actions in the form that the service takes. None for an application that has a window, or that cannot be asked to quit.
     static QStringList actionsNow();
-    /// The notification, numbered by the service, was shown with actions.
+    /// Listens to the actions of a notification, which has this number with the service.
     void watch(const QDBusConnection& bus, uint number);
 
 private Q_SLOTS:

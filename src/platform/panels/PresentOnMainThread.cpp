@@ -12,9 +12,9 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::chrono::milliseconds kSlice{20}; // of the main thread's events
+constexpr std::chrono::milliseconds kSlice{20}; // the time for which the main thread's events are processed at once
 
-/// Made by the thread that waits, and shared by it and the work on the main thread.
+/// The reply on its way back: made by the thread that waits, and shared by it and the work on the main thread.
 class Exchange {
 public:
     void begin(std::uint64_t number) {
@@ -42,7 +42,7 @@ private:
     std::uint64_t mNumber = 0;
 };
 
-/// Work on its way to the main thread; thrown away there unrun when the application ends.
+/// A command on its way to the main thread. When the application ends before it is run, its destruction completes the reply with -609.
 class PostedCommand {
 public:
     PostedCommand(std::shared_ptr<Exchange> exchange, AEDesc event, AEDesc reply)
@@ -83,7 +83,7 @@ OSErr presentOnMainThread(const AEDesc& event, AEDesc& reply, const AEHandlerCon
         if (!AEProcessMainThreadEvents(kSlice))
             wait.pause(std::chrono::steady_clock::time_point::max());
     }
-    // After what was posted above, so that the number is known by then.
+    // Posted after the command itself, so the number is known when this runs.
     AEPostToMainThread([exchange] { DialogQueue::shared().cancel(exchange->number()); });
     return static_cast<OSErr>(userCanceledErr);
 }

@@ -12,7 +12,7 @@ namespace quoddle {
 
 std::uint64_t performStandardCommand(const AEDesc& event, const AEDesc& reply, std::function<void(const AEDesc& reply)> completion) {
     if (event.eventClass() == "syso"_4cc && event.eventID() == "notf"_4cc) {
-        sendNotification(event, reply, std::move(completion)); // asks nobody and waits for nobody
+        sendNotification(event, reply, std::move(completion)); // a notification has no answer, so it has no place in the queue
         return 0;
     }
     const InteractiveCommand* command = interactiveCommandOf(event);

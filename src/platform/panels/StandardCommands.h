@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The commands that a person answers, as any script may send them. They know no scripts and no applet.
+// The commands that a person answers, as any script may send them. They know neither scripts nor applets.
 // Main thread only.
 #pragma once
 
@@ -10,8 +10,8 @@
 
 namespace quoddle {
 
-/// The completion gets the filled reply, once, perhaps before this returns; "errn" -1708 for a command that is not known here. Answers the
-/// number of the dialog in the shared queue, 0 without a dialog.
+/// Performs a command. The completion gets the filled reply, once, perhaps before this returns; "errn" -1708 for a command that is not
+/// known here. Answers the number of the dialog in the shared queue, 0 without a dialog.
 std::uint64_t performStandardCommand(const AEDesc& event, const AEDesc& reply, std::function<void(const AEDesc& reply)> completion);
 
 } // namespace quoddle
