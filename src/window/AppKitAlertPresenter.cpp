@@ -11,7 +11,7 @@ namespace quoddle {
 namespace {
 
 std::shared_ptr<NSAlert> makeAlert(const RuntimeAlert& description) {
-    std::ignore = appletIcon(); // alerts show it
+    std::ignore = appletIcon(); // sets the icon of the application's windows, which alerts show
     auto alert = std::make_shared<NSAlert>();
     alert->setAlertStyle(NSAlertStyle::critical);
     alert->setMessageText(description.messageText);
@@ -26,7 +26,8 @@ void AppKitAlertPresenter::beginSheet(const RuntimeAlert& alert, WindowControlle
     auto& controller = static_cast<BaseWindowController&>(onWindowOf);
     const auto shown = makeAlert(alert);
     shown->beginSheetModal(*controller.window(), [shown, completion = std::move(completion)](int) {
-        // Later, and with the alert still alive: its button is in the middle of calling. When the application is ending this is dropped.
+        // The completion waits for the event loop and the alert lives until then, because its button is in the middle of a call. When the
+        // application is ending the completion is never called.
         MainThread::dispatchAsync([shown, completion] { completion(); });
     });
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The runtime's alerts as alerts of the application framework.
+// Shows the runtime's alerts as alerts of the application framework.
 #pragma once
 
 #include "runtime/AppDelegateParts.h"
@@ -8,7 +8,7 @@ namespace quoddle {
 
 class AppKitAlertPresenter final : public AlertPresenter {
 public:
-    /// The controller is one of this layer's.
+    /// The controller must be a BaseWindowController.
     void beginSheet(const RuntimeAlert& alert, WindowController& onWindowOf, std::function<void()> completion) override;
     void runModal(const RuntimeAlert& alert) override;
 };

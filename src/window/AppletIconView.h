@@ -23,7 +23,7 @@ private:
     bool mAsked = false;
 };
 
-/// The icon of the applet that runs; read on first use. Main thread.
+/// The icon of the running applet; read on first use. Main thread.
 QIcon appletIcon();
 
 } // namespace quoddle

@@ -15,15 +15,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kExtent = 512;     // pixels: more than any pane shows
-constexpr int kDrawnExtent = 96; // points: what the drop zone shows; drawing more delays the first window
+constexpr int kExtent = 512;     // pixels; more than any pane shows
+constexpr int kDrawnExtent = 96; // points, as in the drop zone; a larger drawing delays the first window
 
-/// A file without any is told of by `name`.
+/// The best picture of the file. When there is none, the log says so and calls the file `name`.
 QImage bestPicture(ImageFile& file, const QString& name) {
     return bestPictures(file, name, kExtent, 1).value(0);
 }
 
-/// With its extension or without.
+/// The path of an image in the bundle, named with or without its extension; empty when there is none.
 QString pathInBundle(const QString& name) {
     const auto bundle = AppDelegate::instance()->mainBundle();
     for (const QString& type : {u""_s, u"icns"_s, u"png"_s, u"tiff"_s, u"tif"_s, u"jpg"_s, u"jpeg"_s, u"gif"_s, u"svg"_s})

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The images that an applet's script may name: those of its bundle, the system's own, those of the desktop's icon theme.
+// The images that an applet's script may name: in its bundle, among the system's own, and in the desktop's icon theme.
 // Main thread only.
 #pragma once
 

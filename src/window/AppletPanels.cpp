@@ -13,7 +13,7 @@ namespace quoddle {
 using namespace Qt::StringLiterals;
 
 void showAboutPanel() {
-    static std::unique_ptr<NSAlert> panel; // one at a time; it goes when it is dismissed
+    static std::unique_ptr<NSAlert> panel; // the only one; destroyed when it is dismissed
     if (panel) {
         panel->window().raise();
         panel->window().activateWindow();

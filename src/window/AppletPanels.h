@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// The panels of the applet itself: the one that says which applet it is, and, in the test mode, the one in which an applet is chosen to be
-// worked on. Main thread only.
+// The panels of the applet itself: the one that says which applet it is, and, in the test mode, the one that asks for an applet to work on.
+// Main thread only.
 #pragma once
 
 #include <QString>
 
 namespace quoddle {
 
-/// Shows the panel, or brings it to the front. Does not wait.
+/// Shows the panel that says which applet this is, or brings it to the front. Does not wait.
 void showAboutPanel();
 
-/// Waits for the choice; the absolute path of an applet, empty when the user cancelled.
+/// Asks for an applet and waits; answers its absolute path, empty when the user cancelled.
 QString chooseTestApplet();
 
 } // namespace quoddle

@@ -30,9 +30,9 @@ AppletWindowController::~AppletWindowController() = default;
 std::unique_ptr<NSWindow> AppletWindowController::loadWindow() {
     auto window = BaseWindowController::loadWindow();
     window->setContentViewController(mMainViewController.get());
-    window->layout()->setSizeConstraint(QLayout::SetFixedSize); // nothing in it gains by more room
+    window->layout()->setSizeConstraint(QLayout::SetFixedSize); // more room would be of no use to the contents
     window->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
-    // A window that only reports is kept free of menus; the one that waits for a user has them in sight.
+    // The menu bar is visible in a window that waits for its user, and hidden in one that only reports.
     window->menuBar()->setVisible(AppDelegate::instance()->showStartupScreen());
     return window;
 }

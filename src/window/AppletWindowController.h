@@ -17,7 +17,7 @@ public:
     AppletWindowController();
     ~AppletWindowController() override;
 
-    /// The panes: tab 0 startup, tab 1 progress.
+    /// The controller of the panes: tab 0 is the startup pane, tab 1 the progress pane.
     NSTabViewController& mainViewController() const { return *mMainViewController; }
     ProgressViewController& progressViewController() const;
 
@@ -32,7 +32,7 @@ public:
 
 protected:
     std::unique_ptr<NSWindow> loadWindow() override;
-    /// Registers itself as the runtime's window controller.
+    /// Also registers this controller as the runtime's window controller.
     void windowDidLoad() override;
 
 private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the applet's window controllers have in common: the runtime's WindowController on a window of the application framework, with the
-// menu bar and a remembered place.
+// The base of the applet's window controllers: the runtime's WindowController on a window of the application framework, with the menu bar
+// and a remembered place.
 // Main thread only.
 #pragma once
 
@@ -16,10 +16,10 @@ public:
     const void* windowObject() const override { return window(); }
 
 protected:
-    /// Shows a window that is hidden, in front only when the user waits for it.
+    /// Shows a window that is hidden; it comes to the front only when the user waits for it.
     void appear();
     std::unique_ptr<NSWindow> loadWindow() override;
-    /// Gives the window the autosave name "applet". Windows are never cascaded here, so there is nothing to turn off.
+    /// Gives the window the autosave name "applet". Windows are never cascaded here, so there is no cascading to turn off.
     void windowDidLoad() override;
 };
 

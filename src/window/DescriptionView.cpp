@@ -24,7 +24,8 @@ constexpr int kMinimumHeight = 60;
 constexpr int kMaximumHeight = 320;
 constexpr int kMargin = 8;
 
-/// Of the document or, when that is more, anything from `most`: no more of the document is laid out than it takes to know.
+/// The height of the document when it is below `most`, otherwise any number from `most` on. Lays out no more of the document than it takes
+/// to know.
 int heightUpTo(const QTextDocument& document, int most) {
     double height = 0;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
@@ -58,10 +59,10 @@ void DescriptionView::setDescription(const QString& path) {
         description->setPlainText(tr("The description is not shown: it is too long or has too many formats."));
     if (description->isEmpty())
         return;
-    adapt(*description); // before it is laid out
+    adapt(*description); // before the layout, which changing formats would repeat
     description->setTextWidth(kWidth - 2 * frameWidth());
     mTextHeight = heightUpTo(*description, kMaximumHeight);
-    const QPointer<QTextDocument> before = document(); // the first one, of the view's own making, goes by itself
+    const QPointer<QTextDocument> before = document(); // the view deletes its first document itself, later ones are deleted here
     description->setParent(this);
     setDocument(description.release());
     delete before;
@@ -73,14 +74,14 @@ void DescriptionView::adapt(QTextDocument& description) const {
     adaptRichText(description, Appearance::isDark(palette()), palette().color(QPalette::Text));
 }
 
-// The view hears of its own palette: that of the pane around it changes earlier.
+// Fits the colours when the view's own palette changes; the palette of the pane around it changes earlier.
 void DescriptionView::changeEvent(QEvent* event) {
     QTextBrowser::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         adapt(*document());
 }
 
-// The toolkit shows the whole height of the line with the cursor, from below when the line is taller than the view.
+// Scrolls to the top. The toolkit scrolls to the line with the cursor, to its lower end when the line is taller than the view.
 void DescriptionView::showEvent(QShowEvent* event) {
     QTextBrowser::showEvent(event);
     if (!event->spontaneous())

@@ -49,7 +49,7 @@ void HookStopPanel::show(const QString& applicationName, std::function<void()> s
     bar->startAnimation();
     auto* button = new QPushButton;
     setButtonTitle(*button, tr("Stop"));
-    button->setFocusPolicy(Qt::NoFocus); // blanks and Returns may be meant for what was in front
+    button->setFocusPolicy(Qt::NoFocus); // Space and Return may be typed for the window in front
     connect(button, &QPushButton::clicked, mPanel.get(), [this] { mStop(); });
     auto* layout = new QVBoxLayout(mPanel.get());
     layout->setContentsMargins(20, 20, 20, 20);
@@ -59,10 +59,10 @@ void HookStopPanel::show(const QString& applicationName, std::function<void()> s
     layout->addWidget(button, 0, Qt::AlignTrailing);
     mPanel->setCloseButton(button);
     QObject::connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), mPanel.get()), &QShortcut::activated, mPanel.get(),
-                     [] { NSApplication::sharedApplication()->terminate(); }); // the panel has no menu
+                     [] { NSApplication::sharedApplication()->terminate(); }); // the panel has no menu with this shortcut
     if (const QWidget* front = QApplication::activeWindow()) {
         mPanel->winId();
-        mPanel->windowHandle()->setTransientParent(front->windowHandle()); // stays before its window
+        mPanel->windowHandle()->setTransientParent(front->windowHandle()); // keeps the panel in front of its window
     }
     mPanel->show();
     qApp->installEventFilter(this);
@@ -76,7 +76,7 @@ void HookStopPanel::dismiss() {
     mStop = nullptr;
 }
 
-/// Of a dialog or a menu that waits for an answer itself.
+/// Whether the keyboard belongs to a dialog or a menu that waits for an answer itself.
 bool HookStopPanel::isKeyboardOfAnother() const {
     const auto* dialog = qobject_cast<QDialog*>(QApplication::activeWindow());
     return QApplication::activeModalWidget() || QApplication::activePopupWidget() || (dialog && dialog != mPanel.get());
@@ -85,7 +85,7 @@ bool HookStopPanel::isKeyboardOfAnother() const {
 bool HookStopPanel::eventFilter(QObject* watched, QEvent* event) {
     if (!isEscape(*event) || !watched->isWidgetType() || isKeyboardOfAnother())
         return QObject::eventFilter(watched, event);
-    event->accept(); // as an override: no shortcut, the key shall come
+    event->accept(); // accepted as an override, so that the key comes here and triggers no shortcut
     if (event->type() == QEvent::KeyPress)
         mStop();
     return true;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The panel that appears while a hook of the script keeps the window from going on: it says so, and has a button to stop the hook.
-// One decision: the panel comes by itself, so the keyboard stays where it is, in the search field for one, and what is typed there goes on.
+// The panel that appears while a hook of the script keeps the window from working: it says so, and has a button to stop the hook.
+// One decision: the panel comes by itself, so the keyboard stays where it is, for example in the search field, and typing goes on there.
 // Escape presses Stop wherever the keyboard is, unless another dialog is waiting for an answer.
 // Main thread only.
 #pragma once
@@ -27,7 +27,7 @@ protected:
 private:
     bool isKeyboardOfAnother() const;
 
-    std::unique_ptr<NSPanel> mPanel; // null: nothing is shown
+    std::unique_ptr<NSPanel> mPanel; // null while no panel is shown
     std::function<void()> mStop;
 };
 

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What the pane makes of one snapshot.
+/// The values that the pane shows for one snapshot.
 struct Shown {
     qint64 percentage = 0;
     QString message;
@@ -23,11 +23,11 @@ struct Shown {
     bool indeterminate = false;
 };
 
-/// S × 100 / T in whole numbers, for any T ≥ 1 and S > 0; at most 100.
+/// The percentage steps × 100 / totalSteps in whole numbers, for steps > 0 and totalSteps ≥ 1; at most 100.
 qint64 percentageOf(qint64 steps, qint64 totalSteps) {
     if (steps >= totalSteps)
         return 100;
-    // The product may not fit in 64 bits; added up a hundredfold, with every full total taken out, it does.
+    // The product may not fit in 64 bits. Adding the steps a hundred times and taking out every full total does.
     qint64 percentage = 0;
     quint64 rest = 0;
     for (int i = 0; i < 100; ++i) {
@@ -77,7 +77,7 @@ void ProgressViewController::viewDidLoad() {
     bold.setBold(true);
     mUi->messageView->setFont(bold);
     QSizePolicy keepingRoom = mUi->stopButton->sizePolicy();
-    keepingRoom.setRetainSizeWhenHidden(true); // the bar does not jump when the button goes
+    keepingRoom.setRetainSizeWhenHidden(true); // the bar stays in its place when the button is hidden
     mUi->stopButton->setSizePolicy(keepingRoom);
     connect(mUi->stopButton, &QPushButton::clicked, this, &ProgressViewController::stop);
     connectStopKeys();
@@ -95,7 +95,7 @@ void ProgressViewController::connectStopKeys() {
         auto* shortcut = new QShortcut(keys, mUi->stopButton->parentWidget());
         connect(shortcut, &QShortcut::activated, this, [this] {
             if (mUi->stopButton->isVisible())
-                mUi->stopButton->click(); // at once: a press that is acted out takes a tenth of a second, in which the script works on
+                mUi->stopButton->click(); // click() acts at once; animateClick() takes a tenth of a second, in which the script works on
         });
     }
 }
@@ -129,7 +129,7 @@ void ProgressViewController::_progressDidChange(const NSNotification& notificati
     if (total == 0 && steps >= 0 && description.isEmpty() && additional.isEmpty()) {
         mUi->progressView->setDoubleValue(0);
         mUi->progressView->setIndeterminate(true);
-        return; // the lines keep what they say
+        return; // both lines stay as they are
     }
     const Shown shown = shownFor(total, steps, description, additional);
     mUi->messageView->setText(shown.message);

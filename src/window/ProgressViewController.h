@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The progress pane: what the running script reports, as a bar and two lines, and a button to stop it.
-// One decision: it shows snapshots; how they come about and what Stop leads to is the runtime's.
+// The progress pane: the running script's report as a bar and two lines, and a button to stop the script.
+// One decision: it shows snapshots; the runtime makes them and decides what Stop leads to.
 // Main thread only.
 #pragma once
 
@@ -24,15 +24,15 @@ public:
     explicit ProgressViewController(QObject* parent = nullptr);
     ~ProgressViewController() override;
 
-    /// Ready for a run: Stop enabled, the bar moving, both lines empty.
+    /// Prepares the pane for a run: Stop enabled, the bar moving, both lines empty.
     void resetStarted();
-    /// Stop disabled, the bar still.
+    /// Ends the display of a run: Stop disabled, the bar still.
     void resetStopped();
     bool stopButtonHidden() const;
     void setStopButtonHidden(bool hidden);
     bool stopButtonEnabled() const;
     void setStopButtonEnabled(bool enabled);
-    /// The Stop button's action.
+    /// Stops the script; the action of the Stop button.
     void stop();
 
     // Outlets; the view must have been loaded.

@@ -39,8 +39,8 @@ void StartupViewController::viewDidLoad() {
     connect(mUi->quitButton, &QPushButton::clicked, this, &StartupViewController::quitApplet);
 }
 
-// The button has the focus, as long as the user does not move it. When the button goes out of use the focus waits on the pane: the toolkit
-// would hand it on to the Quit button, where the next press of Space ends the applet.
+// Enables or disables the Run button and keeps the focus on it, as long as the user does not move it. While the button is disabled the
+// focus waits on the pane: the toolkit would give it to the Quit button, where the next press of Space ends the applet.
 void StartupViewController::updateRunButton() {
     QPushButton& run = *mUi->runButton;
     const bool isUsable = mHasSomethingToRun && !AppDelegate::instance()->_isRespondingToScript();
@@ -51,7 +51,7 @@ void StartupViewController::updateRunButton() {
         run.setFocus();
 }
 
-// An idle handler that looks at something every second does not make the button flicker.
+// Waits a moment before the button is disabled, so that an idle handler that looks at something every second does not make it flicker.
 void StartupViewController::scriptActivityChanged() {
     constexpr auto kPatience = std::chrono::milliseconds(200);
     if (AppDelegate::instance()->_isRespondingToScript()) {
@@ -92,7 +92,7 @@ void StartupViewController::setupDescription() {
 
 void StartupViewController::runScript() {
     AppDelegate::instance()->runMainScript();
-    updateRunButton(); // at once: a second press would run it twice
+    updateRunButton(); // done at once, because a second press would run the script twice
 }
 
 void StartupViewController::quitApplet() {

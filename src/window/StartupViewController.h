@@ -23,10 +23,11 @@ public:
     ~StartupViewController() override;
 
     std::shared_ptr<NSBundle> mainBundle() const { return mMainBundle; }
-    /// Fills the pane with what the bundle says. Each time before the pane appears: a window is fitted to its content before it is shown.
+    /// Fills the pane with what the bundle says. To be called each time before the pane appears, because a window is fitted to its content
+    /// before it is shown.
     void setMainBundle(std::shared_ptr<NSBundle> mainBundle);
 
-    /// The view must have been loaded.
+    /// The Run button; the view must have been loaded.
     QPushButton* runButton() const;
 
     /// Shows the bundle's description, if it has one.
@@ -40,12 +41,12 @@ protected:
     void viewDidAppear() override;
 
 private:
-    /// Run can be pressed when there is something to run and nothing runs.
+    /// Enables the Run button when there is something to run and nothing runs.
     void updateRunButton();
     void scriptActivityChanged();
 
     bool mHasSomethingToRun = false;
-    QTimer mPatience; // runs while it is open whether what has begun is over at once
+    QTimer mPatience; // runs while the script may still come to rest before the button has to be disabled
     std::unique_ptr<Ui::StartupViewController> mUi;
     std::shared_ptr<NSBundle> mMainBundle;
 };
