@@ -12,7 +12,7 @@ namespace quoddle {
 
 namespace {
 
-/// A fresh handler for each event.
+/// Handles an event with a new handler object.
 template<class Handler>
 void handleEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent) {
     NSApplication::sharedApplication()->activate();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The handlers of the interactive commands that an applet answers itself: the dialog hangs on its window as a sheet when that is visible,
-// and the command's event is suspended until the dialog has been answered.
-// Main thread only, but for processEvent().
+// The handlers of the interactive commands that an applet answers itself. The dialog is a sheet of the applet's window when that is
+// visible, and the command's event is suspended until the dialog has been answered.
+// Main thread only, but for processCommand() and processEvent().
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"
@@ -15,10 +15,11 @@ namespace quoddle {
 using WorkItem = std::array<NSAppleEventDescriptorRef, 2>;
 using MakeDialog = CommandDialog (*)(const AEDesc& event, const Asker& asker);
 
-/// On the main thread now, or there while this thread waits; also while a modal panel runs. `makeDialog` is of the command.
+/// Calls continueCommand() on the main thread and waits for its return, also while a modal panel runs. Any thread. `makeDialog` is the
+/// command's.
 void processCommand(const WorkItem& item, MakeDialog makeDialog);
-/// For the handler of the current Apple event, on the main thread: shows the dialog when it is its turn. What is wrong with the parameters
-/// goes into the reply at once.
+/// Shows the dialog of the current Apple event when it is its turn, on the main thread. A fault in the parameters goes into the reply at
+/// once.
 void continueCommand(const WorkItem& item, MakeDialog makeDialog);
 
 template<MakeDialog kMakeDialog>
@@ -26,7 +27,7 @@ class CommandHandler {
 public:
     static constexpr MakeDialog makeDialog = kMakeDialog;
 
-    /// Any thread.
+    /// Handles an event and fills its reply. Any thread.
     void processEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent) {
         processCommand({event, replyEvent}, makeDialog);
     }
@@ -40,7 +41,7 @@ using ChooseFileHandler = CommandHandler<chooseFileDialog>;
 using ChooseFolderHandler = CommandHandler<chooseFolderDialog>;
 using ChooseFileNameHandler = CommandHandler<chooseFileNameDialog>;
 
-/// "choose URL" is not answered by the applet: the handler does nothing and is not installed.
+/// Does nothing and is not installed: applets do not answer "choose URL" themselves.
 class ChooseURLHandler {
 public:
     void processEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& replyEvent) {
