@@ -27,14 +27,14 @@ namespace {
 constexpr int kArtworkExtent = 72; // points
 constexpr int kIconExtent = 96;
 constexpr int kColorChangeTime = 500; // milliseconds
-constexpr int kSlice = 8;             // milliseconds of judging before the window gets its turn
-constexpr int kSilentWait = 500;      // milliseconds after a drop until it is shown how far the judging is
-constexpr int kVerdictTime = 1000;    // for which a refusal is seen that comes after the drop
-constexpr int kSilence = 500;         // milliseconds without a word of a drag, after which it has gone
+constexpr int kSlice = 8;             // milliseconds of judging before the window may work again
+constexpr int kSilentWait = 500;      // milliseconds after a drop before the progress of the judging is shown
+constexpr int kVerdictTime = 1000;    // milliseconds for which a refusal after the drop stays visible
+constexpr int kSilence = 500;         // milliseconds without an event of a drag after which the drag is taken to be over
 const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
 const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
 
-/// Below the artwork, within its frame: the colour of a selection can hardly be told from that of a verdict.
+/// Paints a plate below the artwork, within its frame, because the colour of a selection can hardly be told from the verdict's behind it.
 void paintPlate(QPixmap& artwork, const QColor& color) {
     QPainter painter(&artwork);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -74,7 +74,7 @@ void DropFilesView::_setupView() {
     layout->setSpacing(12);
     layout->addStretch(1);
     for (QWidget* view : {static_cast<QWidget*>(mIconView), static_cast<QWidget*>(mPromptView), static_cast<QWidget*>(mForthcomingView)}) {
-        view->setAcceptDrops(false); // the pane takes them
+        view->setAcceptDrops(false); // this view takes drops itself
         layout->addWidget(view);
     }
     mIconView->setAlignment(Qt::AlignCenter);
@@ -159,14 +159,15 @@ NSDragOperation DropFilesView::draggingEntered(const QMimeData& pasteboard) {
     mJudgement.filenames = *filenames;
     mJudgement.isUnderWay = true;
     if (AppDelegate::instance()->asksAboutFiles())
-        mNextSlice.start(0); // the script may take its time, and a drag whose source has no answer yet cannot be dropped
+        // Judging waits for the event loop: the script may take its time, and a drag whose source has no answer yet cannot be dropped.
+        mNextSlice.start(0);
     else
         judgeNextSlice();
     return isTaking() ? NSDragOperation::generic : NSDragOperation::none;
 }
 
-/// Kept on purpose: a file that fails the predicate takes over the verdict on the file before it. So it is refused when it comes first, and
-/// passes behind one that was accepted.
+/// QUIRK: a file that fails the predicate takes over the verdict on the file before it, so it is refused when it comes first and passes
+/// behind an accepted one; users of droplets rely on dropping mixed selections.
 bool DropFilesView::isAccepted(const QString& filename, bool previous) const {
     if (mDropPredicate && !mDropPredicate->evaluateWithObject(resourceValuesOfFile(filename)))
         return previous;
@@ -192,10 +193,10 @@ void DropFilesView::judgeNextSlice() {
         mIsAsking = true;
         mHookDepth = AppDelegate::instance()->hookDepth();
         const bool accepted = isAccepted(mJudgement.filenames.at(mJudgement.next), mJudgement.isAccepted);
-        if (!alive) // a script's error has ended the applet
+        if (!alive) // a script error has ended the applet
             return;
         mIsAsking = false;
-        if (!mJudgement.isUnderWay || mJudgement.number != number) // the drag is over
+        if (!mJudgement.isUnderWay || mJudgement.number != number) // this drag has ended meanwhile
             return;
         mJudgement.isAccepted = accepted;
         ++mJudgement.next;
@@ -225,7 +226,7 @@ void DropFilesView::judged() {
     }
 }
 
-/// The files stay where they are.
+/// Ends the judging of files that were dropped; they are not opened.
 void DropFilesView::stopJudging() {
     forgetJudgement();
     finishingDropDidChange();
@@ -242,7 +243,7 @@ void DropFilesView::finishingDropDidChange() {
         controller->setFinishingDrop(isFinishingDrop());
 }
 
-/// A drag may have led here from the search. Another pane than this one stays.
+/// Goes back to the search when a drag has led here from there. Does nothing while another pane is shown.
 void DropFilesView::showLastPane() {
     if (const auto controller = AppDelegate::instance()->mainWindowController(); controller && isVisible())
         controller->showLastViewController();
@@ -286,9 +287,9 @@ void DropFilesView::open(const QStringList& filenames) {
 }
 
 void DropFilesView::draggingEnded() {
-    if (AppDelegate* delegate = AppDelegate::instance()) // the window may outlive it
+    if (AppDelegate* delegate = AppDelegate::instance()) // the view may be destroyed after the delegate
         delegate->setDragging(false);
-    if (mJudgement.isUnderWay) // dropped before the verdict, which ends it
+    if (mJudgement.isUnderWay) // dropped before the verdict, which will end the drag
         return;
     mVerdictIsSeen.stop();
     mColorChange.stop();
@@ -303,12 +304,12 @@ void DropFilesView::dragEnterEvent(QDragEnterEvent* event) {
     mSilence.stop();
     const NSDragOperation operation = draggingEntered(*event->mimeData());
     event->setDropAction(operation == NSDragOperation::none ? Qt::IgnoreAction : Qt::CopyAction);
-    event->accept(); // also when refused: otherwise nobody says when the drag leaves
+    event->accept(); // also for a refused drag, because otherwise no leave event would come
 }
 
 void DropFilesView::dragMoveEvent(QDragMoveEvent* event) {
     mSilence.stop();
-    if (!mIsSelected) // the toolkit takes it for the one that has gone without leaving
+    if (!mIsSelected) // the toolkit took this drag for one that ended without a leave event
         draggingEntered(*event->mimeData());
     event->setDropAction(isTaking() ? Qt::CopyAction : Qt::IgnoreAction);
     event->setAccepted(isTaking());
@@ -329,15 +330,16 @@ void DropFilesView::dropEvent(QDropEvent* event) {
     draggingEnded();
 }
 
-/// While something is dragged the pointer is not seen. When it is seen and nothing more is heard of the drag, what was dragged has gone
-/// with the program that it came from; nobody says that it has left.
+/// Notices drags that end without a leave event, because the program that they came from has gone. During a drag no pointer events come;
+/// when one comes and the drag stays silent, the drag is over.
 void DropFilesView::enterEvent(QEnterEvent* event) {
     QWidget::enterEvent(event);
     if (mIsSelected && !isFinishingDrop())
         mSilence.start(kSilence);
 }
 
-/// A run has begun and shows its progress here: what hovers is not over this pane any more, and its leaving shall not bring the pane back.
+/// Ends a drag when a run begins and its progress takes the place of this pane. The drag is not over this pane any more, so its end must
+/// not bring the pane back.
 void DropFilesView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     mSilence.stop();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // DropFilesView: takes files that are dragged onto it, judges them while they hover and shows the verdict in colour.
-// One decision: files are judged in slices of time, so that ten thousand of them, or a slow script, do not stop the window. A drag is
-// taken for acceptable until it is judged; one that was dropped before is judged to its end and opened or refused then.
+// One decision: files are judged in slices of time, so that ten thousand of them, or a slow script, do not stop the window. A drag counts
+// as acceptable until it has been judged. Files that are dropped before that are judged to the end and then opened or refused.
 // Main thread only.
 #pragma once
 
@@ -18,7 +18,7 @@ class QMimeData;
 
 namespace quoddle {
 
-/// The paths of the files that a drag or the clipboard carries, in order; nothing when it carries none but text or addresses of the web.
+/// The paths of the files that a drag or the clipboard carries, in order; nullopt when it carries only text or addresses of the web.
 std::optional<QStringList> filenamesFrom(const QMimeData& data);
 
 enum class NSDragOperation { none = 0, generic = 4 };
@@ -36,25 +36,26 @@ public:
     void setDropPredicate(NSPredicateRef predicate) { mDropPredicate = std::move(predicate); }
     QString promptString() const;
     void setPromptString(const QString& prompt);
-    /// Null: none.
+    /// Sets the picture above the prompt; null: no picture.
     void setPromptIcon(const QImage& icon);
-    /// Invalid: the window's background.
+    /// The colour behind everything; an invalid one means the window's background.
     QColor backgroundColor() const { return mBackgroundColor; }
     void setBackgroundColor(const QColor& color);
 
-    // The views in it: the artwork of the drop zone, the icon and the prompt.
+    // The parts of the view: the artwork of the drop zone, the icon and the prompt.
     QLabel* forthcomingView() const { return mForthcomingView; }
     QLabel* iconView() const { return mIconView; }
     PromptView* promptView() const { return mPromptView; }
 
-    /// Generic as long as the files are not judged; if the script is asked about them, that begins with the next turn of the event loop.
+    /// Begins to judge a drag. Answers `generic` as long as its files are not judged. When the script has to be asked about them, that
+    /// begins with the next turn of the event loop.
     NSDragOperation draggingEntered(const QMimeData& pasteboard);
     void draggingExited();
     bool performDragOperation(const QMimeData& pasteboard);
     void draggingEnded();
-    /// Whether the files that hover, or were dropped, are still being judged.
+    /// Whether files that hover or were dropped are still being judged.
     bool isJudging() const { return mJudgement.isUnderWay; }
-    /// Whether what hovers would be taken; so it is as long as it is being judged.
+    /// Whether a drop would be accepted now, which is also the case while the files are being judged.
     bool isTaking() const { return !isFinishingDrop() && (mJudgement.isUnderWay || mJudgement.isAccepted); }
 
 protected:
@@ -71,7 +72,7 @@ private:
     struct Judgement {
         QStringList filenames;
         qsizetype next = 0;
-        int number = 0; // of the drag
+        int number = 0; // the number of the drag
         bool isAccepted = false;
         bool isUnderWay = false;
         bool isDropped = false;
@@ -79,10 +80,10 @@ private:
     };
 
     void _setupView();
-    /// Files were dropped before they were judged: until that is done nothing else is taken.
+    /// Whether files that were dropped before they were judged are still being judged; nothing else is taken meanwhile.
     bool isFinishingDrop() const { return mJudgement.isUnderWay && mJudgement.isDropped; }
     void judgeNextSlice();
-    /// For a drag that has left, and for files whose judging is stopped: the script's answer is not waited for.
+    /// Drops the judgement of a drag that has left, or of files whose judging is stopped, and stops a script that is being asked.
     void forgetJudgement();
     bool isAccepted(const QString& filename, bool previous) const;
     void judged();
@@ -106,10 +107,10 @@ private:
     Judgement mJudgement;
     QTimer mNextSlice;
     QTimer mVerdictIsSeen;
-    QTimer mSilence; // runs while the pointer is seen although something is dragged
+    QTimer mSilence; // runs while the pointer sends events although a drag seems to be there
     int mLastJudgement = 0;
-    bool mIsAsking = false; // the script, further up on the stack
-    int mHookDepth = 0;     // of the hook that is asked
+    bool mIsAsking = false; // the script is being asked further up on the stack
+    int mHookDepth = 0;     // the number of hooks that were under way before the one that is asked
     bool mIsSelected = false;
 };
 

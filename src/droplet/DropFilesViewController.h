@@ -19,7 +19,7 @@ public:
 
 protected:
     QWidget* loadView() override;
-    /// Gives the view the applet's prompt, picture and condition.
+    /// Also gives the view the applet's prompt, picture and condition.
     void viewDidLoad() override;
 };
 

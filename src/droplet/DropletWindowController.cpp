@@ -27,7 +27,8 @@ constexpr QSize kFirstSize(480, 400);
 const QString kModeKey = u"mode"_s;
 using Options = NSTabViewController::TransitionOptions;
 
-/// As wide as its text, and narrower where there is no room for it: the mode control beside it is to be seen whatever an applet is called.
+/// A title that asks for the width of its text and becomes narrower where there is no room, so that the mode control beside it stays
+/// visible with any name.
 class TitleLabel final : public ElidedLabel {
 public:
     TitleLabel() { setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed); }
@@ -66,7 +67,7 @@ void DropletWindowController::windowDidLoad() {
     BaseWindowController::windowDidLoad();
     AppDelegate* delegate = AppDelegate::instance();
     delegate->setMainWindowController(shared_from_this());
-    // Anything but the two modes, which a file of settings may hold, is the first.
+    // The settings file may hold any value; all but the search mode count as the drop mode.
     const unsigned stored = standardUserDefaults().value(kModeKey).toUInt();
     mLastSelectedTabIndex = stored == kSearchTab ? kSearchTab : kDropTab;
     selectTabWithoutTransition(static_cast<int>(mLastSelectedTabIndex));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The window of an applet with an open handler: two waiting panes, the drop zone and the file search, between which a control in the
-// toolbar switches; the progress pane while the script runs; the startup pane at a launch with a description. The mode chosen last is
+// The window of an applet with an open handler. It has two waiting panes, the drop zone and the file search, between which a control in the
+// toolbar switches; the progress pane while the script runs; and the startup pane at a launch with a description. The mode chosen last is
 // remembered from one launch to the next.
 // Main thread only.
 #pragma once
@@ -24,14 +24,14 @@ public:
     DropletWindowController();
     ~DropletWindowController() override;
 
-    /// The window of the running applet; null when it has another one, or none yet.
+    /// The running applet's window when it is one of this kind; null when it is not, or not there yet.
     static DropletWindowController* current();
 
-    /// The panes: tab 0 drop, 1 search, 2 progress, 3 startup.
+    /// The controller of the panes: tab 0 is the drop pane, 1 the search, 2 progress, 3 startup.
     NSTabViewController& mainViewController() const { return *mMainViewController; }
     ProgressViewController& progressViewController() const;
     SpotlightViewController& searchViewController() const;
-    /// Null before the window is loaded.
+    /// The control in the toolbar; null before the window is loaded.
     NSSegmentedControl* modeControl() const { return mModeControl; }
     /// The mode chosen last: 0 drop, 1 search.
     unsigned lastSelectedTabIndex() const { return mLastSelectedTabIndex; }
@@ -40,20 +40,21 @@ public:
     void showIdleViewController() override { showLastViewController(); }
     void showStartupViewController() override;
     void showLastViewController() override;
-    /// For one drop: the mode stays what it is.
+    /// Shows the drop zone for one drop, without changing the remembered mode.
     void showDropFilesViewController();
-    /// Files that were dropped are still being judged: the drop zone, which shows how far that is, stays the waiting pane.
+    /// Tells whether files that were dropped are still being judged. The drop zone, which shows the progress of that, is then the waiting
+    /// pane.
     void setFinishingDrop(bool finishing);
     bool stopButtonHidden() const override;
     void setStopButtonHidden(bool hidden) override;
     bool stopButtonEnabled() const override;
     void setStopButtonEnabled(bool enabled) override;
-    /// The mode control's action.
+    /// Changes and remembers the mode; the action of the mode control.
     void _modeChanged(int segment);
 
 protected:
     std::unique_ptr<NSWindow> loadWindow() override;
-    /// Registers itself as the runtime's window controller.
+    /// Also registers this controller as the runtime's window controller.
     void windowDidLoad() override;
 
 private:
@@ -65,7 +66,7 @@ private:
     StartupViewController& startupViewController() const;
     void selectTabWithoutTransition(int index);
     void selectMode(unsigned tab);
-    /// The mode can be changed where a waiting pane is shown.
+    /// Enables the control while a waiting pane is shown and no drop is being judged.
     void updateModeControl();
 
     std::unique_ptr<NSTabViewController> mMainViewController;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How far the judging of dropped files has come, and a button to stop it, which Escape presses.
+// Shows how many of the dropped files have been judged, with a button to stop the judging, which Escape presses.
 // Main thread only.
 #pragma once
 
@@ -12,9 +12,9 @@ class ProgressBar;
 class JudgingView final : public QWidget {
     Q_OBJECT
 public:
-    /// Hidden at first.
+    /// The view is hidden at first.
     explicit JudgingView(QWidget* parent);
-    /// `judged` of `all` files.
+    /// Shows the view with the numbers of judged and of all files.
     void showProgress(qsizetype judged, qsizetype all);
 
 Q_SIGNALS:

@@ -7,7 +7,7 @@ namespace quoddle {
 
 namespace {
 
-const QColor kDarkGray = QColor::fromRgbF(1.0f / 3, 1.0f / 3, 1.0f / 3); // the system's
+const QColor kDarkGray = QColor::fromRgbF(1.0f / 3, 1.0f / 3, 1.0f / 3); // the system's dark grey
 
 bool isLight(const QColor& color) {
     const QColor rgb = color.toRgb();
@@ -17,7 +17,7 @@ bool isLight(const QColor& color) {
 
 QColor withSaturationAndBrightness(const QColor& color, float saturation, float brightness) {
     const QColor hsv = color.toHsv();
-    return QColor::fromHsvF(std::max(0.0f, hsv.hsvHueF()), saturation, brightness, hsv.alphaF()); // greys have no hue
+    return QColor::fromHsvF(std::max(0.0f, hsv.hsvHueF()), saturation, brightness, hsv.alphaF()); // QColor gives greys the hue -1
 }
 
 } // namespace

@@ -11,7 +11,7 @@ namespace quoddle {
 
 namespace {
 
-// The parts of pictures are painted in the space of 64 points that paintTemplate() has set up, with the pen in place.
+// The following functions paint in the space of 64 points that paintTemplate() has set up, with its pen.
 
 void paintArrowDown(QPainter& painter, double top, double bottom) {
     painter.drawLine(QPointF(32, top), QPointF(32, bottom));
@@ -22,7 +22,7 @@ void paintArrowDown(QPainter& painter, double top, double bottom) {
     painter.drawPath(head);
 }
 
-/// An arrow into a tray.
+/// Paints an arrow into a tray.
 void paintDrop(QPainter& painter) {
     paintArrowDown(painter, 8, 38);
     QPainterPath tray;
@@ -33,13 +33,13 @@ void paintDrop(QPainter& painter) {
     painter.drawPath(tray);
 }
 
-/// A magnifying glass.
+/// Paints a magnifying glass.
 void paintSpotlight(QPainter& painter) {
     painter.drawEllipse(QPointF(27, 27), 18, 18);
     painter.drawLine(QPointF(40.5, 40.5), QPointF(56, 56));
 }
 
-/// A field for something that is still to come.
+/// Paints an empty field, which invites files.
 void paintForthcoming(QPainter& painter) {
     QPen pen = painter.pen();
     pen.setWidthF(2.5);
@@ -56,7 +56,7 @@ constexpr std::pair<QLatin1StringView, PaintOn64> kTemplates[] = {
     {QLatin1StringView("SpotlightTemplate"), &paintSpotlight},
 };
 
-/// Null for a name that is not known.
+/// The function that paints the image of the name; null for an unknown name.
 PaintOn64 templateNamed(const QString& name) {
     const auto* known = std::find_if(std::begin(kTemplates), std::end(kTemplates), [&](const auto& each) { return each.first == name; });
     return known == std::end(kTemplates) ? nullptr : known->second;

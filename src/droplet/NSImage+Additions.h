@@ -10,13 +10,14 @@
 
 namespace quoddle {
 
-/// A new image of the same size: the image, and over all of it the colour, by the given operation.
+/// A new image of the same size: the image with the colour painted over all of it by the given operation.
 QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color,
                              QPainter::CompositionMode operation = QPainter::CompositionMode_SourceAtop);
 
-/// "ForthcomingTemplate", "DropTemplate" or "SpotlightTemplate": black on nothing, to be tinted. Null for another name.
+/// The image "ForthcomingTemplate", "DropTemplate" or "SpotlightTemplate": black on transparent ground, to be tinted. Null for another
+/// name.
 QPixmap templateImageNamed(const QString& name, int points, double devicePixelRatio);
-/// One of them for a button, as makeTemplateIcon() paints it. Null for another name.
+/// The same images as icons for buttons, made by makeTemplateIcon(). Null for another name.
 QIcon templateIconNamed(const QString& name);
 
 } // namespace quoddle

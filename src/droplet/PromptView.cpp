@@ -15,7 +15,7 @@ namespace {
 
 constexpr qsizetype kLongestText = 5000; // UTF-16 units
 constexpr int kMostLines = 10;
-constexpr int kFewestLines = 2; // of a longer text in a small window
+constexpr int kFewestLines = 2; // the least number of lines that a longer text has in a small window
 constexpr int kNarrowest = 100; // points
 
 } // namespace
@@ -30,7 +30,7 @@ PromptView::PromptView(QWidget* parent) : QScrollArea(parent), mLabel(new QLabel
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(tr("Prompt"));
     for (QWidget* widget : {static_cast<QWidget*>(mLabel), viewport()})
-        widget->setAutoFillBackground(false); // the pane has a colour of its own
+        widget->setAutoFillBackground(false); // the pane's own colour shows through
     for (const QScrollBar* bar : {horizontalScrollBar(), verticalScrollBar()})
         connect(bar, &QScrollBar::rangeChanged, this, &PromptView::takeKeyboardIfScrolling);
 }

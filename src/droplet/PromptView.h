@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The applet's prompt in one of the droplet's panes. A script may have written any amount of text: what is longer than a few lines scrolls,
-// by keyboard as well, and leaves the pane its room.
+// The applet's prompt in one of the droplet's panes. A script may have written any amount of text: a text longer than a few lines scrolls,
+// by keyboard as well, so that the pane keeps its room.
 // Main thread only.
 #pragma once
 
@@ -16,14 +16,14 @@ public:
     explicit PromptView(QWidget* parent = nullptr);
 
     QString text() const;
-    /// Plain text, cut where it is longer than anybody would read. Without text the view is hidden.
+    /// Sets the prompt: plain text, of which at most 5000 UTF-16 units are shown. The view is hidden while the text is empty.
     void setText(const QString& text);
-    /// Initially leading.
+    /// Sets the alignment; initially leading.
     void setTextAlignment(Qt::Alignment alignment);
-    /// An invalid one: that of labels.
+    /// Sets the colour of the text; an invalid one means the colour of labels.
     void setTextColor(const QColor& color);
 
-    /// As high as the text is at the present width, within bounds.
+    /// As high as the text at the present width, within bounds.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

@@ -12,10 +12,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kHead = 2; // characters that stay together
+constexpr qsizetype kHead = 2; // the number of characters at the beginning that stay together
 constexpr qsizetype kMostTerms = 100;
 
-/// The sign that ends what the sign begins; null for a sign that begins nothing.
+/// The sign that closes a quotation; null when `opening` does not begin one.
 QChar closingQuote(QChar opening) {
     switch (opening.unicode()) {
     case u'"':

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From what somebody types into the search field to the terms of the search and to the predicate that finds files by them.
+// Turns the text of the search field into the terms of the search, and these into the predicate that finds files by them.
 #pragma once
 
 #include "platform/foundation/predicate/NSPredicate.h"
@@ -8,14 +8,14 @@
 
 namespace quoddle {
 
-/// White space parts terms, a phrase in quotes is one. `allowDiscontiguous` is set: false when something was quoted, and then no term is
-/// looked for spread over a name. No more than a hundred terms are taken: those behind them are not looked for.
+/// Splits a text into terms at white space; a phrase in quotes is one term. `allowDiscontiguous` becomes false when something was quoted:
+/// then no term is found spread over a name. Only the first hundred terms are taken.
 QStringList splitIntoContentTerms(const QString& text, bool& allowDiscontiguous);
 
-/// A LIKE pattern for a term whose characters may lie apart, the first two aside: "re*p*o*r*t*" for "report".
+/// The LIKE pattern of a term whose characters may lie apart, except the first two: "re*p*o*r*t*" for "report".
 QString discontiguousMatchString(const QString& term);
 
-/// Finds the names that have one of the terms, at least one, in them; what a name must have of them is the ranking's matter.
+/// The predicate of the names that contain at least one of the terms. The ranking then judges how much of the terms a name must contain.
 NSPredicateRef predicateForTerms(const QStringList& terms, bool allowDiscontiguous);
 
 } // namespace quoddle

@@ -13,7 +13,7 @@ namespace quoddle {
 
 namespace {
 
-/// Thousands of hits come with the same term: it is made ready for the first of them.
+/// The prepared form of the term. It is kept, because thousands of hits come with the same term.
 SpreadTerm& spreadTerm(const QString& term) {
     static QString sTerm;
     static std::unique_ptr<SpreadTerm> sSpreadTerm;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// SpotlightMatch: one hit of the file search: a path, where the search terms occur in the file's name, and how good that is. What costs
-// something is worked out when it is first asked for, and kept.
+// SpotlightMatch: one hit of the file search: a path, the places of the search terms in the file's name, and the rank of the hit. Expensive
+// facts are worked out when they are first asked for, and kept.
 // Main thread only.
 #pragma once
 
@@ -19,12 +19,12 @@ class SpotlightMatch final : public QLPreviewItem {
 public:
     static constexpr double kRowHeight = 35; // points
 
-    /// `relevance`: what the search has found out about the contents; 0: nothing, the name then decides.
+    /// `relevance` is the rank that the search has found by the contents; with 0 the name decides.
     SpotlightMatch(QString path, QStringList matchTerms, double relevance);
 
     const QString& path() const { return mPath; }
     const QStringList& matchTerms() const { return mMatchTerms; }
-    /// Two hits on one file are the same hit, whatever their terms.
+    /// Two hits on one file are equal, whatever their terms.
     bool operator==(const SpotlightMatch& other) const { return mPath == other.mPath; }
     friend size_t qHash(const SpotlightMatch& match, size_t seed = 0) { return qHash(match.mPath, seed); }
 
@@ -32,18 +32,18 @@ public:
     QString previewItemTitle() const override;
     double rowHeight() const { return kRowHeight; }
 
-    /// Places in the name that file managers show. Nothing when several terms are not in it at all.
+    /// The places of the terms in the name that file managers show. nullopt when there are several terms and none of them is in it.
     std::optional<NameRanges> matchRanges();
-    /// Whether the hit is kept: the applet takes the file, and the terms are well enough in its name.
+    /// Whether the applet takes the file and its name contains enough of the terms. May ask the script.
     bool usableMatch();
-    /// Higher is better. Kept on purpose: the ranges are those in the name that is shown, but the length is that of the path's last
-    /// component, which may be longer.
+    /// The rank of the hit; higher is better. QUIRK: the places are those in the name that is shown, but the length is that of the path's
+    /// last component, which may be longer; users rely on the order of results that follows.
     double relevance();
 
 private:
     const QString mPath;
     const QStringList mMatchTerms;
-    double mCachedRelevance; // 0: not known
+    double mCachedRelevance; // 0: not worked out yet
     std::optional<NameRanges> mCachedMatchRanges;
 };
 

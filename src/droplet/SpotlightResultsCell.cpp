@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// In points.
+// Lengths in points.
 constexpr double kIconIndent = 2;
 constexpr double kIconExtent = 32;
 constexpr double kTextIndent = 38;
@@ -28,7 +28,7 @@ constexpr double kNameHeight = 20;
 constexpr double kNameSize = 13;
 constexpr double kFolderSize = 10;
 
-constexpr double kReadable = 4; // contrast ratio of the notes to the selection
+constexpr double kReadable = 4; // least contrast ratio between the notes and the selection
 
 const QColor kMatchColor = QColor::fromRgbF(0.556f, 0.979f, 0.0f);
 
@@ -38,7 +38,7 @@ QFont systemFont(double points) {
     return font;
 }
 
-/// The folder that holds a file, with "~" for the home folder.
+/// The path of the folder that holds a file, with "~" for the home folder.
 QString abbreviatedFolder(const QString& path) {
     const QString folder = path.left(std::max<qsizetype>(path.lastIndexOf(u'/'), 1));
     const QString home = QDir::homePath();
@@ -47,7 +47,7 @@ QString abbreviatedFolder(const QString& path) {
     return folder.startsWith(home + u'/') ? u'~' + folder.mid(home.size()) : folder;
 }
 
-/// From 1 for the same to 21 for black and white, as guidelines for readable texts have it.
+/// The contrast ratio of two colours as accessibility guidelines define it: from 1 for equal colours to 21 for black and white.
 double contrastRatio(const QColor& a, const QColor& b) {
     const auto luminance = [](const QColor& color) {
         const auto linear = [](double part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); };
@@ -57,8 +57,8 @@ double contrastRatio(const QColor& a, const QColor& b) {
     return (light + 0.05) / (dark + 0.05);
 }
 
-/// Names keep their colour in a selected row: a selection on which they, or the notes, would be hard to read is darker or lighter than the
-/// palette has it, as little as will do.
+/// The colour of a selected row, in which names keep their colour. When the names or the notes would be hard to read on the palette's
+/// colour, it is made darker or lighter, as little as suffices.
 QColor selectionColor(const QColor& highlight, const QColor& label) {
     const QColor contrast = contrastingLabelColor(label);
     const auto mixed = [&](double share) {
@@ -127,18 +127,19 @@ void SpotlightResultsCell::paint(QPainter* painter, const QStyleOptionViewItem& 
     const QRectF folderLine = text.adjusted(0, kNameHeight, 0, 0);
     const QString folder =
         painter->fontMetrics().elidedText(drawableName(abbreviatedFolder(match->path())), Qt::ElideMiddle, static_cast<int>(text.width()));
-    painter->setLayoutDirection(Qt::LeftToRight); // a path reads so in any interface
+    painter->setLayoutDirection(Qt::LeftToRight); // paths read from left to right in any interface
     painter->drawText(folderLine, (isMirrored ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignTop | Qt::AlignAbsolute | Qt::TextSingleLine,
                       folder);
     painter->restore();
 }
 
-/// Kept on purpose: what matched is yellow-green with black letters in a selected row as well, and the other letters have their colour.
+/// QUIRK: matching letters are black on yellow-green in a selected row as well, and the other letters keep their colour; users rely on
+/// finding the matches by that colour.
 void SpotlightResultsCell::drawName(QPainter& painter, const QRectF& line, SpotlightMatch& match, const QColor& color) const {
     const QFont font = systemFont(kNameSize);
     const QString whole = drawableName(match.previewItemTitle());
     const QString name = QFontMetricsF(font).elidedText(whole, Qt::ElideRight, line.width());
-    const qsizetype shown = name == whole ? name.size() : std::max<qsizetype>(name.size() - 1, 0); // without the sign for what is left out
+    const qsizetype shown = name == whole ? name.size() : std::max<qsizetype>(name.size() - 1, 0); // without the ellipsis
     QList<QTextLayout::FormatRange> formats;
     const auto ranges = match.matchRanges().value_or(NameRanges());
     for (const NameRange& range : ranges) {
@@ -154,7 +155,7 @@ void SpotlightResultsCell::drawName(QPainter& painter, const QRectF& line, Spotl
     QTextLayout layout(name, font);
     QTextOption option(Qt::AlignLeading | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::NoWrap);
-    option.setTextDirection(Qt::LayoutDirectionAuto); // the name's own
+    option.setTextDirection(Qt::LayoutDirectionAuto); // the direction of the name itself
     layout.setTextOption(option);
     layout.setFormats(formats);
     layout.beginLayout();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One row of the results: the icon, the name with what matched marked in it, and below it the folder.
+// Draws one row of the results: the icon, the name with the matching parts marked, and below it the folder.
 // Main thread only.
 #pragma once
 
@@ -15,14 +15,14 @@ class SpotlightResultsCell : public QStyledItemDelegate {
 public:
     explicit SpotlightResultsCell(QObject* parent = nullptr);
 
-    /// "Name: … Path: …" for those who cannot see the row; empty without a match.
+    /// The row in words, "Name: … Path: …", for screen readers; empty without a match.
     static QString accessibilityValue(const SpotlightMatch* match);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 Q_SIGNALS:
-    /// The icon of a file that is shown has come.
+    /// The icon of a visible file has been read.
     void iconChanged();
 
 private:

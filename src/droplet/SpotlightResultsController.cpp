@@ -14,7 +14,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr std::size_t kFewPlaces = 8; // where rows come or go, each a change of its own
+constexpr std::size_t kFewPlaces = 8; // up to so many places are changed one by one
 
 Ranked<char16_t> rankOf(const SpotlightMatchRef& match, std::size_t number) {
     const QStringView path = match->path();
@@ -38,7 +38,8 @@ QList<SpotlightMatchRef> inOrder(const QList<SpotlightMatchRef>& matches) {
 int SpotlightResultsController::placeOf(const SpotlightMatchRef& match, int from) const {
     const auto isAfter = [rank = rankOf(match, 1)](const SpotlightMatchRef& row) { return comesBefore(rank, rankOf(row, 0)); };
     int end = rowCount();
-    for (int step = 1, at = from; at < end; at = from + step, step *= 2) { // a hit mostly belongs close behind the one before it
+    // Searches in growing steps, because a hit mostly belongs close behind the one before.
+    for (int step = 1, at = from; at < end; at = from + step, step *= 2) {
         if (isAfter(mArranged.at(at)))
             end = at;
         else
@@ -64,7 +65,7 @@ void SpotlightResultsController::addObjects(const QList<SpotlightMatchRef>& matc
 }
 
 void SpotlightResultsController::insertRuns(const QList<SpotlightMatchRef>& ordered, const std::vector<int>& places) {
-    for (std::size_t begin, end = places.size(); end > 0; end = begin) { // from the last one on, so that the places stay true
+    for (std::size_t begin, end = places.size(); end > 0; end = begin) { // from the last place on, so that the earlier ones stay valid
         const int place = places[end - 1];
         begin = static_cast<std::size_t>(std::lower_bound(places.begin(), places.end(), place) - places.begin());
         const auto first = static_cast<qsizetype>(begin), count = static_cast<qsizetype>(end - begin);
@@ -115,7 +116,7 @@ void SpotlightResultsController::removeObjects(const QSet<const SpotlightMatch*>
     std::vector<int> order, gone;
     for (int row = 0; row < rowCount(); ++row)
         (matches.contains(mArranged.at(row).get()) ? gone : order).push_back(row);
-    std::vector<std::pair<int, int>> runs; // their first and last rows
+    std::vector<std::pair<int, int>> runs; // first and last row of each run
     for (const int row : gone)
         if (!runs.empty() && runs.back().second + 1 == row)
             runs.back().second = row;

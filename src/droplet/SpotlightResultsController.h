@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The array controller of the results: puts the hits of the search into their order and offers them to the list as rows. The most relevant
-// comes first, equally relevant ones by name.
-// One decision: few of the hits that are there are looked at again when others come or go. What comes or goes in a few places changes these
-// rows alone; what does so in many is one change of the whole order, which costs a copy of the rows. A selected hit stays selected
-// wherever it moves.
+// hit comes first, equally relevant ones are ordered by name.
+// One decision: adding or removing hits looks at few of the present rows. Changes in a few places are made row by row; changes in many
+// places are one new order of all rows, which costs a copy of them. A selected hit stays selected wherever it moves.
 // Main thread only.
 #pragma once
 
@@ -27,16 +26,16 @@ public:
     void removeAllObjects();
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    /// Name, and for those who cannot see the row, name and folder.
+    /// The name of a hit; for screen readers its name and folder; for the tool tip its path.
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    /// The first row, not above `from`, that comes after a hit.
+    /// The row before which the hit belongs; the search begins with row `from`, which must not lie behind that.
     int placeOf(const SpotlightMatchRef& match, int from) const;
-    /// `places[i]`: the row that the hit i comes before. Ascending, as the hits are in order.
+    /// Inserts hits in their order; the hit i goes before row `places[i]`. The places ascend.
     void insertRuns(const QList<SpotlightMatchRef>& ordered, const std::vector<int>& places);
     void merge(const QList<SpotlightMatchRef>& ordered, const std::vector<int>& places);
-    /// Puts the rows into a new order; `order[i]` is the row that comes to stand at i.
+    /// Puts the rows into a new order; the row `order[i]` moves to i.
     void reorder(const std::vector<int>& order);
 
     QList<SpotlightMatchRef> mArranged;

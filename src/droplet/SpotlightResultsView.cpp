@@ -36,7 +36,7 @@ void SpotlightResultsView::keyPressEvent(QKeyEvent* event) {
 }
 
 void SpotlightResultsView::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton) // the others open nothing
+    if (event->button() == Qt::LeftButton) // only the left button opens files
         QListView::mouseDoubleClickEvent(event);
 }
 
@@ -49,7 +49,7 @@ void SpotlightResultsView::dragEnterEvent(QDragEnterEvent* event) {
         controller->showDropFilesViewController();
 }
 
-/// The drop pane is under the pointer by now, or will be with its next move.
+/// Refuses drops here: the drop pane, which takes them, has come up and is under the pointer with its next move at the latest.
 void SpotlightResultsView::dragMoveEvent(QDragMoveEvent* event) {
     event->setDropAction(Qt::IgnoreAction);
     event->ignore();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The list of results. Files that are dragged over it lead to the drop pane, which takes them.
+// The list of results. A drag of files over it brings up the drop pane, which takes them.
 // Main thread only.
 #pragma once
 
@@ -14,7 +14,7 @@ class SpotlightResultsView : public QListView {
 public:
     explicit SpotlightResultsView(QWidget* parent = nullptr);
 
-    /// The pane that hears of keys; not owned, null at first.
+    /// Sets the pane that carries out keys; not owned, null at first.
     void setController(SpotlightViewController* controller) { mController = controller; }
 
 protected:

@@ -24,15 +24,14 @@ namespace {
 
 constexpr double kBatchingInterval = 0.25; // seconds
 constexpr qsizetype kShortestText = 2;     // UTF-16 units
-// Milliseconds.
-constexpr double kSlice = 8;           // of judging and showing before the window gets its turn
-constexpr double kShortestJudging = 2; // of it
-constexpr double kCostOfWaiting = 10;  // so many times what showing hits takes lies between two times
-constexpr int kJudgingPatience = 100;  // until hits are shown although the script still judges the next one
+constexpr double kSlice = 8;               // milliseconds of judging and showing before the window may work again
+constexpr double kShortestJudging = 2;     // milliseconds of a slice that judging has at least
+constexpr double kCostOfWaiting = 10;      // the time between two updates of the list, as a multiple of what an update takes
+constexpr int kJudgingPatience = 100;      // milliseconds; when judging takes longer, the hits found so far are shown
 
 constexpr int kIconExtent = 48; // points
 
-/// A line for each result that has come, where somebody looks for a fault.
+/// Logs each result when tracing is on.
 void trace(const NSNotification& notification, const QString& format) {
     if (!NSLogIsTracing())
         return;
@@ -103,7 +102,7 @@ void SpotlightViewController::viewDidLoad() {
 void SpotlightViewController::connectControls() {
     connect(mUi->searchView, &QLineEdit::textChanged, this, &SpotlightViewController::_updateSearchPredicate);
     mUi->searchView->installEventFilter(this);
-    mUi->searchView->setAcceptDrops(false); // it would take the address of a file for a text
+    mUi->searchView->setAcceptDrops(false); // the field would take the address of a file for text
     mUi->resultsView->installEventFilter(this);
     connect(mUi->resultsView, &QListView::doubleClicked, this, &SpotlightViewController::doOK);
     connect(mUi->openButton, &QPushButton::clicked, this, &SpotlightViewController::doOK);
@@ -116,7 +115,7 @@ void SpotlightViewController::connectControls() {
         if (mPreviewPanel)
             mPreviewPanel->reloadData();
     });
-    const auto forgetSelected = [this] { mSelected.reset(); }; // the rows of what is selected may have changed
+    const auto forgetSelected = [this] { mSelected.reset(); }; // called when the rows of the selection may have changed
     connect(mResultsController.get(), &QAbstractItemModel::layoutChanged, this, forgetSelected);
     connect(mResultsController.get(), &QAbstractItemModel::rowsRemoved, this, forgetSelected);
     connect(mResultsController.get(), &QAbstractItemModel::modelReset, this, forgetSelected);
@@ -161,7 +160,7 @@ void SpotlightViewController::_updateSearchPredicate() {
 
 void SpotlightViewController::stopSearch() {
     ++mSearch;
-    if (mIsMerging) // the script judges a file of the search that ends
+    if (mIsMerging) // the script is judging a file of this search
         AppDelegate::instance()->stopHook(mHookDepth);
     stopQuery();
     mUi->resultsCountView->clear();
@@ -248,7 +247,7 @@ void SpotlightViewController::removePaths(const QStringList& paths) {
     const int last = mResultsController->rowCount() - 1;
     if (hadSelection && last >= 0 && !mUi->resultsView->selectionModel()->hasSelection())
         mUi->resultsView->setCurrentIndex(
-            mResultsController->index(std::clamp(row - static_cast<int>(goneAbove), 0, last))); // what follows the file that has gone
+            mResultsController->index(std::clamp(row - static_cast<int>(goneAbove), 0, last))); // the row behind the one that has gone
     mSelectsByItself = false;
     showCount();
 }
@@ -266,7 +265,7 @@ bool SpotlightViewController::judgeSlice() {
     while (mJudged < mUnjudged.size() && !end.hasExpired()) {
         mGoneMeanwhile.clear();
         const SpotlightMatchRef match = makeMatch(mUnjudged.at(mJudged++));
-        const bool isUsable = match->usableMatch(); // asks the script, whose error ends the applet
+        const bool isUsable = match->usableMatch(); // may ask the script, and a script error ends the applet
         if (!alive || search != mSearch)
             return false;
         if (isUsable) {
@@ -275,7 +274,7 @@ bool SpotlightViewController::judgeSlice() {
         } else if (AppDelegate::instance()->isEndingWithError()) {
             stopQuery();
         } else if (AppDelegate::instance()->hookWasStopped()) {
-            stopQuery(); // the next files would ask the same script
+            stopQuery(); // a script whose hook was stopped is not asked about the other files
             note(tr("The search was stopped. Type to search again."));
         }
     }
@@ -283,7 +282,8 @@ bool SpotlightViewController::judgeSlice() {
 }
 
 void SpotlightViewController::mergeResults() {
-    if (mIsMerging || mIsSuspended) // the script waits for something while it judges a file
+    // A script that waits in a hook lets events in, which must not start judging again.
+    if (mIsMerging || mIsSuspended)
         return;
     mIsMerging = true;
     mJudgesLong.start(kJudgingPatience);
@@ -371,7 +371,7 @@ void SpotlightViewController::doQuit() {
     NSApplication::sharedApplication()->terminate();
 }
 
-/// Keys of the search field that are the list's: what moves the selection and what opens it.
+/// Handles keys of the search field that belong to the list: the ones that move the selection and that open it.
 bool SpotlightViewController::handleSearchKey(int key) {
     switch (key) {
     case Qt::Key_Down:
@@ -393,7 +393,7 @@ bool SpotlightViewController::handleSearchKey(int key) {
 
 bool SpotlightViewController::eventFilter(QObject* watched, QEvent* event) {
     if (isViewLoaded() && watched == mUi->resultsView && event->type() == QEvent::FocusIn)
-        setSelectionChangedByUser(true); // who has gone into the list means the hit that is selected there
+        setSelectionChangedByUser(true); // by going into the list the user has chosen the hit that is selected there
     if (isViewLoaded() && watched == mUi->searchView && event->type() == QEvent::KeyPress &&
         handleSearchKey(static_cast<QKeyEvent*>(event)->key()))
         return true;
@@ -402,7 +402,8 @@ bool SpotlightViewController::eventFilter(QObject* watched, QEvent* event) {
 
 // --- Quick Look
 
-/// Another pane takes the place of this one. While a handler runs, its progress in the window, the script is not asked about files.
+/// Another pane has taken the place of this one. Judging pauses, because the script must not be asked about files while a handler of it
+/// runs.
 void SpotlightViewController::viewDidDisappear() {
     mIsSuspended = true;
     if (mPreviewPanel)
@@ -416,7 +417,7 @@ void SpotlightViewController::viewDidAppear() {
 }
 
 void SpotlightViewController::doQuickLook() {
-    setSelectionChangedByUser(true); // what is looked at stays selected
+    setSelectionChangedByUser(true); // the hits in the preview must stay selected
     if (QLPreviewPanel::sharedPreviewPanelExists() && QLPreviewPanel::sharedPreviewPanel().isVisible())
         QLPreviewPanel::sharedPreviewPanel().orderOut();
     else
@@ -447,7 +448,7 @@ std::shared_ptr<const QLPreviewItem> SpotlightViewController::previewPanelPrevie
 
 bool SpotlightViewController::previewPanelHandleEvent(QLPreviewPanel&, QEvent& event) {
     const auto* key = event.type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(&event) : nullptr;
-    if (!key || key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) // those are the menu's
+    if (!key || key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) // such keys belong to the menu
         return false;
     QCoreApplication::sendEvent(mUi->resultsView, &event);
     return true;

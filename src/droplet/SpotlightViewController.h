@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The search pane: the droplet's second mode. Typing drives everything: each change of the text stops the search that runs, drops its hits
-// and begins a new one; what is found is ranked and listed as it comes; Return or a double click opens what is selected.
-// One decision: hits are judged in slices of time, because a script may be asked about each of them, and a slice that belongs to an older
-// text is never shown.
+// The search pane: the droplet's second mode. Each change of the text stops the search that runs, drops its hits and begins a new one. Hits
+// are ranked and listed as they come. Return or a double click opens the selected ones.
+// One decision: hits are judged in slices of time, because a script may be asked about each of them, and results for an older text are
+// never shown.
 // Main thread only.
 #pragma once
 
@@ -36,24 +36,24 @@ public:
 
     NSMetadataQuery& nameQuery() { return *mNameQuery; }
     const QStringList& contentTerms() const { return mContentTerms; }
-    /// The usable hits, in the order in which they came.
+    /// The usable hits in the order in which they came.
     const QList<SpotlightMatchRef>& paths() const { return mPaths; }
     SpotlightResultsController& resultsController() { return *mResultsController; }
-    /// Not since the search began: the best hit is selected by itself.
+    /// Whether the user has changed the selection since the search began; until then the best hit is selected automatically.
     bool selectionChangedByUser() const { return mSelectionChangedByUser; }
     void setSelectionChangedByUser(bool changed) { mSelectionChangedByUser = changed; }
-    /// The selected hits, in the order of the list. Valid until the selection or the list changes.
+    /// The selected hits in the order of the list. Valid until the selection or the list changes.
     const QList<SpotlightMatchRef>& selectedObjects() const;
 
-    /// Begins anew with what the search field says.
+    /// Begins a new search for the text in the search field.
     void _updateSearchPredicate();
     void _revealSelectedResultsRow();
-    /// Opens what is selected.
+    /// Opens the selected files.
     void doOK();
     void doQuit();
-    /// Shows the selected hits in the preview panel, or takes the panel away.
+    /// Shows the selected hits in the preview panel, or closes the panel when it is shown.
     void doQuickLook();
-    /// The search field takes the keyboard.
+    /// Gives the search field the keyboard.
     void takeFocus();
 
     // Outlets; the view must have been loaded.
@@ -78,15 +78,15 @@ private:
     void removeAllPaths();
     void takeResults(const NSNotification& notification);
     void removePaths(const QStringList& paths);
-    /// Judges results that have not been looked at, for as long as a slice lasts.
+    /// Judges results for the length of a slice and shows usable ones now and then.
     void mergeResults();
-    /// Collects the usable ones among the next results. False when the search, or the pane, did not survive the judging.
+    /// Collects the usable ones among the next results. False when the search, or the pane, has ended during the judging.
     bool judgeSlice();
-    /// Puts the hits that have been found usable into the list.
+    /// Puts the usable hits found so far into the list.
     void showUsable();
     SpotlightMatchRef makeMatch(const NSMetadataItem& item) const;
     void showCount();
-    /// Below the results, until the next search.
+    /// Shows a note below the results until the next search.
     void note(const QString& text);
     void selectBestHit();
     void updateButtons();
@@ -104,22 +104,22 @@ private:
     std::unique_ptr<SpotlightResultsController> mResultsController;
     QStringList mContentTerms;
     QList<SpotlightMatchRef> mPaths;
-    QHash<QString, SpotlightMatchRef> mMatches;                // those in mPaths by their path
-    QList<NSMetadataItem> mUnjudged;                           // results of the query
-    qsizetype mJudged = 0;                                     // how many of them, from the first one on, have been judged all the same
-    int mSearch = 0;                                           // the number of the search; a new text begins a new one
-    bool mIsSuspended = false;                                 // the pane was shown and is not any more
-    bool mIsMerging = false;                                   // further up on the stack
-    int mHookDepth = 0;                                        // of the hook that judges a file
-    QList<SpotlightMatchRef> mUsable;                          // hits that are not shown yet
-    QSet<QString> mGoneMeanwhile;                              // paths that went while a file was being judged
-    mutable std::optional<QList<SpotlightMatchRef>> mSelected; // kept: the preview panel asks for its items one by one
+    QHash<QString, SpotlightMatchRef> mMatches;                // the hits in mPaths by their path
+    QList<NSMetadataItem> mUnjudged;                           // results of the query that came since all were judged
+    qsizetype mJudged = 0;                                     // so many of mUnjudged, from the first one on, have been judged
+    int mSearch = 0;                                           // the number of the present search
+    bool mIsSuspended = false;                                 // the pane was shown and is hidden now
+    bool mIsMerging = false;                                   // results are being judged further up on the stack
+    int mHookDepth = 0;                                        // the number of hooks that were under way before the one that judges a file
+    QList<SpotlightMatchRef> mUsable;                          // usable hits that are not shown yet
+    QSet<QString> mGoneMeanwhile;                              // paths that were removed while a file was being judged
+    mutable std::optional<QList<SpotlightMatchRef>> mSelected; // kept because the preview panel asks for its items one by one
     bool mSelectionChangedByUser = false;
-    bool mSelectsByItself = false; // the selection changes, and it is not the user
+    bool mSelectsByItself = false; // the program, not the user, is changing the selection
     QTimer mNextSlice, mJudgesLong;
-    QElapsedTimer mShown;                    // since hits were shown last
-    double mCostOfShowing = 0;               // milliseconds, the last time
-    QLPreviewPanel* mPreviewPanel = nullptr; // while this pane controls it
+    QElapsedTimer mShown;                    // time since hits were last shown
+    double mCostOfShowing = 0;               // milliseconds that showing hits took the last time
+    QLPreviewPanel* mPreviewPanel = nullptr; // set while this pane controls the panel
 };
 
 } // namespace quoddle
