@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The delegate's side of its end: what it tells AppletEnd, what that asks it, and what it does about the answer.
+// The delegate's side of its end: what it tells AppletEnd, how it answers AppletEnd's questions, and how it performs AppletEnd's decisions.
 #include "runtime/AppDelegate.h"
 
 #include "engine/QXOSAException.h"
@@ -58,14 +58,14 @@ bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
 
 void AppDelegate::_windowWillClose(const NSNotification& notification) {
     if (!notification.object || notification.object != windowController().windowObject())
-        return; // a dialog or a panel
+        return; // the window of a dialog or a panel
     setUserClosedWindow(true);
     setApplicationTriedToQuit(true);
     mKeepsWindow = false;
     mStoppedByClosing = _isRespondingToScript();
-    // A quit handler that this starts decides whether the applet ends; when it refuses, the window comes back.
+    // Stop may start a quit handler, which then decides whether the applet ends; when it refuses, the window comes back.
     stopRunningScript();
-    // The question that the closing leads to comes in this turn of the loop.
+    // Reset in a later turn of the loop: the framework asks whether to terminate in this one.
     MainThread::dispatchAsync([this] { mStoppedByClosing = false; });
 }
 
@@ -137,11 +137,13 @@ void AppDelegate::perform(Act act) {
 
 void AppDelegate::stopHandlerForQuit() {
     setApplicationTriedToQuit(true);
-    // Through a handle of its own: the script's own one is about to tell the other thread how the execution ended.
+    // The property is set by a second handle, because the script's own one is about to tell the other thread how the execution ended.
     if (const QXOSAIDRef script = mainScript())
         setAppletIsQuitting(true, QXOSAID::QXOSAIDWithComponent(script->component(), script->valueID(), false));
-    holdWaitingScripts();   // until the quit is decided: callers of what waits may be told that the applet has ended
-    if (!mStoppedByClosing) // twice in one go would also stop what the script does about being stopped
+    // Held until the quit is decided, because the callers of waiting executions may be told that the applet has ended.
+    holdWaitingScripts();
+    // A second cancellation would also stop what the script does about the first.
+    if (!mStoppedByClosing)
         cancelScript();
 }
 

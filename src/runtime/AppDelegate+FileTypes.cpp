@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Which files a droplet takes: the types that the bundle declares, as a condition on dropped files and as one on files that are searched
-// for. Kept on purpose: the first compares the end of the whole path with the bare extension, the second the end of the name with dot and
-// extension, so a file "notxt" can be dropped on an applet for "txt" but is not found by it.
+// The files that a droplet takes: the types that the bundle declares, as a condition on dropped files and as one on files that are searched
+// for.
+// QUIRK: the first condition compares the end of the whole path with the bare extension, the second the end of the name with dot and
+// extension. So a file "notxt" can be dropped on an applet for "txt" but is not found by it; users rely on dropping such files.
 #include "runtime/AppDelegate.h"
 
 #include "platform/foundation/Plist.h"
@@ -13,11 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kMostEntries = 1000; // of one kind
+constexpr qsizetype kMostEntries = 1000; // the most entries of one kind
 
 class Entries {
 public:
-    /// Behind so many entries only the wildcard counts, which makes all others needless.
+    /// Adds entries that are new. When the list is full only the wildcard is still added, because it makes all others needless.
     void addNew(const QVariant& entries) {
         const QVariantList values = entries.toList();
         for (const QVariant& entry : values) {
@@ -53,7 +54,8 @@ DeclaredTypes declaredByDocumentTypes(const QVariantMap& info) {
     return {extensions.list(), identifiers.list()};
 }
 
-/// The entries of a text of the editor's settings. Only blanks part them; two in a row stand for an entry without characters.
+/// The entries of a text of the editor's settings. They are separated by one blank each; two blanks in a row stand for an empty entry
+/// between them.
 QStringList entriesIn(const QVariant& setting) {
     QString text = setting.toString();
     while (text.startsWith(u' '))
@@ -77,7 +79,7 @@ DeclaredTypes declaredByEditor(const NSBundle& bundle) {
 
 NSPredicateRef predicate(const QString& format, const QVariantList& arguments = {}) {
     const auto made = NSPredicate::predicateWithFormat(format, arguments);
-    Q_ASSERT(made); // the formats are those below
+    Q_ASSERT(made); // all formats are in this file
     return *made;
 }
 

@@ -23,18 +23,17 @@ constexpr FourCharCode kImageTypes[] = {"GIF "_4cc, "JPEG"_4cc, "PDF "_4cc, "PNG
 
 const QString kAcceptanceHook = u"appletfileisacceptable"_s;
 
-// Seconds.
-constexpr double kHookPatience = 1;     // until the user is offered to stop a hook
-constexpr double kEventInterval = 0.01; // between two turns of the main thread's events while a hook runs
+constexpr double kHookPatience = 1;     // seconds until the user is offered to stop a hook
+constexpr double kEventInterval = 0.01; // seconds between two turns of the main thread's events while a hook runs
 
-/// Empty when the descriptor names no file.
+/// The path of the file; empty when the descriptor names none.
 QString localPath(const NSAppleEventDescriptorRef& fileReference) {
     const auto path = fileReference ? fileReference->fileURLValue() : std::nullopt;
     return path ? QString::fromStdString(*path) : QString();
 }
 
-/// A screen reader asks hundreds of small questions one after the other, each when the one before is answered: at one turn of events for
-/// all that has come, describing a window would take seconds.
+/// Answers the questions of a screen reader for some milliseconds. It asks hundreds of small questions, each when the one before has been
+/// answered; with one turn of the event loop for each, describing a window would take seconds.
 void answerScreenReader() {
     constexpr int kNextQuestion = 1, kMost = 8; // milliseconds
     const QDeadlineTimer end(kMost);
@@ -47,14 +46,14 @@ void answerScreenReader() {
     } while (silence.isActive() && !end.hasExpired());
 }
 
-/// Nil when the script has no such property.
+/// The property of the name; nil when the script has none.
 QXOSAIDRef propertyOf(const QXOSAIDRef& script, const QString& name) {
     return script && script->hasPropertyNamed(name) ? script->propertyForName(name) : nullptr;
 }
 
 } // namespace
 
-/// A hook on the stack, from its call to its end. What the user does while it waits may lead to another one.
+/// A hook on the stack, from its call to its end. Hooks nest, because what the user does while one waits may lead to another one.
 class AppDelegate::HookCall {
 public:
     explicit HookCall(AppDelegate& owner) : outer(owner.mHook), depth(outer ? outer->depth + 1 : 0), mOwner(owner) {
@@ -74,7 +73,7 @@ public:
 
     HookCall* const outer;
     const int depth;
-    double lastTurn; // of the main thread's events, by the clock of the performs
+    double lastTurn; // time of the last turn of the main thread's events, by the clock of the performs
     bool isStopped = false;
 
 private:
@@ -107,7 +106,8 @@ void AppDelegate::hookDidYield() {
 void AppDelegate::offerToStopHook() {
     if (!mParts.hookStopper || mIsDragging)
         return;
-    if (isDisplayingPanel() && !_isRespondingToScript()) { // the hook asks the user: the time begins with the answer
+    // While the hook itself asks the user the time stands still.
+    if (isDisplayingPanel() && !_isRespondingToScript()) {
         mHookBegin = mParts.performs->now();
         mParts.hookStopper->dismiss();
     } else if (mParts.performs->now() - mHookBegin >= kHookPatience) {
@@ -118,7 +118,8 @@ void AppDelegate::offerToStopHook() {
     }
 }
 
-/// A hook ends by its own Stop or with the application, never by the Stop that is meant for the handler on the script queue.
+/// Decides whether a script on the main thread has to stop. A hook ends by its own Stop or with the application, never by the Stop that is
+/// meant for the handler on the script queue.
 std::optional<bool> AppDelegate::isMainThreadScriptCancelled() {
     if (!mHook)
         return {};
@@ -157,7 +158,7 @@ bool AppDelegate::asksAboutFiles() {
 }
 
 bool AppDelegate::isFileAcceptable(const QString& path) {
-    mHookWasStopped = false; // this one will say, if there is one
+    mHookWasStopped = false; // askHook() sets it when there is such a hook
     return hasOpenHandler() && askHook(kAcceptanceHook, {NSAppleEventDescriptor::descriptorWithFileURL(path)}).value_or(true);
 }
 

@@ -10,7 +10,7 @@ void AppDelegate::applicationWillFinishLaunching() {
     const auto handler = [this](const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
         _handleSubroutineCallEvent(event, reply);
     };
-    // Twice, as it always was: the second registration replaces the first.
+    // Registered twice, as it always was; the second registration replaces the first.
     NSAppleEventManager::sharedAppleEventManager().setEventHandler(handler, "ascr"_4cc, "psbr"_4cc);
     NSAppleEventManager::sharedAppleEventManager().setEventHandler(handler, "ascr"_4cc, "psbr"_4cc);
     registerOutsideEvents();
@@ -71,7 +71,7 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
 }
 
 void AppDelegate::awaitWindow() {
-    constexpr double kPatience = 2; // seconds: how long a user who has launched something does nothing else
+    constexpr double kPatience = 2; // seconds; a user who has launched something does nothing else for about so long
     mAwaitedUntil = mParts.performs->now() + kPatience;
 }
 
@@ -88,7 +88,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     }
     if (showStartupScreen())
-        return; // its Run button starts the script
+        return; // the Run button of the startup pane starts the script
     if (hasRunHandler()) {
         if (scriptStarted())
             return;
@@ -105,7 +105,7 @@ void AppDelegate::applicationDidFinishLaunching() {
         return;
     }
     if (!hasOpenHandler()) {
-        mEnd.happened(AppletEnd::Happening::workDone); // a script with nothing to do
+        mEnd.happened(AppletEnd::Happening::workDone); // there is nothing for the script to do
         return;
     }
     setScriptStarted(true); // a droplet waits for files
@@ -118,10 +118,10 @@ AppDelegate::Completion AppDelegate::afterLaunchRun() {
     };
 }
 
-/// Whoever has launched the applet says what it is to do. One that would have ended after its run, and has nothing to show, does not stay
-/// for ever when nobody says anything.
+/// Waits for the event for which another application has launched this applet. An applet that would have ended after its run, and has
+/// nothing to show, ends when no event comes.
 void AppDelegate::waitToBeAsked() {
-    constexpr double kPatience = 120; // seconds, as long as a sender waits for a reply
+    constexpr double kPatience = 120; // seconds; a sender waits for a reply for as long
     mRunIsDue = true;
     if (isStayOpenScript() && hasIdleHandler())
         scheduleIdleHandler(idleSeconds());
@@ -143,13 +143,14 @@ void AppDelegate::applicationWillReopen() {
     _respondToEventInBackground(nullptr, afterLaunchRun());
 }
 
-// A script that runs activates its own application before it asks something, and wants no window for that.
+// Shows the window for other applications. A running script activates its own application before it asks something, and wants no window for
+// that.
 void AppDelegate::applicationWillActivate(bool isAskedByOther) {
     if (isAskedByOther || !_isRespondingToScript())
         showHiddenWindow();
 }
 
-/// The only way back to an applet whose window was closed, or that has none between its runs: from there it can be stopped and ended.
+/// Shows the window when it was closed, or stays hidden between the script's runs. It is the user's only way to stop or end such an applet.
 void AppDelegate::showHiddenWindow() {
     if (!isInitialized() || mEnd.state() == AppletEnd::State::finished || isDisplayingPanel() || windowController().isWindowVisible())
         return;

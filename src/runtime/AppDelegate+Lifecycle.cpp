@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Run, idle and quit, and the menu.
+// The run, idle and quit handlers, and the menu.
 #include "runtime/AppDelegate.h"
 
 #include "platform/foundation/NSLog.h"
@@ -14,13 +14,13 @@ namespace {
 
 const QString kRunIdleHandler = u"_runIdleHandler"_s;
 constexpr std::int64_t kDefaultIdleSeconds = 30;
-constexpr double kNegligible = 0.05; // seconds that an idle call takes without its handler having anything to do
+constexpr double kNegligible = 0.05; // seconds; an idle call may take so long although its handler does nothing
 
 NSAppleEventDescriptorRef parameterlessEvent(AEEventClass eventClass, AEEventID eventID) {
     return NSAppleEventDescriptor::appleEventWithEventClass(eventClass, eventID);
 }
 
-/// How long the script's idle handler wants to be left alone.
+/// The seconds until the next idle call, which the idle handler's result tells.
 std::int64_t idleSecondsFrom(const QXOSAIDRef& result) {
     const NSAppleEventDescriptorRef descriptor = result ? result->descriptor() : nullptr;
     if (!descriptor)
@@ -53,7 +53,7 @@ void AppDelegate::runMainScript() {
         applicationOpenFiles(*files);
         setFilenamesToOpen({});
     } else if (hasRunHandler()) {
-        // Unlike at launch, a quit handler keeps the applet.
+        // Unlike after the run at launch, the applet goes on when the script has a quit handler.
         _respondToEventInBackground(nullptr, [this](const QXOSAIDRef&, const QXOSAErrorInfoRef&) {
             if (!isStayOpenScript() && !hasOpenHandler() && !hasQuitHandler())
                 terminate();
@@ -77,13 +77,14 @@ void AppDelegate::performIdleHandlerAt(double time) {
 }
 
 void AppDelegate::_runIdleHandler() {
-    mAwaitedUntil = 0; // what an idle handler shows, nobody has asked for
+    mAwaitedUntil = 0; // the user has not asked for a window that an idle handler shows
     _respondToEventInBackground(parameterlessEvent("misc"_4cc, "idle"_4cc),
                                 [this](const QXOSAIDRef& result, const QXOSAErrorInfoRef& error) {
                                     setIdleSeconds(idleSecondsFrom(result));
                                     if (idleSeconds() < 0 || error)
                                         return;
-                                    // Counted from the end of the handler; but what timers and the queue cost must not add up over a day.
+                                    // The delay counts from the end of the handler. The time that timers and the queue take is not added,
+                                    // because it would add up over a day.
                                     const double now = mParts.performs->now();
                                     const double from = now - mIdleCallDue < kNegligible ? mIdleCallDue : now;
                                     performIdleHandlerAt(from + static_cast<double>(idleSeconds()));

@@ -11,10 +11,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Seconds. Few files, or a script that is not asked, are through before the first slice ends.
-constexpr double kFirstSlice = 0.06;
-constexpr double kSlice = 0.008;
-constexpr double kPatience = 0.5; // until the progress pane shows that the applet is busy
+constexpr double kFirstSlice = 0.06; // seconds; enough for few files, and for any number when no script is asked about them
+constexpr double kSlice = 0.008;     // seconds
+constexpr double kPatience = 0.5;    // seconds until the progress pane shows that the applet is busy
 
 NSApplicationDelegateReply openReply(const QXOSAErrorInfoRef& error) {
     if (!error)
@@ -28,17 +27,18 @@ struct AppDelegate::OpenRequest {
     OpenRequest(QStringList names, int requestNumber, double now) : filenames(std::move(names)), number(requestNumber), begin(now) {}
 
     const QStringList filenames;
-    const int number; // of the application
+    const int number; // the application's number for the request
     const double begin;
-    const NSAppleEventDescriptorRef files = NSAppleEventDescriptor::listDescriptor(); // those accepted
+    const NSAppleEventDescriptorRef files = NSAppleEventDescriptor::listDescriptor(); // the accepted files
     qsizetype judged = 0;
     bool isRefused = false;
-    bool isStopped = false; // by the user
+    bool isStopped = false; // the user has stopped it
     bool isShown = false;
 };
 
 void AppDelegate::takeTestApplet() {
-    // As it is written, without a look at the home folder: found only where there is a folder called "~".
+    // QUIRK: "~" is not replaced by the home folder, so the applet is found only below a folder of that name; testers rely on being asked
+    // for an applet instead.
     auto applet = NSBundle::bundleWithPath(u"~/Desktop/KTest.app"_s);
     if (!applet) {
         const QString chosen = mParts.chooseTestApplet ? mParts.chooseTestApplet() : QString();
@@ -60,28 +60,31 @@ void AppDelegate::applicationOpenFiles(const QStringList& filenames) {
     if (!isInitialized()) {
         _setupApplication(true);
         if (showStartupScreen()) {
-            setFilenamesToOpen(filenames); // for the launch decision or the Run button; the request stays unanswered until then
+            // Kept for the launch decision or the Run button; the request stays unanswered until then.
+            setFilenamesToOpen(filenames);
             return;
         }
     }
     setScriptStarted(true);
-    if (!ask(mainScript(), &QXOSAID::hasOpenHandler)) { // whether or not the script is resuming
+    // asked of the script directly, because hasOpenHandler() is false while it is resuming
+    if (!ask(mainScript(), &QXOSAID::hasOpenHandler)) {
         const RuntimeAlert alert{localized(u"NoOpenHandlerMessage"_s), localized(u"NoOpenHandlerInformation"_s),
                                  localized(u"QuitButton"_s)};
         if (windowController().isWindowVisible())
             mParts.alerts->beginSheet(alert, windowController(), [this] { terminate(); });
         else
-            terminate(); // nobody is looking: no alert
+            terminate(); // an alert would appear where nobody looks
         mParts.application->replyToOpenOrPrint(NSApplicationDelegateReply::cancel, mParts.application->openRequest());
         return;
     }
     mFilesToJudge.push_back(std::make_shared<OpenRequest>(filenames, mParts.application->openRequest(), mParts.performs->now()));
-    if (mFilesToJudge.size() == 1) // the others have their turn when the first one is through
+    if (mFilesToJudge.size() == 1) // later requests are judged after the first one
         judgeFilesToOpen(kFirstSlice);
 }
 
 void AppDelegate::judgeFilesToOpen(double seconds) {
-    if (mIsJudgingFiles || !mParts.application->isRunning()) // a hook waits for something, and this comes in between
+    // While a hook waits, this can be called again from inside it.
+    if (mIsJudgingFiles || !mParts.application->isRunning())
         return;
     const QScopedValueRollback judging(mIsJudgingFiles, true);
     mJudgingDepth = hookDepth();
@@ -101,7 +104,8 @@ void AppDelegate::judgeFilesToOpen(double seconds) {
         }
         if (!request.isRefused && request.judged < request.filenames.size()) {
             const QString filename = request.filenames.at(request.judged++);
-            request.isRefused = !isFileAcceptable(filename) || request.isRefused; // the user may have stopped the whole meanwhile
+            // stopJudgingFiles() may have refused the request meanwhile
+            request.isRefused = !isFileAcceptable(filename) || request.isRefused;
             if (!request.isRefused)
                 request.files->insertDescriptor(NSAppleEventDescriptor::descriptorWithFileURL(filename), 0);
             continue;
@@ -126,15 +130,15 @@ bool AppDelegate::stopJudgingFiles() {
     return true;
 }
 
-/// One file that is not acceptable refuses them all.
+/// Refuses all files of a request, because one of them is not acceptable or the user has stopped the judging.
 void AppDelegate::refuseFiles(const OpenRequest& request) {
     const auto reply = request.isStopped ? NSApplicationDelegateReply::cancel : NSApplicationDelegateReply::failure;
     mParts.application->replyToOpenOrPrint(reply, request.number);
     if (_isRespondingToScript())
-        return; // the end of the run puts its pane away
+        return; // the end of the run removes the progress pane
     if (request.isStopped)
         afterOpening();
-    else // a launch for these files has brought the progress pane up
+    else // removes the progress pane that a launch for these files has shown
         windowController().showLastViewController();
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What other applications may ask of the applet besides calls of its handlers: to run, and for the values of its properties. They stand
-// behind the script: an event that the script continues ends here.
+// The events of other applications besides calls of the script's handlers: a run, and getting and setting the values of properties. An
+// event comes here when the script has no handler for it or continues it.
 #include "runtime/AppDelegate.h"
 
 #include "engine/NSAppleEventDescriptor-QXAdditions.h"
@@ -18,7 +18,7 @@ constexpr struct {
     AEEventID eventID;
 } kOutsideEvents[] = {{"aevt"_4cc, "oapp"_4cc}, {"core"_4cc, "getd"_4cc}, {"core"_4cc, "setd"_4cc}};
 
-/// A property of the application itself: by its code, or by the name that its script gave it.
+/// A property of the application, given by its code or by the name that its script has given it.
 struct PropertyName {
     FourCharCode code = 0;
     QString name;
@@ -40,7 +40,7 @@ PropertyName propertyIn(const NSAppleEventDescriptorRef& event) {
     return property;
 }
 
-/// What the applet answers itself, whatever its script has under such a code.
+/// Whether the applet answers the property itself, even when its script has one with that code.
 bool isOfApplication(FourCharCode code) {
     return code == "pnam"_4cc || code == "vers"_4cc || code == "ID  "_4cc || code == "prun"_4cc || code == "pisf"_4cc;
 }
@@ -70,7 +70,7 @@ void AppDelegate::removeOutsideEvents() {
 void AppDelegate::handleOutsideEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
     mWasAsked = true;
     if (event->eventID() == "oapp"_4cc) {
-        // A run that the script itself passes on is over with that.
+        // A run that the script itself continues has no further effect.
         if (AEIsContinued(reply) || !hasRunHandler())
             return;
         setScriptStarted(true);
@@ -120,7 +120,7 @@ NSAppleEventDescriptorRef AppDelegate::valueOfProperty(FourCharCode code, const 
 
 bool AppDelegate::setProperty(FourCharCode code, const QString& name, const NSAppleEventDescriptorRef& value) {
     const QXOSAIDRef script = mainScript();
-    // Properties are changed, never made, from outside.
+    // Other applications can change properties but not make new ones.
     if (!script || !value || !hasProperty(script, code, name))
         return false;
     if (name.isEmpty())

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From the script's progress properties to the window.
+// The way from the script's progress properties to the window.
 #include "runtime/AppDelegate.h"
 
 #include "engine/QXOSAException.h"
@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Nil for a property that the script has taken away.
+/// The value of a property; nil when the script has removed it.
 QXOSAIDRef propertyOf(const QXOSAIDRef& object, FourCharCode property) {
     try {
         return object->propertyForPropertyID(property);
@@ -29,7 +29,7 @@ std::int32_t numberOf(const QXOSAIDRef& object, FourCharCode property) {
     return descriptor ? descriptor->int32Value() : 0;
 }
 
-/// Never a null string, so that absent and empty compare equal.
+/// The text of a property without white space around it. Never a null string, so that absent and empty texts compare equal.
 QString trimmedTextOf(const QXOSAIDRef& object, FourCharCode property) {
     if (const auto plain = object->plainValueForPropertyID(property))
         return u""_s + QString::fromStdU16String(plain->asText().value_or(std::u16string())).trimmed();
@@ -62,7 +62,9 @@ void AppDelegate::scriptDidYield() {
     std::unique_lock lock(mObjectLock, std::defer_lock);
     if (!MainThread::isCurrent())
         lock.lock();
-    else if (!lock.try_lock()) // a script called on the main thread, while the script thread waits for that very thread with its news
+    // A script on the main thread must not wait for the lock: the script thread may hold it while it waits for the main thread to take its
+    // progress.
+    else if (!lock.try_lock())
         return;
     if (!mMainScript)
         return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Executions: queued one by one, run on the queue's thread, finished on the main thread.
+// Executions of handlers: queued one by one, run on the queue's thread, finished on the main thread.
 #include "runtime/AppDelegate.h"
 
 #include "engine/BackgroundSend.h"
@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 NSOperationQueue* scriptQueue(bool create) {
-    // From the first execution to the end of the process; a thread that is still in it must not find it destroyed.
+    // Exists from the first execution to the end of the process, because a thread that is still inside must not see it destroyed.
     static NSOperationQueue* sScriptQueue = nullptr;
     if (!sScriptQueue && create)
         sScriptQueue = new NSOperationQueue(1);
@@ -23,11 +23,12 @@ NSOperationQueue* scriptQueue(bool create) {
 
 } // namespace
 
-/// One queued request, and what became of it. Belongs to one thread after the other.
+/// One queued request and its outcome. It is used by the main thread, then by the queue's thread, then by the main thread again, never by
+/// two at once.
 struct AppDelegate::Execution {
     bool hasEvent = false;
     bool hasBegun = false;
-    AEDesc event; // a value, for it crosses to the other thread
+    AEDesc event; // a value, because it goes to the other thread
     Completion completion;
     NSAppleEventManagerSuspensionID suspensionID;
     QXOSAIDRef script;
@@ -36,7 +37,7 @@ struct AppDelegate::Execution {
 
     bool isQuitEvent() const { return hasEvent && event.eventClass() == "aevt"_4cc && event.eventID() == "quit"_4cc; }
     OSStatus number() const { return errorInfo ? errorInfo->error() : noErr; }
-    /// What completions are told: a record of no error is none.
+    /// The error for completions; nil when the record tells of none.
     QXOSAErrorInfoRef error() const { return number() != noErr ? errorInfo : nullptr; }
     void complete() const {
         if (completion)
@@ -56,16 +57,16 @@ void AppDelegate::_respondToEventInBackground(const NSAppleEventDescriptorRef& e
     execution->script = mainScript();
     if (!eventSuspendsionID) {
         ++mOwnExecutions;
-        mPaneIsForCalls = false; // the end of this one puts the pane away
+        mPaneIsForCalls = false; // the end of this execution removes the pane
     }
     if (hasOpenHandler() || hasQuitHandler())
         showProgressPane();
     auto operation = std::make_shared<NSOperation>([this, execution] { execute(execution); });
-    // When this runs the queue has let go of the operation: the finishing step finds no handler running, unless another one is.
+    // Runs when the queue has released the operation, so that the finishing step sees a running handler only if there is another one.
     operation->setCompletionBlock([this, execution] {
         if (!execution->hasBegun)
-            return; // dropped: its caller is answered with all others
-        // Answering a caller needs nothing of the main thread, and the caller waits.
+            return; // it was dropped; answerSuspendedEvents() answers its caller
+        // A call without completion is answered on this thread, because its caller waits and the answer does not need the main thread.
         if (!execution->suspensionID || execution->completion)
             return MainThread::dispatchAsync([this, execution] { finish(execution); });
         finishIncomingCall(*execution);
@@ -91,11 +92,11 @@ void AppDelegate::execute(const std::shared_ptr<Execution>& execution) {
         execution->result =
             execution->hasEvent ? script->executeEvent(NSAppleEventDescriptor::descriptorWithAEDesc(execution->event)) : script->execute();
     } catch (const QXOSAException& exception) {
-        NSLog(u"execute: %@"_s, {exception.reason()}); // the engine's own failure counts as a run without result
+        NSLog(u"execute: %@"_s, {exception.reason()}); // a failure of the engine itself counts as a run without result
     }
     if (script->lastError() == errOSAScriptError)
         execution->errorInfo = script->component()->lastErrorInfo();
-    scriptDidYield(); // so that the final progress is seen
+    scriptDidYield(); // lets the window show the final progress
 }
 
 void AppDelegate::_handleSubroutineCallEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef&) {
@@ -120,7 +121,7 @@ bool AppDelegate::waitForScripts(std::chrono::milliseconds atMost) {
 void AppDelegate::dropWaitingScripts() {
     if (NSOperationQueue* queue = scriptQueue(false)) {
         queue->cancelWaitingOperations();
-        queue->resume(); // what was cancelled has to leave it
+        queue->resume(); // a suspended queue would not release the cancelled operations
     }
 }
 
@@ -164,8 +165,8 @@ void AppDelegate::finishFatalError(const std::shared_ptr<Execution>& execution) 
     releaseWaitingScripts();
     showAlert(runtimeErrorAlert(*execution->errorInfo), [this, execution] {
         execution->complete();
-        // Kept on purpose: an error ends the applet in the quit handler as in every other. Asked again it would fail again, and nobody
-        // could end the applet.
+        // QUIRK: an error in the quit handler ends the applet, like one in any other handler; users rely on being able to end an applet
+        // whose quit handler fails each time.
         if (execution->isQuitEvent())
             setRunningQuitHandler(true);
         terminate();
@@ -184,7 +185,7 @@ void AppDelegate::finishIncomingCall(const Execution& execution) {
         put(execution.result->descriptor(), "----"_4cc);
     if (const QXOSAErrorInfoRef& error = execution.errorInfo) {
         put(NSAppleEventDescriptor::descriptorWithInt32(error->error()), "errn"_4cc);
-        // Under the same keyword: the message takes the number's place. Callers know it so.
+        // QUIRK: the message has the same keyword as the number and takes its place; callers rely on reading the message there.
         put(NSAppleEventDescriptor::descriptorWithString(error->message()), "errn"_4cc);
         put(error->offendingObject(), "erob"_4cc);
         put(error->partialResult(), "ptlr"_4cc);
@@ -207,9 +208,9 @@ void AppDelegate::finishOwnEvent(const Execution& execution) {
     if (wasFinished)
         mEnd.happened(AppletEnd::Happening::answersMayHaveCome);
     if (!mParts.application->isRunning() || mEnd.state() == finished)
-        return; // it shows nothing new
+        return; // a finished applet shows nothing new
     if (!mFilesToJudge.empty())
-        windowController().setStopButtonEnabled(true); // more files are to come
+        windowController().setStopButtonEnabled(true); // more files will be opened
     else if (isStayOpenScript())
         finishStayOpen(!execution.hasEvent);
     else if (execution.number() == userCanceledErr && !runningQuitHandler())
@@ -223,7 +224,7 @@ void AppDelegate::finishOwnEvent(const Execution& execution) {
 AppletEnd::Act AppDelegate::tellOfHandlersEnd(const Execution& execution) {
     using enum AppletEnd::Happening;
     const bool wasStopped = execution.number() == userCanceledErr;
-    // A quit handler that was itself stopped (a "Cancel" in its dialog, most likely) has refused: asking it again would never end.
+    // A quit handler that was itself stopped, most likely by "Cancel" in its dialog, counts as a refusal: asking it again would never end.
     return mEnd.happened(!wasStopped ? handlerEnded : execution.isQuitEvent() ? quitHandlerStopped : handlerStopped);
 }
 
@@ -235,8 +236,8 @@ void AppDelegate::finishAfterTryToQuit(const Execution& execution) {
     mEnd.happened(AppletEnd::Happening::answersMayHaveCome);
 }
 
-/// The caller has its answer; whoever wants the applet to end waits for one too. The window stays as it is, unless it shows the progress of
-/// nothing: a Stop button that is left over would end the applet.
+/// Does what a caller's answer leaves to do on the main thread: an end that waited for the answer goes on. The window changes only when it
+/// shows progress for calls alone and nothing runs any more, because a press of the Stop button that is left there would end the applet.
 void AppDelegate::callHasEnded(const Execution& execution) {
     if (!mParts.application->isRunning())
         return;

@@ -63,7 +63,7 @@ QXOSAIDRef AppDelegate::mainGenericScript() {
         mMainGenericScript->loadFileURL(path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path), kOSAModeCompileIntoContext);
         mMainGenericScript->setScriptLocation(mainBundle()->bundleURL());
     } catch (const QXOSAException&) {
-        // A script that cannot be loaded is one without handlers; the launch decision deals with that.
+        // A script that cannot be loaded counts as one without handlers; the launch decision deals with that.
     }
     return mMainGenericScript;
 }
@@ -113,8 +113,8 @@ bool AppDelegate::ask(const QXOSAIDRef& script, bool (QXOSAID::*query)()) {
     }
 }
 
-// Kept on purpose: a script that has continued its run goes on resuming when that run is over, and has no handlers from then on. It is not
-// called for idle any more, and a quit is not put to it: the applet can always be ended.
+// QUIRK: a script that has continued its run goes on resuming when that run is over, and has no handlers from then on: it gets no idle
+// calls, and its quit handler is not called. Users rely on being able to end such an applet.
 bool AppDelegate::hasHandler(bool (QXOSAID::*query)()) {
     const QXOSAIDRef script = mainScript();
     return script && !script->component()->isResuming() && ask(script, query);
@@ -127,7 +127,7 @@ NSMenuItem* AppDelegate::checkForUpdatesMenuItem() const {
 
 WindowController& AppDelegate::windowController() const {
     static NoWindow none;
-    const auto controller = mainWindowController(); // this object keeps it alive
+    const auto controller = mainWindowController(); // this object keeps the controller alive
     return controller ? *controller : none;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What the runtime is put together from: the application, the ways to show something, and the parts of the shell that stand above it.
-// One decision: the runtime names an operation and knows no widget, no dialog and no updater; what is left out is not there, and the
-// runtime then behaves as the comments say.
+// The parts that the runtime is built on: the application, the ways to show something, and the parts of the shell in the layers above.
+// One decision: the runtime names an operation and knows no widget, no dialog and no updater. A part may be absent; the comments say how
+// the runtime then behaves.
 #pragma once
 
 #include "platform/foundation/DelayedPerforms.h"
@@ -30,20 +30,20 @@ struct RuntimeAlert {
 class AlertPresenter {
 public:
     virtual ~AlertPresenter() = default;
-    /// As a sheet on the applet's window. Returns at once; the completion comes when the alert has been dismissed.
+    /// Shows an alert as a sheet on the applet's window and returns at once; the completion is called when the alert has been dismissed.
     virtual void beginSheet(const RuntimeAlert& alert, WindowController& onWindowOf, std::function<void()> completion) = 0;
-    /// Returns when the alert has been dismissed.
+    /// Shows an alert and returns when it has been dismissed.
     virtual void runModal(const RuntimeAlert& alert) = 0;
 };
 
 /// The name of the system's picture of several documents.
 inline const QString kMultipleDocumentsImage = QStringLiteral("NSMultipleDocuments");
 
-/// Where the images that scripts name come from. They may be anybody's: too large or damaged ones are none.
+/// The source of the images that scripts name. Such images may come from anybody; too large or damaged ones count as absent.
 class ImageSource {
 public:
     virtual ~ImageSource() = default;
-    /// Null when there is none, as below.
+    /// The image of the name; null when there is none, as for the other functions.
     virtual QImage imageNamed(const QString& name) = 0;
     virtual QImage imageFile(const QString& path) = 0;
     virtual QImage imageWithData(const std::string& data) = 0;
@@ -53,17 +53,17 @@ public:
 class HookStopper {
 public:
     virtual ~HookStopper() = default;
-    /// Shows that the application of that name waits for its script, unless it is shown already, without taking the keyboard. `stop` is
-    /// called when the user wants the hook to end.
+    /// Shows, without taking the keyboard, that the application of that name waits for its script; does nothing while that is shown. `stop`
+    /// is called when the user wants the hook to end.
     virtual void show(const QString& applicationName, std::function<void()> stop) = 0;
-    /// Nothing is shown any more, and `stop` is not called any more.
+    /// Hides what is shown; `stop` is not called any more.
     virtual void dismiss() = 0;
 };
 
 class Updater {
 public:
     virtual ~Updater() = default;
-    /// Not owned; null: nobody.
+    /// Sets the delegate, which is not owned; null: no delegate.
     virtual void setDelegate(SUUpdaterDelegate* delegate) = 0;
     virtual void checkForUpdates() = 0;
 };
@@ -73,32 +73,32 @@ struct AppDelegateParts {
     SharedApplication* application = nullptr;
     /// Required; outlives the delegate.
     AlertPresenter* alerts = nullptr;
-    /// Required. Makes the controller of one of the two kinds of window ("dropletWindowController", "appletWindowController"), its window
-    /// loaded, so that it has registered itself with AppDelegate::setMainWindowController().
+    /// Required. Makes one of the two window controllers ("dropletWindowController", "appletWindowController") and loads its window, so
+    /// that it has registered itself with AppDelegate::setMainWindowController().
     std::function<std::shared_ptr<WindowController>(const QString& identifier)> instantiateController;
     /// The applet; null: the process's main bundle.
     std::shared_ptr<NSBundle> mainBundle;
-    /// The time of idle calls.
+    /// The clock and timers of the delegate.
     std::unique_ptr<DelayedPerforms> performs = std::make_unique<DelayedPerforms>();
 
-    /// Launched by a script or another application, not by the user.
+    /// Whether a script or another application has launched the applet, not the user.
     bool isLaunchedByOther = false;
-    /// Launched by another application for an event that takes the place of the run.
+    /// Whether another application has launched the applet for an event that takes the place of the run.
     bool isLaunchedInsteadOfRun = false;
-    /// Asked, until it is true, before an applet whose work is done ends by itself: whether the other applications that sent it something
-    /// have their answers. `isEndCertain`: the script cannot refuse. Without it: they have.
+    /// Whether the other applications that sent something to the applet have their answers. An applet whose work is done ends by itself
+    /// only when this is true. `isEndCertain` tells that the script cannot refuse. When empty, the answer is true.
     std::function<bool(bool isEndCertain)> areOthersAnswered;
 
-    /// Outlives the delegate. Without it there are no images.
+    /// The images that scripts name; outlives the delegate. Null: there are no images.
     ImageSource* images = nullptr;
-    /// Puts the in-applet dialog commands in place. Without it scripts get the standard ones.
+    /// Installs the applet's own dialog commands. When empty, scripts get the standard ones.
     std::function<void(AppDelegate&)> installOSAXEventHandlers;
-    /// Lets the user choose the applet for the test mode: its path, empty when the choice was cancelled. Without it the choice is
-    /// cancelled.
+    /// Lets the user choose the applet for the test mode; answers its path, empty when the choice was cancelled. When empty, the choice
+    /// counts as cancelled.
     std::function<QString()> chooseTestApplet;
-    /// Outlives the delegate. Without it a hook ends by itself or not at all.
+    /// Outlives the delegate. Null: a hook ends by itself or not at all.
     HookStopper* hookStopper = nullptr;
-    /// Outlives the delegate. Without it there is no menu item for updates.
+    /// Outlives the delegate. Null: there is no menu item for updates.
     Updater* updater = nullptr;
 };
 

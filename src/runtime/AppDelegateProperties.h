@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The plain state of the delegate: what is remembered between one decision and the next. It decides nothing.
-// The main thread's, except where any thread is said.
+// The plain state of the delegate, which is remembered between one decision and the next. It decides nothing.
+// Main thread only, except for functions whose comments say otherwise.
 #pragma once
 
 #include "engine/QXOSAID.h"
@@ -20,29 +20,29 @@ namespace quoddle {
 
 class AppDelegateProperties {
 public:
-    /// A dialog command is showing a panel; quitting is refused meanwhile. Any thread may ask.
+    /// Whether a dialog command is showing a panel; quitting is refused meanwhile. Any thread.
     bool isDisplayingPanel() const { return mDisplayingPanel; }
     void setDisplayingPanel(bool displaying) { mDisplayingPanel = displaying; }
-    /// A quit was asked for while a handler ran, or the user closed the main window.
+    /// Whether a quit was asked for while a handler ran, or the user has closed the main window.
     bool applicationTriedToQuit() const { return mApplicationTriedToQuit; }
     void setApplicationTriedToQuit(bool tried) { mApplicationTriedToQuit = tried; }
-    /// The one-time set-up has been done.
+    /// Whether the one-time set-up has been done.
     bool isInitialized() const { return mInitialized; }
     void setInitialized(bool initialized) { mInitialized = initialized; }
     bool userClosedWindow() const { return mUserClosedWindow; }
     void setUserClosedWindow(bool closed) { mUserClosedWindow = closed; }
-    /// A plain record: nothing is decided by it.
+    /// Whether the user has pressed Stop. Only recorded; nothing is decided by it.
     bool userStoppedScript() const { return mUserStoppedScript; }
     void setUserStoppedScript(bool stopped) { mUserStoppedScript = stopped; }
-    /// The script's first activity has been started. The runtime never clears it.
+    /// Whether the script's first activity has been started. The runtime never clears it.
     bool scriptStarted() const { return mScriptStarted; }
     void setScriptStarted(bool started) { mScriptStarted = started; }
     bool runningQuitHandler() const { return mRunningQuitHandler; }
     void setRunningQuitHandler(bool running) { mRunningQuitHandler = running; }
-    /// Set by the controller itself when its window loads; null before.
+    /// The window's controller, which sets itself when its window is loaded; null before.
     std::shared_ptr<WindowController> mainWindowController() const { return mMainWindowController; }
     void setMainWindowController(std::shared_ptr<WindowController> controller) { mMainWindowController = std::move(controller); }
-    /// The last snapshot sent to the window; nothing before the first. Any thread.
+    /// The last snapshot sent to the window; nullopt before the first. Any thread.
     std::optional<QVariantMap> currentProgress() const { return locked(mCurrentProgress); }
     void setCurrentProgress(std::optional<QVariantMap> progress) { setLocked(mCurrentProgress, std::move(progress)); }
     /// The condition on a dropped file's resource values; null: every file.
@@ -57,10 +57,10 @@ public:
     /// The script's AppleScript object; nil until it was needed. Any thread.
     QXOSAIDRef asObj() const { return locked(mAsObj); }
     void setAsObj(QXOSAIDRef asObj) { setLocked(mAsObj, std::move(asObj)); }
-    /// Files received before the script may run; nothing, as opposed to an empty list, when there were none. Any thread.
+    /// The files received before the script may run; nullopt, as opposed to an empty list, when there were none. Any thread.
     std::optional<QStringList> filenamesToOpen() const { return locked(mFilenamesToOpen); }
     void setFilenamesToOpen(std::optional<QStringList> filenames) { setLocked(mFilenamesToOpen, std::move(filenames)); }
-    /// The delay before the next idle call.
+    /// The delay before the next idle call, in seconds.
     std::int64_t idleSeconds() const { return mIdleSeconds; }
     void setIdleSeconds(std::int64_t seconds) { mIdleSeconds = seconds; }
 

@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double kPatience = 3; // seconds in which a script may answer one cancelled dialog with the next
-constexpr double kGrace = 0.05; // seconds in which a script, its dialog gone, asks the next question or comes to its end
+constexpr double kGrace = 0.05; // seconds in which a script whose dialog has gone asks the next question or comes to its end
 
 const QString kDialogShown = u"dialogShown"_s;
 const QString kDialogGone = u"dialogGone"_s;
@@ -110,7 +110,7 @@ const AppletEnd::Row* AppletEnd::rowFor(Happening happening) {
         holding |= quitWaits;
     if (mEndIsCertain)
         holding |= endIsCertain;
-    // Asked one after the other, for some answers cost something.
+    // Facts are asked only when a row needs them, because some answers are costly.
     const auto holds = [&](unsigned fact) {
         if (!(known & fact) && mHost.holds(static_cast<Fact>(fact)))
             holding |= fact;
@@ -157,7 +157,7 @@ void AppletEnd::note(Act act) {
         break;
     case Act::goOnAndAskAgain:
         mQuitWaits = false;
-        scheduleDialogGone(0); // asks again, unless a dialog is up, which will go
+        scheduleDialogGone(0); // asks again at once; while a dialog is up, its end will ask
         break;
     case Act::takeDialogsAway:
         startPatience();
@@ -172,7 +172,7 @@ void AppletEnd::dialogsChanged(bool isUp) {
     mPerforms.cancelPreviousPerformRequests(this, kDialogGone);
     if (!isUp)
         return scheduleDialogGone(kGrace);
-    // A dialog cannot be taken away while it is being shown.
+    // A dialog cannot be cancelled while it is being shown, so this waits for the event loop.
     mPerforms.perform(
         this, kDialogShown, [this] { happened(dialogShown); }, 0);
 }
@@ -189,21 +189,21 @@ void AppletEnd::scheduleDialogGone(double afterSeconds) {
         afterSeconds);
 }
 
-/// Runs out once, however many dialogs follow each other.
+/// Starts the one period of patience, which goes on however many dialogs follow each other.
 void AppletEnd::startPatience() {
-    if (std::exchange(mHasPatience, true))
+    if (std::exchange(mIsPatienceRunning, true))
         return;
     mPerforms.perform(
         this, kPatienceOver,
         [this] {
-            mHasPatience = false;
+            mIsPatienceRunning = false;
             happened(patienceOver);
         },
         kPatience);
 }
 
 void AppletEnd::endPatience() {
-    mHasPatience = false;
+    mIsPatienceRunning = false;
     mPerforms.cancelPreviousPerformRequests(this, kPatienceOver);
 }
 

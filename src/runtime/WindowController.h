@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// WindowController: all that the runtime knows of the applet's window. Which kind of window it has is decided where the runtime is put
-// together; implementations stand above it.
+// WindowController: everything that the runtime knows of the applet's window. The kind of window is chosen where the runtime is put
+// together; implementations belong to the layers above.
 // Main thread only.
 #pragma once
 
@@ -14,15 +14,15 @@ class WindowController : public std::enable_shared_from_this<WindowController> {
 public:
     virtual ~WindowController() = default;
 
-    /// The applet's bundle; given right after creation.
+    /// The applet's bundle, which is given right after creation.
     std::shared_ptr<NSBundle> mainBundle() const { return mMainBundle; }
     void setMainBundle(std::shared_ptr<NSBundle> mainBundle) { mMainBundle = std::move(mainBundle); }
 
     virtual void showProgressViewController() {}
-    /// The progress pane while nothing runs: without Stop, and nothing in it moves.
+    /// Shows the progress pane while nothing runs: without Stop, and without motion.
     virtual void showIdleViewController() {}
     virtual void showStartupViewController() {}
-    /// The pane that stands between runs, or no window when there is none.
+    /// Shows the pane that stands between runs; hides the window when there is none.
     virtual void showLastViewController() {}
     virtual bool stopButtonHidden() const { return false; }
     virtual void setStopButtonHidden(bool hidden) { (void)hidden; }
