@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t kMaximumScriptSize = std::size_t(128) << 20;
 
-/// Handlers are named by the event they handle or by a word.
+/// The name of a handler, which is given as the event that it handles or as a word.
 QString handlerName(const AEDesc& name) {
     static constexpr struct {
         AEEventClass eventClass;

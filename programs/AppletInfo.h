@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What can be told of an applet without running it: its settings, and the handlers of its script.
+// The facts that can be told of an applet without running it: its settings, and the handlers of its script.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -15,8 +15,8 @@ struct InfoLine {
     std::string value;
 };
 
-/// In the order to print them, without control characters. `isComplete` becomes false when the script could not be read, which a line then
-/// says.
+/// The lines in the order to print them, without control characters. When the script could not be read, a line says so and `isComplete`
+/// becomes false.
 std::vector<InfoLine> infoOf(const NSBundle& bundle, bool& isComplete);
 
 } // namespace quoddle::tool

@@ -25,7 +25,7 @@ namespace {
 constexpr int kPatience = 5000;
 constexpr std::size_t kMaximumServiceSize = 64 << 10;
 
-/// What stands below the data folder for an applet of a desktop name.
+/// The files of an applet below the data folder, by its desktop name.
 struct Places {
     explicit Places(const QString& name)
         : entry(desktopEntryPath(name)), service(dataFolder() + u"/dbus-1/services/"_s + name + u".service"_s),
@@ -45,7 +45,7 @@ std::string messageFor(const QString& path, OSStatus status) {
     }
 }
 
-/// Empty when it was written.
+/// Writes a file. Answers the error as a sentence; empty when there is none.
 std::string write(const QString& path, const std::string& bytes) {
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
@@ -54,12 +54,13 @@ std::string write(const QString& path, const std::string& bytes) {
     return status == noErr ? "" : messageFor(path, status);
 }
 
-/// Whether something has the path: a file, a folder, or a link, also one that leads nowhere.
+/// Whether the path is in use: by a file, a folder, or a link, even one that leads nowhere.
 bool stands(const QString& path) {
     return QFileInfo(path).isSymLink() || QFileInfo::exists(path);
 }
 
-/// A service of the name that somebody else has made. The entry has a mark of its own, and the icons stand in a folder of ours.
+/// Whether the service file at the path was made by somebody else. The desktop entry is told by a mark of its own, and icons have a folder
+/// of ours.
 bool isServiceForeign(const QString& path) {
     const auto text = readFile(path.toStdString(), kMaximumServiceSize);
     return text ? !isServiceOfOurs(*text) : stands(path);
@@ -72,7 +73,7 @@ void removeAll(const Places& places) {
         QFile::remove(path);
 }
 
-/// Whoever has read the files before is told to read them again; both forget nothing when nobody answers.
+/// Tells the bus and the desktop to read their files again. When one of the two does not answer in time, it reads them at its next start.
 void tellDesktop() {
     if (const auto bus = runningSessionBus())
         bus->call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
@@ -92,7 +93,7 @@ bool hasControls(const QString& text) {
                        [](QChar c) { return c.category() == QChar::Other_Control || c == QChar::ReplacementCharacter; });
 }
 
-/// The entry first has all its parts beside it, then it appears.
+/// Writes the parts. The entry comes last, so that the desktop never sees it without the others.
 std::string writeParts(const DesktopApplet& applet, const Places& places, const std::optional<std::string>& icon) {
     if (icon) {
         if (std::string error = write(places.icon, *icon); !error.empty())

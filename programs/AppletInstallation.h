@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Makes an applet known to the desktop and takes it back: a desktop entry, a service of the session bus, an icon, all below the user's data
-// folder.
+// Makes an applet known to the desktop and takes it back: a desktop entry, a service of the session bus and an icon, all below the user's
+// data folder.
 //
-// Decision: the desktop entry is the record of what was installed, written last and removed first; everything is found again by its name.
-// The bundle stays where it is and is not changed.
+// Decision: the desktop entry is the record of what was installed. It is written last and removed first; the other files are found by its
+// name. The bundle stays where it is and is not changed.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -16,14 +16,14 @@ namespace quoddle::tool {
 
 struct Installed {
     QString entry;    ///< path of the desktop entry
-    QString replaced; ///< the bundle of the same identifier that was installed before, when that is another one that still exists
+    QString replaced; ///< the bundle with the same identifier that was installed before, when it is another one and still exists
 };
 
-/// Replaces an earlier installation of the same identifier. The error is a sentence; nothing new is left behind then.
+/// Installs a bundle, in place of an earlier one with the same identifier. On an error, which is a sentence, nothing new is left behind.
 Result<Installed, std::string> install(const NSBundle& bundle, const std::string& shell);
 
-/// `word` is the path of a bundle, which need not exist any more, or the title or desktop name of an installed applet. The path of the
-/// entry that is gone, or a sentence.
+/// Removes an installed applet. `word` is the path of its bundle, which need not exist any more, its title, or its desktop name. Answers
+/// the path of the entry that was removed, or an error as a sentence.
 Result<QString, std::string> uninstall(const std::string& word);
 
 } // namespace quoddle::tool

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which applet a word on the command line means, and how what an applet says of itself is put on a terminal.
+// Finds the applet that a word on the command line means, and prepares texts of applets for a terminal.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -9,14 +9,14 @@
 
 namespace quoddle::tool {
 
-/// A bundle by its path, or, for a word without a slash where no such folder is, by the name under which applets find each other. The error
-/// is a sentence that says what to do.
+/// The bundle with the path or, when the word has no slash and is no folder here, the one with the name by which applets find each other.
+/// The error is a sentence that says what to do.
 Result<std::shared_ptr<NSBundle>, std::string> findApplet(const std::string& word);
 
-/// The applet shell: $QUODDLE_SHELL, or the one beside this program. Absolute.
+/// The absolute path of the applet shell: $QUODDLE_SHELL, or the one beside this program.
 Result<std::string, std::string> findShell();
 
-/// UTF-8 without control characters, so that no applet writes to the terminal what is not text.
+/// The text in UTF-8 without control characters, so that no applet can control the terminal.
 std::string printable(const QString& text);
 
 } // namespace quoddle::tool

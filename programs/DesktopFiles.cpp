@@ -22,12 +22,12 @@ QString withBackslashes(const QString& text, QLatin1StringView before) {
     return out;
 }
 
-/// One word of a command line, as the program that reads the file takes it apart.
+/// One word of a command line, quoted for the program that reads the desktop file.
 QString word(const QString& text) {
     return u'"' + withBackslashes(text, "\\\"`$"_L1) + u'"';
 }
 
-/// What is left of a line once it can hold nothing but itself.
+/// A line with the key and the value. Control characters become blanks, so that a value cannot add lines.
 QString line(const QString& key, const QString& value) {
     QString plain = value;
     for (QChar& c : plain)
@@ -36,7 +36,7 @@ QString line(const QString& key, const QString& value) {
     return key + u'=' + withBackslashes(plain.trimmed(), "\\"_L1) + u'\n';
 }
 
-/// Turns the direction of what follows, which would make a menu show another name than there is.
+/// Whether the character turns the direction of the text behind it, which would make a menu show another name.
 bool isDirectionControl(QChar c) {
     return c == QChar(0x061C) || c == QChar(0x200E) || c == QChar(0x200F) || (c >= QChar(0x202A) && c <= QChar(0x202E)) ||
            (c >= QChar(0x2066) && c <= QChar(0x2069));
@@ -63,7 +63,7 @@ std::string desktopEntryText(const DesktopApplet& applet) {
         text += line(u"MimeType"_s, applet.mimeTypes.join(u';') + u';');
     text += u"Categories=Utility;\nDBusActivatable=true\nActions=quit;\n"_s;
     text += line(kDesktopEntryBundleKey, applet.bundlePath);
-    // For desktops that do not ask over the bus.
+    // Desktops that do not send actions over the bus run this command.
     const QString quit = word(applet.tool) + u" quit "_s + word(applet.bundlePath);
     text += u"\n[Desktop Action quit]\nName=Quit\n"_s + line(u"Exec"_s, QString(quit).replace(u'%', u"%%"_s));
     return text.toStdString();

@@ -10,8 +10,8 @@
 namespace quoddle::tool {
 
 struct DesktopApplet {
-    QString desktopName; ///< DesktopEntry.h
-    QString title;       ///< as the bundle has it: may hold anything
+    QString desktopName; ///< the name from DesktopEntry.h
+    QString title;       ///< the title in the bundle, which may hold anything
     QString bundlePath;  ///< absolute, like the three below; without control characters
     QString shell;
     QString tool; ///< this program
@@ -21,7 +21,7 @@ struct DesktopApplet {
 
 std::string desktopEntryText(const DesktopApplet& applet);
 std::string serviceText(const DesktopApplet& applet);
-/// Whether a service file is one of those.
+/// Whether the text of a service file was made by serviceText().
 bool isServiceOfOurs(std::string_view text);
 
 } // namespace quoddle::tool

@@ -21,7 +21,7 @@ struct IdentifierRow {
     const char* mimeTypes; // separated by blanks
 };
 
-// A family stands for its members: desktop entries have no wild cards.
+// Families such as "public.text" list their members, because desktop entries have no wild cards.
 constexpr IdentifierRow kIdentifiers[] = {
     {"public.text"_L1, "text/plain"},
     {"public.plain-text"_L1, "text/plain"},
@@ -71,7 +71,7 @@ bool contains(const Table& table, const QString& word) {
     return std::find(std::begin(table), std::end(table), word) != std::end(table);
 }
 
-/// Calls for each text of an array, or for the one text that stands in its place.
+/// Calls `take` for each text of an array, or for a single text in place of one, at most `left` times, and counts that down.
 void eachText(const QVariant& value, int& left, const std::function<void(const QString&)>& take) {
     const QVariantList list = value.typeId() == QMetaType::QString ? QVariantList{value} : value.toList();
     for (const QVariant& item : list) {
@@ -91,7 +91,7 @@ void addExtensionTypes(const QString& extension, QStringList& types) {
             types << type.name();
 }
 
-/// Identifiers that the bundle itself declares, by their extensions and MIME types.
+/// Adds the types of an identifier that the bundle itself declares, by their extensions and MIME types.
 void addDeclaredTypes(const QString& identifier, const QVariantMap& info, QStringList& types) {
     int left = kMaximumWords;
     for (const QString& key : {u"UTExportedTypeDeclarations"_s, u"UTImportedTypeDeclarations"_s})
@@ -154,7 +154,8 @@ QStringList desktopTypesFor(const DocumentTypes& types, const QVariantMap& info)
         else
             addDeclaredTypes(identifier, info, all);
     }
-    // Kinds of files: a bundle that claims a scheme of addresses or what is plugged in would open in place of the browser.
+    // Types that name files. Schemes of addresses and plugged-in devices are left out, because an applet that claims them would open in
+    // place of the browser.
     static const QRegularExpression valid(
         u"^(application|audio|font|image|message|model|multipart|text|video|x-(?!scheme-handler/|content/)[a-z0-9-]+)/"
         u"[A-Za-z0-9!#$&^_.+-]+$"_s);

@@ -23,7 +23,7 @@ bool isSocket(int descriptor) {
     return ::fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
-/// Qt reports that there is no display and aborts, which would leave a core.
+/// Ends the process without a core file when Qt, which finds no display, reports a fatal error and is about to abort.
 void endQuietly(QtMsgType type, const QMessageLogContext&, const QString&) {
     if (type == QtFatalMsg)
         std::_Exit(EventSocket::kNoDisplayStatus);

@@ -23,7 +23,7 @@ std::uint32_t numberAt(std::string_view bytes, std::size_t at) {
     return number;
 }
 
-/// The width of a square picture of a size that is of use; 0 for anything else.
+/// The width in pixels of a square PNG picture of a useful size; 0 for anything else.
 std::uint32_t extentOf(std::string_view bytes) {
     if (bytes.size() < 33 || !bytes.starts_with(kPNGSignature) || bytes.substr(12, 4) != "IHDR")
         return 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The picture in an icon file that a desktop can show as it stands. Nothing is decoded: an icon file may hold finished PNG pictures.
+// Takes from an icon file the picture that a desktop can show. Nothing is decoded, because icon files may hold finished PNG pictures.
 #pragma once
 
 #include "platform/foundation/NSBundle.h"
@@ -9,10 +9,10 @@
 
 namespace quoddle::tool {
 
-/// Of the PNG pictures in an .icns file the one nearest to 256 pixels, larger rather than smaller; a PNG file as it is. Nothing when there
+/// The PNG picture in an .icns file that is nearest to 256 pixels, larger rather than smaller; the whole of a PNG file. nullopt when there
 /// is none of at most 1024 pixels.
 std::optional<std::string> pngFromIcon(std::string_view bytes);
-/// That of the bundle's "CFBundleIconFile".
+/// The picture of the bundle's "CFBundleIconFile".
 std::optional<std::string> pngIconOf(const NSBundle& bundle);
 
 } // namespace quoddle::tool

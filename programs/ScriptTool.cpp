@@ -44,13 +44,13 @@ std::string messageForStatus(OSStatus status) {
     }
 }
 
-/// A pipe or a device that gives bytes one after the other.
+/// Whether the path is a pipe or a device, which gives bytes one after the other.
 bool isStream(const std::string& path) {
     struct stat info {};
     return ::stat(path.c_str(), &info) == 0 && (S_ISFIFO(info.st_mode) || S_ISCHR(info.st_mode));
 }
 
-/// Waits for somebody who writes.
+/// Reads a stream to its end; waits until somebody writes.
 Result<std::string, OSStatus> readStream(const std::string& path) {
     const FileDescriptor stream(::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
     if (!stream.isOpen())

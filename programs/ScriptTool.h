@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the command-line programs share: languages by name, input files, errors as they print them.
+// The code that the command-line programs share: languages by name, input files, printed errors.
 #pragma once
 
 #include "platform/osa/OSA.h"
@@ -10,47 +10,48 @@
 
 namespace quoddle::tool {
 
-/// Registers the languages and the standard additions. Once, first thing in main.
+/// Registers the languages and the standard additions. To be called once, first in main.
 void setUp();
 
-/// The instance of a language by name ("AppleScript", without regard to case); nothing, with a message printed, when there is none.
+/// The component instance of a language by name ("AppleScript", without regard to case). nullopt, with a message printed, when there is
+/// none.
 std::optional<ComponentInstance> openLanguage(const std::string& program, const std::string& name);
 
-/// The bytes of a file, of standard input for "-", or of the main script of a bundle. Pipes and terminals are read to their end, but for
-/// those inside a bundle. Nothing, with a message printed, when it cannot be read.
+/// The bytes of a file, of standard input for "-", or of the main script of a bundle. Pipes and terminals are read to their end, but not
+/// pipes inside a bundle. nullopt, with a message printed, when the input cannot be read.
 std::optional<std::string> readInput(const std::string& program, const std::string& path);
 
-/// A sentence for the status with which a script could not be written.
+/// A sentence for the error status with which a script could not be written.
 std::string messageForWriting(OSStatus status);
 
-/// Loads compiled input or compiles source, told by content. `id` is new.
+/// Loads compiled input or compiles source, which the content tells apart. `id` is new and belongs to the caller.
 OSStatus loadOrCompile(ComponentInstance instance, const std::string& bytes, OSAID& id, bool& isCompiled);
 
-/// A failed call of a component, in words: the component's last error, or a bare status.
+/// The failure of a component's call in words: the component's last error, or the status alone.
 struct ScriptFailure {
     OSStatus number = noErr;
     std::string message;
-    /// Start and end in the source, in UTF-16 units; nothing when the source is not known.
+    /// Start and end in the source, in UTF-16 units; nullopt when they are not known.
     std::optional<std::pair<std::size_t, std::size_t>> range;
 };
 ScriptFailure failureOf(ComponentInstance instance, OSStatus status);
 
-/// "FILE:START:END: KIND error: MESSAGE (NUMBER)" on standard error. `file` may be empty, and no range is printed where none is known.
+/// Prints "FILE:START:END: KIND error: MESSAGE (NUMBER)" on standard error. `file` may be empty, and without a known range none is printed.
 void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status);
 
-/// A value on standard output: as people read it, or as source.
+/// Prints a value on standard output: as text for people, or as source.
 void printResult(ComponentInstance instance, OSAID value, bool asSource);
 
 /// Prints "PROGRAM: MESSAGE" and the hint at --help on standard error.
 void complain(const std::string& program, const std::string& message);
 
-/// The arguments, options split off: "-e x" and "-ex" alike. Each option letter that takes a value is followed by ':' in `letters`.
+/// The arguments with options split off; "-e x" and "-ex" are the same. In `letters` a ':' follows each option that takes a value.
 struct Options {
     std::vector<std::pair<char, std::string>> given;
     std::vector<std::string> rest;
     bool help = false;
 };
-/// Options end at the first word that is none, or behind "--". Nothing, with a message printed, for an unknown one.
+/// Options end at the first word that is none, or behind "--". nullopt, with a message printed, for an unknown option.
 std::optional<Options> parseOptions(const std::string& program, const std::string& letters, const std::vector<std::string>& words,
                                     bool optionsAnywhere);
 

@@ -34,7 +34,7 @@ std::string shellPath() {
     return (std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "quoddle-shell").string();
 }
 
-/// "FILE:LINE: error: MESSAGE (NUMBER)", as other compilers and the programs that read their errors have it.
+/// Prints "FILE:LINE: error: MESSAGE (NUMBER)", the form of other compilers' errors, which editors read.
 void printLine(const tool::ScriptFailure& failure, const std::string& file, const std::string& source) {
     const std::u16string text = utf16FromSourceBytes(source);
     const std::size_t end = std::min(failure.range ? failure.range->first : 0, text.size());
@@ -77,7 +77,7 @@ int perform(int argc, char** argv) {
     if (!hasSource) {
         if (options->rest.empty())
             options->rest.emplace_back("-");
-        // Several files are one script, in order.
+        // Several files are one script, in the order given.
         for (const std::string& path : options->rest) {
             auto bytes = tool::readInput("osacompile", path);
             if (!bytes)

@@ -17,7 +17,7 @@ using namespace quoddle;
 
 namespace {
 
-constexpr std::size_t kLongestLine = std::size_t(16) << 20; // that is typed or pasted
+constexpr std::size_t kLongestLine = std::size_t(16) << 20; // bytes of a line that is typed or pasted
 
 constexpr char kHelp[] = R"(usage: osascript [-l LANGUAGE] [-i] [-s FLAGS] [-e STATEMENT]... [FILE|-] [ARGUMENT...]
 
@@ -42,17 +42,17 @@ struct Settings {
 };
 
 /// The properties of a compiled script, which last from one run to the next: they are stored back into its file when a run has changed them
-/// and the file may be written. An applet's own file is left alone: that is the applet's business.
+/// and the file may be written. The file of an applet is left alone, because the applet stores its properties itself.
 class StoredProperties {
 public:
-    /// `file` is empty for a script that has none.
+    /// `file` is the script's file; empty when there is none.
     StoredProperties(ComponentInstance instance, OSAID script, const std::string& file) : mInstance(instance), mScript(script) {
         if (file.empty())
             return;
         const std::string scriptFile = scriptFileOf(file);
         AEDesc names;
         std::error_code error;
-        // A pipe has nowhere to store them, and neither has an open file without a name.
+        // Properties cannot be stored in a pipe or in an open file without a name.
         if (bundleOfScriptFile(scriptFile).ends_with(".app") || !std::filesystem::is_regular_file(scriptFile, error) ||
             !writtenPath(scriptFile) || ::access(scriptFile.c_str(), W_OK) != 0 ||
             OSAGetPropertyNames(instance, kOSAModeNull, script, names) != noErr || names.count() == 0)
@@ -61,7 +61,7 @@ public:
             mFile = scriptFile;
     }
 
-    /// False, with a message printed, when changed properties could not be stored.
+    /// Stores changed properties. False, with a message printed, when that failed.
     bool keep() const {
         std::int32_t isModified = 0;
         if (mFile.empty() || OSAGetScriptInfo(mInstance, mScript, "modi"_4cc, isModified) != noErr || !isModified)
@@ -79,7 +79,7 @@ public:
 private:
     ComponentInstance mInstance;
     OSAID mScript;
-    std::string mFile; // empty: nothing is to be stored
+    std::string mFile; // empty when nothing is to be stored
 };
 
 OSStatus run(ComponentInstance instance, OSAID script, const std::vector<std::string>& arguments, OSAID& result) {
@@ -91,7 +91,7 @@ OSStatus run(ComponentInstance instance, OSAID script, const std::vector<std::st
     return OSAExecuteEvent(instance, event, script, kOSAModeNull, result);
 }
 
-/// False at the end of the input. Throws where it cannot be read, and for a line without an end.
+/// Reads a line; false at the end of the input. Throws an error when the input cannot be read or a line is too long.
 bool readLine(std::string& line) {
     line.clear();
     int byte = 0;
@@ -105,7 +105,7 @@ bool readLine(std::string& line) {
     return byte != EOF || !line.empty();
 }
 
-/// Each line runs in the context of those before it, so that names last.
+/// Runs each line in the context of the lines before it, so that names last.
 int interact(ComponentInstance instance, const Settings& settings) {
     const bool prompts = ::isatty(STDIN_FILENO);
     OSAID context = kOSANullScript;
@@ -130,7 +130,7 @@ int interact(ComponentInstance instance, const Settings& settings) {
     return 0;
 }
 
-/// In the first line of a script all options arrive as one word: "-l AppleScript -s s".
+/// The arguments as words. In the first line of a script file all options arrive as one word: "-l AppleScript -s s".
 std::vector<std::string> wordsFrom(int argc, char** argv) {
     std::vector<std::string> words(argv + 1, argv + argc);
     if (words.size() < 2 || !words[0].starts_with('-') || words[0].starts_with("-e"))
@@ -196,7 +196,8 @@ int perform(int argc, char** argv) {
         return 1;
     }
     const StoredProperties properties(*instance, script, isCompiled ? file : std::string());
-    if (std::error_code error; !file.empty()) // "path to me"
+    // The script's file answers "path to me".
+    if (std::error_code error; !file.empty())
         (void)OSASetScriptInfo(*instance, script, "fref"_4cc,
                                std::filesystem::absolute(scriptFileOf(file), error).lexically_normal().string());
     status = run(*instance, script, arguments, result);

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// quoddle-clipboard: the desktop's clipboard for scripts, which end before what they have copied is wanted. Commands come as Apple events
-// over the socket on standard input: "set the clipboard to" with a list of forms, "the clipboard", answered with such a list. When the
-// other side closes the socket it ends, or, while what it was given is the clipboard, as soon as another program has taken over.
+// quoddle-clipboard: the desktop's clipboard for scripts, which end before somebody pastes what they have copied. Commands come as Apple
+// events over the socket on standard input: "set the clipboard to" with a list of forms, and "the clipboard", answered with such a list.
+// When the other side closes the socket, the program ends, or stays as long as its contents are the clipboard, until another program takes
+// over.
 //
-// One decision: it has no window, so on Wayland it needs a desktop that lets programs without one have the clipboard. Where there is none,
-// an X server for older programs, which shares the clipboard, is the second best.
+// One decision: it has no window, so on Wayland it needs a desktop that gives programs without one the clipboard. On other desktops it uses
+// an X server for older programs, which shares the clipboard.
 #include "EventSocket.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/clipboard/DataControlClipboard.h"
@@ -19,7 +20,7 @@ using namespace quoddle;
 
 namespace {
 
-/// Whether a Wayland desktop lets us have its clipboard. If so, the application needs no windows; if not, it is better off without Wayland.
+/// Whether a Wayland desktop lets us have its clipboard. If so, the application needs no windows. If not, it had better not use Wayland.
 bool chooseWayland() {
     const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
     if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || (!chosen.isEmpty() && !chosen.startsWith("wayland")))
@@ -52,7 +53,7 @@ void perform(DesktopClipboard& clipboard, const AEDesc& event, const EventSocket
 int holdClipboard(int argc, char** argv) {
     if (const auto status = EventSocket::startedByHand("quoddle-clipboard: holds what scripts copy", argc, argv))
         return *status;
-    if (::chdir("/") != 0) // it may stay for days, and is to keep no disk from being ejected
+    if (::chdir("/") != 0) // it may run for days and must not keep a disk from being ejected
         return EXIT_FAILURE;
     const bool isWayland = chooseWayland();
     QGuiApplication application(argc, argv);

@@ -4,7 +4,7 @@
 //
 //   quoddle-dialogs NAME      for programs only; NAME is the application that asks, as people know it
 //
-// One decision: whatever the first dialog does not need is not there until it has been painted.
+// One decision: parts that the first dialog does not need are made after it has been painted.
 #include "EventSocket.h"
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/BundleIcon.h"

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// quoddle-fetch: brings what an applet is renewed with: texts, and bundles that are downloaded, checked and unpacked.
+// quoddle-fetch: fetches what updates of applets need: texts, and bundles that are downloaded, checked and unpacked.
 //
 //   quoddle-fetch text URL MAXIMUM                        the text on standard output
 //   quoddle-fetch bundle URL LENGTH SIGNATURE KEY FOLDER  a line with the number of bytes now and then, at the end the path of the bundle
 //
 // For programs only. An error is a line for people on standard error, with exit status 1.
 //
-// One decision: what reads the network and foreign archives is a process of its own. It can be ended at any time, it takes nobody with it,
-// and an applet that does not look for updates loads none of the libraries.
+// One decision: the code that reads the network and foreign archives runs in a process of its own. That process can be ended at any time
+// and takes no other one with it, and an applet that does not look for updates loads none of the libraries.
 #include "platform/base/ProgramMain.h"
 #include "platform/delivery/BundleArchive.h"
 #include "platform/delivery/Download.h"
@@ -29,7 +29,7 @@ namespace {
 
 constexpr int kUsageError = 2;
 constexpr auto kTextTime = std::chrono::seconds(60);
-constexpr qint64 kReports = 100; // lines about the progress
+constexpr qint64 kReports = 100; // the most lines about the progress
 
 QString translated(const char* text) {
     return QCoreApplication::translate("quoddle-fetch", text);
@@ -99,7 +99,8 @@ int fetchBundle(const QStringList& words) {
 
 int perform(int argc, char** argv) {
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}); // the last line of standard error is our report
+    // Messages of the toolkit are dropped, because the last line on standard error is read as our report.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     QCoreApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments().mid(1);
     if (words.size() == 3 && words[0] == "text"_L1)
@@ -116,5 +117,5 @@ int perform(int argc, char** argv) {
 int main(int argc, char** argv) {
     const int status = programMain("quoddle-fetch", argc, argv, &perform);
     std::fflush(nullptr);
-    std::_Exit(status); // the toolkit's network thread may still be at work, and has nothing left to do for us
+    std::_Exit(status); // exit() would wait for the toolkit's network thread, which may still be working for nothing
 }

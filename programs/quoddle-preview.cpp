@@ -3,8 +3,8 @@
 //
 //   quoddle-preview picture|pages WIDTH HEIGHT PAGES FILE      for programs only; nothing is larger than WIDTH × HEIGHT pixels
 //
-// One decision: the file may come from anybody and what decodes it may fail or obey it, so this process can do little: it has some seconds
-// and some memory, cannot write files, start programs or make connections, and ends with the process that has started it.
+// One decision: the file may come from anybody, and may crash or take over the code that decodes it. So this process can do little: it has
+// some seconds and some memory, cannot write files, start programs or make connections, and ends with the process that has started it.
 #include "platform/appkit/BestPictures.h"
 #include "platform/appkit/ImageFile.h"
 #include "platform/base/Confinement.h"
@@ -31,10 +31,11 @@ namespace {
 
 using End = PictureStream::End;
 
-constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // of a picture
-constexpr qint64 kMostPageBytes = qint64{128} << 20;                          // of a document
+constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // the most pixels of a picture
+constexpr qint64 kMostPageBytes = qint64{128} << 20;                          // the most bytes of a document's pages
 constexpr rlim_t kProcessorTime = 10;                                         // seconds
-#ifndef __SANITIZE_ADDRESS__                // which takes terabytes of addresses, and looks for leaks by another process
+// The address sanitizer reserves terabytes of addresses and looks for leaks by another process, so it runs without these limits.
+#ifndef __SANITIZE_ADDRESS__
 constexpr rlim_t kMemory = rlim_t{2} << 30; // bytes of address space
 #endif
 
@@ -46,11 +47,12 @@ void limitProcess() {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     limit(RLIMIT_CORE, 0);
     limit(RLIMIT_FSIZE, 0);
-    std::signal(SIGXFSZ, SIG_IGN); // a message to a standard error that is a file is lost, no more
+    // When standard error is a file, messages to it are lost; the process goes on.
+    std::signal(SIGXFSZ, SIG_IGN);
     limit(RLIMIT_CPU, kProcessorTime);
 #ifndef __SANITIZE_ADDRESS__
     limit(RLIMIT_AS, kMemory);
-    confineProcess(); // where the system has that
+    confineProcess(); // on systems that can
 #endif
 }
 
@@ -67,7 +69,7 @@ bool write(const QImage& image) {
     return isWritten && std::fflush(stdout) == 0;
 }
 
-/// The best one of those that the file has; an icon has several sizes.
+/// Writes the picture of the file. An icon has several sizes, of which the best is written.
 End writePicture(const QString& path, QSize largest) {
     if (QFileInfo(path).size() > ImageFile::kMostBytesOfPhotograph)
         return End::tooLarge;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// quoddle: starts applets, tells what runs, and makes applets known to the desktop. One row for each command; what they do stands in files
-// beside.
+// quoddle: starts applets, lists running ones, and makes applets known to the desktop. There is one row for each command; the work is done
+// in the files beside this one.
 #include "AppletInfo.h"
 #include "AppletInstallation.h"
 #include "Applets.h"
@@ -58,7 +58,7 @@ int run(const Words& words) {
     return fail(*shell + ": cannot be started: " + std::strerror(errno));
 }
 
-/// Without the folder in which applets are found none seems to run. Empty when it can be used.
+/// Why the folder in which running applets are found cannot be used; empty when it can. Without it no applet would seem to run.
 std::string whatIsWrongWithRuntimeDirectory() {
     const auto directory = AERuntimeDirectory();
     return directory ? "" : AERuntimeDirectoryAdvice(directory.error());
@@ -76,7 +76,7 @@ int list(const Words&) {
     for (const AERunningApplication& application : applications)
         rows.push_back({tool::printable(QString::fromStdString(application.name)), std::to_string(application.processID),
                         tool::printable(QString::fromStdString(application.path))});
-    // Columns are counted in characters; the last one has no end.
+    // Column widths are counted in characters; the last column needs none.
     std::array<qsizetype, 2> widths = {0, 0};
     for (const auto& row : rows)
         for (std::size_t i = 0; i < widths.size(); ++i)
@@ -89,7 +89,7 @@ int list(const Words&) {
     return EXIT_SUCCESS;
 }
 
-/// A bundle that has gone meanwhile is still found by the name of what runs.
+/// The running applet that a word means. When its bundle has gone meanwhile, the applet is found by its name.
 std::optional<AERunningApplication> findRunning(const std::string& word) {
     if (const auto bundle = tool::findApplet(word))
         return AEFindRunningApplicationAtPath((*bundle)->bundlePath().toStdString());
@@ -113,7 +113,7 @@ int quit(const Words& words) {
     const OSStatus status = sent != noErr || !number ? sent : number->asInt32().value_or(errAEEventFailed);
     if (status == userCanceledErr)
         return fail(name + " goes on: it has refused, or asks something first");
-    // One that has ended before it could answer has done what it was asked.
+    // An applet that ends before it can answer has done what it was asked.
     return status == noErr || status == connectionInvalid ? EXIT_SUCCESS : fail(name + ": error " + std::to_string(status));
 }
 
