@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Shows dialogs in a running applet, again and again, beside a bare message box of the toolkit on the same window, and says how long each
-// took from the event (for the box: from the call) until it had been painted.
+// took from the event (for the box: from the call) until it was painted.
 //
 //   bench-dialogs APPLET ROUNDS      milliseconds, the median of the rounds
 #include "dialogs/AppDelegate+StandardAdditions.h"
@@ -30,12 +30,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Waits for the first painting of a dialog, notes the time and lets the dialog go.
+/// Waits for the first painting of a dialog, notes the time and closes the dialog.
 class Painting : public QObject {
 public:
     Painting() { qApp->installEventFilter(this); }
 
-    /// What the dialog before has left to be done is not to count.
+    /// Finishes the work that the dialog before has left, so that it does not count.
     static void settle() {
         QElapsedTimer timer;
         for (timer.start(); timer.elapsed() < 100;)
@@ -58,7 +58,8 @@ protected:
         if (dialog && !mPainted) {
             mPainted = true;
             mDialog = dialog;
-            QTimer::singleShot(0, this, [this] { // the painting is over
+            // Runs when the painting is over.
+            QTimer::singleShot(0, this, [this] {
                 mMilliseconds = std::chrono::duration<double, std::milli>(Clock::now() - mStart).count();
                 QTimer::singleShot(30, this, [this] { std::exchange(mDialog, nullptr)->done(1); });
             });
@@ -91,7 +92,7 @@ AEDesc command(AEEventClass eventClass, AEEventID eventID, AEDesc direct) {
     return event;
 }
 
-/// As a script sends it: from another thread, which waits.
+/// Sends an event like a script: from another thread, which waits.
 void sendAndWait(const AEDesc& event) {
     std::thread([event] {
         AEDesc reply;
@@ -146,11 +147,11 @@ int main(int argc, char** argv) {
     for (int round = 0; round <= rounds; ++round)
         for (std::size_t i = 0; i < std::size(kDialogs); ++i) {
             const double took = painting.millisecondsOf(kDialogs[i].second);
-            if (round > 0) // the first one finds nothing in any cache
+            if (round > 0) // the first round runs without any cache and does not count
                 times[i].push_back(took);
         }
     for (std::size_t i = 0; i < std::size(kDialogs); ++i)
         std::printf("%s %.2f\n", kDialogs[i].first, median(times[i]));
     std::fflush(stdout);
-    std::_Exit(0); // nothing of this is to be put away
+    std::_Exit(0); // skips the clean-up, which nobody needs here
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Calls a handler of a running applet, again and again, beside a bare echo of the same bytes between two processes, and says how long each
-// call took.
+// call took. Times are in microseconds, memory in kilobytes.
 //
-//   bench-events echo CALLS               microseconds for each round trip
-//   bench-events call APPLET CALLS        likewise, of the handler "same" of the applet
-//   bench-events script FILE CALLS        likewise, of the same handler in this process, one thread and no window: the script's own time
-//   bench-events crowd APPLET CALLERS CALLS   all at once, each on a connection of its own: microseconds for each, and how many were
-//   answered wrongly bench-events memory APPLET CALLS      resident kilobytes of the applet before and after
+//   bench-events echo CALLS                   each round trip of the bare echo
+//   bench-events call APPLET CALLS            each call of the applet's handler "same"
+//   bench-events script FILE CALLS            each call of the same handler in this process, one thread and no window: the script's time
+//   bench-events crowd APPLET CALLERS CALLS   each call of many callers at once, with a connection each, and the count of wrong answers
+//   bench-events memory APPLET CALLS          the resident memory of the applet before and after the calls
 #include "engine/QXOSAComponent.h"
 #include "engine/QXOSAID.h"
 #include "platform/ae/AEFlatten.h"
@@ -61,7 +61,7 @@ bool transfer(int socket, std::string& bytes, bool sends) {
     return true;
 }
 
-/// The least that two processes can do: the request one way, bytes of the size of the reply the other.
+/// Measures the least that two processes can do: the bytes of the request go one way, bytes of the size of the reply the other.
 int echo(int calls) {
     AEDesc reply = AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
     (void)reply.put("----"_4cc, AEDesc::ofInt32(1));
@@ -88,7 +88,7 @@ int echo(int calls) {
     return EXIT_SUCCESS;
 }
 
-/// What an applet's script thread does for a call.
+/// Measures the part of a call that the applet's script thread does.
 int script(const char* file, int calls) {
     registerAppleScriptComponent();
     const QXOSAIDRef same = QXOSAID::QXOSAIDWithComponent(QXOSAComponent::appleScriptComponent());

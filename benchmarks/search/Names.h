@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Names of files and folders as a home has them: words, numbers, extensions. The same ones each time.
+// Makes names of files and folders like those in a home folder: words, numbers, extensions. They are the same each time.
 #pragma once
 
 #include <random>

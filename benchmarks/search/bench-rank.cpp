@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Ranks the names of an index as a search in it and the search pane of a droplet rank them, on one thread: which names have the term well
-// enough, how good each is, and the order of these.
+// Ranks the names of an index like the search in the index and the search pane of a droplet, on one thread: finds the names that contain
+// enough of the term, says how good each one is, and puts them in order.
 //
 //   bench-rank make FILE COUNT     names, one a line
-//   bench-rank rank FILE TERM…     TERM.time in milliseconds, making the index not counted; TERM.found: those of it that passed before the
-//                                  hits were put into their order; TERM.count: how many were kept
+//   bench-rank rank FILE TERM…     for each term, without making the index: TERM.time in milliseconds; TERM.found, the part of the time
+//                                  before the hits are put in order; TERM.count, how many names were kept
 #include "Names.h"
 #include "platform/base/Text.h"
 #include "platform/search/index/NameRanking.h"

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Makes a home of many files, and searches in it as the search pane of a droplet does. Milliseconds, but for the memory.
+// Makes a home folder with many files and searches in it like the search pane of a droplet. Times are in milliseconds, memory in bytes.
 //
-//   bench-search make FOLDER FILES [N]   a folder for each 91 or N files
-//   bench-search search FOLDER TERM…     the first term while the folders are walked: first.hit, first.whole, first.count, and the bytes
-//                                        for each file: memory; how long it takes until a file that is made, renamed, removed is told of:
-//                                        made, renamed, removed, and the bytes then: memory.changed; at last the later terms from memory:
+//   bench-search make FOLDER FILES [N]   makes the files, 91 or N in each folder
+//   bench-search search FOLDER TERM…     searches for the first term while the folders are walked: first.hit (time to the first hit),
+//                                        first.whole (to the last one), first.count; says how much memory a file takes: memory; how long
+//                                        it takes until a new, a renamed and a removed file are told of: made, renamed, removed; and the
+//                                        memory for a file then: memory.changed. At last it searches for the later terms from memory:
 //                                        TERM.hit, TERM.whole, TERM.count
-//   bench-search again FOLDER            how long searches take at worst, from memory, where there are no watches: while folders are looked
-//                                        at again, again, and while they are not, still
+//   bench-search again FOLDER            the longest searches from memory where there are no watches: while folders are looked at again,
+//                                        again, and while they are not, still
 #include "Names.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSNotificationCenter.h"
@@ -55,7 +56,7 @@ int make(const std::string& top, int files, int filesOfAFolder) {
     return 0;
 }
 
-/// Bytes that are resident and the process's own.
+/// The resident bytes that the process does not share with others.
 double memory() {
     malloc_trim(0);
     std::ifstream statm("/proc/self/statm");
@@ -74,7 +75,7 @@ public:
     }
 
     void search(const QString& term, const std::string& name) {
-        // As the pane asks: of one word two letters together and the others in their order, of several words any.
+        // The pane's patterns: of one word the first two letters together and the others in their order, of several words any one.
         const QStringList words = term.split(u' ');
         QList<NSPredicateRef> parts;
         for (const QString& word : words) {
@@ -89,10 +90,10 @@ public:
                     static_cast<long long>(mQuery.resultCount()));
     }
 
-    /// Resident, when nothing but the index is there.
+    /// The resident bytes when there is nothing but the index.
     double memoryOfIndex() {
         mQuery.setRankedTerm({});
-        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s)); // nothing is left of the search before
+        start(*NSPredicate::predicateWithFormat(u"FALSEPREDICATE"_s)); // frees the results of the search before
         return memory();
     }
 
@@ -143,7 +144,7 @@ private:
     double mHit = -1;
 };
 
-/// Of many searches in five seconds, the first one not counted.
+/// The longest time of many searches in five seconds. The first one does not count.
 double worstSearch(const QString& top, std::chrono::milliseconds lookAgainAfter) {
     FileIndex index({0, lookAgainAfter});
     const NSPredicateRef predicate = *NSPredicate::predicateWithFormat(u"kMDItemFSName LIKE[cdw] 'xyzzy*'"_s);
@@ -161,7 +162,7 @@ double worstSearch(const QString& top, std::chrono::milliseconds lookAgainAfter)
         while (!found->take().isWhole);
         found->cancel();
         worst = std::max(worst, isFirst ? 1e-6 : static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        std::this_thread::sleep_for(std::chrono::milliseconds(7)); // as somebody types
+        std::this_thread::sleep_for(std::chrono::milliseconds(7)); // people pause between keys
     }
     return worst;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What any Qt Widgets program has to do before its window can be seen, and nothing else: the measure for the applet's launch. It stays
-// until it is killed, as an applet does.
+// Does only what any Qt Widgets program has to do before its window can be seen: the measure for the launch of an applet. Like an applet it
+// stays until it is ended.
 #include <QApplication>
 #include <QLabel>
 #include <QMainWindow>

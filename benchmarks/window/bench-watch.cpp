@@ -2,9 +2,9 @@
 // Looks at a program from outside, through the X server alone:  bench-watch [--stop] PROGRAM [ARGUMENT…]
 //   painted MS    from exec to the moment when the program's first window has something drawn in it
 //   stopped MS    with --stop: from Escape, pressed half a second later, to the moment when that window has gone
-// One decision: what is measured takes no part in it, so that any two programs are measured alike. The window counts as painted when its
-// pixels are of three colours at least (background, text and the edges of letters); one that is only mapped has a single one. The program
-// is killed in the end.
+// One decision: the program that is measured takes no part in the measuring, so that any two programs are measured alike. The window counts
+// as painted when its pixels have at least three colours (background, text and the edges of letters); a window that is only mapped has a
+// single one. The program is killed in the end.
 #include <array>
 #include <chrono>
 #include <csignal>
@@ -56,7 +56,7 @@ public:
         mRoot = xcb_setup_roots_iterator(xcb_get_setup(mConnection)).data->root;
         mManager = windowManager();
         select(mRoot, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-        roundTrip(); // from here on nothing of the program can be missed
+        roundTrip(); // from here on no event of the program can be missed
         mStart = Time::now();
         program = fork();
         if (program < 0)
@@ -96,7 +96,7 @@ private:
 
     void roundTrip() { Reply<void>(xcb_get_input_focus_reply(mConnection, xcb_get_input_focus(mConnection), nullptr)); }
 
-    /// The window in which the window manager says that it is there; none without one.
+    /// The window by which the window manager says that it is running; 0 when there is none.
     xcb_window_t windowManager() const {
         constexpr char kName[] = "_NET_SUPPORTING_WM_CHECK";
         const Reply<xcb_intern_atom_reply_t> atom(
@@ -107,7 +107,8 @@ private:
         return isThere ? *static_cast<const xcb_window_t*>(xcb_get_property_value(found.get())) : 0;
     }
 
-    /// The frames around windows belong to another client than the windows themselves; that is told by the upper part of the number.
+    /// Whether the window belongs to the window manager, as the frames around windows do. The upper part of a window's number tells its
+    /// client.
     bool isManagers(xcb_window_t window) const {
         const std::uint32_t client = ~xcb_get_setup(mConnection)->resource_id_mask;
         return mManager && (window & client) == (mManager & client);
@@ -190,7 +191,7 @@ private:
     xcb_connection_t* mConnection;
     xcb_window_t mRoot = 0;
     xcb_window_t mManager = 0;
-    xcb_window_t mWindow = 0; // the first one to be mapped
+    xcb_window_t mWindow = 0; // the first window to be mapped
     bool mGone = false;
     Time::time_point mStart;
 };
