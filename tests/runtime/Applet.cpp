@@ -80,7 +80,7 @@ void ManualClock::advance(double seconds) {
         mWake.reset();
         onWake();
     }
-    mNow = std::max(mNow, until); // what was called may have moved the time on
+    mNow = std::max(mNow, until); // a callback may have moved the time on
 }
 
 struct Applet::FakeUpdater final : Updater {
@@ -159,7 +159,7 @@ bool Applet::eventually(const std::function<bool()>& condition) {
 }
 
 void Applet::settle() {
-    // What has left the queue has posted its finishing step, which may begin something new.
+    // Executions that have left the queue have posted their finishing steps, which may begin new ones, so a few turns are needed.
     for (int turn = 0; turn < 3; ++turn) {
         EXPECT_TRUE(eventually([] { return AppDelegate::waitForScripts(std::chrono::milliseconds(0)); }));
         QCoreApplication::processEvents();

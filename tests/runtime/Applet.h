@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One applet under test: a bundle made on the spot, a delegate on fakes for everything that would be seen, time under control.
+// One applet under test: a bundle made on the spot, a delegate with fakes for everything that would be seen, and a clock that the test
+// moves.
 #pragma once
 
 #include "platform/foundation/QtPrinters.h"
@@ -10,7 +11,7 @@
 
 namespace quoddle::test {
 
-/// Stands for the framework: asks the delegate as the framework does, and ends by no longer running.
+/// Takes the place of the framework: asks the delegate as the framework does, and ends by not running any more.
 class FakeApplication final : public SharedApplication {
 public:
     NSApplicationDelegate* delegate = nullptr;
@@ -18,8 +19,8 @@ public:
     bool running = true;
     bool active = false;
     int refusals = 0;
-    int asked = 0;                       ///< the open request that is being made
-    QList<std::pair<int, int>> answered; ///< open requests and replies
+    int asked = 0;                       ///< the number of the open request that is being made
+    QList<std::pair<int, int>> answered; ///< numbers of open requests, with the replies
     QStringList log;                     ///< "terminate: now", "terminate reply: 1", "open reply: 0"
 
     void terminate() override;
@@ -37,8 +38,8 @@ public:
 class FakeAlerts final : public AlertPresenter {
 public:
     QList<RuntimeAlert> shown;
-    bool modal = false;               ///< whether the last one was
-    std::function<void()> completion; ///< of the sheet that is up
+    bool modal = false;               ///< whether the last alert was modal
+    std::function<void()> completion; ///< of the sheet that is shown
 
     void beginSheet(const RuntimeAlert& alert, WindowController& onWindowOf, std::function<void()> done) override;
     void runModal(const RuntimeAlert& alert) override;
@@ -79,33 +80,34 @@ private:
 class Applet {
 public:
     struct Options {
-        const char* handlers = "run"; ///< of the script; null: there is no script
-        const char* info = "";        ///< further entries of the Info.plist, OpenStep form
-        const char* infoXML = "";     ///< the value of KVBUseStandardOSAXEN in the XML form, which has numbers; no other entries then
-        const char* editor = "";      ///< the editor's settings file; none when empty
+        const char* handlers = "run"; ///< the script's handlers; null: there is no script
+        const char* info = "";        ///< further entries of the Info.plist in the OpenStep form
+        /// the value of KVBUseStandardOSAXEN in the XML form, which has numbers; the Info.plist then has no other entries
+        const char* infoXML = "";
+        const char* editor = ""; ///< the contents of the editor's settings file; empty: there is no file
         const char* strings = "RuntimeErrorInformation = \"because: %@\";";
         ImageSource* images = nullptr;
         HookStopper* hookStopper = nullptr;
-        bool insteadOfRun = false;                        ///< launched for an event in place of the run
-        std::function<bool(bool)> areOthersAnswered = {}; ///< nothing: yes
+        bool insteadOfRun = false;                        ///< whether the applet is launched for an event in place of the run
+        std::function<bool(bool)> areOthersAnswered = {}; ///< empty: they always are
     };
     explicit Applet(Options options);
     ~Applet();
 
     FakeApplication application;
     FakeAlerts alerts;
-    std::function<QString()> chooseTestApplet; ///< what the user answers; nothing: cancels
-    QStringList windowLog;                     ///< "progress", "startup", "last", "show", in order
+    std::function<QString()> chooseTestApplet; ///< answers the user's choice; empty: the user cancels
+    QStringList windowLog;                     ///< "progress", "startup", "last", "show", in the order of the calls
     QString controllerIdentifier;
     QStringList setup; ///< "osax", "updater"
     std::shared_ptr<FakeWindowController> window;
     std::unique_ptr<AppDelegate> delegate;
 
-    /// Will finish, files if any, did finish.
+    /// Makes the delegate's calls of a launch: will finish, open the files if there are any, did finish.
     void launch(const QStringList& files = {});
-    /// Until nothing runs and nothing waits for the main thread.
+    /// Processes events until nothing runs and nothing waits for the main thread.
     void settle();
-    /// Turns the event loop until the condition holds, two seconds at most; answers whether it does.
+    /// Processes events until the condition holds, at most for ten seconds; answers whether it holds.
     static bool eventually(const std::function<bool()>& condition);
     int pendingIdleCalls() const { return mPerforms->pendingCount(); }
     void advance(double seconds) { mClock->advance(seconds); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Stories of how an applet ends or goes on: what happens one after the other, and what is done about each.
+// Stories of how an applet ends or goes on: what happens one after the other, and the acts that each happening leads to.
 #include "Applet.h"
 #include "runtime/AppletEnd.h"
 
@@ -42,7 +42,7 @@ public:
             mLog << QLatin1StringView(kActs[static_cast<int>(act)]);
     }
 
-    /// A dialog that comes or goes with the facts is told of.
+    /// Sets the facts and tells AppletEnd when a dialog comes or goes with them.
     void setFacts(unsigned facts) {
         const bool wasUp = mFacts & dialogIsUp, isUp = facts & dialogIsUp;
         mFacts = facts;
@@ -70,7 +70,7 @@ struct Seconds {
 struct ErrorSeen {};
 
 struct Step {
-    unsigned facts; ///< from now on
+    unsigned facts; ///< these hold from now on
     std::variant<AppletEnd::Happening, Seconds, ErrorSeen> event;
     const char* acts;
 };
@@ -78,7 +78,7 @@ struct Step {
 struct Story {
     const char* name;
     std::vector<Step> steps;
-    AppletEnd::State state; ///< at last
+    AppletEnd::State state; ///< the state in the end
 };
 
 constexpr unsigned kDialog = dialogIsUp, kBusy = isResponding, kAsking = quitHandlerRuns | isResponding,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What follows an execution: the cases of the finishing step, with the handler's end, the bundle and a wish to quit varied.
+// The steps that follow an execution: the cases of the finishing step, with different ends of the handler, bundles and wishes to quit.
 #include "Applet.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ Outcome outcomeOf(End end) {
     }
 }
 
-/// An own event whose end nobody else decides about.
+/// Runs an event of the applet's own, with or without a completion.
 void runOneEvent(Applet& applet, bool isRunHandler, AppDelegate::Completion completion = {}) {
     const auto event = isRunHandler ? nullptr : NSAppleEventDescriptor::appleEventWithEventClass("misc"_4cc, "idle"_4cc);
     applet.delegate->_respondToEventInBackground(event, std::move(completion));
@@ -47,7 +47,7 @@ TEST(Finishing, OwnEvents) {
         bool isRunHandler;
         End end;
         bool triedToQuit;
-        QStringList application, window; ///< what is asked of them
+        QStringList application, window; ///< the calls that the application and the window get
         bool ended;
         int idleCalls;
         bool stopHidden, stillTried;
@@ -104,7 +104,7 @@ TEST(Finishing, ACancelledRunWithAQuitHandlerCallsIt) {
     applet.delegate->setApplicationTriedToQuit(true);
     applet.settle();
     EXPECT_EQ(ScriptedComponent::calls(), (Calls{"run", "quit"}));
-    // Refused for the run; and again when the quit handler ended without passing the quit on.
+    // The first refusal is for the run, the second for the quit handler, which has ended without passing the quit on.
     EXPECT_EQ(applet.application.log, (QStringList{u"terminate reply: 0"_s, u"terminate reply: 0"_s}));
     EXPECT_EQ(applet.application.refusals, 1);
     EXPECT_FALSE(applet.delegate->applicationTriedToQuit());
@@ -130,7 +130,7 @@ TEST(Finishing, AScriptErrorShowsOneAlertAndEndsTheApplet) {
             });
             applet.settle();
             ASSERT_EQ(applet.alerts.shown.size(), 1);
-            EXPECT_EQ(applet.alerts.shown[0].messageText, u"RuntimeErrorMessage"_s); // no text for the key: the key
+            EXPECT_EQ(applet.alerts.shown[0].messageText, u"RuntimeErrorMessage"_s); // a key without text stands for itself
             EXPECT_EQ(applet.alerts.shown[0].informativeText, u"because: 100% of it"_s);
             EXPECT_EQ(applet.alerts.shown[0].buttonTitle, u"QuitButton"_s);
             EXPECT_EQ(applet.alerts.modal, !visible);
@@ -150,7 +150,7 @@ TEST(Finishing, ExecutionsNeverOverlapAndKeepTheirOrder) {
     std::atomic<bool> overlapped = false;
     ScriptedComponent::sHandlers["run"] = ScriptedComponent::sHandlers["idle"] = [&](ScriptedComponent::Run& run) {
         overlapped = overlapped || ++inside > 1;
-        EXPECT_FALSE(run.isAppletQuitting()); // set to false at the start of each
+        EXPECT_FALSE(run.isAppletQuitting()); // reset at the start of each execution
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
         --inside;
         return Outcome{AEDesc::ofInt32(7)};
@@ -170,7 +170,7 @@ TEST(Finishing, ExecutionsNeverOverlapAndKeepTheirOrder) {
 
 namespace {
 
-/// Calls one of the script's handlers as another application would.
+/// Calls one of the script's handlers like another application.
 AEDesc callHandler(Applet& applet, const std::string& name) {
     AEDesc event = AEDesc::appleEvent("ascr"_4cc, "psbr"_4cc, AEDesc::ofCurrentProcess());
     event.put("snam"_4cc, AEDesc::ofUTF8(name));
@@ -211,7 +211,7 @@ TEST(IncomingCall, IsAnsweredWithResultOrError) {
 
     const AEDesc failure = callHandler(applet, "fail");
     EXPECT_FALSE(failure.find("----"_4cc));
-    EXPECT_EQ(failure.find("errn"_4cc)->asUTF8(), "no good"); // the message stands where the number was
+    EXPECT_EQ(failure.find("errn"_4cc)->asUTF8(), "no good"); // the message stands in the place of the number
     EXPECT_FALSE(failure.find("errs"_4cc));
     EXPECT_EQ(failure.find("erob"_4cc)->asInt32(), 1);
     EXPECT_EQ(failure.find("ptlr"_4cc)->asInt32(), 2);
@@ -221,7 +221,7 @@ TEST(IncomingCall, IsAnsweredWithResultOrError) {
     EXPECT_EQ(callHandler(applet, "cancel").find("errn"_4cc)->asUTF8(), "User canceled.");
     EXPECT_EQ(callHandler(applet, "nothing").find("errn"_4cc)->asInt32(), 0);
 
-    EXPECT_EQ(applet.windowLog, QStringList()); // no pane changes, no alert, the applet carries on
+    EXPECT_EQ(applet.windowLog, QStringList()); // no pane changes, no alert comes, the applet goes on
     EXPECT_TRUE(applet.alerts.shown.isEmpty());
     EXPECT_FALSE(applet.ended());
 }
@@ -255,7 +255,7 @@ TEST(IncomingCall, WaitsForTheHandlerThatRuns) {
 TEST(IncomingCall, ThatAQuitStopsIsAnsweredAndSoIsTheQuit) {
     struct {
         const char *name, *handlers;
-        bool stops; ///< when it is told to
+        bool stops; ///< whether the handler ends when it is told to stop
         bool ended;
         Calls calls;
     } const table[] = {

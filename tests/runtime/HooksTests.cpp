@@ -18,7 +18,7 @@ namespace {
 
 constexpr auto kDroplet = "open";
 
-/// Every image is as wide as its name, path or data is long.
+/// Answers images that are as wide as the name, path or data is long.
 class FakeImages final : public ImageSource {
 public:
     QImage imageNamed(const QString& name) override { return made("named", name.size()); }
@@ -120,7 +120,7 @@ TEST(Hooks, ThatTakeLongCanBeStopped) {
         void dismiss() override { ++dismissals; }
     } stopper;
     const struct {
-        double secondsOfTurn; // of which the hook takes ten
+        double secondsOfTurn; // the hook takes ten turns
         int stopAt;
         bool isAcceptable, isStopped, isOffered;
     } rows[] = {{0.05, 1, true, false, false}, {0.3, 3, false, true, true}, {0.3, 100, true, false, true}, {0.05, 1, true, false, false}};
@@ -146,7 +146,7 @@ TEST(Hooks, ThatTakeLongCanBeStopped) {
     EXPECT_FALSE(stopper.name.isEmpty());
     EXPECT_TRUE(applet.alerts.shown.isEmpty()) << "stopping a hook is no error";
 
-    // The Stop of one hook says nothing of files that no hook was asked about.
+    // A Stop of one hook has nothing to do with files that no hook was asked about.
     Applet other({.handlers = "open appletmaycheckforupdates", .hookStopper = &stopper});
     stopper.requests = 0;
     stopper.stopAt = 1;
@@ -161,7 +161,7 @@ TEST(Hooks, ThatTakeLongCanBeStopped) {
     EXPECT_FALSE(other.delegate->hookWasStopped());
 }
 
-/// Both scripts share the component. The hook runs on the main thread, the handler on the script queue.
+/// The hook runs on the main thread and the handler on the script queue, but both scripts share the component.
 TEST(Hooks, AreStoppedWithoutTheHandlerThatRuns) {
     class Stopper final : public HookStopper {
     public:
@@ -194,7 +194,7 @@ TEST(Hooks, AreStoppedWithoutTheHandlerThatRuns) {
     EXPECT_TRUE(applet.delegate->hookWasStopped());
     EXPECT_EQ(handlerWasTold, noErr) << "the hook's Stop is not the handler's";
 
-    // A Stop of the handler leaves the hook alone, and a new hook does not take the handler's Stop back.
+    // A Stop of the handler does not stop the hook, and a new hook does not cancel the handler's Stop.
     loops = false;
     applet.delegate->mainScript()->component()->setCancelled(true);
     EXPECT_TRUE(applet.delegate->isFileAcceptable(u"/b"_s));
@@ -232,7 +232,7 @@ TEST(Hooks, JudgeManyFilesInSlices) {
     const QList<std::pair<int, int>> none;
 
     open(1, files);
-    open(2, {u"/no"_s}); // behind the first ones
+    open(2, {u"/no"_s}); // judged after the first request
     EXPECT_LT(judged, 10) << "the window has its turn";
     EXPECT_EQ(applet.application.answered, none);
     EXPECT_TRUE(Applet::eventually([&] {
@@ -259,7 +259,7 @@ TEST(Hooks, JudgeManyFilesInSlices) {
 TEST(Hooks, FilesThatAreBeingJudgedKeepTheAppletAndAreStoppedWithTheRun) {
     for (const bool isStopped : {false, true}) {
         SCOPED_TRACE(isStopped);
-        Applet applet({.handlers = "open appletfileisacceptable"}); // does not stay open
+        Applet applet({.handlers = "open appletfileisacceptable"}); // this applet does not stay open
         ScriptedComponent::sHandlers["appletfileisacceptable"] = [&](ScriptedComponent::Run&) -> ScriptedComponent::Outcome {
             applet.advance(0.05);
             return {AEDesc::ofBoolean(true)};
@@ -318,7 +318,7 @@ TEST(Hooks, MakeImagesOfValues) {
     FakeImages images;
     Applet applet({.handlers = kDroplet, .images = &images});
     applet.delegate->_setupApplication(false);
-    EXPECT_EQ(told(applet.delegate->appletDropImage()), u"named 19"_s); // that of several documents
+    EXPECT_EQ(told(applet.delegate->appletDropImage()), u"named 19"_s); // the name of the picture of several documents has 19 letters
     EXPECT_EQ(told(applet.delegate->appletSearchImage()), u"none"_s);
 
     const auto reference = [](const QVariant& object) { return BridgedObjects::descriptor(BridgedObjects::add(object)); };

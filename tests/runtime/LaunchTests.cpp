@@ -27,7 +27,7 @@ TEST(Launch, DecidesWhatStarts) {
         Calls calls;
         bool ended, started;
         int idleCalls;
-        QStringList window; ///< before anything has run
+        QStringList window; ///< calls of the window before anything has run
     } const table[] = {
         {"run only", "run", kNoPane, {}, {"run"}, true, true, 0, {}},
         {"run only, stays open", "run", kStay, {}, {"run"}, false, true, 0, {}},
@@ -68,10 +68,10 @@ TEST(Launch, DecidesWhatStarts) {
 TEST(Launch, ForAnEventInPlaceOfTheRunLeavesTheRunToTheEvent) {
     struct {
         const char *name, *handlers, *info;
-        bool runs;      ///< what is asked for is the run
-        int idleCalls;  ///< after the launch, or another call for later
-        bool ended;     ///< afterwards
-        bool forgotten; ///< ended when nobody asks for anything
+        bool runs;      ///< whether the launching event asks for the run
+        int idleCalls;  ///< after the launch; counts the call that ends a forgotten applet as well
+        bool ended;     ///< after the run
+        bool forgotten; ///< whether the applet ends when nobody asks for anything
     } const table[] = {
         {"one-shot", "run", kNoPane, true, 1, true, true},
         {"stays open", "run idle", kStay, true, 1, false, false},
@@ -93,7 +93,8 @@ TEST(Launch, ForAnEventInPlaceOfTheRunLeavesTheRunToTheEvent) {
                 EXPECT_EQ(applet.ended(), row.forgotten);
                 continue;
             }
-            if (row.runs) // a second launch by hand asks as well as an event does, but once
+            // A second launch by hand asks for the run like an event, but only the first time.
+            if (row.runs)
                 for (int time = 0; time < 2; ++time)
                     applet.delegate->applicationWillReopen();
             applet.settle();
@@ -175,7 +176,7 @@ TEST(Launch, SetsUpOnceFromTheBundlesKeys) {
         SCOPED_TRACE(row.name);
         Applet applet({.handlers = "open", .info = row.info});
         applet.launch();
-        applet.delegate->_setupApplication(false); // a second time: nothing
+        applet.delegate->_setupApplication(false); // the second call does nothing
         EXPECT_EQ(applet.setup, row.setup);
         EXPECT_EQ(applet.delegate->checkForUpdatesMenuItem() != nullptr, row.updateItem);
         EXPECT_EQ(applet.delegate->showStartupScreen(), row.startupScreen);
@@ -183,7 +184,7 @@ TEST(Launch, SetsUpOnceFromTheBundlesKeys) {
         EXPECT_EQ(applet.delegate->idleSeconds(), 1);
         EXPECT_EQ(applet.controllerIdentifier, u"dropletWindowController"_s);
     }
-    // Numbers exist in the XML form only.
+    // Only the XML form of property lists has numbers.
     for (const auto& [value, installed] : std::initializer_list<std::pair<const char*, bool>>{{"<true/>", false},
                                                                                               {"<integer>1</integer>", false},
                                                                                               {"<real>0.5</real>", false},

@@ -39,7 +39,7 @@ bool hasBegun(const std::string& handler) {
 TEST(RunButton, StartsWhatTheScriptHas) {
     struct {
         const char *name, *handlers, *info;
-        QStringList files; ///< brought by the launch
+        QStringList files; ///< files that the launch brings
         Calls calls;
         bool ended;
         int idleCalls;
@@ -100,7 +100,7 @@ TEST(Idle, TheResultSaysWhenToComeBack) {
         applet.launch();
         applet.advance(0.9);
         EXPECT_TRUE(ScriptedComponent::calls().empty());
-        applet.advance(0.1); // one second after the launch
+        applet.advance(0.1); // a second after the launch
         applet.settle();
         EXPECT_EQ(ScriptedComponent::calls(), (Calls{"idle"}));
         EXPECT_EQ(applet.delegate->idleSeconds(), row.seconds);
@@ -117,7 +117,7 @@ TEST(Idle, LateCallsDoNotAddUp) {
     Applet applet({.handlers = "idle", .info = kStay});
     ScriptedComponent::sHandlers["idle"] = [](ScriptedComponent::Run&) { return Outcome{AEDesc::ofInt32(1)}; };
     applet.launch();
-    // A clock that is looked at every 30 ms: each call ends a little late.
+    // The clock is looked at every 30 ms, so each call ends a little late.
     constexpr double kStep = 0.03;
     constexpr int kSeconds = 500;
     for (int step = 0; step * kStep < kSeconds; ++step) {
@@ -126,7 +126,7 @@ TEST(Idle, LateCallsDoNotAddUp) {
             applet.settle();
     }
     EXPECT_NEAR(static_cast<double>(ScriptedComponent::calls().size()), kSeconds, 1);
-    // A handler that takes its time is left alone for as long as it asked, from its end.
+    // After a handler that takes long, the delay that it asked for begins at its end.
     ScriptedComponent::sHandlers["idle"] = [&applet](ScriptedComponent::Run&) {
         MainThread::dispatchSync([&applet] { applet.advance(10); });
         return Outcome{AEDesc::ofInt32(5)};
@@ -175,7 +175,7 @@ TEST(Stop, StopsOrEndsOrAsks) {
         applet.settle();
         EXPECT_EQ(ScriptedComponent::calls(), row.calls);
         EXPECT_EQ(applet.application.log, row.application);
-        EXPECT_TRUE(applet.alerts.shown.isEmpty()); // a cancel is no error
+        EXPECT_TRUE(applet.alerts.shown.isEmpty()); // a cancellation is no error
     }
 }
 
@@ -225,10 +225,10 @@ TEST(Terminate, AHandlerAtWorkIsToldAndStopped) {
         std::atomic<bool> quitHandlerTold = true;
         ScriptedComponent::sHandlers["quit"] = [&](ScriptedComponent::Run& run) {
             quitHandlerTold = run.isAppletQuitting();
-            run.continueEvent(); // passes the quit on
+            run.continueEvent(); // passes the quit on to the framework
             return Outcome();
         };
-        // The framework's own quit handler, which a continued quit reaches.
+        // A continued quit reaches the framework's own quit handler.
         auto& manager = NSAppleEventManager::sharedAppleEventManager();
         manager.setEventHandler([&](const auto&, const auto&) { applet.application.terminate(); }, "aevt"_4cc, "quit"_4cc);
         applet.launch();
@@ -357,7 +357,7 @@ TEST(WindowClose, IsAStopRequest) {
         if (row.running)
             ScriptedComponent::sHandlers["run"] = [&wasAsked](ScriptedComponent::Run& run) {
                 const Outcome outcome = run.workUntilStopped();
-                while (!wasAsked) // so that the question finds it at work
+                while (!wasAsked) // the handler is still running when the question comes
                     std::this_thread::sleep_for(std::chrono::milliseconds(1));
                 return outcome;
             };
@@ -396,14 +396,14 @@ TEST(WindowClose, StopsOnceAndNotWhatTheScriptDoesAboutIt) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         EXPECT_EQ(stoppedAgain, again);
     };
-    // The script has heard of the first notice before the question comes.
+    // The script hears of the first notice before the question comes.
     NSNotificationCenter::defaultCenter().postNotification(NSWindowWillCloseNotification, applet.window->windowObject());
     while (!stopped)
         std::this_thread::yield();
     EXPECT_TRUE(applet.delegate->applicationShouldTerminateAfterLastWindowClosed());
     applet.application.terminate();
     tidiesUp(false);
-    // Whoever asks later means it.
+    // A question in a later turn of the loop stops the script again.
     QCoreApplication::processEvents();
     applet.application.terminate();
     tidiesUp(true);
@@ -485,7 +485,7 @@ TEST(OpenFiles, TheTestModeWorksOnAnotherApplet) {
     Applet applet({.handlers = "open run", .info = kNoPane});
     applet.chooseTestApplet = [&answer] { return answer; };
     const auto own = applet.delegate->mainBundle();
-    applet.delegate->applicationOpenFiles({u"/a"_s, u"QUODDLE_DEBUG"_s}); // only as the first name
+    applet.delegate->applicationOpenFiles({u"/a"_s, u"QUODDLE_DEBUG"_s}); // the name counts only as the first file
     EXPECT_EQ(applet.delegate->mainBundle(), own);
     applet.settle();
     EXPECT_EQ(ScriptedComponent::calls(), (Calls{"open"}));
@@ -494,7 +494,7 @@ TEST(OpenFiles, TheTestModeWorksOnAnotherApplet) {
     applet.delegate->applicationOpenFiles({u"QUODDLE_DEBUG"_s, u"/a"_s});
     EXPECT_EQ(applet.delegate->mainBundle()->bundlePath(), other.path());
     applet.settle();
-    EXPECT_EQ(ScriptedComponent::calls(), (Calls{"open"})); // nothing is run
+    EXPECT_EQ(ScriptedComponent::calls(), (Calls{"open"})); // no handler is run
 
     Applet cancelled({.handlers = "open run", .info = kNoPane});
     cancelled.launch({u"QUODDLE_DEBUG"_s});

@@ -18,7 +18,7 @@ namespace {
 
 constexpr auto kStay = "KVBShowStartupScreen = NO; KVBStayOpen = YES;";
 
-/// Collects what is posted, in order.
+/// Collects the posted snapshots in order.
 class Listener {
 public:
     Listener() {
@@ -45,20 +45,20 @@ TEST(Progress, IsPostedOncePerChangeAndShowsThePane) {
     Applet applet({.handlers = "run", .info = kStay});
     Listener listener;
     ScriptedComponent::sHandlers["run"] = [&](ScriptedComponent::Run& run) {
-        run.yield(); // nothing was reported yet: nothing is posted
+        run.yield(); // nothing was reported yet, so nothing is posted
         run.setProgress("ppgt"_4cc, AEDesc::ofInt32(8));
         run.setProgress("ppgd"_4cc, AEDesc::ofText(u" \n Copying files\r\n"));
         run.yield();
         EXPECT_EQ(listener.snapshots.size(), 1) << "the script waits until the window knows";
-        run.yield(); // the same again
+        run.yield(); // the report is unchanged
         run.setProgress("ppgc"_4cc, AEDesc::ofDouble(3));
         run.setProgress("ppga"_4cc, AEDesc::ofText(u"a.txt"));
         run.yield();
-        run.setProgress("ppgc"_4cc, AEDesc::ofInt32(8)); // seen by the last look, after the handler
+        run.setProgress("ppgc"_4cc, AEDesc::ofInt32(8)); // seen in the last look, after the handler has ended
         return Outcome();
     };
     applet.launch();
-    EXPECT_EQ(applet.windowLog, QStringList()); // neither open nor quit handler: no pane before there is progress
+    EXPECT_EQ(applet.windowLog, QStringList()); // without open and quit handler there is no pane before the first progress
     applet.settle();
     EXPECT_EQ(listener.snapshots,
               (QList<QVariantMap>{snapshot(8, 0, u"Copying files"_s, u""_s), snapshot(8, 3, u"Copying files"_s, u"a.txt"_s),
@@ -66,7 +66,7 @@ TEST(Progress, IsPostedOncePerChangeAndShowsThePane) {
     EXPECT_EQ(applet.delegate->currentProgress(), listener.snapshots.last());
     EXPECT_EQ(applet.windowLog, (QStringList{u"progress"_s, u"progress"_s, u"progress"_s, u"last"_s}));
 
-    // A later run that reports the same posts nothing; resetting to nothing does, once something was reported.
+    // The same report in a later run posts nothing. A reset to nothing is posted once something was reported.
     ScriptedComponent::sHandlers["run"] = [](ScriptedComponent::Run& run) {
         run.yield();
         for (FourCharCode number : {"ppgt"_4cc, "ppgc"_4cc})
@@ -94,7 +94,7 @@ TEST(Progress, TheMainThreadNeverWaitsForAScriptThatWaitsForIt) {
     };
     applet.launch();
     EXPECT_TRUE(Applet::eventually([&] { return applet.delegate->currentProgress().has_value(); }));
-    // As when the main thread calls the script itself: the yield comes on the main thread while the other one holds the lock.
+    // The yield comes on the main thread while the script thread holds the lock, as when the main thread calls the script itself.
     for (int turn = 0; turn < 200; ++turn) {
         applet.delegate->scriptDidYield();
         QCoreApplication::processEvents();
@@ -115,7 +115,7 @@ TEST(Progress, AnEndingApplicationReleasesTheScript) {
         return Outcome();
     };
     applet.launch();
-    MainThread::close(); // the event loop is gone
+    MainThread::close(); // as after the event loop has ended
     EXPECT_TRUE(AppDelegate::waitForScripts(std::chrono::seconds(10)));
     EXPECT_EQ(yields, 99);
     MainThread::open();

@@ -11,7 +11,7 @@ namespace quoddle::test {
 
 namespace {
 
-/// The handlers that are called by an event, and how FakeComponent calls them.
+/// A handler that an event calls, and how FakeComponent calls it.
 struct EventHandler {
     const char* name;
     const char16_t* event;
@@ -96,7 +96,7 @@ OSStatus ScriptedComponent::loadFile(const std::string& path, bool*, OSAModeFlag
     Value script{.source = u""};
     for (std::string name; file >> name;)
         script.handlers.insert(storedNameOf(name));
-    // The generic component opens a component once and keeps it, and a new script starts with progress of its own.
+    // The generic component opens a component once and keeps it, but every new script begins with progress of its own.
     mAppleScriptObject = add({.source = u""});
     id = mScript = add(std::move(script));
     return noErr;

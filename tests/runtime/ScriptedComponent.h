@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A scripting component whose "scripts" are C++ functions. A stored script names its handlers ("FasdUAS run idle quit open"); what they do
-// is set by the test. Values, properties and errors are those of FakeComponent.
+// A scripting component whose "scripts" are C++ functions. A stored script names its handlers ("FasdUAS run idle quit open"); the test sets
+// their functions. Values, properties and errors are handled by FakeComponent.
 #pragma once
 
 #include "platform/osa/FakeComponent.h"
@@ -12,20 +12,20 @@ namespace quoddle::test {
 class ScriptedComponent final : public FakeComponent {
 public:
     struct Outcome {
-        AEDesc result;          ///< null: none
-        OSStatus error = noErr; ///< of the script
+        AEDesc result;          ///< null: the handler has no result
+        OSStatus error = noErr; ///< the error that the script raises
         std::u16string message;
         std::map<FourCharCode, AEDesc> particulars; ///< "erob", "ptlr", "erap", "errt"
         OSStatus engineStatus = noErr;              ///< a failure of the engine itself
     };
-    /// What a handler may do while it runs, on the script thread.
+    /// The actions of a running handler, on the script thread.
     class Run {
     public:
         Run(ScriptedComponent& component, AEDesc theEvent) : event(std::move(theEvent)), mComponent(component) {}
-        const AEDesc event; ///< null: run without event
-        /// The active procedure: 0, or the reason to stop.
+        const AEDesc event; ///< null: a run without event
+        /// Calls the active procedure; answers 0, or the reason to stop.
         OSErr yield();
-        /// Yields until that says stop, or two seconds have passed.
+        /// Yields until told to stop, at most for ten seconds.
         Outcome workUntilStopped();
         /// Passes the event on to the application.
         OSErr continueEvent();
@@ -37,9 +37,9 @@ public:
     };
     using Handler = std::function<Outcome(Run&)>;
 
-    /// By name: "run", "open", "idle", "quit", or of a subroutine. A handler without function does nothing.
+    /// The functions of the handlers by name: "run", "open", "idle", "quit", or a subroutine's. A handler without function does nothing.
     static std::map<std::string, Handler> sHandlers;
-    /// Names of the handlers that have begun, in order. Guarded by sMutex.
+    /// The names of the handlers that have begun, in order. Guarded by sMutex.
     static std::vector<std::string> sCalls;
     static std::mutex sMutex;
     static std::vector<std::string> calls();
