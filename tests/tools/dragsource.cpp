@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// A window in a corner of the screen from which the mouse drags what the command line says, as a file manager or a browser would. Tests of
+// A window in a corner of the screen from which the mouse drags the items on the command line, like a file manager or a browser. Tests of
 // drops move the pointer from it over an applet.
 //     dragsource files|addresses|text [--list FILE] [NAME…]
-// Files are dragged as their addresses, addresses as they are written, texts as lines of plain text. The list has more names, parted by
-// null bytes. What becomes of it stands on standard output: "ready", and for each drag "begun", "would copy" or "would not" for each answer
-// of the window below the pointer, and in the end the action that it took: "copy" or "none".
+// Files are dragged as their addresses, addresses as they are written, texts as lines of plain text. The list has more names, separated by
+// null bytes. The program writes to standard output: "ready"; for each drag "begun", and "would copy" or "would not" for each answer of the
+// window below the pointer; and in the end the action that the window took, "copy" or "none".
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QDrag>
@@ -53,7 +53,7 @@ void say(const char* word) {
     std::fflush(stdout);
 }
 
-/// Hears every answer of a target; the toolkit tells of changes only.
+/// Reports every answer of a target; the toolkit tells of changes only.
 class Answers final : public QAbstractNativeEventFilter {
 public:
     explicit Answers(xcb_connection_t* connection) {
@@ -70,7 +70,7 @@ public:
         if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE || event->type != mStatus)
             return false;
         const char* answer = event->data.data32[1] & 1 ? "would copy" : "would not";
-        QTimer::singleShot(0, [answer] { say(answer); }); // when the toolkit has heard it, too
+        QTimer::singleShot(0, [answer] { say(answer); }); // reported after the toolkit has handled the answer, too
         return false;
     }
 

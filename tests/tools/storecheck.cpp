@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Loads every compiled script below a folder into a machine, stores it again, reads that, and compares: the same tree, the same handlers,
-// the same values. With a second folder the stored forms are written there, for another reader to try.
+// Loads every compiled script below a folder into a machine, stores it again, reads that, and compares the two: the same tree, the same
+// handlers, the same values. With a second folder the stored forms are written there, so that another reader can be tried on them.
 //     storecheck FOLDER [OUT]
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/image/Block.h"
@@ -34,7 +34,7 @@ bool same(const Object* a, const Object* b, std::set<std::pair<const Object*, co
         return differs("number");
     if (a->bytes != b->bytes || a->text != b->text)
         return differs("content");
-    // A Mac keeps room behind the items of a list that it has changed; the count says how many there are.
+    // A Mac reserves room behind the items of a list that it has changed, so only the counted items are compared.
     const bool isStorage = a->isBlock(block::Storage);
     if (a->children.size() != b->children.size() && !(isStorage && a->children.size() > b->children.size()))
         return differs("number of children");

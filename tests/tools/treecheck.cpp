@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
-// Holds the parser and the printer against scripts that other compilers made.
+// Compares the parser and the printer with scripts that other compilers made.
 //
-//   treecheck FOLDER          every compiled script below FOLDER: read, print its tree, parse the print, compare the trees;
+//   treecheck FOLDER          every compiled script below FOLDER: read it, print its tree, parse the print, compare the trees;
 //                             every source: parse it; every source beside a compiled script of the same name: compare the trees
-//   treecheck --tree FILE     the tree of a compiled script or of a source
-//   treecheck --print FILE    the tree printed as source
-//   --terms FOLDER, first     dictionaries of applications, one file each, NAME.tsv: rows of a letter and fields, codes in hexadecimal
-//   digits:
+//   treecheck --tree FILE     prints the tree of a compiled script or of a source
+//   treecheck --print FILE    prints the tree as source
+//   --terms FOLDER            before the others: dictionaries of applications, a file NAME.tsv each, with rows of a letter and fields,
+//                             codes in hexadecimal digits:
 //                             c words code plural synonym | p words code boolean synonym | k words enumeration value synonym
 //                             v words class id enumerated | a words code type (a parameter of the command above)
 //
-// It prints counts and, for each file that fails, the first difference. It is a tool for a person, not a test: what it is run on does not
-// belong to us.
+// The program prints counts and, for each file that fails, the first difference. It is a tool for a person and not a test, because the
+// scripts that it is run on do not belong to us.
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/image/Image.h"
 #include "platform/applescript/syntax/ApplicationLiteral.h"
@@ -112,7 +112,8 @@ PrintOptions printOptions() {
 }
 
 struct Comparison {
-    /// Terms that one compiler stored as a property and another as a class count as equal.
+    /// Whether differences between compilers are allowed: terms that one of them stores as a property and another as a class are then
+    /// equal.
     bool drift = false;
     std::string difference;
 
@@ -132,7 +133,7 @@ struct Comparison {
         // Whether `properties` is a property depends on the application's dictionary.
         if (drift && a->isNode(tagOf(NodeKind::Term)) && a->children[0]->code() == "pALL"_4cc && b->isNode(tagOf(NodeKind::Every)))
             return true;
-        // Old compilers kept a block of one line.
+        // Old compilers made a block of a single line.
         if (drift && a->isNode(tagOf(NodeKind::Block)) && a->children[0]->children.size() == 1 && !b->isNode(tagOf(NodeKind::Block))) {
             if (b->isNode(tagOf(NodeKind::Line)) && !a->children[0]->children[0]->isNode(tagOf(NodeKind::Line)))
                 b = b->children[0];
@@ -187,7 +188,7 @@ struct Comparison {
         return true;
     }
 
-    /// Old scripts keep a comment in one form, new ones in two.
+    /// Compares comments. Old scripts keep a comment in one form, new ones in two.
     bool comments(const Object* a, const Object* b) {
         auto text = [](const Object* line) {
             const Object* last = line->children[line->children.size() - 1];
@@ -197,17 +198,17 @@ struct Comparison {
     }
 };
 
-/// Trees that were printed and parsed again.
+/// Counts of trees that were printed and parsed again.
 struct Round {
     int unparsed = 0, exact = 0, drift = 0, different = 0;
 };
 
 struct Counts {
     int compiled = 0, runOnly = 0, unread = 0;
-    Round trees, sourceTrees; // of compiled scripts, of sources
+    Round trees, sourceTrees; // from compiled scripts and from sources
     int sources = 0, parsed = 0;
     int pairs = 0, pairParsed = 0, pairExact = 0, pairDrift = 0;
-    int statements = 0, statementsFound = 0; // of pairs
+    int statements = 0, statementsFound = 0; // of the pairs of a compiled script and its source
 };
 
 std::string errorText(const ParseError& error, std::u16string_view source) {
@@ -223,7 +224,7 @@ std::string errorText(const ParseError& error, std::u16string_view source) {
            std::to_string(error.start - from) + ": " + utf8FromUTF16(here);
 }
 
-/// Decompiling a script into a file adds a line end that its text does not have.
+/// The text of a source without the line end that decompiling a script into a file adds.
 std::u16string sourceOf(const std::string& bytes) {
     std::u16string source = utf16FromSourceBytes(bytes);
     if (source.ends_with(u'\n'))
@@ -257,7 +258,7 @@ void roundTrip(const fs::path& path, const Object* tree, Round& counts, bool ver
         std::cout << "ROUND " << path.string() << "\n      " << drift.difference << '\n';
 }
 
-/// Counts every statement of a tree that is no block itself.
+/// Counts every statement of a tree that does not contain a block.
 void gatherStatements(const Object* node, std::map<std::string, int>& found, int depth = 0) {
     if (depth > 200)
         return;
