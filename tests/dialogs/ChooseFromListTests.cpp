@@ -218,16 +218,16 @@ TEST(ChooseFromListPanel, ColumnIsAsWideAsTheWidestOfTheLongestTexts) {
     const auto width = [&metrics](const QString& text) { return static_cast<int>(std::ceil(metrics.horizontalAdvance(text))) + 6; };
     EXPECT_EQ(ChooseFromListPanel::_calculateColumnWidthFor({}, font), 0);
     EXPECT_EQ(ChooseFromListPanel::_calculateColumnWidthFor({u"iiii"_s, u"WWW"_s}, font), width(u"WWW"_s));
-    // Texts of less than half the length are not looked at, whatever their letters.
+    // Texts of less than half the length of the longest are not measured, however wide their letters are.
     EXPECT_EQ(ChooseFromListPanel::_calculateColumnWidthFor({u"WWWW"_s, u"iiiiiiiii"_s}, font), width(u"iiiiiiiii"_s));
-    // Nor more than thirty.
+    // No more than thirty texts are measured.
     QStringList many(30, u"iiii"_s);
     EXPECT_EQ(ChooseFromListPanel::_calculateColumnWidthFor(many + QStringList{u"WWW"_s}, font), width(u"iiii"_s));
 }
 
 TEST(ChooseFromListPanel, IsAsHighAsItsItemsAndTheScreenAllows) {
     ChooseFromListParameters parameters;
-    NSWindow parent; // which has not got its place yet
+    NSWindow parent; // a window that has not been placed yet
     const auto heightOf = [&](int items) {
         parameters.texts = QStringList(items, u"item"_s);
         ChooseFromListPanel panel(parameters);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A dialog command sent to the shell as a script would send it, and somebody who answers.
+// Sends a dialog command to the shell like a script, and answers the dialog like a user.
 #pragma once
 
 #include "dialogs/AppDelegate+StandardAdditions.h"
@@ -22,7 +22,7 @@ inline QDialog* visibleDialog() {
     return nullptr;
 }
 
-/// Null when the dialog has no such button.
+/// The visible button of the name; null when the dialog has none.
 inline QPushButton* buttonNamed(const QDialog& dialog, const QString& accessibleName) {
     for (auto* button : dialog.findChildren<QPushButton*>())
         if (button->isVisible() && button->accessibleName() == accessibleName)
@@ -44,7 +44,7 @@ inline Answer key(Qt::Key pressed) {
     return [pressed](QDialog& dialog) { QTest::keyClick(dialog.focusWidget() ? dialog.focusWidget() : &dialog, pressed); };
 }
 
-/// What the command's sender gets; a dialog that appears is answered once. An empty answer leaves it alone.
+/// Sends a command and holds the sender's reply. The first dialog that appears is answered once; with an empty answer it is left alone.
 class Conversation {
 public:
     Conversation(AEDesc event, Answer answer, std::function<bool()> senderGivesUp = {}) {
@@ -52,7 +52,7 @@ public:
             mStatus = AESendMessage(event, &mReply, kAEWaitReply, 20 * 60, {senderGivesUp});
             mIsAnswered = true;
         });
-        // By a timer, which comes in a modal session's loop as well.
+        // The user is a timer, because timers also fire in the event loop of a modal session.
         QTimer user;
         QObject::connect(&user, &QTimer::timeout, &user, [&] {
             QDialog* dialog = visibleDialog();
@@ -68,7 +68,7 @@ public:
         user.start(2);
         EXPECT_TRUE(QTest::qWaitFor([this] { return mIsAnswered.load(); }, 20'000));
         mSender.join();
-        if (mStatus != userCanceledErr) { // a sender that does not wait is seen to be gone a moment later
+        if (mStatus != userCanceledErr) { // the applet notices a moment later when a sender stops waiting
             EXPECT_FALSE(AppDelegate::instance()->isDisplayingPanel());
         }
     }
@@ -117,7 +117,7 @@ inline AEDesc displayDialog(std::vector<AEItem> parameters) {
     return command("syso"_4cc, "dlog"_4cc, std::move(parameters));
 }
 
-/// An applet whose window is visible, so that dialogs are sheets, or not.
+/// An applet whose window is visible, so that dialogs are sheets, or hidden, so that they are windows.
 class DialogShell : public Shell {
 public:
     explicit DialogShell(bool windowIsVisible = true) {

@@ -21,7 +21,7 @@ AEDesc alertReply(const char* button, bool gaveUp) {
     return AEDesc::record({{"bhit"_4cc, text(button)}, {"gavu"_4cc, AEDesc::ofBoolean(gaveUp)}});
 }
 
-/// The buttons from the left to the right, those with a key marked.
+/// The buttons from left to right, with a mark on the ones that have a key.
 QStringList rowOf(const QDialog& dialog) {
     QList<QPushButton*> buttons = dialog.findChildren<QPushButton*>();
     std::sort(buttons.begin(), buttons.end(), [](const auto* a, const auto* b) { return a->x() < b->x(); });
@@ -42,7 +42,7 @@ TEST(DisplayAlert, ButtonsStandFromTheRightAndCancelByPlace) {
         std::vector<AEItem> parameters;
         QStringList row;
         Answer answer;
-        AEDesc result; // null: cancelled
+        AEDesc result; // null: the dialog was cancelled
     } kCases[] = {
         {"without keys of its own the last one is the default",
          {{"btns"_4cc, three}},
@@ -148,7 +148,8 @@ TEST(DisplayAlert, FitsTheScreenWhateverItSays) {
             EXPECT_LE(dialog.height(), screen.height());
             EXPECT_LT(dialog.windowTitle().size(), 1000);
             EXPECT_TRUE(dialog.rect().contains(buttonNamed(dialog, u"OK"_s)->geometry()));
-            EXPECT_EQ(dialog.findChild<QLabel*>(u"iconView"_s)->x(), 20); // also when the buttons are wider than the text
+            // the icon keeps its place when the buttons are wider than the text
+            EXPECT_EQ(dialog.findChild<QLabel*>(u"iconView"_s)->x(), 20);
             press(u"OK"_s)(dialog);
         });
         EXPECT_EQ(conversation.result().find("bhit"_4cc)->asUTF8(), "OK");

@@ -24,7 +24,7 @@ using namespace test;
 
 namespace {
 
-/// The record of display dialog, whose items come in this order.
+/// The reply of "display dialog"; its record has its items in this order.
 AEDesc dialogReply(const char* button, const char* answer, bool gaveUp) {
     return AEDesc::record({{"bhit"_4cc, text(button)}, {"ttxt"_4cc, text(answer)}, {"gavu"_4cc, AEDesc::ofBoolean(gaveUp)}});
 }
@@ -101,7 +101,7 @@ TEST(DisplayDialog, ButtonsKeysAndAnswers) {
         std::vector<AEItem> parameters;
         const char* keys;
         Answer answer;
-        AEDesc reply; // the record, or the whole reply when it is none
+        AEDesc reply; // the record, or the whole reply when there is no record
     } kCases[] = {
         {"no buttons, Return", {}, "Cancel=Escape OK=Return", key(Qt::Key_Return), dialogReply("OK", "", false)},
         {"no buttons, Escape", {}, "Cancel=Escape OK=Return", key(Qt::Key_Escape), kCancelled},
@@ -213,7 +213,7 @@ TEST(DisplayDialog, AKeyThatIsHeldDownFromAnEarlierDialogPressesNothing) {
                 event.setTimestamp(timestamp);
                 QCoreApplication::sendEvent(dialog.focusWidget() ? dialog.focusWidget() : &dialog, &event);
             };
-            // Release and press at one moment, which the toolkit marks as a repetition or not.
+            // A release and a press come at the same moment. The toolkit marks such a pair as a repetition or not.
             for (quint64 moment = 1000; moment < 1100; moment += 10) {
                 send(QEvent::KeyRelease, moment, moment < 1050);
                 send(QEvent::KeyPress, moment, moment < 1050);
@@ -316,7 +316,7 @@ TEST(DisplayDialog, FitsTheScreenWhateverItSays) {
         const Conversation conversation(event, [widest](QDialog& dialog) {
             EXPECT_LE(dialog.width(), widest);
             EXPECT_LE(dialog.height(), dialog.screen()->availableGeometry().height());
-            for (const auto* button : dialog.findChildren<QPushButton*>()) // what is left out is marked as such
+            for (const auto* button : dialog.findChildren<QPushButton*>()) // a shortened title ends with an ellipsis
                 EXPECT_LE(button->sizeHint().width(), button->width());
             EXPECT_TRUE(dialog.rect().contains(buttonNamed(dialog, u"OK"_s)->geometry()));
             press(u"OK"_s)(dialog);
@@ -376,7 +376,7 @@ TEST(DialogSession, OneDialogAtATimeInTheOrderInWhichTheyCame) {
             const auto hasSent = std::make_shared<std::atomic<bool>>(false);
             senders.emplace_back([&answered, hasSent, title] {
                 AEDesc reply;
-                const auto isAsked = [hasSent] { // not before the event is under way
+                const auto isAsked = [hasSent] { // called when the event is under way
                     *hasSent = true;
                     return false;
                 };
@@ -384,7 +384,7 @@ TEST(DialogSession, OneDialogAtATimeInTheOrderInWhichTheyCame) {
                 EXPECT_EQ(reply.find("----"_4cc)->find("bhit"_4cc)->asUTF8(), title);
                 ++answered;
             });
-            while (!*hasSent) // so that they come in this order
+            while (!*hasSent) // the next sender starts later, so that the events come in this order
                 std::this_thread::yield();
         }
         EXPECT_TRUE(QTest::qWaitFor([&answered] { return answered == 3; }, 10'000));
@@ -405,7 +405,7 @@ TEST(DialogSession, GoesAwayWithItsSender) {
                 wakeWaits();
             },
             [&givesUp] { return givesUp.load(); });
-        // The dialog may be quicker to see it than the sender, which then has its answer.
+        // The dialog may notice the cancellation before the sender, which then gets its answer.
         EXPECT_EQ(conversation.status() == noErr ? conversation.errorNumber() : conversation.status(), userCanceledErr);
         EXPECT_TRUE(QTest::qWaitFor([] { return !visibleDialog() && !AppDelegate::instance()->isDisplayingPanel(); }));
     }
@@ -413,7 +413,7 @@ TEST(DialogSession, GoesAwayWithItsSender) {
 
 namespace {
 
-/// Senders that each ask in a thread of their own; the dialogs are asked for in the order of the calls.
+/// Senders that each ask in a thread of their own. Their dialogs are asked for in the order of the calls.
 class Senders {
 public:
     ~Senders() {
@@ -425,7 +425,7 @@ public:
         mHasSent[number] = false;
         mThreads.emplace_back([this, number, givesUp] {
             AEDesc reply;
-            const auto isCancelled = [this, number, givesUp] { // also asked for the receiver, when this thread may have ended
+            const auto isCancelled = [this, number, givesUp] { // also called for the receiver, when this thread may have ended
                 mHasSent[number] = true;
                 return givesUp();
             };
@@ -437,7 +437,7 @@ public:
         EXPECT_TRUE(QTest::qWaitFor([&] { return mHasSent[number].load(); }));
         QCoreApplication::processEvents();
     }
-    /// Of the one that asked so many before it.
+    /// The answer of a sender, counted from 0.
     OSStatus answer(std::size_t number) {
         EXPECT_TRUE(QTest::qWaitFor([&] { return mIsAnswered[number].load(); }));
         return mAnswers[number];
@@ -520,7 +520,7 @@ TEST(DialogSession, TheEndOfAScriptThatHasNotWaitedForItsDialogEndsTheApplet) {
         while (!AppDelegate::instance()->isDisplayingPanel())
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         givesUp = true;
-        wakeWaits(); // the dialog learns it later than the applet learns that the script has ended
+        wakeWaits(); // the dialog notices this after the applet has noticed the end of the script
         return ScriptedComponent::Outcome{};
     };
     shell.run();

@@ -39,7 +39,7 @@ protected:
         EXPECT_TRUE(QTest::qWaitFor([&browser] { return browser.model().state() == DirectoryState::complete; }));
         return browser;
     }
-    /// Selects the entry and confirms.
+    /// An answer that selects the entry and confirms.
     static Answer take(const char* name) {
         return [name](QDialog& dialog) {
             browserOf(dialog).select(QString::fromLatin1(name));
@@ -110,7 +110,7 @@ TEST_F(FileChooser, ATypeThatIsNoTextIsAnsweredWithoutAPanel) {
     EXPECT_TRUE(conversation.field("erob"_4cc) == noText);
     EXPECT_TRUE(conversation.field("errt"_4cc) == AEDesc::ofType("utf8"_4cc));
     EXPECT_TRUE(conversation.field("errs"_4cc).isNull());
-    // The others do not look at types.
+    // The other commands do not look at types.
     EXPECT_TRUE(Conversation(choose("stfl"_4cc, {{"ftyp"_4cc, AEDesc::list({noText})}}), press(u"Cancel"_s)).dialogWasSeen());
 }
 
