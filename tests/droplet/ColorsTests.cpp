@@ -45,7 +45,7 @@ TEST(Images, IconsFollowThePalette) {
               std::tuple(QIcon::Disabled, QIcon::On, Qt::gray)}) {
             const QImage drawn = icon.pixmap(QSize(32, 32), 2, mode, state).toImage();
             ASSERT_EQ(drawn.size(), QSize(64, 64));
-            EXPECT_EQ(drawn.pixelColor(32, 20), QColor(color)); // the arrow's shaft
+            EXPECT_EQ(drawn.pixelColor(32, 20), QColor(color)); // a pixel of the arrow's shaft
             EXPECT_EQ(drawn.pixelColor(0, 0).alpha(), 0);
         }
     }

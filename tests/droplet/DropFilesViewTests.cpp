@@ -35,7 +35,7 @@ std::string pathOf(const AEDesc& file) {
     return file.asUTF8().value_or("");
 }
 
-/// The hook of a script that refuses names with "bad" in them. `onCall` comes first.
+/// Makes the script's hook refuse names that contain "bad". The hook calls `onCall` first.
 void refuseBadNames(std::function<void()> onCall = [] {}) {
     ScriptedComponent::sHandlers["appletfileisacceptable"] = [onCall](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
         onCall();
@@ -55,7 +55,7 @@ TEST(DropFilesView, JudgesADrag) {
         NSPredicateRef predicate;
         QStringList urls;
         bool isAccepted;
-        QColor color; // at the end of its change
+        QColor color; // the colour at the end of the animation
     } rows[] = {
         {"nothing", nullptr, {}, false, kRed},
         {"the script takes it", nullptr, {u"/a"_s, u"/b c#%.txt"_s}, true, kGreen},
@@ -103,7 +103,7 @@ TEST(DropFilesView, AScriptThatTakesItsTimeDoesNotStopTheWindow) {
         files << u"/f%1"_s.arg(i);
     DropFilesView view;
 
-    // Dropped before the verdict.
+    // The files are dropped before the verdict and opened after it.
     EXPECT_EQ(view.draggingEntered(*pasteboard(files)), NSDragOperation::generic);
     EXPECT_TRUE(view.isJudging());
     EXPECT_EQ(asked, 0);
@@ -113,7 +113,7 @@ TEST(DropFilesView, AScriptThatTakesItsTimeDoesNotStopTheWindow) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return !opened.empty(); }, 20'000));
     EXPECT_EQ(opened, std::vector<std::size_t>{200});
 
-    // Dropped before a refusal.
+    // The files are dropped before they are refused.
     opened.clear();
     EXPECT_EQ(view.draggingEntered(*pasteboard(QStringList(files) << u"/bad"_s)), NSDragOperation::generic);
     EXPECT_TRUE(view.performDragOperation(*pasteboard(files)));
@@ -122,7 +122,7 @@ TEST(DropFilesView, AScriptThatTakesItsTimeDoesNotStopTheWindow) {
     QTest::qWait(50);
     EXPECT_TRUE(opened.empty());
 
-    // Left before the verdict: nothing is asked any more.
+    // The drag leaves before the verdict, so nothing more is asked.
     view.draggingEntered(*pasteboard(files));
     view.draggingExited();
     const int before = asked;

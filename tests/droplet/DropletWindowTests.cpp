@@ -50,7 +50,7 @@ TEST(DropletWindow, SwitchesBetweenItsPanes) {
     EXPECT_EQ(tab(controller), 1);
     EXPECT_EQ(standardUserDefaults().value(u"mode"_s).toInt(), 1);
 
-    // For one drop; the mode stays what it is.
+    // The drop zone appears for one drop, and the mode stays the same.
     controller.showDropFilesViewController();
     EXPECT_EQ(tab(controller), 0);
     EXPECT_EQ(mode.selectedSegment(), 0);

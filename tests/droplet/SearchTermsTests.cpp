@@ -19,7 +19,7 @@ TEST(SearchTerms, AreWordsAndPhrases) {
         {"hello world", {u"hello"_s, u"world"_s}, true},
         {"\"hello world\"", {u"hello world"_s}, false},
         {"foo“bar baz”", {u"foo"_s, u"bar baz"_s}, false},
-        {"“open \"end", {u"open \"end"_s}, false}, // another sign does not close it
+        {"“open \"end", {u"open \"end"_s}, false}, // a quotation is closed by its own sign only
         {"«a b» ‘c’\td", {u"a b"_s, u"c"_s, u"d"_s}, false},
         {"a \"\" b", {u"a"_s, u"b"_s}, false},
     };

@@ -40,7 +40,7 @@ TEST(SpotlightResults, TheMostRelevantComesFirst) {
     EXPECT_EQ(shown(controller), u"d a b c"_s);
     const QPersistentModelIndex b = controller.index(2);
 
-    // Later ones are merged in, and who points at a hit follows it.
+    // Later hits are merged in, and a persistent index follows its hit.
     const SpotlightMatchRef first = match(u"/e"_s, 5);
     controller.addObjects({match(u"/aa"_s, 1), first, match(u"/f"_s, 0.5)});
     EXPECT_EQ(shown(controller), u"e d a aa b f c"_s);
@@ -52,7 +52,7 @@ TEST(SpotlightResults, TheMostRelevantComesFirst) {
     EXPECT_FALSE(b.isValid());
 }
 
-/// Hits come and go in few places and in many, against a list that is sorted anew each time.
+/// Adds and removes hits in few places and in many, and compares with a list that is sorted anew each time.
 TEST(SpotlightResults, StayInOrderWhateverComesAndGoes) {
     std::mt19937 random(1);
     SpotlightResultsController controller;

@@ -21,7 +21,7 @@ using Shell = test::ShellWith<DropletWindowController>;
 
 namespace {
 
-/// The search pane of a droplet, above a folder of its own.
+/// The search pane of a droplet, which searches a folder of its own.
 class SpotlightViewTest : public testing::Test {
 protected:
     explicit SpotlightViewTest(const char* handlers = "open appletfileisacceptable")
@@ -78,7 +78,7 @@ TEST_F(SpotlightViewTest, FindsRanksAndFollows) {
     EXPECT_EQ(count.text(), u"4 found"_s);
     EXPECT_EQ(pane.contentTerms(), QStringList{u"report"_s});
 
-    // A hit that stays is the same object; the selection of the best hit follows until the user chooses.
+    // A hit that stays is the same object. The best hit is selected until the user chooses another one.
     const SpotlightMatchRef kept = pane.resultsController().arrangedObjects().at(1);
     EXPECT_EQ(pane.selectedObjects().size(), 1);
     make({u"report"_s});
@@ -92,7 +92,7 @@ TEST_F(SpotlightViewTest, FindsRanksAndFollows) {
     EXPECT_TRUE(shows({u"report.txt"_s, u"a report.txt"_s, u"Project Report.pdf"_s}));
     EXPECT_EQ(pane.selectedObjects().value(0), kept);
 
-    // The hit behind the selected one takes its place when that goes, with hits above it as well.
+    // When the selected hit goes, the next one takes its place, also when hits above it go at the same time.
     make({u"report 1"_s, u"report 2"_s, u"report 3"_s, u"report 4"_s, u"report 5"_s});
     EXPECT_TRUE(QTest::qWaitFor([&] { return pane.paths().size() == 8; }, 10'000));
     const QStringList before = shown();
@@ -125,7 +125,7 @@ TEST_F(SpotlightViewTest, TracesWhatComesAndHowItComes) {
     EXPECT_EQ(log.count(line.arg(u"report.txt"_s)), 1);
     EXPECT_EQ(log.count(u") relevance: "_s), 1);
     EXPECT_EQ(log.count(u"), relevance"_s), 0);
-    make({u"report 2.txt"_s}); // an update of what is found already
+    make({u"report 2.txt"_s}); // changes a file that has been found already
     EXPECT_TRUE(shows({u"report.txt"_s, u"report 2.txt"_s}));
     EXPECT_EQ(log.count(line.arg(u"report 2.txt"_s)), 1);
     EXPECT_EQ(log.count(u"), relevance: "_s), 1);
@@ -159,7 +159,7 @@ TEST_F(SpotlightViewTest, TheScriptJudgesTheHits) {
     EXPECT_EQ(count.text(), u"2 found"_s);
 }
 
-/// A hook that waits lets other events in: other results, and the removal of the file that it is asked about.
+/// A waiting hook lets other events in: here more results, and the removal of the file that the hook is asked about.
 TEST_F(SpotlightViewTest, WhatComesWhileTheScriptWaitsIsNeitherLostNorShownTwice) {
     make({u"report 1"_s, u"report 2"_s, u"report 3"_s});
     QStringList asked;
@@ -169,7 +169,7 @@ TEST_F(SpotlightViewTest, WhatComesWhileTheScriptWaitsIsNeitherLostNorShownTwice
         if (asked.size() == 2) {
             make({u"report 4"_s});
             QFile::remove(folder.filePath(name));
-            QTest::qWait(700); // longer than a batch
+            QTest::qWait(700); // milliseconds; longer than the interval between batches
         }
         return {AEDesc::ofBoolean(true)};
     };
@@ -181,7 +181,7 @@ TEST_F(SpotlightViewTest, WhatComesWhileTheScriptWaitsIsNeitherLostNorShownTwice
     EXPECT_TRUE(shows(expected)) << testing::PrintToString(shown());
     EXPECT_EQ(pane.paths().size(), 3);
 
-    // Files that go and come back meanwhile: the one that the script is asked about, and the one before.
+    // Two files go and come back while the script is asked: the file that it is asked about, and the one before.
     field.clear();
     asked.clear();
     judge = [&](ScriptedComponent::Run& run) -> ScriptedComponent::Outcome {
