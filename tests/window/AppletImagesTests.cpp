@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures that an applet brings along: the heavy ones are shown, the impossible ones are told of.
+// Pictures in an applet's bundle: large ones are shown, and impossible ones are reported in the log.
 #include "Shell.h"
 
 #include "platform/appkit/BundleIcon.h"
@@ -16,7 +16,7 @@ using test::Shell;
 
 namespace {
 
-/// As large a file as such a picture can make.
+/// A picture without compression, so that its file is as large as possible.
 QByteArray png(QSize size, QImage::Format format) {
     QImage image(size, format);
     image.fill(Qt::red);
@@ -26,7 +26,7 @@ QByteArray png(QSize size, QImage::Format format) {
     return bytes;
 }
 
-/// A picture whose head promises more than any memory holds.
+/// A picture whose header promises more than fits into memory.
 QByteArray bomb(const QByteArray& width, const QByteArray& height) {
     return "P6 " + width + ' ' + height + " 255 x";
 }
@@ -39,7 +39,7 @@ TEST(AppletImages, AreShownWhereTheirSizeMakesSense) {
     const struct {
         QString name;
         QByteArray content;
-        QString problem; // empty: it is shown
+        QString problem; // empty: the picture is shown
     } rows[] = {
         {u"photograph.png"_s, png({6000, 4000}, QImage::Format_RGBX64), u""_s},
         {u"wide.ppm"_s, bomb("30000", "2"), u"it has 30000 × 2 pixels, which is more than 16384 to a side"_s},

@@ -29,7 +29,7 @@ using test::Shell;
 
 namespace {
 
-/// Does something as soon as the condition holds, while the application runs.
+/// Calls `act` as soon as the condition holds, while the application runs.
 void when(std::function<bool()> condition, std::function<void()> act) {
     auto* timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, condition = std::move(condition), act = std::move(act)] {
@@ -66,7 +66,7 @@ TEST(AppletWindow, FadesBetweenPanesButNotWhileItAppears) {
     Shell shell("");
     AppletWindowController& controller = shell.setUp();
     NSTabViewController& tabs = controller.mainViewController();
-    EXPECT_TRUE(controller.isWindowVisible()); // the startup pane has shown it
+    EXPECT_TRUE(controller.isWindowVisible()); // the startup pane has shown the window
     EXPECT_EQ(tabs.selectedTabViewItemIndex(), 0);
     EXPECT_FALSE(tabs.isInTransition());
     const QSize size = controller.window()->size();
@@ -98,7 +98,7 @@ TEST(AppletWindow, WithoutStartupPaneTheLastPaneIsNone) {
     EXPECT_TRUE(controller.isWindowVisible());
     controller.showLastViewController();
     EXPECT_FALSE(controller.isWindowVisible());
-    EXPECT_FALSE(shell.delegate->userClosedWindow()); // hidden, not closed
+    EXPECT_FALSE(shell.delegate->userClosedWindow()); // the window was hidden, not closed
 }
 
 TEST(AppletWindow, EveryControlHasANameToScreenReaders) {
@@ -141,7 +141,7 @@ TEST(StartupPane, RunIsOutOfUseAtOnceWhenItIsPressedAndLaterForOtherHandlers) {
     shell.setUp();
     QPushButton* run = visibleButton(u"Run"_s);
     shell.delegate->_runIdleHandler();
-    EXPECT_TRUE(run->isEnabled()); // it may be over in a moment
+    EXPECT_TRUE(run->isEnabled()); // the handler may end in a moment
     EXPECT_TRUE(QTest::qWaitFor([run] { return !run->isEnabled(); }));
     isOver = true;
     EXPECT_TRUE(QTest::qWaitFor([run] { return run->isEnabled() && run->hasFocus(); }));
@@ -195,7 +195,7 @@ TEST(StartupPane, ADescriptionThatIsTooLargeIsNotLeftOutInSilence) {
           std::pair(QByteArray(10'000, 'x'), u"The description is not shown: it is too long or has too many formats."_s)}) {
         shell.addResource(u"Description.rtf"_s, "{\\rtf1 " + large + "}");
         shell.controller->showProgressViewController();
-        shell.controller->showStartupViewController(); // which reads it again
+        shell.controller->showStartupViewController(); // reads the description again
         EXPECT_TRUE(view->isVisible());
         EXPECT_EQ(view->toPlainText(), message);
     }
@@ -214,7 +214,8 @@ TEST(Applet, RunsFromItsButtonShowsProgressAndEndsByItsQuitButton) {
         return run.workUntilStopped();
     };
     QStringList seen;
-    when([] { return visibleButton(u"Run"_s) && visibleButton(u"Run"_s)->isActiveWindow(); }, // which comes a moment later
+    // a window becomes active a moment after it is shown
+    when([] { return visibleButton(u"Run"_s) && visibleButton(u"Run"_s)->isActiveWindow(); },
          [&] {
              seen << u"startup"_s;
              QTest::keyClick(shell.controller->window(), Qt::Key_Return);
@@ -225,7 +226,7 @@ TEST(Applet, RunsFromItsButtonShowsProgressAndEndsByItsQuitButton) {
                       when([] { return visibleButton(u"Quit"_s) != nullptr; },
                            [&] {
                                seen << u"startup"_s;
-                               EXPECT_TRUE(QApplication::activeModalWidget() == nullptr); // stopping is no error
+                               EXPECT_TRUE(QApplication::activeModalWidget() == nullptr); // a stopped script is no error
                                QTest::mouseClick(visibleButton(u"Quit"_s), Qt::LeftButton);
                            });
                   });
@@ -268,7 +269,7 @@ TEST(Applet, AQuitHandlerThatRefusesBringsTheWindowBack) {
     std::atomic<int> asked = 0;
     ScriptedComponent::sHandlers["quit"] = [&](ScriptedComponent::Run& run) {
         if (++asked > 1)
-            run.continueEvent(); // the second time it lets go
+            run.continueEvent(); // the second time the handler allows the quit
         return ScriptedComponent::Outcome();
     };
     shell.delegate->setScriptStarted(true);

@@ -58,7 +58,7 @@ TEST(ProgressPane, ShowsSnapshots) {
         EXPECT_EQ(pane.progressView()->isIndeterminate(), row.indeterminate);
     }
     post(8, 3, u"Reading"_s, u"a.txt"_s);
-    post(0, 5); // nothing to say: the bar moves, the lines stay
+    post(0, 5); // there is nothing to say: the bar moves and the lines stay
     EXPECT_EQ(pane.messageView()->text(), u"Reading"_s);
     EXPECT_EQ(pane.message2View()->text(), u"a.txt"_s);
     EXPECT_TRUE(pane.progressView()->isIndeterminate());
@@ -135,7 +135,7 @@ TEST(ProgressPane, StopIsAButtonAndTwoKeys) {
         controller.window()->activateWindow();
         QCoreApplication::processEvents();
         row.act(controller);
-        EXPECT_EQ(shell.delegate->userStoppedScript(), row.stops); // at once, a key as well as a click
+        EXPECT_EQ(shell.delegate->userStoppedScript(), row.stops); // a key stops the script at once, as a click does
         EXPECT_TRUE(!row.stops || !controller.stopButtonEnabled());
     }
 }

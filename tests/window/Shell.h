@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The shell as main() puts it together, on an applet made on the spot and a script that is a C++ function.
+// The shell as main() puts it together, with an applet made on the spot and a script that is a C++ function.
 #pragma once
 
 #include "platform/appkit/NSApplication.h"
@@ -18,7 +18,7 @@
 
 namespace quoddle::test {
 
-/// `Controller`: the class of the window's controller.
+/// `Controller` is the class of the window's controller.
 template<class Controller>
 class ShellWith {
 public:
@@ -41,7 +41,7 @@ public:
         NSApplication::sharedApplication()->setDelegate(delegate.get());
     }
     ~ShellWith() {
-        MainThread::close(); // the last steps of executions that nobody awaited find no delegate
+        MainThread::close(); // drops the last steps of executions that nobody waited for: the delegate is about to go
         AppDelegate::cancelScripts();
         AppDelegate::waitForScripts(std::chrono::seconds(10));
         NSApplication::sharedApplication()->setDelegate(nullptr);
@@ -57,7 +57,7 @@ public:
         delegate->_setupApplication(false);
         return *controller;
     }
-    /// Launches and serves events until the applet has ended; one that does not end fails after twenty seconds.
+    /// Launches the applet and serves events until it has ended. Fails when it does not end within twenty seconds.
     void run() {
         QTimer guard;
         guard.setSingleShot(true);
