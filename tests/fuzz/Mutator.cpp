@@ -10,7 +10,7 @@ namespace {
 constexpr std::size_t kMaximumSize = std::size_t(256) << 10;
 constexpr std::size_t kLongestPiece = 200;
 constexpr std::size_t kMostCopies = 300;
-// Where counts and lengths go wrong.
+// Numbers at which counts and lengths often go wrong.
 constexpr std::uint32_t kNumbers[] = {0,      1,      2,      0x7F,    0x80,       0xFF,       0x100,
                                       0x7FFF, 0x8000, 0xFFFF, 0x10000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
 
@@ -35,15 +35,15 @@ void Mutator::change(std::string& bytes) {
     const std::size_t at = below(bytes.size() + 1);
     const std::string part = piece(bytes);
     switch (below(9)) {
-    case 0: // a bit
+    case 0: // changes a bit
         if (at < bytes.size())
             bytes[at] = static_cast<char>(bytes[at] ^ 1 << below(8));
         break;
-    case 1: // a byte
+    case 1: // changes a byte
         if (at < bytes.size())
             bytes[at] = static_cast<char>(below(256));
         break;
-    case 2: { // a number of one, two or four bytes, the most significant first
+    case 2: { // puts in a number of one, two or four bytes, the most significant byte first
         const std::uint32_t number = kNumbers[below(std::size(kNumbers))];
         const std::size_t size = std::size_t(1) << below(3);
         for (std::size_t i = 0; i < size && at + i < bytes.size(); ++i)
@@ -56,7 +56,7 @@ void Mutator::change(std::string& bytes) {
     case 4:
         bytes.insert(at, part);
         break;
-    case 5: // the same again and again, as deep or as long as it gets
+    case 5: // repeats a piece, so that the input becomes deep or long
         for (std::size_t copies = below(kMostCopies); copies > 0 && bytes.size() < kMaximumSize; --copies)
             bytes.insert(at, part);
         break;

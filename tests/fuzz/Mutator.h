@@ -10,10 +10,10 @@ namespace quoddle::fuzz {
 
 class Mutator {
 public:
-    /// `words` are inserted as they stand.
+    /// `words` are inserted unchanged.
     Mutator(std::vector<std::string> seeds, std::vector<std::string> words, std::uint32_t seed);
 
-    /// A seed with one to eight changes, of at most 256 KiB.
+    /// A new input: one of the seeds with one to eight changes, at most 256 KiB long.
     std::string next();
 
 private:

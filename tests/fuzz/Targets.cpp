@@ -42,7 +42,7 @@ ComponentInstance language() {
     return sInstance;
 }
 
-/// A file of our own with these bytes, always the same one.
+/// The path of a temporary file with these bytes. Each call overwrites the file of the name.
 QString fileWith(const std::string& bytes, const QString& name) {
     static const QTemporaryDir sFolder;
     const QString path = sFolder.filePath(name);
@@ -143,7 +143,7 @@ void load(const std::string& bytes) {
         show(script);
 }
 
-// --- What bundles hold
+// --- The contents of bundles
 
 Inputs propertyLists() {
     test::BinaryPlistBuilder builder;
@@ -271,7 +271,7 @@ void readFeed(const std::string& bytes) {
     (void)plainNotes(QString::fromStdString(bytes));
 }
 
-/// One file in a bundle, as a zip archive has it without compression, and as a tar archive.
+/// One file in a bundle, as a zip archive without compression and as a tar archive.
 Inputs archives() {
     const std::string name = "A.app/Contents/Info.plist", content = "content", link = "A.app/l";
     const auto number = [](std::size_t value, int bytes) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Everything that reads bytes from outside, each with good input to begin with.
+// Every function that reads bytes from outside, each with good input to begin with.
 #pragma once
 
 #include <string>
@@ -10,11 +10,11 @@ namespace quoddle::fuzz {
 struct Target {
     const char* name;
     std::vector<std::string> (*seeds)();
-    std::vector<std::string> words; ///< of the input's language
+    std::vector<std::string> words; ///< words of the input's language
     void (*read)(const std::string& bytes);
 };
 
-/// The languages and the application must be there.
+/// All targets. Must be called after the languages were registered and the application was made.
 const std::vector<Target>& targets();
 
 } // namespace quoddle::fuzz

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Gives everything that reads from outside input that was good once. Meant to be built with the address sanitizer, works without one.
+// Gives every function that reads from outside damaged input. Meant to be built with the address sanitizer, works without one.
 //
 //   fuzz [--seconds N | --rounds N] [--seed N] [--only TARGET] [--input FILE]
 //
-// The targets take turns. What is being read when the program dies is left behind in fuzz-TARGET.input, to be read again with
-// --only TARGET --input. A target that takes twenty seconds of the processor over one input counts as dead.
+// The targets take turns. When the program dies, the input that was being read is left in fuzz-TARGET.input, to be read again with --only
+// TARGET --input. A target that uses the processor for twenty seconds over one input counts as dead.
 #include "fuzz/Mutator.h"
 #include "fuzz/Targets.h"
 #include "platform/applescript/AppleScriptComponent.h"
@@ -37,13 +37,13 @@ using namespace quoddle::fuzz;
 namespace {
 
 constexpr time_t kProcessorTime = 20;
-constexpr unsigned kPatience = 300;    // for one that waits
-constexpr long kRoundsByDefault = 200; // of each target
+constexpr unsigned kPatience = 300;    // seconds; ends a target that waits without using the processor
+constexpr long kRoundsByDefault = 200; // for each target
 constexpr std::size_t kMaximumInput = std::size_t(64) << 20;
 
-int sReport = STDERR_FILENO; // where there is something to say; libraries that read pictures talk on standard error
+int sReport = STDERR_FILENO; // where reports go; standard error gets the messages of libraries that read pictures
 
-// What is being read, for whoever tells of the end.
+// The target and the input being read, for the report when the program dies.
 const Target* sTarget = nullptr;
 const std::string* sInput = nullptr;
 
