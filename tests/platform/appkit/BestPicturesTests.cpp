@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files with several pictures: which ones are decoded, and how many.
+// Files with several pictures: which of them are decoded, and how many.
 #include "platform/appkit/BestPictures.h"
 #include "platform/appkit/ImageFile.h"
 #include "platform/appkit/StockIcons.h"
@@ -25,12 +25,12 @@ QByteArray number(quint32 value, int bytes) {
     return QByteArray::fromHex(QByteArray::number(value, 16).rightJustified(bytes * 2, '0'));
 }
 
-/// The pages of a TIFF file, all black and packed to next to nothing; nobody can unpack a damaged one.
+/// A TIFF file with these pages, all black and packed to a few bytes. Damaged pages have a packing that no decoder knows.
 QByteArray tiff(const std::vector<Page>& pages) {
     constexpr quint32 kDeflate = 8, kUnheardOf = 12345;
     QByteArray file("MM\0*\0\0\0\0", 8);
     qsizetype link = 4;
-    std::map<int, quint32> strips; // by the bytes in them
+    std::map<int, quint32> strips; // offsets of the packed pages by the number of their bytes
     for (const Page& page : pages) {
         const int size = page.width * page.height;
         if (!strips.contains(size)) {
@@ -69,7 +69,7 @@ TEST_F(BestPicturesTest, ThoseThatServeBestAreRead) {
         std::vector<Page> pages;
         int most;
         QList<QSize> read;
-        bool isTold; // that one was left out
+        bool isTold; // whether the log says that a picture was left out
     } rows[] = {
         {"the only one", {{300, 200}}, 1, {{300, 200}}, false},
         {"the largest of small ones", {{100, 100}, {300, 200}, {200, 100}}, 1, {{300, 200}}, false},
@@ -79,7 +79,7 @@ TEST_F(BestPicturesTest, ThoseThatServeBestAreRead) {
         {"back to the first", {{100, 100}, {700, 700, true}}, 1, {{100, 100}}, false},
         {"one of too many", std::vector<Page>(64, {8100, 8100}), 1, {{500, 500}}, false},
         {"none", {{100, 100, true}, {700, 700, true}}, 1, {}, false},
-        // Seven times nine million pixels in vain leave no room for another nine.
+        // Seven failed pictures of nine million pixels each leave no room for another one.
         {"not all",
          {{3000, 3000, true},
           {3000, 3001, true},

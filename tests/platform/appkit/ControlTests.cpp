@@ -41,7 +41,7 @@ TEST(ElidedLabel, StandsWhereItsAlignmentSays) {
     struct Row {
         Qt::Alignment alignment;
         Qt::LayoutDirection direction;
-        double middle; // of what is written, as a part of the width
+        double middle; // the middle of the visible text, as a part of the width
     };
     for (const Row& row :
          {Row{Qt::AlignLeft, Qt::LeftToRight, 0.05}, Row{Qt::AlignCenter, Qt::LeftToRight, 0.5}, Row{Qt::AlignRight, Qt::LeftToRight, 0.95},
@@ -64,8 +64,8 @@ TEST(ElidedLabel, StandsWhereItsAlignmentSays) {
 }
 
 TEST(ElidedLabel, FiguresDoNotTremble) {
-    // In a font whose 1 is narrower than its other figures two counts of equal length must take equal room: paint and compare the ink after
-    // the figures.
+    // In a font whose 1 is narrower than its other figures, two counts of equal length must take equal room. The test paints both and
+    // compares the ink after the figures.
     auto inkOfLastLetter = [](const QString& text) {
         ElidedLabel label;
         label.setTabularFigures(true);
@@ -156,7 +156,7 @@ TEST(ProgressBar, CountsOrWanders) {
     bar.setDoubleValue(37);
     EXPECT_EQ(bar.value(), 37);
     bar.setIndeterminate(true);
-    EXPECT_EQ(bar.maximum(), 0); // how a screen reader knows "busy"
+    EXPECT_EQ(bar.maximum(), 0); // screen readers take an empty range for "busy"
     EXPECT_FALSE(bar.isAnimating());
     bar.startAnimation();
     EXPECT_TRUE(bar.isAnimating());
@@ -240,7 +240,7 @@ QImage inkedPartOf(const QImage& picture) {
     return picture.copy(inked);
 }
 
-/// The mean difference of two texts in grey levels; smoothed edges may have moved by a pixel.
+/// The mean difference of two pictures of text in grey levels. Smoothed edges may have moved by a pixel.
 double differenceOf(const QImage& a, const QImage& b) {
     double least = 255;
     for (int shift = -1; shift <= 1; ++shift) {
@@ -260,7 +260,7 @@ double differenceOf(const QImage& a, const QImage& b) {
 TEST(ElidedLabel, ReadsAsItIsWrittenWhereverItBegins) {
     for (const bool tabular : {false, true})
         for (const char16_t* text : {u"83% completed", u"3 of 8", u"(a) b:", u"\u05d3\u05d5\u05d7 83%", u"3 \u05de\u05ea\u05d5\u05da 8"}) {
-            std::vector<QImage> pictures; // of the text itself
+            std::vector<QImage> pictures; // pictures of the text without its surroundings
             for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
                 QApplication::setLayoutDirection(direction);
                 ElidedLabel label;

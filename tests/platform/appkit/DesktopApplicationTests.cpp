@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Without a bus: what is taken in, and what is left out. Requests from other processes are made by the end-to-end tests.
+// Requests without a bus: which ones are taken and which are refused. Requests from other processes are in the end-to-end tests.
 #include "platform/appkit/DesktopApplication.h"
 
 #include "platform/foundation/QtPrinters.h"

@@ -180,10 +180,10 @@ TEST_F(FilePanel, KeysFindEnterAndLeave) {
     EXPECT_TRUE(confirmButton().isEnabled());
     press(Qt::Key_Return);
     EXPECT_EQ(names(), QStringList({u"deep"_s, u"leaf.txt"_s}));
-    EXPECT_FALSE(confirmButton().isEnabled()); // nothing is selected here
+    EXPECT_FALSE(confirmButton().isEnabled()); // nothing is selected in the folder that was entered
     press(Qt::Key_Backspace);
     ASSERT_EQ(browser().selection().size(), 1);
-    EXPECT_EQ(browser().selection().first().entry.name, u"inner"_s); // where one came from
+    EXPECT_EQ(browser().selection().first().entry.name, u"inner"_s); // the folder that was left is selected
     press(Qt::Key_Right);
     press(Qt::Key_Up, Qt::AltModifier);
     press(Qt::Key_Left, Qt::AltModifier);
@@ -193,7 +193,7 @@ TEST_F(FilePanel, KeysFindEnterAndLeave) {
     press(Qt::Key_H, Qt::ControlModifier);
     EXPECT_TRUE(QTest::qWaitFor([this] { return names().contains(u".secret"_s); }));
     list().setFocus();
-    QTest::qWait(QApplication::keyboardInputInterval()); // else it goes on with what was typed before
+    QTest::qWait(QApplication::keyboardInputInterval()); // after this time a key begins a new name
     QTest::keyClicks(&list(), u"z"_s);
     press(Qt::Key_Return);
     EXPECT_EQ(chosen(panel), QStringList(u"Zebra.png"_s));
@@ -221,7 +221,7 @@ TEST_F(FilePanel, SeveralComeInTheOrderShown) {
     click("Zebra.png");
     click("shortcut", Qt::ControlModifier);
     click("apple.jpg", Qt::ControlModifier);
-    click("inner", Qt::ControlModifier); // cannot be chosen, and takes nothing away
+    click("inner", Qt::ControlModifier); // the folder cannot be chosen, and the selection stays
     press(Qt::Key_Return);
     EXPECT_EQ(chosen(panel), QStringList({u"apple.jpg"_s, u"file 2.txt"_s, u"Zebra.png"_s}));
 
@@ -259,7 +259,7 @@ TEST_F(FilePanel, AFolderIsTheSelectedOneOrTheOneShown) {
     EXPECT_EQ(chosen(panel), QStringList(u"fresh"_s));
     EXPECT_TRUE(QFileInfo(path("fresh")).isDir());
 
-    for (const char* greyed : {"Zebra.png", "Tool.app"}) { // to begin with what cannot be chosen is to begin around it
+    for (const char* greyed : {"Zebra.png", "Tool.app"}) { // a file that cannot be chosen makes the panel begin in its folder
         mDirectory = path(greyed);
         show(panel);
         EXPECT_FALSE(browser().hasSelection());
@@ -275,11 +275,11 @@ TEST_F(FilePanel, APathCanBeTyped) {
     auto& location = part<LocationField>("locationField");
     QTest::keyClicks(&list(), u"/"_s);
     EXPECT_EQ(location.text(), u"/"_s);
-    press(Qt::Key_Escape); // from the typing
+    press(Qt::Key_Escape); // ends the typing and not the panel
     EXPECT_FALSE(mResponse);
     EXPECT_EQ(location.text(), mFolder.path());
     location.selectAll();
-    QTest::keyClicks(&location, path("IN")); // names are completed whatever their case
+    QTest::keyClicks(&location, path("IN")); // names are completed without regard to case
     EXPECT_TRUE(QTest::qWaitFor([&location] { return location.completer()->popup()->isVisible(); }));
     EXPECT_EQ(location.completer()->currentCompletion(), path("inner"));
     location.completer()->popup()->hide();
@@ -355,7 +355,7 @@ TEST_F(FilePanel, ReturnOnAFolderGoesIntoIt) {
     press(Qt::Key_Return);
     ASSERT_FALSE(mResponse);
     EXPECT_EQ(browser().directory(), path("inner"));
-    press(Qt::Key_Return); // nothing is selected here
+    press(Qt::Key_Return); // nothing is selected in the folder that was entered
     EXPECT_EQ(panel.url().toLocalFile(), path("inner/report.txt"));
 
     show(panel);
@@ -378,7 +378,7 @@ TEST_F(FilePanel, ReplacingIsAgreedOn) {
             QDialog* alert = qobject_cast<QDialog*>(answer->window());
             ASSERT_TRUE(alert && alert != mPanel->dialog() && alert->isVisible());
             if (qstrcmp(button, "Cancel") == 0) {
-                QTest::keyClick(alert->focusWidget(), Qt::Key_Return); // is the safe answer
+                QTest::keyClick(alert->focusWidget(), Qt::Key_Return); // Return presses the safe answer
                 EXPECT_FALSE(alert->isVisible());
                 EXPECT_FALSE(mResponse);
                 mPanel->dialog()->done(NSModalResponseCancel);
@@ -390,7 +390,7 @@ TEST_F(FilePanel, ReplacingIsAgreedOn) {
         }
     }
     show(panel);
-    click("apple.jpg"); // lends its name
+    click("apple.jpg"); // the name field takes the name of the file
     EXPECT_EQ(part<QLineEdit>("nameField").text(), u"apple.jpg"_s);
     QTest::keyClick(&part<QLineEdit>("nameField"), Qt::Key_2);
     make(u"another"_s);
@@ -443,7 +443,7 @@ TEST_F(FilePanel, FindsAFolderThatHasGoneAndComeBack) {
     show(panel);
     QDir(path("inner")).removeRecursively();
     EXPECT_TRUE(QTest::qWaitFor([this] { return list().placeholder().contains(u"found"_s); }));
-    for (const char* file : {"inner/first", "inner/second"}) { // found again, and watched again
+    for (const char* file : {"inner/first", "inner/second"}) { // the folder is found again, and watched again
         QDir(mFolder.path()).mkpath(u"inner"_s);
         make(QString::fromLatin1(file));
         EXPECT_TRUE(QTest::qWaitFor([&] { return names().contains(QFileInfo(QString::fromLatin1(file)).fileName()); })) << file;
@@ -464,7 +464,7 @@ TEST_F(FilePanel, ANameThatIsNoTextCannotBeChosen) {
     ASSERT_GE(row, 0);
     EXPECT_FALSE(browser().model().flags(browser().model().index(row, 0)) & Qt::ItemIsEnabled);
     press(Qt::Key_Escape);
-    std::remove(ill.c_str()); // which the folder cannot do
+    std::remove(ill.c_str()); // QTemporaryDir cannot remove such a name
 }
 
 TEST_F(FilePanel, TellsWhyNothingIsThere) {
@@ -528,7 +528,7 @@ TEST_F(FilePanel, EndlessTextsAreShortened) {
     show(panel);
     EXPECT_LT(part<QLabel>("messageView").text().size(), 100000);
     EXPECT_TRUE(confirmButton().text().endsWith(u'\u2026'));
-    EXPECT_EQ(confirmButton().width(), confirmButton().sizeHint().width()); // all of it is seen
+    EXPECT_EQ(confirmButton().width(), confirmButton().sizeHint().width()); // the shortened title is visible as a whole
     EXPECT_EQ(part<QAbstractButton>("cancelButton").text(), u"Cancel"_s);
     press(Qt::Key_Escape);
 }
@@ -543,7 +543,7 @@ TEST_F(FilePanel, AFolderIsLeftWhileItIsBeingRead) {
         QTest::qWait(i % 5);
         browser().setDirectory(mFolder.path());
         if (i % 2 == 0)
-            continue; // gone at once
+            continue; // the panel goes while it reads
         waitUntilRead();
         EXPECT_TRUE(names().contains(u"Zebra.png"_s));
     }

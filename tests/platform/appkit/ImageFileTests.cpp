@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures that are none, that are too large, that want more than to be shown.
+// Files that are no pictures, pictures that are too large, and drawings that refer to other files.
 #include "platform/appkit/ImageFile.h"
 #include "platform/appkit/StockIcons.h"
 #include "platform/foundation/TemporaryFiles.h"
@@ -18,7 +18,7 @@ namespace {
 
 constexpr QSize kAnySize(1000, 1000);
 
-/// The most address space that this process has had, in KiB.
+/// The most address space that this process has had so far, in KiB.
 qint64 peak() {
     QFile status(u"/proc/self/status"_s);
     if (!status.open(QIODevice::ReadOnly))
@@ -76,7 +76,7 @@ TEST_F(ImageFileTest, IconsHoldWhatTheySay) {
         return write(u"i.icns"_s, entry("icns", body, static_cast<quint32>(body.size()) + 8));
     };
     const auto honest = static_cast<quint32>(png.size()) + 8;
-    // A table of contents that promises half a gigabyte, for which room would be made.
+    // The table of contents promises half a gigabyte, for which the decoder would make room.
     const qint64 before = peak();
     for (const QByteArray& contents : {QByteArray(), entry("TOC ", entry("icp4", {}, 0x20000073), 16)}) {
         ImageFile file(icon(contents, honest));

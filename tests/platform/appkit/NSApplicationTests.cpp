@@ -28,11 +28,11 @@ namespace {
 
 using Reply = NSApplicationTerminateReply;
 
-/// Writes down what it is asked and does what a test wants on launch.
+/// Records the calls that it gets, and does on launch what a test wants.
 class RecordingDelegate final : public NSApplicationDelegate {
 public:
     QStringList calls;
-    QList<int> requests; // the numbers of those to open files
+    QList<int> requests; // numbers of the requests to open files
     Reply terminateReply = Reply::now;
     bool quitsAfterLastWindow = true;
     std::function<void()> onLaunch;
@@ -81,7 +81,7 @@ protected:
         MainThread::open(); // the end of a run closes it
     }
     static NSApplication& application() { return *NSApplication::sharedApplication(); }
-    /// Runs until the end; a test that fails to end it fails after two seconds.
+    /// Runs the application until it ends. Fails when it does not end within two seconds.
     void run(const QStringList& files = {}) {
         QTimer guard;
         guard.setSingleShot(true);
@@ -132,7 +132,7 @@ TEST_F(NSApplicationTest, AsksBeforeItEnds) {
          [this](NSApplication& a) {
              delegate.terminateReply = Reply::now;
              a.terminate();
-             a.terminate(); // the end has begun: not asked any more
+             a.terminate(); // the end has begun, so the delegate is not asked any more
          },
          {u"should"_s, u"should"_s, u"end"_s}},
     };
@@ -200,7 +200,7 @@ TEST_F(NSApplicationTest, AppleEventsReachTheDelegate) {
         const char* name;
         AEDesc event;
         QStringList calls;
-        OSErr answer; ///< the status, or what the reply says
+        OSErr answer; ///< the status of the call, or the error in the reply
     } const table[] = {
         {"run", AEDesc::appleEvent("aevt"_4cc, "oapp"_4cc), {}, noErr},
         {"reopen", AEDesc::appleEvent("aevt"_4cc, "rapp"_4cc), {}, noErr},
@@ -238,9 +238,9 @@ TEST_F(NSApplicationTest, TheLastWindowClosedByTheUserEndsIt) {
         delegate.calls.clear();
         first.show();
         second.show();
-        second.orderOut(); // hidden by the program: nothing is asked
+        second.orderOut(); // the program hides the window, so the delegate is not asked
         second.show();
-        first.close(); // not the last
+        first.close(); // another window is still open
         QTimer::singleShot(20, &second, [&] {
             EXPECT_TRUE(delegate.calls.isEmpty());
             second.close();
@@ -278,7 +278,7 @@ TEST_F(NSApplicationTest, ModalSessionsNestAndEndInnerFirst) {
         QTimer::singleShot(0, &outer, [&] {
             QTimer::singleShot(0, &inner, [&] {
                 EXPECT_EQ(application().modalSessionCount(), 2);
-                outer.done(5); // has to wait for the inner one
+                outer.done(5); // the outer session ends after the inner one
                 QTimer::singleShot(10, &inner, [&] { application().stopModal(7); });
             });
             innerCode = application().runModalForWindow(inner);
@@ -288,7 +288,7 @@ TEST_F(NSApplicationTest, ModalSessionsNestAndEndInnerFirst) {
         EXPECT_FALSE(inner.isVisible());
         EXPECT_EQ(application().modalSessionCount(), 0);
 
-        QTimer::singleShot(0, &application(), [this] { application().terminate(); }); // the end breaks a session off
+        QTimer::singleShot(0, &application(), [this] { application().terminate(); }); // the end of the application breaks the session off
         EXPECT_EQ(application().runModalForWindow(outer), NSModalResponseAbort);
     };
     run();
@@ -314,7 +314,7 @@ TEST_F(NSApplicationTest, MenusActAndAreJudged) {
     edit->setFocus();
     QCoreApplication::processEvents();
 
-    QTest::keyClick(&window, Qt::Key_G, Qt::ControlModifier); // although the bar is hidden
+    QTest::keyClick(&window, Qt::Key_G, Qt::ControlModifier); // shortcuts work although the bar is hidden
     EXPECT_EQ(delegate.calls, (QStringList{u"greet:"_s}));
 
     NSMenuItem* gone = menu->itemWithIdentifier(u"updateItem"_s);
@@ -329,7 +329,7 @@ TEST_F(NSApplicationTest, MenusActAndAreJudged) {
         titles << (action->isSeparator() ? u"-"_s : action->text() + (action->isEnabled() ? u""_s : u" (off)"_s));
     EXPECT_EQ(titles, (QStringList{u"Salute"_s, u"Never (off)"_s, u"-"_s, u"Paste"_s, u"A && B"_s})) << titles.join(u'|').toStdString();
 
-    // A long name leaves the other menus their room, and is told in the menu itself.
+    // A long name is cut in the bar, so that the other menus keep their room, and shown in full in the menu.
     const QString longName = u"A & "_s + QString(40, u'B');
     menu->itemArray()[0]->setTitle(longName);
     menu->itemArray()[0]->submenu()->itemArray()[0]->setTitle(u"About "_s + longName);

@@ -116,7 +116,7 @@ TEST(NSWindow, AnnouncesOnlyAClosingUser) {
     QDialog sheet;
     window.show();
     window.beginSheet(&sheet, {});
-    window.close(); // the sheet is answered first
+    window.close(); // the sheet must be answered first
     EXPECT_EQ(closings, 1);
     EXPECT_TRUE(window.isVisible());
     window.endSheet(&sheet, 0);
@@ -139,7 +139,7 @@ TEST(NSWindow, ShowsSheetsOneAfterTheOther) {
     EXPECT_EQ(window.attachedSheet(), &first);
     EXPECT_FALSE(second.isVisible());
     EXPECT_EQ(first.windowModality(), Qt::WindowModal);
-    window.endSheet(&third, 9); // while it waits
+    window.endSheet(&third, 9); // the third sheet is still waiting
     first.accept();
     EXPECT_EQ(window.attachedSheet(), &second);
     EXPECT_TRUE(second.isVisible());
@@ -150,7 +150,8 @@ TEST(NSWindow, ShowsSheetsOneAfterTheOther) {
     EXPECT_EQ(window.attachedSheet(), nullptr);
     EXPECT_EQ(ends, (QStringList{u"3:9"_s, u"1:1"_s, u"2:0"_s, u"v:-1001"_s}));
 
-    { // a completion may begin another sheet, and a window may go while one is up
+    // A completion may begin another sheet, and a window may be destroyed while a sheet is shown.
+    {
         NSWindow brief;
         brief.show();
         brief.beginSheet(&first, [&](int) { brief.beginSheet(&second, note(u"late:"_s)); });
@@ -186,7 +187,7 @@ TEST(NSWindow, KeepsItsSheetInPlaceWhereverItGoes) {
     window.show();
     QDialog sheet;
     sheet.setFixedSize(200, 60);
-    window.beginSheet(&sheet, {}); // before the window has been placed
+    window.beginSheet(&sheet, {}); // the window has not been placed yet
     const auto hangs = [&] {
         QTest::qWait(1);
         return QTest::qWaitFor([&] {
@@ -201,7 +202,7 @@ TEST(NSWindow, KeepsItsSheetInPlaceWhereverItGoes) {
     window.resize(window.width() + 100, window.height());
     EXPECT_TRUE(hangs());
     const QRect screen = window.screen()->availableGeometry();
-    window.move(screen.left(), screen.bottom() - 40); // its only button must be within reach
+    window.move(screen.left(), screen.bottom() - 40); // the only button of the sheet must be within reach
     EXPECT_TRUE(QTest::qWaitFor([&] { return screen.contains(sheet.frameGeometry()); }));
     window.endSheet(&sheet, 0);
 }
@@ -224,7 +225,7 @@ TEST(NSAlert, AnswersWithTheButtonPressed) {
          [](NSAlert& a) {
              QTest::keyClick(&a.window(), Qt::Key_Escape);
              EXPECT_TRUE(a.window().isVisible());
-             a.window().done(0); // as a timer would
+             a.window().done(0); // ends the dialog as a timer would
          },
          0},
         {"without buttons", {}, [](NSAlert& a) { QTest::keyClick(&a.window(), Qt::Key_Return); }, 1000},
@@ -271,7 +272,7 @@ TEST(NSTabViewController, FadesOnlyWhenItIsToAndCan) {
         tabs.setTransitionOptions(Options::crossfade);
         tabs.setSelectedTabViewItemIndex(0);
         tabs.reserveSpaceForTab(1);
-        EXPECT_FALSE(tabs.isInTransition()); // not visible yet
+        EXPECT_FALSE(tabs.isInTransition()); // without a visible view there is no fade
         EXPECT_EQ(first->appearances, 0);
         window.show();
         EXPECT_EQ(first->appearances, 1);
@@ -289,7 +290,7 @@ TEST(NSTabViewController, FadesOnlyWhenItIsToAndCan) {
         tabs.setSelectedTabViewItemIndex(0);
         EXPECT_FALSE(tabs.isInTransition());
         EXPECT_EQ(first->appearances, 2);
-        tabs.setSelectedTabViewItemIndex(0); // no change, no appearance
+        tabs.setSelectedTabViewItemIndex(0); // the tab is selected already, so it does not appear again
         tabs.setSelectedTabViewItemIndex(7);
         EXPECT_EQ(first->appearances, 2);
         EXPECT_EQ(tabs.selectedTabViewItemIndex(), 0);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Rich text as word processors write it, pictures beside it, damage in it.
+// Rich text as word processors write it, with pictures beside it, and damaged rich text.
 #include "platform/appkit/rtf/QuickLayout.h"
 #include "platform/appkit/rtf/RichText.h"
 #include "platform/foundation/TemporaryFiles.h"
@@ -69,7 +69,7 @@ TEST_F(RichTextTest, ReadsFormatsAndAdaptsThemToTheAppearance) {
     EXPECT_EQ(document.find(u"middle"_s).blockFormat().alignment(), Qt::AlignHCenter);
     EXPECT_EQ(formatOf(u"a link"_s).anchorHref(), u"https://example.org/"_s);
     EXPECT_FALSE(formatOf(u" end"_s).isAnchor());
-    for (int round = 0; round < 2; ++round) { // to dark and back, as often as one likes
+    for (int round = 0; round < 2; ++round) { // the appearance may change to dark and back any number of times
         adaptRichText(document, true, Qt::white);
         EXPECT_EQ(formatOf(u"red"_s).foreground().color(), QColor(Qt::red));
         EXPECT_EQ(formatOf(u"black"_s).foreground().color(), QColor(Qt::white));
@@ -101,7 +101,7 @@ TEST_F(RichTextTest, ReadsPicturesOfItsOwnFolderOnly) {
 }
 
 TEST_F(RichTextTest, AllPicturesTogetherHaveABound) {
-    constexpr int kSide = 1800, kPictures = 10; // five have more pixels than are decoded
+    constexpr int kSide = 1800, kPictures = 10; // six of the pictures have more pixels than are decoded of all together
     QImage image(kSide, kSide, QImage::Format_Mono);
     image.fill(1);
     const auto kept = [this](int i) {
@@ -113,7 +113,7 @@ TEST_F(RichTextTest, AllPicturesTogetherHaveABound) {
         QByteArray text = "{\\rtf1\\mac ";
         for (int i = 0; i < kPictures; ++i) {
             const QString name = QString::number(i) + u".png"_s, file = path + u'/' + name;
-            ASSERT_TRUE(image.save(file)); // a few hundred bytes
+            ASSERT_TRUE(image.save(file)); // the file has a few hundred bytes
             if (areDamaged && i < kPictures - 1) {
                 ASSERT_TRUE(QFile::resize(file, QFileInfo(file).size() / 2));
             }
@@ -176,7 +176,7 @@ TEST_F(RichTextTest, TheTableOfFontsHasABound) {
     QByteArray table = "{\\fonttbl";
     for (int i = 0; i < 1000; ++i)
         table += "{\\f" + QByteArray::number(i) + " F" + QByteArray::number(i) + ";}";
-    // Opened again, and a name without end.
+    // Font tables that are opened again, and names without end.
     table += "{\\f3 more;}}{\\fonttbl{\\f4 more;}{\\f0 }}{\\fonttbl\\f7 x}";
     ASSERT_TRUE(read(table + "\\f3 three\\f4 four\\plain\\f999 last"));
     EXPECT_EQ(formatOf(u"three"_s).fontFamilies().toStringList(), QStringList{u"F3"_s});
@@ -192,7 +192,7 @@ TEST_F(RichTextTest, RefusesWhatIsNoRichText) {
     EXPECT_EQ(readRichText(folder.filePath(u"missing.rtf"_s), document), fnfErr);
     EXPECT_NE(readRichText(folder.path(), document), noErr);
     EXPECT_EQ(readRichText(write(u"large.rtf"_s, "{\\rtf1 " + QByteArray(kLargestRichTextFile, 'x')), document), memFullErr);
-    for (const QString& name : {u"pipe.rtf"_s, u"p.rtfd/TXT.rtf"_s}) { // would be waited for
+    for (const QString& name : {u"pipe.rtf"_s, u"p.rtfd/TXT.rtf"_s}) { // reading from a pipe would wait for a writer
         ASSERT_TRUE(QDir(folder.path()).mkpath(u"p.rtfd"_s));
         ASSERT_EQ(::mkfifo(folder.filePath(name).toLocal8Bit().constData(), 0600), 0);
         EXPECT_NE(readRichText(folder.filePath(name.section(u'/', 0, 0)), document), noErr);

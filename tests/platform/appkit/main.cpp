@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 
 int main(int argc, char** argv) {
-    QTemporaryDir settings; // nothing of the user's is read or written
+    QTemporaryDir settings; // keeps the tests away from the user's settings
     qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
     quoddle::NSApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
