@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Commands as events in, dialogs answered by clicks and keys, replies out.
+// Standard commands: events go in, dialogs are answered by clicks and keys, and the replies are compared.
 #include "platform/ae/AEMainThread.h"
 #include "platform/appkit/NSApplication.h"
 #include "platform/base/Wait.h"
@@ -55,7 +55,7 @@ AEDesc emptyReply() {
     return AEDesc::appleEvent("aevt"_4cc, "ansr"_4cc);
 }
 
-/// The result written like in a script: texts in quotes, lists and records in braces; or the number of the error.
+/// The result in the form of a script: texts in quotes, lists and records in braces; or the number of the error.
 QString shown(const AEDesc& value) {
     QStringList parts;
     if (value.type() == "bool"_4cc)
@@ -182,7 +182,7 @@ TEST_F(StandardCommandsTest, OneAtATimeInTheirOrder) {
     EXPECT_TRUE(answers.isEmpty());
     perform("sysodlog", {{"dflt"_4cc, text("wrong")}});
     EXPECT_EQ(answers, QStringList{u"-50"_s}) << "nobody has to be asked";
-    commands.cancel(second); // waits, and is never seen
+    commands.cancel(second); // the second dialog is waiting and is never shown
     commands.cancel(second);
     press(u"OK"_s);
     EXPECT_TRUE(QTest::qWaitFor([this] { return commands.currentDialog() != nullptr; }));
@@ -201,7 +201,8 @@ TEST_F(StandardCommandsTest, ListsAnswerWithWhatWasGiven) {
         QString button, result;
     } kCases[] = {
         {{{"inSL"_4cc, listOf({text("2")})}}, u"OK"_s, u"{2}"_s},
-        {{{"inSL"_4cc, listOf({text("c"), whole(2)})}}, u"OK"_s, u"{2}"_s}, // where one may be chosen: the uppermost
+        // where only one item may be chosen, the uppermost of the default items is selected
+        {{{"inSL"_4cc, listOf({text("c"), whole(2)})}}, u"OK"_s, u"{2}"_s},
         {{{"inSL"_4cc, listOf({text("c"), text("a"), text("none")})}, {"mlsl"_4cc, yes()}}, u"OK"_s, u"{\"a\", \"c\"}"_s},
         {{{"empL"_4cc, yes()}, {"okbt"_4cc, text("Take")}}, u"Take"_s, u"{}"_s},
         {{{"cnbt"_4cc, text("Leave")}}, u"Leave"_s, u"false"_s},

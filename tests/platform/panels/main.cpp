@@ -7,7 +7,7 @@
 #include <QTemporaryDir>
 
 int main(int argc, char** argv) {
-    QTemporaryDir folders; // nothing of the user's is read or written
+    QTemporaryDir folders; // keeps the tests away from the user's settings and files
     for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_RUNTIME_DIR", "HOME"})
         qputenv(variable, folders.path().toLocal8Bit());
     QLocale::setDefault(QLocale::c());
