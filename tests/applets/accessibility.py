@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
 """Windows as a screen reader sees them: a session bus with the accessibility service, and controls found by name.
 
-Use it as   class Tests(accessibility.AccessibleCase)   and run the file as harness.main does; it starts itself anew with the Python that the system's packages are for.
+Test classes inherit from accessibility.AccessibleCase and their files are run by harness.main. This module starts the file again with the
+system's Python, for which the packages of the accessibility library are installed.
 """
 import os
 import subprocess
@@ -56,7 +57,7 @@ class AccessibleCase(harness.AppletCase):
         super().tearDownClass()
 
     def showing(self):
-        """(control, its name, its role) of everything on the screen, the first 100 of each container."""
+        """Yields (control, its name, its role) for everything on the screen, the first 100 of each container."""
         waiting = [self.atspi.get_desktop(0)]
         while waiting:
             control = waiting.pop(0)
@@ -69,11 +70,11 @@ class AccessibleCase(harness.AppletCase):
                 waiting += [control.get_child_at_index(i) for i in range(min(control.get_child_count(), 100))]
                 found = control, control.get_name(), role
             except gi.repository.GLib.Error:
-                continue  # it has gone in the meantime
+                continue  # the control has gone in the meantime
             yield found
 
     def shown(self, name, role=None):
-        """The control, or None."""
+        """Answers the control, or None when it is not shown."""
         return next((control for control, called, kind in self.showing() if called == name and role in (None, kind)), None)
 
     def find(self, name, role=None):
@@ -86,14 +87,14 @@ class AccessibleCase(harness.AppletCase):
     def is_enabled(self, control):
         return control.get_state_set().contains(self.atspi.StateType.ENABLED)
 
-    # An applet that asks when it is launched, and writes down what comes of it.
+    # The following functions start an applet that asks a question when it is launched, and read what it notes of the answer.
 
     def ask(self, name, question, handlers="", **more):
         self.applet = self.start(name, handlers + ASKING.replace("ASK", question), **more)
         return self.applet
 
     def click(self, control, *options):
-        """Where it stays: a window that has just been shown is still being put in its place."""
+        """Clicks the control when it has come to rest: the window manager may still be moving a window that has just been shown."""
         places = [None]
 
         def stays():

@@ -94,7 +94,7 @@ class Applets(harness.AppletCase):
                 places.append((int(numbers["X"]) + int(numbers["WIDTH"]) // 2, int(numbers["Y"])))
             return [places[1][i] - places[0][i] for i in (0, 1)] if len(places) == 2 else None
 
-        # The frame that the window manager gives the sheet counts as well.
+        # The distance includes the frame that the window manager gives the sheet.
         until(lambda: offset() and abs(offset()[0]) <= 6 and 0 <= offset()[1] <= 40, "the sheet to be over its window")
         applet.picture("hasty")
         applet.key("Return")
@@ -128,7 +128,7 @@ on quit
 end quit
 """, options=["-s"])
         until(lambda: "1\n" in applet.said("idle"), "the first idle call")
-        applet.rests()  # a quit that comes while it ends is refused
+        applet.rests()  # a quit that comes while the handler ends would be refused
         applet.process.send_signal(signal.SIGTERM)
         until(lambda: "quit" in applet.said("idle"), "the quit handler")
         until(lambda: "2\n" in applet.said("idle"), "the applet to stay after a quit it refused")

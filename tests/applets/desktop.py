@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""End to end: installed applets, asked for over a session bus of their own as a desktop asks.
+"""End to end: installed applets, asked over a session bus of their own as a desktop asks.
 
     desktop.py BIN [PATTERN]
 """
@@ -34,7 +34,7 @@ on quit
 end quit
 """
 
-# Presses the first button of every notification.
+# A notification service that presses the first button of every notification, and that of another program's.
 NOTIFICATIONS = """
 from gi.repository import Gio, GLib
 XML = '''<node><interface name="org.freedesktop.Notifications">
@@ -65,7 +65,7 @@ class Desktop(harness.AppletCase):
         self.environment = dict(self.display.environment, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"),
                                 XDG_DATA_HOME=str(self.folder / "data"), XDG_RUNTIME_DIR=str(self.folder / "run"), QUODDLE_SHELL=str(binaries() / "quoddle-shell"))
         (self.folder / "run").mkdir(mode=0o700)
-        # The folder of the services is not there yet: that the bus finds one all the same is the installer's work.
+        # The folder of the services does not exist when the bus starts; the installer must make the bus find it.
         bus = harness.SessionBus(self.environment)
         self.addCleanup(bus.close)
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address
@@ -102,20 +102,20 @@ class Desktop(harness.AppletCase):
         return pathlib.Path(done.stdout.removeprefix("Installed: ").rstrip("\n"))
 
     def ask(self, entry, method, *arguments):
-        """What the applet of a desktop entry answers: nothing, or an error."""
+        """Answers the error of a request to the applet of a desktop entry; empty when there is none."""
         name = entry.stem
         path = "/" + name.replace(".", "/").replace("-", "_")
         done = self.call("gdbus", "call", "--session", "--timeout", "20", "-d", name, "-o", path, "-m", "org.freedesktop.Application." + method, *arguments)
         return done.stderr.strip() if done.returncode else ""
 
     def quit(self, entry):
-        """Asks an applet to end that is not in the middle of something, for then it would refuse."""
+        """Asks an applet to end when it is at rest, because otherwise it would refuse."""
         for pid in self.numbers():
             harness.until_at_rest(pid)
         self.assertEqual(self.ask(entry, "ActivateAction", "quit", "[]", "{}"), "")
 
     def has_looked_for_the_bus(self, process):
-        """An applet that the bus has not started does so when its window has had time to come."""
+        """Waits until an applet that the bus has not started has looked for the bus, which it does after its window had time to come."""
         until(lambda: self.noted() == "run\n", "the script to run")
         harness.until_at_rest(process.pid, 0.5)
 
@@ -128,7 +128,7 @@ class Desktop(harness.AppletCase):
         return path.read_text() if path.exists() else ""
 
     def numbers(self):
-        """The process numbers of the applets that run."""
+        """Answers the process numbers of the running applets."""
         return [int(line.rpartition(" /")[0].split()[-1]) for line in self.call("quoddle", "list").stdout.splitlines()[1:]]
 
     def running(self):
@@ -170,7 +170,7 @@ class Desktop(harness.AppletCase):
         self.assertEqual(self.noted(), "run\n")
 
     def test_the_bus_starts_an_applet_for_a_request(self):
-        # Every character that one of the readers of the two files takes for something else.
+        # The name has every character that one of the readers of the two files could misunderstand.
         bundle = self.make("It's \"50% $HOME\" `x` \\y é")
         entry = self.install(bundle)
         self.assertEqual(self.ask(entry, "Open", "['file:///etc/passwd']", "{}"), "")
@@ -181,7 +181,7 @@ class Desktop(harness.AppletCase):
         until(lambda: not self.owned(entry), "the name to be given back")
         self.assertEqual(self.noted(), "open /etc/passwd\nquit\n", "files that come with the launch are opened instead of a run")
         until(lambda: self.running() == 0, "the applet to end")
-        # Asked to quit, one that does not run does nothing; asked for itself, it runs.
+        # A quit request does not start an applet that is not running; an activation does.
         self.ask(entry, "ActivateAction", "quit", "[]", "{}")
         self.assertEqual(self.ask(entry, "Activate", "{}"), "")
         until(lambda: self.noted().endswith("quit\nrun\n"), "the applet to run")
@@ -223,7 +223,7 @@ class Desktop(harness.AppletCase):
         bundle = self.make("It's \"50% $HOME\" `x` \\y é")
         entry = self.install(bundle)
         opened = ""
-        # By the bus; by the command line, which is all that some desktops use; and so where there is no bus.
+        # The file is launched by the bus, by the command line, which is all that some desktops use, and by the command line without a bus.
         for words, address, file in ((["gapplication", "launch", entry.stem], self.environment["DBUS_SESSION_BUS_ADDRESS"], "/etc/passwd"),
                                      (["gio", "launch", entry], self.environment["DBUS_SESSION_BUS_ADDRESS"], "/etc/group"),
                                      (["gio", "launch", entry], "disabled:", "/etc/hostname")):
@@ -265,7 +265,7 @@ class Desktop(harness.AppletCase):
         self.assertEqual(service.stdout.readline(), "['quit', 'Quit']\n")
         until(lambda: process.poll() is not None, "the applet to end")
         self.assertEqual(process.returncode, 0)
-        # Where there is a window, or no applet at all, there is nothing to be offered.
+        # Notifications of an applet with a window and of a script without applet offer no button.
         self.launch(self.make("Seen", 'on run\nset progress total steps to 3\ndisplay notification "Well?"\ndelay 3600\nend run', []))
         self.assertEqual(service.stdout.readline(), "[]\n")
         self.call("osascript", "-e", 'display notification "Well?"')

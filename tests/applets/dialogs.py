@@ -15,7 +15,7 @@ import accessibility
 import harness
 from harness import binaries, until
 
-# Waits for others to ask; its window is hidden.
+# An applet that waits for others to ask; its window is hidden.
 WAITING = "on idle\nreturn 100\nend idle"
 
 
@@ -26,7 +26,7 @@ class Dialogs(accessibility.AccessibleCase):
         return self.applet
 
     def from_outside(self, question):
-        """A script in a process of its own that asks the applet; its output is the answer."""
+        """Starts a script in a process of its own that asks the applet; its output is the answer."""
         process = subprocess.Popen([str(binaries() / "osascript"), "-s", "s", "-e", f'tell application "{self.applet.name}" to {question}'],
                                    env=self.applet.environment(), stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         self.addCleanup(self.end, process)
@@ -40,7 +40,7 @@ class Dialogs(accessibility.AccessibleCase):
         process.communicate()
 
     def keys(self, *names, to):
-        """Real keys, when the window of the control has come to the front by itself."""
+        """Presses real keys when the window of the control has come to the front by itself."""
         until(lambda: self.applet.xdotool("getactivewindow"), "a window in front")
         until(lambda: to.get_state_set().contains(self.atspi.StateType.SHOWING), "the dialog to be seen")
         time.sleep(0.2)
@@ -48,7 +48,7 @@ class Dialogs(accessibility.AccessibleCase):
             self.applet.xdotool("key", *names)
 
     def press(self, control):
-        """As an assistive technology does."""
+        """Presses a control like an assistive technology."""
         self.atspi.Action.do_action(control, 0)
 
     def answer_of(self, process):
@@ -57,7 +57,7 @@ class Dialogs(accessibility.AccessibleCase):
     def gone(self, name):
         until(lambda: not self.shown(name), f"“{name}” to go")
 
-    # On the applet's window
+    # Sheets of the applet's window
 
     def test_a_sheet_takes_an_answer_from_the_keyboard(self):
         applet = self.ask("Name", 'set r to display dialog "What is your <b>name</b>?" default answer "nobody" buttons {"Later", "Cancel", "Go & see"} '
@@ -79,7 +79,7 @@ class Dialogs(accessibility.AccessibleCase):
             label = self.find(question, "label")
             dialog = self.find(question, "dialog")
             top = lambda control: control.get_extents(self.atspi.CoordType.SCREEN).y
-            # The applet's title bar is as high as the sheet's own.
+            # Up to 60 pixels below, because the applet's title bar and the sheet's own are equally high.
             until(lambda: 5 < top(dialog) - top(self.find("Hanging", "frame")) < 60, "the sheet of “" + question + "” below the title")
             self.keys("Return", to=label)
         self.noted("done\n")
@@ -88,12 +88,12 @@ class Dialogs(accessibility.AccessibleCase):
         applet = self.ask("Blocked", 'jot(button returned of (display dialog "Sure?" buttons {"Fine"}))')
         button = self.find("Fine", "push button")
         area = self.find("Stop").get_extents(self.atspi.CoordType.SCREEN)
-        # Where the button can be seen beside the sheet.
+        # The click hits the part of the Stop button that is visible beside the sheet.
         applet.xdotool("mousemove", str(area.x + area.width - 3), str(area.y + area.height // 2), "click", "1")
         self.assertIn("-128", self.osascript("-e", 'tell application "Blocked" to quit').stderr)
         time.sleep(0.3)
         self.assertTrue(self.shown("Fine", "push button"))
-        self.keys("Return", "Escape", "alt+F4", to=button)  # nothing has these keys
+        self.keys("Return", "Escape", "alt+F4", to=button)  # no button has these keys
         time.sleep(0.3)
         self.assertTrue(self.shown("Fine", "push button"))
         self.assertEqual(applet.said("noted"), "")
@@ -116,7 +116,7 @@ class Dialogs(accessibility.AccessibleCase):
             self.assertRegex(self.answer_of(question), r"\((-128|-609)\)")
 
     def test_a_dialog_that_waits_behind_an_alert(self):
-        """It gives up and is cancelled as if it were seen, and does not outlive the applet that the alert has ended."""
+        """A dialog behind an alert gives up and is cancelled like a visible one, and goes with the applet that the alert has ended."""
         for name, question, end in (("GivesUp", 'display dialog "x" giving up after 1', None),
                                     ("Cancelled", 'display dialog "x"', lambda applet: applet.process.send_signal(signal.SIGTERM)),
                                     ("Forgotten", 'display dialog "x"', lambda applet: self.press(self.find("Quit", "push button")))):
@@ -150,7 +150,7 @@ class Dialogs(accessibility.AccessibleCase):
     def test_a_script_that_does_not_wait_takes_its_sheet_away_and_ends(self):
         applet = self.ask("Stopped", 'display dialog "Sure?"\njot("answered")')
         self.find("OK", "push button")
-        self.press(self.find("Stop"))  # an assistive technology can
+        self.press(self.find("Stop"))  # only an assistive technology can press a button behind a sheet
         applet.ends()
         self.assertEqual((applet.process.returncode, applet.said("noted")), (0, ""))
         self.ask("Late", 'with timeout of 1 second\ndisplay dialog "Sure?"\nend timeout')
@@ -163,7 +163,7 @@ class Dialogs(accessibility.AccessibleCase):
         remove = self.find("Remove", "push button")
         self.find("All files will be removed.", "dialog")
         self.picture("alert")
-        self.keys("Escape", to=remove)  # nobody's: the button has Return instead
+        self.keys("Escape", to=remove)  # the button with that role has Return as its key, so nothing has Escape
         time.sleep(0.2)
         self.assertTrue(self.shown("Remove", "push button"))
         self.keys("Return", to=remove)
@@ -194,7 +194,7 @@ class Dialogs(accessibility.AccessibleCase):
             self.keys("Return", to=self.find(f"Number {number}", "label"))
         self.noted("1\n2\n3\n")
 
-    # In a window of its own
+    # Windows of their own
 
     def test_dialogs_of_a_hidden_applet(self):
         applet = self.wait_to_be_asked("Hidden")
@@ -226,7 +226,7 @@ class Dialogs(accessibility.AccessibleCase):
         first = self.from_outside('display dialog "First?" buttons {"A"}')
         self.find("A", "push button")
         second = self.from_outside('display dialog "Second?" buttons {"B"} giving up after 1')
-        time.sleep(1.2)  # longer than the second one waits once it is shown
+        time.sleep(1.2)  # longer than the second dialog waits once it is shown
         self.assertIsNone(self.shown("B", "push button"))
         third = self.from_outside('display alert "Third?" buttons {"C"}')
         first.kill()

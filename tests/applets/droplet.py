@@ -43,7 +43,7 @@ class Droplet(accessibility.AccessibleCase):
         applet.picture("droplet-found")
         applet.key("Return")
         until(lambda: applet.said("opened") == f"{self.folder}/Documents/report.txt\n", "the best hit to be opened")
-        # The mode is kept, and what was typed is still there.
+        # The mode and the text in the search field stay.
         self.find("3 found", "label")
         (self.folder / "Documents/report.txt").unlink()
         self.find("2 found", "label")
@@ -55,7 +55,7 @@ class Droplet(accessibility.AccessibleCase):
         self.find("Search", "text")
         applet.xdotool("type", "report")
         self.find("3 found", "label")
-        applet.xdotool("key", "Down")  # into the list
+        applet.xdotool("key", "Down")  # the keyboard goes into the list
         applet.xdotool("key", "space")
         self.comes_to("report.txt")
         self.find("Text", "text")
@@ -95,14 +95,14 @@ class Droplet(accessibility.AccessibleCase):
             self.find("Waiting for the script", "progress bar")
             applet.picture(f"droplet-hook{number}")
             applet.xdotool("key", "Escape")
-            self.assertNotEqual(opening.wait(harness.DEADLINE), 0) # refused
+            self.assertNotEqual(opening.wait(harness.DEADLINE), 0)  # the file is refused
             self.assertIsNone(applet.process.poll())
             self.assertEqual(applet.said("opened"), "")
-            # And with the applet, while it loops.
+            # The applet can also be ended while the hook loops.
             self.open(applet, file)
             bar = self.find("Waiting for the script", "progress bar")
             if number == 0:
-                self.click(bar)  # the panel takes the keyboard
+                self.click(bar)  # the click gives the panel the keyboard
                 applet.xdotool("key", "ctrl+q")
             else:
                 applet.process.terminate()
@@ -124,7 +124,7 @@ class Droplet(accessibility.AccessibleCase):
         self.find("Search", "text")
         applet.xdotool("type", "slow")
         self.find("Waiting for the script", "progress bar")
-        self.comes_to("Slow")  # the panel has not taken it
+        self.comes_to("Slow")  # the panel has not taken the keyboard
         applet.picture("droplet-hook-search")
         applet.xdotool("key", "ctrl+a")
         applet.xdotool("type", "other")
@@ -155,7 +155,7 @@ class Droplet(accessibility.AccessibleCase):
         applet.window()
         opening = self.open(applet, file)
         self.find("Yes", "push button")
-        time.sleep(1.5)  # longer than a hook may take in silence
+        time.sleep(1.5)  # longer than a hook may take before the panel comes
         self.assertIsNone(self.shown("Waiting for the script"))
         applet.xdotool("key", "Return")
         self.assertEqual(opening.wait(harness.DEADLINE), 0)
@@ -163,7 +163,7 @@ class Droplet(accessibility.AccessibleCase):
         applet.kill()
 
     def open(self, applet, *files):
-        """By a second launch, whose process it answers."""
+        """Opens files by a second launch; answers its process."""
         opening = subprocess.Popen([str(harness.binaries() / "quoddle-shell"), str(self.folder / (applet.name + ".app")), *map(str, files)],
                                    env=applet.environment(), stderr=subprocess.DEVNULL)
         self.addCleanup(opening.wait)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""End to end: files, and what is no file, dragged from the window of another program over a droplet's window, dropped or taken away again.
+"""End to end: files and other data, dragged from the window of another program over a droplet's window, dropped or taken away again.
 
     drops.py BIN [PATTERN]
 
@@ -17,7 +17,7 @@ from harness import binaries, until
 
 GREEN, RED = (117, 209, 123), (228, 66, 72)
 
-# Writes down which files came, and the end of each event.
+# A droplet that writes down the files that came and the end of each event.
 OPENING = """
 on open theFiles
     set names to ""
@@ -36,7 +36,7 @@ PLAIN_NAMES = ["report.txt", "two words.txt", "Grüße & Küsse.txt", "50% #1.tx
 
 
 class DragSource:
-    """A program with a window in the corner of the screen, and the pointer."""
+    """A program with a window in the corner of the screen, from which the pointer drags."""
 
     def __init__(self, case, form, *names, listed=None):
         self.case = case
@@ -56,7 +56,7 @@ class DragSource:
         self.process.stdout.close()
 
     def says(self, word):
-        """Now or later: each movement over a window has its answer."""
+        """Waits until the source says the word. Each movement over a window has an answer, and answers to earlier movements are skipped."""
         said = "would"
         while said.startswith("would") and said != word:
             ready, _, _ = select.select([self.process.stdout], [], [], harness.DEADLINE)
@@ -68,12 +68,12 @@ class DragSource:
         subprocess.run(["xdotool", *map(str, words)], env=self.case.display.environment, check=True)
 
     def begin(self):
-        """Takes hold of it. The button stays down."""
+        """Begins a drag; the button stays down."""
         self.xdotool("mousemove", 10, 10, "mousedown", 1, "mousemove", 30, 30)
         self.says("begun")
 
     def move(self, place):
-        """There, and a little on, as a hand does."""
+        """Moves to the place from a few pixels beside it, like a hand."""
         x, y = place
         self.xdotool("mousemove", x - 8, y, "mousemove", x - 4, y, "mousemove", x, y)
 
@@ -88,7 +88,7 @@ class DragSource:
         self.let_go("copy")
 
     def hover_in_vain(self, x, y):
-        """Moves until the verdict is known, which the source is told with the next movement."""
+        """Moves until the refusal is known, which the source is told with the next movement."""
         for step in range(harness.DEADLINE * 10):
             self.xdotool("mousemove", x - 8 + step % 8, y)
             ready, _, _ = select.select([self.process.stdout], [], [], 0.1)
@@ -116,13 +116,13 @@ class Drops(accessibility.AccessibleCase):
             (folder / name).write_text("x")
         return [str(folder / name) for name in names]
 
-    # What is seen
+    # Looking at the screen
 
     def area(self, name):
         return self.find(name).get_extents(self.atspi.CoordType.SCREEN)
 
     def drop_zone(self):
-        """A place in it that neither text nor pictures are on."""
+        """Answers a place in the drop zone without text and pictures."""
         area = self.area("Drop zone")
         return area.x + 12, area.y + 12
 
@@ -138,10 +138,10 @@ class Drops(accessibility.AccessibleCase):
         area = self.area("Drop files here")
         return self.pixels(area.x, area.y, area.width, area.height)
 
-    # What came of it
+    # Looking at the outcome
 
     def opened(self, applet):
-        """The files of each event."""
+        """Answers the files of each event."""
         return [event.split("\1")[:-1] for event in applet.said("opened").split("\2")[:-1]]
 
     def test_files_are_taken(self):
@@ -215,7 +215,7 @@ class Drops(accessibility.AccessibleCase):
             source.let_go("none")
             until(lambda: self.artwork() == artwork, "the artwork as it was")
             source.end()
-        # What other programs write in their lists of addresses.
+        # Other programs write such lists of addresses.
         written = ["# a remark", "https://example.org/", "file://" + file, "file://localhost" + file, "file://" + os.uname().nodename + file]
         DragSource(self, "addresses", *written).drop(place)
         until(lambda: self.opened(applet), "the files in the list")
@@ -365,14 +365,14 @@ end appletfileisacceptable
         source.begin()
         source.move((x, y))
         until(lambda: applet.said("asked"), "the script to be asked")
-        time.sleep(1.5)  # longer than a hook may take in silence
+        time.sleep(1.5)  # longer than a hook may take before the panel comes
         self.assertIsNone(self.shown("Waiting for the script"))
         source.xdotool("mousemove", x + 2, y)
         source.xdotool("mouseup", 1)
         source.says("copy")
         until(lambda: self.opened(applet) == [[file]], "the file that was dropped")
 
-    # Modes
+    # The two modes
 
     def test_a_drag_over_the_results_leads_to_the_drop_zone_and_back(self):
         file, = self.files("report.txt")
@@ -465,7 +465,7 @@ end appletfileisacceptable
 
         self.click_on("Find files")
         self.find("Search")
-        applet.xdotool("type", "re")  # the field has the keyboard
+        applet.xdotool("type", "re")  # the search field has the keyboard
         self.holds("Search", "re")
         relaunched("Search")
         self.click_on("Drop files")
@@ -489,10 +489,10 @@ end appletfileisacceptable
         until(said, f"“{name}” to hold {text!r}")
 
     def focused(self):
-        """The names of the controls that have the keyboard."""
+        """Answers the names of the controls that have the keyboard."""
         return [name for control, name, _ in self.showing() if control.get_state_set().contains(self.atspi.StateType.FOCUSED)]
 
-    # What a script may ask for
+    # Prompts and pictures that a script may ask for
 
     def test_the_panes_keep_their_size_whatever_the_prompts_say(self):
         prompts = {"Words": "word " * 20000, "Word": "w" * 100000, "Lines": "line\\n" * 20000}
@@ -535,7 +535,7 @@ end appletfileisacceptable
         self.assertLessEqual(2 * (area.y + area.height), 640)
         applet.picture("doubled")
 
-    # A script that fails
+    # Scripts that fail
 
     def test_a_failing_hook_ends_the_applet_with_one_alert(self):
         applet = self.start_droplet("Failing", OPENING + 'on appletfileisacceptable(f)\nerror "Not today." number 7\nend appletfileisacceptable\n')

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""End to end: applets that other processes talk to. Real processes on both sides.
+"""End to end: applets that other processes send events to, with real processes on both sides.
 
     events.py BIN [PATTERN]
 """
@@ -50,7 +50,7 @@ class Events(harness.AppletCase):
         return applet
 
     def tell(self, what, name="Server"):
-        """The result of a statement sent to the applet, or its error."""
+        """Answers the result of a statement that is sent to the applet, or its error."""
         statement = f'application "{name}" {what}' if what.startswith("is ") else f'tell application "{name}" to {what}'
         done = self.osascript("-s", "s", "-e", statement)
         return done.stdout.strip() or done.stderr.partition("error: ")[2].strip()
@@ -66,11 +66,12 @@ class Events(harness.AppletCase):
         self.assertEqual(self.tell("get its other"), "1")
         self.tell("set its |my prop| to 7")
         self.assertEqual(self.tell("get its |my prop|"), "7")
-        self.assertIn("(-10003)", self.tell('set its name to "x"')) # the applet's own, which its script cannot answer for
+        # The name belongs to the applet itself, and its script cannot change it.
+        self.assertIn("(-10003)", self.tell('set its name to "x"'))
         self.assertEqual(self.tell("note(5)"), "{5, 1}")
 
     def test_scripting_additions_inside_a_tell(self):
-        """What the application does not know is the script's own to do."""
+        """The script itself carries out commands that the application does not know."""
         self.serve()
         for command, result in (('do shell script "echo " & (add(1, 2))', '"3"'), ("round 2.6", "3"), ('offset of "b" in "ab"', "2"),
                                 ("class of (current date)", "date"), ('add((random number from 2 to 2), 1)', "3")):
@@ -78,7 +79,7 @@ class Events(harness.AppletCase):
         for name in ("nothing", "nowhere"):
             self.assertIn("(-1728)", self.tell(f"set its {name} to 1"))
             self.assertIn("(-1728)", self.tell(f"get its {name}"))
-        # A handler is no property: nobody takes it away or puts something else in its place.
+        # A handler is no property: nobody can remove or replace it.
         self.assertIn("(-1728)", self.tell("set its add to 1"))
         self.assertIn("(-1728)", self.tell("get its add"))
         self.assertEqual(self.tell("add(1, 2)"), "3")
@@ -86,7 +87,7 @@ class Events(harness.AppletCase):
     def test_a_bundle_is_started_with_the_program_that_it_names(self):
         alone = self.folder / "alone"
         alone.mkdir()
-        shutil.copy(binaries() / "osascript", alone) # no shell beside it
+        shutil.copy(binaries() / "osascript", alone)  # the folder has no shell
         for named, expected in ((True, "named"), (False, "Tool")):
             bundle = self.folder / "Tool.app"
             programs = bundle / "Contents/Linux"
@@ -144,7 +145,7 @@ class Events(harness.AppletCase):
         applet = self.serve()
         self.tell("quit")
         applet.ends()
-        # It keeps nothing open that is the caller's: a reader at the other end of a pipe sees the end when the caller has gone.
+        # The applet keeps no descriptor of the caller open: a reader at the other end of a pipe sees the end when the caller has gone.
         reading, writing = os.pipe()
         called = self.osascript("-e", 'tell application "Server" to add(2, 3)', pass_fds=(writing,))
         os.close(writing)
@@ -190,7 +191,7 @@ class Events(harness.AppletCase):
             until(lambda: self.tell("is running", name) == "false", name + " to end after " + what)
             self.assertEqual(applet.said("jotted"), runs, what)
             (applet.folder / "jotted").unlink(missing_ok=True)
-        # Launched, it waits with its run until somebody asks for it; then it ends as usual.
+        # An applet that was launched for nothing waits with its run until somebody asks for it, and then ends as usual.
         for ask in ("run", "launched by hand"):
             self.assertEqual(self.tell("launch", "Brief"), "")
             self.assertEqual(self.tell("add(3, 4)", "Brief"), "7")
@@ -267,7 +268,7 @@ class Events(harness.AppletCase):
         calls = []
         for number in range(3):
             calls.append(subprocess.Popen([str(binaries() / "osascript"), "-e", f'tell application "Busy" to jot({number})'], env=applet.environment()))
-            until_at_rest(calls[-1].pid)  # it has asked, and waits
+            until_at_rest(calls[-1].pid)  # the script has sent its event and waits
         (applet.folder / "go").touch()
         for call in calls:
             self.assertEqual(call.wait(timeout=30), 0)
@@ -279,7 +280,7 @@ class Events(harness.AppletCase):
         until(lambda: applet.said("started"), "the call to begin")
         applet.process.kill()
         self.assertIn("(-609)", call.communicate(timeout=10)[1])
-        # What it left behind is in nobody's way.
+        # The files that the applet has left behind are no obstacle.
         self.assertEqual(self.tell("is running"), "false")
         self.assertEqual(self.tell("add(1, 1)"), "2")
         self.tell("quit")
@@ -320,7 +321,7 @@ class Events(harness.AppletCase):
             self.assertEqual(done.returncode, status, done.stderr)
         self.assertEqual(applet.said("opened"), "/etc/passwd\n")
         self.assertIn("was stopped", done.stderr)
-        # Of launches at the same moment one starts the applet, the others hand over to it.
+        # Of several launches at the same moment one starts the applet, and the others hand over to it.
         self.tell("quit", "Drop")
         applet.ends()
         launches = [subprocess.Popen([shell], env=applet.environment(), stderr=subprocess.DEVNULL) for _ in range(5)]

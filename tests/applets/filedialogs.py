@@ -37,7 +37,7 @@ class FileDialogs(accessibility.AccessibleCase):
         return super().ask(name, question, PATHS, **more)
 
     def keys(self, title, *names):
-        """Real keys, to the window that has come to the front by itself."""
+        """Presses real keys when the window has come to the front by itself."""
         until(lambda: self.applet.xdotool("getactivewindow", "getwindowname")[:1] == title.split()[:1], "“" + title + "” to be in front")
         time.sleep(0.2)
         self.applet.xdotool("key", *names)
@@ -64,7 +64,7 @@ class FileDialogs(accessibility.AccessibleCase):
         self.picture("file")
         sheet, window = (int(dict(line.split("=") for line in self.applet.xdotool("getwindowgeometry", "--shell", each))["X"]) for each in (
             self.applet.xdotool("getactivewindow")[0], self.applet.window()))
-        self.assertLess(sheet, window)  # hangs over its window, which is narrower
+        self.assertLess(sheet, window)  # the sheet is wider than its window and hangs over it
         self.keys("Open", "Return")
         self.noted(f"{self.folder}/stuff/beta 2.txt")
 
@@ -109,7 +109,7 @@ class FileDialogs(accessibility.AccessibleCase):
         self.keys("Save", "Return")
         self.find("Replace", "push button")
         self.picture("replace")
-        self.applet.xdotool("key", "Return")  # stands for Cancel
+        self.applet.xdotool("key", "Return")  # Return presses Cancel here
         until(lambda: not self.shown("Replace", "push button"), "the question to go")
         self.assertEqual(self.applet.said("noted"), "")
         self.keys("Save", "ctrl+a")
@@ -131,7 +131,7 @@ class FileDialogs(accessibility.AccessibleCase):
         self.noted("error -1700")
 
     def test_a_window_of_its_own(self):
-        """The script of an applet that others call while its window is hidden."""
+        """Others call the script of an applet whose window is hidden."""
         applet = self.start("Hidden", """
 on pick()
 	return POSIX path of (choose file default location (POSIX file "FOLDER/stuff"))

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""What the end-to-end tests share: a display, applets made by osacompile from source, and their use by keyboard, signals and scripts."""
+"""The parts that the end-to-end tests share: a display, applets made by osacompile from source, and their use by keyboard, signals and
+scripts."""
 import ctypes
 import os
 import pathlib
@@ -17,7 +18,7 @@ _binaries = None
 
 
 def binaries():
-    """The folder that holds osacompile and quoddle-shell."""
+    """Answers the folder that holds osacompile and quoddle-shell."""
     return _binaries
 
 
@@ -35,7 +36,7 @@ def until(condition, what, deadline=DEADLINE):
 
 
 def _work_of(pid):
-    """How much of the processor a process has had; None while one of its threads wants it, or a process that it has started is there."""
+    """Answers the processor time that a process has used; None while one of its threads wants the processor, or it has a child process."""
     used = 0
     try:
         for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
@@ -49,7 +50,8 @@ def _work_of(pid):
 
 
 def until_at_rest(pid, seconds=0.08):
-    """Nothing is under way in a process: it has slept for so long. That holds on a busy machine too, for there a thread that has something to do is not asleep."""
+    """Waits until a process has slept for so long, so that nothing is under way in it. That holds on a busy machine, too, because a thread
+    with something to do is not asleep there."""
     last, since = None, time.monotonic()
 
     def rests():
@@ -63,23 +65,25 @@ def until_at_rest(pid, seconds=0.08):
 
 
 def _dies_with_us():
-    """A server that nobody ends, because its test was killed, would stay for ever."""
+    """Makes a server end with the test run, because nobody would end it when the run is killed."""
     ctypes.CDLL(None).prctl(1, signal.SIGTERM)  # PR_SET_PDEATHSIG
 
 
 class Display:
-    """An X server and a window manager that has taken charge of it."""
+    """An X server and a window manager that has begun to manage it."""
 
     def __init__(self):
         read, write = os.pipe()
-        # Without -noreset a server starts over when its last client leaves, and takes a window manager that is just arriving with it.
+        # Without -noreset a server starts over when its last client leaves, and takes a window manager that is just connecting with it.
         self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1024x640x24", "-nolisten", "tcp", "-noreset"],
                                        pass_fds=[write], stderr=subprocess.DEVNULL, preexec_fn=_dies_with_us)
         os.close(write)
         number = os.fdopen(read).readline().strip()
-        # No session bus but what a test makes: a library that wants one and finds none launches one, which stays; and the user's own is none of a test's business.
+        # Tests have no session bus but one that they make. The user's own must not be used, and a library that finds none would launch one,
+        # which stays.
         self.environment = dict(os.environ, DISPLAY=":" + number, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8", DBUS_SESSION_BUS_ADDRESS="disabled:",
-                                QUODDLE_LONGEST_PAUSE=str(4 * DEADLINE))  # so that only what wakes a wait ends it in time
+                                # With such long pauses, only a wake can end a wait in time.
+                                QUODDLE_LONGEST_PAUSE=str(4 * DEADLINE))
         self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=_dies_with_us)
         until(self._is_managed, "the window manager")
 
@@ -96,8 +100,8 @@ class Display:
 
 
 class SessionBus:
-    """A session bus that starts the services in the user's own folder, `XDG_DATA_HOME`, and none of those that are installed on the machine: there a
-    daemon would answer where a test wants nobody."""
+    """A session bus that starts the services in the user's own folder, `XDG_DATA_HOME`. The ones that are installed on the machine are not
+    started, because their daemons would answer where a test wants no answer."""
 
     def __init__(self, environment):
         self.folder = tempfile.TemporaryDirectory()
@@ -117,7 +121,7 @@ class SessionBus:
 
 class Applet:
     def __init__(self, case, name, source, options=(), files=(), info=None, prepare=None):
-        """`info`: what its Info.plist is to say besides. `prepare`: called with the bundle before it is launched."""
+        """`info` are further entries of the Info.plist. `prepare` is called with the bundle before it is launched."""
         self.case = case
         self.name = name
         self.folder = case.folder
@@ -135,12 +139,12 @@ class Applet:
         case.addCleanup(self.kill)
 
     def launch(self, *files):
-        """Anew, when it has ended."""
+        """Launches the applet, also again after it has ended."""
         program = self.folder / (self.name + ".app") / "Contents/Linux" / self.name
         self.process = subprocess.Popen([str(program), *files], env=self.environment(), stderr=open(self.folder / (self.name + ".log"), "w"))
 
     def environment(self):
-        """A home and a place to meet other applets of its own, shared by what one test starts."""
+        """Answers an environment with a home folder and a place to meet other applets, which all applets of a test share."""
         runtime = self.folder / "run"
         runtime.mkdir(mode=0o700, exist_ok=True)
         return dict(self.case.display.environment, HOME=str(self.folder), XDG_CONFIG_HOME=str(self.folder / "config"),
@@ -172,7 +176,8 @@ class Applet:
         return until(lambda: self.process.poll() is not None, self.name + " to end", within)
 
     def rests(self):
-        """Its handlers have ended, and what follows from that has been done. A quit that comes while one ends is refused."""
+        """Waits until the handlers have ended and the applet has done what follows, because a quit that comes while a handler ends is
+        refused."""
         until_at_rest(self.process.pid)
 
     def said(self, file):
@@ -205,7 +210,7 @@ class AppletCase(unittest.TestCase):
 
 
 def main(case):
-    """Runs the tests of one class:  FILE BIN [PATTERN]"""
+    """Runs the tests of one class; the command line is FILE BIN [PATTERN]."""
     global _binaries
     _binaries = pathlib.Path(sys.argv[1]).resolve()
     pattern = sys.argv[2] if len(sys.argv) > 2 else ""

@@ -16,10 +16,10 @@ from harness import binaries, until
 
 STAMP = 'do shell script "date +%s.%N >> FOLDER/'
 
-# What scripts start sleeps for so many seconds and a few, by which it is known: no other run of this suite sleeps as long.
+# Shell commands of the scripts sleep for this many seconds or some more. The number tells them from those of another run of this suite.
 SLEEP = 1_000_000 + 100 * os.getpid()
 
-# How a user or the desktop makes a running applet stop.
+# The ways in which a user or the desktop stops a running applet.
 STOPS = {
     "the Stop button": lambda applet: applet.key("Escape"),
     "closing the window": lambda applet: applet.key("alt+F4"),
@@ -31,7 +31,7 @@ WAITS_FOR_ANOTHER = ("a wait for a reply", "a dialog of another applet")
 
 
 def running_children(words):
-    """The processes whose command line is these words."""
+    """Answers the processes whose command line consists of these words."""
     found = []
     for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
         try:
@@ -63,20 +63,20 @@ class Lifecycle(harness.AppletCase):
         return applet.xdotool("search", "--onlyvisible", "--name", "^" + applet.name + "$")
 
     def windows_of_all(self):
-        """How many there are on the display."""
+        """Answers the number of windows on the display."""
         return subprocess.run(["xprop", "-root", "_NET_CLIENT_LIST"], env=self.display.environment, capture_output=True, text=True).stdout.count("0x")
 
     def stays(self, applet, seconds=0.3):
-        """Nothing that is under way ends the applet."""
+        """Fails when the applet ends within the time."""
         time.sleep(seconds)
         self.assertIsNone(applet.process.poll(), applet.name + " has ended")
 
     def listens(self, applet):
-        """It can be found by what is launched after it."""
+        """Waits until applications that are launched later can find the applet."""
         until((applet.folder / "run" / "quoddle" / f"{applet.process.pid}.sock").exists, applet.name + " to listen")
 
     def hand_over(self, applet, *files):
-        """A second launch, which is answered when the files have been dealt with."""
+        """Launches the applet a second time; that process ends when the files have been handled."""
         link = applet.folder / (applet.name + ".app") / "Contents/Linux" / applet.name
         return subprocess.Popen([str(link), *files], env=applet.environment(), stderr=subprocess.PIPE, text=True)
 
@@ -89,7 +89,7 @@ class Lifecycle(harness.AppletCase):
         path.write_text("x")
         return str(path)
 
-    # Waiting
+    # Waiting for the Run button
 
     def test_a_startup_pane_runs_nothing_by_itself(self):
         source = 'do shell script "echo ran > FOLDER/out"'
@@ -131,7 +131,7 @@ class Lifecycle(harness.AppletCase):
             """, options=["-u", "-s"], files=[self.made("a"), self.made("b")])
         until(lambda: applet.said("opened"), "the open handler")
         applet.window()
-        # Files that come later are not held back by the pane, which has gone.
+        # The startup pane has gone and does not hold back files that come later.
         self.assertEqual(self.hand_over(applet, self.made("c")).wait(15), 0)
         self.assertEqual(applet.said("opened"), "2\n1\n")
         applet.rests()
@@ -192,7 +192,7 @@ class Lifecycle(harness.AppletCase):
     # Running and being stopped
 
     def busy_at(self, place, number):
-        """A script that is at work at that place until it is stopped, and then writes down when it heard of it."""
+        """Starts a script that works at the place until it is stopped, and then writes down the time."""
         if place in WAITS_FOR_ANOTHER:
             self.start("Server%d" % number, "on slow()\ndelay 3600\nend slow\non idle\nreturn 100\nend idle", options=["-s"])
             until(lambda: self.osascript("-e", f'application "Server{number}" is running').stdout == "true\n", "the server")
@@ -205,7 +205,7 @@ class Lifecycle(harness.AppletCase):
             "a standard dialog": 'display dialog "Well?"',
         }[place]
         if place not in ("a loop", "a delay"):
-            # A wait that is given up leaves the script stopped once more, at the next place where it can be.
+            # The script catches the error by which a wait ends, and is then stopped once more, at the next place where it can be.
             work = f"try\n{work}\non error number n\ndelay 3600\nend try"
         return self.start("Busy%d" % number, f"""
             set progress total steps to -1
@@ -221,14 +221,14 @@ class Lifecycle(harness.AppletCase):
             """, info={"KVBUseStandardOSAXEN": True})
 
     def cost_of_measuring(self):
-        """What the keys and the stamps take by themselves on a machine that may have much else to do."""
+        """Answers the seconds that keys and time stamps take by themselves, which is long on a busy machine."""
         began = time.monotonic()
         subprocess.run(["sh", "-c", "date +%s.%N"], stdout=subprocess.DEVNULL)
         subprocess.run(["xdotool", "getmouselocation"], env=self.display.environment, stdout=subprocess.DEVNULL)
         return time.monotonic() - began
 
     def time_of_stop(self, place, stop, number):
-        """How long the script takes to hear of it, and how long it may take; in seconds."""
+        """Answers how long it takes until the script notices the stop, and how long it may take; in seconds."""
         applet = self.busy_at(place, number)
         applet.window()
         until(lambda: applet.said(f"started{number}"), "the script to start")
@@ -252,11 +252,11 @@ class Lifecycle(harness.AppletCase):
         for place in ("a loop", "a delay", "a shell command", "a standard dialog") + WAITS_FOR_ANOTHER:
             for way, stop in STOPS.items():
                 if place == "a standard dialog" and way != "a quit request":
-                    continue  # it has the keyboard
+                    continue  # the dialog has the keyboard
                 number += 1
                 with self.subTest(place + ", " + way):
                     took, allowed = self.time_of_stop(place, stop, number)
-                    if took >= allowed:  # once it may have been the machine
+                    if took >= allowed:  # the first time it may have been the machine
                         number += 1
                         took, allowed = self.time_of_stop(place, stop, number)
                     if "QUODDLE_FIGURES" in os.environ:
@@ -264,7 +264,7 @@ class Lifecycle(harness.AppletCase):
                     self.assertLess(took, allowed)
 
     def test_a_script_that_takes_its_end_in_hand(self):
-        # It hears of the quit, ends by itself, and so the quit is refused.
+        # The script notices the quit and ends by itself, so the quit is refused.
         applet = self.start("Stubborn", """
             property appletisquitting : missing value
             on run
@@ -287,7 +287,7 @@ class Lifecycle(harness.AppletCase):
         applet.ends()
 
     def test_a_signal_ends_an_applet_whose_handlers_end_by_themselves(self):
-        """Between two idle calls, or in one that is too short to be stopped: nobody has refused."""
+        """The quit comes between two idle calls, or in one that is too short to be stopped, so nothing refuses it."""
         for number in range(5):
             applet = self.start(f"Busy{number}", """
                 on idle
@@ -336,13 +336,13 @@ class Lifecycle(harness.AppletCase):
                 window = applet.window()
                 until(lambda: applet.xdotool("getactivewindow") == [window], "the window to come to the front")
                 applet.picture(way.replace(" ", "-"))
-                # The quit handler refuses; the applet goes on without a window.
+                # The quit handler refuses, and the applet goes on without a window.
                 asked = applet.said("asked")
                 applet.key("alt+F4")
                 until(lambda: applet.said("asked") != asked, "the quit handler")
                 applet.rests()
         applet.kill()
-        # The window that was asked for stays, whatever else the applet does.
+        # The window that the user has asked for stays, whatever else the applet does.
         applet = self.start("Watched", """
             property turn : 0
             on idle
@@ -364,11 +364,11 @@ class Lifecycle(harness.AppletCase):
         self.assertTrue(self.windows(applet))
         applet.key("alt+F4")
         applet.ends()
-        # What a script does for a dialog shows no window.
+        # A script that activates its application before a dialog shows no window.
         applet = self.start("Busy", 'on run\nactivate\ndo shell script "echo 1 > FOLDER/busy"\ndelay 3600\nend run')
         until(lambda: applet.said("busy"), "the script to run")
         self.assertEqual(self.windows(applet), [])
-        # A second launch does, for a script that is silent can be stopped there.
+        # A second launch shows it, because a silent script can be stopped there.
         self.assertEqual(self.hand_over(applet).wait(15), 0)
         applet.key("Escape")
         applet.ends()
@@ -390,7 +390,7 @@ class Lifecycle(harness.AppletCase):
         self.made("go")
         applet.process.send_signal(signal.SIGTERM)
         applet.ends()
-        # The one that ran was stopped; another may have begun before the applet had decided to end.
+        # The running call was stopped. Another one may have begun before the applet decided to end.
         self.assertLessEqual(applet.said("work").count("begun"), 2)
         for call in calls:
             call.communicate(timeout=harness.DEADLINE)
@@ -412,7 +412,7 @@ class Lifecycle(harness.AppletCase):
             end jot
             """, options=["-s"])
         until(lambda: applet.said("started"), "the script to start")
-        # A call from outside waits for the run, and is not lost with it.
+        # A call from outside waits for the run and does not end with it.
         call = self.call(applet, "jot()")
         self.stays(applet)
         self.assertIsNone(call.poll())
@@ -441,9 +441,9 @@ class Lifecycle(harness.AppletCase):
         self.assertIn("User canceled.", call.communicate(timeout=15)[1])
         self.stays(applet)
 
-    # Idle
+    # Idle calls
 
-    # The result of the first call, and when the second one comes; none: never.
+    # For each applet the result of the first idle call, and the seconds until the second one; None: there is no second one.
     IDLE = {"Five": ("5", 5), "Fraction": ("0.9", 0), "Nothing": ("missing value", 30), "Text": ('"1"', 30), "Never": ("-1", None), "Negative": ("-0.9", 0)}
 
     def start_idle(self):
@@ -462,7 +462,7 @@ class Lifecycle(harness.AppletCase):
             self.start(name, source.replace("RESULTS", result).replace("NAME", name), options=["-s"])
 
     def test_the_idle_handler_says_when_it_is_called_again(self):
-        # They run beside the other tests; half a minute is long.
+        # The applets run beside the other tests, because half a minute is long.
         case = self.idle
         for name, (_, seconds) in self.IDLE.items():
             applet = case.applets[name]
@@ -597,7 +597,7 @@ class Lifecycle(harness.AppletCase):
                 until(lambda: applet.said(name + "quit") == "quit\nquit\n", "the quit handler to be asked again")
 
     def test_closing_the_window_asks_the_quit_handler(self):
-        """The answer counts, whatever else the script has, and the window comes back when it is a refusal."""
+        """The quit handler's answer counts, whatever else the script has, and the window comes back when it refuses."""
         idle = """
             on idle
                 do shell script "echo 1 >> FOLDER/NAMEidle"
@@ -630,7 +630,7 @@ class Lifecycle(harness.AppletCase):
                         self.stays(applet)
                         self.assertTrue(self.windows(applet))
 
-    # What a script passes on
+    # Events that a script continues
 
     def test_what_a_script_continues_reaches_the_framework(self):
         for name, source, expected in [
@@ -642,7 +642,7 @@ class Lifecycle(harness.AppletCase):
                 applet.ends()
                 self.assertEqual(applet.said("out"), expected)
                 (self.folder / "out").unlink(missing_ok=True)
-        # What is continued is not handed back to the script that has passed it on, or it would go round for ever.
+        # A continued event is not handed back to the script that has continued it, because that would never end.
         applet = self.start("Open", """
             on open these
                 do shell script "echo " & (count these) & " >> FOLDER/out"
@@ -654,7 +654,7 @@ class Lifecycle(harness.AppletCase):
         self.stays(applet)
 
     def test_the_display_goes(self):
-        """Every applet on it ends as one that failed, without a crash, and takes with it what its script has started."""
+        """When the display goes, every applet on it ends with an error, without a crash, and ends the commands that its script has started."""
         shared, self.display = self.display, harness.Display()
         self.addCleanup(setattr, self, "display", shared)
         self.addCleanup(self.display.close)

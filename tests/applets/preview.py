@@ -16,7 +16,8 @@ import accessibility
 import harness
 from harness import until
 
-LARGE = 12000  # pixels to a side: 576 MB when they are decoded all at once, some hundred kB as they are stored
+# Pixels to a side: 576 MB when the picture is decoded at once, some hundred kB in the file.
+LARGE = 12000
 
 
 def png(width, height, row):
@@ -51,7 +52,7 @@ ORDER = [*FILES, "Folder"]
 
 
 class List:
-    """The process with the list."""
+    """The process that shows the list of files."""
 
     def __init__(self, case, *options):
         self.case, self.name = case, "Files"
@@ -64,7 +65,7 @@ class List:
     kill, xdotool, picture = harness.Applet.kill, harness.Applet.xdotool, harness.Applet.picture
 
     def active(self):
-        """The window that the keyboard goes to: the window manager names one a little earlier."""
+        """Answers the window that has the keyboard; the window manager names it a little earlier as the active one."""
         return " ".join(self.xdotool("getwindowfocus", "getwindowname"))
 
     def becomes_active(self, name):
@@ -174,9 +175,9 @@ class Preview(accessibility.AccessibleCase):
             self.applet.xdotool("mousemove", str(area.x + 300), str(area.y - 15), "click", "1")
         finally:
             self.applet.process.send_signal(signal.SIGCONT)
-        self.find("Picture").get_extents(self.atspi.CoordType.SCREEN)  # answered after the click
+        self.find("Picture").get_extents(self.atspi.CoordType.SCREEN)  # comes back when the click has been handled
         self.applet.xdotool("mousemove", str(area.x + 260), str(area.y + 40))
-        self.applet.xdotool("key", "Down")  # the window manager, were it moving the panel, would have the keyboard
+        self.applet.xdotool("key", "Down")  # if the window manager were moving the panel, it would have the keyboard
         self.applet.becomes_active(ORDER[1])
         self.assertEqual(place(), before)
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""End to end: applets that are renewed from a server on this machine, by keyboard, with keys made for the occasion.
+"""End to end: applets that are updated from a server on this machine, by keyboard, with keys made for the test.
 
     updates.py BIN [PATTERN]
 """
@@ -19,7 +19,7 @@ import accessibility
 import harness
 from harness import binaries, until
 
-# The notices and questions of the updater leave a line each.
+# An applet whose hooks for the updater leave a line for each call.
 SOURCE = """
 on run
 	do shell script "echo VERSION >> FOLDER/ran"
@@ -47,7 +47,7 @@ IDENTIFIER = "local.applet.renewed"
 
 
 class Server(http.server.ThreadingHTTPServer):
-    """Has `files`; what is a function there writes its own answer."""
+    """A server of `files`. A function in place of a content writes the answer itself."""
     daemon_threads = True
 
     def __init__(self, certificate=None):
@@ -61,7 +61,7 @@ class Server(http.server.ThreadingHTTPServer):
         threading.Thread(target=self.serve_forever, daemon=True).start()
 
     def handle_error(self, *_):
-        pass  # a connection that was broken off
+        pass  # the client has broken off the connection
 
     def url(self, path):
         return f"{self.scheme}://127.0.0.1:{self.server_port}{path}"
@@ -76,7 +76,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         try:
             content(self.wfile) if callable(content) else self.wfile.write(content or b"")
         except OSError:
-            pass  # whoever has asked has had enough
+            pass  # the client has closed the connection
 
     def log_message(self, *_):
         pass
@@ -137,10 +137,10 @@ class Updates(accessibility.AccessibleCase):
         self.addCleanup(self.server.shutdown)
         self.keys = KeyPair(self.folder)
 
-    # What makers do
+    # Making and publishing versions
 
     def start_updatable(self, name="Renewed", source=SOURCE, settings="", **info):
-        """Version 1 of an applet, with what a later one no longer has."""
+        """Starts version 1 of an applet, with a file that later versions do not have."""
         info = dict(dict(CFBundleIdentifier=IDENTIFIER, CFBundleVersion="1", SUFeedURL=self.server.url("/feed.xml"), SUPublicEDKey=self.keys.public), **info)
         config = self.folder / "config/quoddle" / (IDENTIFIER + ".ini")
         config.parent.mkdir(parents=True, exist_ok=True)
@@ -153,7 +153,7 @@ class Updates(accessibility.AccessibleCase):
         return self.start(name, source.replace("VERSION", "one"), options=["-s"], prepare=prepare)
 
     def newer(self, version="2", source=SOURCE, name="Renewed", **info):
-        """The folder of a bundle as its maker packs it, with a launcher for some other machine."""
+        """Answers a bundle in a folder, as its maker packs it, with a launcher for another machine."""
         folder = self.folder / ("made" + version)
         folder.mkdir(exist_ok=True)
         bundle = folder / (name + ".app")
@@ -174,14 +174,14 @@ class Updates(accessibility.AccessibleCase):
               <enclosure url="/archive" s:version="{version}" length="{length or len(archive)}" s:edSignature="{signature}"/></item>
             </channel></rss>""".encode()
 
-    # What users do
+    # Using the menu and the panels
 
     def choose_from_menu(self, applet, title="Check for Updates…"):
         self.find(applet.name, "menu item").do_action(0)
         self.find(title, "menu item").do_action(0)
 
     def choose_by_mouse(self, applet):
-        """What presses menu items by name waits for a script that is asked."""
+        """Chooses the menu item by mouse. Pressing it by name would wait for a script that is asked."""
         self.applet = applet
         self.click(self.find(applet.name, "menu item"))
         self.click(self.find("Check for Updates…", "menu item"))
@@ -190,7 +190,7 @@ class Updates(accessibility.AccessibleCase):
         harness.Applet.xdotool(self.applets["Renewed"], "key", key)
 
     def alert(self, text, applet):
-        """Reads it and dismisses it."""
+        """Waits for the alert and dismisses it."""
         self.find(text)
         applet.xdotool("search", "--sync", "--onlyvisible", "--name", "^" + applet.name + "$")
         self.find("OK", "push button").do_action(0)
@@ -217,7 +217,7 @@ class Updates(accessibility.AccessibleCase):
                 self.assertEqual(notes.get_text(0, -1), "Faster, and bold.")
                 self.find("Install Update", "push button")
                 applet.picture("updates-offer")
-                self.press("Return")  # from within the notes
+                self.press("Return")  # the keyboard is in the notes
                 until(lambda: applet.said("ran") == "one\ntwo\n", "the new one to run")
                 self.assertIsNone(applet.process.poll())
                 self.assertEqual(applet.said("noted"), "may\ninstall\nrelaunch\n")
@@ -295,7 +295,7 @@ end quit
         self.assertEqual(applet.said("ran"), "one\n")
         self.assertEqual(self.left_behind(), [])
 
-    # The script's say
+    # Answers of the script
 
     def test_the_script_may_refuse(self):
         self.publish(zipped(self.newer()))
@@ -328,7 +328,7 @@ end quit
                 until(lambda: not self.shown("Renewed", "frame"), "its window to go")
 
     def waiting_for_leave(self, hook):
-        """The source with a hook that notes its end, too, which comes when there is a file `leave`."""
+        """Answers the source with a hook that waits for a file `leave` and notes its end, too."""
         return SOURCE.replace(f'return note("{hook}")', f'note("{hook}")').replace(f'note("{hook}")', f"""note("{hook}")
 	repeat
 		try
@@ -344,14 +344,14 @@ end quit
         applet = self.start_updatable(source=self.waiting_for_leave("may"))
         self.choose_by_mouse(applet)
         until(lambda: applet.said("noted") == "may\n", "the script to be asked")
-        self.find("Waiting for the script", "progress bar")  # as it comes it closes menus
+        self.find("Waiting for the script", "progress bar")  # the panel closes menus when it comes
         self.choose_by_mouse(applet)
         self.find("Looking for updates…", "progress bar")
         self.find("Cancel", "push button").do_action(0)
         until(lambda: not self.shown("Looking for updates…"), "the panel to go")
         applet.rests()
         self.assertEqual(self.server.asked, [])
-        # A new check is one of its own.
+        # A new check asks the script again.
         self.choose_by_mouse(applet)
         until(lambda: applet.said("noted") == "may\nmay\n", "the script to be asked again")
         (self.folder / "leave").write_text("x")
@@ -387,7 +387,7 @@ end quit
         self.assertEqual(version_of(bundle), "2")
         applet.kill()
 
-    # Announcing
+    # Offers and notes
 
     def test_without_a_key_an_update_is_only_announced(self):
         self.publish(zipped(self.newer()))
@@ -429,7 +429,7 @@ end quit
                 if reason:
                     self.find(reason)
                 self.alert("Renewed could not look for updates.", applet)
-        # One that says nothing is given up by the user.
+        # The user gives up a feed that sends nothing.
         self.server.files["/feed.xml"] = lambda stream: released.wait()
         self.addCleanup(released.set)
         self.choose_from_menu(applet)
@@ -460,7 +460,7 @@ end quit
             fetched = subprocess.run([str(binaries() / "quoddle-fetch"), "text", self.server.url("/feed.xml"), "1000"], capture_output=True, text=True, env=environment)
             self.assertEqual((fetched.returncode, fetched.stdout), outcome)
 
-    # By itself
+    # Checks without the user
 
     def test_updates_are_looked_for_when_the_user_has_agreed(self):
         self.publish(zipped(self.newer()))
@@ -488,7 +488,7 @@ end quit
         until(lambda: self.server.asked, "the feed to be asked for")
         third.rests()
         self.assertIsNone(self.shown("Skip This Version"))
-        # Whoever asks is told of a version that was skipped.
+        # A check by the user offers a version that was skipped.
         self.choose_from_menu(third)
         self.find("Skip This Version", "push button")
         third.kill()

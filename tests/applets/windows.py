@@ -12,7 +12,7 @@ import accessibility
 import harness
 from harness import binaries, until
 
-# Reports progress with every idle call, so that the window changes, or appears, each time.
+# An applet that reports progress with every idle call, so that its window changes or appears each time.
 RESTLESS = """
     property turn : 0
     on idle
@@ -45,7 +45,7 @@ class Windows(accessibility.AccessibleCase):
         return applet.said(applet.name).count("1")
 
     def some_calls_of(self, applet):
-        """Waits for three more idle calls. The windows that had the keyboard meanwhile."""
+        """Waits for three more idle calls; answers the windows that had the keyboard meanwhile."""
         since, seen = self.calls(applet), set()
 
         def look():
@@ -56,7 +56,7 @@ class Windows(accessibility.AccessibleCase):
         return seen
 
     def other_window(self):
-        """Of somebody else, who works in it."""
+        """Opens a window of another program, in which somebody works."""
         other = self.start("Other", "delay 1", options=["-u", "-s"])
         other.window()
         self.goes_to("Other")
@@ -74,7 +74,7 @@ class Windows(accessibility.AccessibleCase):
     def test_what_changes_by_itself_leaves_the_keyboard_where_it_is(self):
         other = self.other_window()
         applet = self.start("Restless", RESTLESS.replace("NAME", "Restless"), options=["-u", "-s"])
-        self.goes_to("Restless")  # it has just been launched
+        self.goes_to("Restless")  # a window that was just launched gets the keyboard
         applet.key("Return")
         self.some_calls_of(applet)
         self.switch_to(other)
@@ -103,7 +103,7 @@ class Windows(accessibility.AccessibleCase):
             self.goes_to("Asking " + name)
             self.switch_to(other)
             self.osascript("-e", f'tell application "{name}" to activate')
-            self.goes_to("Asking " + name)  # not its window, which cannot be used meanwhile
+            self.goes_to("Asking " + name)  # the dialog, because its window cannot be used meanwhile
             applet.xdotool("key", "Return")
             self.noted("answered\n")
             (self.folder / "noted").unlink()
@@ -153,7 +153,8 @@ class Windows(accessibility.AccessibleCase):
             places.append((area.x, area.y, area.width, area.height))
             applet.key("ctrl+q")
             applet.ends()
-        self.assertEqual(places[1:], places[1:2] * 11)  # the first launch had nothing to remember but a window without description
+        # The first launch had nothing to remember, and only then the window had no description.
+        self.assertEqual(places[1:], places[1:2] * 11)
 
     def test_a_dialog_hangs_on_a_window_that_has_only_just_appeared(self):
         for number in range(10):
@@ -179,12 +180,12 @@ class Windows(accessibility.AccessibleCase):
                 numbers = {key: int(value) for key, value in (line.split("=") for line in lines)}
                 frame = [int(number) for number in self.property_of(window, "_NET_FRAME_EXTENTS").split("=")[1].split(",")]
                 self.assertLessEqual(numbers["HEIGHT"] + frame[2] + frame[3], 640, (scale, form))
-                # The tool counts the frame twice.
+                # The tool adds the frame twice.
                 self.assertTrue(0 <= numbers["Y"] - 2 * frame[2] and numbers["Y"] - frame[2] + numbers["HEIGHT"] + frame[3] <= 640, (scale, form, numbers))
                 applet.xdotool("key", "Escape")
                 applet.ends()
 
-    # What can be pressed
+    # Controls that can be pressed
 
     def test_run_cannot_be_pressed_while_a_handler_runs(self):
         applet = self.start("Silent", 'do shell script "echo 1 >> FOLDER/runs"\ndo shell script "until [ -e FOLDER/go ]; do sleep 0.02; done"', options=["-u", "-s"])
@@ -197,7 +198,7 @@ class Windows(accessibility.AccessibleCase):
         (self.folder / "go").touch()
         until(lambda: self.is_enabled(run), "Run to be of use again")
         self.assertEqual(applet.said("runs"), "1\n")
-        applet.xdotool("key", "space")  # it has the focus again
+        applet.xdotool("key", "space")  # the button has the focus again
         until(lambda: applet.said("runs") == "1\n1\n", "the second run")
 
     def test_the_progress_of_a_call_goes_with_the_call(self):
@@ -223,7 +224,7 @@ class Windows(accessibility.AccessibleCase):
             until(lambda: not self.named(name), "the window to go")
             (self.folder / "go").unlink()
 
-    # Without a display
+    # Applets without a display
 
     def test_without_a_display_it_says_so(self):
         applet = self.start("Blind", "return 1")
