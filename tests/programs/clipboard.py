@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""End to end: what scripts copy and what other programs copy, on an X server and on a Wayland desktop of their own. The other programs are xclip and wl-clipboard.
+"""End to end: scripts and other programs copy and paste, on an X server and on a Wayland desktop of their own. The other programs are xclip
+and wl-clipboard.
 
     clipboard.py BIN [PATTERN]
 """
@@ -23,7 +24,7 @@ PNG = base64.b64decode("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR4
 GIF = base64.b64decode("R0lGODlhAQABAIAAAP///wAAACwAAAAAAQABAAACAkQBADs=")
 PRINTED_PNG = "«data PNGf" + PNG.hex().upper() + "»"
 
-# An expression of a script, the type as which another program takes what it stands for, and what that gets.
+# Expressions that scripts copy, the type that another program asks for, and the bytes that it gets.
 COPIED = [
     ('"häl😀"', "text/plain", "häl😀".encode()),
     ('"häl😀"', "UTF8_STRING", "häl😀".encode()),
@@ -40,7 +41,7 @@ COPIED = [
     ("«data PNGf" + PNG.hex() + "»", "image/png", PNG),
     ("«data GIFf" + GIF.hex() + "»", "image/gif", GIF),
 ]
-# What another program has copied, and what a script gets.
+# Types and bytes that another program has copied, expressions of scripts, and their results.
 GIVEN = [
     ("text/plain", "outside ü😀".encode(), "the clipboard", '"outside ü😀"'),
     ("text/plain", b"12", "(the clipboard) + 1", "13"),
@@ -75,11 +76,11 @@ class X11:
         try:
             return subprocess.run(["xclip", "-selection", "clipboard", "-t", kind, "-o"], env=self.environment, capture_output=True, timeout=1).stdout
         except subprocess.TimeoutExpired:
-            return b""  # the owner went while it was asked
+            return b""  # the owner of the clipboard went while it was asked
 
 
 class Wayland:
-    """A desktop without a screen and without an X server."""
+    """A Wayland desktop without a screen and without an X server."""
 
     def __init__(self):
         self.folder = pathlib.Path(tempfile.mkdtemp())
@@ -131,7 +132,7 @@ class ClipboardTests(unittest.TestCase):
         return done.stdout.rstrip("\n") + done.stderr
 
     def holders(self):
-        """The processes that stay behind, those of this test alone."""
+        """Answers the processes that keep the clipboard for this test."""
         found = []
         for process in pathlib.Path("/proc").iterdir():
             try:
@@ -202,7 +203,7 @@ class ClipboardTests(unittest.TestCase):
                 window = until(lambda: xdotool("search", "--onlyvisible", "--name", "^Asking$"), "the dialog")[-1]
 
                 def copied():
-                    # Keys that come before the dialog has the keyboard are lost, so they are pressed until they have done their work.
+                    # Keys that come before the dialog has the keyboard are lost, so they are pressed until the text has been copied.
                     xdotool("windowfocus", "--sync", window)
                     xdotool("key", "ctrl+a", "ctrl+c")
                     return desktop.paste("UTF8_STRING") == b"an answer"

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The programs as the linker left them: what the build's flags against exploits come to.
+"""Checks in the linked programs that the build's flags against exploits have taken effect.
 
     hardening.py BIN
 """
@@ -32,7 +32,7 @@ class Hardening(unittest.TestCase):
                 self.assertIn("__stack_chk_fail", symbols)
                 self.assertRegex(symbols, r"__(fprintf|memcpy|memmove|snprintf|read|poll|readlink|vsnprintf)_chk")
                 if platform.machine() == "x86_64":
-                    # Not the linker's note: a system whose start-up files go without it takes it away.
+                    # The code is looked at, because the linker leaves out its note where the system's start-up files lack it.
                     self.assertIn("endbr64", told("objdump", "-d", "--disassemble=main", path))
 
 

@@ -79,7 +79,7 @@ class Programs(unittest.TestCase):
         self.assertEqual(call("osacompile", "-x", "-o", self.folder / "r.scpt", self.folder / "s.scpt"), (0, "", ""))
         self.assertEqual(call("osascript", self.folder / "r.scpt"), (0, "42\n", ""))
         self.assertEqual(call("osadecompile", self.folder / "r.scpt")[0], 1)
-        # Applets that are called differently do not get the same identifier.
+        # Applets with different names get different identifiers.
         identifiers = []
         for name in ("C++", "C#", "Straße", "Stra--e", "日本", "本日", "My Tool", "a b&c"):
             self.assertEqual(call("osacompile", "-o", self.folder / (name + ".app"), path), (0, "", ""))
@@ -88,7 +88,7 @@ class Programs(unittest.TestCase):
         self.assertEqual(identifiers[6], "local.applet.my-tool")
         for identifier in identifiers:
             self.assertRegex(identifier, r"^local\.applet\.[a-z0-9-]+$")
-        # An applet that is compiled again keeps what it holds besides.
+        # An applet that is compiled again keeps its other files.
         extra = self.folder / "s.app/Contents/Resources/extra.txt"
         extra.write_text("kept")
         self.assertEqual(call("osacompile", "-o", self.folder / "s.app", "-e", "return 7"), (0, "", ""))
@@ -107,7 +107,7 @@ class Programs(unittest.TestCase):
             call("osacompile", "-o", self.folder / name, "-e", "property n : 0", "-e", "set n to n + 1")
             self.assertEqual([call("osascript", self.folder / name)[1] for _ in range(3)], ["1\n", "2\n", "3\n"])
         self.assertEqual(call("osadecompile", self.folder / "c.scpt")[1], "property n : 0\nset n to n + 1\n")
-        # What is not changed, may not be written, or belongs to an applet stays as it is.
+        # A file stays as it is when its properties are unchanged, when the script fails, and when it belongs to an applet.
         for name, statement in (("same.scpt", "return n"), ("fails.scpt", "set n to 9\nerror 5"), ("a.app", "set n to n + 1")):
             call("osacompile", "-o", self.folder / name, self.file("s.applescript", "property n : 0\n" + statement))
             path = self.folder / name
@@ -148,7 +148,7 @@ class Programs(unittest.TestCase):
         place.mkdir()
         self.assertEqual(compiled()[0], 1)
         place.rmdir()
-        # What is no file keeps its place: a device gets the bytes, a pipe that nobody reads is an error.
+        # A place that is not a file is not replaced: a device gets the bytes, and a pipe that nobody reads is an error.
         os.mkfifo(place)
         self.assertEqual(compiled()[0], 1)
         self.assertTrue(stat.S_ISFIFO(place.lstat().st_mode))
@@ -161,7 +161,7 @@ class Programs(unittest.TestCase):
             os.mknod(place, 0o666 | stat.S_IFCHR, os.makedev(1, 3))
             self.assertEqual((compiled()[0], stat.S_ISCHR(place.lstat().st_mode)), (0, True))
             place.unlink()
-        # A link stays one, and its target gets the script; one that leads nowhere is no place.
+        # A link stays a link and its target gets the script. A link that leads nowhere is an error.
         place.symlink_to("target")
         self.assertEqual(compiled()[0], 1)
         target = self.file("target", "old")
@@ -170,7 +170,7 @@ class Programs(unittest.TestCase):
         self.assertEqual(stat.S_IMODE(target.stat().st_mode), 0o750)
         place.unlink()
         self.assertEqual(sorted(self.folder.iterdir()), [target])
-        # A bundle through a link.
+        # A bundle can be compiled through a link.
         call("osacompile", "-o", self.folder / "Real.app", "-e", "1")
         (self.folder / "Link.app").symlink_to("Real.app")
         self.assertEqual(call("osacompile", "-o", self.folder / "Link.app", "-e", "2"), (0, "", ""))
@@ -201,7 +201,7 @@ class Programs(unittest.TestCase):
                 done = subprocess.run(command, shell=True, cwd=self.folder, capture_output=True, text=True, timeout=60)
                 self.assertEqual((done.returncode, done.stdout, done.stderr), (0, output, ""))
         self.assertEqual(script.read_bytes(), before, "what is read from a stream is not stored")
-        # A pipe inside a bundle is not what the user has named.
+        # A pipe inside a bundle is refused, because the user has not named it.
         inside = self.folder / "B.scptd/Contents/Resources/Scripts/main.scpt"
         inside.parent.mkdir(parents=True)
         os.mkfifo(inside)
@@ -211,7 +211,8 @@ class Programs(unittest.TestCase):
         bundle = self.folder / "Tool.app"
         again = lambda: call("osacompile", "-o", bundle, "-e", "return 2")
         self.assertEqual(again()[0], 0)
-        # Neighbours that look like something of ours; links; a folder that may not be written to; a file that may run as its owner.
+        # The bundle has neighbours with names like our temporary ones, links, a folder that may not be written to, and a file that runs as
+        # its owner.
         for neighbour in ("Tool.app.new", "Tool.app.old"):
             (self.folder / neighbour).mkdir()
         resources = bundle / "Contents/Resources"
@@ -222,7 +223,7 @@ class Programs(unittest.TestCase):
         (resources / "locked").mkdir()
         (resources / "locked/inside").write_text("kept")
         (resources / "locked").chmod(0o555)
-        self.addCleanup(lambda: (resources / "locked").chmod(0o755)) # or it cannot be removed
+        self.addCleanup(lambda: (resources / "locked").chmod(0o755))  # a locked folder cannot be removed
         (resources / "tool").write_text("#!/bin/sh")
         (resources / "tool").chmod(0o4755)
         (bundle / "Contents/Other").write_text("kept as well")
@@ -231,7 +232,7 @@ class Programs(unittest.TestCase):
         self.assertEqual((resources / "locked/inside").read_text() + (bundle / "Contents/Other").read_text(), "keptkept as well")
         self.assertEqual([stat.S_IMODE((resources / name).stat().st_mode) for name in ("locked", "tool")], [0o555, 0o755])
         self.assertEqual(sorted(p.name for p in self.folder.iterdir()), ["Tool.app", "Tool.app.new", "Tool.app.old", "large"])
-        # What cannot be copied is an error, and everything stays.
+        # A file that cannot be copied is an error, and everything stays.
         os.mkfifo(resources / "pipe")
         before = sorted(bundle.rglob("*"))
         status, _, errors = call("osacompile", "-o", bundle, "-e", "return 3")
@@ -250,7 +251,7 @@ class Programs(unittest.TestCase):
                     done = subprocess.run([str(BIN / command[0]), *map(str, command[1:])], stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.PIPE, text=True)
                     expected = (1, f"{command[0]}: the output could not be written\n") if where == "/dev/full" else (0, "")
                     self.assertEqual((done.returncode, done.stderr), expected)
-        # A stream that is closed is one that cannot be written either: no file of the script's takes its place.
+        # A closed stream is an error like one that cannot be written, and no file that the script opens takes its place.
         data = self.file("data", "before")
         script = f'set f to open for access POSIX file "{data}" with write permission\nlog "to nobody"\nreturn "result"'
         for closed, status in [("<&-", 0), (">&-", 1), ("2>&-", 0), ("<&- >&- 2>&-", 1)]:
@@ -259,10 +260,10 @@ class Programs(unittest.TestCase):
         self.assertEqual(subprocess.run(f"'{BIN}/osascript' <&-", shell=True, capture_output=True).returncode, 1)
 
     def test_memory_that_is_not_there(self):
-        """As under ulimit -v: an error of the language, or at least a word, and no abort."""
+        """With too little memory there is an error of the language, or at least a message, and no crash."""
         if BIN.parent.name in ("asan", "tsan"):
             self.skipTest("a sanitizer takes more than there is")
-        def limited(script, *words): # without a script the input has no end
+        def limited(script, *words):  # without a script file the input has no end
             limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (300_000 << 10, 300_000 << 10))
             with open(script) if script else open("/dev/zero") as source:
                 done = subprocess.run([str(BIN / "osascript"), *words], stdin=source, capture_output=True, text=True, preexec_fn=limit, timeout=120)
@@ -291,7 +292,7 @@ class Programs(unittest.TestCase):
     def test_many_at_once_lose_nothing(self):
         bundle = self.folder / "Tool.app"
         extras = {f"extra{i}" for i in range(200)}
-        for round in range(3): # the first finds nothing there
+        for round in range(3):  # the first round finds no bundle
             running = [subprocess.Popen([str(BIN / "osacompile"), "-o", str(bundle), "-e", f"return {i}"]) for i in range(6)]
             self.assertEqual([process.wait() for process in running], [0] * 6)
             for extra in extras:
@@ -343,7 +344,7 @@ class Programs(unittest.TestCase):
             self.assertIn("character id 0. (-50)", call("osascript", "-e", script)[2])
 
     def start(self, command):
-        """osascript in the middle of a command, which has noted the number of its process in a file."""
+        """Starts osascript with a shell command that notes its process number in a file; answers the process and that number."""
         noted = self.folder / "started"
         noted.unlink(missing_ok=True)
         script = f"do shell script \"{command.replace('NOTE', f'echo $$ >{noted}.new; mv {noted}.new {noted}')}\""
@@ -352,7 +353,7 @@ class Programs(unittest.TestCase):
         return process, int(noted.read_text())
 
     def test_a_command_ends_with_its_script(self):
-        # One that has closed its streams, one that does not listen to polite words, and one with children.
+        # The commands have closed their streams, ignore signals, or have children.
         for command in ("NOTE; exec >&- 2>&-; sleep 600", "trap '' TERM INT; NOTE; while :; do sleep 600; done", "sleep 600 & NOTE; wait"):
             for how in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGKILL):
                 with self.subTest((command, how)):
@@ -361,7 +362,7 @@ class Programs(unittest.TestCase):
                     self.assertEqual(process.wait(10), -how)
                     wait_until(lambda: not lives_in_group(group))
                     process.communicate()
-        # What a command has left in the background goes on.
+        # A command that was left in the background goes on.
         process, group = self.start("sleep 600 >/dev/null 2>&1 & NOTE")
         self.addCleanup(os.killpg, group, signal.SIGKILL)
         self.assertEqual((process.wait(10), process.communicate()), (0, (b"\n", b"")))
@@ -369,7 +370,7 @@ class Programs(unittest.TestCase):
 
 
 def lives_in_group(group):
-    """Whether a process of the group is more than an entry in its parent's book."""
+    """Answers whether a process of the group is running and not only waiting to be collected."""
     for stat in pathlib.Path("/proc").glob("[0-9]*/stat"):
         try:
             fields = stat.read_text().rpartition(")")[2].split()

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The program quoddle: what it tells of applets, and the files by which the desktop knows them. What becomes of these files on a bus is
-applets/desktop.py's.
+"""The program quoddle: its output about applets, and the files by which the desktop knows them. What a bus does with these files is tested
+by applets/desktop.py.
 
     quoddle.py BIN
 """
@@ -44,7 +44,7 @@ class Quoddle(unittest.TestCase):
             "HOME": str(self.folder), "XDG_DATA_HOME": str(self.data), "XDG_RUNTIME_DIR": str(self.folder / "run"), "QUODDLE_SHELL": str(BIN / "quoddle-shell"), "LC_ALL": "C.UTF-8"}
 
     def wait_for_applets(self):
-        """Waits until the applets that a test has told something have ended, each of which takes its socket away."""
+        """Waits until the applets of a test have ended. Each removes its socket then."""
         deadline = time.monotonic() + 30
         while any((self.folder / "run").rglob("*.sock")):
             self.assertLess(time.monotonic(), deadline, "an applet goes on after the test")
@@ -69,7 +69,7 @@ class Quoddle(unittest.TestCase):
         return status, {line.partition(":")[0]: line.partition(":")[2].strip() for line in output.splitlines()}
 
     def install(self, bundle):
-        """The desktop entry, read."""
+        """Installs a bundle; answers the entries of its desktop entry."""
         status, output, errors = self.call("install", bundle)
         self.assertEqual((status, errors), (0, ""))
         path = output.splitlines()[0].removeprefix("Installed: ")
@@ -82,7 +82,7 @@ class Quoddle(unittest.TestCase):
         return dict(entry["Desktop Entry"])
 
     def files(self):
-        """What stands in the data folder, the cache of another program aside."""
+        """Answers the files in the data folder, except the cache of another program."""
         return sorted(str(p.relative_to(self.data)) for p in self.data.rglob("*") if p.is_file() and p.name != "mimeinfo.cache")
 
     def test_help_and_misuse(self):
@@ -150,7 +150,7 @@ class Quoddle(unittest.TestCase):
         self.assertEqual(entry["Icon"], str(self.data / f"quoddle/icons/{name}.png"))
         self.assertEqual(entry["X-Quoddle-Bundle"], str(bundle))
         self.assertEqual(self.info(bundle)[1]["Installed"], "yes")
-        # Again, without the icon: nothing of before is left. Then a copy takes the place, and says so.
+        # Installed again without the icon, the applet has no icon any more. Then a copy takes its place, and the program says so.
         (bundle / "Contents/Resources/applet.icns").unlink()
         self.assertNotIn("Icon", self.install(bundle))
         self.assertNotIn(f"quoddle/icons/{name}.png", self.files())
@@ -158,7 +158,7 @@ class Quoddle(unittest.TestCase):
         shutil.copytree(bundle, copy)
         self.assertIn("takes the place of " + str(bundle), self.call("install", copy)[1])
         self.assertEqual(self.call("uninstall", bundle)[0], 1)
-        # The bundle may be gone by then.
+        # The bundle may be gone when the applet is uninstalled.
         shutil.rmtree(copy)
         self.assertEqual(self.call("uninstall", "copies/Some Tool.app")[0], 0)
         self.assertEqual(self.files(), before)
@@ -176,7 +176,7 @@ class Quoddle(unittest.TestCase):
         self.assertEqual(self.call("uninstall", "Tool")[0], 1)
         self.assertEqual(self.files(), ["applications/applet-com.example.tool.desktop"])
         foreign.unlink()
-        # Neither is an icon or a service of the name, by whoever made it.
+        # An icon or a service of the name that somebody else has made stays as well.
         others = [self.data / "dbus-1/services/applet-com.example.tool.service", self.data / "icons/applet-com.example.tool.png"]
         for other in others:
             other.parent.mkdir(parents=True)
@@ -189,7 +189,7 @@ class Quoddle(unittest.TestCase):
         self.assertEqual(self.files(), sorted(str(other.relative_to(self.data)) for other in others))
         shutil.rmtree(self.data)
         self.data.mkdir()
-        # Links of others that lead nowhere are no free places.
+        # Links of others that lead nowhere are not overwritten.
         for place in (foreign, others[0]):
             place.parent.mkdir(parents=True)
             place.symlink_to("/nowhere/at/all")
@@ -198,7 +198,7 @@ class Quoddle(unittest.TestCase):
             place.unlink()
         shutil.rmtree(self.data)
         self.data.mkdir()
-        # One part that cannot be written leaves none behind.
+        # When one part cannot be written, none is left behind.
         (self.data / "dbus-1").write_text("a file in the way")
         self.assertEqual(self.call("install", bundle)[0], 1)
         self.assertEqual(self.files(), ["dbus-1"])

@@ -21,7 +21,7 @@ import accessibility
 import harness
 from harness import binaries, until
 
-# Shows nothing, writes down what it is asked to show.
+# A notification service that shows nothing and writes down the notifications.
 NOTIFICATIONS = """
 import sys
 from gi.repository import Gio, GLib
@@ -41,7 +41,7 @@ GLib.MainLoop().run()
 """
 
 
-# Every parameter of every command, written as the printer writes it.
+# Every parameter of every command, in the form in which the language prints it.
 PARAMETERS = """choose application with title "a" with prompt "b" as alias with multiple selections allowed
 choose color default color {1, 2, 3}
 choose file with prompt "a" of type {"b"} default location c with invisibles, multiple selections allowed and showing package contents
@@ -57,13 +57,13 @@ say "a" displaying "b" using "c" speaking rate 1 pitch 2 modulation 3 volume 4 s
 """
 
 
-# What a person answers, each in its shortest form.
+# The commands that a person answers, each in its shortest form.
 COMMANDS = ['display dialog "x"', 'display alert "x"', "choose from list {1, 2}", "choose file", "choose folder", "choose file name", "choose color", "choose URL",
             "choose application"]
 
 
 class Run:
-    """A script that runs, and the dialog that it shows."""
+    """A running script and its dialog."""
 
     def __init__(self, case, source, program="osascript"):
         self.case = case
@@ -77,7 +77,7 @@ class Run:
         self.process.communicate()
 
     def result(self):
-        """What it printed, or the number of its error."""
+        """Answers the output of the script, or the number of its error."""
         output, errors = self.process.communicate(timeout=harness.DEADLINE)
         if self.process.returncode == 0:
             return output.rstrip("\n")
@@ -87,7 +87,7 @@ class Run:
 class StandardDialogs(accessibility.AccessibleCase):
     def setUp(self):
         super().setUp()
-        # They write down what they remember when they end, in the folder that goes next.
+        # The processes that show dialogs write their settings when they end, into the folder that is removed next.
         self.addCleanup(lambda: until(lambda: not self.helpers(), "the processes behind to end"))
         (self.folder / "run").mkdir(mode=0o700)
         (self.folder / "share").mkdir()
@@ -104,7 +104,7 @@ class StandardDialogs(accessibility.AccessibleCase):
         return until(lambda: self.xdotool("search", "--onlyvisible", "--name", "^" + title + "$"), "a window “" + title + "”")[-1]
 
     def keys(self, title, *names):
-        """Real keys, to the window with that title once it has the focus by itself."""
+        """Presses real keys when the window with the title has the keyboard by itself."""
         window = self.window(title)
         until(lambda: self.xdotool("getactivewindow") == [window], "the dialog to be in front")
         time.sleep(0.1)
@@ -121,7 +121,7 @@ class StandardDialogs(accessibility.AccessibleCase):
         return Run(self, source)
 
     def helpers(self):
-        """The processes that show dialogs for this test."""
+        """Answers the processes that show dialogs for this test."""
         found = []
         for entry in pathlib.Path("/proc").iterdir():
             try:
@@ -132,7 +132,7 @@ class StandardDialogs(accessibility.AccessibleCase):
                 pass
         return found
 
-    # Commands
+    # The commands
 
     def test_display_dialog(self):
         run = self.script('display dialog "What is your name?" default answer "" with title "Asking" with icon note')
@@ -252,7 +252,7 @@ class StandardDialogs(accessibility.AccessibleCase):
             service.communicate()
         self.assertEqual(self.script("display notification").result(), "-50")
 
-    # The process behind
+    # The process that shows the dialogs
 
     def test_one_process_shows_them_all_and_ends_with_the_script(self):
         run = self.script('repeat with i from 1 to 3\ndisplay dialog "Number " & i with title "Many" buttons {"Next"}\nend repeat')
@@ -295,7 +295,7 @@ class StandardDialogs(accessibility.AccessibleCase):
         self.assertNotRegex(libraries, r"Qt|xcb|X11|wayland")
 
     def standard_applet(self, name, source):
-        """An applet that leaves its dialogs to the standard commands, started."""
+        """Starts an applet that leaves its dialogs to the standard commands."""
         applet = self.folder / (name + ".app")
         subprocess.run([str(binaries() / "osacompile"), "-o", str(applet), "-e", source], check=True)
         info = applet / "Contents/Info.plist"
@@ -314,7 +314,7 @@ class StandardDialogs(accessibility.AccessibleCase):
         self.assertEqual((self.folder / "result").read_text(), "1\n")
 
 
-    # The end, while a dialog is up
+    # Ends while a dialog is shown
 
     def windows_of(self, pid):
         return self.xdotool("search", "--onlyvisible", "--pid", str(pid))
@@ -328,7 +328,7 @@ class StandardDialogs(accessibility.AccessibleCase):
             self.assertEqual((command, self.windows_of(run.process.pid)), (command, []))
 
     def test_the_process_behind_ends_whatever_dialog_is_up(self):
-        # It becomes ours when the script that has started it is gone, so that its end can be seen.
+        # The process becomes our child when the script that has started it is gone, so that its exit status can be read.
         ctypes.CDLL(None).prctl(36, 1)  # PR_SET_CHILD_SUBREAPER
         self.addCleanup(ctypes.CDLL(None).prctl, 36, 0)
         for command in COMMANDS:
@@ -338,7 +338,7 @@ class StandardDialogs(accessibility.AccessibleCase):
             run.kill()
             self.assertEqual((command, os.waitpid(helper, 0)[1]), (command, 0))
 
-    # Where they appear
+    # Places of dialogs
 
     def test_dialogs_open_in_the_middle_of_the_screen(self):
         for number in range(30):
