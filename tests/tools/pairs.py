@@ -4,8 +4,8 @@
 
     pairs.py BIN PARITY_FOLDER PAIRS_TSV [--diff]
 
-PARITY_FOLDER holds the independent reader (parity.py); PAIRS_TSV has a line for each pair: source, tab, compiled script, relative to itself. Sources that speak to an
-application by name need its dictionary and are left out.
+PARITY_FOLDER holds the independent reader (parity.py); PAIRS_TSV has a line for each pair: source, tab, compiled script, with paths relative to that file. Sources that
+speak to an application by name need its dictionary and are left out.
 """
 import pathlib
 import re

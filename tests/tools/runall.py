@@ -5,9 +5,9 @@
     runall.py FOLDER [BIN] [--home HOME] [--seconds N] [--output]
 
 BIN holds osascript (default: build/bin of the tree). The scripts run one after the other, in the order of their names, in a scratch folder that is also the home folder,
-so that one finds what another has written; HOME is copied into it first. There is no display and nothing on standard input, and a script has at most N seconds (default 5).
-One line for each: file, tab, "ended", "stopped" when its time was up, "crashed", or the number of the error; tab, the message, or with --output the result of those
-that ended.
+so that scripts find the files of earlier ones; HOME is copied into it first. There is no display and nothing on standard input, and a script has at most N seconds (default 5).
+The program prints a line for each script: file, tab, "ended", "stopped" when its time was up, "crashed", or the number of the error; tab, the message, or with
+--output the result of a script that ended.
 """
 import argparse
 import os
