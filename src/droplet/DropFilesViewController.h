@@ -19,7 +19,7 @@ public:
 
 protected:
     QWidget* loadView() override;
-    /// Also gives the view the applet's prompt, picture and condition.
+    /// Besides loading, gives the view the applet's prompt, picture and condition.
     void viewDidLoad() override;
 };
 

@@ -54,7 +54,7 @@ public:
 
 protected:
     std::unique_ptr<NSWindow> loadWindow() override;
-    /// Also registers this controller as the runtime's window controller.
+    /// Besides loading, registers this controller as the runtime's window controller.
     void windowDidLoad() override;
 
 private:

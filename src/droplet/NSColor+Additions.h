@@ -10,7 +10,7 @@ namespace quoddle {
 QColor contrastingLabelColor(const QColor& color);
 /// A dark grey or an almost white for a label of less weight, whichever stands out more. Black for an invalid colour.
 QColor contrastingLabelNoteColor(const QColor& color);
-/// The same hue and alpha, darker. Near-greys become pure greys.
+/// The colour with the same hue and alpha, darker or lighter. Near-greys become pure greys when they are darkened.
 QColor darkenedColor(const QColor& color);
 QColor lightenedColor(const QColor& color);
 

@@ -23,7 +23,7 @@ public:
     /// Sets the colour of the text; an invalid one means the colour of labels.
     void setTextColor(const QColor& color);
 
-    /// As high as the text at the present width, within bounds.
+    /// The height is that of the text at the present width, within bounds.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

@@ -60,7 +60,7 @@ void AppDelegate::applicationOpenFiles(const QStringList& filenames) {
     if (!isInitialized()) {
         _setupApplication(true);
         if (showStartupScreen()) {
-            // Kept for the launch decision or the Run button; the request stays unanswered until then.
+            // The files are kept for the launch decision or the Run button; the request stays unanswered until then.
             setFilenamesToOpen(filenames);
             return;
         }

@@ -251,7 +251,7 @@ private:
     bool mRunIsDue = false;         // launched for an event in place of the run, which has not been asked for yet
     bool mWasAsked = false;         // another application has sent an event
     double mIdleCallDue = 0;        // time for which the last idle call was planned, by the clock of the performs
-    double mAwaitedUntil = 0;       // until then the user waits for a first window, by the same clock; 0: the user waits for none
+    double mAwaitedUntil = 0;       // until this time, by the same clock, the user waits for a first window; 0: not at all
     int mOwnExecutions = 0;         // queued executions that are not calls from outside
     bool mKeepsWindow = false;      // the user has brought up an idle window and has not closed it
     bool mPaneIsForCalls = false;   // only calls from outside have brought the progress pane up

@@ -71,7 +71,7 @@ public:
         refuse,
         stopHandlerFirst, ///< the answer is "later"
         askQuitHandlerFirst,
-        // Later answers to the framework, when the handler has ended because of which the answer was "later".
+        // Later answers to the framework, when the handler that the question waited for has ended.
         grant,
         goOn,
         goOnAndAskAgain, ///< the handler did not refuse, and the signal still counts

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What an interactive command becomes before it is shown: a dialog, and the reply that its end means. There is one function for each
+// An interactive command that is ready to be shown: a dialog, and the reply that its end means. There is one function for each
 // command; the other functions help all of them to write replies.
 // Main thread only.
 #pragma once

@@ -14,7 +14,7 @@
 
 namespace quoddle {
 
-/// What a panel wants to see of a folder.
+/// Says which entries of a folder a panel shows, and which of them can be chosen.
 struct DirectoryFilter {
     bool showsHiddenFiles = false;
     bool treatsFilePackagesAsDirectories = false;
