@@ -178,11 +178,10 @@ int NSApplication::runModalForWindow(QDialog& dialog) {
     if (mTerminating && thread()->loopLevel() > 0) // the event loops are ending
         return NSModalResponseAbort;
     QEventLoop loop;
-    ModalSession session{&loop, NSModalResponseAbort};
-    mModalSessions.push_back(&session);
-    const auto connection = connect(&dialog, &QDialog::finished, &loop, [&session](int result) {
-        session.returnCode = result;
-        session.loop->quit();
+    int returnCode = NSModalResponseAbort;
+    const auto connection = connect(&dialog, &QDialog::finished, &loop, [&](int result) {
+        returnCode = result;
+        loop.quit();
     });
     dialog.setWindowModality(Qt::ApplicationModal);
     dialog.show();
@@ -190,22 +189,14 @@ int NSApplication::runModalForWindow(QDialog& dialog) {
     dialog.activateWindow();
     loop.exec();
     disconnect(connection);
-    std::erase(mModalSessions, &session);
     dialog.hide();
-    return session.returnCode;
+    return returnCode;
 }
 
 void NSApplication::releaseLater(std::shared_ptr<void> object) {
     mToRelease.push_back(std::move(object));
     if (mToRelease.size() == 1)
         QTimer::singleShot(0, this, [this] { std::exchange(mToRelease, {}).clear(); });
-}
-
-void NSApplication::stopModal(int returnCode) {
-    if (mModalSessions.empty())
-        return;
-    mModalSessions.back()->returnCode = returnCode;
-    mModalSessions.back()->loop->quit();
 }
 
 } // namespace quoddle

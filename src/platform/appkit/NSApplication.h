@@ -76,15 +76,12 @@ public:
     bool validateMenuItem(const NSMenuItem& item) const;
     bool validatesAction(const QString& action) const override;
 
-    /// Shows the dialog application-modal and returns what it finished with, the code of stopModal(), or NSModalResponseAbort. Sessions
-    /// nest; an outer one ends after the inner one. The dialog is hidden when it returns.
+    /// Shows the dialog application-modal and returns what it finished with, or NSModalResponseAbort. Sessions nest; an outer one
+    /// ends after the inner one. The dialog is hidden when the function returns.
     int runModalForWindow(QDialog& dialog);
-    /// Ends the innermost session.
-    void stopModal(int returnCode);
     /// Releases the object when the event loop comes round, at the latest when the application is destroyed. Meant for a dialog whose
     /// button is in the middle of a call.
     void releaseLater(std::shared_ptr<void> object);
-    int modalSessionCount() const { return static_cast<int>(mModalSessions.size()); }
 
 Q_SIGNALS:
     /// Somebody called wakeWaits(), or the main thread's waker: anything that is waited for may have been cancelled.
@@ -97,10 +94,6 @@ private:
     struct OpenRequest {
         int number;
         OpenCompletion completion;
-    };
-    struct ModalSession {
-        QEventLoop* loop;
-        int returnCode;
     };
     void finishLaunching(const QStringList& filesToOpen);
     void terminateNow();
@@ -121,7 +114,6 @@ private:
     int mLastOpenRequest = 0;
     int mAskedOpenRequest = 0;                                // the request that the delegate is being asked about; 0: none
     std::vector<NSAppleEventManagerSuspensionID> mQuitEvents; // suspended until it is known whether the application ends
-    std::vector<ModalSession*> mModalSessions;
     std::vector<std::shared_ptr<void>> mToRelease;
     int mTerminationQuestions = 0;
     bool mReplyPending = false;

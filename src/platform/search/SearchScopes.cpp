@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/search/SearchScopes.h"
 
+#include "platform/base/Volumes.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/search/NSMetadataQuery.h"
 
@@ -17,6 +18,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr std::size_t kMostVolumes = 100;
+
 QString userName() {
     const passwd* user = getpwuid(geteuid());
     return user ? QFile::decodeName(user->pw_name) : QString();
@@ -28,17 +31,16 @@ dev_t deviceOf(const QString& folder) {
     return stat(QFile::encodeName(folder).constData(), &status) == 0 ? status.st_dev : 0;
 }
 
-/// The volumes that the user has plugged in; desktops mount them below a folder with the user's name.
-QStringList mountedVolumes() {
+/// Answers the volumes that the user has plugged in. Desktops mount them below folders of the user.
+QStringList volumesOfUser() {
     QStringList volumes;
     const QString user = userName();
     if (user.isEmpty())
         return volumes;
-    for (const QString& parent : {u"/media/"_s + user, u"/run/media/"_s + user}) {
-        const QStringList names = QDir(parent).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks);
-        for (const QString& name : names)
-            if (const QString volume = parent + u'/' + name; deviceOf(volume) != deviceOf(parent))
-                volumes << volume;
+    for (const std::string& path : mountedVolumes(kMostVolumes)) {
+        const QString volume = QFile::decodeName(path.c_str());
+        if (volume.startsWith(u"/media/"_s + user + u'/') || volume.startsWith(u"/run/media/"_s + user + u'/'))
+            volumes << volume;
     }
     return volumes;
 }
@@ -46,7 +48,7 @@ QStringList mountedVolumes() {
 QStringList localComputer() {
     QStringList folders = standardUserDefaults().value(NSMetadataQueryLocalComputerScope).toStringList();
     if (folders.isEmpty())
-        return QStringList(QDir::homePath()) + mountedVolumes();
+        return QStringList(QDir::homePath()) + volumesOfUser();
     for (QString& folder : folders)
         if (folder == u'~' || folder.startsWith("~/"_L1))
             folder = QDir::homePath() + folder.mid(1);

@@ -111,7 +111,8 @@ void HandlerCompiler::declareSlots(std::span<Object* const> nodes) {
         Object* name = nullptr;
         if (inner->isNode(tagOf(NodeKind::Handler)))
             name = inner->children[0]->children[0];
-        else if (inner->isNode(tagOf(NodeKind::Property)) || (inner->isNode(tagOf(NodeKind::Script)) && !inner->children[0]->isNil()))
+        else if (inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Use)) ||
+                 (inner->isNode(tagOf(NodeKind::Script)) && !inner->children[0]->isNil()))
             name = inner->children[0];
         else if (inner->isNode(tagOf(NodeKind::Global)))
             declare(const_cast<Object*>(inner), true);
@@ -131,8 +132,10 @@ void HandlerCompiler::declareSlots(std::span<Object* const> nodes) {
 
 void HandlerCompiler::definition(Object* node, std::vector<Object*>& loose) {
     Object* inner = const_cast<Object*>(unwrapped(node));
-    if (inner->kind != ObjectKind::Node || inner->isNode(tagOf(NodeKind::Global)) || inner->isNode(tagOf(NodeKind::Use)))
+    if (inner->kind != ObjectKind::Node || inner->isNode(tagOf(NodeKind::Global)))
         return;
+    if (inner->isNode(tagOf(NodeKind::Use)))
+        return use(inner);
     // A script object at the top without a name is the result of running the script and gets no slot.
     const bool isNameless = inner->isNode(tagOf(NodeKind::Script)) && inner->children[0]->isNil() && !mScope.outer();
     const bool isSlot = !isNameless && (inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Handler)) ||
@@ -169,12 +172,69 @@ void HandlerCompiler::definition(Object* node, std::vector<Object*>& loose) {
     inner->end = static_cast<std::uint16_t>(mCode.size());
 }
 
+/// Leaves what a `use` statement names on the stack: an application, or a reference to a library, a framework or the additions.
+void HandlerCompiler::usedItem(Object* target) {
+    const Object* inner = unwrapped(target);
+    expression(target);
+    if (inner->isNode(tagOf(NodeKind::Element)) && inner->children[0]->code() == "capp"_4cc)
+        mCode.emit(Opcode::GetData);
+    else if (isReference(target))
+        mCode.emit(Opcode::MakeReference);
+}
+
+/// In "use maths : script "Maths"" the name is a property that holds a reference, so the library is looked for when it is needed.
+void HandlerCompiler::use(Object* node) {
+    Object *name = node->children[0], *target = node->children[1];
+    if (name->isNil())
+        return;
+    if (mCode.size() > 0)
+        mCode.emit(Opcode::StoreResult);
+    const std::size_t start = mCode.size();
+    usedItem(target);
+    mCode.emitLocal(Opcode::PopVariable, Opcode::PopVariableLong, mScope.add(name));
+    node->start = static_cast<std::uint16_t>(start);
+    node->end = static_cast<std::uint16_t>(mCode.size());
+}
+
+/// Compiles the property "required import items", a list with a record for each `use` statement.
+void HandlerCompiler::importItems(std::span<Object* const> nodes) {
+    std::int32_t count = 0;
+    for (Object* node : nodes) {
+        Object* used = const_cast<Object*>(unwrapped(node));
+        if (!used->isNode(tagOf(NodeKind::Use)))
+            continue;
+        if (count++ == 0 && mCode.size() > 0)
+            mCode.emit(Opcode::StoreResult);
+        std::int32_t entries = 0;
+        if (Object* target = used->children[1]; !target->isNil() && unwrapped(target)->children[0]->code() != "ascr"_4cc) {
+            mCode.pushLiteral(mStore.code("cobj"_4cc));
+            usedItem(target);
+            entries += 2;
+        }
+        auto options = used->children[2]->children;
+        for (std::size_t i = 0; i + 1 < options.size(); i += 2)
+            if (options[i]->code() == "minv"_4cc) {
+                mCode.pushLiteral(mStore.code("vers"_4cc));
+                expression(options[i + 1]);
+                entries += 2;
+            }
+        mCode.pushInteger(entries);
+        mCode.emit(Opcode::MakeRecord);
+    }
+    if (count == 0)
+        return;
+    mCode.pushInteger(count);
+    mCode.emit(Opcode::MakeVector);
+    mCode.emitLocal(Opcode::PopVariable, Opcode::PopVariableLong, mScope.add(mStore.code("pimr"_4cc)));
+}
+
 Object* HandlerCompiler::compileInitialiser(Object* body, bool withRunHandler) {
     auto nodes = statementsOf(body);
     std::vector<Object*> loose;
     declareSlots(nodes);
     for (Object* node : nodes)
         definition(node, loose);
+    importItems(nodes);
     if (!loose.empty() && !failed()) {
         Object* name = mStore.event(kRunEvent);
         if (mScope.contains(*name)) {

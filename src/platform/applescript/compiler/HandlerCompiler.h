@@ -87,6 +87,9 @@ private:
     void transaction(Object* node);
 
     // Definitions.
+    void use(Object* node);
+    void usedItem(Object* target);
+    void importItems(std::span<Object* const> nodes);
     void definition(Object* node, std::vector<Object*>& loose);
     void declareSlots(std::span<Object* const> nodes);
     Object* parameters(Object* heading);

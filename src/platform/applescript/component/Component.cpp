@@ -30,6 +30,7 @@ Component::Component()
                 [this](Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, Value& result) {
                     return perform(command, direct, arguments, result);
                 },
+                [this](Machine&, std::u16string_view name) { return library(name); },
                 [](Machine& machine, Value value) {
                     const std::string line = utf8FromUTF16(language::humanDisplay(machine, value)) + "\n";
                     std::fwrite(line.data(), 1, line.size(), stderr);
@@ -38,6 +39,8 @@ Component::Component()
     mMachine.setRootMarker([this](Heap& heap) {
         for (const auto& [id, slot] : mSlots)
             heap.mark(slot.value);
+        for (const auto& [file, library] : mLibraries)
+            heap.mark(library);
         heap.mark(mLastResult);
         const ScriptError& error = mLastError.error;
         for (Value value : {error.message, error.briefMessage, error.offending, error.partialResult, error.expectedType, error.application})
@@ -188,6 +191,14 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
     if (!initialiser) {
         const auto range = map->find(initialiser.error().node).value_or(syntax::SourceRange());
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
+        return Value::failure();
+    }
+    for (const syntax::UsedLibrary& used : syntax::usedLibraries(*tree)) {
+        if (hasLibrary(used))
+            continue;
+        const auto range = map->find(used.node).value_or(syntax::SourceRange());
+        const std::u16string version = used.version.empty() ? std::u16string() : u" version " + std::u16string(used.version);
+        wrong = {errAENoSuchObject, u"Can’t get script \"" + std::u16string(used.name) + u"\"" + version + u".", range.start, range.end};
         return Value::failure();
     }
     // Maps of scripts that are gone are dropped.

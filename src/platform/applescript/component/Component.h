@@ -9,6 +9,7 @@
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/component/InterpreterLock.h"
 #include "platform/applescript/syntax/Printer.h"
+#include "platform/applescript/syntax/UsedLibraries.h"
 #include "platform/osa/ScriptingComponent.h"
 
 namespace quoddle::component {
@@ -132,6 +133,10 @@ private:
     Value scriptDefinedLast(Script& script);
     Value runScript(Value direct, std::span<const Argument> arguments);
     Value scriptFromFile(const std::string& path);
+    /// See Machine::Host::library.
+    Value library(std::u16string_view name);
+    /// Whether a library that a `use` statement names is there, in the version that is wanted. Raises no error.
+    bool hasLibrary(const syntax::UsedLibrary& used);
     Value writeScript(Script* script, const std::string& path);
     bool mayReplace(const std::string& path, Value replacing);
     std::optional<std::string> pathOf(Value file);
@@ -150,6 +155,7 @@ private:
     Machine mMachine;
     std::vector<ExecutionContext*> mIdleContexts;
     std::unordered_map<OSAID, Slot> mSlots;
+    std::unordered_map<std::string, Value> mLibraries; // by file
     std::string mLocation; // location of the script that runs on the thread that holds the lock; empty when unknown
     OSAID mLastID = 0;
     Value mLastResult;

@@ -301,11 +301,13 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
     return Value::failure();
 }
 
-/// Whether an application did not know a command that a scripting addition of this process knows: "do shell script" inside a "tell".
+/// Whether a command that a scripting addition of this process knows was sent to an application that does not know the command, or that is
+/// not there.
+/// QUIRK: "tell application "Finder" to display dialog …" shows the dialog although there is no Finder; many scripts ask that way.
 static bool isLeftToAdditions(const AEDesc& event, OSStatus status, const AEDesc& reply) {
     const AEDesc* number = reply.find("errn"_4cc);
     const bool isUnknown = status == errAEEventNotHandled || (status == noErr && number && number->asInt32() == errAEEventNotHandled);
-    return isUnknown && !AEIsCurrentProcess(event.attribute("addr"_4cc).value_or(AEDesc())) &&
+    return (isUnknown || (status == procNotFound && !number)) && !AEIsCurrentProcess(event.attribute("addr"_4cc).value_or(AEDesc())) &&
            NSAppleEventManager::sharedAppleEventManager().hasAdditionHandlerForEventClass(event.eventClass(), event.eventID());
 }
 

@@ -6,6 +6,7 @@
 // -1713 when nobody can be asked.
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
+#include "platform/applescript/component/ScriptLibraries.h"
 #include "platform/applescript/image/Image.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
@@ -116,6 +117,28 @@ Value Component::scriptFromFile(const std::string& path) {
     if (script.isFailure())
         return fileFailed(status ? status : errOSACorruptData, file);
     return is<Script>(script) ? script : fileFailed(errOSABadStorageType, file);
+}
+
+Value Component::library(std::u16string_view name) {
+    const auto file = fileOfLibrary(utf8FromUTF16(name), bundleOfScriptFile(mLocation));
+    if (!file)
+        return {};
+    if (const auto known = mLibraries.find(*file); known != mLibraries.end())
+        return known->second;
+    const Value script = scriptFromFile(*file);
+    if (!script.isFailure())
+        mLibraries[*file] = script;
+    return script;
+}
+
+bool Component::hasLibrary(const syntax::UsedLibrary& used) {
+    const Value script = library(used.name);
+    mMachine.error() = ScriptError();
+    if (used.version.empty() || !is<Script>(script))
+        return is<Script>(script);
+    const Value* version = mMachine.findSlot(as<Script>(script), Value::code("vers"_4cc));
+    const Text* text = version ? as<Text>(*version) : nullptr;
+    return text && isVersionAtLeast(utf8FromUTF16(text->view()), utf8FromUTF16(used.version));
 }
 
 // --- Loading and running

@@ -397,6 +397,11 @@ Value getElement(Machine& machine, Value container, Value elementClass, Value in
     if (is<Script>(container) || is<Application>(container)) {
         if (isNamedClass(code, index))
             return frameworkClass(machine, index);
+        if (const Text* name = as<Text>(index); name && code == "scpt"_4cc && machine.host().library) {
+            const Value library = machine.host().library(machine, name->view());
+            if (!library.isUndefined())
+                return library;
+        }
         bool isOne;
         const Value made = madeFromText(machine, code, index, isOne);
         return isOne ? made : cannotGet(machine, specifier(machine, Specifier::Form::Element, container, elementClass, index));

@@ -174,6 +174,12 @@ Value Loader::loadSpecifier(const Object* object) {
         Value parts[4];
         for (std::size_t i = 0; i < row.children; ++i)
             parts[i] = load(object->children[i]);
+        const bool isApplication = row.form == Specifier::Form::ElementByKey && parts[1] == Value::code("capp"_4cc);
+        if (const Text* identifier = as<Text>(parts[2]); isApplication && identifier) {
+            Application* application = mMachine.heap().make<Application>();
+            application->identifier = identifier->view();
+            return Value::object(application);
+        }
         return Value::object(mMachine.heap().make<Specifier>(row.form, parts[0], parts[1], parts[2], parts[3]));
     }
     return Value::object(mMachine.heap().make<Stored>(object));
@@ -345,12 +351,8 @@ Object* Saver::saveObject(HeapObject* object) {
         const auto* data = static_cast<const Data*>(object);
         return mStore->data(kDescriptorTag, bytesOf(data->dataType) + data->bytes);
     }
-    case HeapType::Application: {
-        const auto* application = static_cast<const Application*>(object);
-        if (application->literal)
-            return const_cast<Object*>(application->literal);
-        return mStore->constant("misc"_4cc, "cura"_4cc);
-    }
+    case HeapType::Application:
+        return saveApplication(static_cast<const Application*>(object));
     case HeapType::Specifier:
         return saveSpecifier(static_cast<const Specifier*>(object));
     case HeapType::Handler:
@@ -363,6 +365,17 @@ Object* Saver::saveObject(HeapObject* object) {
         break;
     }
     return mStore->nil();
+}
+
+Object* Saver::saveApplication(const Application* application) {
+    if (application->literal)
+        return const_cast<Object*>(application->literal);
+    if (!application->name.empty())
+        return mStore->data(syntax::kApplicationTag, syntax::applicationData(application->name));
+    if (!application->identifier.empty())
+        return mStore->block(block::ElementByKey, {mStore->nil(), mStore->code("capp"_4cc), mStore->text(application->identifier),
+                                                   mStore->constant("kfrm"_4cc, "ID  "_4cc)});
+    return mStore->constant("misc"_4cc, "cura"_4cc);
 }
 
 Object* Saver::saveRecord(const Record* record) {

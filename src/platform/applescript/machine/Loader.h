@@ -52,6 +52,7 @@ private:
     Object* saveScope(HeapObject* scope);
     Object* saveHandler(const Handler* handler);
     Object* saveSpecifier(const Specifier* specifier);
+    Object* saveApplication(const Application* application);
     Object* saveRecord(const Record* record);
 
     Machine& mMachine;

@@ -90,6 +90,9 @@ public:
         /// Asked before `send`: performs a command that works on the scripts of this machine and may run them. False when the command is
         /// not such a one; `result` is failure when an error was raised. May be empty.
         std::function<bool(Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, Value& result)> perform;
+        /// Answers the script object of a script library, the same one each time; undefined when there is no such library, failure when an
+        /// error was raised. May be empty.
+        std::function<Value(Machine&, std::u16string_view name)> library;
         /// Prints a value for "log".
         std::function<void(Machine&, Value)> log;
         /// Sleeps until `until` at the latest, with the interpreter lock given up. When empty, the machine sleeps and keeps the lock.

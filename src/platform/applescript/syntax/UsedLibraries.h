@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+// The script libraries that a script names in `use` statements, such as `use maths : script "Maths" version "1.2"`.
+#pragma once
+
+#include "platform/applescript/image/Object.h"
+
+#include <string_view>
+#include <vector>
+
+namespace quoddle::syntax {
+
+struct UsedLibrary {
+    const Object* node; // of the whole statement
+    std::u16string_view name;
+    std::u16string_view version; // the lowest one that will do; empty when any will
+};
+
+/// In the order of their statements. The texts live as long as the tree.
+std::vector<UsedLibrary> usedLibraries(const Object* tree);
+
+} // namespace quoddle::syntax

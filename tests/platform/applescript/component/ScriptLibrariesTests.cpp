@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// `use`: script libraries, their folders and versions, and what compiled scripts keep of the statements.
+#include "platform/applescript/AppleScriptComponent.h"
+#include "platform/applescript/component/ScriptLibraries.h"
+#include "platform/base/File.h"
+#include "platform/osa/OSA.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace quoddle {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ScriptLibrariesTest : public testing::Test {
+protected:
+    ScriptLibrariesTest() {
+        registerAppleScriptComponent();
+        instance = OpenDefaultComponent(kOSAComponentType, kAppleScriptSubtype);
+        std::string pattern = (fs::temp_directory_path() / "libraries.XXXXXX").string();
+        folder = ::mkdtemp(pattern.data());
+        ::setenv("OSA_LIBRARY_PATH", ("relative::" + folder).c_str(), 1);
+    }
+    ~ScriptLibrariesTest() override {
+        CloseComponent(instance);
+        ::unsetenv("OSA_LIBRARY_PATH");
+        fs::remove_all(folder);
+    }
+
+    void write(const std::string& name, std::string_view source) const {
+        fs::create_directories(fs::path(folder + "/" + name).parent_path());
+        EXPECT_EQ(writeFile(folder + "/" + name, source), noErr);
+    }
+    std::string error(FourCharCode part) const {
+        AEDesc text;
+        return OSAScriptError(instance, part, "utxt"_4cc, text) == noErr ? text.asUTF8().value_or("") : "none";
+    }
+    /// The result of a script as source, or its error; with `isStored` of the script that is read back from the stored form.
+    std::string run(const std::string& source, bool isStored = false, const std::string& location = {}) {
+        OSAID script = 0, result = 0;
+        if (OSACompile(instance, AEDesc::ofUTF8(source), kOSAModeCompileIntoContext, script) != noErr)
+            return "does not compile: " + error("errs"_4cc);
+        AEDesc text;
+        if (isStored && (OSAStore(instance, script, "scpt"_4cc, 0, text) != noErr || OSALoad(instance, text, 0, script) != noErr))
+            return "cannot be stored";
+        if (!location.empty())
+            EXPECT_EQ(OSASetScriptInfo(instance, script, "fref"_4cc, location), noErr);
+        if (OSAExecute(instance, script, 0, 0, result) != noErr)
+            return error("errs"_4cc);
+        return result && OSADisplay(instance, result, "utxt"_4cc, 0, text) == noErr ? text.asUTF8().value_or("") : "";
+    }
+
+    ComponentInstance instance = 0;
+    std::string folder;
+};
+
+TEST_F(ScriptLibrariesTest, AreOneObjectEachUnderTheNameOfTheStatement) {
+    write("Maths.applescript",
+          "property version : \"1.10\"\nproperty calls : 0\non twice(x)\nset calls to calls + 1\nreturn x * 2\nend twice");
+    const std::string source = "use AppleScript version \"2.4\"\nuse scripting additions\nuse framework \"Foundation\"\n"
+                               "use maths : script \"Maths\" version \"1.9\"\nuse events : application \"System Events\"\n"
+                               "set a to {maths's twice(2), script \"Maths\"'s twice(3)}\n"
+                               "tell script \"Maths\" to set end of a to twice(4)\n{a, calls of maths, class of maths, events}";
+    EXPECT_EQ(run(source), "{{4, 6, 8}, 3, script, application \"System Events\"}");
+    EXPECT_EQ(run(source, true), "{{4, 6, 8}, 6, script, application \"System Events\"}") << "the library is kept while the component is";
+    EXPECT_EQ(run("use maths : script \"Maths\"\nrequired import items", true), "{{item:script \"Maths\" of «script»}}");
+}
+
+TEST_F(ScriptLibrariesTest, AMissingOneIsAnErrorOfItsStatement) {
+    write("Maths.applescript", "property version : \"1.10\"");
+    write("Broken.applescript", "on f(");
+    for (const auto& [statement, message] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"use script \"None\"", "Can’t get script \"None\"."},
+             {"use m : script \"Maths\" version \"1.11\"", "Can’t get script \"Maths\" version 1.11."},
+             {"use script \"../Maths\"", "Can’t get script \"../Maths\"."},
+             {"use script \"Broken\"", "Can’t get script \"Broken\"."},
+         }) {
+        EXPECT_EQ(run("-- first\n" + statement + "\nreturn 1"), "does not compile: " + message);
+        EXPECT_EQ(error("erng"_4cc).empty(), false);
+    }
+    EXPECT_EQ(run("script \"None\"'s f()"), "Can’t get script \"None\".");
+}
+
+TEST_F(ScriptLibrariesTest, ThoseOfTheScriptsBundleComeFirst) {
+    write("Words.applescript", "on word()\nreturn \"everybody's\"\nend word");
+    write("A.scptd/Contents/Resources/Script Libraries/Words.applescript", "on word()\nreturn \"its own\"\nend word");
+    EXPECT_EQ(run("script \"Words\"'s word()"), "\"everybody's\"");
+    EXPECT_EQ(run("script \"Words\"'s word()", false, folder + "/A.scptd/Contents/Resources/Scripts/main.scpt"), "\"its own\"");
+}
+
+TEST(ScriptLibraryVersions, AreComparedPartByPart) {
+    for (const auto& [version, wanted, isEnough] : std::initializer_list<std::tuple<const char*, const char*, bool>>{{"1.10", "1.9", true},
+                                                                                                                     {"1.9", "1.10", false},
+                                                                                                                     {"2", "1.9.9", true},
+                                                                                                                     {"1.0", "1", true},
+                                                                                                                     {"1", "1.0.1", false},
+                                                                                                                     {"x", "0", true},
+                                                                                                                     {"", "1", false}})
+        EXPECT_EQ(component::isVersionAtLeast(version, wanted), isEnough) << version << ' ' << wanted;
+}
+
+} // namespace
+} // namespace quoddle
