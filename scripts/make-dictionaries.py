@@ -28,8 +28,8 @@ DEFINITIONS = {
     "value type": "value-type",
 }
 PARTS = {
-    "property": ("class", "extends", "record"), "contents": ("class", "extends"), "element": ("class", "extends"),
-    "responds to": ("class", "extends"), "direct": ("command", "event"), "parameter": ("command", "event"), "enumerator": ("enumeration",),
+    "property": ("class", "record"), "contents": ("class",), "element": ("class",),
+    "responds to": ("class",), "direct": ("command", "event"), "parameter": ("command", "event"), "enumerator": ("enumeration",),
 }
 
 
@@ -102,7 +102,7 @@ def flags_of(row):
 def definition(row):
     kind, flags = row["kind"], flags_of(row)
     if kind == "extends":
-        return Element("class-extension", extends=row["owner"], hidden=flags["hidden"])
+        return Element("class-extension", extends=row["name"], hidden=flags["hidden"])
     element = Element(DEFINITIONS[kind], name=row["name"], code=code_of(row["code"]))
     if kind == "class":
         default = row["name"] + "s"
@@ -153,10 +153,8 @@ def suites_of(rows):
         kind = row["kind"]
         suite = suites.setdefault(row["suite"], Element("suite", name=row["suite"], code="????"))
         if kind in DEFINITIONS:
-            element = opened[kind, row["owner"] or row["name"]] = suite.add(definition(row))
-            if kind == "extends":
-                opened["class", row["owner"]] = element
-            elif kind in ("command", "event") and row["type"]:
+            element = opened["class" if kind == "extends" else kind, row["name"]] = suite.add(definition(row))
+            if kind in ("command", "event") and row["type"]:
                 result = Element("result")
                 set_type(result, row["type"])
                 element.add(result)

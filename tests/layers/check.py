@@ -14,7 +14,8 @@ MAY = {
     "platform/base": [],
     "platform/ae": ["platform/base"],
     "platform/osa": ["platform/base", "platform/ae"],
-    "platform/applescript": ["platform/base", "platform/ae", "platform/osa"],
+    "platform/sdef": ["platform/base"],
+    "platform/applescript": ["platform/base", "platform/ae", "platform/osa", "platform/sdef"],
     "platform/additions": ["platform/base", "platform/ae"],
     "platform/foundation": ["platform/base"],
     "platform/search": ["platform/base", "platform/foundation"],
@@ -31,7 +32,7 @@ MAY = {
     "window": ["platform/base", "platform/ae", "platform/osa", "platform/foundation", "platform/appkit", "engine", "runtime"],
 }
 MAY["droplet"] = MAY["window"] + ["platform/search", "platform/preview", "dialogs", "window"]
-PLAIN = ["platform/base", "platform/ae", "platform/osa", "platform/applescript", "platform/additions"]
+PLAIN = ["platform/base", "platform/ae", "platform/osa", "platform/sdef", "platform/applescript", "platform/additions"]
 WIDGETLESS = PLAIN + ["platform/foundation", "platform/search", "platform/delivery", "engine", "runtime"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
