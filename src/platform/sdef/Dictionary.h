@@ -3,8 +3,8 @@
 // types, as plain values.
 //
 // Decision: definitions stand in the order of the file, with what is included in its place, because the order decides between definitions
-// that share a word. What definitions mean for scripts (which words, which codes) is decided elsewhere; nothing is merged here: an extension
-// of a class stays a definition of its own.
+// that share a word. What definitions mean for scripts (which words, which codes) is decided elsewhere; nothing is merged here: an
+// extension of a class stays a definition of its own.
 #pragma once
 
 #include "platform/base/FourCharCode.h"
@@ -25,9 +25,9 @@ struct Type {
 
 /// Another word for a definition, another code, or both.
 struct Synonym {
-    std::string name;             // empty: only another code
-    FourCharCode eventClass = 0;  // of a command
-    FourCharCode code = 0;        // 0: only another word
+    std::string name;            // empty: only another code
+    FourCharCode eventClass = 0; // of a command
+    FourCharCode code = 0;       // 0: only another word
     bool hidden = false;
 };
 

@@ -187,8 +187,8 @@ private:
         Property property;
         property.isContents = XmlDocuments::nameOf(node) == "contents";
         property.access = accessOf(XmlDocuments::attribute(node, "access"));
-        property.inProperties = XmlDocuments::attribute(node, "in-properties") != "no" &&
-                                XmlDocuments::attribute(node, "not-in-properties") != "yes";
+        property.inProperties =
+            XmlDocuments::attribute(node, "in-properties") != "no" && XmlDocuments::attribute(node, "not-in-properties") != "yes";
         property.code = "pcnt"_4cc;
         const bool bare = property.isContents && XmlDocuments::attribute(node, "code").empty();
         if (property.isContents && XmlDocuments::attribute(node, "name").empty())
@@ -202,9 +202,8 @@ private:
     }
 
     bool readSynonyms(const xmlNode* node, Named& named, bool ofCommand = false) {
-        return forEach(node, [&](const xmlNode* child) {
-            return XmlDocuments::nameOf(child) != "synonym" || readSynonym(child, named, ofCommand);
-        });
+        return forEach(
+            node, [&](const xmlNode* child) { return XmlDocuments::nameOf(child) != "synonym" || readSynonym(child, named, ofCommand); });
     }
 
     bool readElement(const xmlNode* node, Class& owner) {
@@ -231,7 +230,8 @@ private:
         made.hidden = mSuiteHidden || isYes(node, "hidden");
         if (isExtension)
             made.name = wordsOf(XmlDocuments::attribute(node, "extends")).value_or("");
-        if (isExtension ? made.name.empty() && !mFiles.fail(node, "an extension names no class") : !readName(node, made) || !readCode(node, made.code))
+        if (isExtension ? made.name.empty() && !mFiles.fail(node, "an extension names no class")
+                        : !readName(node, made) || !readCode(node, made.code))
             return std::nullopt;
         const bool done = forEach(node, [&](const xmlNode* child) {
             const std::string_view kind = XmlDocuments::nameOf(child);
@@ -256,7 +256,8 @@ private:
         if (text.empty())
             return true;
         std::uint32_t value = 0;
-        if (!text.starts_with("0x") || std::from_chars(text.data() + 2, text.data() + text.size(), value, 16).ptr != text.data() + text.size())
+        if (!text.starts_with("0x") ||
+            std::from_chars(text.data() + 2, text.data() + text.size(), value, 16).ptr != text.data() + text.size())
             return mFiles.fail(node, "“" + text + "” are no flags");
         flags = value;
         return true;

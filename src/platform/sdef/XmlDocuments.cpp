@@ -47,7 +47,8 @@ std::string canonical(const std::string& path) {
 }
 
 bool isInside(const std::string& path, const std::string& folder) {
-    return !folder.empty() && path.size() > folder.size() && path.starts_with(folder) && (folder.back() == '/' || path[folder.size()] == '/');
+    return !folder.empty() && path.size() > folder.size() && path.starts_with(folder) &&
+           (folder.back() == '/' || path[folder.size()] == '/');
 }
 
 std::string withoutLineEnd(std::string text) {
@@ -115,8 +116,7 @@ const XmlDocuments::Document* XmlDocuments::read(const std::string& path) {
         return nullptr;
     parser->sax->entityDecl = refuseEntity;
     const int options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_NOCDATA | XML_PARSE_COMPACT;
-    xmlDocPtr tree =
-        mLibrary->xmlCtxtReadMemory(parser, bytes->data(), static_cast<int>(bytes->size()), nullptr, nullptr, options);
+    xmlDocPtr tree = mLibrary->xmlCtxtReadMemory(parser, bytes->data(), static_cast<int>(bytes->size()), nullptr, nullptr, options);
     if (parser->_private)
         fail(path, 0, "a dictionary cannot declare entities");
     else if (!tree)

@@ -52,7 +52,8 @@ private:
     const Document* documentOf(const xmlNode* node) const;
     std::string resolved(const std::string& reference) const;
     bool isAllowed(const std::string& path) const;
-    bool select(const xmlNode* inclusion, const Document& document, const std::string& pointer, const std::function<bool(const xmlNode*)>& visit);
+    bool select(const xmlNode* inclusion, const Document& document, const std::string& pointer,
+                const std::function<bool(const xmlNode*)>& visit);
 
     const XmlLibrary* mLibrary = nullptr;
     std::string mSharedFolder;

@@ -88,7 +88,8 @@ TEST_F(DictionaryReaderTest, EverythingThatADictionarySays) {
     const auto& move = std::get<Command>(dictionary->suites[1].definitions.at(1));
     EXPECT_EQ(move.eventID, "mov\xC4"_4cc);
     EXPECT_TRUE(move.direct && move.direct->isOptional && move.direct->isReadOnly);
-    EXPECT_TRUE(move.parameters.at(0).hidden && move.parameters[0].isOptional && move.parameters[0].types.at(0).name == "location specifier");
+    EXPECT_TRUE(move.parameters.at(0).hidden && move.parameters[0].isOptional &&
+                move.parameters[0].types.at(0).name == "location specifier");
     EXPECT_TRUE(move.result.at(0).isList && move.storedResultFlags == 0x4000u);
     EXPECT_TRUE(std::get<Command>(dictionary->suites[1].definitions.at(2)).isEvent);
     EXPECT_EQ(std::get<Enumeration>(dictionary->suites[1].definitions.at(3)).enumerators.at(0).synonyms.at(0).name, "uno");
@@ -102,9 +103,11 @@ TEST_F(DictionaryReaderTest, WhatIsWrongIsSaidWithItsLine) {
         {"<suite>\n<class code='abcd'/></suite>", "own/main.sdef:3: “class” has no name, or one that is too long"},
         {"<suite><class name=' ' code='abcd'/></suite>", "own/main.sdef:2: “class” has no name, or one that is too long"},
         {"<suite><command name='a' code='abcd'/></suite>", "own/main.sdef:2: “abcd” is no code of eight characters"},
-        {"<suite><command name='a' code='0x616263646162636'/></suite>", "own/main.sdef:2: “0x616263646162636” is no code of eight characters"},
+        {"<suite><command name='a' code='0x616263646162636'/></suite>",
+         "own/main.sdef:2: “0x616263646162636” is no code of eight characters"},
         {"<suite><value-type name='a' code='0xZZZZZZZZ'/></suite>", "own/main.sdef:2: “0xZZZZZZZZ” is no code of four characters"},
-        {"<suite><value-type name='a' code='ab\xE6\xBC\xA2z'/></suite>", "own/main.sdef:2: “ab\xE6\xBC\xA2z” is no code of four characters"},
+        {"<suite><value-type name='a' code='ab\xE6\xBC\xA2z'/></suite>",
+         "own/main.sdef:2: “ab\xE6\xBC\xA2z” is no code of four characters"},
         {"<suite><class-extension/></suite>", "own/main.sdef:2: an extension names no class"},
         {"<suite><class name='a' code='abcd'><synonym/></class></suite>", "own/main.sdef:2: a synonym has neither a name nor a code"},
         {"<suite><class name='a' code='abcd'><element/></class></suite>", "own/main.sdef:2: an element has no type"},
@@ -147,9 +150,10 @@ TEST_F(DictionaryReaderTest, InclusionsStayInTheirFolders) {
             EXPECT_EQ(found, expected) << attributes;
     }
     // The definitions of a suite, but for one; and what stands in place of a file that is missing.
-    EXPECT_EQ(outcome("<suite><xi:include href='part.sdef' xpointer=\"xpointer(/dictionary/suite/node()[not(self::class and @name='a')])\"/>"
-                      "<xi:include href='none'><xi:fallback><value-type name='c' code='cccc'/></xi:fallback></xi:include></suite>"),
-              "b c ");
+    EXPECT_EQ(
+        outcome("<suite><xi:include href='part.sdef' xpointer=\"xpointer(/dictionary/suite/node()[not(self::class and @name='a')])\"/>"
+                "<xi:include href='none'><xi:fallback><value-type name='c' code='cccc'/></xi:fallback></xi:include></suite>"),
+        "b c ");
 }
 
 TEST_F(DictionaryReaderTest, HostileFilesEndInAnErrorSoon) {

@@ -5,6 +5,7 @@
 
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/applescript/compiler/Compiler.h"
+#include "platform/applescript/component/ApplicationDictionaries.h"
 #include "platform/applescript/component/Entry.h"
 #include "platform/applescript/image/Image.h"
 #include "platform/applescript/language/Display.h"
@@ -180,6 +181,7 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
     auto store = std::make_shared<ObjectStore>();
     auto map = std::make_shared<syntax::SourceMap>();
     syntax::ParseOptions options;
+    options.applicationTerms = termsOfApplication;
     options.now = currentSeconds();
     options.sourceMap = map.get();
     auto tree = syntax::parse(source, *store, options);

@@ -2,6 +2,7 @@
 // Values as text and as descriptors, scripts as source and its styles, and the callbacks.
 #include "platform/applescript/language/Display.h"
 #include "platform/ae/AECoercion.h"
+#include "platform/applescript/component/ApplicationDictionaries.h"
 #include "platform/applescript/component/Component.h"
 #include "platform/applescript/component/Entry.h"
 #include "platform/base/Text.h"
@@ -52,6 +53,7 @@ OSStatus Component::sourceOf(OSAID id, std::u16string& source, std::vector<synta
     if (!script->tree)
         return errOSASourceNotAvailable;
     syntax::PrintOptions options;
+    options.applicationTerms = termsOfApplication;
     options.runs = runs;
     source = syntax::printTree(script->tree, options);
     return noErr;

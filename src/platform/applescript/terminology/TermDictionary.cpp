@@ -23,13 +23,13 @@ void TermDictionary::addConstant(std::string_view words, FourCharCode enumeratio
     mTerms.push_back({keep(words), TermKind::Constant, value, enumeration, nullptr, false, synonym});
 }
 
-void TermDictionary::addEvent(std::string_view words, FourCharCode eventClass, FourCharCode eventID, const EventTerm& event) {
+void TermDictionary::addEvent(std::string_view words, FourCharCode eventClass, FourCharCode eventID, const EventTerm& event, bool synonym) {
     std::vector<ParameterTerm>& parameters = mParameters.emplace_back(event.parameters.begin(), event.parameters.end());
     for (ParameterTerm& parameter : parameters)
         parameter.words = keep(parameter.words);
     EventTerm& kept = mEvents.emplace_back(event);
     kept.parameters = parameters;
-    mTerms.push_back({keep(words), TermKind::Event, eventID, eventClass, &kept, false, false});
+    mTerms.push_back({keep(words), TermKind::Event, eventID, eventClass, &kept, false, synonym});
 }
 
 void TermDictionary::finish() {

@@ -23,7 +23,7 @@ public:
     void addProperty(std::string_view words, FourCharCode code, bool boolean = false, bool synonym = false);
     void addConstant(std::string_view words, FourCharCode enumeration, FourCharCode value, bool synonym = false);
     /// Copies the parameters and their words.
-    void addEvent(std::string_view words, FourCharCode eventClass, FourCharCode eventID, const EventTerm& event);
+    void addEvent(std::string_view words, FourCharCode eventClass, FourCharCode eventID, const EventTerm& event, bool synonym = false);
     void finish();
 
     std::span<const Term> startingWith(std::string_view word) const override;
