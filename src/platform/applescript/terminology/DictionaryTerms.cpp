@@ -16,14 +16,10 @@ struct KnownType {
     FourCharCode code;
 };
 
-/// The types that every dictionary may name without defining them.
+/// The types that a dictionary may name without defining them, as far as scripts do not call them the same.
 constexpr KnownType kKnownTypes[] = {
-    {"any", "****"_4cc},    {"text", "ctxt"_4cc},      {"integer", "long"_4cc},        {"real", "doub"_4cc},
-    {"number", "nmbr"_4cc}, {"boolean", "bool"_4cc},   {"specifier", "obj "_4cc},      {"location specifier", "insl"_4cc},
-    {"record", "reco"_4cc}, {"date", "ldt "_4cc},      {"file", "file"_4cc},           {"alias", "alis"_4cc},
-    {"point", "QDpt"_4cc},  {"rectangle", "qdrt"_4cc}, {"type", "type"_4cc},           {"missing value", "msng"_4cc},
-    {"list", "list"_4cc},   {"property", "prop"_4cc},  {"double integer", "comp"_4cc}, {"RGB color", "cRGB"_4cc},
-    {"string", "TEXT"_4cc},
+    {"any", "****"_4cc},       {"specifier", "obj "_4cc}, {"location specifier", "insl"_4cc}, {"point", "QDpt"_4cc},
+    {"rectangle", "qdrt"_4cc}, {"type", "type"_4cc},      {"property", "prop"_4cc},           {"file", "file"_4cc},
 };
 
 /// Set in the flags of a direct parameter whose command may change what the parameter names.
@@ -78,12 +74,20 @@ private:
             mTypes.insert_or_assign(definition.name, Type{definition.code, false});
     }
 
-    /// A type of no dictionary is any type.
+    /// The first type that is named. One that neither this dictionary nor the language has is any type.
     Type typeOf(const std::vector<sdef::Type>& types) const {
         if (types.empty())
             return {"null"_4cc, false};
-        const auto known = mTypes.find(types[0].name);
-        return known == mTypes.end() ? Type{"****"_4cc, false} : known->second;
+        const std::string& name = types[0].name;
+        if (const auto known = mTypes.find(name); known != mTypes.end())
+            return known->second;
+        std::string firstWord = name.substr(0, name.find(' '));
+        std::ranges::transform(firstWord, firstWord.begin(), asciiLower);
+        for (const Term& term : languageTerms().startingWith(firstWord)) {
+            if (term.kind == TermKind::Class && std::ranges::equal(term.words, name, {}, asciiLower, asciiLower))
+                return {term.code, false};
+        }
+        return {"****"_4cc, false};
     }
 
     std::uint32_t flagsOf(const std::vector<sdef::Type>& types) const {
@@ -152,16 +156,12 @@ private:
     void add(const sdef::Command& command) {
         std::vector<ParameterTerm> parameters;
         for (const sdef::Parameter& parameter : command.parameters) {
+            // The first word of a code is the one that is printed.
+            const auto first = static_cast<std::ptrdiff_t>(parameters.size());
             forEachWord(parameter, [&](const std::string& words, const sdef::Synonym* synonym, bool) {
-                parameters.push_back({words, codeOf(synonym, parameter.code), typeOf(parameter.types).code});
+                parameters.insert(parameters.begin() + first, {words, codeOf(synonym, parameter.code), typeOf(parameter.types).code});
             });
         }
-        // The word that a code prints as is the first one.
-        std::ranges::reverse(parameters);
-        std::ranges::stable_sort(parameters, {}, [&](const ParameterTerm& term) {
-            const auto at = std::ranges::find(command.parameters, term.code, &sdef::Parameter::code);
-            return at - command.parameters.begin();
-        });
         EventTerm event;
         event.replyType = typeOf(command.result).code;
         event.replyFlags = command.storedResultFlags.value_or(command.result.empty() ? kAbsent : flagsOf(command.result));

@@ -43,16 +43,33 @@ void TermDictionary::finish() {
             naming.try_emplace({term.kind, term.code, term.group}, term.words);
     }
     std::ranges::stable_sort(mTerms, wordsLess, &Term::words);
+    dropRepetitions();
     mByCode.clear();
     for (const Term& term : mTerms)
         mByCode.push_back(&term);
     std::ranges::stable_sort(mByCode, [&](const Term* a, const Term* b) {
         auto key = [&](const Term* term) {
             auto named = naming.find({term->kind, term->code, term->group});
-            return std::tuple(term->kind, term->code, named == naming.end() || named->second != term->words);
+            return std::tuple(term->kind, term->code, named == naming.end() || named->second != term->words, term->group);
         };
         return key(a) < key(b);
     });
+}
+
+/// Many classes have a property `name`: of terms that say the same the first is kept. They stand in one stretch of equal words.
+void TermDictionary::dropRepetitions() {
+    auto key = [](const Term& term) { return std::tuple(term.kind, term.code, term.group, term.boolean, term.synonym); };
+    std::size_t kept = 0, stretch = 0;
+    for (const Term& term : mTerms) {
+        if (kept > stretch && wordsLess(mTerms[stretch].words, term.words))
+            stretch = kept;
+        const bool repeated = !term.event && std::any_of(mTerms.begin() + static_cast<std::ptrdiff_t>(stretch),
+                                                         mTerms.begin() + static_cast<std::ptrdiff_t>(kept),
+                                                         [&](const Term& other) { return key(other) == key(term); });
+        if (!repeated)
+            mTerms[kept++] = term;
+    }
+    mTerms.resize(kept);
 }
 
 std::span<const Term> TermDictionary::startingWith(std::string_view word) const {

@@ -29,7 +29,14 @@ public:
     std::span<const Term> startingWith(std::string_view word) const override;
     const Term* find(TermKind kind, FourCharCode code, FourCharCode group) const override;
 
+    /// All terms, sorted by words.
+    std::span<const Term> terms() const { return mTerms; }
+    /// The same terms, sorted by kind and code; the first of a code names it.
+    std::span<const Term* const> byCode() const { return mByCode; }
+
 private:
+    void dropRepetitions();
+
     std::string_view keep(std::string_view words) { return mWords.emplace_back(words); }
 
     std::deque<std::string> mWords;
