@@ -2,6 +2,7 @@
 #include "platform/applescript/component/ApplicationDictionaries.h"
 
 #include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/applescript/component/DictionaryCache.h"
 #include "platform/applescript/terminology/DictionaryTerms.h"
 #include "platform/applescript/terminology/ShippedDictionaries.h"
 #include "platform/applescript/terminology/TermTable.h"
@@ -86,10 +87,14 @@ Known read(const Wanted& wanted) {
     const std::string file = fileFor(wanted);
     if (file.empty())
         return {};
+    if (auto terms = cachedTerms(file))
+        return {std::move(terms), {}};
     const auto dictionary = sdef::readDictionary(file, shippedDictionariesFolder());
     if (!dictionary)
         return {nullptr, dictionary.error()};
-    return {termsOfDictionary(*dictionary), {}};
+    auto terms = termsOfDictionary(*dictionary);
+    cacheTerms(file, dictionary->files, *terms);
+    return {std::move(terms), {}};
 }
 
 const Known& known(const syntax::ApplicationName& application) {

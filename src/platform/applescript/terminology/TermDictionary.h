@@ -8,6 +8,7 @@
 #include "platform/applescript/terminology/Term.h"
 
 #include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,10 @@ public:
     std::span<const Term> startingWith(std::string_view word) const override;
     const Term* find(TermKind kind, FourCharCode code, FourCharCode group) const override;
 
+    /// A compact form of a finished dictionary, and the dictionary that such bytes stand for; null when they are damaged.
+    std::string compactForm() const;
+    static std::unique_ptr<TermDictionary> fromCompactForm(std::string bytes);
+
     /// All terms, sorted by words.
     std::span<const Term> terms() const { return mTerms; }
     /// The same terms, sorted by kind and code; the first of a code names it.
@@ -40,6 +45,7 @@ private:
     std::string_view keep(std::string_view words) { return mWords.emplace_back(words); }
 
     std::deque<std::string> mWords;
+    std::string mCompactForm; // holds the words of a dictionary that was read from it
     std::deque<EventTerm> mEvents;
     std::deque<std::vector<ParameterTerm>> mParameters;
     std::vector<Term> mTerms;
