@@ -228,8 +228,26 @@ void HandlerCompiler::importItems(std::span<Object* const> nodes) {
     mCode.emitLocal(Opcode::PopVariable, Opcode::PopVariableLong, mScope.add(mStore.code("pimr"_4cc)));
 }
 
+std::vector<Object*> HandlerCompiler::withoutTermBlocks(std::span<Object* const> nodes) {
+    auto isDefinition = [](const Object* node) {
+        const Object* inner = unwrapped(node);
+        return inner->isNode(tagOf(NodeKind::Handler)) || inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Script));
+    };
+    std::vector<Object*> all;
+    for (Object* node : nodes) {
+        const Object* inner = unwrapped(node);
+        const bool isTerms = inner->isNode(tagOf(NodeKind::UsingTerms));
+        const std::vector<Object*> within = isTerms ? withoutTermBlocks(statementsOf(inner->children[0])) : std::vector<Object*>();
+        if (std::ranges::any_of(within, isDefinition))
+            all.insert(all.end(), within.begin(), within.end());
+        else
+            all.push_back(node);
+    }
+    return all;
+}
+
 Object* HandlerCompiler::compileInitialiser(Object* body, bool withRunHandler) {
-    auto nodes = statementsOf(body);
+    const std::vector<Object*> nodes = withoutTermBlocks(statementsOf(body));
     std::vector<Object*> loose;
     declareSlots(nodes);
     for (Object* node : nodes)

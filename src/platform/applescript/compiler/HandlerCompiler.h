@@ -102,6 +102,8 @@ private:
     void fail(OSStatus number, std::u16string message, const Object* node);
 
     static std::span<Object* const> statementsOf(Object* const& body);
+    /// The statements of a script. Definitions within `using terms from` are the script's own, so such a block is taken apart.
+    static std::vector<Object*> withoutTermBlocks(std::span<Object* const> nodes);
     static const Object* unwrapped(const Object* node);
 
     ObjectStore& mStore;
