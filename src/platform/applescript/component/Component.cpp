@@ -23,6 +23,18 @@ namespace quoddle::component {
 
 using namespace machine;
 
+namespace {
+
+/// A sentence for the end of a message about a word that may be an application's.
+std::u16string missingDictionary(const syntax::ApplicationName& application) {
+    const std::string fault = dictionaryFault(application);
+    if (!fault.empty())
+        return u" (The dictionary of “" + application.text + u"” can’t be read: " + utf16FromUTF8(fault) + u".)";
+    return u" (There is no dictionary of “" + application.text + u"”, so its words are unknown.)";
+}
+
+} // namespace
+
 Component::Component()
     : mMachine({[this](Machine&) { return active(); },
                 [this](Machine&, const EventName& command, Value direct, std::span<const Argument> arguments, bool continues) {
@@ -187,6 +199,8 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
     auto tree = syntax::parse(source, *store, options);
     if (!tree) {
         wrong = {tree.error().number, tree.error().message, tree.error().start, tree.error().end};
+        if (tree.error().withoutDictionary)
+            wrong.message += missingDictionary(*tree.error().withoutDictionary);
         return Value::failure();
     }
     auto initialiser = compiler::compileScript(*tree, *store);

@@ -51,9 +51,18 @@ const TermSource* Parser::termsOf(const ApplicationName& application) {
 bool Parser::pushTarget(const Object* target) {
     auto application = applicationOf(target);
     bool named = application && !application->text.empty();
-    if (named)
+    if (named) {
         mTerms.push(termsOf(*application));
+        mTargets.push_back(std::move(*application));
+    }
     return named;
+}
+
+void Parser::popTarget() {
+    if (mTerms.lacksDictionary())
+        mLeftTarget = {mAt, mTargets.back()};
+    mTerms.pop();
+    mTargets.pop_back();
 }
 
 Object* Parser::tellStatement() {
@@ -74,7 +83,7 @@ Object* Parser::tellStatement() {
         endOf(Keyword::Tell);
     }
     if (pushed)
-        mTerms.pop();
+        popTarget();
     return node(NodeKind::Tell, {body, target}, oneLine ? flags::OneLine : 0, first);
 }
 
@@ -221,7 +230,7 @@ Object* Parser::usingStatement() {
         accept(Keyword::From);
     }
     if (pushed)
-        mTerms.pop();
+        popTarget();
     Object* target = is(application, NodeKind::Literal) ? application->children[0] : application;
     return node(NodeKind::UsingTerms, {body, target}, 0, first);
 }

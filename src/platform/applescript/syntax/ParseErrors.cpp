@@ -9,6 +9,11 @@ namespace quoddle::syntax {
 Object* Parser::fail(OSStatus number, std::u16string message, SourceRange range) {
     if (!failed()) {
         mError = {number, std::move(message), range.start, range.end};
+        const bool atWord = peek().word || (mAt > 0 && mTokens[mAt - 1].word);
+        if (atWord && mTerms.lacksDictionary())
+            mError.withoutDictionary = mTargets.back();
+        else if (atWord && mLeftTarget.first == mAt && !mLeftTarget.second.text.empty())
+            mError.withoutDictionary = mLeftTarget.second;
         mAt = mTokens.size() - 1;
     }
     return nil();

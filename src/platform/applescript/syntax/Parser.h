@@ -28,6 +28,8 @@ struct ParseError {
     /// The offending text, in UTF-16 units of the source.
     std::size_t start = 0;
     std::size_t end = 0;
+    /// The target of the `tell` around a word that stopped the parser, when that application has no dictionary: the word may be its.
+    std::optional<ApplicationName> withoutDictionary = {};
 };
 
 struct SourceRange {

@@ -191,6 +191,7 @@ private:
     Object* withStatement();
     Object* usingStatement();
     bool pushTarget(const Object* target);
+    void popTarget();
     const TermSource* termsOf(const ApplicationName& application);
 
     // --- definitions (ParseDefinitions.cpp)
@@ -254,6 +255,9 @@ private:
     std::vector<Token>& mTokens;
     std::size_t mAt = 0;
     Terminology mTerms;
+    std::vector<ApplicationName> mTargets; // whose dictionaries were entered, the innermost last
+    /// The last one without a dictionary that was left, and the token where. What stops the parser there stands in a one-line `tell`.
+    std::pair<std::size_t, ApplicationName> mLeftTarget;
     /// Whether the script says `use scripting additions`.
     bool mUsesAdditions;
     ParseError mError;
