@@ -7,6 +7,7 @@
 #include "platform/applescript/image/Image.h"
 #include "platform/base/File.h"
 #include "platform/base/FileDescriptor.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ScriptBundle.h"
 

@@ -4,6 +4,7 @@
 
 #include "platform/base/File.h"
 #include "platform/base/ProgramMain.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ScriptBundle.h"
 

@@ -8,6 +8,7 @@
 #include "platform/appkit/ImageFile.h"
 #include "platform/appkit/rtf/RichText.h"
 #include "platform/base/File.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/delivery/BundleArchive.h"
 #include "platform/foundation/BinaryPlistBuilder.h"

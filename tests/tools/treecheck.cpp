@@ -20,6 +20,7 @@
 #include "platform/applescript/syntax/Printer.h"
 #include "platform/applescript/syntax/TreeText.h"
 #include "platform/applescript/terminology/TermDictionary.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>

@@ -4,6 +4,7 @@
 #include "platform/additions/Command.h"
 #include "platform/ae/AECoercion.h"
 #include "platform/ae/AEFlatten.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>

@@ -3,6 +3,7 @@
 #include "platform/additions/Commands.h"
 #include "platform/additions/ShellProcess.h"
 #include "platform/ae/AECoercion.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/base/Wait.h"
 

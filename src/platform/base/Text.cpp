@@ -14,16 +14,6 @@ constexpr std::u16string_view kMacRomanUpper = u"ÄÅÇÉÑÖÜáàâäãåçé�
                                                u"¿¡¬√ƒ≈∆«»…\u00A0ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\uF8FFÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ";
 static_assert(kMacRomanUpper.size() == 128);
 
-std::u16string utf16FromUTF16Bytes(std::string_view bytes, bool bigEndian) {
-    std::u16string text(bytes.size() / 2, u'\0');
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        auto first = static_cast<unsigned char>(bytes[2 * i]);
-        auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
-        text[i] = static_cast<char16_t>(bigEndian ? first << 8 | second : second << 8 | first);
-    }
-    return text;
-}
-
 } // namespace
 
 std::u16string utf16FromUTF8(std::string_view bytes) {
@@ -71,16 +61,6 @@ std::string macRomanFromUTF16(std::u16string_view text) {
         bytes += c < 0x80 ? static_cast<char>(c) : at == std::u16string_view::npos ? '?' : static_cast<char>(0x80 + at);
     }
     return bytes;
-}
-
-std::u16string utf16FromSourceBytes(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        return utf16FromUTF8(bytes.substr(3));
-    if (bytes.starts_with("\xFF\xFE"))
-        return utf16FromUTF16Bytes(bytes.substr(2), false);
-    if (bytes.starts_with("\xFE\xFF"))
-        return utf16FromUTF16Bytes(bytes.substr(2), true);
-    return isValidUTF8(bytes) ? utf16FromUTF8(bytes) : utf16FromMacRoman(bytes);
 }
 
 } // namespace quoddle

@@ -22,7 +22,4 @@ constexpr char16_t foldedASCII(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
 }
 
-/// Decodes a source file: the byte-order mark decides; without one, valid UTF-8 is UTF-8 and anything else is Mac Roman.
-std::u16string utf16FromSourceBytes(std::string_view bytes);
-
 } // namespace quoddle

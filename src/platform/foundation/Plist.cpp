@@ -3,6 +3,7 @@
 #include "platform/foundation/Plist.h"
 
 #include "platform/base/strings/StringsFile.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/foundation/FileBytes.h"
 #include "platform/foundation/PlistReaders.h"

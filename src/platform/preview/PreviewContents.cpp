@@ -4,6 +4,7 @@
 #include "platform/appkit/rtf/QuickLayout.h"
 #include "platform/appkit/rtf/RichText.h"
 #include "platform/base/File.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/foundation/UTType.h"
 

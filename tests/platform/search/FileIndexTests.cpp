@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The index where the system has too few watches, what may not be read, and many changes at once.
+// The index when the system has too few watches, when folders cannot be read, and when many changes come at once.
 #include "platform/search/index/FileIndex.h"
 
 #include "platform/foundation/QtPrinters.h"
@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A search whose results are waited for on this thread.
+/// A search, for whose results this thread waits.
 class Found {
 public:
     Found(FileIndex& index, const QString& folder, const QString& format) {
@@ -30,7 +30,7 @@ public:
     }
     ~Found() { mFound->cancel(); }
 
-    /// False after half a minute.
+    /// Waits for the condition; false after half a minute.
     bool waitUntil(const std::function<bool()>& condition) {
         std::unique_lock lock(mMutex);
         return mChanged.wait_for(lock, std::chrono::seconds(30), [&] {
@@ -43,7 +43,7 @@ public:
         return waitUntil([&] { return isWhole && names == wanted; });
     }
 
-    /// As long as it is held, the index gets no further than to what it finds next.
+    /// While the lock is held, the index stops at its next result.
     std::unique_lock<std::mutex> hold() { return std::unique_lock(mMutex); }
 
     std::set<QString> names;
@@ -97,7 +97,7 @@ TEST_F(FileIndexTest, LooksAgainWhereThereAreNoWatches) {
         ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s, u"x3"_s, u"x4"_s}));
         EXPECT_TRUE(QDir(mFolder.filePath(u"new"_s)).removeRecursively());
         EXPECT_TRUE(QFile::remove(mFolder.filePath(u"c/x2"_s)));
-        make(u"c/x2/x5"_s); // a folder in place of a file
+        make(u"c/x2/x5"_s); // a folder replaces a file
         ASSERT_TRUE(found.becomes({u"x1"_s, u"x2"_s, u"x3"_s, u"x5"_s}));
         EXPECT_TRUE(QDir(mFolder.filePath(u"c/x2"_s)).removeRecursively());
         EXPECT_TRUE(QFile::remove(mFolder.filePath(u"a/b/x3"_s)));
@@ -139,7 +139,7 @@ TEST_F(FileIndexTest, HearsOfPermissions) {
     make(u"locked/deep/x1"_s);
     const auto allow = [this](const char* name, mode_t mode) { EXPECT_EQ(chmod(QFile::encodeName(mFolder.filePath(name)), mode), 0); };
     allow("locked", 0);
-    FileIndex index({SIZE_MAX, std::chrono::hours(1)}); // nothing is looked at again
+    FileIndex index({SIZE_MAX, std::chrono::hours(1)}); // folders are not looked at again in time
     Found found(index, mFolder.path(), u"kMDItemFSName LIKE 'x*'"_s);
     for (const auto& [folder, mode, wanted] :
          std::initializer_list<std::tuple<const char*, mode_t, std::set<QString>>>{{"locked", 0, {u"x"_s}},

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What is known of a folder's contents against what is there: after many changes, under permissions, and when the system has nothing to
-// give.
+// The known names must be those in the file system: after many changes, with restricted permissions, and when the system has no watches or
+// descriptors left.
 #include "platform/search/index/IndexSearch.h"
 
 #include "WithoutPrivileges.h"
@@ -26,7 +26,7 @@ namespace {
 
 using Paths = std::set<std::string>;
 
-/// A tree, a search for everything in it, and the loop of the index, a step at a time.
+/// A tree, a search for everything in it, and the loop of the index, which the test runs step by step.
 class Tree {
 public:
     Tree(const std::string& path, std::size_t mostWatches)
@@ -40,7 +40,7 @@ public:
             tree.readSome();
         match();
     }
-    /// Whether there was one.
+    /// Whether there were any events.
     bool takeEvents() {
         bool isAny = false;
         if (!tree.isInFolder())
@@ -61,7 +61,7 @@ public:
                 readSome();
         } while (takeEvents());
     }
-    /// After everything has been taken in.
+    /// The paths that the search has found, after everything has been read.
     Paths found() {
         settle();
         mSearch.handOver(true);
@@ -123,7 +123,7 @@ protected:
             if (each->symlink_status().type() == fs::file_type::directory)
                 chmod(each->path().c_str(), 0755);
     }
-    /// What can be found below a folder, by the plainest of all ways.
+    /// The paths below a folder that can be found, listed in the simplest way.
     Paths listing(const std::string& below = {}) const {
         Paths paths;
         DIR* const folder = opendir(at(below).c_str());
@@ -149,7 +149,7 @@ private:
     std::optional<WithoutPrivileges> mPrivileges;
 };
 
-/// Something that users and programs do to files.
+/// Makes one random change of the kinds that users and programs make.
 void changeSomething(const std::string& top, std::mt19937& random) {
     std::vector<fs::path> all{top}, folders{top};
     std::error_code error;
@@ -182,7 +182,7 @@ void changeSomething(const std::string& top, std::mt19937& random) {
     case 7:
         fs::rename(some, place, error);
         break;
-    case 8: { // another kind in its place
+    case 8: { // a link replaces a folder, or a folder anything else
         const bool wasFolder = fs::is_directory(fs::symlink_status(some, error));
         fs::remove_all(some, error);
         if (wasFolder)
@@ -223,7 +223,7 @@ TEST_F(IndexedTreeTest, KnowsWhatIsThereAfterWhateverHappened) {
                 }
                 if (step % 50 != 0)
                     continue;
-                if (random() % 2 == 0) // folders that are locked are hard to change
+                if (random() % 2 == 0) // most changes fail in locked folders
                     unlock();
                 tree.settle();
                 tree.tree.lookAgain(false);
@@ -269,7 +269,7 @@ TEST_F(IndexedTreeTest, FollowsPermissions) {
                 EXPECT_EQ(tree.found(), row.found) << row.folder << ' ' << std::oct << row.mode << ", watches " << mostWatches;
                 EXPECT_TRUE(tree.tree.isFollowed() || mostWatches != SIZE_MAX) << row.folder << ' ' << std::oct << row.mode;
             }
-            make("locked/in/deep/new"); // what was locked is followed as before
+            make("locked/in/deep/new"); // a folder that was locked is watched again
             if (!tree.tree.isFollowed())
                 tree.tree.lookAgain(false);
             EXPECT_TRUE(tree.found().contains("locked/in/deep/new"));
@@ -277,7 +277,7 @@ TEST_F(IndexedTreeTest, FollowsPermissions) {
         }
     Tree tree(top, SIZE_MAX);
     tree.settle();
-    make("y"); // told of before, and taken in after it has been seen that the folder is locked
+    make("y"); // its event is read after the tree has noticed that the folder is locked
     allow("", 0);
     tree.tree.lookAgain(true);
     while (tree.tree.isReading())
@@ -294,7 +294,7 @@ TEST_F(IndexedTreeTest, PermissionsThatChangeWhileItIsRead) {
     tree.readSome();
     allow("above", 0444);
     tree.readSome();
-    allow("above", 0755); // all is as it was when the events come
+    allow("above", 0755); // the old permissions are back when the events are read
     EXPECT_EQ(tree.found(), listing());
 }
 
@@ -309,7 +309,7 @@ TEST_F(IndexedTreeTest, TellsFoldersOfTheSameNameApart) {
     tree.loseEvents();
     tree.tree.lookAgain(true);
     EXPECT_EQ(tree.found(), Paths({"in"}));
-    fs::remove_all(at(".hidden/in")); // of no concern
+    fs::remove_all(at(".hidden/in")); // the removed folder is not the one that the tree knows
     EXPECT_EQ(tree.found(), Paths({"in"}));
     allow("in", 0755);
     EXPECT_EQ(tree.found(), Paths({"in", "in/y"}));
@@ -328,7 +328,7 @@ TEST_F(IndexedTreeTest, WatchesBelowAFolderThatHasNone) {
     make(in + "/deep/x");
     tree.tree.lookAgain(false);
     tree.readSome();
-    for (const std::string folder : {"a", "b", "c"}) // the others leave their watches to the new folders
+    for (const std::string folder : {"a", "b", "c"}) // frees watches for the new folders
         if (folder != place)
             fs::remove_all(at(folder));
     tree.takeEvents();
@@ -336,10 +336,10 @@ TEST_F(IndexedTreeTest, WatchesBelowAFolderThatHasNone) {
     EXPECT_GE(*(tree.watches().end() - 2), 0);
     EXPECT_GE(tree.watches().back(), 0);
 
-    make(place + "/x2"); // a reason to look at it
+    make(place + "/x2"); // gives the folder another mark, so that it is read
     allow(in, 0444);
     tree.tree.lookAgain(false);
-    while (tree.tree.isReading()) // before the event comes
+    while (tree.tree.isReading()) // before the event is read
         tree.readSome();
     EXPECT_EQ(tree.found(), listing());
     allow(in, 0755);
@@ -369,7 +369,7 @@ TEST_F(IndexedTreeTest, TriesAgainWhereItCouldNotRead) {
     {
         Tree tree(top, SIZE_MAX);
         EXPECT_EQ(tree.found(), Paths());
-        EXPECT_FALSE(tree.tree.isFollowed()); // nobody tells of the topmost folder when it cannot be watched
+        EXPECT_FALSE(tree.tree.isFollowed()); // no watch tells of changes of the topmost folder itself
         allow("", 0755);
         tree.tree.lookAgain(false);
         EXPECT_EQ(tree.found(), Paths({"in", "in/x"}));
@@ -388,7 +388,7 @@ TEST_F(IndexedTreeTest, TriesAgainWhereItCouldNotRead) {
     EXPECT_EQ(unknown.found(), Paths());
     EXPECT_FALSE(unknown.tree.isFollowed());
     known.tree.lookAgain(true);
-    EXPECT_EQ(known.found(), Paths({"in", "in/x"})); // what is known stays so
+    EXPECT_EQ(known.found(), Paths({"in", "in/x"})); // known entries are kept when reading fails
     EXPECT_FALSE(known.tree.isFollowed());
     allowFiles(usual);
     for (Tree* const tree : {&known, &unknown}) {
@@ -401,7 +401,7 @@ TEST_F(IndexedTreeTest, TriesAgainWhereItCouldNotRead) {
 TEST_F(IndexedTreeTest, ALookKeepsNobodyWaiting) {
     for (int i = 0; i < 20; ++i)
         make("folder " + std::to_string(i) + "/x");
-    for (int i = 0; i < 1500; ++i) // more than one piece
+    for (int i = 0; i < 1500; ++i) // needs several reads
         make("folder 10/" + std::string(200, 'x') + std::to_string(i));
     Tree tree(top, SIZE_MAX);
     tree.settle();
@@ -412,9 +412,9 @@ TEST_F(IndexedTreeTest, ALookKeepsNobodyWaiting) {
     tree.tree.lookAgain(true);
     bool wasInFolder = false;
     for (int pieces = 0; tree.tree.isLookingAgain(); ++pieces) {
-        EXPECT_FALSE(tree.tree.isWalking()); // which a search would wait for
+        EXPECT_FALSE(tree.tree.isWalking()); // looking again does not make searches wait
         wasInFolder = wasInFolder || tree.tree.isInFolder();
-        if (pieces == 5) { // in between it hears of what goes on
+        if (pieces == 5) { // events are read between two folders
             fs::remove(at("folder 1/x"));
             fs::rename(at("folder 2"), at("folder 19/moved"));
             make("folder 18/y");
@@ -428,7 +428,7 @@ TEST_F(IndexedTreeTest, ALookKeepsNobodyWaiting) {
     }
     EXPECT_TRUE(wasInFolder);
     EXPECT_EQ(tree.found(), listing());
-    // A watch that still holds is kept: giving up more of them than there is room for in the queue would lose it again.
+    // A valid watch is kept: when all were made anew, the events of their ends could overflow the queue and start all over.
     const std::vector<int> after = tree.watches();
     EXPECT_EQ(std::vector<int>(after.begin() + 5, after.begin() + 15), std::vector<int>(watches.begin() + 5, watches.begin() + 15));
 }
@@ -436,7 +436,7 @@ TEST_F(IndexedTreeTest, ALookKeepsNobodyWaiting) {
 TEST_F(IndexedTreeTest, WhatBearsTheSameMarkIsPassedOver) {
     make("in/x");
     make("locked/x");
-    const auto settle = [this] { // about two seconds, by the clock of the file system
+    const auto settle = [this] { // about two seconds, by the file system's clock
         const auto isSettled = [this](const char* folder) { return markOfFolder(at(folder)) != kUnsettled; };
         while (!isSettled("") || !isSettled("in") || !isSettled("locked"))
             usleep(50'000);

@@ -29,3 +29,7 @@ try
 on error number n
 	log n --> -10006
 end try
+set a to 2
+log item a of {4, 5, 6} --> 5
+log items a thru 3 of {4, 5, 6} --> {5, 6}
+log (item a of {4, 6}) div 2 + a --> 5

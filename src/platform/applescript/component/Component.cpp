@@ -13,6 +13,7 @@
 #include "platform/applescript/language/References.h"
 #include "platform/base/DateText.h"
 #include "platform/base/File.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ComponentRegistry.h"
 #include "platform/osa/ScriptBundle.h"

@@ -106,7 +106,8 @@ bool Parser::startsIndex() const {
             return false;
         }
     }
-    if (startsKey() || atWord("exists") || at(Keyword::A) || at(Keyword::An))
+    const bool isArticle = (at(Keyword::A) || at(Keyword::An)) && startsOperand(1); // in "item a of x" it is a variable
+    if (startsKey() || atWord("exists") || isArticle)
         return false;
     if (atWordVariable(true))
         return true;

@@ -4,6 +4,7 @@
 
 #include "platform/base/strings/OpenStepScanner.h"
 #include "platform/base/strings/StringsReaders.h"
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>

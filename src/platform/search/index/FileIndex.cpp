@@ -17,7 +17,7 @@ namespace quoddle {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-/// Events of many files come one by one: it costs less to take those of some milliseconds together.
+/// Events of many files arrive one by one; reading those of some milliseconds together takes less time.
 constexpr std::chrono::milliseconds kBetweenEvents{10};
 
 int millisecondsUntil(Clock::time_point time) {
@@ -74,20 +74,20 @@ private:
     std::atomic<bool> mIsEnding = false;
     FileDescriptor mWakeUp;
 
-    // The thread's own.
+    // The members below are used only by the thread.
     FolderWatches mWatches;
     std::vector<std::unique_ptr<IndexedTree>> mTrees;
     std::vector<std::unique_ptr<IndexSearch>> mSearches;
     Clock::time_point mEventsReadAt, mHeardAt, mLookedAtTopsAt, mLookedAgainAt = Clock::now();
-    bool mIsMatching = false; // a search has not come to the end of what is known
+    bool mIsMatching = false; // whether a search has not matched all known names
     bool mHasSaidRunOut = false;
 
-    std::thread mThread; // the last: it uses the others
+    std::thread mThread; // the last member, because the thread uses all others
 };
 
 void FileIndex::Worker::run() {
     while (!mIsEnding) {
-        readEvents(); // before a search begins, which may concern a folder that has gone and come back
+        readEvents(); // before a search begins, because an event may concern one of its folders that has gone and come back
         takeRequests();
         std::erase_if(mSearches, [](const auto& search) { return search->isCancelled(); });
         lookAtTops();
@@ -142,7 +142,8 @@ IndexedTree* FileIndex::Worker::treeFor(const QString& folder) {
     return mTrees.back().get();
 }
 
-/// True when there was something to do. A search waits for what is new, and what is looked at again for a search.
+/// Reads a part of a folder. False when there was nothing to read. New folders are read before searches are matched, folders that are read
+/// again only when no search has names left to match.
 bool FileIndex::Worker::readFolders() {
     auto reading = std::find_if(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isWalking(); });
     if (reading == mTrees.end() && !mIsMatching)
@@ -189,7 +190,7 @@ void FileIndex::Worker::lookAtTops() {
 void FileIndex::Worker::lookAgain() {
     const Clock::time_point now = Clock::now();
     if (isAnyTree(&IndexedTree::isLookingAgain))
-        mLookedAgainAt = now; // not before it is done
+        mLookedAgainAt = now; // the interval begins when looking again is done
     if (isAllFollowed() || now - mLookedAgainAt < mOptions.lookAgainAfter)
         return;
     for (const auto& tree : mTrees)
@@ -217,7 +218,7 @@ bool FileIndex::Worker::isAllFollowed() const {
     return std::all_of(mTrees.begin(), mTrees.end(), [](const auto& tree) { return tree->isFollowed(); });
 }
 
-/// Until something is to be looked at without having been heard of; -1: never.
+/// The time until the next check for changes of which no event tells; -1 when there is none.
 int FileIndex::Worker::millisecondsToWait() const {
     Clock::time_point time = Clock::time_point::max();
     if (!mSearches.empty())

@@ -17,7 +17,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int kPiecesAtATime = 4;
-/// For folders that turn out to need no reading.
+/// The time limit for opening folders that turn out to need no reading.
 constexpr std::chrono::milliseconds kLongestLook{2};
 
 } // namespace
@@ -42,7 +42,7 @@ void IndexedTree::lookAtTop() {
         mToRead.push_back(FileNames::kTop);
 }
 
-/// With all that lies below it.
+/// Forgets the top folder and all that lies below it.
 void IndexedTree::forgetTop() {
     forgetFolder(FileNames::kTop);
     removeContents({FileNames::kTop});
@@ -51,7 +51,8 @@ void IndexedTree::forgetTop() {
     mTop.reset();
 }
 
-/// The top folder may be a link, which the "/" at the end makes the system follow; no other folder may.
+/// The path by which a folder is opened. The "/" at its end makes the system follow a link for the top folder; no other folder may be a
+/// link.
 std::string IndexedTree::pathToOpen(FileNames::Folder folder) const {
     std::string path = pathOf(folder);
     if (folder != FileNames::kTop)
@@ -86,11 +87,11 @@ bool IndexedTree::isUnchanged(FileNames::Folder folder) const {
     return unfollowed != mUnfollowed.end() && unfollowed->second != kUnsettled && unfollowed->second == markOfFolder(pathToOpen(folder));
 }
 
-/// False: there is nothing to be read in it.
+/// Opens a folder for reading and watches it. False when nothing can or need be read in it.
 bool IndexedTree::openFolder(FileNames::Folder folder) {
     const bool isTop = folder == FileNames::kTop;
     const std::string path = pathToOpen(folder);
-    if (keepAccess(folder, accessToFolder(path))) // before it is opened: of a later change an event tells
+    if (keepAccess(folder, accessToFolder(path))) // before the folder is opened, because the watch tells of later changes only
         removeContents({folder});
     if (const int error = mReader.open(path, isTop); error != 0) {
         takeError(folder, error);
@@ -114,12 +115,12 @@ bool IndexedTree::openFolder(FileNames::Folder folder) {
     return true;
 }
 
-/// Of a folder that cannot be opened.
+/// Handles a folder that cannot be opened, according to the error.
 void IndexedTree::takeError(FileNames::Folder folder, int error) {
     const bool isTop = folder == FileNames::kTop;
     if (isTop && mNames.watchOf(folder) < 0)
         mTop.reset();
-    if (error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG) { // for as long as it bears this name
+    if (error == ENOENT || error == ENOTDIR || error == ELOOP || error == ENAMETOOLONG) { // no folder can be read under this name
         mUnreadableCount += error == ENAMETOOLONG;
         removeContents({folder});
         forgetFolder(folder);
@@ -133,7 +134,7 @@ void IndexedTree::takeError(FileNames::Folder folder, int error) {
     removeContents({folder});
     keepAccess(folder, FolderAccess::none);
     if (!isTop)
-        giveUpWatch(folder); // that of the folder above is enough, and sure to concern what stands at this path
+        giveUpWatch(folder); // the watch of the folder above suffices, and surely belongs to this path
     const FileNames::Folder above = placeOf(folder).first;
     if (mNames.watchOf(above) >= 0)
         mUnfollowed.erase(folder);
@@ -167,7 +168,7 @@ void IndexedTree::endFolder() {
     mUnfollowed[mFolderRead] = kUnsettled;
 }
 
-/// False when it is left out.
+/// Adds a name; false when it is left out.
 bool IndexedTree::add(FileNames::Folder folder, std::string_view name, bool isFolder) {
     if (isFolder && name.front() == '.')
         return false;
@@ -193,7 +194,7 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
             return;
         }
         forgetTop();
-        lookAtTop(); // it may have been moved back
+        lookAtTop(); // the folder may have been moved back already
         return;
     }
     if (event.kind == Kind::access) {
@@ -203,7 +204,7 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
             checkAccess(folder, event.name);
         return;
     }
-    if (event.name.empty() || knownAccess(folder) == FolderAccess::none) // told of before it was locked
+    if (event.name.empty() || knownAccess(folder) == FolderAccess::none) // the event came before the folder was locked
         return;
     const std::optional<FileNames::Entry> known = mNames.find(folder, event.name);
     const bool isReplaced = known && event.kind != Kind::removed &&
@@ -214,7 +215,7 @@ void IndexedTree::takeEvent(FileNames::Folder folder, const FolderWatches::Event
         add(folder, event.name, event.isFolder);
 }
 
-/// With all that lies below them.
+/// Removes entries with all that lies below them.
 void IndexedTree::remove(const std::vector<FileNames::Entry>& entries) {
     std::vector<FileNames::Folder> folders;
     for (const FileNames::Entry entry : entries)
@@ -238,7 +239,7 @@ void IndexedTree::removeContents(const std::vector<FileNames::Folder>& folders) 
     for (FileNames::Entry entry = 0; entry < mNames.entryCount(); ++entry)
         if (mNames.isAlive(entry) && below[mNames.folderOf(entry)])
             entries.push_back(entry);
-    for (const FileNames::Entry entry : entries) // while all paths are still to be had
+    for (const FileNames::Entry entry : entries) // observers still need the paths
         mOnRemove(entry);
     for (FileNames::Folder each = FileNames::kTop + 1; each < mNames.folderCount(); ++each)
         if (below[each] && mNames.isFolderAlive(each) && below[mNames.folderOf(mNames.entryOf(each))])
@@ -268,7 +269,7 @@ FolderAccess IndexedTree::knownAccess(FileNames::Folder folder) const {
     return known == mRestricted.end() ? FolderAccess::all : known->second;
 }
 
-/// Whether it was another one.
+/// Remembers the access to a folder; whether it differs from the known one.
 bool IndexedTree::keepAccess(FileNames::Folder folder, FolderAccess access) {
     if (access == knownAccess(folder))
         return false;
@@ -286,7 +287,8 @@ void IndexedTree::checkAccess(FileNames::Folder folder) {
     mToRead.push_back(folder);
 }
 
-/// Of a folder that bears this name. One that can be read has a watch of its own, or is looked at again.
+/// Checks the access to a folder by its name. Only restricted folders are checked; the others have a watch of their own, or are looked at
+/// again.
 void IndexedTree::checkAccess(FileNames::Folder above, std::string_view name) {
     for (auto each = mRestricted.lower_bound({above, FileNames::kTop + 1}); each != mRestricted.end() && each->first.first == above; ++each)
         if (const FileNames::Folder folder = each->first.second; mNames.name(mNames.entryOf(folder)) == name) {

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The names below one folder as they are in the file system: walked once, then kept current by watches, or by looking again where the
-// system has no watches left. One thread; it works when it is told to, a little at a time.
+// The names below one folder as they are in the file system: walked once, then kept current by watches, or by looking again when the system
+// has no watches left. One thread; each call does a small part of the work.
 //
-// Decision: breadth first, and the watch of each folder is set before the folder is read, so that nothing falls between the two. What is
-// heard twice is known already, what is told of a folder that has gone concerns nobody.
-// Decision: there is one way to read a folder, whether it is new or looked at again: what is read is held against what is known of it.
-// A folder that is new stands in another queue than one that is looked at again, for which no search waits.
-// Decision: what may be read below a folder depends on its permissions. When those change all that is known below is forgotten and the
-// folder walked as a new one; a folder that cannot be read is told of by the watch of the one above.
-// Left out: hidden folders, other file systems, whatever lies behind links, names that are no UTF-8 (no path leads to them), and what lies
-// so deep that its path is longer than the system allows.
+// Decision: folders are walked breadth first, and a folder's watch is set before the folder is read, so that no change is missed between
+// the two. A name that is reported twice is known the second time, and events of removed folders are ignored.
+// Decision: new folders and folders that are looked at again are read in the same way: the names that are read are compared with the known
+// ones. The two kinds wait in separate queues, because searches wait for new folders only.
+// Decision: permissions decide what can be read below a folder. When they change, all that is known below the folder is forgotten, and the
+// folder is walked as a new one. The watch of the folder above tells of changes of a folder that cannot be read.
+// Left out are hidden folders, other file systems, whatever lies behind links, names that are no UTF-8 (paths cannot contain them), and
+// files whose path is longer than the system allows.
 #pragma once
 
 #include "platform/search/index/FileNames.h"
@@ -27,39 +27,41 @@ class IndexedTree {
 public:
     using OnRemove = std::function<void(FileNames::Entry entry)>;
 
-    /// `path`: absolute, without "/" at its end. `watches` must outlive it. `onRemove` is told of each file and folder while its name is
-    /// still there.
+    /// `path` is absolute and has no "/" at its end. `watches` must outlive the tree. `onRemove` is called for each removed file and folder
+    /// while its name still exists.
     IndexedTree(std::uint32_t number, std::string path, FolderWatches& watches, OnRemove onRemove);
 
     const std::string& path() const { return mPath; }
     const FileNames& names() const { return mNames; }
-    /// Absolute, with "/" at its end.
+    /// The absolute path of a folder, with "/" at its end.
     std::string pathOf(FileNames::Folder folder) const;
 
-    /// Begins to walk when nothing is known yet, or the path leads to another folder than the known one. When the path leads nowhere all
-    /// that is known is removed. Of what happens to the folders above the top folder no watch tells. Does nothing while isInFolder().
+    /// Compares the folder at the path with the known one, because no watch tells of changes in the folders above it. Begins to walk when
+    /// nothing is known yet, or the path leads to another folder. Removes all entries when the path leads nowhere. Does nothing while
+    /// isInFolder().
     void lookAtTop();
-    /// Whether there are folders of which nothing has been read.
+    /// Whether there are new folders that have not been read completely.
     bool isWalking() const { return !mToRead.empty() || (mReader.isOpen() && !mIsReadAgain); }
     bool isLookingAgain() const { return !mToReadAgain.empty() || (mReader.isOpen() && mIsReadAgain); }
     bool isReading() const { return isWalking() || isLookingAgain(); }
-    /// Between two pieces of one folder no event can be taken in.
+    /// Whether a folder has been read in part. No event may be taken then.
     bool isInFolder() const { return mReader.isOpen(); }
-    /// While isReading(): for some milliseconds.
+    /// Reads for some milliseconds. Called while isReading().
     void readSome();
 
     void takeEvent(FileNames::Folder folder, const FolderWatches::Event& event);
-    /// Whether every folder is watched, or what becomes of it is told by the watch of the folder above.
+    /// Whether all changes are reported, by a folder's own watch or by that of the folder above.
     bool isFollowed() const { return mUnfollowed.empty(); }
-    /// Begins to look for changes of which no watch has told: in all folders, or in those that are not followed. Of these the ones that
-    /// bear the same mark as before are passed over.
+    /// Begins to look for changes of which no watch tells: in all folders, or in the folders that are not followed, without those whose
+    /// mark is the same as before.
     void lookAgain(bool atAllFolders);
 
-    /// Not while it reads. The numbers of all entries change when it answers true.
+    /// Closes the gaps of removed entries when that is worth while. Must not be called while isReading(). True when all entries have got
+    /// new numbers.
     bool compact();
 
 private:
-    /// The folder above, and the folder; of the top folder twice its own number.
+    /// The folder above and the folder itself; for the top folder its own number twice.
     using Place = std::pair<FileNames::Folder, FileNames::Folder>;
 
     std::string pathToOpen(FileNames::Folder folder) const;
@@ -88,19 +90,20 @@ private:
     const OnRemove mOnRemove;
 
     FileNames mNames;
-    std::optional<FolderIdentity> mTop; // nothing: to be read as soon as it is there
+    std::optional<FolderIdentity> mTop; // the folder at the path; nullopt when it must be read as soon as it exists
     dev_t mDevice = 0;
 
     std::deque<FileNames::Folder> mToRead, mToReadAgain;
-    // Of the folder that is read, while the reader is open.
+    // The state of the folder that is being read, while the reader is open.
     FolderReader mReader;
     FolderComparison mComparison;
     FileNames::Folder mFolderRead = FileNames::kTop;
     bool mIsReadAgain = false;
-    bool mIsPerhapsAnother = false; // than the one of which something is known: it was not watched
+    bool mIsPerhapsAnother = false; // the folder was not watched before, so it may be another one than the known one
 
-    std::map<FileNames::Folder, FolderMark> mUnfollowed; // with the mark when it was read; kUnsettled: to be read anyway
-    std::map<Place, FolderAccess> mRestricted;           // where it is not all; as it was when the folder was last looked at
+    // the folders without a watch, with the mark when they were read; kUnsettled to read them in any case
+    std::map<FileNames::Folder, FolderMark> mUnfollowed;
+    std::map<Place, FolderAccess> mRestricted; // the folders without all rights, as of the last check
 
     std::size_t mUnreadableCount = 0, mUnnamableCount = 0;
     bool mIsFull = false;
