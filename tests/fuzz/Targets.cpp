@@ -7,6 +7,7 @@
 #include "platform/ae/transport/AEFrame.h"
 #include "platform/appkit/ImageFile.h"
 #include "platform/appkit/rtf/RichText.h"
+#include "platform/applescript/terminology/DictionaryTerms.h"
 #include "platform/base/File.h"
 #include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
@@ -17,6 +18,7 @@
 #include "platform/osa/OSA.h"
 #include "platform/preview/PictureStream.h"
 #include "platform/preview/PreviewContents.h"
+#include "platform/sdef/DictionaryReader.h"
 #include "platform/updater/Appcast.h"
 #include "platform/updater/NotesText.h"
 
@@ -96,6 +98,35 @@ void readFrames(const std::string& bytes) {
             readDescriptor(frame.payload);
         if (!complete)
             return;
+    }
+}
+
+// --- Dictionaries of applications, and the form in which their terms are kept
+
+const std::string kDictionaries = QUODDLE_TEST_SOURCE_DIR "/../resources/dictionaries";
+
+Inputs dictionaries() {
+    Inputs found;
+    for (const char* name : {"/CocoaStandard.sdef", "/Reminders.sdef", "/Notes.sdef", "/Mail.sdef"})
+        found.push_back(*readFile(kDictionaries + name, kMaximumSeed));
+    return found;
+}
+
+void readDictionary(const std::string& bytes) {
+    const auto dictionary = sdef::readDictionary(fileWith(bytes, QStringLiteral("input.sdef")).toStdString(), kDictionaries);
+    if (dictionary)
+        (void)termsOfDictionary(*dictionary)->compactForm();
+}
+
+Inputs compactTerms() {
+    return {termsOfDictionary(*sdef::readDictionary(kDictionaries + "/Reminders.sdef", kDictionaries))->compactForm()};
+}
+
+void readCompactTerms(const std::string& bytes) {
+    const auto terms = TermDictionary::fromCompactForm(bytes);
+    for (const Term& term : terms ? terms->terms() : std::span<const Term>()) {
+        (void)terms->startingWith(term.words);
+        (void)terms->find(term.kind, term.code, term.group);
     }
 }
 
@@ -353,6 +384,12 @@ const std::vector<Target>& targets() {
           "99999999999"},
          compile},
         {"compiled", compiledScripts, {"FasdUAS 1.101.10"}, load},
+        {"dictionary",
+         dictionaries,
+         {"<xi:include href='CocoaStandard.sdef'", " xpointer='xpointer(/dictionary/suite)'/>", "<!DOCTYPE a [<!ENTITY b 'c'>]>", "<synonym ",
+          "code='0x61626364'", "<suite>", "<class ", "</class>", "&amp;", "<type type='text' list='yes'/>"},
+         readDictionary},
+        {"terms", compactTerms, {std::string("\xff\xff\xff\xff"), std::string("\0\0\0\1", 4)}, readCompactTerms},
         {"plist",
          propertyLists,
          {"bplist00", "<dict>", "</dict>", "<array>", "<key>", "<!ENTITY a \"b\">", "&#x0;", "(", "{", "<", "\"\\U"},
