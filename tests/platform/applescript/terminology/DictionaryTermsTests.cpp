@@ -72,13 +72,13 @@ TEST(DictionaryTermsTest, WordsAndTheirCodes) {
         TermKind kind;
         const char* code;
     } cases[] = {
-        {"garden bed", TermKind::Class, "gbed"},  {"beds", TermKind::Plural, "gbed"},       {"garden beds", TermKind::Plural, "none"},
-        {"plot", TermKind::Class, "gbed"},        {"plots", TermKind::Plural, "gbed"},      {"plants", TermKind::Plural, "plnt"},
-        {"watered", TermKind::Property, "wter"},  {"keeper", TermKind::Property, "ownr"},   {"soil", TermKind::Property, "soil"},
-        {"season", TermKind::Property, "seas"},   {"application", TermKind::Class, "none"}, {"ghost", TermKind::Class, "gost"},
-        {"autumn", TermKind::Constant, "SEASfall"}, {"sow", TermKind::Event, "GardSow "},   {"plant out", TermKind::Event, "GardSow "},
-        {"forecast", TermKind::Class, "fcst"},    {"forecasts", TermKind::Plural, "none"},  {"rainfall", TermKind::Property, "rain"},
-        {"hues", TermKind::Plural, "hue "},       {"rain-barrel", TermKind::Class, "none"},
+        {"garden bed", TermKind::Class, "gbed"},    {"beds", TermKind::Plural, "gbed"},       {"garden beds", TermKind::Plural, "none"},
+        {"plot", TermKind::Class, "gbed"},          {"plots", TermKind::Plural, "gbed"},      {"plants", TermKind::Plural, "plnt"},
+        {"watered", TermKind::Property, "wter"},    {"keeper", TermKind::Property, "ownr"},   {"soil", TermKind::Property, "soil"},
+        {"season", TermKind::Property, "seas"},     {"application", TermKind::Class, "none"}, {"ghost", TermKind::Class, "gost"},
+        {"autumn", TermKind::Constant, "SEASfall"}, {"sow", TermKind::Event, "GardSow "},     {"plant out", TermKind::Event, "GardSow "},
+        {"forecast", TermKind::Class, "fcst"},      {"forecasts", TermKind::Plural, "none"},  {"rainfall", TermKind::Property, "rain"},
+        {"hues", TermKind::Plural, "hue "},         {"rain-barrel", TermKind::Class, "none"},
     };
     for (const auto& [words, kind, code] : cases)
         EXPECT_EQ(codeOf(*terms, words, kind), code) << words;
@@ -156,7 +156,8 @@ TEST(DictionaryTermsTest, EveryDictionaryOfOursServesAnApplication) {
         if (entry.path().extension() == ".sdef")
             files.insert(entry.path().filename().string());
     }
-    for (const auto& [name, isIdentifier] : {std::pair("finder", false), {"ITUNES", false}, {"com.apple.SystemEvents", true}, {"System Settings", false}})
+    for (const auto& [name, isIdentifier] :
+         {std::pair("finder", false), {"ITUNES", false}, {"com.apple.SystemEvents", true}, {"System Settings", false}})
         EXPECT_TRUE(files.contains(std::string(shippedDictionaryFor(name, isIdentifier)))) << name;
     EXPECT_EQ(shippedDictionaryFor("com.apple.finder", false), "");
     EXPECT_EQ(shippedDictionaryFor("Find", false), "");
