@@ -5,7 +5,7 @@
     pairs.py BIN PARITY_FOLDER PAIRS_TSV [--diff]
 
 PARITY_FOLDER holds the independent reader (parity.py); PAIRS_TSV has a line for each pair: source, tab, compiled script, with paths relative to that file. Sources that
-speak to an application by name need its dictionary and are left out.
+speak to an application whose dictionary does not come with the system are left out.
 """
 import pathlib
 import re
@@ -24,6 +24,17 @@ def source_text(path):
     return ""
 
 
+def served_applications():
+    """Names and identifiers of the applications whose dictionaries come with the system, in small letters."""
+    table = pathlib.Path(__file__).parents[2] / "src/platform/applescript/terminology/ShippedDictionaries.cpp"
+    return {name.lower() for name in re.findall(r'{"([^"]+)", "[^"]+\.sdef"}', table.read_text())}
+
+
+def told_applications(text):
+    for name in re.findall(r'\b(?:application|app)\s+(?:id\s+)?"([^"]*)"', text):
+        yield re.split("[/:]", name.rstrip("/:"))[-1].removesuffix(".app").lower()
+
+
 def main():
     tools, folder, table = pathlib.Path(sys.argv[1]), sys.argv[2], pathlib.Path(sys.argv[3])
     sys.dont_write_bytecode = True
@@ -31,10 +42,11 @@ def main():
     sys.setrecursionlimit(20000)
     import parity
 
+    served = served_applications()
     same = total = files = refused = 0
     for line in table.read_text().splitlines():
         source, compiled = (table.parent / name for name in line.split("\t")[:2])
-        if re.search(r"\b(application|app)\s+(id\s+)?\"", source_text(source)):
+        if not served.issuperset(told_applications(source_text(source))):
             continue
         files += 1
         theirs = parity.handlers(str(compiled))

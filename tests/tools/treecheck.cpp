@@ -5,13 +5,10 @@
 //                             every source: parse it; every source beside a compiled script of the same name: compare the trees
 //   treecheck --tree FILE     prints the tree of a compiled script or of a source
 //   treecheck --print FILE    prints the tree as source
-//   --terms FOLDER            before the others: dictionaries of applications, a file NAME.tsv each, with rows of a letter and fields,
-//                             codes in hexadecimal digits:
-//                             c words code plural synonym | p words code boolean synonym | k words enumeration value synonym
-//                             v words class id enumerated | a words code type (a parameter of the command above)
 //
 // The program prints counts and, for each file that fails, the first difference. It is a tool for a person and not a test, because the
 // scripts that it is run on do not belong to us.
+#include "platform/applescript/component/ApplicationDictionaries.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/image/Image.h"
 #include "platform/applescript/syntax/ApplicationLiteral.h"
@@ -19,19 +16,15 @@
 #include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/syntax/Printer.h"
 #include "platform/applescript/syntax/TreeText.h"
-#include "platform/applescript/terminology/TermDictionary.h"
 #include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
 #include <memory>
-#include <sstream>
 
 using namespace quoddle;
 using namespace quoddle::syntax;
@@ -44,71 +37,15 @@ std::string bytesOfFile(const fs::path& path) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-std::map<std::u16string, std::unique_ptr<TermDictionary>> gDictionaries;
-
-const TermSource* dictionaryOf(const ApplicationName& application) {
-    auto found = gDictionaries.find(application.text);
-    return found == gDictionaries.end() ? nullptr : found->second.get();
-}
-
-FourCharCode hexCode(const std::string& digits) {
-    return static_cast<FourCharCode>(std::strtoul(digits.c_str(), nullptr, 16));
-}
-
-void loadDictionary(const fs::path& path) {
-    auto dictionary = std::make_unique<TermDictionary>();
-    std::ifstream in(path);
-    std::vector<std::string> command;
-    std::deque<std::string> words;
-    std::vector<ParameterTerm> parameters;
-    auto flush = [&] {
-        if (!command.empty())
-            dictionary->addEvent(command[1], hexCode(command[2]), hexCode(command[3]),
-                                 {"****"_4cc, 0, command[4] == "1" ? 0x2000u : 0u, "****"_4cc, parameters});
-        command.clear();
-        parameters.clear();
-    };
-    for (std::string line; std::getline(in, line);) {
-        std::vector<std::string> fields;
-        std::stringstream row(line);
-        for (std::string field; std::getline(row, field, '\t');)
-            fields.push_back(field);
-        fields.resize(5);
-        switch (fields[0].empty() ? ' ' : fields[0][0]) {
-        case 'c':
-            dictionary->addClass(fields[1], fields[3], hexCode(fields[2]), fields[4] == "1");
-            break;
-        case 'p':
-            dictionary->addProperty(fields[1], hexCode(fields[2]), fields[3] == "1", fields[4] == "1");
-            break;
-        case 'k':
-            dictionary->addConstant(fields[1], hexCode(fields[2]), hexCode(fields[3]), fields[4] == "1");
-            break;
-        case 'v':
-            flush();
-            command = fields;
-            break;
-        case 'a':
-            parameters.push_back({words.emplace_back(fields[1]), hexCode(fields[2]), hexCode(fields[3])});
-            break;
-        default:
-            break;
-        }
-    }
-    flush();
-    dictionary->finish();
-    gDictionaries[utf16FromUTF8(path.stem().string())] = std::move(dictionary);
-}
-
 ParseOptions parseOptions() {
     ParseOptions options;
-    options.applicationTerms = dictionaryOf;
+    options.applicationTerms = component::termsOfApplication;
     return options;
 }
 
 PrintOptions printOptions() {
     PrintOptions options;
-    options.applicationTerms = dictionaryOf;
+    options.applicationTerms = component::termsOfApplication;
     return options;
 }
 
@@ -367,12 +304,6 @@ int showFile(const std::string& option, const fs::path& path) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc > 2 && argv[1] == std::string("--terms")) {
-        for (const auto& entry : fs::directory_iterator(argv[2]))
-            loadDictionary(entry.path());
-        argv += 2;
-        argc -= 2;
-    }
     if (argc == 3 && (argv[1] == std::string("--tree") || argv[1] == std::string("--print")))
         return showFile(argv[1], argv[2]);
     bool verbose = argc > 2 && argv[2] == std::string("-v");
