@@ -124,6 +124,11 @@ void HandlerCompiler::statementBody(Object* node) {
     case NodeKind::Transaction:
         return transaction(node);
     case NodeKind::UsingTerms:
+        // QUIRK: the application is pushed and dropped; compiled scripts name it in this way.
+        if (children[1]->kind == ObjectKind::Data) {
+            mCode.pushLiteral(children[1]);
+            mCode.emit(Opcode::Pop);
+        }
         return block(children[0]);
     case NodeKind::Script:
         return scriptObject(node);
