@@ -42,6 +42,8 @@ public:
     }
 
     std::unique_ptr<TermDictionary> build() {
+        // Every object of an application answers a record of its properties, whether the dictionary says so or not.
+        mTerms->addProperty("properties", "pALL"_4cc);
         forEach([this](const auto& definition) { add(definition); });
         mTerms->finish();
         return std::move(mTerms);
@@ -113,6 +115,9 @@ private:
 
     void addProperties(const std::vector<sdef::Property>& properties) {
         for (const sdef::Property& property : properties) {
+            // QUIRK: `text` of a document is stored as all its text, although the dictionary calls it a property.
+            if (property.code == "ctxt"_4cc && property.name == "text")
+                continue;
             const bool boolean = property.types.size() == 1 && property.types[0].name == "boolean" && !property.types[0].isList;
             forEachWord(property, [&](const std::string& words, const sdef::Synonym* synonym, bool isSynonym) {
                 mTerms->addProperty(words, codeOf(synonym, property.code), boolean, isSynonym);

@@ -47,7 +47,7 @@ std::string wordsOf(const TermSource& source, TermKind kind, FourCharCode code, 
 constexpr const char* kGarden = R"(
     <class name="garden bed" code="gbed" plural="beds"><synonym name="plot"/><synonym code="gbe2"/>
         <property name="watered" code="wter" type="boolean"/><property name="owner" code="ownr" type="text"><synonym name="keeper"/></property>
-        <contents name="soil" code="soil" type="text"/><element type="plant"/><responds-to command="dig up"/>
+        <property name="text" code="ctxt"/><contents name="soil" code="soil" type="text"/><element type="plant"/><responds-to command="dig up"/>
     </class>
     <class name="plant" code="plnt"><property name="owner" code="ownr" type="text"/></class>
     <class-extension extends="application"><property name="season" code="seas" type="seasons"/></class-extension>
@@ -78,7 +78,8 @@ TEST(DictionaryTermsTest, WordsAndTheirCodes) {
         {"season", TermKind::Property, "seas"},     {"application", TermKind::Class, "none"}, {"ghost", TermKind::Class, "gost"},
         {"autumn", TermKind::Constant, "SEASfall"}, {"sow", TermKind::Event, "GardSow "},     {"plant out", TermKind::Event, "GardSow "},
         {"forecast", TermKind::Class, "fcst"},      {"forecasts", TermKind::Plural, "none"},  {"rainfall", TermKind::Property, "rain"},
-        {"hues", TermKind::Plural, "hue "},         {"rain-barrel", TermKind::Class, "none"},
+        {"properties", TermKind::Property, "pALL"}, {"text", TermKind::Property, "none"},     {"hues", TermKind::Plural, "hue "},
+        {"rain-barrel", TermKind::Class, "none"},
     };
     for (const auto& [words, kind, code] : cases)
         EXPECT_EQ(codeOf(*terms, words, kind), code) << words;
