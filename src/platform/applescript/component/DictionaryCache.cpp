@@ -15,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Says how terms are made of dictionaries, too: changed when entries of before would mean something else.
-constexpr std::string_view kVersion = "quoddle terms 2";
+constexpr std::string_view kVersion = "quoddle terms 3";
 constexpr std::size_t kMaximumSize = std::size_t(16) << 20;
 
 std::string folder() {

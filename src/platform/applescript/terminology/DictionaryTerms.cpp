@@ -83,13 +83,19 @@ private:
         const std::string& name = types[0].name;
         if (const auto known = mTypes.find(name); known != mTypes.end())
             return known->second;
+        const FourCharCode code = languageClass(name);
+        return {code ? code : "****"_4cc, false};
+    }
+
+    /// The code of the language's class that a name stands for; 0 when there is none.
+    static FourCharCode languageClass(const std::string& name) {
         std::string firstWord = name.substr(0, name.find(' '));
         std::ranges::transform(firstWord, firstWord.begin(), asciiLower);
         for (const Term& term : languageTerms().startingWith(firstWord)) {
             if (term.kind == TermKind::Class && std::ranges::equal(term.words, name, {}, asciiLower, asciiLower))
-                return {term.code, false};
+                return term.code;
         }
-        return {"****"_4cc, false};
+        return 0;
     }
 
     std::uint32_t flagsOf(const std::vector<sdef::Type>& types) const {
@@ -152,6 +158,9 @@ private:
 
     void add(const sdef::Enumeration& enumeration) {
         for (const sdef::Enumerator& enumerator : enumeration.enumerators) {
+            // Of a format `text` the word is the class: `text 1 thru 3 of x` goes on meaning the same.
+            if (languageClass(enumerator.name) == enumerator.code)
+                continue;
             forEachWord(enumerator, [&](const std::string& words, const sdef::Synonym* synonym, bool isSynonym) {
                 mTerms->addConstant(words, enumeration.code, codeOf(synonym, enumerator.code), isSynonym);
             });

@@ -60,7 +60,7 @@ constexpr const char* kGarden = R"(
         <direct-parameter optional="yes" type="seasons"/></command>
     <command name="rest" code="GardRest"/>
     <command name="weigh" code="GardWeig"><direct-parameter q:flags="0x12" type="number or string"/><result q:flags="0x34" type="nonsense"/></command>
-    <enumeration name="seasons" code="SEAS"><enumerator name="spring" code="sprg"/><enumerator name="fall" code="fall"><synonym name="autumn"/>
+    <enumeration name="seasons" code="SEAS"><enumerator name="spring" code="sprg"/><enumerator name="month" code="mnth"/><enumerator name="date" code="dat "/><enumerator name="fall" code="fall"><synonym name="autumn"/>
         </enumerator></enumeration>
     <record-type name="forecast" code="fcst"><property name="rainfall" code="rain" type="real"/></record-type>
     <value-type name="hue" code="hue " plural="hues"/><class name="rain-barrel" code="brrl"/>)";
@@ -78,8 +78,8 @@ TEST(DictionaryTermsTest, WordsAndTheirCodes) {
         {"season", TermKind::Property, "seas"},     {"application", TermKind::Class, "none"}, {"ghost", TermKind::Class, "gost"},
         {"autumn", TermKind::Constant, "SEASfall"}, {"sow", TermKind::Event, "GardSow "},     {"plant out", TermKind::Event, "GardSow "},
         {"forecast", TermKind::Class, "fcst"},      {"forecasts", TermKind::Plural, "none"},  {"rainfall", TermKind::Property, "rain"},
-        {"properties", TermKind::Property, "pALL"}, {"text", TermKind::Property, "none"},     {"hues", TermKind::Plural, "hue "},
-        {"rain-barrel", TermKind::Class, "none"},
+        {"properties", TermKind::Property, "pALL"}, {"month", TermKind::Constant, "none"},    {"date", TermKind::Constant, "SEASdat "},
+        {"text", TermKind::Property, "none"},       {"hues", TermKind::Plural, "hue "},       {"rain-barrel", TermKind::Class, "none"},
     };
     for (const auto& [words, kind, code] : cases)
         EXPECT_EQ(codeOf(*terms, words, kind), code) << words;
