@@ -60,9 +60,9 @@ TEST_F(ScriptLibrariesTest, AreOneObjectEachUnderTheNameOfTheStatement) {
     write("Maths.applescript",
           "property version : \"1.10\"\nproperty calls : 0\non twice(x)\nset calls to calls + 1\nreturn x * 2\nend twice");
     const std::string source = "use AppleScript version \"2.4\"\nuse scripting additions\nuse framework \"Foundation\"\n"
-                               "use maths : script \"Maths\" version \"1.9\"\nuse events : application \"System Events\"\n"
+                               "use maths : script \"Maths\" version \"1.9\"\nuse sys : application \"System Events\"\n"
                                "set a to {maths's twice(2), script \"Maths\"'s twice(3)}\n"
-                               "tell script \"Maths\" to set end of a to twice(4)\n{a, calls of maths, class of maths, events}";
+                               "tell script \"Maths\" to set end of a to twice(4)\n{a, calls of maths, class of maths, sys}";
     EXPECT_EQ(run(source), "{{4, 6, 8}, 3, script, application \"System Events\"}");
     EXPECT_EQ(run(source, true), "{{4, 6, 8}, 6, script, application \"System Events\"}") << "the library is kept while the component is";
     EXPECT_EQ(run("use maths : script \"Maths\"\nrequired import items", true), "{{item:script \"Maths\" of «script»}}");
@@ -84,10 +84,10 @@ TEST_F(ScriptLibrariesTest, AMissingOneIsAnErrorOfItsStatement) {
 }
 
 TEST_F(ScriptLibrariesTest, ThoseOfTheScriptsBundleComeFirst) {
-    write("Words.applescript", "on word()\nreturn \"everybody's\"\nend word");
-    write("A.scptd/Contents/Resources/Script Libraries/Words.applescript", "on word()\nreturn \"its own\"\nend word");
-    EXPECT_EQ(run("script \"Words\"'s word()"), "\"everybody's\"");
-    EXPECT_EQ(run("script \"Words\"'s word()", false, folder + "/A.scptd/Contents/Resources/Scripts/main.scpt"), "\"its own\"");
+    write("Words.applescript", "on said()\nreturn \"everybody's\"\nend said");
+    write("A.scptd/Contents/Resources/Script Libraries/Words.applescript", "on said()\nreturn \"its own\"\nend said");
+    EXPECT_EQ(run("script \"Words\"'s said()"), "\"everybody's\"");
+    EXPECT_EQ(run("script \"Words\"'s said()", false, folder + "/A.scptd/Contents/Resources/Scripts/main.scpt"), "\"its own\"");
 }
 
 TEST(ScriptLibraryVersions, AreComparedPartByPart) {
