@@ -83,19 +83,18 @@ private:
         const std::string& name = types[0].name;
         if (const auto known = mTypes.find(name); known != mTypes.end())
             return known->second;
-        const FourCharCode code = languageClass(name);
-        return {code ? code : "****"_4cc, false};
+        return {languageClass(name).value_or("****"_4cc), false};
     }
 
-    /// The code of the language's class that a name stands for; 0 when there is none.
-    static FourCharCode languageClass(const std::string& name) {
+    /// The code of the language's class that a name stands for.
+    static std::optional<FourCharCode> languageClass(const std::string& name) {
         std::string firstWord = name.substr(0, name.find(' '));
         std::ranges::transform(firstWord, firstWord.begin(), asciiLower);
         for (const Term& term : languageTerms().startingWith(firstWord)) {
             if (term.kind == TermKind::Class && std::ranges::equal(term.words, name, {}, asciiLower, asciiLower))
                 return term.code;
         }
-        return 0;
+        return std::nullopt;
     }
 
     std::uint32_t flagsOf(const std::vector<sdef::Type>& types) const {

@@ -60,7 +60,7 @@ constexpr const char* kGarden = R"(
         <direct-parameter optional="yes" type="seasons"/></command>
     <command name="rest" code="GardRest"/>
     <command name="weigh" code="GardWeig"><direct-parameter q:flags="0x12" type="number or string"/><result q:flags="0x34" type="nonsense"/></command>
-    <enumeration name="seasons" code="SEAS"><enumerator name="spring" code="sprg"/><enumerator name="month" code="mnth"/><enumerator name="date" code="dat "/><enumerator name="fall" code="fall"><synonym name="autumn"/>
+    <enumeration name="seasons" code="SEAS"><enumerator name="spring" code="sprg"/><enumerator name="month" code="mnth"/><enumerator name="never" code="0x00000000"/><enumerator name="date" code="dat "/><enumerator name="fall" code="fall"><synonym name="autumn"/>
         </enumerator></enumeration>
     <record-type name="forecast" code="fcst"><property name="rainfall" code="rain" type="real"/></record-type>
     <value-type name="hue" code="hue " plural="hues"/><class name="rain-barrel" code="brrl"/>)";
@@ -97,6 +97,7 @@ TEST(DictionaryTermsTest, CodesAndTheirWords) {
     EXPECT_EQ(wordsOf(*terms, TermKind::Property, "ownr"_4cc), "owner");
     EXPECT_EQ(wordsOf(*terms, TermKind::Constant, "fall"_4cc, "SEAS"_4cc), "fall");
     EXPECT_EQ(wordsOf(*terms, TermKind::Constant, "fall"_4cc, "else"_4cc), "none");
+    EXPECT_EQ(wordsOf(*terms, TermKind::Constant, 0, "SEAS"_4cc), "never");
     EXPECT_EQ(wordsOf(*terms, TermKind::Event, "Sow2"_4cc, "Gard"_4cc), "sow");
 }
 
