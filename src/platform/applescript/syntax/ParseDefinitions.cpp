@@ -80,9 +80,31 @@ bool Parser::atWordHandler() const {
         return false;
     if (mWordHandlers.contains(peek().word->key))
         return true;
-    // A constant before a parenthesis is a call of a handler that some other script defines.
+    // Some other script may define the handler: nothing else has a constant, or several things in parentheses, right before or behind it.
+    if (peek().end != peek(1).start)
+        return false;
+    if (isReserved(peek().keyword))
+        return useOf(peek().keyword) == KeywordUse::Picks && hasSeveralInParentheses(1);
     const TermMatch match = matchTerm({TermKind::Event, TermKind::Property, TermKind::Class, TermKind::Plural, TermKind::Constant});
-    return match.words == 1 && match.term->kind == TermKind::Constant && !isReserved(peek().keyword) && peek().end == peek(1).start;
+    return match.words == 1 && match.term->kind != TermKind::Event &&
+           (match.term->kind == TermKind::Constant || hasSeveralInParentheses(1));
+}
+
+/// Whether the parentheses that begin at a token hold a comma that is in no other brackets.
+bool Parser::hasSeveralInParentheses(std::size_t ahead) const {
+    std::size_t depth = 0;
+    for (std::size_t i = ahead; mAt + i < mTokens.size() && peek(i).kind != TokenKind::Newline; ++i) {
+        const Symbol symbol = peek(i).kind == TokenKind::Symbol ? peek(i).symbol : Symbol::None;
+        if (symbol == Symbol::LeftParen || symbol == Symbol::LeftBrace || symbol == Symbol::LeftBracket)
+            ++depth;
+        else if (symbol == Symbol::RightParen || symbol == Symbol::RightBrace || symbol == Symbol::RightBracket)
+            --depth;
+        if (depth == 0)
+            return false;
+        if (depth == 1 && symbol == Symbol::Comma)
+            return true;
+    }
+    return false;
 }
 
 /// Finds handlers whose names are words of the language: lines that begin with "on" or "to", such a word that is not a command, and a

@@ -209,6 +209,7 @@ private:
     bool atWordVariable(bool isIndex = false) const;
     /// Whether the next token is a word of the language that names a handler, followed by arguments.
     bool atWordHandler() const;
+    bool hasSeveralInParentheses(std::size_t ahead) const;
     void findHandlerNames();
     Object* scriptObject();
     Object* property();

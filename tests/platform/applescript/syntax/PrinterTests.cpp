@@ -218,6 +218,9 @@ TEST(Printer, PutsSourceIntoItsCanonicalForm) {
         {"a isn't equal b", "a is not equal to b"},
         {"a is contained by b", "a is in b"},
         {"put x into y", "copy x to y"},
+        {"set x to any(1, {2, 3})", "set x to |any|(1, {2, 3})"}, // a call of a handler that another script has
+        {"first(x, y)", "|first|(x, y)"},
+        {"item(1) of x", "item (1) of x"},
         {"+5", "5"},
         {"1.50", "1.5"},
         {"12345.0", "1.2345E+4"},
