@@ -15,9 +15,13 @@ namespace {
 
 using namespace image;
 
-/// Whether an object is written once and then referred to. References have 16 bits, so small objects without identity are written again at
-/// each use.
-bool isSharable(const Object& object) {
+/// Which objects are written once and then referred to. References have 16 bits.
+enum class Sharing : std::uint8_t {
+    LargeValues,  // small objects without identity are written again at each use
+    ObjectsAlone, // texts as well
+};
+
+bool isSharable(const Object& object, Sharing sharing) {
     switch (object.kind) {
     case ObjectKind::Nil:
     case ObjectKind::Boolean:
@@ -29,6 +33,8 @@ bool isSharable(const Object& object) {
     case ObjectKind::List:
     case ObjectKind::Record:
         return !object.children.empty();
+    case ObjectKind::Text:
+        return sharing == Sharing::LargeValues;
     default:
         return true;
     }
@@ -37,6 +43,8 @@ bool isSharable(const Object& object) {
 class Writer {
 public:
     OSStatus status = noErr;
+
+    explicit Writer(Sharing sharing) : mSharing(sharing) {}
 
     std::string write(const Object* root) {
         findShared(root);
@@ -64,7 +72,7 @@ private:
             const Object* object = pending.back();
             pending.pop_back();
             for (const Object* child : object->children) {
-                if (!isSharable(*child))
+                if (!isSharable(*child, mSharing))
                     continue;
                 if (seen.insert(child).second)
                     pending.push_back(child);
@@ -196,6 +204,7 @@ private:
 
     void writeObject(const Object* object, std::int16_t reference);
 
+    const Sharing mSharing;
     std::string mOut;
     std::int16_t mOnceUsed = 0;
     std::size_t mDepth = 0;
@@ -278,11 +287,17 @@ void Writer::writeObject(const Object* object, std::int16_t reference) {
 } // namespace
 
 Result<std::string, OSStatus> writeImage(const Object* root) {
-    Writer writer;
-    std::string bytes = writer.write(root);
-    if (writer.status != noErr)
-        return Failure{writer.status};
-    return bytes;
+    OSStatus status = noErr;
+    for (const Sharing sharing : {Sharing::LargeValues, Sharing::ObjectsAlone}) {
+        Writer writer(sharing);
+        std::string bytes = writer.write(root);
+        if (writer.status == noErr)
+            return bytes;
+        status = writer.status;
+        if (status != errOSAInternalTableOverflow)
+            break;
+    }
+    return Failure{status};
 }
 
 } // namespace quoddle

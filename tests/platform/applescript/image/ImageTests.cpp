@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/applescript/image/Image.h"
 #include "platform/applescript/image/Block.h"
+#include "platform/applescript/image/Image.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -83,11 +83,20 @@ TEST(Image, KeepsSharingAndCycles) {
 
 TEST(Image, SaysWhenAScriptIsTooLargeToStore) {
     ObjectStore store;
-    std::vector<Object*> texts;
-    for (int i = 0; i < 40000; ++i)
-        texts.push_back(store.text(u"shared"));
-    Object* twice = store.block(block::Storage, std::vector<Object*>(texts));
-    auto bytes = writeImage(scriptWith(store, {twice, store.block(block::Storage, std::vector<Object*>(texts))}));
+    std::vector<Object*> texts, blocks;
+    for (int i = 0; i < 40000; ++i) {
+        texts.push_back(store.text(i % 2 == 0 ? u"even" : u"odd"));
+        blocks.push_back(store.block(block::Storage, {}));
+    }
+    const auto withTwo = [&](const std::vector<Object*>& items) {
+        return writeImage(scriptWith(store, {store.block(block::Storage, items), store.block(block::Storage, items)}));
+    };
+    auto many = withTwo(texts); // texts are written again rather than shared when there are too many
+    ASSERT_TRUE(many);
+    auto image = readImage(*many);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(slot(*image, 1)->children[39999]->text, u"odd");
+    auto bytes = withTwo(blocks);
     ASSERT_FALSE(bytes);
     EXPECT_EQ(bytes.error(), errOSAInternalTableOverflow);
 
