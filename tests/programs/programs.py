@@ -20,8 +20,10 @@ import unittest
 BIN = None
 
 
-def call(program, *arguments, stdin="", cwd=None):
-    done = subprocess.run([str(BIN / program), *map(str, arguments)], input=stdin.encode(), capture_output=True, timeout=60, cwd=cwd)
+def call(program, *arguments, stdin="", cwd=None, **environment):
+    """`environment`: variables that are set beside those of the test."""
+    done = subprocess.run([str(BIN / program), *map(str, arguments)], input=stdin.encode(), capture_output=True, timeout=60, cwd=cwd,
+                          env=dict(os.environ, **environment))
     return done.returncode, done.stdout.decode(), done.stderr.decode()
 
 
@@ -93,6 +95,31 @@ class Programs(unittest.TestCase):
         extra.write_text("kept")
         self.assertEqual(call("osacompile", "-o", self.folder / "s.app", "-e", "return 7"), (0, "", ""))
         self.assertEqual((call("osascript", self.folder / "s.app")[1], extra.read_text()), ("7\n", "kept"))
+
+    def test_an_applet_is_told_in_the_words_of_its_dictionary(self):
+        bundle, script = self.folder / "applets/Garden.app", self.folder / "telling.scpt"
+        bundle.parent.mkdir()
+        self.assertEqual(call("osacompile", "-o", bundle, "-e", "beep")[0], 0)
+        words = bundle / "Contents/Resources/words.sdef"
+        words.write_text("""<dictionary><suite name="Garden">
+            <class name="garden bed" code="gbed"><property name="soil" code="soil" type="text"/></class>
+            <command name="dig over" code="GardDigO"><direct-parameter type="text"/><parameter name="with tool" code="tool" type="text"/></command>
+            <enumeration name="seasons" code="seas"><enumerator name="late fall" code="fall"/></enumeration>
+            </suite></dictionary>""")
+        folders = {"QUODDLE_APPLET_PATH": str(bundle.parent), "XDG_CACHE_HOME": str(self.folder / "cache")}
+        source = ('tell application "Garden" to dig over (soil of garden bed 1) with tool (late fall as text)\n'
+                  'using terms from application "Garden"\n\ton dig over place with tool x\n\t\treturn x\n\tend dig over\nend using terms from')
+        raw = 'tell application "Garden" to «event GardDigO» («class soil» of «class gbed» 1) given «class tool»:(«constant seasfall» as text)'
+        for compiled, shown in ((source, source), (raw, source.partition("\n")[0])):
+            self.assertEqual(call("osacompile", "-o", script, "-e", compiled, **folders), (0, "", ""))
+            for _ in ("read anew", "from the cache"):
+                self.assertEqual(call("osadecompile", script, **folders), (0, shown + "\n", ""))
+        # What is stored is codes: they are printed where the dictionary has gone.
+        words.unlink()
+        self.assertEqual(call("osadecompile", script, **folders), (0, raw + "\n", ""))
+        status, _, errors = call("osacompile", "-o", script, "-e", source, **folders)
+        self.assertEqual(status, 1)
+        self.assertIn("There is no dictionary of “Garden”", errors)
 
     def test_errors_say_where(self):
         wrong = self.file("w.applescript", "set a to 1\nset b to )\n")
