@@ -4,7 +4,8 @@
 
 #include "platform/applescript/AppleScriptComponent.h"
 #include "platform/applescript/component/DictionaryCache.h"
-#include "platform/applescript/terminology/ShippedDictionaries.h"
+#include "platform/applescript/image/Block.h"
+#include "platform/applescript/image/Image.h"
 #include "platform/base/File.h"
 #include "platform/base/Text.h"
 #include "platform/osa/OSA.h"
@@ -205,6 +206,27 @@ TEST_F(ApplicationDictionariesTest, ScriptsThatTellApplicationsPrintAsTheyWereWr
     EXPECT_EQ(printed("tell application \"Calendar\" to get «class wrev» 1"), "tell application \"Calendar\" to get event 1");
     EXPECT_EQ(printed("tell application \"Finder\" to get «class brow» 1\nget «class brow» 1"),
               "tell application \"Finder\" to get Finder window 1\nget «class brow» 1");
+}
+
+TEST_F(ApplicationDictionariesTest, TheCodeNamesTheApplicationWhoseTermsItUses) {
+    OSAID script = 0;
+    AEDesc stored;
+    ASSERT_EQ(OSACompile(instance, AEDesc::ofUTF8("on f()\nusing terms from application \"Finder\"\nbeep\nend using terms from\nend f"),
+                         kOSAModeCompileIntoContext, script),
+              noErr);
+    ASSERT_EQ(OSAStore(instance, script, "scpt"_4cc, kOSAModePreventGetSource, stored), noErr);
+    const auto image = readImage(stored.data());
+    ASSERT_TRUE(image);
+    std::vector<std::u16string> named;
+    for (const Object* value : image->root->children.back()->children) {
+        if (!value->isBlock(block::Handler))
+            continue;
+        for (const Object* literal : value->children[5]->children) {
+            if (literal->kind == ObjectKind::Data && literal->tag == syntax::kApplicationTag)
+                named.push_back(syntax::applicationName(literal->bytes));
+        }
+    }
+    EXPECT_EQ(named, std::vector<std::u16string>{u"Finder"});
 }
 
 } // namespace
