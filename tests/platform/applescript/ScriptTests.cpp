@@ -30,13 +30,28 @@ std::vector<std::string> scriptFiles() {
     return files;
 }
 
-std::vector<std::string> expectations(const std::string& source) {
-    std::vector<std::string> expected;
+struct Expectation {
+    int line;
+    std::string value;
+};
+
+std::vector<Expectation> expectations(const std::string& source) {
+    std::vector<Expectation> expected;
     std::istringstream lines(source);
-    for (std::string line; std::getline(lines, line);)
+    int number = 0;
+    for (std::string line; std::getline(lines, line);) {
+        ++number;
         if (const auto at = line.find(" --> "); at != std::string::npos)
-            expected.push_back(line.substr(at + 5));
+            expected.push_back({number, line.substr(at + 5)});
+    }
     return expected;
+}
+
+/// Names each line whose value is another one, and what the script logs beyond the last line or does not log.
+void compare(const std::vector<std::string>& logged, const std::vector<Expectation>& expected, const std::string& script) {
+    for (std::size_t i = 0; i < std::min(logged.size(), expected.size()); ++i)
+        EXPECT_EQ(logged[i], expected[i].value) << script << ":" << expected[i].line;
+    EXPECT_EQ(logged.size(), expected.size()) << script << " logs more or fewer values than it says";
 }
 
 struct Outcome {
@@ -98,18 +113,18 @@ class ScriptTest : public testing::TestWithParam<std::string> {};
 TEST_P(ScriptTest, LogsWhatItSays) {
     auto source = readFile((fs::path(QUODDLE_TEST_SOURCE_DIR) / "scripts" / GetParam()).string(), 1 << 20);
     ASSERT_TRUE(source);
-    const std::vector<std::string> expected = expectations(*source);
+    const std::vector<Expectation> expected = expectations(*source);
     ASSERT_FALSE(expected.empty()) << "the script expects nothing";
 
     const Outcome compiled = run(*source, nullptr);
     EXPECT_EQ(compiled.error, "");
-    EXPECT_EQ(compiled.logged, expected);
+    compare(compiled.logged, expected, GetParam());
 
     // The script that is read back from the stored form logs the same values.
     ASSERT_FALSE(compiled.image.empty());
     const Outcome loaded = run(*source, &compiled.image);
     EXPECT_EQ(loaded.error, "");
-    EXPECT_EQ(loaded.logged, expected);
+    compare(loaded.logged, expected, GetParam() + ", read back");
 }
 
 std::string testName(const testing::TestParamInfo<std::string>& script) {
