@@ -161,9 +161,14 @@ Object* Parser::keywordPrimary(Place place, bool& handled) {
     }
     case Keyword::Continue:
         return continueStatement();
-    case Keyword::The:
     case Keyword::My:
     case Keyword::Its:
+        if (!startsOperand(1)) { // a reference reads the word only before an operand
+            advance();
+            return expected(u"expression");
+        }
+        [[fallthrough]];
+    case Keyword::The:
         return reference();
     case Keyword::Set:
         if (place != Place::Index)

@@ -30,6 +30,9 @@ TEST(ParseError, SaysWhatWasExpectedAndWhere) {
     const Case cases[] = {
         {"set x to", -2741, "Expected expression but found end of script.", ""},
         {"set x to\n", -2741, "Expected expression but found end of line.", "\n"},
+        {"get my", -2741, "Expected expression but found end of script.", ""},
+        {"f(its)", -2741, "Expected expression but found “)”.", ")"},
+        {"f(my if)", -2741, "Expected expression but found “if”.", "if"},
         {"set x 5", -2741, "Expected “to” but found number.", "5"},
         {"foo bar", -2740, "A identifier can’t go after this identifier.", "foo bar"},
         {"foo 5", -2741, "Expected end of line but found number.", "5"},
