@@ -262,6 +262,8 @@ bool Interpreter::bind(std::span<const Value> positional, Value direct, std::spa
         if (!given.isUndefined() && !bindPattern(parameters, given))
             return false;
     }
+    // A command may come without the parameters that its handler names; a call of a handler that the script has named may not.
+    const bool mayMiss = isCommand && is<EventName>(mMachine.literal(block.children[block::kName], handler.store));
     const Object* wanted = block.children[block::kLabels];
     for (std::size_t i = 0; wanted->kind == ObjectKind::Record && i + 1 < wanted->children.size(); i += 2) {
         const Value label = mMachine.literal(wanted->children[i], handler.store);
@@ -273,7 +275,7 @@ bool Interpreter::bind(std::span<const Value> positional, Value direct, std::spa
         } else if (variable->isBlock(block::OptionalParameter) && variable->children.size() > 2) {
             if (!setLocal(variable->children[0], mMachine.literal(variable->children[2], handler.store)))
                 return false;
-        } else if (label.isCode() == false || !isCommand) {
+        } else if (!label.isCode() || !mayMiss) {
             return missing(label);
         }
     }
