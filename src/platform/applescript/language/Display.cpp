@@ -3,6 +3,7 @@
 
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Files.h"
+#include "platform/applescript/syntax/Keyword.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/applescript/terminology/Terminology.h"
 #include "platform/base/DateText.h"
@@ -44,8 +45,10 @@ std::u16string pluralName(FourCharCode code) {
 
 /// The name of a property, whose key is a symbol or a code.
 std::u16string propertyName(Value key) {
-    if (const Symbol* symbol = as<Symbol>(key))
-        return sourcetext::identifier(symbol->key, symbol->spelling, terms().isTerm(symbol->key));
+    if (const Symbol* symbol = as<Symbol>(key)) {
+        const bool barred = syntax::isReserved(syntax::keywordOf(symbol->key)) || terms().isTerm(symbol->key);
+        return sourcetext::identifier(symbol->key, symbol->spelling, barred);
+    }
     const Term* term = terms().name(key.asCode(), {TermKind::Property, TermKind::Class});
     return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(key.asCode()));
 }
