@@ -2,8 +2,8 @@
 // Chooses the reader for a property list and deals with files and text encodings.
 #include "platform/foundation/Plist.h"
 
-#include "platform/base/strings/StringsFile.h"
 #include "platform/base/SourceEncoding.h"
+#include "platform/base/strings/StringsFile.h"
 #include "platform/base/Text.h"
 #include "platform/foundation/FileBytes.h"
 #include "platform/foundation/PlistReaders.h"

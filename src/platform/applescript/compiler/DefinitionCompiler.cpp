@@ -231,7 +231,8 @@ void HandlerCompiler::importItems(std::span<Object* const> nodes) {
 std::vector<Object*> HandlerCompiler::withoutTermBlocks(std::span<Object* const> nodes) {
     auto isDefinition = [](const Object* node) {
         const Object* inner = unwrapped(node);
-        return inner->isNode(tagOf(NodeKind::Handler)) || inner->isNode(tagOf(NodeKind::Property)) || inner->isNode(tagOf(NodeKind::Script));
+        return inner->isNode(tagOf(NodeKind::Handler)) || inner->isNode(tagOf(NodeKind::Property)) ||
+               inner->isNode(tagOf(NodeKind::Script));
     };
     std::vector<Object*> all;
     for (Object* node : nodes) {

@@ -3,8 +3,8 @@
 //
 // Decision: asked in this order: the bundle of an applet that is installed here or stands at the path that a script names, the user's own
 // folder ($XDG_DATA_HOME/quoddle/dictionaries), the dictionaries that come with the system. So what people have made or put there takes the
-// place of ours. A dictionary is read when the first script of a process asks for it and then kept, because trees and scripts do not own it;
-// a change of the file is seen by the next process.
+// place of ours. A dictionary is read when the first script of a process asks for it and then kept, because trees and scripts do not own
+// it; a change of the file is seen by the next process.
 #pragma once
 
 #include "platform/applescript/syntax/ApplicationLiteral.h"

@@ -41,7 +41,8 @@ std::string stampOf(const std::string& path) {
     struct stat about = {};
     if (::stat(path.c_str(), &about) != 0 || path.find('\n') != std::string::npos)
         return {};
-    return std::to_string(about.st_size) + " " + std::to_string(about.st_mtim.tv_sec) + " " + std::to_string(about.st_mtim.tv_nsec) + " " + path;
+    return std::to_string(about.st_size) + " " + std::to_string(about.st_mtim.tv_sec) + " " + std::to_string(about.st_mtim.tv_nsec) + " " +
+           path;
 }
 
 /// Takes a line off the front.

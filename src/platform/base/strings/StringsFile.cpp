@@ -2,9 +2,9 @@
 // Chooses the reader for a strings table, and reads the text form.
 #include "platform/base/strings/StringsFile.h"
 
+#include "platform/base/SourceEncoding.h"
 #include "platform/base/strings/OpenStepScanner.h"
 #include "platform/base/strings/StringsReaders.h"
-#include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>

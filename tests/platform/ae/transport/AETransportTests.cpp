@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Events over sockets: what arrives, what comes back, and peers that misbehave. Both ends are in this process; the server has a thread of
 // its own.
-#include "platform/ae/transport/AETransport.h"
 #include "platform/ae/AEFlatten.h"
 #include "platform/ae/NSAppleEventManager.h"
 #include "platform/ae/transport/AEAccount.h"
@@ -13,6 +12,7 @@
 #include "platform/ae/transport/AEServer.h"
 #include "platform/ae/transport/AEServerConnection.h"
 #include "platform/ae/transport/AESocket.h"
+#include "platform/ae/transport/AETransport.h"
 #include "platform/base/File.h"
 #include "platform/base/Wait.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The machine with code that no compiler would write, and the bounds on its time and memory.
-#include "platform/applescript/machine/Machine.h"
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/language/Display.h"
+#include "platform/applescript/machine/Machine.h"
 #include "platform/applescript/machine/StoredCode.h"
 #include "platform/base/Text.h"
 

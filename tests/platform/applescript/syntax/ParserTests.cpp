@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The trees that the parser makes of source: those of compiled scripts.
-#include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/syntax/NodeKind.h"
+#include "platform/applescript/syntax/Parser.h"
 #include "platform/applescript/syntax/TreeText.h"
 #include "platform/base/Text.h"
 
