@@ -5,7 +5,7 @@ log {count integers of l, count of text of l, number of numbers of l, count l ea
 log {every integer of {"x"}, integers of {}, count integers of {}} --> {{}, {}, 0}
 log {item 1 of l, 1st item of l, first item of l, front item of l, item -1 of l, last item of l, back item of l} --> {1, 1, 1, 1, missing value, missing value, missing value}
 log {third item of {1, 2, 3}, item 3 of {1, 2, 3}, {1, 2, 3}'s item 3, {1, 2, 3}'s last item} --> {3, 3, 3, 3}
-log {middle item of {1, 2, 3}, middle item of {7}, some item of {9, 9}} --> {2, 7, 9}
+log {middle item of {1, 2, 3}, middle item of {1, 2, 3, 4}, middle item of {7}, some item of {9, 9}} --> {2, 2, 7, 9}
 log {items 2 thru 3 of {1, 2, 3, 4}, items 2 through -1 of {1, 2, 3}, items -2 thru -1 of {1, 2, 3}, items 3 thru 2 of {1, 2, 3}, items from 1 to 2 of {1, 2, 3}} --> {{2, 3}, {2, 3}, {2, 3}, {2, 3}, {1, 2}}
 log {items from item 2 to item 3 of {1, 2, 3}, items beginning thru 2 of {1, 2, 3}, items 2 thru end of {1, 2, 3}} --> {{2, 3}, {1, 2}, {2, 3}}
 log {item 1 of item 2 of {1, {2, 3}}, item 2 of item 2 of {1, {2, 3}}, last item of last item of {{1}, {2, 9}}} --> {2, 3, 9}

@@ -1,6 +1,6 @@
 set s to "abcdef"
 log {character 1 of s, character -1 of s, 3rd character of s, last character of s, tenth character of "0123456789"} --> {"a", "f", "c", "f", "9"}
-log {middle character of "abc", middle character of "a"} --> {"b", "a"}
+log {middle character of "abc", middle character of "abcd", middle character of "a"} --> {"b", "b", "a"}
 log {characters 2 thru 3 of s, characters 5 thru -1 of s, characters -2 thru -1 of s, characters of ""} --> {{"b", "c"}, {"e", "f"}, {"e", "f"}, {}}
 log {text 2 thru 3 of s, text 2 thru -2 of s, text -2 thru -1 of s, text 3 thru 3 of s, text 3 thru 2 of s} --> {"bc", "bcde", "ef", "c", "bc"}
 log {text beginning thru 2 of s, text 5 thru end of s, text from beginning to character 2 of s, text from character 5 to end of s} --> {"ab", "ef", "ab", "ef"}
