@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/language/Display.h"
 
+#include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/syntax/Keyword.h"
@@ -53,6 +54,21 @@ std::u16string propertyName(Value key) {
     return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(key.asCode()));
 }
 
+/// The operators with two sides that the conditions of a filter have, as the instructions that make them.
+constexpr std::pair<Opcode, std::u16string_view> kTestWords[] = {
+    {Opcode::TestEqual, u"="},
+    {Opcode::TestNotEqual, u"≠"},
+    {Opcode::TestGreater, u">"},
+    {Opcode::TestGreaterOrEqual, u"≥"},
+    {Opcode::TestLess, u"<"},
+    {Opcode::TestLessOrEqual, u"≤"},
+    {Opcode::TestStartsWith, u"starts with"},
+    {Opcode::TestEndsWith, u"ends with"},
+    {Opcode::TestContains, u"contains"},
+    {Opcode::TestAnd, u"and"},
+    {Opcode::TestOr, u"or"},
+};
+
 class Displayer {
 public:
     /// `forPeople` shows texts and names without quotes, lists and records without braces.
@@ -66,6 +82,7 @@ private:
     void object(const HeapObject* object);
     void list(const List* list);
     void record(const Record* record);
+    void test(const Specifier* test);
     void specifier(const Specifier* specifier);
     void element(Value elementClass, Value index);
     bool showsContainer(const Specifier* specifier) const;
@@ -135,12 +152,27 @@ void Displayer::element(Value elementClass, Value index) {
     value(index);
 }
 
-/// The running script is not shown as a container, except in a reference to one of its variables.
+/// Neither what a filter examines is shown as a container nor the running script, except in a reference to one of its variables.
 bool Displayer::showsContainer(const Specifier* specifier) const {
     if (specifier->container.isUndefined())
         return false;
+    if (const Specifier* outer = as<Specifier>(specifier->container); outer && outer->form == Specifier::Form::Examined)
+        return false;
     const Script* script = as<Script>(specifier->container);
     return !script || is<Symbol>(script->name) || specifier->flags & Specifier::kIsReference;
+}
+
+void Displayer::test(const Specifier* test) {
+    const auto operation = static_cast<Opcode>(test->a.isInteger() ? test->a.asInteger() : 0);
+    if (operation == Opcode::TestNot) {
+        mOut += u"not ";
+        value(test->container);
+        return;
+    }
+    value(test->container);
+    const auto word = std::find_if(std::begin(kTestWords), std::end(kTestWords), [&](const auto& row) { return row.first == operation; });
+    mOut += word == std::end(kTestWords) ? u" … " : u" " + std::u16string(word->second) + u" ";
+    value(test->b);
 }
 
 void Displayer::specifier(const Specifier* specifier) {
@@ -197,9 +229,7 @@ void Displayer::specifier(const Specifier* specifier) {
         hasContainer = false;
         break;
     case Specifier::Form::Test:
-        value(specifier->container);
-        mOut += u" … ";
-        value(specifier->b);
+        test(specifier);
         hasContainer = false;
         break;
     }
