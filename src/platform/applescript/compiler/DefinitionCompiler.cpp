@@ -57,13 +57,39 @@ Object* HandlerCompiler::parameterName(Object* node) {
     case NodeKind::As:
         return parameterName(children[0]);
     case NodeKind::Literal:
-        if (children[0]->kind == ObjectKind::Block)
-            return children[0];
+        if (children[0]->isBlock(block::OptionalParameterNode) && children[0]->children.size() > 4) {
+            auto parts = children[0]->children;
+            return mStore.block(block::OptionalParameter, {parameterName(parts[2]), parts[3], constant(parts[4])});
+        }
         [[fallthrough]];
     default:
         fail(-2761, u"This is illegal as a formal parameter.", inner);
         return mStore.nil();
     }
+}
+
+/// The value of an expression that is known when the script is compiled: of literals, and of lists and records of literals.
+Object* HandlerCompiler::constant(Object* node) {
+    Object* inner = const_cast<Object*>(unwrapped(node));
+    if (inner->isNode(tagOf(NodeKind::Literal)))
+        return inner->children[0];
+    if (inner->isNode(tagOf(NodeKind::List)) || inner->isNode(tagOf(NodeKind::LinkedList))) {
+        std::vector<Object*> items;
+        for (Object* item : inner->children[0]->children)
+            items.push_back(constant(item));
+        return mStore.block(block::List, {mStore.integer(static_cast<std::int32_t>(items.size())), mStore.block(block::Storage, items)});
+    }
+    if (inner->isNode(tagOf(NodeKind::Record))) {
+        auto fields = inner->children[0]->children;
+        std::vector<Object*> entries;
+        for (std::size_t i = 0; i + 1 < fields.size(); i += 2) {
+            entries.push_back(fields[i]);
+            entries.push_back(constant(fields[i + 1]));
+        }
+        return mStore.record(entries);
+    }
+    fail(OSASyntaxError, u"The default value of a parameter has to be a constant.", inner);
+    return mStore.nil();
 }
 
 Object* HandlerCompiler::parameters(Object* heading) {

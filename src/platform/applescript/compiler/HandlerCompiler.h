@@ -94,6 +94,7 @@ private:
     void declareSlots(std::span<Object* const> nodes);
     Object* parameters(Object* heading);
     Object* parameterName(Object* node);
+    Object* constant(Object* node);
     Object* labels(Object* record);
     Object* finish(Object* name, Object* tree, Object* parameters, Object* labels, bool closure);
     /// Takes over the error of the compiler of an inner handler or script.
