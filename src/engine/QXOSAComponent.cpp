@@ -263,7 +263,7 @@ void QXOSAComponent::setLastResult(const QXOSAIDRef& lastResult) {
     try {
         setScratchResult(lastResult);
     } catch (...) {
-        // Nobody needs to know that the result could not be kept.
+        // The last result is a convenience: a run counts although its result could not be kept.
     }
 }
 

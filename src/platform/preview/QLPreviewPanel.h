@@ -54,7 +54,7 @@ public:
     void makeKeyAndOrderFront();
     /// Hides the panel and takes it away from its controller.
     void orderOut();
-    /// Also true while the panel is still growing from its row.
+    /// Whether the panel is shown, also while it is still growing from its row.
     bool isVisible() const { return mIsOrderedIn; }
 
     /// Asks the data source for the number of items and shows the current one. A file that is already shown is not read again.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where a bundle keeps its scripting definition.
+// Finds the scripting definition in a bundle.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a scripting definition (.sdef) says about an application: its classes with properties and elements, its commands, enumerations and
-// types, as plain values.
+// A scripting definition (.sdef) describes what scripts can tell an application: its classes with properties and elements, its commands,
+// enumerations and types, as plain values.
 //
 // Decision: definitions stand in the order of the file, with what is included in its place, because the order decides between definitions
 // that share a word. What definitions mean for scripts (which words, which codes) is decided elsewhere; nothing is merged here: an

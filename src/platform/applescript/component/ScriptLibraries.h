@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Where script libraries are: the files behind `script "NAME"`.
+// Finds script libraries, the files behind `script "NAME"`.
 #pragma once
 
 #include <optional>

@@ -152,7 +152,7 @@ void Displayer::element(Value elementClass, Value index) {
     value(index);
 }
 
-/// Neither what a filter examines is shown as a container nor the running script, except in a reference to one of its variables.
+/// The examined object of a filter is not shown as a container. The running script is one only of its variables.
 bool Displayer::showsContainer(const Specifier* specifier) const {
     if (specifier->container.isUndefined())
         return false;
