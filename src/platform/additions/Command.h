@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the commands of the Standard Additions share: their signature, parameters, results and errors.
+// The common ground of the commands of the Standard Additions: their signature, parameters, results and errors.
 #pragma once
 
 #include "platform/ae/NSAppleEventManager.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the commands for file contents share: finding the file that is meant, and counting positions.
+// The common ground of the commands for file contents: finding the file that is meant, and counting positions.
 #pragma once
 
 #include "platform/additions/OpenFiles.h"

@@ -17,7 +17,7 @@ namespace quoddle::additions {
 
 class HelperProcess {
 public:
-    /// What happens to the helper when the caller gives up waiting, or ends.
+    /// The helper's fate when the caller gives up waiting, or ends.
     enum class Ending {
         withUs, ///< killed when it is busy
         stays   ///< left alone in a session of its own, because it holds something; it ends when it is done

@@ -12,7 +12,7 @@
 
 namespace quoddle {
 
-/// What happens to contents of the old folder that the new one does not have.
+/// The fate of contents of the old folder that the new one does not have.
 enum class OldContent {
     kept, ///< copied: files with their permissions, links as links; what cannot be copied is an error, -50 for things of other kinds
     dropped

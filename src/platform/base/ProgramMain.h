@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every program does around its work: it checks that its output was really written, keeps files off the numbers of closed standard
+// The frame around every program's work: it checks that its output was really written, keeps files off the numbers of closed standard
 // streams, and ends with a message instead of a crash when memory is short.
 #pragma once
 

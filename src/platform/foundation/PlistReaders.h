@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the readers of property lists share. Private to Plist.
+// The common ground of the readers of property lists. Private to Plist.
 #pragma once
 
 #include "platform/foundation/Plist.h"

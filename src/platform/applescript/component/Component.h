@@ -155,7 +155,7 @@ private:
     Machine mMachine;
     std::vector<ExecutionContext*> mIdleContexts;
     std::unordered_map<OSAID, Slot> mSlots;
-    std::unordered_map<std::string, Value> mLibraries; // by file
+    std::unordered_map<std::string, Value> mLibraries; // by file; undefined while it is loaded
     std::string mLocation; // location of the script that runs on the thread that holds the lock; empty when unknown
     OSAID mLastID = 0;
     Value mLastResult;

@@ -124,15 +124,20 @@ Value Component::library(std::u16string_view name) {
     const auto file = fileOfLibrary(utf8FromUTF16(name), bundleOfScriptFile(mLocation));
     if (!file)
         return {};
-    if (const auto known = mLibraries.find(*file); known != mLibraries.end())
+    if (const auto [known, isNew] = mLibraries.try_emplace(*file); !isNew)
         return known->second;
     const Value script = scriptFromFile(*file);
-    if (!script.isFailure())
+    if (script.isFailure())
+        mLibraries.erase(*file);
+    else
         mLibraries[*file] = script;
     return script;
 }
 
 bool Component::hasLibrary(const syntax::UsedLibrary& used) {
+    const auto file = fileOfLibrary(utf8FromUTF16(used.name), bundleOfScriptFile(mLocation));
+    if (const auto known = file ? mLibraries.find(*file) : mLibraries.end(); known != mLibraries.end() && known->second.isUndefined())
+        return true; // libraries may use each other: this one is being compiled
     const Value script = library(used.name);
     mMachine.error() = ScriptError();
     if (used.version.empty() || !is<Script>(script))

@@ -3,7 +3,7 @@
 // other units.
 //
 // Decision: most names have no character that an expression could match with ASCII letters although it is none, or that "." does not match.
-// Such names are called plain; only the others need the expression.
+// Names without such characters are called plain; only the others need the expression.
 #pragma once
 
 #include <optional>

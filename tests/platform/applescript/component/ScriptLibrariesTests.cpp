@@ -83,6 +83,14 @@ TEST_F(ScriptLibrariesTest, AMissingOneIsAnErrorOfItsStatement) {
     EXPECT_EQ(run("script \"None\"'s f()"), "Can’t get script \"None\".");
 }
 
+TEST_F(ScriptLibrariesTest, MayUseEachOther) {
+    write("Even.applescript", "use odd : script \"Odd\"\non test(n)\nif n = 0 then return true\nreturn odd's test(n - 1)\nend test");
+    write("Odd.applescript", "use even : script \"Even\"\non test(n)\nif n = 0 then return false\nreturn even's test(n - 1)\nend test");
+    write("Own.applescript", "use own : script \"Own\"\nproperty n : 1\non same()\nset n to 7\nreturn n of own = 7\nend same");
+    EXPECT_EQ(run("use even : script \"Even\"\nuse own : script \"Own\"\n{even's test(5), even's test(4), own's same()}"),
+              "{false, true, true}");
+}
+
 TEST_F(ScriptLibrariesTest, ThoseOfTheScriptsBundleComeFirst) {
     write("Words.applescript", "on said()\nreturn \"everybody's\"\nend said");
     write("A.scptd/Contents/Resources/Script Libraries/Words.applescript", "on said()\nreturn \"its own\"\nend said");

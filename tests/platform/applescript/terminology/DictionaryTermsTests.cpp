@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a dictionary says, as words and codes of scripts.
+// The words and codes that scripts get from a dictionary.
 #include "platform/applescript/terminology/DictionaryTerms.h"
 
 #include "platform/applescript/terminology/ShippedDictionaries.h"
