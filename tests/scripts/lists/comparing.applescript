@@ -13,3 +13,12 @@ copy l to m
 log {l = m, l is m, l is not m} --> {true, true, false}
 set end of m to 3
 log {l = m, m contains l, m starts with l} --> {false, true, true}
+
+-- As deep as memory allows
+set l to {}
+set m to {}
+repeat 20000 times
+	set l to {l, 1}
+	set m to {m, 1}
+end repeat
+log {l = m, {l, 2} = {m, 3}} --> {true, false}

@@ -61,3 +61,10 @@ on error m number n
 	log {m, n} --> {"Can’t get end of {}.", -1728}
 end try
 log {a reference to item 2 of {1, 2}} --> {item 2 of {1, 2}}
+script sized
+	property size_ : 4
+end script
+property target : 1
+set target to sized
+set r to a reference to target
+log {size_ of (contents of r), contents of sized is sized} --> {4, true}

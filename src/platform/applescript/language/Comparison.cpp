@@ -21,7 +21,7 @@ using namespace machine;
 
 namespace {
 
-constexpr int kMaximumDepth = 200;
+constexpr int kMostListsOfOne = 200;
 
 // --- Texts
 
@@ -178,21 +178,22 @@ bool areEqualTexts(Machine& machine, std::u16string_view left, std::u16string_vi
 
 namespace {
 
-/// One comparison of two values for equality. The first difference ends it.
+/// One comparison of two values for equality. The first difference ends it. Values may be nested as deeply as memory allows: what is still
+/// to be compared is kept in a list of its own, not on the thread's stack.
 class EqualityTest {
 public:
     explicit EqualityTest(Machine& machine) : mMachine(machine) {}
 
-    bool areEqual(Value left, Value right, int depth);
+    bool areEqual(Value left, Value right);
 
 private:
-    bool areEqualObjects(const HeapObject* left, const HeapObject* right, int depth);
-    bool areEqualLists(const List* left, const List* right, int depth);
-    bool areEqualRecords(const Record* left, const Record* right, int depth);
-    bool areEqualSpecifiers(const Specifier* left, const Specifier* right, int depth);
-    bool isKnown(const HeapObject* left, const HeapObject* right);
-
-    static constexpr std::size_t kPairsNotNoted = 10000;
+    /// Two lists, records or specifiers of one shape, of which some parts are still to be compared.
+    struct Open {
+        const HeapObject* left;
+        const HeapObject* right;
+        std::size_t count;
+        std::size_t next = 0;
+    };
     using Pair = std::pair<const HeapObject*, const HeapObject*>;
     struct PairHash {
         std::size_t operator()(const Pair& pair) const {
@@ -200,21 +201,41 @@ private:
         }
     };
 
+    bool mayBeEqual(Value left, Value right);
+    bool mayBeEqualObjects(const HeapObject* left, const HeapObject* right);
+    bool open(const HeapObject* left, const HeapObject* right, std::size_t leftCount, std::size_t rightCount);
+    bool compareNextPart(Open& open);
+    bool isKnown(const HeapObject* left, const HeapObject* right);
+
+    static constexpr std::size_t kPairsNotNoted = 10000;
+
     Machine& mMachine;
+    std::vector<Open> mOpen;
     std::size_t mPairs = 0;
     std::unordered_set<Pair, PairHash> mKnown;
 };
+
+bool EqualityTest::areEqual(Value left, Value right) {
+    if (!mayBeEqual(left, right))
+        return false;
+    while (!mOpen.empty()) {
+        if (mOpen.back().next == mOpen.back().count)
+            mOpen.pop_back();
+        else if (!compareNextPart(mOpen.back()))
+            return false;
+    }
+    return true;
+}
 
 /// Whether this pair has been, or is being, compared. Otherwise lists that hold a list many times, or themselves, would take for ever.
 bool EqualityTest::isKnown(const HeapObject* left, const HeapObject* right) {
     return ++mPairs > kPairsNotNoted && !mKnown.emplace(left, right).second;
 }
 
-bool EqualityTest::areEqual(Value left, Value right, int depth) {
+/// False when the values differ. The parts of lists, records and specifiers are left open.
+bool EqualityTest::mayBeEqual(Value left, Value right) {
     if (left == right)
         return true;
-    if (depth > kMaximumDepth)
-        return false;
     if (left.isNumber() && right.isNumber())
         return left.asNumber() == right.asNumber();
     if (left.isConstant() && right.isConstant())
@@ -225,19 +246,19 @@ bool EqualityTest::areEqual(Value left, Value right, int depth) {
         return one(left.asCode()) == one(right.asCode());
     }
     return left.isObject() && right.isObject() && left.asObject()->type == right.asObject()->type &&
-           areEqualObjects(left.asObject(), right.asObject(), depth);
+           mayBeEqualObjects(left.asObject(), right.asObject());
 }
 
-bool EqualityTest::areEqualObjects(const HeapObject* left, const HeapObject* right, int depth) {
+bool EqualityTest::mayBeEqualObjects(const HeapObject* left, const HeapObject* right) {
     switch (left->type) {
     case HeapType::Text:
         return areEqualTexts(mMachine, static_cast<const Text*>(left)->view(), static_cast<const Text*>(right)->view());
     case HeapType::List:
-        return areEqualLists(static_cast<const List*>(left), static_cast<const List*>(right), depth);
+        return open(left, right, static_cast<const List*>(left)->count, static_cast<const List*>(right)->count);
     case HeapType::Record:
-        return areEqualRecords(static_cast<const Record*>(left), static_cast<const Record*>(right), depth);
+        return open(left, right, static_cast<const Record*>(left)->entries.size(), static_cast<const Record*>(right)->entries.size());
     case HeapType::Specifier:
-        return areEqualSpecifiers(static_cast<const Specifier*>(left), static_cast<const Specifier*>(right), depth);
+        return static_cast<const Specifier*>(left)->form == static_cast<const Specifier*>(right)->form && open(left, right, 4, 4);
     case HeapType::Date:
         return static_cast<const Date*>(left)->seconds == static_cast<const Date*>(right)->seconds;
     case HeapType::Data: {
@@ -260,29 +281,25 @@ bool EqualityTest::areEqualObjects(const HeapObject* left, const HeapObject* rig
     }
 }
 
-bool EqualityTest::areEqualLists(const List* left, const List* right, int depth) {
-    if (left->count != right->count)
+bool EqualityTest::open(const HeapObject* left, const HeapObject* right, std::size_t leftCount, std::size_t rightCount) {
+    if (leftCount != rightCount)
         return false;
-    if (isKnown(left, right))
-        return true;
-    for (std::uint32_t i = 0; i < left->count; ++i)
-        if (!areEqual(left->items[i], right->items[i], depth + 1))
-            return false;
+    if (!isKnown(left, right))
+        mOpen.push_back({left, right, leftCount});
     return true;
 }
 
-bool EqualityTest::areEqualRecords(const Record* left, const Record* right, int depth) {
-    if (left->entries.size() != right->entries.size())
-        return false;
-    return isKnown(left, right) || std::all_of(left->entries.begin(), left->entries.end(), [&](const Record::Entry& entry) {
-               const Record::Entry* other = right->find(entry.key);
-               return other && areEqual(entry.value, other->value, depth + 1);
-           });
-}
-
-bool EqualityTest::areEqualSpecifiers(const Specifier* left, const Specifier* right, int depth) {
-    return left->form == right->form && areEqual(left->container, right->container, depth + 1) && areEqual(left->a, right->a, depth + 1) &&
-           areEqual(left->b, right->b, depth + 1) && areEqual(left->c, right->c, depth + 1);
+bool EqualityTest::compareNextPart(Open& open) {
+    const std::size_t index = open.next++;
+    if (open.left->type == HeapType::List)
+        return mayBeEqual(static_cast<const List*>(open.left)->items[index], static_cast<const List*>(open.right)->items[index]);
+    if (open.left->type == HeapType::Record) {
+        const Record::Entry& entry = static_cast<const Record*>(open.left)->entries[index];
+        const Record::Entry* other = static_cast<const Record*>(open.right)->find(entry.key);
+        return other && mayBeEqual(entry.value, other->value);
+    }
+    static constexpr Value Specifier::*kParts[] = {&Specifier::container, &Specifier::a, &Specifier::b, &Specifier::c};
+    return mayBeEqual(static_cast<const Specifier*>(open.left)->*kParts[index], static_cast<const Specifier*>(open.right)->*kParts[index]);
 }
 
 } // namespace
@@ -293,7 +310,7 @@ bool areEqual(Machine& machine, Value left, Value right) {
         return left.asNumber() == right.asNumber();
     if (const Text* text = as<Text>(left), *other = as<Text>(right); text && other)
         return areEqualTexts(machine, text->view(), other->view());
-    return EqualityTest(machine).areEqual(left, right, 0);
+    return EqualityTest(machine).areEqual(left, right);
 }
 
 Value compare(Machine& machine, Relation relation, Value left, Value right) {
@@ -316,7 +333,7 @@ Value compare(Machine& machine, Relation relation, Value left, Value right) {
     // QUIRK: a list of one is ordered like its item; scripts compare results of `whose` so. The depth is bounded, because such a list may
     // hold itself.
     int depth = 0;
-    for (const List* list = as<List>(left); list && list->count == 1 && depth < kMaximumDepth; list = as<List>(left), ++depth) {
+    for (const List* list = as<List>(left); list && list->count == 1 && depth < kMostListsOfOne; list = as<List>(left), ++depth) {
         left = list->items[0];
         if (!followBoth(machine, left, right))
             return Value::failure();

@@ -22,10 +22,12 @@ namespace {
 
 const Value kContents = Value::code("pcnt"_4cc);
 
-/// Whether a container may have a property "contents" of its own, as scripts and records may.
-bool hasContents(Value container) {
+/// Whether a script or a record has a property "contents" of its own.
+bool hasContents(Machine& machine, Value container) {
+    if (Script* script = as<Script>(container))
+        return machine.findSlot(script, kContents);
     const Record* record = as<Record>(container);
-    return is<Script>(container) || (record && record->find(kContents));
+    return record && record->find(kContents);
 }
 
 Value noSuchProperty(Machine& machine, Value container, Value key) {
@@ -206,13 +208,13 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
             !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) && key != kContents && !(key == Value::code("pcls"_4cc)))
             return evaluate(machine, specifier(), how);
         container = follow(machine, container);
-        if (container.isFailure() || (key == kContents && !hasContents(container)))
+        if (container.isFailure() || (key == kContents && !hasContents(machine, container)))
             return container;
         return getProperty(machine, container, key, how);
     }
-    // "contents" of a reference is the value itself, of any other value a copy.
-    if (key == kContents && !hasContents(container))
-        return deepCopy(machine, container);
+    // "contents" of a reference or a script is the value itself, of any other value a copy.
+    if (key == kContents && !hasContents(machine, container))
+        return is<Script>(container) ? container : deepCopy(machine, container);
     const Value own = ownProperty(machine, container, key);
     if (!own.isFailure())
         return own;

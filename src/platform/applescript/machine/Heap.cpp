@@ -49,11 +49,14 @@ std::size_t sizeOf(HeapType type) {
     return 0;
 }
 
+/// Shorter texts get no room to grow: most of them are joined once.
+constexpr std::uint32_t kLengthThatGrows = 16;
+
 TextBuffer* makeBuffer(std::size_t capacity) {
     void* memory = std::malloc(sizeof(TextBuffer) + capacity * sizeof(char16_t));
     if (!memory)
         throw std::bad_alloc();
-    return new (memory) TextBuffer{1, 0, static_cast<std::uint32_t>(capacity)};
+    return new (memory) TextBuffer{1, 0, 0, static_cast<std::uint32_t>(capacity)};
 }
 
 template<class Buffer>
@@ -266,35 +269,54 @@ Text* Heap::substring(const Text* whole, std::size_t start, std::size_t length) 
     return text;
 }
 
-Text* Heap::concatenate(const Text* left, const Text* second) {
-    const std::u16string_view right = second->view();
-    const std::size_t length = std::size_t(left->length) + right.size();
+Text* Heap::concatenate(const Text* left, const Text* right) {
+    const std::size_t length = std::size_t(left->length) + right->length;
     if (length > kMaximumTextLength)
         return nullptr;
-    TextBuffer* buffer = left->buffer;
-    const bool atEnd = buffer && left->characters + left->length == buffer->characters() + buffer->used;
+    TextBuffer* const first = left->buffer;
+    TextBuffer* const second = right->buffer;
+    const bool atEnd = first && left->characters + left->length == first->characters() + first->used;
+    const bool atBeginning = second && right->characters == second->characters() + second->begin;
     Text* text = make<Text>();
-    if (atEnd && buffer->used + right.size() <= buffer->capacity) {
-        ++buffer->references;
+    if (atEnd && right->length <= first->capacity - first->used) {
+        // `right` may lie in the same buffer, but always before `used`, so the two do not overlap.
+        std::memcpy(first->characters() + first->used, right->characters, right->length * sizeof(char16_t));
+        first->used += right->length;
+        ++first->references;
+        text->buffer = first;
         text->characters = left->characters;
+    } else if (atBeginning && left->length <= second->begin) {
+        second->begin -= left->length;
+        std::memcpy(second->characters() + second->begin, left->characters, left->length * sizeof(char16_t));
+        ++second->references;
+        text->buffer = second;
+        text->characters = second->characters() + second->begin;
     } else {
-        // A text that is appended to tends to be appended to again, so it gets room for that.
-        const std::size_t capacity = atEnd && left->length >= 16 ? std::min(length * 2, kMaximumTextLength) : length;
-        buffer = makeBuffer(capacity);
-        std::memcpy(buffer->characters(), left->characters, left->length * sizeof(char16_t));
-        buffer->used = left->length;
-        text->characters = buffer->characters();
-        mAllocated += capacity * sizeof(char16_t) + sizeof(TextBuffer);
+        // A text that has grown at one side tends to grow there again, so it gets room for that, and keeps the room at the other side.
+        const bool growsBehind = atEnd && left->length >= kLengthThatGrows;
+        const bool growsBefore = atBeginning && right->length >= kLengthThatGrows && right->length > left->length;
+        const bool beginsBuffer = first && left->characters == first->characters() + first->begin;
+        const bool endsBuffer = second && right->characters + right->length == second->characters() + second->used;
+        const std::size_t most = kMaximumTextLength - length;
+        const std::size_t before = std::min(growsBefore ? length : growsBehind && beginsBuffer ? first->begin : 0, most);
+        const std::size_t behind = std::min(growsBehind                 ? length
+                                            : growsBefore && endsBuffer ? second->capacity - second->used
+                                                                        : 0,
+                                            most - before);
+        TextBuffer* buffer = makeBuffer(before + length + behind);
+        text->buffer = buffer;
+        text->characters = buffer->characters() + before;
+        std::memcpy(buffer->characters() + before, left->characters, left->length * sizeof(char16_t));
+        std::memcpy(buffer->characters() + before + left->length, right->characters, right->length * sizeof(char16_t));
+        buffer->begin = static_cast<std::uint32_t>(before);
+        buffer->used = static_cast<std::uint32_t>(before + length);
+        mAllocated += buffer->capacity * sizeof(char16_t) + sizeof(TextBuffer);
     }
-    // `right` may lie in the same buffer, but always before `used`, so the two do not overlap.
-    std::memcpy(buffer->characters() + buffer->used, right.data(), right.size() * sizeof(char16_t));
-    buffer->used += static_cast<std::uint32_t>(right.size());
-    text->buffer = buffer;
     text->length = static_cast<std::uint32_t>(length);
     const bool joinsLineEnd =
-        left->length > 0 && text->characters[left->length - 1] == u'\r' && !right.empty() && text->characters[left->length] == u'\n';
+        left->length > 0 && right->length > 0 && text->characters[left->length - 1] == u'\r' && text->characters[left->length] == u'\n';
     if (!joinsLineEnd)
-        text->flags = left->flags & second->flags & Text::kKnownSimple;
+        text->flags = left->flags & right->flags & Text::kKnownSimple;
     return text;
 }
 

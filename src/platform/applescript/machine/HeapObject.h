@@ -62,10 +62,12 @@ struct EventName : HeapObject {
           bytes(eventBytes) {}
 };
 
-/// Room for characters that several texts share. A text that grows at the end of its buffer takes the free room behind.
+/// Room for characters that several texts share. A text that grows at the end of its buffer takes the free room behind, one that grows at
+/// the beginning the free room in front.
 struct TextBuffer {
     std::uint32_t references;
-    std::uint32_t used;
+    std::uint32_t begin; // units of free room in front
+    std::uint32_t used;  // where the free room behind begins
     std::uint32_t capacity;
     char16_t* characters() { return reinterpret_cast<char16_t*>(this + 1); }
 };
