@@ -15,7 +15,8 @@ script Base
 end script
 log {n of Base, Base's n, derived, viaTop of Base} --> {10, 10, 2, 1}
 Base's bump()
-log {Base's n, Base's bumpMine()} --> {11, 111}
+log Base's n --> 11
+log Base's bumpMine() --> 111
 set n of Base to 0
 set Base's l to {1}
 set end of Base's l to 2
@@ -45,10 +46,12 @@ set {a, b} to {counter(0), counter(10)}
 a's next_()
 a's next_()
 b's next_()
-log {n of a, n of b, a's next_(), a = b} --> {2, 11, 3, false}
+log {n of a, n of b, a = b} --> {2, 11, false}
+log a's next_() --> 3
 tell a
 	set its n to 100
-	log {n of it, next_()} --> {100, 101}
+	log n of it --> 100
+	log next_() --> 101
 end tell
 log {{a, b}'s length, n of item 2 of {a, b}, {me, a} contains a} --> {2, 11, true}
 set held to {inner:a}

@@ -13,6 +13,7 @@ log {text from word 2 to word 3 of s, text (word 2) thru (word 3) of s, text (wo
 log text from word 2 to word 2 of "one  two,  three" --> "two"
 log {character 1 of word 2 of s, characters 1 thru 2 of word 3 of s, last character of last word of s} --> {"t", {"t", "h"}, "r"}
 log {count words of s, number of words of s, count of words of s, count every word of s, length of words of s} --> {4, 4, 4, 4, 4}
+log {class of words of s, class of every word of s, rest of words of s, 1} --> {list, list, {"two", "three", "four"}, 1}
 log {words 1 thru 2 of s as text, (words of s)'s first item, item 2 of words of s} --> {"onetwo", "one", "two"}
 log reverse of words of s --> {"four", "three", "two", "one"}
 set refused to {}

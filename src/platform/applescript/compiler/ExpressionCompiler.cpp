@@ -124,7 +124,7 @@ void HandlerCompiler::expressionBody(Object* node) {
         return continueCall(node);
     case NodeKind::Of:
         expression(node->children[1]);
-        return part(node->children[0]);
+        return unwrapped(node->children[1])->isNode(tagOf(NodeKind::Me)) ? partOfMe(node->children[0]) : part(node->children[0]);
     default:
         if (node->isNode(tagOf(NodeKind::Term)) && isLanguageProperty(node->children[0]->code()))
             return variable(node->children[0]);
@@ -133,9 +133,11 @@ void HandlerCompiler::expressionBody(Object* node) {
             return examine(node);
         }
         if (isReference(node)) {
-            // An application never is an element of the target of a `tell`.
+            // An application by a known identifier and a file by a known path never are elements of the target of a `tell`.
             const bool isApplication = node->isNode(tagOf(NodeKind::ElementByKey)) && node->children[0]->code() == "capp"_4cc;
-            mCode.emit(isApplication ? Opcode::PushMe : Opcode::PushIt);
+            const bool isFile = node->isNode(tagOf(NodeKind::Element)) && node->children[0]->code() == "psxf"_4cc;
+            const bool isKnown = (isApplication || isFile) && unwrapped(node->children[1])->isNode(tagOf(NodeKind::Literal));
+            mCode.emit(isKnown ? Opcode::PushMe : Opcode::PushIt);
             return part(node);
         }
         fail(OSASyntaxError, u"Expected an expression.", node);
@@ -179,21 +181,24 @@ void HandlerCompiler::variable(Object* name) {
         mCode.emitLocal(Opcode::PushVariable, Opcode::PushVariableLong, place.index);
 }
 
+/// Whether an expression is the name of a property or global of the script.
+bool HandlerCompiler::isScriptVariable(const Object* node) {
+    if (!node->isNode(tagOf(NodeKind::Variable)) || node->children[0]->kind != ObjectKind::Identifier)
+        return false;
+    const Scope::Place place = placeOf(node->children[0]);
+    return place.found == Scope::Found::Global || (place.found == Scope::Found::Outside && place.kind == Scope::Kind::Script);
+}
+
 /// A variable of the script is a property, to which there can be a reference. A variable of the handler gives only its value.
 void HandlerCompiler::referenceTo(Object* node) {
     const Object* inner = unwrapped(node);
     if (inner->isNode(tagOf(NodeKind::Literal))) // QUIRK: "a reference to 5" is 5; scripts spell constants of frameworks that way
         return expression(node);
-    if (inner->isNode(tagOf(NodeKind::Variable)) && inner->children[0]->kind == ObjectKind::Identifier) {
-        const Scope::Place place = placeOf(inner->children[0]);
-        const bool isScripts =
-            place.found == Scope::Found::Global || (place.found == Scope::Found::Outside && place.kind == Scope::Kind::Script);
-        if (isScripts) {
-            mCode.emit(Opcode::PushMe);
-            mCode.pushLiteral(inner->children[0]);
-            mCode.emit(Opcode::MakeProperty);
-            return mCode.emit(Opcode::MakeReference);
-        }
+    if (isScriptVariable(inner)) {
+        mCode.emit(Opcode::PushMe);
+        mCode.pushLiteral(inner->children[0]);
+        mCode.emit(Opcode::MakeProperty);
+        return mCode.emit(Opcode::MakeReference);
     }
     expression(node);
     mCode.emit(Opcode::MakeReference);
@@ -202,7 +207,7 @@ void HandlerCompiler::referenceTo(Object* node) {
 void HandlerCompiler::makeList(Object* node) {
     auto items = node->children[0]->children;
     for (Object* item : items)
-        valueOf(item);
+        expression(item);
     mCode.pushInteger(static_cast<std::int32_t>(items.size()));
     mCode.emit(Opcode::MakeVector);
 }
@@ -211,7 +216,7 @@ void HandlerCompiler::makeRecord(Object* node) {
     auto entries = node->children[0]->children;
     for (std::size_t i = 0; i + 1 < entries.size(); i += 2) {
         mCode.pushLiteral(entries[i]);
-        valueOf(entries[i + 1]);
+        expression(entries[i + 1]);
     }
     mCode.pushInteger(static_cast<std::int32_t>(entries.size()));
     mCode.emit(Opcode::MakeRecord);

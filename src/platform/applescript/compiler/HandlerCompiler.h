@@ -52,6 +52,7 @@ private:
     bool isReference(const Object* node) const;
     /// Compiles the part of a reference, whose container is on the stack.
     void part(Object* node);
+    void partOfMe(Object* node);
     /// Compiles an expression that may start from the container on the stack. The container is taken from the stack in any case.
     void withContainer(Object* node);
     bool startsFromContainer(const Object* node) const;
@@ -106,6 +107,7 @@ private:
     /// The statements of a script. Definitions within `using terms from` are the script's own, so such a block is taken apart.
     static std::vector<Object*> withoutTermBlocks(std::span<Object* const> nodes);
     static const Object* unwrapped(const Object* node);
+    bool isScriptVariable(const Object* node);
 
     ObjectStore& mStore;
     CodeBuilder mCode;

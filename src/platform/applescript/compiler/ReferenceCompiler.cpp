@@ -115,6 +115,21 @@ void HandlerCompiler::part(Object* node) {
     node->end = static_cast<std::uint16_t>(mCode.size());
 }
 
+/// Compiles what follows "my". In "my f() of x" a variable x of the script is its property, found through `my`.
+void HandlerCompiler::partOfMe(Object* node) {
+    Object* end = node;
+    std::vector<Object*> parts;
+    while (unwrapped(end)->isNode(tagOf(NodeKind::Of))) {
+        parts.push_back(unwrapped(end)->children[0]);
+        end = unwrapped(end)->children[1];
+    }
+    if (parts.empty() || !isScriptVariable(unwrapped(end)))
+        return part(node);
+    part(end);
+    for (auto next = parts.rbegin(); next != parts.rend(); ++next)
+        part(*next);
+}
+
 /// In "{name, size} of x" each item gets a copy of the container.
 void HandlerCompiler::listPart(Object* node) {
     auto items = node->children[0]->children;

@@ -225,7 +225,7 @@ void HandlerCompiler::ifStatement(Object* node) {
     Label end;
     auto arm = [&](Object* condition, Object* body) {
         Label next;
-        expression(condition);
+        valueOf(condition);
         mCode.branch(Opcode::TestIf, next);
         block(body);
         mCode.branch(Opcode::Jump, end);
@@ -247,7 +247,7 @@ void HandlerCompiler::loop(Object* node) {
     Label exit, again;
     mCode.branch(Opcode::LinkRepeat, exit);
     if (node->isNode(tagOf(NodeKind::RepeatTimes))) {
-        expression(node->children[1]);
+        valueOf(node->children[1]);
         mCode.emit(Opcode::Push1);
     }
     mCode.emit(Opcode::PushUndefined);
@@ -257,7 +257,7 @@ void HandlerCompiler::loop(Object* node) {
     } else if (node->isNode(tagOf(NodeKind::Repeat))) {
         mCode.emit(Opcode::Pop);
     } else {
-        expression(node->children[1]);
+        valueOf(node->children[1]);
         mCode.emit(node->isNode(tagOf(NodeKind::RepeatWhile)) ? Opcode::RepeatWhile : Opcode::RepeatUntil);
     }
     loopBody(node->children[0]);
@@ -300,10 +300,10 @@ void HandlerCompiler::repeatFrom(Object* node) {
         return fail(OSASyntaxError, u"Expected variable name.", node->children[1]);
     Label exit, again;
     mCode.branch(Opcode::LinkRepeat, exit);
-    expression(node->children[2]);
-    expression(node->children[3]);
+    valueOf(node->children[2]);
+    valueOf(node->children[3]);
     if (node->children.size() > 4 && !node->children[4]->isNil())
-        expression(node->children[4]);
+        valueOf(node->children[4]);
     else
         mCode.emit(Opcode::Push1);
     mCode.emit(Opcode::PushUndefined);

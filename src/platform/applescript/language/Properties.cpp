@@ -10,7 +10,9 @@
 #include "platform/applescript/language/TextElements.h"
 #include "platform/base/Text.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <unicode/utf16.h>
 #include <unordered_map>
 
@@ -193,6 +195,11 @@ Value textFromCodePoints(Machine& machine, Value points) {
     return Value::object(machine.heap().text(text));
 }
 
+bool isPropertyOfList(Value key) {
+    static constexpr FourCharCode kCodes[] = {"leng"_4cc, "nmbr"_4cc, "rvse"_4cc, "rest"_4cc, "pcnt"_4cc, "pcls"_4cc};
+    return key.isCode() && std::find(std::begin(kCodes), std::end(kCodes), key.asCode()) != std::end(kCodes);
+}
+
 Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
     const auto specifier = [&] {
         return Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
@@ -204,8 +211,7 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
     if (const Specifier* holder = as<Specifier>(container)) {
         if (!isLocal(container))
             return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
-        if (isMany(holder->form) && !(key == Value::code("leng"_4cc)) && !(key == Value::code("nmbr"_4cc)) &&
-            !(key == Value::code("rvse"_4cc)) && !(key == Value::code("rest"_4cc)) && key != kContents && !(key == Value::code("pcls"_4cc)))
+        if (isMany(holder->form) && !isPropertyOfList(key))
             return evaluate(machine, specifier(), how);
         container = follow(machine, container);
         if (container.isFailure() || (key == kContents && !hasContents(machine, container)))

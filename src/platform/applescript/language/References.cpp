@@ -226,13 +226,14 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
         if (container.isFailure())
             return container;
     }
+    const bool asksList = what->form == Specifier::Form::Property && isPropertyOfList(what->a);
     switch (what->form) {
     case Specifier::Form::Property:
     case Specifier::Form::Element:
         if (what->a == kNumber && what->form == Specifier::Form::Property && holder && isMany(holder->form))
             return count(machine, container);
         // "length of every word" gives one answer for each word. But "item 2 of words" is the second word.
-        if (holder && isMany(holder->form) && is<List>(container) && !isItem(*what)) {
+        if (holder && isMany(holder->form) && is<List>(container) && !isItem(*what) && !asksList) {
             const List* many = as<List>(container);
             std::vector<Value> answers;
             for (std::uint32_t i = 0; i < many->count; ++i) {
@@ -311,9 +312,9 @@ bool isMany(Specifier::Form form) {
     return form == Specifier::Form::Every || form == Specifier::Form::Range || form == Specifier::Form::Filter;
 }
 
-/// "POSIX file" is always the language's own, because applications know no such class.
-bool isPosixFile(const Specifier& specifier) {
-    return specifier.form == Specifier::Form::Element && specifier.a == Value::code("psxf"_4cc);
+/// Whether an object never is an element of the target of a `tell`: applications know no POSIX files and hold no applications.
+bool isOfLanguage(Value elementClass) {
+    return elementClass == Value::code("psxf"_4cc) || elementClass == Value::code("capp"_4cc);
 }
 
 bool isLocal(Value container) {
@@ -323,9 +324,8 @@ bool isLocal(Value container) {
         const Specifier* specifier = as<Specifier>(container);
         if (!specifier)
             return true;
-        if (specifier->form == Specifier::Form::ElementByKey && specifier->a == Value::code("capp"_4cc))
-            return true;
-        if (isPosixFile(*specifier))
+        const bool isElement = specifier->form == Specifier::Form::Element || specifier->form == Specifier::Form::ElementByKey;
+        if (isElement && isOfLanguage(specifier->a))
             return true;
         if (specifier->form == Specifier::Form::Examined || specifier->form == Specifier::Form::Test)
             return false;
@@ -374,11 +374,11 @@ Value evaluate(Machine& machine, Value value, Evaluate how) {
 
 Value getElement(Machine& machine, Value container, Value elementClass, Value index, Evaluate how) {
     if (how != Evaluate::Never) {
+        if (bool isOne; isOfLanguage(elementClass))
+            return madeFromText(machine, elementClass.asCode(), index, isOne);
         const Specifier* holder = as<Specifier>(container);
         if (!isLocal(container)) {
             const Value element = specifier(machine, Specifier::Form::Element, container, elementClass, index);
-            if (isPosixFile(*as<Specifier>(element)))
-                return coerce(machine, index, elementClass);
             return how == Evaluate::Fully ? getFromApplication(machine, element) : element;
         }
         if (holder && isMany(holder->form))

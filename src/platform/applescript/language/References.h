@@ -17,6 +17,8 @@ using machine::Value;
 
 /// Whether a specifier of the form names many things: every, a range or a filter.
 bool isMany(Specifier::Form form);
+/// Whether a property of many things belongs to the list of them, as in "length of words of t", and not to each of them.
+bool isPropertyOfList(Value key);
 /// Whether a specifier belongs to values of this machine and not to an application, so that it can be followed without asking anybody.
 bool isLocal(Value container);
 /// The value behind a specifier or a reference value; any other value as it is.

@@ -76,7 +76,7 @@ void HandlerTranslator::replaceTop(Op op, bool isBoolean) {
 void HandlerTranslator::makeCollection() {
     const std::size_t count = mStack.popCount();
     const std::size_t base = mStack.size() - count;
-    prepareArguments(base, Evaluate::Locally);
+    prepareArguments(base, Evaluate::Fully);
     mStack.materialiseFrom(base);
     mStack.pop(count);
     const Opcode opcode = here().opcode;
