@@ -13,6 +13,8 @@ bool HandlerCompiler::isReference(const Object* wrapped) const {
     if (node->kind != ObjectKind::Node)
         return false;
     switch (static_cast<NodeKind>(node->tag)) {
+    case NodeKind::Literal:
+        return node->children[0]->isBlock(block::Property);
     case NodeKind::Of:
         return !unwrapped(node->children[0])->isNode(tagOf(NodeKind::Call));
     case NodeKind::Term:

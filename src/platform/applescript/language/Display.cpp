@@ -4,6 +4,7 @@
 #include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/language/Coercion.h"
 #include "platform/applescript/language/Files.h"
+#include "platform/applescript/language/References.h"
 #include "platform/applescript/syntax/Keyword.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/applescript/terminology/Terminology.h"
@@ -211,6 +212,8 @@ void Displayer::specifier(const Specifier* specifier) {
         break;
     case Specifier::Form::Before:
     case Specifier::Form::After:
+        if (specifier->a.asCode() != kInsertionLocation)
+            mOut += className(specifier->a.asCode()) + u" ";
         mOut += specifier->form == Specifier::Form::Before ? u"before " : u"after ";
         value(specifier->container);
         hasContainer = false;

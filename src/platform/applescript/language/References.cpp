@@ -285,12 +285,13 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
     case Specifier::Form::Before:
     case Specifier::Form::After: {
         const Specifier* element = as<Specifier>(what->container);
-        if (!element || element->form != Specifier::Form::Element)
+        if (!element || element->form != Specifier::Form::Element || what->a == Value::code(kInsertionLocation))
             return cannotGet(machine, whole);
         std::int64_t index;
         if (!wholeOf(machine, element->b, index))
             return Value::failure();
-        const Value place = Value::real(static_cast<double>(index + (what->form == Specifier::Form::Before ? -1 : 1)));
+        const std::int64_t next = index + (what->form == Specifier::Form::Before ? -1 : 1);
+        const Value place = Value::integer(static_cast<std::int32_t>(std::clamp<std::int64_t>(next, INT32_MIN, INT32_MAX)));
         const Value outer = follow(machine, element->container);
         return outer.isFailure() ? outer : getElement(machine, outer, what->a, place, Evaluate::Fully);
     }

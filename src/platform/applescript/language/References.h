@@ -15,6 +15,9 @@ using machine::Script;
 using machine::Specifier;
 using machine::Value;
 
+/// The class of "before x" and "after x", which name a place and no element.
+inline constexpr FourCharCode kInsertionLocation = "insl"_4cc;
+
 /// Whether a specifier of the form names many things: every, a range or a filter.
 bool isMany(Specifier::Form form);
 /// Whether a property of many things belongs to the list of them, as in "length of words of t", and not to each of them.

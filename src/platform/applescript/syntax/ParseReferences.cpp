@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // References: parts and containers, possessives, filters.
+#include "platform/applescript/image/Block.h"
 #include "platform/applescript/syntax/NodeFlags.h"
 #include "platform/applescript/syntax/ParserState.h"
 
@@ -109,7 +110,19 @@ Object* Parser::contained(Object* part, std::size_t firstToken) {
         Object* labels = userLabels();
         return node(NodeKind::Call, {part->children[0], container, labels}, flags::Labelled, firstToken);
     }
+    if (!in && isClassOfConstant(part, container)) // compiled scripts hold the reference itself
+        return node(NodeKind::Literal, {mStore.block(block::Property, {container->children[0], part->children[0]})}, 0, firstToken);
     return node(NodeKind::Of, {part, container}, in ? flags::In : 0, firstToken);
+}
+
+/// Whether the class of a number, of true or false, or of a class is asked for.
+bool Parser::isClassOfConstant(const Object* part, const Object* container) {
+    const bool isClass = (is(part, NodeKind::Literal) || is(part, NodeKind::Term)) && part->children[0]->isCode(CodeTag::Class) &&
+                         part->children[0]->code() == "pcls"_4cc;
+    if (!isClass || !is(container, NodeKind::Literal))
+        return false;
+    const ObjectKind kind = container->children[0]->kind;
+    return kind == ObjectKind::Integer || kind == ObjectKind::Boolean || kind == ObjectKind::Code;
 }
 
 /// Whether `of` or `in` stands here and is not a label of the command that is being read.

@@ -88,6 +88,7 @@ private:
     Object* unfiltered();
     Object* contained(Object* part, std::size_t firstToken);
     static bool standsAlone(const Object* part);
+    static bool isClassOfConstant(const Object* part, const Object* container);
     Object* commandBehind(Object* made, std::size_t firstToken);
     Object* containers(Object* made, std::size_t firstToken);
     Object* possessives(Object* made, std::size_t firstToken);

@@ -102,6 +102,10 @@ void Printer::value(const Object* object) {
             expression(object->children[2]);
             put(Kind::Plain, u" : ");
             expression(object->children[4]);
+        } else if (object->isBlock(block::Property) && object->children.size() == 2) {
+            value(object->children[1]);
+            keyword(" of ");
+            value(object->children[0]);
         }
         return;
     case ObjectKind::Data:

@@ -175,6 +175,7 @@ script second_one
 	set x to word after word 3 of x
 	set x to in front of x
 	set x to class of x is text
+	set x to class of 5 is class of true
 	set x to date "Friday, November 9, 2007 at 11:35:50 AM"
 	set x to count of words
 	set x to (count words) - 1

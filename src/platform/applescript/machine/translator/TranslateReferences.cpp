@@ -66,7 +66,9 @@ void HandlerTranslator::makeSpecifier() {
 void HandlerTranslator::emitSpecifier(Specifier::Form form, std::size_t operands) {
     mStack.need(operands);
     const std::size_t first = mStack.size() - operands;
-    mStack.followContainer(first);
+    const bool isRelative = form == Specifier::Form::Before || form == Specifier::Form::After; // to an element, which stays one
+    if (!isRelative)
+        mStack.followContainer(first);
     mStack.requireResult(first);
     if (operands > 1)
         mStack.materialiseFrom(first);
