@@ -7,9 +7,11 @@
 #include "platform/applescript/language/Operators.h"
 #include "platform/applescript/language/References.h"
 #include "platform/applescript/machine/Interpreter.h"
+#include "platform/applescript/machine/StoredCode.h"
 #include "platform/base/Text.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <new>
 
 namespace quoddle::machine {
@@ -577,6 +579,18 @@ bool Interpreter::defineParent(Value value, Value property) {
         return language::setParent(mMachine, script, value);
     script->set(property, value);
     return true;
+}
+
+void Interpreter::raiseCorruption() {
+    std::u16string message = u"Some data could not be read.";
+    const auto parts = mMachine.mContext->frames.back().handler->source->children;
+    const auto unknown = parts.size() > block::kCode ? unknownInstruction(parts[block::kCode]->bytes) : std::nullopt;
+    if (unknown) {
+        char text[64];
+        std::snprintf(text, sizeof text, " (Unknown instruction 0x%02X at byte %zu.)", unknown->code, unknown->offset);
+        message += utf16FromUTF8(text);
+    }
+    mMachine.raise(errOSACorruptData, message);
 }
 
 } // namespace quoddle::machine

@@ -622,7 +622,7 @@ op_DefineParent:
     CHECK_OR_RAISE(self->defineParent(r[pc->a], k[pc->c]));
 op_Corrupt:
     SAVE();
-    machine.raise(errOSACorruptData, u"Some data could not be read.");
+    self->raiseCorruption();
     goto raised;
 
 raised:

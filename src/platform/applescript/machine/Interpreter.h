@@ -53,6 +53,8 @@ private:
     bool defineScript(const Instruction& instruction, Value* registers);
     void defineHandler(const Instruction& instruction, Value* registers);
     bool defineParent(Value value, Value property);
+    /// Raises the error for a handler whose stored code makes no sense. Names an instruction that is unknown.
+    void raiseCorruption();
     void consider(Value considered, Value ignored);
     /// The step of a loop after its counter was looked at.
     enum class Turn { Next, Done, Failed };

@@ -35,10 +35,35 @@ std::int32_t wordAt(std::string_view bytes, std::size_t at) {
     return static_cast<std::int16_t>(static_cast<unsigned char>(bytes[at]) << 8 | static_cast<unsigned char>(bytes[at + 1]));
 }
 
+/// The number of 16-bit operands behind an instruction.
+std::size_t operandWords(const OpcodeInfo& info) {
+    switch (info.operands) {
+    case Operands::None:
+    case Operands::PackedLocal:
+    case Operands::PackedLiteral:
+        return 0;
+    case Operands::Scope:
+    case Operands::TwoLiterals:
+        return 2;
+    default:
+        return 1;
+    }
+}
+
 } // namespace
 
 const OpcodeInfo& infoOf(Opcode opcode) {
     return kTable.rows[static_cast<std::uint8_t>(opcode)];
+}
+
+std::optional<UnknownInstruction> unknownInstruction(std::string_view bytes) {
+    for (std::size_t at = 0; at < bytes.size();) {
+        const auto byte = static_cast<std::uint8_t>(bytes[at]);
+        if (!kTable.rows[byte].name)
+            return UnknownInstruction{byte, at};
+        at += 1 + 2 * operandWords(kTable.rows[byte]);
+    }
+    return std::nullopt;
 }
 
 std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view bytes, std::size_t literals, std::size_t locals) {
@@ -55,9 +80,7 @@ std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view byte
         StoredInstruction instruction{kTable.opcodes[byte], static_cast<std::uint32_t>(at)};
         indexAt[at] = static_cast<std::int32_t>(code.size());
         const bool isPacked = info.operands == Operands::PackedLocal || info.operands == Operands::PackedLiteral;
-        const std::size_t words = isPacked || info.operands == Operands::None                                  ? 0
-                                  : info.operands == Operands::Scope || info.operands == Operands::TwoLiterals ? 2
-                                                                                                               : 1;
+        const std::size_t words = operandWords(info);
         if (bytes.size() - at < 1 + 2 * words)
             return std::nullopt;
         if (isPacked)

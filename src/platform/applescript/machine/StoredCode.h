@@ -26,6 +26,13 @@ struct OpcodeInfo {
 };
 const OpcodeInfo& infoOf(Opcode opcode);
 
+struct UnknownInstruction {
+    std::uint8_t code;
+    std::size_t offset;
+};
+/// The first byte of a handler that stands where an instruction should and is none. nullopt when there is none such.
+std::optional<UnknownInstruction> unknownInstruction(std::string_view bytes);
+
 /// nullopt when the code is damaged. A branch to the end of the code targets one past the last instruction.
 std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view bytes, std::size_t literals, std::size_t locals);
 

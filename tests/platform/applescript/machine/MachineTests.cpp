@@ -75,6 +75,8 @@ TEST_F(MachineTest, RefusesDamagedCode) {
     };
     for (const auto& row : kCases)
         EXPECT_EQ(shown(run(row.bytes)), "error -1702") << row.what;
+    run(code({kPush1, 0x48, kReturn}));
+    EXPECT_EQ(shown(machine.error().message), "\"Some data could not be read. (Unknown instruction 0x48 at byte 1.)\"");
     EXPECT_EQ(shown(run(code({kPush1, kPush1, kAdd, kReturn}))), "2");
     EXPECT_EQ(shown(run("")), ""); // no code: no result
 }
