@@ -7,6 +7,7 @@
 #include "droplet/NSImage+Additions.h"
 #include "droplet/PromptView.h"
 #include "platform/appkit/NSApplication.h"
+#include "platform/appkit/WindowLayout.h"
 #include "platform/base/FileURL.h"
 #include "platform/foundation/URLResources.h"
 #include "runtime/AppDelegate.h"
@@ -33,6 +34,11 @@ constexpr int kVerdictTime = 1000;    // milliseconds for which a refusal after 
 constexpr int kSilence = 500;         // milliseconds without an event of a drag after which the drag is taken to be over
 const QColor kAcceptedColor = QColor::fromRgbF(0.459f, 0.82f, 0.482f);
 const QColor kRefusedColor = QColor::fromRgbF(0.894f, 0.259f, 0.282f);
+
+/// The extent of a picture: smaller on a screen so low that pictures would take most of a window.
+int fittingExtent(int usual, const QWidget& view) {
+    return std::min(usual, roomOnScreen(view).height() / 6);
+}
 
 /// Paints a plate below the artwork, within its frame, because the colour of a selection can hardly be told from the verdict's behind it.
 void paintPlate(QPixmap& artwork, const QColor& color) {
@@ -116,8 +122,9 @@ void DropFilesView::setPromptIcon(const QImage& icon) {
 void DropFilesView::showIcon() {
     if (mPromptIcon.isNull())
         return mIconView->clear();
-    QPixmap icon = QPixmap::fromImage(
-        mPromptIcon.scaled(QSize(kIconExtent, kIconExtent) * devicePixelRatioF(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    const int extent = fittingExtent(kIconExtent, *this);
+    QPixmap icon =
+        QPixmap::fromImage(mPromptIcon.scaled(QSize(extent, extent) * devicePixelRatioF(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
     icon.setDevicePixelRatio(devicePixelRatioF());
     mIconView->setPixmap(icon);
 }
@@ -135,7 +142,8 @@ void DropFilesView::setSelected(bool selected) {
     QColor color = palette().color(selected ? QPalette::Highlight : QPalette::WindowText);
     if (!selected)
         color.setAlphaF(0.45f);
-    QPixmap artwork = tintedImageWithColor(templateImageNamed(u"ForthcomingTemplate"_s, kArtworkExtent, devicePixelRatioF()), color,
+    const int extent = fittingExtent(kArtworkExtent, *this);
+    QPixmap artwork = tintedImageWithColor(templateImageNamed(u"ForthcomingTemplate"_s, extent, devicePixelRatioF()), color,
                                            QPainter::CompositionMode_SourceIn);
     if (selected)
         paintPlate(artwork, palette().color(QPalette::Base));

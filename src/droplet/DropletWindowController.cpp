@@ -7,7 +7,6 @@
 #include "platform/appkit/ElidedLabel.h"
 #include "platform/appkit/NSSegmentedControl.h"
 #include "platform/appkit/ProgressBar.h"
-#include "platform/appkit/WindowLayout.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "runtime/AppDelegate.h"
 #include "window/ProgressViewController.h"
@@ -59,7 +58,6 @@ std::unique_ptr<NSWindow> DropletWindowController::loadWindow() {
     auto window = BaseWindowController::loadWindow();
     window->setContentViewController(mMainViewController.get());
     window->resize(kFirstSize);
-    fitToScreen(*window);
     return window;
 }
 

@@ -72,10 +72,10 @@ def _dies_with_us():
 class Display:
     """An X server and a window manager that has begun to manage it."""
 
-    def __init__(self):
+    def __init__(self, size="1024x640"):
         read, write = os.pipe()
         # Without -noreset a server starts over when its last client leaves, and takes a window manager that is just connecting with it.
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1024x640x24", "-nolisten", "tcp", "-noreset"],
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"],
                                        pass_fds=[write], stderr=subprocess.DEVNULL, preexec_fn=_dies_with_us)
         os.close(write)
         number = os.fdopen(read).readline().strip()

@@ -6,6 +6,7 @@
 
 Pictures are left in the folder that QUODDLE_ARTEFACTS names, if any.
 """
+import re
 import subprocess
 
 import accessibility
@@ -156,6 +157,13 @@ class Windows(accessibility.AccessibleCase):
         # The first launch had nothing to remember, and only then the window had no description.
         self.assertEqual(places[1:], places[1:2] * 11)
 
+    def is_within(self, window, width, height):
+        """Whether the frame around the window is wholly on a screen of the size."""
+        left, right, top, bottom = (int(number) for number in self.property_of(window, "_NET_FRAME_EXTENTS").split("=")[1].split(","))
+        said = subprocess.run(["xwininfo", "-id", window], env=self.display.environment, capture_output=True, text=True).stdout
+        x, y, inner_width, inner_height = (int(re.search(label + r":\s+(-?\d+)", said)[1]) for label in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        return x >= left and y >= top and x + inner_width + right <= width and y + inner_height + bottom <= height
+
     def test_a_dialog_hangs_on_a_window_that_has_only_just_appeared(self):
         for number in range(10):
             applet = self.start(f"Early{number}", f"choose from list {{{ITEMS}}}")
@@ -175,15 +183,34 @@ class Windows(accessibility.AccessibleCase):
                 applet = self.start(f"List{scale}{form}", f"{before}choose from list {{{ITEMS}}}")
                 until(lambda: self.shown("OK", "push button") and len(self.named(applet.name)) == 2, "the sheet")
                 applet.picture("list")
-                window = self.display_tool("getactivewindow")[0]
-                lines = self.display_tool("getwindowgeometry", "--shell", window)
-                numbers = {key: int(value) for key, value in (line.split("=") for line in lines)}
-                frame = [int(number) for number in self.property_of(window, "_NET_FRAME_EXTENTS").split("=")[1].split(",")]
-                self.assertLessEqual(numbers["HEIGHT"] + frame[2] + frame[3], 640, (scale, form))
-                # The tool adds the frame twice.
-                self.assertTrue(0 <= numbers["Y"] - 2 * frame[2] and numbers["Y"] - frame[2] + numbers["HEIGHT"] + frame[3] <= 640, (scale, form, numbers))
+                self.assertTrue(self.is_within(self.display_tool("getactivewindow")[0], 1024, 640), (scale, form))
                 applet.xdotool("key", "Escape")
                 applet.ends()
+
+    def test_windows_fit_a_small_screen(self):
+        self.display = harness.Display("800x600")
+        self.addCleanup(self.display.close)
+        self.display.environment["QT_SCALE_FACTOR"] = "2"
+
+        def describe(bundle):
+            (bundle / "Contents/Resources/Description.rtf").write_text("{\\rtf1 " + "\\par ".join(["What this applet does takes many lines to say."] * 40) + "}")
+
+        long = "This text says more than it has to. " * 40
+        for name, source, more in (("Described", "delay 1", dict(options=["-u"], prepare=describe)),
+                                   ("Droplet", "on open files\nend open", dict(options=["-u"], prepare=describe)),
+                                   ("Progressing", "set progress total steps to 3\ndelay 60", {}),
+                                   ("Asking", f'set progress total steps to 3\ndelay 0.5\ndisplay dialog "{long}" default answer "{"line" + chr(92) + "n" * 30}" with title "Sheet"', {}),
+                                   ("Colourful", "choose color", dict(info={"KVBUseStandardOSAXEN": True})),
+                                   ("Addressing", "choose URL", dict(info={"KVBUseStandardOSAXEN": True}))):
+            applet = self.start(name, source, **more)
+            title = {"Asking": "Sheet", "Colourful": "Choose a Color", "Addressing": "Choose a URL"}.get(name, name)
+            until(lambda: self.named(title) and self.active() == title, f"the window “{title}”")
+            applet.rests()
+            applet.picture("small-screen")
+            for window in self.named(".*"):
+                if self.property_of(window, "WM_STATE").find("Normal") >= 0:
+                    self.assertTrue(self.is_within(window, 800, 600), name)
+            applet.kill()
 
     # Controls that can be pressed
 

@@ -3,6 +3,7 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWindow.h"
+#include "platform/appkit/WindowLayout.h"
 #include "ui_NSAlert.h"
 
 #include <numeric>
@@ -10,8 +11,6 @@
 #include <QApplication>
 #include <QPainter>
 #include <QPushButton>
-#include <QScreen>
-#include <QStyle>
 
 namespace quoddle {
 
@@ -21,7 +20,6 @@ namespace {
 
 constexpr int kIconSize = 48;
 constexpr int kTextWidth = 372;
-constexpr int kScreenMargin = 10;
 
 /// The application's icon. A critical alert has a mark on it, or the mark alone when there is no icon.
 QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
@@ -46,18 +44,6 @@ QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
     painter.drawRoundedRect(QRectF(centre.x() - 1.4 * unit, centre.y() - 6 * unit, 2.8 * unit, 7.6 * unit), 1.4 * unit, 1.4 * unit);
     painter.drawEllipse(QPointF(centre.x(), centre.y() + 4.4 * unit), 1.6 * unit, 1.6 * unit);
     return pixmap;
-}
-
-/// The width of the longest word of a label, which cannot be broken.
-int widthOfWords(const QLabel& label) {
-    return label.text().isEmpty() ? 0 : label.minimumSizeHint().width();
-}
-
-int heightOfText(const QLabel& label, int width) {
-    if (label.text().isEmpty())
-        return 0;
-    const int scroller = widthOfWords(label) > width ? label.style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
-    return label.heightForWidth(width) + scroller;
 }
 
 } // namespace
@@ -121,25 +107,25 @@ void NSAlert::layout() {
     QPushButton* preferred = withKey(kReturnKeyEquivalent);
     (preferred ? static_cast<QWidget*>(preferred) : mPanel.get())->setFocus();
 
-    fitToScreen(mPanel->screen()->availableGeometry().size());
+    fitTexts(roomOnScreen(*mPanel));
 }
 
 // Texts that are higher than their share of the screen scroll. The message and the informative text each get the room that the other
 // leaves.
-void NSAlert::fitToScreen(const QSize& screen) {
+void NSAlert::fitTexts(const QSize& room) {
     const QMargins margins = mPanel->layout()->contentsMargins();
-    const int beside = margins.left() + margins.right() + kScreenMargin;
+    const int beside = margins.left() + margins.right();
     const QLabel &message = *mUi->messageView, &informative = *mUi->informativeView;
     const int distances = static_cast<int>(mButtons.size() - 1) * mUi->buttonLayout->spacing();
-    fitButtonTitles(mButtons, screen.width() - beside - distances);
+    fitButtonTitles(mButtons, room.width() - beside - distances);
     const int besideText = kIconSize + mUi->bodyLayout->spacing();
     int wanted = std::max({kTextWidth, widthOfWords(message), widthOfWords(informative)});
     wanted =
         std::max(wanted, distances - besideText + std::accumulate(mButtons.begin(), mButtons.end(), 0, [](int sum, const auto* button) {
                              return sum + button->sizeHint().width();
                          }));
-    const int width = std::min(wanted, screen.width() - beside - besideText);
-    const int atMost = screen.height() * 3 / 5;
+    const int width = std::min(wanted, room.width() - beside - besideText);
+    const int atMost = room.height() * 3 / 5;
     const int messageHeight = heightOfText(message, width), informativeHeight = heightOfText(informative, width);
     mUi->messageScrollArea->setVisible(messageHeight > 0);
     mUi->informativeScrollArea->setVisible(informativeHeight > 0);

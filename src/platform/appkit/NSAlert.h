@@ -51,7 +51,7 @@ public:
     void layout();
 
 private:
-    void fitToScreen(const QSize& screen);
+    void fitTexts(const QSize& room);
 
     std::unique_ptr<Ui::NSAlert> mUi;
     std::unique_ptr<NSPanel> mPanel;

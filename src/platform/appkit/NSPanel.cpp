@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace quoddle {
@@ -89,6 +90,17 @@ void fitButtonTitles(std::vector<QPushButton*> buttons, int width) {
         }
         width -= button->sizeHint().width();
     }
+}
+
+int widthOfWords(const QLabel& label) {
+    return label.text().isEmpty() ? 0 : label.minimumSizeHint().width();
+}
+
+int heightOfText(const QLabel& label, int width) {
+    if (label.text().isEmpty())
+        return 0;
+    const int scroller = widthOfWords(label) > width ? label.style()->pixelMetric(QStyle::PM_ScrollBarExtent) : 0;
+    return label.heightForWidth(width) + scroller;
 }
 
 QString readableText(const QString& text) {

@@ -14,6 +14,8 @@
 
 #include <vector>
 
+class QLabel;
+
 namespace quoddle {
 
 inline const QString kReturnKeyEquivalent = QStringLiteral("\r");
@@ -32,6 +34,10 @@ QString buttonTitle(const QPushButton& button);
 /// Shortens the visible titles that are too long for a row of this width; the distances between the buttons are not counted in the width.
 void fitButtonTitles(std::vector<QPushButton*> buttons, int width);
 
+/// The width of the longest word of a label, which cannot be broken.
+int widthOfWords(const QLabel& label);
+/// The height of a label whose lines are broken, in a scroll area of the width; 0 for an empty one.
+int heightOfText(const QLabel& label, int width);
 /// As much of a text as anybody reads in a dialog: the end of an excessively long one is left out.
 QString readableText(const QString& text);
 /// A tool tip that shows the text as it is, although the toolkit takes some texts for markup.

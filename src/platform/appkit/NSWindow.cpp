@@ -79,12 +79,15 @@ void NSWindow::takeRestoredFrame() {
 
 void NSWindow::setVisible(bool visible) {
     const bool isSoonShownAgain = mSinceChange.isValid() && !mSinceChange.hasExpired(kAnswerTime.count());
+    const bool isShownFirst = visible && !mSinceChange.isValid();
     if (visible && !isVisible() && isSoonShownAgain)
         QTimer::singleShot(kAnswerTime, this, &NSWindow::recover);
     if (visible != isVisible())
         mSinceChange.start();
     if (visible && !isVisible()) {
         completeLayout(*this);
+        if (isShownFirst)
+            fitToScreen(*this);
         if (mRestoredFrame)
             takeRestoredFrame(); // restored again, because the content has got its size only now
         mRestoredFrame.reset();
@@ -202,6 +205,7 @@ void NSWindow::showNextSheet() {
     completeLayout(*dialog);
     if (!dialog->testAttribute(Qt::WA_Resized)) // nobody has chosen a size
         dialog->adjustSize();
+    fitToScreen(*dialog);
     dialog->installEventFilter(this);
     if (isBeingPlaced()) {
         // A sheet shown on a window without a place would have to follow it while the window manager places both, and one of them would end

@@ -6,6 +6,7 @@
 // Main thread only.
 #pragma once
 
+class QSize;
 class QWidget;
 
 namespace quoddle {
@@ -13,7 +14,11 @@ namespace quoddle {
 /// Gives the contents of a window that is not visible their fonts and style, and lays them out from the inside to the outside.
 void completeLayout(QWidget& window);
 
-/// Makes a window that is about to appear no larger than its screen, title bar included, so that its buttons are within reach.
+/// The largest size, in points, of a window whose frame is wholly on its screen.
+QSize roomOnScreen(const QWidget& window);
+
+/// Makes a window that is about to appear no larger than its screen, frame included, so that its buttons are within reach. Contents that
+/// ask for more have to do with less, and a window whose size its layout fixes can be resized from then on when it does not fit.
 void fitToScreen(QWidget& window);
 
 } // namespace quoddle

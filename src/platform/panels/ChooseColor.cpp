@@ -8,6 +8,7 @@
 
 #include <QColorDialog>
 #include <QDialogButtonBox>
+#include <QFrame>
 #include <QPushButton>
 
 namespace quoddle {
@@ -15,6 +16,8 @@ namespace quoddle {
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int kSmallestField = 100; // points
 
 using Color = std::array<std::uint16_t, 3>;
 
@@ -69,6 +72,13 @@ void arrangeButtons(QColorDialog& dialog) {
     }
 }
 
+/// Lets the field of colours become lower where the screen has no room for the whole dialog.
+void loosenField(QColorDialog& dialog) {
+    for (auto* field : dialog.findChildren<QFrame*>())
+        if (field->sizePolicy().verticalPolicy() == QSizePolicy::Fixed && field->sizeHint().height() > kSmallestField)
+            field->setSizePolicy(field->sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
+}
+
 } // namespace
 
 CommandDialog chooseColorDialog(const AEDesc& event, const Asker&) {
@@ -84,6 +94,7 @@ CommandDialog chooseColorDialog(const AEDesc& event, const Asker&) {
     dialog->setWindowTitle(u"Choose a Color"_s);
     dialog->setAccessibleName(dialog->windowTitle());
     arrangeButtons(*dialog);
+    loosenField(*dialog);
     const QColorDialog* shown = dialog.get();
     return {.dialog = dialog, .answer = [shown, given](int returnCode, AEDesc& reply) {
                 if (returnCode == QDialog::Accepted)

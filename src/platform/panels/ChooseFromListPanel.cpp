@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/ChooseFromListPanel.h"
 
+#include "platform/appkit/WindowLayout.h"
+
 #include <cmath>
 
 #include <QHash>
@@ -19,7 +21,6 @@ constexpr int kMostMeasured = 30;
 constexpr int kLongestMeasured = 2000; // characters; more would be wider than any screen
 constexpr int kColumnPadding = 6;
 constexpr int kMinimumWidth = 340;
-constexpr int kScreenMargin = 10;
 constexpr int kBesideColumn = 42;  // the view's margins and the table's frame
 constexpr int kBesideButtons = 48; // the view's margins and the distance between the two buttons
 constexpr int kBesidePrompt = 90;  // margins, distances and buttons above and below the table
@@ -53,7 +54,8 @@ QStringList shownTexts(const AEDesc& list) {
 
 /// The height for a sheet: from the bottom of the usable screen up to the upper edge of the window's content. The whole screen's height for
 /// a window that has not been placed yet.
-int roomBelow(const QMainWindow& parent, const QRect& screen) {
+int roomBelow(const QMainWindow& parent) {
+    const QRect screen = parent.screen()->availableGeometry();
     if (!parent.windowHandle() || !parent.windowHandle()->isExposed())
         return screen.height();
     const int contentHeight = parent.centralWidget() ? parent.centralWidget()->height() : 0;
@@ -129,10 +131,9 @@ void ChooseFromListPanel::sizeView(const QSize& room) {
     const QTableView& table = *controller.tableView();
     const int column = _calculateColumnWidthFor(controller.theList, table.font());
     const int scroller = table.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &table);
-    const int atMost = room.width() - kScreenMargin;
-    fitButtonTitles({controller.cancelButton(), controller.okButton()}, atMost - kBesideButtons);
+    fitButtonTitles({controller.cancelButton(), controller.okButton()}, room.width() - kBesideButtons);
     const int buttons = controller.cancelButton()->sizeHint().width() + controller.okButton()->sizeHint().width() + kBesideButtons;
-    const int width = std::min(std::max({column + scroller + kBesideColumn, buttons, kMinimumWidth}), atMost);
+    const int width = std::min(std::max({column + scroller + kBesideColumn, buttons, kMinimumWidth}), room.width());
     mHeaderHeight = controller.fitPrompt(width) + kBesidePrompt;
     const qint64 items = qint64(controller.numberOfRowsInTableView()) * controller.rowHeight();
     const qint64 height = std::min<qint64>(room.height(), items + kTableFrame + mHeaderHeight);
@@ -141,13 +142,11 @@ void ChooseFromListPanel::sizeView(const QSize& room) {
 }
 
 void ChooseFromListPanel::prepareForSheetOn(const QMainWindow& parent) {
-    const QRect screen = parent.screen()->availableGeometry();
-    sizeView({screen.width(), roomBelow(parent, screen)});
+    sizeView({roomOnScreen(parent).width(), roomBelow(parent)});
 }
 
 void ChooseFromListPanel::prepareForModalForm() {
-    const int frame = mWindow.style()->pixelMetric(QStyle::PM_TitleBarHeight) + kScreenMargin;
-    sizeView(mWindow.screen()->availableGeometry().size() - QSize(0, frame));
+    sizeView(roomOnScreen(mWindow));
     mWindow.setCloseButton(nullptr);
 }
 

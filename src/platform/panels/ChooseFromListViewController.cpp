@@ -7,7 +7,6 @@
 #include <set>
 
 #include <QAbstractListModel>
-#include <QScrollBar>
 
 namespace quoddle {
 
@@ -132,11 +131,8 @@ int ChooseFromListViewController::rowHeight() const {
 
 int ChooseFromListViewController::fitPrompt(int viewWidth) {
     const int textWidth = viewWidth - 2 * kMargin;
-    const bool scrolls = promptField()->minimumSizeHint().width() > textWidth; // a word can be longer than the line
-    const int scroller = scrolls ? mUi->promptScrollArea->horizontalScrollBar()->sizeHint().height() : 0;
-    const int wanted = std::max(0, promptField()->heightForWidth(textWidth)) + scroller;
     const int tenLines = kMostPromptLines * promptField()->fontMetrics().lineSpacing();
-    const int height = std::min({wanted, tenLines, kMaximumPromptHeight});
+    const int height = std::min({heightOfText(*promptField(), textWidth), tenLines, kMaximumPromptHeight});
     mUi->promptScrollArea->setFixedHeight(height);
     return height;
 }

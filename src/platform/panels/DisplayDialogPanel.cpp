@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/DisplayDialogPanel.h"
 
+#include "platform/appkit/WindowLayout.h"
+
 #include <QLayout>
-#include <QScreen>
 
 namespace quoddle {
 
@@ -10,7 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kScreenMargin = 10;
 const QStringList& defaultButtons() {
     static const QStringList sButtons = {u"Cancel"_s, u"OK"_s};
     return sButtons;
@@ -51,7 +51,7 @@ DisplayDialogPanel::DisplayDialogPanel(const DisplayDialogParameters& parameters
     mWindow.layout()->setSizeConstraint(QLayout::SetFixedSize);
     controller.setIcon(icon);
     placeButtons();
-    controller.limitWidth(mWindow.screen()->availableGeometry().width() - kScreenMargin);
+    controller.limitWidth(roomOnScreen(mWindow).width());
     controller.setPrompt(parameters.prompt);
     mWindow.setAccessibleName(controller.promptField()->text());
     if (const auto& answer = parameters.defaultAnswer) {

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/panels/DisplayDialogViewController.h"
 
+#include "platform/appkit/WindowLayout.h"
 #include "platform/panels/AnswerField.h"
 #include "ui_DisplayDialogViewController.h"
 
 #include <QKeyEvent>
-#include <QScreen>
-#include <QScrollBar>
 
 namespace quoddle {
 
@@ -24,11 +23,6 @@ void setWidth(QSpacerItem& constraint, int points) {
 
 void setHeight(QSpacerItem& constraint, int points) {
     constraint.changeSize(0, points, QSizePolicy::Minimum, QSizePolicy::Fixed);
-}
-
-/// The width of the longest word of a label, which cannot be broken.
-int widthOfWords(const QLabel& label) {
-    return label.minimumSizeHint().width();
 }
 
 } // namespace
@@ -117,10 +111,9 @@ void DisplayDialogViewController::fitPrompt() {
         view()->setFixedWidth(viewWidth);
     }
     const int textWidth = viewWidth - leading - kMargin;
-    const int scroller = widthOfWords(*promptField()) > textWidth ? area.horizontalScrollBar()->sizeHint().height() : 0;
-    const int textHeight = std::max(0, promptField()->heightForWidth(textWidth)) + scroller; // the toolkit answers -1 for an empty text
-    const int atMost = view()->screen()->availableGeometry().height() * 2 / 5;
-    area.setFixedSize(textWidth, std::min(textHeight, atMost));
+    const int room = roomOnScreen(*view()).height();
+    const int atMost = hasAnswer ? room / 3 : room * 2 / 5; // a long answer takes a quarter
+    area.setFixedSize(textWidth, std::min(heightOfText(*promptField(), textWidth), atMost));
 }
 
 QWidget* DisplayDialogViewController::fieldInUse() const {

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
+#include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -303,11 +304,38 @@ TEST(WindowLayout, AWindowIsNoLargerThanItsScreen) {
     const QSize screen = window.screen()->availableGeometry().size();
     window.resize(screen * 2);
     fitToScreen(window);
-    EXPECT_EQ(window.width(), screen.width());
+    EXPECT_EQ(window.size(), roomOnScreen(window));
+    EXPECT_LT(window.width(), screen.width()) << "the frame needs room, too";
     EXPECT_LT(window.height(), screen.height()) << "the title bar needs room, too";
     window.resize(200, 100);
     fitToScreen(window);
     EXPECT_EQ(window.size(), QSize(200, 100));
+}
+
+TEST(WindowLayout, ContentsThatAreLargerThanTheScreenHaveToDoWithLess) {
+    for (const auto constraint : {QLayout::SetDefaultConstraint, QLayout::SetFixedSize}) {
+        QWidget window;
+        const QSize room = roomOnScreen(window);
+        auto* layout = new QVBoxLayout(&window);
+        layout->setSizeConstraint(constraint);
+        auto* pane = new QWidget;
+        pane->setMinimumSize(room.width() + 100, room.height() + 50);
+        auto* small = new QWidget(pane);
+        small->setMinimumSize(48, 48);
+        layout->addWidget(pane);
+        completeLayout(window);
+        fitToScreen(window);
+        window.show();
+        EXPECT_EQ(window.size(), room) << constraint;
+        EXPECT_EQ(small->minimumSize(), QSize(48, 48)) << "pictures are not to blame";
+    }
+    QWidget fitting;
+    auto* layout = new QVBoxLayout(&fitting);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(new QLabel(u"fits"_s));
+    completeLayout(fitting);
+    fitToScreen(fitting);
+    EXPECT_EQ(layout->sizeConstraint(), QLayout::SetFixedSize);
 }
 
 } // namespace quoddle
