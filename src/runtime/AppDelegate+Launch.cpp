@@ -67,6 +67,7 @@ void AppDelegate::_setupApplication(bool toOpenFiles) {
         this, [this](const NSNotification& n) { _progressDidChange(n); }, ProgressChangedNotification);
     center.addObserver(
         this, [this](const NSNotification& n) { _windowWillClose(n); }, NSWindowWillCloseNotification);
+    registerScriptEvents();
     setInitialized(true);
 }
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The events of other applications besides calls of the script's handlers: a run, and getting and setting the values of properties. An
-// event comes here when the script has no handler for it or continues it.
+// The events of other applications besides calls of the script's handlers by name: a run, getting and setting the values of properties, and
+// every other command that the script has a handler for.
 #include "runtime/AppDelegate.h"
 
 #include "engine/NSAppleEventDescriptor-QXAdditions.h"
 #include "engine/QXOSAException.h"
 #include "platform/ae/AEReply.h"
+
+#include <cstring>
 
 namespace quoddle {
 
@@ -62,7 +64,42 @@ void AppDelegate::registerOutsideEvents() {
             outside.eventClass, outside.eventID);
 }
 
+/// Commands reach the script under their codes, so it does not matter whether the applet has a dictionary with words for them. What the
+/// runtime, the framework, the dialog commands or a scripting addition handles stays with them.
+void AppDelegate::registerScriptEvents() {
+    auto& manager = NSAppleEventManager::sharedAppleEventManager();
+    const QXOSAIDRef script = mainScript();
+    const auto names = script ? script->handlerNames() : std::nullopt;
+    if (!names)
+        return;
+    for (const NSAppleEventDescriptorRef& name : *names) {
+        FourCharCode codes[2];
+        const std::string_view data = name->aeDesc().data();
+        if (name->descriptorType() != "evnt"_4cc || data.size() != sizeof codes)
+            continue;
+        std::memcpy(codes, data.data(), sizeof codes);
+        const auto [eventClass, eventID] = codes;
+        const bool isAnyEvent = eventClass == "****"_4cc || eventID == "****"_4cc;
+        if (isAnyEvent || manager.hasEventHandlerForEventClass(eventClass, eventID) ||
+            manager.hasAdditionHandlerForEventClass(eventClass, eventID))
+            continue;
+        manager.setEventHandler(
+            [this](const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) { handleScriptEvent(event, reply); },
+            eventClass, eventID);
+        mScriptEvents.emplace_back(eventClass, eventID);
+    }
+}
+
+/// The script's own commands come here when it continues them, or sends them to its application: it must not wait for itself.
+void AppDelegate::handleScriptEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply) {
+    if (!event->aeDesc().attribute("esrc"_4cc))
+        return AEPutError(reply, errAEEventNotHandled);
+    _handleSubroutineCallEvent(event, reply);
+}
+
 void AppDelegate::removeOutsideEvents() {
+    for (const auto& [eventClass, eventID] : mScriptEvents)
+        NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(eventClass, eventID);
     for (const auto& outside : kOutsideEvents)
         NSAppleEventManager::sharedAppleEventManager().removeEventHandlerForEventClass(outside.eventClass, outside.eventID);
 }

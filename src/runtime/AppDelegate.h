@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // AppDelegate: the core of the applet shell. It loads the applet's script, decides which of its handlers run when, and when the process
 // ends. It is one class with a file for each duty: configuration and scripts (AppDelegate.cpp), +Launch, +Lifecycle (run, idle, quit), +End
-// (what AppletEnd decides), +OpenFiles, +ScriptQueue (execution and its end), +OutsideEvents (run, get, set from other applications),
+// (what AppletEnd decides), +OpenFiles, +ScriptQueue (execution and its end), +OutsideEvents (what other applications send),
 // +Hooks (questions to the script), +FileTypes (the files that a droplet takes), +Progress, +Alerts.
 // One decision: everything is decided on the main thread, which never waits for the script; only executions and scriptDidYield() run on the
 // script queue's thread. All functions belong to the main thread unless their comments say otherwise.
@@ -196,8 +196,10 @@ private:
     /// A value to set a property of the script to. Setting one to a descriptor without bytes, such as an empty text, would remove it.
     static QXOSAIDRef valueOf(const NSAppleEventDescriptorRef& descriptor, const QXOSAIDRef& script);
     void registerOutsideEvents();
+    void registerScriptEvents();
     void removeOutsideEvents();
     void handleOutsideEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply);
+    void handleScriptEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply);
     NSAppleEventDescriptorRef valueOfProperty(FourCharCode code, const QString& name);
     bool setProperty(FourCharCode code, const QString& name, const NSAppleEventDescriptorRef& value);
     void applyUpdaterSetting();
@@ -248,8 +250,9 @@ private:
     QXOSAIDRef mMainGenericScript;
     QXOSAIDRef mMainScript;
     bool mShowingRuntimeError = false;
-    bool mRunIsDue = false;         // launched for an event in place of the run, which has not been asked for yet
-    bool mWasAsked = false;         // another application has sent an event
+    bool mRunIsDue = false; // launched for an event in place of the run, which has not been asked for yet
+    std::vector<std::pair<AEEventClass, AEEventID>> mScriptEvents; // commands of the script that other applications can send
+    bool mWasAsked = false;                                        // another application has sent an event
     double mIdleCallDue = 0;        // time for which the last idle call was planned, by the clock of the performs
     double mAwaitedUntil = 0;       // until this time, by the same clock, the user waits for a first window; 0: not at all
     int mOwnExecutions = 0;         // queued executions that are not calls from outside

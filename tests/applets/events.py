@@ -115,6 +115,48 @@ class Events(harness.AppletCase):
                              ('greet given name:"Ann"', "Server got an error: The class parameter is missing for greet. (-2700)")]:
             self.assertEqual(self.tell(call), result, call)
 
+    def test_commands_of_the_applets_dictionary(self):
+        """What the applet's script has a handler for can be sent to it, by the words of its dictionary or by code."""
+        applet = self.serve("Garden", """
+            on «event GardRest» p given «class forX»:n, «class loud»:l
+                return {p, n, l}
+            end «event GardRest»
+            on «event GardFail» p
+                error "too wet" number 77 from p
+            end «event GardFail»
+            on «event GardSelf»
+                try
+                    continue «event GardSelf»
+                on error number n
+                    set kept to n
+                end try
+                try
+                    tell application "Garden" to «event GardRest»
+                on error number n
+                    return {kept, n}
+                end try
+            end «event GardSelf»
+            on «event sysobeep» n
+                return "beeped"
+            end «event sysobeep»
+            on run
+            end run
+            """)
+        words = applet.folder / "Garden.app/Contents/Resources/words.sdef"
+        words.write_text("""<dictionary><suite name="Garden">
+            <command name="rest" code="GardRest"><direct-parameter type="text"/><parameter name="lasting" code="forX" type="integer"/>
+            <parameter name="loudly" code="loud" type="boolean"/><result type="any"/></command>
+            <command name="fail" code="GardFail"><direct-parameter type="any"/></command></suite></dictionary>""")
+        for what, expected in [
+            ('rest "here" lasting 5 with loudly', '{"here", 5, true}'),
+            ('rest {1, "b"} lasting 5 without loudly', '{{1, "b"}, 5, false}'),
+            ('«event GardRest» "x" given «class forX»:2, «class loud»:missing value', '{"x", 2, missing value}'),
+            ("fail 3", "Garden got an error: too wet (-2700)"),
+            ("«event GardSelf»", "{-1708, -1708}"),
+            ("«event GardNone»", "Garden got an error: application \"Garden\" doesn’t understand the “«event GardNone»” message. (-1708)"),
+        ]:
+            self.assertEqual(self.tell(what, "Garden"), expected, what)
+
     def test_what_can_be_asked_of_an_applet(self):
         applet = self.serve()
         for what, expected in [

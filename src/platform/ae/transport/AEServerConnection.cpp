@@ -12,6 +12,7 @@
 #include <sys/socket.h>
 #include <system_error>
 #include <thread>
+#include <unistd.h>
 
 namespace quoddle {
 
@@ -136,7 +137,8 @@ bool AEServerConnection::handOn(Received received, AEDesc event) {
         return false;
     // The sender's address of this process is replaced by that of the current process.
     (void)event.setAttribute("addr"_4cc, AEDesc::ofCurrentProcess());
-    (void)event.setAttribute("esrc"_4cc, AEDesc::ofInt32(kAELocalProcess));
+    if (mSender != ::getpid()) // what an application sends itself by its name has no other source
+        (void)event.setAttribute("esrc"_4cc, AEDesc::ofInt32(kAELocalProcess));
     auto& manager = NSAppleEventManager::sharedAppleEventManager();
     const AEDesc reply = received.frame.flags & AEFrame::kWantsReply ? AEEmptyReplyTo(event) : AEDesc();
     if (!manager.hasEventHandlerForEventClass(event.eventClass(), event.eventID())) {
