@@ -40,15 +40,26 @@ private:
 
 class FromDescriptor {
 public:
-    explicit FromDescriptor(Machine& machine) : mMachine(machine) {}
+    FromDescriptor(Machine& machine, Value owner) : mMachine(machine), mOwner(owner) {}
 
     Value value(const AEDesc& descriptor);
 
 private:
     Value record(const AEDesc& descriptor);
+    Value reference(const AEDesc& descriptor);
     Value specifier(const AEDesc& descriptor);
+    Value range(const AEDesc& boundaries, Value container, Value elementClass);
+    Value rangeBoundary(const AEDesc* boundary, Value elementClass);
+    Value comparison(const AEDesc& descriptor);
+    Value logical(const AEDesc& descriptor);
+    Value insertionPoint(const AEDesc& descriptor);
+    Value make(Specifier::Form form, Value container, Value a = {}, Value b = {}, Value c = {});
+    Value test(Opcode operation, Value left, Value right = {});
+    Value unknown(const AEDesc& descriptor);
 
     Machine& mMachine;
+    const Value mOwner;    // the application whose objects the references name
+    Value mRangeContainer; // what "ccnt" stands for
     std::size_t mDepth = 0;
 };
 
@@ -143,8 +154,8 @@ Value FromDescriptor::value(const AEDesc& descriptor) {
         for (const AEDesc& item : descriptor.items())
             list->items[list->count++] = value(item);
         result = Value::object(list);
-    } else if (type == "obj "_4cc) {
-        result = specifier(descriptor);
+    } else if (const Value named = reference(descriptor); !named.isUndefined()) {
+        result = named;
     } else if (descriptor.isRecord()) {
         result = record(descriptor);
     } else {
@@ -173,50 +184,160 @@ Value FromDescriptor::record(const AEDesc& descriptor) {
     return Value::object(record);
 }
 
+/// What names objects: specifiers, places, tests and the placeholders in them. Undefined for any other descriptor.
+Value FromDescriptor::reference(const AEDesc& descriptor) {
+    switch (descriptor.type()) {
+    case "obj "_4cc:
+        return specifier(descriptor);
+    case "insl"_4cc:
+        return insertionPoint(descriptor);
+    case "cmpd"_4cc:
+        return comparison(descriptor);
+    case "logi"_4cc:
+        return logical(descriptor);
+    case "exmn"_4cc:
+        return Value::object(mMachine.heap().make<Specifier>(Specifier::Form::Examined, Value(), Value(), Value(), Value()));
+    case "ccnt"_4cc:
+        return mRangeContainer.isUndefined() ? mOwner : mRangeContainer;
+    default:
+        return {};
+    }
+}
+
+Value FromDescriptor::make(Specifier::Form form, Value container, Value a, Value b, Value c) {
+    Specifier* made = mMachine.heap().make<Specifier>(form, container, a, b, c);
+    made->flags = Specifier::kIsReference;
+    return Value::object(made);
+}
+
+Value FromDescriptor::test(Opcode operation, Value left, Value right) {
+    return make(Specifier::Form::Test, left, Value::integer(static_cast<std::int32_t>(operation)), right);
+}
+
+/// A descriptor that lacks a part, or has one that nobody knows, is data without meaning.
+Value FromDescriptor::unknown(const AEDesc& descriptor) {
+    return Value::object(mMachine.heap().make<Data>(descriptor.type(), std::string_view()));
+}
+
+Value FromDescriptor::comparison(const AEDesc& descriptor) {
+    const AEDesc* left = descriptor.find("obj1"_4cc);
+    const AEDesc* relation = descriptor.find("relo"_4cc);
+    const AEDesc* right = descriptor.find("obj2"_4cc);
+    if (left && relation && right)
+        for (const TestRelation& row : kTestRelations)
+            if (row.relation == relation->code()) {
+                const Value first = value(*left);
+                return test(row.opcode, first, value(*right));
+            }
+    return unknown(descriptor);
+}
+
+Value FromDescriptor::logical(const AEDesc& descriptor) {
+    const AEDesc* operation = descriptor.find("logc"_4cc);
+    const AEDesc* terms = descriptor.find("term"_4cc);
+    if (!operation || !terms || !terms->isList() || terms->count() == 0)
+        return unknown(descriptor);
+    Value result = value(terms->items()[0]);
+    if (operation->code() == "NOT "_4cc) {
+        Specifier* denied = as<Specifier>(result);
+        if (denied && denied->form == Specifier::Form::Test && denied->a == Value::integer(static_cast<std::int32_t>(Opcode::TestEqual)))
+            return test(Opcode::TestNotEqual, denied->container, denied->b);
+        return test(Opcode::TestNot, result);
+    }
+    const Opcode opcode = operation->code() == "AND "_4cc ? Opcode::TestAnd : Opcode::TestOr;
+    for (const AEDesc& term : terms->items().subspan(1))
+        result = test(opcode, result, value(term));
+    return result;
+}
+
+Value FromDescriptor::insertionPoint(const AEDesc& descriptor) {
+    const AEDesc* object = descriptor.find("kobj"_4cc);
+    const AEDesc* position = descriptor.find("kpos"_4cc);
+    if (!object || !position)
+        return unknown(descriptor);
+    const Value container = object->isNull() ? mOwner : value(*object);
+    switch (position->code()) {
+    case "bgng"_4cc:
+        return make(Specifier::Form::Beginning, container);
+    case "end "_4cc:
+        return make(Specifier::Form::End, container);
+    case "befo"_4cc:
+        return make(Specifier::Form::Before, container, Value::code("insl"_4cc));
+    case "afte"_4cc:
+        return make(Specifier::Form::After, container, Value::code("insl"_4cc));
+    case "rplc"_4cc:
+        return container;
+    default:
+        return unknown(descriptor);
+    }
+}
+
+/// A boundary of the range's own class, in the range's own container, is known by its key alone.
+Value FromDescriptor::rangeBoundary(const AEDesc* boundary, Value elementClass) {
+    if (!boundary)
+        return {};
+    const Value bound = value(*boundary);
+    const Specifier* element = as<Specifier>(bound);
+    const bool isPlain = element && element->form == Specifier::Form::Element && element->container == mRangeContainer &&
+                         element->a == elementClass && !is<Specifier>(element->b);
+    return isPlain ? element->b : bound;
+}
+
+Value FromDescriptor::range(const AEDesc& boundaries, Value container, Value elementClass) {
+    const Value outer = std::exchange(mRangeContainer, container);
+    const Value from = rangeBoundary(boundaries.find("star"_4cc), elementClass);
+    const Value to = rangeBoundary(boundaries.find("stop"_4cc), elementClass);
+    mRangeContainer = outer;
+    return make(Specifier::Form::Range, container, elementClass, from, to);
+}
+
 Value FromDescriptor::specifier(const AEDesc& descriptor) {
     const AEDesc* wanted = descriptor.find("want"_4cc);
     const AEDesc* form = descriptor.find("form"_4cc);
     const AEDesc* data = descriptor.find("seld"_4cc);
     const AEDesc* from = descriptor.find("from"_4cc);
     if (!wanted || !form || !data)
-        return Value::object(mMachine.heap().make<Data>("obj "_4cc, std::string_view()));
-    const Value holder = !from || from->isNull() ? Value::object(mMachine.heap().make<Application>()) : value(*from);
+        return unknown(descriptor);
+    const Value holder = !from || from->isNull() ? mOwner : value(*from);
     const Value elementClass = Value::code(wanted->code());
-    const auto make = [&](Specifier::Form kind, Value a, Value b = {}, Value c = {}) {
-        Specifier* made = mMachine.heap().make<Specifier>(kind, holder, a, b, c);
-        made->flags = Specifier::kIsReference;
-        return Value::object(made);
-    };
     switch (form->code()) {
     case "prop"_4cc:
-        return make(Specifier::Form::Property, Value::code(data->code()));
+        return make(Specifier::Form::Property, holder, Value::code(data->code()));
     case "usrp"_4cc:
-        return make(Specifier::Form::Property, symbolFor(mMachine, data->asText().value_or(std::u16string())));
+        return make(Specifier::Form::Property, holder, symbolFor(mMachine, data->asText().value_or(std::u16string())));
     case "indx"_4cc:
         if (data->type() == "abso"_4cc) {
             switch (data->code()) {
             case "all "_4cc:
-                return make(Specifier::Form::Every, elementClass);
+                return make(Specifier::Form::Every, holder, elementClass);
             case "any "_4cc:
-                return make(Specifier::Form::Some, elementClass);
+                return make(Specifier::Form::Some, holder, elementClass);
             case "midd"_4cc:
-                return make(Specifier::Form::Middle, elementClass);
+                return make(Specifier::Form::Middle, holder, elementClass);
             default:
-                return make(Specifier::Form::Element, elementClass, Value::integer(data->code() == "last"_4cc ? -1 : 1));
+                return make(Specifier::Form::Element, holder, elementClass, Value::integer(data->code() == "last"_4cc ? -1 : 1));
             }
         }
-        return make(Specifier::Form::Element, elementClass, value(*data));
+        return make(Specifier::Form::Element, holder, elementClass, value(*data));
     case "name"_4cc:
-        return make(Specifier::Form::Element, elementClass, value(*data));
+        return make(Specifier::Form::Element, holder, elementClass, value(*data));
+    case "rang"_4cc:
+        return range(*data, holder, elementClass);
+    case "test"_4cc: {
+        const Value every = make(Specifier::Form::Every, holder, elementClass);
+        return make(Specifier::Form::Filter, every, value(*data));
+    }
+    case "rele"_4cc:
+        return make(data->code() == "prev"_4cc ? Specifier::Form::Before : Specifier::Form::After, holder, elementClass);
     default:
-        return make(Specifier::Form::ElementByKey, elementClass, value(*data), Value::code(form->code()));
+        return make(Specifier::Form::ElementByKey, holder, elementClass, value(*data), Value::code(form->code()));
     }
 }
 
 } // namespace
 
-Value valueFromDescriptor(Machine& machine, const AEDesc& descriptor) {
-    return FromDescriptor(machine).value(descriptor);
+Value valueFromDescriptor(Machine& machine, const AEDesc& descriptor, Value owner) {
+    return FromDescriptor(machine, owner.isUndefined() ? Value::object(machine.heap().make<Application>()) : owner).value(descriptor);
 }
 
 } // namespace quoddle::component

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/ae/AEDesc.h"
+#include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/machine/Machine.h"
 
 #include <optional>
@@ -25,8 +26,20 @@ std::optional<AEDesc> descriptorFromReference(Machine& machine, Value value);
 /// record has its own type whatever it holds, also a record with a class of its own.
 DescType descriptorTypeOf(Machine& machine, Value value);
 /// The value of a descriptor. Every descriptor has one: a type that the language does not know becomes Data. Nesting beyond
-/// kMaximumDescriptorDepth is cut off.
-Value valueFromDescriptor(Machine& machine, const AEDesc& descriptor);
+/// kMaximumDescriptorDepth is cut off. Object specifiers become references to objects of `owner`, an application or a reference to one;
+/// undefined means the current application.
+Value valueFromDescriptor(Machine& machine, const AEDesc& descriptor, Value owner = {});
+
+/// The comparisons of a filter as descriptors have them. "Not equal" has no code of its own there.
+struct TestRelation {
+    Opcode opcode;
+    DescType relation;
+};
+constexpr TestRelation kTestRelations[] = {
+    {Opcode::TestEqual, "=   "_4cc},    {Opcode::TestGreater, ">   "_4cc},     {Opcode::TestGreaterOrEqual, ">=  "_4cc},
+    {Opcode::TestLess, "<   "_4cc},     {Opcode::TestLessOrEqual, "<=  "_4cc}, {Opcode::TestStartsWith, "bgwt"_4cc},
+    {Opcode::TestEndsWith, "ends"_4cc}, {Opcode::TestContains, "cont"_4cc},
+};
 
 /// The symbol of a name, which is compared without regard to case, unless the name stands between vertical bars.
 Value symbolFor(Machine& machine, std::u16string_view name);

@@ -247,8 +247,10 @@ std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct
         return true;
     };
     mMachine.error() = ScriptError();
-    // `me` and the target of a `tell` tell where a command goes and are no direct parameter.
-    const bool isTarget = direct.isUndefined() || is<Script>(direct) || is<Application>(direct);
+    // `me` and the application of a `tell` tell where a command goes and are no direct parameter. The same goes for an object that is told
+    // to make something: "make" has no direct parameter, and its receiver finds the object as the subject.
+    const bool makes = command.eventClass == "core"_4cc && command.eventID == "crel"_4cc && direct == mMachine.it();
+    const bool isTarget = direct.isUndefined() || is<Script>(direct) || is<Application>(direct) || makes;
     if (!isTarget && !put(Value::code("----"_4cc), direct))
         return std::nullopt;
     for (const Argument& argument : arguments)
@@ -259,6 +261,9 @@ std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct
     const std::uint32_t considering = mMachine.considering();
     const std::uint32_t mask = considering | (kAllConsiderations & ~considering) << kIgnoredShift;
     (void)event.setAttribute("csig"_4cc, AEDesc::ofInt32(static_cast<std::int32_t>(mask)));
+    if (const Value subject = mMachine.it(); is<Specifier>(subject) && !language::isLocal(subject))
+        if (auto described = descriptorFromValue(mMachine, subject))
+            (void)event.setAttribute("subj"_4cc, std::move(*described));
     addLocation(event, direct);
     return event;
 }
@@ -267,11 +272,14 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
     const AEDesc* number = reply.find("errn"_4cc);
     if (status == noErr && number)
         status = number->asInt32().value_or(errOSAGeneralError);
+    const Application* application = applicationOf(direct);
+    if (!application)
+        application = applicationOf(mMachine.it());
+    const Value owner = application ? Value::object(application) : Value();
     if (status == noErr) {
         const AEDesc* result = reply.find("----"_4cc);
-        return result ? valueFromDescriptor(mMachine, *result) : Value();
+        return result ? valueFromDescriptor(mMachine, *result, owner) : Value();
     }
-    const Application* application = applicationOf(direct.isUndefined() ? mMachine.it() : direct);
     if (status == procNotFound && !number && application && !AEFindApplication(addressOf(*application))) {
         const Value unknown = Value::object(application);
         return mMachine.raise(errAENoSuchObject, u"Can’t get " + language::inMessage(mMachine, unknown) + u".", unknown);
@@ -291,7 +299,7 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
     mMachine.error().briefMessage = brief;
     const auto part = [&](AEKeyword key) {
         const AEDesc* descriptor = reply.find(key);
-        return descriptor ? valueFromDescriptor(mMachine, *descriptor) : Value();
+        return descriptor ? valueFromDescriptor(mMachine, *descriptor, owner) : Value();
     };
     ScriptError& error = mMachine.error();
     error.offending = part("erob"_4cc);

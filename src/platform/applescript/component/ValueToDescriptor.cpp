@@ -2,7 +2,6 @@
 // Descriptors of the values of a machine.
 #include "platform/ae/AEObjects.h"
 #include "platform/applescript/component/Descriptors.h"
-#include "platform/applescript/image/Opcode.h"
 #include "platform/applescript/language/References.h"
 
 namespace quoddle::component {
@@ -24,12 +23,44 @@ private:
     std::optional<AEDesc> record(const Record* record);
     std::optional<AEDesc> container(Value value);
     std::optional<AEDesc> test(const Specifier* test);
+    std::optional<AEDesc> condition(Value value);
+    std::optional<AEDesc> filter(const Specifier* filter);
+    std::optional<AEDesc> range(const Specifier* range);
     std::optional<AEDesc> rangeBoundary(Value bound, Value elementClass);
-    std::optional<AEDesc> element(DescType wanted, Value container, DescType form, std::optional<AEDesc> data);
+    std::optional<AEDesc> specifierIn(const Specifier* specifier, std::optional<AEDesc> container);
 
     Machine& mMachine;
+    Value mRangeContainer; // stands for itself as "ccnt" in the boundaries of the range that is being described
     std::size_t mDepth = 0;
 };
+
+std::optional<AEDesc> objectSpecifier(DescType wanted, std::optional<AEDesc> from, DescType form, std::optional<AEDesc> data) {
+    if (!from || !data)
+        return std::nullopt;
+    return AEDesc::record({{"want"_4cc, AEDesc::ofType(wanted)},
+                           {"form"_4cc, AEDesc::ofEnum(form)},
+                           {"seld"_4cc, std::move(*data)},
+                           {"from"_4cc, std::move(*from)}},
+                          "obj "_4cc);
+}
+
+AEDesc comparison(AEDesc left, DescType relation, AEDesc right) {
+    return AEDesc::record({{"obj1"_4cc, std::move(left)}, {"relo"_4cc, AEDesc::ofEnum(relation)}, {"obj2"_4cc, std::move(right)}},
+                          "cmpd"_4cc);
+}
+
+std::optional<AEDesc> insertionPoint(std::optional<AEDesc> object, DescType position) {
+    if (!object)
+        return std::nullopt;
+    return AEDesc::record({{"kobj"_4cc, std::move(*object)}, {"kpos"_4cc, AEDesc::ofEnum(position)}}, "insl"_4cc);
+}
+
+/// The class of the things that a specifier names; "item" where it names none.
+DescType classNamedBy(const Specifier* specifier) {
+    while (specifier && specifier->form == Specifier::Form::Filter)
+        specifier = as<Specifier>(specifier->container);
+    return specifier && specifier->form != Specifier::Form::Property && specifier->a.isCode() ? specifier->a.asCode() : "cobj"_4cc;
+}
 
 std::optional<AEDesc> ToDescriptor::value(Value value) {
     if (value.isUndefined())
@@ -128,128 +159,133 @@ std::optional<AEDesc> ToDescriptor::record(const Record* record) {
 
 /// An application as a container is the null descriptor, because the event's address tells the application.
 std::optional<AEDesc> ToDescriptor::container(Value value) {
+    if (!mRangeContainer.isUndefined() && value == mRangeContainer)
+        return AEDesc("ccnt"_4cc, {});
     if (is<Application>(value) || value.isUndefined() || is<Script>(value))
         return AEDesc();
     const Specifier* holder = as<Specifier>(value);
     return holder && !language::isLocal(value) ? specifier(holder) : this->value(value);
 }
 
-std::optional<AEDesc> ToDescriptor::element(DescType wanted, Value holder, DescType form, std::optional<AEDesc> data) {
-    auto from = container(holder);
-    if (!from || !data)
+std::optional<AEDesc> ToDescriptor::range(const Specifier* range) {
+    const Value outer = std::exchange(mRangeContainer, range->container);
+    auto from = rangeBoundary(range->b, range->a), to = rangeBoundary(range->c, range->a);
+    mRangeContainer = outer;
+    if (!from || !to)
         return std::nullopt;
-    return AEDesc::record({{"want"_4cc, AEDesc::ofType(wanted)},
-                           {"form"_4cc, AEDesc::ofEnum(form)},
-                           {"seld"_4cc, std::move(*data)},
-                           {"from"_4cc, std::move(*from)}},
-                          "obj "_4cc);
+    return AEDesc::record({{"star"_4cc, std::move(*from)}, {"stop"_4cc, std::move(*to)}}, "rang"_4cc);
 }
 
 std::optional<AEDesc> ToDescriptor::rangeBoundary(Value bound, Value elementClass) {
     if (is<Specifier>(bound))
         return value(bound);
-    auto key = value(bound);
-    if (!key)
-        return std::nullopt;
-    const DescType form = is<Text>(bound) ? "name"_4cc : "indx"_4cc;
-    return AEDesc::record({{"want"_4cc, AEDesc::ofType(elementClass.asCode())},
-                           {"form"_4cc, AEDesc::ofEnum(form)},
-                           {"seld"_4cc, std::move(*key)},
-                           {"from"_4cc, AEDesc("ccnt"_4cc, {})}},
-                          "obj "_4cc);
+    return objectSpecifier(elementClass.asCode(), AEDesc("ccnt"_4cc, {}), is<Text>(bound) ? "name"_4cc : "indx"_4cc, value(bound));
+}
+
+/// A condition that compares nothing, such as `visible` in "every window whose visible", holds where the value is true.
+std::optional<AEDesc> ToDescriptor::condition(Value value) {
+    auto described = this->value(value);
+    const Specifier* test = as<Specifier>(value);
+    if (!described || (test && test->form == Specifier::Form::Test))
+        return described;
+    return comparison(std::move(*described), "=   "_4cc, AEDesc::ofBoolean(true));
 }
 
 std::optional<AEDesc> ToDescriptor::test(const Specifier* test) {
-    static constexpr struct {
-        Opcode opcode;
-        DescType relation;
-    } kRelations[] = {
-        {Opcode::TestEqual, "=   "_4cc},          {Opcode::TestNotEqual, "=   "_4cc}, {Opcode::TestGreater, ">   "_4cc},
-        {Opcode::TestGreaterOrEqual, ">=  "_4cc}, {Opcode::TestLess, "<   "_4cc},     {Opcode::TestLessOrEqual, "<=  "_4cc},
-        {Opcode::TestStartsWith, "bgwt"_4cc},     {Opcode::TestEndsWith, "ends"_4cc}, {Opcode::TestContains, "cont"_4cc},
-    };
     const auto opcode = static_cast<Opcode>(test->a.asInteger());
     const auto logical = [](DescType operation, std::vector<AEDesc> terms) {
         return AEDesc::record({{"logc"_4cc, AEDesc::ofEnum(operation)}, {"term"_4cc, AEDesc::list(std::move(terms))}}, "logi"_4cc);
     };
-    auto left = value(test->container);
+    const bool isLogical = opcode == Opcode::TestNot || opcode == Opcode::TestAnd || opcode == Opcode::TestOr;
+    auto left = isLogical ? condition(test->container) : value(test->container);
     if (!left)
         return std::nullopt;
     if (opcode == Opcode::TestNot)
         return logical("NOT "_4cc, {*left});
-    auto right = value(test->b);
+    auto right = isLogical ? condition(test->b) : value(test->b);
     if (!right)
         return std::nullopt;
-    if (opcode == Opcode::TestAnd || opcode == Opcode::TestOr)
+    if (isLogical)
         return logical(opcode == Opcode::TestAnd ? "AND "_4cc : "OR  "_4cc, {*left, *right});
-    for (const auto& row : kRelations)
-        if (row.opcode == opcode) {
-            AEDesc comparison =
-                AEDesc::record({{"obj1"_4cc, *left}, {"relo"_4cc, AEDesc::ofEnum(row.relation)}, {"obj2"_4cc, *right}}, "cmpd"_4cc);
-            return opcode == Opcode::TestNotEqual ? logical("NOT "_4cc, {comparison}) : comparison;
-        }
+    if (opcode == Opcode::TestNotEqual)
+        return logical("NOT "_4cc, {comparison(*left, "=   "_4cc, *right)});
+    for (const TestRelation& row : kTestRelations)
+        if (row.opcode == opcode)
+            return comparison(*left, row.relation, *right);
     return std::nullopt;
+}
+
+/// "first file of home whose …" is the first of those files of home for which the test holds: the test stands innermost, in place of the
+/// collection that it chooses from, and the choice stands around it. In "name of every file whose …" the test is one of the files.
+std::optional<AEDesc> ToDescriptor::filter(const Specifier* filter) {
+    auto tested = condition(filter->a);
+    std::vector<const Specifier*> properties;
+    const Specifier* objects = as<Specifier>(filter->container);
+    for (; objects && objects->form == Specifier::Form::Property && is<Specifier>(objects->container);
+         objects = as<Specifier>(objects->container))
+        properties.push_back(objects);
+    if (!objects || objects->form == Specifier::Form::Property) // the value of a property is a collection, too
+        return objectSpecifier(classNamedBy(objects), container(filter->container), "test"_4cc, std::move(tested));
+    const DescType wanted = classNamedBy(objects);
+    const bool isFiltered = objects->form == Specifier::Form::Filter;
+    auto chosen =
+        objectSpecifier(wanted, container(isFiltered ? Value::object(objects) : objects->container), "test"_4cc, std::move(tested));
+    if (!isFiltered && objects->form != Specifier::Form::Every)
+        chosen = specifierIn(objects, std::move(chosen));
+    for (auto property = properties.rbegin(); property != properties.rend(); ++property)
+        chosen = specifierIn(*property, std::move(chosen));
+    return chosen;
 }
 
 std::optional<AEDesc> ToDescriptor::specifier(const Specifier* what) {
     if (mDepth >= kMaximumDescriptorDepth)
         return std::nullopt;
-    const DescType code = what->a.isCode() ? what->a.asCode() : 0;
     switch (what->form) {
-    case Specifier::Form::Property:
-        if (const Symbol* name = as<Symbol>(what->a))
-            return element("prop"_4cc, what->container, "usrp"_4cc, AEDesc::ofUTF8(name->spelling));
-        return element("prop"_4cc, what->container, "prop"_4cc, AEDesc::ofType(code));
-    case Specifier::Form::Every:
-        return element(code, what->container, "indx"_4cc, CreateAbsoluteOrdinal("all "_4cc));
-    case Specifier::Form::Some:
-        return element(code, what->container, "indx"_4cc, CreateAbsoluteOrdinal("any "_4cc));
-    case Specifier::Form::Middle:
-        return element(code, what->container, "indx"_4cc, CreateAbsoluteOrdinal("midd"_4cc));
-    case Specifier::Form::Element:
-        return element(code, what->container, is<Text>(what->b) ? "name"_4cc : "indx"_4cc, value(what->b));
-    case Specifier::Form::ElementByKey:
-        return element(code, what->container, what->c.asCode(), value(what->b));
-    case Specifier::Form::Range: {
-        auto from = rangeBoundary(what->b, what->a), to = rangeBoundary(what->c, what->a);
-        if (!from || !to)
-            return std::nullopt;
-        return element(code, what->container, "rang"_4cc, AEDesc::record({{"star"_4cc, *from}, {"stop"_4cc, *to}}, "rang"_4cc));
-    }
-    case Specifier::Form::Filter: {
-        const Specifier* objects = as<Specifier>(what->container);
-        const Specifier* condition = as<Specifier>(what->a);
-        if (!condition)
-            return std::nullopt;
-        auto description = test(condition);
-        return element(objects && objects->a.isCode() ? objects->a.asCode() : "cobj"_4cc, what->container, "test"_4cc,
-                       std::move(description));
-    }
-    case Specifier::Form::Before:
-    case Specifier::Form::After: {
-        const bool before = what->form == Specifier::Form::Before;
-        if (code == "insl"_4cc) {
-            auto object = container(what->container);
-            if (!object)
-                return std::nullopt;
-            return AEDesc::record({{"kobj"_4cc, *object}, {"kpos"_4cc, AEDesc::ofEnum(before ? "befo"_4cc : "afte"_4cc)}}, "insl"_4cc);
-        }
-        return element(code, what->container, "rele"_4cc, AEDesc::ofEnum(before ? "prev"_4cc : "next"_4cc));
-    }
-    case Specifier::Form::Beginning:
-    case Specifier::Form::End: {
-        auto object = container(what->container);
-        if (!object)
-            return std::nullopt;
-        const DescType place = what->form == Specifier::Form::Beginning ? "bgng"_4cc : "end "_4cc;
-        return AEDesc::record({{"kobj"_4cc, *object}, {"kpos"_4cc, AEDesc::ofEnum(place)}}, "insl"_4cc);
-    }
+    case Specifier::Form::Filter:
+        return filter(what);
     case Specifier::Form::Examined:
         return AEDesc("exmn"_4cc, {});
     case Specifier::Form::Test:
         return test(what);
+    default:
+        return specifierIn(what, container(what->container));
     }
-    return std::nullopt;
+}
+
+/// A specifier of any form but a filter or a test, with the container that is given.
+std::optional<AEDesc> ToDescriptor::specifierIn(const Specifier* what, std::optional<AEDesc> from) {
+    const DescType code = what->a.isCode() ? what->a.asCode() : 0;
+    const bool isPlace = code == "insl"_4cc;
+    switch (what->form) {
+    case Specifier::Form::Property:
+        if (const Symbol* name = as<Symbol>(what->a))
+            return objectSpecifier("prop"_4cc, std::move(from), "usrp"_4cc, AEDesc::ofUTF8(name->spelling));
+        return objectSpecifier("prop"_4cc, std::move(from), "prop"_4cc, AEDesc::ofType(code));
+    case Specifier::Form::Every:
+        return objectSpecifier(code, std::move(from), "indx"_4cc, CreateAbsoluteOrdinal("all "_4cc));
+    case Specifier::Form::Some:
+        return objectSpecifier(code, std::move(from), "indx"_4cc, CreateAbsoluteOrdinal("any "_4cc));
+    case Specifier::Form::Middle:
+        return objectSpecifier(code, std::move(from), "indx"_4cc, CreateAbsoluteOrdinal("midd"_4cc));
+    case Specifier::Form::Element:
+        return objectSpecifier(code, std::move(from), is<Text>(what->b) ? "name"_4cc : "indx"_4cc, value(what->b));
+    case Specifier::Form::ElementByKey:
+        return objectSpecifier(code, std::move(from), what->c.asCode(), value(what->b));
+    case Specifier::Form::Range:
+        return objectSpecifier(code, std::move(from), "rang"_4cc, range(what));
+    case Specifier::Form::Before:
+        return isPlace ? insertionPoint(std::move(from), "befo"_4cc)
+                       : objectSpecifier(code, std::move(from), "rele"_4cc, AEDesc::ofEnum("prev"_4cc));
+    case Specifier::Form::After:
+        return isPlace ? insertionPoint(std::move(from), "afte"_4cc)
+                       : objectSpecifier(code, std::move(from), "rele"_4cc, AEDesc::ofEnum("next"_4cc));
+    case Specifier::Form::Beginning:
+        return insertionPoint(std::move(from), "bgng"_4cc);
+    case Specifier::Form::End:
+        return insertionPoint(std::move(from), "end "_4cc);
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace

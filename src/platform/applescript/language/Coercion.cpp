@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/language/Coercion.h"
 
+#include "platform/applescript/language/Commands.h"
 #include "platform/applescript/language/Dates.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
@@ -445,11 +446,13 @@ Value coerce(Machine& machine, Value value, Value wanted) {
         return machine.raise(-2763, u"No result was returned from some part of this expression.");
     const bool keepsReference = wanted.asCode() == "obj "_4cc;
     if (is<Specifier>(value) && !keepsReference) {
-        const Value followed = follow(machine, value);
+        const Value followed = isLocal(value) ? follow(machine, value) : getFromApplication(machine, value, wanted);
         if (followed.isFailure())
             return followed;
         value = followed;
     }
+    if (value.isUndefined())
+        return machine.raise(-2763, u"No result was returned from some part of this expression.");
     const Value made = tryCoerce(machine, value, wanted.asCode());
     if (made.isFailure() && wanted.asCode() == "alis"_4cc && isFile(value))
         return machine.raise(fnfErr, u"File " + inMessage(machine, value) + u" wasn’t found.", value);

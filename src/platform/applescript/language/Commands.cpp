@@ -168,13 +168,14 @@ Value callElsewhere(Machine& machine, Value target, Value name, std::span<const 
     return send(machine, "ascr"_4cc, "psbr"_4cc, target, parameters);
 }
 
-Value getFromApplication(Machine& machine, Value specifier) {
+Value getFromApplication(Machine& machine, Value specifier, Value wanted) {
     const Specifier* property = as<Specifier>(specifier);
     const Specifier* holder = property && property->form == Specifier::Form::Property ? as<Specifier>(property->container) : nullptr;
     if (holder && isMany(holder->form) && property->a == Value::code("nmbr"_4cc)) // "number of windows" asks for the number of elements
         return send(machine, "core"_4cc, "cnte"_4cc, property->container, {});
     const Heap::Hold hold(machine.heap()); // values that only C++ variables hold are in use while the application is asked
-    const Value value = send(machine, "core"_4cc, "getd"_4cc, specifier, {});
+    const Argument requested[] = {{Value::code("rtyp"_4cc), wanted}};
+    const Value value = send(machine, "core"_4cc, "getd"_4cc, specifier, wanted.isUndefined() ? Arguments() : Arguments(requested));
     const OSStatus number = value.isFailure() ? machine.error().number : noErr;
     if ((number == errAEEventNotHandled || number == errAENoSuchObject) && property && isFrameworkName(*property)) {
         machine.error() = ScriptError();

@@ -16,8 +16,9 @@ Value performCommand(Machine& machine, Value name, Value direct, std::span<const
 /// Calls a handler of something that is not a script: an application, or a value that has no handlers.
 Value callElsewhere(Machine& machine, Value target, Value name, std::span<const Value> arguments);
 
-/// Send "get" and "set" to the application that a specifier belongs to.
-Value getFromApplication(Machine& machine, Value specifier);
+/// Send "get" and "set" to the application that a specifier belongs to. `wanted` is the class that the value is asked for as; the
+/// application may answer with another one. Undefined means any.
+Value getFromApplication(Machine& machine, Value specifier, Value wanted = {});
 bool setInApplication(Machine& machine, Value specifier, Value value);
 
 bool setParent(Machine& machine, Script* script, Value parent);

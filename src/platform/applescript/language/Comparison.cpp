@@ -386,8 +386,14 @@ Value endsWith(Machine& machine, Value left, Value right) {
 }
 
 Value contains(Machine& machine, Value left, Value right) {
-    if (!followBoth(machine, left, right))
-        return Value::failure();
+    left = follow(machine, left);
+    if (left.isFailure())
+        return left;
+    // A list of an application's objects contains the object itself, which nobody is asked for.
+    const bool isObject = isList(left) && is<Specifier>(right) && !isLocal(right);
+    right = isObject ? evaluate(machine, right, Evaluate::Fully) : follow(machine, right);
+    if (right.isFailure())
+        return right;
     if (isList(left)) {
         const List* whole = as<List>(left);
         const List* part = asPart(machine, right);

@@ -209,8 +209,11 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
     if (container.isUndefined())
         return machine.raise(-2763, u"No result was returned from some part of this expression.");
     if (const Specifier* holder = as<Specifier>(container)) {
-        if (!isLocal(container))
-            return how == Evaluate::Fully ? getFromApplication(machine, specifier()) : specifier();
+        if (!isLocal(container)) {
+            // "contents" of a reference is what the reference names, whatever the application calls by that word.
+            const Value named = key == kContents && holder->flags & Specifier::kIsReference ? container : specifier();
+            return how == Evaluate::Fully ? getFromApplication(machine, named) : named;
+        }
         if (isMany(holder->form) && !isPropertyOfList(key))
             return evaluate(machine, specifier(), how);
         container = follow(machine, container);
@@ -239,8 +242,10 @@ Value getProperty(Machine& machine, Value container, Value key, Evaluate how) {
 bool setProperty(Machine& machine, Value container, Value key, Value value) {
     if (is<Specifier>(container) || is<Application>(container)) {
         const Value what = Value::object(machine.heap().make<Specifier>(Specifier::Form::Property, container, key, Value(), Value()));
+        const Specifier* holder = as<Specifier>(container);
+        const bool isOfReference = key == kContents && holder && holder->flags & Specifier::kIsReference;
         if (!isLocal(container))
-            return setInApplication(machine, what, value);
+            return setInApplication(machine, isOfReference ? container : what, value);
         if (key == kContents) // "set contents of x to …" sets what the reference x names
             return setSpecifier(machine, container, value);
         container = follow(machine, container);

@@ -356,6 +356,39 @@ Value follow(Machine& machine, Value value) {
     return machine.raise(errOSAStackOverflow, u"Stack overflow.");
 }
 
+namespace {
+
+/// The list with the raw specifiers in it replaced by what they name: "{name, size} of file 1" asks for one after the other.
+Value evaluateItems(Machine& machine, const List* list) {
+    const Heap::Hold hold(machine.heap());
+    List* values = machine.heap().list(list->count);
+    for (std::uint32_t i = 0; i < list->count; ++i) {
+        const Value value = is<Specifier>(list->items[i]) ? evaluate(machine, list->items[i], Evaluate::Fully) : list->items[i];
+        if (value.isFailure())
+            return value;
+        values->items[values->count++] = value;
+    }
+    return Value::object(values);
+}
+
+/// Sets each of the objects in a list to the value at the same place: "set {name, size} of file 1 to {…}".
+bool setEach(Machine& machine, const List* targets, Value value) {
+    const List* values = as<List>(value);
+    for (std::uint32_t i = 0; i < targets->count; ++i) {
+        if (!values || i >= values->count) {
+            const Value missing = specifier(machine, Specifier::Form::Element, value, Value::code("cobj"_4cc),
+                                            Value::integer(static_cast<std::int32_t>(i) + 1));
+            cannotGet(machine, missing);
+            return false;
+        }
+        if (!setSpecifier(machine, targets->items[i], values->items[i]))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
 bool followBoth(Machine& machine, Value& left, Value& right) {
     left = follow(machine, left);
     if (left.isFailure())
@@ -365,6 +398,8 @@ bool followBoth(Machine& machine, Value& left, Value& right) {
 }
 
 Value evaluate(Machine& machine, Value value, Evaluate how) {
+    if (const List* list = as<List>(value); list && how == Evaluate::Fully)
+        return evaluateItems(machine, list);
     const Specifier* specifier = as<Specifier>(value);
     if (!specifier || specifier->flags & Specifier::kIsReference)
         return value;
@@ -488,6 +523,8 @@ bool setEnd(Machine& machine, Value container, Value value) {
 }
 
 bool setSpecifier(Machine& machine, Value target, Value value) {
+    if (const List* targets = as<List>(target); targets && std::any_of(targets->items, targets->items + targets->count, is<Specifier>))
+        return setEach(machine, targets, value);
     const Specifier* what = as<Specifier>(target);
     if (!what) {
         machine.raise(OSAIllegalAssign,
@@ -519,6 +556,13 @@ bool setSpecifier(Machine& machine, Value target, Value value) {
 }
 
 Value count(Machine& machine, Value value) {
+    if (is<Specifier>(value) && !isLocal(value)) { // the application counts its objects; where it cannot, it is asked for them
+        const Heap::Hold hold(machine.heap());
+        const Value counted = performCommand(machine, Value::object(machine.heap().eventName("corecnte")), value, {}, false);
+        if (!counted.isFailure() || machine.error().number != errAEEventNotHandled)
+            return counted;
+        machine.error() = ScriptError();
+    }
     value = follow(machine, value);
     if (value.isFailure())
         return value;

@@ -38,7 +38,8 @@ void HandlerTranslator::binary() {
 void HandlerTranslator::emitBinary(Op op, Op withConstant, bool isBoolean) {
     mStack.need(2);
     const std::size_t left = mStack.top() - 1;
-    mStack.follow(left, Evaluate::Fully);
+    // An application that is asked for an object is told as what.
+    mStack.follow(left, op == Op::Coerce ? Evaluate::Locally : Evaluate::Fully);
     mStack.follow(left + 1, Evaluate::Fully);
     const Entry right = mStack.back();
     const std::size_t leftRegister = mStack.reg(left);
@@ -53,10 +54,14 @@ void HandlerTranslator::coerce() {
     mStack.need(2);
     const Entry& target = mStack.back();
     const bool toBoolean = target.kind == Entry::Kind::Constant && mStack.constantOf(target) == Value::code("bool"_4cc);
-    if (toBoolean && mStack[mStack.top() - 1].boolean)
+    if (toBoolean && mStack[mStack.top() - 1].boolean) {
         mStack.pop();
-    else
-        emitBinary(Op::Coerce, Op::Corrupt, false);
+        return;
+    }
+    const bool mayAsk = mStack[mStack.top() - 1].raw;
+    emitBinary(Op::Coerce, Op::Corrupt, false);
+    if (mayAsk)
+        mOut.barrier(); // an application that is asked may change anything
 }
 
 void HandlerTranslator::unary() {
@@ -76,10 +81,13 @@ void HandlerTranslator::replaceTop(Op op, bool isBoolean) {
 void HandlerTranslator::makeCollection() {
     const std::size_t count = mStack.popCount();
     const std::size_t base = mStack.size() - count;
-    prepareArguments(base, Evaluate::Fully);
+    const Opcode opcode = here().opcode;
+    // In "set {name, size} of x to …" the items are what is set.
+    const std::optional<Opcode> next = mStored.following(mAt + 1);
+    if (next != Opcode::SetData && next != Opcode::CopyData)
+        prepareArguments(base, Evaluate::Fully);
     mStack.materialiseFrom(base);
     mStack.pop(count);
-    const Opcode opcode = here().opcode;
     const std::size_t first = mStack.nextSlot();
     if (opcode == Opcode::MakeRecord)
         mStack.pushRegister(mOut.emit(Op::MakeRecord, first, first, count));
