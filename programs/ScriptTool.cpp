@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ScriptTool.h"
 
+#include "OwnNames.h"
 #include "platform/additions/StandardAdditions.h"
 #include "platform/ae/transport/AETransport.h"
 #include "platform/applescript/AppleScriptComponent.h"
@@ -10,6 +11,7 @@
 #include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ScriptBundle.h"
+#include "SourcePlace.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -67,24 +69,30 @@ void setUp() {
     AEInstallTransport();
 }
 
-std::optional<ComponentInstance> openLanguage(const std::string& program, const std::string& name) {
+std::optional<ComponentInstance> openLanguage(const Program& program, const std::string& name) {
     for (const ComponentDescription& component : RegisteredComponents())
         if (equalIgnoringCase(component.name, name))
             if (const ComponentInstance instance = OpenDefaultComponent(kOSAComponentType, component.subType))
                 return instance;
-    complain(program, "there is no language \"" + name + "\"; osalang lists them");
+    misuse(program, "there is no language \"" + name + "\"; osalang lists them");
     return std::nullopt;
 }
 
-std::optional<std::string> readInput(const std::string& program, const std::string& path) {
-    const bool isInput = path == "-";
-    const std::string file = isInput ? "standard input" : scriptFileOf(path);
-    auto bytes = isInput                          ? readToEnd(STDIN_FILENO, kMaximumInput)
+Result<std::string, InputFault> readScript(const std::string& path) {
+    const std::string file = scriptFileOf(path);
+    auto bytes = path == "-"                      ? readToEnd(STDIN_FILENO, kMaximumInput)
                  : file == path && isStream(path) ? readStream(path)
                                                   : readFile(file, kMaximumInput);
     if (bytes)
         return std::move(*bytes);
-    std::cerr << program << ": " << file << ": " << messageForStatus(bytes.error()) << "\n";
+    return Failure{InputFault{bytes.error(), messageForStatus(bytes.error())}};
+}
+
+std::optional<std::string> readInput(const Program& program, const std::string& path) {
+    auto bytes = readScript(path);
+    if (bytes)
+        return std::move(*bytes);
+    std::cerr << program.name << ": " << (path == "-" ? "standard input" : scriptFileOf(path)) << ": " << bytes.error().message << "\n";
     return std::nullopt;
 }
 
@@ -143,8 +151,7 @@ ScriptFailure failureOf(ComponentInstance instance, OSStatus status) {
     return failure;
 }
 
-void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status) {
-    const ScriptFailure failure = failureOf(instance, status);
+void printError(const ScriptFailure& failure, const std::string& file, const std::string& kind) {
     if (!file.empty())
         std::cerr << file << ":";
     if (failure.range)
@@ -152,55 +159,19 @@ void printError(ComponentInstance instance, const std::string& file, const std::
     std::cerr << (file.empty() && !failure.range ? "" : " ") << kind << " error: " << failure.message << " (" << failure.number << ")\n";
 }
 
+void printPlaceOnTerminal(const ScriptFailure& failure, const std::string& source) {
+    if (!failure.range || !::isatty(STDERR_FILENO))
+        return;
+    const std::u16string text = utf16FromSourceBytes(source);
+    std::cerr << markedLine(text, failure.range->first, failure.range->second);
+    if (const std::string advice = adviceOnNames(failure, text); !advice.empty())
+        std::cerr << advice << "\n";
+}
+
 void printResult(ComponentInstance instance, OSAID value, bool asSource) {
     AEDesc text;
     if (OSADisplay(instance, value, "utxt"_4cc, asSource ? kOSAModeNull : kOSAModeDisplayForHumans, text) == noErr)
         std::cout << text.asUTF8().value_or("") << std::endl;
-}
-
-void complain(const std::string& program, const std::string& message) {
-    std::cerr << program << ": " << message << "\nTry '" << program << " --help'.\n";
-}
-
-std::optional<Options> parseOptions(const std::string& program, const std::string& letters, const std::vector<std::string>& words,
-                                    bool optionsAnywhere) {
-    Options options;
-    bool ended = false;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (ended || word.size() < 2 || word[0] != '-') {
-            options.rest.push_back(word);
-            ended |= !optionsAnywhere;
-            continue;
-        }
-        if (word == "--") {
-            ended = true;
-            continue;
-        }
-        if (word == "--help") {
-            options.help = true;
-            return options;
-        }
-        for (std::size_t at = 1; at < word.size(); ++at) {
-            const auto known = letters.find(word[at]);
-            if (known == std::string::npos || word[at] == ':') {
-                complain(program, std::string("unknown option -") + word[at]);
-                return std::nullopt;
-            }
-            if (known + 1 >= letters.size() || letters[known + 1] != ':') {
-                options.given.emplace_back(word[at], "");
-                continue;
-            }
-            std::string value = word.substr(at + 1);
-            if (value.empty() && i + 1 >= words.size()) {
-                complain(program, std::string("option -") + word[at] + " needs a value");
-                return std::nullopt;
-            }
-            options.given.emplace_back(word[at], value.empty() ? words[++i] : value);
-            break;
-        }
-    }
-    return options;
 }
 
 } // namespace quoddle::tool

@@ -2,11 +2,12 @@
 // The code that the command-line programs share: languages by name, input files, printed errors.
 #pragma once
 
+#include "CommandLine.h"
 #include "platform/osa/OSA.h"
 
 #include <optional>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace quoddle::tool {
 
@@ -15,11 +16,17 @@ void setUp();
 
 /// The component instance of a language by name ("AppleScript", without regard to case). nullopt, with a message printed, when there is
 /// none.
-std::optional<ComponentInstance> openLanguage(const std::string& program, const std::string& name);
+std::optional<ComponentInstance> openLanguage(const Program& program, const std::string& name);
 
+struct InputFault {
+    OSStatus number;
+    std::string message; ///< a sentence
+};
 /// The bytes of a file, of standard input for "-", or of the main script of a bundle. Pipes and terminals are read to their end, but not
-/// pipes inside a bundle. nullopt, with a message printed, when the input cannot be read.
-std::optional<std::string> readInput(const std::string& program, const std::string& path);
+/// pipes inside a bundle.
+Result<std::string, InputFault> readScript(const std::string& path);
+/// As readScript(); nullopt, with a message printed, when the input cannot be read.
+std::optional<std::string> readInput(const Program& program, const std::string& path);
 
 /// A sentence for the error status with which a script could not be written.
 std::string messageForWriting(OSStatus status);
@@ -37,22 +44,12 @@ struct ScriptFailure {
 ScriptFailure failureOf(ComponentInstance instance, OSStatus status);
 
 /// Prints "FILE:START:END: KIND error: MESSAGE (NUMBER)" on standard error. `file` may be empty, and without a known range none is printed.
-void printError(ComponentInstance instance, const std::string& file, const std::string& kind, OSStatus status);
+void printError(const ScriptFailure& failure, const std::string& file, const std::string& kind);
+
+/// On a terminal, prints on standard error the line of the source where the failure is, with marks, and advice where there is some.
+void printPlaceOnTerminal(const ScriptFailure& failure, const std::string& source);
 
 /// Prints a value on standard output: as text for people, or as source.
 void printResult(ComponentInstance instance, OSAID value, bool asSource);
-
-/// Prints "PROGRAM: MESSAGE" and the hint at --help on standard error.
-void complain(const std::string& program, const std::string& message);
-
-/// The arguments with options split off; "-e x" and "-ex" are the same. In `letters` a ':' follows each option that takes a value.
-struct Options {
-    std::vector<std::pair<char, std::string>> given;
-    std::vector<std::string> rest;
-    bool help = false;
-};
-/// Options end at the first word that is none, or behind "--". nullopt, with a message printed, for an unknown option.
-std::optional<Options> parseOptions(const std::string& program, const std::string& letters, const std::vector<std::string>& words,
-                                    bool optionsAnywhere);
 
 } // namespace quoddle::tool

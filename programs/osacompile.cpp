@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 // osacompile: compiles source to a script file, a script bundle or an applet.
-#include "ScriptTool.h"
-
 #include "platform/base/File.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/osa/ScriptBundle.h"
+#include "ProgramTables.h"
+#include "ScriptCheck.h"
+#include "ScriptTool.h"
+#include "SourcePlace.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 
@@ -16,106 +18,123 @@ using namespace quoddle;
 
 namespace {
 
-constexpr char kHelp[] = R"(usage: osacompile [-l LANGUAGE] [-e STATEMENT]... [-o NAME] [-x] [-s] [-u] [FILE...]
-
-Compiles source text, or stores compiled scripts anew. The ending of NAME says what is made: a script (.scpt,
-default a.scpt), a script bundle (.scptd) or an applet (.app; a droplet when the script has an open handler).
-
-  -e STATEMENT  a line of the script; may be given more than once
-  -l LANGUAGE   the language of source text (default AppleScript)
-  -o NAME       the file or bundle to write
-  -s            applet: stay open
-  -u            applet: show the startup screen
-  -x            run-only: leave the source out
-  --help        this text
-)";
-
 std::string shellPath() {
     std::error_code error;
     return (std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "quoddle-shell").string();
 }
 
-/// Prints "FILE:LINE: error: MESSAGE (NUMBER)", the form of other compilers' errors, which editors read.
-void printLine(const tool::ScriptFailure& failure, const std::string& file, const std::string& source) {
-    const std::u16string text = utf16FromSourceBytes(source);
-    const std::size_t end = std::min(failure.range ? failure.range->first : 0, text.size());
-    std::size_t line = 1;
-    for (std::size_t i = 0; i < end; ++i)
-        line += text[i] == u'\n' || (text[i] == u'\r' && (i + 1 == text.size() || text[i + 1] != u'\n'));
+struct Settings {
+    std::string language, source, name;
+    std::vector<std::string> files; // empty when the source is given by statements
+    bool isRunOnly = false;
+    bool isCheck = false;
+    bool asJSON = false;
+    BundleOptions bundle;
+};
+
+Result<Settings, int> settingsFrom(int argc, char** argv) {
+    auto arguments = tool::parseArguments(tool::kOsacompile, {argv + 1, argv + argc});
+    if (!arguments)
+        return Failure{arguments.error()};
+    Settings settings{.language = arguments->valueOr("l", "AppleScript"), .name = arguments->valueOr("o", "a.scpt")};
+    settings.isRunOnly = arguments->has("x");
+    settings.isCheck = arguments->has("check");
+    settings.asJSON = arguments->has("json");
+    settings.bundle.stayOpen = arguments->has("s");
+    settings.bundle.startupScreen = arguments->has("u");
+    for (const auto& [name, value] : arguments->given)
+        if (name == "e")
+            settings.source += value + "\n";
+    settings.files = std::move(arguments->rest);
+    if (arguments->has("e") && !settings.files.empty())
+        return Failure{tool::misuse(tool::kOsacompile, "a script is given by -e or by files, not by both")};
+    if (!arguments->has("e") && settings.files.empty())
+        settings.files.emplace_back("-");
+    if (settings.asJSON && !settings.isCheck)
+        return Failure{tool::misuse(tool::kOsacompile, "option --json needs --check")};
+    for (const char* writing : {"o", "s", "u", "x"})
+        if (settings.isCheck && arguments->has(writing))
+            return Failure{tool::misuse(tool::kOsacompile, std::string("--check writes nothing: it does not go with -") + writing)};
+    if (settings.name.empty())
+        return Failure{tool::misuse(tool::kOsacompile, "option -o needs a name")};
+    if (std::count(settings.files.begin(), settings.files.end(), "-") > 1)
+        return Failure{tool::misuse(tool::kOsacompile, "standard input is given twice")};
+    return settings;
+}
+
+int check(ComponentInstance instance, const Settings& settings) {
+    std::vector<tool::ScriptSource> sources;
+    for (const std::string& file : settings.files)
+        sources.push_back({file, tool::readScript(file)});
+    if (settings.files.empty())
+        sources.push_back({"-", settings.source});
+    return tool::checkScripts(instance, sources, settings.asJSON);
+}
+
+/// Several files are one script, in the order given. False, with a message printed, when one cannot be read.
+bool readSource(Settings& settings) {
+    for (const std::string& path : settings.files) {
+        auto bytes = tool::readInput(tool::kOsacompile, path);
+        if (!bytes)
+            return false;
+        if (settings.files.size() == 1)
+            settings.source = std::move(*bytes);
+        else
+            settings.source += utf8FromUTF16(utf16FromSourceBytes(*bytes)) + "\n";
+    }
+    return true;
+}
+
+/// Tells why the source was not compiled: as "FILE:LINE: error: MESSAGE (NUMBER)", the form of other compilers' errors, which editors read.
+void printFailure(const tool::ScriptFailure& failure, const std::string& file, const std::string& source) {
+    const std::size_t line = tool::placeOf(utf16FromSourceBytes(source), failure.range ? failure.range->first : 0).line;
     std::cerr << file << ":" << line << ": error: " << failure.message << " (" << failure.number << ")\n";
+    tool::printPlaceOnTerminal(failure, source);
+}
+
+OSStatus write(ComponentInstance instance, OSAID script, Settings& settings) {
+    AEDesc stored;
+    const OSStatus status = OSAStore(instance, script, "scpt"_4cc, settings.isRunOnly ? kOSAModePreventGetSource : kOSAModeNull, stored);
+    if (status != noErr)
+        return status;
+    std::int32_t isDroplet = 0;
+    (void)OSAGetScriptInfo(instance, script, "hsod"_4cc, isDroplet);
+    settings.bundle.path = settings.name;
+    settings.bundle.shell = shellPath();
+    settings.bundle.isDroplet = isDroplet != 0;
+    while (settings.name.size() > 1 && settings.name.ends_with('/'))
+        settings.name.pop_back();
+    return isBundleName(settings.name) ? writeBundle(settings.bundle, stored.data()) : writeFile(settings.name, stored.data());
 }
 
 int perform(int argc, char** argv) {
-    auto options = tool::parseOptions("osacompile", "e:l:o:xsu", {argv + 1, argv + argc}, true);
-    if (!options)
-        return 2;
-    if (options->help) {
-        std::fputs(kHelp, stdout);
-        return 0;
-    }
-    std::string language = "AppleScript", source, name = "a.scpt";
-    bool hasSource = false, isRunOnly = false;
-    BundleOptions bundle;
-    for (const auto& [letter, value] : options->given) {
-        if (letter == 'e') {
-            source += value + "\n";
-            hasSource = true;
-        } else if (letter == 'l') {
-            language = value;
-        } else if (letter == 'o') {
-            name = value;
-        } else {
-            isRunOnly |= letter == 'x';
-            bundle.stayOpen |= letter == 's';
-            bundle.startupScreen |= letter == 'u';
-        }
-    }
+    auto settings = settingsFrom(argc, argv);
+    if (!settings)
+        return settings.error();
     tool::setUp();
-    auto instance = tool::openLanguage("osacompile", language);
+    const auto instance = tool::openLanguage(tool::kOsacompile, settings->language);
     if (!instance)
         return 2;
-    std::string file;
-    if (!hasSource) {
-        if (options->rest.empty())
-            options->rest.emplace_back("-");
-        // Several files are one script, in the order given.
-        for (const std::string& path : options->rest) {
-            auto bytes = tool::readInput("osacompile", path);
-            if (!bytes)
-                return 1;
-            if (options->rest.size() == 1)
-                source = std::move(*bytes);
-            else
-                source += utf8FromUTF16(utf16FromSourceBytes(*bytes)) + "\n";
-        }
-        if (options->rest.size() == 1 && options->rest[0] != "-")
-            file = options->rest[0];
-    }
+    if (settings->isCheck)
+        return check(*instance, *settings);
+    if (!readSource(*settings))
+        return 1;
+    const std::string file = settings->files.size() == 1 ? settings->files[0] : "-";
     OSAID script = kOSANullScript;
     bool isCompiled = false;
-    OSStatus status = tool::loadOrCompile(*instance, source, script, isCompiled);
+    OSStatus status = tool::loadOrCompile(*instance, settings->source, script, isCompiled);
     if (status != noErr) {
+        const tool::ScriptFailure failure = tool::failureOf(*instance, status);
         if (isCompiled)
-            tool::printError(*instance, file, "load", status);
+            tool::printError(failure, file == "-" ? "" : file, "load");
         else
-            printLine(tool::failureOf(*instance, status), file.empty() ? "-" : file, source);
+            printFailure(failure, file, settings->source);
         return 1;
     }
-    AEDesc stored;
-    status = OSAStore(*instance, script, "scpt"_4cc, isRunOnly ? kOSAModePreventGetSource : kOSAModeNull, stored);
-    if (status == noErr) {
-        bundle.path = name;
-        bundle.shell = shellPath();
-        std::int32_t isDroplet = 0;
-        (void)OSAGetScriptInfo(*instance, script, "hsod"_4cc, isDroplet);
-        bundle.isDroplet = isDroplet != 0;
-        while (name.size() > 1 && name.ends_with('/'))
-            name.pop_back();
-        status = isBundleName(name) ? writeBundle(bundle, stored.data()) : writeFile(name, stored.data());
-    }
+    status = write(*instance, script, *settings);
     if (status == noErr)
         return 0;
-    std::cerr << "osacompile: " << name << ": " << tool::messageForWriting(status) << "\n";
+    std::cerr << "osacompile: " << settings->name << ": " << tool::messageForWriting(status) << "\n";
     return 1;
 }
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // osadecompile: prints the source of a compiled script.
+#include "ProgramTables.h"
 #include "ScriptTool.h"
 
 #include "platform/base/ProgramMain.h"
 
-#include <cstdio>
 #include <iostream>
 
 using namespace quoddle;
@@ -12,18 +12,13 @@ using namespace quoddle;
 namespace {
 
 int perform(int argc, char** argv) {
-    auto options = tool::parseOptions("osadecompile", "", {argv + 1, argv + argc}, true);
-    if (!options)
-        return 2;
-    if (options->help || options->rest.size() != 1) {
-        std::fputs(
-            "usage: osadecompile FILE\n\nPrints the source of a compiled script (.scpt), a script bundle (.scptd) or an applet (.app).\n",
-            options->help ? stdout : stderr);
-        return options->help ? 0 : 2;
-    }
+    const auto arguments = tool::parseArguments(tool::kOsadecompile, {argv + 1, argv + argc});
+    if (!arguments)
+        return arguments.error();
+    const std::string& file = arguments->rest[0];
     tool::setUp();
-    auto instance = tool::openLanguage("osadecompile", "AppleScript");
-    auto bytes = instance ? tool::readInput("osadecompile", options->rest[0]) : std::nullopt;
+    auto instance = tool::openLanguage(tool::kOsadecompile, "AppleScript");
+    auto bytes = instance ? tool::readInput(tool::kOsadecompile, file) : std::nullopt;
     if (!bytes)
         return 1;
     OSAID script = kOSANullScript;
@@ -33,11 +28,11 @@ int perform(int argc, char** argv) {
     if (status == noErr)
         status = OSAGetSource(*instance, script, "utxt"_4cc, source);
     if (status == errOSASourceNotAvailable) {
-        std::cerr << "osadecompile: " << options->rest[0] << ": the script was saved run-only: it has no source\n";
+        std::cerr << "osadecompile: " << file << ": the script was saved run-only: it has no source\n";
         return 1;
     }
     if (status != noErr) {
-        tool::printError(*instance, options->rest[0], isCompiled ? "load" : "syntax", status);
+        tool::printError(tool::failureOf(*instance, status), file, isCompiled ? "load" : "syntax");
         return 1;
     }
     const std::string text = source.asUTF8().value_or("");

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // osalang: lists the scripting languages.
+#include "ProgramTables.h"
 #include "ScriptTool.h"
 
 #include "platform/base/ProgramMain.h"
 
-#include <cstdio>
 #include <iostream>
 
 using namespace quoddle;
@@ -12,19 +12,12 @@ using namespace quoddle;
 namespace {
 
 int perform(int argc, char** argv) {
-    auto options = tool::parseOptions("osalang", "lL", {argv + 1, argv + argc}, true);
-    if (!options)
-        return 2;
-    if (options->help) {
-        std::fputs("usage: osalang [-l|-L]\n\nLists the scripting languages: names; -l with code and maker; -L with the version as well.\n",
-                   stdout);
-        return 0;
-    }
-    bool isLong = false, isVeryLong = false;
-    for (const auto& [letter, value] : options->given) {
-        isLong |= letter == 'l';
-        isVeryLong |= letter == 'L';
-    }
+    const auto arguments = tool::parseArguments(tool::kOsalang, {argv + 1, argv + argc});
+    if (!arguments)
+        return arguments.error();
+    const bool isLong = arguments->has("l"), isVeryLong = arguments->has("L");
+    if (isLong && isVeryLong)
+        return tool::misuse(tool::kOsalang, "-l and -L exclude each other");
     tool::setUp();
     for (const ComponentDescription& component : RegisteredComponents()) {
         if (isLong || isVeryLong)

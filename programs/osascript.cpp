@@ -3,6 +3,7 @@
 #include "platform/base/File.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/osa/ScriptBundle.h"
+#include "ProgramTables.h"
 #include "ScriptTool.h"
 
 #include <cstdio>
@@ -19,24 +20,9 @@ namespace {
 
 constexpr std::size_t kLongestLine = std::size_t(16) << 20; // bytes of a line that is typed or pasted
 
-constexpr char kHelp[] = R"(usage: osascript [-l LANGUAGE] [-i] [-s FLAGS] [-e STATEMENT]... [FILE|-] [ARGUMENT...]
-
-Runs a script and prints its result. FILE is source text, a compiled script or a script bundle; without FILE
-and -e the script is read from standard input. ARGUMENTs are handed to "on run argv".
-
-  -e STATEMENT  a line of the script; may be given more than once
-  -i            interactive: runs every line as it is typed
-  -l LANGUAGE   the language of source text (default AppleScript)
-  -s FLAGS      h: print the result for people (default)   s: print it as source
-                e: errors on standard error (default)      o: errors on standard output
-  --help        this text
-)";
-
 struct Settings {
-    std::string language = "AppleScript";
     std::string statements;
     bool hasStatements = false;
-    bool isInteractive = false;
     bool asSource = false;
     bool errorsOnOutput = false;
 };
@@ -119,7 +105,7 @@ int interact(ComponentInstance instance, const Settings& settings) {
             status = OSAExecute(instance, context, kOSANullScript, kOSAModeNull, result);
         }
         if (status != noErr)
-            tool::printError(instance, "", kind, status);
+            tool::printError(tool::failureOf(instance, status), "", kind);
         else if (result != kOSANullScript) {
             if (prompts)
                 std::cout << "=> ";
@@ -128,6 +114,15 @@ int interact(ComponentInstance instance, const Settings& settings) {
         }
     }
     return 0;
+}
+
+/// Tells why the script failed. `source` is what was compiled; empty when it is not known.
+int fail(ComponentInstance instance, OSStatus status, const std::string& file, const std::string& kind, const std::string& source) {
+    const tool::ScriptFailure failure = tool::failureOf(instance, status);
+    tool::printError(failure, file, kind);
+    if (!source.empty())
+        tool::printPlaceOnTerminal(failure, source);
+    return 1;
 }
 
 /// The arguments as words. In the first line of a script file all options arrive as one word: "-l AppleScript -s s".
@@ -142,36 +137,29 @@ std::vector<std::string> wordsFrom(int argc, char** argv) {
 }
 
 int perform(int argc, char** argv) {
-    auto options = tool::parseOptions("osascript", "e:il:s:", wordsFrom(argc, argv), false);
+    const auto options = tool::parseArguments(tool::kOsascript, wordsFrom(argc, argv));
     if (!options)
-        return 2;
-    if (options->help) {
-        std::fputs(kHelp, stdout);
-        return 0;
-    }
+        return options.error();
     Settings settings;
-    for (const auto& [letter, value] : options->given) {
-        if (letter == 'e') {
+    for (const auto& [name, value] : options->given) {
+        if (name == "e") {
             settings.statements += value + "\n";
             settings.hasStatements = true;
-        } else if (letter == 'l') {
-            settings.language = value;
-        } else if (letter == 'i') {
-            settings.isInteractive = true;
-        } else {
-            for (char flag : value) {
-                settings.asSource = flag == 's' || (flag != 'h' && settings.asSource);
-                settings.errorsOnOutput = flag == 'o' || (flag != 'e' && settings.errorsOnOutput);
-            }
+        }
+        for (char flag : name == "s" ? value : "") {
+            if (std::string_view("hseo").find(flag) == std::string_view::npos)
+                return tool::misuse(tool::kOsascript, std::string("option -s has no flag ") + flag);
+            settings.asSource = flag == 's' || (flag != 'h' && settings.asSource);
+            settings.errorsOnOutput = flag == 'o' || (flag != 'e' && settings.errorsOnOutput);
         }
     }
     tool::setUp();
-    auto instance = tool::openLanguage("osascript", settings.language);
+    auto instance = tool::openLanguage(tool::kOsascript, options->valueOr("l", "AppleScript"));
     if (!instance)
         return 2;
     if (settings.errorsOnOutput)
         ::dup2(STDOUT_FILENO, STDERR_FILENO);
-    if (settings.isInteractive && !settings.hasStatements && options->rest.empty())
+    if (options->has("i") && !settings.hasStatements && options->rest.empty())
         return interact(*instance, settings);
 
     std::string file;
@@ -181,7 +169,7 @@ int perform(int argc, char** argv) {
         file = arguments.empty() ? "-" : arguments.front();
         if (!arguments.empty())
             arguments.erase(arguments.begin());
-        auto input = tool::readInput("osascript", file);
+        auto input = tool::readInput(tool::kOsascript, file);
         if (!input)
             return 1;
         bytes = std::move(*input);
@@ -191,20 +179,16 @@ int perform(int argc, char** argv) {
     OSAID script = kOSANullScript, result = kOSANullScript;
     bool isCompiled = false;
     OSStatus status = tool::loadOrCompile(*instance, bytes, script, isCompiled);
-    if (status != noErr) {
-        tool::printError(*instance, file, isCompiled ? "load" : file.empty() ? "syntax" : "script", status);
-        return 1;
-    }
+    if (status != noErr)
+        return fail(*instance, status, file, isCompiled ? "load" : file.empty() ? "syntax" : "script", isCompiled ? "" : bytes);
     const StoredProperties properties(*instance, script, isCompiled ? file : std::string());
     // The script's file answers "path to me".
     if (std::error_code error; !file.empty())
         (void)OSASetScriptInfo(*instance, script, "fref"_4cc,
                                std::filesystem::absolute(scriptFileOf(file), error).lexically_normal().string());
     status = run(*instance, script, arguments, result);
-    if (status != noErr) {
-        tool::printError(*instance, file, "execution", status);
-        return 1;
-    }
+    if (status != noErr)
+        return fail(*instance, status, file, "execution", isCompiled ? "" : bytes);
     if (result != kOSANullScript)
         tool::printResult(*instance, result, settings.asSource);
     return properties.keep() ? 0 : 1;

@@ -31,6 +31,7 @@ namespace {
 
 using End = PictureStream::End;
 
+constexpr int kUsageError = 2;
 constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // the most pixels of a picture
 constexpr qint64 kMostPageBytes = qint64{128} << 20;                          // the most bytes of a document's pages
 constexpr rlim_t kProcessorTime = 10;                                         // seconds
@@ -118,8 +119,9 @@ int perform(int argc, char** argv) {
     const QByteArrayView source = argc == 6 ? argv[1] : "";
     const bool isPages = source == "pages";
     if (!isPages && source != "picture") {
-        std::fputs("quoddle-preview: decodes pictures for other programs, which start it\n", stderr);
-        return EXIT_FAILURE;
+        const bool isAsked = argc == 2 && QByteArrayView(argv[1]) == "--help";
+        std::fputs("quoddle-preview: decodes pictures for other programs, which start it\n", isAsked ? stdout : stderr);
+        return isAsked ? EXIT_SUCCESS : kUsageError;
     }
     limitProcess();
     qputenv("QT_QPA_PLATFORM", "offscreen");

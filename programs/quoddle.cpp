@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// quoddle: starts applets, lists running ones, and makes applets known to the desktop. There is one row for each command; the work is done
+// quoddle: starts applets, lists running ones, and makes applets known to the desktop. Its commands are rows of a table; the work is done
 // in the files beside this one.
 #include "AppletInfo.h"
 #include "AppletInstallation.h"
@@ -9,6 +9,7 @@
 #include "platform/ae/transport/AERunningApplications.h"
 #include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/base/ProgramMain.h"
+#include "ProgramTables.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -23,17 +24,6 @@ using namespace quoddle;
 namespace {
 
 using Words = std::vector<std::string>;
-constexpr int kUsageError = 2;
-
-struct Command {
-    std::string_view name;
-    std::string_view arguments;
-    std::string_view summary;
-    std::string_view help;
-    std::size_t fewest;
-    std::size_t most;
-    int (*perform)(const Words& words);
-};
 
 int fail(const std::string& message) {
     std::cerr << "quoddle: " << message << "\n";
@@ -151,69 +141,41 @@ int uninstall(const Words& words) {
     return EXIT_SUCCESS;
 }
 
-constexpr std::string_view kAppletHelp =
-    "APPLET is the path of a bundle (.app), or the name of an applet that runs, has run before or lies in ~/Applications.\n";
+constexpr struct {
+    std::string_view name;
+    int (*perform)(const Words& words);
+} kFunctions[] = {{"run", run}, {"list", list}, {"quit", quit}, {"info", info}, {"install", install}, {"uninstall", uninstall}};
 
-constexpr Command kCommands[] = {
-    {"run", "APPLET [FILE...]", "start an applet", "Starts an applet; FILEs are opened with it. One that runs already gets the files.\n", 1,
-     SIZE_MAX, run},
-    {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0, list},
-    {"quit", "APPLET", "ask an applet to quit",
-     "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1,
-     quit},
-    {"info", "APPLET", "tell about an applet",
-     "Prints name, identifier, version, settings, the handlers of the script and the file types of an applet.\n", 1, 1, info},
-    {"install", "APPLET", "put an applet into the desktop's menu",
-     "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
-     "applet and opens its types of files with it. The bundle stays where it is. Installing again renews it.\n",
-     1, 1, install},
-    {"uninstall", "APPLET", "take it out again",
-     "Removes what install has made; the bundle stays. APPLET may also be a path where no bundle is any more, or the name\n"
-     "in the menu.\n",
-     1, 1, uninstall},
-};
-
-void printHelp() {
-    std::cout << "usage: quoddle COMMAND [ARGUMENT...]\n\n";
-    for (const Command& command : kCommands) {
-        const std::string form = std::string(command.name) + " " + std::string(command.arguments);
-        std::cout << "  " << form << std::string(24 - form.size(), ' ') << command.summary << "\n";
-    }
-    std::cout << "\nquoddle COMMAND --help tells more. " << kAppletHelp;
-}
-
-int misuse(const std::string& message) {
-    std::cerr << "quoddle: " << message << "\nTry 'quoddle --help'.\n";
-    return kUsageError;
-}
-
-int perform(const Command& command, Words words) {
+int perform(const tool::Command& command, Words words) {
     const auto end = std::find(words.begin(), words.end(), "--");
     if (std::find(words.begin(), end, "--help") != end) {
-        std::cout << "usage: quoddle " << command.name << (command.arguments.empty() ? "" : " ") << command.arguments << "\n\n"
-                  << command.help << (command.most > 0 ? kAppletHelp : "");
+        std::cout << tool::usageOf(tool::kQuoddle, command) << "\n" << command.help;
         return EXIT_SUCCESS;
     }
     if (end != words.end())
         words.erase(end);
     else if (!words.empty() && words[0].starts_with("-"))
-        return misuse("unknown option " + words[0]);
+        return tool::misuse(tool::kQuoddle, command, "unknown option " + words[0]);
     if (words.size() < command.fewest)
-        return misuse(std::string(command.name) + " needs the path or name of an applet");
+        return tool::misuse(tool::kQuoddle, command, std::string(command.name) + " needs the path or name of an applet");
     if (words.size() > command.most)
-        return misuse(std::string(command.name) + ": too many arguments");
-    return command.perform(words);
+        return tool::misuse(tool::kQuoddle, command, std::string(command.name) + ": too many arguments");
+    return std::find_if(std::begin(kFunctions), std::end(kFunctions), [&](const auto& f) { return f.name == command.name; })
+        ->perform(words);
 }
 
 int performCommandLine(int argc, char** argv) {
     Words words(argv + 1, argv + argc);
-    if (words.empty() || words[0] == "--help") {
-        printHelp();
-        return words.empty() ? kUsageError : EXIT_SUCCESS;
+    if (!words.empty() && words[0] == "--help") {
+        std::cout << tool::helpOf(tool::kQuoddle);
+        return EXIT_SUCCESS;
     }
-    const auto* command = std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& c) { return c.name == words[0]; });
-    if (command == std::end(kCommands))
-        return misuse("unknown command " + words[0]);
+    if (words.empty())
+        return tool::misuse(tool::kQuoddle, "a command is missing");
+    const auto commands = tool::kQuoddle.commands;
+    const auto command = std::find_if(commands.begin(), commands.end(), [&](const tool::Command& c) { return c.name == words[0]; });
+    if (command == commands.end())
+        return tool::misuse(tool::kQuoddle, "unknown command " + words[0]);
     words.erase(words.begin());
     QCoreApplication application(argc, argv);
     return perform(*command, std::move(words));

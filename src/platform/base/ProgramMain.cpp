@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 #include <fcntl.h>
 #include <new>
@@ -21,11 +22,20 @@ void occupyClosedStreams() {
 
 } // namespace
 
+void printVersion(const char* program) {
+    std::printf("%s (Quoddle) " QUODDLE_VERSION "\n", program);
+}
+
 int programMain(const char* program, int argc, char** argv, int (*body)(int, char**)) {
     occupyClosedStreams();
     int status = EXIT_FAILURE;
     try {
-        status = body(argc, argv);
+        if (argc > 1 && std::strcmp(argv[1], "--version") == 0) {
+            printVersion(program);
+            status = EXIT_SUCCESS;
+        } else {
+            status = body(argc, argv);
+        }
     } catch (const std::bad_alloc&) {
         std::fprintf(stderr, "%s: out of memory\n", program);
     } catch (const std::exception& exception) {

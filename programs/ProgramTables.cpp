@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "ProgramTables.h"
+
+namespace quoddle::tool {
+
+namespace {
+
+constexpr Option kLanguage = {"l", "LANGUAGE", "the language of source text (default AppleScript)", false, Offer::languages};
+constexpr Option kStatement = {"e", "STATEMENT", "a line of the script; may be given more than once", true};
+
+constexpr Option kOsascriptOptions[] = {
+    kStatement,
+    {"i", "", "interactive: runs every line as it is typed"},
+    kLanguage,
+    {"s", "FLAGS",
+     "h: print the result for people (default)   s: print it as source\n"
+     "e: errors on standard error (default)      o: errors on standard output",
+     true, Offer::resultFlags},
+};
+
+constexpr Option kOsacompileOptions[] = {
+    {"check", "", "write nothing: print the errors of each FILE as FILE:LINE:COLUMN: MESSAGE"},
+    kStatement,
+    {"json", "", "with --check: print the errors as one JSON array"},
+    kLanguage,
+    {"o", "NAME", "the file or bundle to write", false, Offer::bundles},
+    {"s", "", "applet: stay open"},
+    {"u", "", "applet: show the startup screen"},
+    {"x", "", "run-only: leave the source out"},
+};
+
+constexpr Option kOsalangOptions[] = {
+    {"l", "", "with code and maker"},
+    {"L", "", "with the version as well"},
+};
+
+constexpr Command kQuoddleCommands[] = {
+    {"run", "APPLET [FILE...]", "start an applet", "Starts an applet; FILEs are opened with it. One that runs already gets the files.\n", 1,
+     SIZE_MAX, Offer::applets},
+    {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0,
+     Offer::nothing},
+    {"quit", "APPLET", "ask an applet to quit",
+     "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1,
+     Offer::applets},
+    {"info", "APPLET", "tell about an applet",
+     "Prints name, identifier, version, settings, the handlers of the script and the file types of an applet.\n", 1, 1, Offer::applets},
+    {"install", "APPLET", "put an applet into the desktop's menu",
+     "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
+     "applet and opens its types of files with it. The bundle stays where it is. Installing again renews it.\n",
+     1, 1, Offer::applets},
+    {"uninstall", "APPLET", "take it out again",
+     "Removes what install has made; the bundle stays. APPLET may also be a path where no bundle is any more, or the name\n"
+     "in the menu.\n",
+     1, 1, Offer::applets},
+};
+
+} // namespace
+
+const Program kOsascript = {.name = "osascript",
+                            .synopsis = "[-l LANGUAGE] [-i] [-s FLAGS] [-e STATEMENT]... [FILE|-] [ARGUMENT...]",
+                            .about =
+                                "Runs a script and prints its result. FILE is source text, a compiled script or a script bundle; "
+                                "without FILE\nand -e the script is read from standard input. ARGUMENTs are handed to \"on run argv\".\n",
+                            .options = kOsascriptOptions,
+                            .hasOptionsAnywhere = false,
+                            .offer = Offer::scripts};
+
+const Program kOsacompile = {
+    .name = "osacompile",
+    .synopsis = "[-l LANGUAGE] [-e STATEMENT]... [-o NAME] [-x] [-s] [-u] [FILE...]\n"
+                "       osacompile --check [--json] [-l LANGUAGE] [-e STATEMENT]... [FILE...]",
+    .about = "Compiles source text, or stores compiled scripts anew. The ending of NAME says what is made: a script (.scpt,\n"
+             "default a.scpt), a script bundle (.scptd) or an applet (.app; a droplet when the script has an open handler).\n"
+             "Several FILEs are one script; without FILE and -e it is read from standard input, as for \"-\".\n",
+    .options = kOsacompileOptions,
+    .offer = Offer::scripts};
+
+const Program kOsadecompile = {.name = "osadecompile",
+                               .synopsis = "FILE",
+                               .about = "Prints the source of a compiled script (.scpt), a script bundle (.scptd) or an applet (.app).\n",
+                               .fewest = 1,
+                               .most = 1,
+                               .offer = Offer::scripts};
+
+const Program kOsalang = {
+    .name = "osalang", .synopsis = "[-l|-L]", .about = "Lists the scripting languages by name.\n", .options = kOsalangOptions, .most = 0};
+
+const Program kQuoddle = {
+    .name = "quoddle",
+    .synopsis = "COMMAND [ARGUMENT...]",
+    .about = "Starts applets, tells which run, and makes them known to the desktop. APPLET is the path of a bundle (.app), or\n"
+             "the name of an applet that runs, has run before or lies in ~/Applications.\n",
+    .commands = kQuoddleCommands};
+
+} // namespace quoddle::tool
