@@ -14,7 +14,7 @@
 namespace quoddle::tool {
 
 /// What a shell offers for a word of the command line.
-enum class Offer { nothing, scripts, bundles, applets, languages, resultFlags };
+enum class Offer { nothing, files, languages, resultFlags };
 
 struct Option {
     std::string_view name;  ///< one letter ("-x"), or a word ("--check")

@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# Installs the Debian packages that are missing. Sourced: install_packages build|test|bench|bench-dialogs|bench-search|bench-rank|bench-waits.
+# Installs the Debian packages that are missing. Sourced: install_packages build|test|packages|packages-try|bench|bench-…
 # What is there already costs one question to dpkg; nothing is asked of the network then.
 # It changes nothing without the rights to do so: it says what is to be typed instead.
 
 build_packages=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-pdf-dev libqt6svg6 qt6-image-formats-plugins libicu-dev libxml2-dev libfontconfig-dev libwayland-dev fonts-dejavu-core libarchive-dev libssl-dev)
 # For a display of one's own. A window manager adds itself to the login screen: not on a desktop that only wants to run applets.
 display_packages=(xvfb xauth openbox x11-utils imagemagick)
-test_packages=(libgtest-dev clang-format-14 libxcb1-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils xclip sway wl-clipboard openssl)
+test_packages=(libgtest-dev clang-format-14 libxcb1-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils xclip sway wl-clipboard openssl mandoc zsh fish appstream dpkg-dev)
+packages_packages=(dpkg-dev file)
+packages_try_packages=(dpkg-dev file lintian debootstrap)
 bench_packages=(lua5.4 luajit)
 bench_dialogs_packages=(zenity kdialog)
 bench_search_packages=(plocate)
@@ -20,6 +22,8 @@ missing_packages() {
 	[ "$1" = build ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ] || wanted+=("${display_packages[@]}")
 	case $1 in
 	test) wanted+=("${test_packages[@]}") ;;
+	packages) wanted+=("${packages_packages[@]}") ;;
+	packages-try) wanted+=("${packages_try_packages[@]}") ;;
 	bench) wanted+=("${bench_packages[@]}") ;;
 	bench-dialogs) wanted+=("${bench_dialogs_packages[@]}") ;;
 	bench-search) wanted+=("${bench_search_packages[@]}") ;;
