@@ -37,6 +37,9 @@ constexpr Option kOsalangOptions[] = {
 constexpr Command kQuoddleCommands[] = {
     {"run", "APPLET [FILE...]", "start an applet", "Starts an applet; FILEs are opened with it. One that runs already gets the files.\n", 1,
      SIZE_MAX, Offer::files},
+    {"open", "FILE", "run a script, asking first",
+     "Runs a script as a double click on the desktop does: asks first, and shows an error in an alert. An applet is started.\n", 1, 1,
+     Offer::files},
     {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0,
      Offer::nothing},
     {"quit", "APPLET", "ask an applet to quit",

@@ -10,10 +10,12 @@
 #include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/base/ProgramMain.h"
 #include "ProgramTables.h"
+#include "ScriptOpening.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <iostream>
 #include <unistd.h>
 
@@ -46,6 +48,11 @@ int run(const Words& words) {
     raw.push_back(nullptr);
     ::execv(shell->c_str(), raw.data());
     return fail(*shell + ": cannot be started: " + std::strerror(errno));
+}
+
+int openFile(const Words& words) {
+    std::error_code error;
+    return std::filesystem::is_directory(words[0], error) ? run(words) : fail(tool::openScript(words[0]));
 }
 
 /// Why the folder in which running applets are found cannot be used; empty when it can. Without it no applet would seem to run.
@@ -144,7 +151,8 @@ int uninstall(const Words& words) {
 constexpr struct {
     std::string_view name;
     int (*perform)(const Words& words);
-} kFunctions[] = {{"run", run}, {"list", list}, {"quit", quit}, {"info", info}, {"install", install}, {"uninstall", uninstall}};
+} kFunctions[] = {{"run", run},   {"open", openFile},   {"list", list},          {"quit", quit},
+                  {"info", info}, {"install", install}, {"uninstall", uninstall}};
 
 int perform(const tool::Command& command, Words words) {
     const auto end = std::find(words.begin(), words.end(), "--");
@@ -157,7 +165,8 @@ int perform(const tool::Command& command, Words words) {
     else if (!words.empty() && words[0].starts_with("-"))
         return tool::misuse(tool::kQuoddle, command, "unknown option " + words[0]);
     if (words.size() < command.fewest)
-        return tool::misuse(tool::kQuoddle, command, std::string(command.name) + " needs the path or name of an applet");
+        return tool::misuse(tool::kQuoddle, command,
+                            std::string(command.name) + " needs " + std::string(command.arguments.substr(0, command.arguments.find(' '))));
     if (words.size() > command.most)
         return tool::misuse(tool::kQuoddle, command, std::string(command.name) + ": too many arguments");
     return std::find_if(std::begin(kFunctions), std::end(kFunctions), [&](const auto& f) { return f.name == command.name; })

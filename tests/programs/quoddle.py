@@ -93,7 +93,7 @@ class Quoddle(unittest.TestCase):
         for words, status, error in [
             ([], 2, ""),
             (["fly"], 2, "unknown command fly"),
-            (["info"], 2, "needs the path"),
+            (["info"], 2, "info needs APPLET"),
             (["info", "a", "b"], 2, "too many"),
             (["info", "--deep", "a"], 2, "unknown option --deep"),
             (["info", "Nobody"], 1, "no such applet; give the path"),

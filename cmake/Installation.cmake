@@ -1,0 +1,40 @@
+# SPDX-License-Identifier: MIT
+# What is installed, and where. There are two components: "osa", the programs that need no Qt, and "desktop", all that has windows.
+#
+# Programs find what belongs to them from their own place (bin/ and share/ beside each other), so an installation may be moved.
+include(GNUInstallDirs)
+set(QUODDLE_ZSH_COMPLETIONS share/zsh/site-functions CACHE STRING "Where completions for zsh are installed")
+
+install(TARGETS osascript osacompile osadecompile osalang DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT osa)
+install(TARGETS quoddle quoddle-shell quoddle-dialogs quoddle-clipboard quoddle-preview quoddle-fetch
+        DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT desktop)
+install(DIRECTORY resources/dictionaries DESTINATION share/quoddle COMPONENT osa FILES_MATCHING PATTERN *.sdef)
+
+# Man pages are compressed as the system has them.
+find_program(QUODDLE_GZIP gzip REQUIRED)
+foreach(program osascript osacompile osadecompile osalang quoddle)
+  set(component osa)
+  if(program STREQUAL quoddle)
+    set(component desktop)
+  endif()
+  set(page ${CMAKE_BINARY_DIR}/share/man/man1/${program}.1.gz)
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/share/man/man1)
+  add_custom_command(OUTPUT ${page} COMMAND ${QUODDLE_GZIP} -9nc ${CMAKE_SOURCE_DIR}/docs/man/${program}.1 > ${page}
+                     DEPENDS docs/man/${program}.1 VERBATIM)
+  list(APPEND pages ${page})
+  install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${component})
+  install(FILES ${CMAKE_BINARY_DIR}/share/bash-completion/completions/${program}
+          DESTINATION share/bash-completion/completions COMPONENT ${component})
+  install(FILES ${CMAKE_BINARY_DIR}/share/zsh/site-functions/_${program} DESTINATION ${QUODDLE_ZSH_COMPLETIONS} COMPONENT ${component})
+  install(FILES ${CMAKE_BINARY_DIR}/share/fish/vendor_completions.d/${program}.fish
+          DESTINATION share/fish/vendor_completions.d COMPONENT ${component})
+endforeach()
+add_custom_target(manuals ALL DEPENDS ${pages})
+
+# What desktops read.
+install(FILES resources/desktop/quoddle.desktop DESTINATION share/applications COMPONENT desktop)
+install(FILES resources/desktop/quoddle.metainfo.xml DESTINATION share/metainfo RENAME local.quoddle.Quoddle.metainfo.xml COMPONENT desktop)
+install(FILES resources/desktop/quoddle.xml DESTINATION share/mime/packages COMPONENT desktop)
+install(FILES resources/desktop/icons/quoddle.svg DESTINATION share/icons/hicolor/scalable/apps COMPONENT desktop)
+install(FILES resources/desktop/icons/application-x-applescript-compiled.svg resources/desktop/icons/text-x-applescript.svg
+        DESTINATION share/icons/hicolor/scalable/mimetypes COMPONENT desktop)
