@@ -20,8 +20,9 @@ DESKTOP = ("quoddle", "quoddle-shell", "quoddle-dialogs", "quoddle-clipboard", "
 # Every file, with the programs' own names in place of *.
 FILES = ["share/applications/quoddle.desktop", "share/metainfo/local.quoddle.Quoddle.metainfo.xml", "share/mime/packages/quoddle.xml",
          "share/icons/hicolor/scalable/apps/quoddle.svg", "share/icons/hicolor/scalable/mimetypes/application-x-applescript-compiled.svg",
-         "share/icons/hicolor/scalable/mimetypes/text-x-applescript.svg"]
-FOR_EACH = ["share/man/man1/*.1.gz", "share/bash-completion/completions/*", "share/zsh/site-functions/_*", "share/fish/vendor_completions.d/*.fish"]
+         "share/icons/hicolor/scalable/mimetypes/text-x-applescript.svg", "share/doc/quoddle/copyright", "share/doc/quoddle/changelog.gz",
+         "share/doc/quoddle-osa/copyright", "share/doc/quoddle-osa/changelog.gz"]
+FOR_EACH = ["share/bash-completion/completions/*", "share/zsh/vendor-completions/_*", "share/fish/vendor_completions.d/*.fish"]
 WITH_WORDS = 'tell application "Mail" to get subject of message 1 of mailbox "x"'
 
 
@@ -34,7 +35,7 @@ class Installation(harness.AppletCase):
         cls.prefix = cls.place / "stage" / "usr"
         # Without DESTDIR nothing would tell a path of the build or of the prefix in an installed file from one that is meant.
         subprocess.run(["cmake", "--install", str(binaries().parent), "--prefix", "/usr", "--strip"], env=dict(os.environ, DESTDIR=str(cls.prefix.parent)),
-                       check=True, capture_output=True)
+                       check=True, capture_output=True, umask=0o022)
 
     def environment_of(self, prefix):
         runtime = self.folder / "run"
@@ -48,6 +49,7 @@ class Installation(harness.AppletCase):
 
     def test_everything_is_there_and_nothing_else(self):
         expected = {f"bin/{program}" for program in OSA + DESKTOP} | set(FILES)
+        expected |= {f"share/man/man1/{program}.1.gz" for program in OSA + DESKTOP}
         expected |= {place.replace("*", program) for place in FOR_EACH for program in (*OSA, "quoddle")}
         source = pathlib.Path(__file__).resolve().parents[2]
         expected |= {f"share/quoddle/dictionaries/{file.name}" for file in (source / "resources/dictionaries").glob("*.sdef")}
