@@ -88,9 +88,12 @@ void tellDesktop() {
         process.kill();
 }
 
-bool hasControls(const QString& text) {
-    return std::any_of(text.begin(), text.end(),
-                       [](QChar c) { return c.category() == QChar::Other_Control || c == QChar::ReplacementCharacter; });
+/// Whether a desktop entry can hold the path: it has escapes for line ends and tabs, but for no other control characters.
+bool isExpressible(const QString& path) {
+    return std::none_of(path.begin(), path.end(), [](QChar c) {
+        const bool hasEscape = c == u'\n' || c == u'\r' || c == u'\t';
+        return (c.category() == QChar::Other_Control && !hasEscape) || c == QChar::ReplacementCharacter;
+    });
 }
 
 /// Writes the parts. The entry comes last, so that the desktop never sees it without the others.
@@ -128,7 +131,7 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
                          .bundlePath = canonicalOr(bundle.bundlePath()),
                          .shell = QString::fromStdString(shell),
                          .tool = QCoreApplication::applicationFilePath()};
-    if (hasControls(applet.bundlePath) || hasControls(applet.shell) || hasControls(applet.tool))
+    if (!isExpressible(applet.bundlePath) || !isExpressible(applet.shell) || !isExpressible(applet.tool))
         return Failure{printable(applet.bundlePath) + ": the path has characters that a desktop entry cannot hold; rename the folder"};
     const auto before = desktopEntryValue(places.entry, kDesktopEntryBundleKey);
     if (!before && stands(places.entry))

@@ -27,13 +27,15 @@ QString word(const QString& text) {
     return u'"' + withBackslashes(text, "\\\"`$"_L1) + u'"';
 }
 
-/// A line with the key and the value. Control characters become blanks, so that a value cannot add lines.
+/// A line with the key and the value. Line ends and tabs are written as escapes and other control characters become blanks, so that a value
+/// cannot add lines.
 QString line(const QString& key, const QString& value) {
-    QString plain = value;
-    for (QChar& c : plain)
+    QString text = withBackslashes(value.trimmed(), "\\"_L1);
+    text.replace(u'\n', u"\\n"_s).replace(u'\r', u"\\r"_s).replace(u'\t', u"\\t"_s);
+    for (QChar& c : text)
         if (c.category() == QChar::Other_Control)
             c = u' ';
-    return key + u'=' + withBackslashes(plain.trimmed(), "\\"_L1) + u'\n';
+    return key + u'=' + text + u'\n';
 }
 
 /// Whether the character turns the direction of the text behind it, which would make a menu show another name.
@@ -46,7 +48,7 @@ QString plainTitle(const QString& title) {
     QString plain;
     for (QChar c : title.left(kMaximumTitleLength))
         if (!isDirectionControl(c))
-            plain += c == QChar::LineSeparator || c == QChar::ParagraphSeparator ? u' ' : c;
+            plain += c == QChar::LineSeparator || c == QChar::ParagraphSeparator || c.category() == QChar::Other_Control ? u' ' : c;
     return plain.trimmed().isEmpty() ? u"Applet"_s : plain;
 }
 

@@ -12,7 +12,7 @@ namespace quoddle::tool {
 struct DesktopApplet {
     QString desktopName; ///< the name from DesktopEntry.h
     QString title;       ///< the title in the bundle, which may hold anything
-    QString bundlePath;  ///< absolute, like the three below; without control characters
+    QString bundlePath;  ///< absolute, like the three below; without control characters other than line ends and tabs
     QString shell;
     QString tool; ///< this program
     QString icon; ///< may be empty

@@ -171,7 +171,7 @@ class Desktop(harness.AppletCase):
 
     def test_the_bus_starts_an_applet_for_a_request(self):
         # The name has every character that one of the readers of the two files could misunderstand.
-        bundle = self.make("It's \"50% $HOME\" `x` \\y é")
+        bundle = self.make("It's \"50% $HOME\" `x` \\y\né")
         entry = self.install(bundle)
         self.assertEqual(self.ask(entry, "Open", "['file:///etc/passwd']", "{}"), "")
         until(lambda: self.noted(), "the file to be opened")
@@ -220,7 +220,7 @@ class Desktop(harness.AppletCase):
         self.assertFalse(self.owned(entry))
 
     def test_the_launcher_serves_with_a_bus_and_without(self):
-        bundle = self.make("It's \"50% $HOME\" `x` \\y é")
+        bundle = self.make("It's \"50% $HOME\" `x` \\y\né")
         entry = self.install(bundle)
         opened = ""
         # The file is launched by the bus, by the command line, which is all that some desktops use, and by the command line without a bus.

@@ -210,9 +210,9 @@ class Quoddle(unittest.TestCase):
         self.assertTrue(all(".." not in file for file in self.files()))
         for title, shown in [("\u202egpj.exe\u202c\u2066", "gpj.exe"), ("a\u2028b\u200f", "a b"), ("\u200e \u061c", "Applet"), ("👩\u200d🔬", "👩\u200d🔬"), ("n" * 5000, "n" * 120)]:
             self.assertEqual(self.install(self.make("Evil", info={"CFBundleName": title, "CFBundleIdentifier": "com.evil"}))["Name"], shown)
-        two_lines = self.folder / "two\nlines.app"
-        shutil.copytree(self.folder / "Evil.app", two_lines)
-        self.assertIn("rename", self.call("install", two_lines)[2])
+        bell = self.folder / "bell\a.app"
+        shutil.copytree(self.folder / "Evil.app", bell)
+        self.assertIn("rename", self.call("install", bell)[2])
         strange = os.fsencode(self.folder) + b"/strange\xff.app"
         shutil.copytree(os.fsencode(self.folder / "Evil.app"), strange)
         for program in ("quoddle install", "quoddle run", "quoddle-shell"):
@@ -267,6 +267,26 @@ class Quoddle(unittest.TestCase):
             with self.subTest(path):
                 told = self.call("-e", f'tell application "{path}" to hello("a")', program="osascript", QT_QPA_PLATFORM="offscreen")
                 self.assertEqual(told, (0, "a!\n", ""))
+
+    def test_names_of_every_kind(self):
+        """Each command finds the applet, and what the desktop is told leads to it."""
+        shell = self.folder / "shell"
+        shell.write_text('#!/bin/sh\nprintf "%s\\0" "$@"\n')
+        shell.chmod(0o755)
+        for name in ("two\nlines", "-e", "--help", " blanks  ", "quo'te \"x\"", "$HOME `id` \\n %f %%", "*?[x]", "tab\there", "日本 é 𝄞", "#x;y=z"):
+            with self.subTest(name):
+                bundle, file = self.make(name), self.folder / (name + ".txt")
+                self.assertEqual(self.info(bundle)[1]["Handlers"], "run")
+                ran = self.call("run", "--", bundle.name, file, QUODDLE_SHELL=str(shell))
+                self.assertEqual((ran[0], ran[1].split("\0")), (0, [str(bundle), str(file), ""]), ran)
+                self.assertEqual(self.call("install", "--", bundle.name, QUODDLE_SHELL=str(shell))[0], 0)
+                launcher = next((self.data / "applications").glob("applet-*.desktop"))
+                launched = subprocess.run(["gio", "launch", str(launcher), str(file)], env=self.environment | {"DBUS_SESSION_BUS_ADDRESS": "disabled:"}, capture_output=True, text=True)
+                self.assertEqual(launched.stdout.split("\0"), [str(bundle), str(file), ""], launched)
+                # The path leads to the applet also when the bundle has gone.
+                shutil.rmtree(bundle)
+                self.assertEqual(self.call("uninstall", "--", bundle.name)[0], 0)
+                self.assertEqual(self.files(), [])
 
     def test_an_applet_says_what_its_script_says(self):
         bundle = self.make(source="set progress total steps to 3\nrepeat with i from 1 to 3\nset progress completed steps to i\ndelay 0.1\nend repeat\nlog \"said\"")
