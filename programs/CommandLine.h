@@ -13,7 +13,7 @@
 
 namespace quoddle::tool {
 
-/// What a shell offers for a word of the command line.
+/// What a shell offers for the value of an option.
 enum class Offer { nothing, files, languages, resultFlags };
 
 struct Option {
@@ -32,7 +32,6 @@ struct Command {
     std::string_view help; ///< lines, each with its end
     std::size_t fewest;    ///< arguments
     std::size_t most;
-    Offer offer;
 };
 
 struct Program {
@@ -44,7 +43,6 @@ struct Program {
     std::size_t fewest = 0;            ///< words that are no options
     std::size_t most = SIZE_MAX;
     bool hasOptionsAnywhere = true; ///< false: the first word that is no option ends them
-    Offer offer = Offer::nothing;
 };
 
 /// The arguments with options split off.

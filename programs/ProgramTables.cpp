@@ -36,25 +36,22 @@ constexpr Option kOsalangOptions[] = {
 
 constexpr Command kQuoddleCommands[] = {
     {"run", "APPLET [FILE...]", "start an applet", "Starts an applet; FILEs are opened with it. One that runs already gets the files.\n", 1,
-     SIZE_MAX, Offer::files},
+     SIZE_MAX},
     {"open", "FILE", "run a script, asking first",
-     "Runs a script as a double click on the desktop does: asks first, and shows an error in an alert. An applet is started.\n", 1, 1,
-     Offer::files},
-    {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0,
-     Offer::nothing},
+     "Runs a script as a double click on the desktop does: asks first, and shows an error in an alert. An applet is started.\n", 1, 1},
+    {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0},
     {"quit", "APPLET", "ask an applet to quit",
-     "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1,
-     Offer::files},
+     "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1},
     {"info", "APPLET", "tell about an applet",
-     "Prints name, identifier, version, settings, the handlers of the script and the file types of an applet.\n", 1, 1, Offer::files},
+     "Prints name, identifier, version, settings, the handlers of the script and the file types of an applet.\n", 1, 1},
     {"install", "APPLET", "put an applet into the desktop's menu",
      "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
      "applet and opens its types of files with it. The bundle stays where it is. Installing again renews it.\n",
-     1, 1, Offer::files},
+     1, 1},
     {"uninstall", "APPLET", "take it out again",
      "Removes what install has made; the bundle stays. APPLET may also be a path where no bundle is any more, or the name\n"
      "in the menu.\n",
-     1, 1, Offer::files},
+     1, 1},
 };
 
 } // namespace
@@ -65,8 +62,7 @@ const Program kOsascript = {.name = "osascript",
                                 "Runs a script and prints its result. FILE is source text, a compiled script or a script bundle; "
                                 "without FILE\nand -e the script is read from standard input. ARGUMENTs are handed to \"on run argv\".\n",
                             .options = kOsascriptOptions,
-                            .hasOptionsAnywhere = false,
-                            .offer = Offer::files};
+                            .hasOptionsAnywhere = false};
 
 const Program kOsacompile = {
     .name = "osacompile",
@@ -75,15 +71,13 @@ const Program kOsacompile = {
     .about = "Compiles source text, or stores compiled scripts anew. The ending of NAME says what is made: a script (.scpt,\n"
              "default a.scpt), a script bundle (.scptd) or an applet (.app; a droplet when the script has an open handler).\n"
              "Several FILEs are one script; without FILE and -e it is read from standard input, as for \"-\".\n",
-    .options = kOsacompileOptions,
-    .offer = Offer::files};
+    .options = kOsacompileOptions};
 
 const Program kOsadecompile = {.name = "osadecompile",
                                .synopsis = "FILE",
                                .about = "Prints the source of a compiled script (.scpt), a script bundle (.scptd) or an applet (.app).\n",
                                .fewest = 1,
-                               .most = 1,
-                               .offer = Offer::files};
+                               .most = 1};
 
 const Program kOsalang = {
     .name = "osalang", .synopsis = "[-l|-L]", .about = "Lists the scripting languages by name.\n", .options = kOsalangOptions, .most = 0};
