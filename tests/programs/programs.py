@@ -361,6 +361,37 @@ class Programs(unittest.TestCase):
                 done = subprocess.run(["env", *map(str, words)], cwd=cwd, env=environment, capture_output=True, text=True)
                 self.assertEqual((done.stdout, done.stderr), (f"{bundle}\n", ""))
 
+    def test_do_shell_script_with_administrator_privileges(self):
+        """The system's own program asks the user; root needs nobody's leave. The user here is nobody."""
+        folder = pathlib.Path(tempfile.mkdtemp(dir="/tmp"))
+        self.addCleanup(shutil.rmtree, folder)
+        folder.chmod(0o755)
+        fake = folder / "pkexec"
+
+        def run(source, user, path):
+            done = subprocess.run([BIN / "osascript", "-e", source], env={"PATH": path, "HOME": str(folder), "LC_ALL": "C.UTF-8"}, capture_output=True,
+                                  text=True, timeout=60, **({"user": user, "group": user, "extra_groups": []} if os.geteuid() == 0 else {}))
+            return done.stdout.strip() or done.stderr.strip().partition("error: ")[2]
+
+        nobody = 65534
+        usual, faked = "/usr/bin:/bin", f"{folder}:/usr/bin:/bin"
+        command = "do shell script \"echo \\\"it's $((1 + 1))\\\"\" with administrator privileges"
+        bare = folder / "bare"
+        bare.mkdir()
+        self.assertIn("pkexec", run(command, nobody, str(bare)))
+        for program, expected in [('echo asked; exec "$@"', "asked\nit's 2"),
+                                  ('echo "Error executing command as another user: Request dismissed" >&2; exit 126', "User canceled. (-128)"),
+                                  ('echo "Error executing command as another user: Not authorized" >&2; exit 127',
+                                   "Administrator privileges were not given. Error executing command as another user: Not authorized (-10004)"),
+                                  ("echo lost >&2; exit 127", "lost (127)")]:
+            fake.write_text("#!/bin/sh\n" + program + "\n")
+            fake.chmod(0o755)
+            self.assertEqual(run(command, nobody, faked).replace("\r", "\n"), expected, program)
+        if os.geteuid() == 0:
+            self.assertEqual(run(command, 0, faked), "it's 2")
+        for named in ('user name "ann"', 'password "x"', 'user name "ann" password "x" with administrator privileges'):
+            self.assertIn("the system then asks for the password. (-50)", run(f'do shell script "id" {named}', nobody, usual), named)
+
     def test_do_shell_script(self):
         self.assertEqual(call("osascript", "-e", "do shell script \"printf 'a\\\\nb\\\\n'\""), (0, "a\rb\n", ""))
         self.assertEqual(call("osascript", "-e", "do shell script \"echo oops >&2; exit 4\"")[2], "0:39: execution error: oops (4)\n")

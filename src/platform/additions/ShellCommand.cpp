@@ -9,7 +9,9 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <poll.h>
+#include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -66,6 +68,32 @@ bool run(const std::string& command, const AEHandlerContext& context, Outcome& o
     return true;
 }
 
+/// Whether PATH leads to a program of this name.
+bool isInstalled(const std::string& program) {
+    const char* variable = std::getenv("PATH");
+    std::istringstream folders(variable ? variable : "");
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (folder.starts_with('/') && ::access((folder + "/" + program).c_str(), X_OK) == 0)
+            return true;
+    return false;
+}
+
+/// A word that the shell takes as it is.
+std::string quoted(const std::string& word) {
+    std::string text = "'";
+    for (char c : word)
+        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return text + "'";
+}
+
+constexpr int kDismissed = 126; // pkexec's own: the user has closed its dialog
+constexpr int kRefused = 127;   // and: the user is not allowed to, or nothing can ask
+
+/// Whether pkexec itself has ended with the status, without running the command.
+bool isEndOfPkexec(int status, const Outcome& outcome) {
+    return (status == kDismissed || status == kRefused) && outcome.errors.starts_with("Error ");
+}
+
 /// The output as text of the language, in which lines end with a return. One line end at the end is dropped.
 std::u16string adapted(const std::string& bytes, bool alteringLineEndings) {
     std::u16string text = utf16FromSourceBytes(bytes);
@@ -89,13 +117,21 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
     auto command = textParameter(event, "----"_4cc);
     if (!command)
         return errAEParamMissed;
-    if (booleanParameter(event, "badm"_4cc).value_or(false))
-        return fail(reply, -10004, u"Administrator privileges are not available here. Use sudo or pkexec in the command.");
+    if (event.find("RAun"_4cc) || event.find("RApw"_4cc))
+        return fail(reply, paramErr,
+                    u"A command can’t be run with a user’s name and password from a script. Leave them out and say “with administrator "
+                    u"privileges”: the system then asks for the password.");
+    const bool asAdministrator = booleanParameter(event, "badm"_4cc).value_or(false) && ::geteuid() != 0;
+    if (asAdministrator && !isInstalled("pkexec"))
+        return fail(reply, -10004, u"Administrator privileges can’t be had: pkexec (package pkexec) was not found.");
     if (command->find(u'\0') != std::u16string::npos)
         return fail(reply, paramErr, u"A command for the shell can’t contain character id 0.");
     Outcome outcome;
     using How = ShellProcess::Ending::How;
-    const bool isRun = run(utf8FromUTF16(*command), context, outcome);
+    std::string line = utf8FromUTF16(*command);
+    if (asAdministrator)
+        line = "exec pkexec /bin/sh -c " + quoted(line);
+    const bool isRun = run(line, context, outcome);
     if (isRun && outcome.ending.how == How::notStarted && outcome.ending.number == E2BIG)
         return fail(reply, memFullErr, u"The command is too long for the shell.");
     if (!isRun || outcome.ending.how == How::notStarted)
@@ -116,6 +152,9 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
         return answer(reply, wanted ? *wanted : output);
     }
     std::u16string message = adapted(outcome.errors, altering);
+    if (asAdministrator && isEndOfPkexec(status, outcome))
+        return status == kDismissed ? static_cast<OSErr>(userCanceledErr)
+                                    : fail(reply, -10004, u"Administrator privileges were not given. " + message);
     if (message.empty())
         message = u"The command exited with a non-zero status.";
     (void)reply.put("----"_4cc, AEDesc::ofText(adapted(outcome.output, altering)));

@@ -7,6 +7,7 @@
 #include "platform/applescript/compiler/Compiler.h"
 #include "platform/applescript/component/ApplicationDictionaries.h"
 #include "platform/applescript/component/Entry.h"
+#include "platform/applescript/component/ScriptLibraries.h"
 #include "platform/applescript/image/Image.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
@@ -208,6 +209,14 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
     if (!initialiser) {
         const auto range = map->find(initialiser.error().node).value_or(syntax::SourceRange());
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
+        return Value::failure();
+    }
+    for (const syntax::UsedLibrary& used : syntax::usedLanguages(*tree)) {
+        const std::string version = utf8FromUTF16(used.version);
+        if (isVersion(version) && isVersionAtLeast(language::kVersion, version))
+            continue;
+        const auto range = map->find(used.node).value_or(syntax::SourceRange());
+        wrong = {errAENoSuchObject, u"Can’t get AppleScript version " + std::u16string(used.version) + u".", range.start, range.end};
         return Value::failure();
     }
     for (const syntax::UsedLibrary& used : syntax::usedLibraries(*tree)) {

@@ -63,6 +63,10 @@ std::optional<std::string> fileOfLibrary(std::string_view name, const std::strin
     return std::nullopt;
 }
 
+bool isVersion(std::string_view text) {
+    return !text.empty() && text.front() != '.' && text.find_first_not_of("0123456789.") == std::string_view::npos;
+}
+
 bool isVersionAtLeast(std::string_view version, std::string_view wanted) {
     while (!version.empty() || !wanted.empty()) {
         const int has = version.empty() ? 0 : nextPart(version);

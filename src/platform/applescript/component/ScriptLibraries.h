@@ -14,6 +14,8 @@ namespace quoddle::component {
 /// be left out. nullopt when there is no such library.
 std::optional<std::string> fileOfLibrary(std::string_view name, const std::string& bundle);
 
+/// Whether a text is numbers with dots between them.
+bool isVersion(std::string_view text);
 /// Whether the version of a library, such as "1.10", is at least the wanted one, such as "1.9.2". Parts that are no numbers count as 0.
 bool isVersionAtLeast(std::string_view version, std::string_view wanted);
 

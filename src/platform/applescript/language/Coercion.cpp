@@ -446,10 +446,12 @@ Value coerce(Machine& machine, Value value, Value wanted) {
         return machine.raise(-2763, u"No result was returned from some part of this expression.");
     const bool keepsReference = wanted.asCode() == "obj "_4cc;
     if (is<Specifier>(value) && !keepsReference) {
-        const Value followed = isLocal(value) ? follow(machine, value) : getFromApplication(machine, value, wanted);
-        if (followed.isFailure())
-            return followed;
-        value = followed;
+        if (!isLocal(value))
+            value = getFromApplication(machine, value, wanted);
+        if (is<Specifier>(value) && isLocal(value)) // also what an application has answered
+            value = follow(machine, value);
+        if (value.isFailure())
+            return value;
     }
     if (value.isUndefined())
         return machine.raise(-2763, u"No result was returned from some part of this expression.");

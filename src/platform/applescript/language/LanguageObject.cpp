@@ -2,6 +2,7 @@
 #include "platform/applescript/language/References.h"
 
 #include "platform/applescript/language/Coercion.h"
+#include "platform/base/Text.h"
 
 #include <numbers>
 
@@ -37,7 +38,7 @@ Script* makeLanguageObject(Machine& machine) {
         {"week"_4cc, Value::integer(604800)},
         {"ascr"_4cc, Value::object(object)},
         {"pnam"_4cc, text(u"AppleScript")},
-        {"vers"_4cc, text(u"2.8")},
+        {"vers"_4cc, text(utf16FromUTF8(kVersion))},
         {kDelimiters, Value::object(delimiters)},
         {"ppgt"_4cc, Value::integer(0)},
         {"ppgc"_4cc, Value::integer(0)},

@@ -47,6 +47,9 @@ Value count(Machine& machine, Value value);
 /// A copy of a value and of all that it holds.
 Value deepCopy(Machine& machine, Value value);
 
+/// The version of the language that scripts see and may ask for.
+constexpr std::string_view kVersion = "2.8";
+
 /// Makes the AppleScript object. Called once for a machine, which keeps the object.
 Script* makeLanguageObject(Machine& machine);
 

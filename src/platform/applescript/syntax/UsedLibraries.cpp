@@ -26,24 +26,39 @@ std::u16string_view versionIn(const Object* options) {
     return {};
 }
 
+/// Calls `visit` with each `use` statement of a script.
+template<class Visit>
+void forEachUse(const Object* tree, Visit visit) {
+    const auto look = [&visit](const Object* line) {
+        if (const Object* statement = withoutLines(line); statement->isNode(tagOf(NodeKind::Use)))
+            visit(statement, withoutLines(statement->children[1]));
+    };
+    if (!tree->isNode(tagOf(NodeKind::Block)))
+        look(tree);
+    else
+        for (const Object* line : tree->children[0]->children)
+            look(line);
+}
+
 } // namespace
 
 std::vector<UsedLibrary> usedLibraries(const Object* tree) {
     std::vector<UsedLibrary> libraries;
-    const auto add = [&libraries](const Object* line) {
-        const Object* statement = withoutLines(line);
-        if (!statement->isNode(tagOf(NodeKind::Use)))
-            return;
-        const Object* target = withoutLines(statement->children[1]);
+    forEachUse(tree, [&libraries](const Object* statement, const Object* target) {
         if (target->isNode(tagOf(NodeKind::Element)) && target->children[0]->code() == "scpt"_4cc)
             libraries.push_back({statement, literalText(target->children[1]), versionIn(statement->children[2])});
-    };
-    if (!tree->isNode(tagOf(NodeKind::Block)))
-        add(tree);
-    else
-        for (const Object* line : tree->children[0]->children)
-            add(line);
+    });
     return libraries;
+}
+
+std::vector<UsedLibrary> usedLanguages(const Object* tree) {
+    std::vector<UsedLibrary> languages;
+    forEachUse(tree, [&languages](const Object* statement, const Object* target) {
+        const bool isTerm = target->isNode(tagOf(NodeKind::Term)) || target->isNode(tagOf(NodeKind::Literal));
+        if (const auto version = versionIn(statement->children[2]); isTerm && target->children[0]->code() == "ascr"_4cc && !version.empty())
+            languages.push_back({statement, {}, version});
+    });
+    return languages;
 }
 
 } // namespace quoddle::syntax

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The script libraries that a script names in `use` statements, such as `use maths : script "Maths" version "1.2"`.
+// What a script names in `use` statements: script libraries, as in `use maths : script "Maths" version "1.2"`, and the version of the
+// language that it needs, as in `use AppleScript version "2.4"`.
 #pragma once
 
 #include "platform/applescript/image/Object.h"
@@ -17,5 +18,7 @@ struct UsedLibrary {
 
 /// In the order of their statements. The texts live as long as the tree.
 std::vector<UsedLibrary> usedLibraries(const Object* tree);
+/// The versions of the language, likewise, without a name.
+std::vector<UsedLibrary> usedLanguages(const Object* tree);
 
 } // namespace quoddle::syntax

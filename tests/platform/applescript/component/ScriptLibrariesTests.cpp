@@ -98,6 +98,17 @@ TEST_F(ScriptLibrariesTest, ThoseOfTheScriptsBundleComeFirst) {
     EXPECT_EQ(run("script \"Words\"'s said()", false, folder + "/A.scptd/Contents/Resources/Scripts/main.scpt"), "\"its own\"");
 }
 
+TEST_F(ScriptLibrariesTest, TheLanguageMustBeNewEnough) {
+    for (const auto& [statement, result] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"use AppleScript version \"2.4\"", "1"},
+             {"use AppleScript version \"2.8\" -- or later", "1"},
+             {"use AppleScript", "1"},
+             {"use AppleScript version \"2.10\"", "does not compile: Can’t get AppleScript version 2.10."},
+             {"use AppleScript version \"new\"", "does not compile: Can’t get AppleScript version new."},
+         })
+        EXPECT_EQ(run(std::string(statement) + "\n1"), result) << statement;
+}
+
 TEST(ScriptLibraryVersions, AreComparedPartByPart) {
     for (const auto& [version, wanted, isEnough] : std::initializer_list<std::tuple<const char*, const char*, bool>>{{"1.10", "1.9", true},
                                                                                                                      {"1.9", "1.10", false},
