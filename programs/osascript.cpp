@@ -2,6 +2,7 @@
 // osascript: runs a script given as statements, as a file or on standard input.
 #include "platform/base/File.h"
 #include "platform/base/ProgramMain.h"
+#include "platform/osa/KeptScript.h"
 #include "platform/osa/ScriptBundle.h"
 #include "ProgramTables.h"
 #include "ScriptTool.h"
@@ -27,8 +28,8 @@ struct Settings {
     bool errorsOnOutput = false;
 };
 
-/// The properties of a compiled script, which last from one run to the next: they are stored back into its file when a run has changed them
-/// and the file may be written. The file of an applet is left alone, because the applet stores its properties itself.
+/// The properties of a compiled script, which last from one run to the next: they are stored when a run has changed them. The file of an
+/// applet is left alone, because the applet stores its properties itself.
 class StoredProperties {
 public:
     /// `file` is the script's file; empty when there is none.
@@ -40,8 +41,7 @@ public:
         std::error_code error;
         // Properties cannot be stored in a pipe or in an open file without a name.
         if (bundleOfScriptFile(scriptFile).ends_with(".app") || !std::filesystem::is_regular_file(scriptFile, error) ||
-            !writtenPath(scriptFile) || ::access(scriptFile.c_str(), W_OK) != 0 ||
-            OSAGetPropertyNames(instance, kOSAModeNull, script, names) != noErr || names.count() == 0)
+            !writtenPath(scriptFile) || OSAGetPropertyNames(instance, kOSAModeNull, script, names) != noErr || names.count() == 0)
             return;
         if (OSASetScriptInfo(instance, script, "modi"_4cc, 0) == noErr)
             mFile = scriptFile;
@@ -55,7 +55,7 @@ public:
         AEDesc bytes;
         OSStatus status = OSAStore(mInstance, mScript, "scpt"_4cc, kOSAModeNull, bytes);
         if (status == noErr)
-            status = writeFile(mFile, bytes.data());
+            status = keepScript(mFile, bytes.data());
         if (status == noErr)
             return true;
         std::cerr << "osascript: " << mFile << ": the properties could not be stored: " << tool::messageForWriting(status) << "\n";
@@ -169,7 +169,9 @@ int perform(int argc, char** argv) {
         file = arguments.empty() ? "-" : arguments.front();
         if (!arguments.empty())
             arguments.erase(arguments.begin());
-        auto input = tool::readInput(tool::kOsascript, file);
+        std::error_code error; // a stream can be read only once
+        const bool isFile = file != "-" && std::filesystem::is_regular_file(scriptFileOf(file), error);
+        auto input = tool::readInput(tool::kOsascript, isFile ? fileOfLastRun(scriptFileOf(file)) : file);
         if (!input)
             return 1;
         bytes = std::move(*input);

@@ -267,6 +267,8 @@ int runApplet(NSApplication& application, DesktopApplication& desktop, const Inv
         AppDelegate::cancelScripts();
         haveEnded = AppDelegate::waitForScripts(kScriptGrace);
     }
+    if (haveEnded)
+        delegate.storeProperties();
     if (updater.finish())
         launchAfresh(NSBundle::mainBundle()->bundlePath().toStdString(), {});
     if (!haveEnded) {

@@ -5,6 +5,7 @@
 #include "engine/QXOSAException.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSLog.h"
+#include "platform/osa/KeptScript.h"
 
 namespace quoddle {
 
@@ -60,7 +61,8 @@ QXOSAIDRef AppDelegate::mainGenericScript() {
     const QString path = mainBundle()->pathForResource(u"main"_s, u"scpt"_s, u"Scripts"_s);
     mMainGenericScript = QXOSAID::QXOSAIDWithComponent(generic);
     try {
-        mMainGenericScript->loadFileURL(path.isEmpty() ? QUrl() : QUrl::fromLocalFile(path), kOSAModeCompileIntoContext);
+        const QString kept = path.isEmpty() ? path : QString::fromStdString(fileOfLastRun(path.toStdString()));
+        mMainGenericScript->loadFileURL(path.isEmpty() ? QUrl() : QUrl::fromLocalFile(kept), kOSAModeCompileIntoContext);
         mMainGenericScript->setScriptLocation(mainBundle()->bundleURL());
     } catch (const QXOSAException&) {
         // A script that cannot be loaded counts as one without handlers; the launch decision deals with that.
@@ -85,8 +87,36 @@ QXOSAIDRef AppDelegate::mainScript() {
     return mMainScript;
 }
 
+void AppDelegate::storeProperties() {
+    const QString path = mainBundle()->pathForResource(u"main"_s, u"scpt"_s, u"Scripts"_s);
+    try {
+        if (!mMainScript || path.isEmpty())
+            return;
+        setAppletIsQuitting(false, mMainScript);
+        if (!mMainScript->getInfoForSelector("modi"_4cc))
+            return;
+        const NSAppleEventDescriptorRef stored = mMainScript->store();
+        const OSStatus status = stored ? keepScript(path.toStdString(), stored->aeDesc().data()) : errOSAGeneralError;
+        if (status != noErr)
+            NSLog(u"the properties could not be stored: %d"_s, {status});
+    } catch (const QXOSAException& exception) {
+        NSLog(u"the properties could not be stored: %@"_s, {exception.reason()});
+    }
+}
+
+/// Begins to watch whether properties change; the one that each execution sets is there before. What a component cannot tell is not kept.
+void AppDelegate::watchProperties() {
+    try {
+        mMainScript->setInfo(0, "modi"_4cc);
+        setAppletIsQuitting(false, mMainScript);
+        mMainScript->setInfo(0, "modi"_4cc);
+    } catch (const QXOSAException&) {
+    }
+}
+
 void AppDelegate::prepareMainScript() {
     mMainScript->component()->setDelegate(this);
+    watchProperties();
     const QXOSAIDRef asObj = mMainScript->propertyForPropertyID("ascr"_4cc);
     if (!asObj)
         return;

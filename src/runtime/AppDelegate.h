@@ -52,6 +52,8 @@ public:
     /// The same script on its real component; nil when there is none. The first call must come from the main thread, later ones may come
     /// from any thread.
     QXOSAIDRef mainScript();
+    /// Stores the script's properties for the next launch when a run has changed them. Called when nothing of the script runs any more.
+    void storeProperties();
     /// Whether the script has the handler; false while the script's component is resuming.
     bool hasOpenHandler() { return hasHandler(&QXOSAID::hasOpenHandler); }
     bool hasIdleHandler() { return hasHandler(&QXOSAID::hasIdleHandler); }
@@ -197,6 +199,7 @@ private:
     static QXOSAIDRef valueOf(const NSAppleEventDescriptorRef& descriptor, const QXOSAIDRef& script);
     void registerOutsideEvents();
     void registerScriptEvents();
+    void watchProperties();
     void removeOutsideEvents();
     void handleOutsideEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply);
     void handleScriptEvent(const NSAppleEventDescriptorRef& event, const NSAppleEventDescriptorRef& reply);

@@ -157,6 +157,14 @@ class Events(harness.AppletCase):
         ]:
             self.assertEqual(self.tell(what, "Garden"), expected, what)
 
+    def test_properties_last(self):
+        """What a run has changed is there in the next one."""
+        applet = self.start("Counter", "property n : 0\non run\n\tset n to n + 1\n\tdo shell script \"echo \" & n & \" >> FOLDER/counted\"\nend run")
+        applet.ends()
+        for expected in ("1\n2\n", "1\n2\n3\n"):
+            subprocess.run([str(applet.folder / "Counter.app/Contents/Linux/Counter")], env=applet.environment(), timeout=60, check=True)
+            self.assertEqual(applet.said("counted"), expected)
+
     def test_what_can_be_asked_of_an_applet(self):
         applet = self.serve()
         for what, expected in [

@@ -361,6 +361,50 @@ class Programs(unittest.TestCase):
                 done = subprocess.run(["env", *map(str, words)], cwd=cwd, env=environment, capture_output=True, text=True)
                 self.assertEqual((done.stdout, done.stderr), (f"{bundle}\n", ""))
 
+    def test_properties_are_kept_where_the_file_cannot_be_written(self):
+        folder = pathlib.Path(tempfile.mkdtemp(dir="/tmp"))
+        self.addCleanup(shutil.rmtree, folder)
+        folder.chmod(0o755)
+        home = folder / "home"
+        home.mkdir()
+        home.chmod(0o777)
+        script = folder / "count.scpt"
+        nobody = {"user": 65534, "group": 65534, "extra_groups": []} if os.geteuid() == 0 else {}
+
+        def run():
+            done = subprocess.run([BIN / "osascript", script], env={"HOME": str(home), "PATH": "/usr/bin:/bin"}, capture_output=True, text=True, timeout=60, **nobody)
+            return done.stdout.strip() + done.stderr
+
+        def compile_with(step):
+            self.assertEqual(call("osacompile", "-o", script, "-e", f"property n : 0\nset n to n + {step}\nreturn n")[0], 0)
+            script.chmod(0o444)
+            return script.read_bytes()
+
+        before = compile_with(1)
+        if not nobody:
+            folder.chmod(0o555)
+            self.addCleanup(folder.chmod, 0o755)
+        self.assertEqual([run(), run(), run()], ["1", "2", "3"])
+        self.assertEqual(script.read_bytes(), before)
+        copies = home / ".local/share/quoddle/properties"
+        self.assertEqual(len(list(copies.iterdir())), 1)
+        folder.chmod(0o755)
+        compile_with(10)  # another script in its place starts anew, and what was kept for the first goes
+        self.assertEqual([run(), run()], ["10", "20"])
+        self.assertEqual(len(list(copies.iterdir())), 1)
+        # Once the file can be written it has the properties itself.
+        if nobody:
+            os.chown(script, 65534, 65534)
+            os.chown(folder, 65534, 65534)
+        script.chmod(0o644)
+        self.assertEqual([run(), run()], ["30", "40"])
+        self.assertEqual(list(copies.iterdir()), [])
+        # Where nothing can be written at all, the user is told.
+        script.chmod(0o444)
+        shutil.rmtree(home)
+        home.write_text("")
+        self.assertIn("the properties could not be stored", run())
+
     def test_do_shell_script_with_administrator_privileges(self):
         """The system's own program asks the user; root needs nobody's leave. The user here is nobody."""
         folder = pathlib.Path(tempfile.mkdtemp(dir="/tmp"))

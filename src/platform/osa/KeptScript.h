@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The properties of a stored script last from one run to the next. They go back into the script's file, or, where that cannot be written,
+// into a copy of the script in the user's data folder. The copy counts as long as the file is what it was made from: a script that is
+// compiled anew starts anew.
+#pragma once
+
+#include "platform/base/OSStatus.h"
+
+#include <string>
+#include <string_view>
+
+namespace quoddle {
+
+/// The file to load a compiled script from: the copy with the properties of its last run, or the script's own file when there is none.
+/// Whoever runs the script keeps what belongs to the file's own place ("path to me").
+std::string fileOfLastRun(const std::string& file);
+
+/// Stores a script whose properties have changed. A file without the user's permission to write stays as it is. Errors: the status of
+/// writing the copy, after the file could not be written either.
+OSStatus keepScript(const std::string& file, std::string_view bytes);
+
+} // namespace quoddle
