@@ -7,6 +7,7 @@
 #include "platform/base/FileDescriptor.h"
 #include "platform/base/Wait.h"
 
+#include <cassert>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -15,6 +16,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 namespace quoddle::additions {
@@ -23,6 +25,7 @@ namespace {
 
 constexpr int kNoDisplayStatus = 3; // the exit status of helpers that cannot reach the display
 constexpr int kFirstInheritable = 3;
+constexpr std::chrono::milliseconds kPoliteTime{200};
 
 /// The name of the applet or program as the user knows it. Helpers get it as the sender of their dialogs.
 std::string applicationName() {
@@ -98,11 +101,15 @@ bool HelperProcess::Child::isUsable() const {
 }
 
 int HelperProcess::Child::exitStatus() {
+    assert(mProcess > 0);
     int status = 0;
-    for (int tries = 0; mProcess && ::waitpid(mProcess, &status, WNOHANG) == 0; ++tries) {
-        if (tries == (mMustEnd ? 0 : 100))
-            ::kill(mProcess, SIGKILL);
-        ::usleep(2000);
+    const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, mProcess, 0)));
+    const auto end = std::chrono::steady_clock::now() + (mMustEnd ? std::chrono::milliseconds(0) : kPoliteTime);
+    pollfd ended{process.number(), POLLIN, 0};
+    for (Wait wait; std::chrono::steady_clock::now() < end && wait.pause(end, {&ended, 1}) == 0;) {
+    }
+    ::kill(mProcess, SIGKILL); // means nothing to a process that has ended
+    while (::waitpid(mProcess, &status, 0) < 0 && errno == EINTR) {
     }
     mProcess = 0;
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);

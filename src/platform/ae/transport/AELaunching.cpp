@@ -3,10 +3,12 @@
 
 #include "platform/ae/AEMainThread.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/ae/transport/AERuntimeDirectory.h"
 #include "platform/base/File.h"
 #include "platform/base/FileDescriptor.h"
 #include "platform/base/strings/StringsFile.h"
 #include "platform/base/Text.h"
+#include "platform/base/Wait.h"
 
 #include <algorithm>
 #include <csignal>
@@ -14,8 +16,9 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/inotify.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace quoddle {
@@ -25,7 +28,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds kSlice{5};
+constexpr std::chrono::milliseconds kSlice{5}; // for the main thread's events, and between looks where nothing tells of changes
 constexpr const char* kShell = "quoddle-shell";
 constexpr std::size_t kLargestInfo = std::size_t{4} << 20;
 
@@ -137,6 +140,22 @@ pid_t spawn(const std::vector<std::string>& command, const std::vector<std::stri
     return child;
 }
 
+/// A descriptor that is readable after something has changed in the folder in which applets register. Not open when the user watches too
+/// much already.
+FileDescriptor watchRegistrations() {
+    FileDescriptor watch(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+    const auto directory = AERuntimeDirectory();
+    if (watch.isOpen() && (!directory || ::inotify_add_watch(watch.number(), directory->c_str(), IN_CREATE | IN_MOVED_TO) < 0))
+        watch.reset();
+    return watch;
+}
+
+void forgetRegistrations(const FileDescriptor& watch) {
+    char events[4096];
+    while (watch.isOpen() && ::read(watch.number(), events, sizeof events) > 0) {
+    }
+}
+
 } // namespace
 
 AELaunchReason AETakeLaunchReason() {
@@ -154,7 +173,10 @@ Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath
     const pid_t process = spawn(commandFor(bundlePath), environmentFor(reason));
     if (process <= 0)
         return Failure{procNotFound};
-    while (true) {
+    const FileDescriptor launched(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));
+    const FileDescriptor registrations = watchRegistrations();
+    for (Wait wait;;) {
+        forgetRegistrations(registrations);
         // asked before the look-up, because an ended process may have handed over to another one
         const bool ended = !AEIsProcessAlive(process);
         if (const auto running = AEFindRunningApplicationAtPath(bundlePath))
@@ -165,8 +187,10 @@ Result<std::int32_t, OSStatus> AELaunchApplication(const std::string& bundlePath
             return Failure{errAETimeout};
         if (options.cancelled && options.cancelled())
             return Failure{userCanceledErr};
-        if (!AEProcessMainThreadEvents(kSlice))
-            std::this_thread::sleep_for(kSlice);
+        if (AEProcessMainThreadEvents(kSlice))
+            continue;
+        pollfd news[] = {{launched.number(), POLLIN, 0}, {registrations.number(), POLLIN, 0}};
+        wait.pause(registrations.isOpen() ? deadline : std::min(deadline, Clock::now() + kSlice), news);
     }
 }
 

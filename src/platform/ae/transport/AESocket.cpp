@@ -6,7 +6,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -15,7 +14,7 @@ namespace quoddle {
 
 namespace {
 
-constexpr int kPatience = 2000; // ms to wait for a place in the queue of a busy listener
+constexpr timeval kPatience{.tv_sec = 2}; // to wait for a place in the queue of a busy listener
 
 bool makeAddress(const FileDescriptor& directory, const std::string& name, sockaddr_un& address) {
     address = {};
@@ -54,16 +53,15 @@ Result<FileDescriptor, OSStatus> listenAt(const std::string& directory, const st
 
 Result<FileDescriptor, OSStatus> connectTo(const std::string& directory, const std::string& name) {
     const FileDescriptor folder = openDirectory(directory);
-    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address;
     if (!folder.isOpen() || !socket.isOpen() || !makeAddress(folder, name, address))
         return Failure{procNotFound};
-    for (int waited = 0; ::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0; ++waited) {
-        if ((errno != EAGAIN && errno != EINTR) || waited >= kPatience)
+    ::setsockopt(socket.number(), SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience);
+    while (::connect(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        if (errno != EINTR)
             return Failure{procNotFound};
-        ::poll(nullptr, 0, 1); // the listener's queue is full
-    }
-    if (!sameUserPeer(socket.number()))
+    if (::fcntl(socket.number(), F_SETFL, O_NONBLOCK) != 0 || !sameUserPeer(socket.number()))
         return Failure{procNotFound};
     return socket;
 }
