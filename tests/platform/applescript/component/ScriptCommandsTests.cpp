@@ -1,52 +1,30 @@
 // SPDX-License-Identifier: MIT
 // load script, store script, run script, path to me, and what events say about the running script.
-#include "platform/applescript/AppleScriptComponent.h"
-#include "platform/base/File.h"
-#include "platform/base/Text.h"
-#include "platform/osa/OSA.h"
+#include "platform/applescript/component/ScriptFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <gtest/gtest.h>
+#include "platform/base/Text.h"
 
 namespace quoddle {
 namespace {
 
 namespace fs = std::filesystem;
 
-class ScriptCommandsTest : public testing::Test {
+class ScriptCommandsTest : public ScriptFolderTest {
 protected:
-    ScriptCommandsTest() {
-        registerAppleScriptComponent();
-        instance = OpenDefaultComponent(kOSAComponentType, kAppleScriptSubtype);
-        std::string pattern = (fs::temp_directory_path() / "scripts.XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-        OSASetSendProc(instance, receive, this);
-    }
-    ~ScriptCommandsTest() override {
-        CloseComponent(instance);
-        fs::remove_all(folder);
-    }
+    ScriptCommandsTest() { OSASetSendProc(instance, receive, this); }
 
     /// The result as source, or the number of the error. "@" in the source is the folder.
     std::string run(std::string source, const std::string& location = {}) {
         for (auto at = source.find('@'); at != std::string::npos; at = source.find('@'))
             source.replace(at, 1, folder);
-        OSAID script = 0, result = 0;
+        OSAID script = 0;
         if (OSACompile(instance, AEDesc::ofUTF8(source), kOSAModeCompileIntoContext, script) != noErr)
             return "does not compile";
         if (!location.empty() && OSASetScriptInfo(instance, script, "fref"_4cc, location) != noErr)
             return "takes no location";
-        AEDesc text;
-        if (OSAExecute(instance, script, 0, 0, result) != noErr)
-            return OSAScriptError(instance, "errn"_4cc, "utxt"_4cc, text) == noErr ? text.asUTF8().value_or("") : "no number";
-        return result && OSADisplay(instance, result, "utxt"_4cc, 0, text) == noErr ? text.asUTF8().value_or("") : "";
+        return resultOf(script, "errn"_4cc);
     }
-    std::string path(const std::string& name) const { return folder + "/" + name; }
-    void write(const std::string& name, std::string_view bytes) const { EXPECT_EQ(writeFile(path(name), bytes), noErr); }
 
-    ComponentInstance instance = 0;
-    std::string folder;
     std::vector<AEDesc> sent;
     OSStatus answer = errAEEventNotHandled; // the answer to every event
 

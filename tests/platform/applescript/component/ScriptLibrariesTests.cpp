@@ -1,45 +1,19 @@
 // SPDX-License-Identifier: MIT
 // `use`: script libraries, their folders and versions, and what compiled scripts keep of the statements.
-#include "platform/applescript/AppleScriptComponent.h"
+#include "platform/applescript/component/ScriptFolder.h"
 #include "platform/applescript/component/ScriptLibraries.h"
-#include "platform/base/File.h"
-#include "platform/osa/OSA.h"
-
-#include <cstdlib>
-#include <filesystem>
-#include <gtest/gtest.h>
 
 namespace quoddle {
 namespace {
 
-namespace fs = std::filesystem;
-
-class ScriptLibrariesTest : public testing::Test {
+class ScriptLibrariesTest : public ScriptFolderTest {
 protected:
-    ScriptLibrariesTest() {
-        registerAppleScriptComponent();
-        instance = OpenDefaultComponent(kOSAComponentType, kAppleScriptSubtype);
-        std::string pattern = (fs::temp_directory_path() / "libraries.XXXXXX").string();
-        folder = ::mkdtemp(pattern.data());
-        ::setenv("OSA_LIBRARY_PATH", ("relative::" + folder).c_str(), 1);
-    }
-    ~ScriptLibrariesTest() override {
-        CloseComponent(instance);
-        ::unsetenv("OSA_LIBRARY_PATH");
-        fs::remove_all(folder);
-    }
+    ScriptLibrariesTest() { ::setenv("OSA_LIBRARY_PATH", ("relative::" + folder).c_str(), 1); }
+    ~ScriptLibrariesTest() override { ::unsetenv("OSA_LIBRARY_PATH"); }
 
-    void write(const std::string& name, std::string_view source) const {
-        fs::create_directories(fs::path(folder + "/" + name).parent_path());
-        EXPECT_EQ(writeFile(folder + "/" + name, source), noErr);
-    }
-    std::string error(FourCharCode part) const {
-        AEDesc text;
-        return OSAScriptError(instance, part, "utxt"_4cc, text) == noErr ? text.asUTF8().value_or("") : "none";
-    }
     /// The result of a script as source, or its error; with `isStored` of the script that is read back from the stored form.
     std::string run(const std::string& source, bool isStored = false, const std::string& location = {}) {
-        OSAID script = 0, result = 0;
+        OSAID script = 0;
         if (OSACompile(instance, AEDesc::ofUTF8(source), kOSAModeCompileIntoContext, script) != noErr)
             return "does not compile: " + error("errs"_4cc);
         AEDesc text;
@@ -47,13 +21,8 @@ protected:
             return "cannot be stored";
         if (!location.empty() && OSASetScriptInfo(instance, script, "fref"_4cc, location) != noErr)
             return "takes no location";
-        if (OSAExecute(instance, script, 0, 0, result) != noErr)
-            return error("errs"_4cc);
-        return result && OSADisplay(instance, result, "utxt"_4cc, 0, text) == noErr ? text.asUTF8().value_or("") : "";
+        return resultOf(script, "errs"_4cc);
     }
-
-    ComponentInstance instance = 0;
-    std::string folder;
 };
 
 TEST_F(ScriptLibrariesTest, AreOneObjectEachUnderTheNameOfTheStatement) {
