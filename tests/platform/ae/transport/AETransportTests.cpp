@@ -22,6 +22,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -319,6 +320,7 @@ AEDesc eventOfSmallParts(AEEventID eventID, std::size_t count) {
 class ShortOfMemory {
 public:
     explicit ShortOfMemory(std::size_t bytes) {
+        ::malloc_trim(0); // what earlier tests have freed would serve
         getrlimit(RLIMIT_AS, &mBefore);
         rlimit few = mBefore;
         few.rlim_cur = std::stoul(*readToEnd(FileDescriptor(::open("/proc/self/statm", O_RDONLY)).number(), 1000)) *
