@@ -122,11 +122,7 @@ void DropFilesView::setPromptIcon(const QImage& icon) {
 void DropFilesView::showIcon() {
     if (mPromptIcon.isNull())
         return mIconView->clear();
-    const int extent = fittingExtent(kIconExtent, *this);
-    QPixmap icon =
-        QPixmap::fromImage(mPromptIcon.scaled(QSize(extent, extent) * devicePixelRatioF(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    icon.setDevicePixelRatio(devicePixelRatioF());
-    mIconView->setPixmap(icon);
+    mIconView->setPixmap(pixmapWithin(mPromptIcon, fittingExtent(kIconExtent, *this), devicePixelRatioF()));
 }
 
 void DropFilesView::setBackgroundColor(const QColor& color) {

@@ -106,8 +106,8 @@ private:
     QVariantAnimation mColorChange;
     Judgement mJudgement;
     QTimer mNextSlice;
-    QTimer mVerdictIsSeen;
-    QTimer mSilence; // runs while the pointer sends events although a drag seems to be there
+    QTimer mVerdictIsSeen; // runs while a refusal after the drop is shown
+    QTimer mSilence;       // runs while the pointer sends events although a drag seems to be there
     int mLastJudgement = 0;
     bool mIsAsking = false; // the script is being asked further up on the stack
     int mHookDepth = 0;     // the number of hooks that were under way before the one that is asked

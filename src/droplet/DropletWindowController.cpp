@@ -181,20 +181,4 @@ void DropletWindowController::setFinishingDrop(bool finishing) {
     updateModeControl();
 }
 
-bool DropletWindowController::stopButtonHidden() const {
-    return progressViewController().stopButtonHidden();
-}
-
-void DropletWindowController::setStopButtonHidden(bool hidden) {
-    progressViewController().setStopButtonHidden(hidden);
-}
-
-bool DropletWindowController::stopButtonEnabled() const {
-    return progressViewController().stopButtonEnabled();
-}
-
-void DropletWindowController::setStopButtonEnabled(bool enabled) {
-    progressViewController().setStopButtonEnabled(enabled);
-}
-
 } // namespace quoddle

@@ -29,7 +29,7 @@ public:
 
     /// The controller of the panes: tab 0 is the drop pane, 1 the search, 2 progress, 3 startup.
     NSTabViewController& mainViewController() const { return *mMainViewController; }
-    ProgressViewController& progressViewController() const;
+    ProgressViewController& progressViewController() const override;
     SpotlightViewController& searchViewController() const;
     /// The control in the toolbar; null before the window is loaded.
     NSSegmentedControl* modeControl() const { return mModeControl; }
@@ -45,10 +45,6 @@ public:
     /// Tells whether files that were dropped are still being judged. The drop zone, which shows the progress of that, is then the waiting
     /// pane.
     void setFinishingDrop(bool finishing);
-    bool stopButtonHidden() const override;
-    void setStopButtonHidden(bool hidden) override;
-    bool stopButtonEnabled() const override;
-    void setStopButtonEnabled(bool enabled) override;
     /// Changes and remembers the mode; the action of the mode control.
     void _modeChanged(int segment);
 

@@ -80,6 +80,13 @@ QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color, QPainter
     return tinted;
 }
 
+QPixmap pixmapWithin(const QImage& image, int points, double devicePixelRatio) {
+    QPixmap pixmap =
+        QPixmap::fromImage(image.scaled(QSize(points, points) * devicePixelRatio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    pixmap.setDevicePixelRatio(devicePixelRatio);
+    return pixmap;
+}
+
 QPixmap templateImageNamed(const QString& name, int points, double devicePixelRatio) {
     const PaintOn64 paint = templateNamed(name);
     if (!paint)

@@ -14,6 +14,9 @@ namespace quoddle {
 QPixmap tintedImageWithColor(const QPixmap& image, const QColor& color,
                              QPainter::CompositionMode operation = QPainter::CompositionMode_SourceAtop);
 
+/// The image as large as fits into a square of so many points, at the resolution of a screen.
+QPixmap pixmapWithin(const QImage& image, int points, double devicePixelRatio);
+
 /// The image "ForthcomingTemplate", "DropTemplate" or "SpotlightTemplate": black on transparent ground, to be tinted. Null for another
 /// name.
 QPixmap templateImageNamed(const QString& name, int points, double devicePixelRatio);

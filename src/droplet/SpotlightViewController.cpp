@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "droplet/SpotlightViewController.h"
 
+#include "droplet/NSImage+Additions.h"
 #include "droplet/SearchTerms.h"
 #include "droplet/SpotlightResultsCell.h"
 #include "droplet/SpotlightResultsController.h"
@@ -67,13 +68,8 @@ void SpotlightViewController::viewDidLoad() {
     mUi->promptView->setText(delegate->appletSearchPrompt());
     const QImage image = delegate->appletSearchImage();
     mUi->iconView->setVisible(!image.isNull());
-    if (!image.isNull()) {
-        const double ratio = mUi->iconView->devicePixelRatioF();
-        QPixmap icon =
-            QPixmap::fromImage(image.scaled(QSize(kIconExtent, kIconExtent) * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
-        icon.setDevicePixelRatio(ratio);
-        mUi->iconView->setPixmap(icon);
-    }
+    if (!image.isNull())
+        mUi->iconView->setPixmap(pixmapWithin(image, kIconExtent, mUi->iconView->devicePixelRatioF()));
     auto* cell = new SpotlightResultsCell(mUi->resultsView);
     mUi->resultsView->setItemDelegate(cell);
     mUi->resultsView->setModel(mResultsController.get());

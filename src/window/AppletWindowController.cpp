@@ -91,20 +91,4 @@ void AppletWindowController::showLastViewController() {
         window()->orderOut();
 }
 
-bool AppletWindowController::stopButtonHidden() const {
-    return progressViewController().stopButtonHidden();
-}
-
-void AppletWindowController::setStopButtonHidden(bool hidden) {
-    progressViewController().setStopButtonHidden(hidden);
-}
-
-bool AppletWindowController::stopButtonEnabled() const {
-    return progressViewController().stopButtonEnabled();
-}
-
-void AppletWindowController::setStopButtonEnabled(bool enabled) {
-    progressViewController().setStopButtonEnabled(enabled);
-}
-
 } // namespace quoddle

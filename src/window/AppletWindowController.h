@@ -19,16 +19,12 @@ public:
 
     /// The controller of the panes: tab 0 is the startup pane, tab 1 the progress pane.
     NSTabViewController& mainViewController() const { return *mMainViewController; }
-    ProgressViewController& progressViewController() const;
+    ProgressViewController& progressViewController() const override;
 
     void showProgressViewController() override;
     void showIdleViewController() override;
     void showStartupViewController() override;
     void showLastViewController() override;
-    bool stopButtonHidden() const override;
-    void setStopButtonHidden(bool hidden) override;
-    bool stopButtonEnabled() const override;
-    void setStopButtonEnabled(bool enabled) override;
 
 protected:
     std::unique_ptr<NSWindow> loadWindow() override;

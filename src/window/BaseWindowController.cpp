@@ -4,6 +4,7 @@
 #include "platform/appkit/MenuBar.h"
 #include "platform/appkit/NSApplication.h"
 #include "runtime/AppDelegate.h"
+#include "window/ProgressViewController.h"
 
 namespace quoddle {
 
@@ -23,6 +24,22 @@ void BaseWindowController::appear() {
 
 void BaseWindowController::windowDidLoad() {
     window()->setFrameAutosaveName(QStringLiteral("applet"));
+}
+
+bool BaseWindowController::stopButtonHidden() const {
+    return progressViewController().stopButtonHidden();
+}
+
+void BaseWindowController::setStopButtonHidden(bool hidden) {
+    progressViewController().setStopButtonHidden(hidden);
+}
+
+bool BaseWindowController::stopButtonEnabled() const {
+    return progressViewController().stopButtonEnabled();
+}
+
+void BaseWindowController::setStopButtonEnabled(bool enabled) {
+    progressViewController().setStopButtonEnabled(enabled);
 }
 
 } // namespace quoddle

@@ -9,11 +9,19 @@
 
 namespace quoddle {
 
+class ProgressViewController;
+
 class BaseWindowController : public WindowController, public NSWindowController {
 public:
     bool isWindowVisible() const override { return window()->isVisible(); }
     void showWindow() override { window()->makeKeyAndOrderFront(); }
     const void* windowObject() const override { return window(); }
+    /// The progress pane, whose Stop button the following are about.
+    virtual ProgressViewController& progressViewController() const = 0;
+    bool stopButtonHidden() const final;
+    void setStopButtonHidden(bool hidden) final;
+    bool stopButtonEnabled() const final;
+    void setStopButtonEnabled(bool enabled) final;
 
 protected:
     /// Shows a window that is hidden; it comes to the front only when the user waits for it.

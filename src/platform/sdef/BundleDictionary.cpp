@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 constexpr std::string_view kKey = "OSAScriptingDefinition";
 constexpr std::string_view kExtension = ".sdef";
 
+/// The node itself when it is an element, else the first one behind it; null when none follows.
 const xmlNode* elementFrom(const xmlNode* node) {
     while (node && node->type != XML_ELEMENT_NODE)
         node = node->next;
