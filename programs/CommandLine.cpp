@@ -150,7 +150,11 @@ std::string helpOf(const Program& program) {
     std::string out = usageOf(program) + "\n" + std::string(program.about) + "\n";
     for (const auto& [head, text] : rows)
         addRow(out, head, width, text);
-    return out;
+    return out + (program.note.empty() ? "" : "\n") + std::string(program.note);
+}
+
+std::string helpOf(const Program& program, const Command& command) {
+    return usageOf(program, command) + "\n" + std::string(command.help) + (command.most > 0 ? std::string(program.note) : "");
 }
 
 int misuse(const Program& program, const std::string& message) {

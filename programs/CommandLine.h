@@ -38,6 +38,7 @@ struct Program {
     std::string_view name;
     std::string_view synopsis; ///< without the name
     std::string_view about;    ///< lines
+    std::string_view note;     ///< lines at the end of the help, and of the help on its commands; may be empty
     std::span<const Option> options;
     std::span<const Command> commands; ///< empty for a program that has options only
     std::size_t fewest = 0;            ///< words that are no options
@@ -62,8 +63,9 @@ Result<Arguments, int> parseArguments(const Program& program, const std::vector<
 
 std::string usageOf(const Program& program);
 std::string usageOf(const Program& program, const Command& command);
-/// The whole text of --help.
+/// The whole text of --help; the second form, of that behind a command.
 std::string helpOf(const Program& program);
+std::string helpOf(const Program& program, const Command& command);
 
 /// Prints what is wrong with the command line, and the usage, on standard error. Answers the exit status, 2.
 int misuse(const Program& program, const std::string& message);

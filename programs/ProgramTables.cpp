@@ -85,8 +85,8 @@ const Program kOsalang = {
 const Program kQuoddle = {
     .name = "quoddle",
     .synopsis = "COMMAND [ARGUMENT...]",
-    .about = "Starts applets, tells which run, and makes them known to the desktop. APPLET is the path of a bundle (.app), or\n"
-             "the name of an applet that runs, has run before or lies in ~/Applications.\n",
+    .about = "Starts applets, tells which run, and makes them known to the desktop.\n",
+    .note = "APPLET is the path of a bundle (.app), or the name of an applet that runs, has run before or lies in ~/Applications.\n",
     .commands = kQuoddleCommands};
 
 } // namespace quoddle::tool

@@ -12,8 +12,9 @@ namespace quoddle::tool {
 
 namespace {
 
-constexpr std::size_t kWidest = 160; // columns of a line that are shown
-constexpr std::size_t kInFront = 40; // columns in front of the marks, where the line is cut
+constexpr std::size_t kWidest = 160;          // columns of a line that are shown
+constexpr std::size_t kLongest = 4 * kWidest; // units in them, some of which take no column
+constexpr std::size_t kInFront = 40;          // columns in front of the marks, where the line is cut
 constexpr std::size_t kTabStops = 4;
 
 bool isLineEnd(char16_t c) {
@@ -38,7 +39,7 @@ Strip stripOf(std::u16string_view line, std::size_t start, std::size_t end) {
     Strip strip;
     std::size_t column = 0, skipped = 0;
     const std::size_t from = start > kWidest - kInFront ? start - kInFront : 0;
-    for (std::size_t i = 0; i <= line.size() && column < kWidest;) {
+    for (std::size_t i = 0; i <= line.size() && column < kWidest && strip.text.size() < kLongest;) {
         const std::size_t at = i;
         UChar32 c = u' '; // behind the line, where a mark may stand
         if (i < line.size())

@@ -157,7 +157,7 @@ constexpr struct {
 int perform(const tool::Command& command, Words words) {
     const auto end = std::find(words.begin(), words.end(), "--");
     if (std::find(words.begin(), end, "--help") != end) {
-        std::cout << tool::usageOf(tool::kQuoddle, command) << "\n" << command.help;
+        std::cout << tool::helpOf(tool::kQuoddle, command);
         return EXIT_SUCCESS;
     }
     if (end != words.end())

@@ -160,6 +160,8 @@ class CommandLines(unittest.TestCase):
             with self.subTest(source):
                 (self.folder / "s").write_text(source, newline="")
                 self.assertIn(shown, on_terminal("osascript", "s", cwd=self.folder))
+        (self.folder / "s").write_text("set x to ) & \"" + "\u0301" * 100_000 + "\"")
+        self.assertLess(len(on_terminal("osascript", "s", cwd=self.folder)), 3000)
         self.assertNotIn("|", call("osascript", "s", cwd=self.folder)[2])
         self.assertIn("  1 | set c to )\n", on_terminal("osacompile", "-o", "made", "-e", "set c to )", cwd=self.folder))
 
