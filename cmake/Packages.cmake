@@ -19,8 +19,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_OSA_PACKAGE_NAME quoddle-osa)
 set(CPACK_DEBIAN_OSA_PACKAGE_SECTION interpreters)
 set(CPACK_DEBIAN_OSA_PACKAGE_DEPENDS libxml2) # loaded when a dictionary is read, which the programs' lists of libraries do not show
-set(CPACK_DEBIAN_OSA_PACKAGE_RECOMMENDS quoddle)
-set(CPACK_DEBIAN_OSA_PACKAGE_SUGGESTS "speech-dispatcher | espeak-ng, xdg-utils")
+set(CPACK_DEBIAN_OSA_PACKAGE_SUGGESTS "quoddle, speech-dispatcher | espeak-ng, xdg-utils")
 set(CPACK_DEBIAN_OSA_DESCRIPTION "AppleScript compiler and interpreter
 The programs osascript, osacompile, osadecompile and osalang run AppleScript,
 compile it and print the source of compiled scripts. They read sources as well
