@@ -34,8 +34,8 @@ public:
     Text* text(std::string_view ascii);
     /// A text over part of another's characters, which the two share.
     Text* substring(const Text* text, std::size_t start, std::size_t length);
-    /// Both texts in one. Uses the free room behind `left` or in front of `right`, so that growing a text at either side in a loop costs what
-    /// is added. Null when the result would be longer than kMaximumTextLength.
+    /// Both texts in one. Uses the free room behind `left` or in front of `right`, so that growing a text at either side in a loop costs
+    /// what is added. Null when the result would be longer than kMaximumTextLength.
     Text* concatenate(const Text* left, const Text* right);
     /// Thrown for a list that would become longer than kMaximumListLength.
     struct TooLong : std::bad_alloc {};
