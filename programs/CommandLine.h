@@ -13,7 +13,7 @@
 
 namespace quoddle::tool {
 
-/// What a shell offers for the value of an option.
+/// The values that a shell offers for an option.
 enum class Offer { nothing, files, languages, resultFlags };
 
 struct Option {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What happens when a user opens a script on the desktop: it is run, with a question first and errors in an alert.
+// A script that a user opens on the desktop is run, with a question first and errors in an alert.
 //
 // Decision: the user is asked each time, because a file that lies on the desktop may have come from anywhere; who wants no question makes
 // an applet of the script. The dialogs are a script of our own, so that osascript shows them as it shows any script's.

@@ -30,7 +30,7 @@ std::size_t widthOf(UChar32 c) {
     return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }
 
-/// What is shown of the line, and the marks below.
+/// The part of a line that is shown, and the marks below it.
 struct Strip {
     std::u16string text, marks;
 };

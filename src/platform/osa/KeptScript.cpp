@@ -35,14 +35,14 @@ fs::path folderOfCopies() {
     return home && *home == '/' ? fs::path(home) / ".local/share/quoddle/properties" : fs::path();
 }
 
-/// What the names of a script's copies begin with.
+/// The beginning of the names of a script's copies, made from the path of its file.
 std::string nameOfPlace(const std::string& file) {
     std::error_code error;
     const fs::path place = fs::weakly_canonical(file, error);
     return fingerprint(error ? file : place.string()) + "-";
 }
 
-/// Where the copy of a script stands, or would stand; empty when the script's file cannot be read.
+/// The path of a script's copy, whether there is one or not; empty when the script's file cannot be read.
 fs::path copyOf(const std::string& file) {
     const fs::path folder = folderOfCopies();
     if (folder.empty())

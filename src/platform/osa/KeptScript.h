@@ -12,7 +12,7 @@
 namespace quoddle {
 
 /// The file to load a compiled script from: the copy with the properties of its last run, or the script's own file when there is none.
-/// Whoever runs the script keeps what belongs to the file's own place ("path to me").
+/// "path to me" still is the script's own file: the caller sees to that.
 std::string fileOfLastRun(const std::string& file);
 
 /// Stores a script whose properties have changed. A file without the user's permission to write stays as it is. Errors: the status of

@@ -184,7 +184,7 @@ Value FromDescriptor::record(const AEDesc& descriptor) {
     return Value::object(record);
 }
 
-/// What names objects: specifiers, places, tests and the placeholders in them. Undefined for any other descriptor.
+/// The reference that a descriptor describes: a specifier, a place, a test or a placeholder in one. Undefined for any other descriptor.
 Value FromDescriptor::reference(const AEDesc& descriptor) {
     switch (descriptor.type()) {
     case "obj "_4cc:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a script names in `use` statements: script libraries, as in `use maths : script "Maths" version "1.2"`, and the version of the
+// The names in a script's `use` statements: script libraries, as in `use maths : script "Maths" version "1.2"`, and the version of the
 // language that it needs, as in `use AppleScript version "2.4"`.
 #pragma once
 

@@ -227,7 +227,7 @@ TEST_F(ApplicationReferencesTest, AnswersBecomeReferences) {
         answers = {row.answer};
         EXPECT_EQ(run("tell application \"Finder\"; get selection; end tell"), row.shown);
     }
-    // What came back goes out again as it was.
+    // The reference that came back goes out again as it was.
     for (std::size_t i = 0; i < 7; ++i) {
         answers = {table[i].answer, AEDesc::ofInt32(1)};
         (void)run("tell application \"Finder\" to set r to selection; tell r to «event abcdefgh»");
