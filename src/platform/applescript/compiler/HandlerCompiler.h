@@ -8,6 +8,8 @@
 #include "platform/applescript/compiler/Scope.h"
 #include "platform/applescript/syntax/NodeKind.h"
 
+#include <functional>
+
 namespace quoddle::compiler {
 
 class HandlerCompiler {
@@ -76,6 +78,8 @@ private:
     void ifStatement(Object* node);
     void loopBody(Object* body);
     void loop(Object* node);
+    /// Compiles a loop whose instruction `step` gives a variable its next value. `bounds` compiles what `step` finds on the stack.
+    void loopWithVariable(Object* node, Opcode step, const std::function<void()>& bounds);
     void repeatIn(Object* node);
     void repeatFrom(Object* node);
     void tell(Object* node);

@@ -273,45 +273,42 @@ static Object* loopVariable(Object* node) {
     return node->kind == ObjectKind::Identifier || node->kind == ObjectKind::Code ? node : nullptr;
 }
 
-void HandlerCompiler::repeatIn(Object* node) {
+void HandlerCompiler::loopWithVariable(Object* node, Opcode step, const std::function<void()>& bounds) {
     Object* name = loopVariable(node->children[1]);
     if (!name)
         return fail(OSASyntaxError, u"Expected variable name.", node->children[1]);
     Label exit, again;
     mCode.branch(Opcode::LinkRepeat, exit);
-    expression(node->children[2]);
-    mCode.emit(Opcode::Dup);
-    mCode.pushLiteral(mStore.code("kocl"_4cc));
-    mCode.pushLiteral(mStore.code("cobj"_4cc));
-    mCode.pushInteger(2);
-    mCode.emitWithLiteral(Opcode::MessageSend, mStore.event(std::string("corecnte****\0\0\0\0\0\0\0\0****", 24)));
-    mCode.emit(Opcode::Push1);
+    bounds();
     mCode.emit(Opcode::PushUndefined);
     mCode.place(again);
-    mCode.emitWithLocal(Opcode::RepeatInCollection, mScope.add(name));
+    mCode.emitWithLocal(step, mScope.add(name));
     loopBody(node->children[0]);
     mCode.branch(Opcode::Jump, again);
     mCode.place(exit);
 }
 
-void HandlerCompiler::repeatFrom(Object* node) {
-    Object* name = loopVariable(node->children[1]);
-    if (!name)
-        return fail(OSASyntaxError, u"Expected variable name.", node->children[1]);
-    Label exit, again;
-    mCode.branch(Opcode::LinkRepeat, exit);
-    valueOf(node->children[2]);
-    valueOf(node->children[3]);
-    if (node->children.size() > 4 && !node->children[4]->isNil())
-        valueOf(node->children[4]);
-    else
+void HandlerCompiler::repeatIn(Object* node) {
+    loopWithVariable(node, Opcode::RepeatInCollection, [&] {
+        expression(node->children[2]);
+        mCode.emit(Opcode::Dup);
+        mCode.pushLiteral(mStore.code("kocl"_4cc));
+        mCode.pushLiteral(mStore.code("cobj"_4cc));
+        mCode.pushInteger(2);
+        mCode.emitWithLiteral(Opcode::MessageSend, mStore.event(std::string("corecnte****\0\0\0\0\0\0\0\0****", 24)));
         mCode.emit(Opcode::Push1);
-    mCode.emit(Opcode::PushUndefined);
-    mCode.place(again);
-    mCode.emitWithLocal(Opcode::RepeatInRange, mScope.add(name));
-    loopBody(node->children[0]);
-    mCode.branch(Opcode::Jump, again);
-    mCode.place(exit);
+    });
+}
+
+void HandlerCompiler::repeatFrom(Object* node) {
+    loopWithVariable(node, Opcode::RepeatInRange, [&] {
+        valueOf(node->children[2]);
+        valueOf(node->children[3]);
+        if (node->children.size() > 4 && !node->children[4]->isNil())
+            valueOf(node->children[4]);
+        else
+            mCode.emit(Opcode::Push1);
+    });
 }
 
 void HandlerCompiler::tell(Object* node) {
