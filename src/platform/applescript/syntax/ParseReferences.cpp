@@ -121,8 +121,9 @@ bool Parser::isClassOfConstant(const Object* part, const Object* container) {
                          part->children[0]->code() == "pcls"_4cc;
     if (!isClass || !is(container, NodeKind::Literal))
         return false;
-    const ObjectKind kind = container->children[0]->kind;
-    return kind == ObjectKind::Integer || kind == ObjectKind::Boolean || kind == ObjectKind::Code;
+    const Object* value = container->children[0];
+    return value->kind == ObjectKind::Integer || value->kind == ObjectKind::Boolean || value->isCode(CodeTag::Class) ||
+           (value->isCode(CodeTag::Constant) && value->code() == "boov"_4cc);
 }
 
 /// Whether `of` or `in` stands here and is not a label of the command that is being read.
