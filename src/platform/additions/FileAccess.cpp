@@ -21,7 +21,7 @@ std::optional<std::int32_t> fileNumber(const AEDesc& file) {
 
 } // namespace
 
-FileTarget fileTargetOf(const AEDesc& given) {
+FileTarget fileTargetOf(const AEDesc& given, bool writable) {
     FileTarget target;
     if (const auto number = fileNumber(given)) {
         target.file = OpenFiles::shared().find(*number);
@@ -39,7 +39,7 @@ FileTarget fileTargetOf(const AEDesc& given) {
     target.file = OpenFiles::shared().find(*path);
     if (target.file)
         return target;
-    auto opened = OpenFile::open(*path, false, false);
+    auto opened = OpenFile::open(*path, writable, false);
     target.isOwn = true;
     if (opened)
         target.file = *opened;
@@ -96,7 +96,7 @@ OSErr getEOF(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
     const AEDesc* given = event.find("----"_4cc);
     if (!given)
         return failParameter(event, reply, "----"_4cc, u"file", "file"_4cc);
-    const FileTarget target = fileTargetOf(*given);
+    const FileTarget target = fileTargetOf(*given, false);
     if (!target.file)
         return failTarget(reply, target, *given);
     const auto size = target.file->size();
@@ -111,7 +111,7 @@ OSErr setEOF(const AEDesc& event, AEDesc& reply, const AEHandlerContext&) {
     const auto size = wanted ? wanted->asInt64() : std::nullopt;
     if (!size)
         return failParameter(event, reply, "set2"_4cc, u"to", "long"_4cc);
-    const FileTarget target = fileTargetOf(*given);
+    const FileTarget target = fileTargetOf(*given, true);
     if (!target.file)
         return failTarget(reply, target, *given);
     if (!target.file->isWritable())

@@ -14,9 +14,9 @@ struct FileTarget {
     bool isOwn = false; ///< opened only for this command
 };
 
-/// The target for a file number or a file. A file that no script has opened is opened for reading. -38 for a number that is not open, -1700
-/// for anything that is no file.
-FileTarget fileTargetOf(const AEDesc& file);
+/// The target for a file number or a file. A file that no script has opened is opened for this one command: for writing (a missing file is
+/// created) when `writable`, otherwise for reading. -38 for a number that is not open, -1700 for anything that is no file.
+FileTarget fileTargetOf(const AEDesc& file, bool writable);
 /// Puts the target's error into the reply.
 OSErr failTarget(AEDesc& reply, const FileTarget& target, const AEDesc& given);
 

@@ -137,7 +137,7 @@ AEDesc fileResult(const std::string& path, DescType asClass) {
 
 OSErr failFile(AEDesc& reply, OSStatus status, const std::string& path) {
     (void)reply.put("erob"_4cc, AEDesc::ofFilePath(path));
-    const std::u16string name = colonPath(path, false);
+    const std::u16string name = u"file " + colonPath(path, false);
     for (const FileText& text : kTexts)
         if (text.status == status)
             return fail(reply, status, std::u16string(text.before) + name + std::u16string(text.after));

@@ -169,7 +169,7 @@ OSErr readFileContents(const AEDesc& event, AEDesc& reply, const AEHandlerContex
     if (!given)
         return failParameter(event, reply, "----"_4cc, u"file", "file"_4cc);
     const DescType asClass = codeParameter(event, "as  "_4cc);
-    const FileTarget target = fileTargetOf(*given);
+    const FileTarget target = fileTargetOf(*given, false);
     if (!target.file)
         return failTarget(reply, target, *given);
     const auto separators = separatorsOf(event, isWideText(asClass));
@@ -198,7 +198,7 @@ OSErr writeFileContents(const AEDesc& event, AEDesc& reply, const AEHandlerConte
     const AEDesc* given = event.find("refn"_4cc);
     if (!value || !given)
         return failParameter(event, reply, value ? "refn"_4cc : "----"_4cc, value ? u"to" : u"data", "****"_4cc);
-    const FileTarget target = fileTargetOf(*given);
+    const FileTarget target = fileTargetOf(*given, true);
     if (!target.file)
         return failTarget(reply, target, *given);
     if (!target.file->isWritable())

@@ -130,7 +130,7 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
     using How = ShellProcess::Ending::How;
     std::string line = utf8FromUTF16(*command);
     if (asAdministrator)
-        line = "exec pkexec /bin/sh -c " + quoted(line);
+        line = (isInstalled("bash") ? "exec pkexec /bin/bash --posix -O xpg_echo -c " : "exec pkexec /bin/sh -c ") + quoted(line);
     const bool isRun = run(line, context, outcome);
     if (isRun && outcome.ending.how == How::notStarted && outcome.ending.number == E2BIG)
         return fail(reply, memFullErr, u"The command is too long for the shell.");

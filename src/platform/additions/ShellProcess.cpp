@@ -53,8 +53,7 @@ struct Report {
 class SpawnPlan {
 public:
     SpawnPlan(const std::string& command, int output, int errors)
-        : mArguments{const_cast<char*>("sh"), const_cast<char*>("-c"), const_cast<char*>(command.c_str()), nullptr}, mOutput(output),
-          mErrors(errors) {}
+        : mCommand(const_cast<char*>(command.c_str())), mOutput(output), mErrors(errors) {}
 
     /// Starts the shell; called in the guard, which has one thread. When the guard dies, the kernel kills the shell. Returns 0 on failure,
     /// with the reason in `error`.
@@ -98,11 +97,16 @@ private:
         sigset_t none;
         ::sigemptyset(&none);
         ::sigprocmask(SIG_SETMASK, &none, nullptr);
-        ::execv("/bin/sh", mArguments);
+        ::execv("/bin/bash", mBashArguments);
+        ::execv("/bin/sh", mShellArguments); // a system without bash
         return errno;
     }
 
-    char* const mArguments[4];
+    char* const mCommand;
+    // On Macs sh is a bash whose echo knows the escapes and no options: scripts use arrays, [[ ]] and <<<.
+    char* const mBashArguments[6] = {
+        const_cast<char*>("sh"), const_cast<char*>("-O"), const_cast<char*>("xpg_echo"), const_cast<char*>("-c"), mCommand, nullptr};
+    char* const mShellArguments[4] = {const_cast<char*>("sh"), const_cast<char*>("-c"), mCommand, nullptr};
     const int mOutput, mErrors;
 };
 

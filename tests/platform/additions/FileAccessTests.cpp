@@ -152,7 +152,6 @@ TEST_F(FileAccessTest, WhatCannotBeDoneSaysWhy) {
     const AEDesc known = make("a.txt", "text");
     const AEDesc reading = whole(open(known));
     EXPECT_EQ(write(text("x"), reading).error(), -61);
-    EXPECT_EQ(write(text("x"), make("closed", "")).error(), -61);
     EXPECT_EQ(send("rdwrseof", {{"----"_4cc, reading}, {"set2"_4cc, whole(0)}}).error(), -61);
     EXPECT_EQ(send("rdwropen", {{"----"_4cc, known}, {"perm"_4cc, AEDesc::ofBoolean(true)}}).error(), -49);
     const AEDesc second = whole(open(known));
@@ -177,6 +176,18 @@ TEST_F(FileAccessTest, WhatCannotBeDoneSaysWhy) {
         ::chmod(path("a.txt").c_str(), 0);
         EXPECT_EQ(read(known).error(), -54);
     }
+}
+
+TEST_F(FileAccessTest, FilesThatAreNotOpenAreOpenedForOneCommand) {
+    EXPECT_EQ(write(text("hello"), file("new")).error(), noErr);
+    EXPECT_EQ(bytesOf("new"), "hello");
+    EXPECT_EQ(write(text("!"), file("new"), {{"wrat"_4cc, AEDesc::ofEnum("eof "_4cc)}}).error(), noErr);
+    EXPECT_EQ(bytesOf("new"), "hello!");
+    EXPECT_EQ(send("rdwrseof", {{"----"_4cc, file("new")}, {"set2"_4cc, whole(2)}}).error(), noErr);
+    EXPECT_EQ(bytesOf("new"), "he");
+    EXPECT_EQ(close(file("new")).error(), -38) << "nothing stays open";
+    EXPECT_EQ(write(text("x"), file("none/new")).error(), fnfErr);
+    EXPECT_EQ(write(text("x"), file("")).error(), paramErr) << "a folder";
 }
 
 TEST_F(FileAccessTest, NumbersAndSizesAreBounded) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The paths of folders, their contents, and the properties of files.
 #include "Additions.h"
+#include "platform/ae/AEObjects.h"
 
 #include <ctime>
 
@@ -67,6 +68,26 @@ TEST_F(FolderCommandsTest, EveryFolderIsWhereTheDesktopHasIt) {
     EXPECT_EQ(pathTo("desk"_4cc).value().type(), "alis"_4cc);
     setEnvironment("XDG_DATA_HOME", path("data"));
     EXPECT_EQ(posix(pathTo("asup"_4cc)), "data/");
+}
+
+// Inside a tell the folder's word is often the application's own, for a property of the application.
+TEST_F(FolderCommandsTest, PropertiesOfApplicationsNameFolders) {
+    const auto property = [](FourCharCode code) {
+        AEDesc specifier;
+        (void)CreateObjSpecifier("prop"_4cc, AEDesc(), "prop"_4cc, AEDesc::ofType(code), specifier);
+        return specifier;
+    };
+    EXPECT_EQ(posix(send("earsffdr", {{"----"_4cc, property("trsh"_4cc)}})), "home/.local/share/Trash/files/");
+    EXPECT_EQ(posix(send("earsffdr", {{"----"_4cc, property("home"_4cc)}})), "home/");
+    EXPECT_EQ(posix(send("earsffdr", {{"----"_4cc, property("sdsk"_4cc)}})), "/");
+    EXPECT_EQ(posix(send("earsffdr", {{"----"_4cc, property("pref"_4cc)}, {"from"_4cc, property("fldl"_4cc)}})), "/etc/");
+    EXPECT_EQ(send("earsffdr", {{"----"_4cc, property("pnam"_4cc)}}).error(), fnfErr);
+}
+
+TEST_F(FolderCommandsTest, ApplicationsHavePathsWhenTheyAreHere) {
+    EXPECT_EQ(send("earsffdr", {{"----"_4cc, AEDesc("aprl"_4cc, "No Such Thing")}}).error(), procNotFound);
+    fs::create_directories(path("Own.app/Contents"));
+    EXPECT_EQ(posix(send("earsffdr", {{"----"_4cc, AEDesc("aprl"_4cc, path("Own.app"))}})), "Own.app/");
 }
 
 TEST_F(FolderCommandsTest, FoldersAreMadeUnlessTheScriptSaysNo) {

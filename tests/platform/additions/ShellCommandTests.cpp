@@ -80,6 +80,16 @@ TEST_F(ShellCommandTest, TellsHowItEnded) {
     EXPECT_EQ(run(std::string("echo a\0; echo b", 15)).error(), paramErr);
 }
 
+TEST_F(ShellCommandTest, UnderstandsWhatTheShellOfMacsUnderstands) {
+    const std::pair<const char*, const char*> kCases[] = {
+        {"cat <<< \"a b\"", "a b"}, {"[[ abc == a* ]] && echo yes", "yes"}, {"a=(1 2 3); echo ${a[1]}", "2"},
+        {"echo {1..3}", "1 2 3"},   {"function f { echo $0; }; f", "sh"},   {"ls /no-such-place &> /dev/null || echo none", "none"},
+        {"echo 'a\\tb'", "a\tb"},
+    };
+    for (const auto& [command, expected] : kCases)
+        EXPECT_EQ(send("sysoexec", {{"----"_4cc, text(command)}}).text(), expected) << command;
+}
+
 // The shell kills its parent, the guard. If the shell survived that, the command would never end; the test's cancellation stops it then.
 TEST_F(ShellCommandTest, AGuardThatIsKilledIsAnError) {
     const std::time_t patience = std::time(nullptr) + 20;

@@ -35,3 +35,7 @@ try
 on error m number n
 	log {n, m} --> {-1728, "Can’t get era of date \"Wednesday, January 31, 2018 at 1:05:09 PM\"."}
 end try
+log d as «class isot» as string --> "2018-01-31T13:05:09"
+log d as «class isot» --> «data isot323031382D30312D33315431333A30353A3039»
+log ((d as «class isot») as date) = d --> true
+log (date "Monday, January 1, 0900 12:00:00 AM") as «class isot» as text --> "0900-01-01T00:00:00"

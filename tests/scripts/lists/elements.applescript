@@ -36,3 +36,9 @@ try
 on error m number n
 	log {n, m} --> {-1728, "Can’t get item 1 of 5."}
 end try
+try
+	words of {"a b", "c d"}
+on error m number n
+	log {n, m} --> {-1728, "Can’t get every word of {\"a b\", \"c d\"}."}
+end try
+log {items of {"a", 1}, every text of {"a", 1}} --> {{"a", 1}, {"a"}}

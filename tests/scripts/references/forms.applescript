@@ -58,3 +58,7 @@ end script
 set z to a reference to m of s
 set end of z to 3
 log {m of s, z's item 1, z} --> {{1, 2, 3}, 1, m of «script s»}
+tell application "System Events"
+	log POSIX path of alias "Macintosh HD:tmp:" --> "/tmp/"
+	log POSIX path of "Macintosh HD:etc" --> "/etc"
+end tell

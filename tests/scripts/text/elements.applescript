@@ -32,3 +32,5 @@ try
 on error m
 	log m --> "Can’t get characters 2 thru 9 of \"abc\"."
 end try
+log characters of every word of "ab cd" --> {{"a", "b"}, {"c", "d"}}
+log words of paragraphs 1 thru 2 of ("a b" & linefeed & "c" & linefeed & "d") --> {{"a", "b"}, {"c"}}

@@ -50,6 +50,10 @@ OSStatus Component::sourceOf(OSAID id, std::u16string& source, std::vector<synta
         source = language::display(mMachine, slot->value);
         return noErr;
     }
+    if (!script->tree && script->slots.empty()) { // compiled from nothing
+        source.clear();
+        return noErr;
+    }
     if (!script->tree)
         return errOSASourceNotAvailable;
     syntax::PrintOptions options;

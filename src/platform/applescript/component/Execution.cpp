@@ -250,7 +250,9 @@ std::optional<AEDesc> Component::eventFor(const EventName& command, Value direct
     // `me` and the application of a `tell` tell where a command goes and are no direct parameter. The same goes for an object that is told
     // to make something: "make" has no direct parameter, and its receiver finds the object as the subject.
     const bool makes = command.eventClass == "core"_4cc && command.eventID == "crel"_4cc && direct == mMachine.it();
-    const bool isTarget = direct.isUndefined() || is<Script>(direct) || is<Application>(direct) || makes;
+    // "path to application X" asks for X instead of telling X something.
+    const bool asksForPath = command.eventClass == "ears"_4cc && command.eventID == "ffdr"_4cc && is<Application>(direct);
+    const bool isTarget = direct.isUndefined() || is<Script>(direct) || (is<Application>(direct) && !asksForPath) || makes;
     if (!isTarget && !put(Value::code("----"_4cc), direct))
         return std::nullopt;
     for (const Argument& argument : arguments)
@@ -280,7 +282,7 @@ Value Component::replyValue(OSStatus status, const AEDesc& reply, const EventNam
         const AEDesc* result = reply.find("----"_4cc);
         return result ? valueFromDescriptor(mMachine, *result, owner) : Value();
     }
-    if (status == procNotFound && !number && application && !AEFindApplication(addressOf(*application))) {
+    if (status == procNotFound && application && !AEFindApplication(addressOf(*application))) {
         const Value unknown = Value::object(application);
         return mMachine.raise(errAENoSuchObject, u"Can’t get " + language::inMessage(mMachine, unknown) + u".", unknown);
     }

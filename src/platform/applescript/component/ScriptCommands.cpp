@@ -87,7 +87,7 @@ std::optional<std::string> Component::pathOf(Value file) {
 
 Value Component::fileFailed(OSStatus status, const std::string& path) {
     const Value file = language::fileFromPath(mMachine, path, "furl"_4cc);
-    const std::u16string name = utf16FromUTF8(path);
+    const std::u16string name = u"file " + language::hfsPath(*as<Data>(file));
     switch (status) {
     case fnfErr:
         return mMachine.raise(status, u"File " + name + u" wasn’t found.", file);

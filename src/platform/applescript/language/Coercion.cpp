@@ -145,6 +145,7 @@ bool TextMaker::appendRaw(const Data& data) {
             mText += static_cast<char16_t>(static_cast<unsigned char>(data.bytes[i]) << 8 | static_cast<unsigned char>(data.bytes[i + 1]));
         return true;
     case "utf8"_4cc:
+    case "isot"_4cc:
         mText += utf16FromUTF8(data.bytes);
         return true;
     case "TEXT"_4cc:
@@ -292,11 +293,17 @@ Value convert(Machine& machine, Value value, FourCharCode wanted, std::size_t de
     case "ldt "_4cc:
         if (is<Date>(value))
             return value;
+        if (const Data* data = as<Data>(value); data && data->dataType == "isot"_4cc)
+            value = toText(machine, value);
         if (const Text* text = as<Text>(value)) {
             if (auto seconds = dateOfText(text->view(), currentSeconds()))
                 return Value::object(machine.heap().make<Date>(*seconds));
         }
         break;
+    case "isot"_4cc:
+        if (const Date* date = as<Date>(value))
+            return Value::object(machine.heap().make<Data>("isot"_4cc, isoTextOfDate(*date)));
+        return is<Data>(value) && classOf(value) == Value::code("isot"_4cc) ? value : convertItem(machine, value, wanted, depth);
     case "scpt"_4cc:
         if (is<Script>(value))
             return value;

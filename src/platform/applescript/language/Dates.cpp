@@ -76,6 +76,15 @@ Value timeOnDay(Machine& machine, const Date* date, Value text) {
     return Value::object(machine.heap().make<Date>(isDay ? *seconds + partsOf(date->seconds).time : *seconds));
 }
 
+std::string isoTextOfDate(const Date& date) {
+    const Parts parts = partsOf(date.seconds);
+    const auto two = [](std::int64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+    std::string year = std::to_string(parts.year);
+    year.insert(0, year.size() < 4 ? 4 - year.size() : 0, '0');
+    return year + '-' + two(parts.month) + '-' + two(parts.day) + 'T' + two(parts.time / 3600) + ':' + two(parts.time / 60 % 60) + ':' +
+           two(parts.time % 60);
+}
+
 Value invalidDate(Machine& machine, Value text) {
     return machine.raise(-30720, u"Invalid date and time date " + humanDisplay(machine, text) + u".", text);
 }

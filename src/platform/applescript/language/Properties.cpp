@@ -73,6 +73,7 @@ Value textProperty(Machine& machine, const Text* text, FourCharCode key) {
         return codePoints(machine, text);
     case "strq"_4cc:
         return quotedForm(machine, text);
+    case "posx"_4cc: // the same word as a property of System Events: its own terms win inside a tell
     case "psxp"_4cc: // QUIRK: a text has a POSIX path, that of the colon path in it; scripts ask texts for it without making a file
         return Value::object(machine.heap().text(utf16FromUTF8(posixPathFromColons(text->view()))));
     default:
@@ -100,7 +101,7 @@ Value listProperty(Machine& machine, List* list, FourCharCode key) {
 
 Value fileProperty(Machine& machine, const Data* file, FourCharCode key) {
     const std::string path = posixPath(*file);
-    if (key == "psxp"_4cc) {
+    if (key == "psxp"_4cc || key == "posx"_4cc) {
         std::error_code error;
         const bool isFolder = !path.ends_with('/') && std::filesystem::is_directory(path, error);
         return Value::object(machine.heap().text(utf16FromUTF8(isFolder ? path + '/' : path)));

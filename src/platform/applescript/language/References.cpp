@@ -190,6 +190,9 @@ Value range(Machine& machine, Value container, const Specifier* whole) {
 Value every(Machine& machine, Value container, Value elementClass, Value what) {
     const FourCharCode code = elementClass.asCode();
     if (const List* list = as<List>(container)) {
+        if (isTextElement(code) && code != "ctxt"_4cc &&
+            code != "cobj"_4cc) // words and the like are parts of a text and never items of a list
+            return cannotGet(machine, what);
         std::vector<Value> items;
         for (std::uint32_t place : placesOf(list, code))
             items.push_back(list->items[place]);
@@ -249,6 +252,19 @@ Value resolve(Machine& machine, const Specifier* what, std::size_t depth) {
         return what->form == Specifier::Form::Property ? getProperty(machine, container, what->a, Evaluate::Fully)
                                                        : getElement(machine, container, what->a, what->b, Evaluate::Fully);
     case Specifier::Form::Every:
+        // "characters of every word" gives a list for each word.
+        if (holder && isMany(holder->form) && is<List>(container) && what->a.isCode() && what->a != Value::code("cobj"_4cc) &&
+            isTextElement(what->a.asCode())) {
+            const List* many = as<List>(container);
+            std::vector<Value> answers;
+            for (std::uint32_t i = 0; i < many->count; ++i) {
+                const Value answer = every(machine, many->items[i], what->a, whole);
+                if (answer.isFailure())
+                    return answer;
+                answers.push_back(answer);
+            }
+            return listOf(machine, answers);
+        }
         return every(machine, container, what->a, whole);
     case Specifier::Form::Some: {
         const Value all = every(machine, container, what->a, whole);
@@ -313,9 +329,11 @@ bool isMany(Specifier::Form form) {
     return form == Specifier::Form::Every || form == Specifier::Form::Range || form == Specifier::Form::Filter;
 }
 
-/// Whether an object never is an element of the target of a `tell`: applications know no POSIX files and hold no applications.
-bool isOfLanguage(Value elementClass) {
-    return elementClass == Value::code("psxf"_4cc) || elementClass == Value::code("capp"_4cc);
+/// Whether an object never is an element of the target of a `tell`: applications know no POSIX files and hold no applications, and an alias
+/// with a path is that file whoever is told.
+bool isOfLanguage(Value elementClass, Value key) {
+    return elementClass == Value::code("psxf"_4cc) || elementClass == Value::code("capp"_4cc) ||
+           (elementClass == Value::code("alis"_4cc) && is<Text>(key));
 }
 
 bool isLocal(Value container) {
@@ -326,7 +344,7 @@ bool isLocal(Value container) {
         if (!specifier)
             return true;
         const bool isElement = specifier->form == Specifier::Form::Element || specifier->form == Specifier::Form::ElementByKey;
-        if (isElement && isOfLanguage(specifier->a))
+        if (isElement && isOfLanguage(specifier->a, specifier->b))
             return true;
         if (specifier->form == Specifier::Form::Examined || specifier->form == Specifier::Form::Test)
             return false;
@@ -410,7 +428,7 @@ Value evaluate(Machine& machine, Value value, Evaluate how) {
 
 Value getElement(Machine& machine, Value container, Value elementClass, Value index, Evaluate how) {
     if (how != Evaluate::Never) {
-        if (bool isOne; isOfLanguage(elementClass))
+        if (bool isOne; isOfLanguage(elementClass, index))
             return madeFromText(machine, elementClass.asCode(), index, isOne);
         const Specifier* holder = as<Specifier>(container);
         if (!isLocal(container)) {

@@ -133,6 +133,11 @@ Object* Parser::keywordPrimary(Place place, bool& handled) {
     handled = true;
     if (auto relation = relationAt(0))
         return insertion(*relation, nullptr, first);
+    // Without a class behind them "front" and "back" are the words beginning and end, as in "move window 1 to front".
+    if ((at(Keyword::Front) || at(Keyword::Back)) && (atLineEnd(1) || at(Keyword::With, 1))) {
+        const Token& token = advance();
+        return node(token.keyword == Keyword::Front ? NodeKind::Beginning : NodeKind::End, {}, 0, first);
+    }
     if (useOf(peek().keyword) == KeywordUse::Picks)
         return ordinal(first);
     switch (peek().keyword) {

@@ -200,6 +200,10 @@ TEST_F(ApplicationDictionariesTest, ScriptsThatTellApplicationsPrintAsTheyWereWr
     };
     for (const char* source : sources)
         EXPECT_EQ(printed(source), source);
+    EXPECT_EQ(printed("tell application \"Finder\" to move file 1 to the front"),
+              "tell application \"Finder\" to move file 1 to the beginning");
+    EXPECT_EQ(printed("tell application \"Finder\" to make new folder at back with properties {name:\"a\"}"),
+              "tell application \"Finder\" to make new folder at end with properties {name:\"a\"}");
     EXPECT_EQ(printed("tell app \"iTunes\" to BACK TRACK"), "tell application \"iTunes\" to back track");
     EXPECT_EQ(printed("tell application \"Calendar\" to get events of calendar 1"),
               "tell application \"Calendar\" to get events of calendar 1");

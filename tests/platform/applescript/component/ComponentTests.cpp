@@ -122,6 +122,11 @@ TEST_F(ComponentTest, StoresAndLoads) {
         EXPECT_EQ(OSAGetSource(instance, loaded, "utxt"_4cc, source), runOnly ? errOSASourceNotAvailable : noErr);
     }
     OSAID id = 0;
+    AEDesc nothing, source;
+    ASSERT_EQ(OSAStore(instance, compiled(u""), "scpt"_4cc, 0, nothing), noErr);
+    ASSERT_EQ(OSALoad(instance, nothing, 0, id), noErr);
+    EXPECT_EQ(OSAGetSource(instance, id, "utxt"_4cc, source), noErr) << "a script compiled from nothing is not run-only";
+    EXPECT_EQ(source.asUTF8(), "");
     EXPECT_EQ(OSALoad(instance, AEDesc("scpt"_4cc, "FasdUAS 1.101.10\x0E"), 0, id), errOSACorruptData);
     EXPECT_EQ(OSALoadFile(instance, "/nowhere/main.scpt", nullptr, 0, id), fnfErr);
 }

@@ -135,6 +135,9 @@ TEST_F(ScriptCommandsTest, AScriptKnowsItsFile) {
     EXPECT_EQ(asked("path to me", "/x/A.app/Contents/Resources/Scripts/main.scpt", "----"_4cc), "/x/A.app");
     EXPECT_EQ(asked("run script \"path to me\"", "/x/a.scpt", "----"_4cc), "/x/a.scpt");
     EXPECT_EQ(asked("path to me", "", "----"_4cc), "nothing");
+    (void)asked("path to application \"No Such\"", "", "----"_4cc);
+    ASSERT_TRUE(sent.back().find("----"_4cc));
+    EXPECT_EQ(sent.back().find("----"_4cc)->type(), "aprl"_4cc);
     EXPECT_EQ(asked("path to resource \"r\"", "/x/A.app/Contents/Resources/Scripts/main.scpt", "in B"_4cc), "/x/A.app");
     EXPECT_EQ(asked("localized string \"k\"", "/x/a.scpt", "in B"_4cc), "nothing");
 }
