@@ -46,6 +46,10 @@ Component::Component()
                     return perform(command, direct, arguments, result);
                 },
                 [this](Machine&, std::u16string_view name) { return library(name); },
+                [](const machine::Application& application) {
+                    const bool byIdentifier = !application.identifier.empty();
+                    return termsOfApplication({byIdentifier ? application.identifier : application.name, byIdentifier});
+                },
                 [](Machine& machine, Value value) {
                     const std::string line = utf8FromUTF16(language::humanDisplay(machine, value)) + "\n";
                     std::fwrite(line.data(), 1, line.size(), stderr);

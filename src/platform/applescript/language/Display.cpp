@@ -34,25 +34,49 @@ std::u16string wordsOf(const Term& term) {
     return utf16FromUTF8(term.words);
 }
 
-std::u16string className(FourCharCode code) {
-    const Term* term = terms().name(code, {TermKind::Class, TermKind::Property, TermKind::Constant});
+std::u16string className(const Terminology& terms, FourCharCode code) {
+    const Term* term = terms.name(code, {TermKind::Class, TermKind::Property, TermKind::Constant});
     return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(code));
 }
 
 /// The plural of a class, such as "characters", or the singular when it has none.
-std::u16string pluralName(FourCharCode code) {
-    const Term* term = terms().name(code, {TermKind::Plural});
-    return term ? wordsOf(*term) : className(code);
+std::u16string pluralName(const Terminology& terms, FourCharCode code) {
+    const Term* term = terms.name(code, {TermKind::Plural});
+    return term ? wordsOf(*term) : className(terms, code);
 }
 
 /// The name of a property, whose key is a symbol or a code.
-std::u16string propertyName(Value key) {
+std::u16string propertyName(const Terminology& terms, Value key) {
     if (const Symbol* symbol = as<Symbol>(key)) {
-        const bool barred = syntax::isReserved(syntax::keywordOf(symbol->key)) || terms().isTerm(symbol->key);
+        const bool barred = syntax::isReserved(syntax::keywordOf(symbol->key)) || terms.isTerm(symbol->key);
         return sourcetext::identifier(symbol->key, symbol->spelling, barred);
     }
-    const Term* term = terms().name(key.asCode(), {TermKind::Property, TermKind::Class});
+    const Term* term = terms.name(key.asCode(), {TermKind::Property, TermKind::Class});
     return term ? wordsOf(*term) : sourcetext::rawCode(u"class", bytesOf(key.asCode()));
+}
+
+std::u16string wordsFor(const Terminology& terms, Value value) {
+    if (const EventName* event = as<EventName>(value)) {
+        const Term* term = terms.event(event->eventClass, event->eventID);
+        return term ? wordsOf(*term) : sourcetext::rawCode(u"event", event->bytes.substr(0, 8));
+    }
+    const FourCharCode code = value.asCode();
+    if (value.isConstant()) {
+        const Term* term = terms.name(code, {TermKind::Constant});
+        return term ? wordsOf(*term) : sourcetext::rawCode(u"constant", "****" + bytesOf(code));
+    }
+    if (value.isMissing())
+        return u"missing value";
+    return value.isCode() ? className(terms, code) : std::u16string();
+}
+
+const Application* applicationOf(const Specifier* specifier) {
+    for (std::size_t depth = 0; specifier && depth < kMaximumDepth; ++depth) {
+        if (const Application* application = as<Application>(specifier->container))
+            return application;
+        specifier = as<Specifier>(specifier->container);
+    }
+    return nullptr;
 }
 
 /// The operators with two sides that the conditions of a filter have, as the instructions that make them.
@@ -85,6 +109,7 @@ private:
     void record(const Record* record);
     void test(const Specifier* test);
     void specifier(const Specifier* specifier);
+    void chain(const Specifier* specifier);
     void element(Value elementClass, Value index);
     bool showsContainer(const Specifier* specifier) const;
     /// The name of a thing, as it stands behind the thing's class.
@@ -95,6 +120,7 @@ private:
     const std::size_t mMaximumLength;
     std::u16string mOut;
     std::size_t mDepth = 0;
+    const Terminology* mTerms = &terms();
 };
 
 void Displayer::value(Value value) {
@@ -110,7 +136,7 @@ void Displayer::value(Value value) {
     else if (value.isBoolean())
         mOut += value.isTrue() ? u"true" : u"false";
     else if (value.isCode() || value.isConstant())
-        mOut += termFor(value);
+        mOut += wordsFor(*mTerms, value);
     else if (value.isObject())
         object(value.asObject());
     --mDepth;
@@ -137,7 +163,7 @@ void Displayer::record(const Record* record) {
         if (!first)
             mOut += u", ";
         first = false;
-        mOut += propertyName(entry.key) + u":";
+        mOut += propertyName(*mTerms, entry.key) + u":";
         value(entry.value);
     }
     if (!mForPeople)
@@ -146,10 +172,10 @@ void Displayer::record(const Record* record) {
 
 void Displayer::element(Value elementClass, Value index) {
     if (index == Value::integer(-1)) {
-        mOut += u"last " + className(elementClass.asCode());
+        mOut += u"last " + className(*mTerms, elementClass.asCode());
         return;
     }
-    mOut += className(elementClass.asCode()) + u" ";
+    mOut += className(*mTerms, elementClass.asCode()) + u" ";
     value(index);
 }
 
@@ -176,26 +202,39 @@ void Displayer::test(const Specifier* test) {
     value(test->b);
 }
 
+/// Shows a reference to an application's object in the application's own words.
 void Displayer::specifier(const Specifier* specifier) {
+    const Application* application = mMachine.host().terms && mTerms == &terms() ? applicationOf(specifier) : nullptr;
+    const TermSource* source = application ? mMachine.host().terms(*application) : nullptr;
+    if (!source)
+        return chain(specifier);
+    Terminology words;
+    words.push(source);
+    mTerms = &words;
+    chain(specifier);
+    mTerms = &terms();
+}
+
+void Displayer::chain(const Specifier* specifier) {
     bool hasContainer = true;
     switch (specifier->form) {
     case Specifier::Form::Property:
         if (is<Symbol>(specifier->a) || specifier->a.isCode())
-            mOut += propertyName(specifier->a);
+            mOut += propertyName(*mTerms, specifier->a);
         else
             value(specifier->a);
         break;
     case Specifier::Form::Every:
-        mOut += u"every " + className(specifier->a.asCode());
+        mOut += u"every " + className(*mTerms, specifier->a.asCode());
         break;
     case Specifier::Form::Some:
-        mOut += u"some " + className(specifier->a.asCode());
+        mOut += u"some " + className(*mTerms, specifier->a.asCode());
         break;
     case Specifier::Form::Element:
         element(specifier->a, specifier->b);
         break;
     case Specifier::Form::ElementByKey:
-        mOut += className(specifier->a.asCode()) + (specifier->c.asCode() == "ID  "_4cc ? u" id " : u" ");
+        mOut += className(*mTerms, specifier->a.asCode()) + (specifier->c.asCode() == "ID  "_4cc ? u" id " : u" ");
         value(specifier->b);
         break;
     case Specifier::Form::Filter:
@@ -205,7 +244,7 @@ void Displayer::specifier(const Specifier* specifier) {
         hasContainer = false;
         break;
     case Specifier::Form::Range:
-        mOut += pluralName(specifier->a.asCode()) + u" ";
+        mOut += pluralName(*mTerms, specifier->a.asCode()) + u" ";
         value(specifier->b);
         mOut += u" thru ";
         value(specifier->c);
@@ -213,7 +252,7 @@ void Displayer::specifier(const Specifier* specifier) {
     case Specifier::Form::Before:
     case Specifier::Form::After:
         if (specifier->a.asCode() != kInsertionLocation)
-            mOut += className(specifier->a.asCode()) + u" ";
+            mOut += className(*mTerms, specifier->a.asCode()) + u" ";
         mOut += specifier->form == Specifier::Form::Before ? u"before " : u"after ";
         value(specifier->container);
         hasContainer = false;
@@ -225,7 +264,7 @@ void Displayer::specifier(const Specifier* specifier) {
         mOut += u"end";
         break;
     case Specifier::Form::Middle:
-        mOut += u"middle " + className(specifier->a.asCode());
+        mOut += u"middle " + className(*mTerms, specifier->a.asCode());
         break;
     case Specifier::Form::Examined:
         mOut += u"it";
@@ -245,10 +284,10 @@ void Displayer::specifier(const Specifier* specifier) {
 void Displayer::object(const HeapObject* object) {
     switch (object->type) {
     case HeapType::Symbol:
-        mOut += propertyName(Value::object(object));
+        mOut += propertyName(*mTerms, Value::object(object));
         break;
     case HeapType::EventName:
-        mOut += termFor(Value::object(object));
+        mOut += wordsFor(*mTerms, Value::object(object));
         break;
     case HeapType::Text:
         if (mForPeople)
@@ -270,7 +309,7 @@ void Displayer::object(const HeapObject* object) {
         if (isFile(Value::object(object)))
             mOut += (data->dataType == "alis"_4cc ? u"alias " : u"file ") + named(hfsPath(*data));
         else if (const auto amount = amountOf(Value::object(object)))
-            mOut += className(data->dataType) + u" " + sourceOfReal(*amount);
+            mOut += className(*mTerms, data->dataType) + u" " + sourceOfReal(*amount);
         else
             mOut += sourcetext::rawData(bytesOf(data->dataType) + data->bytes);
         break;
@@ -343,18 +382,7 @@ bool isKnownProperty(FourCharCode code) {
 }
 
 std::u16string termFor(Value value) {
-    if (const EventName* event = as<EventName>(value)) {
-        const Term* term = terms().event(event->eventClass, event->eventID);
-        return term ? wordsOf(*term) : sourcetext::rawCode(u"event", event->bytes.substr(0, 8));
-    }
-    const FourCharCode code = value.asCode();
-    if (value.isConstant()) {
-        const Term* term = terms().name(code, {TermKind::Constant});
-        return term ? wordsOf(*term) : sourcetext::rawCode(u"constant", "****" + bytesOf(code));
-    }
-    if (value.isMissing())
-        return u"missing value";
-    return value.isCode() ? className(code) : std::u16string();
+    return wordsFor(terms(), value);
 }
 
 } // namespace quoddle::language

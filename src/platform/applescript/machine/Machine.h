@@ -18,6 +18,9 @@
 #include <memory>
 #include <utility>
 
+namespace quoddle {
+class TermSource;
+}
 namespace quoddle::language {
 class TextElementIndex;
 }
@@ -93,6 +96,8 @@ public:
         /// Answers the script object of a script library, the same one each time; undefined when there is no such library, failure when an
         /// error was raised. May be empty.
         std::function<Value(Machine&, std::u16string_view name)> library;
+        /// The dictionary in whose words references to an application's objects are shown; null when it has none. May be empty.
+        std::function<const TermSource*(const Application&)> terms;
         /// Prints a value for "log".
         std::function<void(Machine&, Value)> log;
         /// Sleeps until `until` at the latest, with the interpreter lock given up. When empty, the machine sleeps and keeps the lock.

@@ -206,19 +206,17 @@ TEST_F(ApplicationReferencesTest, AnswersBecomeReferences) {
         AEDesc answer;
         const char* shown;
     } table[] = {
-        {desk, "«class cfol» \"Desk\" of application \"Finder\""},
-        {specifier("file"_4cc, "ID  "_4cc, AEDesc::ofInt32(9), desk), "file id 9 of «class cfol» \"Desk\" of application \"Finder\""},
+        {desk, "folder \"Desk\" of application \"Finder\""},
+        {specifier("file"_4cc, "ID  "_4cc, AEDesc::ofInt32(9), desk), "file id 9 of folder \"Desk\" of application \"Finder\""},
         {specifier("file"_4cc, "indx"_4cc, CreateAbsoluteOrdinal("last"_4cc), desk),
-         "last file of «class cfol» \"Desk\" of application \"Finder\""},
-        {specifier("file"_4cc, "rang"_4cc, boundaries, desk), "files 1 thru -2 of «class cfol» \"Desk\" of application \"Finder\""},
-        {specifier("file"_4cc, "test"_4cc, equal, desk),
-         "every file of «class cfol» \"Desk\" of application \"Finder\" whose name = \"a\""},
-        {specifier("file"_4cc, "rele"_4cc, AEDesc::ofEnum("prev"_4cc), desk),
-         "file before «class cfol» \"Desk\" of application \"Finder\""},
-        {place, "end of «class cfol» \"Desk\" of application \"Finder\""},
-        {AEDesc::list({desk, AEDesc::ofInt32(1)}), "{«class cfol» \"Desk\" of application \"Finder\", 1}"},
+         "last file of folder \"Desk\" of application \"Finder\""},
+        {specifier("file"_4cc, "rang"_4cc, boundaries, desk), "files 1 thru -2 of folder \"Desk\" of application \"Finder\""},
+        {specifier("file"_4cc, "test"_4cc, equal, desk), "every file of folder \"Desk\" of application \"Finder\" whose name = \"a\""},
+        {specifier("file"_4cc, "rele"_4cc, AEDesc::ofEnum("prev"_4cc), desk), "file before folder \"Desk\" of application \"Finder\""},
+        {place, "end of folder \"Desk\" of application \"Finder\""},
+        {AEDesc::list({desk, AEDesc::ofInt32(1)}), "{folder \"Desk\" of application \"Finder\", 1}"},
         {AEDesc::record({{"pnam"_4cc, desk}, {"usrf"_4cc, AEDesc::list({AEDesc::ofUTF8("own Key"), AEDesc::ofInt32(2)})}}),
-         "{name:«class cfol» \"Desk\" of application \"Finder\", |own Key|:2}"},
+         "{name:folder \"Desk\" of application \"Finder\", |own Key|:2}"},
         {AEDesc::ofType("cfol"_4cc), "«class cfol»"},
         {AEDesc::ofEnum("yes "_4cc), "yes"},
         {AEDesc::ofFilePath("/tmp"), "file \"Macintosh HD:tmp:\""},
@@ -255,7 +253,7 @@ TEST_F(ApplicationReferencesTest, ReferencesAreUsedFurther) {
         {got + "set name of r to \"x\"", "core/setd ----=prop:prop(type pnam) < cfol:name(\"Desk\") < app data=\"x\"", "\"x\""},
         {got + "contents of r", "core/getd ----=cfol:name(\"Desk\") < app", "5"},
         {got + "set contents of r to 1", "core/setd ----=cfol:name(\"Desk\") < app data=1", "1"},
-        {got + "get r", "core/getd ----=prop:prop(type sele) < app", "«class cfol» \"Desk\" of application \"Finder\""},
+        {got + "get r", "core/getd ----=prop:prop(type sele) < app", "folder \"Desk\" of application \"Finder\""},
         {got + "{r = r, r is in {1, r}, {r, 1} contains r, r is in {1}}", "core/getd ----=prop:prop(type sele) < app",
          "{true, true, true, false}"},
     };
@@ -279,7 +277,7 @@ TEST_F(ApplicationReferencesTest, ErrorsKeepTheirParts) {
                               {"errt"_4cc, AEDesc::ofType("file"_4cc)}});
     EXPECT_EQ(
         run("try; tell application \"Finder\" to get home; on error m number n from f to t partial result p; {m, n, f, t, p}; end try"),
-        "{\"Finder got an error: Nothing there.\", -1728, «class cfol» \"Desk\" of application \"Finder\", file, {1}}");
+        "{\"Finder got an error: Nothing there.\", -1728, folder \"Desk\" of application \"Finder\", file, {1}}");
 }
 
 } // namespace
