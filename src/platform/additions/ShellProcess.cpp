@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <clocale>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
@@ -12,6 +14,7 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace quoddle::additions {
 
@@ -47,6 +50,29 @@ struct SocketPair {
 struct Report {
     int error = 0;  // an errno value when the shell could not be started
     int status = 0; // in the format of waitpid()
+};
+
+/// The environment of the shell. bash complains aloud about a locale that is not installed, and scripts would take the complaint for the
+/// command's own: such a locale becomes C.UTF-8.
+class ShellEnvironment {
+public:
+    ShellEnvironment() {
+        const locale_t locale = ::newlocale(LC_ALL_MASK, "", nullptr);
+        const bool isMissing = !locale;
+        if (locale)
+            ::freelocale(locale);
+        for (char** variable = environ; *variable; ++variable)
+            if (!isMissing || std::strncmp(*variable, "LC_ALL=", 7) != 0)
+                mVariables.push_back(*variable);
+        if (isMissing)
+            mVariables.push_back(mPlainLocale.data());
+        mVariables.push_back(nullptr);
+    }
+    char* const* variables() const { return mVariables.data(); }
+
+private:
+    std::string mPlainLocale = "LC_ALL=C.UTF-8";
+    std::vector<char*> mVariables;
 };
 
 /// Everything that starting the shell needs. Prepared before the fork, because no memory may be allocated after it.
@@ -97,11 +123,12 @@ private:
         sigset_t none;
         ::sigemptyset(&none);
         ::sigprocmask(SIG_SETMASK, &none, nullptr);
-        ::execv("/bin/bash", mBashArguments);
-        ::execv("/bin/sh", mShellArguments); // a system without bash
+        ::execve("/bin/bash", mBashArguments, mEnvironment.variables());
+        ::execve("/bin/sh", mShellArguments, mEnvironment.variables()); // a system without bash
         return errno;
     }
 
+    const ShellEnvironment mEnvironment;
     char* const mCommand;
     // On Macs sh is a bash whose echo knows the escapes and no options: scripts use arrays, [[ ]] and <<<.
     char* const mBashArguments[6] = {

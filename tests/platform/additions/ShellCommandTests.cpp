@@ -80,6 +80,12 @@ TEST_F(ShellCommandTest, TellsHowItEnded) {
     EXPECT_EQ(run(std::string("echo a\0; echo b", 15)).error(), paramErr);
 }
 
+TEST_F(ShellCommandTest, ALocaleThatIsNotInstalledIsNoComplaintOfTheCommands) {
+    setEnvironment("LC_ALL", "xx_XX.UTF-8");
+    EXPECT_EQ(send("sysoexec", {{"----"_4cc, text("echo oops >&2; exit 4")}}).errorText(), "oops");
+    EXPECT_EQ(send("sysoexec", {{"----"_4cc, text("echo ä | wc -m")}}).text(), "2");
+}
+
 TEST_F(ShellCommandTest, UnderstandsWhatTheShellOfMacsUnderstands) {
     const std::pair<const char*, const char*> kCases[] = {
         {"cat <<< \"a b\"", "a b"}, {"[[ abc == a* ]] && echo yes", "yes"}, {"a=(1 2 3); echo ${a[1]}", "2"},
