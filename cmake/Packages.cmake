@@ -18,7 +18,8 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_OSA_PACKAGE_NAME quoddle-osa)
 set(CPACK_DEBIAN_OSA_PACKAGE_SECTION interpreters)
-set(CPACK_DEBIAN_OSA_PACKAGE_DEPENDS libxml2) # loaded when a dictionary is read, which the programs' lists of libraries do not show
+# Loaded when a dictionary is read, and when statements are typed: the programs' lists of libraries do not show them.
+set(CPACK_DEBIAN_OSA_PACKAGE_DEPENDS "libxml2, libedit2")
 set(CPACK_DEBIAN_OSA_PACKAGE_SUGGESTS "quoddle, speech-dispatcher | espeak-ng, xdg-utils")
 set(CPACK_DEBIAN_OSA_DESCRIPTION "AppleScript compiler and interpreter
 The programs osascript, osacompile, osadecompile and osalang run AppleScript,

@@ -10,7 +10,7 @@ constexpr Option kStatement = {"e", "STATEMENT", "a line of the script; may be g
 
 constexpr Option kOsascriptOptions[] = {
     kStatement,
-    {"i", "", "interactive: runs every line as it is typed"},
+    {"i", "", "interactive: runs every statement as it is typed"},
     kLanguage,
     {"s", "FLAGS",
      "h: print the result for people (default)   s: print it as source\n"

@@ -4,22 +4,19 @@
 #include "platform/base/ProgramMain.h"
 #include "platform/osa/KeptScript.h"
 #include "platform/osa/ScriptBundle.h"
+#include "Interaction.h"
 #include "ProgramTables.h"
 #include "ScriptTool.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <iterator>
 #include <sstream>
-#include <stdexcept>
 #include <unistd.h>
 
 using namespace quoddle;
 
 namespace {
-
-constexpr std::size_t kLongestLine = std::size_t(16) << 20; // bytes of a line that is typed or pasted
 
 struct Settings {
     std::string statements;
@@ -77,45 +74,6 @@ OSStatus run(ComponentInstance instance, OSAID script, const std::vector<std::st
     return OSAExecuteEvent(instance, event, script, kOSAModeNull, result);
 }
 
-/// Reads a line; false at the end of the input. Throws an error when the input cannot be read or a line is too long.
-bool readLine(std::string& line) {
-    line.clear();
-    int byte = 0;
-    while ((byte = std::getc(stdin)) != EOF && byte != '\n') {
-        if (line.size() == kLongestLine)
-            throw std::length_error("a line of the input is too long");
-        line += static_cast<char>(byte);
-    }
-    if (std::ferror(stdin))
-        throw std::runtime_error("the input could not be read");
-    return byte != EOF || !line.empty();
-}
-
-/// Runs each line in the context of the lines before it, so that names last.
-int interact(ComponentInstance instance, const Settings& settings) {
-    const bool prompts = ::isatty(STDIN_FILENO);
-    OSAID context = kOSANullScript;
-    std::string line;
-    while ((prompts && std::cout << ">> " << std::flush), readLine(line)) {
-        OSAID result = kOSANullScript;
-        OSStatus status = OSACompile(instance, AEDesc::ofUTF8(line), kOSAModeCompileIntoContext | kOSAModeAugmentContext, context);
-        std::string kind = "syntax";
-        if (status == noErr) {
-            kind = "execution";
-            status = OSAExecute(instance, context, kOSANullScript, kOSAModeNull, result);
-        }
-        if (status != noErr)
-            tool::printError(tool::failureOf(instance, status), "", kind);
-        else if (result != kOSANullScript) {
-            if (prompts)
-                std::cout << "=> ";
-            tool::printResult(instance, result, settings.asSource);
-            OSADispose(instance, result);
-        }
-    }
-    return 0;
-}
-
 /// Tells why the script failed. `source` is what was compiled; empty when it is not known.
 int fail(ComponentInstance instance, OSStatus status, const std::string& file, const std::string& kind, const std::string& source) {
     const tool::ScriptFailure failure = tool::failureOf(instance, status);
@@ -160,7 +118,7 @@ int perform(int argc, char** argv) {
     if (settings.errorsOnOutput)
         ::dup2(STDOUT_FILENO, STDERR_FILENO);
     if (options->has("i") && !settings.hasStatements && options->rest.empty())
-        return interact(*instance, settings);
+        return tool::interact(*instance, settings.asSource);
 
     std::string file;
     std::vector<std::string> arguments = options->rest;

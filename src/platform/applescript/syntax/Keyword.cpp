@@ -41,4 +41,12 @@ std::string_view spellingOf(Keyword keyword) {
     return kRows[static_cast<std::size_t>(keyword)].spelling;
 }
 
+std::vector<std::string_view> keywords() {
+    std::vector<std::string_view> words;
+    for (const Row& row : kRows)
+        if (row.keyword != Keyword::None)
+            words.push_back(row.spelling);
+    return words;
+}
+
 } // namespace quoddle::syntax

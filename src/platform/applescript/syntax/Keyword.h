@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace quoddle::syntax {
 
@@ -62,6 +63,8 @@ inline bool isReserved(Keyword keyword) {
     return useOf(keyword) != KeywordUse::Free;
 }
 std::string_view spellingOf(Keyword keyword);
+/// All keywords, in lower case.
+std::vector<std::string_view> keywords();
 
 struct Preposition {
     std::array<Keyword, 2> words; // the second is None for a preposition of one word

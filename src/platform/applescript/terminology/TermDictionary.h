@@ -34,8 +34,7 @@ public:
     std::string compactForm() const;
     static std::unique_ptr<TermDictionary> fromCompactForm(std::string bytes);
 
-    /// All terms, sorted by words.
-    std::span<const Term> terms() const { return mTerms; }
+    std::span<const Term> terms() const override { return mTerms; }
     /// The same terms, sorted by kind and code; the first of a code names it.
     std::span<const Term* const> byCode() const { return mByCode; }
 
