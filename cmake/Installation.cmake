@@ -53,6 +53,13 @@ foreach(program osascript osacompile osadecompile osalang quoddle)
           DESTINATION share/fish/vendor_completions.d COMPONENT ${component})
 endforeach()
 
+# What editors read to colour scripts.
+foreach(place org.kde.syntax-highlighting/syntax/applescript.xml gtksourceview-5/language-specs/applescript.lang
+        vim/vimfiles/syntax/applescript.vim vim/vimfiles/ftdetect/applescript.vim)
+  get_filename_component(folder ${place} DIRECTORY)
+  install(FILES ${CMAKE_BINARY_DIR}/share/${place} DESTINATION share/${folder} COMPONENT osa)
+endforeach()
+
 # What desktops read.
 install(FILES resources/desktop/quoddle.desktop DESTINATION share/applications COMPONENT desktop)
 install(FILES resources/desktop/quoddle.metainfo.xml DESTINATION share/metainfo RENAME local.quoddle.Quoddle.metainfo.xml COMPONENT desktop)

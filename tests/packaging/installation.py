@@ -21,7 +21,9 @@ DESKTOP = ("quoddle", "quoddle-shell", "quoddle-dialogs", "quoddle-clipboard", "
 FILES = ["share/applications/quoddle.desktop", "share/metainfo/local.quoddle.Quoddle.metainfo.xml", "share/mime/packages/quoddle.xml",
          "share/icons/hicolor/scalable/apps/quoddle.svg", "share/icons/hicolor/scalable/mimetypes/application-x-applescript-compiled.svg",
          "share/icons/hicolor/scalable/mimetypes/text-x-applescript.svg", "share/doc/quoddle/copyright", "share/doc/quoddle/changelog.gz",
-         "share/doc/quoddle-osa/copyright", "share/doc/quoddle-osa/changelog.gz"]
+         "share/doc/quoddle-osa/copyright", "share/doc/quoddle-osa/changelog.gz",
+         "share/org.kde.syntax-highlighting/syntax/applescript.xml", "share/gtksourceview-5/language-specs/applescript.lang",
+         "share/vim/vimfiles/syntax/applescript.vim", "share/vim/vimfiles/ftdetect/applescript.vim"]
 FOR_EACH = ["share/bash-completion/completions/*", "share/zsh/vendor-completions/_*", "share/fish/vendor_completions.d/*.fish"]
 WITH_WORDS = 'tell application "Mail" to get subject of message 1 of mailbox "x"'
 

@@ -60,6 +60,9 @@ class TermSource {
 public:
     virtual ~TermSource() = default;
 
+    /// All terms, sorted by words. Valid as long as the source.
+    virtual std::span<const Term> terms() const = 0;
+
     /// Every term whose first word is `word` (lower case). Valid as long as the source.
     virtual std::span<const Term> startingWith(std::string_view word) const = 0;
 

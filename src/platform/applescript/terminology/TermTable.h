@@ -30,6 +30,7 @@ public:
     /// Both spans must outlive the table. `terms` is sorted by words, `byCode` comes from indexByCode.
     constexpr TermTable(std::span<const Term> terms, std::span<const std::uint16_t> byCode) : mTerms(terms), mByCode(byCode) {}
 
+    std::span<const Term> terms() const override { return mTerms; }
     std::span<const Term> startingWith(std::string_view word) const override;
     const Term* find(TermKind kind, FourCharCode code, FourCharCode group) const override;
     std::span<const Term> terms() const override { return mTerms; }
