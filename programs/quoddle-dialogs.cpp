@@ -13,6 +13,7 @@
 #include "platform/base/ProgramMain.h"
 #include "platform/clipboard/QtClipboard.h"
 #include "platform/foundation/NSUserDefaults.h"
+#include "platform/foundation/Translations.h"
 #include "platform/panels/StandardCommands.h"
 
 #include <chrono>
@@ -36,6 +37,7 @@ int perform(int argc, char** argv) {
     const FontLoading fonts;
     setUserDefaultsDomain(u"quoddle-dialogs"_s);
     NSApplication application(argc, argv);
+    installTranslations();
     Appearance::applyRememberedScheme();
     QTimer::singleShot(kFirstDialogTime, &application, [] {
         std::ignore = applicationIcon(nullptr);

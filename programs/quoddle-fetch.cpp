@@ -12,6 +12,7 @@
 #include "platform/delivery/BundleArchive.h"
 #include "platform/delivery/Download.h"
 #include "platform/delivery/Signature.h"
+#include "platform/foundation/Translations.h"
 
 #include <csignal>
 #include <cstdio>
@@ -30,10 +31,6 @@ namespace {
 constexpr int kUsageError = 2;
 constexpr auto kTextTime = std::chrono::seconds(60);
 constexpr qint64 kReports = 100; // the most lines about the progress
-
-QString translated(const char* text) {
-    return QCoreApplication::translate("quoddle-fetch", text);
-}
 
 int report(const QString& error) {
     std::fprintf(stderr, "%s\n", error.simplified().toUtf8().constData());
@@ -59,14 +56,15 @@ QString faultOf(SignatureVerdict verdict) {
     case SignatureVerdict::good:
         return {};
     case SignatureVerdict::malformedKey:
-        return translated("The applet's own key is damaged.");
+        return QCoreApplication::translate("quoddle-fetch", "The applet's own key is damaged.");
     case SignatureVerdict::unreadableFile:
-        return translated("What was downloaded cannot be read.");
+        return QCoreApplication::translate("quoddle-fetch", "What was downloaded cannot be read.");
     case SignatureVerdict::wrong:
     case SignatureVerdict::malformedSignature:
         break;
     }
-    return translated("The signature is wrong: what was downloaded does not come from the applet's maker.");
+    return QCoreApplication::translate("quoddle-fetch",
+                                       "The signature is wrong: what was downloaded does not come from the applet's maker.");
 }
 
 int fetchBundle(const QStringList& words) {
@@ -84,12 +82,12 @@ int fetchBundle(const QStringList& words) {
     if (!received)
         return report(received.error());
     if (*received != length)
-        return report(translated("The download is shorter than was announced."));
+        return report(QCoreApplication::translate("quoddle-fetch", "The download is shorter than was announced."));
     file.close();
     if (const QString fault = faultOf(verifySignature(archive, words[2].toLatin1(), words[3].toLatin1())); !fault.isEmpty())
         return report(fault);
     if (::mkdir(QFile::encodeName(unpacked).constData(), 0700) != 0)
-        return report(translated("There is no folder to unpack the archive in."));
+        return report(QCoreApplication::translate("quoddle-fetch", "There is no folder to unpack the archive in."));
     const auto bundle = unpackBundle(archive, unpacked);
     if (!bundle)
         return report(bundle.error());
@@ -102,6 +100,7 @@ int perform(int argc, char** argv) {
     // Messages of the toolkit are dropped, because the last line on standard error is read as our report.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     QCoreApplication application(argc, argv);
+    installTranslations();
     const QStringList words = QCoreApplication::arguments().mid(1);
     if (words.size() == 3 && words[0] == "text"_L1)
         return fetchText(words.mid(1));

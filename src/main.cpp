@@ -26,6 +26,7 @@
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Plist.h"
+#include "platform/foundation/Translations.h"
 #include "platform/panels/PresentOnMainThread.h"
 #include "platform/updater/SUUpdater.h"
 #include "runtime/AppDelegate.h"
@@ -95,15 +96,25 @@ void takeIdentityOf(const std::shared_ptr<NSBundle>& bundle) {
     setUserDefaultsDomain(bundle->bundleIdentifier().isEmpty() ? bundle->name() : bundle->bundleIdentifier());
     QCoreApplication::setApplicationName(bundle->name()); // as the display name too, which would be added to the title of every dialog
     QGuiApplication::setDesktopFileName(desktopNameForBundle(*bundle));
-    if (auto strings = Plist::readStrings(resource(u"en.lproj/Localizable.strings"_s)))
-        NSBundle::setFallbackStrings({}, *strings);
+}
+
+/// Puts the titles, which are keys at first, into the user's language.
+void localizeTitles(NSMenu& menu) {
+    for (const auto& item : menu.itemArray()) {
+        if (!item->title().isEmpty())
+            item->setTitle(NSBundle::mainBundle()->localizedString(item->title(), {}, u"MainMenu"_s));
+        if (item->submenu())
+            localizeTitles(*item->submenu());
+    }
 }
 
 std::shared_ptr<NSMenu> makeMainMenu() {
     const auto list = Plist::read(resource(u"MainMenu.plist"_s));
     if (list)
-        if (auto menu = NSMenu::menuFromPropertyList(*list))
+        if (auto menu = NSMenu::menuFromPropertyList(*list)) {
+            localizeTitles(**menu);
             return *menu;
+        }
     NSLog(u"main menu: cannot be read"_s);
     return nullptr;
 }
@@ -364,6 +375,7 @@ int launch(int argc, char** argv) {
     sNextMessageHandler = qInstallMessageHandler(&endInsteadOfAborting);
     NSApplication application(argc, argv);
     qInstallMessageHandler(sNextMessageHandler);
+    installTranslations();
     Appearance::applyRememberedScheme();
     // Whatever can wait until the first window is there.
     QTimer::singleShot(kFirstWindowTime, &application, [] {

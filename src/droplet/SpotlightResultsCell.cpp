@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QPainter>
@@ -82,7 +83,8 @@ SpotlightResultsCell::SpotlightResultsCell(QObject* parent) : QStyledItemDelegat
 }
 
 QString SpotlightResultsCell::accessibilityValue(const SpotlightMatch* match) {
-    return match ? stringWithFormat(u"Name: %@.\nPath: %@"_s, {displayNameOfFile(match->path()), abbreviatedFolder(match->path())})
+    return match ? stringWithFormat(QCoreApplication::translate("SpotlightResultsCell", "Name: %@.\nPath: %@"),
+                                    {displayNameOfFile(match->path()), abbreviatedFolder(match->path())})
                  : QString();
 }
 

@@ -320,7 +320,7 @@ void SpotlightViewController::note(const QString& text) {
 }
 
 void SpotlightViewController::showCount() {
-    mUi->resultsCountView->setText(stringWithFormat(u"%ld found"_s, {mPaths.size()}));
+    mUi->resultsCountView->setText(stringWithFormat(tr("%ld found"), {mPaths.size()}));
 }
 
 // --- The choice

@@ -23,7 +23,7 @@ void showAboutPanel() {
     const QVariantMap info = bundle->infoDictionary();
     QStringList lines;
     if (const QString version = info.value(u"CFBundleShortVersionString"_s).toString(); !version.isEmpty())
-        lines << QCoreApplication::translate("AboutPanel", "Version %1").arg(version);
+        lines << QCoreApplication::translate("AppletPanels", "Version %1").arg(version);
     if (const QString copyright = info.value(u"NSHumanReadableCopyright"_s).toString(); !copyright.isEmpty())
         lines << copyright;
     panel = std::make_unique<NSAlert>();
@@ -43,7 +43,7 @@ QString chooseTestApplet() {
     panel.setAllowedFileTypes({u"app"_s});
     panel.setAllowsMultipleSelection(false);
     panel.setCanChooseDirectories(false);
-    panel.setPrompt(u"Choose the Kestrel Applet to test"_s);
+    panel.setPrompt(QCoreApplication::translate("AppletPanels", "Choose the Kestrel Applet to test"));
     return panel.runModal() == NSModalResponseOK ? panel.url().toLocalFile() : QString();
 }
 

@@ -50,10 +50,10 @@ Shown shownFor(qint64 total, qint64 steps, const QString& description, const QSt
     shown.indeterminate = total < 0 || steps < 0;
     shown.message = description;
     if (description.isEmpty() && total >= 0)
-        shown.message = stringWithFormat(u"%d%% completed"_s, {shown.percentage});
+        shown.message = stringWithFormat(ProgressViewController::tr("%d%% completed"), {shown.percentage});
     shown.message2 = additional;
     if (additional.isEmpty() && total >= 0)
-        shown.message2 = stringWithFormat(u"%@ of %@"_s, {grouped(steps), grouped(total)});
+        shown.message2 = stringWithFormat(ProgressViewController::tr("%@ of %@"), {grouped(steps), grouped(total)});
     return shown;
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/appkit/filepanel/FileBrowser.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace quoddle {
@@ -57,12 +58,14 @@ void NSOpenPanel::setAllowedFileTypes(const QStringList& types) {
 }
 
 void NSOpenPanel::prepare() {
-    setTitle(filter().canChooseFiles ? u"Open"_s : u"Choose a Folder"_s);
+    setTitle(filter().canChooseFiles ? QCoreApplication::translate("NSOpenPanel", "Open")
+                                     : QCoreApplication::translate("NSOpenPanel", "Choose a Folder"));
     NSSavePanel::prepare();
 }
 
 QString NSOpenPanel::defaultPrompt() const {
-    return filter().canChooseFiles ? u"Open"_s : u"Choose"_s;
+    return filter().canChooseFiles ? QCoreApplication::translate("NSOpenPanel", "Open")
+                                   : QCoreApplication::translate("NSOpenPanel", "Choose");
 }
 
 void NSOpenPanel::selectionChanged() {
@@ -87,9 +90,9 @@ void NSOpenPanel::confirm() {
 void NSOpenPanel::fileEntered(const QString& path) {
     const DirectoryFilter wanted = filter();
     if (!QFileInfo::exists(path))
-        showProblem(u"“%1” cannot be found."_s.arg(path));
+        showProblem(QCoreApplication::translate("NSOpenPanel", "“%1” cannot be found.").arg(path));
     else if (!wanted.canChooseFiles || !wanted.allowedTypes.matches(path))
-        showProblem(u"“%1” is not of a kind that can be chosen here."_s.arg(path));
+        showProblem(QCoreApplication::translate("NSOpenPanel", "“%1” is not of a kind that can be chosen here.").arg(path));
     else
         chooseResolved({path});
 }

@@ -10,6 +10,7 @@
 #include "platform/foundation/NSUserDefaults.h"
 #include "ui_NSSavePanel.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QScreen>
 
@@ -44,9 +45,9 @@ QColor problemColor(const QPalette& palette) {
 
 QString problemWithFileName(const QString& name) {
     if (name.isEmpty() || name == "."_L1 || name == ".."_L1 || name.contains(u'/') || name.contains(QChar(0)))
-        return u"A file cannot be called “%1”."_s.arg(name);
+        return QCoreApplication::translate("NSSavePanel", "A file cannot be called “%1”.").arg(name);
     if (name.toUtf8().size() > kLongestName)
-        return u"The name is too long."_s;
+        return QCoreApplication::translate("NSSavePanel", "The name is too long.");
     return {};
 }
 
@@ -100,15 +101,15 @@ private:
 NSSavePanel::NSSavePanel() : mUi(std::make_unique<Ui::NSSavePanel>()), mPanel(std::make_unique<Panel>(*mUi)) {
     mUi->setupUi(mPanel.get());
     mBrowser = mUi->browser;
-    setButtonTitle(*mUi->cancelButton, u"Cancel"_s);
+    setButtonTitle(*mUi->cancelButton, QCoreApplication::translate("NSSavePanel", "Cancel"));
     setKeyEquivalent(*mUi->cancelButton, kEscapeKeyEquivalent);
     setKeyEquivalent(*mUi->confirmButton, kReturnKeyEquivalent);
     mPanel->setCloseButton(mUi->cancelButton);
     mPanel->setSizeGripEnabled(true);
     setMessage({});
     showProblem({});
-    setNameFieldStringValue(u"Untitled"_s);
-    mPanel->setWindowTitle(u"Save"_s);
+    setNameFieldStringValue(QCoreApplication::translate("NSSavePanel", "Untitled"));
+    mPanel->setWindowTitle(QCoreApplication::translate("NSSavePanel", "Save"));
     changeFilter([](DirectoryFilter& filter) { filter.canChooseFiles = true; });
     connectParts();
 }
@@ -179,7 +180,7 @@ void NSSavePanel::setTitle(const QString& title) {
 }
 
 QString NSSavePanel::defaultPrompt() const {
-    return u"Save"_s;
+    return QCoreApplication::translate("NSSavePanel", "Save");
 }
 
 void NSSavePanel::hideNameField() {
@@ -273,9 +274,9 @@ void NSSavePanel::confirm() {
     if (const QString problem = problemWithFileName(name); !problem.isEmpty())
         showProblem(problem);
     else if (!folder.isDir())
-        showProblem(u"The folder “%1” cannot be found."_s.arg(folder.filePath()));
+        showProblem(QCoreApplication::translate("NSSavePanel", "The folder “%1” cannot be found.").arg(folder.filePath()));
     else if (!folder.isWritable())
-        showProblem(u"You are not allowed to save in “%1”."_s.arg(folder.filePath()));
+        showProblem(QCoreApplication::translate("NSSavePanel", "You are not allowed to save in “%1”.").arg(folder.filePath()));
     else if (info.exists() || info.isSymLink())
         askToReplace(path);
     else
@@ -284,11 +285,13 @@ void NSSavePanel::confirm() {
 
 void NSSavePanel::askToReplace(const QString& path) {
     mReplaceAlert = std::make_unique<NSAlert>();
-    mReplaceAlert->setMessageText(u"“%1” already exists. Do you want to replace it?"_s.arg(QFileInfo(path).fileName()));
-    mReplaceAlert->setInformativeText(u"Replacing it overwrites what it contains."_s);
-    QPushButton* replace = mReplaceAlert->addButton(u"Replace"_s);
-    QPushButton* cancel = mReplaceAlert->addButton(u"Cancel"_s);
+    mReplaceAlert->setMessageText(
+        QCoreApplication::translate("NSSavePanel", "“%1” already exists. Do you want to replace it?").arg(QFileInfo(path).fileName()));
+    mReplaceAlert->setInformativeText(QCoreApplication::translate("NSSavePanel", "Replacing it overwrites what it contains."));
+    QPushButton* replace = mReplaceAlert->addButton(QCoreApplication::translate("NSSavePanel", "Replace"));
+    QPushButton* cancel = mReplaceAlert->addButton(QCoreApplication::translate("NSSavePanel", "Cancel"));
     setKeyEquivalent(*replace, {});
+    setKeyEquivalent(*cancel, kEscapeKeyEquivalent);
     NSPanel& window = mReplaceAlert->window();
     window.setParent(mPanel.get(), window.windowFlags());
     window.setWindowModality(Qt::WindowModal);

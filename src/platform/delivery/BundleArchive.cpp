@@ -26,10 +26,6 @@ constexpr std::size_t kBlock = 1 << 16;
 constexpr std::size_t kLongestName = 1024;
 constexpr std::size_t kDeepest = 64;
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("BundleArchive", text);
-}
-
 struct ArchiveReleaser {
     void operator()(archive* opened) const { archive_read_free(opened); }
 };
@@ -97,7 +93,7 @@ public:
             if (::symlink(mLinks[i].target.c_str(), mLinks[i].place.c_str()) != 0)
                 fail(std::error_code(errno, std::generic_category()));
         if (mError.isEmpty() && mBundle.empty())
-            mError = translated("There is no applet in the archive.");
+            mError = QCoreApplication::translate("BundleArchive", "There is no applet in the archive.");
         if (!mError.isEmpty())
             return Failure{mError};
         return QFile::decodeName((mFolder / mBundle).c_str());
@@ -111,21 +107,24 @@ private:
 
     QString unreadable() const {
         const char* why = archive_error_string(mArchive.get());
-        return translated("The archive cannot be unpacked: %1").arg(why ? QString::fromUtf8(why) : translated("it is damaged"));
+        return QCoreApplication::translate("BundleArchive", "The archive cannot be unpacked: %1")
+            .arg(why ? QString::fromUtf8(why) : QCoreApplication::translate("BundleArchive", "it is damaged"));
     }
     void fail(const std::error_code& error) {
         if (error)
-            mError = translated("The archive cannot be unpacked: %1").arg(QString::fromStdString(error.message()));
+            mError = QCoreApplication::translate("BundleArchive", "The archive cannot be unpacked: %1")
+                         .arg(QString::fromStdString(error.message()));
     }
     void refuse(const char* name) {
-        mError = translated("The archive is not to be trusted: %1").arg(QString::fromUtf8(name ? name : "").left(200));
+        mError = QCoreApplication::translate("BundleArchive", "The archive is not to be trusted: %1")
+                     .arg(QString::fromUtf8(name ? name : "").left(200));
     }
 
     void take(archive_entry& entry) {
         const char* name = archive_entry_pathname_utf8(&entry);
         const auto parts = name ? partsOf(name) : std::nullopt;
         if (++mEntries > mBounds.entries) {
-            mError = translated("There are too many files in the archive.");
+            mError = QCoreApplication::translate("BundleArchive", "There are too many files in the archive.");
             return;
         }
         if (!parts)
@@ -135,7 +134,7 @@ private:
         if (mBundle.empty())
             mBundle = parts->front();
         if (mBundle != parts->front()) {
-            mError = translated("There is more than one applet in the archive.");
+            mError = QCoreApplication::translate("BundleArchive", "There is more than one applet in the archive.");
             return;
         }
         const auto type = archive_entry_filetype(&entry);
@@ -175,11 +174,11 @@ private:
         while ((count = archive_read_data(mArchive.get(), block.data(), block.size())) > 0) {
             mBytes += count;
             if (mBytes > mBounds.bytes) {
-                mError = translated("What is in the archive is too large.");
+                mError = QCoreApplication::translate("BundleArchive", "What is in the archive is too large.");
                 return;
             }
             if (file.write(block.data(), count) != count) {
-                mError = translated("The archive cannot be unpacked: %1").arg(file.errorString());
+                mError = QCoreApplication::translate("BundleArchive", "The archive cannot be unpacked: %1").arg(file.errorString());
                 return;
             }
         }

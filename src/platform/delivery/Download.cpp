@@ -21,10 +21,6 @@ constexpr int kMostRedirections = 5;
 constexpr int kOK = 200;
 constexpr qint64 kBufferSize = 1 << 16; // read from the network before it is written
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("Download", text);
-}
-
 /// Shared by all downloads, so that its thread can finish one request during the next.
 QNetworkAccessManager& manager() {
     static QPointer<QNetworkAccessManager> sManager;
@@ -46,10 +42,12 @@ public:
         QObject::connect(mReply.get(), &QNetworkReply::readyRead, &mLoop, [this] { take(); });
         QObject::connect(mReply.get(), &QNetworkReply::finished, &mLoop, [this] { finish(); });
         mSilence.setSingleShot(true);
-        QObject::connect(&mSilence, &QTimer::timeout, &mLoop, [this] { fail(translated("The server did not answer in time.")); });
+        QObject::connect(&mSilence, &QTimer::timeout, &mLoop,
+                         [this] { fail(QCoreApplication::translate("Download", "The server did not answer in time.")); });
         mSilence.start(mRequest.silence);
         if (mRequest.wholeTime.count() > 0)
-            QTimer::singleShot(mRequest.wholeTime, &mLoop, [this] { fail(translated("The download took too long.")); });
+            QTimer::singleShot(mRequest.wholeTime, &mLoop,
+                               [this] { fail(QCoreApplication::translate("Download", "The download took too long.")); });
         mLoop.exec();
         if (!mError.isEmpty())
             return Failure{mError};
@@ -72,7 +70,7 @@ private:
     }
 
     static QString refusal(const QUrl& url) {
-        return translated("Nothing is fetched from %1: it is no https address.").arg(url.toDisplayString());
+        return QCoreApplication::translate("Download", "Nothing is fetched from %1: it is no https address.").arg(url.toDisplayString());
     }
 
     void fail(const QString& error) {
@@ -99,7 +97,7 @@ private:
             return;
         mReceived += bytes.size();
         if (mReceived > mRequest.maximumSize)
-            return fail(translated("The server sends more than was announced."));
+            return fail(QCoreApplication::translate("Download", "The server sends more than was announced."));
         if (mTarget.write(bytes) != bytes.size())
             return fail(mTarget.errorString());
         mSilence.start(mRequest.silence);
@@ -113,7 +111,7 @@ private:
         if (mReply->error() != QNetworkReply::NoError)
             fail(mReply->errorString());
         else if (statusCode() != kOK)
-            fail(translated("The server answered with the status %1.").arg(statusCode()));
+            fail(QCoreApplication::translate("Download", "The server answered with the status %1.").arg(statusCode()));
         take();
         mLoop.quit();
     }

@@ -3,10 +3,10 @@
 
 #include "platform/foundation/NSLog.h"
 #include "platform/foundation/Plist.h"
+#include "platform/foundation/Translations.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 
 namespace quoddle {
 
@@ -51,12 +51,6 @@ QStringList folderNamesFor(const QString& tag) {
         if (parts.first() == old.language)
             names << old.name;
     return names;
-}
-
-QStringList userLanguages() {
-    // Only the system's locale has the user's list of languages; a locale that the program has set as the default has just its own.
-    const QLocale locale;
-    return locale == QLocale::system() ? QLocale::system().uiLanguages() : locale.uiLanguages();
 }
 
 } // namespace

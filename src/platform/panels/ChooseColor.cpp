@@ -7,6 +7,7 @@
 #include <array>
 
 #include <QColorDialog>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFrame>
 #include <QPushButton>
@@ -91,7 +92,7 @@ CommandDialog chooseColorDialog(const AEDesc& event, const Asker&) {
     }
     auto dialog = std::make_shared<QColorDialog>(shownAs(given));
     dialog->setOption(QColorDialog::DontUseNativeDialog);
-    dialog->setWindowTitle(u"Choose a Color"_s);
+    dialog->setWindowTitle(QCoreApplication::translate("ChooseColor", "Choose a Color"));
     dialog->setAccessibleName(dialog->windowTitle());
     arrangeButtons(*dialog);
     loosenField(*dialog);

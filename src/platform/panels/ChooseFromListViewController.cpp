@@ -65,8 +65,8 @@ void ChooseFromListViewController::viewDidLoad() {
     table.setModel(mModel.get());
     watchListKeys(table);
     setAllowsMultipleSelection(false);
-    setButtonTitle(*okButton(), u"OK"_s);
-    setButtonTitle(*cancelButton(), u"Cancel"_s);
+    setButtonTitle(*okButton(), tr("OK"));
+    setButtonTitle(*cancelButton(), tr("Cancel"));
     connect(okButton(), &QPushButton::clicked, this, &ChooseFromListViewController::doOkButton);
     connect(cancelButton(), &QPushButton::clicked, this, &ChooseFromListViewController::doCancelButton);
     connect(&table, &QTableView::doubleClicked, this, &ChooseFromListViewController::doDoubleClickEntry);

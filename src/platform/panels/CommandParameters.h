@@ -30,6 +30,7 @@ QStringList textsOf(const AEDesc& list);
 struct ButtonParameters {
     double givingUpAfter = -1;        ///< seconds; 0 and less: never
     QStringList buttons;              ///< three at most
+    bool areStandard = false;         ///< the event gives none: people see the titles in their language, scripts see them as they are
     std::optional<int> defaultButton; ///< 0-based
     std::optional<int> cancelButton;  ///< 0-based
 

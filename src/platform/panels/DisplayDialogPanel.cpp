@@ -3,6 +3,7 @@
 
 #include "platform/appkit/WindowLayout.h"
 
+#include <QCoreApplication>
 #include <QLayout>
 
 namespace quoddle {
@@ -11,8 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr const char* kStandardTitles[] = {QT_TRANSLATE_NOOP("DisplayDialogPanel", "Cancel"),
+                                           QT_TRANSLATE_NOOP("DisplayDialogPanel", "OK")};
+
 const QStringList& defaultButtons() {
-    static const QStringList sButtons = {u"Cancel"_s, u"OK"_s};
+    static const QStringList sButtons = {QString::fromLatin1(kStandardTitles[0]), QString::fromLatin1(kStandardTitles[1])};
     return sButtons;
 }
 
@@ -27,6 +31,7 @@ std::optional<CommandError> DisplayDialogParameters::read(const AEDesc& event, D
         return error;
     if (listParameter(event, "btns"_4cc).count() == 0) {
         buttons.buttons = defaultButtons();
+        buttons.areStandard = true;
         buttons.defaultButton = buttons.defaultButton.value_or(1);
         buttons.cancelButton = buttons.cancelButton.value_or(0);
     }
@@ -36,7 +41,7 @@ std::optional<CommandError> DisplayDialogParameters::read(const AEDesc& event, D
 }
 
 DisplayDialogPanel::DisplayDialogPanel(const DisplayDialogParameters& parameters, const QPixmap& icon)
-    : mButtons(parameters.buttons.buttons) {
+    : mButtons(parameters.buttons.buttons), mAreStandardButtons(parameters.buttons.areStandard) {
     const auto titleOf = [this](std::optional<int> button) { return button ? mButtons[*button] : QString(); };
     mDefaultTitle = titleOf(parameters.buttons.defaultButton);
     mCancelTitle = parameters.buttons.cancelButton ? titleOf(parameters.buttons.cancelButton) : u"Cancel"_s;
@@ -69,7 +74,8 @@ void DisplayDialogPanel::placeButtons() {
         const QString& title = mButtons[mButtons.size() - 1 - i];
         QPushButton& button = *places[i];
         const bool isDefault = !mDefaultTitle.isNull() && title == mDefaultTitle;
-        setButtonTitle(button, title);
+        setButtonTitle(button,
+                       mAreStandardButtons ? QCoreApplication::translate("DisplayDialogPanel", title.toLatin1().constData()) : title);
         setKeyEquivalent(button, isDefault ? kReturnKeyEquivalent : title == mCancelTitle ? kEscapeKeyEquivalent : QString());
         if (title == mCancelTitle)
             cancel = &button;

@@ -43,6 +43,7 @@ private:
     qsizetype indexOfButton(int returnCode) const;
 
     const QStringList mButtons;
+    const bool mAreStandardButtons;
     QString mDefaultTitle; // null: no button is the default
     QString mCancelTitle;
     DisplayDialogViewController mViewController;

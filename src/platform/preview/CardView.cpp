@@ -59,7 +59,7 @@ void CardView::setFacts(const FileFacts& facts, const QString& notice) {
     mNotice->setVisible(!notice.isEmpty());
     mIcon->setVisible(!facts.path.isEmpty());
     mName->setVisible(!facts.path.isEmpty());
-    setAccessibleName(facts.path.isEmpty() ? notice : u"Information on %1"_s.arg(facts.name));
+    setAccessibleName(facts.path.isEmpty() ? notice : tr("Information on %1").arg(facts.name));
     showIcon();
 }
 

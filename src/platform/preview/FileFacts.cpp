@@ -5,6 +5,7 @@
 #include "platform/foundation/FileTypes.h"
 #include "platform/foundation/UTType.h"
 
+#include <QCoreApplication>
 #include <QDirIterator>
 #include <QFileInfo>
 #include <QLocale>
@@ -24,15 +25,16 @@ QString capitalized(const QString& text) {
 
 QString kindOf(const QFileInfo& info, const FileFacts& facts) {
     if (UTTypeConformsTo(facts.type, u"com.apple.application"_s))
-        return u"Application"_s;
+        return QCoreApplication::translate("FileFacts", "Application");
     if (facts.isPackage && facts.type == "com.apple.rtfd"_L1)
-        return u"Rich text document with attachments"_s;
+        return QCoreApplication::translate("FileFacts", "Rich text document with attachments");
     if (facts.isDirectory)
-        return facts.isPackage ? u"Package"_s : u"Folder"_s;
+        return facts.isPackage ? QCoreApplication::translate("FileFacts", "Package") : QCoreApplication::translate("FileFacts", "Folder");
     if (!info.isFile())
-        return u"Special file"_s;
+        return QCoreApplication::translate("FileFacts", "Special file");
     const QMimeType type = QMimeDatabase().mimeTypeForFile(info);
-    return type.isDefault() || type.comment().isEmpty() ? u"Document"_s : capitalized(type.comment());
+    return type.isDefault() || type.comment().isEmpty() ? QCoreApplication::translate("FileFacts", "Document")
+                                                        : capitalized(type.comment());
 }
 
 void countItems(FileFacts& facts, const std::atomic<bool>& isCancelled) {
@@ -47,13 +49,15 @@ void countItems(FileFacts& facts, const std::atomic<bool>& isCancelled) {
 }
 
 QString sizeText(qint64 size, const QLocale& locale) {
-    return size == 1 ? u"1 byte"_s : locale.formattedDataSize(size, 1, QLocale::DataSizeSIFormat);
+    return size == 1 ? QCoreApplication::translate("FileFacts", "1 byte") : locale.formattedDataSize(size, 1, QLocale::DataSizeSIFormat);
 }
 
 QString itemsText(const FileFacts& facts, const QLocale& locale) {
     if (facts.hasMoreItems)
-        return u"More than %1 items"_s.arg(locale.toString(facts.itemCount));
-    return facts.itemCount == 1 ? u"1 item"_s : u"%1 items"_s.arg(locale.toString(facts.itemCount));
+        return QCoreApplication::translate("FileFacts", "More than %1 items").arg(locale.toString(facts.itemCount));
+    const int count = static_cast<int>(facts.itemCount);
+    return count == 1 ? QCoreApplication::translate("FileFacts", "1 item")
+                      : QCoreApplication::translate("FileFacts", "%Ln items", "", count);
 }
 
 } // namespace
@@ -90,9 +94,9 @@ QStringList FileFacts::lines() const {
     if (itemCount >= 0)
         all << itemsText(*this, locale);
     if (created.isValid())
-        all << u"Created %1"_s.arg(locale.toString(created, QLocale::ShortFormat));
+        all << QCoreApplication::translate("FileFacts", "Created %1").arg(locale.toString(created, QLocale::ShortFormat));
     if (modified.isValid())
-        all << u"Modified %1"_s.arg(locale.toString(modified, QLocale::ShortFormat));
+        all << QCoreApplication::translate("FileFacts", "Modified %1").arg(locale.toString(modified, QLocale::ShortFormat));
     return all;
 }
 

@@ -41,7 +41,7 @@ PictureView::PictureView(QWidget* parent) : QWidget(parent) {
 
 void PictureView::setPicture(const QImage& picture) {
     mPicture = picture;
-    setAccessibleName(u"Picture"_s);
+    setAccessibleName(tr("Picture"));
     update();
 }
 
@@ -65,7 +65,7 @@ PagesView::PagesView(QWidget* parent) : QScrollArea(parent) {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // a scroll bar that comes and goes would change the width, and so the height, of the pages
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    setAccessibleName(u"Pages"_s);
+    setAccessibleName(tr("Pages"));
     auto* content = new QWidget;
     mPages = new QVBoxLayout(content);
     mPages->setSpacing(10);
@@ -76,7 +76,7 @@ PagesView::PagesView(QWidget* parent) : QScrollArea(parent) {
 void PagesView::addPage(const QImage& page) {
     auto* view = new PageView(page, widget());
     const int last = mPages->count() - 1; // the stretch below the pages
-    view->setAccessibleName(u"Page %1"_s.arg(last + 1));
+    view->setAccessibleName(tr("Page %1").arg(last + 1));
     mPages->insertWidget(last, view);
 }
 

@@ -10,6 +10,7 @@
 
 #include <array>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeDatabase>
@@ -61,7 +62,7 @@ QString withShortLines(const QString& text) {
 void readText(PreviewContents& contents) {
     const auto bytes = readFileStart(QFile::encodeName(contents.facts.path).toStdString(), kMostText);
     if (!bytes) {
-        contents.notice = u"The file could not be read."_s;
+        contents.notice = QCoreApplication::translate("PreviewContents", "The file could not be read.");
         return;
     }
     if (!isText(*bytes))
@@ -89,12 +90,12 @@ void readFormats(PreviewContents& contents, QThread* thread) {
     auto document = std::make_shared<QTextDocument>();
     document->setUndoRedoEnabled(false);
     if (!readBeginning(contents, *document)) {
-        contents.notice = u"The file could not be read."_s;
+        contents.notice = QCoreApplication::translate("PreviewContents", "The file could not be read.");
         return;
     }
     const int most = quicklyLaidOutParagraphs(*document);
     if (most == 0) {
-        contents.notice = u"The text has too many formats to be shown."_s;
+        contents.notice = QCoreApplication::translate("PreviewContents", "The text has too many formats to be shown.");
         return;
     }
     if (document->blockCount() > most) {
@@ -133,7 +134,7 @@ PreviewContents previewContentsOfFile(const QString& path, const std::atomic<boo
     PreviewContents contents;
     contents.facts = factsOfFile(path, isCancelled);
     if (!contents.facts.exists()) {
-        contents.notice = u"The file is not there any more."_s;
+        contents.notice = QCoreApplication::translate("PreviewContents", "The file is not there any more.");
         return contents;
     }
     const PreviewKind kind = previewKindOf(contents.facts);

@@ -37,10 +37,10 @@ PreviewView::PreviewView(QWidget* parent)
         addWidget(view);
     mText->setReadOnly(true);
     mText->setFrameShape(QFrame::NoFrame);
-    mText->setAccessibleName(u"Text"_s);
+    mText->setAccessibleName(tr("Text"));
     mRichText->setReadOnly(true);
     mRichText->setFrameShape(QFrame::NoFrame);
-    mRichText->setAccessibleName(u"Text"_s);
+    mRichText->setAccessibleName(tr("Text"));
 }
 
 PreviewView::~PreviewView() {

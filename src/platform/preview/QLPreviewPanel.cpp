@@ -83,7 +83,7 @@ bool QLPreviewPanel::sharedPreviewPanelExists() {
 }
 
 QLPreviewPanel::QLPreviewPanel() : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint) {
-    setAccessibleName(u"Preview"_s);
+    setAccessibleName(tr("Preview"));
     setAttribute(Qt::WA_QuitOnClose, false);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -101,17 +101,17 @@ QLPreviewPanel::~QLPreviewPanel() {
 }
 
 void QLPreviewPanel::buildControls() {
-    auto* closeButton = makeToolButton(u"Close"_s, makeDrawnIcon(paintCross), this);
+    auto* closeButton = makeToolButton(tr("Close"), makeDrawnIcon(paintCross), this);
     const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
     const QIcon left = style()->standardIcon(QStyle::SP_ArrowLeft, nullptr, this);
     const QIcon right = style()->standardIcon(QStyle::SP_ArrowRight, nullptr, this);
-    mPrevious = makeToolButton(u"Previous"_s, isRightToLeft ? right : left, this);
-    mNext = makeToolButton(u"Next"_s, isRightToLeft ? left : right, this);
+    mPrevious = makeToolButton(tr("Previous"), isRightToLeft ? right : left, this);
+    mNext = makeToolButton(tr("Next"), isRightToLeft ? left : right, this);
     mTitle = new ElidedLabel(this);
     mTitle->setAlignment(Qt::AlignCenter);
     mTitle->setElideMode(Qt::ElideMiddle);
     mTitle->setAttribute(Qt::WA_TransparentForMouseEvents); // presses move the panel
-    mOpen = new QPushButton(u"Open"_s, this);
+    mOpen = new QPushButton(tr("Open"), this);
     mOpen->setAutoDefault(false);
     mOpen->setFocusPolicy(Qt::TabFocus);
     mView = new PreviewView(this);
@@ -253,9 +253,9 @@ void QLPreviewPanel::refreshCurrentPreviewItem() {
 
 void QLPreviewPanel::updateControls() {
     const QString given = mItem ? mItem->previewItemTitle() : QString();
-    const QString title = mPath.isEmpty() ? u"Preview"_s : drawableName(given.isEmpty() ? displayNameOfFile(mPath) : given);
+    const QString title = mPath.isEmpty() ? tr("Preview") : drawableName(given.isEmpty() ? displayNameOfFile(mPath) : given);
     setWindowTitle(title);
-    mTitle->setText(mItems > 1 ? u"%1 (%2 of %3)"_s.arg(title).arg(mIndex + 1).arg(mItems) : title);
+    mTitle->setText(mItems > 1 ? tr("%1 (%2 of %3)").arg(title).arg(mIndex + 1).arg(mItems) : title);
     for (auto [button, isPossible] : {std::pair(mPrevious, mIndex > 0), std::pair(mNext, mIndex < mItems - 1)}) {
         button->setVisible(mItems > 1);
         button->setEnabled(isPossible);
@@ -265,10 +265,10 @@ void QLPreviewPanel::updateControls() {
 void QLPreviewPanel::updateOpenButton() {
     constexpr int kWidestName = 140; // points
     const QString& program = mContents.facts.opener;
-    const QString label = u"Open with “%1”"_s;
+    const QString label = tr("Open with “%1”");
     const QString shown = fontMetrics().elidedText(program, Qt::ElideMiddle, kWidestName);
-    mOpen->setText(program.isEmpty() ? u"Open"_s : label.arg(QString(shown).replace(u'&', u"&&"_s)));
-    mOpen->setAccessibleName(program.isEmpty() ? u"Open"_s : label.arg(program));
+    mOpen->setText(program.isEmpty() ? tr("Open") : label.arg(QString(shown).replace(u'&', u"&&"_s)));
+    mOpen->setAccessibleName(program.isEmpty() ? tr("Open") : label.arg(program));
     mOpen->setToolTip(shown == program ? QString() : toolTipText(label.arg(program)));
 }
 
@@ -284,7 +284,7 @@ void QLPreviewPanel::showFile(const QString& path) {
         mLoader.cancel();
         mIsReading = false;
         mPatience.stop();
-        mView->showMessage(mIsOrderedIn ? u"Nothing is selected."_s : QString());
+        mView->showMessage(mIsOrderedIn ? tr("Nothing is selected.") : QString());
         updateOpenButton();
         return;
     }
@@ -316,7 +316,7 @@ void QLPreviewPanel::showContents(const PreviewContents& contents) {
     updateOpenButton();
     if (contents.kind == PreviewKind::Picture || contents.kind == PreviewKind::Pages)
         return;
-    mNotice->setText(u"Only the beginning of the text is shown."_s);
+    mNotice->setText(tr("Only the beginning of the text is shown."));
     mNotice->setVisible(contents.isCut);
     finish();
 }
@@ -324,12 +324,12 @@ void QLPreviewPanel::showContents(const PreviewContents& contents) {
 void QLPreviewPanel::picturesEnded(PictureStream::End end) {
     const bool isPages = mContents.kind == PreviewKind::Pages;
     if (!mHasPictures) {
-        const QString reason = end == PictureStream::End::tooLarge ? u"It is too large to be shown here."_s
-                               : isPages                           ? u"Its pages cannot be shown."_s
-                                                                   : u"The picture cannot be shown."_s;
+        const QString reason = end == PictureStream::End::tooLarge ? tr("It is too large to be shown here.")
+                               : isPages                           ? tr("Its pages cannot be shown.")
+                                                                   : tr("The picture cannot be shown.");
         mView->showCard(mContents.facts, reason);
     } else if (end != PictureStream::End::whole) {
-        mNotice->setText(isPages ? u"Only the first pages are shown."_s : QString());
+        mNotice->setText(isPages ? tr("Only the first pages are shown.") : QString());
         mNotice->setVisible(isPages);
     }
     finish();

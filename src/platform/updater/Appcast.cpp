@@ -16,10 +16,6 @@ constexpr qsizetype kMaximumItems = 2000;
 constexpr qsizetype kLongestVersion = 64;
 constexpr qsizetype kLongestAddress = 2000;
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("Appcast", text);
-}
-
 class AppcastReader {
 public:
     AppcastReader(const QByteArray& feed, const QUrl& source) : mXML(feed), mSource(source) {}
@@ -31,7 +27,7 @@ public:
             return broken();
         // A document type declaration comes before the first element. It is refused, because its entities could expand to very much text.
         if (mXML.isDTD() || mXML.name() != "rss"_L1)
-            return Failure{translated("It is no list of versions.")};
+            return Failure{QCoreApplication::translate("Appcast", "It is no list of versions.")};
         while (mXML.readNextStartElement()) {
             if (mXML.name() == "channel"_L1)
                 readChannel();
@@ -45,7 +41,9 @@ public:
 
 private:
     Failure<QString> broken() const {
-        return {translated("The list of versions cannot be read: line %1: %2").arg(mXML.lineNumber()).arg(mXML.errorString())};
+        return {QCoreApplication::translate("Appcast", "The list of versions cannot be read: line %1: %2")
+                    .arg(mXML.lineNumber())
+                    .arg(mXML.errorString())};
     }
 
     QString text() { return mXML.readElementText(QXmlStreamReader::SkipChildElements).trimmed(); }
@@ -131,7 +129,7 @@ bool isForUs(const AppcastItem& item, const QString& systemVersion) {
 
 Result<Appcast, QString> readAppcast(const QByteArray& feed, const QUrl& source) {
     if (feed.size() > kMaximumFeedSize)
-        return Failure{translated("The list of versions is too long.")};
+        return Failure{QCoreApplication::translate("Appcast", "The list of versions is too long.")};
     return AppcastReader(feed, source).read();
 }
 

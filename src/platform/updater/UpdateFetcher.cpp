@@ -15,10 +15,6 @@ namespace {
 constexpr qint64 kMostProgress = 4 << 20; // bytes of progress lines
 constexpr qsizetype kLongestError = 1000;
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("UpdateFetcher", text);
-}
-
 /// The path of the program, beside the running program or in PATH; empty when there is none.
 QString fetchProgram() {
     const QString name = u"quoddle-fetch"_s;
@@ -68,13 +64,15 @@ void UpdateFetcher::start(const QStringList& words, qint64 maximumOutput, std::f
     });
     QObject::connect(mProcess.get(), &QProcess::errorOccurred, mProcess.get(), [end](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            end(Failure{translated("The program quoddle-fetch is missing.")});
+            end(Failure{QCoreApplication::translate("UpdateFetcher", "The program quoddle-fetch is missing.")});
     });
     QObject::connect(mProcess.get(), &QProcess::finished, mProcess.get(), [this, end](int status, QProcess::ExitStatus how) {
         if (how == QProcess::NormalExit && status == 0)
             return end(std::exchange(mOutput, {}));
         const QString said = QString::fromUtf8(lastLine(mProcess->readAllStandardError()).left(kLongestError));
-        end(Failure{how == QProcess::NormalExit && !said.isEmpty() ? said : translated("The download was broken off.")});
+        end(Failure{how == QProcess::NormalExit && !said.isEmpty()
+                        ? said
+                        : QCoreApplication::translate("UpdateFetcher", "The download was broken off.")});
     });
     mProcess->start(fetchProgram(), words, QIODevice::ReadOnly);
 }

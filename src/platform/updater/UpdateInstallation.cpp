@@ -27,10 +27,6 @@ constexpr qint64 kLargestArchive = qint64(1) << 30;
 constexpr const char* kPrograms = "Contents/Linux";
 const QString kStagingMark = QStringLiteral(".update-");
 
-QString translated(const char* text) {
-    return QCoreApplication::translate("UpdateInstallation", text);
-}
-
 QString realPath(const NSBundle& bundle) {
     const QString path = QFileInfo(bundle.bundlePath()).canonicalFilePath();
     return path.isEmpty() ? bundle.bundlePath() : path;
@@ -73,28 +69,30 @@ bool belongsToPackage(const QString& path) {
 QString obstacleToInstalling(const NSBundle& installed, const AppcastItem& item) {
     const QString path = realPath(installed);
     if (item.archive.isEmpty())
-        return translated("There is nothing to download in the list of versions.");
+        return QCoreApplication::translate("UpdateInstallation", "There is nothing to download in the list of versions.");
     if (publicKeyOfBundle(installed).isEmpty())
-        return translated("The applet has no key to tell by whether a download comes from its maker.");
+        return QCoreApplication::translate("UpdateInstallation",
+                                           "The applet has no key to tell by whether a download comes from its maker.");
     if (item.signature.isEmpty())
-        return translated("Its maker has not signed it.");
+        return QCoreApplication::translate("UpdateInstallation", "Its maker has not signed it.");
     if (item.archiveLength <= 0 || item.archiveLength > kLargestArchive)
-        return translated("The list of versions does not say how large it is.");
+        return QCoreApplication::translate("UpdateInstallation", "The list of versions does not say how large it is.");
     if (belongsToPackage(path))
-        return translated("The applet belongs to a software package, which is updated with the system.");
+        return QCoreApplication::translate("UpdateInstallation",
+                                           "The applet belongs to a software package, which is updated with the system.");
     if (!isWritable(path) || !isWritable(QFileInfo(path).path()))
-        return translated("You may not change the folder that the applet is in.");
+        return QCoreApplication::translate("UpdateInstallation", "You may not change the folder that the applet is in.");
     return {};
 }
 
 QString faultOfUnpackedBundle(const NSBundle& unpacked, const NSBundle& installed, const AppcastItem& item) {
     if (unpacked.bundleIdentifier() != installed.bundleIdentifier())
-        return translated("What was downloaded is another applet.");
+        return QCoreApplication::translate("UpdateInstallation", "What was downloaded is another applet.");
     const QString version = versionOfBundle(unpacked);
     if (versionOrder(version, item.version) != 0)
-        return translated("What was downloaded is another version.");
+        return QCoreApplication::translate("UpdateInstallation", "What was downloaded is another version.");
     if (unpacked.pathForResource(u"main"_s, u"scpt"_s, u"Scripts"_s).isEmpty())
-        return translated("What was downloaded has no script.");
+        return QCoreApplication::translate("UpdateInstallation", "What was downloaded has no script.");
     return {};
 }
 

@@ -143,7 +143,7 @@ QString DirectoryModel::textAt(const DirectoryEntry& entry, int column) const {
         return {};
     const QLocale locale;
     if (column == sizeColumn)
-        return entry.size == 1 ? u"1 byte"_s : locale.formattedDataSize(entry.size, 1, QLocale::DataSizeSIFormat);
+        return entry.size == 1 ? tr("1 byte") : locale.formattedDataSize(entry.size, 1, QLocale::DataSizeSIFormat);
     const QString date = locale.toString(QDateTime::fromMSecsSinceEpoch(entry.modified), QLocale::ShortFormat);
     return kFirstStrongIsolate + date + kPopDirectionalIsolate; // isolated, so that the date is read in the direction of its own letters
 }
@@ -167,7 +167,7 @@ QVariant DirectoryModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant DirectoryModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    static const QString titles[] = {u"Name"_s, u"Size"_s, u"Modified"_s};
+    const QString titles[] = {tr("Name"), tr("Size"), tr("Modified")};
     if (orientation != Qt::Horizontal || section < 0 || section >= columnCountOfAll)
         return {};
     if (role == Qt::TextAlignmentRole && section != nameColumn)

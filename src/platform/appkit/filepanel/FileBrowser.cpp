@@ -176,10 +176,11 @@ void FileBrowser::enterPath(const QString& path) {
 void FileBrowser::createFolder() {
     auto* question = new QInputDialog(this);
     question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setWindowTitle(u"New Folder"_s);
-    question->setLabelText(u"Name of the new folder:"_s);
-    question->setTextValue(u"New Folder"_s);
-    question->setOkButtonText(u"Create"_s);
+    question->setWindowTitle(tr("New Folder"));
+    question->setLabelText(tr("Name of the new folder:"));
+    question->setTextValue(tr("New Folder"));
+    question->setOkButtonText(tr("Create"));
+    question->setCancelButtonText(tr("Cancel"));
     connect(question, &QInputDialog::textValueSelected, this, &FileBrowser::makeFolderNamed);
     question->open();
 }
@@ -187,8 +188,8 @@ void FileBrowser::createFolder() {
 void FileBrowser::makeFolderNamed(const QString& name) {
     const QString path = directory() + u'/' + name;
     if (name.isEmpty() || name.contains(u'/') || !QDir(directory()).mkdir(name))
-        Q_EMIT failed(QFileInfo::exists(path) ? u"“%1” is there already."_s.arg(name)
-                                              : u"The folder “%1” could not be created."_s.arg(name));
+        Q_EMIT failed(QFileInfo::exists(path) ? tr("“%1” is there already.").arg(name)
+                                              : tr("The folder “%1” could not be created.").arg(name));
     else
         goTo(QDir::cleanPath(path));
 }
@@ -271,16 +272,16 @@ void FileBrowser::updatePlaceholder() {
     QString text;
     switch (mModel.state()) {
     case DirectoryState::reading:
-        text = mSinceEntered.elapsed() >= kPatience ? u"Reading…"_s : QString(); // most folders are read before this has to be said
+        text = mSinceEntered.elapsed() >= kPatience ? tr("Reading…") : QString(); // most folders are read before this has to be said
         break;
     case DirectoryState::forbidden:
-        text = u"You are not allowed to see what is in this folder."_s;
+        text = tr("You are not allowed to see what is in this folder.");
         break;
     case DirectoryState::missing:
-        text = u"This folder cannot be found."_s;
+        text = tr("This folder cannot be found.");
         break;
     case DirectoryState::complete:
-        text = mModel.leavesOthersOut() ? u"Nothing here can be chosen."_s : u"This folder is empty."_s;
+        text = mModel.leavesOthersOut() ? tr("Nothing here can be chosen.") : tr("This folder is empty.");
     }
     mUi->fileList->setPlaceholder(mModel.rowCount() > 0 ? QString() : text);
 }

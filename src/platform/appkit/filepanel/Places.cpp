@@ -7,6 +7,7 @@
 #include "platform/foundation/Bookmarks.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QKeyEvent>
@@ -29,13 +30,13 @@ struct StandardPlace {
 };
 
 constexpr StandardPlace kStandardPlaces[] = {
-    {Place::Kind::home, QStandardPaths::HomeLocation, "Home"},
-    {Place::Kind::desktop, QStandardPaths::DesktopLocation, "Desktop"},
-    {Place::Kind::folder, QStandardPaths::DocumentsLocation, "Documents"},
-    {Place::Kind::folder, QStandardPaths::DownloadLocation, "Downloads"},
-    {Place::Kind::folder, QStandardPaths::MusicLocation, "Music"},
-    {Place::Kind::folder, QStandardPaths::PicturesLocation, "Pictures"},
-    {Place::Kind::folder, QStandardPaths::MoviesLocation, "Videos"},
+    {Place::Kind::home, QStandardPaths::HomeLocation, QT_TRANSLATE_NOOP("Places", "Home")},
+    {Place::Kind::desktop, QStandardPaths::DesktopLocation, QT_TRANSLATE_NOOP("Places", "Desktop")},
+    {Place::Kind::folder, QStandardPaths::DocumentsLocation, QT_TRANSLATE_NOOP("Places", "Documents")},
+    {Place::Kind::folder, QStandardPaths::DownloadLocation, QT_TRANSLATE_NOOP("Places", "Downloads")},
+    {Place::Kind::folder, QStandardPaths::MusicLocation, QT_TRANSLATE_NOOP("Places", "Music")},
+    {Place::Kind::folder, QStandardPaths::PicturesLocation, QT_TRANSLATE_NOOP("Places", "Pictures")},
+    {Place::Kind::folder, QStandardPaths::MoviesLocation, QT_TRANSLATE_NOOP("Places", "Videos")},
 };
 
 struct PlaceIcon {
@@ -70,7 +71,7 @@ QList<Place> availablePlaces() {
     for (const StandardPlace& place : kStandardPlaces) {
         const QString path = QDir::cleanPath(QStandardPaths::writableLocation(place.location));
         if (QFileInfo(path).isDir())
-            add({place.kind, QString::fromLatin1(place.title), path});
+            add({place.kind, QCoreApplication::translate("Places", place.title), path});
     }
     const QList<Bookmark> bookmarks = fileManagerBookmarks();
     for (const Bookmark& bookmark : bookmarks.first(std::min(bookmarks.size(), kMostListed)))
@@ -80,7 +81,7 @@ QList<Place> availablePlaces() {
         const QString path = QFile::decodeName(volume.c_str());
         add({Place::Kind::volume, nameOf(path), path});
     }
-    add({Place::Kind::computer, u"Computer"_s, u"/"_s});
+    add({Place::Kind::computer, QCoreApplication::translate("Places", "Computer"), u"/"_s});
     return places;
 }
 
