@@ -69,9 +69,6 @@ public:
     /// The term that names a code when printing; nullptr when there is none. `group` counts for constants and events only; a constant asked
     /// for with group 0 may be of any enumeration.
     virtual const Term* find(TermKind kind, FourCharCode code, FourCharCode group = 0) const = 0;
-
-    /// All terms, sorted by words.
-    virtual std::span<const Term> terms() const = 0;
 };
 
 const TermSource& languageTerms();

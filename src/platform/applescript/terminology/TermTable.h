@@ -33,7 +33,6 @@ public:
     std::span<const Term> terms() const override { return mTerms; }
     std::span<const Term> startingWith(std::string_view word) const override;
     const Term* find(TermKind kind, FourCharCode code, FourCharCode group) const override;
-    std::span<const Term> terms() const override { return mTerms; }
 
 private:
     std::span<const Term> mTerms;
