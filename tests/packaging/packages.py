@@ -55,7 +55,7 @@ class Packages(unittest.TestCase):
             self.assertIn("./usr/share/" + file, names["quoddle"])
 
     def test_what_they_need(self):
-        self.assertEqual({re.match("[a-z]+", name).group() for name in self.needs("quoddle-osa")}, {"libc", "libgcc", "libicu", "libstdc", "libxml"})
+        self.assertEqual({re.match("[a-z]+", name).group() for name in self.needs("quoddle-osa")}, {"libc", "libedit", "libgcc", "libicu", "libstdc", "libxml"})
         self.assertTrue(any(name.startswith("libqt6widgets6") for name in self.needs("quoddle")))
         version = told(BIN / "osascript", "--version").split()[-1]
         self.assertIn(f"quoddle-osa (= {version})", self.field("quoddle", "Depends"))
