@@ -154,7 +154,10 @@ std::string helpOf(const Program& program) {
 }
 
 std::string helpOf(const Program& program, const Command& command) {
-    return usageOf(program, command) + "\n" + std::string(command.help) + (command.most > 0 ? std::string(program.note) : "");
+    std::string out = usageOf(program, command) + "\n" + std::string(command.help);
+    for (const Option& option : command.options)
+        addRow(out, spelled(option), spelled(option).size(), option.help);
+    return out + (command.arguments.starts_with("APPLET") ? std::string(program.note) : "");
 }
 
 int misuse(const Program& program, const std::string& message) {

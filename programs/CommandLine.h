@@ -32,6 +32,7 @@ struct Command {
     std::string_view help; ///< lines, each with its end
     std::size_t fewest;    ///< arguments
     std::size_t most;
+    std::span<const Option> options = {};
 };
 
 struct Program {

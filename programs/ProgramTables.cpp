@@ -34,6 +34,10 @@ constexpr Option kOsalangOptions[] = {
     {"L", "", "with the version as well"},
 };
 
+constexpr Option kCheckOptions[] = {
+    {"json", "", "print what is missing as one JSON array"},
+};
+
 constexpr Command kQuoddleCommands[] = {
     {"run", "APPLET [FILE...]", "start an applet", "Starts an applet; FILEs are opened with it. One that runs already gets the files.\n", 1,
      SIZE_MAX},
@@ -44,6 +48,11 @@ constexpr Command kQuoddleCommands[] = {
      "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1},
     {"info", "APPLET", "tell about an applet",
      "Prints name, identifier, version, settings, the handlers of the script and the file types of an applet.\n", 1, 1},
+    {"check", "[--json] FILE...", "tell what scripts need that is not here",
+     "Tells which applications, frameworks, script libraries and shell commands the scripts need that are not on this\n"
+     "system, with the lines of their sources. FILE is an applet, a script bundle, a compiled script or source text. What a\n"
+     "script names only while it runs is not seen. The exit status is 0 when nothing is missing, 1 otherwise.\n",
+     1, SIZE_MAX, kCheckOptions},
     {"install", "APPLET", "put an applet into the desktop's menu",
      "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
      "applet and opens its types of files with it. The bundle stays where it is. Installing again renews it.\n",

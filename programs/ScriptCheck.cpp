@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ScriptCheck.h"
 
+#include "JsonText.h"
 #include "platform/base/SourceEncoding.h"
-#include "platform/base/Text.h"
 #include "SourcePlace.h"
 
 #include <cstdlib>
@@ -20,21 +20,7 @@ struct Finding {
     std::string message;
 };
 
-std::string inJSON(const std::string& text) {
-    std::string out = "\"";
-    for (char c : utf8FromUTF16(utf16FromUTF8(text))) { // file names may be no UTF-8
-        const auto code = static_cast<unsigned char>(c);
-        if (c == '"' || c == '\\')
-            out += '\\';
-        if (code >= 0x20)
-            out += c;
-        else
-            out += std::string("\\u00") + "0123456789abcdef"[code >> 4] + "0123456789abcdef"[code & 0xF];
-    }
-    return out + "\"";
-}
-
-std::string inJSON(const Finding& finding) {
+std::string objectOf(const Finding& finding) {
     return "{\"file\": " + inJSON(finding.file) + ", \"line\": " + std::to_string(finding.start.line) +
            ", \"column\": " + std::to_string(finding.start.column) + ", \"endLine\": " + std::to_string(finding.end.line) +
            ", \"endColumn\": " + std::to_string(finding.end.column) + ", \"number\": " + std::to_string(finding.number) +
@@ -82,7 +68,7 @@ int checkScripts(ComponentInstance instance, const std::vector<ScriptSource>& so
             continue;
         status = EXIT_FAILURE;
         if (asJSON)
-            std::cout << separator << "\n  " << inJSON(*finding);
+            std::cout << separator << "\n  " << objectOf(*finding);
         else
             std::cout << finding->file << ":" << finding->start.line << ":" << finding->start.column << ": " << inOneLine(finding->message)
                       << "\n";

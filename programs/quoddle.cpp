@@ -4,6 +4,7 @@
 #include "AppletInfo.h"
 #include "AppletInstallation.h"
 #include "Applets.h"
+#include "MissingParts.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AERunningApplications.h"
@@ -32,27 +33,29 @@ int fail(const std::string& message) {
     return EXIT_FAILURE;
 }
 
-int run(const Words& words) {
+int run(const tool::Arguments& arguments) {
+    const Words& words = arguments.rest;
     const auto bundle = tool::findApplet(words[0]);
     if (!bundle)
         return fail(bundle.error());
     const auto shell = tool::findShell();
     if (!shell)
         return fail(shell.error());
-    Words arguments = words;
-    arguments[0] = (*bundle)->bundlePath().toStdString();
-    arguments.insert(arguments.begin(), *shell);
+    Words line = words;
+    line[0] = (*bundle)->bundlePath().toStdString();
+    line.insert(line.begin(), *shell);
     std::vector<char*> raw;
-    for (std::string& argument : arguments)
+    for (std::string& argument : line)
         raw.push_back(argument.data());
     raw.push_back(nullptr);
     ::execv(shell->c_str(), raw.data());
     return fail(*shell + ": cannot be started: " + std::strerror(errno));
 }
 
-int openFile(const Words& words) {
+int openFile(const tool::Arguments& arguments) {
+    const Words& words = arguments.rest;
     std::error_code error;
-    return std::filesystem::is_directory(words[0], error) ? run(words) : fail(tool::openScript(words[0]));
+    return std::filesystem::is_directory(words[0], error) ? run(arguments) : fail(tool::openScript(words[0]));
 }
 
 /// Why the folder in which running applets are found cannot be used; empty when it can. Without it no applet would seem to run.
@@ -61,7 +64,7 @@ std::string whatIsWrongWithRuntimeDirectory() {
     return directory ? "" : AERuntimeDirectoryAdvice(directory.error());
 }
 
-int list(const Words&) {
+int list(const tool::Arguments&) {
     if (const std::string advice = whatIsWrongWithRuntimeDirectory(); !advice.empty())
         return fail(advice);
     const auto applications = AEListRunningApplications();
@@ -96,7 +99,8 @@ std::optional<AERunningApplication> findRunning(const std::string& word) {
     return std::nullopt;
 }
 
-int quit(const Words& words) {
+int quit(const tool::Arguments& arguments) {
+    const Words& words = arguments.rest;
     if (const std::string advice = whatIsWrongWithRuntimeDirectory(); !advice.empty())
         return fail(advice);
     const auto running = findRunning(words[0]);
@@ -114,7 +118,8 @@ int quit(const Words& words) {
     return status == noErr || status == connectionInvalid ? EXIT_SUCCESS : fail(name + ": error " + std::to_string(status));
 }
 
-int info(const Words& words) {
+int info(const tool::Arguments& arguments) {
+    const Words& words = arguments.rest;
     const auto bundle = tool::findApplet(words[0]);
     if (!bundle)
         return fail(bundle.error());
@@ -124,7 +129,8 @@ int info(const Words& words) {
     return isComplete ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-int install(const Words& words) {
+int install(const tool::Arguments& arguments) {
+    const Words& words = arguments.rest;
     const auto bundle = tool::findApplet(words[0]);
     if (!bundle)
         return fail(bundle.error());
@@ -140,7 +146,8 @@ int install(const Words& words) {
     return EXIT_SUCCESS;
 }
 
-int uninstall(const Words& words) {
+int uninstall(const tool::Arguments& arguments) {
+    const Words& words = arguments.rest;
     const auto removed = tool::uninstall(words[0]);
     if (!removed)
         return fail(removed.error());
@@ -148,29 +155,57 @@ int uninstall(const Words& words) {
     return EXIT_SUCCESS;
 }
 
+int check(const tool::Arguments& arguments) {
+    return tool::tellMissingParts(arguments.rest, arguments.has("json"));
+}
+
 constexpr struct {
     std::string_view name;
-    int (*perform)(const Words& words);
-} kFunctions[] = {{"run", run},   {"open", openFile},   {"list", list},          {"quit", quit},
-                  {"info", info}, {"install", install}, {"uninstall", uninstall}};
+    int (*perform)(const tool::Arguments& arguments);
+} kFunctions[] = {{"run", run},   {"open", openFile}, {"list", list},       {"quit", quit},
+                  {"info", info}, {"check", check},   {"install", install}, {"uninstall", uninstall}};
 
-int perform(const tool::Command& command, Words words) {
+/// The words behind a command; an exit status when the program is to end at once.
+Result<tool::Arguments, int> argumentsFor(const tool::Command& command, Words words) {
     const auto end = std::find(words.begin(), words.end(), "--");
     if (std::find(words.begin(), end, "--help") != end) {
         std::cout << tool::helpOf(tool::kQuoddle, command);
-        return EXIT_SUCCESS;
+        return Failure{EXIT_SUCCESS};
     }
-    if (end != words.end())
-        words.erase(end);
+    tool::Arguments arguments;
+    while (!command.options.empty() && !words.empty() && words[0].starts_with("--") && words[0] != "--") {
+        const auto option = std::find_if(command.options.begin(), command.options.end(),
+                                         [&](const tool::Option& o) { return words[0].substr(2) == o.name; });
+        if (option == command.options.end())
+            break;
+        if (arguments.has(option->name))
+            return Failure{tool::misuse(tool::kQuoddle, command, "option " + words[0] + " is given twice")};
+        arguments.given.emplace_back(option->name, "");
+        words.erase(words.begin());
+    }
+    if (const auto separator = std::find(words.begin(), words.end(), "--"); separator != words.end())
+        words.erase(separator);
     else if (!words.empty() && words[0].starts_with("-"))
-        return tool::misuse(tool::kQuoddle, command, "unknown option " + words[0]);
-    if (words.size() < command.fewest)
+        return Failure{tool::misuse(tool::kQuoddle, command, "unknown option " + words[0])};
+    arguments.rest = std::move(words);
+    return arguments;
+}
+
+int perform(const tool::Command& command, Words words) {
+    const auto arguments = argumentsFor(command, std::move(words));
+    if (!arguments)
+        return arguments.error();
+    if (arguments->rest.size() < command.fewest) {
+        std::string_view needed = command.arguments;
+        while (needed.starts_with('['))
+            needed.remove_prefix(needed.find(' ') + 1);
         return tool::misuse(tool::kQuoddle, command,
-                            std::string(command.name) + " needs " + std::string(command.arguments.substr(0, command.arguments.find(' '))));
-    if (words.size() > command.most)
+                            std::string(command.name) + " needs " + std::string(needed.substr(0, needed.find_first_of(" ."))));
+    }
+    if (arguments->rest.size() > command.most)
         return tool::misuse(tool::kQuoddle, command, std::string(command.name) + ": too many arguments");
     return std::find_if(std::begin(kFunctions), std::end(kFunctions), [&](const auto& f) { return f.name == command.name; })
-        ->perform(words);
+        ->perform(*arguments);
 }
 
 int performCommandLine(int argc, char** argv) {

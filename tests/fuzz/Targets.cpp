@@ -21,6 +21,8 @@
 #include "platform/sdef/DictionaryReader.h"
 #include "platform/updater/Appcast.h"
 #include "platform/updater/NotesText.h"
+#include "ScriptNeeds.h"
+#include "ShellWords.h"
 
 #include <filesystem>
 
@@ -233,6 +235,18 @@ std::string withLength(std::string kind, const std::string& body) {
     return kind + test::BinaryPlistBuilder::bigEndian(body.size() + 8, 4).toStdString() + body;
 }
 
+void readNeeds(const std::string& bytes) {
+    (void)tool::needsOf(bytes);
+}
+
+Inputs shellLines() {
+    return {"A=1 env no-a \"$(no-b 'x' | `no-c`)\" 2>/dev/null || f() { no-d; }; if no-e; then no-g; fi"};
+}
+
+void readShellLine(const std::string& bytes) {
+    (void)tool::commandsIn(bytes);
+}
+
 Inputs pictures() {
     Inputs found = {
         "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'><defs><linearGradient id='g'><stop offset='1'/></linearGradient>"
@@ -384,6 +398,8 @@ const std::vector<Target>& targets() {
           "99999999999"},
          compile},
         {"compiled", compiledScripts, {"FasdUAS 1.101.10"}, load},
+        {"needs", compiledScripts, {"FasdUAS 1.101.10", "sysoexec"}, readNeeds},
+        {"shell", shellLines, {"$(", "`", "'", "\"", "\\", "| ", "env ", "<<", "()", "case "}, readShellLine},
         {"dictionary",
          dictionaries,
          {"<xi:include href='CocoaStandard.sdef'", " xpointer='xpointer(/dictionary/suite)'/>", "<!DOCTYPE a [<!ENTITY b 'c'>]>",

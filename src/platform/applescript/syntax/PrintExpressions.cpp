@@ -80,6 +80,7 @@ Level Printer::levelOf(const Object* node) const {
 }
 
 void Printer::expression(const Object* node, Level minimum) {
+    const std::size_t start = mText.size();
     if (++mDepth > kMaxDepth) {
         put(Kind::Plain, u"«…»");
     } else if (levelOf(node) < minimum && !(mTail && takesTheRest(node))) {
@@ -92,6 +93,7 @@ void Printer::expression(const Object* node, Level minimum) {
         expressionBody(node, minimum);
     }
     --mDepth;
+    notePlace(node, start);
 }
 
 void Printer::headExpression(const Object* node, Level minimum) {

@@ -68,6 +68,11 @@ void Printer::lineBreak() {
     put(Kind::Plain, std::u16string(mIndent + 1, u'\t'));
 }
 
+void Printer::notePlace(const Object* node, std::size_t start) {
+    if (mOptions.sourceMap)
+        mOptions.sourceMap->add(node, {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(mText.size())});
+}
+
 std::u16string printTree(const Object* tree, const PrintOptions& options) {
     if (!isWellFormed(tree))
         return {};

@@ -30,6 +30,8 @@ struct PrintOptions {
     std::function<const TermSource*(const ApplicationName&)> applicationTerms;
     /// Filled when not null with the runs of the text, in order and without gaps.
     std::vector<PrintedRun>* runs = nullptr;
+    /// Filled when not null with the places of the expressions in the text.
+    SourceMap* sourceMap = nullptr;
 };
 
 /// The source of a tree as parse() makes it, or of any of its nodes. Lines end with a line feed, except the last. Empty when the tree is

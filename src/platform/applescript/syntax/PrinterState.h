@@ -29,6 +29,8 @@ private:
     void newline();
     /// Puts the mark that continues a line, and the indentation of the next line.
     void lineBreak();
+    /// Tells where a node was printed: from `start` to the end of the text as yet.
+    void notePlace(const Object* node, std::size_t start);
 
     // --- words (PrintWords.cpp)
     void name(const Object* identifierOrCode);

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// Tells what scripts need that is not on this system.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace quoddle::tool {
+
+/// Prints what is missing on standard output, in lines "FILE:LINE: …" or as one JSON array, and on standard error what could not be read.
+/// Answers the exit status: 0 when all was read and nothing is missing, 1 otherwise. setUp() is not needed.
+int tellMissingParts(const std::vector<std::string>& files, bool asJSON);
+
+} // namespace quoddle::tool
