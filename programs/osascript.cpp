@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // osascript: runs a script given as statements, as a file or on standard input.
+#include "Interaction.h"
 #include "platform/base/File.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/osa/KeptScript.h"
 #include "platform/osa/ScriptBundle.h"
-#include "Interaction.h"
 #include "ProgramTables.h"
 #include "ScriptTool.h"
 
