@@ -53,6 +53,10 @@ constexpr Command kQuoddleCommands[] = {
      "system, with the lines of their sources. FILE is an applet, a script bundle, a compiled script or source text. What a\n"
      "script names only while it runs is not seen. The exit status is 0 when nothing is missing, 1 otherwise.\n",
      1, SIZE_MAX, kCheckOptions},
+    {"adopt", "APPLET", "make an applet of a Mac start here by itself",
+     "Adds a start script and our settings, taken from those of Macs, to an applet that a Mac has saved, and tells what its\n"
+     "script needs that is not here, as check does. Nothing else of the bundle changes, least of all its script.\n",
+     1, 1},
     {"install", "APPLET", "put an applet into the desktop's menu",
      "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
      "applet and opens its types of files with it. The bundle stays where it is. Installing again renews it.\n",

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // quoddle: starts applets, lists running ones, and makes applets known to the desktop. Its commands are rows of a table; the work is done
 // in the files beside this one.
+#include "AppletAdoption.h"
 #include "AppletInfo.h"
 #include "AppletInstallation.h"
 #include "Applets.h"
@@ -129,6 +130,25 @@ int info(const tool::Arguments& arguments) {
     return isComplete ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
+int adopt(const tool::Arguments& arguments) {
+    const auto bundle = tool::findApplet(arguments.rest[0]);
+    if (!bundle)
+        return fail(bundle.error());
+    const auto shell = tool::findShell();
+    if (!shell)
+        return fail(shell.error());
+    const auto added = tool::adopt(**bundle, *shell);
+    if (!added)
+        return fail(added.error());
+    if (added->empty())
+        std::cout << "Nothing was to be done: the applet has all it needs to start here.\n";
+    for (const std::string& part : *added)
+        std::cout << "Added: " << part << "\n";
+    std::cout << std::flush;
+    (void)tool::tellMissingParts({(*bundle)->bundlePath().toStdString()}, false);
+    return EXIT_SUCCESS;
+}
+
 int install(const tool::Arguments& arguments) {
     const Words& words = arguments.rest;
     const auto bundle = tool::findApplet(words[0]);
@@ -162,8 +182,8 @@ int check(const tool::Arguments& arguments) {
 constexpr struct {
     std::string_view name;
     int (*perform)(const tool::Arguments& arguments);
-} kFunctions[] = {{"run", run},   {"open", openFile}, {"list", list},       {"quit", quit},
-                  {"info", info}, {"check", check},   {"install", install}, {"uninstall", uninstall}};
+} kFunctions[] = {{"run", run},     {"open", openFile}, {"list", list},       {"quit", quit},          {"info", info},
+                  {"check", check}, {"adopt", adopt},   {"install", install}, {"uninstall", uninstall}};
 
 /// The words behind a command; an exit status when the program is to end at once.
 Result<tool::Arguments, int> argumentsFor(const tool::Command& command, Words words) {

@@ -64,6 +64,51 @@ class Quoddle(unittest.TestCase):
             (bundle / "Contents/Resources/applet.icns").write_bytes(icon)
         return bundle
 
+    def made_on_a_mac(self, source, **settings):
+        """A bundle as a Mac saves it, with a binary property list and a file that we know nothing of."""
+        bundle = self.make("Old One", source)
+        shutil.rmtree(bundle / "Contents/Linux")
+        (bundle / "Contents/MacOS").mkdir()
+        (bundle / "Contents/MacOS/applet").write_bytes(b"\xca\xfe\xba\xbe")
+        info = {"CFBundleExecutable": "applet", "CFBundleName": "Old One", "LSMinimumSystemVersion": "10.6", "Blob": b"\0\1", **settings}
+        (bundle / "Contents/Info.plist").write_bytes(plistlib.dumps(info, fmt=plistlib.FMT_BINARY))
+        return bundle, info
+
+    def test_adopt_adds_what_a_mac_does_not_write(self):
+        mark = self.folder / "ran"
+        for stays, given in ((True, {"OSAAppletStayOpen": True}), (False, {}), (False, {"OSAAppletStayOpen": False, "KVBStayOpen": False})):
+            with self.subTest(given):
+                bundle, info = self.made_on_a_mac(f'do shell script "sw_vers || touch {mark}"', **given)
+                before = {p: p.read_bytes() for p in bundle.rglob("*") if p.is_file() and p.name != "Info.plist"}
+                status, output, errors = self.call("adopt", bundle)
+                self.assertEqual((status, errors), (0, ""))
+                self.assertIn("KVBShowStartupScreen = false", output)
+                self.assertIn("start script Contents/Linux/applet", output)
+                self.assertIn("sw_vers", output)
+                self.assertEqual(plistlib.loads((bundle / "Contents/Info.plist").read_bytes()), info | {"KVBStayOpen": stays, "KVBShowStartupScreen": False})
+                self.assertEqual({p: p.read_bytes() for p in before}, before)
+                after = {p: (p.read_bytes(), p.stat().st_mtime_ns) for p in bundle.rglob("*") if p.is_file()}
+                self.assertIn("Nothing was to be done", self.call("adopt", bundle)[1])
+                self.assertEqual({p: (p.read_bytes(), p.stat().st_mtime_ns) for p in bundle.rglob("*") if p.is_file()}, after)
+                shutil.rmtree(bundle)
+
+    def test_adopt_refuses_what_is_no_applet(self):
+        bundle, _ = self.made_on_a_mac("1")
+        (bundle / "Contents/Info.plist").write_bytes(b"bplist00 torn")
+        self.assertEqual(self.call("adopt", bundle), (1, "", f"quoddle: {bundle}: its property list (Contents/Info.plist) cannot be read\n"))
+        (bundle / "Contents/Resources/Scripts/main.scpt").unlink()
+        self.assertEqual(self.call("adopt", bundle)[0], 1)
+        self.assertFalse((bundle / "Contents/Linux").exists())
+
+    def test_an_adopted_applet_starts_by_its_own_script(self):
+        bundle, _ = self.made_on_a_mac("1")
+        self.assertEqual(self.call("adopt", bundle)[0], 0)
+        shell = self.folder / "shell"
+        shell.write_text('#!/bin/sh\nprintf "%s|" "$@"\n')
+        shell.chmod(0o755)
+        done = subprocess.run([bundle / "Contents/Linux/applet", "a b"], env=self.environment | {"QUODDLE_SHELL": str(shell)}, capture_output=True, text=True)
+        self.assertEqual(done.stdout, f"{bundle}|a b|")
+
     def info(self, bundle):
         status, output, _ = self.call("info", bundle)
         return status, {line.partition(":")[0]: line.partition(":")[2].strip() for line in output.splitlines()}

@@ -97,26 +97,6 @@ std::string propertyList(const BundleOptions& options, const std::string& name, 
     return out + "</dict>\n</plist>\n";
 }
 
-/// The start script of an applet. It finds the bundle from its own path, and the shell by QUODDLE_SHELL, on the PATH, or at the path that
-/// it had when the bundle was made.
-std::string launcher(const std::string& shell) {
-    std::string quoted;
-    for (char c : shell)
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    const std::string otherwise = shell.empty() ? "" : " || printf %s '" + quoted + "'";
-    return "#!/bin/sh\n"
-           "program=$(readlink -f -- \"$0\") || exit 1\n"
-           "bundle=${program%/*/*/*}\n"
-           "shell=${QUODDLE_SHELL:-$(command -v quoddle-shell" +
-           otherwise +
-           ")}\n"
-           "if [ ! -x \"$shell\" ]; then\n"
-           "\techo \"The applet shell was not found. Set QUODDLE_SHELL to the path of quoddle-shell, or put it on the PATH.\" >&2\n"
-           "\texit 1\n"
-           "fi\n"
-           "exec \"$shell\" \"$bundle\" \"$@\"\n";
-}
-
 OSStatus fill(const fs::path& root, const BundleOptions& options, const std::string& name, bool isApplet, std::string_view script) {
     std::error_code error;
     fs::create_directories(root / "Contents/Resources/Scripts", error);
@@ -127,12 +107,7 @@ OSStatus fill(const fs::path& root, const BundleOptions& options, const std::str
         status = writeFile(root / "Contents/Info.plist", propertyList(options, name, isApplet));
     if (status != noErr || !isApplet)
         return status;
-    fs::create_directories(root / "Contents/Linux", error);
-    const fs::path program = root / "Contents/Linux" / name;
-    status = writeFile(program, launcher(options.shell));
-    if (status == noErr)
-        fs::permissions(program, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec, fs::perm_options::add, error);
-    return error ? statusFromErrno(error.value()) : status;
+    return writeLauncher(root / "Contents/Linux" / name, options.shell);
 }
 
 } // namespace
@@ -150,6 +125,33 @@ std::string scriptFileOf(const std::string& path) {
 
 std::string bundleOfScriptFile(std::string_view path) {
     return std::string(path.ends_with(kScript) ? path.substr(0, path.size() - kScript.size()) : std::string_view());
+}
+
+std::string launcherText(const std::string& shell) {
+    std::string quoted;
+    for (char c : shell)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    const std::string otherwise = shell.empty() ? "" : " || printf %s '" + quoted + "'";
+    return "#!/bin/sh\n"
+           "program=$(readlink -f -- \"$0\") || exit 1\n"
+           "bundle=${program%/*/*/*}\n"
+           "shell=${QUODDLE_SHELL:-$(command -v quoddle-shell" +
+           otherwise +
+           ")}\n"
+           "if [ ! -x \"$shell\" ]; then\n"
+           "\techo \"The applet shell was not found. Set QUODDLE_SHELL to the path of quoddle-shell, or put it on the PATH.\" >&2\n"
+           "\texit 1\n"
+           "fi\n"
+           "exec \"$shell\" \"$bundle\" \"$@\"\n";
+}
+
+OSStatus writeLauncher(const std::filesystem::path& program, const std::string& shell) {
+    std::error_code error;
+    fs::create_directories(program.parent_path(), error);
+    const OSStatus status = error ? statusFromErrno(error.value()) : writeFile(program, launcherText(shell));
+    if (status == noErr)
+        fs::permissions(program, fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec, fs::perm_options::add, error);
+    return error ? statusFromErrno(error.value()) : status;
 }
 
 OSStatus writeBundle(const BundleOptions& options, std::string_view compiledScript) {

@@ -6,6 +6,7 @@
 
 #include "platform/base/OSStatus.h"
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,12 @@ bool isBundleName(std::string_view path);
 std::string scriptFileOf(const std::string& path);
 /// The bundle whose script is this file; empty when the file is no bundle's script.
 std::string bundleOfScriptFile(std::string_view path);
+
+/// The start script of an applet. It finds the bundle from its own path, and the shell by QUODDLE_SHELL, on the PATH, or at the path
+/// `shell`, which may be empty.
+std::string launcherText(const std::string& shell);
+/// Writes the start script as an executable file and makes the folder around it.
+OSStatus writeLauncher(const std::filesystem::path& program, const std::string& shell);
 
 /// Errors: -48 when something other than a bundle stands at the path, -37 when the name is nothing but the extension, otherwise a status of
 /// replaceFolder(). After an error nothing is left behind, and the former contents are unchanged.
