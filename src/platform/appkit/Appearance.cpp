@@ -5,6 +5,7 @@
 #include "platform/foundation/NSUserDefaults.h"
 
 #include <QApplication>
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -22,10 +23,16 @@ constexpr auto kService = "org.freedesktop.portal.Desktop"_L1;
 constexpr auto kPath = "/org/freedesktop/portal/desktop"_L1;
 constexpr auto kInterface = "org.freedesktop.portal.Settings"_L1;
 constexpr auto kNamespace = "org.freedesktop.appearance"_L1;
-constexpr auto kKey = "color-scheme"_L1;
-constexpr auto kRemembered = "Appearance/Dark"_L1;
+constexpr auto kScheme = "color-scheme"_L1;
+constexpr auto kAccent = "accent-color"_L1;
+constexpr auto kRememberedDark = "Appearance/Dark"_L1;
+constexpr auto kRememberedAccent = "Appearance/Accent"_L1;
+constexpr int kPatience = 3000;  // milliseconds
+constexpr int kBrightGray = 150; // text on brighter colours is black
 
-bool ourPaletteInstalled = false;
+bool wantsDark = false;
+QColor wantedAccent; // invalid: that of the palette
+bool ourDarkInstalled = false;
 
 QColor mixed(const QColor& a, const QColor& b, double share) {
     auto channel = [share](float x, float y) { return static_cast<float>(x * share + y * (1 - share)); };
@@ -53,16 +60,56 @@ QPalette darkPalette() {
     return palette;
 }
 
-/// Whether a value of the portal asks for dark: 0 is no wish, 1 dark, 2 light. The portal's old call wraps the number in two variants.
-bool meansDark(QVariant value) {
-    for (int depth = 0; depth < 2 && value.canConvert<QDBusVariant>(); ++depth)
-        value = value.value<QDBusVariant>().variant();
-    return value.toUInt() == 1;
+void tint(QPalette& palette, const QColor& accent) {
+    const QColor text = qGray(accent.rgb()) > kBrightGray ? Qt::black : Qt::white;
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        palette.setColor(group, QPalette::Highlight, accent);
+        palette.setColor(group, QPalette::HighlightedText, text);
+    }
 }
 
-void rememberAndApply(bool dark) {
-    standardUserDefaults().setValue(kRemembered, dark);
-    setWantsDark(dark);
+void installPalette() {
+    const bool isDesktopDark = !ourDarkInstalled && isDark(QApplication::palette());
+    ourDarkInstalled = wantsDark && !isDesktopDark;
+    QPalette palette = ourDarkInstalled ? darkPalette() : QPalette();
+    if (wantedAccent.isValid())
+        tint(palette, wantedAccent);
+    QApplication::setPalette(palette);
+}
+
+/// A value without the variants around it; the portal's old call wraps one in two.
+QVariant unwrapped(QVariant value) {
+    for (int depth = 0; depth < 3 && value.canConvert<QDBusVariant>(); ++depth)
+        value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+/// Three shares of red, green and blue. Anything else, also shares that are none, stands for no wish.
+QColor colorFrom(const QVariant& value) {
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != "(ddd)"_L1)
+        return {};
+    double shares[3];
+    argument.beginStructure();
+    for (double& share : shares)
+        argument >> share;
+    argument.endStructure();
+    for (const double share : shares)
+        if (!(share >= 0 && share <= 1))
+            return {};
+    return QColor::fromRgbF(static_cast<float>(shares[0]), static_cast<float>(shares[1]), static_cast<float>(shares[2])).toRgb();
+}
+
+void rememberAndApply(const QString& key, const QVariant& value) {
+    if (key == kScheme) {
+        const bool dark = value.toUInt() == 1; // 0 is no wish, 2 light
+        standardUserDefaults().setValue(kRememberedDark, dark);
+        setWantsDark(dark);
+    } else if (key == kAccent) {
+        const QColor accent = colorFrom(value);
+        standardUserDefaults().setValue(kRememberedAccent, accent.isValid() ? accent.name() : QString());
+        setAccent(accent);
+    }
 }
 
 /// Follows the changes that the portal announces.
@@ -72,8 +119,8 @@ public:
     using QObject::QObject;
 public Q_SLOTS:
     void settingChanged(const QString& space, const QString& key, const QDBusVariant& value) {
-        if (space == kNamespace && key == kKey)
-            rememberAndApply(meansDark(value.variant()));
+        if (space == kNamespace)
+            rememberAndApply(key, unwrapped(value.variant()));
     }
 };
 
@@ -92,15 +139,20 @@ QColor grooveColor(const QPalette& palette) {
 }
 
 void setWantsDark(bool dark) {
-    if (dark == ourPaletteInstalled || (dark && isDark(QApplication::palette())))
-        return;
-    ourPaletteInstalled = dark;
-    QApplication::setPalette(dark ? darkPalette() : QPalette());
+    if (std::exchange(wantsDark, dark) != dark)
+        installPalette();
+}
+
+void setAccent(const QColor& accent) {
+    if (std::exchange(wantedAccent, accent) != accent)
+        installPalette();
 }
 
 void applyRememberedScheme() {
     const QString forced = qEnvironmentVariable("QUODDLE_APPEARANCE");
-    setWantsDark(forced.isEmpty() ? standardUserDefaults().value(kRemembered).toBool() : forced == "dark"_L1);
+    setWantsDark(forced.isEmpty() ? standardUserDefaults().value(kRememberedDark).toBool() : forced == "dark"_L1);
+    if (forced.isEmpty())
+        setAccent(QColor(standardUserDefaults().value(kRememberedAccent).toString()));
 }
 
 void followDesktop() {
@@ -111,15 +163,17 @@ void followDesktop() {
         return;
     auto* follower = new Follower(qApp);
     bus->connect(kService, kPath, kInterface, u"SettingChanged"_s, follower, SLOT(settingChanged(QString, QString, QDBusVariant)));
-    QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, u"Read"_s);
-    question << QString(kNamespace) << QString(kKey);
-    auto* watcher = new QDBusPendingCallWatcher(bus->asyncCall(question, 3000), follower);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, follower, [watcher] {
-        watcher->deleteLater();
-        const QDBusPendingReply<QDBusVariant> reply = *watcher;
-        if (reply.isValid())
-            rememberAndApply(meansDark(QVariant::fromValue(reply.value())));
-    });
+    for (const auto key : {kScheme, kAccent}) {
+        QDBusMessage question = QDBusMessage::createMethodCall(kService, kPath, kInterface, u"Read"_s);
+        question << QString(kNamespace) << QString(key);
+        auto* watcher = new QDBusPendingCallWatcher(bus->asyncCall(question, kPatience), follower);
+        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, follower, [watcher, key] {
+            watcher->deleteLater();
+            const QDBusPendingReply<QDBusVariant> reply = *watcher;
+            if (reply.isValid())
+                rememberAndApply(key, unwrapped(QVariant::fromValue(reply.value())));
+        });
+    }
 }
 
 } // namespace quoddle::Appearance

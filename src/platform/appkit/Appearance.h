@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Light and dark: what the palette says, the few colours that a palette lacks, and the dark palette we install when the desktop wants dark
-// but the toolkit has not heard of it.
-// One decision: the palette is the truth. Code that draws asks the palette, and a change of appearance is an ordinary palette change. The
-// desktop's wish is read from its portal only after the first window has been painted; until then the wish of the last launch holds.
-// Main thread only.
+// Light, dark and the accent: what the palette says, the few colours that a palette lacks, and the palette we install when the desktop
+// wants another one but the toolkit has not heard of it. One decision: the palette is the truth. Code that draws asks the palette, and a
+// change of appearance is an ordinary palette change. The desktop's wish is read from its portal only after the first window has been
+// painted; until then the wish of the last launch holds. Main thread only.
 #pragma once
 
 #include <QColor>
@@ -25,5 +24,7 @@ void applyRememberedScheme();
 void followDesktop();
 /// Installs our dark palette, or takes it away again. Nothing changes where the desktop's own palette is dark already.
 void setWantsDark(bool dark);
+/// Marks selections and progress in this colour; an invalid colour gives them that of the palette again.
+void setAccent(const QColor& accent);
 
 } // namespace quoddle::Appearance
