@@ -208,7 +208,7 @@ void readStringsTable(const std::string& bytes) {
 }
 
 Inputs richTexts() {
-    return {*readFile(QUODDLE_TEST_SOURCE_DIR "/../examples/Load Watch.rtf", kMaximumSeed),
+    return {*readFile(QUODDLE_TEST_SOURCE_DIR "/../examples/Folder Watch/description.rtf", kMaximumSeed),
             "{\\rtf1\\ansi\\ansicpg932{\\fonttbl\\f0\\fcharset128 Mincho;\\f1\\fswiss "
             "Arial;}{\\colortbl;\\red255\\green0\\blue9;}\\f0\\fs24\\cf1 "
             "\\'93\\'fa\\u26412 ?\\uc2\\par\\pard\\qc\\li200{\\b b\\i i}{\\field{\\*\\fldinst{HYPERLINK \"https://a.b/\"}}{\\fldrslt l}}"

@@ -1,16 +1,23 @@
 -- Rename Files
--- Asks for files and for a new name, shows what the files would be called, and renames those that are left chosen.
+-- Find files by some letters of their names, or drop them: they get one name with a number each, after you have seen what they would be called.
 
-on run
-	set theFiles to choose file "Which files do you want to rename?" with prompt "Continue" with multiple selections allowed
-	set answer to display dialog "What shall the " & (count theFiles) & " files be called? Each gets a number." default answer "Holiday" buttons {"Cancel", "Show"} default button "Show"
+property appletsearchname : "Find the files by some letters of their names, select them and press Return."
+property appletdropname : "Drop the files here that are to be renamed."
+
+on open theFiles
+	set answer to display dialog "What shall the " & countedFiles(count theFiles) & " be called? A number and the ending of the file come behind." default answer "Holiday" buttons {"Cancel", "Show"} default button "Show" cancel button "Cancel"
 	set baseName to text returned of answer
 	if baseName is "" or baseName contains "/" then error "“" & baseName & "” cannot be the name of a file." number 501
 	set {oldPaths, newPaths, plans} to planned(theFiles, baseName)
 	set chosen to choose from list plans with prompt "These files are renamed. Take away those that are not to be." default items plans OK button name "Rename" with multiple selections allowed
 	if chosen is false then return
 	renameAll(oldPaths, newPaths, plans, chosen)
-end run
+end open
+
+on countedFiles(n)
+	if n is 1 then return "file"
+	return (n as text) & " files"
+end countedFiles
 
 -- The path of each file, the path that it gets, and a line that says so.
 on planned(theFiles, baseName)

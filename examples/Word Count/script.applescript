@@ -27,16 +27,21 @@ on countWords(thePaths)
 	set theTally to makeTally()
 	repeat with i from 1 to fileCount
 		set aFile to item i of theFiles
-		set progress description to "Counting words in " & fileCount & " files"
+		set progress description to "Counting words in " & countedFiles(fileCount)
 		set progress additional description to aFile
 		theTally's addText(do shell script "head -c 60000 " & quoted form of aFile & " | iconv -c -t UTF-8")
 		set progress completed steps to i
 	end repeat
-	set progress description to "" & theTally's total & " words in " & fileCount & " files"
+	set progress description to "" & theTally's total & " words in " & countedFiles(fileCount)
 	set progress additional description to "Used most: " & theTally's mostFrequent(commonest)
 	delay 3
 	return theTally's total
 end countWords
+
+on countedFiles(n)
+	if n is 1 then return "1 file"
+	return (n as text) & " files"
+end countedFiles
 
 on textFiles(thePaths)
 	set arguments to ""
