@@ -146,6 +146,8 @@ LineEditor::~LineEditor() {
 LineEditor::Ending LineEditor::read(const std::string& prompt, std::string& line) {
     mState->prompt = prompt;
     mState->isAbandoned = false;
+    // By itself the library takes the keys only behind the prompt; Control-D right after the prompt would be lost.
+    mState->library.el_set(mState->editor, EL_PREP_TERM, 1);
     int count = 0;
     const char* typed = mState->library.el_gets(mState->editor, &count);
     if (mState->isAbandoned) {

@@ -123,6 +123,7 @@ class Interactive(unittest.TestCase):
         listed = terminal.until("display notification")
         self.assertIn("display dialog", listed)
         terminal.type("\x03")
+        terminal.until(r"\^C\n")
         terminal.prompt()
         self.assertEqual(terminal.end(), 0)
 
@@ -148,6 +149,7 @@ class Interactive(unittest.TestCase):
         terminal.type("tell me\n")
         terminal.prompt(".. ")
         terminal.type("half a line\x03")
+        terminal.until(r"\^C\n")
         terminal.prompt(">> ")
         for endless in ("delay 1000", "repeat\nend repeat", 'do shell script "sleep 1000"'):
             with self.subTest(endless):
