@@ -15,6 +15,11 @@ read -r -u "$ready" number || { echo "The virtual display did not start." >&2; e
 export DISPLAY=":$number"
 openbox >/dev/null 2>&1 &
 manager=$!
+# A window that is shown while the manager starts may be taken off the screen again.
+for _ in $(seq 50); do
+	xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+	sleep 0.1
+done
 
 "$@" &
 program=$!
