@@ -23,7 +23,7 @@ constexpr std::size_t kWidthOfList = 78;
 
 struct Library {
 #define QUODDLE_EDIT_FUNCTIONS(X)                                                                                                          \
-    X(el_init) X(el_end) X(el_gets) X(el_set) X(el_line) X(el_insertstr) X(history_init) X(history_end) X(history)
+    X(el_init) X(el_end) X(el_gets) X(el_set) X(el_wset) X(el_line) X(el_insertstr) X(history_init) X(history_end) X(history)
 #define QUODDLE_EDIT_MEMBER(name) decltype(&::name) name = nullptr;
     QUODDLE_EDIT_FUNCTIONS(QUODDLE_EDIT_MEMBER)
 #undef QUODDLE_EDIT_MEMBER
@@ -73,12 +73,12 @@ struct LineEditor::State {
 
     static char* promptOf(EditLine*) { return sCurrent->prompt.data(); }
 
-    static unsigned char abandon(EditLine*, int) {
+    static unsigned char abandon(EditLine*, wint_t) {
         sCurrent->isAbandoned = true;
         return CC_NEWLINE;
     }
 
-    static unsigned char complete(EditLine* editor, int) {
+    static unsigned char complete(EditLine* editor, wint_t) {
         const LineInfo* info = sCurrent->library.el_line(editor);
         const Completion completion =
             completionOf({info->buffer, static_cast<std::size_t>(info->cursor - info->buffer)}, sCurrent->phrases());
@@ -124,8 +124,9 @@ LineEditor::LineEditor(std::function<std::vector<std::string>()> phrases, std::s
     library.el_set(editor, EL_HIST, library.history, state->history);
     library.el_set(editor, EL_PROMPT, &State::promptOf);
     library.el_set(editor, EL_EDITOR, "emacs");
-    library.el_set(editor, EL_ADDFN, "complete-words", "completes words of the language", &State::complete);
-    library.el_set(editor, EL_ADDFN, "abandon-line", "gives the statement up", &State::abandon);
+    // The library keeps these texts as they are; of narrow ones it makes copies that nobody frees.
+    library.el_wset(editor, EL_ADDFN, L"complete-words", L"completes words of the language", &State::complete);
+    library.el_wset(editor, EL_ADDFN, L"abandon-line", L"gives the statement up", &State::abandon);
     // While a line is edited Control-C is a key; while a statement runs the terminal makes an interrupt of it.
     library.el_set(editor, EL_SETTY, "-d", "-isig", nullptr);
     library.el_set(editor, EL_BIND, "^I", "complete-words", nullptr);
