@@ -13,8 +13,8 @@
 
 namespace quoddle::tool {
 
-/// What was added, in words for people; empty when nothing was to be done. The error is a sentence. `shell` is the absolute path that the
-/// start script falls back on.
+/// Returns in words for people what was added; nothing when nothing was to be done. The error is a sentence. `shell` is the absolute path
+/// that the start script falls back on.
 Result<std::vector<std::string>, std::string> adopt(const NSBundle& bundle, const std::string& shell);
 
 } // namespace quoddle::tool

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What may follow the words that stand before the cursor, for a line editor.
+// Completion of the words before the cursor, for a line editor.
 #pragma once
 
 #include <cstddef>

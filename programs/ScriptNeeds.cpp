@@ -181,7 +181,7 @@ ScriptNeeds needsOfTree(const Object* tree, const syntax::SourceMap& map, std::u
     return {.needs = found.taken(), .note = {}};
 }
 
-/// What can be told of a script that was saved without its tree: the applications among its literals.
+/// The needs of a script that was saved without its tree, as far as its literals name them: the applications.
 ScriptNeeds needsOfObjects(const Object* root) {
     Collection found;
     std::unordered_set<const Object*> known = {root};
