@@ -34,6 +34,20 @@ std::string launcherName(const QVariantMap& info, const fs::path& bundle) {
     return isPlain ? name : bundle.stem().string();
 }
 
+/// What stands where a folder or a file of the bundle has to be written, and is not ours to replace; empty when there is nothing such.
+std::string obstacleIn(const fs::path& folder, const fs::path& program) {
+    std::error_code error;
+    for (const char* part : {"Contents", kPrograms})
+        if (const auto kind = fs::symlink_status(folder / part, error); fs::exists(kind) && !fs::is_directory(kind))
+            return part;
+    for (const fs::path& part : {fs::path(kInfo), program})
+        if (const auto kind = fs::symlink_status(folder / part, error); fs::exists(kind) && !fs::is_regular_file(kind))
+            return part.string();
+    const auto old = readFile(folder / program, kLargestLauncher);
+    const bool isForeign = fs::exists(folder / program, error) && (!old || old->find("QUODDLE_SHELL") == std::string::npos);
+    return isForeign ? program.string() : "";
+}
+
 } // namespace
 
 Result<std::vector<std::string>, std::string> adopt(const NSBundle& bundle, const std::string& shell) {
@@ -60,6 +74,9 @@ Result<std::vector<std::string>, std::string> adopt(const NSBundle& bundle, cons
     }
     const bool changesInfo = !added.empty();
     const fs::path program = fs::path(kPrograms) / launcherName(info, folder);
+    if (const std::string obstacle = obstacleIn(folder, program); !obstacle.empty())
+        return Failure{shown + ": " + printable(QString::fromStdString(obstacle)) +
+                       " is a link or somebody else's; put a copy or nothing in its place first"};
     const std::string launcher = launcherText(shell);
     if (const auto old = readFile(folder / program, kLargestLauncher); !old || *old != launcher)
         added.push_back("start script " + printable(QString::fromStdString(program.string())));

@@ -109,6 +109,8 @@ LineEditor::LineEditor(std::function<std::vector<std::string>()> phrases, std::s
     if (!terminal || std::string_view(terminal) == "dumb" || !state->library.load())
         return;
     std::setlocale(LC_CTYPE, "");
+    if (MB_CUR_MAX == 1) // without a locale the library would drop every character beyond ASCII
+        std::setlocale(LC_CTYPE, "C.UTF-8");
     Library& library = state->library;
     state->phrases = std::move(phrases);
     state->historyFile = std::move(historyFile);

@@ -160,6 +160,14 @@ class Interactive(unittest.TestCase):
                 terminal.prompt()
         self.assertEqual(terminal.end(), 0)
 
+    def test_every_character_arrives_without_a_locale(self):
+        terminal = Terminal(self.folder, "-ss", LC_ALL="C")
+        terminal.prompt()
+        terminal.type('count "Müller"\n')
+        terminal.until("=> 6\n")
+        terminal.prompt()
+        self.assertEqual(terminal.end(), 0)
+
     def test_a_plain_terminal_will_do(self):
         terminal = Terminal(self.folder, TERM="dumb")
         terminal.prompt()

@@ -100,6 +100,35 @@ class Quoddle(unittest.TestCase):
         self.assertEqual(self.call("adopt", bundle)[0], 1)
         self.assertFalse((bundle / "Contents/Linux").exists())
 
+    def test_adopt_replaces_nothing_of_others(self):
+        outside = self.folder / "outside"
+        outside.mkdir()
+
+        def moved(part):
+            def make(bundle):
+                os.rename(bundle / part, outside / "real")
+                (bundle / part).symlink_to(outside / "real")
+            return make
+
+        def own_script(bundle):
+            (bundle / "Contents/Linux").mkdir()
+            (bundle / "Contents/Linux/applet").write_text("#!/bin/sh\necho mine\n")
+
+        cases = {"Contents": moved("Contents"), "Contents/Info.plist": moved("Contents/Info.plist"), "Contents/Linux/applet": own_script,
+                 "Contents/Linux": lambda bundle: (bundle / "Contents/Linux").write_text("a file")}
+        for part, spoil in cases.items():
+            with self.subTest(part):
+                bundle, _ = self.made_on_a_mac("1")
+                spoil(bundle)
+                before = subprocess.run(["ls", "-lR", bundle, outside], capture_output=True).stdout
+                status, output, errors = self.call("adopt", bundle)
+                self.assertEqual((status, output), (1, ""))
+                self.assertIn(f"{part} is a link or somebody else's", errors)
+                self.assertEqual(subprocess.run(["ls", "-lR", bundle, outside], capture_output=True).stdout, before)
+                shutil.rmtree(bundle)
+                shutil.rmtree(outside)
+                outside.mkdir()
+
     def test_an_adopted_applet_starts_by_its_own_script(self):
         bundle, _ = self.made_on_a_mac("1")
         self.assertEqual(self.call("adopt", bundle)[0], 0)
