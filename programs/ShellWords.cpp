@@ -16,11 +16,13 @@ namespace {
 constexpr int kDeepestSubstitution = 20;
 
 constexpr std::string_view kBuiltins[] = {
-    ".",      ":",     "[",    "alias",   "bg",   "break", "cd",   "command", "continue", "echo",    "eval",  "exec",     "exit",
-    "export", "false", "fg",   "getopts", "hash", "jobs",  "kill", "local",   "printf",   "pwd",     "read",  "readonly", "return",
-    "set",    "shift", "test", "times",   "trap", "true",  "type", "ulimit",  "umask",    "unalias", "unset", "wait"};
-constexpr std::string_view kWordsBeforeCommands[] = {"!", "{", "if", "then", "elif", "else", "do", "while", "until"};
-constexpr std::string_view kWordsWithoutCommand[] = {"}", "fi", "done", "esac", "for"};
+    ".",        ":",        "[",       "alias", "bg",        "bind",     "break",  "builtin", "caller",  "cd",     "command", "compgen",
+    "complete", "continue", "declare", "dirs",  "disown",    "echo",     "enable", "eval",    "exec",    "exit",   "export",  "false",
+    "fg",       "getopts",  "hash",    "help",  "history",   "jobs",     "kill",   "let",     "local",   "logout", "mapfile", "popd",
+    "printf",   "pushd",    "pwd",     "read",  "readarray", "readonly", "return", "set",     "shift",   "shopt",  "source",  "suspend",
+    "test",     "times",    "trap",    "true",  "type",      "typeset",  "ulimit", "umask",   "unalias", "unset",  "wait"};
+constexpr std::string_view kWordsBeforeCommands[] = {"!", "{", "if", "then", "elif", "else", "do", "while", "until", "time", "coproc"};
+constexpr std::string_view kWordsWithoutCommand[] = {"}", "fi", "done", "esac", "for", "select"};
 constexpr std::string_view kStarters[] = {"command", "env", "exec", "nice", "nohup", "sudo", "xargs"};
 
 bool isOneOf(std::span<const std::string_view> words, std::string_view word) {
@@ -61,13 +63,19 @@ public:
 
 private:
     void separator() {
+        if (mIsStart && mLine.substr(mAt).starts_with("((")) { // arithmetic
+            skipBehind("))");
+            mIsStart = false;
+            return;
+        }
         mIsStart = mLine[mAt++] != ')';
         mIsBehindStarter = false;
     }
 
     /// Skips "> FILE", "2>&1" and their like.
     void redirection() {
-        if (mLine.substr(mAt).starts_with("<<")) {
+        const std::string_view rest = mLine.substr(mAt);
+        if (rest.starts_with("<<") && !rest.starts_with("<<<")) {
             mHasEnded = true;
             return;
         }
@@ -80,11 +88,28 @@ private:
         const Word word = takeWord();
         const char next = mAt < mLine.size() ? mLine[mAt] : '\0';
         const bool isNumber = !word.text.empty() && word.text.find_first_not_of("0123456789") == std::string::npos;
-        if (!mIsStart || (isNumber && (next == '<' || next == '>')) || isAssignment(word))
+        if (!mIsStart || (isNumber && (next == '<' || next == '>')))
             return;
+        if (isAssignment(word)) {
+            if (next == '(' && word.text.ends_with('=')) // the items of an array
+                skipBehind(")");
+            return;
+        }
         if (mLine.substr(mAt).starts_with("()")) {
             mFunctions.push_back(word.text);
             mAt += 2;
+            return;
+        }
+        if (!word.isQuoted && word.text == "[[") {
+            skipBehind("]]");
+            mIsStart = false;
+            return;
+        }
+        if (!word.isQuoted && word.text == "function") {
+            mAt = std::min(mLine.find_first_not_of(" \t", mAt), mLine.size());
+            mFunctions.push_back(takeWord().text);
+            if (mLine.substr(mAt).starts_with("()"))
+                mAt += 2;
             return;
         }
         if (!word.isQuoted && word.text == "case") {
@@ -100,6 +125,11 @@ private:
             return;
         mFound.push_back(word.text);
         mIsStart = mIsBehindStarter = isOneOf(kStarters, word.text);
+    }
+
+    void skipBehind(std::string_view end) {
+        const std::size_t found = mLine.find(end, mAt);
+        mAt = found == std::string_view::npos ? mLine.size() : found + end.size();
     }
 
     static bool isAssignment(const Word& word) {
@@ -182,9 +212,23 @@ std::string variable(const char* name) {
     return value ? value : "";
 }
 
+/// The text without line ends behind a backslash, over which a line goes on.
+std::string joined(std::string_view text) {
+    std::string line;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool goesOn = text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == '\n' || text[i + 1] == '\r');
+        if (goesOn)
+            ++i;
+        else
+            line += text[i];
+    }
+    return line;
+}
+
 } // namespace
 
-std::vector<std::string> commandsIn(std::string_view line) {
+std::vector<std::string> commandsIn(std::string_view text) {
+    const std::string line = joined(text);
     std::vector<std::string> found;
     LineReader reader(line, 0, found);
     reader.read();

@@ -54,6 +54,10 @@ SHELL_LINES = [
     ("cat <<END\nno-a\nEND", []),
     ("case x in no-a) no-b;; esac", []),
     ("/no-a/b; ./no-b; ~/no-c; cd /; test x; [ x ]", ["/no-a/b", "~/no-c"]),
+    ("true && \\\ncat -l | \\\n  no-a \\\n-x", ["no-a"]),
+    ("[[ a == a && no-a < b ]] && no-b; (( no_c++ )); let x=1; source x", ["no-b"]),
+    ("x=(no-a no-b); no-c <<< no-d; select no-e in no-f; do no-g; done; time no-h", ["no-c", "no-g", "no-h"]),
+    ("function no-a { cat; }; no-a; declare -i x; shopt -s y", []),
     ("$(" * 5000, []),
     ("\"'`$(\\", []),
 ]
