@@ -34,7 +34,7 @@ std::string launcherName(const QVariantMap& info, const fs::path& bundle) {
     return isPlain ? name : bundle.stem().string();
 }
 
-/// What stands where a folder or a file of the bundle has to be written, and is not ours to replace; empty when there is nothing such.
+/// The part of the bundle that is in the way of what has to be written and is not ours to replace; empty when there is none.
 std::string obstacleIn(const fs::path& folder, const fs::path& program) {
     std::error_code error;
     for (const char* part : {"Contents", kPrograms})
