@@ -72,7 +72,8 @@ std::unique_ptr<TermDictionary> cachedTerms(const std::string& path) {
 void cacheTerms(const std::string& path, const std::vector<std::string>& files, const TermDictionary& terms) {
     if (folder().empty())
         return;
-    std::string entry = std::string(kVersion) + "\n" + path + "\n";
+    std::string entry(kVersion);
+    entry += "\n" + path + "\n";
     for (const std::string& file : files) {
         const std::string stamp = stampOf(file);
         if (stamp.empty())
