@@ -96,6 +96,7 @@ public:
     bool hasIdleHandler() { return hasHandlerEventClass("misc"_4cc, "idle"_4cc); }
     bool hasRunHandler() { return hasHandlerEventClass("aevt"_4cc, "oapp"_4cc); }
     bool hasQuitHandler() { return hasHandlerEventClass("aevt"_4cc, "quit"_4cc); }
+    bool hasReopenHandler() { return hasHandlerEventClass("aevt"_4cc, "rapp"_4cc); }
     bool hasHandlerEventClass(AEEventClass eventClass, AEEventID eventID);
     bool hasHandlerNamed(const QString& name);
     bool hasHandlerForAppleEvent(const NSAppleEventDescriptorRef& event);

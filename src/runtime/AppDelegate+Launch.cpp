@@ -136,12 +136,17 @@ void AppDelegate::waitToBeAsked() {
             kPatience);
 }
 
-void AppDelegate::applicationWillReopen() {
+void AppDelegate::applicationWillReopen(bool isAskedByOther) {
     awaitWindow();
-    if (!std::exchange(mRunIsDue, false))
-        return showHiddenWindow();
-    mWasAsked = true;
-    _respondToEventInBackground(nullptr, afterLaunchRun());
+    if (std::exchange(mRunIsDue, false)) {
+        mWasAsked = true;
+        return _respondToEventInBackground(nullptr, afterLaunchRun());
+    }
+    showHiddenWindow();
+    // Before the Run button of the startup pane the script does nothing.
+    const QXOSAIDRef script = isAskedByOther && scriptStarted() && mEnd.state() != AppletEnd::State::finished ? mainScript() : nullptr;
+    if (script && script->hasReopenHandler()) // also while the script continues a command, when it seems to have no handlers
+        _respondToEventInBackground(NSAppleEventDescriptor::appleEventWithEventClass("aevt"_4cc, "rapp"_4cc), afterLaunchRun());
 }
 
 // Shows the window for other applications. A running script activates its own application before it asks something, and wants no window for

@@ -63,8 +63,9 @@ public:
     // Launch
     void applicationWillFinishLaunching() override;
     void applicationDidFinishLaunching() override;
-    /// Runs the script when the run is still due, because the launch was for another event; otherwise shows a hidden window.
-    void applicationWillReopen() override;
+    /// Runs the script when the run is still due, because the launch was for another event; otherwise shows a hidden window, and calls the
+    /// script's reopen handler when another application or the user asks. (The handler itself asks when it continues the command.)
+    void applicationWillReopen(bool isAskedByOther) override;
     /// Shows a hidden window: always when another application asks, otherwise only while nothing is running.
     void applicationWillActivate(bool isAskedByOther) override;
     void _setupApplication(bool toOpenFiles);

@@ -653,6 +653,49 @@ class Lifecycle(harness.AppletCase):
         until(lambda: applet.said("out") == "2\nafter\n", "the handler to end")
         self.stays(applet)
 
+    def test_the_reopen_handler(self):
+        """Called when the applet is launched again or asked by another program, after what the script is doing, and not by itself."""
+        applet = self.start("Again", """
+            on run
+                do shell script "echo run >> FOLDER/again; sleep 1; echo ran >> FOLDER/again"
+            end run
+            on reopen
+                do shell script "echo reopen >> FOLDER/again"
+                continue reopen
+                do shell script "echo reopened >> FOLDER/again"
+            end reopen
+            """, options=["-s"])
+        until(lambda: applet.said("again") == "run\n", "the run handler")
+        expected = "run\nran\n"
+        for reach in (lambda: self.hand_over(applet).wait(15), lambda: self.osascript("-e", 'tell application "Again" to reopen')):
+            reach()
+            expected += "reopen\nreopened\n"
+            until(lambda: applet.said("again") == expected, "the reopen handler")
+            self.assertTrue(self.windows(applet), "the window is shown")
+        self.osascript("-e", 'tell application "Again" to quit')
+        applet.ends()
+        self.assertEqual(applet.said("again"), expected)
+        # One that does not stay open ends after the handler that came while it ran.
+        applet = self.start("Once", """
+            on run
+                do shell script "echo run >> FOLDER/once; sleep 1"
+            end run
+            on reopen
+                do shell script "echo reopen >> FOLDER/once"
+            end reopen
+            """)
+        until(lambda: applet.said("once") == "run\n", "the run handler")
+        self.hand_over(applet).wait(15)
+        applet.ends()
+        self.assertEqual(applet.said("once"), "run\nreopen\n")
+        # Nothing is called behind the startup screen.
+        applet = self.start("Waiting", 'on reopen\ndo shell script "echo reopen >> FOLDER/waiting"\nend reopen\non run\nend run', options=["-u"])
+        applet.window()
+        self.hand_over(applet).wait(15)
+        applet.key("Return")
+        applet.ends()
+        self.assertEqual(applet.said("waiting"), "")
+
     def test_the_display_goes(self):
         """When the display goes, every applet on it ends with an error, without a crash, and ends the commands that its script has started."""
         shared, self.display = self.display, harness.Display()

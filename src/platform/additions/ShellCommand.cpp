@@ -79,7 +79,7 @@ bool isInstalled(const std::string& program) {
 }
 
 /// A word that the shell takes as it is.
-std::string quoted(const std::string& word) {
+std::string shellQuoted(const std::string& word) {
     std::string text = "'";
     for (char c : word)
         text += c == '\'' ? std::string("'\\''") : std::string(1, c);
@@ -130,7 +130,7 @@ OSErr doShellScript(const AEDesc& event, AEDesc& reply, const AEHandlerContext& 
     using How = ShellProcess::Ending::How;
     std::string line = utf8FromUTF16(*command);
     if (asAdministrator)
-        line = (isInstalled("bash") ? "exec pkexec /bin/bash --posix -O xpg_echo -c " : "exec pkexec /bin/sh -c ") + quoted(line);
+        line = (isInstalled("bash") ? "exec pkexec /bin/bash --posix -O xpg_echo -c " : "exec pkexec /bin/sh -c ") + shellQuoted(line);
     const bool isRun = run(line, context, outcome);
     if (isRun && outcome.ending.how == How::notStarted && outcome.ending.number == E2BIG)
         return fail(reply, memFullErr, u"The command is too long for the shell.");

@@ -158,7 +158,7 @@ void DesktopApplication::deliver() {
         if (request->kind == Kind::open)
             mApplication->openFiles(request->files);
         else if (request->kind == Kind::activate)
-            mApplication->reopen();
+            mApplication->reopen(true);
         else
             mApplication->terminate();
     }

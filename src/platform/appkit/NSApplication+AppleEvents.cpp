@@ -17,6 +17,11 @@ constexpr struct {
 } kHandledEvents[] = {{"aevt"_4cc, "oapp"_4cc}, {"aevt"_4cc, "rapp"_4cc}, {"aevt"_4cc, "odoc"_4cc},
                       {"aevt"_4cc, "quit"_4cc}, {"misc"_4cc, "actv"_4cc}, {"ascr"_4cc, "noop"_4cc}};
 
+/// Whether another process has sent the event, and not the application's own script.
+bool isFromOther(const NSAppleEventDescriptorRef& event) {
+    return event->aeDesc().attribute("esrc"_4cc).has_value();
+}
+
 /// The paths of the files of an open event; files without a path are left out.
 QStringList filesOf(const NSAppleEventDescriptorRef& event) {
     QStringList files;
@@ -93,11 +98,11 @@ void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, con
         handleQuitEvent(reply);
         break;
     case "rapp"_4cc:
-        reopen();
+        reopen(isFromOther(event));
         break;
     case "actv"_4cc:
         if (mDelegate)
-            mDelegate->applicationWillActivate(event->aeDesc().attribute("esrc"_4cc).has_value());
+            mDelegate->applicationWillActivate(isFromOther(event));
         activate();
         break;
     default: // a running application has nothing to do for "oapp" and "noop"
@@ -105,9 +110,9 @@ void NSApplication::handleAppleEvent(const NSAppleEventDescriptorRef& event, con
     }
 }
 
-void NSApplication::reopen() {
+void NSApplication::reopen(bool isAskedByOther) {
     if (mDelegate)
-        mDelegate->applicationWillReopen();
+        mDelegate->applicationWillReopen(isAskedByOther);
     activate();
 }
 

@@ -63,8 +63,9 @@ public:
 
     bool isActive() const override { return applicationState() == Qt::ApplicationActive; }
     void activate() override;
-    /// Handles a second launch while the application runs: tells the delegate and brings what is open to the front.
-    void reopen();
+    /// Handles a second launch while the application runs: tells the delegate and brings what is open to the front. `isAskedByOther` is
+    /// false when the application's own script asks.
+    void reopen(bool isAskedByOther);
 
     std::shared_ptr<NSMenu> mainMenu() const override { return mMainMenu; }
     void setMainMenu(std::shared_ptr<NSMenu> menu) { mMainMenu = std::move(menu); }

@@ -49,8 +49,9 @@ public:
     virtual void applicationWillTerminate() {}
     /// wakeWaits() was called: whatever the application waits for may have happened.
     virtual void applicationWaitsWoken() {}
-    /// The application was launched again while it runs; its windows come to the front after this call.
-    virtual void applicationWillReopen() {}
+    /// The application was launched again while it runs, or "reopen" was sent, by another process or by the application's own script; the
+    /// windows come to the front after this call.
+    virtual void applicationWillReopen(bool isAskedByOther) { (void)isAskedByOther; }
     /// "activate" was sent, by another process or by the application's own script; the windows come to the front after this call.
     virtual void applicationWillActivate(bool isAskedByOther) { (void)isAskedByOther; }
     /// Asked when the user has closed the last window.

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include <QtEndian>
+#include <QTimeZone>
 
 namespace quoddle::Plist {
 
@@ -182,7 +183,7 @@ private:
         constexpr double kLimit = 1e11;      // seconds; about three thousand years in each direction
         if (!(seconds > -kLimit && seconds < kLimit))
             return corrupt(u"an impossible date"_s);
-        return QVariant(QDateTime::fromMSecsSinceEpoch(qRound64((seconds + kEpoch) * 1000), Qt::UTC));
+        return QVariant(QDateTime::fromMSecsSinceEpoch(qRound64((seconds + kEpoch) * 1000), QTimeZone::utc()));
     }
 
     Value readText(const Marker& marker) {
