@@ -32,7 +32,7 @@ set(CPACK_DEBIAN_DESKTOP_PACKAGE_NAME quoddle)
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_SECTION utils)
 # The toolkit's own texts in the user's language are files that no list of libraries shows.
 set(CPACK_DEBIAN_DESKTOP_PACKAGE_DEPENDS "quoddle-osa (= ${PROJECT_VERSION}), qt6-translations-l10n")
-set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "ca-certificates, desktop-file-utils, libqt6svg6, qt6-image-formats-plugins, qt6-wayland, shared-mime-info, xdg-utils")
+set(CPACK_DEBIAN_DESKTOP_PACKAGE_RECOMMENDS "ca-certificates, desktop-file-utils, qt6-svg-plugins | libqt6svg6, qt6-image-formats-plugins, qt6-wayland, shared-mime-info, xdg-utils")
 set(CPACK_DEBIAN_DESKTOP_DESCRIPTION "shell for script applets
 Turns scripts into desktop applications, with a window, progress, a Stop button
 and dropped files. Applets appear in the desktop's menu, open their types of

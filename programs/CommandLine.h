@@ -5,6 +5,7 @@
 
 #include "platform/base/Result.h"
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>

@@ -16,6 +16,8 @@ QByteArray readPipe(const FileDescriptor& pipe);
 
 /// Writes in the background. Destroys itself when all is written, the reader has gone, or it has read nothing for half a minute.
 class PipeWriter : public QObject {
+    Q_OBJECT
+
 public:
     PipeWriter(FileDescriptor pipe, QByteArray bytes, QObject* parent);
 

@@ -9,6 +9,7 @@
 #include "platform/applescript/machine/Value.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>

@@ -104,7 +104,7 @@ std::u16string applicationName(std::string_view data) {
         return utf16FromUTF8(data.substr(kContentAt));
     std::u16string name = type == "alis"_4cc ? aliasName(data.substr(kContentAt)) : std::u16string();
     if (name.ends_with(u".app"))
-        name.resize(name.size() - 4);
+        name.erase(name.size() - 4);
     return name;
 }
 

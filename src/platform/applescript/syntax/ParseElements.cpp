@@ -228,7 +228,7 @@ Object* Parser::insertion(const Relation& relation, Object* classCode, std::size
 Object* Parser::applicationNamed(std::size_t firstToken) {
     std::u16string name(advance().text);
     if (name.ends_with(u".app") && name.find('/') == std::u16string::npos)
-        name.resize(name.size() - 4);
+        name.erase(name.size() - 4);
     return literal(mStore.data(kApplicationTag, applicationData(name)), firstToken);
 }
 

@@ -9,6 +9,7 @@
 #include "platform/search/index/FoundFiles.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 
 #include <QStringList>

@@ -8,6 +8,7 @@
 #include "platform/search/index/NameRanking.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 
 namespace quoddle {
