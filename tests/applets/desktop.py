@@ -6,6 +6,7 @@
 """
 import configparser
 import pathlib
+import plistlib
 import shlex
 import shutil
 import subprocess
@@ -34,7 +35,7 @@ on quit
 end quit
 """
 
-# A notification service that presses the first button of every notification, and that of another program's.
+# A notification service that writes down the buttons, the icon with its picture's last pixel, and the launcher, and presses the first button of every notification, and that of another program's.
 NOTIFICATIONS = """
 from gi.repository import Gio, GLib
 XML = '''<node><interface name="org.freedesktop.Notifications">
@@ -46,7 +47,9 @@ def called(connection, sender, path, interface, method, arguments, invocation):
     if method == "GetCapabilities":
         return invocation.return_value(GLib.Variant("(as)", (["body", "actions"],)))
     actions = arguments.unpack()[5]
-    print(actions, flush=True)
+    hints = arguments.unpack()[6]
+    picture = hints.get("image-data")
+    print(actions, repr(arguments.unpack()[2]), picture and picture[:6], picture and bytes(picture[6][-4:]).hex(), hints.get("desktop-entry"), flush=True)
     invocation.return_value(GLib.Variant("(u)", (7,)))
     press = lambda number: connection.emit_signal(None, path, interface, "ActionInvoked", GLib.Variant("(us)", (number, "quit")))
     press(8) # of another program's
@@ -261,15 +264,20 @@ class Desktop(harness.AppletCase):
         service = subprocess.Popen(["/usr/bin/python3", "-c", NOTIFICATIONS], env=self.environment, stdout=subprocess.PIPE, text=True)
         self.processes.append(service)
         self.assertEqual(service.stdout.readline(), "ready\n")
-        process = self.launch(self.make("Server", 'on run\nend run\non idle\ndisplay notification "Well?"\nreturn 100\nend idle'))
-        self.assertEqual(service.stdout.readline(), "['quit', 'Quit']\n")
+        server = self.make("Server", 'on run\nend run\non idle\ndisplay notification "Well?"\nreturn 100\nend idle')
+        subprocess.run(["convert", "-size", "128x128", "xc:#20c040", str(server / "Contents/Resources/applet.png")], check=True)
+        settings = server / "Contents/Info.plist"
+        settings.write_bytes(plistlib.dumps(plistlib.loads(settings.read_bytes()) | {"CFBundleIconFile": "applet"}))
+        entry = self.install(server)
+        process = self.launch(server)
+        self.assertEqual(service.stdout.readline(), f"['quit', 'Quit'] '' (64, 64, 256, True, 8, 4) 20c040ff {entry.stem}\n")
         until(lambda: process.poll() is not None, "the applet to end")
         self.assertEqual(process.returncode, 0)
         # Notifications of an applet with a window and of a script without applet offer no button.
         self.launch(self.make("Seen", 'on run\nset progress total steps to 3\ndisplay notification "Well?"\ndelay 3600\nend run', []))
-        self.assertEqual(service.stdout.readline(), "[]\n")
+        self.assertEqual(service.stdout.readline(), "[] '' (64, 64, 256, True, 8, 4) 00000000 None\n")
         self.call("osascript", "-e", 'display notification "Well?"')
-        self.assertEqual(service.stdout.readline(), "[]\n")
+        self.assertEqual(service.stdout.readline(), "[] 'dialog-information' None None None\n")
         service.stdout.close()
 
     def test_uninstalling_ends_what_the_bus_knows(self):

@@ -5,6 +5,7 @@
 #include "platform/panels/CommandDialog.h"
 #include "platform/panels/CommandParameters.h"
 #include "platform/panels/NotificationActions.h"
+#include "platform/panels/NotificationSender.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
@@ -80,8 +81,10 @@ void sendNotification(const AEDesc& event, const AEDesc& reply, std::function<vo
         const bool takesMarkup = capable.contains(u"body-markup"_s);
         const QStringList actions = capable.contains(u"actions"_s) ? NotificationActions::actionsNow() : QStringList();
         QDBusMessage call = callTo(u"Notify"_s);
-        call << standardTitle() << 0U << u"dialog-information"_s << notice.title
-             << (takesMarkup ? notice.body.toHtmlEscaped() : notice.body) << actions << hintsFor(notice.sound) << kServiceDecides;
+        NotificationSender sender = notificationSender();
+        sender.hints.insert(hintsFor(notice.sound));
+        call << standardTitle() << 0U << sender.iconName << notice.title << (takesMarkup ? notice.body.toHtmlEscaped() : notice.body)
+             << actions << sender.hints << kServiceDecides;
         whenAnswered(bus.asyncCall(call, kPatience), [bus, reply, completion, isWatched = !actions.isEmpty()](const QDBusMessage& answer) {
             if (isWatched && answer.type() == QDBusMessage::ReplyMessage)
                 NotificationActions::shared().watch(bus, answer.arguments().value(0).toUInt());
