@@ -3,6 +3,7 @@
 #include "Additions.h"
 #include "platform/ae/AEObjects.h"
 
+#include <algorithm>
 #include <ctime>
 
 namespace quoddle::testing_additions {
