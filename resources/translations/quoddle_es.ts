@@ -253,6 +253,13 @@
     </message>
 </context>
 <context>
+    <name>FilePortal</name>
+    <message>
+        <source>Files that can be chosen</source>
+        <translation>Archivos que se pueden elegir</translation>
+    </message>
+</context>
+<context>
     <name>NSOpenPanel</name>
     <message>
         <source>Open</source>

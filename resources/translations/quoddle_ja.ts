@@ -252,6 +252,13 @@
     </message>
 </context>
 <context>
+    <name>FilePortal</name>
+    <message>
+        <source>Files that can be chosen</source>
+        <translation>選択できるファイル</translation>
+    </message>
+</context>
+<context>
     <name>NSOpenPanel</name>
     <message>
         <source>Open</source>

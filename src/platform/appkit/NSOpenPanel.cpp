@@ -2,8 +2,10 @@
 #include "platform/appkit/NSOpenPanel.h"
 
 #include "platform/appkit/filepanel/FileBrowser.h"
+#include "platform/appkit/filepanel/FilePortal.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 namespace quoddle {
@@ -50,6 +52,7 @@ void NSOpenPanel::setCanChooseDirectories(bool can) {
 }
 
 void NSOpenPanel::setAllowsMultipleSelection(bool allows) {
+    mAllowsMultipleSelection = allows;
     browser().setAllowsMultipleSelection(allows);
 }
 
@@ -88,13 +91,44 @@ void NSOpenPanel::confirm() {
 }
 
 void NSOpenPanel::fileEntered(const QString& path) {
-    const DirectoryFilter wanted = filter();
-    if (!QFileInfo::exists(path))
-        showProblem(QCoreApplication::translate("NSOpenPanel", "“%1” cannot be found.").arg(path));
-    else if (!wanted.canChooseFiles || !wanted.allowedTypes.matches(path))
-        showProblem(QCoreApplication::translate("NSOpenPanel", "“%1” is not of a kind that can be chosen here.").arg(path));
+    if (const QString problem = problemWith(path); !problem.isEmpty())
+        showProblem(problem);
     else
         chooseResolved({path});
+}
+
+QString NSOpenPanel::problemWith(const QString& path) const {
+    const DirectoryFilter wanted = filter();
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QCoreApplication::translate("NSOpenPanel", "“%1” cannot be found.").arg(path);
+    const bool isFolder = info.isDir() && (wanted.treatsFilePackagesAsDirectories || !isFilePackage(path));
+    const bool canBeChosen = isFolder ? wanted.canChooseDirectories : wanted.canChooseFiles && wanted.allowedTypes.matches(path);
+    return canBeChosen ? QString() : QCoreApplication::translate("NSOpenPanel", "“%1” is not of a kind that can be chosen here.").arg(path);
+}
+
+std::optional<FilePortalRequest> NSOpenPanel::portalRequest() const {
+    const DirectoryFilter wanted = filter();
+    const auto types = wanted.allowedTypes.filter();
+    auto request = NSSavePanel::portalRequest();
+    if (!types || !request)
+        return std::nullopt;
+    request->folders = wanted.canChooseDirectories;
+    request->multiple = mAllowsMultipleSelection;
+    request->namePatterns = types->namePatterns;
+    request->mimeTypes = types->mimeTypes;
+    return request;
+}
+
+QString NSOpenPanel::takeFromPortal(const QStringList& paths) {
+    QStringList chosen;
+    for (const QString& path : paths) {
+        chosen << QDir::cleanPath(path);
+        if (const QString problem = problemWith(chosen.last()); !problem.isEmpty())
+            return problem;
+    }
+    chooseResolved(mAllowsMultipleSelection ? chosen : chosen.first(1));
+    return {};
 }
 
 void NSOpenPanel::chooseResolved(QStringList paths) {

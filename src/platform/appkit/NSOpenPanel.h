@@ -32,8 +32,13 @@ private:
     void fileEntered(const QString& path) override;
     QString defaultPrompt() const override;
     void prepare() override;
+    std::optional<FilePortalRequest> portalRequest() const override;
+    QString takeFromPortal(const QStringList& paths) override;
+    /// Why a file cannot be chosen here, as a sentence for the user; empty when it can.
+    QString problemWith(const QString& path) const;
     void chooseResolved(QStringList paths);
 
+    bool mAllowsMultipleSelection = false;
     bool mResolvesAliases = true;
 };
 

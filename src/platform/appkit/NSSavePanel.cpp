@@ -3,6 +3,7 @@
 
 #include "platform/appkit/Appearance.h"
 #include "platform/appkit/filepanel/FileBrowser.h"
+#include "platform/appkit/filepanel/FilePortal.h"
 #include "platform/appkit/filepanel/LocationField.h"
 #include "platform/appkit/NSAlert.h"
 #include "platform/appkit/NSApplication.h"
@@ -54,9 +55,13 @@ QString problemWithFileName(const QString& name) {
 /// Opens with the size that the user gave to the last panel, as far as the screen allows.
 class NSSavePanel::Panel final : public NSPanel {
 public:
-    explicit Panel(Ui::NSSavePanel& ui) : mUi(ui) {}
+    Panel(NSSavePanel& owner, Ui::NSSavePanel& ui) : mOwner(owner), mUi(ui) {}
 
     void setVisible(bool visible) override {
+        if (visible && !isVisible() && mOwner.beginInPortal())
+            return; // the desktop's chooser is seen in place of this window
+        if (!visible && mOwner.mPortal)
+            mOwner.mPortal->cancel();
         if (visible)
             fitMessage();
         else if (isVisible())
@@ -95,10 +100,11 @@ private:
         mUi.problemView->setPalette(colors);
     }
 
+    NSSavePanel& mOwner;
     Ui::NSSavePanel& mUi;
 };
 
-NSSavePanel::NSSavePanel() : mUi(std::make_unique<Ui::NSSavePanel>()), mPanel(std::make_unique<Panel>(*mUi)) {
+NSSavePanel::NSSavePanel() : mUi(std::make_unique<Ui::NSSavePanel>()), mPanel(std::make_unique<Panel>(*this, *mUi)) {
     mUi->setupUi(mPanel.get());
     mBrowser = mUi->browser;
     setButtonTitle(*mUi->cancelButton, QCoreApplication::translate("NSSavePanel", "Cancel"));
@@ -208,13 +214,14 @@ QString NSSavePanel::startDirectory() const {
 void NSSavePanel::prepare() {
     const bool isFile = QFileInfo(mDirectory).isFile() || (!filter().treatsFilePackagesAsDirectories && isFilePackage(mDirectory));
     const QString selected = isFile ? mDirectory.mid(mDirectory.lastIndexOf(u'/') + 1) : QString();
+    mSelectsFile = isFile && !mHasNameField;
     if (isFile)
         mDirectory = folderOf(mDirectory);
     if (buttonTitle(*mUi->confirmButton).isEmpty())
         setPrompt(defaultPrompt());
     mURLs.clear();
     mBrowser->setDirectory(startDirectory());
-    if (!selected.isEmpty() && !mHasNameField)
+    if (mSelectsFile)
         mBrowser->select(selected);
     selectionChanged();
     if (mHasNameField) {
@@ -237,11 +244,72 @@ int NSSavePanel::runModal() {
     return returnCode == NSModalResponseOK ? NSModalResponseOK : NSModalResponseCancel;
 }
 
+bool NSSavePanel::beginInPortal() {
+    if (mPortalFailed)
+        return false;
+    if (mPortal && mPortal->isAsking())
+        return true;
+    const auto request = portalRequest();
+    if (!request || !FilePortal::mayExist())
+        return false;
+    mPortal = std::make_unique<FilePortal>();
+    mPortal->begin(*request, mPanel->parentWidget(), [this](FilePortal::Outcome outcome, const QStringList& paths) {
+        if (outcome == FilePortal::Outcome::cancelled)
+            return mPanel->done(NSModalResponseCancel);
+        if (outcome == FilePortal::Outcome::failed)
+            return showHere();
+        if (const QString problem = takeFromPortal(paths); !problem.isEmpty()) {
+            showHere();
+            showProblem(problem);
+        }
+    });
+    return true;
+}
+
+/// Shows this panel after the desktop's chooser could not be had or has answered with files that cannot be taken.
+void NSSavePanel::showHere() {
+    mPortalFailed = true;
+    mPanel->show();
+    mPanel->raise();
+    mPanel->activateWindow();
+}
+
+std::optional<FilePortalRequest> NSSavePanel::portalRequest() const {
+    constexpr qsizetype kLongestTitle = 120;
+    const QString message = mUi->messageView->text();
+    // A chooser has no place for a text but its title, shows hidden files only when the user wants them, and selects no file.
+    if (message.size() > kLongestTitle || message.contains(u'\n') || filter().showsHiddenFiles || mSelectsFile)
+        return std::nullopt;
+    FilePortalRequest request;
+    request.saves = mHasNameField;
+    request.title = message.isEmpty() ? mPanel->windowTitle() : message;
+    if (const QString prompt = buttonTitle(*mUi->confirmButton); prompt != defaultPrompt())
+        request.acceptLabel = prompt;
+    request.folder = mDirectory;
+    request.name = mHasNameField ? mUi->nameField->text() : QString();
+    return request;
+}
+
+QString NSSavePanel::takeFromPortal(const QStringList& paths) {
+    const QString path = QDir::cleanPath(paths.first());
+    const QFileInfo folder(folderOf(path));
+    if (const QString problem = problemWithFileName(path.mid(path.lastIndexOf(u'/') + 1)); !problem.isEmpty())
+        return problem;
+    if (!folder.isDir())
+        return QCoreApplication::translate("NSSavePanel", "The folder “%1” cannot be found.").arg(folder.filePath());
+    finish({path}, folder.filePath());
+    return {};
+}
+
 void NSSavePanel::choose(const QStringList& paths) {
+    finish(paths, mBrowser->directory());
+}
+
+void NSSavePanel::finish(const QStringList& paths, const QString& lastDirectory) {
     mURLs.clear();
     for (const QString& path : paths)
         mURLs.append(QUrl::fromLocalFile(path));
-    standardUserDefaults().setValue(kLastDirectory, mBrowser->directory());
+    standardUserDefaults().setValue(kLastDirectory, lastDirectory);
     mPanel->done(NSModalResponseOK);
 }
 

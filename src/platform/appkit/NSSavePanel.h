@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The panel that asks for a name and a place, and the base of the panel that asks for files (NSOpenPanel).
-// One decision: it is our own throughout, because the toolkit's file dialog stands still for seconds in a large folder and walks into
-// bundles. It creates nothing but folders: replacing a file is agreed on here and done by the caller.
+// Two decisions: the desktop's own chooser stands in for the panel where a portal offers one that can do what is asked. Else the panel is
+// our own throughout, because the toolkit's file dialog stands still for seconds in a large folder and walks into bundles. It creates
+// nothing but folders: replacing a file is agreed on here and done by the caller.
 // Main thread only.
 #pragma once
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include <QString>
 #include <QUrl>
@@ -20,8 +22,10 @@ class NSSavePanel;
 namespace quoddle {
 
 class FileBrowser;
+class FilePortal;
 class NSAlert;
 struct DirectoryFilter;
+struct FilePortalRequest;
 
 constexpr int NSModalResponseCancel = 0;
 constexpr int NSModalResponseOK = 1;
@@ -76,12 +80,19 @@ protected:
     virtual QString defaultPrompt() const;
     /// Called just before the panel is shown.
     virtual void prepare();
+    /// The question for the desktop's chooser; nullopt when that cannot do what this panel does. Called after prepare().
+    virtual std::optional<FilePortalRequest> portalRequest() const;
+    /// Takes the answer of the desktop's chooser. A problem, as a sentence for the user, when the files cannot be taken.
+    virtual QString takeFromPortal(const QStringList& paths);
 
 private:
     class Panel;
     void connectParts();
     void askToReplace(const QString& path);
     QString startDirectory() const;
+    bool beginInPortal();
+    void showHere();
+    void finish(const QStringList& paths, const QString& lastDirectory);
 
     std::unique_ptr<Ui::NSSavePanel> mUi;
     std::unique_ptr<Panel> mPanel;
@@ -91,6 +102,9 @@ private:
     QList<QUrl> mURLs;
     QString mLentName; // the name of the selected file, which the name field has taken
     bool mHasNameField = true;
+    bool mSelectsFile = false; // the panel begins with a file selected
+    std::unique_ptr<FilePortal> mPortal;
+    bool mPortalFailed = false;
 };
 
 /// Why a file cannot have the name, as a sentence for the user; empty when it can.

@@ -133,6 +133,26 @@ void AllowedFileTypes::add(const QString& entry) {
     mExactTypes += UTTypeCreateAllIdentifiersForTag(kUTTagClassFilenameExtension, extension);
 }
 
+std::optional<AllowedFileTypes::Filter> AllowedFileTypes::filter() const {
+    Filter filter;
+    if (mEverything)
+        return filter;
+    const QStringList types = mTypes + mExactTypes;
+    if (std::any_of(types.begin(), types.end(), &isDirectoryType))
+        return std::nullopt;
+    for (const QString& suffix : mSuffixes)
+        filter.namePatterns << u'*' + suffix << u'*' + suffix.toUpper();
+    for (const QMimeType& mimeType : QMimeDatabase().allMimeTypes()) {
+        const QString type = UTTypeCreatePreferredIdentifierForTag(kUTTagClassMIMEType, mimeType.name());
+        const auto isAllowed = [this, all = UTTypeCopyConformances(type)](const QString& wanted) {
+            return all.contains(wanted, Qt::CaseInsensitive);
+        };
+        if (mExactTypes.contains(type, Qt::CaseInsensitive) || std::any_of(mTypes.begin(), mTypes.end(), isAllowed))
+            filter.mimeTypes << mimeType.name();
+    }
+    return filter;
+}
+
 bool AllowedFileTypes::matches(const QString& path) const {
     if (mEverything)
         return true;

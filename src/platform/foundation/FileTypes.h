@@ -4,6 +4,8 @@
 // Any thread; may read the first bytes of a file.
 #pragma once
 
+#include <optional>
+
 #include <QStringList>
 
 class QFileInfo;
@@ -35,6 +37,14 @@ public:
     bool isEverything() const { return mEverything; }
     /// Links are followed.
     bool matches(const QString& path) const;
+
+    /// Nearly the same for choosers that know no type identifiers: patterns of names and MIME types.
+    struct Filter {
+        QStringList namePatterns;
+        QStringList mimeTypes;
+    };
+    /// nullopt when folders are among the allowed types, for which such choosers have no word. Everything: empty lists.
+    std::optional<Filter> filter() const;
 
 private:
     void add(const QString& entry);
