@@ -6,6 +6,7 @@
 """
 import json
 import os
+import select
 import signal
 import subprocess
 
@@ -34,8 +35,9 @@ def called(connection, sender, path, interface, method, arguments, invocation):
     token = options.pop("handle_token")
     request = PATH + "/request/" + sender[1:].replace(".", "_") + "/" + token
     connection.register_object(request, interfaces[1], called)
-    print(json.dumps([method, window.partition(":")[0], title, options]), flush=True)
     invocation.return_value(GLib.Variant("(o)", (request,)))
+    connection.flush_sync()
+    print(json.dumps([method, window.partition(":")[0], title, options]), flush=True)
 def told(channel, condition):
     global refuses
     line = sys.stdin.readline()
@@ -89,6 +91,7 @@ class FilePortal(harness.AppletCase):
             self.portal = None
 
     def said(self):
+        self.assertTrue(select.select([self.portal.stdout], [], [], harness.DEADLINE)[0], "the portal was told nothing")
         return json.loads(self.portal.stdout.readline())
 
     def answer(self, *what):
