@@ -96,7 +96,7 @@ TEST(Launch, ForAnEventInPlaceOfTheRunLeavesTheRunToTheEvent) {
             // A second launch by hand asks for the run like an event, but only the first time.
             if (row.runs)
                 for (int time = 0; time < 2; ++time)
-                    applet.delegate->applicationWillReopen();
+                    applet.delegate->applicationWillReopen(true);
             applet.settle();
             EXPECT_EQ(ScriptedComponent::calls(), row.runs ? Calls{"run"} : Calls());
             EXPECT_EQ(applet.ended(), row.ended);
@@ -118,7 +118,7 @@ TEST(Launch, TheFirstWindowSoonAfterItIsWhatTheUserWaitsFor) {
         {"not when the run is over", "run", kStay, false, [](Applet& applet) { applet.settle(); }, false},
         {"not in an idle call", "idle", kStay, false, [](Applet& applet) { applet.advance(1); }, false},
         {"not for somebody else", "run", kStay, true, [](Applet&) {}, false},
-        {"launched again", "run", kStay, true, [](Applet& applet) { applet.delegate->applicationWillReopen(); }, true},
+        {"launched again", "run", kStay, true, [](Applet& applet) { applet.delegate->applicationWillReopen(true); }, true},
     };
     for (const auto& row : table) {
         Applet applet({.handlers = row.handlers, .info = row.info, .insteadOfRun = row.insteadOfRun});

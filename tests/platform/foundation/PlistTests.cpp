@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QRandomGenerator>
 #include <QStringEncoder>
+#include <QTimeZone>
 #include <QUrl>
 
 namespace quoddle {
@@ -67,7 +68,7 @@ TEST(Plist, ReadsEveryTypeFromXMLAndBinary) {
         EXPECT_EQ(map.value(u"big"_s).toULongLong(), 9223372036854775813ull);
         EXPECT_EQ(map.value(u"real"_s), QVariant(2.5));
         EXPECT_EQ(map.value(u"data"_s), QVariant(QByteArray("\x00\x01\xfe", 3)));
-        EXPECT_EQ(map.value(u"date"_s).toDateTime(), QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9), Qt::UTC));
+        EXPECT_EQ(map.value(u"date"_s).toDateTime(), QDateTime(QDate(2026, 3, 5), QTime(14, 7, 9), QTimeZone::utc()));
         EXPECT_EQ(map.value(u"list"_s).toList().value(2).toList().value(0).toInt(), 3);
         EXPECT_EQ(map.value(u"empty"_s), QVariant(u""_s));
     }
