@@ -155,7 +155,7 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
     return Installed{places.entry, isOther ? *before : QString()};
 }
 
-Result<QString, std::string> uninstall(const std::string& word) {
+Result<InstalledApplet, std::string> findInstalled(const std::string& word) {
     const QString text = QFile::decodeName(word.c_str());
     QStringList found;
     for (const QString& name : installedNames()) {
@@ -168,12 +168,17 @@ Result<QString, std::string> uninstall(const std::string& word) {
     if (found.size() > 1)
         return Failure{printable(text) + ": several applets are installed under this name: " + printable(found.join(u", "_s)) +
                        "; give one of these"};
-    const Places places(found.front());
+    const QString entry = desktopEntryPath(found.front());
+    return InstalledApplet{found.front(), entry, desktopEntryValue(entry, kDesktopEntryBundleKey).value_or(QString())};
+}
+
+std::string uninstall(const InstalledApplet& applet) {
+    const Places places(applet.desktopName);
     if (!QFile::remove(places.entry))
-        return Failure{printable(places.entry) + ": cannot be removed; no permission to write there"};
+        return printable(places.entry) + ": cannot be removed; no permission to write there";
     removeAll(places);
     tellDesktop();
-    return places.entry;
+    return "";
 }
 
 } // namespace quoddle::tool

@@ -22,8 +22,16 @@ struct Installed {
 /// Installs a bundle, in place of an earlier one with the same identifier. On an error, which is a sentence, nothing new is left behind.
 Result<Installed, std::string> install(const NSBundle& bundle, const std::string& shell);
 
-/// Removes an installed applet. `word` is the path of its bundle, which need not exist any more, its title, or its desktop name. Answers
-/// the path of the entry that was removed, or an error as a sentence.
-Result<QString, std::string> uninstall(const std::string& word);
+struct InstalledApplet {
+    QString desktopName;
+    QString entry;  ///< path of the desktop entry
+    QString bundle; ///< its path, where no bundle need be any more
+};
+
+/// `word` is the path of the bundle, its title, or its desktop name. The error is a sentence.
+Result<InstalledApplet, std::string> findInstalled(const std::string& word);
+
+/// Removes what install() has made. Answers an error as a sentence; empty when there is none.
+std::string uninstall(const InstalledApplet& applet);
 
 } // namespace quoddle::tool

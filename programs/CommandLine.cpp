@@ -37,41 +37,52 @@ int printMisuse(const Program& program, const std::string& message, const std::s
     return kUsageError;
 }
 
+/// The first argument in a command's synopsis that has to be given.
+std::string firstArgument(const Command& command) {
+    std::string_view needed = command.arguments;
+    while (needed.starts_with('['))
+        needed.remove_prefix(needed.find("] ") + 2);
+    return std::string(needed.substr(0, needed.find_first_of(" .")));
+}
+
 /// Reads the words one after the other.
 class Parser {
 public:
-    Parser(const Program& program, const std::vector<std::string>& words) : mProgram(program), mWords(words) {}
+    Parser(const Program& program, const Command* command, const std::vector<std::string>& words)
+        : mProgram(program), mCommand(command), mOptions(command ? command->options : program.options), mWords(words) {}
 
     Result<Arguments, int> parse() {
+        const bool hasOptionsAnywhere = mCommand ? mCommand->hasOptionsAnywhere : mProgram.hasOptionsAnywhere;
         bool haveEnded = false;
         for (mAt = 0; mAt < mWords.size(); ++mAt) {
             const std::string& word = mWords[mAt];
             if (haveEnded || word.size() < 2 || word[0] != '-') {
                 mArguments.rest.push_back(word);
-                haveEnded |= !mProgram.hasOptionsAnywhere;
+                haveEnded |= !hasOptionsAnywhere;
             } else if (word == "--") {
                 haveEnded = true;
             } else if (word == kHelp) {
-                std::cout << helpOf(mProgram);
+                std::cout << (mCommand ? helpOf(mProgram, *mCommand) : helpOf(mProgram));
                 return Failure{EXIT_SUCCESS};
             } else if (word == kVersion) {
                 printVersion(std::string(mProgram.name).c_str());
                 return Failure{EXIT_SUCCESS};
             } else if (const std::string fault = word[1] == '-' ? takeLong(word.substr(2)) : takeLetters(word); !fault.empty()) {
-                return Failure{misuse(mProgram, fault)};
+                return Failure{fail(fault)};
             }
         }
-        if (mArguments.rest.size() < mProgram.fewest)
-            return Failure{misuse(mProgram, "arguments are missing")};
-        if (mArguments.rest.size() > mProgram.most)
-            return Failure{misuse(mProgram, "too many arguments")};
+        if (mArguments.rest.size() < (mCommand ? mCommand->fewest : mProgram.fewest))
+            return Failure{fail(mCommand ? std::string(mCommand->name) + " needs " + firstArgument(*mCommand) : "arguments are missing")};
+        if (mArguments.rest.size() > (mCommand ? mCommand->most : mProgram.most))
+            return Failure{fail((mCommand ? std::string(mCommand->name) + ": " : "") + "too many arguments")};
         return std::move(mArguments);
     }
 
 private:
+    int fail(const std::string& message) const { return mCommand ? misuse(mProgram, *mCommand, message) : misuse(mProgram, message); }
     const Option* find(std::string_view name) const {
-        const auto found = std::find_if(mProgram.options.begin(), mProgram.options.end(), [&](const Option& o) { return o.name == name; });
-        return found == mProgram.options.end() ? nullptr : &*found;
+        const auto found = std::find_if(mOptions.begin(), mOptions.end(), [&](const Option& o) { return o.name == name; });
+        return found == mOptions.end() ? nullptr : &*found;
     }
 
     // Both answer what is wrong; empty when nothing is.
@@ -104,6 +115,8 @@ private:
     }
 
     const Program& mProgram;
+    const Command* const mCommand; ///< null for the words of the program itself
+    const std::span<const Option> mOptions;
     const std::vector<std::string>& mWords;
     std::size_t mAt = 0;
     Arguments mArguments;
@@ -123,7 +136,11 @@ std::string Arguments::valueOr(std::string_view name, std::string fallback) cons
 }
 
 Result<Arguments, int> parseArguments(const Program& program, const std::vector<std::string>& words) {
-    return Parser(program, words).parse();
+    return Parser(program, nullptr, words).parse();
+}
+
+Result<Arguments, int> parseArguments(const Program& program, const Command& command, const std::vector<std::string>& words) {
+    return Parser(program, &command, words).parse();
 }
 
 std::string usageOf(const Program& program) {
@@ -155,9 +172,12 @@ std::string helpOf(const Program& program) {
 
 std::string helpOf(const Program& program, const Command& command) {
     std::string out = usageOf(program, command) + "\n" + std::string(command.help);
+    std::size_t width = 0;
     for (const Option& option : command.options)
-        addRow(out, spelled(option), spelled(option).size(), option.help);
-    return out + (command.arguments.starts_with("APPLET") ? std::string(program.note) : "");
+        width = std::max(width, spelled(option).size());
+    for (const Option& option : command.options)
+        addRow(out, spelled(option), width, option.help);
+    return out + (firstArgument(command) == "APPLET" ? std::string(program.note) : "");
 }
 
 int misuse(const Program& program, const std::string& message) {

@@ -34,6 +34,7 @@ struct Command {
     std::size_t fewest;    ///< arguments
     std::size_t most;
     std::span<const Option> options = {};
+    bool hasOptionsAnywhere = false; ///< false: the first word that is no option ends them
 };
 
 struct Program {
@@ -62,6 +63,8 @@ struct Arguments {
 /// instead when the program is to end at once: 0 when help or version were asked for and have been printed, 2 when the words are wrong,
 /// with a message printed.
 Result<Arguments, int> parseArguments(const Program& program, const std::vector<std::string>& words);
+/// The same for the words behind a command.
+Result<Arguments, int> parseArguments(const Program& program, const Command& command, const std::vector<std::string>& words);
 
 std::string usageOf(const Program& program);
 std::string usageOf(const Program& program, const Command& command);

@@ -38,11 +38,20 @@ constexpr Option kCheckOptions[] = {
     {"json", "", "print what is missing as one JSON array"},
 };
 
+constexpr Option kPackOptions[] = {
+    {"o", "NAME", "the file to write", false, Offer::files},
+};
+
 constexpr Command kQuoddleCommands[] = {
-    {"run", "APPLET [FILE...]", "start an applet", "Starts an applet; FILEs are opened with it. One that runs already gets the files.\n", 1,
-     SIZE_MAX},
-    {"open", "FILE", "run a script, asking first",
-     "Runs a script as a double click on the desktop does: asks first, and shows an error in an alert. An applet is started.\n", 1, 1},
+    {"run", "APPLET [FILE...]", "start an applet",
+     "Starts an applet; FILEs are opened with it. One that runs already gets the files. A packed applet is unpacked first,\n"
+     "and keeps its place and what its script remembers from one run to the next.\n",
+     1, SIZE_MAX},
+    {"open", "FILE [ARGUMENT...]", "run a script or a packed applet, asking first",
+     "Runs a script as a double click on the desktop does: asks first, and shows an error in an alert. About a packed applet\n"
+     "it asks once: not when you have packed it or have run it before. An applet is started. Applets get the ARGUMENTs as\n"
+     "files to open; scripts take none.\n",
+     1, SIZE_MAX},
     {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0},
     {"quit", "APPLET", "ask an applet to quit",
      "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1},
@@ -57,13 +66,18 @@ constexpr Command kQuoddleCommands[] = {
      "Adds a start script and our settings, taken from those of Macs, to an applet that a Mac has saved, and tells what its\n"
      "script needs that is not here, as check does. Nothing else of the bundle changes, least of all its script.\n",
      1, 1},
+    {"pack", "APPLET [-o NAME.appletz]", "make one file of an applet, to give away",
+     "Writes NAME.appletz, by default the applet's own name, in the current folder. A file of this name is replaced. A double\n"
+     "click on it runs the applet. The same applet makes the same file, byte for byte. Links that lead out of the applet are\n"
+     "an error.\n",
+     1, 1, kPackOptions, true},
     {"install", "APPLET", "put an applet into the desktop's menu",
      "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
      "applet and opens its types of files with it. The bundle stays where it is. Installing again renews it.\n",
      1, 1},
     {"uninstall", "APPLET", "take it out again",
      "Removes what install has made; the bundle stays. APPLET may also be a path where no bundle is any more, or the name\n"
-     "in the menu.\n",
+     "in the menu. Of a packed applet the unpacked copy is removed too, with what its script remembers; the file stays.\n",
      1, 1},
 };
 
@@ -99,7 +113,8 @@ const Program kQuoddle = {
     .name = "quoddle",
     .synopsis = "COMMAND [ARGUMENT...]",
     .about = "Starts applets, tells which run, and makes them known to the desktop.\n",
-    .note = "APPLET is the path of a bundle (.app), or the name of an applet that runs, has run before or lies in ~/Applications.\n",
+    .note = "APPLET is the path of a bundle (.app) or of a packed applet (.appletz), or the name of an applet that runs, has run before\n"
+            "or lies in ~/Applications.\n",
     .commands = kQuoddleCommands};
 
 } // namespace quoddle::tool

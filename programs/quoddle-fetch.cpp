@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
-// quoddle-fetch: fetches what updates of applets need: texts, and bundles that are downloaded, checked and unpacked.
+// quoddle-fetch: fetches what updates of applets need, texts, and bundles that are downloaded, checked and unpacked; packs applets into
+// files, and unpacks these.
 //
 //   quoddle-fetch text URL MAXIMUM                        the text on standard output
 //   quoddle-fetch bundle URL LENGTH SIGNATURE KEY FOLDER  a line with the number of bytes now and then, at the end the path of the bundle
+//   quoddle-fetch pack BUNDLE FILE                        makes the file
+//   quoddle-fetch unpack FILE SHA256 FOLDER               the path of the bundle, unpacked in the folder
 //
 // For programs only. An error is a line for people on standard error, with exit status 1.
 //
-// One decision: the code that reads the network and foreign archives runs in a process of its own. That process can be ended at any time
-// and takes no other one with it, and an applet that does not look for updates loads none of the libraries.
+// One decision: the code that reads the network and foreign archives, or makes such, runs in a process of its own. That process can be
+// ended at any time and takes no other one with it, and who needs none of it loads none of the libraries.
 #include "platform/base/ProgramMain.h"
 #include "platform/delivery/BundleArchive.h"
+#include "platform/delivery/BundlePacking.h"
 #include "platform/delivery/Download.h"
 #include "platform/delivery/Signature.h"
 #include "platform/foundation/Translations.h"
@@ -21,6 +25,7 @@
 #include <sys/stat.h>
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
 #include <QFile>
 
 using namespace quoddle;
@@ -95,6 +100,28 @@ int fetchBundle(const QStringList& words) {
     return EXIT_SUCCESS;
 }
 
+/// The file is copied first, so that what is unpacked is what has the sum, even when somebody else writes to the file meanwhile.
+int unpack(const QStringList& words) {
+    const QString folder = words[2], copy = folder + "/archive"_L1;
+    if (!QFile::copy(words[0], copy))
+        return report(QCoreApplication::translate("quoddle-fetch", "What was packed cannot be read."));
+    QFile file(copy);
+    QCryptographicHash sum(QCryptographicHash::Sha256);
+    if (!file.open(QIODevice::ReadOnly) || !sum.addData(&file) || sum.result().toHex() != words[1].toLatin1())
+        return report(QCoreApplication::translate("quoddle-fetch", "The file has changed meanwhile. Try again."));
+    const auto bundle = unpackBundle(copy, folder, {.onlyZip = true});
+    if (!bundle)
+        return report(bundle.error());
+    QFile::remove(copy);
+    tell(QFile::encodeName(*bundle));
+    return EXIT_SUCCESS;
+}
+
+int pack(const QStringList& words) {
+    const QString error = packBundle(words[0], words[1]);
+    return error.isEmpty() ? EXIT_SUCCESS : report(error);
+}
+
 int perform(int argc, char** argv) {
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
     // Messages of the toolkit are dropped, because the last line on standard error is read as our report.
@@ -106,8 +133,13 @@ int perform(int argc, char** argv) {
         return fetchText(words.mid(1));
     if (words.size() == 6 && words[0] == "bundle"_L1)
         return fetchBundle(words.mid(1));
+    if (words.size() == 3 && words[0] == "pack"_L1)
+        return pack(words.mid(1));
+    if (words.size() == 4 && words[0] == "unpack"_L1)
+        return unpack(words.mid(1));
     const bool isAsked = words == QStringList{u"--help"_s};
-    std::fputs("quoddle-fetch: fetches updates for applets; other programs start it when they need it\n", isAsked ? stdout : stderr);
+    std::fputs("quoddle-fetch: fetches updates for applets and unpacks them; other programs start it when they need it\n",
+               isAsked ? stdout : stderr);
     return isAsked ? EXIT_SUCCESS : kUsageError;
 }
 

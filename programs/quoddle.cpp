@@ -6,6 +6,7 @@
 #include "AppletInstallation.h"
 #include "Applets.h"
 #include "MissingParts.h"
+#include "PackedApplets.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/ae/transport/AEClient.h"
 #include "platform/ae/transport/AERunningApplications.h"
@@ -19,9 +20,12 @@
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QFileInfo>
+#include <QTemporaryDir>
 
 using namespace quoddle;
 
@@ -34,9 +38,22 @@ int fail(const std::string& message) {
     return EXIT_FAILURE;
 }
 
+/// The applet that a word means. A packed one is unpacked, and kept.
+Result<std::shared_ptr<NSBundle>, std::string> findOrKeepApplet(const std::string& word) {
+    if (!tool::isPackedApplet(word))
+        return tool::findApplet(word);
+    const auto packed = tool::PackedApplet::read(word);
+    if (!packed)
+        return Failure{tool::printable(packed.error())};
+    const auto kept = packed->keep();
+    if (!kept)
+        return Failure{tool::printable(kept.error())};
+    return tool::findApplet(*kept);
+}
+
 int run(const tool::Arguments& arguments) {
     const Words& words = arguments.rest;
-    const auto bundle = tool::findApplet(words[0]);
+    const auto bundle = findOrKeepApplet(words[0]);
     if (!bundle)
         return fail(bundle.error());
     const auto shell = tool::findShell();
@@ -56,7 +73,17 @@ int run(const tool::Arguments& arguments) {
 int openFile(const tool::Arguments& arguments) {
     const Words& words = arguments.rest;
     std::error_code error;
-    return std::filesystem::is_directory(words[0], error) ? run(arguments) : fail(tool::openScript(words[0]));
+    if (std::filesystem::is_directory(words[0], error))
+        return run(arguments);
+    if (tool::isPackedApplet(words[0])) {
+        const auto bundle = tool::openPackedApplet(words[0]);
+        if (!bundle)
+            return fail(bundle.error());
+        tool::Arguments unpacked = arguments;
+        unpacked.rest[0] = *bundle;
+        return bundle->empty() ? EXIT_SUCCESS : run(unpacked);
+    }
+    return words.size() == 1 ? fail(tool::openScript(words[0])) : fail(words[0] + ": only applets are opened with files");
 }
 
 /// Why the folder in which running applets are found cannot be used; empty when it can. Without it no applet would seem to run.
@@ -92,6 +119,11 @@ int list(const tool::Arguments&) {
 
 /// The running applet that a word means. When its bundle has gone meanwhile, the applet is found by its name.
 std::optional<AERunningApplication> findRunning(const std::string& word) {
+    if (tool::isPackedApplet(word)) {
+        const auto packed = tool::PackedApplet::read(word);
+        const auto kept = packed ? packed->keptBundle() : std::nullopt;
+        return kept ? AEFindRunningApplicationAtPath(*kept) : std::nullopt;
+    }
     if (const auto bundle = tool::findApplet(word))
         return AEFindRunningApplicationAtPath((*bundle)->bundlePath().toStdString());
     for (const AERunningApplication& application : AEListRunningApplications())
@@ -119,13 +151,42 @@ int quit(const tool::Arguments& arguments) {
     return status == noErr || status == connectionInvalid ? EXIT_SUCCESS : fail(name + ": error " + std::to_string(status));
 }
 
+/// Words with the bundles that packed applets hold in their place, which last as long as this.
+class ReadableApplets {
+public:
+    /// Answers an error as a sentence; empty when there is none.
+    std::string unpackIn(Words& words) {
+        for (std::string& word : words) {
+            if (!tool::isPackedApplet(word))
+                continue;
+            mFolders.push_back(std::make_unique<QTemporaryDir>());
+            const auto packed = tool::PackedApplet::read(word);
+            const auto bundle = packed ? packed->bundleToRead(*mFolders.back()) : Result<std::string, QString>(Failure{packed.error()});
+            if (!bundle)
+                return tool::printable(bundle.error());
+            word = *bundle;
+        }
+        return "";
+    }
+
+private:
+    std::vector<std::unique_ptr<QTemporaryDir>> mFolders;
+};
+
 int info(const tool::Arguments& arguments) {
-    const Words& words = arguments.rest;
+    Words words = arguments.rest;
+    ReadableApplets readable;
+    if (const std::string error = readable.unpackIn(words); !error.empty())
+        return fail(error);
     const auto bundle = tool::findApplet(words[0]);
     if (!bundle)
         return fail(bundle.error());
     bool isComplete = true;
-    for (const auto& [label, value] : tool::infoOf(**bundle, isComplete))
+    auto lines = tool::infoOf(**bundle, isComplete);
+    for (tool::InfoLine& line : lines)
+        if (line.label == "Path" && words != arguments.rest)
+            line.value = tool::printable(QFileInfo(QFile::decodeName(arguments.rest[0].c_str())).absoluteFilePath());
+    for (const auto& [label, value] : lines)
         std::cout << label << ":" << std::string(16 - label.size(), ' ') << value << "\n";
     return isComplete ? EXIT_SUCCESS : EXIT_FAILURE;
 }
@@ -149,9 +210,20 @@ int adopt(const tool::Arguments& arguments) {
     return EXIT_SUCCESS;
 }
 
+int pack(const tool::Arguments& arguments) {
+    const auto bundle = tool::findApplet(arguments.rest[0]);
+    if (!bundle)
+        return fail(bundle.error());
+    const auto packed = tool::packApplet((*bundle)->bundlePath().toStdString(), arguments.valueOr("o", ""));
+    if (!packed)
+        return fail(packed.error());
+    std::cout << "Packed: " << tool::printable(QString::fromStdString(*packed)) << "\n";
+    return EXIT_SUCCESS;
+}
+
 int install(const tool::Arguments& arguments) {
     const Words& words = arguments.rest;
-    const auto bundle = tool::findApplet(words[0]);
+    const auto bundle = findOrKeepApplet(words[0]);
     if (!bundle)
         return fail(bundle.error());
     const auto shell = tool::findShell();
@@ -166,64 +238,63 @@ int install(const tool::Arguments& arguments) {
     return EXIT_SUCCESS;
 }
 
+/// Takes an applet out of the menu, and removes a bundle that was kept for a packed one.
 int uninstall(const tool::Arguments& arguments) {
-    const Words& words = arguments.rest;
-    const auto removed = tool::uninstall(words[0]);
-    if (!removed)
-        return fail(removed.error());
-    std::cout << "Removed: " << tool::printable(*removed) << "\n";
+    const std::string& word = arguments.rest[0];
+    std::optional<tool::PackedApplet> packed;
+    if (tool::isPackedApplet(word)) {
+        const auto read = tool::PackedApplet::read(word);
+        if (!read)
+            return fail(tool::printable(read.error()));
+        if (!read->isKnown())
+            return fail(word + ": not installed, and never opened here");
+        packed = *read;
+    }
+    const auto kept = packed ? packed->keptBundle() : std::nullopt;
+    const auto installed = tool::findInstalled(packed ? kept.value_or("/") : word);
+    if (!installed && !packed)
+        return fail(installed.error());
+    const QString bundle = installed ? installed->bundle : QFile::decodeName(kept.value_or("").c_str());
+    const bool isKept = packed || tool::isKeptBundle(bundle);
+    if (isKept && AEFindRunningApplicationAtPath(bundle.toStdString()))
+        return fail(tool::printable(bundle) + ": the applet runs, and its copy is to be removed; quit it first");
+    if (const std::string error = installed ? tool::uninstall(*installed) : ""; !error.empty())
+        return fail(error);
+    if (const QString error = packed ? packed->forget() : isKept ? tool::removeKeptBundle(bundle) : QString(); !error.isEmpty())
+        return fail(tool::printable(error));
+    for (const QString& removed : {installed ? installed->entry : QString(), isKept ? bundle : QString()})
+        if (!removed.isEmpty())
+            std::cout << "Removed: " << tool::printable(removed) << "\n";
     return EXIT_SUCCESS;
 }
 
 int check(const tool::Arguments& arguments) {
-    return tool::tellMissingParts(arguments.rest, arguments.has("json"));
+    Words words = arguments.rest;
+    ReadableApplets readable;
+    if (const std::string error = readable.unpackIn(words); !error.empty())
+        return fail(error);
+    return tool::tellMissingParts(words, arguments.has("json"));
 }
 
 constexpr struct {
     std::string_view name;
     int (*perform)(const tool::Arguments& arguments);
-} kFunctions[] = {{"run", run},     {"open", openFile}, {"list", list},       {"quit", quit},          {"info", info},
-                  {"check", check}, {"adopt", adopt},   {"install", install}, {"uninstall", uninstall}};
+} kFunctions[] = {{"run", run},     {"open", openFile}, {"list", list}, {"quit", quit},       {"info", info},
+                  {"check", check}, {"adopt", adopt},   {"pack", pack}, {"install", install}, {"uninstall", uninstall}};
 
-/// The words behind a command; an exit status when the program is to end at once.
-Result<tool::Arguments, int> argumentsFor(const tool::Command& command, Words words) {
+/// The words behind a command; an exit status when the program is to end at once. Help may be asked for behind the arguments.
+Result<tool::Arguments, int> argumentsFor(const tool::Command& command, const Words& words) {
     const auto end = std::find(words.begin(), words.end(), "--");
-    if (std::find(words.begin(), end, "--help") != end) {
-        std::cout << tool::helpOf(tool::kQuoddle, command);
-        return Failure{EXIT_SUCCESS};
-    }
-    tool::Arguments arguments;
-    while (!command.options.empty() && !words.empty() && words[0].starts_with("--") && words[0] != "--") {
-        const auto option = std::find_if(command.options.begin(), command.options.end(),
-                                         [&](const tool::Option& o) { return words[0].substr(2) == o.name; });
-        if (option == command.options.end())
-            break;
-        if (arguments.has(option->name))
-            return Failure{tool::misuse(tool::kQuoddle, command, "option " + words[0] + " is given twice")};
-        arguments.given.emplace_back(option->name, "");
-        words.erase(words.begin());
-    }
-    if (const auto separator = std::find(words.begin(), words.end(), "--"); separator != words.end())
-        words.erase(separator);
-    else if (!words.empty() && words[0].starts_with("-"))
-        return Failure{tool::misuse(tool::kQuoddle, command, "unknown option " + words[0])};
-    arguments.rest = std::move(words);
-    return arguments;
+    if (std::find(words.begin(), end, "--help") == end)
+        return tool::parseArguments(tool::kQuoddle, command, words);
+    std::cout << tool::helpOf(tool::kQuoddle, command);
+    return Failure{EXIT_SUCCESS};
 }
 
-int perform(const tool::Command& command, Words words) {
-    const auto arguments = argumentsFor(command, std::move(words));
+int perform(const tool::Command& command, const Words& words) {
+    const auto arguments = argumentsFor(command, words);
     if (!arguments)
         return arguments.error();
-    if (arguments->rest.size() < command.fewest) {
-        std::string_view needed = command.arguments;
-        while (needed.starts_with('['))
-            needed.remove_prefix(needed.find(' ') + 1);
-        return tool::misuse(tool::kQuoddle, command,
-                            std::string(command.name) + " needs " + std::string(needed.substr(0, needed.find_first_of(" ."))));
-    }
-    if (arguments->rest.size() > command.most)
-        return tool::misuse(tool::kQuoddle, command, std::string(command.name) + ": too many arguments");
     return std::find_if(std::begin(kFunctions), std::end(kFunctions), [&](const auto& f) { return f.name == command.name; })
         ->perform(*arguments);
 }
@@ -242,7 +313,7 @@ int performCommandLine(int argc, char** argv) {
         return tool::misuse(tool::kQuoddle, "unknown command " + words[0]);
     words.erase(words.begin());
     QCoreApplication application(argc, argv);
-    return perform(*command, std::move(words));
+    return perform(*command, words);
 }
 
 } // namespace

@@ -334,6 +334,29 @@
     </message>
 </context>
 <context>
+    <name>PackedApplets</name>
+    <message>
+        <source>“%1” cannot be read: %2</source>
+        <translation>„%1“ kann nicht gelesen werden: %2</translation>
+    </message>
+    <message>
+        <source>its name is not UTF-8; rename it</source>
+        <translation>der Name ist nicht in UTF-8; benennen Sie die Datei um</translation>
+    </message>
+    <message>
+        <source>it is too large</source>
+        <translation>die Datei ist zu groß</translation>
+    </message>
+    <message>
+        <source>there is no applet in it</source>
+        <translation>darin ist kein Applet</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Der Ordner %1 kann nicht angelegt werden.</translation>
+    </message>
+</context>
+<context>
     <name>Places</name>
     <message>
         <source>Home</source>
@@ -407,6 +430,49 @@
     <message>
         <source>Find files</source>
         <translation>Dateien suchen</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptOpening</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Ausführen</translation>
+    </message>
+    <message>
+        <source>Do you want to run the script “%1”?
+
+A script can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>Möchten Sie das Skript „%1“ ausführen?
+
+Ein Skript kann alles tun, was Sie tun können, mit allen Ihren Dateien. Führen Sie es nur aus, wenn Sie wissen, woher es kommt.</translation>
+    </message>
+    <message>
+        <source>Run Script</source>
+        <translation>Skript ausführen</translation>
+    </message>
+    <message>
+        <source>“%1” could not finish.</source>
+        <translation>„%1“ konnte nicht zu Ende laufen.</translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened.</source>
+        <translation>„%1“ konnte nicht geöffnet werden.</translation>
+    </message>
+    <message>
+        <source>Do you want to run the applet “%1”?
+
+You have not opened it before. An applet can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>Möchten Sie das Applet „%1“ ausführen?
+
+Sie haben es noch nie geöffnet. Ein Applet kann alles tun, was Sie tun können, mit allen Ihren Dateien. Führen Sie es nur aus, wenn Sie wissen, woher es kommt.</translation>
+    </message>
+    <message>
+        <source>Run Applet</source>
+        <translation>Applet ausführen</translation>
     </message>
 </context>
 <context>
@@ -566,6 +632,14 @@ Pfad: %@</translation>
     <message>
         <source>There is no folder to unpack the archive in.</source>
         <translation>Es gibt keinen Ordner, in dem das Archiv entpackt werden kann.</translation>
+    </message>
+    <message>
+        <source>What was packed cannot be read.</source>
+        <translation>Was gepackt wurde, kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The file has changed meanwhile. Try again.</source>
+        <translation>Die Datei hat sich inzwischen geändert. Versuchen Sie es noch einmal.</translation>
     </message>
 </context>
 <context>

@@ -334,6 +334,29 @@
     </message>
 </context>
 <context>
+    <name>PackedApplets</name>
+    <message>
+        <source>“%1” cannot be read: %2</source>
+        <translation>«%1» no se puede leer: %2</translation>
+    </message>
+    <message>
+        <source>its name is not UTF-8; rename it</source>
+        <translation>el nombre no está en UTF-8; cámbielo</translation>
+    </message>
+    <message>
+        <source>it is too large</source>
+        <translation>es demasiado grande</translation>
+    </message>
+    <message>
+        <source>there is no applet in it</source>
+        <translation>no contiene ningún applet</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>No se puede crear la carpeta %1.</translation>
+    </message>
+</context>
+<context>
     <name>Places</name>
     <message>
         <source>Home</source>
@@ -407,6 +430,49 @@
     <message>
         <source>Find files</source>
         <translation>Buscar archivos</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptOpening</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Ejecutar</translation>
+    </message>
+    <message>
+        <source>Do you want to run the script “%1”?
+
+A script can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>¿Desea ejecutar el script «%1»?
+
+Un script puede hacer todo lo que puede hacer usted, con todos sus archivos. Ejecútelo solo si sabe de dónde procede.</translation>
+    </message>
+    <message>
+        <source>Run Script</source>
+        <translation>Ejecutar script</translation>
+    </message>
+    <message>
+        <source>“%1” could not finish.</source>
+        <translation>«%1» no pudo terminar.</translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened.</source>
+        <translation>«%1» no se pudo abrir.</translation>
+    </message>
+    <message>
+        <source>Do you want to run the applet “%1”?
+
+You have not opened it before. An applet can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>¿Desea ejecutar el applet «%1»?
+
+No lo ha abierto antes. Un applet puede hacer todo lo que puede hacer usted, con todos sus archivos. Ejecútelo solo si sabe de dónde procede.</translation>
+    </message>
+    <message>
+        <source>Run Applet</source>
+        <translation>Ejecutar applet</translation>
     </message>
 </context>
 <context>
@@ -566,6 +632,14 @@ Ruta: %@</translation>
     <message>
         <source>There is no folder to unpack the archive in.</source>
         <translation>No hay ninguna carpeta en la que descomprimir el archivo.</translation>
+    </message>
+    <message>
+        <source>What was packed cannot be read.</source>
+        <translation>No se puede leer lo que se empaquetó.</translation>
+    </message>
+    <message>
+        <source>The file has changed meanwhile. Try again.</source>
+        <translation>El archivo ha cambiado mientras tanto. Inténtelo de nuevo.</translation>
     </message>
 </context>
 <context>

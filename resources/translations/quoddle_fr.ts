@@ -334,6 +334,29 @@
     </message>
 </context>
 <context>
+    <name>PackedApplets</name>
+    <message>
+        <source>“%1” cannot be read: %2</source>
+        <translation>« %1 » ne peut pas être lu : %2</translation>
+    </message>
+    <message>
+        <source>its name is not UTF-8; rename it</source>
+        <translation>son nom n’est pas en UTF-8 ; renommez-le</translation>
+    </message>
+    <message>
+        <source>it is too large</source>
+        <translation>il est trop volumineux</translation>
+    </message>
+    <message>
+        <source>there is no applet in it</source>
+        <translation>il ne contient pas d’applet</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>Le dossier %1 ne peut pas être créé.</translation>
+    </message>
+</context>
+<context>
     <name>Places</name>
     <message>
         <source>Home</source>
@@ -407,6 +430,49 @@
     <message>
         <source>Find files</source>
         <translation>Rechercher des fichiers</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptOpening</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Exécuter</translation>
+    </message>
+    <message>
+        <source>Do you want to run the script “%1”?
+
+A script can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>Voulez-vous exécuter le script « %1 » ?
+
+Un script peut faire tout ce que vous pouvez faire, avec tous vos fichiers. Ne l’exécutez que si vous savez d’où il vient.</translation>
+    </message>
+    <message>
+        <source>Run Script</source>
+        <translation>Exécuter le script</translation>
+    </message>
+    <message>
+        <source>“%1” could not finish.</source>
+        <translation>« %1 » n’a pas pu se terminer.</translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened.</source>
+        <translation>« %1 » n’a pas pu être ouvert.</translation>
+    </message>
+    <message>
+        <source>Do you want to run the applet “%1”?
+
+You have not opened it before. An applet can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>Voulez-vous exécuter l’applet « %1 » ?
+
+Vous ne l’avez encore jamais ouvert. Un applet peut faire tout ce que vous pouvez faire, avec tous vos fichiers. Ne l’exécutez que si vous savez d’où il vient.</translation>
+    </message>
+    <message>
+        <source>Run Applet</source>
+        <translation>Exécuter l’applet</translation>
     </message>
 </context>
 <context>
@@ -566,6 +632,14 @@ Chemin&#xa0;: %@</translation>
     <message>
         <source>There is no folder to unpack the archive in.</source>
         <translation>Il n’y a pas de dossier où extraire l’archive.</translation>
+    </message>
+    <message>
+        <source>What was packed cannot be read.</source>
+        <translation>Ce qui a été empaqueté ne peut pas être lu.</translation>
+    </message>
+    <message>
+        <source>The file has changed meanwhile. Try again.</source>
+        <translation>Le fichier a changé entre-temps. Réessayez.</translation>
     </message>
 </context>
 <context>

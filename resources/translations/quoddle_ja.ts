@@ -333,6 +333,29 @@
     </message>
 </context>
 <context>
+    <name>PackedApplets</name>
+    <message>
+        <source>“%1” cannot be read: %2</source>
+        <translation>“%1”を読み込めません: %2</translation>
+    </message>
+    <message>
+        <source>its name is not UTF-8; rename it</source>
+        <translation>名前がUTF-8ではありません。名前を変更してください</translation>
+    </message>
+    <message>
+        <source>it is too large</source>
+        <translation>ファイルが大きすぎます</translation>
+    </message>
+    <message>
+        <source>there is no applet in it</source>
+        <translation>アプレットが入っていません</translation>
+    </message>
+    <message>
+        <source>The folder %1 cannot be made.</source>
+        <translation>フォルダ%1を作成できません。</translation>
+    </message>
+</context>
+<context>
     <name>Places</name>
     <message>
         <source>Home</source>
@@ -406,6 +429,49 @@
     <message>
         <source>Find files</source>
         <translation>ファイルを検索</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptOpening</name>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>実行</translation>
+    </message>
+    <message>
+        <source>Do you want to run the script “%1”?
+
+A script can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>スクリプト“%1”を実行しますか？
+
+スクリプトは、あなたのすべてのファイルに対して、あなたにできることを何でも行えます。どこから来たものかわかっている場合にだけ実行してください。</translation>
+    </message>
+    <message>
+        <source>Run Script</source>
+        <translation>スクリプトを実行</translation>
+    </message>
+    <message>
+        <source>“%1” could not finish.</source>
+        <translation>“%1”は最後まで実行できませんでした。</translation>
+    </message>
+    <message>
+        <source>“%1” could not be opened.</source>
+        <translation>“%1”を開けませんでした。</translation>
+    </message>
+    <message>
+        <source>Do you want to run the applet “%1”?
+
+You have not opened it before. An applet can do whatever you can do, with all of your files. Run it only if you know where it comes from.</source>
+        <translation>アプレット“%1”を実行しますか？
+
+このアプレットを開くのは初めてです。アプレットは、あなたのすべてのファイルに対して、あなたにできることを何でも行えます。どこから来たものかわかっている場合にだけ実行してください。</translation>
+    </message>
+    <message>
+        <source>Run Applet</source>
+        <translation>アプレットを実行</translation>
     </message>
 </context>
 <context>
@@ -565,6 +631,14 @@ Path: %@</source>
     <message>
         <source>There is no folder to unpack the archive in.</source>
         <translation>アーカイブを展開するフォルダがありません。</translation>
+    </message>
+    <message>
+        <source>What was packed cannot be read.</source>
+        <translation>パックされたファイルを読み込めません。</translation>
+    </message>
+    <message>
+        <source>The file has changed meanwhile. Try again.</source>
+        <translation>その間にファイルが変更されました。もう一度お試しください。</translation>
     </message>
 </context>
 <context>

@@ -12,6 +12,7 @@
 #include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
 #include "platform/delivery/BundleArchive.h"
+#include "platform/delivery/BundlePacking.h"
 #include "platform/foundation/BinaryPlistBuilder.h"
 #include "platform/foundation/DesktopEntry.h"
 #include "platform/foundation/Plist.h"
@@ -357,7 +358,11 @@ Inputs archives() {
 
 void unpack(const std::string& bytes) {
     const QTemporaryDir folder;
-    (void)unpackBundle(fileWith(bytes, QStringLiteral("archive")), folder.path(), {.bytes = 1 << 20, .entries = 100});
+    const QString archive = fileWith(bytes, QStringLiteral("archive"));
+    (void)unpackBundle(archive, folder.path(), {.bytes = 1 << 20, .entries = 100});
+    if (const auto bundle =
+            unpackBundle(archive, folder.filePath(QStringLiteral("zip")), {.bytes = 1 << 20, .entries = 100, .onlyZip = true}))
+        (void)packBundle(*bundle, folder.filePath(QStringLiteral("again")));
 }
 
 } // namespace
@@ -427,7 +432,8 @@ const std::vector<Target>& targets() {
          archives,
          {"PK\1\2", "PK\3\4", "../", "/", "A.app/", "ustar", "\x1f\x8b\x08", "BZh9",
           "\xfd"
-          "7zXZ"},
+          "7zXZ",
+          "PK\6\6", "a.app/", "\xcc\x81"},
          unpack},
         {"entry", desktopEntries, {"[Desktop Entry]\n", "=", "\\"}, readDesktopEntry},
     };

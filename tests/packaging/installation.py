@@ -20,6 +20,7 @@ DESKTOP = ("quoddle", "quoddle-shell", "quoddle-dialogs", "quoddle-clipboard", "
 # Every file, with the programs' own names in place of *.
 FILES = ["share/applications/quoddle.desktop", "share/metainfo/local.quoddle.Quoddle.metainfo.xml", "share/mime/packages/quoddle.xml",
          "share/icons/hicolor/scalable/apps/quoddle.svg", "share/icons/hicolor/scalable/mimetypes/application-x-applescript-compiled.svg",
+         "share/icons/hicolor/scalable/mimetypes/application-x-quoddle-appletz.svg",
          "share/icons/hicolor/scalable/mimetypes/text-x-applescript.svg", "share/doc/quoddle/copyright", "share/doc/quoddle/changelog.gz",
          "share/doc/quoddle-osa/copyright", "share/doc/quoddle-osa/changelog.gz",
          "share/org.kde.syntax-highlighting/syntax/applescript.xml", "share/gtksourceview-5/language-specs/applescript.lang",
@@ -82,8 +83,10 @@ class Installation(harness.AppletCase):
         (self.folder / "s.applescript").write_text("beep")
         (self.folder / "tool").write_text("#!/usr/bin/env -S osascript -l AppleScript\nbeep\n")
         (self.folder / "text").write_text("set x to 1\n")
+        self.call(self.prefix, "osacompile", "-o", "Tool 1.app", "-e", "beep")
+        self.assertEqual(self.call(self.prefix, "quoddle", "pack", "Tool 1.app").stdout, "Packed: Tool 1.appletz\n")
         for name, expected in [("main", "application/x-applescript-compiled"), ("Old.SCPT", "application/x-applescript-compiled"), ("s.applescript", "text/x-applescript"),
-                               ("tool", "text/x-applescript"), ("text", "text/plain")]:
+                               ("tool", "text/x-applescript"), ("text", "text/plain"), ("Tool 1.appletz", "application/x-quoddle-appletz")]:
             said = self.call(self.prefix, "gio", "info", "-a", "standard::content-type", name).stdout
             self.assertIn(f"standard::content-type: {expected}\n", said, name)
         for file in [share / "mime" / name for name in os.listdir(share / "mime") if name != "packages"]:

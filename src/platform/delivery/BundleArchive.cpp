@@ -2,11 +2,12 @@
 #include "platform/delivery/BundleArchive.h"
 
 #include "platform/base/FileDescriptor.h"
+#include "platform/delivery/ArchiveNames.h"
 
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
-#include <optional>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -23,64 +24,29 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kBlock = 1 << 16;
-constexpr std::size_t kLongestName = 1024;
-constexpr std::size_t kDeepest = 64;
-
 struct ArchiveReleaser {
     void operator()(archive* opened) const { archive_read_free(opened); }
 };
 
-using Path = std::vector<std::string>; // the components
-
-/// nullopt when a part leads out of the folder or names nothing.
-std::optional<Path> partsOf(std::string_view name) {
-    const bool hasControls = std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
-    if (name.empty() || name.size() > kLongestName || name.front() == '/' || hasControls)
-        return std::nullopt;
-    Path parts;
-    while (!name.empty()) {
-        const std::string_view part = name.substr(0, name.find('/'));
-        name.remove_prefix(std::min(name.size(), part.size() + 1));
-        if (part == "..")
-            return std::nullopt;
-        if (!part.empty() && part != ".")
-            parts.emplace_back(part);
-    }
-    return parts.size() <= kDeepest ? std::optional(parts) : std::nullopt;
-}
-
-/// Whether a link `depth` folders below the bundle stays within the bundle. ".." is only allowed at the beginning, among real folders;
-/// behind a name it could start from wherever another link leads.
-bool staysInside(std::string_view target, std::size_t depth) {
-    if (target.empty() || target.size() > kLongestName || target.front() == '/')
-        return false;
-    std::size_t up = 0;
-    bool isDescending = false;
-    while (!target.empty()) {
-        const std::string_view part = target.substr(0, target.find('/'));
-        target.remove_prefix(std::min(target.size(), part.size() + 1));
-        if (part == "..") {
-            if (isDescending || ++up > depth)
-                return false;
-        } else if (!part.empty() && part != ".") {
-            isDescending = true;
-        }
-    }
-    return isDescending;
-}
-
 class Unpacking {
 public:
-    Unpacking(fs::path folder, const UnpackingBounds& bounds) : mFolder(std::move(folder)), mBounds(bounds) {}
+    Unpacking(fs::path folder, const UnpackingRules& rules) : mFolder(std::move(folder)), mRules(rules) {}
 
     Result<QString, QString> run(const QString& path) {
-        const FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC));
+        const FileDescriptor file(::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
         mArchive.reset(archive_read_new());
-        archive_read_support_format_zip(mArchive.get());
-        archive_read_support_format_tar(mArchive.get());
-        archive_read_support_filter_gzip(mArchive.get());
-        archive_read_support_filter_bzip2(mArchive.get());
-        archive_read_support_filter_xz(mArchive.get());
+        // By its directory, which is at the end: an archive without that is not whole.
+        archive_read_support_format_zip_seekable(mArchive.get());
+        if (!mRules.onlyZip) {
+            archive_read_support_format_zip_streamable(mArchive.get());
+            archive_read_support_format_tar(mArchive.get());
+            archive_read_support_filter_gzip(mArchive.get());
+            archive_read_support_filter_bzip2(mArchive.get());
+            archive_read_support_filter_xz(mArchive.get());
+        }
+        struct stat info {};
+        if (file.isOpen() && ::fstat(file.number(), &info) == 0)
+            mMostBytes = mRules.mostBytesFor(info.st_size);
         if (!file.isOpen() || archive_read_open_fd(mArchive.get(), file.number(), kBlock) != ARCHIVE_OK)
             return Failure{unreadable()};
         archive_entry* entry = nullptr;
@@ -120,17 +86,17 @@ private:
                      .arg(QString::fromUtf8(name ? name : "").left(200));
     }
 
+    void refuseNumber() { mError = QCoreApplication::translate("BundleArchive", "There are too many files in the archive."); }
+
     void take(archive_entry& entry) {
         const char* name = archive_entry_pathname_utf8(&entry);
-        const auto parts = name ? partsOf(name) : std::nullopt;
-        if (++mEntries > mBounds.entries) {
-            mError = QCoreApplication::translate("BundleArchive", "There are too many files in the archive.");
-            return;
-        }
+        const auto parts = name ? partsOfArchiveName(name) : std::nullopt;
+        if (++mEntries > mRules.entries)
+            return refuseNumber();
         if (!parts)
             return refuse(name);
-        if (parts->empty() || !parts->front().ends_with(".app") || parts->back().starts_with("._"))
-            return; // files beside the bundle, and "._" files with other systems' notes about a file
+        if (parts->empty() || !parts->front().ends_with(".app") || isNoteOfOtherSystem(parts->back()))
+            return; // no part of the bundle
         if (mBundle.empty())
             mBundle = parts->front();
         if (mBundle != parts->front()) {
@@ -141,6 +107,10 @@ private:
         const bool isLink = type == AE_IFLNK;
         if (archive_entry_hardlink(&entry) || (type != AE_IFDIR && parts->size() < 2))
             return refuse(name);
+        if (!mNames.add(*parts))
+            return refuse(name);
+        if (mNames.count() > mRules.entries)
+            return refuseNumber();
         fs::path place = mFolder;
         for (const std::string& part : *parts)
             place /= part;
@@ -158,7 +128,7 @@ private:
 
     void takeLink(archive_entry& entry, const fs::path& place, std::size_t depth, const char* name) {
         const char* target = archive_entry_symlink_utf8(&entry);
-        if (!target || !staysInside(target, depth))
+        if (!target || !staysInBundle(target, depth))
             return refuse(name);
         mLinks.push_back({place, target});
     }
@@ -173,7 +143,7 @@ private:
         la_ssize_t count = 0;
         while ((count = archive_read_data(mArchive.get(), block.data(), block.size())) > 0) {
             mBytes += count;
-            if (mBytes > mBounds.bytes) {
+            if (mBytes > mMostBytes) {
                 mError = QCoreApplication::translate("BundleArchive", "What is in the archive is too large.");
                 return;
             }
@@ -187,19 +157,20 @@ private:
     }
 
     const fs::path mFolder;
-    const UnpackingBounds mBounds;
+    const UnpackingRules mRules;
     std::unique_ptr<archive, ArchiveReleaser> mArchive;
     std::string mBundle; // the name of the bundle's folder
     std::vector<Link> mLinks;
-    qint64 mBytes = 0;
+    ArchiveNames mNames;
+    qint64 mBytes = 0, mMostBytes = 0;
     int mEntries = 0;
     QString mError;
 };
 
 } // namespace
 
-Result<QString, QString> unpackBundle(const QString& archive, const QString& folder, const UnpackingBounds& bounds) {
-    return Unpacking(QFile::encodeName(folder).toStdString(), bounds).run(archive);
+Result<QString, QString> unpackBundle(const QString& archive, const QString& folder, const UnpackingRules& rules) {
+    return Unpacking(QFile::encodeName(folder).toStdString(), rules).run(archive);
 }
 
 } // namespace quoddle

@@ -63,14 +63,14 @@ void pack(const QString& path, const Entries& entries, bool asZip) {
 class BundleArchive : public ::testing::Test {
 protected:
     /// The name of the unpacked bundle, or "error: …".
-    QString unpacked(const Entries& entries, bool asZip = false, const UnpackingBounds& bounds = {}) {
+    QString unpacked(const Entries& entries, bool asZip = false, const UnpackingRules& rules = {}) {
         target = place.filePath(QString::number(++count));
         QDir().mkpath(target);
         pack(archivePath(), entries, asZip);
-        return unpack(bounds);
+        return unpack(rules);
     }
-    QString unpack(const UnpackingBounds& bounds = {}) {
-        const auto bundle = unpackBundle(archivePath(), target, bounds);
+    QString unpack(const UnpackingRules& rules = {}) {
+        const auto bundle = unpackBundle(archivePath(), target, rules);
         return bundle ? QFileInfo(*bundle).fileName() : "error: "_L1 + bundle.error();
     }
     QString archivePath() const { return place.filePath(u"archive"_s); }
@@ -136,6 +136,10 @@ TEST_F(BundleArchive, RefusesWhatLeadsOutside) {
         {"no bundle", {{"README", "x"}}},
         {"nothing", {}},
         {"a line end in a name", {kInfo, {"A.app/a\nb", "x"}}},
+        {"one name in two spellings", {kInfo, {"A.app/Name", "x"}, {"A.app/name", "x"}}},
+        {"one folder in two spellings", {kInfo, {"A.app/contents/x", "x"}}},
+        {"one accent in two forms", {kInfo, {"A.app/\xC3\xA9", "x"}, {"A.app/e\xCC\x81", "x"}}},
+        {"a name that is no text", {kInfo, {"A.app/\xFF", "x"}}},
         {"an endless name", {kInfo, {"A.app/" + std::string(1100, 'n'), "x"}}},
     };
     for (const auto& [what, entries] : cases) {
@@ -152,14 +156,18 @@ TEST_F(BundleArchive, RefusesWhatLeadsOutside) {
 
 TEST_F(BundleArchive, HasBounds) {
     const Entries entries = {kInfo, {"A.app/b", std::string(5000, 'b')}, {"A.app/c", std::string(5000, 'c')}};
-    EXPECT_EQ(unpacked(entries, false, {.bytes = 10'004, .entries = 3}), u"A.app"_s);
-    EXPECT_EQ(unpacked(entries, false, {.bytes = 10'003, .entries = 3}), u"error: What is in the archive is too large."_s);
-    EXPECT_EQ(unpacked(entries, false, {.bytes = 10'004, .entries = 2}), u"error: There are too many files in the archive."_s);
+    EXPECT_EQ(unpacked(entries, false, {.bytes = 10'004, .entries = 5}), u"A.app"_s);
+    EXPECT_EQ(unpacked(entries, false, {.bytes = 10'003, .entries = 5}), u"error: What is in the archive is too large."_s);
+    EXPECT_EQ(unpacked(entries, false, {.bytes = 10'004, .entries = 4}), u"error: There are too many files in the archive."_s);
     // A small archive that expands to much data.
-    EXPECT_EQ(unpacked({kInfo, {"A.app/z", std::string(30 << 20, '\0')}}, true, {.bytes = 1 << 20, .entries = 3}),
+    EXPECT_EQ(unpacked({kInfo, {"A.app/z", std::string(30 << 20, '\0')}}, true, {.bytes = 1 << 20, .entries = 4}),
               u"error: What is in the archive is too large."_s);
     EXPECT_LT(QFileInfo(archivePath()).size(), 100'000);
     EXPECT_LE(QFileInfo(target + "/A.app/z"_L1).size(), 1 << 20);
+    // The size alone would pass; such an archive was made to fill the disk.
+    EXPECT_EQ(unpacked({kInfo, {"A.app/z", std::string(30 << 20, '\0')}}, true), u"error: What is in the archive is too large."_s);
+    EXPECT_EQ(unpacked({kInfo, {"A.app/z", std::string(15 << 20, '\0')}}, true), u"A.app"_s);
+    EXPECT_EQ(unpacked({kInfo}, false, {.onlyZip = true}).left(6), u"error:"_s);
 }
 
 TEST_F(BundleArchive, ReadsNoDamagedOne) {
