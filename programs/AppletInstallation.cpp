@@ -13,6 +13,7 @@
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
+#include <QMap>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -29,9 +30,19 @@ constexpr std::size_t kMaximumServiceSize = 64 << 10;
 struct Places {
     explicit Places(const QString& name)
         : entry(desktopEntryPath(name)), service(dataFolder() + u"/dbus-1/services/"_s + name + u".service"_s),
-          icon(dataFolder() + u"/quoddle/icons/"_s + name + u".png"_s) {}
+          package(dataFolder() + u"/mime/packages/"_s + name + u".xml"_s) {
+        for (const QString& type : {u"png"_s, u"svg"_s}) {
+            const QString size = type == "svg"_L1 ? u"scalable"_s : u"256x256"_s;
+            icons[type] = {dataFolder() + u"/quoddle/icons/"_s + name + u'.' + type,
+                           dataFolder() + u"/icons/hicolor/"_s + size + u"/mimetypes/"_s + name + u'.' + type};
+        }
+    }
     static QString dataFolder() { return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation); }
-    QString entry, service, icon;
+    QString entry, service, package;
+    struct IconPlaces {
+        QString applet, documents; ///< for the launcher, and in the theme for its types of files
+    };
+    QMap<QString, IconPlaces> icons; ///< by the type of the file
 };
 
 std::string messageFor(const QString& path, OSStatus status) {
@@ -66,11 +77,40 @@ bool isServiceForeign(const QString& path) {
     return text ? !isServiceOfOurs(*text) : stands(path);
 }
 
-void removeAll(const Places& places) {
+bool isPackageForeign(const QString& path) {
+    const auto text = readFile(path.toStdString(), kMaximumServiceSize);
+    return text ? !isMIMEPackageOfOurs(*text) : stands(path);
+}
+
+/// Removes the icons, and the types with theirs. Icons in the theme are only ours beside a package.
+void removeIconsAndTypes(const Places& places) {
+    const bool hadTypes = stands(places.package) && !isPackageForeign(places.package);
+    for (const auto& [applet, documents] : places.icons) {
+        QFile::remove(applet);
+        if (hadTypes)
+            QFile::remove(documents);
+    }
+    if (hadTypes)
+        QFile::remove(places.package);
+}
+
+void removeAll(const Places& places, const QString& name) {
     if (!isServiceForeign(places.service))
         QFile::remove(places.service);
-    for (const QString& path : {places.entry, places.icon})
-        QFile::remove(path);
+    QFile::remove(places.entry);
+    removeIconsAndTypes(places);
+    removeDefaultPrograms(name + u".desktop"_s);
+}
+
+void runIfThere(const QString& name, const QStringList& words) {
+    const QString program = QStandardPaths::findExecutable(name);
+    if (program.isEmpty())
+        return;
+    QProcess process;
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program, words);
+    if (!process.waitForFinished(kPatience))
+        process.kill();
 }
 
 /// Tells the bus and the desktop to read their files again. When one of the two does not answer in time, it reads them at its next start.
@@ -79,13 +119,12 @@ void tellDesktop() {
         bus->call(QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s,
                                                  u"ReloadConfig"_s),
                   QDBus::Block, kPatience);
-    const QString program = QStandardPaths::findExecutable(u"update-desktop-database"_s);
-    if (program.isEmpty())
-        return;
-    QProcess process;
-    process.start(program, {u"-q"_s, desktopEntriesFolder()});
-    if (!process.waitForFinished(kPatience))
-        process.kill();
+    runIfThere(u"update-desktop-database"_s, {u"-q"_s, desktopEntriesFolder()});
+}
+
+/// Makes the desktop read the packages of types anew.
+void tellOfTypes() {
+    runIfThere(u"update-mime-database"_s, {Places::dataFolder() + u"/mime"_s});
 }
 
 /// Whether a desktop entry can hold the path: it has escapes for line ends and tabs, but for no other control characters.
@@ -97,15 +136,26 @@ bool isExpressible(const QString& path) {
 }
 
 /// Writes the parts. The entry comes last, so that the desktop never sees it without the others.
-std::string writeParts(const DesktopApplet& applet, const Places& places, const std::optional<std::string>& icon) {
-    if (icon) {
-        if (std::string error = write(places.icon, *icon); !error.empty())
+std::string writeParts(const DesktopApplet& applet, const Places& places, const std::optional<Icon>& icon, DefaultProgram defaults) {
+    removeIconsAndTypes(places);
+    std::vector<std::pair<QString, std::string>> files;
+    if (icon)
+        files.emplace_back(places.icons[icon->type].applet, icon->bytes);
+    if (icon && !applet.ownTypes.isEmpty() && !stands(places.icons[icon->type].documents))
+        files.emplace_back(places.icons[icon->type].documents, icon->bytes);
+    if (!applet.ownTypes.isEmpty())
+        files.emplace_back(places.package, mimePackageText(applet));
+    files.emplace_back(places.service, serviceText(applet));
+    for (const auto& [path, bytes] : files)
+        if (std::string error = write(path, bytes); !error.empty())
             return error;
-    } else {
-        QFile::remove(places.icon);
-    }
-    std::string error = write(places.service, serviceText(applet));
-    return error.empty() ? write(places.entry, desktopEntryText(applet)) : error;
+    QStringList types = applet.mimeTypes;
+    if (defaults == DefaultProgram::applet)
+        for (const OwnType& type : applet.ownTypes)
+            types << type.mimeType;
+    if (std::string error = setDefaultPrograms(applet.desktopName + u".desktop"_s, types, defaults); !error.empty())
+        return error;
+    return write(places.entry, desktopEntryText(applet));
 }
 
 QString canonicalOr(const QString& path) {
@@ -123,7 +173,7 @@ QStringList installedNames() {
 
 } // namespace
 
-Result<Installed, std::string> install(const NSBundle& bundle, const std::string& shell) {
+Result<Installed, std::string> install(const NSBundle& bundle, const std::string& shell, DefaultProgram defaults) {
     const QString name = desktopNameForBundle(bundle);
     const Places places(name);
     DesktopApplet applet{.desktopName = name,
@@ -140,17 +190,23 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
     if (isServiceForeign(places.service))
         return Failure{printable(places.service) + ": a service that quoddle has not made; move it away first"};
 
-    const auto icon = pngIconOf(bundle);
+    if (isPackageForeign(places.package))
+        return Failure{printable(places.package) + ": types of files that quoddle has not made; move them away first"};
+    const auto icon = iconOf(bundle);
     if (icon)
-        applet.icon = places.icon;
+        applet.icon = places.icons[icon->type].applet;
     const QVariantMap info = bundle.infoDictionary();
     applet.mimeTypes = desktopTypesFor(documentTypesIn(info), info);
-    if (std::string error = writeParts(applet, places, icon); !error.empty()) {
+    applet.ownTypes = ownTypesIn(info);
+    const bool hadTypes = stands(places.package);
+    if (std::string error = writeParts(applet, places, icon, defaults); !error.empty()) {
         if (!before)
-            removeAll(places);
+            removeAll(places, name);
         return Failure{std::move(error)};
     }
     tellDesktop();
+    if (hadTypes || !applet.ownTypes.isEmpty())
+        tellOfTypes();
     const bool isOther = before && canonicalOr(*before) != applet.bundlePath && QFileInfo::exists(*before);
     return Installed{places.entry, isOther ? *before : QString()};
 }
@@ -176,8 +232,11 @@ std::string uninstall(const InstalledApplet& applet) {
     const Places places(applet.desktopName);
     if (!QFile::remove(places.entry))
         return printable(places.entry) + ": cannot be removed; no permission to write there";
-    removeAll(places);
+    const bool hadTypes = stands(places.package);
+    removeAll(places, applet.desktopName);
     tellDesktop();
+    if (hadTypes)
+        tellOfTypes();
     return "";
 }
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Makes an applet known to the desktop and takes it back: a desktop entry, a service of the session bus and an icon, all below the user's
-// data folder.
+// Makes an applet known to the desktop and takes it back: a desktop entry, a service of the session bus, an icon and its own types of
+// files, all below the user's data folder. Programs that have opened a type before stay its default (DefaultPrograms.h).
 //
 // Decision: the desktop entry is the record of what was installed. It is written last and removed first; the other files are found by its
 // name. The bundle stays where it is and is not changed.
 #pragma once
 
+#include "DefaultPrograms.h"
 #include "platform/base/Result.h"
 #include "platform/foundation/NSBundle.h"
 
@@ -20,7 +21,7 @@ struct Installed {
 };
 
 /// Installs a bundle, in place of an earlier one with the same identifier. On an error, which is a sentence, nothing new is left behind.
-Result<Installed, std::string> install(const NSBundle& bundle, const std::string& shell);
+Result<Installed, std::string> install(const NSBundle& bundle, const std::string& shell, DefaultProgram defaults);
 
 struct InstalledApplet {
     QString desktopName;

@@ -3,6 +3,9 @@
 
 #include "platform/foundation/DesktopEntry.h"
 
+#include <QRegularExpression>
+#include <QXmlStreamWriter>
+
 namespace quoddle::tool {
 
 using namespace Qt::StringLiterals;
@@ -10,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kMaximumTitleLength = 120;
+constexpr auto kPackageMark = " Made by quoddle install "_L1;
 constexpr auto kServiceMark = "# Made by quoddle install\n"_L1;
 
 QString withBackslashes(const QString& text, QLatin1StringView before) {
@@ -25,6 +29,12 @@ QString withBackslashes(const QString& text, QLatin1StringView before) {
 /// One word of a command line, quoted for the program that reads the desktop file.
 QString word(const QString& text) {
     return u'"' + withBackslashes(text, "\\\"`$"_L1) + u'"';
+}
+
+/// The first word of a command line. Some readers understand no quotes there, so it has them only when it needs them.
+QString programWord(const QString& path) {
+    static const QRegularExpression plain(u"^[A-Za-z0-9/_.+-]+$"_s);
+    return plain.match(path).hasMatch() ? path : word(path);
 }
 
 /// A line with the key and the value. Line ends and tabs are written as escapes and other control characters become blanks, so that a value
@@ -55,18 +65,21 @@ QString plainTitle(const QString& title) {
 } // namespace
 
 std::string desktopEntryText(const DesktopApplet& applet) {
-    const QString command = word(applet.shell) + u' ' + word(applet.bundlePath);
+    const QString command = programWord(applet.shell) + u' ' + word(applet.bundlePath);
     QString text = u"[Desktop Entry]\nType=Application\nVersion=1.4\n"_s;
     text += line(u"Name"_s, plainTitle(applet.title));
     text += line(u"Exec"_s, QString(command).replace(u'%', u"%%"_s) + u" %F"_s);
     if (!applet.icon.isEmpty())
         text += line(u"Icon"_s, applet.icon);
-    if (!applet.mimeTypes.isEmpty())
-        text += line(u"MimeType"_s, applet.mimeTypes.join(u';') + u';');
+    QStringList types = applet.mimeTypes;
+    for (const OwnType& type : applet.ownTypes)
+        types << type.mimeType;
+    if (!types.isEmpty())
+        text += line(u"MimeType"_s, types.join(u';') + u';');
     text += u"Categories=Utility;\nDBusActivatable=true\nActions=quit;\n"_s;
     text += line(kDesktopEntryBundleKey, applet.bundlePath);
     // Desktops that do not send actions over the bus run this command.
-    const QString quit = word(applet.tool) + u" quit "_s + word(applet.bundlePath);
+    const QString quit = programWord(applet.tool) + u" quit "_s + word(applet.bundlePath);
     text += u"\n[Desktop Action quit]\nName=Quit\n"_s + line(u"Exec"_s, QString(quit).replace(u'%', u"%%"_s));
     return text.toStdString();
 }
@@ -75,6 +88,34 @@ std::string serviceText(const DesktopApplet& applet) {
     return (kServiceMark + u"[D-BUS Service]\n"_s + line(u"Name"_s, applet.desktopName) +
             line(u"Exec"_s, word(applet.shell) + u" --activated "_s + word(applet.bundlePath)))
         .toStdString();
+}
+
+std::string mimePackageText(const DesktopApplet& applet) {
+    QString text;
+    QXmlStreamWriter writer(&text);
+    writer.setAutoFormatting(true);
+    writer.writeStartDocument();
+    writer.writeComment(kPackageMark);
+    writer.writeDefaultNamespace(u"http://www.freedesktop.org/standards/shared-mime-info"_s);
+    writer.writeStartElement(u"mime-info"_s);
+    for (const OwnType& type : applet.ownTypes) {
+        writer.writeStartElement(u"mime-type"_s);
+        writer.writeAttribute(u"type"_s, type.mimeType);
+        writer.writeTextElement(u"comment"_s, plainTitle(type.comment.isEmpty() ? applet.title + u" document"_s : type.comment));
+        if (!applet.icon.isEmpty()) {
+            writer.writeEmptyElement(u"icon"_s);
+            writer.writeAttribute(u"name"_s, applet.desktopName);
+        }
+        writer.writeEmptyElement(u"glob"_s);
+        writer.writeAttribute(u"pattern"_s, u"*."_s + type.extension);
+        writer.writeEndElement();
+    }
+    writer.writeEndDocument();
+    return text.toStdString();
+}
+
+bool isMIMEPackageOfOurs(std::string_view text) {
+    return text.substr(0, 200).find(kPackageMark.data()) != std::string_view::npos;
 }
 
 bool isServiceOfOurs(std::string_view text) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The text of the two files by which a desktop starts an applet: its desktop entry and its service on the session bus.
+// The texts of the files by which a desktop knows an applet: its desktop entry, its service on the session bus, its own types of files.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-#include <QStringList>
+#include "DocumentTypes.h"
 
 namespace quoddle::tool {
 
@@ -17,11 +17,15 @@ struct DesktopApplet {
     QString tool; ///< this program
     QString icon; ///< may be empty
     QStringList mimeTypes;
+    QList<OwnType> ownTypes;
 };
 
 std::string desktopEntryText(const DesktopApplet& applet);
 std::string serviceText(const DesktopApplet& applet);
-/// Whether the text of a service file was made by serviceText().
+/// A package for the database of MIME types: the applet's own types.
+std::string mimePackageText(const DesktopApplet& applet);
+/// Whether the text of a service file or of a MIME package was made here.
 bool isServiceOfOurs(std::string_view text);
+bool isMIMEPackageOfOurs(std::string_view text);
 
 } // namespace quoddle::tool

@@ -15,6 +15,7 @@ namespace {
 constexpr int kMaximumWords = 1000;
 constexpr qsizetype kMaximumWordLength = 120;
 const QString kAnyMIMEType = u"application/octet-stream"_s;
+constexpr auto kOwnTypes = "application/x-applet-"_L1;
 
 struct IdentifierRow {
     QLatin1StringView identifier;
@@ -84,11 +85,30 @@ void eachText(const QVariant& value, int& left, const std::function<void(const Q
     }
 }
 
-void addExtensionTypes(const QString& extension, QStringList& types) {
+bool isPlainExtension(const QString& extension) {
     static const QRegularExpression plain(u"^[A-Za-z0-9_+.-]+$"_s);
-    if (plain.match(extension).hasMatch())
-        for (const QMimeType& type : QMimeDatabase().mimeTypesForFileName(u"x."_s + extension))
+    return plain.match(extension).hasMatch();
+}
+
+/// The types that others than applets have brought to the desktop.
+QStringList typesOfOthers(const QString& extension) {
+    QStringList types;
+    for (const QMimeType& type : QMimeDatabase().mimeTypesForFileName(u"x."_s + extension))
+        if (!type.name().startsWith(kOwnTypes) && type.name() != kAnyMIMEType)
             types << type.name();
+    return types;
+}
+
+void addExtensionTypes(const QString& extension, QStringList& types) {
+    if (isPlainExtension(extension))
+        types += typesOfOthers(extension);
+}
+
+void addOwnType(const QString& extension, const QString& comment, QList<OwnType>& types) {
+    const QString type = kOwnTypes + extension.toLower();
+    const bool isThere = std::any_of(types.begin(), types.end(), [&](const OwnType& own) { return own.mimeType == type; });
+    if (!isThere && isPlainExtension(extension) && typesOfOthers(extension).isEmpty())
+        types.append({extension.toLower(), type, comment.simplified().left(kMaximumWordLength)});
 }
 
 /// Adds the types of an identifier that the bundle itself declares, by their extensions and MIME types.
@@ -163,6 +183,27 @@ QStringList desktopTypesFor(const DocumentTypes& types, const QVariantMap& info)
     result.removeDuplicates();
     result.sort();
     return result;
+}
+
+QList<OwnType> ownTypesIn(const QVariantMap& info) {
+    QList<OwnType> types;
+    int left = kMaximumWords;
+    for (const QVariant& item : info.value(u"CFBundleDocumentTypes"_s).toList().mid(0, kMaximumWords)) {
+        const QVariantMap entry = item.toMap();
+        eachText(entry.value(u"CFBundleTypeExtensions"_s), left,
+                 [&](const QString& extension) { addOwnType(extension, entry.value(u"CFBundleTypeName"_s).toString(), types); });
+        eachText(entry.value(u"LSItemContentTypes"_s), left, [&](const QString& identifier) {
+            for (const QVariant& declared : info.value(u"UTExportedTypeDeclarations"_s).toList().mid(0, kMaximumWords)) {
+                const QVariantMap declaration = declared.toMap();
+                if (declaration.value(u"UTTypeIdentifier"_s).toString() == identifier)
+                    eachText(declaration.value(u"UTTypeTagSpecification"_s).toMap().value(u"public.filename-extension"_s), left,
+                             [&](const QString& extension) {
+                                 addOwnType(extension, declaration.value(u"UTTypeDescription"_s).toString(), types);
+                             });
+            }
+        });
+    }
+    return types;
 }
 
 QString describe(const DocumentTypes& types) {

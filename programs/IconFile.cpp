@@ -4,6 +4,7 @@
 #include "platform/base/File.h"
 
 #include <QFileInfo>
+#include <QXmlStreamReader>
 
 namespace quoddle::tool {
 
@@ -29,6 +30,12 @@ std::uint32_t extentOf(std::string_view bytes) {
         return 0;
     const std::uint32_t width = numberAt(bytes, 16);
     return width == numberAt(bytes, 20) && width <= kMaximumExtent ? width : 0;
+}
+
+/// Whether the first element of a document is that of a vector graphic.
+bool isVectorGraphic(const std::string& bytes) {
+    QXmlStreamReader reader(QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    return reader.readNextStartElement() && reader.name() == "svg"_L1;
 }
 
 bool isBetter(std::uint32_t extent, std::uint32_t best) {
@@ -57,16 +64,19 @@ std::optional<std::string> pngFromIcon(std::string_view bytes) {
     return chosen.empty() ? std::nullopt : std::optional(std::string(chosen));
 }
 
-std::optional<std::string> pngIconOf(const NSBundle& bundle) {
+std::optional<Icon> iconOf(const NSBundle& bundle) {
     const QString name = bundle.infoDictionary().value(u"CFBundleIconFile"_s).toString();
     if (name.isEmpty() || name.contains(u'/'))
         return std::nullopt;
-    for (const QString& type : {QString(), u"icns"_s, u"png"_s}) {
+    for (const QString& type : {QString(), u"icns"_s, u"png"_s, u"svg"_s}) {
         const QString path = bundle.pathForResource(name, type);
         const auto bytes = path.isEmpty() ? Result<std::string, OSStatus>(Failure{fnfErr}) : readFile(path.toStdString(), kMaximumFileSize);
-        if (bytes)
-            if (auto png = pngFromIcon(*bytes))
-                return png;
+        if (!bytes)
+            continue;
+        if (auto png = pngFromIcon(*bytes))
+            return Icon{std::move(*png), u"png"_s};
+        if (path.endsWith(".svg"_L1, Qt::CaseInsensitive) && isVectorGraphic(*bytes))
+            return Icon{*bytes, u"svg"_s};
     }
     return std::nullopt;
 }

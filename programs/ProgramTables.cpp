@@ -38,6 +38,10 @@ constexpr Option kCheckOptions[] = {
     {"json", "", "print what is missing as one JSON array"},
 };
 
+constexpr Option kInstallOptions[] = {
+    {"default", "", "make it the program that opens its types of files"},
+};
+
 constexpr Option kPackOptions[] = {
     {"o", "NAME", "the file to write", false, Offer::files},
 };
@@ -71,10 +75,11 @@ constexpr Command kQuoddleCommands[] = {
      "click on it runs the applet. The same applet makes the same file, byte for byte. Links that lead out of the applet are\n"
      "an error.\n",
      1, 1, kPackOptions, true},
-    {"install", "APPLET", "put an applet into the desktop's menu",
+    {"install", "[--default] APPLET", "put an applet into the desktop's menu",
      "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
-     "applet and opens its types of files with it. The bundle stays where it is. Installing again renews it.\n",
-     1, 1},
+     "applet and offers it for its types of files. Extensions that no program knows become types of the applet's own. What has\n"
+     "opened a type before goes on to do so. The bundle stays where it is. Installing again renews it.\n",
+     1, 1, kInstallOptions},
     {"uninstall", "APPLET", "take it out again",
      "Removes what install has made; the bundle stays. APPLET may also be a path where no bundle is any more, or the name\n"
      "in the menu. Of a packed applet the unpacked copy is removed too, with what its script remembers; the file stays.\n",

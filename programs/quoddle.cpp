@@ -229,7 +229,8 @@ int install(const tool::Arguments& arguments) {
     const auto shell = tool::findShell();
     if (!shell)
         return fail(shell.error());
-    const auto installed = tool::install(**bundle, *shell);
+    const auto installed =
+        tool::install(**bundle, *shell, arguments.has("default") ? tool::DefaultProgram::applet : tool::DefaultProgram::before);
     if (!installed)
         return fail(installed.error());
     std::cout << "Installed: " << tool::printable(installed->entry) << "\n";

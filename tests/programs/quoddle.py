@@ -157,7 +157,8 @@ class Quoddle(unittest.TestCase):
 
     def files(self):
         """Answers the files in the data folder, except the cache of another program."""
-        return sorted(str(p.relative_to(self.data)) for p in self.data.rglob("*") if p.is_file() and p.name != "mimeinfo.cache")
+        made = {"mimeinfo.cache"} | {str(p.relative_to(self.data)) for p in (self.data / "mime").rglob("*") if p.parent.name != "packages"}
+        return sorted(str(p.relative_to(self.data)) for p in self.data.rglob("*") if p.is_file() and not {p.name, str(p.relative_to(self.data))} & made)
 
     def test_help_and_misuse(self):
         for command in ([], ["run"], ["list"], ["quit"], ["info"], ["install"], ["uninstall"]):
@@ -220,7 +221,7 @@ class Quoddle(unittest.TestCase):
         made = sorted([f"applications/{name}.desktop", f"dbus-1/services/{name}.service", f"quoddle/icons/{name}.png", "applications/other.desktop"])
         self.assertEqual(self.files(), made)
         self.assertEqual(entry["Name"], "Some Tool")
-        self.assertEqual(entry["Exec"], f'"{BIN}/quoddle-shell" "{bundle}" %F')
+        self.assertEqual(entry["Exec"], f'{BIN}/quoddle-shell "{bundle}" %F')
         self.assertEqual(entry["Icon"], str(self.data / f"quoddle/icons/{name}.png"))
         self.assertEqual(entry["X-Quoddle-Bundle"], str(bundle))
         self.assertEqual(self.info(bundle)[1]["Installed"], "yes")
@@ -298,7 +299,7 @@ class Quoddle(unittest.TestCase):
     def test_file_types(self):
         def types(*documents, **more):
             return self.install(self.make(info={"CFBundleDocumentTypes": list(documents)} | more)).get("MimeType")
-        self.assertEqual(types({"CFBundleTypeExtensions": ["png", "TXT", "no/such", "unheardof"]}), "image/png;text/plain;")
+        self.assertEqual(types({"CFBundleTypeExtensions": ["png", "TXT", "no/such", "a;b"]}), "image/png;text/plain;")
         self.assertEqual(types({"CFBundleTypeExtensions": ["*"]}), "application/octet-stream;")
         self.assertEqual(types({"LSItemContentTypes": ["com.adobe.pdf", "public.folder"], "CFBundleTypeMIMETypes": ["image/gif", "inode/directory", "x-scheme-handler/http", "x-content/unix-software", "image/*", "a;b"]}),
                          "application/pdf;image/gif;")
@@ -306,6 +307,76 @@ class Quoddle(unittest.TestCase):
             {"UTTypeIdentifier": "com.example.odd", "UTTypeTagSpecification": {"public.mime-type": ["text/x-odd", "x-scheme-handler/https"], "public.filename-extension": ["html"]}}]), "text/html;text/x-odd;")
         self.assertEqual(types({"CFBundleTypeOSTypes": ["fold"]}, 7, {"CFBundleTypeExtensions": {"a": 1}}), None)
         self.assertIn("image/png", types({"LSItemContentTypes": ["public.image"]}))
+
+    def asked(self, *words):
+        """Answers what a tool of the desktop says, in the environment of the applets."""
+        environment = self.environment | {"XDG_CONFIG_HOME": str(self.folder / "config"), "XDG_DATA_DIRS": f"{self.folder}/system:/usr/share", "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
+        return subprocess.run([*map(str, words)], env=environment, capture_output=True, text=True).stdout.strip()
+
+    def default(self, mime_type):
+        """Answers which program a type is opened with; all readers of the lists that are here say the same."""
+        said = {self.asked("gio", "mime", mime_type).splitlines()[0].rpartition(" ")[2]}
+        if shutil.which("xdg-mime"):
+            said.add(self.asked("xdg-mime", "query", "default", mime_type))
+        self.assertEqual(len(said), 1, said)
+        return said.pop()
+
+    def test_types_of_its_own(self):
+        info = {"CFBundleIdentifier": "com.example.tool", "CFBundleIconFile": "applet", "CFBundleDocumentTypes": [
+            {"CFBundleTypeExtensions": ["wombat", "txt"], "CFBundleTypeName": "Wombat <&> list"}, {"LSItemContentTypes": ["com.example.numbat"]}],
+            "UTExportedTypeDeclarations": [{"UTTypeIdentifier": "com.example.numbat", "UTTypeTagSpecification": {"public.filename-extension": "numbat"}}]}
+        file = self.folder / "list.wombat"
+        file.write_text("x")
+        for _ in range(2):  # installed again, the types are still its own
+            entry = self.install(self.make("Some Tool", icon=icns((b"ic07", png(128))), info=info))
+            self.assertEqual(entry["MimeType"], "text/plain;application/x-applet-wombat;application/x-applet-numbat;")
+        self.assertIn("application/x-applet-wombat", self.asked("gio", "info", "-a", "standard::content-type", file))
+        package = (self.data / "mime/packages/applet-com.example.tool.xml").read_text()
+        self.assertIn("<comment>Wombat &lt;&amp;&gt; list</comment>", package)
+        self.assertIn("<comment>Some Tool document</comment>", package)
+        self.assertIn("icons/hicolor/256x256/mimetypes/applet-com.example.tool.png", self.files())
+        self.assertEqual(self.default("application/x-applet-wombat"), "applet-com.example.tool.desktop")
+        # Another applet may have the same type, and keeps it when the first one goes.
+        other = self.make("Other", info={"CFBundleIdentifier": "com.example.other", "CFBundleDocumentTypes": [{"CFBundleTypeExtensions": ["WOMBAT"]}]})
+        self.install(other)
+        self.assertEqual(self.call("uninstall", "Some Tool")[0], 0)
+        self.assertEqual(self.default("application/x-applet-wombat"), "applet-com.example.other.desktop")
+        self.assertEqual(self.call("uninstall", "Other")[0], 0)
+        self.assertEqual(self.files(), [])
+        self.assertIn("text/plain", self.asked("gio", "info", "-a", "standard::content-type", file))
+        foreign = self.data / "mime/packages/applet-com.example.other.xml"
+        foreign.write_text("<mime-info/>")
+        self.assertIn("has not made", self.call("install", other)[2])
+        self.assertEqual(self.files(), ["mime/packages/applet-com.example.other.xml"])
+
+    def test_an_applet_does_not_become_the_default(self):
+        system = self.folder / "system/applications"
+        system.mkdir(parents=True)
+        (system / "zz-viewer.desktop").write_text("[Desktop Entry]\nType=Application\nName=Viewer\nExec=true %f\nMimeType=text/plain;image/png;\n")
+        (system / "mimeinfo.cache").write_text("[MIME Cache]\ntext/plain=zz-viewer.desktop;\nimage/png=zz-viewer.desktop;\n")
+        self.environment |= {"XDG_DATA_DIRS": f"{self.folder}/system:/usr/share", "XDG_CONFIG_HOME": str(self.folder / "config")}
+        viewer, types = "zz-viewer.desktop", ["png", "txt", "py"]
+        own, choices = self.data / "applications/mimeapps.list", self.folder / "config/mimeapps.list"
+        others = "# mine\n[Default Applications]\nimage/gif=a.desktop\n\n[Added Associations]\nimage/png=b.desktop;\n"
+        for what, before in (("nothing", None), ("a list", others)):
+            with self.subTest(what):
+                for path in (own, choices):
+                    path.parent.mkdir(parents=True, exist_ok=True)
+                    path.write_text(before) if before else path.unlink(missing_ok=True)
+                for name in ("First", "Second"):
+                    info = {"CFBundleIdentifier": "com.example." + name, "CFBundleDocumentTypes": [{"CFBundleTypeExtensions": types}]}
+                    self.assertEqual(self.call("install", self.make(name, info=info))[0], 0)
+                for kind in ("image/png", "text/plain", "text/x-python"):
+                    self.assertEqual(self.default(kind), viewer, kind)
+                self.assertEqual(self.call("uninstall", "First")[0], 0)
+                self.assertEqual(self.default("image/png"), viewer)
+                # When the user asks for it, the applet is the default until it goes.
+                self.assertEqual(self.call("install", "--default", "Second.app")[0], 0)
+                self.assertEqual(self.default("image/png"), "applet-com.example.Second.desktop")
+                self.assertEqual(self.call("uninstall", "Second")[0], 0)
+                self.assertEqual(self.default("image/png"), viewer)
+                for path in (own, choices):
+                    self.assertEqual(path.read_text() if path.exists() else None, before)
 
     def test_icons(self):
         small, good, large, oblong, huge = png(64), png(256), png(512), png(256, 128), png(2048)
@@ -318,10 +389,19 @@ class Quoddle(unittest.TestCase):
             (icns((b"ic08", good))[:40], None),
             (b"icns" + struct.pack(">I", 16) + b"ic08" + struct.pack(">I", 0), None),
             (b"", None),
+            (b"<html/>", None),
+            (b"<?xml version='1.0'?><svg xmlns='http://www.w3.org/2000/svg'/>", None),
         ]:
             self.install(self.make(icon=icon, info={"CFBundleIconFile": "applet.icns"}))
             found = list((self.data / "quoddle/icons").glob("*")) if (self.data / "quoddle/icons").exists() else []
             self.assertEqual([p.read_bytes() for p in found], [chosen] if chosen else [])
+        bundle = self.make(info={"CFBundleIconFile": "drawn"})
+        drawing = bundle / "Contents/Resources/drawn.svg"
+        for text, ending in (("<?xml version='1.0'?><svg xmlns='http://www.w3.org/2000/svg'/>", ".svg"), ("<html/>", None)):
+            drawing.write_text(text)
+            icon = self.install(bundle).get("Icon")
+            self.assertEqual(icon and (pathlib.Path(icon).suffix, pathlib.Path(icon).read_text()), ending and (ending, text))
+            self.assertEqual(len([file for file in self.files() if "icons" in file]), 1 if ending else 0)
 
     def test_run_hands_on_the_files(self):
         shell = self.folder / "shell"

@@ -68,11 +68,10 @@ QStringList identifiers(const DesktopEntryValues& group, const QString& type) {
     return group.value(type).split(u';', Qt::SkipEmptyParts);
 }
 
-QString firstName(const QStringList& applications, const QStringList& except = {}) {
+QString firstInstalled(const QStringList& applications, const QStringList& except) {
     for (const QString& identifier : applications)
-        if (!except.contains(identifier))
-            if (const QString name = nameOfApplication(identifier); !name.isEmpty())
-                return name;
+        if (!except.contains(identifier) && !nameOfApplication(identifier).isEmpty())
+            return identifier;
     return {};
 }
 
@@ -92,23 +91,31 @@ public:
             mCaches.push_back(desktopFileGroup(folder + u"/mimeinfo.cache"_s, u"MIME Cache"_s, kLargestList));
     }
 
-    QString defaultFor(const QString& type) const {
-        for (const Associations& list : mLists)
-            if (const QString name = firstName(identifiers(list.defaults, type)); !name.isEmpty())
-                return name;
-        QStringList removed;
-        for (const Associations& list : mLists) {
-            if (const QString name = firstName(identifiers(list.added, type), removed); !name.isEmpty())
-                return name;
-            removed += identifiers(list.removed, type);
-        }
-        for (const DesktopEntryValues& cache : mCaches)
-            if (const QString name = firstName(identifiers(cache, type), removed); !name.isEmpty())
-                return name;
+    /// The identifier of the program for a type, or else for one of those that it is a kind of.
+    QString defaultFor(const QMimeType& type, const QString& except = {}) const {
+        for (const QString& name : QStringList{type.name()} + type.allAncestors())
+            if (const QString application = defaultForOne(name, except); !application.isEmpty())
+                return application;
         return {};
     }
 
 private:
+    QString defaultForOne(const QString& type, const QString& except) const {
+        for (const Associations& list : mLists)
+            if (const QString found = firstInstalled(identifiers(list.defaults, type), {except}); !found.isEmpty())
+                return found;
+        QStringList passedOver = {except};
+        for (const Associations& list : mLists) {
+            if (const QString found = firstInstalled(identifiers(list.added, type), passedOver); !found.isEmpty())
+                return found;
+            passedOver += identifiers(list.removed, type);
+        }
+        for (const DesktopEntryValues& cache : mCaches)
+            if (const QString found = firstInstalled(identifiers(cache, type), passedOver); !found.isEmpty())
+                return found;
+        return {};
+    }
+
     QList<Associations> mLists;
     QList<DesktopEntryValues> mCaches;
 };
@@ -116,12 +123,12 @@ private:
 } // namespace
 
 QString defaultApplicationOfFile(const QString& path) {
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(path);
-    const Desktop desktop;
-    for (const QString& name : QStringList{type.name()} + type.allAncestors())
-        if (const QString application = desktop.defaultFor(name); !application.isEmpty())
-            return application;
-    return {};
+    const QString identifier = Desktop().defaultFor(QMimeDatabase().mimeTypeForFile(path));
+    return identifier.isEmpty() ? QString() : nameOfApplication(identifier);
+}
+
+QString defaultApplicationOfType(const QString& type, const QString& except) {
+    return Desktop().defaultFor(QMimeDatabase().mimeTypeForName(type), except);
 }
 
 } // namespace quoddle

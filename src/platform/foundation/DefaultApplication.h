@@ -11,4 +11,8 @@ namespace quoddle {
 /// The program's name as desktopEntryName() gives it; empty when no program opens the file. Links are followed.
 QString defaultApplicationOfFile(const QString& path);
 
+/// The identifier ("NAME.desktop") of the program that opens files of a type, or of one that it is a kind of, as if the program `except`
+/// were not installed; empty when there is none.
+QString defaultApplicationOfType(const QString& type, const QString& except);
+
 } // namespace quoddle
