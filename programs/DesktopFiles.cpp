@@ -2,6 +2,7 @@
 #include "DesktopFiles.h"
 
 #include "platform/foundation/DesktopEntry.h"
+#include "platform/foundation/Translations.h"
 
 #include <QRegularExpression>
 #include <QXmlStreamWriter>
@@ -80,7 +81,10 @@ std::string desktopEntryText(const DesktopApplet& applet) {
     text += line(kDesktopEntryBundleKey, applet.bundlePath);
     // Desktops that do not send actions over the bus run this command.
     const QString quit = programWord(applet.tool) + u" quit "_s + word(applet.bundlePath);
-    text += u"\n[Desktop Action quit]\nName=Quit\n"_s + line(u"Exec"_s, QString(quit).replace(u'%', u"%%"_s));
+    text += u"\n[Desktop Action quit]\n"_s;
+    for (const QString& language : interfaceLanguages())
+        text += line(language == "en"_L1 ? u"Name"_s : u"Name["_s + language + u']', textInLanguage(language, u"QuitButton"_s));
+    text += line(u"Exec"_s, QString(quit).replace(u'%', u"%%"_s));
     return text.toStdString();
 }
 

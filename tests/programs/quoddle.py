@@ -153,6 +153,8 @@ class Quoddle(unittest.TestCase):
         entry = configparser.RawConfigParser(delimiters="=", strict=True)
         entry.optionxform = str
         entry.read(path, encoding="utf-8")
+        self.assertEqual({key: value for key, value in entry["Desktop Action quit"].items() if key != "Exec"},
+                         {"Name": "Quit", "Name[de]": "Beenden", "Name[es]": "Salir", "Name[fr]": "Quitter", "Name[ja]": "終了"})
         return dict(entry["Desktop Entry"])
 
     def files(self):

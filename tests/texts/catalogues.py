@@ -84,6 +84,18 @@ class Catalogues(unittest.TestCase):
                         self.assertEqual(placeholders(text), placeholders(english[key]), key)
                         self.assertTrue(text.strip(), key)
 
+    def test_what_desktops_read_is_in_all_languages(self):
+        lines = (RESOURCES / "desktop/quoddle.desktop").read_text(encoding="utf-8").splitlines()
+        for key in ("Name", "GenericName", "Comment"):
+            self.assertEqual(sorted(re.findall(rf"^{key}\[(\w+)\]=\S", "\n".join(lines), re.M)), TRANSLATED)
+        language_of = "{http://www.w3.org/XML/1998/namespace}lang"
+        for file, tags in (("quoddle.xml", {"comment"}), ("quoddle.metainfo.xml", {"summary", "p", "li"})):
+            texts = [node for node in ElementTree.parse(RESOURCES / "desktop" / file).iter() if node.tag.rpartition("}")[2] in tags]
+            self.assertTrue(texts)
+            said = [(node.get(language_of), " ".join(node.text.split())) for node in texts]
+            self.assertEqual([language for language, _ in said], [None, *TRANSLATED] * (len(said) // 5), file)
+            self.assertEqual(len({text for _, text in said}), len(said))
+
     def test_the_menu_has_the_keys_of_its_table(self):
         titles = re.findall(r'title = "([^"]*)"', (RESOURCES / "MainMenu.plist").read_text(encoding="utf-8"))
         self.assertEqual(set(titles), set(strings("en", "MainMenu")))

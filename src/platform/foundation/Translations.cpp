@@ -48,6 +48,14 @@ QString interfaceLanguage() {
     return kLanguages[0];
 }
 
+QStringList interfaceLanguages() {
+    return QStringList(std::begin(kLanguages), std::end(kLanguages));
+}
+
+QString textInLanguage(const QString& language, const QString& key) {
+    return ownStrings(language, u"Localizable"_s).value(key);
+}
+
 void installTranslations() {
     const QString language = interfaceLanguage();
     for (const QString& table : {u"Localizable"_s, u"MainMenu"_s}) {

@@ -15,6 +15,13 @@ QStringList userLanguages();
 /// "de", "en", "es", "fr" or "ja"; "en" when none of them is among the user's. Any thread.
 QString interfaceLanguage();
 
+/// All languages that interfaceLanguage() may answer.
+QStringList interfaceLanguages();
+
+/// One of the texts with keys, of the table "Localizable", in a language that need not be the user's; empty when it is not linked to the
+/// program. Any thread.
+QString textInLanguage(const QString& language, const QString& key);
+
 /// Makes translated texts come in that language, and the bundles' fallback texts too. Main thread, once, when the application object is
 /// there. Texts that are not linked to the program, and the toolkit's where they are not installed, stay English.
 void installTranslations();
