@@ -151,6 +151,19 @@ class Installation(harness.AppletCase):
             self.assertEqual(opening.wait(harness.DEADLINE), 0)
         until(noted.exists, "the script to run")
         self.press("osascript", "Return")
+        # So is a packed applet, which has come from another user.
+        noted.unlink()
+        self.call(self.prefix, "osacompile", "-o", "Töol 2.app", "-e", f'do shell script "echo ran >> {noted}"')
+        self.assertEqual(self.call(self.prefix, "quoddle", "pack", "Töol 2.app").returncode, 0)
+        shutil.rmtree(self.folder / "data/quoddle")
+        for keys in (["Tab", "space"], []):
+            opening = subprocess.Popen(["gio", "open", "Töol 2.appletz"], env=self.environment_of(self.prefix), cwd=self.folder)
+            self.addCleanup(opening.kill)
+            if keys:
+                self.press("Run Applet", *keys)
+            until(noted.exists, "the applet to run")
+            noted.unlink()
+            self.assertEqual(opening.wait(harness.DEADLINE), 0)
 
 
 if __name__ == "__main__":

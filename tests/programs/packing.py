@@ -137,6 +137,13 @@ class Packing(harness.AppletCase):
                 self.assertEqual(self.lines(2)[-2:], ["run 1", "run 2"])
                 self.assertEqual(self.call("uninstall", "--", file.name)[0], 0)
 
+    def test_what_is_unpacked_is_what_was_agreed_to(self):
+        file, place = self.pack(), self.folder / "place"
+        place.mkdir()
+        status, output, error = self.call("unpack", file, "0" * 64, place, program="quoddle-fetch")
+        self.assertEqual((status, output, error), (1, "", "The file has changed meanwhile. Try again.\n"))
+        self.assertEqual([p.name for p in place.iterdir()], ["archive"])
+
     def test_two_at_the_same_moment(self):
         file = self.pack(source=COUNTING.split("on open")[0])
         for _ in range(5):
