@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -62,6 +63,15 @@ QString bundleIn(const QString& folder) {
 
 QString remove(const QString& folder) {
     return QDir(folder).removeRecursively() ? QString() : folder + u": cannot be removed"_s;
+}
+
+/// Removes what processes that were killed have left half unpacked.
+void removeLeftovers() {
+    const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-3600);
+    for (const QFileInfo& left :
+         QDir(packedFolder()).entryInfoList({u".*"_s}, QDir::Dirs | QDir::Hidden | QDir::NoDotAndDotDot | QDir::NoSymLinks))
+        if (left.lastModified() < longAgo)
+            QDir(left.filePath()).removeRecursively();
 }
 
 QString unreadable(const QString& path, const QString& why) {
@@ -140,6 +150,7 @@ Result<std::string, QString> PackedApplet::keep() const {
         return std::move(*kept);
     if (!QDir().mkpath(packedFolder()))
         return Failure{QCoreApplication::translate("PackedApplets", "The folder %1 cannot be made.").arg(packedFolder())};
+    removeLeftovers();
     QString error;
     const OSStatus status = replaceFolder(
         QFile::encodeName(folder()).toStdString(),

@@ -144,6 +144,15 @@ class Packing(harness.AppletCase):
         self.assertEqual((status, output, error), (1, "", "The file has changed meanwhile. Try again.\n"))
         self.assertEqual([p.name for p in place.iterdir()], ["archive"])
 
+    def test_what_was_left_half_unpacked_goes(self):
+        file = self.pack(source=COUNTING.split("on open")[0])
+        left = [self.data / "quoddle/packed" / name for name in (".old.a1b2c3", ".new.a1b2c3")]
+        for folder in left:
+            (folder / "new/Counter.app").mkdir(parents=True)
+        os.utime(left[0], (0, 0))
+        self.assertEqual(self.call("run", file)[0], 0)
+        self.assertEqual([folder.exists() for folder in left], [False, True])
+
     def test_two_at_the_same_moment(self):
         file = self.pack(source=COUNTING.split("on open")[0])
         for _ in range(5):
