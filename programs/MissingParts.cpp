@@ -10,6 +10,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 
 #include <QString>
 
@@ -42,29 +43,44 @@ void printJSON(const std::string& file, const ScriptNeed& need) {
     std::cout << "]}";
 }
 
-void complain(const std::string& file, std::size_t line, const std::string& message) {
-    std::cerr << "quoddle: " << shown(file) << ":" << (line ? std::to_string(line) + ":" : "") << " " << shown(message) << "\n";
+/// Why a file could not be read, or not whole.
+struct Fault {
+    std::string message;
+    std::optional<SourcePlace> place;
+};
+
+void print(const std::string& file, const Fault& fault) {
+    std::cerr << "quoddle: " << shown(file) << ":";
+    if (fault.place)
+        std::cerr << fault.place->line << ":" << fault.place->column << ":";
+    std::cerr << " " << shown(fault.message) << "\n";
 }
 
-/// The needs of a file that are not here. False when not all of it could be read, which has been told.
-bool missingIn(const std::string& file, std::vector<ScriptNeed>& missing) {
-    const auto bytes = readScript(file);
+void printJSON(const std::string& file, const Fault& fault) {
+    std::cout << "{\"file\": " << inJSON(file) << ", \"kind\": \"error\", \"message\": " << inJSON(fault.message) << ", \"lines\": [";
+    if (fault.place)
+        std::cout << fault.place->line << "], \"column\": " << fault.place->column << "}";
+    else
+        std::cout << "]}";
+}
+
+/// The needs of a file that are not here.
+std::vector<ScriptNeed> missingIn(const std::string& file, std::optional<Fault>& fault) {
+    const auto bytes = readScript(file, Input::Files);
     if (!bytes) {
-        complain(file, 0, bytes.error().message);
-        return false;
+        fault = {bytes.error().message, {}};
+        return {};
     }
     auto found = needsOf(*bytes);
     if (!found) {
-        complain(file, 0, found.error());
-        return false;
+        fault = {found.error(), {}};
+        return {};
     }
-    const std::string bundle = file == "-" ? "" : bundleOfScriptFile(AECanonicalPath(scriptFileOf(file)));
-    for (ScriptNeed& need : found->needs)
-        if (!isHere(need, bundle))
-            missing.push_back(std::move(need));
     if (!found->note.empty())
-        complain(file, found->noteLine, found->note);
-    return found->note.empty();
+        fault = {found->note, found->notePlace};
+    const std::string bundle = file == "-" ? "" : bundleOfScriptFile(AECanonicalPath(scriptFileOf(file)));
+    std::erase_if(found->needs, [&bundle](const ScriptNeed& need) { return isHere(need, bundle); });
+    return std::move(found->needs);
 }
 
 } // namespace
@@ -74,19 +90,20 @@ int tellMissingParts(const std::vector<std::string>& files, bool asJSON) {
     const char* separator = "\n  ";
     if (asJSON)
         std::cout << "[";
+    const auto tell = [&](const std::string& file, const auto& what) {
+        status = EXIT_FAILURE;
+        if (!asJSON)
+            return print(file, what);
+        std::cout << separator;
+        printJSON(file, what);
+        separator = ",\n  ";
+    };
     for (const std::string& file : files) {
-        std::vector<ScriptNeed> missing;
-        if (!missingIn(file, missing) || !missing.empty())
-            status = EXIT_FAILURE;
-        for (const ScriptNeed& need : missing) {
-            if (!asJSON) {
-                print(file, need);
-                continue;
-            }
-            std::cout << separator;
-            printJSON(file, need);
-            separator = ",\n  ";
-        }
+        std::optional<Fault> fault;
+        for (const ScriptNeed& need : missingIn(file, fault))
+            tell(file, need);
+        if (fault)
+            tell(file, *fault);
     }
     if (asJSON)
         std::cout << (*separator == ',' ? "\n]\n" : "]\n");

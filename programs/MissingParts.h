@@ -7,8 +7,9 @@
 
 namespace quoddle::tool {
 
-/// Prints what is missing on standard output, in lines "FILE:LINE: …" or as one JSON array, and on standard error what could not be read.
-/// Answers the exit status: 0 when all was read and nothing is missing, 1 otherwise. setUp() is not needed.
+/// Prints what is missing on standard output, in lines "FILE:LINE: …" or as one JSON array, and what could not be read or does not compile
+/// on standard error, or in the array. Answers the exit status: 0 when all was read and nothing is missing, 1 otherwise. setUp() is not
+/// needed.
 int tellMissingParts(const std::vector<std::string>& files, bool asJSON);
 
 } // namespace quoddle::tool

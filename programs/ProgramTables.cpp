@@ -64,7 +64,8 @@ constexpr Command kQuoddleCommands[] = {
     {"check", "[--json] FILE...", "tell what scripts need that is not here",
      "Tells which applications, frameworks, script libraries and shell commands the scripts need that are not on this\n"
      "system, with the lines of their sources. FILE is an applet, a script bundle, a compiled script or source text. What a\n"
-     "script names only while it runs is not seen. The exit status is 0 when nothing is missing, 1 otherwise.\n",
+     "script names only while it runs is not seen. The exit status is 0 when nothing is missing, 1 otherwise, also when a\n"
+     "script does not compile or cannot be read.\n",
      1, SIZE_MAX, kCheckOptions},
     {"adopt", "APPLET", "make an applet of a Mac start here by itself",
      "Adds a start script and our settings, taken from those of Macs, to an applet that a Mac has saved, and tells what its\n"

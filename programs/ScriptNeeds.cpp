@@ -2,6 +2,7 @@
 #include "ScriptNeeds.h"
 
 #include "platform/ae/transport/AEApplicationLookup.h"
+#include "platform/applescript/compiler/Compiler.h"
 #include "platform/applescript/component/ApplicationDictionaries.h"
 #include "platform/applescript/component/ScriptLibraries.h"
 #include "platform/applescript/image/Block.h"
@@ -11,7 +12,9 @@
 #include "platform/applescript/syntax/Printer.h"
 #include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
+#include "ShellPrograms.h"
 #include "ShellWords.h"
+#include "SourcePlace.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -42,12 +45,15 @@ std::string literalText(const Object* node) {
     return isText ? utf8FromUTF16(node->children[0]->text) : "";
 }
 
+/// Which characters end a line: in a source that we print, those of the texts in it do not.
+enum class LineEnds { All, LineFeeds };
+
 /// The lines in which the units of a text stand.
 class LineNumbers {
 public:
-    explicit LineNumbers(std::u16string_view text) {
+    LineNumbers(std::u16string_view text, LineEnds ends) {
         for (std::size_t i = 0; i < text.size(); ++i)
-            if (text[i] == u'\n' || (text[i] == u'\r' && (i + 1 == text.size() || text[i + 1] != u'\n')))
+            if (text[i] == u'\n' || (ends == LineEnds::All && text[i] == u'\r' && !text.substr(i + 1).starts_with(u'\n')))
                 mEnds.push_back(i);
     }
     std::size_t at(std::size_t offset) const {
@@ -107,6 +113,8 @@ private:
     void look(const Object* node, std::size_t line) {
         if (is(node, NodeKind::Call))
             shellCommand(node, line);
+        else if (is(node, NodeKind::UsingTerms))
+            application(node->children[1], line);
         else if (is(node, NodeKind::Of))
             frameworkName(node, line);
         else if (is(node, NodeKind::Literal) || is(node, NodeKind::Element) || is(node, NodeKind::ElementByKey))
@@ -114,17 +122,20 @@ private:
     }
 
     void thing(const Object* node, std::size_t line) {
-        if (const auto application = syntax::applicationOf(node)) {
-            mFound.add(Kind::application, utf8FromUTF16(application->text), line, application->isBundleIdentifier);
-            return;
-        }
-        if (!is(node, NodeKind::Element))
+        if (application(node, line) || !is(node, NodeKind::Element))
             return;
         const FourCharCode elementClass = node->children[0]->code();
         if (elementClass == "frmk"_4cc)
             mFound.add(Kind::framework, literalText(node->children[1]), line);
         else if (elementClass == "scpt"_4cc)
             mFound.add(Kind::library, literalText(node->children[1]), line);
+    }
+
+    bool application(const Object* node, std::size_t line) {
+        const auto application = syntax::applicationOf(node);
+        if (application)
+            mFound.add(Kind::application, utf8FromUTF16(application->text), line, application->isBundleIdentifier);
+        return application.has_value();
     }
 
     static bool isCurrentApplication(const Object* node) {
@@ -174,11 +185,11 @@ private:
     Collection& mFound;
 };
 
-ScriptNeeds needsOfTree(const Object* tree, const syntax::SourceMap& map, std::u16string_view source) {
+ScriptNeeds needsOfTree(const Object* tree, const syntax::SourceMap& map, const LineNumbers& lines) {
     Collection found;
     if (!tree->isNil())
-        TreeWalk(map, LineNumbers(source), found).walk(tree, 0);
-    return {.needs = found.taken(), .note = {}};
+        TreeWalk(map, lines, found).walk(tree, 0);
+    return {.needs = found.taken(), .note = {}, .notePlace = {}};
 }
 
 /// The needs of a script that was saved without its tree, as far as its literals name them: the applications.
@@ -194,7 +205,7 @@ ScriptNeeds needsOfObjects(const Object* root) {
             if (known.insert(part).second)
                 open.push_back(part);
     }
-    return {.needs = found.taken(), .note = "The script was saved run-only: only its applications can be told."};
+    return {.needs = found.taken(), .note = "The script was saved run-only: only its applications can be told.", .notePlace = {}};
 }
 
 Result<ScriptNeeds, std::string> needsOfImage(const std::string& bytes) {
@@ -214,7 +225,11 @@ Result<ScriptNeeds, std::string> needsOfImage(const std::string& bytes) {
     options.applicationTerms = component::termsOfApplication;
     options.sourceMap = &map;
     const std::u16string source = syntax::printTree(tree, options);
-    return needsOfTree(tree, map, source);
+    return needsOfTree(tree, map, LineNumbers(source, LineEnds::LineFeeds));
+}
+
+std::string noteOn(std::u16string_view message) {
+    return "The source does not compile: " + utf8FromUTF16(message);
 }
 
 Result<ScriptNeeds, std::string> needsOfSource(const std::u16string& source) {
@@ -224,14 +239,21 @@ Result<ScriptNeeds, std::string> needsOfSource(const std::u16string& source) {
     options.applicationTerms = component::termsOfApplication;
     options.sourceMap = &map;
     const auto tree = syntax::parse(source, store, options);
-    if (tree)
-        return needsOfTree(*tree, map, source);
+    const LineNumbers lines(source, LineEnds::All);
+    if (tree) {
+        ScriptNeeds needs = needsOfTree(*tree, map, lines);
+        if (const auto compiled = compiler::compileScript(*tree, store); !compiled) {
+            needs.note = noteOn(compiled.error().message);
+            needs.notePlace = placeOf(source, map.find(compiled.error().node).value_or(syntax::SourceRange()).start);
+        }
+        return needs;
+    }
     const syntax::ParseError& error = tree.error();
     Collection found;
-    const std::size_t line = LineNumbers(source).at(error.start);
     if (error.withoutDictionary)
-        found.add(Kind::application, utf8FromUTF16(error.withoutDictionary->text), line, error.withoutDictionary->isBundleIdentifier);
-    return ScriptNeeds{found.taken(), "The source does not compile, so not all can be told: " + utf8FromUTF16(error.message), line};
+        found.add(Kind::application, utf8FromUTF16(error.withoutDictionary->text), lines.at(error.start),
+                  error.withoutDictionary->isBundleIdentifier);
+    return ScriptNeeds{found.taken(), noteOn(error.message) + " So not all can be told.", placeOf(source, error.start)};
 }
 
 } // namespace

@@ -6,8 +6,10 @@
 #pragma once
 
 #include "platform/base/Result.h"
+#include "SourcePlace.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,17 +19,18 @@ struct ScriptNeed {
     enum class Kind { application, framework, frameworkName, library, command };
     Kind kind;
     std::string name;
-    bool isIdentifier = false;      // of an application
-    std::vector<std::size_t> lines; // of the source, from 1, rising; empty for a script without its source
+    bool isIdentifier = false; // of an application
+    std::vector<std::size_t>
+        lines; // of the source, as it is or as it would be printed, from 1, rising; empty for a script without its source
 };
 
 /// "application", "framework" and so on.
 std::string wordFor(ScriptNeed::Kind kind);
 
 struct ScriptNeeds {
-    std::vector<ScriptNeed> needs; // in the order in which the script comes to them; each once
-    std::string note;              // a sentence when not all of the script could be read, otherwise empty
-    std::size_t noteLine = 0;      // 0 when the note is about the whole
+    std::vector<ScriptNeed> needs;        // in the order in which the script comes to them; each once
+    std::string note;                     // sentences when the script does not compile or not all of it could be read, otherwise empty
+    std::optional<SourcePlace> notePlace; // nullopt when the note is about the whole
 };
 
 /// The needs of a script from its bytes, source text or compiled. The error is a sentence.

@@ -17,6 +17,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
 #include <iostream>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -53,6 +54,16 @@ bool isStream(const std::string& path) {
     return ::stat(path.c_str(), &info) == 0 && (S_ISFIFO(info.st_mode) || S_ISCHR(info.st_mode));
 }
 
+bool isNameOfOpenFile(const std::string& path) {
+    return path == "/dev/stdin" || path == "/dev/null" || path.starts_with("/dev/fd/") || path.starts_with("/proc/self/fd/");
+}
+
+bool leadsOutOf(const std::string& bundle, const std::string& file) {
+    std::error_code error;
+    const std::string folder = std::filesystem::canonical(bundle, error).string(), real = std::filesystem::canonical(file, error).string();
+    return !error && !real.starts_with(folder + "/");
+}
+
 /// Reads a stream to its end; waits until somebody writes.
 Result<std::string, OSStatus> readStream(const std::string& path) {
     const FileDescriptor stream(::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
@@ -78,8 +89,14 @@ std::optional<ComponentInstance> openLanguage(const Program& program, const std:
     return std::nullopt;
 }
 
-Result<std::string, InputFault> readScript(const std::string& path) {
+Result<std::string, InputFault> readScript(const std::string& path, Input input) {
     const std::string file = scriptFileOf(path);
+    if (input == Input::Files && path != "-") {
+        if (file == path && isStream(path) && !isNameOfOpenFile(path))
+            return Failure{InputFault{paramErr, "This is a pipe or a device; give what it holds on standard input, as -."}};
+        if (file != path && leadsOutOf(path, file))
+            return Failure{InputFault{paramErr, "The script of the bundle is a link to a file elsewhere."}};
+    }
     auto bytes = path == "-"                      ? readToEnd(STDIN_FILENO, kMaximumInput)
                  : file == path && isStream(path) ? readStream(path)
                                                   : readFile(file, kMaximumInput);
@@ -88,8 +105,8 @@ Result<std::string, InputFault> readScript(const std::string& path) {
     return Failure{InputFault{bytes.error(), messageForStatus(bytes.error())}};
 }
 
-std::optional<std::string> readInput(const Program& program, const std::string& path) {
-    auto bytes = readScript(path);
+std::optional<std::string> readInput(const Program& program, const std::string& path, Input input) {
+    auto bytes = readScript(path, input);
     if (bytes)
         return std::move(*bytes);
     std::cerr << program.name << ": " << (path == "-" ? "standard input" : scriptFileOf(path)) << ": " << bytes.error().message << "\n";

@@ -22,11 +22,16 @@ struct InputFault {
     OSStatus number;
     std::string message; ///< a sentence
 };
+/// What is read beside regular files and standard input.
+enum class Input {
+    Files,   ///< the names of open files (/dev/fd/3), which a shell makes for what a command prints, and /dev/null
+    Anything ///< all pipes and devices, and links from a bundle to somewhere else
+};
 /// The bytes of a file, of standard input for "-", or of the main script of a bundle. Pipes and terminals are read to their end, but not
 /// pipes inside a bundle.
-Result<std::string, InputFault> readScript(const std::string& path);
+Result<std::string, InputFault> readScript(const std::string& path, Input input);
 /// As readScript(); nullopt, with a message printed, when the input cannot be read.
-std::optional<std::string> readInput(const Program& program, const std::string& path);
+std::optional<std::string> readInput(const Program& program, const std::string& path, Input input);
 
 /// A sentence for the error status with which a script could not be written.
 std::string messageForWriting(OSStatus status);

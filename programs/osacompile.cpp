@@ -65,7 +65,7 @@ Result<Settings, int> settingsFrom(int argc, char** argv) {
 int check(ComponentInstance instance, const Settings& settings) {
     std::vector<tool::ScriptSource> sources;
     for (const std::string& file : settings.files)
-        sources.push_back({file, tool::readScript(file)});
+        sources.push_back({file, tool::readScript(file, tool::Input::Files)});
     if (settings.files.empty())
         sources.push_back({"-", settings.source});
     return tool::checkScripts(instance, sources, settings.asJSON);
@@ -74,7 +74,7 @@ int check(ComponentInstance instance, const Settings& settings) {
 /// Several files are one script, in the order given. False, with a message printed, when one cannot be read.
 bool readSource(Settings& settings) {
     for (const std::string& path : settings.files) {
-        auto bytes = tool::readInput(tool::kOsacompile, path);
+        auto bytes = tool::readInput(tool::kOsacompile, path, tool::Input::Anything);
         if (!bytes)
             return false;
         if (settings.files.size() == 1)

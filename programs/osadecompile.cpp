@@ -18,7 +18,7 @@ int perform(int argc, char** argv) {
     const std::string& file = arguments->rest[0];
     tool::setUp();
     auto instance = tool::openLanguage(tool::kOsadecompile, "AppleScript");
-    auto bytes = instance ? tool::readInput(tool::kOsadecompile, file) : std::nullopt;
+    auto bytes = instance ? tool::readInput(tool::kOsadecompile, file, tool::Input::Anything) : std::nullopt;
     if (!bytes)
         return 1;
     OSAID script = kOSANullScript;

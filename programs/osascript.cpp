@@ -129,7 +129,7 @@ int perform(int argc, char** argv) {
             arguments.erase(arguments.begin());
         std::error_code error; // a stream can be read only once
         const bool isFile = file != "-" && std::filesystem::is_regular_file(scriptFileOf(file), error);
-        auto input = tool::readInput(tool::kOsascript, isFile ? fileOfLastRun(scriptFileOf(file)) : file);
+        auto input = tool::readInput(tool::kOsascript, isFile ? fileOfLastRun(scriptFileOf(file)) : file, tool::Input::Anything);
         if (!input)
             return 1;
         bytes = std::move(*input);

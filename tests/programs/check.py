@@ -48,11 +48,23 @@ SHELL_LINES = [
     ("'no-a' \"no-b\" | \"no-c\" | no\\-d", ["no-a", "no-c", "no-d"]),
     ("echo \"$(no-a \"$(no-b)\")\" `no-c` $((no-d)) $no_e | $no_f", ["no-a", "no-b", "no-c"]),
     ("if no-a; then no-b; else no-c; fi; for no-d in no-e; do no-g; done", ["no-a", "no-b", "no-c", "no-g"]),
-    ("env no-a x | nohup -x no-b | exec no-c", ["no-a", "no-c"]),
+    ("env no-a x | nohup -x no-b | exec no-c", ["no-a", "no-b", "no-c"]),
+    ("env -u A B=1 no-a x; sudo -u no-b -- no-c; xargs -I {} -n1 no-d {} < no-e; nice -n 5 no-f; time -p no-g", ["no-a", "sudo", "no-c", "xargs", "no-d", "nice", "no-f", "no-g"]),
+    ("command -v no-a || exec -a no-b no-c; env --what no-d", ["no-c"]),
+    ("env timeout -k 5 10 no-a", ["timeout", "no-a"]),
+    ("find . -name no-a -exec no-b {} \\; -o -print | cat", ["find", "no-b"]),
     ("no-a() { cat; }; no-a", []),
     ("(cd /; no-a) # no-b", ["no-a"]),
     ("cat <<END\nno-a\nEND", []),
-    ("case x in no-a) no-b;; esac", []),
+    ("cat <<END | no-a\nno-b $(no-c)\nEND\nno-d", ["no-a", "no-c", "no-d"]),
+    ("cat <<'A B' <<-C; no-a\nno-b $(no-c)\nA B\nno-d `no-e`\n\tC\nno-f", ["no-a", "no-e", "no-f"]),
+    ("cat <<END\nno-a", []),
+    ("case x in no-a) no-b;; (no-c|'no-d' | no-e ) no-f & ;; *) esac; no-g", ["no-b", "no-f", "no-g"]),
+    ("case $x\nin # no-a\n a) case y in no-b) no-c ;; esac; no-d ;; esac\nno-e", ["no-c", "no-d", "no-e"]),
+    ("x=$(case y in (no-a) no-b;; no-c) no-d \")\";; esac; no-e) no-f", ["no-b", "no-d", "no-e", "no-f"]),
+    ("sh -c 'no-a | cat' no-b; bash -x -o no-c -lc \"no-d \\\"no-e\\\"; no-f\"; sh no-g; sh -- -c no-h", ["no-a", "no-d", "no-f"]),
+    ("env -i bash -c 'eval \"no-a $x\"; $no_b' | sh -c \"cat $(no-c)\"", ["no-a", "no-c"]),
+    ("no-a () { cat; }; sh -c no-a; (no-b); no-c) no-d", ["no-b", "no-c", "no-d"]),
     ("/no-a/b; ./no-b; ~/no-c; cd /; test x; [ x ]", ["/no-a/b", "~/no-c"]),
     ("true && \\\ncat -l | \\\n  no-a \\\n-x", ["no-a"]),
     ("[[ a == a && no-a < b ]] && no-b; (( no_c++ )); let x=1; source x", ["no-b"]),
@@ -72,7 +84,7 @@ class Check(unittest.TestCase):
         (libraries / "Tools.applescript").write_text("property version : \"1.0\"\n")
         tools = self.folder / "tools"
         tools.mkdir()
-        for name in ("cat", "env", "nohup"):
+        for name in ("bash", "cat", "env", "nohup", "sh"):
             os.symlink("/usr/bin/" + name, tools / name)
         self.environment = os.environ | {
             "HOME": str(self.folder), "XDG_DATA_HOME": str(self.folder / "data"), "XDG_RUNTIME_DIR": str(self.folder), "LC_ALL": "C.UTF-8",
@@ -144,14 +156,71 @@ class Check(unittest.TestCase):
         self.assertEqual(status, 1)
         self.assertIn(f'{stripped}: application "Finder" is not here\n', output)
         self.assertIn("run-only", errors)
+        cases = [
+            ("log 1\ntell application \"Ghost\" to quit\n\texit repeat", 3, 2, [("application", "Ghost")], "exit"),
+            ("log (", 1, 6, [], "expected expression"),
+        ]
+        for text, line, column, needs, message in cases:
+            with self.subTest(text):
+                path = self.write("wrong.applescript", text)
+                status, output, errors = self.call("check", path)
+                self.assertEqual((status, len(output.splitlines())), (1, len(needs)))
+                self.assertIn(f"{path}:{line}:{column}: The source does not compile: ", errors)
+                status, output, errors = self.call("check", "--json", path, self.folder / "none")
+                *rows, wrong, unread = json.loads(output)
+                self.assertEqual((status, errors, [(row["kind"], row["name"]) for row in rows]), (1, "", needs))
+                self.assertIn(message, wrong.pop("message").lower())
+                self.assertEqual(wrong, {"file": str(path), "kind": "error", "lines": [line], "column": column})
+                self.assertEqual((unread["kind"], unread["lines"], unread["message"]), ("error", [], "No such file or directory"))
         unknown = self.write("unknown.applescript", 'log 1\ntell application "Nobody"\n\tplay every track of deck 1\nend tell')
         status, output, errors = self.call("check", unknown)
         self.assertEqual((status, output), (1, f'{unknown}:3: application "Nobody" is not here\n'))
-        self.assertIn(":3: The source does not compile", errors)
+        self.assertIn(":3:7: The source does not compile", errors)
         damaged = self.write("damaged.scpt", "FasdUAS 1.101.10\0\0\0")
         for path in (damaged, self.folder / "none.scpt", self.folder):
             status, output, errors = self.call("check", path)
             self.assertEqual((status, output, errors.count("\n")), (1, "", 1), path)
+
+    def test_lines_are_those_of_the_decompiled_source(self):
+        source = self.write("lines.applescript", 'set a to "1\\r2\\n3"\ntell application "Finder" to quit')
+        compiled = self.folder / "lines.scpt"
+        self.assertEqual(self.call("-o", compiled, source, program="osacompile")[0], 0)
+        text = subprocess.run([BIN / "osadecompile", compiled], env=self.environment, stdout=subprocess.PIPE, check=True).stdout
+        line = [b"Finder" in line for line in text.split(b"\n")].index(True) + 1
+        self.assertEqual(self.missing(source), [("application", "Finder", [2])])
+        self.assertEqual(self.missing(compiled), [("application", "Finder", [line])])
+
+    def test_terms_of_an_application(self):
+        source = self.write("terms.applescript", 'log 1\nusing terms from application "Finder"\n\tlog 2\nend using terms from')
+        self.assertEqual(self.missing(source), [("application", "Finder", [2])])
+
+    def test_pipes_and_devices_are_not_waited_for(self):
+        pipe = self.folder / "pipe"
+        os.mkfifo(pipe)
+        for program, words in (("quoddle", ["check"]), ("osacompile", ["--check"])):
+            for path in (pipe, "/dev/zero"):
+                with self.subTest(program, words=words, path=path):
+                    status, output, errors = self.call(*words, path, program=program)
+                    self.assertEqual(status, 1)
+                    self.assertIn("This is a pipe or a device", output + errors)
+            line = f'{BIN / program} {" ".join(words)} <(printf "log 1")'
+            done = subprocess.run(["bash", "-c", line], env=self.environment, cwd=self.folder, capture_output=True, timeout=60)
+            self.assertEqual((done.returncode, done.stderr), (0, b""), line)
+
+    def test_a_script_that_is_a_link_out_of_its_bundle(self):
+        source = self.write("needs.applescript", 'tell application "Finder" to quit')
+        bundle = self.folder / "a.scptd"
+        self.assertEqual(self.call("-o", bundle, source, program="osacompile")[0], 0)
+        script = bundle / "Contents/Resources/Scripts/main.scpt"
+        inside = script.rename(script.with_name("other.scpt"))
+        script.symlink_to(inside.name)
+        self.assertEqual(self.missing(bundle), [("application", "Finder", [1])])
+        outside = inside.rename(self.folder / "outside.scpt")
+        script.unlink()
+        script.symlink_to(outside)
+        status, output, errors = self.call("check", bundle)
+        self.assertEqual((status, output), (1, ""))
+        self.assertIn("link to a file elsewhere", errors)
 
     def test_misuse(self):
         for words in ([], ["--json"], ["--json", "--json", "x"], ["--what", "x"], ["-j", "x"]):
