@@ -22,16 +22,19 @@ bool beginsWith(std::string_view phrase, std::string_view typed) {
            std::equal(typed.begin(), typed.end(), phrase.begin(), [](char a, char b) { return foldedASCII(a) == foldedASCII(b); });
 }
 
-/// Whether the end of the line is inside a text.
-bool isInText(std::string_view line) {
-    bool inside = false;
+/// The text or the name in bars that the end of the line is inside of: where it begins, npos for none.
+std::size_t openQuote(std::string_view line) {
+    std::size_t start = std::string_view::npos;
     for (std::size_t i = 0; i < line.size(); ++i) {
-        if (inside && line[i] == '\\')
+        const bool isInside = start != std::string_view::npos;
+        if (isInside && line[i] == '\\')
             ++i;
-        else if (line[i] == '"')
-            inside = !inside;
+        else if (isInside && line[i] == line[start])
+            start = std::string_view::npos;
+        else if (!isInside && (line[i] == '"' || line[i] == '|'))
+            start = i;
     }
-    return inside;
+    return start;
 }
 
 /// The places where the last words of the line begin, the longest run first.
@@ -59,9 +62,11 @@ std::vector<std::size_t> runsOfWords(std::string_view line) {
 
 Completion completionOf(std::string_view line, const std::vector<std::string>& phrases) {
     Completion completion;
-    if (isInText(line))
+    const std::size_t quote = openQuote(line);
+    if (quote != std::string_view::npos && line[quote] == '"')
         return completion;
-    for (const std::size_t start : runsOfWords(line)) {
+    const std::vector<std::size_t> starts = quote == std::string_view::npos ? runsOfWords(line) : std::vector{quote};
+    for (const std::size_t start : starts) {
         const std::string_view typed = line.substr(start);
         for (const std::string& phrase : phrases)
             if (beginsWith(phrase, typed))

@@ -2,13 +2,20 @@
 #include "Interaction.h"
 
 #include "LineEditor.h"
+#include "platform/applescript/syntax/Lexer.h"
+#include "platform/applescript/syntax/SourceText.h"
+#include "platform/base/Text.h"
 #include "platform/base/Wait.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <iostream>
 #include <optional>
+#include <poll.h>
 #include <stdexcept>
 #include <thread>
 #include <unistd.h>
@@ -61,19 +68,33 @@ bool readLine(std::string& line) {
     }
     if (std::ferror(stdin))
         throw std::runtime_error("the input could not be read");
+    std::clearerr(stdin); // a terminal goes on behind its end
     return byte != EOF || !line.empty();
 }
 
-/// The names that the typed statements have defined.
+/// Waits until something is typed. False when Control-C comes first.
+bool waitForLine() {
+    sIsInterrupted = false;
+    Wait wait;
+    pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+    int count = 0;
+    while (!sIsInterrupted && count == 0)
+        count = wait.pause(std::chrono::steady_clock::now() + std::chrono::hours(1), {&input, 1});
+    return !sIsInterrupted;
+}
+
+/// The names that the typed statements have defined, as they are typed.
 void appendNames(ComponentInstance instance, OSAID context, std::vector<std::string>& phrases) {
+    std::vector<std::string> own;
     for (const auto names : {OSAGetPropertyNames, OSAGetHandlerNames}) {
         AEDesc list;
         if (context == kOSANullScript || names(instance, kOSAModeNull, context, list) != noErr || !list.isList())
             continue;
         for (const AEDesc& name : list.items())
-            if (auto text = name.asUTF8(); text && !text->empty())
-                phrases.push_back(std::move(*text));
+            if (const auto text = name.asUTF8(); text && !text->empty())
+                own.push_back(utf8FromUTF16(syntax::sourcetext::identifier("", *text, std::ranges::find(phrases, *text) != phrases.end())));
     }
+    phrases.insert(phrases.end(), own.begin(), own.end());
 }
 
 /// Whether more lines may make a statement of what failed to compile: something in it is still open.
@@ -81,10 +102,11 @@ bool isOpen(const ScriptFailure& failure) {
     return failure.message.ends_with("but found end of script.");
 }
 
-bool endsWithContinuation(const std::string& line) {
-    constexpr std::string_view kMark = "¬";
-    const std::size_t last = line.find_last_not_of(" \t\r");
-    return last != std::string::npos && std::string_view(line).substr(0, last + 1).ends_with(kMark);
+/// Whether the last line ends with the mark that makes it go on.
+bool endsWithContinuation(const std::string& statement) {
+    const std::u16string text = utf16FromUTF8(statement) + u"\nnext";
+    const auto list = syntax::tokenize(text);
+    return list->tokens[list->tokens.size() - 2].afterBreak;
 }
 
 class Conversation {
@@ -98,7 +120,8 @@ public:
             mEditor.emplace([this] { return phrases(); }, stateFile("osascript_history"));
     }
 
-    void run() {
+    /// Answers whether all statements of a pipe could be run; on a terminal the user has seen it.
+    bool run() {
         std::string statement, line;
         for (;;) {
             const auto ending = read(statement.empty() ? kPrompt : kPromptWithin, line);
@@ -107,25 +130,30 @@ public:
                 continue;
             }
             const bool isLast = ending == LineEditor::Ending::EndOfInput;
+            if (isLast && mIsOnTerminal)
+                std::cout << std::endl; // behind the prompt
+            if (isLast && statement.empty())
+                return mIsOnTerminal || !mHasFailed;
             if (!isLast)
                 statement += (statement.empty() ? "" : "\n") + line;
             if (statement.size() > kLongestStatement)
                 throw std::length_error("a statement is too long");
             if (!statement.empty() && perform(statement, isLast))
                 statement.clear();
-            if (isLast)
-                break;
         }
-        if (mIsOnTerminal)
-            std::cout << std::endl;
     }
 
 private:
     LineEditor::Ending read(const char* prompt, std::string& line) {
         if (mEditor && mEditor->isUsable())
             return mEditor->read(prompt, line);
-        if (mIsOnTerminal)
+        if (mIsOnTerminal) {
             std::cout << prompt << std::flush;
+            if (!waitForLine()) {
+                std::cout << std::endl; // behind the ^C that the terminal shows
+                return LineEditor::Ending::Abandoned;
+            }
+        }
         return readLine(line) ? LineEditor::Ending::Entered : LineEditor::Ending::EndOfInput;
     }
 
@@ -133,6 +161,8 @@ private:
     bool perform(const std::string& statement, bool isLast) {
         if (!isLast && endsWithContinuation(statement))
             return false;
+        if (!isValidUTF8(statement))
+            return refuse(statement, isLast);
         sIsInterrupted = false;
         OSAID result = kOSANullScript;
         OSStatus status =
@@ -158,7 +188,22 @@ private:
         return true;
     }
 
-    void printFailure(const ScriptFailure& failure, const char* kind, const std::string& statement) const {
+    /// Tells that the statement is no text. False when more lines belong to it, so that they are not taken for statements of their own.
+    bool refuse(const std::string& statement, bool isLast) {
+        OSAID script = kOSANullScript;
+        const AEDesc text = AEDesc::ofText(utf16FromUTF8(statement + "\n"));
+        const OSStatus status = OSACompile(mInstance, text, kOSAModeCompileIntoContext, script);
+        if (status != noErr && !isLast && isOpen(failureOf(mInstance, status)))
+            return false;
+        if (status == noErr)
+            OSADispose(mInstance, script);
+        std::cerr << "osascript: a statement has bytes that are no UTF-8; it was not run\n";
+        mHasFailed = true;
+        return true;
+    }
+
+    void printFailure(const ScriptFailure& failure, const char* kind, const std::string& statement) {
+        mHasFailed = true;
         printError(failure, "", kind);
         printPlaceOnTerminal(failure, statement);
     }
@@ -172,6 +217,7 @@ private:
     const ComponentInstance mInstance;
     const bool mShowsSource;
     const bool mIsOnTerminal;
+    bool mHasFailed = false;
     OSAID mContext = kOSANullScript;
     std::optional<LineEditor> mEditor; // only on a terminal
 };
@@ -179,8 +225,7 @@ private:
 } // namespace
 
 int interact(ComponentInstance instance, bool showsSource) {
-    Conversation(instance, showsSource).run();
-    return 0;
+    return Conversation(instance, showsSource).run() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 } // namespace quoddle::tool

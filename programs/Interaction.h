@@ -9,7 +9,8 @@
 
 namespace quoddle::tool {
 
-/// Returns at the end of the input, with the program's exit status. Throws when the input cannot be read.
+/// Returns at the end of the input, with the program's exit status: 1 when a statement failed that did not come from a terminal. Throws
+/// when the input cannot be read.
 int interact(ComponentInstance instance, bool showsSource);
 
 } // namespace quoddle::tool

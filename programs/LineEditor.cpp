@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "LineEditor.h"
 
+#include "platform/base/File.h"
+#include "platform/base/SourceEncoding.h"
+#include "platform/base/Text.h"
+
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cwchar>
 #include <dlfcn.h>
 #include <filesystem>
 #include <histedit.h>
 #include <iostream>
+#include <poll.h>
+#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,7 +26,9 @@ namespace {
 
 constexpr const char* kLibrary = "libedit.so.2"; // the binary interface that belongs to the header
 constexpr int kLinesOfHistory = 1000;
-constexpr std::size_t kMostShown = 200; // choices
+constexpr std::string_view kFirstLineOfHistory = "_HiStOrY_V2_\n"; // the library's mark
+constexpr std::size_t kLargestHistory = std::size_t(16) << 20;     // bytes
+constexpr std::size_t kMostShown = 200;                            // choices
 constexpr std::size_t kWidthOfList = 78;
 
 struct Library {
@@ -90,7 +100,56 @@ struct LineEditor::State {
         return CC_REDISPLAY;
     }
 
+    /// Takes a character from the terminal; bytes that are none are shown as U+FFFD, which the library would drop.
+    static int character(EditLine*, wchar_t* typed) {
+        std::mbstate_t state{};
+        for (;;) {
+            char byte = 0;
+            const ssize_t count = ::read(STDIN_FILENO, &byte, 1);
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count < 0 && errno == EAGAIN) { // another program has left the terminal so
+                pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
+                ::poll(&input, 1, -1);
+                continue;
+            }
+            if (count <= 0)
+                return static_cast<int>(count);
+            const std::size_t length = std::mbrtowc(typed, &byte, 1, &state);
+            if (length == static_cast<std::size_t>(-2))
+                continue;
+            if (length == static_cast<std::size_t>(-1))
+                *typed = 0xFFFD;
+            return 1;
+        }
+    }
+
+    /// Reads the history. False, with a message printed, when the file is none that may be written.
+    bool loadHistory() {
+        std::error_code error;
+        const auto file = writtenPath(historyFile);
+        const bool isNew = !std::filesystem::exists(file ? *file : historyFile, error);
+        const auto bytes = isNew || !file ? Result<std::string, OSStatus>(std::string()) : readFile(*file, kLargestHistory);
+        if (!file || !bytes || bytes->find('\0') != std::string::npos) {
+            std::cerr << "osascript: " << historyFile << ": the history is not kept: this is no file for it\n";
+            return false;
+        }
+        historyFile = *file;
+        HistEvent event;
+        if (bytes->starts_with(kFirstLineOfHistory)) {
+            library.history(history, &event, H_LOAD, historyFile.c_str());
+            return true;
+        }
+        std::istringstream lines(utf8FromUTF16(utf16FromSourceBytes(*bytes))); // as a user has written them
+        for (std::string line; std::getline(lines, line);)
+            if (line.find_first_not_of(" \t\r") != std::string::npos)
+                library.history(history, &event, H_ENTER, line.c_str());
+        return true;
+    }
+
     void saveHistory() {
+        if (historyFile.empty())
+            return;
         HistEvent event;
         std::error_code error;
         std::filesystem::create_directories(std::filesystem::path(historyFile).parent_path(), error);
@@ -121,11 +180,13 @@ LineEditor::LineEditor(std::function<std::vector<std::string>()> phrases, std::s
     HistEvent event;
     library.history(state->history, &event, H_SETSIZE, kLinesOfHistory);
     library.history(state->history, &event, H_SETUNIQUE, 1);
-    library.history(state->history, &event, H_LOAD, state->historyFile.c_str());
+    if (!state->loadHistory())
+        state->historyFile.clear();
     EditLine* editor = state->editor;
     library.el_set(editor, EL_HIST, library.history, state->history);
     library.el_set(editor, EL_PROMPT, &State::promptOf);
     library.el_set(editor, EL_EDITOR, "emacs");
+    library.el_wset(editor, EL_GETCFN, &State::character);
     // The library keeps these texts as they are; of narrow ones it makes copies that nobody frees.
     library.el_wset(editor, EL_ADDFN, L"complete-words", L"completes words of the language", &State::complete);
     library.el_wset(editor, EL_ADDFN, L"abandon-line", L"gives the statement up", &State::abandon);

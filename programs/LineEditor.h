@@ -15,7 +15,8 @@ namespace quoddle::tool {
 
 class LineEditor {
 public:
-    /// `phrases` is asked whenever the Tab key is pressed. The history is kept in `historyFile`.
+    /// `phrases` is asked whenever the Tab key is pressed. The history is kept in `historyFile`, or in what a link
+    /// there leads to; other lines in it are kept. What is no regular file is left alone, with a message printed.
     LineEditor(std::function<std::vector<std::string>()> phrases, std::string historyFile);
     ~LineEditor();
     LineEditor(const LineEditor&) = delete;

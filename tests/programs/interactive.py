@@ -82,11 +82,16 @@ class Interactive(unittest.TestCase):
             ("1 +\n2\n", "2\n", "3:4: syntax error: "),
             ("error \"x\" number 7\n2\n", "2\n", "0:18: execution error: x (7)\n"),
             ("tell me\n", "", "syntax error: Expected “end” but found end of script. (-2741)\n"),
+            ("1 -- more ¬\n2 # ¬\n3 ¬ -- more\n + 4\n", "1\n2\n7\n", ""),
+            ('log "¬"\nlog 1 ¬\n\n2', "2\n", "¬\n1\n"),
+            (b'count "a\xffb"\ntell me\nlog "\xc3("\nlog 1\nend tell\n2\n', "2\n", "osascript: a statement has bytes that are no UTF-8; it was not run\n" * 2),
         ]
         for typed, output, errors in cases:
             with self.subTest(typed):
-                done = subprocess.run([BIN / "osascript", "-i"], input=typed.encode(), capture_output=True, timeout=PATIENCE)
-                self.assertEqual((done.returncode, done.stdout.decode()), (0, output))
+                typed = typed if isinstance(typed, bytes) else typed.encode()
+                done = subprocess.run([BIN / "osascript", "-i"], input=typed, capture_output=True, timeout=PATIENCE)
+                failed = "error" in errors or "not run" in errors
+                self.assertEqual((done.returncode, done.stdout.decode()), (failed, output))
                 self.assertIn(errors, done.stderr.decode())
                 self.assertEqual(bool(errors), bool(done.stderr))
 
@@ -119,6 +124,12 @@ class Interactive(unittest.TestCase):
         terminal.type('offs\tof "b" in "abc"\n')
         terminal.until("=> 2\n")
         terminal.prompt()
+        terminal.type("set |two words| to 3\n")
+        terminal.until("=> 3\n")
+        terminal.prompt()
+        terminal.type("|two\t+ 1\n")
+        terminal.until("=> 4\n")
+        terminal.prompt()
         terminal.type("display \t\t")  # several commands begin so
         listed = terminal.until("display notification")
         self.assertIn("display dialog", listed)
@@ -142,6 +153,60 @@ class Interactive(unittest.TestCase):
         second.until("=> 42\n")
         second.prompt()
         self.assertEqual(second.end(), 0)
+
+    def test_control_d_gives_up_an_open_block(self):
+        for kind in ("xterm", "dumb"):
+            with self.subTest(kind):
+                terminal = Terminal(self.folder, TERM=kind)
+                terminal.prompt()
+                terminal.type("tell me\n")
+                terminal.prompt(".. ")
+                terminal.type("\x04")
+                self.assertRegex(terminal.until("syntax error: "), r"\n[\d: ]*syntax error: $")
+                terminal.prompt()
+                terminal.type("6 * 7\n")
+                terminal.until("=> 42\n")
+                terminal.prompt()
+                self.assertEqual(terminal.end(), 0)
+
+    def test_bytes_that_are_no_character_are_seen(self):
+        terminal = Terminal(self.folder)
+        terminal.prompt()
+        os.write(terminal.terminal, b'"a\xffb"\n')
+        terminal.until("=> a\ufffdb\n")
+        terminal.prompt()
+        self.assertEqual(terminal.end(), 0)
+
+    def test_the_file_of_the_history_may_be_anything(self):
+        history = self.folder / ".local/state/quoddle/osascript_history"
+        history.parent.mkdir(parents=True)
+        elsewhere = self.folder / "elsewhere"
+        elsewhere.write_text("20 + 3\n\ngrüß\n")
+        history.symlink_to(elsewhere)
+        terminal = Terminal(self.folder)
+        terminal.prompt()
+        terminal.type("\x1b[A\x1b[A\n")
+        terminal.until("=> 23\n")
+        terminal.prompt()
+        self.assertEqual(terminal.end(), 0)
+        self.assertTrue(history.is_symlink())
+        self.assertEqual(elsewhere.read_text().splitlines()[0], "_HiStOrY_V2_")
+        self.assertIn("gr", elsewhere.read_text())
+        for make in (os.mkfifo, os.mkdir, lambda path: path.symlink_to("nowhere"), lambda path: path.write_bytes(b"\0\n")):
+            history.unlink()
+            make(history)
+            terminal = Terminal(self.folder)
+            terminal.until("history is not kept")
+            terminal.prompt()
+            terminal.type("6 * 7\n")
+            terminal.until("=> 42\n")
+            terminal.prompt()
+            self.assertEqual(terminal.end(), 0)
+            if history.is_dir():
+                history.rmdir()
+                history.touch()
+            self.assertNotIn(b"6", history.read_bytes() if history.is_file() else b"")
+        self.assertFalse((history.parent / "nowhere").exists())
 
     def test_control_c_gives_up_what_is_typed_and_ends_what_runs(self):
         terminal = Terminal(self.folder)
@@ -170,6 +235,10 @@ class Interactive(unittest.TestCase):
 
     def test_a_plain_terminal_will_do(self):
         terminal = Terminal(self.folder, TERM="dumb")
+        terminal.prompt()
+        terminal.type("tell me\n")
+        terminal.prompt(".. ")
+        terminal.type("half a line\x03")
         terminal.prompt()
         terminal.type("6 * 7\n")
         terminal.until("=> 42\n")
