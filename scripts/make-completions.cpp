@@ -25,6 +25,13 @@ std::vector<Option> optionsOf(const Program& program) {
     return options;
 }
 
+/// Those of commands have no values.
+std::vector<Option> optionsOf(const Command& command) {
+    std::vector<Option> options(command.options.begin(), command.options.end());
+    options.push_back(kCommonOptions[0]);
+    return options;
+}
+
 std::string spelled(const Option& option) {
     return (option.name.size() == 1 ? "-" : "--") + std::string(option.name);
 }
@@ -61,12 +68,19 @@ std::string forBash(const Program& program) {
         else if (!option.value.empty())
             values += "\t" + spelled(option) + ") return ;;\n";
     }
-    std::string commands;
-    for (const Command& command : program.commands)
+    std::string commands, ofCommands;
+    for (const Command& command : program.commands) {
         commands += (commands.empty() ? "" : " ") + std::string(command.name);
+        std::string own;
+        for (const Option& option : optionsOf(command))
+            own += (own.empty() ? "" : " ") + spelled(option);
+        ofCommands += "\t\t\t" + std::string(command.name) + ") choices=" + inQuotes(own) + " ;;\n";
+    }
     std::string out = "_" + name + "() {\n\tlocal word=${COMP_WORDS[COMP_CWORD]} choices=\n\tCOMPREPLY=()\n";
     out += "\tcase ${COMP_WORDS[COMP_CWORD - 1]} in\n" + values;
     out += "\t*)\n\t\tif [[ $word == -* ]]; then\n\t\t\tchoices=" + inQuotes(words);
+    if (!commands.empty())
+        out += "\n\t\t\t[ \"$COMP_CWORD\" = 1 ] || case ${COMP_WORDS[1]} in\n" + ofCommands + "\t\t\tesac";
     if (!commands.empty())
         out += "\n\t\telif [ \"$COMP_CWORD\" = 1 ]; then\n\t\t\tchoices=" + inQuotes(commands);
     out += "\n\t\tfi\n\t\t;;\n\tesac\n";
@@ -76,7 +90,18 @@ std::string forBash(const Program& program) {
 
 std::string forZsh(const Program& program) {
     const std::string_view special = "[]:";
-    std::string out = "#compdef " + std::string(program.name) + "\n_arguments -s" + (program.hasOptionsAnywhere ? "" : " -A '-*'");
+    std::string out = "#compdef " + std::string(program.name) + "\n";
+    if (!program.commands.empty()) {
+        out += "if (( CURRENT > 2 )); then\n\tcase $words[2] in\n";
+        for (const Command& command : program.commands) {
+            out += "\t" + std::string(command.name) + ") _arguments";
+            for (const Option& option : optionsOf(command))
+                out += " '" + spelled(option) + "[" + escaped(option.help, special) + "]'";
+            out += std::string(" '1:command: '") + (command.most > 0 ? " '*:file:_files'" : "") + " ;;\n";
+        }
+        out += "\tesac\n\treturn\nfi\n";
+    }
+    out += std::string("_arguments -s") + (program.hasOptionsAnywhere ? "" : " -A '-*'");
     for (const Option& option : optionsOf(program)) {
         out += std::string(" \\\n\t'") + (option.mayRepeat ? "*" : "") + spelled(option) +
                (option.value.empty() || option.name.size() > 1 ? "" : "+") + "[" + escaped(option.help, special) + "]";
@@ -112,8 +137,12 @@ std::string forFish(const Program& program) {
             out += option.offer == Offer::nothing ? " -x" : " -r";
         out += " -d " + inQuotes(option.help, "\\") + "\n";
     }
-    for (const Command& command : program.commands)
+    for (const Command& command : program.commands) {
         out += start + " -n __fish_use_subcommand -f -a " + std::string(command.name) + " -d " + inQuotes(command.summary, "\\") + "\n";
+        for (const Option& option : command.options)
+            out += start + " -n " + inQuotes("__fish_seen_subcommand_from " + std::string(command.name)) + " -l " +
+                   std::string(option.name) + " -d " + inQuotes(option.help, "\\") + "\n";
+    }
     return out + (program.most == 0 ? start + " -f\n" : "");
 }
 

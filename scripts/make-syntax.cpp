@@ -27,12 +27,6 @@ namespace {
 enum class Use { Keyword, Command, Constant, Class, Property, Parameter };
 constexpr const char* kUses[] = {"Keyword", "Command", "Constant", "Class", "Property", "Parameter"};
 
-constexpr const char* kKeywords[] = {
-#define QUODDLE_KEYWORD(name, spelling, use) spelling,
-    QUODDLE_KEYWORDS(QUODDLE_KEYWORD)
-#undef QUODDLE_KEYWORD
-};
-
 /// Terms of as many words, by their use, longest first.
 struct Group {
     std::size_t length;
@@ -67,7 +61,7 @@ std::vector<Group> groups() {
         const auto [at, isNew] = uses.try_emplace(lower(words), use);
         at->second = std::min(at->second, use);
     };
-    for (const char* word : kKeywords)
+    for (const std::string_view word : syntax::keywords())
         add(word, Use::Keyword);
     for (const TermSource* source : {&languageTerms(), &standardAdditionsTerms()}) {
         for (const Term& term : source->terms()) {
