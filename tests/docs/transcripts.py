@@ -7,14 +7,12 @@
 "into `NAME`:" before a block of source names a file. An indented line that begins with "$ " is typed; the lines below it are what it prints.
 "…" stands for anything.
 """
-import os
 import pathlib
 import re
-import shutil
-import subprocess
 import sys
-import tempfile
 import unittest
+
+from workplace import Workplace, pattern_of
 
 BIN = None
 PAGES = [pathlib.Path(__file__).resolve().parents[2] / "docs" / name for name in ("guide.md",)]
@@ -45,26 +43,15 @@ def steps(page):
 class Transcripts(unittest.TestCase):
     def test_what_is_typed_prints_what_is_shown(self):
         for page in PAGES:
-            folder = pathlib.Path(tempfile.mkdtemp())
-            self.addCleanup(shutil.rmtree, folder)
-            (folder / "run").mkdir(mode=0o700)
-            home = folder / "home"
-            home.mkdir()
-            work = folder / "work"
-            work.mkdir()
-            environment = {k: v for k, v in os.environ.items() if k not in ("DBUS_SESSION_BUS_ADDRESS", "XDG_DATA_HOME", "WAYLAND_DISPLAY", "DISPLAY")} | {
-                "HOME": str(home), "XDG_RUNTIME_DIR": str(folder / "run"), "LC_ALL": "C.UTF-8", "PATH": f"{BIN}:{os.environ['PATH']}"}
+            place = Workplace(self, BIN)
             taken = 0
             for kind, what, content in steps(page.read_text()):
                 with self.subTest(page=page.name, what=what):
                     if kind == "file":
-                        (work / what).write_text(content)
+                        (place.folder / what).write_text(content)
                         continue
-                    # Only what opens a window needs a display.
-                    command = ["xvfb-run", "-a"] if what.startswith("quoddle run") else []
-                    done = subprocess.run([*command, "bash", "-c", what], cwd=work, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=120)
-                    pattern = ".*".join(re.escape(part) for part in content.split("…"))
-                    self.assertRegex(done.stdout.rstrip("\n"), f"^(?s:{pattern})$")
+                    done = place.type(what, needs_display=what.startswith("quoddle run"))
+                    self.assertRegex(done.stdout.rstrip("\n"), pattern_of(content))
                     taken += 1
             self.assertGreater(taken, 10, "the page's steps are not found")
 
