@@ -27,7 +27,7 @@ std::string objectOf(const Finding& finding) {
            ", \"message\": " + inJSON(finding.message) + "}";
 }
 
-/// On one line: a message may quote texts of the script.
+/// On one line: a message may quote texts of the script, and a name may be any.
 std::string inOneLine(std::string text) {
     for (char& c : text)
         if (static_cast<unsigned char>(c) < 0x20)
@@ -70,8 +70,8 @@ int checkScripts(ComponentInstance instance, const std::vector<ScriptSource>& so
         if (asJSON)
             std::cout << separator << "\n  " << objectOf(*finding);
         else
-            std::cout << finding->file << ":" << finding->start.line << ":" << finding->start.column << ": " << inOneLine(finding->message)
-                      << "\n";
+            std::cout << inOneLine(finding->file) << ":" << finding->start.line << ":" << finding->start.column << ": "
+                      << inOneLine(finding->message) << "\n";
         separator = ",";
     }
     if (asJSON)

@@ -102,7 +102,8 @@ Result<std::string, InputFault> readScript(const std::string& path, Input input)
                                                   : readFile(file, kMaximumInput);
     if (bytes)
         return std::move(*bytes);
-    return Failure{InputFault{bytes.error(), messageForStatus(bytes.error())}};
+    const bool isFolderOnly = file != path && bytes.error() == fnfErr;
+    return Failure{InputFault{bytes.error(), isFolderOnly ? "There is no script in this folder." : messageForStatus(bytes.error())}};
 }
 
 std::optional<std::string> readInput(const Program& program, const std::string& path, Input input) {

@@ -26,6 +26,9 @@ std::size_t widthOf(UChar32 c) {
     const int type = u_charType(c);
     if (type == U_NON_SPACING_MARK || type == U_ENCLOSING_MARK || type == U_FORMAT_CHAR)
         return 0;
+    const int syllable = u_getIntPropertyValue(c, UCHAR_HANGUL_SYLLABLE_TYPE);
+    if (syllable == U_HST_VOWEL_JAMO || syllable == U_HST_TRAILING_JAMO) // joins the one in front
+        return 0;
     const int width = u_getIntPropertyValue(c, UCHAR_EAST_ASIAN_WIDTH);
     return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }

@@ -140,6 +140,12 @@ class CommandLines(unittest.TestCase):
         lines = output.splitlines()
         for line, start in zip(lines, (f"{bad}:2:13: Expected ", "nowhere:1:1: No such file", f"{later}:3:14: Expected ", "-:1:1: Expected "), strict=True):
             self.assertTrue(line.startswith(start), line)
+        (self.folder / "a\nb").write_text(")")
+        (self.folder / "folder").mkdir()
+        self.assertEqual(call("osacompile", "--check", "a\nb", "folder", cwd=self.folder),
+                         (1, "a b:1:1: Expected expression but found “)”.\nfolder:1:1: There is no script in this folder.\n", ""))
+        (self.folder / "a\nb").unlink()
+        (self.folder / "folder").rmdir()
         status, output, errors = call("osacompile", "--json", "--check", bad, good, "nowhere", later, cwd=self.folder)
         self.assertEqual((status, errors), (1, ""))
         told = json.loads(output)
@@ -153,6 +159,7 @@ class CommandLines(unittest.TestCase):
         for source, shown in [
             ("set b to 1\nset c to )\n", "  2 | set c to )\n    |          ^\n"),
             ("\tset é to 日本 & )", "  1 |     set é to 日本 & )\n    |                     ^\n"),
+            ("log \"\u1112\u1161\u11ab e\u0301\" & )", "  1 | log \"\u1112\u1161\u11ab e\u0301\" & )\n    | " + " " * 13 + "^\n"),
             ("return 1 +", "  1 | return 1 +\n    |           ^\n"),
             ("beep\rerror \"\x1b[31m\" number 7", "  2 | error \"?[31m\" number 7\n    | ^^^^^^^^^^^^^^^^^^^^^^\n"),
             ("x" * 300 + " to (3", "  1 | …" + "x" * 34 + " to (3\n    |  " + " " * 40 + "^\n"),
