@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Every command line that README.md, docs/from-a-mac.md and the examples of the man pages show is run, in their order, in one folder. One that
-has no row here is an error, and so is a row that no page shows. The blocks of source compile.
+"""Every command line that README.md, the pages about applets, programs and coming from a Mac, and the examples of the manuals show is run, in
+their order, in one folder. One that has no row here is an error, and so is a row that no page shows. The blocks of source compile.
 
     documentlines.py BIN
 """
@@ -26,7 +26,6 @@ LINES = [
     ("osascript FILE ARGUMENT…", "osascript Old.scpt one two", "one, two"),
     ("osascript -i", "osascript -i <<< '6 * 7'", "42"),
     ("osacompile -o Name.scpt FILE", "osacompile -o Name.scpt FILE; osascript Name.scpt", "5"),
-    ("quoddle run Name.app [FILE…]", "DISPLAY quoddle run Name.app FILE", "took FILE"),
     ("quoddle-shell Name.app [FILE…]", "DISPLAY quoddle-shell Name.app FILE", "took FILE"),
     ("osacompile --check FILE…", "osacompile --check FILE Wrong", "Wrong:1:5: …"),
     ("osadecompile Old.scpt", None, "on run argv…"),
@@ -36,11 +35,14 @@ LINES = [
     ("quoddle run Old.app FILE…", "DISPLAY quoddle run Old.app FILE", "took FILE"),
     ("quoddle adopt Old.app", "rm -r Old.app/Contents/Linux; quoddle adopt Old.app && ls Old.app/Contents/Linux", "…Old"),
     ("osacompile -o New.app Old.app", "osacompile -o New.app Old.app && quoddle info New.app", "…Handlers…run…"),
+    ("osacompile -o New.app new.applescript", "osacompile -o Newer.app sums.applescript", ""),
     ("osacompile -o Steps.app steps.applescript", "osacompile -o Steps.app steps.applescript && DISPLAY Steps.app/Contents/Linux/Steps", ""),
     ("osacompile -s", "osacompile -s -o Idle.app watch.applescript && quoddle info Idle.app", "…yes…"),
     ("osascript -e 'tell application \"Steps\" to quit'", "DISPLAY osascript -e 'tell application \"Steps\" to quit'", ""),
     ("osascript -e 'tell application \"/path/to/Sums.app\" to add(1, 2)'", "DISPLAY osascript -e \"tell application \\\"$PWD/Sums.app\\\" to add(1, 2)\"", "3"),
     ("quoddle install Name.app", None, "Installed: …"),
+    ("quoddle pack Name.app", None, "…Name.appletz"),
+    ("quoddle run Name.appletz", "DISPLAY quoddle run Name.appletz FILE", "took FILE"),
     ("quoddle quit Name", None, "quoddle: Name: no such applet is running…"),
     ("quoddle uninstall Name.app", None, "Removed: …"),
     ("openssl genpkey -algorithm ed25519 -out key.pem", None, ""),
@@ -84,7 +86,7 @@ def examples_of_manual(text):
 
 
 def shown_lines():
-    pages = [ROOT / "README.md", ROOT / "docs/from-a-mac.md"]
+    pages = [ROOT / "README.md", *(ROOT / "docs" / page for page in ("applets.md", "programs.md", "from-a-mac.md"))]
     lines = [line for page in pages for line in lines_of_page(page.read_text())]
     return lines + [line for page in sorted((ROOT / "docs/man").glob("*.1")) for line in examples_of_manual(page.read_text())]
 
@@ -107,7 +109,7 @@ class DocumentLines(unittest.TestCase):
             "taker.applescript": "on run\n\tif false then tell application \"Finder\" to activate\nend run\n"
                                  "on open these\n\tlog \"took \" & name of (info for item 1 of these)\nend open\n",
             "sums.applescript": "on add(a, b)\n\treturn a + b\nend add\n",
-            "steps.applescript": re.search(r"^```applescript\n(on run\n.*?)^```", (ROOT / "README.md").read_text(), re.M | re.S).group(1)}
+            "steps.applescript": re.search(r"^```applescript\n(on run\n.*?)^```", (ROOT / "docs/applets.md").read_text(), re.M | re.S).group(1)}
         for name, text in files.items():
             (place.folder / name).write_text(text)
         for name, source in (("Old.scpt", "old"), ("Old.app", "taker"), ("Name.app", "taker"), ("Sums.app", "sums")):
