@@ -88,33 +88,36 @@ std::string forBash(const Program& program) {
     return out + "complete -o default -F _" + name + " " + name + "\n";
 }
 
+/// An option for _arguments, without the quotes around it.
+std::string zshOption(const Option& option) {
+    std::string out = (option.mayRepeat ? "*" : "") + spelled(option) + (option.value.empty() || option.name.size() > 1 ? "" : "+") + "[" +
+                      escaped(option.help, "[]:") + "]";
+    if (!option.value.empty())
+        out += ":" + std::string(option.value) + ":";
+    if (option.offer == Offer::languages)
+        out += "{compadd -- ${(f)\"$(" + kLanguages + ")\"}}";
+    else if (option.offer == Offer::resultFlags)
+        out += "(" + kResultFlags + ")";
+    else if (!option.value.empty())
+        out += option.offer == Offer::nothing ? " " : "_files";
+    return out;
+}
+
 std::string forZsh(const Program& program) {
-    const std::string_view special = "[]:";
     std::string out = "#compdef " + std::string(program.name) + "\n";
     if (!program.commands.empty()) {
         out += "if (( CURRENT > 2 )); then\n\tcase $words[2] in\n";
         for (const Command& command : program.commands) {
             out += "\t" + std::string(command.name) + ") _arguments";
             for (const Option& option : optionsOf(command))
-                out += " '" + spelled(option) + "[" + escaped(option.help, special) + "]'";
+                out += " '" + zshOption(option) + "'";
             out += std::string(" '1:command: '") + (command.most > 0 ? " '*:file:_files'" : "") + " ;;\n";
         }
         out += "\tesac\n\treturn\nfi\n";
     }
     out += std::string("_arguments -s") + (program.hasOptionsAnywhere ? "" : " -A '-*'");
-    for (const Option& option : optionsOf(program)) {
-        out += std::string(" \\\n\t'") + (option.mayRepeat ? "*" : "") + spelled(option) +
-               (option.value.empty() || option.name.size() > 1 ? "" : "+") + "[" + escaped(option.help, special) + "]";
-        if (!option.value.empty())
-            out += ":" + std::string(option.value) + ":";
-        if (option.offer == Offer::languages)
-            out += "{compadd -- ${(f)\"$(" + kLanguages + ")\"}}";
-        else if (option.offer == Offer::resultFlags)
-            out += "(" + kResultFlags + ")";
-        else if (!option.value.empty())
-            out += option.offer == Offer::nothing ? " " : "_files";
-        out += "'";
-    }
+    for (const Option& option : optionsOf(program))
+        out += " \\\n\t'" + zshOption(option) + "'";
     if (!program.commands.empty()) {
         out += " \\\n\t'1:command:((";
         for (const Command& command : program.commands)
@@ -124,24 +127,26 @@ std::string forZsh(const Program& program) {
     return out + (program.most > 0 ? " \\\n\t'*:file:_files'\n" : "\n");
 }
 
+std::string fishOption(const Option& option) {
+    std::string out = (option.name.size() == 1 ? " -s " : " -l ") + std::string(option.name);
+    if (option.offer == Offer::languages)
+        out += " -x -a " + inQuotes("(" + kLanguages + ")");
+    else if (option.offer == Offer::resultFlags)
+        out += " -x -a " + inQuotes(kResultFlags);
+    else if (!option.value.empty())
+        out += option.offer == Offer::nothing ? " -x" : " -r";
+    return out + " -d " + inQuotes(option.help, "\\") + "\n";
+}
+
 std::string forFish(const Program& program) {
     const std::string start = "complete -c " + std::string(program.name);
     std::string out;
-    for (const Option& option : optionsOf(program)) {
-        out += start + (option.name.size() == 1 ? " -s " : " -l ") + std::string(option.name);
-        if (option.offer == Offer::languages)
-            out += " -x -a " + inQuotes("(" + kLanguages + ")");
-        else if (option.offer == Offer::resultFlags)
-            out += " -x -a " + inQuotes(kResultFlags);
-        else if (!option.value.empty())
-            out += option.offer == Offer::nothing ? " -x" : " -r";
-        out += " -d " + inQuotes(option.help, "\\") + "\n";
-    }
+    for (const Option& option : optionsOf(program))
+        out += start + fishOption(option);
     for (const Command& command : program.commands) {
         out += start + " -n __fish_use_subcommand -f -a " + std::string(command.name) + " -d " + inQuotes(command.summary, "\\") + "\n";
         for (const Option& option : command.options)
-            out += start + " -n " + inQuotes("__fish_seen_subcommand_from " + std::string(command.name)) + " -l " +
-                   std::string(option.name) + " -d " + inQuotes(option.help, "\\") + "\n";
+            out += start + " -n " + inQuotes("__fish_seen_subcommand_from " + std::string(command.name)) + fishOption(option);
     }
     return out + (program.most == 0 ? start + " -f\n" : "");
 }

@@ -116,14 +116,14 @@ class Completions(unittest.TestCase):
         with_own = 0
         for command in {word for word in known_to("quoddle") if not word.startswith("-")}:
             text = subprocess.run([str(BIN / "quoddle"), command, "--help"], capture_output=True, text=True, check=True).stdout
-            own = set(re.findall(r"^  (--[a-z]+) ", text, re.M)) - {"--help", "--version"}
+            own = set(re.findall(r"^  (--?[a-z]+) ", text, re.M)) - {"--help", "--version"}
             with_own += bool(own)
             with self.subTest(command):
                 self.assertEqual(self.bash("quoddle", command, "-"), own | {"--help"})
-                self.assertEqual(options(self.fish("quoddle", f"quoddle {command} --")) - {"--help", "--version"}, own)
+                self.assertEqual(options(self.fish("quoddle", f"quoddle {command} -")) - {"--help", "--version"}, own)
                 if own:  # a single choice is not listed
                     shown = re.split(r"[\s,]+", self.zsh(f"quoddle {command} -"))
-                    self.assertEqual({word for word in shown if re.fullmatch(r"--[a-z]+", word)}, own | {"--help"})
+                    self.assertEqual({word for word in shown if re.fullmatch(r"--?[a-z]+", word)}, own | {"--help"})
         self.assertTrue(with_own)
 
     def test_shells_offer_values_and_files(self):
