@@ -73,7 +73,7 @@ class Lifecycle(harness.AppletCase):
 
     def listens(self, applet):
         """Waits until applications that are launched later can find the applet."""
-        until((applet.folder / "run" / "quoddle" / f"{applet.process.pid}.sock").exists, applet.name + " to listen")
+        until((applet.folder / "run" / "quoddle" / f"{applet.process.pid}.app").exists, applet.name + " to listen")
 
     def hand_over(self, applet, *files):
         """Launches the applet a second time; that process ends when the files have been handled."""
