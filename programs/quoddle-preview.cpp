@@ -37,7 +37,8 @@ constexpr qint64 kMostPageBytes = qint64{128} << 20;                          //
 constexpr rlim_t kProcessorTime = 10;                                         // seconds
 // The address sanitizer reserves terabytes of addresses and looks for leaks by another process, so it runs without these limits.
 #ifndef __SANITIZE_ADDRESS__
-constexpr rlim_t kMemory = rlim_t{2} << 30; // bytes of address space
+constexpr rlim_t kMemory = rlim_t{2} << 30;     // bytes that can be written to
+constexpr rlim_t kAddresses = rlim_t{64} << 30; // bytes; the reader of documents reserves far more addresses than it uses
 #endif
 
 void limitProcess() {
@@ -52,7 +53,8 @@ void limitProcess() {
     std::signal(SIGXFSZ, SIG_IGN);
     limit(RLIMIT_CPU, kProcessorTime);
 #ifndef __SANITIZE_ADDRESS__
-    limit(RLIMIT_AS, kMemory);
+    limit(RLIMIT_DATA, kMemory);
+    limit(RLIMIT_AS, kAddresses);
     confineProcess(); // on systems that can
 #endif
 }
