@@ -376,6 +376,8 @@ class Programs(unittest.TestCase):
             return done.stdout.strip() + done.stderr
 
         def compile_with(step):
+            if script.exists():
+                script.chmod(0o644)  # a file that may not be written is not replaced
             self.assertEqual(call("osacompile", "-o", script, "-e", f"property n : 0\nset n to n + {step}\nreturn n")[0], 0)
             script.chmod(0o444)
             return script.read_bytes()
