@@ -174,7 +174,7 @@ class Editors(unittest.TestCase):
         (self.folder / "numbered.xml").write_text(f'<style-scheme id="numbered" name="numbered" version="1.0">{styles}</style-scheme>')
         schemes, languages = GtkSource.StyleSchemeManager(), GtkSource.LanguageManager()
         schemes.set_search_path([str(self.folder)])
-        languages.set_search_path([str((self.share / GTK).parent), "/usr/share/gtksourceview-5/language-specs"])
+        languages.set_search_path([str((self.share / GTK).parent), *languages.get_search_path()])
         buffer = GtkSource.Buffer()
         buffer.set_language(languages.guess_language("sample.applescript", None))
         buffer.set_style_scheme(schemes.get_scheme("numbered"))
