@@ -250,7 +250,7 @@ bool NSSavePanel::beginInPortal() {
     if (mPortal && mPortal->isAsking())
         return true;
     const auto request = portalRequest();
-    if (!request || !FilePortal::mayExist())
+    if (!request || !FilePortal::mayExist(mPanel->parentWidget()))
         return false;
     mPortal = std::make_unique<FilePortal>();
     mPortal->begin(*request, mPanel->parentWidget(), [this](FilePortal::Outcome outcome, const QStringList& paths) {

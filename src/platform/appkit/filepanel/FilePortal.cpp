@@ -120,8 +120,8 @@ FilePortal::~FilePortal() {
     cancel();
 }
 
-bool FilePortal::mayExist() {
-    return qEnvironmentVariable("QUODDLE_FILE_PANEL") != "own"_L1 && runningSessionBus();
+bool FilePortal::mayExist(const QWidget* window) {
+    return qEnvironmentVariable("QUODDLE_FILE_PANEL") != "own"_L1 && (!window || !nameOf(window).isEmpty()) && runningSessionBus();
 }
 
 void FilePortal::begin(const FilePortalRequest& request, const QWidget* window, Completion completion) {

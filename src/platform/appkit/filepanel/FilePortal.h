@@ -41,8 +41,9 @@ public:
     explicit FilePortal(QObject* parent = nullptr);
     ~FilePortal() override;
 
-    /// Whether there is a bus to ask on, and the user has not decided for our own panel (QUODDLE_FILE_PANEL=own in the environment).
-    static bool mayExist();
+    /// Whether there is a bus to ask on, the user has not decided for our own panel (QUODDLE_FILE_PANEL=own in the environment), and the
+    /// chooser can be a dialog of `window`, unless that is null: Wayland has no name for a window that could be told to the portal.
+    static bool mayExist(const QWidget* window);
     /// Asks for the chooser, as a dialog of `window`, which may be null. One request at a time; mayExist() must hold.
     void begin(const FilePortalRequest& request, const QWidget* window, Completion completion);
     bool isAsking() const { return static_cast<bool>(mCompletion); }
