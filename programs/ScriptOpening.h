@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a user opens on the desktop, a script or a packed applet, is run with a question first, and with errors in an alert.
+// A script or packed applet that a user opens on the desktop is run with a question first, and with errors in an alert.
 //
 // Decision: about a script the user is asked each time, because a file that lies on the desktop may have come from anywhere; who wants no
 // question makes an applet of the script. About a packed applet the user is asked once. The dialogs are scripts of our own, so that

@@ -22,7 +22,7 @@ struct InputFault {
     OSStatus number;
     std::string message; ///< a sentence
 };
-/// What is read beside regular files and standard input.
+/// The kinds of input, beside regular files and standard input, that a program reads.
 enum class Input {
     Files,   ///< the names of open files (/dev/fd/3), which a shell makes for what a command prints, and /dev/null
     Anything ///< all pipes and devices, and links from a bundle to somewhere else

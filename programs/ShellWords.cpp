@@ -88,7 +88,7 @@ public:
     }
 
 private:
-    /// Who takes the words behind a command, apart from the command itself.
+    /// The readers of the words behind a command, apart from the command itself.
     enum class Taker { Nobody, Starter, Shell, Eval, Find };
     struct HereDocument {
         std::string end;
@@ -267,7 +267,7 @@ private:
             mIsBehindOptions = text == "--";
             mSkipsWord = text[1] != '-' && mStarter->optionsWithValue.find(text.back()) != std::string_view::npos;
             const bool onlyAsks = mStarter->name == "command" && text.find_first_of("vV") != std::string::npos;
-            // Nobody knows whether a long option has taken the next word.
+            // An unknown long option may have taken the next word.
             const bool isDoubtful = text.size() > 2 && text[1] == '-' && text.find('=') == std::string::npos;
             if (onlyAsks || isDoubtful) {
                 mIsStart = false;

@@ -25,7 +25,7 @@ std::vector<Option> optionsOf(const Program& program) {
     return options;
 }
 
-/// Those of commands have no values.
+/// The options of a command and --help; --version is an option of the program alone.
 std::vector<Option> optionsOf(const Command& command) {
     std::vector<Option> options(command.options.begin(), command.options.end());
     options.push_back(kCommonOptions[0]);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is packed can be unpacked again, and is the same file each time.
+// Packed bundles can be unpacked again, and the same bundle makes the same file each time.
 #include "platform/delivery/BundleArchive.h"
 #include "platform/delivery/BundlePacking.h"
 
