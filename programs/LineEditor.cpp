@@ -4,6 +4,7 @@
 #include "platform/base/File.h"
 #include "platform/base/SourceEncoding.h"
 #include "platform/base/Text.h"
+#include "platform/base/UserFolders.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -232,10 +233,7 @@ LineEditor::Ending LineEditor::read(const std::string& prompt, std::string& line
 }
 
 std::string stateFile(const std::string& name) {
-    const char* state = std::getenv("XDG_STATE_HOME");
-    const char* home = std::getenv("HOME");
-    const std::string folder = state && *state == '/' ? state : std::string(home ? home : "") + "/.local/state";
-    return folder + "/quoddle/" + name;
+    return stateFolder() + "/quoddle/" + name;
 }
 
 } // namespace quoddle::tool

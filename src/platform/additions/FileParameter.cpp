@@ -1,25 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "platform/additions/FileParameter.h"
 
+#include "platform/base/File.h"
 #include "platform/base/FileURL.h"
 #include "platform/base/Text.h"
+#include "platform/base/UserFolders.h"
 
-#include <cstdlib>
 #include <filesystem>
-#include <pwd.h>
-#include <unistd.h>
 
 namespace quoddle::additions {
 
 namespace {
 
 constexpr std::string_view kStartupDisk = "Macintosh HD";
-
-std::string withoutSlashAtEnd(std::string path) {
-    while (path.size() > 1 && path.ends_with('/'))
-        path.pop_back();
-    return path;
-}
 
 char colonsAndSlashesSwapped(char c) {
     return c == ':' ? '/' : c == '/' ? ':' : c;
@@ -65,22 +58,6 @@ constexpr FileText kTexts[] = {
 };
 
 } // namespace
-
-std::string homeFolder() {
-    const char* home = std::getenv("HOME");
-    if (home && *home == '/')
-        return withoutSlashAtEnd(home);
-    char buffer[4096];
-    passwd entry{};
-    passwd* user = nullptr;
-    (void)::getpwuid_r(::getuid(), &entry, buffer, sizeof buffer, &user);
-    return user && user->pw_dir ? user->pw_dir : "/";
-}
-
-std::string pathFromEnvironment(const char* variable, const std::string& otherwise) {
-    const char* value = std::getenv(variable);
-    return value && *value == '/' ? withoutSlashAtEnd(value) : otherwise;
-}
 
 std::string fileName(const std::string& path) {
     return path == "/" ? std::string(kStartupDisk) : path.substr(path.rfind('/') + 1);

@@ -22,10 +22,7 @@ AEDesc fileResult(const std::string& path, DescType asClass);
 /// Puts an error of a file into the reply: the status, a message with the file's name, and the file as the offending object.
 OSErr failFile(AEDesc& reply, OSStatus status, const std::string& path);
 
-std::string homeFolder();
 /// The part behind the last slash; "Macintosh HD" for the root.
 std::string fileName(const std::string& path);
-/// The path in an environment variable; `otherwise` when the variable is unset or its path is relative.
-std::string pathFromEnvironment(const char* variable, const std::string& otherwise);
 
 } // namespace quoddle::additions

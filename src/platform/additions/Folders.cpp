@@ -3,6 +3,7 @@
 
 #include "platform/additions/FileParameter.h"
 #include "platform/base/File.h"
+#include "platform/base/UserFolders.h"
 
 #include <algorithm>
 
@@ -68,7 +69,7 @@ constexpr NamedDefault kUserFolders[] = {
 
 /// The folder in a line of user-dirs.dirs: XDG_MUSIC_DIR="$HOME/Music". The last valid line counts; only absolute paths are valid.
 std::optional<std::string> folderFromSettings(std::string_view name) {
-    const auto settings = readFile(pathFromEnvironment("XDG_CONFIG_HOME", homeFolder() + "/.config") + "/user-dirs.dirs", kLargestSettings);
+    const auto settings = readFile(configFolder() + "/user-dirs.dirs", kLargestSettings);
     const std::string start = "XDG_" + std::string(name) + "_DIR=\"";
     std::optional<std::string> found;
     if (!settings)
@@ -101,9 +102,9 @@ std::string baseFolder(std::string_view name) {
     if (name == "home")
         return homeFolder();
     if (name == "data")
-        return pathFromEnvironment("XDG_DATA_HOME", homeFolder() + "/.local/share");
+        return dataFolder();
     if (name == "config")
-        return pathFromEnvironment("XDG_CONFIG_HOME", homeFolder() + "/.config");
+        return configFolder();
     if (name == "temp")
         return pathFromEnvironment("TMPDIR", "/tmp");
     const auto known = std::find_if(std::begin(kUserFolders), std::end(kUserFolders), [name](const auto& row) { return row.name == name; });

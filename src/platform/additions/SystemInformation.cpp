@@ -3,6 +3,7 @@
 
 #include "platform/additions/Command.h"
 #include "platform/additions/FileParameter.h"
+#include "platform/base/UserFolders.h"
 
 #include <arpa/inet.h>
 #include <cstdio>

@@ -295,6 +295,12 @@ OSStatus copyFile(const std::string& from, const std::string& to) {
     return ::fchmod(target.number(), info.st_mode & 0777) == 0 ? noErr : statusFromErrno(errno);
 }
 
+std::string withoutSlashAtEnd(std::string path) {
+    while (path.size() > 1 && path.ends_with('/'))
+        path.pop_back();
+    return path;
+}
+
 std::string nameBeside(const std::string& path) {
     return path.substr(0, path.rfind('/') + 1) + ".quoddle-XXXXXX";
 }

@@ -39,6 +39,9 @@ OSStatus copyFile(const std::string& from, const std::string& to);
 /// A pattern for mkostemp() and mkdtemp(): a hidden name in the folder of `path`, so that the result can be renamed to `path`.
 std::string nameBeside(const std::string& path);
 
+/// "/" stays.
+std::string withoutSlashAtEnd(std::string path);
+
 /// The status number for an errno value.
 OSStatus statusFromErrno(int error);
 

@@ -2,8 +2,7 @@
 #include "platform/foundation/Bookmarks.h"
 
 #include "platform/base/File.h"
-
-#include <QStandardPaths>
+#include "platform/base/UserFolders.h"
 
 namespace quoddle {
 
@@ -18,8 +17,7 @@ constexpr qsizetype kMost = 1000;
 
 QList<Bookmark> fileManagerBookmarks() {
     QList<Bookmark> bookmarks;
-    const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/gtk-3.0/bookmarks"_s;
-    const auto lines = readFileStart(file.toStdString(), kLargestList);
+    const auto lines = readFileStart(configFolder() + "/gtk-3.0/bookmarks", kLargestList);
     if (!lines)
         return bookmarks;
     for (const QByteArray& line : QByteArray::fromStdString(*lines).split('\n')) {

@@ -2,11 +2,12 @@
 #include "platform/foundation/DesktopEntry.h"
 
 #include "platform/base/File.h"
+#include "platform/base/UserFolders.h"
 
 #include <QCryptographicHash>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QStandardPaths>
 
 namespace quoddle {
 
@@ -86,7 +87,7 @@ QString desktopObjectPath(const QString& name) {
 }
 
 QString desktopEntriesFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/applications"_s;
+    return QFile::decodeName((dataFolder() + "/applications").c_str());
 }
 
 QString desktopEntryPath(const QString& name) {

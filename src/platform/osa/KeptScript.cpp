@@ -2,10 +2,10 @@
 #include "platform/osa/KeptScript.h"
 
 #include "platform/base/File.h"
+#include "platform/base/UserFolders.h"
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <unistd.h>
 
@@ -26,13 +26,8 @@ std::string fingerprint(std::string_view bytes) {
     return digits;
 }
 
-/// Empty when the user has no place for data.
-fs::path folderOfCopies() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const char* home = std::getenv("HOME");
-    if (data && *data == '/')
-        return fs::path(data) / "quoddle/properties";
-    return home && *home == '/' ? fs::path(home) / ".local/share/quoddle/properties" : fs::path();
+std::string folderOfCopies() {
+    return dataFolder() + "/quoddle/properties";
 }
 
 /// The beginning of the names of a script's copies, made from the path of its file.
@@ -45,8 +40,6 @@ std::string nameOfPlace(const std::string& file) {
 /// The path of a script's copy, whether there is one or not; empty when the script's file cannot be read.
 fs::path copyOf(const std::string& file) {
     const fs::path folder = folderOfCopies();
-    if (folder.empty())
-        return {};
     const auto bytes = readFile(file, kLongestScript);
     return bytes ? folder / (nameOfPlace(file) + fingerprint(*bytes) + ".scpt") : fs::path();
 }

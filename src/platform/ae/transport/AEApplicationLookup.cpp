@@ -3,6 +3,7 @@
 
 #include "platform/ae/AEFlatten.h"
 #include "platform/base/File.h"
+#include "platform/base/UserFolders.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -19,15 +20,8 @@ constexpr std::size_t kMaximumListSize = 1 << 20;
 constexpr std::size_t kMaximumRemembered = 500;
 constexpr std::string_view kApplicationExtension = ".app";
 
-std::string home() {
-    const char* folder = std::getenv("HOME");
-    return folder ? folder : "";
-}
-
 std::string rememberedPath() {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const std::string folder = data && *data == '/' ? data : home() + "/.local/share";
-    return folder + "/quoddle/applications";
+    return dataFolder() + "/quoddle/applications";
 }
 
 std::vector<AERunningApplication> remembered() {
@@ -55,7 +49,7 @@ std::vector<std::string> applicationFolders() {
             folders.push_back(path.substr(start, end - start));
         start = end + 1;
     }
-    folders.insert(folders.end(), {home() + "/Applications", "/usr/local/share/quoddle/applets", "/usr/share/quoddle/applets"});
+    folders.insert(folders.end(), {homeFolder() + "/Applications", "/usr/local/share/quoddle/applets", "/usr/share/quoddle/applets"});
     return folders;
 }
 

@@ -8,10 +8,10 @@
 #include "platform/applescript/terminology/TermTable.h"
 #include "platform/base/FileURL.h"
 #include "platform/base/Text.h"
+#include "platform/base/UserFolders.h"
 #include "platform/sdef/BundleDictionary.h"
 #include "platform/sdef/DictionaryReader.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -62,11 +62,8 @@ std::string inBundle(const Wanted& wanted) {
 }
 
 std::string ofUser(const std::string& name) {
-    const char* data = std::getenv("XDG_DATA_HOME");
-    const char* home = std::getenv("HOME");
-    const fs::path folder = (data && *data == '/' ? fs::path(data) : fs::path(home ? home : "/") / ".local/share") / "quoddle/dictionaries";
     std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    for (fs::directory_iterator entry(dataFolder() + "/quoddle/dictionaries", error), end; !error && entry != end; entry.increment(error)) {
         const std::string file = entry->path().filename().string();
         if (std::ranges::equal(file, name + std::string(kExtension), {}, asciiLower, asciiLower))
             return entry->path().string();

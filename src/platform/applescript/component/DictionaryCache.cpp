@@ -2,9 +2,9 @@
 #include "platform/applescript/component/DictionaryCache.h"
 
 #include "platform/base/File.h"
+#include "platform/base/UserFolders.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <sys/stat.h>
 
@@ -19,11 +19,7 @@ constexpr std::string_view kVersion = "quoddle terms 3";
 constexpr std::size_t kMaximumSize = std::size_t(16) << 20;
 
 std::string folder() {
-    const char* cache = std::getenv("XDG_CACHE_HOME");
-    const char* home = std::getenv("HOME");
-    if (cache && *cache == '/')
-        return std::string(cache) + "/quoddle/dictionaries";
-    return home && *home == '/' ? std::string(home) + "/.cache/quoddle/dictionaries" : std::string();
+    return cacheFolder() + "/quoddle/dictionaries";
 }
 
 /// One name for each path; that an entry belongs to the path is seen in the entry itself.
@@ -55,7 +51,7 @@ std::string_view nextLine(std::string_view& text) {
 } // namespace
 
 std::unique_ptr<TermDictionary> cachedTerms(const std::string& path) {
-    const auto bytes = folder().empty() ? Result<std::string, OSStatus>(Failure{fnfErr}) : readFile(entryFor(path), kMaximumSize);
+    const auto bytes = readFile(entryFor(path), kMaximumSize);
     if (!bytes)
         return nullptr;
     std::string_view rest = *bytes;
@@ -70,8 +66,6 @@ std::unique_ptr<TermDictionary> cachedTerms(const std::string& path) {
 }
 
 void cacheTerms(const std::string& path, const std::vector<std::string>& files, const TermDictionary& terms) {
-    if (folder().empty())
-        return;
     std::string entry(kVersion);
     entry += "\n" + path + "\n";
     for (const std::string& file : files) {

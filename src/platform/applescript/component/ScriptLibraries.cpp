@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/applescript/component/ScriptLibraries.h"
+#include "platform/base/UserFolders.h"
 
 #include <charconv>
 #include <cstdlib>
@@ -14,11 +15,6 @@ namespace {
 
 constexpr std::string_view kFolder = "Script Libraries";
 
-std::string variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
 std::vector<std::string> librariesFolders(const std::string& bundle) {
     std::vector<std::string> folders;
     const auto add = [&](const fs::path& folder) {
@@ -26,15 +22,15 @@ std::vector<std::string> librariesFolders(const std::string& bundle) {
             folders.push_back(folder.string());
     };
     add(bundle.empty() ? fs::path() : fs::path(bundle) / "Contents/Resources" / kFolder);
-    const std::string listed = variable("OSA_LIBRARY_PATH"), home = variable("HOME"), data = variable("XDG_DATA_HOME");
+    const char* path = std::getenv("OSA_LIBRARY_PATH");
+    const std::string listed = path ? path : "";
     for (std::size_t at = 0; at < listed.size();) {
         const std::size_t end = std::min(listed.find(':', at), listed.size());
         add(listed.substr(at, end - at));
         at = end + 1;
     }
-    const fs::path dataFolder = fs::path(data).is_absolute() ? fs::path(data) : fs::path(home) / ".local/share";
-    add(dataFolder / "quoddle" / kFolder);
-    add(fs::path(home) / "Library" / kFolder);
+    add(fs::path(dataFolder()) / "quoddle" / kFolder);
+    add(fs::path(homeFolder()) / "Library" / kFolder);
     add(fs::path("/usr/local/share/quoddle") / kFolder);
     add(fs::path("/usr/share/quoddle") / kFolder);
     return folders;

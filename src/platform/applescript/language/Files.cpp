@@ -2,8 +2,8 @@
 #include "platform/applescript/language/Files.h"
 
 #include "platform/base/Text.h"
+#include "platform/base/UserFolders.h"
 
-#include <cstdlib>
 #include <filesystem>
 
 namespace quoddle::language {
@@ -54,8 +54,7 @@ std::string urlFromPath(std::string_view path) {
 
 std::string absolute(std::string_view path) {
     if (path.starts_with("~/") || path == "~")
-        if (const char* home = std::getenv("HOME"))
-            return std::string(home) + std::string(path.substr(1));
+        return homeFolder() + std::string(path.substr(1));
     std::error_code error;
     return path.starts_with('/') ? std::string(path) : (std::filesystem::current_path(error) / path).string();
 }
