@@ -6,6 +6,7 @@ by applets/desktop.py.
     quoddle.py BIN
 """
 import configparser
+import itertools
 import os
 import pathlib
 import plistlib
@@ -359,12 +360,22 @@ class Quoddle(unittest.TestCase):
         self.environment |= {"XDG_DATA_DIRS": f"{self.folder}/system:/usr/share", "XDG_CONFIG_HOME": str(self.folder / "config")}
         viewer, types = "zz-viewer.desktop", ["png", "txt", "py"]
         own, choices = self.data / "applications/mimeapps.list", self.folder / "config/mimeapps.list"
-        others = "# mine\n[Default Applications]\nimage/gif=a.desktop\n\n[Added Associations]\nimage/png=b.desktop;\n"
-        for what, before in (("nothing", None), ("a list", others)):
-            with self.subTest(what):
-                for path in (own, choices):
+        others = b"# mine\n[Default Applications]\nimage/gif=a.desktop\n\n[Added Associations]\nimage/png=b.desktop;\n"
+        lists = {"nothing": None, "an empty list": b"", "a heading": b"[Default Applications]\n", "other lines": others, "another group": b"# mine\n\n" + others[others.index(b"[Added"):],
+                 "line ends of another system": others.replace(b"\n", b"\r\n"), "no end of the last line": others[:-1] + b"\n[Default Applications]",
+                 "a choice": b"[Default Applications]\n text/plain =  zz-viewer.desktop\nimage/png=zz-viewer.desktop;no.desktop;;\n",
+                 "a line like ours": b"[Default Applications]\n#image/png=applet-com.example.Second.desktop\n"}
+        for (what, before), isLink in itertools.product(lists.items(), (False, True)):
+            if isLink and before is None:
+                continue
+            with self.subTest(what, link=isLink):
+                for number, path in enumerate((own, choices)):
                     path.parent.mkdir(parents=True, exist_ok=True)
-                    path.write_text(before) if before else path.unlink(missing_ok=True)
+                    path.unlink(missing_ok=True)
+                    if isLink:
+                        path.symlink_to(self.folder / f"list{number}")
+                    if before is not None:
+                        path.write_bytes(before)
                 for name in ("First", "Second"):
                     info = {"CFBundleIdentifier": "com.example." + name, "CFBundleDocumentTypes": [{"CFBundleTypeExtensions": types}]}
                     self.assertEqual(self.call("install", self.make(name, info=info))[0], 0)
@@ -378,7 +389,7 @@ class Quoddle(unittest.TestCase):
                 self.assertEqual(self.call("uninstall", "Second")[0], 0)
                 self.assertEqual(self.default("image/png"), viewer)
                 for path in (own, choices):
-                    self.assertEqual(path.read_text() if path.exists() else None, before)
+                    self.assertEqual((path.read_bytes() if path.exists() else None, path.is_symlink()), (before, isLink))
 
     def test_icons(self):
         small, good, large, oblong, huge = png(64), png(256), png(512), png(256, 128), png(2048)

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "MimeAppsList.h"
+
+#include "Applets.h"
+#include "platform/base/File.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace quoddle::tool {
+
+namespace {
+
+constexpr std::size_t kLargestList = std::size_t(4) << 20;
+const QByteArray kGroup = "[Default Applications]";
+const QByteArray kMadeFile = "# This file was made by quoddle install.";
+const QByteArray kAddedGroup = "# This group was added by quoddle install.";
+
+QString typeIn(const QByteArray& line) {
+    return QString::fromUtf8(line.left(line.indexOf('='))).trimmed();
+}
+
+/// The programs in a line.
+struct Value {
+    explicit Value(const QByteArray& line) : start(line.indexOf('=') + 1) {
+        while (start < line.size() && (line[start] == ' ' || line[start] == '\t'))
+            ++start;
+        programs = line.mid(start).split(';');
+    }
+    /// -1 when the program is not among them. Blanks around names do not count.
+    qsizetype indexOf(const QString& program) const {
+        for (qsizetype i = 0; i < programs.size(); ++i)
+            if (QString::fromUtf8(programs[i].trimmed()) == program)
+                return i;
+        return -1;
+    }
+    qsizetype start;         ///< where the first program begins
+    QByteArrayList programs; ///< as they are written, with blanks
+};
+
+} // namespace
+
+MimeAppsList::MimeAppsList(const std::string& path) : mPath(path) {
+    const auto text = readFile(mPath, kLargestList);
+    mExists = text || text.error() != fnfErr;
+    mIsReadable = text || !mExists;
+    if (text)
+        mText = QByteArray::fromStdString(*text);
+    mLines = mText.split('\n');
+}
+
+/// The numbers of the lines in the groups of default programs.
+QList<qsizetype> MimeAppsList::lines() const {
+    QList<qsizetype> found;
+    bool isInGroup = false;
+    for (qsizetype i = 0; i < mLines.size(); ++i) {
+        const QByteArray line = mLines[i].trimmed();
+        if (line.startsWith('['))
+            isInGroup = line == kGroup;
+        else if (isInGroup && !line.startsWith('#') && line.contains('='))
+            found << i;
+    }
+    return found;
+}
+
+/// -1 when the type has no line.
+qsizetype MimeAppsList::lineOf(const QString& type) const {
+    for (const qsizetype i : lines())
+        if (typeIn(mLines[i]) == type)
+            return i;
+    return -1;
+}
+
+QStringList MimeAppsList::programsFor(const QString& type) const {
+    const qsizetype at = lineOf(type);
+    QStringList programs;
+    if (at >= 0)
+        for (const QByteArray& program : Value(mLines[at]).programs)
+            programs << QString::fromUtf8(program.trimmed());
+    programs.removeAll(QString());
+    return programs;
+}
+
+QStringList MimeAppsList::typesWith(const QString& program) const {
+    QStringList types;
+    for (const qsizetype i : lines())
+        if (Value(mLines[i]).indexOf(program) >= 0)
+            types << typeIn(mLines[i]);
+    return types;
+}
+
+void MimeAppsList::prepend(const QString& type, const QString& program) {
+    remove(type, program);
+    const qsizetype at = lineOf(type);
+    if (at < 0)
+        return add(type, {program});
+    mLines[at].insert(Value(mLines[at]).start, program.toUtf8() + ';');
+}
+
+void MimeAppsList::add(const QString& type, const QStringList& programs) {
+    mLines.insert(groupStart(), (type + u'=' + programs.join(u';')).toUtf8());
+}
+
+void MimeAppsList::append(const QString& type, const QString& program) {
+    QByteArray& line = mLines[lineOf(type)];
+    line = line.trimmed();
+    line += (line.endsWith(';') ? "" : ";") + program.toUtf8();
+}
+
+void MimeAppsList::remove(const QString& type, const QString& program) {
+    const qsizetype at = lineOf(type);
+    if (at < 0)
+        return;
+    Value value(mLines[at]);
+    const qsizetype place = value.indexOf(program);
+    if (place < 0)
+        return;
+    value.programs.removeAt(place);
+    if (value.programs.join().trimmed().isEmpty())
+        mLines.removeAt(at);
+    else
+        mLines[at] = mLines[at].left(value.start) + value.programs.join(';');
+}
+
+void MimeAppsList::removeLine(const QString& type) {
+    if (const qsizetype at = lineOf(type); at >= 0)
+        mLines.removeAt(at);
+}
+
+/// The number of the first line of the group, which is added when there is none.
+qsizetype MimeAppsList::groupStart() {
+    for (qsizetype i = 0; i < mLines.size(); ++i)
+        if (mLines[i].trimmed() == kGroup)
+            return i + 1;
+    mLines = QByteArrayList{mExists ? kAddedGroup : kMadeFile, kGroup} + mLines;
+    return 2;
+}
+
+/// Whether the list begins with a group of ours in which nothing is left.
+bool MimeAppsList::hasEmptyGroupOfOurs() const {
+    if (mLines.size() < 2 || (mLines[0] != kAddedGroup && mLines[0] != kMadeFile) || mLines[1] != kGroup)
+        return false;
+    const QList<qsizetype> inGroup = lines();
+    const auto next = std::find_if(mLines.begin() + 2, mLines.end(), [](const QByteArray& line) { return line.startsWith('['); });
+    return inGroup.isEmpty() || inGroup.front() >= next - mLines.begin();
+}
+
+std::string MimeAppsList::save() const {
+    const bool dropsGroup = hasEmptyGroupOfOurs();
+    const bool hadNoFile = dropsGroup && mLines[0] == kMadeFile;
+    const QByteArray text = (dropsGroup ? mLines.mid(2) : mLines).join('\n');
+    if (text == mText)
+        return "";
+    std::error_code error;
+    if (text.isEmpty() && hadNoFile)
+        return std::filesystem::remove(mPath, error) ? "" : printable(QString::fromStdString(mPath)) + ": cannot be removed";
+    std::filesystem::create_directories(std::filesystem::path(mPath).parent_path(), error);
+    return mIsReadable && writeFile(mPath, text.toStdString()) == noErr ? ""
+                                                                        : printable(QString::fromStdString(mPath)) + ": cannot be written";
+}
+
+} // namespace quoddle::tool
