@@ -7,6 +7,7 @@
 #include "IconFile.h"
 #include "platform/appkit/SessionBus.h"
 #include "platform/base/File.h"
+#include "platform/base/UserFolders.h"
 #include "platform/foundation/DesktopEntry.h"
 
 #include <QCoreApplication>
@@ -37,7 +38,7 @@ struct Places {
                            dataFolder() + u"/icons/hicolor/"_s + size + u"/mimetypes/"_s + name + u'.' + type};
         }
     }
-    static QString dataFolder() { return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation); }
+    static QString dataFolder() { return QFile::decodeName(quoddle::dataFolder().c_str()); }
     QString entry, service, package;
     struct IconPlaces {
         QString applet, documents; ///< for the launcher, and in the theme for its types of files

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Applets.h"
 
+#include "PackedApplets.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
 #include "platform/base/Text.h"
 
@@ -32,12 +33,15 @@ Result<std::shared_ptr<NSBundle>, std::string> findApplet(const std::string& wor
         return Failure{printable(QFile::decodeName(word.c_str())) + ": the path is not UTF-8; rename it"};
     std::error_code error;
     if (fs::exists(word, error))
-        return Failure{word + ": this is not an applet bundle; give the folder that ends in .app"};
+        return Failure{printable(QFile::decodeName(word.c_str())) + ": this is not an applet bundle; give the folder that ends in .app"};
     if (word.find('/') == std::string::npos)
         if (const auto found = AEFindApplication(AEDesc("aprl"_4cc, word)))
             if (auto bundle = bundleAt(found->path))
                 return bundle;
-    return Failure{word + ": no such applet; give the path of its .app folder"};
+    const std::string shown = printable(QFile::decodeName(word.c_str()));
+    if (isPackedAppletName(word))
+        return Failure{shown + ": there is no such file"};
+    return Failure{shown + ": no such applet; give the path of its .app folder"};
 }
 
 Result<std::string, std::string> findShell() {

@@ -3,6 +3,7 @@
 
 #include "Applets.h"
 #include "platform/base/FolderReplacement.h"
+#include "platform/base/UserFolders.h"
 
 #include <filesystem>
 
@@ -13,7 +14,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 
 namespace quoddle::tool {
@@ -24,12 +24,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 kLargestFile = qint64(1) << 30;
-constexpr std::string_view kEnding = ".appletz";
+constexpr auto kEnding = ".appletz"_L1;
 constexpr OSStatus kDuplicateName = -48;
 constexpr OSStatus kNotUnpacked = -36;
 
 QString packedFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/quoddle/packed"_s;
+    return QFile::decodeName((dataFolder() + "/quoddle/packed").c_str());
 }
 
 /// Runs quoddle-fetch. Answers the last line of its output, or that of its complaint.
@@ -61,8 +61,19 @@ QString bundleIn(const QString& folder) {
     return {};
 }
 
+/// Whether the path is that of a folder. A link is none: its target belongs to somebody else.
+bool isOwnFolder(const QString& path) {
+    const QFileInfo info(path);
+    return info.isDir() && !info.isSymLink();
+}
+
+/// Removes a folder of ours, or a link that has taken its place. The folder is renamed first, so that no half of an applet stays a record.
 QString remove(const QString& folder) {
-    return QDir(folder).removeRecursively() ? QString() : folder + u": cannot be removed"_s;
+    if (!isOwnFolder(folder))
+        return QFile::remove(folder) ? QString() : folder + u": cannot be removed"_s;
+    const QString old = packedFolder() + u"/.removed-"_s + QString::number(QCoreApplication::applicationPid());
+    const bool isRemoved = QDir().rename(folder, old) && QDir(old).removeRecursively();
+    return isRemoved ? QString() : folder + u": cannot be removed"_s;
 }
 
 /// Removes what processes that were killed have left half unpacked.
@@ -80,21 +91,23 @@ QString unreadable(const QString& path, const QString& why) {
 
 } // namespace
 
+bool isPackedAppletName(const std::string& word) {
+    const QString name = QFile::decodeName(fs::path(word).filename().c_str());
+    return name.size() > kEnding.size() && name.endsWith(kEnding, Qt::CaseInsensitive);
+}
+
 bool isPackedApplet(const std::string& word) {
     std::error_code error;
-    return QFile::decodeName(word.c_str()).endsWith(QLatin1StringView(kEnding.data(), kEnding.size()), Qt::CaseInsensitive) &&
-           fs::is_regular_file(word, error);
+    return isPackedAppletName(word) && fs::is_regular_file(word, error);
 }
 
 Result<std::string, std::string> packApplet(const std::string& bundle, const std::string& output) {
     std::string file = output;
     if (file.empty()) {
         const fs::path folder = fs::path(bundle).filename();
-        file = "./" + (folder.extension() == ".app" ? folder.stem() : folder).string() + std::string(kEnding);
+        file = "./" + (folder.extension() == ".app" ? folder.stem() : folder).string() + kEnding.data();
     }
     const QString shownFile = QFile::decodeName(file.c_str());
-    if (!file.ends_with(kEnding) || fs::path(file).filename() == kEnding)
-        return Failure{printable(shownFile) + ": the name of a packed applet ends in " + std::string(kEnding)};
     std::error_code error;
     if (const auto there = fs::status(file, error); fs::exists(there) && !fs::is_regular_file(there))
         return Failure{printable(shownFile) + ": something that is no file has this name"};
@@ -127,11 +140,11 @@ void PackedApplet::remember() const {
 }
 
 bool PackedApplet::isKnown() const {
-    return QFileInfo(folder()).isDir();
+    return isOwnFolder(folder());
 }
 
 std::optional<std::string> PackedApplet::keptBundle() const {
-    const QString bundle = bundleIn(folder());
+    const QString bundle = isKnown() ? bundleIn(folder()) : QString();
     return bundle.isEmpty() ? std::nullopt : std::optional(QFile::encodeName(bundle).toStdString());
 }
 
@@ -151,6 +164,9 @@ Result<std::string, QString> PackedApplet::keep() const {
     if (!QDir().mkpath(packedFolder()))
         return Failure{QCoreApplication::translate("PackedApplets", "The folder %1 cannot be made.").arg(packedFolder())};
     removeLeftovers();
+    const QString unmade = QCoreApplication::translate("PackedApplets", "The folder %1 cannot be made.").arg(folder());
+    if (QFileInfo(folder()).isSymLink())
+        return Failure{unmade};
     QString error;
     const OSStatus status = replaceFolder(
         QFile::encodeName(folder()).toStdString(),
@@ -159,15 +175,12 @@ Result<std::string, QString> PackedApplet::keep() const {
             const auto unpacked = unpackInto(QFile::decodeName(made.c_str()));
             error = unpacked ? QString() : unpacked.error();
             return unpacked ? static_cast<OSStatus>(noErr) : kNotUnpacked;
-        },
-        OldContent::dropped);
+        });
     // A duplicate is what another process has unpacked meanwhile.
     const auto kept = status == noErr || status == kDuplicateName ? keptBundle() : std::nullopt;
     if (kept)
         return *kept;
-    if (error.isEmpty())
-        error = QCoreApplication::translate("PackedApplets", "The folder %1 cannot be made.").arg(folder());
-    return Failure{error};
+    return Failure{error.isEmpty() ? unmade : error};
 }
 
 Result<std::string, QString> PackedApplet::bundleToRead(const QTemporaryDir& place) const {

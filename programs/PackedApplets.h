@@ -2,9 +2,9 @@
 // Applets in a single file, NAME.appletz: making one, and unpacking one so that it can be run.
 //
 // Decision: each packed applet has a folder of its own in the user's data folder, quoddle/packed/SUM, by the SHA-256 of the file. The
-// folder is the record that this user has packed the very same contents, or has agreed to run them; when they have run, the bundle is in
-// it, and stays there with the properties that its script keeps. Another version is another file, so it never comes in the way of this one.
-// The archives are read and made by quoddle-fetch, a process of its own.
+// folder is the record that this user has packed, installed or run the very same contents, or has agreed to run them; when they have run,
+// the bundle is in it, and stays there with the properties that its script keeps. Another version is another file, so it never comes in the
+// way of this one. The archives are read and made by quoddle-fetch, a process of its own.
 #pragma once
 
 #include "platform/base/Result.h"
@@ -18,10 +18,13 @@ class QTemporaryDir;
 
 namespace quoddle::tool {
 
-/// Whether the word is the path of an ordinary file that ends in ".appletz".
+/// Whether a name or path ends in ".appletz", with something before that.
+bool isPackedAppletName(const std::string& word);
+
+/// Whether the word is the path of an ordinary file with such a name.
 bool isPackedApplet(const std::string& word);
 
-/// Packs the bundle and remembers that. Answers the path of the file.
+/// Packs the bundle and remembers that. Answers the path of the file; an empty `output` means the bundle's name in the current folder.
 Result<std::string, std::string> packApplet(const std::string& bundle, const std::string& output);
 
 /// The language of errors: windows speak the user's, the command line English. The program's own texts must be installed for the first.

@@ -7,6 +7,7 @@
 //   quoddle-fetch pack BUNDLE FILE                        makes the file
 //   quoddle-fetch unpack FILE SHA256 FOLDER               the path of the bundle, unpacked in the folder
 //
+// Paths in the output are percent-encoded, because a name may have line ends.
 // For programs only. An error is a line for people on standard error, with exit status 1.
 //
 // One decision: the code that reads the network and foreign archives, or makes such, runs in a process of its own. That process can be
@@ -27,6 +28,7 @@
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QFile>
+#include <QUrl>
 
 using namespace quoddle;
 using namespace Qt::StringLiterals;
@@ -96,7 +98,7 @@ int fetchBundle(const QStringList& words) {
     const auto bundle = unpackBundle(archive, unpacked);
     if (!bundle)
         return report(bundle.error());
-    tell(QFile::encodeName(*bundle));
+    tell(QUrl::toPercentEncoding(*bundle, "/"));
     return EXIT_SUCCESS;
 }
 
@@ -113,7 +115,7 @@ int unpack(const QStringList& words) {
     if (!bundle)
         return report(bundle.error());
     QFile::remove(copy);
-    tell(QFile::encodeName(*bundle));
+    tell(QUrl::toPercentEncoding(*bundle, "/"));
     return EXIT_SUCCESS;
 }
 

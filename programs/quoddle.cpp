@@ -5,6 +5,7 @@
 #include "AppletInfo.h"
 #include "AppletInstallation.h"
 #include "Applets.h"
+#include "InstallationLock.h"
 #include "MissingParts.h"
 #include "PackedApplets.h"
 #include "platform/ae/transport/AEApplicationLookup.h"
@@ -33,34 +34,51 @@ namespace {
 
 using Words = std::vector<std::string>;
 
+const tool::Command& commandNamed(std::string_view name) {
+    return *std::ranges::find(tool::kQuoddle.commands, name, &tool::Command::name);
+}
+
 int fail(const std::string& message) {
-    std::cerr << "quoddle: " << message << "\n";
+    std::cerr << "quoddle: " << tool::printable(QString::fromStdString(message)) << "\n";
     return EXIT_FAILURE;
 }
 
+struct FoundApplet {
+    std::shared_ptr<NSBundle> bundle;
+    std::optional<tool::PackedApplet> firstKept; ///< the packed applet, when this user has neither packed nor run it before
+};
+
 /// The applet that a word means. A packed one is unpacked, and kept.
-Result<std::shared_ptr<NSBundle>, std::string> findOrKeepApplet(const std::string& word) {
-    if (!tool::isPackedApplet(word))
-        return tool::findApplet(word);
-    const auto packed = tool::PackedApplet::read(word);
-    if (!packed)
-        return Failure{tool::printable(packed.error())};
-    const auto kept = packed->keep();
-    if (!kept)
-        return Failure{tool::printable(kept.error())};
-    return tool::findApplet(*kept);
+Result<FoundApplet, std::string> findOrKeepApplet(const std::string& word) {
+    std::string path = word;
+    std::optional<tool::PackedApplet> firstKept;
+    if (tool::isPackedApplet(word)) {
+        const auto packed = tool::PackedApplet::read(word);
+        if (!packed)
+            return Failure{packed.error().toStdString()};
+        if (!packed->isKnown())
+            firstKept = *packed;
+        const auto kept = packed->keep();
+        if (!kept)
+            return Failure{kept.error().toStdString()};
+        path = *kept;
+    }
+    auto bundle = tool::findApplet(path);
+    if (!bundle)
+        return Failure{std::move(bundle.error())};
+    return FoundApplet{std::move(*bundle), std::move(firstKept)};
 }
 
 int run(const tool::Arguments& arguments) {
     const Words& words = arguments.rest;
-    const auto bundle = findOrKeepApplet(words[0]);
-    if (!bundle)
-        return fail(bundle.error());
+    const auto found = findOrKeepApplet(words[0]);
+    if (!found)
+        return fail(found.error());
     const auto shell = tool::findShell();
     if (!shell)
         return fail(shell.error());
     Words line = words;
-    line[0] = (*bundle)->bundlePath().toStdString();
+    line[0] = found->bundle->bundlePath().toStdString();
     line.insert(line.begin(), *shell);
     std::vector<char*> raw;
     for (std::string& argument : line)
@@ -214,7 +232,10 @@ int pack(const tool::Arguments& arguments) {
     const auto bundle = tool::findApplet(arguments.rest[0]);
     if (!bundle)
         return fail(bundle.error());
-    const auto packed = tool::packApplet((*bundle)->bundlePath().toStdString(), arguments.valueOr("o", ""));
+    const std::string output = arguments.valueOr("o", "");
+    if (arguments.has("o") && !tool::isPackedAppletName(output))
+        return tool::misuse(tool::kQuoddle, commandNamed("pack"), output + ": the name of a packed applet ends in .appletz");
+    const auto packed = tool::packApplet((*bundle)->bundlePath().toStdString(), output);
     if (!packed)
         return fail(packed.error());
     std::cout << "Packed: " << tool::printable(QString::fromStdString(*packed)) << "\n";
@@ -222,15 +243,17 @@ int pack(const tool::Arguments& arguments) {
 }
 
 int install(const tool::Arguments& arguments) {
-    const Words& words = arguments.rest;
-    const auto bundle = findOrKeepApplet(words[0]);
-    if (!bundle)
-        return fail(bundle.error());
+    const tool::InstallationLock lock;
     const auto shell = tool::findShell();
     if (!shell)
         return fail(shell.error());
+    const auto found = findOrKeepApplet(arguments.rest[0]);
+    if (!found)
+        return fail(found.error());
     const auto installed =
-        tool::install(**bundle, *shell, arguments.has("default") ? tool::DefaultProgram::applet : tool::DefaultProgram::before);
+        tool::install(*found->bundle, *shell, arguments.has("default") ? tool::DefaultProgram::applet : tool::DefaultProgram::before);
+    if (!installed && found->firstKept)
+        (void)found->firstKept->forget(); // so that the user is asked before it is opened
     if (!installed)
         return fail(installed.error());
     std::cout << "Installed: " << tool::printable(installed->entry) << "\n";
@@ -242,6 +265,7 @@ int install(const tool::Arguments& arguments) {
 /// Takes an applet out of the menu, and removes a bundle that was kept for a packed one.
 int uninstall(const tool::Arguments& arguments) {
     const std::string& word = arguments.rest[0];
+    const tool::InstallationLock lock;
     std::optional<tool::PackedApplet> packed;
     if (tool::isPackedApplet(word)) {
         const auto read = tool::PackedApplet::read(word);

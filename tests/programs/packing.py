@@ -46,7 +46,8 @@ class Packing(harness.AppletCase):
     def pack(self, name="Counter", source=COUNTING):
         """Answers a file that this user has packed, its bundle gone."""
         bundle = self.make(name, source)
-        self.assertEqual(self.call("pack", "--", bundle.name), (0, f"Packed: {name}.appletz\n", ""))
+        shown = name.replace("\n", "?")
+        self.assertEqual(self.call("pack", "--", bundle.name), (0, f"Packed: {shown}.appletz\n", ""))
         shutil.rmtree(bundle)
         return self.folder / (name + ".appletz")
 
@@ -85,8 +86,8 @@ class Packing(harness.AppletCase):
         (self.folder / "run/quoddle").mkdir(mode=0o700)
         before = sorted(self.folder.rglob("*"))
         for words, status, error in [([], 2, "pack needs APPLET"), ([bundle, "-o"], 2, "needs a value"), ([bundle, "-o", "a", "-o", "b"], 2, "twice"), ([bundle, "x"], 2, "too many"),
-                                     (["-x", bundle], 2, "unknown option -x"), ([bundle, "-o", "x.zip"], 1, "ends in .appletz"), ([bundle, "-o", ".appletz"], 1, "ends in .appletz"),
-                                     ([bundle, "-o", "folder.appletz"], 1, "no file"), ([bundle, "-o", "no/such.appletz"], 1, "cannot be written"), (["nothing.app"], 1, "no such applet")]:
+                                     (["-x", bundle], 2, "unknown option -x"), ([bundle, "-o", "x.zip"], 2, "ends in .appletz"), ([bundle, "-o", ".appletz"], 2, "ends in .appletz"),
+                                     ([bundle, "-o", "folder.appletz"], 1, "no file"), (["a\nb.appletz"], 1, "a?b.appletz: there is no such file"), ([bundle, "-o", "no/such.appletz"], 1, "cannot be written"), (["nothing.app"], 1, "no such applet")]:
             got = self.call("pack", *words)
             self.assertEqual((got[0], got[1]), (status, ""), words)
             self.assertIn(error, got[2])
@@ -129,13 +130,44 @@ class Packing(harness.AppletCase):
         self.assertEqual((self.kept(), list(temporary.iterdir())), ([], []))
 
     def test_names_of_every_kind(self):
-        for name in ("two words", "-o", "quo'te \"x\"", "$HOME `id` %f", "日本 é", ".hidden"):
+        for name in ("two words", "-o", "quo'te \"x\"", "$HOME `id` %f", "日本 é", ".hidden", "two\nlines"):
             with self.subTest(name):
                 file = self.pack(name, COUNTING.split("on open")[0])
                 for command in ("run", "open"):
                     self.assertEqual(self.call(command, "--", file.name), (0, "", ""))
                 self.assertEqual(self.lines(2)[-2:], ["run 1", "run 2"])
                 self.assertEqual(self.call("uninstall", "--", file.name)[0], 0)
+
+    def test_a_link_in_place_of_the_copy_loses_nothing(self):
+        file = self.pack()
+        record, precious = next((self.data / "quoddle/packed").iterdir()), self.folder / "precious"
+        record.rmdir()
+        (precious / "Counter.app/Contents").mkdir(parents=True)
+        record.symlink_to(precious)
+        for command in ("install", "run", "uninstall"):
+            self.assertEqual(self.call(command, file)[0], 1, command)
+        self.assertIn("Handlers", self.call("info", file)[1])
+        self.call("uninstall", record / "Counter.app")
+        self.assertTrue((precious / "Counter.app/Contents").is_dir())
+
+    def test_what_could_not_be_installed_is_asked_about(self):
+        file = self.pack()
+        self.forget()
+        self.data.mkdir(exist_ok=True)
+        (self.data / "applications").write_text("no folder")
+        self.assertEqual((self.call("install", file)[0], self.kept()), (1, []))
+
+    def test_installing_and_removing_at_the_same_moment(self):
+        file = self.pack()
+        for _ in range(8):
+            started = [subprocess.Popen([str(binaries() / "quoddle"), command, str(file)], env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                       for command in ("install", "uninstall", "install", "uninstall")]
+            for process in started:
+                process.wait(60)
+            launchers = list((self.data / "applications").glob("applet-*"))
+            self.assertEqual(len(launchers), sum(count > 0 for count in self.kept()))
+            self.assertEqual(len(launchers), len(list((self.data / "dbus-1/services").glob("*"))))
+            self.call("install", file)
 
     def test_what_is_unpacked_is_what_was_agreed_to(self):
         file, place = self.pack(), self.folder / "place"
@@ -181,7 +213,7 @@ class Packing(harness.AppletCase):
             return (self.folder / "made.zip").read_bytes()
 
         top = "Counter.app/"
-        for name in ("../evil", top + "../../evil", "/tmp/evil", top + "a\nb", top + "contents/info.plist", top + "Contents/Info.plist/x", "Other.app/x", top + "n" * 300, top + "d/" * 70 + "x"):
+        for name in ("../evil", top + "../../evil", "/tmp/evil", top + "a\x1bb", top + "contents/info.plist", top + "Contents/Info.plist/x", "Other.app/x", top + "n" * 300, top + "d/" * 70 + "x"):
             yield f"the name {name[:30]!r}", with_entry(name)
         with_entry(top + unicodedata.normalize("NFC", "é"))
         with zipfile.ZipFile(self.folder / "made.zip", "a") as out:

@@ -21,7 +21,10 @@ std::string_view takePart(std::string_view& name) {
 } // namespace
 
 std::optional<ArchivePath> partsOfArchiveName(std::string_view name) {
-    const bool hasControls = std::any_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
+    const bool hasControls = std::any_of(name.begin(), name.end(), [](char c) {
+        const bool isBlank = c == '\n' || c == '\r' || c == '\t';
+        return (static_cast<unsigned char>(c) < ' ' && !isBlank) || c == '\x7F';
+    });
     if (name.empty() || name.size() > kLongestName || name.front() == '/' || hasControls || !isValidUTF8(name))
         return std::nullopt;
     ArchivePath parts;

@@ -16,7 +16,8 @@ namespace quoddle {
 
 using ArchivePath = std::vector<std::string>; ///< the parts of a name, in UTF-8
 
-/// nullopt when a part leads out of the folder, the name has control characters or is no UTF-8, or it is too long or too deep.
+/// nullopt when a part leads out of the folder, the name has control characters other than line ends and tabs or is no UTF-8, or it is too
+/// long or too deep.
 std::optional<ArchivePath> partsOfArchiveName(std::string_view name);
 
 /// Whether a link `depth` folders below the bundle stays within the bundle. ".." is only allowed at the beginning, among real folders;

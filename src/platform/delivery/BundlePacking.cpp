@@ -96,6 +96,7 @@ private:
         std::error_code error;
         ArchiveNames all;
         mNames = {""};
+        checkName("", all);
         for (fs::recursive_directory_iterator entry(mFolder, error), end; !error && entry != end && mError.isEmpty();
              entry.increment(error))
             if (!isNoteOfOtherSystem(entry->path().filename().string())) {
@@ -110,7 +111,7 @@ private:
     void checkName(const std::string& name, ArchiveNames& all) {
         const auto parts = partsOfArchiveName(mTop + "/" + name);
         if (!parts)
-            fail(name, u"the name is too long or has characters that cannot be packed; rename it"_s);
+            fail(name.empty() ? mTop : name, u"the name is too long or has characters that cannot be packed; rename it"_s);
         else if (!all.add(*parts))
             fail(name, u"another name differs from it in capitals or accents only; rename one, for not every system tells them apart"_s);
         else if (all.count() > UnpackingRules().entries)

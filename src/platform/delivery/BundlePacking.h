@@ -11,7 +11,8 @@ namespace quoddle {
 
 /// Writes beside `archive` and renames; an ordinary file that was there is replaced. Returns an error as a sentence for the command line,
 /// after which nothing is left behind; empty when there is none. Errors are, among others: links that lead out of the bundle, things that
-/// are no files, names that unpackBundle() refuses, and more than it takes.
+/// are no files, names that unpackBundle() refuses, and more than it takes. Accents in names are stored in their composed form (NFC), the
+/// one in which texts of scripts are.
 QString packBundle(const QString& bundle, const QString& archive);
 
 } // namespace quoddle

@@ -2,7 +2,6 @@
 #include "platform/updater/UpdateFetcher.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -96,7 +95,7 @@ void UpdateFetcher::fetchBundle(const AppcastItem& item, const QByteArray& key, 
     };
     start(words, kMostProgress, read, [completion = std::move(completion)](Result<QByteArray, QString> output) {
         if (output)
-            completion(QFile::decodeName(lastLine(*output)));
+            completion(QUrl::fromPercentEncoding(lastLine(*output)));
         else
             completion(Failure{output.error()});
     });

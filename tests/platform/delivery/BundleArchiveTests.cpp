@@ -135,7 +135,7 @@ TEST_F(BundleArchive, RefusesWhatLeadsOutside) {
         {"two bundles", {kInfo, {"B.app/Contents/Info.plist", "x"}}},
         {"no bundle", {{"README", "x"}}},
         {"nothing", {}},
-        {"a line end in a name", {kInfo, {"A.app/a\nb", "x"}}},
+        {"an escape sequence in a name", {kInfo, {"A.app/a\x1b[b", "x"}}},
         {"one name in two spellings", {kInfo, {"A.app/Name", "x"}, {"A.app/name", "x"}}},
         {"one folder in two spellings", {kInfo, {"A.app/contents/x", "x"}}},
         {"one accent in two forms", {kInfo, {"A.app/\xC3\xA9", "x"}, {"A.app/e\xCC\x81", "x"}}},

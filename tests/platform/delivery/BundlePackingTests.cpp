@@ -43,6 +43,7 @@ protected:
 
 TEST_F(BundlePacking, GivesTheBundleBack) {
     write(u"A.app/Contents/é \"q\" %"_s, "text");
+    write(u"A.app/Icon\r"_s, "a picture");
     write(u"A.app/Contents/zeros"_s, QByteArray(40 << 20, '\0')); // would be refused when it was compressed
     write(u"A.app/Contents/program"_s, "#!");
     write(u"A.app/Contents/._note"_s, "of another system");
@@ -51,6 +52,7 @@ TEST_F(BundlePacking, GivesTheBundleBack) {
     ASSERT_EQ(packed(), u""_s);
     ASSERT_EQ(unpacked(), u""_s);
     EXPECT_EQ(read(u"out/A.app/Contents/é \"q\" %"_s), "text");
+    EXPECT_EQ(read(u"out/A.app/Icon\r"_s), "a picture");
     EXPECT_EQ(QFileInfo(path(u"out/A.app/Contents/zeros"_s)).size(), 40 << 20);
     EXPECT_TRUE(QFileInfo(path(u"out/A.app/Contents/program"_s)).isExecutable());
     EXPECT_FALSE(QFileInfo(path(u"out/A.app/Contents/zeros"_s)).isExecutable());
@@ -85,7 +87,7 @@ TEST_F(BundlePacking, RefusesWhatCouldNotBeUnpacked) {
         {"out", [&] { return ::symlink("/etc/passwd", make("out").c_str()); }, "leads out"},
         {"up", [&] { return ::symlink("../../x", make("up").c_str()); }, "leads out"},
         {"pipe", [&] { return ::mkfifo(make("pipe").c_str(), 0600); }, "neither a file"},
-        {"two\nlines", [&] { return ::mkdir(make("two\nlines").c_str(), 0700); }, "rename it"},
+        {"one\atwo", [&] { return ::mkdir(make("one\atwo").c_str(), 0700); }, "rename it"},
         {"empty", [&] { return ::mkdir(make("empty").c_str(), 0700); }, "capitals"},
     };
     write(u"A.zip"_s, "what was there");
