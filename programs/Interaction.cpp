@@ -97,6 +97,12 @@ void appendNames(ComponentInstance instance, OSAID context, std::vector<std::str
     phrases.insert(phrases.end(), own.begin(), own.end());
 }
 
+/// As OSAGetHandler() takes it: the codes of the event in the byte order of the machine.
+AEDesc runHandlerName() {
+    const FourCharCode codes[] = {"aevt"_4cc, "oapp"_4cc};
+    return {"evnt"_4cc, {reinterpret_cast<const char*>(codes), sizeof codes}};
+}
+
 /// Whether more lines may make a statement of what failed to compile: something in it is still open.
 bool isOpen(const ScriptFailure& failure) {
     return failure.message.ends_with("but found end of script.");
@@ -122,6 +128,7 @@ public:
 
     /// Answers whether all statements of a pipe could be run; on a terminal the user has seen it.
     bool run() {
+        begin();
         std::string statement, line;
         for (;;) {
             const auto ending = read(statement.empty() ? kPrompt : kPromptWithin, line);
@@ -157,6 +164,12 @@ private:
         return readLine(line) ? LineEditor::Ending::Entered : LineEditor::Ending::EndOfInput;
     }
 
+    /// Makes the script that the statements are added to, with a run handler that does nothing.
+    void begin() {
+        OSACompile(mInstance, AEDesc::ofUTF8("return"), kOSAModeCompileIntoContext, mContext);
+        OSAGetHandler(mInstance, kOSAModeNull, mContext, runHandlerName(), mNothing);
+    }
+
     /// Runs a statement. False when it needs more lines, which `isLast` rules out.
     bool perform(const std::string& statement, bool isLast) {
         if (!isLast && endsWithContinuation(statement))
@@ -164,6 +177,8 @@ private:
         if (!isValidUTF8(statement))
             return refuse(statement, isLast);
         sIsInterrupted = false;
+        // A definition brings no run handler, and the one of the statement before is not to run again.
+        OSASetHandler(mInstance, kOSAModeNull, mContext, runHandlerName(), mNothing);
         OSAID result = kOSANullScript;
         OSStatus status =
             OSACompile(mInstance, AEDesc::ofUTF8(statement + "\n"), kOSAModeCompileIntoContext | kOSAModeAugmentContext, mContext);
@@ -218,7 +233,7 @@ private:
     const bool mShowsSource;
     const bool mIsOnTerminal;
     bool mHasFailed = false;
-    OSAID mContext = kOSANullScript;
+    OSAID mContext = kOSANullScript, mNothing = kOSANullScript;
     std::optional<LineEditor> mEditor; // only on a terminal
 };
 

@@ -53,6 +53,10 @@ TEST_F(AppleScriptTest, ModesAndContexts) {
     EXPECT_EQ(context->valueID(), before);
     EXPECT_EQ(context->integerForPropertyName(QStringLiteral("total")), 2);
     EXPECT_EQ(context->integerForPropertyName(QStringLiteral("more")), 3);
+    const auto both = QStringLiteral("property most : more + 1\non both()\nset more to more * 2\nreturn (more as text) & most\nend both");
+    EXPECT_TRUE(context->compile(both, kOSAModeAugmentContext));
+    EXPECT_EQ(called(context, "both"), QStringLiteral("64"));
+    EXPECT_EQ(context->integerForPropertyName(QStringLiteral("more")), 6);
     const QString fresh = QStringLiteral("fresh");
     EXPECT_THROW(script->setDescriptorForPropertyName(Descriptor::descriptorWithInt32(4), fresh, kOSAModeDontDefine), QXOSAException);
     script->setDescriptorForPropertyName(Descriptor::descriptorWithInt32(4), fresh);

@@ -83,6 +83,11 @@ class Interactive(unittest.TestCase):
             ("error \"x\" number 7\n2\n", "2\n", "0:18: execution error: x (7)\n"),
             ("tell me\n", "", "syntax error: Expected “end” but found end of script. (-2741)\n"),
             ("1 -- more ¬\n2 # ¬\n3 ¬ -- more\n + 4\n", "1\n2\n7\n", ""),
+            ('log "once"\non f()\nend f\nproperty p : 1\nuse scripting additions\n', "", "once\n"),
+            ("property p : 41\non add()\nset p to p + 1\nend add\nadd()\nproperty q : p * 2\nproperty p : 5\nadd()\n{p, q}\n", "42\n6\n6, 84\n", ""),
+            ("property q : 1\nscript s\nproperty z : 3\non sum()\nz + q\nend sum\nend script\nset q to 10\ns's sum()\n", "10\n13\n", ""),
+            ("global w\nset w to 9\non f()\nw\nend f\nf()\n", "9\n9\n", ""),
+            ("set x to 6\non f()\nx\nend f\nf()\n", "6\n", "execution error: The variable x is not defined. (-2753)"),
             ('log "¬"\nlog 1 ¬\n\n2', "2\n", "¬\n1\n"),
             (b'count "a\xffb"\ntell me\nlog "\xc3("\nlog 1\nend tell\n2\n', "2\n", "osascript: a statement has bytes that are no UTF-8; it was not run\n" * 2),
         ]

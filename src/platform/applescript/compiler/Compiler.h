@@ -13,6 +13,9 @@
 #include "platform/base/OSStatus.h"
 #include "platform/base/Result.h"
 
+#include <string>
+#include <unordered_set>
+
 namespace quoddle::compiler {
 
 struct CompileError {
@@ -24,5 +27,16 @@ struct CompileError {
 /// Compiles a script to its initialiser, a Closure or Handler block named "ascrinit". `tree` is a Block, a Line or a statement. New objects
 /// go to `store`, which must outlive the result.
 Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store);
+
+/// The names by which statements that are added to a script one after the other know each other's properties, handlers and globals; made by
+/// nameKey().
+using SharedNames = std::unordered_set<std::string>;
+
+/// The key by which names are compared: the comparison key of an identifier, or the bytes of a code.
+std::string nameKey(const Object& name);
+
+/// Compiles a script whose definitions will be moved to another one, where their slots have other places: its handlers find its own names
+/// and those in `names` by name. The names that it defines or declares are added to `names`.
+Result<Object*, CompileError> compileAddition(Object* tree, ObjectStore& store, SharedNames& names);
 
 } // namespace quoddle::compiler

@@ -334,4 +334,14 @@ Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store) {
     return initialiser;
 }
 
+Result<Object*, CompileError> compileAddition(Object* tree, ObjectStore& store, SharedNames& names) {
+    HandlerCompiler compiler(store, Scope::Kind::Script, nullptr, false);
+    compiler.scope().shareNames(names);
+    Object* initialiser = compiler.compileInitialiser(tree, true);
+    if (compiler.failed())
+        return Failure{compiler.error()};
+    names = compiler.scope().sharedNames();
+    return initialiser;
+}
+
 } // namespace quoddle::compiler

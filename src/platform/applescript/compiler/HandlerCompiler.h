@@ -21,6 +21,8 @@ public:
     const CompileError& error() const { return mError; }
     bool failed() const { return mError.number != noErr; }
 
+    Scope& scope() { return mScope; }
+
     /// Answers a handler block for a Handler node.
     Object* compileHandler(Object* handler);
     /// Answers the initialiser for the statements of a script object. `withRunHandler` gathers statements outside handlers into a run

@@ -35,9 +35,18 @@ Scope::Place Scope::find(const Object& name) {
             continue;
         if (depth > 0 && scope->mKind == Kind::Frame)
             scope->mCaptured = true;
+        if (depth > 0 && scope->mIsShared)
+            return {Found::Global};
         return {depth == 0 ? Found::Here : Found::Outside, depth, entry->second, scope->mKind};
     }
     return {};
+}
+
+SharedNames Scope::sharedNames() const {
+    SharedNames names = mGlobals;
+    for (const auto& [key, index] : mIndexes)
+        names.insert(key);
+    return names;
 }
 
 } // namespace quoddle::compiler

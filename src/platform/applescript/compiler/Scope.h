@@ -3,15 +3,11 @@
 // operand of the parent-variable instructions counts them.
 #pragma once
 
-#include "platform/applescript/image/Object.h"
+#include "platform/applescript/compiler/Compiler.h"
 
 #include <unordered_map>
-#include <unordered_set>
 
 namespace quoddle::compiler {
-
-/// The key by which names are compared: the comparison key of an identifier, or the bytes of a code.
-std::string nameKey(const Object& name);
 
 class Scope {
 public:
@@ -32,6 +28,15 @@ public:
     void declareGlobal(const Object& name) { mGlobals.insert(nameKey(name)); }
     bool isGlobal(const Object& name) const { return mGlobals.contains(nameKey(name)); }
 
+    /// For the scope of a script that is added to another one, whose names these are: they are globals here, and so are to handlers the
+    /// names that this scope gets, because the places of slots will be others.
+    void shareNames(const SharedNames& names) {
+        mGlobals.insert(names.begin(), names.end());
+        mIsShared = true;
+    }
+    /// All names that this scope has or declares global.
+    SharedNames sharedNames() const;
+
     enum class Found { Nowhere, Here, Outside, Global };
     struct Place {
         Found found = Found::Nowhere;
@@ -48,10 +53,10 @@ public:
 private:
     Kind mKind;
     Scope* mOuter;
-    bool mCaptured = false;
+    bool mCaptured = false, mIsShared = false;
     std::vector<Object*> mNames;
     std::unordered_map<std::string, std::size_t> mIndexes;
-    std::unordered_set<std::string> mGlobals;
+    SharedNames mGlobals;
 };
 
 } // namespace quoddle::compiler

@@ -9,6 +9,7 @@
 #include "platform/applescript/component/Entry.h"
 #include "platform/applescript/component/ScriptLibraries.h"
 #include "platform/applescript/image/Image.h"
+#include "platform/applescript/language/Commands.h"
 #include "platform/applescript/language/Display.h"
 #include "platform/applescript/language/Files.h"
 #include "platform/applescript/language/References.h"
@@ -33,6 +34,16 @@ std::u16string missingDictionary(const syntax::ApplicationName& application) {
     if (!fault.empty())
         return u" (The dictionary of “" + application.text + u"” can’t be read: " + utf16FromUTF8(fault) + u".)";
     return u" (There is no dictionary of “" + application.text + u"”, so its words are unknown.)";
+}
+
+/// The names of a script's slots that are no handlers.
+compiler::SharedNames sharedNamesOf(const Script& script) {
+    compiler::SharedNames names;
+    ObjectStore store;
+    for (std::size_t i = 0; i < script.slots.size(); ++i)
+        if (const Symbol* symbol = as<Symbol>(script.layout->names[i]); symbol && !is<Handler>(script.slots[i]))
+            names.insert(compiler::nameKey(*store.identifier(symbol->key)));
+    return names;
 }
 
 } // namespace
@@ -195,7 +206,7 @@ OSStatus Component::compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID&
     return compileSource(*text, modeFlags, id);
 }
 
-Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong) {
+Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong, Slot* context) {
     auto store = std::make_shared<ObjectStore>();
     auto map = std::make_shared<syntax::SourceMap>();
     syntax::ParseOptions options;
@@ -209,7 +220,9 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
             wrong.message += missingDictionary(*tree.error().withoutDictionary);
         return Value::failure();
     }
-    auto initialiser = compiler::compileScript(*tree, *store);
+    Script* above = context ? as<Script>(context->value) : nullptr;
+    compiler::SharedNames names = above ? context->names.value_or(sharedNamesOf(*above)) : compiler::SharedNames();
+    auto initialiser = above ? compiler::compileAddition(*tree, *store, names) : compiler::compileScript(*tree, *store);
     if (!initialiser) {
         const auto range = map->find(initialiser.error().node).value_or(syntax::SourceRange());
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
@@ -237,22 +250,39 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
 
     const Value handler = mMachine.literal(*initialiser, store);
     Heap::Root root(mMachine.heap(), handler);
-    return mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store);
+    const Value script = mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store, above);
+    if (above && !script.isFailure())
+        context->names = std::move(names);
+    return script;
+}
+
+bool Component::addDefinitions(Script& context, Script& added) {
+    if (added.parent != Value::object(&context) && !language::setParent(mMachine, &context, added.parent))
+        return false;
+    for (std::size_t i = 0; i < added.slots.size(); ++i) {
+        if (Script* inner = as<Script>(added.slots[i]); inner && inner->outer == &added) {
+            inner->outer = &context;
+            if (inner->parent == Value::object(&added))
+                inner->parent = Value::object(&context);
+        }
+        context.set(added.layout->names[i], added.slots[i]);
+    }
+    context.tree = added.tree;
+    context.store = added.store;
+    return true;
 }
 
 OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id) {
     CompileFailure wrong;
-    const Value script = scriptFromSource(source, wrong);
+    const auto old = id == kOSANullScript ? mSlots.end() : mSlots.find(id);
+    const bool isAdded = old != mSlots.end() && is<Script>(old->second.value) && modeFlags & kOSAModeAugmentContext;
+    const Value script = scriptFromSource(source, wrong, isAdded ? &old->second : nullptr);
     if (script.isFailure())
         return wrong.number == noErr ? failed() : failedCompile(wrong);
-    const Slot* old = id == kOSANullScript ? nullptr : find(id);
-    Script* context = old ? as<Script>(old->value) : nullptr;
-    if (context && modeFlags & kOSAModeAugmentContext) {
-        Script* added = as<Script>(script);
-        for (std::size_t i = 0; i < added->slots.size(); ++i)
-            context->set(added->layout->names[i], added->slots[i]);
-        context->tree = added->tree;
-        context->store = added->store;
+    if (isAdded) {
+        Heap::Root root(mMachine.heap(), script);
+        if (!addDefinitions(*as<Script>(old->second.value), *as<Script>(script)))
+            return failed();
     } else if (id == kOSANullScript) {
         id = keep(script);
     } else {

@@ -6,6 +6,7 @@
 // fail otherwise only answer their status.
 #pragma once
 
+#include "platform/applescript/compiler/Compiler.h"
 #include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/component/InterpreterLock.h"
 #include "platform/applescript/syntax/Printer.h"
@@ -90,6 +91,7 @@ private:
         std::string location; // file of the script ("fref"); empty when unknown
         // at the time when its changes began to be watched ("modi"); nullopt when they are not
         std::optional<std::uint64_t> fingerprint = {};
+        std::optional<compiler::SharedNames> names = {}; // of a script that others are added to; nullopt before the first one
     };
     /// The last error of a script, which outlives the error in the machine.
     struct LastError {
@@ -115,8 +117,10 @@ private:
     OSStatus refused(OSStatus number, std::u16string_view message);
     void locate(LastError& error) const;
     /// Failure with the number in `wrong` when the source does not compile; failure with noErr there when making the script raised an error
-    /// in the machine.
-    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong);
+    /// in the machine. `context`, when given, is what the script's definitions are to be moved to.
+    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong, Slot* context = nullptr);
+    /// Moves the definitions of a script that was made for it to a context. False when an error was raised.
+    bool addDefinitions(Script& context, Script& added);
     OSStatus compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id);
     OSStatus finish(Value result, OSAID& id);
     /// Failure when an error was raised. `handled` tells whether the script has a handler for the event.

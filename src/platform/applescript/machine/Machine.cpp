@@ -244,7 +244,7 @@ Value Machine::callHandler(Script* owner, Value me, Handler* handler, std::span<
     return interpreter.run();
 }
 
-Value Machine::makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store) {
+Value Machine::makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store, Script* parent) {
     Run run(*this);
     if (run.isTooDeep())
         return raise(errOSAStackOverflow, language::messageFor(errOSAStackOverflow));
@@ -253,6 +253,8 @@ Value Machine::makeScript(Handler* initialiser, Value name, const Object* tree, 
     script->name = name;
     script->tree = tree;
     script->store = std::move(store);
+    if (parent)
+        script->parent = Value::object(parent);
     for (Value slotName : codeOf(initialiser)->localNames)
         script->layout->add(slotName);
     script->slots.resize(script->layout->names.size());

@@ -119,8 +119,8 @@ public:
     Value callHandler(Script* script, Value handlerName, std::span<const Value> arguments);
     Value callHandler(Script* owner, Value me, Handler* handler, std::span<const Value> positional, Value direct,
                       std::span<const Argument> labels);
-    /// Runs an initialiser. Answers the new script, or failure.
-    Value makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store);
+    /// Runs an initialiser. Answers the new script, or failure. `parent` may be null.
+    Value makeScript(Handler* initialiser, Value name, const Object* tree, std::shared_ptr<ObjectStore> store, Script* parent = nullptr);
 
     // Errors
     ScriptError& error() { return mContext->error; }
