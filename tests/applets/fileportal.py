@@ -35,7 +35,7 @@ def called(connection, sender, path, interface, method, arguments, invocation):
     token = options.pop("handle_token")
     request = PATH + "/request/" + sender[1:].replace(".", "_") + "/" + token
     connection.register_object(request, interfaces[1], called)
-    invocation.return_value(GLib.Variant("(o)", (request,)))
+    invocation.return_value(GLib.Variant("(o)", ("/" if title == "elsewhere" else request,)))
     connection.flush_sync()
     print(json.dumps([method, window.partition(":")[0], title, options]), flush=True)
 def told(channel, condition):
@@ -164,7 +164,7 @@ class FilePortal(harness.AppletCase):
     def test_our_own_panel(self):
         """Shown for what a portal has no word for, where there is none, and after one that refuses, answers nonsense or goes away."""
         ways = [(source, 4, {}, None) for source in ("choose file with invisibles", 'choose file default location POSIX file "FOLDER/b.md"',
-                                                     'choose file of type {"app"}', 'choose file with prompt "' + "long " * 50 + '"')]
+                                                     'choose file with prompt "elsewhere"', 'choose file of type {"app"}', 'choose file with prompt "' + "long " * 50 + '"')]
         ways += [("choose folder", 2, {}, None), ('choose file default location POSIX file "FOLDER"', 3, {}, None), ("choose file", 4, {"QUODDLE_FILE_PANEL": "own"}, None),
                  ("choose file", None, {}, None), ("choose file", 4, {}, "refuse"), ("choose file", 4, {}, "gone")]
         ways += [("choose file", 4, {}, answer) for answer in ((2, None), (0, None), (0, []), (0, ["https://example.org/a"]), (0, ["a"]), (0, ["file:///%00"]),

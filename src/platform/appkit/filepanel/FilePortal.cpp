@@ -22,6 +22,7 @@ namespace {
 
 const QString kService = u"org.freedesktop.portal.Desktop"_s;
 const QString kPath = u"/org/freedesktop/portal/desktop"_s;
+const QString kRequestFolder = kPath + u"/request/"_s;
 const QString kInterface = u"org.freedesktop.portal.FileChooser"_s;
 const QString kRequest = u"org.freedesktop.portal.Request"_s;
 constexpr int kPatience = 3000;                        // milliseconds; long enough for the bus to start the portal
@@ -151,7 +152,7 @@ void FilePortal::ask(const FilePortalRequest& request, const QString& window, ui
     // The answer may come before the call that asks for it returns, so its place is known and listened at before.
     const quint64 number = mNumber;
     const QString token = u"quoddle%1"_s.arg(number);
-    listenAt(kPath + u"/request/"_s + bus.baseService().mid(1).replace(u'.', u'_') + u'/' + token);
+    listenAt(kRequestFolder + bus.baseService().mid(1).replace(u'.', u'_') + u'/' + token);
     QDBusMessage call = callTo(kInterface, request.saves ? u"SaveFile"_s : u"OpenFile"_s);
     call << window << request.title << optionsFor(request, token);
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
@@ -162,7 +163,10 @@ void FilePortal::ask(const FilePortalRequest& request, const QString& window, ui
         const QDBusPendingReply<QDBusObjectPath> answer = *watcher;
         if (answer.isError())
             return finish(Outcome::failed);
-        if (const QString path = answer.value().path(); path != mRequestPath) // portals before version 0.9 choose the place themselves
+        const QString path = answer.value().path();
+        if (!path.startsWith(kRequestFolder))
+            return finish(Outcome::failed);
+        if (path != mRequestPath) // portals before version 0.9 choose the place themselves
             listenAt(path);
     });
 }
