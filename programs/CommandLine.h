@@ -34,7 +34,7 @@ struct Command {
     std::size_t fewest;    ///< arguments
     std::size_t most;
     std::span<const Option> options = {};
-    bool hasOptionsAnywhere = false; ///< false: the first word that is no option ends them
+    bool hasOptionsAnywhere = true; ///< false: the first word that is no option ends them
 };
 
 struct Program {

@@ -50,12 +50,12 @@ constexpr Command kQuoddleCommands[] = {
     {"run", "APPLET [FILE...]", "start an applet",
      "Starts an applet; FILEs are opened with it. One that runs already gets the files. A packed applet is unpacked first,\n"
      "and keeps its place and what its script remembers from one run to the next.\n",
-     1, SIZE_MAX},
+     1, SIZE_MAX, {}, false},
     {"open", "FILE [ARGUMENT...]", "run a script or a packed applet, asking first",
      "Runs a script as a double click on the desktop does: asks first, and shows an error in an alert. About a packed applet\n"
      "it asks once: not when you have packed it or have run it before. An applet is started. Applets get the ARGUMENTs as\n"
      "files to open; scripts take none.\n",
-     1, SIZE_MAX},
+     1, SIZE_MAX, {}, false},
     {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0},
     {"quit", "APPLET", "ask an applet to quit",
      "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1},
@@ -75,7 +75,7 @@ constexpr Command kQuoddleCommands[] = {
      "Writes NAME.appletz, by default the applet's own name, in the current folder. A file of this name is replaced. A double\n"
      "click on it runs the applet. The same applet makes the same file, byte for byte. Links that lead out of the applet are\n"
      "an error.\n",
-     1, 1, kPackOptions, true},
+     1, 1, kPackOptions},
     {"install", "[--default] APPLET", "put an applet into the desktop's menu",
      "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"
      "applet and offers it for its types of files. Extensions that no program knows become types of the applet's own. What has\n"

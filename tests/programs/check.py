@@ -166,7 +166,7 @@ class Check(unittest.TestCase):
                 status, output, errors = self.call("check", path)
                 self.assertEqual((status, len(output.splitlines())), (1, len(needs)))
                 self.assertIn(f"{path}:{line}:{column}: The source does not compile: ", errors)
-                status, output, errors = self.call("check", "--json", path, self.folder / "none")
+                status, output, errors = self.call("check", path, "--json", self.folder / "none")
                 *rows, wrong, unread = json.loads(output)
                 self.assertEqual((status, errors, [(row["kind"], row["name"]) for row in rows]), (1, "", needs))
                 self.assertIn(message, wrong.pop("message").lower())

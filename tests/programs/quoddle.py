@@ -173,7 +173,7 @@ class Quoddle(unittest.TestCase):
             (["fly"], 2, "unknown command fly"),
             (["info"], 2, "info needs APPLET"),
             (["info", "a", "b"], 2, "too many"),
-            (["info", "--deep", "a"], 2, "unknown option --deep"),
+            (["info", "--deep", "a"], 2, "unknown option --deep"), (["quit", "a", "-x"], 2, "unknown option -x"),
             (["info", "Nobody"], 1, "no such applet; give the path"),
             (["install", self.folder], 1, "not an applet bundle"),
             (["uninstall", "Nobody"], 1, "not installed"),
@@ -384,7 +384,7 @@ class Quoddle(unittest.TestCase):
                 self.assertEqual(self.call("uninstall", "First")[0], 0)
                 self.assertEqual(self.default("image/png"), viewer)
                 # When the user asks for it, the applet is the default until it goes.
-                self.assertEqual(self.call("install", "--default", "Second.app")[0], 0)
+                self.assertEqual(self.call("install", "Second.app", "--default")[0], 0)
                 self.assertEqual(self.default("image/png"), "applet-com.example.Second.desktop")
                 self.assertEqual(self.call("uninstall", "Second")[0], 0)
                 self.assertEqual(self.default("image/png"), viewer)
