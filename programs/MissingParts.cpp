@@ -66,6 +66,8 @@ void printJSON(const std::string& file, const Fault& fault) {
 
 /// The needs of a file that are not here.
 std::vector<ScriptNeed> missingIn(const std::string& file, std::optional<Fault>& fault) {
+    if (fault)
+        return {};
     const auto bytes = readScript(file, Input::Files);
     if (!bytes) {
         fault = {bytes.error().message, {}};
@@ -85,7 +87,7 @@ std::vector<ScriptNeed> missingIn(const std::string& file, std::optional<Fault>&
 
 } // namespace
 
-int tellMissingParts(const std::vector<std::string>& files, bool asJSON) {
+int tellMissingParts(const std::vector<CheckedFile>& files, bool asJSON) {
     int status = EXIT_SUCCESS;
     const char* separator = "\n  ";
     if (asJSON)
@@ -98,12 +100,12 @@ int tellMissingParts(const std::vector<std::string>& files, bool asJSON) {
         printJSON(file, what);
         separator = ",\n  ";
     };
-    for (const std::string& file : files) {
-        std::optional<Fault> fault;
-        for (const ScriptNeed& need : missingIn(file, fault))
-            tell(file, need);
+    for (const CheckedFile& file : files) {
+        std::optional<Fault> fault = file.fault.empty() ? std::nullopt : std::optional(Fault{file.fault, {}});
+        for (const ScriptNeed& need : missingIn(file.path, fault))
+            tell(file.name, need);
         if (fault)
-            tell(file, *fault);
+            tell(file.name, *fault);
     }
     if (asJSON)
         std::cout << (*separator == ',' ? "\n]\n" : "]\n");

@@ -169,22 +169,19 @@ int quit(const tool::Arguments& arguments) {
     return status == noErr || status == connectionInvalid ? EXIT_SUCCESS : fail(name + ": error " + std::to_string(status));
 }
 
-/// Words with the bundles that packed applets hold in their place, which last as long as this.
+/// The bundles that packed applets hold, unpacked for as long as this lives.
 class ReadableApplets {
 public:
-    /// Answers an error as a sentence; empty when there is none.
-    std::string unpackIn(Words& words) {
-        for (std::string& word : words) {
-            if (!tool::isPackedApplet(word))
-                continue;
-            mFolders.push_back(std::make_unique<QTemporaryDir>());
-            const auto packed = tool::PackedApplet::read(word);
-            const auto bundle = packed ? packed->bundleToRead(*mFolders.back()) : Result<std::string, QString>(Failure{packed.error()});
-            if (!bundle)
-                return tool::printable(bundle.error());
-            word = *bundle;
-        }
-        return "";
+    /// The path of the bundle in a packed applet, or the word itself. The error is a sentence.
+    Result<std::string, std::string> pathFor(const std::string& word) {
+        if (!tool::isPackedApplet(word))
+            return word;
+        mFolders.push_back(std::make_unique<QTemporaryDir>());
+        const auto packed = tool::PackedApplet::read(word);
+        auto bundle = packed ? packed->bundleToRead(*mFolders.back()) : Result<std::string, QString>(Failure{packed.error()});
+        if (!bundle)
+            return Failure{bundle.error().toStdString()};
+        return std::move(*bundle);
     }
 
 private:
@@ -192,18 +189,17 @@ private:
 };
 
 int info(const tool::Arguments& arguments) {
-    Words words = arguments.rest;
+    const std::string& word = arguments.rest[0];
     ReadableApplets readable;
-    if (const std::string error = readable.unpackIn(words); !error.empty())
-        return fail(error);
-    const auto bundle = tool::findApplet(words[0]);
+    const auto path = readable.pathFor(word);
+    const auto bundle = path ? tool::findApplet(*path) : Failure{path.error()};
     if (!bundle)
         return fail(bundle.error());
     bool isComplete = true;
     auto lines = tool::infoOf(**bundle, isComplete);
     for (tool::InfoLine& line : lines)
-        if (line.label == "Path" && words != arguments.rest)
-            line.value = tool::printable(QFileInfo(QFile::decodeName(arguments.rest[0].c_str())).absoluteFilePath());
+        if (line.label == "Path" && *path != word)
+            line.value = tool::printable(QFileInfo(QFile::decodeName(word.c_str())).absoluteFilePath());
     for (const auto& [label, value] : lines)
         std::cout << label << ":" << std::string(16 - label.size(), ' ') << value << "\n";
     return isComplete ? EXIT_SUCCESS : EXIT_FAILURE;
@@ -224,7 +220,8 @@ int adopt(const tool::Arguments& arguments) {
     for (const std::string& part : *added)
         std::cout << "Added: " << part << "\n";
     std::cout << std::flush;
-    (void)tool::tellMissingParts({(*bundle)->bundlePath().toStdString()}, false);
+    const std::string path = (*bundle)->bundlePath().toStdString();
+    (void)tool::tellMissingParts({{path, path, ""}}, false);
     return EXIT_SUCCESS;
 }
 
@@ -294,11 +291,13 @@ int uninstall(const tool::Arguments& arguments) {
 }
 
 int check(const tool::Arguments& arguments) {
-    Words words = arguments.rest;
     ReadableApplets readable;
-    if (const std::string error = readable.unpackIn(words); !error.empty())
-        return fail(error);
-    return tool::tellMissingParts(words, arguments.has("json"));
+    std::vector<tool::CheckedFile> files;
+    for (const std::string& word : arguments.rest) {
+        const auto path = readable.pathFor(word);
+        files.push_back(path ? tool::CheckedFile{word, *path, ""} : tool::CheckedFile{word, "", path.error()});
+    }
+    return tool::tellMissingParts(files, arguments.has("json"));
 }
 
 constexpr struct {

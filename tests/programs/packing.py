@@ -125,7 +125,7 @@ class Packing(harness.AppletCase):
         self.forget()
         temporary = self.folder / "tmp"
         temporary.mkdir()
-        for command, said in (("info", f"Path:            {file}\n"), ("check", "no-such-tool")):
+        for command, said in (("info", f"Path:            {file}\n"), ("check", f"{file}:1: command \"no-such-tool\"")):
             self.assertIn(said, self.call(command, file, TMPDIR=str(temporary))[1])
         self.assertEqual((self.kept(), list(temporary.iterdir())), ([], []))
 
