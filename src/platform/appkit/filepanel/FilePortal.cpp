@@ -28,6 +28,7 @@ const QString kRequest = u"org.freedesktop.portal.Request"_s;
 constexpr int kPatience = 3000;                        // milliseconds; long enough for the bus to start the portal
 constexpr uint kKnowsFolders = 3, kBeginsInFolder = 4; // versions of the interface
 constexpr qsizetype kMostFiles = 100'000;
+constexpr qint64 kQuickest = 500; // milliseconds in which a person may have seen a chooser and closed it
 
 /// One condition of a filter (us): the second is a pattern of names when the first is 0, a MIME type when it is 1.
 struct FilterCondition {
@@ -155,6 +156,7 @@ void FilePortal::ask(const FilePortalRequest& request, const QString& window, ui
     listenAt(kRequestFolder + bus.baseService().mid(1).replace(u'.', u'_') + u'/' + token);
     QDBusMessage call = callTo(kInterface, request.saves ? u"SaveFile"_s : u"OpenFile"_s);
     call << window << request.title << optionsFor(request, token);
+    mSinceAsked.start();
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, number] {
         watcher->deleteLater();
@@ -186,7 +188,9 @@ void FilePortal::stopListening() {
 
 void FilePortal::responded(uint response, const QVariantMap& results) {
     constexpr uint kChosen = 0, kCancelledByUser = 1;
-    if (response == kCancelledByUser)
+    // Some portals answer "ended in another way" to the Escape key, and when they could not show the chooser at all.
+    const bool wasClosed = response != kChosen && mSinceAsked.hasExpired(kQuickest);
+    if (response == kCancelledByUser || wasClosed)
         return finish(Outcome::cancelled);
     QStringList paths;
     const QStringList uris = results.value(u"uris"_s).toStringList();

@@ -9,6 +9,7 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
@@ -62,6 +63,7 @@ private:
     QDBusServiceWatcher mPortalWatcher;
     QString mRequestPath; ///< the object of the portal that stands for the request; empty: none
     Completion mCompletion;
+    QElapsedTimer mSinceAsked;
     quint64 mNumber = 0; ///< of the last request; late answers to earlier ones are dropped
 };
 
