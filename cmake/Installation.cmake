@@ -65,6 +65,7 @@ install(FILES resources/desktop/quoddle.desktop DESTINATION share/applications C
 install(FILES resources/desktop/quoddle.metainfo.xml DESTINATION share/metainfo RENAME local.quoddle.Quoddle.metainfo.xml COMPONENT desktop)
 install(FILES resources/desktop/quoddle.xml DESTINATION share/mime/packages COMPONENT desktop)
 install(FILES resources/desktop/icons/quoddle.svg DESTINATION share/icons/hicolor/scalable/apps COMPONENT desktop)
+install(FILES resources/desktop/icons/quoddle-symbolic.svg DESTINATION share/icons/hicolor/symbolic/apps COMPONENT desktop)
 install(FILES resources/desktop/icons/application-x-applescript-compiled.svg resources/desktop/icons/application-x-quoddle-appletz.svg
               resources/desktop/icons/text-x-applescript.svg
         DESTINATION share/icons/hicolor/scalable/mimetypes COMPONENT desktop)

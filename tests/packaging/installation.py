@@ -19,7 +19,8 @@ OSA = ("osascript", "osacompile", "osadecompile", "osalang")
 DESKTOP = ("quoddle", "quoddle-shell", "quoddle-dialogs", "quoddle-clipboard", "quoddle-preview", "quoddle-fetch")
 # Every file, with the programs' own names in place of *.
 FILES = ["share/applications/quoddle.desktop", "share/metainfo/local.quoddle.Quoddle.metainfo.xml", "share/mime/packages/quoddle.xml",
-         "share/icons/hicolor/scalable/apps/quoddle.svg", "share/icons/hicolor/scalable/mimetypes/application-x-applescript-compiled.svg",
+         "share/icons/hicolor/scalable/apps/quoddle.svg", "share/icons/hicolor/symbolic/apps/quoddle-symbolic.svg",
+         "share/icons/hicolor/scalable/mimetypes/application-x-applescript-compiled.svg",
          "share/icons/hicolor/scalable/mimetypes/application-x-quoddle-appletz.svg",
          "share/icons/hicolor/scalable/mimetypes/text-x-applescript.svg", "share/doc/quoddle/copyright", "share/doc/quoddle/changelog.gz",
          "share/doc/quoddle-osa/copyright", "share/doc/quoddle-osa/changelog.gz",
