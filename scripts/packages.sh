@@ -7,7 +7,7 @@
 build_packages=(g++ cmake ninja-build ccache pkg-config python3 qt6-base-dev qt6-l10n-tools qt6-pdf-dev qt6-image-formats-plugins libicu-dev libxml2-dev libfontconfig-dev libwayland-dev fonts-dejavu-core libarchive-dev libssl-dev libedit-dev)
 # For a display of one's own. A window manager adds itself to the login screen: not on a desktop that only wants to run applets.
 display_packages=(xvfb xauth openbox x11-utils imagemagick)
-test_packages=(libgtest-dev libxcb1-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils xclip sway wl-clipboard openssl mandoc zsh fish appstream dpkg-dev file shared-mime-info man-db libxml2-utils vim libkf5syntaxhighlighting-tools gir1.2-gtksource-5)
+test_packages=(libgtest-dev libxcb1-dev at-spi2-core dbus dbus-x11 xdotool python3-gi python3-pyatspi gir1.2-atspi-2.0 libglib2.0-bin desktop-file-utils xclip sway wtype grim qt6-wayland wl-clipboard openssl mandoc zsh fish appstream dpkg-dev file shared-mime-info man-db libxml2-utils vim libkf5syntaxhighlighting-tools gir1.2-gtksource-5)
 if [ "$(. /etc/os-release 2>/dev/null && echo "${VERSION_CODENAME:-}")" = bookworm ]; then
 	build_packages+=(libqt6svg6)
 	test_packages+=(clang-format-14)

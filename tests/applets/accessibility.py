@@ -44,7 +44,7 @@ class AccessibleCase(harness.AppletCase):
         environment.update(DBUS_SESSION_BUS_ADDRESS=cls.bus.address, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         cls.launcher = subprocess.Popen(["/usr/libexec/at-spi-bus-launcher", "--launch-immediately"], env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         subprocess.run(["gdbus", "wait", "--session", "--timeout", str(harness.DEADLINE), "org.a11y.Bus"], env=environment, check=True)
-        os.environ.update({name: environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
+        os.environ.update({name: environment[name] for name in ("DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS") if name in environment})
         from gi.repository import Atspi
         Atspi.init()
         cls.atspi = Atspi

@@ -73,6 +73,7 @@ class Dialogs(accessibility.AccessibleCase):
         self.assertEqual(applet.process.returncode, 0)
 
     def test_sheets_hang_below_the_title_of_their_window(self):
+        self.needs_x_server()
         applet = self.ask("Hanging", 'display dialog "First?" default answer "" with icon caution\njot("1")\ndisplay dialog "Second?" with icon stop\njot("2")\n'
                                      'display dialog "Third?" default answer "" with icon note\njot("done")')
         for question in ("First?", "Second?", "Third?"):

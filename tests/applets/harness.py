@@ -2,6 +2,7 @@
 """The parts that the end-to-end tests share: a display, applets made by osacompile from source, and their use by keyboard, signals and
 scripts."""
 import ctypes
+import json
 import os
 import pathlib
 import plistlib
@@ -99,6 +100,57 @@ class Display:
             process.wait()
 
 
+class WaylandDesktop:
+    """A Wayland desktop without a screen and without an X server. Programs cannot place their windows there, nor learn where these are; keys
+    go to the window that has the keyboard, and a pointer that a test could move is not there."""
+    NOBODY = 65534  # sway does not run as root
+
+    def __init__(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.folder.chmod(0o700)
+        settings = self.folder / "settings"
+        settings.write_text("xwayland disable\nfor_window [title=\".*\"] floating enable\n")
+        nobody = {"user": self.NOBODY, "group": self.NOBODY, "extra_groups": []} if os.getuid() == 0 else {}
+        if nobody:
+            os.chown(self.folder, self.NOBODY, self.NOBODY)
+        kept = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+        base = dict(kept, XDG_RUNTIME_DIR=str(self.folder), LC_ALL="C.UTF-8", DBUS_SESSION_BUS_ADDRESS="disabled:", QUODDLE_LONGEST_PAUSE=str(4 * DEADLINE))
+        self.server = subprocess.Popen(["sway", "-c", str(settings)], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **nobody, preexec_fn=_dies_with_us,
+                                       env=dict(base, WLR_BACKENDS="headless", WLR_RENDERER="pixman", WLR_LIBINPUT_NO_DEVICES="1"))
+        socket = until(lambda: [path for path in self.folder.glob("wayland-*") if path.suffix != ".lock"], "the Wayland desktop")[0]
+        control = until(lambda: list(self.folder.glob("sway-ipc.*.sock")), "the desktop's controls")[0]
+        self.environment = dict(base, WAYLAND_DISPLAY=str(socket), SWAYSOCK=str(control))
+        # Windows take note of a keyboard that is there; one that comes with its first key would not be heard.
+        self.keyboard = subprocess.Popen(["wtype", "-s", "3600000"], env=self.environment, preexec_fn=_dies_with_us)
+
+    def close(self):
+        self.keyboard.kill()
+        self.keyboard.wait()
+        self.server.terminate()
+        self.server.wait()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def windows(self):
+        """Answers (number, title) of each window."""
+        said = subprocess.run(["swaymsg", "-t", "get_tree"], env=self.environment, capture_output=True, text=True).stdout
+        waiting, found = [json.loads(said or "{}")], []
+        while waiting:
+            node = waiting.pop()
+            waiting += node.get("nodes", []) + node.get("floating_nodes", [])
+            if node.get("pid"):
+                found.append((str(node["id"]), node["name"]))
+        return found
+
+    def key(self, window, name):
+        """Presses a key, called as in "ctrl+q"."""
+        subprocess.run(["swaymsg", f"[con_id={window}]", "focus"], env=self.environment, stdout=subprocess.DEVNULL, check=True)
+        if name == "alt+F4":  # a key of the desktop's, which has none here
+            subprocess.run(["swaymsg", f"[con_id={window}]", "kill"], env=self.environment, stdout=subprocess.DEVNULL, check=True)
+            return
+        *held, key = name.split("+")
+        subprocess.run(["wtype", *(word for each in held for word in ("-M", each)), "-k", key], env=self.environment, check=True)
+
+
 class SessionBus:
     """A session bus that starts the services in the user's own folder, `XDG_DATA_HOME`. The ones that are installed on the machine are not
     started, because their daemons would answer where a test wants no answer."""
@@ -156,19 +208,27 @@ class Applet:
         self.process.wait()
 
     def xdotool(self, *words):
+        self.case.needs_x_server()
         return subprocess.run(["xdotool", *words], env=self.case.display.environment, capture_output=True, text=True).stdout.split()
 
     def window(self):
+        if self.case.is_wayland:
+            return until(lambda: [number for number, title in self.case.display.windows() if title == self.name], "a window of " + self.name)[-1]
         return until(lambda: self.xdotool("search", "--onlyvisible", "--name", "^" + self.name + "$"), "a window of " + self.name)[-1]
 
     def picture(self, label):
         folder = os.environ.get("QUODDLE_ARTEFACTS")
         if folder:
             pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
+            if self.case.is_wayland:
+                subprocess.run(["grim", os.path.join(folder, self.name + "-" + label + ".png")], env=self.case.display.environment)
+                return
             subprocess.run(["import", "-window", "root", os.path.join(folder, self.name + "-" + label + ".png")], env=self.case.display.environment)
 
     def key(self, name):
         window = self.window()
+        if self.case.is_wayland:
+            return self.case.display.key(window, name)
         self.xdotool("windowfocus", "--sync", window)
         self.xdotool("key", name)
 
@@ -188,7 +248,10 @@ class Applet:
 class AppletCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.display = Display()
+        cls.is_wayland = os.environ.get("QUODDLE_TEST_DESKTOP") == "wayland"
+        cls.display = WaylandDesktop() if cls.is_wayland else Display()
+        if cls.is_wayland:
+            cls.display.environment["QT_QPA_PLATFORM"] = "wayland"
 
     @classmethod
     def tearDownClass(cls):
@@ -198,6 +261,11 @@ class AppletCase(unittest.TestCase):
         self.applets = {}
         self.folder = pathlib.Path(tempfile.mkdtemp())
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
+
+    def needs_x_server(self):
+        """Leaves a test out that moves windows, the pointer or the keyboard's focus, or asks where they are, which Wayland keeps to itself."""
+        if self.is_wayland:
+            self.skipTest("a Wayland desktop does not let a program do that")
 
     def start(self, name, source, **more):
         self.applets[name] = Applet(self, name, source, **more)

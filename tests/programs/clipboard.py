@@ -8,7 +8,6 @@ and wl-clipboard.
 import base64
 import os
 import pathlib
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -19,7 +18,6 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "applets
 import harness
 from harness import binaries, until
 
-NOBODY = 65534  # sway does not run as root
 PNG = base64.b64decode("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mP8z8BQDwAEhQGAhKmMIQAAAABJRU5ErkJggg==")
 GIF = base64.b64decode("R0lGODlhAQABAIAAAP///wAAACwAAAAAAQABAAACAkQBADs=")
 PRINTED_PNG = "«data PNGf" + PNG.hex().upper() + "»"
@@ -79,29 +77,7 @@ class X11:
             return b""  # the owner of the clipboard went while it was asked
 
 
-class Wayland:
-    """A Wayland desktop without a screen and without an X server."""
-
-    def __init__(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp())
-        self.folder.chmod(0o700)
-        settings = self.folder / "settings"
-        settings.write_text("xwayland disable\n")
-        nobody = {"user": NOBODY, "group": NOBODY, "extra_groups": []} if os.getuid() == 0 else {}
-        if nobody:
-            os.chown(self.folder, NOBODY, NOBODY)
-        kept = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
-        base = dict(kept, XDG_RUNTIME_DIR=str(self.folder), LC_ALL="C.UTF-8", DBUS_SESSION_BUS_ADDRESS="disabled:")
-        self.server = subprocess.Popen(["sway", "-c", str(settings)], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **nobody,
-                                       env=dict(base, WLR_BACKENDS="headless", WLR_RENDERER="pixman", WLR_LIBINPUT_NO_DEVICES="1"))
-        socket = until(lambda: [path for path in self.folder.glob("wayland-*") if path.suffix != ".lock"], "the Wayland desktop")[0]
-        self.environment = dict(base, WAYLAND_DISPLAY=str(socket))
-
-    def close(self):
-        self.server.terminate()
-        self.server.wait()
-        shutil.rmtree(self.folder, ignore_errors=True)
-
+class Wayland(harness.WaylandDesktop):
     def copy(self, kind, data):
         subprocess.run(["wl-copy", "-t", kind], input=data, env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=True)
 
