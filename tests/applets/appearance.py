@@ -59,8 +59,10 @@ class Appearance(accessibility.AccessibleCase):
         self.assertEqual(self.portal.stdout.readline(), "done\n")
 
     def colors(self, applet):
-        """Answers the number of pixels of each colour in the applet's window."""
-        picture = subprocess.run(["import", "-window", applet.window(), "-depth", "8", "rgb:-"], env=self.display.environment, capture_output=True).stdout
+        """Answers the number of pixels of each colour in the applet's window, on a Wayland desktop of all windows."""
+        window = applet.window()
+        command = ["grim", "-t", "ppm", "-"] if self.is_wayland else ["import", "-window", str(window), "-depth", "8", "ppm:-"]
+        picture = subprocess.run(command, env=self.display.environment, capture_output=True).stdout.split(b"\n", 3)[-1]
         counts = {}
         for at in range(0, len(picture), 3):
             color = "#" + picture[at:at + 3].hex().upper()

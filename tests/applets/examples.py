@@ -39,10 +39,10 @@ class Examples(accessibility.AccessibleCase):
 
     def type_and_press(self, text, button):
         control = self.find(button, "push button")
-        until(lambda: self.applet.xdotool("getactivewindow"), "a window in front")
+        until(self.display.front, "a window in front")
         time.sleep(0.3)
-        self.applet.xdotool("key", "ctrl+a")
-        self.applet.xdotool("type", "--delay", "15", text)
+        self.applet.press("ctrl+a")
+        self.applet.type(text)
         self.press(control)
 
     def press(self, control):
@@ -51,8 +51,8 @@ class Examples(accessibility.AccessibleCase):
     def choose_folder(self, path, button):
         control = self.find(button, "push button")
         time.sleep(0.3)
-        self.applet.xdotool("type", "--delay", "15", str(path))
-        self.applet.xdotool("key", "Return")
+        self.applet.type(str(path))
+        self.applet.press("Return")
         until(lambda: self.is_enabled(control), "the folder to be opened")
         time.sleep(0.3)
         self.press(control)
@@ -100,11 +100,11 @@ class Examples(accessibility.AccessibleCase):
         applet = self.start_example("Rename Files")
         self.press(self.find("Find files"))
         self.find("Search", "text")
-        applet.xdotool("type", "IMG")
+        applet.type("IMG")
         self.find("2 found", "label")
-        applet.xdotool("key", "Down", "ctrl+a")
+        applet.press("Down", "ctrl+a")
         applet.picture("found")
-        applet.xdotool("key", "Return")
+        applet.press("Return")
         self.type_and_press("Trip", "Show")
         rename = self.find("Rename", "push button")
         applet.picture("plan")
@@ -143,7 +143,7 @@ class Examples(accessibility.AccessibleCase):
         self.choose_folder(stuff, "Report")
         self.find("What shall the report tell?", "dialog")
         time.sleep(0.3)
-        applet.xdotool("key", "ctrl+a")
+        applet.press("ctrl+a")
         applet.picture("chapters")
         self.press(self.find("Continue", "push button"))
         self.type_and_press("many", "OK")

@@ -38,9 +38,9 @@ class FileDialogs(accessibility.AccessibleCase):
 
     def keys(self, title, *names):
         """Presses real keys when the window has come to the front by itself."""
-        until(lambda: self.applet.xdotool("getactivewindow", "getwindowname")[:1] == title.split()[:1], "“" + title + "” to be in front")
+        until(lambda: self.display.title(self.display.front()).startswith(title), "“" + title + "” to be in front")
         time.sleep(0.2)
-        self.applet.xdotool("key", *names)
+        self.applet.press(*names)
 
     def row(self, name):
         return self.find(name, "table cell")
@@ -92,10 +92,10 @@ class FileDialogs(accessibility.AccessibleCase):
         self.ask("Folder", 'jot(paths(choose folder with prompt "Pick" with multiple selections allowed))')
         self.find("Pick", "push button")
         self.keys("Choose", "slash")
-        self.applet.xdotool("type", "--delay", "15", str(self.folder)[1:] + "/stuff/Rep")
+        self.applet.type(str(self.folder)[1:] + "/stuff/Rep")
         self.picture("folder-typed")
-        self.applet.xdotool("type", "orts")
-        self.applet.xdotool("key", "Return")
+        self.applet.type("orts")
+        self.applet.press("Return")
         self.row("2027")
         self.picture("folder")
         self.keys("Choose", "Return")
@@ -109,17 +109,17 @@ class FileDialogs(accessibility.AccessibleCase):
         self.keys("Save", "Return")
         self.find("Replace", "push button")
         self.picture("replace")
-        self.applet.xdotool("key", "Return")  # Return presses Cancel here
+        self.applet.press("Return")  # Return presses Cancel here
         until(lambda: not self.shown("Replace", "push button"), "the question to go")
         self.assertEqual(self.applet.said("noted"), "")
         self.keys("Save", "ctrl+a")
-        self.applet.xdotool("type", "Reports/no/where")
-        self.applet.xdotool("key", "Return")
+        self.applet.type("Reports/no/where")
+        self.applet.press("Return")
         self.find(f"The folder “{self.folder}/stuff/Reports/no” cannot be found.")
         self.picture("problem")
         self.keys("Save", "ctrl+a")
-        self.applet.xdotool("type", "new")
-        self.applet.xdotool("key", "Return")
+        self.applet.type("new")
+        self.applet.press("Return")
         self.noted(f"{self.folder}/stuff/new\n")
 
     def test_cancel_and_wrong_types(self):

@@ -59,13 +59,6 @@ class Lifecycle(harness.AppletCase):
     def stamps(self, applet, file):
         return [float(line) for line in applet.said(file).split()]
 
-    def windows(self, applet):
-        return applet.xdotool("search", "--onlyvisible", "--name", "^" + applet.name + "$")
-
-    def windows_of_all(self):
-        """Answers the number of windows on the display."""
-        return subprocess.run(["xprop", "-root", "_NET_CLIENT_LIST"], env=self.display.environment, capture_output=True, text=True).stdout.count("0x")
-
     def stays(self, applet, seconds=0.3):
         """Fails when the applet ends within the time."""
         time.sleep(seconds)
@@ -163,7 +156,7 @@ class Lifecycle(harness.AppletCase):
         applet = self.start("Deaf", STAMP + 'runs"', options=["-u", "-s"])
         applet.window()
         over = self.hand_over(applet, self.made("a"))
-        until(lambda: len(self.windows(applet)) == 2, "the alert")
+        until(lambda: len(applet.windows()) == 2, "the alert")
         applet.key("Return")
         applet.ends()
         over.wait(15)
@@ -224,7 +217,7 @@ class Lifecycle(harness.AppletCase):
         """Answers the seconds that keys and time stamps take by themselves, which is long on a busy machine."""
         began = time.monotonic()
         subprocess.run(["sh", "-c", "date +%s.%N"], stdout=subprocess.DEVNULL)
-        subprocess.run(["xdotool", "getmouselocation"], env=self.display.environment, stdout=subprocess.DEVNULL)
+        self.display.front()
         return time.monotonic() - began
 
     def time_of_stop(self, place, stop, number):
@@ -235,7 +228,7 @@ class Lifecycle(harness.AppletCase):
         if place == "a shell command":
             until(lambda: len(running_children(f"sleep {number}")) == 2, "the children")
         if "dialog" in place:
-            until(lambda: self.windows_of_all() == 2, "the dialog")
+            until(lambda: self.display.number_of_windows() == 2, "the dialog")
         time.sleep(0.1)
         allowed = 0.1 + 20 * self.cost_of_measuring()
         asked = time.time()
@@ -243,7 +236,7 @@ class Lifecycle(harness.AppletCase):
         applet.ends()
         self.assertEqual(applet.said(f"number{number}"), "-128\n")
         self.assertEqual(running_children(f"sleep {number}"), [])
-        until(lambda: self.windows_of_all() == 0, "the windows to go")
+        until(lambda: self.display.number_of_windows() == 0, "the windows to go")
         self.assertEqual(applet.process.returncode, 0)
         return self.stamps(applet, f"heard{number}")[0] - asked, allowed
 
@@ -281,7 +274,7 @@ class Lifecycle(harness.AppletCase):
         self.osascript("-e", 'tell application "Stubborn" to quit')
         until(lambda: applet.said("told") == "true\n", "the script to hear of the quit")
         self.stays(applet)
-        until(lambda: not self.windows(applet), "the window to go")
+        until(lambda: not applet.windows(), "the window to go")
         applet.rests()
         applet.process.send_signal(signal.SIGTERM)
         applet.ends()
@@ -331,10 +324,10 @@ class Lifecycle(harness.AppletCase):
             "reopen": lambda: self.osascript("-e", 'tell application "Hidden" to reopen'),
         }.items():
             with self.subTest(way):
-                until(lambda: not self.windows(applet), "the window to go")
+                until(lambda: not applet.windows(), "the window to go")
                 reach()
                 window = applet.window()
-                until(lambda: applet.xdotool("getactivewindow") == [window], "the window to come to the front")
+                until(lambda: self.display.front() == window, "the window to come to the front")
                 applet.picture(way.replace(" ", "-"))
                 # The quit handler refuses, and the applet goes on without a window.
                 asked = applet.said("asked")
@@ -355,19 +348,19 @@ class Lifecycle(harness.AppletCase):
             """, options=["-s"])
         self.listens(applet)
         until(lambda: applet.said("watched"), "the idle handler")
-        until(lambda: not self.windows(applet), "the window to go")
+        until(lambda: not applet.windows(), "the window to go")
         self.assertEqual(self.hand_over(applet).wait(15), 0)
         applet.window()
         calls = applet.said("watched").count("1")
-        until(lambda: self.windows(applet) and applet.said("watched").count("1") >= calls + 2, "more idle calls")
+        until(lambda: applet.windows() and applet.said("watched").count("1") >= calls + 2, "more idle calls")
         applet.rests()
-        self.assertTrue(self.windows(applet))
+        self.assertTrue(applet.windows())
         applet.key("alt+F4")
         applet.ends()
         # A script that activates its application before a dialog shows no window.
         applet = self.start("Busy", 'on run\nactivate\ndo shell script "echo 1 > FOLDER/busy"\ndelay 3600\nend run')
         until(lambda: applet.said("busy"), "the script to run")
-        self.assertEqual(self.windows(applet), [])
+        self.assertEqual(applet.windows(), [])
         # A second launch shows it, because a silent script can be stopped there.
         self.assertEqual(self.hand_over(applet).wait(15), 0)
         applet.key("Escape")
@@ -420,7 +413,7 @@ class Lifecycle(harness.AppletCase):
         self.assertEqual(call.communicate(timeout=15)[0], "well\n")
         until(lambda: "idle" in applet.said("started"), "the idle handler")
         self.assertEqual(applet.said("started"), "1\njotted\nidle\n")
-        until(lambda: not self.windows(applet), "the window to go")
+        until(lambda: not applet.windows(), "the window to go")
         self.stays(applet)
 
     def test_stop_in_a_call_from_outside_is_told_to_the_caller(self):
@@ -507,11 +500,11 @@ class Lifecycle(harness.AppletCase):
         self.listens(applet)
         overs = [self.hand_over(applet, self.made(name)) for name in "ab"]
         until(lambda: applet.said("opened") == "1\n1\n", "both to be opened")
-        until(lambda: len(self.windows(applet)) >= 2, "the alert")
+        until(lambda: len(applet.windows()) >= 2, "the alert")
         applet.rests()
         time.sleep(0.3)
         applet.picture("errors")
-        self.assertEqual(len(self.windows(applet)), 2, "the window and one alert")
+        self.assertEqual(len(applet.windows()), 2, "the window and one alert")
         applet.key("Return")
         applet.ends()
         self.assertEqual([over.wait(15) for over in overs], [1, 1])
@@ -561,7 +554,7 @@ class Lifecycle(harness.AppletCase):
         until(lambda: applet.said("idle"), "the idle handler")
         applet.rests()
         applet.process.send_signal(signal.SIGTERM)
-        until(lambda: len(self.windows(applet)) == 2, "the alert")
+        until(lambda: len(applet.windows()) == 2, "the alert")
         applet.key("Return")
         applet.ends()
         self.assertEqual(applet.said("quit"), "quit\n")
@@ -581,7 +574,7 @@ class Lifecycle(harness.AppletCase):
             with self.subTest(way):
                 applet = self.start(name, source.replace("NAME", name), options=["-s"])
                 until(lambda: applet.said(name + "idle"), "the idle handler")
-                until(lambda: not self.windows(applet), "the window to go")
+                until(lambda: not applet.windows(), "the window to go")
                 applet.rests()
                 applet.process.send_signal(signal.SIGTERM)
                 until(lambda: applet.said(name + "quit"), "the quit handler")
@@ -590,7 +583,7 @@ class Lifecycle(harness.AppletCase):
                     applet.ends()
                     continue
                 # A quit handler that was stopped has not passed the quit on.
-                until(lambda: not self.windows(applet), "the window to go")
+                until(lambda: not applet.windows(), "the window to go")
                 self.stays(applet)
                 applet.rests()
                 applet.process.send_signal(signal.SIGTERM)
@@ -628,7 +621,7 @@ class Lifecycle(harness.AppletCase):
                     if not passed_on:
                         applet.rests()
                         self.stays(applet)
-                        self.assertTrue(self.windows(applet))
+                        self.assertTrue(applet.windows())
 
     # Events that a script continues
 
@@ -671,7 +664,7 @@ class Lifecycle(harness.AppletCase):
             reach()
             expected += "reopen\nreopened\n"
             until(lambda: applet.said("again") == expected, "the reopen handler")
-            self.assertTrue(self.windows(applet), "the window is shown")
+            self.assertTrue(applet.windows(), "the window is shown")
         self.osascript("-e", 'tell application "Again" to quit')
         applet.ends()
         self.assertEqual(applet.said("again"), expected)

@@ -187,12 +187,12 @@ class Updates(accessibility.AccessibleCase):
         self.click(self.find("Check for Updates…", "menu item"))
 
     def press(self, key):
-        harness.Applet.xdotool(self.applets["Renewed"], "key", key)
+        self.display.press(key)
 
     def alert(self, text, applet):
         """Waits for the alert and dismisses it."""
         self.find(text)
-        applet.xdotool("search", "--sync", "--onlyvisible", "--name", "^" + applet.name + "$")
+        applet.window()
         self.find("OK", "push button").do_action(0)
         until(lambda: not self.shown(text), "the alert to go")
 
