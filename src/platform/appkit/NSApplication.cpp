@@ -3,7 +3,7 @@
 
 #include "platform/ae/AEMainThread.h"
 #include "platform/appkit/CursorRest.h"
-#include "platform/appkit/DrawnIconStyle.h"
+#include "platform/appkit/DesktopStyle.h"
 #include "platform/appkit/NSWindow.h"
 #include "platform/foundation/MainThread.h"
 #include "platform/foundation/NSNotificationCenter.h"
@@ -43,7 +43,7 @@ AEMainThread mainThreadForAppleEvents() {
 } // namespace
 
 NSApplication::NSApplication(int& argc, char** argv) : QApplication(argc, argv) {
-    setStyle(new DrawnIconStyle);
+    setStyle(new DesktopStyle);
     new CursorRest(this);
     setQuitOnLastWindowClosed(false);                 // the delegate decides about the end
     if (QLocale().textDirection() == Qt::RightToLeft) // the toolkit itself only turns with a translation of its own

@@ -11,7 +11,9 @@
 #include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPalette>
+#include <QScreen>
 #include <QTest>
 
 namespace quoddle {
@@ -272,6 +274,27 @@ TEST(ElidedLabel, ReadsAsItIsWrittenWhereverItBegins) {
             QApplication::setLayoutDirection(Qt::LeftToRight);
             EXPECT_LT(differenceOf(pictures[0], pictures[1]), 35) << QString::fromUtf16(text).toStdString() << tabular;
         }
+}
+
+/// Also run with other scales of the screen.
+TEST(DesktopStyle, FramesAreWhole) {
+    for (int extent = 60; extent < 68; ++extent) {
+        QDialog window;
+        QListWidget list(&window);
+        list.setGeometry(extent - 57, 7, extent, extent);
+        window.resize(100, 100);
+        window.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
+        const QImage image = QApplication::primaryScreen()->grabWindow(window.winId()).toImage();
+        const double scale = image.devicePixelRatio();
+        const auto pixel = [scale](int place) { return qRound(place * scale); };
+        const QRect frame(QPoint(pixel(list.x()), pixel(list.y())), QPoint(pixel(list.x() + extent) - 1, pixel(list.y() + extent) - 1));
+        const int dark = image.pixelColor(frame.center()).lightness() - 20;
+        const QPoint middle = frame.center();
+        for (const QPoint& point : {QPoint(frame.left(), middle.y()), QPoint(frame.right(), middle.y()), QPoint(middle.x(), frame.top()),
+                                    QPoint(middle.x(), frame.bottom())})
+            EXPECT_LT(image.pixelColor(point).lightness(), dark) << scale << " " << extent << " " << point.x() << " " << point.y();
+    }
 }
 
 } // namespace quoddle
