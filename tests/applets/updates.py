@@ -214,7 +214,7 @@ class Updates(accessibility.AccessibleCase):
                 self.choose_from_menu(applet)
                 self.find("A new version of Renewed is available.", "label")
                 notes = self.find("Notes about this version")
-                self.assertEqual(notes.get_text(0, -1), "Faster, and bold.")
+                self.assertEqual(self.atspi.Text.get_text(notes, 0, -1), "Faster, and bold.")
                 self.find("Install Update", "push button")
                 applet.picture("updates-offer")
                 self.press("Return")  # the keyboard is in the notes
