@@ -123,7 +123,7 @@ class Installation(harness.AppletCase):
         def tool(*words):
             return subprocess.run(["xdotool", *words], env=self.display.environment, capture_output=True, text=True).stdout.strip()
         until(lambda: tool("getactivewindow", "getwindowname") == title, f"“{title}” in front")
-        harness.until_at_rest(int(tool("getactivewindow", "getwindowpid")))
+        harness.until_at_rest(int(until(lambda: tool("getactivewindow", "getwindowpid"), "its process")))
         if folder := os.environ.get("QUODDLE_ARTEFACTS"):
             pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
             subprocess.run(["import", "-window", "root", f"{folder}/installation-{self._testMethodName}-{keys[-1]}.png"], env=self.display.environment)

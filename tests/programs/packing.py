@@ -64,7 +64,7 @@ class Packing(harness.AppletCase):
 
     def press(self, title, *keys):
         until(lambda: self.tool("getactivewindow", "getwindowname") == title, f"“{title}” in front")
-        harness.until_at_rest(int(self.tool("getactivewindow", "getwindowpid")))
+        harness.until_at_rest(int(until(lambda: self.tool("getactivewindow", "getwindowpid"), "its process")))
         if folder := os.environ.get("QUODDLE_ARTEFACTS"):
             pathlib.Path(folder).mkdir(parents=True, exist_ok=True)
             subprocess.run(["import", "-window", "root", f"{folder}/packing-{len(os.listdir(folder))}-{keys[-1]}.png"], env=self.environment)
