@@ -20,6 +20,7 @@
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QImageReader>
 #include <QPainter>
 #ifdef QUODDLE_HAS_QTPDF
 #include <QPdfDocument>
@@ -32,7 +33,9 @@ namespace {
 using End = PictureStream::End;
 
 constexpr int kUsageError = 2;
-constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4; // the most pixels of a picture
+// Decoders of newer toolkits make pictures smaller only when they have them whole, and this process may use more than one with windows.
+constexpr int kMostMegabytes = 768;
+constexpr qint64 kMostPixels = (qint64{kMostMegabytes} << 20) / 4;            // the most pixels of a picture
 constexpr qint64 kMostPageBytes = qint64{128} << 20;                          // the most bytes of a document's pages
 constexpr rlim_t kProcessorTime = 10;                                         // seconds
 // The address sanitizer reserves terabytes of addresses and looks for leaks by another process, so it runs without these limits.
@@ -77,6 +80,7 @@ End writePicture(const QString& path, QSize largest) {
     if (QFileInfo(path).size() > ImageFile::kMostBytesOfPhotograph)
         return End::tooLarge;
     ImageFile file(path, ImageFile::kMostBytesOfPhotograph);
+    QImageReader::setAllocationLimit(kMostMegabytes);
     const QSize size = file.size();
     const bool isOne = file.count() == 1;
     const QImage picture = isOne ? file.read(largest) : bestPictures(file, path, std::max(largest.width(), largest.height()), 1).value(0);
