@@ -47,15 +47,25 @@ constexpr Option kPackOptions[] = {
 };
 
 constexpr Command kQuoddleCommands[] = {
-    {"run", "APPLET [FILE...]", "start an applet",
+    {"run",
+     "APPLET [FILE...]",
+     "start an applet",
      "Starts an applet; FILEs are opened with it. One that runs already gets the files. A packed applet is unpacked first,\n"
      "and keeps its place and what its script remembers from one run to the next.\n",
-     1, SIZE_MAX, {}, false},
-    {"open", "FILE [ARGUMENT...]", "run a script or a packed applet, asking first",
+     1,
+     SIZE_MAX,
+     {},
+     false},
+    {"open",
+     "FILE [ARGUMENT...]",
+     "run a script or a packed applet, asking first",
      "Runs a script as a double click on the desktop does: asks first, and shows an error in an alert. About a packed applet\n"
      "it asks once: not when you have packed it or have run it before. An applet is started. Applets get the ARGUMENTs as\n"
      "files to open; scripts take none.\n",
-     1, SIZE_MAX, {}, false},
+     1,
+     SIZE_MAX,
+     {},
+     false},
     {"list", "", "list the applets that run", "Lists the applets that run: name, process, path; the last one started first.\n", 0, 0},
     {"quit", "APPLET", "ask an applet to quit",
      "Asks an applet that runs to quit, and waits for the answer. One that shows a dialog, or whose script refuses, goes on.\n", 1, 1},

@@ -35,9 +35,9 @@ using End = PictureStream::End;
 constexpr int kUsageError = 2;
 // Decoders of newer toolkits make pictures smaller only when they have them whole, and this process may use more than one with windows.
 constexpr int kMostMegabytes = 768;
-constexpr qint64 kMostPixels = (qint64{kMostMegabytes} << 20) / 4;            // the most pixels of a picture
-constexpr qint64 kMostPageBytes = qint64{128} << 20;                          // the most bytes of a document's pages
-constexpr rlim_t kProcessorTime = 10;                                         // seconds
+constexpr qint64 kMostPixels = (qint64{kMostMegabytes} << 20) / 4; // the most pixels of a picture
+constexpr qint64 kMostPageBytes = qint64{128} << 20;               // the most bytes of a document's pages
+constexpr rlim_t kProcessorTime = 10;                              // seconds
 // The address sanitizer reserves terabytes of addresses and looks for leaks by another process, so it runs without these limits.
 #ifndef __SANITIZE_ADDRESS__
 constexpr rlim_t kMemory = rlim_t{2} << 30;     // bytes that can be written to
