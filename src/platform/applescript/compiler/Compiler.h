@@ -36,7 +36,7 @@ using SharedNames = std::unordered_set<std::string>;
 std::string nameKey(const Object& name);
 
 /// Compiles a script whose definitions will be moved to another one, where their slots have other places: its handlers find its own names
-/// and those in `names` by name. The names that it defines or declares are added to `names`.
-Result<Object*, CompileError> compileAddition(Object* tree, ObjectStore& store, SharedNames& names);
+/// and those of the other one, `names`, by name. `added` gets the names that it defines or declares itself.
+Result<Object*, CompileError> compileAddition(Object* tree, ObjectStore& store, const SharedNames& names, SharedNames& added);
 
 } // namespace quoddle::compiler

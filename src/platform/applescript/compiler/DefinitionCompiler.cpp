@@ -334,13 +334,13 @@ Result<Object*, CompileError> compileScript(Object* tree, ObjectStore& store) {
     return initialiser;
 }
 
-Result<Object*, CompileError> compileAddition(Object* tree, ObjectStore& store, SharedNames& names) {
+Result<Object*, CompileError> compileAddition(Object* tree, ObjectStore& store, const SharedNames& names, SharedNames& added) {
     HandlerCompiler compiler(store, Scope::Kind::Script, nullptr, false);
     compiler.scope().shareNames(names);
     Object* initialiser = compiler.compileInitialiser(tree, true);
     if (compiler.failed())
         return Failure{compiler.error()};
-    names = compiler.scope().sharedNames();
+    added = compiler.scope().ownNames();
     return initialiser;
 }
 

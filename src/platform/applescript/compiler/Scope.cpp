@@ -28,21 +28,21 @@ Scope::Place Scope::find(const Object& name) {
     const std::string key = nameKey(name);
     std::size_t depth = 0;
     for (Scope* scope = this; scope; scope = scope->mOuter, ++depth) {
-        if (scope->mGlobals.contains(key))
+        if (scope->mGlobals.contains(key) || (scope->mShared && scope->mShared->contains(key)))
             return {Found::Global};
         auto entry = scope->mIndexes.find(key);
         if (entry == scope->mIndexes.end())
             continue;
         if (depth > 0 && scope->mKind == Kind::Frame)
             scope->mCaptured = true;
-        if (depth > 0 && scope->mIsShared)
+        if (depth > 0 && scope->mShared)
             return {Found::Global};
         return {depth == 0 ? Found::Here : Found::Outside, depth, entry->second, scope->mKind};
     }
     return {};
 }
 
-SharedNames Scope::sharedNames() const {
+SharedNames Scope::ownNames() const {
     SharedNames names = mGlobals;
     for (const auto& [key, index] : mIndexes)
         names.insert(key);

@@ -29,13 +29,10 @@ public:
     bool isGlobal(const Object& name) const { return mGlobals.contains(nameKey(name)); }
 
     /// For the scope of a script that is added to another one, whose names these are: they are globals here, and so are to handlers the
-    /// names that this scope gets, because the places of slots will be others.
-    void shareNames(const SharedNames& names) {
-        mGlobals.insert(names.begin(), names.end());
-        mIsShared = true;
-    }
-    /// All names that this scope has or declares global.
-    SharedNames sharedNames() const;
+    /// names that this scope gets, because the places of slots will be others. The names must outlive the scope.
+    void shareNames(const SharedNames& names) { mShared = &names; }
+    /// All names that this scope has or declares global, without those of the other script.
+    SharedNames ownNames() const;
 
     enum class Found { Nowhere, Here, Outside, Global };
     struct Place {
@@ -53,7 +50,8 @@ public:
 private:
     Kind mKind;
     Scope* mOuter;
-    bool mCaptured = false, mIsShared = false;
+    bool mCaptured = false;
+    const SharedNames* mShared = nullptr; // null for a script that stands alone
     std::vector<Object*> mNames;
     std::unordered_map<std::string, std::size_t> mIndexes;
     SharedNames mGlobals;

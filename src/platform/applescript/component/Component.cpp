@@ -20,6 +20,7 @@
 #include "platform/osa/ComponentRegistry.h"
 #include "platform/osa/ScriptBundle.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace quoddle::component {
@@ -221,8 +222,10 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
         return Value::failure();
     }
     Script* above = context ? as<Script>(context->value) : nullptr;
-    compiler::SharedNames names = above ? context->names.value_or(sharedNamesOf(*above)) : compiler::SharedNames();
-    auto initialiser = above ? compiler::compileAddition(*tree, *store, names) : compiler::compileScript(*tree, *store);
+    if (above && !context->names)
+        context->names = sharedNamesOf(*above);
+    compiler::SharedNames added;
+    auto initialiser = above ? compiler::compileAddition(*tree, *store, *context->names, added) : compiler::compileScript(*tree, *store);
     if (!initialiser) {
         const auto range = map->find(initialiser.error().node).value_or(syntax::SourceRange());
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
@@ -244,15 +247,18 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
         wrong = {errAENoSuchObject, u"Can’t get script \"" + std::u16string(used.name) + u"\"" + version + u".", range.start, range.end};
         return Value::failure();
     }
-    // Maps of scripts that are gone are dropped.
-    std::erase_if(mSourceMaps, [](const auto& known) { return known.second.second.expired(); });
+    // Maps of scripts that are gone are dropped, each time that there are twice as many as were left the last time.
+    if (mSourceMaps.size() >= mMostSourceMaps) {
+        std::erase_if(mSourceMaps, [](const auto& known) { return known.second.second.expired(); });
+        mMostSourceMaps = std::max(kFewSourceMaps, 2 * mSourceMaps.size());
+    }
     mSourceMaps[store.get()] = {map, store};
 
     const Value handler = mMachine.literal(*initialiser, store);
     Heap::Root root(mMachine.heap(), handler);
     const Value script = mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store, above);
     if (above && !script.isFailure())
-        context->names = std::move(names);
+        context->names->merge(added);
     return script;
 }
 

@@ -170,6 +170,8 @@ private:
     std::vector<OSASourceStyle> mStyles;
     /// Source ranges of the nodes of compiled sources, kept while a script that was made from them lives.
     std::unordered_map<const ObjectStore*, std::pair<std::shared_ptr<syntax::SourceMap>, std::weak_ptr<ObjectStore>>> mSourceMaps;
+    static constexpr std::size_t kFewSourceMaps = 64;
+    std::size_t mMostSourceMaps = kFewSourceMaps;
 };
 
 } // namespace quoddle::component
