@@ -72,6 +72,7 @@ QString remove(const QString& folder) {
     if (!isOwnFolder(folder))
         return QFile::remove(folder) ? QString() : folder + u": cannot be removed"_s;
     const QString old = packedFolder() + u"/.removed-"_s + QString::number(QCoreApplication::applicationPid());
+    QDir(old).removeRecursively(); // of a process of the same number that was killed
     const bool isRemoved = QDir().rename(folder, old) && QDir(old).removeRecursively();
     return isRemoved ? QString() : folder + u": cannot be removed"_s;
 }
