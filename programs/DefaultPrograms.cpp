@@ -32,11 +32,13 @@ bool isMarked(const QStringList& programs) {
     return programs.size() > 1 && std::any_of(programs.begin() + 1, programs.end(), isApplet);
 }
 
-/// Takes the applet out of the lines in which it follows the default of before.
+/// Takes the applet out of all lines. Of one that was written down for applets, the default of before goes with the last of them; a line
+/// that the user has changed stays, as do all lines in which the applet is the first.
 void forget(MimeAppsList& list, const QString& identifier) {
     for (const QString& type : list.typesWith(identifier)) {
+        const bool isBehind = list.programsFor(type).front() != identifier;
         list.remove(type, identifier);
-        if (!isMarked(list.programsFor(type)))
+        if (isBehind && list.programsFor(type).size() == 1)
             list.removeLine(type);
     }
 }

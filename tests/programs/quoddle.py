@@ -391,6 +391,24 @@ class Quoddle(unittest.TestCase):
                 for path in (own, choices):
                     self.assertEqual((path.read_bytes() if path.exists() else None, path.is_symlink()), (before, isLink))
 
+    def test_lines_of_the_user_stay_when_they_name_an_applet(self):
+        self.environment |= {"XDG_CONFIG_HOME": str(self.folder / "config")}
+        bundle = self.make("Own", info={"CFBundleIdentifier": "com.example.own", "CFBundleDocumentTypes": [{"CFBundleTypeExtensions": ["txt"]}]})
+        own, choices = self.data / "applications/mimeapps.list", self.folder / "config/mimeapps.list"
+        for path in (own, choices):
+            path.parent.mkdir(parents=True, exist_ok=True)
+        applet, head = "applet-com.example.own.desktop", "[Default Applications]\n"
+        for before, after in ((f"{applet};gedit.desktop;", "gedit.desktop;"), (f"gedit.desktop;vim.desktop;{applet}", "gedit.desktop;vim.desktop")):
+            own.write_text(f"{head}text/plain={before}\n")
+            self.assertEqual([self.call(*words)[0] for words in (("install", bundle), ("uninstall", "Own"))], [0, 0])
+            self.assertEqual(own.read_text(), f"{head}text/plain={after}\n")
+        # One list may stand for both.
+        own.unlink()
+        own.symlink_to(choices)
+        choices.write_text(f"{head}text/plain=vim.desktop\n")
+        self.assertEqual([self.call(*words)[0] for words in (("install", "--default", bundle), ("uninstall", "Own"))], [0, 0])
+        self.assertEqual(choices.read_text(), f"{head}text/plain=vim.desktop\n")
+
     def test_icons(self):
         small, good, large, oblong, huge = png(64), png(256), png(512), png(256, 128), png(2048)
         for icon, chosen in [
