@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace quoddle::component {
 
@@ -207,7 +208,12 @@ OSStatus Component::compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID&
     return compileSource(*text, modeFlags, id);
 }
 
-Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong, Slot* context) {
+Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong) {
+    compiler::SharedNames none;
+    return scriptFromSource(source, wrong, nullptr, none);
+}
+
+Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong, Script* context, compiler::SharedNames& names) {
     auto store = std::make_shared<ObjectStore>();
     auto map = std::make_shared<syntax::SourceMap>();
     syntax::ParseOptions options;
@@ -221,11 +227,8 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
             wrong.message += missingDictionary(*tree.error().withoutDictionary);
         return Value::failure();
     }
-    Script* above = context ? as<Script>(context->value) : nullptr;
-    if (above && !context->names)
-        context->names = sharedNamesOf(*above);
     compiler::SharedNames added;
-    auto initialiser = above ? compiler::compileAddition(*tree, *store, *context->names, added) : compiler::compileScript(*tree, *store);
+    auto initialiser = context ? compiler::compileAddition(*tree, *store, names, added) : compiler::compileScript(*tree, *store);
     if (!initialiser) {
         const auto range = map->find(initialiser.error().node).value_or(syntax::SourceRange());
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
@@ -256,9 +259,9 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
 
     const Value handler = mMachine.literal(*initialiser, store);
     Heap::Root root(mMachine.heap(), handler);
-    const Value script = mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store, above);
-    if (above && !script.isFailure())
-        context->names->merge(added);
+    const Value script = mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store, context);
+    if (!script.isFailure())
+        names.merge(added);
     return script;
 }
 
@@ -280,21 +283,34 @@ bool Component::addDefinitions(Script& context, Script& added) {
 
 OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id) {
     CompileFailure wrong;
-    const auto old = id == kOSANullScript ? mSlots.end() : mSlots.find(id);
-    const bool isAdded = old != mSlots.end() && is<Script>(old->second.value) && modeFlags & kOSAModeAugmentContext;
-    const Value script = scriptFromSource(source, wrong, isAdded ? &old->second : nullptr);
+    if (id != kOSANullScript && modeFlags & kOSAModeAugmentContext && is<Script>(mSlots[id].value))
+        return addSource(source, id);
+    const Value script = scriptFromSource(source, wrong);
     if (script.isFailure())
         return wrong.number == noErr ? failed() : failedCompile(wrong);
-    if (isAdded) {
-        Heap::Root root(mMachine.heap(), script);
-        if (!addDefinitions(*as<Script>(old->second.value), *as<Script>(script)))
-            return failed();
-    } else if (id == kOSANullScript) {
+    if (id == kOSANullScript) {
         id = keep(script);
     } else {
         mSlots[id].value = script;
+        mSlots[id].names.reset();
     }
     return noErr;
+}
+
+OSStatus Component::addSource(std::u16string_view source, OSAID id) {
+    CompileFailure wrong;
+    // The initialiser runs in between, and others may make or dispose of scripts then.
+    const Value context = mSlots[id].value;
+    Heap::Root contextRoot(mMachine.heap(), context);
+    auto known = std::exchange(mSlots[id].names, std::nullopt);
+    compiler::SharedNames names = known ? std::move(*known) : sharedNamesOf(*as<Script>(context));
+    const Value script = scriptFromSource(source, wrong, as<Script>(context), names);
+    if (const auto slot = mSlots.find(id); slot != mSlots.end() && slot->second.value == context)
+        slot->second.names = std::move(names);
+    if (script.isFailure())
+        return wrong.number == noErr ? failed() : failedCompile(wrong);
+    Heap::Root root(mMachine.heap(), script);
+    return addDefinitions(*as<Script>(context), *as<Script>(script)) ? OSStatus(noErr) : failed();
 }
 
 OSStatus Component::makeContext(const AEDesc&, OSAID parent, OSAID& result) {

@@ -117,11 +117,15 @@ private:
     OSStatus refused(OSStatus number, std::u16string_view message);
     void locate(LastError& error) const;
     /// Failure with the number in `wrong` when the source does not compile; failure with noErr there when making the script raised an error
-    /// in the machine. `context`, when given, is what the script's definitions are to be moved to.
-    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong, Slot* context = nullptr);
+    /// in the machine. `context`, when given, is what the script's definitions are to be moved to; the script's names are added to `names`,
+    /// which has the context's.
+    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong, Script* context, compiler::SharedNames& names);
+    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong);
     /// Moves the definitions of a script that was made for it to a context. False when an error was raised.
     bool addDefinitions(Script& context, Script& added);
     OSStatus compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id);
+    /// Compiles a source and adds its definitions to a script.
+    OSStatus addSource(std::u16string_view source, OSAID id);
     OSStatus finish(Value result, OSAID& id);
     /// Failure when an error was raised. `handled` tells whether the script has a handler for the event.
     Value runEvent(Script* script, const AEDesc& event, bool& handled);
