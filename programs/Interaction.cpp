@@ -2,6 +2,7 @@
 #include "Interaction.h"
 
 #include "LineEditor.h"
+#include "platform/applescript/component/Descriptors.h"
 #include "platform/applescript/syntax/Lexer.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/base/Text.h"
@@ -74,7 +75,6 @@ bool readLine(std::string& line) {
 
 /// Waits until something is typed. False when Control-C comes first.
 bool waitForLine() {
-    sIsInterrupted = false;
     Wait wait;
     pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
     int count = 0;
@@ -97,10 +97,8 @@ void appendNames(ComponentInstance instance, OSAID context, std::vector<std::str
     phrases.insert(phrases.end(), own.begin(), own.end());
 }
 
-/// As OSAGetHandler() takes it: the codes of the event in the byte order of the machine.
 AEDesc runHandlerName() {
-    const FourCharCode codes[] = {"aevt"_4cc, "oapp"_4cc};
-    return {"evnt"_4cc, {reinterpret_cast<const char*>(codes), sizeof codes}};
+    return component::descriptorOfEventName("aevtoapp");
 }
 
 /// Whether more lines may make a statement of what failed to compile: something in it is still open.
@@ -155,6 +153,7 @@ private:
         if (mEditor && mEditor->isUsable())
             return mEditor->read(prompt, line);
         if (mIsOnTerminal) {
+            sIsInterrupted = false; // before the prompt: who sees that may press Control-C at once
             std::cout << prompt << std::flush;
             if (!waitForLine()) {
                 std::cout << std::endl; // behind the ^C that the terminal shows
