@@ -276,7 +276,7 @@ TEST(ElidedLabel, ReadsAsItIsWrittenWhereverItBegins) {
         }
 }
 
-/// Also run with other scales of the screen.
+// The test runs once for each of several scales of the screen, which the environment sets.
 TEST(DesktopStyle, FramesAreWhole) {
     for (int extent = 60; extent < 68; ++extent) {
         QDialog window;
