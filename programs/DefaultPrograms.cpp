@@ -6,6 +6,7 @@
 #include "platform/foundation/DefaultApplication.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include <QMap>
 
@@ -38,8 +39,9 @@ void forget(MimeAppsList& list, const QString& identifier) {
     for (const QString& type : list.typesWith(identifier)) {
         const bool isBehind = list.programsFor(type).front() != identifier;
         list.remove(type, identifier);
-        if (isBehind && list.programsFor(type).size() == 1)
-            list.removeLine(type);
+        const QStringList left = list.programsFor(type);
+        if (isBehind && left.size() == 1)
+            list.remove(type, left.front());
     }
 }
 
@@ -51,29 +53,37 @@ std::string setDefaultPrograms(const QString& identifier, const QStringList& typ
         before[type] = defaultApplicationOfType(type, identifier);
     MimeAppsList list(defaultsOfBefore());
     forget(list, identifier);
-    for (const QString& type : types) {
+    // A list that stands for both keeps the default of before behind the applet.
+    std::error_code error;
+    const bool isOneList = std::filesystem::equivalent(defaultsOfBefore(), ownChoices(), error);
+    for (const QString& type : isOneList&& which == DefaultProgram::applet ? QStringList() : types) {
         const QStringList programs = list.programsFor(type);
         if (programs.isEmpty() && !before[type].isEmpty())
             list.add(type, {before[type], identifier});
         else if (isMarked(programs))
             list.append(type, identifier);
     }
-    if (std::string error = list.save(); !error.empty() || which == DefaultProgram::before)
-        return error;
+    if (std::string fault = list.save(); !fault.empty())
+        return fault;
     MimeAppsList choices(ownChoices());
-    for (const QString& type : types)
-        choices.prepend(type, identifier);
+    for (const QString& type : choices.typesWith(identifier))
+        if (!types.contains(type))
+            choices.remove(type, identifier);
+    if (which == DefaultProgram::applet)
+        for (const QString& type : types)
+            choices.prepend(type, identifier);
     return choices.save();
 }
 
-void removeDefaultPrograms(const QString& identifier) {
+std::string removeDefaultPrograms(const QString& identifier) {
     MimeAppsList list(defaultsOfBefore());
     forget(list, identifier);
-    (void)list.save();
+    if (std::string error = list.save(); !error.empty())
+        return error;
     MimeAppsList choices(ownChoices());
     for (const QString& type : choices.typesWith(identifier))
         choices.remove(type, identifier);
-    (void)choices.save();
+    return choices.save();
 }
 
 } // namespace quoddle::tool

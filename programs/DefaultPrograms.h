@@ -17,10 +17,11 @@ namespace quoddle::tool {
 enum class DefaultProgram { before, applet };
 
 /// Sees to the defaults for the types of an applet, whose desktop entry is `identifier` and need not be there yet, in place of what an
-/// earlier call has written for it. Answers an error as a sentence; empty when there is none.
+/// earlier call has written for it. An applet that is the default already stays so. Answers an error as a sentence; empty when there is
+/// none.
 std::string setDefaultPrograms(const QString& identifier, const QStringList& types, DefaultProgram which);
 
-/// Takes all back. What cannot be written stays; it names a program that is not there, which desktops pass over.
-void removeDefaultPrograms(const QString& identifier);
+/// Takes all back. Answers an error as a sentence; empty when there is none.
+std::string removeDefaultPrograms(const QString& identifier);
 
 } // namespace quoddle::tool

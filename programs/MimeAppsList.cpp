@@ -27,12 +27,10 @@ struct Value {
             ++start;
         programs = line.mid(start).split(';');
     }
-    /// -1 when the program is not among them. Blanks around names do not count.
-    qsizetype indexOf(const QString& program) const {
-        for (qsizetype i = 0; i < programs.size(); ++i)
-            if (QString::fromUtf8(programs[i].trimmed()) == program)
-                return i;
-        return -1;
+    /// Blanks around names do not count.
+    static bool isNamed(const QByteArray& word, const QString& program) { return QString::fromUtf8(word.trimmed()) == program; }
+    bool contains(const QString& program) const {
+        return std::any_of(programs.begin(), programs.end(), [&](const QByteArray& word) { return isNamed(word, program); });
     }
     qsizetype start;         ///< where the first program begins
     QByteArrayList programs; ///< as they are written, with blanks
@@ -47,6 +45,12 @@ MimeAppsList::MimeAppsList(const std::string& path) : mPath(path) {
     if (text)
         mText = QByteArray::fromStdString(*text);
     mLines = mText.split('\n');
+    // A group put in front of lines without one would take them in.
+    const auto first = std::find_if(mLines.begin(), mLines.end(), [](const QByteArray& line) {
+        const QByteArray words = line.trimmed();
+        return !words.isEmpty() && !words.startsWith('#');
+    });
+    mIsReadable &= first == mLines.end() || first->trimmed().startsWith('[');
 }
 
 /// The numbers of the lines in the groups of default programs.
@@ -84,7 +88,7 @@ QStringList MimeAppsList::programsFor(const QString& type) const {
 QStringList MimeAppsList::typesWith(const QString& program) const {
     QStringList types;
     for (const qsizetype i : lines())
-        if (Value(mLines[i]).indexOf(program) >= 0)
+        if (Value(mLines[i]).contains(program))
             types << typeIn(mLines[i]);
     return types;
 }
@@ -98,33 +102,35 @@ void MimeAppsList::prepend(const QString& type, const QString& program) {
 }
 
 void MimeAppsList::add(const QString& type, const QStringList& programs) {
-    mLines.insert(groupStart(), (type + u'=' + programs.join(u';')).toUtf8());
+    const QByteArray value = programs.join(u';').toUtf8();
+    if (const qsizetype at = lineOf(type); at >= 0)
+        mLines[at].insert(Value(mLines[at]).start, value + ';');
+    else
+        mLines.insert(groupStart(), type.toUtf8() + '=' + value);
 }
 
 void MimeAppsList::append(const QString& type, const QString& program) {
     QByteArray& line = mLines[lineOf(type)];
-    line = line.trimmed();
-    line += (line.endsWith(';') ? "" : ";") + program.toUtf8();
+    qsizetype end = line.size();
+    while (end > 0 && (line[end - 1] == ' ' || line[end - 1] == '\t' || line[end - 1] == '\r'))
+        --end;
+    const QByteArray name = program.toUtf8();
+    line.insert(end, end > 0 && line[end - 1] == ';' ? name + ';' : ';' + name);
 }
 
 void MimeAppsList::remove(const QString& type, const QString& program) {
-    const qsizetype at = lineOf(type);
-    if (at < 0)
-        return;
-    Value value(mLines[at]);
-    const qsizetype place = value.indexOf(program);
-    if (place < 0)
-        return;
-    value.programs.removeAt(place);
-    if (value.programs.join().trimmed().isEmpty())
-        mLines.removeAt(at);
-    else
-        mLines[at] = mLines[at].left(value.start) + value.programs.join(';');
-}
-
-void MimeAppsList::removeLine(const QString& type) {
-    if (const qsizetype at = lineOf(type); at >= 0)
-        mLines.removeAt(at);
+    const QList<qsizetype> all = lines();
+    for (auto i = all.rbegin(); i != all.rend(); ++i) {
+        Value value(mLines[*i]);
+        if (typeIn(mLines[*i]) != type ||
+            value.programs.removeIf([&](const QByteArray& word) { return Value::isNamed(word, program); }) == 0)
+            continue;
+        // Only a line of ours has nothing behind its last program.
+        if (value.programs.isEmpty())
+            mLines.removeAt(*i);
+        else
+            mLines[*i] = mLines[*i].left(value.start) + value.programs.join(';');
+    }
 }
 
 /// The number of the first line of the group, which is added when there is none.
@@ -155,8 +161,10 @@ std::string MimeAppsList::save() const {
     if (text.isEmpty() && hadNoFile)
         return std::filesystem::remove(mPath, error) ? "" : printable(QString::fromStdString(mPath)) + ": cannot be removed";
     std::filesystem::create_directories(std::filesystem::path(mPath).parent_path(), error);
-    return mIsReadable && writeFile(mPath, text.toStdString()) == noErr ? ""
-                                                                        : printable(QString::fromStdString(mPath)) + ": cannot be written";
+    const std::string shown = printable(QString::fromStdString(mPath));
+    if (!mIsReadable)
+        return shown + ": this list of default programs cannot be read; mend it, or move it away";
+    return writeFile(mPath, text.toStdString()) == noErr ? "" : shown + ": cannot be written";
 }
 
 } // namespace quoddle::tool

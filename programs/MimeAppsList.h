@@ -2,8 +2,8 @@
 // A mimeapps.list: which programs open files of a type by default, by the MIME Applications Associations Specification.
 //
 // Decision: the list belongs to its user. All that is not asked for stays as it is written, and a program that is added and taken out
-// again leaves the very bytes of before. For that, a line of ours has no semicolon behind its last program, and a group that we had to add
-// stands at the top, below a comment of ours that also tells whether there was a file.
+// again leaves the very bytes of before. For that, only a line of ours has no semicolon behind its last program, and a group that we had to
+// add stands at the top, below a comment of ours that also tells whether there was a file.
 #pragma once
 
 #include <string>
@@ -25,14 +25,12 @@ public:
 
     /// Puts a program in front of the others, also one that is among them already.
     void prepend(const QString& type, const QString& program);
-    /// Gives a type without a line one.
+    /// Gives a type its programs, which had none.
     void add(const QString& type, const QStringList& programs);
     /// Puts a program behind the others of a type that has a line.
     void append(const QString& type, const QString& program);
-    /// Takes a program out. A line of ours that has no other goes.
+    /// Takes a program out, wherever it stands for the type. A line of ours that has no other goes.
     void remove(const QString& type, const QString& program);
-    /// Removes the line of a type.
-    void removeLine(const QString& type);
 
     /// Writes what has changed; a file that was only made for our lines goes with them. Answers an error as a sentence; empty when there is
     /// none.

@@ -364,7 +364,7 @@ class Quoddle(unittest.TestCase):
         lists = {"nothing": None, "an empty list": b"", "a heading": b"[Default Applications]\n", "other lines": others, "another group": b"# mine\n\n" + others[others.index(b"[Added"):],
                  "line ends of another system": others.replace(b"\n", b"\r\n"), "no end of the last line": others[:-1] + b"\n[Default Applications]",
                  "a choice": b"[Default Applications]\n text/plain =  zz-viewer.desktop\nimage/png=zz-viewer.desktop;no.desktop;;\n",
-                 "a line like ours": b"[Default Applications]\n#image/png=applet-com.example.Second.desktop\n"}
+                 "a line without programs": b"[Default Applications]\nimage/png=\n", "a line like ours": b"[Default Applications]\n#image/png=applet-com.example.Second.desktop\n"}
         for (what, before), isLink in itertools.product(lists.items(), (False, True)):
             if isLink and before is None:
                 continue
@@ -402,8 +402,19 @@ class Quoddle(unittest.TestCase):
             own.write_text(f"{head}text/plain={before}\n")
             self.assertEqual([self.call(*words)[0] for words in (("install", bundle), ("uninstall", "Own"))], [0, 0])
             self.assertEqual(own.read_text(), f"{head}text/plain={after}\n")
-        # One list may stand for both.
+        # Installed again with fewer types, the applet is the default for these alone. An installation that was killed has left a record by
+        # which all can be taken away.
         own.unlink()
+        self.assertEqual(self.call("install", "--default", bundle)[0], 0)
+        bundle = self.make("Own", info={"CFBundleIdentifier": "com.example.own", "CFBundleDocumentTypes": [{"CFBundleTypeExtensions": ["py"]}]})
+        self.assertEqual(self.call("install", "--default", bundle)[0], 0)
+        self.assertEqual([line for line in choices.read_text().splitlines() if "=" in line], [f"text/x-python={applet}"])
+        entry = self.data / f"applications/{applet}"
+        entry.write_text(f"[Desktop Entry]\nName=Own\nHidden=true\nX-Quoddle-Bundle={bundle}\n")
+        self.assertEqual(self.call("uninstall", "Own")[0], 0)
+        self.assertEqual((self.files(), choices.exists()), ([], False))
+        # One list may stand for both.
+        own.parent.mkdir(parents=True, exist_ok=True)
         own.symlink_to(choices)
         choices.write_text(f"{head}text/plain=vim.desktop\n")
         self.assertEqual([self.call(*words)[0] for words in (("install", "--default", bundle), ("uninstall", "Own"))], [0, 0])
