@@ -95,12 +95,17 @@ void removeIconsAndTypes(const Places& places) {
         QFile::remove(places.package);
 }
 
-void removeAll(const Places& places, const QString& name) {
+/// Removes all that may be there of an applet, the entry last: as long as it stands, the removal can be tried again.
+std::string removeAll(const Places& places, const QString& name) {
+    const std::string unwritable = printable(places.entry) + ": cannot be removed; no permission to write there";
+    if (!QFileInfo(QFileInfo(places.entry).path()).isWritable())
+        return unwritable;
+    if (std::string error = removeDefaultPrograms(name + u".desktop"_s); !error.empty())
+        return error;
     if (!isServiceForeign(places.service))
         QFile::remove(places.service);
-    QFile::remove(places.entry);
     removeIconsAndTypes(places);
-    removeDefaultPrograms(name + u".desktop"_s);
+    return QFile::remove(places.entry) ? "" : unwritable;
 }
 
 void runIfThere(const QString& name, const QStringList& words) {
@@ -136,10 +141,13 @@ bool isExpressible(const QString& path) {
     });
 }
 
-/// Writes the parts. The entry comes last, so that the desktop never sees it without the others.
+/// Writes the parts. The entry comes last, so that the desktop never sees it without the others; before the first of them stands at least a
+/// record, so that an installation which is killed can be taken back.
 std::string writeParts(const DesktopApplet& applet, const Places& places, const std::optional<Icon>& icon, DefaultProgram defaults) {
     removeIconsAndTypes(places);
     std::vector<std::pair<QString, std::string>> files;
+    if (!stands(places.entry))
+        files.emplace_back(places.entry, hiddenEntryText(applet));
     if (icon)
         files.emplace_back(places.icons[icon->type].applet, icon->bytes);
     if (icon && !applet.ownTypes.isEmpty() && !stands(places.icons[icon->type].documents))
@@ -151,9 +159,8 @@ std::string writeParts(const DesktopApplet& applet, const Places& places, const 
         if (std::string error = write(path, bytes); !error.empty())
             return error;
     QStringList types = applet.mimeTypes;
-    if (defaults == DefaultProgram::applet)
-        for (const OwnType& type : applet.ownTypes)
-            types << type.mimeType;
+    for (const OwnType& type : applet.ownTypes)
+        types << type.mimeType;
     if (std::string error = setDefaultPrograms(applet.desktopName + u".desktop"_s, types, defaults); !error.empty())
         return error;
     return write(places.entry, desktopEntryText(applet));
@@ -202,7 +209,7 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
     const bool hadTypes = stands(places.package);
     if (std::string error = writeParts(applet, places, icon, defaults); !error.empty()) {
         if (!before)
-            removeAll(places, name);
+            (void)removeAll(places, name);
         return Failure{std::move(error)};
     }
     tellDesktop();
@@ -210,6 +217,16 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
         tellOfTypes();
     const bool isOther = before && canonicalOr(*before) != applet.bundlePath && QFileInfo::exists(*before);
     return Installed{places.entry, isOther ? *before : QString()};
+}
+
+std::optional<InstalledApplet> findInstalledFrom(const QString& folder) {
+    for (const QString& name : installedNames()) {
+        const QString entry = desktopEntryPath(name);
+        const QString bundle = desktopEntryValue(entry, kDesktopEntryBundleKey).value_or(QString());
+        if (QFileInfo(bundle).path() == folder)
+            return InstalledApplet{name, entry, bundle};
+    }
+    return std::nullopt;
 }
 
 Result<InstalledApplet, std::string> findInstalled(const std::string& word) {
@@ -231,10 +248,9 @@ Result<InstalledApplet, std::string> findInstalled(const std::string& word) {
 
 std::string uninstall(const InstalledApplet& applet) {
     const Places places(applet.desktopName);
-    if (!QFile::remove(places.entry))
-        return printable(places.entry) + ": cannot be removed; no permission to write there";
     const bool hadTypes = stands(places.package);
-    removeAll(places, applet.desktopName);
+    if (std::string error = removeAll(places, applet.desktopName); !error.empty())
+        return error;
     tellDesktop();
     if (hadTypes)
         tellOfTypes();

@@ -2,8 +2,9 @@
 // Makes an applet known to the desktop and takes it back: a desktop entry, a service of the session bus, an icon and its own types of
 // files, all below the user's data folder. Programs that have opened a type before stay its default (DefaultPrograms.h).
 //
-// Decision: the desktop entry is the record of what was installed. It is written last and removed first; the other files are found by its
-// name. The bundle stays where it is and is not changed.
+// Decision: the desktop entry is the record of what was installed, and the other files are found by its name. It is written first, as one
+// that desktops do not show, and once more behind the others; it is removed last. So what a killed process has left can be removed like an
+// applet that was installed whole. The bundle stays where it is and is not changed.
 #pragma once
 
 #include "DefaultPrograms.h"
@@ -29,10 +30,13 @@ struct InstalledApplet {
     QString bundle; ///< its path, where no bundle need be any more
 };
 
+/// The applet that was installed from a bundle in the folder, where no bundle need be any more.
+std::optional<InstalledApplet> findInstalledFrom(const QString& folder);
+
 /// `word` is the path of the bundle, its title, or its desktop name. The error is a sentence.
 Result<InstalledApplet, std::string> findInstalled(const std::string& word);
 
-/// Removes what install() has made. Answers an error as a sentence; empty when there is none.
+/// Removes what install() has made. Answers an error as a sentence; empty when there is none. On an error it can be tried again.
 std::string uninstall(const InstalledApplet& applet);
 
 } // namespace quoddle::tool

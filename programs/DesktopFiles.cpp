@@ -63,12 +63,19 @@ QString plainTitle(const QString& title) {
     return plain.trimmed().isEmpty() ? u"Applet"_s : plain;
 }
 
+QString entryHead(const DesktopApplet& applet) {
+    return u"[Desktop Entry]\nType=Application\nVersion=1.4\n"_s + line(u"Name"_s, plainTitle(applet.title));
+}
+
 } // namespace
+
+std::string hiddenEntryText(const DesktopApplet& applet) {
+    return (entryHead(applet) + u"Hidden=true\n"_s + line(kDesktopEntryBundleKey, applet.bundlePath)).toStdString();
+}
 
 std::string desktopEntryText(const DesktopApplet& applet) {
     const QString command = programWord(applet.shell) + u' ' + word(applet.bundlePath);
-    QString text = u"[Desktop Entry]\nType=Application\nVersion=1.4\n"_s;
-    text += line(u"Name"_s, plainTitle(applet.title));
+    QString text = entryHead(applet);
     text += line(u"Exec"_s, QString(command).replace(u'%', u"%%"_s) + u" %F"_s);
     if (!applet.icon.isEmpty())
         text += line(u"Icon"_s, applet.icon);

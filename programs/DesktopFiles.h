@@ -21,6 +21,8 @@ struct DesktopApplet {
 };
 
 std::string desktopEntryText(const DesktopApplet& applet);
+/// An entry that holds the applet's name and bundle, and that desktops do not show.
+std::string hiddenEntryText(const DesktopApplet& applet);
 std::string serviceText(const DesktopApplet& applet);
 /// A package for the database of MIME types: the applet's own types.
 std::string mimePackageText(const DesktopApplet& applet);

@@ -69,6 +69,8 @@ bool isOwnFolder(const QString& path) {
 
 /// Removes a folder of ours, or a link that has taken its place. The folder is renamed first, so that no half of an applet stays a record.
 QString remove(const QString& folder) {
+    if (!QFileInfo::exists(folder) && !QFileInfo(folder).isSymLink())
+        return {};
     if (!isOwnFolder(folder))
         return QFile::remove(folder) ? QString() : folder + u": cannot be removed"_s;
     const QString old = packedFolder() + u"/.removed-"_s + QString::number(QCoreApplication::applicationPid());

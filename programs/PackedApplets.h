@@ -35,6 +35,8 @@ public:
     /// The error is a sentence, as in all that follows.
     static Result<PackedApplet, QString> read(const std::string& path, Speech speech = Speech::english);
 
+    /// The path of the folder for its record and the kept bundle, which need not be there.
+    QString folder() const;
     /// Remembers that this user has packed it, when that can be written.
     void remember() const;
     /// Whether this user has packed it, or has run it before.
@@ -45,13 +47,12 @@ public:
     Result<std::string, QString> keep() const;
     /// The kept bundle, or one that is unpacked into the folder.
     Result<std::string, QString> bundleToRead(const QTemporaryDir& folder) const;
-    /// Removes the record, with the kept bundle. Answers the error; empty when there is none.
+    /// Removes the record, with the kept bundle, if it is there. Answers the error; empty when there is none.
     QString forget() const;
 
 private:
     PackedApplet(QString path, QString sum, Speech speech) : mPath(std::move(path)), mSum(std::move(sum)), mSpeech(speech) {}
     Result<std::string, QString> unpackInto(const QString& folder) const;
-    QString folder() const;
 
     QString mPath; ///< absolute
     QString mSum;
@@ -60,7 +61,7 @@ private:
 
 /// Whether the path is that of a kept bundle, which may be gone.
 bool isKeptBundle(const QString& bundle);
-/// Removes a kept bundle, with its folder. Answers the error as a sentence; empty when there is none.
+/// Removes a kept bundle, with its folder, if it is there. Answers the error as a sentence; empty when there is none.
 QString removeKeptBundle(const QString& bundle);
 
 } // namespace quoddle::tool

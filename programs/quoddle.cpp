@@ -71,12 +71,12 @@ Result<FoundApplet, std::string> findOrKeepApplet(const std::string& word) {
 
 int run(const tool::Arguments& arguments) {
     const Words& words = arguments.rest;
-    const auto found = findOrKeepApplet(words[0]);
-    if (!found)
-        return fail(found.error());
     const auto shell = tool::findShell();
     if (!shell)
         return fail(shell.error());
+    const auto found = findOrKeepApplet(words[0]);
+    if (!found)
+        return fail(found.error());
     Words line = words;
     line[0] = found->bundle->bundlePath().toStdString();
     line.insert(line.begin(), *shell);
@@ -268,14 +268,15 @@ int uninstall(const tool::Arguments& arguments) {
         const auto read = tool::PackedApplet::read(word);
         if (!read)
             return fail(tool::printable(read.error()));
-        if (!read->isKnown())
-            return fail(word + ": not installed, and never opened here");
         packed = *read;
     }
+    const auto found = packed ? Failure{std::string()} : tool::findInstalled(word);
+    const auto installed = packed ? tool::findInstalledFrom(packed->folder()) : found ? std::optional(*found) : std::nullopt;
+    if (packed && !installed && !packed->isKnown())
+        return fail(word + ": not installed, and never opened here");
+    if (!packed && !found)
+        return fail(found.error());
     const auto kept = packed ? packed->keptBundle() : std::nullopt;
-    const auto installed = tool::findInstalled(packed ? kept.value_or("/") : word);
-    if (!installed && !packed)
-        return fail(installed.error());
     const QString bundle = installed ? installed->bundle : QFile::decodeName(kept.value_or("").c_str());
     const bool isKept = packed || tool::isKeptBundle(bundle);
     if (isKept && AEFindRunningApplicationAtPath(bundle.toStdString()))

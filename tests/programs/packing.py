@@ -114,6 +114,13 @@ class Packing(harness.AppletCase):
         self.assertEqual(self.call("install", first)[0], 0)
         self.assertIn("Installed:       yes", self.call("info", first)[1])
         self.assertEqual(self.call("uninstall", "First")[0], 0)
+        # An applet can be taken out of the menu by either word when its copy has gone.
+        for word in ("First", first):
+            self.assertEqual(self.call("install", first)[0], 0)
+            for folder in (self.data / "quoddle/packed").iterdir():
+                if (folder / "First.app").exists():
+                    shutil.rmtree(folder)
+            self.assertEqual(self.call("uninstall", word)[0], 0)
         self.assertEqual((len(self.kept()), list((self.data / "applications").glob("applet-*"))), (1, []))
         self.assertEqual(self.call("uninstall", second)[0], 0)
         self.assertEqual(self.kept(), [])
