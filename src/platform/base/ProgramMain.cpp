@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/base/ProgramMain.h"
 
+#include "platform/base/UserFolders.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -34,6 +36,7 @@ int programMain(const char* program, int argc, char** argv, int (*body)(int, cha
             printVersion(program);
             status = EXIT_SUCCESS;
         } else {
+            settleUserFolders();
             status = body(argc, argv);
         }
     } catch (const std::bad_alloc&) {

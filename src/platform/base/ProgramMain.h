@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The frame around every program's work: it answers --version, checks that the output was really written, keeps files off the numbers of
-// closed standard streams, and ends with a message instead of a crash when memory is short.
+// closed standard streams, settles the user's folders, and ends with a message instead of a crash when memory is short.
 #pragma once
 
 namespace quoddle {

@@ -48,6 +48,14 @@ std::string stateFolder() {
     return folderInHome("XDG_STATE_HOME", "/.local/state");
 }
 
+void settleUserFolders() {
+    for (const char* variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"})
+        if (pathFromEnvironment(variable, "").empty())
+            ::unsetenv(variable);
+    if (pathFromEnvironment("HOME", "").empty())
+        ::setenv("HOME", homeFolder().c_str(), 1);
+}
+
 std::string pathFromEnvironment(const char* variable, const std::string& otherwise) {
     const char* value = std::getenv(variable);
     return value && *value == '/' ? withoutSlashAtEnd(value) : otherwise;

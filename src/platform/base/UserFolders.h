@@ -17,6 +17,10 @@ std::string configFolder(); ///< $XDG_CONFIG_HOME, by default ~/.config
 std::string cacheFolder();  ///< $XDG_CACHE_HOME, by default ~/.cache
 std::string stateFolder();  ///< $XDG_STATE_HOME, by default ~/.local/state
 
+/// Takes relative paths out of the environment and gives it a HOME, for the libraries and commands that read the variables themselves.
+/// To be called once, before there are other threads.
+void settleUserFolders();
+
 /// The path in an environment variable; `otherwise` when the variable is unset or its path is relative.
 std::string pathFromEnvironment(const char* variable, const std::string& otherwise);
 

@@ -51,6 +51,10 @@ TEST(UserFolders, RelativePathsAndEmptyOnesDoNotCount) {
     for (const auto& row : kRows) {
         const Variable home("HOME", row.home), data("XDG_DATA_HOME", row.data);
         EXPECT_EQ(dataFolder(), row.expected) << (row.home ? row.home : "no home") << " " << (row.data ? row.data : "no data");
+        settleUserFolders();
+        const char* settled[] = {std::getenv("HOME"), std::getenv("XDG_DATA_HOME")};
+        EXPECT_EQ(std::string(settled[1] ? settled[1] : settled[0]).front(), '/');
+        EXPECT_EQ(dataFolder(), row.expected);
     }
 }
 
