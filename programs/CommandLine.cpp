@@ -2,9 +2,11 @@
 #include "CommandLine.h"
 
 #include "platform/base/ProgramMain.h"
+#include "platform/base/Text.h"
 
 #include <algorithm>
 #include <iostream>
+#include <unicode/uchar.h>
 
 namespace quoddle::tool {
 
@@ -32,8 +34,16 @@ void addRow(std::string& out, const std::string& head, std::size_t width, std::s
     }
 }
 
+/// Words on the command line may come from anywhere; they shall not control the terminal.
+std::string withoutControls(const std::string& message) {
+    std::u16string text = utf16FromUTF8(message);
+    std::replace_if(
+        text.begin(), text.end(), [](char16_t c) { return u_iscntrl(c); }, u'?');
+    return utf8FromUTF16(text);
+}
+
 int printMisuse(const Program& program, const std::string& message, const std::string& usage) {
-    std::cerr << program.name << ": " << message << "\n" << usage << "Try '" << program.name << " --help'.\n";
+    std::cerr << program.name << ": " << withoutControls(message) << "\n" << usage << "Try '" << program.name << " --help'.\n";
     return kUsageError;
 }
 

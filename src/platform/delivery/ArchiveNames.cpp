@@ -12,6 +12,14 @@ namespace {
 constexpr std::size_t kLongestName = 1024;
 constexpr std::size_t kDeepest = 64;
 
+bool hasControls(std::string_view name) {
+    const QString text = QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()));
+    return std::any_of(text.begin(), text.end(), [](QChar c) {
+        const bool isBlank = c == u'\n' || c == u'\r' || c == u'\t';
+        return c.category() == QChar::Other_Control && !isBlank;
+    });
+}
+
 std::string_view takePart(std::string_view& name) {
     const std::string_view part = name.substr(0, name.find('/'));
     name.remove_prefix(std::min(name.size(), part.size() + 1));
@@ -21,11 +29,7 @@ std::string_view takePart(std::string_view& name) {
 } // namespace
 
 std::optional<ArchivePath> partsOfArchiveName(std::string_view name) {
-    const bool hasControls = std::any_of(name.begin(), name.end(), [](char c) {
-        const bool isBlank = c == '\n' || c == '\r' || c == '\t';
-        return (static_cast<unsigned char>(c) < ' ' && !isBlank) || c == '\x7F';
-    });
-    if (name.empty() || name.size() > kLongestName || name.front() == '/' || hasControls || !isValidUTF8(name))
+    if (name.empty() || name.size() > kLongestName || name.front() == '/' || !isValidUTF8(name) || hasControls(name))
         return std::nullopt;
     ArchivePath parts;
     while (!name.empty()) {
