@@ -67,18 +67,6 @@ bool isOwnFolder(const QString& path) {
     return info.isDir() && !info.isSymLink();
 }
 
-/// Removes a folder of ours, or a link that has taken its place. The folder is renamed first, so that no half of an applet stays a record.
-QString remove(const QString& folder) {
-    if (!QFileInfo::exists(folder) && !QFileInfo(folder).isSymLink())
-        return {};
-    if (!isOwnFolder(folder))
-        return QFile::remove(folder) ? QString() : folder + u": cannot be removed"_s;
-    const QString old = packedFolder() + u"/.removed-"_s + QString::number(QCoreApplication::applicationPid());
-    QDir(old).removeRecursively(); // of a process of the same number that was killed
-    const bool isRemoved = QDir().rename(folder, old) && QDir(old).removeRecursively();
-    return isRemoved ? QString() : folder + u": cannot be removed"_s;
-}
-
 /// Removes what processes that were killed have left half unpacked.
 void removeLeftovers() {
     const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-3600);
@@ -192,17 +180,21 @@ Result<std::string, QString> PackedApplet::bundleToRead(const QTemporaryDir& pla
     return unpackInto(place.path());
 }
 
-QString PackedApplet::forget() const {
-    return remove(folder());
-}
-
 bool isKeptBundle(const QString& bundle) {
     const QString packed = QFileInfo(packedFolder()).canonicalFilePath();
     return !packed.isEmpty() && QFileInfo(QFileInfo(QFileInfo(bundle).path()).path()).canonicalFilePath() == packed;
 }
 
-QString removeKeptBundle(const QString& bundle) {
-    return remove(QFileInfo(bundle).path());
+QString removeKeptFolder(const QString& folder) {
+    if (!QFileInfo::exists(folder) && !QFileInfo(folder).isSymLink())
+        return {};
+    if (!isOwnFolder(folder))
+        return QFile::remove(folder) ? QString() : folder + u": cannot be removed"_s;
+    // Renamed first, so that no half of an applet stays a record.
+    const QString old = packedFolder() + u"/.removed-"_s + QString::number(QCoreApplication::applicationPid());
+    QDir(old).removeRecursively(); // of a process of the same number that was killed
+    const bool isRemoved = QDir().rename(folder, old) && QDir(old).removeRecursively();
+    return isRemoved ? QString() : folder + u": cannot be removed"_s;
 }
 
 } // namespace quoddle::tool

@@ -47,8 +47,6 @@ public:
     Result<std::string, QString> keep() const;
     /// The kept bundle, or one that is unpacked into the folder.
     Result<std::string, QString> bundleToRead(const QTemporaryDir& folder) const;
-    /// Removes the record, with the kept bundle, if it is there. Answers the error; empty when there is none.
-    QString forget() const;
 
 private:
     PackedApplet(QString path, QString sum, Speech speech) : mPath(std::move(path)), mSum(std::move(sum)), mSpeech(speech) {}
@@ -61,7 +59,8 @@ private:
 
 /// Whether the path is that of a kept bundle, which may be gone.
 bool isKeptBundle(const QString& bundle);
-/// Removes a kept bundle, with its folder, if it is there. Answers the error as a sentence; empty when there is none.
-QString removeKeptBundle(const QString& bundle);
+/// Removes the folder of a packed applet, the record with the kept bundle, if it is there. Answers the error as a sentence; empty when
+/// there is none.
+QString removeKeptFolder(const QString& folder);
 
 } // namespace quoddle::tool

@@ -250,42 +250,59 @@ int install(const tool::Arguments& arguments) {
     const auto installed =
         tool::install(*found->bundle, *shell, arguments.has("default") ? tool::DefaultProgram::applet : tool::DefaultProgram::before);
     if (!installed && found->firstKept)
-        (void)found->firstKept->forget(); // so that the user is asked before it is opened
+        (void)tool::removeKeptFolder(found->firstKept->folder()); // so that the user is asked before it is opened
     if (!installed)
         return fail(installed.error());
     std::cout << "Installed: " << tool::printable(installed->entry) << "\n";
     if (!installed->replaced.isEmpty())
-        std::cout << "It takes the place of " << tool::printable(installed->replaced) << ", which has the same identifier.\n";
+        std::cout << "It takes the place of " << tool::printable(installed->replaced) << ", which has the same identifier"
+                  << (tool::isKeptBundle(installed->replaced) ? "; quoddle uninstall and this path remove that copy.\n" : ".\n");
     return EXIT_SUCCESS;
+}
+
+/// What is to be taken away for a word.
+struct Removal {
+    std::optional<tool::InstalledApplet> installed;
+    QString bundle;     ///< its path; empty when a packed applet was never unpacked
+    QString keptFolder; ///< the folder that goes with the bundle of a packed applet; empty for any other
+};
+
+Result<Removal, std::string> removalOfPacked(const std::string& word) {
+    const auto packed = tool::PackedApplet::read(word);
+    if (!packed)
+        return Failure{packed.error().toStdString()};
+    auto installed = tool::findInstalledFrom(packed->folder());
+    if (!installed && !packed->isKnown())
+        return Failure{word + ": not installed, and never opened here"};
+    const QString bundle = installed ? installed->bundle : QFile::decodeName(packed->keptBundle().value_or("").c_str());
+    return Removal{std::move(installed), bundle, packed->folder()};
+}
+
+Result<Removal, std::string> removalFor(const std::string& word) {
+    if (tool::isPackedApplet(word))
+        return removalOfPacked(word);
+    auto installed = tool::findInstalled(word);
+    const QString bundle = installed ? installed->bundle : QFileInfo(QFile::decodeName(word.c_str())).canonicalFilePath();
+    const QString keptFolder = tool::isKeptBundle(bundle) ? QFileInfo(bundle).path() : QString();
+    if (!installed && keptFolder.isEmpty())
+        return Failure{std::move(installed.error())};
+    return Removal{installed ? std::optional(std::move(*installed)) : std::nullopt, bundle, keptFolder};
 }
 
 /// Takes an applet out of the menu, and removes a bundle that was kept for a packed one.
 int uninstall(const tool::Arguments& arguments) {
-    const std::string& word = arguments.rest[0];
     const tool::InstallationLock lock;
-    std::optional<tool::PackedApplet> packed;
-    if (tool::isPackedApplet(word)) {
-        const auto read = tool::PackedApplet::read(word);
-        if (!read)
-            return fail(tool::printable(read.error()));
-        packed = *read;
-    }
-    const auto found = packed ? Failure{std::string()} : tool::findInstalled(word);
-    const auto installed = packed ? tool::findInstalledFrom(packed->folder()) : found ? std::optional(*found) : std::nullopt;
-    if (packed && !installed && !packed->isKnown())
-        return fail(word + ": not installed, and never opened here");
-    if (!packed && !found)
-        return fail(found.error());
-    const auto kept = packed ? packed->keptBundle() : std::nullopt;
-    const QString bundle = installed ? installed->bundle : QFile::decodeName(kept.value_or("").c_str());
-    const bool isKept = packed || tool::isKeptBundle(bundle);
-    if (isKept && AEFindRunningApplicationAtPath(bundle.toStdString()))
-        return fail(tool::printable(bundle) + ": the applet runs, and its copy is to be removed; quit it first");
-    if (const std::string error = installed ? tool::uninstall(*installed) : ""; !error.empty())
+    const auto removal = removalFor(arguments.rest[0]);
+    if (!removal)
+        return fail(removal.error());
+    const bool isKept = !removal->keptFolder.isEmpty();
+    if (isKept && AEFindRunningApplicationAtPath(removal->bundle.toStdString()))
+        return fail(tool::printable(removal->bundle) + ": the applet runs, and its copy is to be removed; quit it first");
+    if (const std::string error = removal->installed ? tool::uninstall(*removal->installed) : ""; !error.empty())
         return fail(error);
-    if (const QString error = packed ? packed->forget() : isKept ? tool::removeKeptBundle(bundle) : QString(); !error.isEmpty())
+    if (const QString error = isKept ? tool::removeKeptFolder(removal->keptFolder) : QString(); !error.isEmpty())
         return fail(tool::printable(error));
-    for (const QString& removed : {installed ? installed->entry : QString(), isKept ? bundle : QString()})
+    for (const QString& removed : {removal->installed ? removal->installed->entry : QString(), isKept ? removal->bundle : QString()})
         if (!removed.isEmpty())
             std::cout << "Removed: " << tool::printable(removed) << "\n";
     return EXIT_SUCCESS;

@@ -122,10 +122,15 @@ class Packing(harness.AppletCase):
                     shutil.rmtree(folder)
             self.assertEqual(self.call("uninstall", word)[0], 0)
         self.assertEqual((len(self.kept()), list((self.data / "applications").glob("applet-*"))), (1, []))
-        self.assertEqual(self.call("uninstall", second)[0], 0)
+        # A version that has taken the place of another tells how the copy of that is removed.
+        self.assertEqual(self.call("install", second)[0], 0)
+        third = self.pack("Second", source + "\n-- changed again")
+        replaced = self.call("install", third)[1].split("place of ")[1].split(", which")[0]
+        self.assertEqual((self.call("uninstall", replaced)[0], self.call("uninstall", replaced)[0]), (0, 1))
+        self.assertEqual(self.call("uninstall", third)[0], 0)
         self.assertEqual(self.kept(), [])
-        self.assertEqual(self.call("uninstall", second)[0], 1)
-        self.assertTrue(second.exists())
+        self.assertEqual(self.call("uninstall", third)[0], 1)
+        self.assertTrue(third.exists())
 
     def test_reading_keeps_nothing(self):
         file = self.pack(source='do shell script "no-such-tool"')
