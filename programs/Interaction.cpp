@@ -3,10 +3,10 @@
 
 #include "LineEditor.h"
 #include "platform/applescript/component/Descriptors.h"
-#include "platform/applescript/syntax/Lexer.h"
 #include "platform/applescript/syntax/SourceText.h"
 #include "platform/base/Text.h"
 #include "platform/base/Wait.h"
+#include "StatementLines.h"
 
 #include <algorithm>
 #include <atomic>
@@ -101,18 +101,6 @@ AEDesc runHandlerName() {
     return component::descriptorOfEventName("aevtoapp");
 }
 
-/// Whether more lines may make a statement of what failed to compile: something in it is still open.
-bool isOpen(const ScriptFailure& failure) {
-    return failure.message.ends_with("but found end of script.");
-}
-
-/// Whether the last line ends with the mark that makes it go on.
-bool endsWithContinuation(const std::string& statement) {
-    const std::u16string text = utf16FromUTF8(statement) + u"\nnext";
-    const auto list = syntax::tokenize(text);
-    return list->tokens[list->tokens.size() - 2].afterBreak;
-}
-
 class Conversation {
 public:
     Conversation(ComponentInstance instance, bool showsSource)
@@ -127,24 +115,27 @@ public:
     /// Answers whether all statements of a pipe could be run; on a terminal the user has seen it.
     bool run() {
         begin();
-        std::string statement, line;
+        StatementLines statement;
+        std::string line;
         for (;;) {
-            const auto ending = read(statement.empty() ? kPrompt : kPromptWithin, line);
+            const auto ending = read(statement.text().empty() ? kPrompt : kPromptWithin, line);
             if (ending == LineEditor::Ending::Abandoned) {
-                statement.clear();
+                statement = {};
                 continue;
             }
             const bool isLast = ending == LineEditor::Ending::EndOfInput;
             if (isLast && mIsOnTerminal)
                 std::cout << std::endl; // behind the prompt
-            if (isLast && statement.empty())
+            if (isLast && statement.text().empty())
                 return mIsOnTerminal || !mHasFailed;
-            if (!isLast)
-                statement += (statement.empty() ? "" : "\n") + line;
-            if (statement.size() > kLongestStatement)
+            if (!isLast && line.empty() && statement.text().empty())
+                continue;
+            if (statement.text().size() + line.size() > kLongestStatement)
                 throw std::length_error("a statement is too long");
-            if (!statement.empty() && perform(statement, isLast))
-                statement.clear();
+            if (isLast || statement.add(line)) {
+                perform(statement.text());
+                statement = {};
+            }
         }
     }
 
@@ -169,25 +160,20 @@ private:
         OSAGetHandler(mInstance, kOSAModeNull, mContext, runHandlerName(), mNothing);
     }
 
-    /// Runs a statement. False when it needs more lines, which `isLast` rules out.
-    bool perform(const std::string& statement, bool isLast) {
-        if (!isLast && endsWithContinuation(statement))
-            return false;
-        if (!isValidUTF8(statement))
-            return refuse(statement, isLast);
+    void perform(const std::string& statement) {
+        if (!isValidUTF8(statement)) {
+            std::cerr << "osascript: a statement has bytes that are no UTF-8; it was not run\n";
+            mHasFailed = true;
+            return;
+        }
         sIsInterrupted = false;
         // A definition brings no run handler, and the one of the statement before is not to run again.
         OSASetHandler(mInstance, kOSAModeNull, mContext, runHandlerName(), mNothing);
         OSAID result = kOSANullScript;
         OSStatus status =
             OSACompile(mInstance, AEDesc::ofUTF8(statement + "\n"), kOSAModeCompileIntoContext | kOSAModeAugmentContext, mContext);
-        if (status != noErr) {
-            const ScriptFailure failure = failureOf(mInstance, status);
-            if (!isLast && isOpen(failure))
-                return false;
-            printFailure(failure, "syntax", statement);
-            return true;
-        }
+        if (status != noErr)
+            return printFailure(failureOf(mInstance, status), "syntax", statement);
         status = OSAExecute(mInstance, mContext, kOSANullScript, kOSAModeNull, result);
         if (sIsInterrupted)
             std::cout << std::endl; // behind the ^C that the terminal shows
@@ -199,21 +185,6 @@ private:
             printResult(mInstance, result, mShowsSource);
             OSADispose(mInstance, result);
         }
-        return true;
-    }
-
-    /// Tells that the statement is no text. False when more lines belong to it, so that they are not taken for statements of their own.
-    bool refuse(const std::string& statement, bool isLast) {
-        OSAID script = kOSANullScript;
-        const AEDesc text = AEDesc::ofText(utf16FromUTF8(statement + "\n"));
-        const OSStatus status = OSACompile(mInstance, text, kOSAModeCompileIntoContext, script);
-        if (status != noErr && !isLast && isOpen(failureOf(mInstance, status)))
-            return false;
-        if (status == noErr)
-            OSADispose(mInstance, script);
-        std::cerr << "osascript: a statement has bytes that are no UTF-8; it was not run\n";
-        mHasFailed = true;
-        return true;
     }
 
     void printFailure(const ScriptFailure& failure, const char* kind, const std::string& statement) {

@@ -89,6 +89,14 @@ class Interactive(unittest.TestCase):
             ("global w\nset w to 9\non f()\nw\nend f\nf()\n", "9\n9\n", ""),
             ("set x to 6\non f()\nx\nend f\nf()\n", "6\n", "execution error: The variable x is not defined. (-2753)"),
             ('log "¬"\nlog 1 ¬\n\n2', "2\n", "¬\n1\n"),
+            ('on f()\nlog "once"\nerror "Found end of script, but found end of script." number -2741\nend f\nproperty p : f()\n2\n',
+             "2\n", "once\n18:84: syntax error: Found"),
+            ('set s to "a ¬\n(* b\" & ¬\n"c (*\nd" (* e\nstill *)\n2', "a ¬\n(* bc (*\nd\n2\n", ""),
+            ("if true then -- a\nrepeat 1 times\nif false then\n1\nelse -- (*\n2\nend if\nend repeat\ntry\n1 / 0\non error number n\nn\nend try\nend if\n3",
+             "-2701\n3\n", ""),
+            ('set s to "a\nb" ¬\n & "c\nd" & ¬\n1\n2', "a\nbc\nd1\n2\n", ""),
+            ("script s\non name(n)\nn + 1\nend name\non g()\nname(1)\nend g\nend script\ns's g()\n", "2\n", ""),
+            ("on f()\ntell me\nend tell\n1 +\n2\n", "2\n", "syntax error: "),
             (b'count "a\xffb"\ntell me\nlog "\xc3("\nlog 1\nend tell\n2\n', "2\n", "osascript: a statement has bytes that are no UTF-8; it was not run\n" * 2),
         ]
         for typed, output, errors in cases:
@@ -99,6 +107,12 @@ class Interactive(unittest.TestCase):
                 self.assertEqual((done.returncode, done.stdout.decode()), (failed, output))
                 self.assertIn(errors, done.stderr.decode())
                 self.assertEqual(bool(errors), bool(done.stderr))
+
+    def test_a_block_may_have_many_lines(self):
+        some = ["if n > 0 then", "-- it is", "(* or", "is it */ ? *)", "repeat 1 times -- (", 'set n to n + (count "a")', "end repeat", "end if"]
+        lines = ["on f(n)", *some * 1600, "return n", "end f"]
+        done = subprocess.run([BIN / "osascript", "-i"], input="\n".join([*lines, "f(1)"]).encode(), capture_output=True, timeout=PATIENCE)
+        self.assertEqual((done.stdout, done.stderr), (b"1601\n", b""))
 
     def test_a_terminal_is_talked_with(self):
         terminal = Terminal(self.folder, "-ss")

@@ -61,7 +61,9 @@ Object* Parser::block(Body body) {
         expected(u"end of line");
     if (peek().kind == TokenKind::Newline)
         advance();
+    ++mBlocks;
     std::vector<Object*> all = lines(body);
+    --mBlocks;
     if (body != Body::Statements)
         checkDuplicates(all);
     if (body == Body::ScriptObject && all.size() == 1 && is(all[0], NodeKind::Line) && all[0]->flags == flags::NoComment &&

@@ -100,10 +100,14 @@ Object* Parser::expected(std::u16string_view what) {
     const Token& found = peek();
     if (found.kind == TokenKind::Bad && !found.text.empty()) {
         const bool isUnended = found.end == mTokens.back().start; // a text or a comment without its closing mark goes on to the end
-        return fail(OSASyntaxTypeError,
-                    u"Expected " + std::u16string(found.text) + u" but found " + (isUnended ? u"end of script." : u"unknown token."),
-                    SourceRange{isUnended ? found.end : found.start, found.end});
+        fail(OSASyntaxTypeError,
+             u"Expected " + std::u16string(found.text) + u" but found " + (isUnended ? u"end of script." : u"unknown token."),
+             SourceRange{isUnended ? found.end : found.start, found.end});
+        if (isUnended)
+            mError.openBlocks = 0;
+        return nil();
     }
+    const bool isAtEnd = found.kind == TokenKind::End;
     // A name with a literal behind it is most likely a command that no dictionary has.
     if (mAt > 0 && isValueToken(found) && isValueToken(mTokens[mAt - 1])) {
         bool afterName = mTokens[mAt - 1].word != nullptr;
@@ -114,7 +118,10 @@ Object* Parser::expected(std::u16string_view what) {
                         SourceRange{before.start, found.end});
         }
     }
-    return fail(OSASyntaxTypeError, u"Expected " + std::u16string(what) + u" but found " + describe(0) + u".", found);
+    fail(OSASyntaxTypeError, u"Expected " + std::u16string(what) + u" but found " + describe(0) + u".", found);
+    if (isAtEnd)
+        mError.openBlocks = mBlocks + 1; // what waits for its end is no longer among those that are read
+    return nil();
 }
 
 void Parser::expect(Keyword keyword) {

@@ -30,6 +30,9 @@ struct ParseError {
     std::size_t end = 0;
     /// The target of the `tell` around a word that stopped the parser, when that application has no dictionary: the word may be its.
     std::optional<ApplicationName> withoutDictionary = {};
+    /// In a source of whole lines: how many blocks are open, when the error is that it ends, which more lines may mend. 0 inside a text or
+    /// a comment.
+    std::optional<std::size_t> openBlocks = {};
 };
 
 struct SourceRange {

@@ -284,6 +284,7 @@ private:
     /// Words of the language that the script uses as names of handlers. Before a parenthesis such a word is a call.
     std::set<std::string_view> mWordHandlers;
     std::size_t mDepth = 0;
+    std::size_t mBlocks = 0; // that are being read
 };
 
 } // namespace quoddle::syntax

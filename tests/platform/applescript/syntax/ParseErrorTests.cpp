@@ -98,6 +98,26 @@ TEST(ParseError, KnowsWhereEveryNodeWasWritten) {
     EXPECT_EQ(textOf(store.nil()), "none");
 }
 
+TEST(ParseError, SaysHowManyBlocksAreOpen) {
+    const std::pair<const char16_t*, std::optional<std::size_t>> cases[] = {
+        {u"on f()\nif a then\nb\nelse\n", 2},
+        {u"on f()\nif a then\nb\nend if\n", 1},
+        {u"script s\ntell a to tell b -- c\nrepeat with i in 1\ntry\non error\n", 4},
+        {u"tell a\nset b to \"c\n", 0},
+        {u"tell a\n(* b\n", 0},
+        {u"tell a\nset b to\n", std::nullopt},
+        {u"tell a\nend if\n", std::nullopt},
+        {u"(1 +\n", std::nullopt},
+        {u"property p : 1\nproperty p : 2\n", std::nullopt},
+    };
+    for (const auto& [source, open] : cases) {
+        ObjectStore store;
+        const auto parsed = parse(source, store);
+        ASSERT_FALSE(parsed) << utf8FromUTF16(source);
+        EXPECT_EQ(parsed.error().openBlocks, open) << utf8FromUTF16(source);
+    }
+}
+
 TEST(ParseError, TooDeepIsAnErrorAndLongIsNot) {
     const std::u16string deep[] = {
         repeated(u"(", 100000),        repeated(u"{", 100000),           repeated(u"[", 100000),     repeated(u"{a:", 100000),
