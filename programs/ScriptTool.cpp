@@ -136,7 +136,7 @@ std::string messageForWriting(OSStatus status) {
     case errOSASourceNotAvailable:
         return "The script has no source.";
     case errOSAInternalTableOverflow:
-        return "The script is too large for a compiled script.";
+        return "The script is too large: a compiled script has room for 32,767 texts, handlers, and statements beside handlers.";
     default:
         return "It could not be written (" + std::to_string(status) + ").";
     }

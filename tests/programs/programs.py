@@ -310,6 +310,32 @@ class Programs(unittest.TestCase):
         self.assertEqual(limited(None)[0], 1)
         self.assertEqual(limited(None, "-i"), (1, "osascript: a line of the input is too long\n"))
 
+    def test_long_sources(self):
+        plain = "-- begin\n" + "set x to 1\n\n" * 50_000 + "set x to 6\n" * 50_000 + "x * 7\n"
+        source = self.file("plain.applescript", plain)
+        compiled = self.folder / "plain.scpt"
+        self.assertEqual(call("osacompile", "-o", compiled, source), (0, "", ""))
+        for file in (source, compiled):
+            self.assertEqual(call("osascript", file), (0, "42\n", ""))
+            self.assertEqual(call("osadecompile", file), (0, plain, ""))
+        many = "on h(a)\nend h\n" + "".join(f"set x to {i % 9}\nset y to x\nh(y)\n" for i in range(40_000)) + "y & 1 / 0\n"
+        at = len(many) - len("1 / 0\n")
+        self.assertEqual(call("osascript", self.file("many", many))[2],
+                         f"{self.folder}/many:{at}:{at + 5}: execution error: Can’t divide 1.0 by zero. (-2701)\n")
+        for name, content, line, message in [
+            ("block", "beep\nif true then\n" + "set x to 1\n" * 9000 + "end if", 2, "The code of a block can take 32,767 bytes."),
+            ("recovery", "beep\ntry\n" + "set x to 1\n" * 9000 + "on error\nbeep\nend try", 2, "The code of a block can take 32,767 bytes."),
+            ("loop", "repeat\n" + "set x to 1\n" * 9000 + "end repeat", 1, "The code of a block can take 32,767 bytes."),
+            ("values", "".join(f"set x to {i}\n" for i in range(40_000)), 32772, "has room for 32,768 names, numbers and texts."),
+            ("names", "".join(f"set x{i} to 1\n" for i in range(40_000)), 32769, "has room for 32,768 names, numbers and texts."),
+            ("handlers", "".join(f"on h{i}()\nend h{i}\n" for i in range(40_000)), 65537, "has room for 32,768 names, numbers and texts."),
+        ]:
+            status, _, said = call("osacompile", "-o", self.folder / "a.scpt", self.file(name, content))
+            self.assertTrue(status == 1 and said.startswith(f"{self.folder}/{name}:{line}: error: ") and message in said, said)
+        mixed = self.file("mixed", "property p : 1\n" + "set x to 1\n" * 40_000)
+        self.assertIn("a compiled script has room for 32,767 ", call("osacompile", "-o", self.folder / "a.scpt", mixed)[2])
+        self.assertFalse((self.folder / "a.scpt").exists())
+
     def test_options_in_the_first_line(self):
         for options, expected in [("-l AppleScript", b"a\n"), ("-l AppleScript -s s", b'"a"\n'), ("-ss", b'"a"\n'), ("", b"a\n")]:
             script = self.file("tool", f"#!{BIN / 'osascript'} {options}\non run argv\nreturn item 1 of argv\nend run\n")

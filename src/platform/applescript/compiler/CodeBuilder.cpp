@@ -3,9 +3,15 @@
 
 namespace quoddle::compiler {
 
+std::u16string_view CodeBuilder::overflow() const {
+    if (mBytes.size() > kLongestCode)
+        return u"The code of a handler, or of the top of a script, can take 8 MiB. Parts of it can be handlers of their own.";
+    return mOverflow;
+}
+
 void CodeBuilder::put16(std::size_t value) {
     if (value > 0x7FFF)
-        mOverflowed = true;
+        mOverflow = u"A handler, or the top of a script, has room for 32,768 names, numbers and texts.";
     mBytes += static_cast<char>(value >> 8 & 0xFF);
     mBytes += static_cast<char>(value & 0xFF);
 }
@@ -59,7 +65,7 @@ void CodeBuilder::place(Label& label) {
     for (std::size_t at : label.uses) {
         const std::int32_t distance = label.position - static_cast<std::int32_t>(at);
         if (distance < INT16_MIN || distance > INT16_MAX)
-            mOverflowed = true;
+            mOverflow = u"The code of a block can take 32,767 bytes. Parts of this one can be handlers of their own.";
         mBytes[at] = static_cast<char>(distance >> 8 & 0xFF);
         mBytes[at + 1] = static_cast<char>(distance & 0xFF);
     }

@@ -36,8 +36,9 @@ public:
     void pushLiteral(Object* literal) { emitLiteral(Opcode::PushLiteral, Opcode::PushLiteralLong, literal); }
 
     std::size_t size() const { return mBytes.size(); }
-    /// Whether a branch, an index or the code's length no longer fits its field. The code is then useless.
-    bool overflowed() const { return mOverflowed || mBytes.size() > 0xFFFF || mLiterals.size() > 0x7FFF; }
+    /// Empty while every index and branch fits its field and the code is not too long; else the code is useless, and this sentence tells
+    /// the author why.
+    std::u16string_view overflow() const;
 
     Object* bytes() { return mStore.raw(mBytes); }
     Object* literals() { return mStore.vector(mLiterals); }
@@ -51,7 +52,7 @@ private:
     std::string mBytes;
     std::vector<Object*> mLiterals;
     std::unordered_map<std::string, std::size_t> mKnown; // numbers, codes and names are stored once
-    bool mOverflowed = false;
+    std::u16string_view mOverflow;
 };
 
 } // namespace quoddle::compiler

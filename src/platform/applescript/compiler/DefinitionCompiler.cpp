@@ -4,6 +4,8 @@
 
 #include "platform/applescript/image/Block.h"
 
+#include <algorithm>
+
 namespace quoddle::compiler {
 
 using namespace syntax;
@@ -21,8 +23,7 @@ void HandlerCompiler::adopt(const HandlerCompiler& inner) {
 }
 
 Object* HandlerCompiler::finish(Object* name, Object* tree, Object* parameters, Object* labels, bool closure) {
-    if (mCode.overflowed())
-        fail(errOSAInternalTableOverflow, u"Internal table overflow.", tree);
+    checkBounds(tree);
     std::vector<Object*> locals = mScope.names();
     return mStore.block(closure ? block::Closure : block::Handler,
                         {name, tree, parameters, labels, mStore.vector(locals), mCode.literals(), mCode.bytes()});
@@ -194,8 +195,9 @@ void HandlerCompiler::definition(Object* node, std::vector<Object*>& loose) {
     } else {
         scriptObject(inner);
     }
-    inner->start = static_cast<std::uint16_t>(start);
-    inner->end = static_cast<std::uint16_t>(mCode.size());
+    inner->start = static_cast<std::uint32_t>(start);
+    inner->end = static_cast<std::uint32_t>(mCode.size());
+    checkBounds(inner);
 }
 
 /// Leaves what a `use` statement names on the stack: an application, or a reference to a library, a framework or the additions.
@@ -218,8 +220,8 @@ void HandlerCompiler::use(Object* node) {
     const std::size_t start = mCode.size();
     usedItem(target);
     mCode.emitLocal(Opcode::PopVariable, Opcode::PopVariableLong, mScope.add(name));
-    node->start = static_cast<std::uint16_t>(start);
-    node->end = static_cast<std::uint16_t>(mCode.size());
+    node->start = static_cast<std::uint32_t>(start);
+    node->end = static_cast<std::uint32_t>(mCode.size());
 }
 
 /// Compiles the property "required import items", a list with a record for each `use` statement.
@@ -276,6 +278,7 @@ std::vector<Object*> HandlerCompiler::withoutTermBlocks(std::span<Object* const>
 Object* HandlerCompiler::compileInitialiser(Object* body, bool withRunHandler) {
     const std::vector<Object*> nodes = withoutTermBlocks(statementsOf(body));
     std::vector<Object*> loose;
+    const auto isStatement = [](const Object* node) { return unwrapped(node)->kind == ObjectKind::Node; }; // no comment or empty line
     declareSlots(nodes);
     for (Object* node : nodes)
         definition(node, loose);
@@ -290,10 +293,16 @@ Object* HandlerCompiler::compileInitialiser(Object* body, bool withRunHandler) {
         } else {
             mScope.add(name);
             HandlerCompiler compiler(mStore, Scope::Kind::Frame, &mScope, !mScope.outer());
-            compiler.block(loose.size() == 1 ? loose.front() : mStore.node(tagOf(NodeKind::Block), {mStore.list(loose)}));
+            Object* statements = loose.size() == 1 ? loose.front() : mStore.node(tagOf(NodeKind::Block), {mStore.list(loose)});
+            compiler.block(statements);
             compiler.mCode.emit(Opcode::Return);
-            Object* tree = loose.size() == 1 ? loose.front() : mStore.node(tagOf(NodeKind::Block), {mStore.list(loose)});
-            tree->end = static_cast<std::uint16_t>(compiler.mCode.size() - 1);
+            // Statements that the trees of the script and of its handler share are numbered in a stored script. Those of long code would be
+            // too many, so that the trees are then one object.
+            const bool isAll = compiler.mCode.size() > 0xFFFF && body->isNode(tagOf(NodeKind::Block)) &&
+                               std::ranges::equal(nodes, statementsOf(body)) &&
+                               loose.size() == static_cast<std::size_t>(std::ranges::count_if(nodes, isStatement));
+            Object* tree = isAll ? body : statements;
+            tree->end = static_cast<std::uint32_t>(compiler.mCode.size() - 1);
             Object* handler = compiler.finish(name, tree, mStore.nil(), mStore.list({}), compiler.mScope.isCaptured());
             adopt(compiler);
             if (mCode.size() > 0)

@@ -59,6 +59,11 @@ void HandlerCompiler::fail(OSStatus number, std::u16string message, const Object
         mError = {number, std::move(message), node};
 }
 
+void HandlerCompiler::checkBounds(const Object* node) {
+    if (!mCode.overflow().empty())
+        fail(errOSAInternalTableOverflow, std::u16string(mCode.overflow()), node);
+}
+
 const Object* HandlerCompiler::unwrapped(const Object* node) {
     while (node->isNode(tagOf(NodeKind::Line)) && !node->children.empty())
         node = node->children[0];
@@ -75,8 +80,8 @@ void HandlerCompiler::expression(Object* node) {
     } else {
         const std::size_t start = mCode.size();
         expressionBody(node);
-        node->start = static_cast<std::uint16_t>(start);
-        node->end = static_cast<std::uint16_t>(mCode.size());
+        node->start = static_cast<std::uint32_t>(start);
+        node->end = static_cast<std::uint32_t>(mCode.size());
     }
     --mDepth;
 }

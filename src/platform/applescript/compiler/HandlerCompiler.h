@@ -107,6 +107,8 @@ private:
     /// Takes over the error of the compiler of an inner handler or script.
     void adopt(const HandlerCompiler& inner);
 
+    /// Fails when the code does not fit its form since this node was compiled.
+    void checkBounds(const Object* node);
     void fail(OSStatus number, std::u16string message, const Object* node);
 
     static std::span<Object* const> statementsOf(Object* const& body);

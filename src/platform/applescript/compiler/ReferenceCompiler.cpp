@@ -113,8 +113,8 @@ void HandlerCompiler::part(Object* node) {
     default:
         return fail(OSASyntaxError, u"Expected a reference.", node);
     }
-    node->start = static_cast<std::uint16_t>(start);
-    node->end = static_cast<std::uint16_t>(mCode.size());
+    node->start = static_cast<std::uint32_t>(start);
+    node->end = static_cast<std::uint32_t>(mCode.size());
 }
 
 /// Compiles what follows "my". In "my f() of x" a variable x of the script is its property, found through `my`.
@@ -199,8 +199,8 @@ void HandlerCompiler::withContainer(Object* node) {
     } else if (!node->isNode(tagOf(NodeKind::It))) {
         part(node);
     }
-    node->start = static_cast<std::uint16_t>(start);
-    node->end = static_cast<std::uint16_t>(mCode.size());
+    node->start = static_cast<std::uint32_t>(start);
+    node->end = static_cast<std::uint32_t>(mCode.size());
 }
 
 /// Compiles a test, which takes the examined object from the stack and leaves a description of the test.
@@ -253,8 +253,8 @@ void HandlerCompiler::test(Object* node) {
             withContainer(node);
         }
     }
-    node->start = static_cast<std::uint16_t>(start);
-    node->end = static_cast<std::uint16_t>(mCode.size());
+    node->start = static_cast<std::uint32_t>(start);
+    node->end = static_cast<std::uint32_t>(mCode.size());
     --mDepth;
 }
 

@@ -18,8 +18,8 @@ void HandlerCompiler::block(Object* node) {
     const std::size_t start = mCode.size();
     statements(statementsOf(node));
     if (node->isNode(tagOf(NodeKind::Block))) {
-        node->start = static_cast<std::uint16_t>(start);
-        node->end = static_cast<std::uint16_t>(mCode.size());
+        node->start = static_cast<std::uint32_t>(start);
+        node->end = static_cast<std::uint32_t>(mCode.size());
     }
 }
 
@@ -30,7 +30,7 @@ void HandlerCompiler::statements(std::span<Object* const> nodes) {
         const Object* inner = unwrapped(node);
         if (inner->kind != ObjectKind::Node) { // a comment or an empty line
             if (node->kind == ObjectKind::Node)
-                node->start = node->end = static_cast<std::uint16_t>(mCode.size());
+                node->start = node->end = static_cast<std::uint32_t>(mCode.size());
             endsWithComment = true;
             continue;
         }
@@ -74,8 +74,9 @@ void HandlerCompiler::statement(Object* node) {
     }
     const std::size_t start = mCode.size();
     statementBody(node);
-    node->start = static_cast<std::uint16_t>(start);
-    node->end = static_cast<std::uint16_t>(mCode.size());
+    node->start = static_cast<std::uint32_t>(start);
+    node->end = static_cast<std::uint32_t>(mCode.size());
+    checkBounds(node);
     --mDepth;
 }
 
@@ -230,6 +231,7 @@ void HandlerCompiler::ifStatement(Object* node) {
         block(body);
         mCode.branch(Opcode::Jump, end);
         mCode.place(next);
+        checkBounds(node);
     };
     arm(node->children[0], node->children[1]);
     auto others = node->children[2]->children;
@@ -357,6 +359,7 @@ void HandlerCompiler::tryStatement(Object* node) {
     block(node->children[0]);
     mCode.branch(Opcode::EndErrorHandler, end);
     mCode.place(handle);
+    checkBounds(node);
     Object* heading = node->children[1];
     Object* message = mStore.nil();
     Object* pattern = mStore.list({});

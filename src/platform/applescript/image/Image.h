@@ -27,7 +27,8 @@ Result<Image, OSStatus> readImage(std::string_view bytes);
 
 /// The bytes of a compiled script with the given root: a Script block, or Nil for an empty script. The graph may span several stores; it is
 /// only read. errOSAInternalTableOverflow: more shared objects than the form can number (32,767), or an object with more parts than its
-/// size field can say (65,535). errOSADataBlockTooLarge: nested too deeply.
+/// size field can say (65,535). errOSADataBlockTooLarge: nested too deeply. The tree's nodes lose offsets in code behind its first 65,535
+/// bytes.
 Result<std::string, OSStatus> writeImage(const Object* root);
 
 } // namespace quoddle

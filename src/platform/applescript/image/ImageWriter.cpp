@@ -5,6 +5,7 @@
 #include "platform/applescript/image/ImageFormat.h"
 #include "platform/base/Text.h"
 
+#include <algorithm>
 #include <bit>
 #include <unordered_map>
 #include <unordered_set>
@@ -195,6 +196,13 @@ private:
         mOut += object.bytes;
     }
 
+    /// Offsets in long code may not fit. A node that begins too late has none then, and of one that ends too late its beginning is covered.
+    void writePlace(const Object& node) {
+        const bool fits = node.start <= 0xFFFF;
+        put16(fits ? node.start : 0);
+        put16(fits ? std::min<std::uint32_t>(node.end, 0xFFFF) : 0);
+    }
+
     void writeInteger(std::int32_t value, std::int16_t reference) {
         if (value == static_cast<std::int16_t>(value))
             return header(kSmallInteger, reference, static_cast<std::uint16_t>(value));
@@ -276,8 +284,7 @@ void Writer::writeObject(const Object* object, std::int16_t reference) {
         header(kNode, reference, object->children.size());
         put8(object->tag);
         put16(object->flags);
-        put16(object->start);
-        put16(object->end);
+        writePlace(*object);
         writeChildren(*object);
         break;
     }

@@ -50,8 +50,8 @@ struct Object {
     ObjectKind kind = ObjectKind::Nil;
     std::uint8_t tag = 0;
     std::uint16_t flags = 0;
-    std::uint16_t start = 0;
-    std::uint16_t end = 0;
+    std::uint32_t start = 0;
+    std::uint32_t end = 0;
     union {
         std::int32_t integer = 0;
         double real;

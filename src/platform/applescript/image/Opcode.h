@@ -6,9 +6,13 @@
 // stored and stays on the stack.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace quoddle {
+
+/// Of the code of one handler, in bytes. While it is translated it takes more than a hundred times as much memory.
+constexpr std::size_t kLongestCode = std::size_t(8) << 20;
 
 enum class Operands : std::uint8_t {
     None,

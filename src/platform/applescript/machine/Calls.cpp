@@ -60,7 +60,7 @@ Script* Interpreter::findHandler(Script* first, Value name, Handler*& handler) {
     return handler && handler->home ? handler->home : handler ? holder : nullptr;
 }
 
-bool Interpreter::findCallee(Value target, Value name, SiteCache& cache, Callee& callee) {
+bool Interpreter::findCallee(Value target, Value name, SiteCache* cache, Callee& callee) {
     Script* script = as<Script>(target);
     callee.owner = findHandler(script, name, callee.handler);
     callee.me = target;
@@ -69,8 +69,8 @@ bool Interpreter::findCallee(Value target, Value name, SiteCache& cache, Callee&
                        language::inMessage(mMachine, target) + u" doesn’t understand the “" + nameOf(name) + u"” message.", target);
         return false;
     }
-    if (const std::uint32_t slot = script->layout->find(name); slot != Layout::kNone)
-        cache = {script->layout->id, slot};
+    if (const std::uint32_t slot = cache ? script->layout->find(name) : Layout::kNone; slot != Layout::kNone)
+        *cache = {script->layout->id, slot};
     return true;
 }
 
@@ -288,8 +288,7 @@ bool Interpreter::bind(std::span<const Value> positional, Value direct, std::spa
 
 bool Interpreter::callTarget(const Instruction& instruction, Value* registers, bool continues, Value& result, bool& entered) {
     Frame& frame = mMachine.mContext->frames.back();
-    Code& code = *frame.handler->code;
-    const Value name = code.constants[instruction.c];
+    const Value name = frame.handler->code->constants[instruction.c];
     Value target = registers[instruction.a];
     if (continues) {
         target = Value::object(frame.owner);
@@ -311,7 +310,7 @@ bool Interpreter::callTarget(const Instruction& instruction, Value* registers, b
             mMachine.raise(-2784, u"Can’t continue " + nameOf(name) + u".", name);
             return false;
         }
-    } else if (!findCallee(target, name, code.caches[instruction.d], callee)) {
+    } else if (!findCallee(target, name, nullptr, callee)) {
         return false;
     }
     entered = enter(callee, registers + instruction.a + 1, instruction.b, false);

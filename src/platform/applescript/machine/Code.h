@@ -57,8 +57,8 @@ namespace quoddle::machine {
     X(MakeList)        /* r[a] = list of c values from r[b] */ \
     X(MakeRecord)      /* r[a] = record of c keys and values from r[b] */ \
     X(Count)           /* r[a] = number of items of r[b] */ \
-    X(Call)            /* r[a] = call of handler k[c] of r[a] with b values from r[a + 1]; cache d */ \
-    X(CallMine)        /* likewise; the target is me and r[a] is unused */ \
+    X(Call)            /* r[a] = call of handler k[c] of r[a] with b values from r[a + 1] */ \
+    X(CallMine)        /* likewise; the target is me and r[a] is unused; cache d */ \
     X(Send)            /* r[a] = command k[c], direct r[a], b labels and values from r[a + 1] */ \
     X(ContinueCall)    /* like Call, from the parent of the handler's script on */ \
     X(ContinueSend)    /* like Send, likewise */ \

@@ -510,7 +510,7 @@ op_CallMine : {
         callee.owner = callee.handler && callee.handler->home ? callee.handler->home : script;
         callee.me = frame.me;
     }
-    if (!callee.handler && !self->findCallee(frame.me, k[pc->c], cache, callee))
+    if (!callee.handler && !self->findCallee(frame.me, k[pc->c], &cache, callee))
         goto raised;
     if (self->isSafePointDue() && !self->safePoint())
         goto raised;

@@ -36,7 +36,8 @@ private:
     bool setLocal(std::size_t index, Value value);
 
     Script* findHandler(Script* first, Value name, Handler*& handler);
-    bool findCallee(Value target, Value name, SiteCache& cache, Callee& callee);
+    /// `cache`, when it is not null, gets the handler's place in the target's own slots.
+    bool findCallee(Value target, Value name, SiteCache* cache, Callee& callee);
     bool isSafePointDue() const { return mMachine.mInterrupted.load(std::memory_order_relaxed) || mMachine.mHeap.wantsCollection(); }
     bool safePoint();
 

@@ -67,6 +67,8 @@ std::optional<UnknownInstruction> unknownInstruction(std::string_view bytes) {
 }
 
 std::optional<std::vector<StoredInstruction>> decodeStored(std::string_view bytes, std::size_t literals, std::size_t locals) {
+    if (bytes.size() > kLongestCode)
+        return std::nullopt;
     constexpr std::int32_t kNowhere = -1;
     std::vector<StoredInstruction> code;
     std::vector<std::int32_t> indexAt(bytes.size() + 1, kNowhere);

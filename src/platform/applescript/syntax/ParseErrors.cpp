@@ -23,8 +23,8 @@ Object* Parser::fail(OSStatus number, std::u16string message, const Token& token
     return fail(number, std::move(message), SourceRange{token.start, token.end});
 }
 
-Object* Parser::tooComplex() {
-    return fail(errOSAInternalTableOverflow, u"Internal table overflow.", peek());
+Object* Parser::tooComplex(std::u16string_view bound) {
+    return fail(errOSAInternalTableOverflow, std::u16string(bound), peek());
 }
 
 /// The words by which messages name the token `ahead`.

@@ -55,7 +55,7 @@ Object* Parser::expression(Level minimum) {
     Level ceiling = Level::Operand; // comparisons cannot be chained
     for (std::size_t length = 0; !failed(); ++length) {
         if (length > kMaxChain)
-            return tooComplex();
+            return tooComplex(u"An expression can have 2,000 operators in a row.");
         const OperatorRow* row = operatorAt(peek(), [this](std::size_t ahead) { return peek(ahead).keyword; });
         if (!row || row->level < minimum || row->level >= ceiling || atActiveLabel())
             break;

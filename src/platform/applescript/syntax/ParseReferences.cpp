@@ -145,7 +145,7 @@ Object* Parser::owned(Place place) {
 Object* Parser::possessives(Object* made, std::size_t firstToken) {
     for (std::size_t length = 0; peek().kind == TokenKind::PossessiveS && !failed(); ++length) {
         if (length > kMaxPossessives)
-            return tooComplex();
+            return tooComplex(u"A reference can have 100 possessives in a row.");
         advance();
         // QUIRK: "it's name" is accepted as an old spelling of "its name"; old sources rely on that
         Object* part = primary(Place::Part);

@@ -88,7 +88,7 @@ Parser::Parser(std::u16string_view source, ObjectStore& store, const ParseOption
 
 Parser::Depth::Depth(Parser& owner) : parser(owner) {
     if (++parser.mDepth > kMaxDepth && !parser.failed())
-        parser.tooComplex();
+        parser.tooComplex(u"The script is nested too deeply here: it can have about 100 brackets or 160 blocks in one another.");
 }
 
 const Token& Parser::advance() {

@@ -51,8 +51,8 @@ private:
     Object* fail(OSStatus number, std::u16string message, SourceRange range);
     /// Fails with the message "Expected … but found …" about the next token.
     Object* expected(std::u16string_view what);
-    /// Fails because the script is nested more deeply, or a chain is longer, than the readers of the tree can follow.
-    Object* tooComplex();
+    /// Fails because the script is nested more deeply, or a chain is longer, than the readers of the tree can follow; `bound` says which.
+    Object* tooComplex(std::u16string_view bound);
     bool failed() const { return mError.number != noErr; }
     std::u16string describe(std::size_t ahead) const;
     bool isValueToken(const Token& token) const;

@@ -12,22 +12,29 @@
 namespace quoddle::compiler {
 namespace {
 
-/// The names of the instructions of a script's last handler, parted by spaces; those that load a value are left out.
-std::string instructions(const char* source) {
-    ObjectStore store;
+/// The last handler of a script; null, with a failure, when there is none.
+const Object* lastHandler(const char* source, ObjectStore& store) {
     auto tree = syntax::parse(utf16FromUTF8(source), store);
-    if (!tree)
-        return utf8FromUTF16(tree.error().message);
-    auto script = compileScript(*tree, store);
-    if (!script)
-        return utf8FromUTF16(script.error().message);
+    auto script = tree ? compileScript(*tree, store) : Failure{CompileError{tree.error().number, tree.error().message}};
+    if (!script) {
+        ADD_FAILURE() << utf8FromUTF16(script.error().message);
+        return nullptr;
+    }
     const auto literals = (*script)->children[block::kLiterals]->children;
     const auto handler = std::find_if(literals.rbegin(), literals.rend(), [](const Object* literal) {
         return literal->isBlock(block::Handler) || literal->isBlock(block::Closure);
     });
-    if (handler == literals.rend())
-        return "no handler";
-    const auto children = (*handler)->children;
+    EXPECT_NE(handler, literals.rend());
+    return handler == literals.rend() ? nullptr : *handler;
+}
+
+/// The names of the instructions of a script's last handler, parted by spaces; those that load a value are left out.
+std::string instructions(const char* source) {
+    ObjectStore store;
+    const Object* handler = lastHandler(source, store);
+    if (!handler)
+        return {};
+    const auto children = handler->children;
     const auto code = machine::decodeStored(children[block::kCode]->bytes, children[block::kLiterals]->children.size(),
                                             children[block::kLocals]->children.size());
     std::string names;
@@ -73,6 +80,17 @@ TEST(Instructions, ContainersAreThoseOfMacs) {
     };
     for (const auto& each : kCases)
         EXPECT_EQ(instructions(each.source), each.instructions) << each.source;
+}
+
+TEST(Instructions, TheTreeOfARunHandlerHasItsStatementsAlone) {
+    const std::pair<const char*, std::size_t> cases[] = {
+        {"beep\nbeep", 2}, {"-- a\nbeep\n\nbeep\n", 2}, {"property p : 1\nbeep\nbeep\nbeep", 3}};
+    for (const auto& [source, count] : cases) {
+        ObjectStore store;
+        const Object* handler = lastHandler(source, store);
+        ASSERT_TRUE(handler) << source;
+        EXPECT_EQ(handler->children[block::kTree]->children[0]->children.size(), count) << source;
+    }
 }
 
 } // namespace

@@ -53,7 +53,7 @@ protected:
 };
 
 TEST_F(MachineTest, RefusesDamagedCode) {
-    const int kPush1 = 0x6B, kReturn = 0x0F, kPop = 0x5A, kJump = 0x59, kLiteral = 0xE0, kLocal = 0xA0, kAdd = 0x1E;
+    const int kPush1 = 0x6B, kReturn = 0x0F, kPop = 0x5A, kJump = 0x59, kLiteral = 0xE0, kLocal = 0xA0, kAdd = 0x1E, kNegate = 0x27;
     const struct {
         const char* what;
         std::string bytes;
@@ -72,6 +72,7 @@ TEST_F(MachineTest, RefusesDamagedCode) {
         {"end of a scope that never began", code({kPush1, 0x55, kReturn})},
         {"ways that meet with different stacks", code({0x65, 0x1D, 0x00, 0x03, kPush1, kPush1, kReturn})},
         {"a loop's instruction without a loop", code({kPush1, kPush1, kPush1, kPush1, 0x1C, 0x00, 0x00})},
+        {"more code than any handler has", code({kPush1}) + std::string(kLongestCode, kNegate) + code({kReturn})},
     };
     for (const auto& row : kCases)
         EXPECT_EQ(shown(run(row.bytes)), "error -1702") << row.what;

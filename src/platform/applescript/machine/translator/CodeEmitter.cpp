@@ -30,9 +30,12 @@ std::uint16_t CodeEmitter::constant(Value value) {
     return entry->second;
 }
 
-std::size_t CodeEmitter::cache() {
-    mCode.caches.emplace_back();
-    return mCode.caches.size() - 1;
+std::size_t CodeEmitter::cache(Op op, std::uint16_t name) {
+    const std::uint32_t use = static_cast<std::uint32_t>(op) << 16 | name;
+    auto [entry, isNew] = mCacheIndexes.try_emplace(use, mCode.caches.size());
+    if (isNew)
+        mCode.caches.emplace_back();
+    return entry->second;
 }
 
 void CodeEmitter::takeBack() {

@@ -19,7 +19,8 @@ public:
     /// Throws Corruption when there are too many.
     std::uint16_t constant(Value value);
     const Value& constantAt(std::size_t index) const { return mCode.constants[index]; }
-    std::size_t cache();
+    /// The place of a cache for an instruction that looks a name up; those of one handler that look up the same one in one way share it.
+    std::size_t cache(Op op, std::uint16_t name);
 
     std::size_t size() const { return mCode.instructions.size(); }
     Instruction& at(std::size_t index) { return mCode.instructions[index]; }
@@ -42,6 +43,7 @@ private:
     Code& mCode;
     std::vector<Op> mOps;
     std::unordered_map<std::uint64_t, std::uint16_t> mConstantIndexes;
+    std::unordered_map<std::uint32_t, std::size_t> mCacheIndexes;
     std::int32_t mBarrier = -1;
 };
 

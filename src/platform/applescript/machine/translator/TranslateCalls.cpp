@@ -43,7 +43,8 @@ void HandlerTranslator::emitCall(bool continues) {
     // symbol below them.
     const Op op = continues ? Op::ContinueCall : isMine ? Op::CallMine : Op::Call;
     const std::uint16_t name = literalConstant();
-    replaceByResult(count + 1, mOut.emit(op, mStack.slot(target), count, name, mOut.cache()));
+    const std::size_t cache = op == Op::CallMine ? mOut.cache(op, name) : 0;
+    replaceByResult(count + 1, mOut.emit(op, mStack.slot(target), count, name, cache));
 }
 
 /// Stack: direct k1 v1 … n
@@ -57,7 +58,7 @@ void HandlerTranslator::send() {
         return;
     prepareArguments(direct, Evaluate::Locally);
     mStack.materialiseFrom(direct);
-    replaceByResult(count + 1, mOut.emit(Op::Send, mStack.slot(direct), count, mOut.constant(command), mOut.cache()));
+    replaceByResult(count + 1, mOut.emit(Op::Send, mStack.slot(direct), count, mOut.constant(command)));
 }
 
 /// Emits an instruction for "count x" and "count each item of x", which need no event. False for other commands.

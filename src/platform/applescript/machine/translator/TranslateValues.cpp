@@ -81,16 +81,18 @@ void HandlerTranslator::storeLocal(std::size_t local) {
 void HandlerTranslator::pushGlobal() {
     const Value name = literal(here().first);
     const bool isResult = name == Value::code("rslt"_4cc);
+    const std::uint16_t constant = mOut.constant(name);
     if (!isResult)
-        return mStack.pushRegister(mOut.emit(Op::GetGlobal, mStack.nextSlot(), mOut.constant(name), mOut.cache()));
+        return mStack.pushRegister(mOut.emit(Op::GetGlobal, mStack.nextSlot(), constant, mOut.cache(Op::GetGlobal, constant)));
     getResult();
-    mOut.emit(Op::CheckVariable, mStack.slot(mStack.top()), mOut.constant(name));
+    mOut.emit(Op::CheckVariable, mStack.slot(mStack.top()), constant);
 }
 
 void HandlerTranslator::popGlobal() {
     mStack.need(1);
     mStack.follow(mStack.top(), Evaluate::Fully);
-    mOut.emit(Op::SetGlobal, mStack.reg(mStack.top()), literalConstant(), mOut.cache());
+    const std::uint16_t name = literalConstant();
+    mOut.emit(Op::SetGlobal, mStack.reg(mStack.top()), name, mOut.cache(Op::SetGlobal, name));
 }
 
 /// Pushes a variable of the script or handler around this one. Handlers of a script reach its slots directly.
