@@ -27,3 +27,34 @@ on error m number n
 end try
 5 + 6
 log result --> 11
+on setOnOneWay(isSet)
+	if isSet then
+		set once to "set"
+	else
+		set other to 1
+	end if
+	return once
+end setOnOneWay
+log setOnOneWay(true) --> "set"
+try
+	setOnOneWay(false)
+on error number n
+	log n --> -2753
+end try
+on giveNothing()
+	return
+end giveNothing
+on unsetInALoop()
+	set once to 1
+	set found to {}
+	repeat 2 times
+		set end of found to once
+		set once to giveNothing()
+	end repeat
+	return found
+end unsetInALoop
+try
+	unsetInALoop()
+on error m
+	log m --> "The variable once is not defined."
+end try

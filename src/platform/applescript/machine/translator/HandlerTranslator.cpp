@@ -123,9 +123,9 @@ void HandlerTranslator::readHandler() {
 }
 
 void HandlerTranslator::translateAll() {
-    mDefined.assign(mCode.localCount, false);
-    // Positional parameters always have values.
-    std::fill_n(mDefined.begin(), mCode.positionalCount, true);
+    mDefined = LocalSet(mCode.localCount, false);
+    for (std::size_t local = 0; local < mCode.positionalCount; ++local) // positional parameters always have values
+        mDefined.put(local, true);
     for (mAt = 0; mAt < mStored.size(); ++mAt) {
         place(mAt);
         if (mSkip > 0) {

@@ -24,7 +24,7 @@ private:
     struct Label {
         bool isReached = false;
         Shape shape;
-        std::vector<bool> defined;
+        LocalSet defined; // until the label is placed
         std::int32_t position = -1;
         std::vector<std::size_t> uses;
     };
@@ -151,7 +151,7 @@ private:
     std::vector<Label> mLabels;
     std::vector<Loop> mLoops;
     std::vector<Detour> mDetours;
-    std::vector<bool> mDefined;                                     // by local: it surely has a value here
+    LocalSet mDefined;                                              // by local: it surely has a value here
     std::vector<std::pair<std::int32_t, std::uint32_t>> mOpenTries; // handler, begin
     std::size_t mAt = 0;                                            // the instruction being translated
     std::size_t mSkip = 0;

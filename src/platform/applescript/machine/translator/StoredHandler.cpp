@@ -96,7 +96,7 @@ void StoredHandler::findTargets() {
 void StoredHandler::findCertainLocals(std::size_t localCount) {
     // A handler that catches errors may bind parts that an error lacks, so none of its locals is certain.
     const bool catches = std::any_of(mCode.begin(), mCode.end(), [](const auto& stored) { return stored.opcode == Opcode::HandleError; });
-    mIsCertain.assign(localCount, !catches);
+    mCertain = LocalSet(localCount, !catches);
     for (std::size_t i = 0; i < mCode.size() && !catches; ++i) {
         if (mCode[i].opcode != Opcode::PopVariable && mCode[i].opcode != Opcode::PopVariableLong)
             continue;
@@ -110,7 +110,7 @@ void StoredHandler::findCertainLocals(std::size_t localCount) {
             break;
         }
         if (!certain)
-            mIsCertain[static_cast<std::size_t>(mCode[i].first)] = false;
+            mCertain.put(static_cast<std::size_t>(mCode[i].first), false);
     }
 }
 

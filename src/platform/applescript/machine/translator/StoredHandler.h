@@ -5,6 +5,7 @@
 #include "platform/applescript/image/Block.h"
 #include "platform/applescript/image/Object.h"
 #include "platform/applescript/machine/StoredCode.h"
+#include "platform/applescript/machine/translator/LocalSet.h"
 
 #include <span>
 #include <vector>
@@ -26,8 +27,8 @@ public:
     std::optional<Opcode> following(std::size_t index) const;
     /// `index` may be one past the last instruction.
     bool isTarget(std::size_t index) const { return mIsTarget[index]; }
-    /// Whether a local only ever gets computed values and literals, so that once set it always has a value.
-    bool isCertain(std::size_t local) const { return mIsCertain[local]; }
+    /// The locals that only ever get computed values and literals, so that once set they always have a value.
+    const LocalSet& certainLocals() const { return mCertain; }
     /// Whether the handler asks for `the result`. If not, statements need not keep their values for that.
     bool usesResult() const { return mUsesResult; }
 
@@ -50,7 +51,7 @@ private:
     std::span<Object* const> mLiterals;
     std::vector<bool> mIsTarget;
     std::vector<bool> mIsLoopExit;
-    std::vector<bool> mIsCertain;
+    LocalSet mCertain;
     bool mUsesResult = false;
 };
 

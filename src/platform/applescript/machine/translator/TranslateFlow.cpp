@@ -2,6 +2,8 @@
 // Jumps and their targets, and truth values that are only used to decide about a jump.
 #include "platform/applescript/machine/translator/HandlerTranslator.h"
 
+#include <utility>
+
 namespace quoddle::machine {
 
 namespace {
@@ -40,8 +42,7 @@ void HandlerTranslator::merge(std::int32_t target, std::size_t dropped) {
         throw Corruption();
     if (label.position >= 0)
         return;
-    for (std::size_t i = 0; i < mDefined.size(); ++i)
-        label.defined[i] = label.defined[i] && mDefined[i];
+    label.defined.intersect(mDefined);
 }
 
 void HandlerTranslator::jumpTo(std::int32_t target) {
@@ -61,8 +62,8 @@ void HandlerTranslator::place(std::size_t at) {
         if (label.isReached) {
             mStack.setShape(label.shape);
             // A later jump back to this place may come with an uncertain variable unset.
-            for (std::size_t local = 0; local < mDefined.size(); ++local)
-                mDefined[local] = label.defined[local] && mStored.isCertain(local);
+            mDefined = std::exchange(label.defined, {});
+            mDefined.intersect(mStored.certainLocals());
             mReachable = true;
         }
         mOut.barrier();

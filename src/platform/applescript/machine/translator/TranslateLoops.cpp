@@ -39,7 +39,7 @@ void HandlerTranslator::turn(Op op, std::size_t operands, std::size_t local) {
     if (hasVariable && mCode.hasScope)
         mOut.emit(Op::SetScope, variable, 0, local);
     else if (hasVariable)
-        mDefined[local] = true;
+        mDefined.put(local, true);
 }
 
 void HandlerTranslator::repeatWhile() {

@@ -103,7 +103,7 @@ void HandlerTranslator::catchError() {
     const std::uint16_t pattern = mOut.constant(Value::object(mHeap.make<Stored>(mStored.literal(here().second))));
     mOut.emit(Op::CatchError, mStack.nextSlot(), literalConstant(), pattern);
     mOut.barrier();
-    std::fill(mDefined.begin(), mDefined.end(), false);
+    mDefined.clear();
 }
 
 } // namespace quoddle::machine

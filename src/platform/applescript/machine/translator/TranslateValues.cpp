@@ -36,9 +36,9 @@ void HandlerTranslator::pushLocal() {
     const std::size_t local = firstOperand();
     if (mCode.hasScope)
         return mStack.pushRegister(mOut.emit(Op::GetScope, mStack.nextSlot(), 0, local));
-    if (!mDefined[local]) {
+    if (!mDefined.contains(local)) {
         mOut.emit(Op::CheckVariable, local, mOut.constant(mCode.localNames[local]));
-        mDefined[local] = true;
+        mDefined.put(local, true);
     }
     Entry entry;
     entry.kind = Entry::Kind::Local;
@@ -75,7 +75,7 @@ void HandlerTranslator::storeLocal(std::size_t local) {
     stored.index = static_cast<std::uint16_t>(local);
     stored.maybeUndefined = entry.maybeUndefined;
     entry = stored;
-    mDefined[local] = mStored.isCertain(local) || !stored.maybeUndefined;
+    mDefined.put(local, mStored.certainLocals().contains(local) || !stored.maybeUndefined);
 }
 
 void HandlerTranslator::pushGlobal() {
