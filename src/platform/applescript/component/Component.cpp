@@ -38,16 +38,6 @@ std::u16string missingDictionary(const syntax::ApplicationName& application) {
     return u" (There is no dictionary of “" + application.text + u"”, so its words are unknown.)";
 }
 
-/// The names of a script's slots that are no handlers.
-compiler::SharedNames sharedNamesOf(const Script& script) {
-    compiler::SharedNames names;
-    ObjectStore store;
-    for (std::size_t i = 0; i < script.slots.size(); ++i)
-        if (const Symbol* symbol = as<Symbol>(script.layout->names[i]); symbol && !is<Handler>(script.slots[i]))
-            names.insert(compiler::nameKey(*store.identifier(symbol->key)));
-    return names;
-}
-
 } // namespace
 
 Component::Component()
@@ -208,12 +198,23 @@ OSStatus Component::compile(const AEDesc& source, OSAModeFlags modeFlags, OSAID&
     return compileSource(*text, modeFlags, id);
 }
 
-Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong) {
-    compiler::SharedNames none;
-    return scriptFromSource(source, wrong, nullptr, none);
+compiler::SharedNames& Component::sharedNamesOf(Script& script) {
+    if (!script.sharedNames) {
+        script.sharedNames = std::make_unique<compiler::SharedNames>();
+        for (std::size_t i = 0; i < script.slots.size(); ++i)
+            if (!is<Handler>(script.slots[i]))
+                share(script.layout->names[i], *script.sharedNames);
+    }
+    return *script.sharedNames;
 }
 
-Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong, Script* context, compiler::SharedNames& names) {
+void Component::share(Value name, compiler::SharedNames& names) {
+    ObjectStore store;
+    if (const Symbol* symbol = as<Symbol>(name))
+        names.insert(compiler::nameKey(*store.identifier(symbol->key)));
+}
+
+Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wrong, Script* context) {
     auto store = std::make_shared<ObjectStore>();
     auto map = std::make_shared<syntax::SourceMap>();
     syntax::ParseOptions options;
@@ -228,7 +229,8 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
         return Value::failure();
     }
     compiler::SharedNames added;
-    auto initialiser = context ? compiler::compileAddition(*tree, *store, names, added) : compiler::compileScript(*tree, *store);
+    auto initialiser =
+        context ? compiler::compileAddition(*tree, *store, sharedNamesOf(*context), added) : compiler::compileScript(*tree, *store);
     if (!initialiser) {
         const auto range = map->find(initialiser.error().node).value_or(syntax::SourceRange());
         wrong = {initialiser.error().number, initialiser.error().message, range.start, range.end};
@@ -260,8 +262,8 @@ Value Component::scriptFromSource(std::u16string_view source, CompileFailure& wr
     const Value handler = mMachine.literal(*initialiser, store);
     Heap::Root root(mMachine.heap(), handler);
     const Value script = mMachine.makeScript(as<Handler>(handler), Value(), (*tree)->isNil() ? nullptr : *tree, store, context);
-    if (!script.isFailure())
-        names.merge(added);
+    if (context && !script.isFailure())
+        sharedNamesOf(*context).merge(added);
     return script;
 }
 
@@ -288,12 +290,10 @@ OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeF
     const Value script = scriptFromSource(source, wrong);
     if (script.isFailure())
         return wrong.number == noErr ? failed() : failedCompile(wrong);
-    if (id == kOSANullScript) {
+    if (id == kOSANullScript)
         id = keep(script);
-    } else {
+    else
         mSlots[id].value = script;
-        mSlots[id].names.reset();
-    }
     return noErr;
 }
 
@@ -302,11 +302,7 @@ OSStatus Component::addSource(std::u16string_view source, OSAID id) {
     // The initialiser runs in between, and others may make or dispose of scripts then.
     const Value context = mSlots[id].value;
     Heap::Root contextRoot(mMachine.heap(), context);
-    auto known = std::exchange(mSlots[id].names, std::nullopt);
-    compiler::SharedNames names = known ? std::move(*known) : sharedNamesOf(*as<Script>(context));
-    const Value script = scriptFromSource(source, wrong, as<Script>(context), names);
-    if (const auto slot = mSlots.find(id); slot != mSlots.end() && slot->second.value == context)
-        slot->second.names = std::move(names);
+    const Value script = scriptFromSource(source, wrong, as<Script>(context));
     if (script.isFailure())
         return wrong.number == noErr ? failed() : failedCompile(wrong);
     Heap::Root root(mMachine.heap(), script);

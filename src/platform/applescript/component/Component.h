@@ -91,7 +91,6 @@ private:
         std::string location; // file of the script ("fref"); empty when unknown
         // at the time when its changes began to be watched ("modi"); nullopt when they are not
         std::optional<std::uint64_t> fingerprint = {};
-        std::optional<compiler::SharedNames> names = {}; // of a script that others are added to; nullopt before the first one
     };
     /// The last error of a script, which outlives the error in the machine.
     struct LastError {
@@ -117,10 +116,11 @@ private:
     OSStatus refused(OSStatus number, std::u16string_view message);
     void locate(LastError& error) const;
     /// Failure with the number in `wrong` when the source does not compile; failure with noErr there when making the script raised an error
-    /// in the machine. `context`, when given, is what the script's definitions are to be moved to; the script's names are added to `names`,
-    /// which has the context's.
-    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong, Script* context, compiler::SharedNames& names);
-    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong);
+    /// in the machine. `context`, when given, is what the script's definitions are to be moved to; they know its names, and it gets theirs.
+    Value scriptFromSource(std::u16string_view source, CompileFailure& wrong, Script* context = nullptr);
+    /// The names of a script that others are added to; at first those of its slots that are no handlers.
+    static compiler::SharedNames& sharedNamesOf(Script& script);
+    static void share(Value name, compiler::SharedNames& names);
     /// Moves the definitions of a script that was made for it to a context. False when an error was raised.
     bool addDefinitions(Script& context, Script& added);
     OSStatus compileSource(std::u16string_view source, OSAModeFlags modeFlags, OSAID& id);

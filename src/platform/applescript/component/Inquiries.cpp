@@ -178,6 +178,8 @@ OSStatus Component::setProperty(OSAModeFlags modeFlags, OSAID context, const AED
         return errAENoSuchObject;
     else
         script->set(key, value);
+    if (script->sharedNames && script->find(key))
+        share(key, *script->sharedNames);
     return noErr;
 }
 

@@ -325,6 +325,8 @@ Value copyOf(Machine& machine, Value value, std::unordered_map<const HeapObject*
         copy->tree = script->tree;
         copy->store = script->store;
         copy->outer = script->outer;
+        if (script->sharedNames)
+            copy->sharedNames = std::make_unique<std::unordered_set<std::string>>(*script->sharedNames);
         // A copy of a script keeps the scripts around its definition, which are its parents by place and no part of it.
         const bool isInherent = script->isDefinedWithin(as<Script>(script->parent)) && !copies.contains(script->parent.asObject());
         copy->parent = isInherent ? script->parent : copyOf(machine, script->parent, copies, depth + 1);

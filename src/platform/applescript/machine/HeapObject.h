@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace quoddle::machine {
@@ -251,6 +252,8 @@ struct Script : HeapObject {
     HeapObject* outer = nullptr; // the scope around the definition: an environment or a script
     const Object* tree = nullptr;
     std::shared_ptr<ObjectStore> store; // keeps `tree`
+    // what the compiler calls the names that code added to this script knows; null before the first such code
+    std::unique_ptr<std::unordered_set<std::string>> sharedNames;
 
     Script() : HeapObject(kType), layout(std::make_shared<Layout>()) {}
     Value* find(Value slotName) {

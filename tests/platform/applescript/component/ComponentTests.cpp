@@ -90,6 +90,37 @@ TEST_F(ComponentTest, TellsWhatWentWrongAndWhere) {
     EXPECT_GE(errorRange().first, 12);
 }
 
+TEST_F(ComponentTest, AddedCodeKnowsTheNamesOfTheScript) {
+    OSAID script = compiled(u"property early : 1"), copied = 0, copy = 0, value = 0;
+    const auto add = [this](OSAID& to, const std::u16string& name) {
+        const std::u16string source = u"on of_" + name + u"()\nreturn " + name + u"\nend of_" + name + u"\nof_" + name + u"()";
+        EXPECT_EQ(OSACompile(instance, AEDesc::ofText(source), kOSAModeCompileIntoContext | kOSAModeAugmentContext, to), noErr);
+        return run(to);
+    };
+    EXPECT_EQ(add(script, u"early"), "1");
+    EXPECT_EQ(OSACompile(instance, AEDesc::ofText(u"global shared\nset shared to 2\nset other to 3"), kOSAModeAugmentContext, script),
+              noErr);
+    EXPECT_EQ(run(script), "3");
+    ASSERT_EQ(OSACoerceFromDesc(instance, AEDesc::ofInt32(5), 0, value), noErr);
+    ASSERT_EQ(OSASetProperty(instance, 0, script, AEDesc::ofUTF8("late"), value), noErr);
+    ASSERT_EQ(OSACopyID(instance, script, copied), noErr);
+    ASSERT_EQ(OSACopyScript(instance, script, copy), noErr);
+    const struct {
+        const char* what;
+        OSAID script;
+    } cases[] = {{"script", script}, {"another ID of it", copied}, {"a copy", copy}};
+    for (auto [what, each] : cases) {
+        EXPECT_EQ(add(each, u"early"), "1") << what;
+        EXPECT_EQ(add(each, u"shared"), "2") << what;
+        EXPECT_EQ(add(each, u"late"), "5") << what;
+        EXPECT_EQ(add(each, u"other"), "status -1753") << what; // a variable of a run handler is nobody else's
+        EXPECT_EQ(errorPart("errs"_4cc), "The variable other is not defined.") << what;
+    }
+    ASSERT_EQ(OSACompile(instance, AEDesc::ofText(u"property later : 6"), kOSAModeAugmentContext, copied), noErr);
+    EXPECT_EQ(add(script, u"later"), "6");
+    EXPECT_EQ(add(copy, u"later"), "status -1753");
+}
+
 TEST_F(ComponentTest, ReadsAndSetsProperties) {
     const OSAID script = compiled(u"property amount : 1\nproperty |odd name| : 2\non run\nreturn amount\nend run");
     EXPECT_EQ(property(script, AEDesc::ofUTF8("AMOUNT")), "1");
