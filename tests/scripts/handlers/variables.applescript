@@ -58,3 +58,20 @@ try
 on error m
 	log m --> "The variable once is not defined."
 end try
+script kid
+	property late : "kid"
+end script
+on readLate()
+	global late
+	set earlier to late
+	return {earlier, late}
+end readLate
+on setLate()
+	global late
+	set late to "top"
+end setLate
+log kid's readLate() --> {"kid", "kid"}
+setLate()
+log kid's readLate() --> {"top", "top"}
+log readLate() --> {"top", "top"}
+log kid's readLate() --> {"top", "top"}

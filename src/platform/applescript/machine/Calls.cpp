@@ -121,7 +121,7 @@ Value Interpreter::getGlobal(Value name, SiteCache& cache) {
         slot = mMachine.findSlot(me, name, &holder);
     if (!slot || slot->isUndefined())
         return undefinedVariable(name);
-    if (holder == me)
+    if (holder == me && top == me) // else the outermost script may get the name later and then goes first
         cache = {me->layout->id, me->layout->find(name)};
     return mMachine.taken(*slot, holder);
 }
