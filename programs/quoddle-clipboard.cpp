@@ -7,6 +7,7 @@
 // One decision: it has no window, so on Wayland it needs a desktop that gives programs without one the clipboard. On other desktops it uses
 // an X server for older programs, which shares the clipboard.
 #include "EventSocket.h"
+#include "platform/appkit/ApplicationEnd.h"
 #include "platform/base/ProgramMain.h"
 #include "platform/clipboard/DataControlClipboard.h"
 #include "platform/clipboard/QtClipboard.h"
@@ -56,7 +57,7 @@ int holdClipboard(int argc, char** argv) {
     if (::chdir("/") != 0) // it may run for days and must not keep a disk from being ejected
         return EXIT_FAILURE;
     const bool isWayland = chooseWayland();
-    QGuiApplication application(argc, argv);
+    const ApplicationPointer<QGuiApplication> application(new QGuiApplication(argc, argv));
     const auto clipboard = connectToDesktop(isWayland);
     if (!clipboard)
         return EventSocket::kNoDisplayStatus;
@@ -65,8 +66,8 @@ int holdClipboard(int argc, char** argv) {
         if (!socket.isOpen() && !clipboard->isOwner())
             QCoreApplication::exit(EXIT_SUCCESS);
     };
-    QObject::connect(&socket, &EventSocket::closed, &application, endWhenDone);
-    QObject::connect(clipboard.get(), &DesktopClipboard::lost, &application, endWhenDone);
+    QObject::connect(&socket, &EventSocket::closed, application.get(), endWhenDone);
+    QObject::connect(clipboard.get(), &DesktopClipboard::lost, application.get(), endWhenDone);
     return QGuiApplication::exec();
 }
 

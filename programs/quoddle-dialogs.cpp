@@ -7,6 +7,7 @@
 // One decision: parts that the first dialog does not need are made after it has been painted.
 #include "EventSocket.h"
 #include "platform/appkit/Appearance.h"
+#include "platform/appkit/ApplicationEnd.h"
 #include "platform/appkit/BundleIcon.h"
 #include "platform/appkit/FontLoading.h"
 #include "platform/appkit/NSApplication.h"
@@ -36,17 +37,17 @@ int perform(int argc, char** argv) {
     QCoreApplication::setApplicationName(argc > 1 ? QFile::decodeName(argv[1]) : u"Script"_s);
     const FontLoading fonts;
     setUserDefaultsDomain(u"quoddle-dialogs"_s);
-    NSApplication application(argc, argv);
+    const ApplicationPointer<NSApplication> application(new NSApplication(argc, argv));
     installTranslations();
     Appearance::applyRememberedScheme();
-    QTimer::singleShot(kFirstDialogTime, &application, [] {
+    QTimer::singleShot(kFirstDialogTime, application.get(), [] {
         std::ignore = applicationIcon(nullptr);
         Appearance::followDesktop();
     });
     EventSocket socket([](const AEDesc& event, EventSocket::Completion completion) {
         performStandardCommand(event, EventSocket::emptyReply(), std::move(completion));
     });
-    QObject::connect(&socket, &EventSocket::closed, &application, [] { QCoreApplication::exit(EXIT_SUCCESS); });
+    QObject::connect(&socket, &EventSocket::closed, application.get(), [] { QCoreApplication::exit(EXIT_SUCCESS); });
     const int status = NSApplication::exec();
     leaveClipboardBehind();
     standardUserDefaults().sync();

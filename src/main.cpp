@@ -15,6 +15,7 @@
 #include "platform/ae/transport/AESecondLaunch.h"
 #include "platform/ae/transport/AETransport.h"
 #include "platform/appkit/Appearance.h"
+#include "platform/appkit/ApplicationEnd.h"
 #include "platform/appkit/DesktopApplication.h"
 #include "platform/appkit/FontLoading.h"
 #include "platform/appkit/NSApplication.h"
@@ -373,19 +374,19 @@ int launch(int argc, char** argv) {
     setInteractionPresenter(&presentOnMainThread);
     setApplicationPath(invocation.bundle->bundlePath().toStdString());
     sNextMessageHandler = qInstallMessageHandler(&endInsteadOfAborting);
-    NSApplication application(argc, argv);
+    const ApplicationPointer<NSApplication> application(new NSApplication(argc, argv));
     qInstallMessageHandler(sNextMessageHandler);
     installTranslations();
     Appearance::applyRememberedScheme();
     // Whatever can wait until the first window is there.
-    QTimer::singleShot(kFirstWindowTime, &application, [] {
+    QTimer::singleShot(kFirstWindowTime, application.get(), [] {
         std::ignore = appletIcon();
         Appearance::followDesktop();
     });
     DesktopApplication desktop(desktopNameForBundle(*invocation.bundle));
     if (invocation.isActivated && !takeFirstRequest(desktop, invocation))
         return EXIT_SUCCESS;
-    return runApplet(application, desktop, invocation, lock);
+    return runApplet(*application, desktop, invocation, lock);
 }
 
 } // namespace
