@@ -260,7 +260,7 @@ int install(const tool::Arguments& arguments) {
     return EXIT_SUCCESS;
 }
 
-/// What is to be taken away for a word.
+/// The parts of an applet that uninstall takes away.
 struct Removal {
     std::optional<tool::InstalledApplet> installed;
     QString bundle;     ///< its path; empty when a packed applet was never unpacked
