@@ -6,11 +6,14 @@
 #include "platform/appkit/ProgressBar.h"
 
 #include <QApplication>
+#include <QFrame>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace quoddle {
 
@@ -25,6 +28,37 @@ bool isEscape(const QEvent& event) {
         return false;
     const auto& key = static_cast<const QKeyEvent&>(event);
     return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier;
+}
+
+/// The window that the user works in; null when the applet shows none.
+const QWidget* windowInFront() {
+    if (const QWidget* active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto isOpen = [](const QWidget* window) {
+        const bool isOwn = window->windowType() == Qt::Window || window->windowType() == Qt::Dialog;
+        return isOwn && window->isVisible() && window->windowHandle() && !window->isMinimized();
+    };
+    const auto found = std::find_if(windows.begin(), windows.end(), isOpen);
+    return found == windows.end() ? nullptr : *found;
+}
+
+/// Keeps the panel in front of a window. A Wayland desktop would give every new window the keyboard, so the panel is a part of the other
+/// window there, as a tool tip is.
+void attach(NSPanel& panel, const QWidget& window) {
+    const bool isWayland = QGuiApplication::platformName().startsWith("wayland"_L1);
+    if (isWayland) {
+        panel.setWindowFlags(Qt::ToolTip);
+        panel.adjustSize();
+        panel.move(window.geometry().center() - panel.rect().center());
+        auto* frame = new QFrame(&panel); // instead of the desktop's
+        frame->setFrameStyle(int{QFrame::Box} | QFrame::Plain);
+        frame->setForegroundRole(QPalette::Mid);
+        frame->setGeometry(panel.rect());
+        frame->lower();
+    }
+    panel.winId();
+    panel.windowHandle()->setTransientParent(window.windowHandle());
 }
 
 } // namespace
@@ -60,10 +94,8 @@ void HookStopPanel::show(const QString& applicationName, std::function<void()> s
     mPanel->setCloseButton(button);
     QObject::connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), mPanel.get()), &QShortcut::activated, mPanel.get(),
                      [] { NSApplication::sharedApplication()->terminate(); }); // the panel has no menu with this shortcut
-    if (const QWidget* front = QApplication::activeWindow()) {
-        mPanel->winId();
-        mPanel->windowHandle()->setTransientParent(front->windowHandle()); // keeps the panel in front of its window
-    }
+    if (const QWidget* front = windowInFront())
+        attach(*mPanel, *front);
     mPanel->show();
     qApp->installEventFilter(this);
 }

@@ -141,6 +141,11 @@ class AppletCase(unittest.TestCase):
         if self.is_wayland:
             self.skipTest("a Wayland desktop does not let a program do that")
 
+    def in_front(self):
+        """Answers the title of the window that has the keyboard; empty when none has."""
+        front = self.display.front()
+        return self.display.title(front) if front else ""
+
     def start(self, name, source, **more):
         self.applets[name] = Applet(self, name, source, **more)
         return self.applets[name]

@@ -31,16 +31,10 @@ ITEMS = ", ".join(f'"item {number}"' for number in range(300))
 
 class Windows(accessibility.AccessibleCase):
     def named(self, name):
-        return self.display_tool("search", "--onlyvisible", "--name", "^" + name + "$")
-
-    def display_tool(self, *words):
-        return subprocess.run(["xdotool", *words], env=self.display.environment, capture_output=True, text=True).stdout.split()
-
-    def active(self):
-        return " ".join(self.display_tool("getactivewindow", "getwindowname"))
+        return self.display.windows(name)
 
     def goes_to(self, name):
-        until(lambda: self.active() == name, f"“{name}” to have the keyboard, which {self.active()!r} has")
+        until(lambda: self.in_front() == name, f"“{name}” to have the keyboard, which {self.in_front()!r} has")
 
     def calls(self, applet):
         return applet.said(applet.name).count("1")
@@ -50,7 +44,7 @@ class Windows(accessibility.AccessibleCase):
         since, seen = self.calls(applet), set()
 
         def look():
-            seen.add(self.active())
+            seen.add(self.in_front())
             return self.calls(applet) >= since + 3
 
         until(look, "idle calls")
@@ -89,6 +83,7 @@ class Windows(accessibility.AccessibleCase):
         self.assertIn("Normal", self.property_of(window, "WM_STATE"))
 
     def test_a_window_that_appears_by_itself_does_not_take_the_keyboard(self):
+        self.needs_x_server()
         self.other_window()
         applet = self.start("Shy", RESTLESS.replace("NAME", "Shy") + "on quit\ncontinue quit\nend quit", options=["-s"])
         until(lambda: self.named("Shy"), "the window")
@@ -105,7 +100,7 @@ class Windows(accessibility.AccessibleCase):
             self.switch_to(other)
             self.osascript("-e", f'tell application "{name}" to activate')
             self.goes_to("Asking " + name)  # the dialog, because its window cannot be used meanwhile
-            applet.xdotool("key", "Return")
+            applet.press("Return")
             self.noted("answered\n")
             (self.folder / "noted").unlink()
 
@@ -117,8 +112,8 @@ class Windows(accessibility.AccessibleCase):
             applet = self.start(name, ("set progress total steps to 3\n" if sheet else "") + 'display dialog "Well?" with title "Sign in"\n'
                                 'display alert "So?"\nchoose from list {1} with title "Which"')
             for title in ("Sign in", name, "Which"):
-                until(lambda: self.active() == title and self.named(title), f"a dialog called “{title}”")
-                applet.xdotool("key", "Return" if title != "Which" else "Escape")
+                until(lambda: self.in_front() == title and self.named(title), f"a dialog called “{title}”")
+                applet.press("Return" if title != "Which" else "Escape")
             applet.ends()
 
     def test_mode_shows_the_applet_under_test_by_its_name(self):
@@ -165,17 +160,19 @@ class Windows(accessibility.AccessibleCase):
         return x >= left and y >= top and x + inner_width + right <= width and y + inner_height + bottom <= height
 
     def test_a_dialog_hangs_on_a_window_that_has_only_just_appeared(self):
+        self.needs_x_server()
         for number in range(10):
             applet = self.start(f"Early{number}", f"choose from list {{{ITEMS}}}")
             until(lambda: self.shown("OK", "push button") and len(self.named(applet.name)) == 2, "the sheet")
             middles = []
             for window in self.named(applet.name):
-                numbers = {key: int(value) for key, value in (line.split("=") for line in self.display_tool("getwindowgeometry", "--shell", window))}
+                numbers = {key: int(value) for key, value in (line.split("=") for line in self.display.tool("getwindowgeometry", "--shell", window))}
                 middles.append(numbers["X"] + numbers["WIDTH"] / 2)
             self.assertAlmostEqual(*middles, delta=6)
             applet.kill()
 
     def test_a_long_list_leaves_its_buttons_on_the_screen(self):
+        self.needs_x_server()
         self.addCleanup(self.display.environment.pop, "QT_SCALE_FACTOR")
         for scale in ("1", "2"):
             self.display.environment["QT_SCALE_FACTOR"] = scale
@@ -183,11 +180,12 @@ class Windows(accessibility.AccessibleCase):
                 applet = self.start(f"List{scale}{form}", f"{before}choose from list {{{ITEMS}}}")
                 until(lambda: self.shown("OK", "push button") and len(self.named(applet.name)) == 2, "the sheet")
                 applet.picture("list")
-                self.assertTrue(self.is_within(self.display_tool("getactivewindow")[0], 1024, 640), (scale, form))
-                applet.xdotool("key", "Escape")
+                self.assertTrue(self.is_within(self.display.tool("getactivewindow")[0], 1024, 640), (scale, form))
+                applet.press("Escape")
                 applet.ends()
 
     def test_windows_fit_a_small_screen(self):
+        self.needs_x_server()
         self.display = harness.Display("800x600")
         self.addCleanup(self.display.close)
         self.display.environment["QT_SCALE_FACTOR"] = "2"
@@ -204,10 +202,10 @@ class Windows(accessibility.AccessibleCase):
                                    ("Addressing", "choose URL", dict(info={"KVBUseStandardOSAXEN": True}))):
             applet = self.start(name, source, **more)
             title = {"Asking": "Sheet", "Colourful": "Choose a Color", "Addressing": "Choose a URL"}.get(name, name)
-            until(lambda: self.named(title) and self.active() == title, f"the window “{title}”")
+            until(lambda: self.named(title) and self.in_front() == title, f"the window “{title}”")
             applet.rests()
             applet.picture("small-screen")
-            for window in self.named(".*"):
+            for window in self.display.tool("search", "--onlyvisible", "--name", ".*"):
                 if self.property_of(window, "WM_STATE").find("Normal") >= 0:
                     self.assertTrue(self.is_within(window, 800, 600), name)
             applet.kill()
@@ -219,13 +217,13 @@ class Windows(accessibility.AccessibleCase):
         run = self.find("Run", "push button")
         applet.key("Return")
         until(lambda: not self.is_enabled(run), "Run to be out of use")
-        applet.xdotool("key", "Return")
-        applet.xdotool("key", "space")
+        applet.press("Return")
+        applet.press("space")
         applet.picture("running")
         (self.folder / "go").touch()
         until(lambda: self.is_enabled(run), "Run to be of use again")
         self.assertEqual(applet.said("runs"), "1\n")
-        applet.xdotool("key", "space")  # the button has the focus again
+        applet.press("space")  # the button has the focus again
         until(lambda: applet.said("runs") == "1\n1\n", "the second run")
 
     def test_the_progress_of_a_call_goes_with_the_call(self):
@@ -258,6 +256,7 @@ class Windows(accessibility.AccessibleCase):
         applet.ends()
         for display in ("", ":7654"):
             environment = dict(applet.environment(), DISPLAY=display)
+            environment.pop("WAYLAND_DISPLAY", None)
             if not display:
                 del environment["QT_QPA_PLATFORM"]
             ended = subprocess.run([str(self.folder / "Blind.app/Contents/Linux/Blind")], env=environment, capture_output=True, text=True, timeout=harness.DEADLINE)
