@@ -242,6 +242,17 @@ TEST(DisplayDialog, AnAnswerBeginsWhereItsWritingDoes) {
     EXPECT_EQ(conversation.result().find("ttxt"_4cc)->asUTF8(), "x");
 }
 
+TEST(DisplayDialog, AnAnswerStandsInTheMiddleOfItsField) {
+    DialogShell shell;
+    const Conversation conversation(displayDialog({{"dtxt"_4cc, text("nobody")}}), [](QDialog& dialog) {
+        auto* field = dialog.findChild<AnswerField*>(u"answerField"_s);
+        const int middle = field->viewport()->mapTo(field, field->cursorRect().center()).y();
+        EXPECT_NEAR(middle, field->rect().center().y(), 1);
+        press(u"OK"_s)(dialog);
+    });
+    EXPECT_TRUE(conversation.dialogWasSeen());
+}
+
 TEST(DisplayDialog, ItsTextIsCopiedAndPagedThroughByKeys) {
     DialogShell shell;
     const QByteArray longText = QByteArray("many words ").repeated(2000);

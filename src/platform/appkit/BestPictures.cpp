@@ -12,6 +12,7 @@ namespace {
 
 // the most pixels that are decoded of a file with several pictures
 constexpr qint64 kMostPixels = (qint64{ImageFile::kMostMegabytes} << 20) / 4;
+constexpr int kLeastDrawing = 256;                 // pixels to a side, as many as any icon is shown with
 constexpr qint64 kUnknownPixels = qint64{1} << 20; // taken for an icon that does not say how large it is
 
 struct Candidate {
@@ -47,6 +48,7 @@ QList<QImage> bestPictures(ImageFile& file, const QString& name, int extent, int
     QList<QImage> pictures;
     QSize leftOut;
     qint64 pixelsLeft = kMostPixels;
+    const QSize leastDrawing = QSize(kLeastDrawing, kLeastDrawing).boundedTo({extent, extent});
     for (const Candidate& candidate : candidatesOf(file, extent)) {
         const bool isKnown = !candidate.size.isEmpty();
         if (isKnown && pictures.size() == most)
@@ -59,7 +61,7 @@ QList<QImage> bestPictures(ImageFile& file, const QString& name, int extent, int
             continue;
         }
         pixelsLeft -= candidate.pixels();
-        const QImage picture = file.select(candidate.index) ? file.read({extent, extent}) : QImage();
+        const QImage picture = file.select(candidate.index) ? file.read({extent, extent}, leastDrawing) : QImage();
         if (!picture.isNull())
             pictures << picture;
     }

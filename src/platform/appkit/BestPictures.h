@@ -12,7 +12,8 @@ namespace quoddle {
 
 class ImageFile;
 
-/// At most `most` pictures of different sizes, the largest first; pictures larger than `extent` pixels to a side are made smaller. Pictures
+/// At most `most` pictures of different sizes, the largest first; pictures larger than `extent` pixels to a side are made smaller, and
+/// drawings of lines are made as large as icons are shown, because their own size says nothing about their quality. Pictures
 /// that are just large enough are preferred to larger ones, which take longer to decode, and larger ones to pictures that are too small.
 /// The list is empty when no picture can be read. The log then says why, and it says so when a picture was too large to be read; there the
 /// file is called `name`.

@@ -162,7 +162,7 @@ QSize ImageFile::size() const {
     return mReader.transformation() & QImageIOHandler::TransformationRotate90 ? size.transposed() : size;
 }
 
-QImage ImageFile::read(QSize largest) {
+QImage ImageFile::read(QSize largest, QSize least) {
     if (!mReader.device())
         return {};
     const QSize size = mReader.size();
@@ -173,7 +173,11 @@ QImage ImageFile::read(QSize largest) {
     }
     const bool isLarge = bytesWhileDecoding(size, mReader.imageFormat()) > qint64{kMostMegabytes} << 20;
     const bool isReduced = size.width() > largest.width() || size.height() > largest.height();
-    mReader.setScaledSize(isReduced ? size.scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1}) : QSize());
+    const bool isSmallDrawing = mReader.format().startsWith("svg") && size.width() < least.width() && size.height() < least.height();
+    const QSize scaled = isReduced        ? size.scaled(largest, Qt::KeepAspectRatio).expandedTo({1, 1})
+                         : isSmallDrawing ? size.scaled(least, Qt::KeepAspectRatio).expandedTo({1, 1})
+                                          : QSize();
+    mReader.setScaledSize(scaled);
     const QImage image = mReader.read();
     if (image.isNull()) {
         mProblem = isLarge ? u"it has %1, which take more than %2 MiB"_s.arg(measures).arg(kMostMegabytes)

@@ -30,9 +30,10 @@ public:
     bool select(int index);
     /// The size of the selected picture, upright; empty when it is not known.
     QSize size() const;
-    /// The selected picture, made smaller where it is larger than `largest`. Null when there is none, when it has more than 16384 pixels to
-    /// a side, or when decoding it takes more than `kMostMegabytes`.
-    QImage read(QSize largest);
+    /// The selected picture, made smaller where it is larger than `largest`, and larger where it is a drawing of lines that is smaller than
+    /// `least`. Null when there is none, when it has more than 16384 pixels to a side, or when decoding it takes more than
+    /// `kMostMegabytes`.
+    QImage read(QSize largest, QSize least = {});
     /// Why there is no picture, in words for a log; empty while there is no reason.
     const QString& problem() const { return mProblem; }
 

@@ -3,6 +3,7 @@
 
 #include "platform/appkit/NSApplication.h"
 #include "platform/appkit/NSWindow.h"
+#include "platform/appkit/StockIcons.h"
 #include "platform/appkit/WindowLayout.h"
 #include "ui_NSAlert.h"
 
@@ -30,7 +31,9 @@ QPixmap iconOf(NSAlertStyle style, const QWidget& dialog) {
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     const QIcon icon = QApplication::windowIcon();
-    icon.paint(&painter, QRect(0, 0, kIconSize, kIconSize));
+    const QPixmap own = pixmapForIcon(icon, kIconSize, ratio);
+    const QSizeF size = own.deviceIndependentSize();
+    painter.drawPixmap(QPointF((kIconSize - size.width()) / 2, (kIconSize - size.height()) / 2), own);
     if (style != NSAlertStyle::critical)
         return pixmap;
     const QRectF badge = icon.isNull() ? QRectF(4, 4, 40, 40) : QRectF(kIconSize - 22, kIconSize - 22, 21, 21);
@@ -75,7 +78,7 @@ void NSAlert::setInformativeText(const QString& text) {
 
 void NSAlert::setIcon(const QIcon& icon) {
     mHasOwnIcon = !icon.isNull();
-    mUi->iconView->setPixmap(icon.pixmap(kIconSize));
+    mUi->iconView->setPixmap(pixmapForIcon(icon, kIconSize, mPanel->devicePixelRatioF()));
 }
 
 QPushButton* NSAlert::addButton(const QString& title) {

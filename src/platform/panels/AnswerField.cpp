@@ -16,6 +16,7 @@ namespace {
 constexpr int kMostLines = 10;
 constexpr int kLeastWidth = 120;
 constexpr int kTextMargin = 2;
+constexpr int kSpaceAbove = 2; // as much as below, where the text has its leading
 
 } // namespace
 
@@ -26,6 +27,7 @@ AnswerField::AnswerField(QWidget* parent) : QPlainTextEdit(parent) {
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     document()->setDocumentMargin(kTextMargin);
+    setViewportMargins(0, kSpaceAbove, 0, 0);
     viewport()->setAutoFillBackground(false); // the style draws the frame together with the background
     connect(this, &QPlainTextEdit::textChanged, this, &AnswerField::alignToWriting);
     connect(this, &QPlainTextEdit::textChanged, this, &AnswerField::fitHeight);
@@ -56,7 +58,7 @@ void AnswerField::fitHeight() {
     const bool scrolls = document()->size().height() > mostLines;
     setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
     const int margins = 2 * (kTextMargin + frameWidth()) + contentsMargins().top() + contentsMargins().bottom();
-    const int height = lines * fontMetrics().lineSpacing() + margins + 2;
+    const int height = lines * fontMetrics().lineSpacing() + margins + kSpaceAbove;
     if (height != minimumHeight())
         setFixedHeight(height);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/updater/UpdatePanel.h"
 
+#include "platform/appkit/StockIcons.h"
 #include "ui_UpdatePanel.h"
 
 #include <utility>
@@ -19,7 +20,7 @@ constexpr int kIconSize = 64;
 
 UpdatePanel::UpdatePanel(const UpdateDescription& update, const QIcon& icon) : mUi(std::make_unique<Ui::UpdatePanel>()) {
     mUi->setupUi(this);
-    mUi->iconView->setPixmap(icon.pixmap(kIconSize));
+    mUi->iconView->setPixmap(pixmapForIcon(icon, kIconSize, devicePixelRatioF()));
     QFont bold = mUi->messageView->font();
     bold.setBold(true);
     mUi->messageView->setFont(bold);

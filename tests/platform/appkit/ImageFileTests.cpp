@@ -51,6 +51,18 @@ TEST_F(ImageFileTest, IsDecodedNoLargerThanAsked) {
     EXPECT_EQ(iconFromImageFile(folder.filePath(u"large.png"_s)).availableSizes(), QList<QSize>{QSize(1024, 512)});
 }
 
+TEST_F(ImageFileTest, ASmallDrawingIsDrawnInTheSizeOfIcons) {
+    const auto drawing = [this](int width, int height) {
+        return write(u"drawing.svg"_s, QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='" + QByteArray::number(width) +
+                                                  "' height='" + QByteArray::number(height) + "'><circle cx='8' cy='8' r='7'/></svg>"));
+    };
+    EXPECT_EQ(iconFromImageFile(drawing(16, 16)).availableSizes(), QList<QSize>{QSize(256, 256)});
+    EXPECT_EQ(iconFromImageFile(drawing(16, 8)).availableSizes(), QList<QSize>{QSize(256, 128)});
+    EXPECT_EQ(iconFromImageFile(drawing(300, 16)).availableSizes(), QList<QSize>{QSize(300, 16)});
+    EXPECT_EQ(ImageFile(drawing(16, 16)).read(kAnySize).size(), QSize(16, 16));
+    EXPECT_EQ(iconFromImageFile(picture(u"small.png"_s, 16, 16)).availableSizes(), QList<QSize>{QSize(16, 16)});
+}
+
 TEST_F(ImageFileTest, WaitsForNoPipe) {
     const QString pipe = folder.filePath(u"pipe.png"_s);
     ASSERT_EQ(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
