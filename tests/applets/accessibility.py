@@ -39,6 +39,8 @@ class AccessibleCase(harness.AppletCase):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
+        width, height = cls.display.size
+        cls.display.point((width - 1, height - 1))  # from now on there is a pointer, which windows take note of when they appear
         environment = cls.display.environment
         cls.bus = harness.SessionBus(environment)
         environment.update(DBUS_SESSION_BUS_ADDRESS=cls.bus.address, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
@@ -81,8 +83,30 @@ class AccessibleCase(harness.AppletCase):
     def find(self, name, role=None):
         return until(lambda: self.shown(name, role), f"{role or 'control'} “{name}”")
 
+    def area(self, control):
+        """Answers where a control of the window in front is on the screen, as x, y, width and height, when it has come to rest: a desktop
+        may still be moving a window that has just been shown."""
+        places = [None]
+
+        def stays():
+            area = control.get_extents(self.atspi.CoordType.SCREEN)
+            if self.is_wayland:  # windows do not know where they are, so places of controls are relative to where they think
+                window, content = self.window_of(control).get_extents(self.atspi.CoordType.SCREEN), self.display.content()
+                if not content or content[2:] != (window.width, window.height):  # another window is still in front
+                    return False
+                area.x, area.y = area.x - window.x + content[0], area.y - window.y + content[1]
+            places.append((area.x, area.y, area.width, area.height))
+            time.sleep(0.05)
+            return places[-1] == places[-2] and area
+
+        return until(stays, "the control to stay in its place")
+
+    def window_of(self, control):
+        above = control.get_parent()
+        return control if above.get_role_name() == "application" else self.window_of(above)
+
     def middle(self, control):
-        area = control.get_extents(self.atspi.CoordType.SCREEN)
+        area = self.area(control)
         return area.x + area.width // 2, area.y + area.height // 2
 
     def is_enabled(self, control):
@@ -94,19 +118,12 @@ class AccessibleCase(harness.AppletCase):
         self.applet = self.start(name, handlers + ASKING.replace("ASK", question), **more)
         return self.applet
 
-    def click(self, control, *options):
-        """Clicks the control when it has come to rest: the window manager may still be moving a window that has just been shown."""
-        places = [None]
-
-        def stays():
-            places.append(self.middle(control))
-            time.sleep(0.05)
-            return places[-1] == places[-2]
-
-        until(stays, "the control to stay in its place")
-        self.applet.xdotool("mousemove", *map(str, places[-1]))
+    def click(self, control, times=1):
+        self.display.point(self.middle(control))
         time.sleep(0.1)
-        self.applet.xdotool("click", *options, "1")
+        for _ in range(times):
+            self.display.hold()
+            self.display.let_go()
 
     def picture(self, label):
         time.sleep(0.4)

@@ -215,7 +215,7 @@ class Dialogs(accessibility.AccessibleCase):
         self.assertFalse(self.is_enabled(self.find("OK", "push button")))
         self.keys("c", to=cell)
         self.picture("list-window")
-        self.click(self.find("banana", "table cell"), "--repeat", "2", "--delay", "60")
+        self.click(self.find("banana", "table cell"), times=2)
         self.assertEqual(self.answer_of(asking), '{"banana"}')
 
         asking = self.from_outside('choose from list {"apple"}')

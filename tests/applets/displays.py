@@ -21,10 +21,11 @@ def dies_with_us():
 class Display:
     """An X server and a window manager that has begun to manage it. Windows are known by numbers, as on the other desktop."""
 
-    def __init__(self, size="1024x640"):
+    def __init__(self, size=(1024, 640)):
+        self.size = size
         read, write = os.pipe()
         # Without -noreset a server starts over when its last client leaves, and takes a window manager that is just connecting with it.
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"],
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "{}x{}x24".format(*size), "-nolisten", "tcp", "-noreset"],
                                        pass_fds=[write], stderr=subprocess.DEVNULL, preexec_fn=dies_with_us)
         os.close(write)
         number = os.fdopen(read).readline().strip()
@@ -76,20 +77,40 @@ class Display:
     def type(self, text):
         self.tool("type", "--delay", "15", text)
 
+    def point(self, *places):
+        """Moves the pointer, from one place on the screen to the next."""
+        self.tool(*(str(word) for x, y in places for word in ("mousemove", round(x), round(y))))
+
+    def hold(self):
+        """Presses the left button, which stays down."""
+        self.tool("mousedown", "1")
+
+    def let_go(self):
+        self.tool("mouseup", "1")
+
     def picture(self, path):
         subprocess.run(["import", "-window", "root", path], env=self.environment)
+
+    def pixels(self, x, y, width, height):
+        """Answers the colours on the screen, three bytes for each pixel."""
+        return subprocess.run(["import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-"], env=self.environment,
+                              capture_output=True, check=True).stdout
 
 
 class WaylandDesktop:
     """A Wayland desktop without a screen and without an X server. Programs cannot place their windows there, nor learn where these are; keys
-    go to the window that has the keyboard, and a pointer that a test could move is not there."""
+    go to the window that has the keyboard."""
     NOBODY = 65534  # sway does not run as root
+    size = 1280, 720
 
-    def __init__(self):
+    def __init__(self, programs=None):
+        """The folder of programs has the one that is the pointer."""
+        self.programs, self.pointer = programs, None
         self.folder = pathlib.Path(tempfile.mkdtemp())
         self.folder.chmod(0o700)
         settings = self.folder / "settings"
-        settings.write_text("xwayland disable\nfor_window [title=\".*\"] floating enable\n")
+        settings.write_text("xwayland disable\nfor_window [title=\".*\"] floating enable\n"
+                            "for_window [app_id=\"dragsource\"] border none, move position 0 0\nno_focus [app_id=\"dragsource\"]\n")
         nobody = {"user": self.NOBODY, "group": self.NOBODY, "extra_groups": []} if os.getuid() == 0 else {}
         if nobody:
             os.chown(self.folder, self.NOBODY, self.NOBODY)
@@ -104,8 +125,10 @@ class WaylandDesktop:
         self.keyboard = subprocess.Popen(["wtype", "-s", "3600000"], env=self.environment, preexec_fn=dies_with_us)
 
     def close(self):
-        self.keyboard.kill()
-        self.keyboard.wait()
+        for process in (self.keyboard, self.pointer):
+            if process:
+                process.kill()
+                process.wait()
         self.server.terminate()
         self.server.wait()
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -147,5 +170,36 @@ class WaylandDesktop:
     def type(self, text):
         subprocess.run(["wtype", "-d", "15", text], env=self.environment, check=True)
 
+    def _pointer_does(self, what):
+        if not self.pointer:
+            self.pointer = subprocess.Popen([self.programs / "waylandpointer"], env=self.environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                                            bufsize=1, preexec_fn=dies_with_us)
+        self.pointer.stdin.write(what + "\n")
+        if self.pointer.stdout.readline() != "done\n":
+            raise AssertionError("the pointer cannot " + what)
+
+    def point(self, *places):
+        for x, y in places:
+            self._pointer_does(f"move {round(x)} {round(y)} {self.size[0]} {self.size[1]}")
+
+    def hold(self):
+        self._pointer_does("press")
+
+    def let_go(self):
+        self._pointer_does("release")
+
+    def content(self):
+        """Answers where the window in front is without its frame, as x, y, width and height; None when there is none, or when its frame has
+        not been drawn yet."""
+        for node in self._nodes():
+            if node["focused"] and node["deco_rect"]["height"]:
+                outer, inner = node["rect"], node["window_rect"]
+                return outer["x"] + inner["x"], outer["y"] + inner["y"], inner["width"], inner["height"]
+        return None
+
     def picture(self, path):
         subprocess.run(["grim", path], env=self.environment)
+
+    def pixels(self, x, y, width, height):
+        shot = subprocess.run(["grim", "-g", f"{x},{y} {width}x{height}", "-t", "ppm", "-"], env=self.environment, capture_output=True, check=True).stdout
+        return shot[-3 * width * height:]

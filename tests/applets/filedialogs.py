@@ -82,10 +82,10 @@ class FileDialogs(accessibility.AccessibleCase):
 
     def test_a_bundle_is_one_file_and_a_folder_is_entered(self):
         self.ask("Bundle", 'jot(POSIX path of (choose file default location (POSIX file "FOLDER/stuff")))')
-        self.click(self.row("Reports"), "--repeat", "2", "--delay", "60")
+        self.click(self.row("Reports"), times=2)
         self.row("2027")
         self.click(self.find("Back"))
-        self.click(self.row("Tool.app"), "--repeat", "2", "--delay", "60")
+        self.click(self.row("Tool.app"), times=2)
         self.noted(f"{self.folder}/stuff/Tool.app/")
 
     def test_a_folder_that_is_typed(self):

@@ -125,7 +125,7 @@ class AppletCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.is_wayland = os.environ.get("QUODDLE_TEST_DESKTOP") == "wayland"
-        cls.display = WaylandDesktop() if cls.is_wayland else Display()
+        cls.display = WaylandDesktop(binaries()) if cls.is_wayland else Display()
 
     @classmethod
     def tearDownClass(cls):

@@ -186,7 +186,7 @@ class Windows(accessibility.AccessibleCase):
 
     def test_windows_fit_a_small_screen(self):
         self.needs_x_server()
-        self.display = harness.Display("800x600")
+        self.display = harness.Display((800, 600))
         self.addCleanup(self.display.close)
         self.display.environment["QT_SCALE_FACTOR"] = "2"
 

@@ -4,7 +4,8 @@
 //     dragsource files|addresses|text [--list FILE] [NAME…]
 // Files are dragged as their addresses, addresses as they are written, texts as lines of plain text. The list has more names, separated by
 // null bytes. The program writes to standard output: "ready"; for each drag "begun", and "would copy" or "would not" for each answer of the
-// window below the pointer; and in the end the action that the window took, "copy" or "none".
+// window below the pointer (on Wayland, for each answer that differs from the one before); and in the end the action that the window took,
+// "copy" or "none".
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QDrag>
@@ -17,6 +18,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 #include <xcb/xcb.h>
 
@@ -53,7 +55,11 @@ void say(const char* word) {
     std::fflush(stdout);
 }
 
-/// Reports every answer of a target; the toolkit tells of changes only.
+void sayAnswer(bool isTaken) {
+    say(isTaken ? "would copy" : "would not");
+}
+
+/// Reports every answer of a target on an X server; the toolkit tells of changes only.
 class Answers final : public QAbstractNativeEventFilter {
 public:
     explicit Answers(xcb_connection_t* connection) {
@@ -69,8 +75,8 @@ public:
         const auto* event = static_cast<const xcb_client_message_event_t*>(message);
         if ((event->response_type & 0x7f) != XCB_CLIENT_MESSAGE || event->type != mStatus)
             return false;
-        const char* answer = event->data.data32[1] & 1 ? "would copy" : "would not";
-        QTimer::singleShot(0, [answer] { say(answer); }); // reported after the toolkit has handled the answer, too
+        const bool isTaken = event->data.data32[1] & 1;
+        QTimer::singleShot(0, [isTaken] { sayAnswer(isTaken); }); // reported after the toolkit has handled the answer, too
         return false;
     }
 
@@ -91,6 +97,8 @@ protected:
         auto* dragged = new QMimeData;
         mForm(*dragged, mNames);
         drag->setMimeData(dragged);
+        if (QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
+            connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) { sayAnswer(action != Qt::IgnoreAction); });
         QTimer::singleShot(0, this, [] { say("begun"); });
         say(drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::CopyAction) == Qt::CopyAction ? "copy" : "none");
     }
@@ -114,11 +122,9 @@ int main(int argc, char** argv) {
             return 2;
         names = QString::fromUtf8(list.readAll()).split(u'\0', Qt::SkipEmptyParts) + names.mid(2);
     }
-    const auto* x11 = application.nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
-        return 2;
-    Answers answers(x11->connection());
-    application.installNativeEventFilter(&answers);
+    std::optional<Answers> answers;
+    if (const auto* x11 = application.nativeInterface<QNativeInterface::QX11Application>())
+        application.installNativeEventFilter(&answers.emplace(x11->connection()));
     DragSource source(form, names);
     source.show();
     source.raise();
