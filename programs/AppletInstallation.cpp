@@ -10,7 +10,10 @@
 #include "platform/base/UserFolders.h"
 #include "platform/foundation/DesktopEntry.h"
 
+#include <filesystem>
+
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
@@ -46,24 +49,13 @@ struct Places {
     QMap<QString, IconPlaces> icons; ///< by the type of the file
 };
 
-std::string messageFor(const QString& path, OSStatus status) {
-    switch (status) {
-    case -54:
-        return printable(path) + ": no permission to write there";
-    case -34:
-        return printable(path) + ": the disk is full";
-    default:
-        return printable(path) + ": cannot be written (" + std::to_string(status) + ")";
-    }
-}
-
 /// Writes a file. Answers the error as a sentence; empty when there is none.
 std::string write(const QString& path, const std::string& bytes) {
     const QString folder = QFileInfo(path).path();
     if (!QDir().mkpath(folder))
         return printable(folder) + ": the folder cannot be made";
     const OSStatus status = writeFile(path.toStdString(), bytes);
-    return status == noErr ? "" : messageFor(path, status);
+    return status == noErr ? "" : unwritten(path, status);
 }
 
 /// Whether the path is in use: by a file, a folder, or a link, even one that leads nowhere.
@@ -83,29 +75,53 @@ bool isPackageForeign(const QString& path) {
     return text ? !isMIMEPackageOfOurs(*text) : stands(path);
 }
 
-/// Removes the icons, and the types with theirs. Icons in the theme are only ours beside a package.
-void removeIconsAndTypes(const Places& places) {
-    const bool hadTypes = stands(places.package) && !isPackageForeign(places.package);
-    for (const auto& [applet, documents] : places.icons) {
-        QFile::remove(applet);
-        if (hadTypes)
-            QFile::remove(documents);
-    }
+/// Whether there are types of the applet's own. Icons in the theme are only ours beside them.
+bool hasOwnTypes(const Places& places) {
+    return stands(places.package) && !isPackageForeign(places.package);
+}
+
+/// Removes files, which need not be there. Answers the first error as a sentence; empty when there is none.
+std::string removeFiles(const QStringList& paths) {
+    for (const QString& path : paths)
+        if (QFile file(path); stands(path) && !file.remove())
+            return printable(path) + ": cannot be removed: " + printable(file.errorString());
+    return "";
+}
+
+/// The files that an applet may have besides its entry, those first that are only known as ours by the ones behind them.
+QStringList partsOf(const Places& places) {
+    QStringList parts;
+    const bool hadTypes = hasOwnTypes(places);
+    for (const auto& [applet, documents] : places.icons)
+        parts << (hadTypes ? QStringList{applet, documents} : QStringList{applet});
     if (hadTypes)
-        QFile::remove(places.package);
+        parts << places.package;
+    if (!isServiceForeign(places.service))
+        parts << places.service;
+    return parts;
 }
 
 /// Removes all that may be there of an applet, the entry last: as long as it stands, the removal can be tried again.
 std::string removeAll(const Places& places, const QString& name) {
-    const std::string unwritable = printable(places.entry) + ": cannot be removed; no permission to write there";
     if (!QFileInfo(QFileInfo(places.entry).path()).isWritable())
-        return unwritable;
+        return printable(places.entry) + ": cannot be removed: no permission to write there";
     if (std::string error = removeDefaultPrograms(name + u".desktop"_s); !error.empty())
         return error;
-    if (!isServiceForeign(places.service))
-        QFile::remove(places.service);
-    removeIconsAndTypes(places);
-    return QFile::remove(places.entry) ? "" : unwritable;
+    return removeFiles(partsOf(places) << places.entry);
+}
+
+/// Removes what writers that were killed have left in the folders of an applet's files.
+void removeLeftovers(const Places& places) {
+    QStringList folders = {QString::fromStdString(configFolder())};
+    for (const QString& path : QStringList{places.entry, places.service, places.package})
+        folders << QFileInfo(path).path();
+    for (const auto& [applet, documents] : places.icons)
+        folders << QFileInfo(applet).path() << QFileInfo(documents).path();
+    const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-3600);
+    for (const QString& folder : std::as_const(folders))
+        for (const QFileInfo& left : QDir(folder).entryInfoList({u".quoddle-??????"_s}, QDir::Files | QDir::Hidden | QDir::NoSymLinks))
+            if (left.lastModified() < longAgo)
+                QFile::remove(left.filePath());
 }
 
 void runIfThere(const QString& name, const QStringList& words) {
@@ -141,23 +157,30 @@ bool isExpressible(const QString& path) {
     });
 }
 
-/// Writes the parts. The entry comes last, so that the desktop never sees it without the others; before the first of them stands at least a
-/// record, so that an installation which is killed can be taken back.
+/// Writes the parts, and removes those of an earlier installation that are no longer wanted. The entry comes last, so that the desktop
+/// never sees it without the others; before the first of them stands at least a record, so that an installation which is killed can be
+/// taken back.
 std::string writeParts(const DesktopApplet& applet, const Places& places, const std::optional<Icon>& icon, DefaultProgram defaults) {
-    removeIconsAndTypes(places);
+    QStringList unwanted = partsOf(places);
     std::vector<std::pair<QString, std::string>> files;
     if (!stands(places.entry))
         files.emplace_back(places.entry, hiddenEntryText(applet));
     if (icon)
         files.emplace_back(places.icons[icon->type].applet, icon->bytes);
-    if (icon && !applet.ownTypes.isEmpty() && !stands(places.icons[icon->type].documents))
-        files.emplace_back(places.icons[icon->type].documents, icon->bytes);
-    if (!applet.ownTypes.isEmpty())
+    if (!applet.ownTypes.isEmpty()) {
         files.emplace_back(places.package, mimePackageText(applet));
+        // Behind the package, which tells that the icon is ours.
+        if (const QString path = icon ? places.icons[icon->type].documents : QString(); icon && (unwanted.contains(path) || !stands(path)))
+            files.emplace_back(path, icon->bytes);
+    }
     files.emplace_back(places.service, serviceText(applet));
-    for (const auto& [path, bytes] : files)
+    for (const auto& [path, bytes] : files) {
+        unwanted.removeAll(path);
         if (std::string error = write(path, bytes); !error.empty())
             return error;
+    }
+    if (std::string error = removeFiles(unwanted); !error.empty())
+        return error;
     QStringList types = applet.mimeTypes;
     for (const OwnType& type : applet.ownTypes)
         types << type.mimeType;
@@ -166,9 +189,11 @@ std::string writeParts(const DesktopApplet& applet, const Places& places, const 
     return write(places.entry, desktopEntryText(applet));
 }
 
-QString canonicalOr(const QString& path) {
-    const QString canonical = QFileInfo(path).canonicalFilePath();
-    return canonical.isEmpty() ? QDir::cleanPath(QFileInfo(path).absoluteFilePath()) : canonical;
+/// The path without links, as far as there is something at it.
+QString canonical(const QString& path) {
+    std::error_code error;
+    const auto found = std::filesystem::weakly_canonical(QFileInfo(path).absoluteFilePath().toStdString(), error);
+    return error ? QDir::cleanPath(QFileInfo(path).absoluteFilePath()) : QString::fromStdString(found.string());
 }
 
 QStringList installedNames() {
@@ -186,7 +211,7 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
     const Places places(name);
     DesktopApplet applet{.desktopName = name,
                          .title = bundle.name(),
-                         .bundlePath = canonicalOr(bundle.bundlePath()),
+                         .bundlePath = canonical(bundle.bundlePath()),
                          .shell = QString::fromStdString(shell),
                          .tool = QCoreApplication::applicationFilePath()};
     if (!isExpressible(applet.bundlePath) || !isExpressible(applet.shell) || !isExpressible(applet.tool))
@@ -212,10 +237,11 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
             (void)removeAll(places, name);
         return Failure{std::move(error)};
     }
+    removeLeftovers(places);
     tellDesktop();
     if (hadTypes || !applet.ownTypes.isEmpty())
         tellOfTypes();
-    const bool isOther = before && canonicalOr(*before) != applet.bundlePath && QFileInfo::exists(*before);
+    const bool isOther = before && canonical(*before) != applet.bundlePath && QFileInfo::exists(*before);
     return Installed{places.entry, isOther ? *before : QString()};
 }
 
@@ -223,7 +249,7 @@ std::optional<InstalledApplet> findInstalledFrom(const QString& folder) {
     for (const QString& name : installedNames()) {
         const QString entry = desktopEntryPath(name);
         const QString bundle = desktopEntryValue(entry, kDesktopEntryBundleKey).value_or(QString());
-        if (QFileInfo(bundle).path() == folder)
+        if (canonical(QFileInfo(bundle).path()) == canonical(folder))
             return InstalledApplet{name, entry, bundle};
     }
     return std::nullopt;
@@ -234,7 +260,7 @@ Result<InstalledApplet, std::string> findInstalled(const std::string& word) {
     QStringList found;
     for (const QString& name : installedNames()) {
         const auto bundle = desktopEntryValue(desktopEntryPath(name), kDesktopEntryBundleKey);
-        if (canonicalOr(*bundle) == canonicalOr(text) || name == text || desktopEntryValue(desktopEntryPath(name), u"Name"_s) == text)
+        if (canonical(*bundle) == canonical(text) || name == text || desktopEntryValue(desktopEntryPath(name), u"Name"_s) == text)
             found << name;
     }
     if (found.isEmpty())
@@ -251,6 +277,7 @@ std::string uninstall(const InstalledApplet& applet) {
     const bool hadTypes = stands(places.package);
     if (std::string error = removeAll(places, applet.desktopName); !error.empty())
         return error;
+    removeLeftovers(places);
     tellDesktop();
     if (hadTypes)
         tellOfTypes();

@@ -63,4 +63,19 @@ std::string printable(const QString& text) {
     return out.toStdString();
 }
 
+std::string unwritten(const QString& path, OSStatus status) {
+    switch (status) {
+    case -54:
+        return printable(path) + ": no permission to write there";
+    case -34:
+        return printable(path) + ": the disk is full";
+    case -48:
+        return printable(path) + ": a link that leads nowhere";
+    case -120:
+        return printable(path) + ": there is no such folder";
+    default:
+        return printable(path) + ": cannot be written (" + std::to_string(status) + ")";
+    }
+}
+
 } // namespace quoddle::tool

@@ -2,6 +2,7 @@
 // Finds the applet that a word on the command line means, and prepares texts of applets for a terminal.
 #pragma once
 
+#include "platform/base/OSStatus.h"
 #include "platform/base/Result.h"
 #include "platform/foundation/NSBundle.h"
 
@@ -18,5 +19,8 @@ Result<std::string, std::string> findShell();
 
 /// The text in UTF-8 without control characters, so that no applet can control the terminal.
 std::string printable(const QString& text);
+
+/// Why a file was not written, as a sentence for an error of writeFile().
+std::string unwritten(const QString& path, OSStatus status);
 
 } // namespace quoddle::tool

@@ -24,6 +24,9 @@ std::string defaultsOfBefore() {
     return dataFolder() + "/applications/mimeapps.list";
 }
 
+/// A program that is never there. It stands in the user's line for programs that have gone, and what is behind it is ours.
+const QString kBound = u"quoddle-from-here.desktop"_s;
+
 bool isApplet(const QString& identifier) {
     return identifier.startsWith("applet-"_L1);
 }
@@ -33,16 +36,38 @@ bool isMarked(const QStringList& programs) {
     return programs.size() > 1 && std::any_of(programs.begin() + 1, programs.end(), isApplet);
 }
 
-/// Takes the applet out of all lines. Of one that was written down for applets, the default of before goes with the last of them; a line
-/// that the user has changed stays, as do all lines in which the applet is the first.
-void forget(MimeAppsList& list, const QString& identifier) {
+/// Takes the applet out of the lines of all types but those in which it stands first and that are to be kept. Of a line that was written
+/// down for applets, the default of before goes with the last of them; a line that the user has changed stays, as do all lines in which the
+/// applet is the first.
+void forget(MimeAppsList& list, const QString& identifier, const QStringList& kept = {}) {
     for (const QString& type : list.typesWith(identifier)) {
         const bool isBehind = list.programsFor(type).front() != identifier;
+        if (!isBehind && kept.contains(type))
+            continue;
         list.remove(type, identifier);
         const QStringList left = list.programsFor(type);
-        if (isBehind && left.size() == 1)
+        const qsizetype bound = left.indexOf(kBound);
+        if (bound >= 0 && std::none_of(left.begin() + bound, left.end(), isApplet))
+            for (const QString& program : left.mid(bound))
+                list.remove(type, program);
+        else if (isBehind && left.size() == 1)
             list.remove(type, left.front());
     }
+}
+
+/// Writes the default of before down in a list.
+void remember(MimeAppsList& list, const QString& type, const QString& before, const QString& identifier) {
+    const QStringList programs = list.programsFor(type);
+    if (programs.value(0) == identifier)
+        return;
+    if (isMarked(programs))
+        return list.append(type, identifier);
+    if (before.isEmpty() || std::any_of(programs.begin(), programs.end(), isApplicationInstalled))
+        return;
+    if (programs.isEmpty())
+        return list.add(type, {before, identifier});
+    for (const QString& program : {kBound, before, identifier})
+        list.append(type, program);
 }
 
 } // namespace
@@ -52,17 +77,12 @@ std::string setDefaultPrograms(const QString& identifier, const QStringList& typ
     for (const QString& type : types)
         before[type] = defaultApplicationOfType(type, identifier);
     MimeAppsList list(defaultsOfBefore());
-    forget(list, identifier);
+    forget(list, identifier, types);
     // A list that stands for both keeps the default of before behind the applet.
     std::error_code error;
     const bool isOneList = std::filesystem::equivalent(defaultsOfBefore(), ownChoices(), error);
-    for (const QString& type : isOneList&& which == DefaultProgram::applet ? QStringList() : types) {
-        const QStringList programs = list.programsFor(type);
-        if (programs.isEmpty() && !before[type].isEmpty())
-            list.add(type, {before[type], identifier});
-        else if (isMarked(programs))
-            list.append(type, identifier);
-    }
+    for (const QString& type : isOneList&& which == DefaultProgram::applet ? QStringList() : types)
+        remember(list, type, before[type], identifier);
     if (std::string fault = list.save(); !fault.empty())
         return fault;
     MimeAppsList choices(ownChoices());

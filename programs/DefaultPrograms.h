@@ -3,8 +3,9 @@
 //
 // Decision: without a word about it in a list of defaults, desktops take a program of the user's own folder before one of the system, and
 // so would take each new applet. Therefore the default of before is written down where the user's own choices come first: in the list in
-// the applications folder. Behind it stands the applet's name, which marks the line as ours; it goes with the last such name. A user who
-// wants the applet as the default gets it into the list of own choices, as the desktop's settings do.
+// the applications folder. Behind it stands the applet's name, which marks the line as ours; it goes with the last such name. A line of the
+// user's that names only programs which have gone gets all of this at its end. A user who wants the applet as the default gets it into the
+// list of own choices, as the desktop's settings do.
 #pragma once
 
 #include <string>

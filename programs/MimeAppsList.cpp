@@ -159,12 +159,14 @@ std::string MimeAppsList::save() const {
         return "";
     std::error_code error;
     if (text.isEmpty() && hadNoFile)
-        return std::filesystem::remove(mPath, error) ? "" : printable(QString::fromStdString(mPath)) + ": cannot be removed";
+        return std::filesystem::remove(mPath, error) ? ""
+                                                     : printable(QString::fromStdString(mPath)) + ": cannot be removed: " + error.message();
     std::filesystem::create_directories(std::filesystem::path(mPath).parent_path(), error);
-    const std::string shown = printable(QString::fromStdString(mPath));
+    const QString path = QString::fromStdString(mPath);
     if (!mIsReadable)
-        return shown + ": this list of default programs cannot be read; mend it, or move it away";
-    return writeFile(mPath, text.toStdString()) == noErr ? "" : shown + ": cannot be written";
+        return printable(path) + ": this list of default programs cannot be read; mend it, or move it away";
+    const OSStatus status = writeFile(mPath, text.toStdString());
+    return status == noErr ? "" : unwritten(path, status);
 }
 
 } // namespace quoddle::tool

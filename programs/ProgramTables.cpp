@@ -79,12 +79,13 @@ constexpr Command kQuoddleCommands[] = {
      1, SIZE_MAX, kCheckOptions},
     {"adopt", "APPLET", "make an applet of a Mac start here by itself",
      "Adds a start script and our settings, taken from those of Macs, to an applet that a Mac has saved, and tells what its\n"
-     "script needs that is not here, as check does. Nothing else of the bundle changes, least of all its script.\n",
+     "script needs that is not here, as check does. Nothing else of the bundle changes, least of all its script. APPLET\n"
+     "cannot be a packed one here.\n",
      1, 1},
     {"pack", "APPLET [-o NAME.appletz]", "make one file of an applet, to give away",
      "Writes NAME.appletz, by default the applet's own name, in the current folder. A file of this name is replaced. A double\n"
      "click on it runs the applet. The same applet makes the same file, byte for byte. Links that lead out of the applet are\n"
-     "an error.\n",
+     "an error. APPLET cannot be a packed one here.\n",
      1, 1, kPackOptions},
     {"install", "[--default] APPLET", "put an applet into the desktop's menu",
      "Makes a launcher, an icon and a service of the session bus below ~/.local/share, so that the desktop starts the\n"

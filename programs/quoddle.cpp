@@ -298,11 +298,12 @@ int uninstall(const tool::Arguments& arguments) {
     const bool isKept = !removal->keptFolder.isEmpty();
     if (isKept && AEFindRunningApplicationAtPath(removal->bundle.toStdString()))
         return fail(tool::printable(removal->bundle) + ": the applet runs, and its copy is to be removed; quit it first");
+    const bool hadCopy = isKept && QFileInfo::exists(removal->bundle);
     if (const std::string error = removal->installed ? tool::uninstall(*removal->installed) : ""; !error.empty())
         return fail(error);
     if (const QString error = isKept ? tool::removeKeptFolder(removal->keptFolder) : QString(); !error.isEmpty())
         return fail(tool::printable(error));
-    for (const QString& removed : {removal->installed ? removal->installed->entry : QString(), isKept ? removal->bundle : QString()})
+    for (const QString& removed : {removal->installed ? removal->installed->entry : QString(), hadCopy ? removal->bundle : QString()})
         if (!removed.isEmpty())
             std::cout << "Removed: " << tool::printable(removed) << "\n";
     return EXIT_SUCCESS;

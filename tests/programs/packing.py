@@ -28,9 +28,10 @@ class Packing(harness.AppletCase):
     def setUp(self):
         super().setUp()
         self.data, self.noted = self.folder / "data", self.folder / "noted"
+        (self.folder / "link").symlink_to(self.folder)  # the home of some users is one
         runtime = self.folder / "run"
         runtime.mkdir(mode=0o700, exist_ok=True)
-        self.environment = self.display.environment | {"HOME": str(self.folder), "XDG_DATA_HOME": str(self.data), "XDG_RUNTIME_DIR": str(runtime),
+        self.environment = self.display.environment | {"HOME": str(self.folder), "XDG_DATA_HOME": str(self.folder / "link/data"), "XDG_RUNTIME_DIR": str(runtime),
                                                        "QUODDLE_SHELL": str(binaries() / "quoddle-shell")}
 
     def call(self, *words, program="quoddle", **more):

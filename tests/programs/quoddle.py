@@ -236,9 +236,10 @@ class Quoddle(unittest.TestCase):
         shutil.copytree(bundle, copy)
         self.assertIn("takes the place of " + str(bundle), self.call("install", copy)[1])
         self.assertEqual(self.call("uninstall", bundle)[0], 1)
-        # The bundle may be gone when the applet is uninstalled.
+        # The bundle may be gone when the applet is uninstalled, and its path lead through a link.
         shutil.rmtree(copy)
-        self.assertEqual(self.call("uninstall", "copies/Some Tool.app")[0], 0)
+        (self.folder / "link").symlink_to("copies")
+        self.assertEqual(self.call("uninstall", "link/Some Tool.app")[0], 0)
         self.assertEqual(self.files(), before)
         for word in ("Some Tool", name):
             self.install(bundle)
@@ -276,9 +277,30 @@ class Quoddle(unittest.TestCase):
             place.unlink()
         shutil.rmtree(self.data)
         self.data.mkdir()
-        # When one part cannot be written, none is left behind.
+        # When one part cannot be written, none is left behind, and all of those that were there stay.
+        own = {"CFBundleIdentifier": "com.example.tool", "CFBundleIconFile": "applet", "CFBundleDocumentTypes": [{"CFBundleTypeExtensions": ["wombat"]}]}
+        bundle = self.make(icon=icns((b"ic07", png(128))), info=own)
+        for part in ("mime/packages", "dbus-1"):
+            (self.data / part).parent.mkdir(exist_ok=True)
+            (self.data / part).write_text("a file in the way")
+            self.assertEqual(self.call("install", bundle)[0], 1)
+            self.assertEqual([file for file in self.files() if file != part], [])
+            (self.data / part).unlink()
+        self.install(bundle)
+        before = self.files()
+        shutil.rmtree(self.data / "dbus-1")
         (self.data / "dbus-1").write_text("a file in the way")
         self.assertEqual(self.call("install", bundle)[0], 1)
+        self.assertEqual([file for file in self.files() if file != "dbus-1"], [file for file in before if not file.startswith("dbus-1")])
+        # When one part cannot be removed, that is said, and it can be tried again.
+        icon = self.data / "quoddle/icons/applet-com.example.tool.png"
+        icon.unlink()
+        (icon / "full").mkdir(parents=True)
+        done = self.call("uninstall", "Tool")
+        self.assertEqual((done[0], done[1]), (1, ""))
+        self.assertIn(f"{icon}: cannot be removed", done[2])
+        shutil.rmtree(icon)
+        self.assertEqual(self.call("uninstall", "Tool")[0], 0)
         self.assertEqual(self.files(), ["dbus-1"])
 
     def test_names_from_outside_write_no_lines_of_their_own(self):
@@ -364,6 +386,7 @@ class Quoddle(unittest.TestCase):
         lists = {"nothing": None, "an empty list": b"", "a heading": b"[Default Applications]\n", "other lines": others, "another group": b"# mine\n\n" + others[others.index(b"[Added"):],
                  "line ends of another system": others.replace(b"\n", b"\r\n"), "no end of the last line": others[:-1] + b"\n[Default Applications]",
                  "a choice": b"[Default Applications]\n text/plain =  zz-viewer.desktop\nimage/png=zz-viewer.desktop;no.desktop;;\n",
+                 "programs that have gone": b"[Default Applications]\nimage/png=gone.desktop\ntext/plain=gone.desktop;lost.desktop;\n",
                  "a line without programs": b"[Default Applications]\nimage/png=\n", "a line like ours": b"[Default Applications]\n#image/png=applet-com.example.Second.desktop\n"}
         for (what, before), isLink in itertools.product(lists.items(), (False, True)):
             if isLink and before is None:
@@ -419,6 +442,11 @@ class Quoddle(unittest.TestCase):
         choices.write_text(f"{head}text/plain=vim.desktop\n")
         self.assertEqual([self.call(*words)[0] for words in (("install", "--default", bundle), ("uninstall", "Own"))], [0, 0])
         self.assertEqual(choices.read_text(), f"{head}text/plain=vim.desktop\n")
+        # Installed again, the applet stays the default that the user has made it since.
+        self.assertEqual(self.call("install", bundle)[0], 0)
+        choices.write_text(f"{head}text/x-python={applet};vim.desktop;\n")
+        self.assertEqual(self.call("install", bundle)[0], 0)
+        self.assertEqual(choices.read_text(), f"{head}text/x-python={applet};vim.desktop;\n")
 
     def test_icons(self):
         small, good, large, oblong, huge = png(64), png(256), png(512), png(256, 128), png(2048)

@@ -3,6 +3,7 @@
 
 #include "platform/base/UserFolders.h"
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -22,6 +23,12 @@ void occupyClosedStreams() {
             (void)::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
+/// Makes a write beyond the limit on the size of files an error, instead of the end of the process. Programs that this one starts are
+/// ended as ever, because a handler is not handed on.
+void survivePastFileSizeLimit() {
+    std::signal(SIGXFSZ, [](int) {});
+}
+
 } // namespace
 
 void printVersion(const char* program) {
@@ -30,6 +37,7 @@ void printVersion(const char* program) {
 
 int programMain(const char* program, int argc, char** argv, int (*body)(int, char**)) {
     occupyClosedStreams();
+    survivePastFileSizeLimit();
     int status = EXIT_FAILURE;
     try {
         if (argc > 1 && std::strcmp(argv[1], "--version") == 0) {

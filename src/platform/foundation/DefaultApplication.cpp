@@ -127,6 +127,10 @@ QString defaultApplicationOfFile(const QString& path) {
     return identifier.isEmpty() ? QString() : nameOfApplication(identifier);
 }
 
+bool isApplicationInstalled(const QString& identifier) {
+    return !nameOfApplication(identifier).isEmpty();
+}
+
 QString defaultApplicationOfType(const QString& type, const QString& except) {
     return Desktop().defaultFor(QMimeDatabase().mimeTypeForName(type), except);
 }

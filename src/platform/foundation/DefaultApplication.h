@@ -15,4 +15,7 @@ QString defaultApplicationOfFile(const QString& path);
 /// were not installed; empty when there is none.
 QString defaultApplicationOfType(const QString& type, const QString& except);
 
+/// Whether the desktop entry with the identifier ("NAME.desktop") is there and can be started.
+bool isApplicationInstalled(const QString& identifier);
+
 } // namespace quoddle
