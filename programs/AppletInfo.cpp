@@ -18,8 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::size_t kMaximumScriptSize = std::size_t(128) << 20;
-
 /// The name of a handler, which is given as the event that it handles or as a word.
 QString handlerName(const AEDesc& name) {
     static constexpr struct {
@@ -39,7 +37,7 @@ QString handlerName(const AEDesc& name) {
 }
 
 Result<QStringList, OSStatus> handlersOf(const NSBundle& bundle) {
-    const auto bytes = readFile(scriptFileOf(bundle.bundlePath().toStdString()), kMaximumScriptSize);
+    const auto bytes = readFile(scriptFileOf(bundle.bundlePath().toStdString()), kLargestScript);
     if (!bytes)
         return Failure{bytes.error()};
     setUp();

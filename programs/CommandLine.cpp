@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <unicode/uchar.h>
 
 namespace quoddle::tool {
 
@@ -32,14 +31,6 @@ void addRow(std::string& out, const std::string& head, std::size_t width, std::s
         text.remove_prefix(end + 1);
         left.clear();
     }
-}
-
-/// Words on the command line may come from anywhere; they shall not control the terminal.
-std::string withoutControls(const std::string& message) {
-    std::u16string text = utf16FromUTF8(message);
-    std::replace_if(
-        text.begin(), text.end(), [](char16_t c) { return u_iscntrl(c); }, u'?');
-    return utf8FromUTF16(text);
 }
 
 int printMisuse(const Program& program, const std::string& message, const std::string& usage) {
@@ -103,8 +94,12 @@ private:
     std::string takeLetters(const std::string& word) {
         for (std::size_t i = 1; i < word.size(); ++i) {
             const Option* option = find(std::string_view(word).substr(i, 1));
-            if (!option)
-                return "unknown option -" + word.substr(i, 1);
+            if (!option) {
+                std::size_t end = i + 1;
+                while (end < word.size() && (word[end] & 0xC0) == 0x80) // the other bytes of a character
+                    ++end;
+                return "unknown option -" + word.substr(i, end - i);
+            }
             const bool takesRest = !option->value.empty();
             if (std::string fault = add(*option, takesRest ? word.substr(i + 1) : "", takesRest && i + 1 == word.size()); !fault.empty())
                 return fault;

@@ -25,7 +25,9 @@ struct Value {
     explicit Value(const QByteArray& line) : start(line.indexOf('=') + 1) {
         while (start < line.size() && (line[start] == ' ' || line[start] == '\t'))
             ++start;
-        programs = line.mid(start).split(';');
+        if (line.endsWith('\r'))
+            end = "\r";
+        programs = line.mid(start, line.size() - start - end.size()).split(';');
     }
     /// Blanks around names do not count.
     static bool isNamed(const QByteArray& word, const QString& program) { return QString::fromUtf8(word.trimmed()) == program; }
@@ -34,6 +36,7 @@ struct Value {
     }
     qsizetype start;         ///< where the first program begins
     QByteArrayList programs; ///< as they are written, with blanks
+    QByteArray end;          ///< what other systems end lines with
 };
 
 } // namespace
@@ -129,7 +132,7 @@ void MimeAppsList::remove(const QString& type, const QString& program) {
         if (value.programs.isEmpty())
             mLines.removeAt(*i);
         else
-            mLines[*i] = mLines[*i].left(value.start) + value.programs.join(';');
+            mLines[*i] = mLines[*i].left(value.start) + value.programs.join(';') + value.end;
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "JsonText.h"
 #include "platform/base/SourceEncoding.h"
+#include "platform/base/Text.h"
 #include "SourcePlace.h"
 
 #include <cstdlib>
@@ -27,12 +28,10 @@ std::string objectOf(const Finding& finding) {
            ", \"message\": " + inJSON(finding.message) + "}";
 }
 
-/// On one line: a message may quote texts of the script, and a name may be any.
+/// A message may quote texts of the script, in several lines.
 std::string inOneLine(std::string text) {
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < 0x20)
-            c = ' ';
-    return text;
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    return withoutControls(text);
 }
 
 std::optional<Finding> check(ComponentInstance instance, const ScriptSource& source) {
@@ -70,7 +69,7 @@ int checkScripts(ComponentInstance instance, const std::vector<ScriptSource>& so
         if (asJSON)
             std::cout << separator << "\n  " << objectOf(*finding);
         else
-            std::cout << inOneLine(finding->file) << ":" << finding->start.line << ":" << finding->start.column << ": "
+            std::cout << withoutControls(finding->file) << ":" << finding->start.line << ":" << finding->start.column << ": "
                       << inOneLine(finding->message) << "\n";
         separator = ",";
     }

@@ -26,8 +26,6 @@ namespace quoddle::tool {
 
 namespace {
 
-constexpr std::size_t kMaximumInput = std::size_t(128) << 20;
-
 bool equalIgnoringCase(const std::string& left, const std::string& right) {
     return std::equal(left.begin(), left.end(), right.begin(), right.end(),
                       [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
@@ -69,7 +67,7 @@ Result<std::string, OSStatus> readStream(const std::string& path) {
     const FileDescriptor stream(::open(path.c_str(), O_RDONLY | O_NOCTTY | O_CLOEXEC));
     if (!stream.isOpen())
         return Failure{statusFromErrno(errno)};
-    return readToEnd(stream.number(), kMaximumInput);
+    return readToEnd(stream.number(), kLargestScript);
 }
 
 } // namespace
@@ -97,9 +95,9 @@ Result<std::string, InputFault> readScript(const std::string& path, Input input)
         if (file != path && leadsOutOf(path, file))
             return Failure{InputFault{paramErr, "The script of the bundle is a link to a file elsewhere."}};
     }
-    auto bytes = path == "-"                      ? readToEnd(STDIN_FILENO, kMaximumInput)
+    auto bytes = path == "-"                      ? readToEnd(STDIN_FILENO, kLargestScript)
                  : file == path && isStream(path) ? readStream(path)
-                                                  : readFile(file, kMaximumInput);
+                                                  : readFile(file, kLargestScript);
     if (bytes)
         return std::move(*bytes);
     const bool isFolderOnly = file != path && bytes.error() == fnfErr;
@@ -110,7 +108,8 @@ std::optional<std::string> readInput(const Program& program, const std::string& 
     auto bytes = readScript(path, input);
     if (bytes)
         return std::move(*bytes);
-    std::cerr << program.name << ": " << (path == "-" ? "standard input" : scriptFileOf(path)) << ": " << bytes.error().message << "\n";
+    std::cerr << program.name << ": " << (path == "-" ? "standard input" : withoutControls(scriptFileOf(path))) << ": "
+              << bytes.error().message << "\n";
     return std::nullopt;
 }
 
@@ -133,6 +132,8 @@ std::string messageForWriting(OSStatus status) {
     case -120:
     case fnfErr:
         return "The folder does not exist.";
+    case memFullErr:
+        return "The script is too large: a compiled script may have " + std::to_string(kLargestScript >> 20) + " MiB.";
     case errOSASourceNotAvailable:
         return "The script has no source.";
     case errOSAInternalTableOverflow:
@@ -171,7 +172,7 @@ ScriptFailure failureOf(ComponentInstance instance, OSStatus status) {
 
 void printError(const ScriptFailure& failure, const std::string& file, const std::string& kind) {
     if (!file.empty())
-        std::cerr << file << ":";
+        std::cerr << withoutControls(file) << ":";
     if (failure.range)
         std::cerr << failure.range->first << ":" << failure.range->second << ":";
     std::cerr << (file.empty() && !failure.range ? "" : " ") << kind << " error: " << failure.message << " (" << failure.number << ")\n";

@@ -11,6 +11,9 @@
 
 namespace quoddle::tool {
 
+/// The most bytes of a script that are read, as source or compiled.
+constexpr std::size_t kLargestScript = std::size_t(128) << 20;
+
 /// Registers the languages and the standard additions. To be called once, first in main.
 void setUp();
 

@@ -88,7 +88,7 @@ bool readSource(Settings& settings) {
 /// Tells why the source was not compiled: as "FILE:LINE: error: MESSAGE (NUMBER)", the form of other compilers' errors, which editors read.
 void printFailure(const tool::ScriptFailure& failure, const std::string& file, const std::string& source) {
     const std::size_t line = tool::placeOf(utf16FromSourceBytes(source), failure.range ? failure.range->first : 0).line;
-    std::cerr << file << ":" << line << ": error: " << failure.message << " (" << failure.number << ")\n";
+    std::cerr << withoutControls(file) << ":" << line << ": error: " << failure.message << " (" << failure.number << ")\n";
     tool::printPlaceOnTerminal(failure, source);
 }
 
@@ -97,6 +97,8 @@ OSStatus write(ComponentInstance instance, OSAID script, Settings& settings) {
     const OSStatus status = OSAStore(instance, script, "scpt"_4cc, settings.isRunOnly ? kOSAModePreventGetSource : kOSAModeNull, stored);
     if (status != noErr)
         return status;
+    if (stored.data().size() > tool::kLargestScript) // which no program would read again
+        return memFullErr;
     std::int32_t isDroplet = 0;
     (void)OSAGetScriptInfo(instance, script, "hsod"_4cc, isDroplet);
     settings.bundle.path = settings.name;
@@ -134,7 +136,7 @@ int perform(int argc, char** argv) {
     status = write(*instance, script, *settings);
     if (status == noErr)
         return 0;
-    std::cerr << "osacompile: " << settings->name << ": " << tool::messageForWriting(status) << "\n";
+    std::cerr << "osacompile: " << withoutControls(settings->name) << ": " << tool::messageForWriting(status) << "\n";
     return 1;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // osadecompile: prints the source of a compiled script.
+#include "platform/base/Text.h"
 #include "ProgramTables.h"
 #include "ScriptTool.h"
 
@@ -28,7 +29,7 @@ int perform(int argc, char** argv) {
     if (status == noErr)
         status = OSAGetSource(*instance, script, "utxt"_4cc, source);
     if (status == errOSASourceNotAvailable) {
-        std::cerr << "osadecompile: " << file << ": the script was saved run-only: it has no source\n";
+        std::cerr << "osadecompile: " << withoutControls(file) << ": the script was saved run-only: it has no source\n";
         return 1;
     }
     if (status != noErr) {

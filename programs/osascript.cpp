@@ -3,6 +3,7 @@
 #include "Interaction.h"
 #include "platform/base/File.h"
 #include "platform/base/ProgramMain.h"
+#include "platform/base/Text.h"
 #include "platform/osa/KeptScript.h"
 #include "platform/osa/ScriptBundle.h"
 #include "ProgramTables.h"
@@ -55,7 +56,8 @@ public:
             status = keepScript(mFile, bytes.data());
         if (status == noErr)
             return true;
-        std::cerr << "osascript: " << mFile << ": the properties could not be stored: " << tool::messageForWriting(status) << "\n";
+        std::cerr << "osascript: " << withoutControls(mFile) << ": the properties could not be stored: " << tool::messageForWriting(status)
+                  << "\n";
         return false;
     }
 

@@ -307,7 +307,7 @@ bool takeFirstRequest(DesktopApplication& desktop, Invocation& invocation) {
 int explainUsage(const char* word) {
     const bool isAsked = word && std::string_view(word) == "--help";
     if (word && !isAsked)
-        std::fprintf(stderr, "quoddle-shell: %s: no such applet\n", word);
+        std::fprintf(stderr, "quoddle-shell: %s: no such applet\n", withoutControls(word).c_str());
     else
         std::fputs(kUsage, isAsked ? stdout : stderr);
     return isAsked ? EXIT_SUCCESS : kUsageError;
@@ -348,7 +348,7 @@ int handOverActivation(const NSBundle& bundle, int argc, char** argv) {
 int launch(int argc, char** argv) {
     for (int i = 0; i < argc; ++i)
         if (!isValidUTF8(argv[i])) {
-            std::fprintf(stderr, "quoddle-shell: %s: the path is not UTF-8; rename it\n", QFile::decodeName(argv[i]).toUtf8().constData());
+            std::fprintf(stderr, "quoddle-shell: %s: the path is not UTF-8; rename it\n", withoutControls(argv[i]).c_str());
             return kUsageError;
         }
     Invocation invocation = invocationFrom(argc, argv);

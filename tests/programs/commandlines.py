@@ -110,6 +110,17 @@ class CommandLines(unittest.TestCase):
             with self.subTest(words):
                 self.assertEqual(call(program, *words, cwd=self.folder), expected)
 
+    def test_names_do_not_control_the_terminal(self):
+        name = "\x1b[31m\x9b31m"
+        for program, *words in [("osascript", name), ("osascript", "--" + name), ("osacompile", name), ("osacompile", "-e", "1", "-o", f"no/{name}"), ("osacompile", "--check", name),
+                                ("osadecompile", name), ("quoddle", name), ("quoddle", "install", name), ("quoddle-shell", name)]:
+            with self.subTest([program, *words]):
+                status, output, errors = call(program, *words, cwd=self.folder)
+                self.assertGreater(status, 0)
+                self.assertIn("31m", output + errors)
+                self.assertNotRegex(output + errors, "[\x1b\x9b]")
+        self.assertIn("unknown option -é\n", call("osascript", "-é")[2])
+
     def test_every_program_tells_its_version_and_use(self):
         programs = [p.name for p in BIN.iterdir() if p.name.startswith(("osa", "quoddle"))]
         self.assertGreaterEqual(len(programs), 10)
@@ -143,7 +154,7 @@ class CommandLines(unittest.TestCase):
         (self.folder / "a\nb").write_text(")")
         (self.folder / "folder").mkdir()
         self.assertEqual(call("osacompile", "--check", "a\nb", "folder", cwd=self.folder),
-                         (1, "a b:1:1: Expected expression but found “)”.\nfolder:1:1: There is no script in this folder.\n", ""))
+                         (1, "a?b:1:1: Expected expression but found “)”.\nfolder:1:1: There is no script in this folder.\n", ""))
         (self.folder / "a\nb").unlink()
         (self.folder / "folder").rmdir()
         status, output, errors = call("osacompile", "--json", "--check", bad, good, "nowhere", later, cwd=self.folder)

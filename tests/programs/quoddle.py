@@ -386,7 +386,7 @@ class Quoddle(unittest.TestCase):
         lists = {"nothing": None, "an empty list": b"", "a heading": b"[Default Applications]\n", "other lines": others, "another group": b"# mine\n\n" + others[others.index(b"[Added"):],
                  "line ends of another system": others.replace(b"\n", b"\r\n"), "no end of the last line": others[:-1] + b"\n[Default Applications]",
                  "a choice": b"[Default Applications]\n text/plain =  zz-viewer.desktop\nimage/png=zz-viewer.desktop;no.desktop;;\n",
-                 "programs that have gone": b"[Default Applications]\nimage/png=gone.desktop\ntext/plain=gone.desktop;lost.desktop;\n",
+                 "programs that have gone": b"[Default Applications]\nimage/png=gone.desktop\ntext/plain=gone.desktop;lost.desktop;\r\n",
                  "a line without programs": b"[Default Applications]\nimage/png=\n", "a line like ours": b"[Default Applications]\n#image/png=applet-com.example.Second.desktop\n"}
         for (what, before), isLink in itertools.product(lists.items(), (False, True)):
             if isLink and before is None:

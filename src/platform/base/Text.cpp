@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/base/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
 namespace quoddle {
@@ -41,6 +43,13 @@ bool isValidUTF8(std::string_view bytes) {
     std::int32_t length = 0;
     u_strFromUTF8(nullptr, 0, &length, bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
     return status == U_BUFFER_OVERFLOW_ERROR || U_SUCCESS(status);
+}
+
+std::string withoutControls(std::string_view text) {
+    std::u16string units = utf16FromUTF8(text);
+    std::replace_if(
+        units.begin(), units.end(), [](char16_t c) { return u_iscntrl(c); }, u'?');
+    return utf8FromUTF16(units);
 }
 
 std::u16string utf16FromMacRoman(std::string_view bytes) {

@@ -12,6 +12,8 @@ std::u16string utf16FromUTF8(std::string_view bytes);
 /// Lone surrogates become U+FFFD.
 std::string utf8FromUTF16(std::u16string_view text);
 bool isValidUTF8(std::string_view bytes);
+/// The text in UTF-8 with '?' for each control character, so that names from elsewhere do not control a terminal.
+std::string withoutControls(std::string_view text);
 
 std::u16string utf16FromMacRoman(std::string_view bytes);
 /// Characters that Mac Roman lacks become '?'.
