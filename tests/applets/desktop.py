@@ -137,6 +137,20 @@ class Desktop(harness.AppletCase):
     def running(self):
         return len(self.numbers())
 
+    def test_a_launcher_brings_the_window_to_the_front(self):
+        if not self.is_wayland:
+            self.skipTest("windows come to the front without a token on an X server")
+        bundle = self.make("Shown", options=("-s", "-u"))
+        entry = self.install(bundle)
+        self.environment["WAYLAND_DEBUG"] = "1"
+        with open(self.folder / "log", "w") as log:
+            self.processes.append(subprocess.Popen([str(bundle / "Contents/Linux/Shown")], env=self.environment, stderr=log))
+        del self.environment["WAYLAND_DEBUG"]
+        until(lambda: self.owned(entry) and self.display.windows("Shown"), "the window and the name")
+        for token, data in (("one", "{'activation-token': <'one'>, 'desktop-startup-id': <'x'>}"), ("two", "{'desktop-startup-id': <'two'>}")):
+            self.assertEqual(self.ask(entry, "Activate", data), "")
+            until(lambda: f'activate("{token}"' in (self.folder / "log").read_text(), "the window to come with the token " + token)
+
     def test_requests_reach_the_applet_that_runs(self):
         bundle = self.make("Server")
         entry = self.install(bundle)

@@ -137,7 +137,7 @@ class AppletCase(unittest.TestCase):
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
 
     def needs_x_server(self):
-        """Leaves a test out that moves windows, the pointer or the keyboard's focus, or asks where they are, which Wayland keeps to itself."""
+        """Leaves a test out that moves windows or gives one the keyboard, or asks where windows are, which Wayland keeps to itself."""
         if self.is_wayland:
             self.skipTest("a Wayland desktop does not let a program do that")
 

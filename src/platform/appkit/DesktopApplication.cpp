@@ -12,6 +12,7 @@
 #include <QDBusPendingReply>
 #include <QDir>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QTimer>
 
 namespace quoddle {
@@ -24,10 +25,20 @@ constexpr qsizetype kMaximumFiles = 10'000;
 constexpr qsizetype kMaximumURLLength = 16 << 10;
 constexpr std::size_t kMaximumWaiting = 64;
 constexpr int kPatience = 3000;
+constexpr qsizetype kLongestToken = 256; // bytes
 constexpr uint kInQueue = 2; // the bus's answer when another process has the name and this one is next in line
 
 constexpr auto kInvalidArguments = "org.freedesktop.DBus.Error.InvalidArgs"_L1;
 constexpr auto kLimitsExceeded = "org.freedesktop.DBus.Error.LimitsExceeded"_L1;
+
+/// The token in what a desktop says about the place where the user asked for the applet. Desktops without a word for it use that for the
+/// same purpose on X servers.
+QByteArray tokenIn(const QVariantMap& platformData) {
+    for (const QString& key : {u"activation-token"_s, u"desktop-startup-id"_s})
+        if (const QByteArray token = platformData.value(key).toString().toUtf8(); !token.isEmpty() && token.size() <= kLongestToken)
+            return token;
+    return {};
+}
 
 QDBusMessage callToBus(const QString& method) {
     return QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, method);
@@ -93,6 +104,8 @@ std::optional<DesktopApplication::Request> DesktopApplication::takeRequest() {
         return std::nullopt;
     Request request = std::move(mRequests.front());
     mRequests.pop_front();
+    if (!request.token.isEmpty() && QGuiApplication::platformName().startsWith("wayland"_L1))
+        qputenv("XDG_ACTIVATION_TOKEN", request.token); // from where the toolkit takes it
     return request;
 }
 
@@ -111,11 +124,11 @@ void DesktopApplication::serve(NSApplication& application) {
     Q_EMIT stateChanged();
 }
 
-void DesktopApplication::Activate(const QVariantMap&) {
-    accept({Kind::activate, {}});
+void DesktopApplication::Activate(const QVariantMap& platformData) {
+    accept({Kind::activate, {}, tokenIn(platformData)});
 }
 
-void DesktopApplication::Open(const QStringList& uris, const QVariantMap&) {
+void DesktopApplication::Open(const QStringList& uris, const QVariantMap& platformData) {
     if (uris.isEmpty())
         return refuse(kInvalidArguments, u"There is no file to open."_s);
     if (uris.size() > kMaximumFiles)
@@ -129,13 +142,13 @@ void DesktopApplication::Open(const QStringList& uris, const QVariantMap&) {
             return refuse(kInvalidArguments, u"Only files of this computer can be opened, not \"%1\"."_s.arg(uri.left(200)));
         files << QDir::cleanPath(QString::fromStdString(*path));
     }
-    accept({Kind::open, files});
+    accept({Kind::open, files, tokenIn(platformData)});
 }
 
 void DesktopApplication::ActivateAction(const QString& action, const QVariantList&, const QVariantMap&) {
     if (action != "quit"_L1)
         return refuse(kInvalidArguments, u"There is no action \"%1\"; the only one is \"quit\"."_s.arg(action.left(200)));
-    accept({Kind::quit, {}});
+    accept({Kind::quit, {}, {}});
 }
 
 void DesktopApplication::refuse(const QString& error, const QString& message) {

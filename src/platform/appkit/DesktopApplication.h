@@ -27,6 +27,7 @@ public:
     struct Request {
         Kind kind;
         QStringList files; ///< of an open request: absolute paths, at least one
+        QByteArray token;  ///< with which a Wayland desktop lets a window come to the front; empty for none
     };
     /// How waiting ended: a request has come, another process has the name, or the time is over.
     enum class Arrival { request, elsewhere, nothing };
@@ -41,6 +42,7 @@ public:
 
     /// Runs the event loop until a request is there or another process has the name, at most for `patience`.
     Arrival waitForRequest(std::chrono::milliseconds patience);
+    /// On Wayland the next window that comes to the front does so with the request's token.
     std::optional<Request> takeRequest();
     /// Hands requests to the application from now on: open to openFiles(), activate to reopen(), quit to terminate(). The application is
     /// not owned. When it terminates, this ends with leaveBus().
