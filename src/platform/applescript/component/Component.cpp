@@ -292,6 +292,8 @@ OSStatus Component::compileSource(std::u16string_view source, OSAModeFlags modeF
         return wrong.number == noErr ? failed() : failedCompile(wrong);
     if (id == kOSANullScript)
         id = keep(script);
+    else if (!find(id)) // disposed of while the initialiser ran
+        return errOSAInvalidID;
     else
         mSlots[id].value = script;
     return noErr;
