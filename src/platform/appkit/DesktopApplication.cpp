@@ -26,7 +26,7 @@ constexpr qsizetype kMaximumURLLength = 16 << 10;
 constexpr std::size_t kMaximumWaiting = 64;
 constexpr int kPatience = 3000;
 constexpr qsizetype kLongestToken = 256; // bytes
-constexpr uint kInQueue = 2; // the bus's answer when another process has the name and this one is next in line
+constexpr uint kInQueue = 2;             // the bus's answer when another process has the name and this one is next in line
 
 constexpr auto kInvalidArguments = "org.freedesktop.DBus.Error.InvalidArgs"_L1;
 constexpr auto kLimitsExceeded = "org.freedesktop.DBus.Error.LimitsExceeded"_L1;
