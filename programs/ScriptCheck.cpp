@@ -6,6 +6,7 @@
 #include "platform/base/Text.h"
 #include "SourcePlace.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
