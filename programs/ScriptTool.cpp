@@ -133,7 +133,8 @@ std::string messageForWriting(OSStatus status) {
     case fnfErr:
         return "The folder does not exist.";
     case memFullErr:
-        return "The script is too large: a compiled script may have " + std::to_string(kLargestScript >> 20) + " MiB.";
+        return "The script is too large: a compiled script may have " + std::to_string(kLargestScript >> 20) +
+               " MiB, and must fit into memory.";
     case errOSASourceNotAvailable:
         return "The script has no source.";
     case errOSAInternalTableOverflow:

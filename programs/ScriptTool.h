@@ -3,6 +3,7 @@
 #pragma once
 
 #include "CommandLine.h"
+#include "platform/osa/KeptScript.h"
 #include "platform/osa/OSA.h"
 
 #include <optional>
@@ -10,9 +11,6 @@
 #include <utility>
 
 namespace quoddle::tool {
-
-/// The most bytes of a script that are read, as source or compiled.
-constexpr std::size_t kLargestScript = std::size_t(128) << 20;
 
 /// Registers the languages and the standard additions. To be called once, first in main.
 void setUp();

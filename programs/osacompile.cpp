@@ -97,7 +97,7 @@ OSStatus write(ComponentInstance instance, OSAID script, Settings& settings) {
     const OSStatus status = OSAStore(instance, script, "scpt"_4cc, settings.isRunOnly ? kOSAModePreventGetSource : kOSAModeNull, stored);
     if (status != noErr)
         return status;
-    if (stored.data().size() > tool::kLargestScript) // which no program would read again
+    if (stored.data().size() > kLargestScript) // which no program would read again
         return memFullErr;
     std::int32_t isDroplet = 0;
     (void)OSAGetScriptInfo(instance, script, "hsod"_4cc, isDroplet);

@@ -15,8 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kLongestScript = std::size_t(128) << 20;
-
 std::string fingerprint(std::string_view bytes) {
     std::uint64_t hash = 0xCBF29CE484222325;
     for (char byte : bytes)
@@ -40,7 +38,7 @@ std::string nameOfPlace(const std::string& file) {
 /// The path of a script's copy, whether there is one or not; empty when the script's file cannot be read.
 fs::path copyOf(const std::string& file) {
     const fs::path folder = folderOfCopies();
-    const auto bytes = readFile(file, kLongestScript);
+    const auto bytes = readFile(file, kLargestScript);
     return bytes ? folder / (nameOfPlace(file) + fingerprint(*bytes) + ".scpt") : fs::path();
 }
 
@@ -64,6 +62,8 @@ std::string fileOfLastRun(const std::string& file) {
 }
 
 OSStatus keepScript(const std::string& file, std::string_view bytes) {
+    if (bytes.size() > kLargestScript)
+        return memFullErr;
     const fs::path copy = copyOf(file);
     if (::access(file.c_str(), W_OK) == 0 && writeFile(file, bytes) == noErr) {
         removeCopies(file, {});
