@@ -13,7 +13,6 @@
 #include <filesystem>
 
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
@@ -88,16 +87,17 @@ std::string removeFiles(const QStringList& paths) {
     return "";
 }
 
-/// The files that an applet may have besides its entry, those first that are only known as ours by the ones behind them.
+/// The files that an applet may have besides its entry. The types come last: their icons are only known as ours by them, and as long as
+/// they stand a removal that is tried again tells the desktop of them.
 QStringList partsOf(const Places& places) {
     QStringList parts;
     const bool hadTypes = hasOwnTypes(places);
     for (const auto& [applet, documents] : places.icons)
         parts << (hadTypes ? QStringList{applet, documents} : QStringList{applet});
-    if (hadTypes)
-        parts << places.package;
     if (!isServiceForeign(places.service))
         parts << places.service;
+    if (hadTypes)
+        parts << places.package;
     return parts;
 }
 
@@ -108,20 +108,6 @@ std::string removeAll(const Places& places, const QString& name) {
     if (std::string error = removeDefaultPrograms(name + u".desktop"_s); !error.empty())
         return error;
     return removeFiles(partsOf(places) << places.entry);
-}
-
-/// Removes what writers that were killed have left in the folders of an applet's files.
-void removeLeftovers(const Places& places) {
-    QStringList folders = {QString::fromStdString(configFolder())};
-    for (const QString& path : QStringList{places.entry, places.service, places.package})
-        folders << QFileInfo(path).path();
-    for (const auto& [applet, documents] : places.icons)
-        folders << QFileInfo(applet).path() << QFileInfo(documents).path();
-    const QDateTime longAgo = QDateTime::currentDateTime().addSecs(-3600);
-    for (const QString& folder : std::as_const(folders))
-        for (const QFileInfo& left : QDir(folder).entryInfoList({u".quoddle-??????"_s}, QDir::Files | QDir::Hidden | QDir::NoSymLinks))
-            if (left.lastModified() < longAgo)
-                QFile::remove(left.filePath());
 }
 
 void runIfThere(const QString& name, const QStringList& words) {
@@ -237,7 +223,6 @@ Result<Installed, std::string> install(const NSBundle& bundle, const std::string
             (void)removeAll(places, name);
         return Failure{std::move(error)};
     }
-    removeLeftovers(places);
     tellDesktop();
     if (hadTypes || !applet.ownTypes.isEmpty())
         tellOfTypes();
@@ -277,7 +262,6 @@ std::string uninstall(const InstalledApplet& applet) {
     const bool hadTypes = stands(places.package);
     if (std::string error = removeAll(places, applet.desktopName); !error.empty())
         return error;
-    removeLeftovers(places);
     tellDesktop();
     if (hadTypes)
         tellOfTypes();

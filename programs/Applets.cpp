@@ -67,6 +67,8 @@ std::string unwritten(const QString& path, OSStatus status) {
     switch (status) {
     case -54:
         return printable(path) + ": no permission to write there";
+    case -44:
+        return printable(path) + ": the disk is write protected";
     case -34:
         return printable(path) + ": the disk is full";
     case -48:

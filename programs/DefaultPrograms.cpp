@@ -41,7 +41,7 @@ bool isMarked(const QStringList& programs) {
 /// applet is the first.
 void forget(MimeAppsList& list, const QString& identifier, const QStringList& kept = {}) {
     for (const QString& type : list.typesWith(identifier)) {
-        const bool isBehind = list.programsFor(type).front() != identifier;
+        const bool isBehind = list.programsFor(type).value(0) != identifier;
         if (!isBehind && kept.contains(type))
             continue;
         list.remove(type, identifier);
@@ -49,9 +49,9 @@ void forget(MimeAppsList& list, const QString& identifier, const QStringList& ke
         const qsizetype bound = left.indexOf(kBound);
         if (bound >= 0 && std::none_of(left.begin() + bound, left.end(), isApplet))
             for (const QString& program : left.mid(bound))
-                list.remove(type, program);
+                list.removeFromLastLine(type, program);
         else if (isBehind && left.size() == 1)
-            list.remove(type, left.front());
+            list.removeFromLastLine(type, left.front());
     }
 }
 
@@ -81,8 +81,9 @@ std::string setDefaultPrograms(const QString& identifier, const QStringList& typ
     // A list that stands for both keeps the default of before behind the applet.
     std::error_code error;
     const bool isOneList = std::filesystem::equivalent(defaultsOfBefore(), ownChoices(), error);
-    for (const QString& type : isOneList&& which == DefaultProgram::applet ? QStringList() : types)
-        remember(list, type, before[type], identifier);
+    if (!isOneList || which == DefaultProgram::before)
+        for (const QString& type : types)
+            remember(list, type, before[type], identifier);
     if (std::string fault = list.save(); !fault.empty())
         return fault;
     MimeAppsList choices(ownChoices());

@@ -70,12 +70,13 @@ QList<qsizetype> MimeAppsList::lines() const {
     return found;
 }
 
-/// -1 when the type has no line.
+/// The last line of the type, which is the one that desktops go by; -1 when it has none.
 qsizetype MimeAppsList::lineOf(const QString& type) const {
+    qsizetype found = -1;
     for (const qsizetype i : lines())
         if (typeIn(mLines[i]) == type)
-            return i;
-    return -1;
+            found = i;
+    return found;
 }
 
 QStringList MimeAppsList::programsFor(const QString& type) const {
@@ -93,6 +94,7 @@ QStringList MimeAppsList::typesWith(const QString& program) const {
     for (const qsizetype i : lines())
         if (Value(mLines[i]).contains(program))
             types << typeIn(mLines[i]);
+    types.removeDuplicates();
     return types;
 }
 
@@ -115,7 +117,7 @@ void MimeAppsList::add(const QString& type, const QStringList& programs) {
 void MimeAppsList::append(const QString& type, const QString& program) {
     QByteArray& line = mLines[lineOf(type)];
     qsizetype end = line.size();
-    while (end > 0 && (line[end - 1] == ' ' || line[end - 1] == '\t' || line[end - 1] == '\r'))
+    if (line.endsWith('\r'))
         --end;
     const QByteArray name = program.toUtf8();
     line.insert(end, end > 0 && line[end - 1] == ';' ? name + ';' : ';' + name);
@@ -123,17 +125,26 @@ void MimeAppsList::append(const QString& type, const QString& program) {
 
 void MimeAppsList::remove(const QString& type, const QString& program) {
     const QList<qsizetype> all = lines();
-    for (auto i = all.rbegin(); i != all.rend(); ++i) {
-        Value value(mLines[*i]);
-        if (typeIn(mLines[*i]) != type ||
-            value.programs.removeIf([&](const QByteArray& word) { return Value::isNamed(word, program); }) == 0)
-            continue;
-        // Only a line of ours has nothing behind its last program.
-        if (value.programs.isEmpty())
-            mLines.removeAt(*i);
-        else
-            mLines[*i] = mLines[*i].left(value.start) + value.programs.join(';') + value.end;
-    }
+    for (auto i = all.rbegin(); i != all.rend(); ++i)
+        if (typeIn(mLines[*i]) == type)
+            removeFromLine(*i, program);
+}
+
+void MimeAppsList::removeFromLastLine(const QString& type, const QString& program) {
+    if (const qsizetype at = lineOf(type); at >= 0)
+        removeFromLine(at, program);
+}
+
+void MimeAppsList::removeFromLine(qsizetype number, const QString& program) {
+    QByteArray& line = mLines[number];
+    Value value(line);
+    if (value.programs.removeIf([&](const QByteArray& word) { return Value::isNamed(word, program); }) == 0)
+        return;
+    // Only a line of ours has nothing behind its last program.
+    if (value.programs.isEmpty())
+        mLines.removeAt(number);
+    else
+        line = line.left(value.start) + value.programs.join(';') + value.end;
 }
 
 /// The number of the first line of the group, which is added when there is none.

@@ -31,12 +31,15 @@ public:
     void append(const QString& type, const QString& program);
     /// Takes a program out, wherever it stands for the type. A line of ours that has no other goes.
     void remove(const QString& type, const QString& program);
+    /// Takes a program out of the line that programsFor() tells, the last one; a list may have several for a type.
+    void removeFromLastLine(const QString& type, const QString& program);
 
     /// Writes what has changed; a file that was only made for our lines goes with them. Answers an error as a sentence; empty when there is
     /// none.
     std::string save() const;
 
 private:
+    void removeFromLine(qsizetype number, const QString& program);
     qsizetype lineOf(const QString& type) const;
     QList<qsizetype> lines() const;
     qsizetype groupStart();

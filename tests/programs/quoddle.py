@@ -386,6 +386,8 @@ class Quoddle(unittest.TestCase):
         lists = {"nothing": None, "an empty list": b"", "a heading": b"[Default Applications]\n", "other lines": others, "another group": b"# mine\n\n" + others[others.index(b"[Added"):],
                  "line ends of another system": others.replace(b"\n", b"\r\n"), "no end of the last line": others[:-1] + b"\n[Default Applications]",
                  "a choice": b"[Default Applications]\n text/plain =  zz-viewer.desktop\nimage/png=zz-viewer.desktop;no.desktop;;\n",
+                 "lines of a type twice": b"[Default Applications]\nimage/png=gone.desktop\nimage/png=zz-viewer.desktop\ntext/plain=\ntext/plain=zz-viewer.desktop\n",
+                 "blanks at the end": b"[Default Applications]\nimage/png=gone.desktop  \ntext/plain=gone.desktop; \t\r\n",
                  "programs that have gone": b"[Default Applications]\nimage/png=gone.desktop\ntext/plain=gone.desktop;lost.desktop;\r\n",
                  "a line without programs": b"[Default Applications]\nimage/png=\n", "a line like ours": b"[Default Applications]\n#image/png=applet-com.example.Second.desktop\n"}
         for (what, before), isLink in itertools.product(lists.items(), (False, True)):
@@ -421,7 +423,8 @@ class Quoddle(unittest.TestCase):
         for path in (own, choices):
             path.parent.mkdir(parents=True, exist_ok=True)
         applet, head = "applet-com.example.own.desktop", "[Default Applications]\n"
-        for before, after in ((f"{applet};gedit.desktop;", "gedit.desktop;"), (f"gedit.desktop;vim.desktop;{applet}", "gedit.desktop;vim.desktop")):
+        for before, after in ((f"{applet};gedit.desktop;", "gedit.desktop;"), (f"gedit.desktop;vim.desktop;{applet}", "gedit.desktop;vim.desktop"),
+                              (f"{applet}\ntext/plain=", "")):
             own.write_text(f"{head}text/plain={before}\n")
             self.assertEqual([self.call(*words)[0] for words in (("install", bundle), ("uninstall", "Own"))], [0, 0])
             self.assertEqual(own.read_text(), f"{head}text/plain={after}\n")
