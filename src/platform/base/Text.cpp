@@ -16,6 +16,9 @@ constexpr std::u16string_view kMacRomanUpper = u"ÄÅÇÉÑÖÜáàâäãåçé�
                                                u"¿¡¬√ƒ≈∆«»…\u00A0ÀÃÕŒœ–—“”‘’÷◊ÿŸ⁄€‹›ﬁﬂ‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔ\uF8FFÒÚÛÙıˆ˜¯˘˙˚¸˝˛ˇ";
 static_assert(kMacRomanUpper.size() == 128);
 
+// Format characters that are a part of words in some scripts.
+constexpr char16_t kNonJoiner = 0x200C, kJoiner = 0x200D;
+
 } // namespace
 
 std::u16string utf16FromUTF8(std::string_view bytes) {
@@ -48,7 +51,7 @@ bool isValidUTF8(std::string_view bytes) {
 std::string withoutControls(std::string_view text) {
     std::u16string units = utf16FromUTF8(text);
     std::replace_if(
-        units.begin(), units.end(), [](char16_t c) { return u_iscntrl(c); }, u'?');
+        units.begin(), units.end(), [](char16_t c) { return u_iscntrl(c) && c != kNonJoiner && c != kJoiner; }, u'?');
     return utf8FromUTF16(units);
 }
 
