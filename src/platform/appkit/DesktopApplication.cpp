@@ -104,8 +104,12 @@ std::optional<DesktopApplication::Request> DesktopApplication::takeRequest() {
         return std::nullopt;
     Request request = std::move(mRequests.front());
     mRequests.pop_front();
-    if (!request.token.isEmpty() && QGuiApplication::platformName().startsWith("wayland"_L1))
-        qputenv("XDG_ACTIVATION_TOKEN", request.token); // from where the toolkit takes it
+    if (QGuiApplication::platformName().startsWith("wayland"_L1)) { // the toolkit takes the token from there
+        if (request.token.isEmpty())
+            qunsetenv("XDG_ACTIVATION_TOKEN"); // of an earlier request that brought no window
+        else
+            qputenv("XDG_ACTIVATION_TOKEN", request.token);
+    }
     return request;
 }
 
