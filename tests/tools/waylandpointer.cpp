@@ -66,8 +66,10 @@ int main() {
             std::uint32_t x = 0, y = 0, width = 0, height = 0;
             std::cin >> x >> y >> width >> height;
             wl_proxy_marshal_flags(pointer, kMoveTo, nullptr, 1, 0, milliseconds(), x, y, width, height);
-        } else {
+        } else if (word == "press" || word == "release") {
             wl_proxy_marshal_flags(pointer, kButton, nullptr, 1, 0, milliseconds(), kLeftButton, word == "press" ? 1U : 0U);
+        } else {
+            return 2;
         }
         wl_proxy_marshal_flags(pointer, kFrame, nullptr, 1, 0);
         if (wl_display_roundtrip(display) < 0)
