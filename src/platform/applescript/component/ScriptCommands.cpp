@@ -199,10 +199,7 @@ Value Component::runScript(Value direct, std::span<const Argument> arguments) {
         parameters = Value::object(one);
     }
     Heap::Root scriptRoot(mMachine.heap(), script), parametersRoot(mMachine.heap(), parameters);
-    const Value result = mMachine.callHandler(owner, script, handler, {}, parameters, {});
-    if (result.isFailure() && script != direct)
-        mMachine.error().handler = nullptr; // the error arose in another source than that of the caller
-    return result;
+    return mMachine.callHandler(owner, script, handler, {}, parameters, {});
 }
 
 // --- Storing

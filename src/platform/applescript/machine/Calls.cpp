@@ -362,9 +362,12 @@ bool Interpreter::unwind() {
         Frame& frame = frames.back();
         const Code& code = *frame.handler->code;
         const auto at = static_cast<std::uint32_t>(frame.next - code.instructions.data());
-        if (!error.handler) {
+        // A library's source says nothing to the user who runs another one: the place is the innermost in the source that runs.
+        const bool isInSourceThatRuns = frame.handler->store == frames.front().handler->store;
+        if (!error.handler || (isInSourceThatRuns && !error.isInSourceThatRuns)) {
             error.handler = frame.handler->source;
             error.offset = code.offsetOf(at);
+            error.isInSourceThatRuns = isInSourceThatRuns;
         }
         for (const Code::TryRegion& region : code.tries)
             if (at >= region.begin && at < region.end && !error.isFinal) {

@@ -36,8 +36,9 @@ struct ScriptError {
     Value partialResult;
     Value expectedType;
     Value application;
-    const Object* handler = nullptr; // the handler block in whose code the error arose; null when in none
+    const Object* handler = nullptr; // the handler block in whose code the error is said to be; null when in none
     std::uint32_t offset = 0;        // of the stored instruction in that handler
+    bool isInSourceThatRuns = false; // that handler is of the source with which the run began, and not of a library's
     bool isFinal = false;            // no `try` of the script catches the error
 };
 

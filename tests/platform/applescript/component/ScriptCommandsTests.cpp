@@ -107,6 +107,24 @@ TEST_F(ScriptCommandsTest, WhatGoesWrongHasANumber) {
     EXPECT_EQ(readFile(path("text.scpt"), 100).operator*(), "this is not a script (");
 }
 
+TEST_F(ScriptCommandsTest, ErrorsOfOtherSourcesAreAtTheStatementThatUsesThem) {
+    write("far.applescript", "-- some lines\n-- of comment\non f(n)\nreturn n / 0\nend f\non h(caller)\ncaller's g()\nend h");
+    const std::string opening = "set l to load script POSIX file \"" + path("far.applescript") + "\"\n";
+    const std::string own = "\nscript caller\non g()\nreturn bad\nend g\nend script";
+    for (const auto& [source, marked] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"run script \"1 / 0\"", "run script \"1 / 0\""},
+             {opening + "l's f(1)", "f(1)"},
+             {opening + "l's h(caller)" + own, "bad"}, // called back by the other source
+             {opening + "try\nl's f(1)\nend try\nset x to bad", "bad"},
+         }) {
+        run(source);
+        AEDesc range;
+        ASSERT_EQ(OSAScriptError(instance, "erng"_4cc, "erng"_4cc, range), noErr) << source;
+        const auto place = [&](AEKeyword key) { return static_cast<std::size_t>(range.find(key)->asInt32().value_or(0)); };
+        EXPECT_EQ(source.substr(place("srcs"_4cc), place("srce"_4cc) - place("srcs"_4cc)), marked);
+    }
+}
+
 TEST_F(ScriptCommandsTest, WhoeverCanAskIsAsked) {
     const std::string script = "script s\nproperty p : 1\nend script\n";
     write("old.scpt", "old");
