@@ -6,6 +6,7 @@
 #include "platform/base/Wait.h"
 
 #include <mutex>
+#include <utility>
 
 namespace quoddle {
 

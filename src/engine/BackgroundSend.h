@@ -6,6 +6,7 @@
 #include "platform/ae/AESendMessage.h"
 
 #include <chrono>
+#include <memory>
 
 namespace quoddle {
 
